@@ -1,0 +1,221 @@
+// The one contract of every OFX aggregate and of the file around it.
+//
+// A parser fills a KRDataObj, a builder writes it, and callers ask what it holds, all through the
+// operations below. KRDataObj knows no OFX: a class brings a table of its tags (GetTable, normally
+// generated from a .schema file), and the defaults of the virtual operations are the pattern that
+// every aggregate follows, driven by that table. A class without a table holds nothing, and its
+// author overrides what it needs. krofx/model/aggregate.h describes the tables.
+
+#ifndef KROFX_MODEL_DATA_OBJECT_H_
+#define KROFX_MODEL_DATA_OBJECT_H_
+
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/status.h"
+#include "krofx/core/string.h"
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/types.h"
+#include "krofx/values/keywords.h"
+
+class KRBuilder;
+class KRDataObjFactory;
+class KRParser;
+
+/// What a server hands to KRDataObj::ProcessRequest. The library only names it: a host that
+/// answers requests defines the class.
+class ServerImpl;
+
+namespace krofx::internal {
+class AggregateTable;
+struct ObjectAccess;
+}  // namespace krofx::internal
+
+#pragma pack(push, 2)
+/// One row of a tag table, packed to 6 bytes: a tag and the message-set versions it stands for.
+struct KRTagTableEntry {
+  KRTagID tag;   ///< The tag.
+  u16 versions;  ///< Mask of versions: 0xffff all, 1 V1, 2 V2, 0xfffe V2 and later.
+};
+#pragma pack(pop)
+static_assert(sizeof(KRTagTableEntry) == 6);
+
+/// A reference to the constant tag table of a class. The same tag may stand in it twice with
+/// different masks.
+struct KRArrayOfTags {
+  const KRTagTableEntry* table = nullptr;  ///< First row; null when the class has no table.
+  u16 count = 0;                           ///< Number of rows, at most 96 in a valid table.
+};
+
+/// Base of every aggregate and file.
+///
+/// An object owns the children that it holds by pointer and the elements of its arrays; a setter
+/// takes ownership of what it is given and deletes what was there. The copy constructor and
+/// operator= are shallow: the copy borrows the children of its source and never deletes them.
+/// DeepCopyFrom of the concrete class makes an independent object. An object belongs to one thread
+/// at a time.
+class KROFX_API KRDataObj : public krofx::internal::HeapObject {
+ public:
+  /// Makes an object with no parser, no type and nothing present.
+  /// @param version the message-set version mask, 1 V1, 2 V2; 0 when it comes later, and until
+  ///        then no tag is valid.
+  explicit KRDataObj(u16 version = 0);
+  /// Copies parser, presence, type and version.
+  KRDataObj(const KRDataObj& other);
+  /// As the copy constructor.
+  KRDataObj& operator=(const KRDataObj& other);
+  virtual ~KRDataObj();
+
+  /// Tells the object which parser is now filling it.
+  /// @return KRParseStatus_Accepted always.
+  virtual KRParseStatus SetupForParsing(KRParser* const parser);
+
+  /// Takes the start tag of a child aggregate: makes the child and descends into it.
+  /// @return 0 accepted; 3 no memory, no parser; 4 no such child here; 6 too many open aggregates.
+  virtual KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry);
+
+  /// Takes an element from a C text; calls the KRString form.
+  virtual KRParseStatus HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                         const char* const value);
+  /// Takes an element. This is the form that a parser calls and that a class overrides.
+  /// @return 0 accepted; 4 when the tag is not known here or the value cannot be converted, after a
+  ///         KRPW_BADFORMAT warning in the thread's log.
+  virtual KRParseStatus HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                         const KRString& value);
+
+  /// Takes an end tag.
+  /// @return 0 when it closes this object, which leaves the parser's stack; 3 with no parser; 5,
+  ///         after a KRPW_INVALIDENDAGG warning, when it is another aggregate's.
+  virtual KRParseStatus HandleTagEnd(const KRTagDictionaryEntry* const entry);
+
+  /// Takes a header line. Only files do something with it.
+  /// @return 0.
+  virtual KRParseStatus HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name);
+
+  /// Gives the tags that may stand in this object. A row's position is the index of its presence
+  /// bit.
+  /// @return 1.
+  virtual u16 GetArrayOfValidTags(KRArrayOfTags& tags) const;
+  /// Gives the tags that must stand in this object.
+  /// @return 1.
+  virtual u16 GetArrayOfRequiredTags(KRArrayOfTags& tags) const;
+
+  /// Writes the present members in wire order, without the object's own tags.
+  /// @return 0, or the first status that is not; this object is then the builder's failing object
+  ///         unless one is recorded already.
+  virtual KRBuildStatus Build(KRBuilder* builder) const;
+  /// Writes the start tag, the members and the end tag.
+  /// @param tag the tag to write, 0 for the object's own type.
+  virtual KRBuildStatus BuildObject(KRBuilder* builder, KRTagID tag) const;
+
+  /// Makes `child` the parser's current object. Called by HandleTagStart.
+  /// @param tag the child's tag, which becomes its type and whose presence is noted here; 0 does
+  ///        neither.
+  /// @return 0; 3 with a null child or no parser; 4 when the tag is not valid here; 6 when the
+  ///         parser's stack is full.
+  virtual KRParseStatus PushAndSetObject(KRDataObj* child, KRTagID tag);
+
+  /// Walks the children's ProcessResponse. A host overrides it in a class of its own, makes its
+  /// factory give that class, and is reached here after a parse.
+  /// @return 1.
+  virtual u16 ProcessResponse();
+  /// For servers: a host's class overrides it.
+  /// @return 1.
+  virtual u16 ProcessRequest(const ServerImpl* server);
+
+  /// Tells if everything that must be present is, in this object alone.
+  virtual u16 AllRequiredPresent();
+  /// Names the first required tag that is missing behind the missing tag `after`.
+  /// @param after 0 for the first one.
+  /// @return 0 when nothing more is missing, or when `after` is not itself missing.
+  virtual KRTagID GetFirstMissingRequiredTag(KRTagID after);
+  /// Tells if `tag` may stand in an object of this version.
+  virtual u16 IsValidTag(KRTagID tag) const;
+  /// 1 when anything valid is present.
+  virtual u16 AnyValidPresent();
+  /// 1 when at least one required tag is present. The argument is not looked at.
+  virtual u16 IsTagRequired(KRTagID tag);
+  /// 1 when exactly one valid tag is present.
+  virtual u16 OneValidPresent();
+
+  /// Stores the version mask and hands it to the children.
+  /// @return 1.
+  virtual u16 SetMsgSetVersion(u16 version);
+  /// The version mask, 0 when not yet set.
+  virtual u16 GetMsgSetVersion() const;
+  /// The version that the last character of the object's tag tells: 1, 2, or 0 for any other.
+  virtual u16 GetMsgSetVersionFromTag() const;
+
+  /// The tag that this object is written under, 0 when none.
+  virtual KRTagID GetType();
+  /// Sets the tag that this object is written under.
+  virtual void SetType(KRTagID tag);
+
+  /// A child by position, in a stable order; null beyond the last and for a place that is empty.
+  virtual KRDataObj* GetChild(u16 index) const;
+  /// Number of places that GetChild knows.
+  virtual u16 GetNumberOfChildren() const;
+
+  /// Notes a tag as present.
+  /// @return 0, silently, when the tag is not valid here.
+  u16 SetTag(KRTagID tag);
+  /// Notes a tag as absent.
+  /// @return 0, after a KRPW_UNKNOWNTAG warning, when the tag is not valid here.
+  u16 ClearTag(KRTagID tag);
+  /// 1 when the tag is valid here and present.
+  u16 ValidateTag(KRTagID tag) const;
+
+  /// Copies parser, presence, type and version; the last step of every DeepCopyFrom.
+  /// @return 1; 0 for a null source.
+  u16 CopyBaseMembersFrom(KRDataObj* source);
+
+  /// The parser that fills this object. Null before the first parse; stale after it.
+  KRParser* GetParser();
+
+  /// Makes `factory` the one that every new object of the process comes from. The caller keeps
+  /// owning it. Null goes back to the default.
+  /// @return 1.
+  static u16 SetFactory(KRDataObjFactory* factory);
+  /// The factory in force, making the default one (message-set version 1) when there is none; null
+  /// with the fire alarm raised when that fails.
+  static KRDataObjFactory* GetFactory();
+  /// The version of the data model, "92".
+  static const char* GetKRSDKVersion();
+
+ protected:
+  /// Stores the parser.
+  void SetParser(KRParser* const parser);
+
+  /// The table that drives the defaults above; null for a class without one.
+  virtual const krofx::internal::AggregateTable* GetTable() const;
+
+ private:
+  friend struct krofx::internal::ObjectAccess;
+
+  // Finds the presence bit of a tag: three words of which one has one bit set.
+  u16 GetBitValue(KRTagID tag, u32* bits) const;
+  // The same as a position in the valid table, -1 when the tag is not valid here.
+  int FindPosition(KRTagID tag) const;
+
+  static KRDataObjFactory* m_factoryObj;
+  static u16 m_factoryAllocated;
+  static const char* m_verKRSDK;
+
+  KRParser* m_parser = nullptr;
+  u32 m_presence[3] = {0, 0, 0};
+  KRTagID m_type = KRTag_None;
+  u16 m_version = 0;
+  // Guards the two forms of HandleTagElement against calling each other without end.
+  mutable u16 m_inElement = 0;
+};
+
+/// Base of the payloads of transactions: adds the copy that needs no knowledge of the class.
+class KROFX_API KRTransBase : public KRDataObj {
+ public:
+  KRTransBase();
+  /// Copies everything from `source`, which must be of the same class, children included.
+  /// @return 1; 0 when nothing could be copied: null, another class, no factory, no memory.
+  virtual u16 DeepCopyFrom(KRTransBase* source);
+};
+
+#endif  // KROFX_MODEL_DATA_OBJECT_H_
