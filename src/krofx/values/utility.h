@@ -1,0 +1,132 @@
+// Static helpers of several layers: transaction identifiers, walks over object trees, repair of
+// response text, fixed byte order, and the character macros of SGML text.
+//
+// The walks need the object model and stand in krofx/model/tree_walk.cpp; everything else is in
+// utility.cpp and transaction_id.cpp.
+
+#ifndef KROFX_VALUES_UTILITY_H_
+#define KROFX_VALUES_UTILITY_H_
+
+#include <string_view>
+
+#include "krofx/core/export.h"
+#include "krofx/core/status.h"
+#include "krofx/core/string.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/types.h"
+
+class KRBuffer;
+class KRDataObj;
+class KRDynamicArrayDataObj;
+
+/// The helpers; there is nothing to make an object for.
+class KROFX_API KRUtility {
+ public:
+  /// Makes the identifier of a transaction: 36 characters in the layout of a time-based UUID,
+  /// capital hexadecimal digits in groups of 8, 4, 4, 4 and 12. Any thread may call it.
+  /// @param out at least 37 bytes.
+  /// @return 1; 0 when `out` is null.
+  static u16 GenerateTransactionID(char* out);
+
+  /// The clock sequence, 0 until the first identifier. A host that keeps it and the node across
+  /// runs keeps its identifiers in one family.
+  static u16 GetGUIDClockSequence();
+  /// Sets the clock sequence, of which identifiers use the low 14 bits. 0 asks for a new random
+  /// start.
+  static void SetGUIDClockSequence(u16 value);
+  /// The node: its bytes 0 and 1, and its bytes 2 to 5. Both 0 until the first identifier. A null
+  /// pointer is passed over.
+  static void GetGUIDNode(u16* node01, u32* node25);
+  /// Sets the node, which no identifier replaces from then on.
+  static void SetGUIDNode(u16 node01, u32 node25);
+
+  /// Tells if a tree has everything that must be present.
+  /// @param object in: the root; out: the deepest object that lacks something on the first path
+  ///        that does, unchanged when the root itself does or nothing is missing.
+  /// @param missing out, may be null: that object's first missing tag; 0 when the root itself lacks
+  ///        something or nothing is missing.
+  /// @return 1 when nothing is missing; 0 also for a null object.
+  static u16 AllRequiredPresent(KRDataObj** object, KRTagID* missing);
+  /// Lists what is missing in a tree, one tag for each call.
+  /// @param holder out: the object that lacks the tag, null when nothing was found.
+  /// @param after 0 for the first missing tag, else the tag that the last call gave.
+  /// @return the tag, 0 when nothing was found.
+  static KRTagID GetNextMissingRequiredTag(KRDataObj* object, KRDataObj** holder, KRTagID after);
+  /// Repairs invoices of one processor, CheckFree, which leaves out required elements: an
+  /// incomplete INVOICE gets a description and a number, an incomplete DISCOUNT a description, and
+  /// a rate of 0 for one that is no percentage. Whatever else is missing stays missing.
+  /// @param object the root.
+  /// @param missing out, may be null: 0.
+  /// @return 1; 0 for a null object.
+  static u16 PatchCheckFreeOFX(KRDataObj** object, KRTagID* missing);
+
+  /// Cleans response text for a parse: every byte that is no printable ASCII character and no line
+  /// end becomes a blank. The size stays, the cursor goes to the end.
+  /// @return 1; 0 for a null buffer.
+  static u16 RemoveBadCharFromBuffer(KRBuffer* buffer);
+
+  /// For log lines: the text of the object's tag; "OBJECT NULL" for a null object, "TAG UNKNOWN"
+  /// for one without a tag.
+  static KRString ObjectToString(KRDataObj* object);
+  /// For log lines: the text of a tag, "TAG UNKNOWN" when there is none.
+  static KRString TagToString(KRTagID tag);
+
+  /// Finds the first element whose type is `tag`.
+  /// @param start position to begin at, from 1; 0 means 1.
+  /// @return the position, from 1, so that this and 1 is the start of the next search; 0 when none
+  ///         matches or an empty slot comes first.
+  static u16 Find(const KRDynamicArrayDataObj* array, KRTagID tag, u16 start);
+
+  /// Reads a number of up to 5 digits; what stands behind the fifth is not looked at.
+  /// @param exactDigits when above 0, the number of digits there must be.
+  /// @param scaleDigits when above the number of digits, the value is multiplied by 10 for each
+  ///        that is missing.
+  /// @return 0; 4, with `value` unchanged, for anything but digits, another number of them, or a
+  ///         value above 65535.
+  static KRParseStatus AscToUInt(const char* text, u16* value, s16 exactDigits, s16 scaleDigits);
+
+  /// Writes 1 byte. Null does nothing, here and below.
+  static void PackByte(char* block, char value);
+  /// Reads 1 byte. Null gives 0, here and below.
+  static char UnPackByte(const char* block);
+  /// Writes 2 bytes, the least significant one first whatever the processor.
+  static void PackShort(char* block, u16 value);
+  /// Reads 2 bytes, the least significant one first.
+  static u16 UnPackShort(const char* block);
+  /// Writes 4 bytes, the least significant one first whatever the processor.
+  static void PackLong(char* block, u32 value);
+  /// Reads 4 bytes, the least significant one first.
+  static u32 UnPackLong(const char* block);
+
+  /// The character of a macro ("nbsp", "gt", "lt", "amp"), case respected; 0 when there is none.
+  static char GetMacroChar(const char* name);
+  /// The name of the macro that must stand for a character: "gt", "lt" or "amp"; null for any
+  /// other, the blank included.
+  static const char* GetMacroString(char c);
+  /// The first '>', '<' or '&' of a text; null when there is none or the text is null.
+  static char* ContainsMacro(char* text);
+  /// The same for a constant text.
+  static const char* ContainsMacro(const char* text);
+
+ private:
+  // Starts the clock sequence when it is 0, then moves it on by 1 in 14 bits.
+  static u16 GetSequence();
+
+  static u16 m_clockSequence;  // 14 bits; 0 until first use.
+  static u16 m_nodeSet;        // 1 once the node exists.
+  static u32 m_node25;         // Bytes 2 to 5 of the node.
+  static u16 m_node01;         // Bytes 0 and 1 of the node.
+  static s32 m_lastTime;       // Timestamp of the last identifier, low part.
+  static u32 m_lastSecond;     // Wall-clock second of the last identifier.
+  static u32 m_nextFracSec;    // Identifiers made in that second before the last one.
+};
+
+namespace krofx::internal {
+
+/// The character of a macro without regard to case; 0 when there is none. Parsers take "&AMP;" for
+/// "&amp;".
+KROFX_API char MacroCharWithoutCase(std::string_view name) noexcept;
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_UTILITY_H_
