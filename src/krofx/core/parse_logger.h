@@ -1,0 +1,193 @@
+// The log of a parse: what was skipped or doubtful in the text, as a list of records.
+//
+// The library throws nothing. A "parse exception" here is the record of one warning: what happened,
+// at which tag and object, and the text that gave offence. Each attached thread (thread.h) has one
+// KRParseLogger, so that any code on the thread, from the tokenizer to the setter of a date, can
+// warn without having the parser at hand. The host reads the list after the parse. Warnings raised
+// outside a parse collect in the same list, until the next parser is made or a parse starts.
+//
+// Secrets. The value text of a record for a password tag (USERPASS, NEWUSERPASS, ONETIMEPASS) is
+// stars, one for each character, whatever was passed. internal::LogFixedText is the one way round
+// that, for wordings of the library's own.
+
+#ifndef KROFX_CORE_PARSE_LOGGER_H_
+#define KROFX_CORE_PARSE_LOGGER_H_
+
+#include "krofx/core/array.h"
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/string.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/thread.h"
+#include "krofx/core/types.h"
+
+class KRBuffer;
+class KRDataObj;
+class KRParseLogger;
+class KRParser;
+
+/// What a warning is about.
+enum KRParseWarning : u32 {
+  KRPW_UNKNOWNEXCEPTION = 0,  ///< nothing yet: the default of a new record
+  KRPW_UNKNOWNTAG = 1,        ///< a tag that is not in the dictionary, or an unreadable item
+  KRPW_INVALIDAGG = 2,        ///< an aggregate that may not stand here or that its parent refused
+  KRPW_INVALIDELEM = 3,       ///< an element that may not stand here or that its object refused
+  KRPW_BADFORMAT = 4,         ///< a value, a header or a run of text that cannot be understood
+  KRPW_OUTOFRANGE = 5,        ///< a number beyond its type
+  KRPW_TOOLONG = 6,           ///< a text longer than the OFX standard allows for its element
+  KRPW_SKIPFAILED = 7,        ///< a tag that could not be skipped
+  KRPW_NULLPOINTER = 8,       ///< a value that could not be stored among repeated values
+  KRPW_INVALIDENDAGG = 9,     ///< an end tag that does not close the open aggregate
+  KRPW_MISSINGTAG = 10,       ///< a required tag or header is absent
+  KRPW_LOWERCASE = 11,        ///< a tag written in small letters
+  KRPW_EXTRAAGG = 12,         ///< a second copy of a single child aggregate; it replaces the first
+  KRPW_EMPTYELEM = 13,        ///< an empty element; the library itself never raises it
+};
+
+/// The record of one warning. Callers read and write the fields.
+class KROFX_API KRParseException : public krofx::internal::HeapObject {
+ public:
+  /// Nothing recorded: KRPW_UNKNOWNEXCEPTION, no object, no tag, empty texts, offset -1.
+  KRParseException() = default;
+  KRParseException(KRParseException const&) = default;
+  KRParseException& operator=(KRParseException const&) = default;
+  virtual ~KRParseException() = default;
+
+  /// Puts the name of the warning, such as "KRPW_BADFORMAT", into `text`. A code that is none of
+  /// KRParseWarning gives "KRPW_UNKNOWNEXCEPTION".
+  void WarningString(KRString& text) const;
+
+  /// What happened.
+  KRParseWarning m_warning = KRPW_UNKNOWNEXCEPTION;
+  /// The object in which it happened, or null. Not owned; dangles once the object is gone.
+  KRDataObj* m_object = nullptr;
+  /// The tag as text; empty when none applies.
+  KRString m_tagText;
+  /// The tag; KRTag_None when none applies.
+  KRTagID m_tag = KRTag_None;
+  /// The value that gave offence; empty when none applies, stars when it is a password.
+  KRString m_valueText;
+  /// Where the cursor of the buffer stood, in bytes; -1 when there was no buffer. A parse does not
+  /// move that cursor, so this does not tell where in the text the warning arose.
+  s32 m_offset = -1;
+};
+
+/// A growable array of warnings; owns them. See KRDynamicArray for the operations.
+class KROFX_API KRDynamicArrayParseException
+    : public krofx::internal::ElementArray<KRParseException> {
+ public:
+  using krofx::internal::ElementArray<KRParseException>::ElementArray;
+  virtual ~KRDynamicArrayParseException() = default;
+};
+
+namespace krofx::internal {
+struct LoggerAccess;
+}  // namespace krofx::internal
+
+/// The warnings of one thread, with its fire alarm. A host may also make loggers of its own, to
+/// copy a thread's warnings into.
+class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
+ public:
+  /// An empty log with logging enabled, no buffer and no parser, and the fire alarm clear.
+  KRParseLogger();
+  ~KRParseLogger() override;
+  KRParseLogger(KRParseLogger const&) = delete;
+  KRParseLogger& operator=(KRParseLogger const&) = delete;
+
+  /// The calling thread's logger. It belongs to the thread's attachment and goes with it. A thread
+  /// that the library has not met yet is attached by this call.
+  /// @return null for a thread that was detached, or when memory did not suffice to attach it.
+  static KRParseLogger* TheKRParseLogger();
+
+  /// Logs a warning. The record's object is `object`, or, when that is null, the object at which
+  /// the parser stands; its offset is the buffer's cursor.
+  ///
+  /// @param warning what happened.
+  /// @param value the text that gave offence; for a password tag only its length is kept.
+  /// @param tagText the tag as text; may be empty.
+  /// @param tag the tag; may be KRTag_None.
+  /// @param object where it happened; may be null; not owned.
+  /// @return 1 when it was stored or logging is disabled; 0 when memory did not suffice, and then
+  ///         the fire alarm is raised and the warning is lost.
+  u16 AppendParseException(KRParseWarning warning, KRString value, KRString tagText, KRTagID tag,
+                           KRDataObj* object);
+
+  /// Logs a ready-made record, which the logger owns from here on if the result is 1 and logging
+  /// is enabled; otherwise it stays the caller's. With a buffer set and no offset in the record the
+  /// offset is filled in, and for a password tag the value text becomes stars.
+  ///
+  /// @return 1 when it was stored or logging is disabled; 0 when it could not be stored, or for
+  ///         null.
+  u16 AppendParseException(KRParseException* exception);
+
+  /// Switches storing on (1) or off (0). With storing off a warning is noted as seen
+  /// (GetAnyParseExceptionsLogged) and otherwise dropped.
+  void EnableLogging(u16 enable);
+  /// 1 when warnings are stored.
+  u16 GetLoggingEnabled() const;
+  /// 1 when a warning has come since the log was last emptied, stored or not.
+  u16 GetAnyParseExceptionsLogged() const;
+
+  /// Names the buffer that is being parsed, from which records take their offset; null for none.
+  /// Not owned. A buffer that is destroyed takes itself out.
+  void SetBuffer(KRBuffer* buffer);
+  /// Names the parser at work, from which records take their object; null for none. Not owned. A
+  /// parser that is destroyed takes itself out.
+  void SetParser(KRParser* parser);
+
+  /// Adds copies of all records of `source` to this log, and takes over the source's two flags.
+  /// What stands in this log already stays. When the source's logging is disabled so is this log's
+  /// from then on, and no records are copied.
+  ///
+  /// @return 1, or 0 when memory did not suffice (the fire alarm is raised) or `source` is null.
+  u16 DeepCopyFrom(KRParseLogger* source);
+
+  /// Deletes all records and forgets that any warning came. The logging flag stays.
+  void DeleteAll() override;
+
+ private:
+  friend struct krofx::internal::LoggerAccess;
+
+  u16 Log(KRParseWarning warning, KRString const& value, KRString const& tagText, KRTagID tag,
+          KRDataObj* object);
+  u16 Store(KRParseException* exception);
+
+  u16 m_loggingEnabled = 1;
+  u16 m_anyLogged = 0;
+  KRBuffer* m_buffer = nullptr;
+  KRParser* m_parser = nullptr;
+  KRFireAlarm m_fireAlarm = KRFireAlarm_None;
+  // The loggers that name a buffer or a parser form a list, so that one that is destroyed finds
+  // them.
+  KRParseLogger* m_nextHolder = nullptr;
+};
+
+namespace krofx::internal {
+
+/// Logs a warning on the calling thread's logger, as AppendParseException does; with no logger it
+/// is lost. The way for the library's own code, since a thread may have no logger.
+/// @return as AppendParseException; 0 with no logger.
+KROFX_API u16 LogWarning(KRParseWarning warning, KRString const& value, KRString const& tagText,
+                         KRTagID tag, KRDataObj* object);
+
+/// The same with a value text that is a fixed wording of the library and never comes from input or
+/// from the host: it is kept as it is, for a password tag too ("Password too long").
+KROFX_API u16 LogFixedText(KRParseWarning warning, char const* wording, KRString const& tagText,
+                           KRTagID tag, KRDataObj* object);
+
+/// Whether the value of a tag must never be seen: a password of any kind.
+KROFX_API bool IsSecret(KRTagID tag) noexcept;
+
+/// Takes a buffer that is being destroyed out of all loggers. Costs one load when no logger names
+/// any buffer or parser.
+KROFX_API void ForgetInLoggers(KRBuffer const* buffer) noexcept;
+/// Takes a parser that is being destroyed out of all loggers.
+KROFX_API void ForgetInLoggers(KRParser const* parser) noexcept;
+
+/// Tells at which object a parser stands; set by the parser's layer when it is linked in, null
+/// without it. Must not log.
+KROFX_API extern KRDataObj* (*currentObjectOf)(KRParser*);
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_CORE_PARSE_LOGGER_H_
