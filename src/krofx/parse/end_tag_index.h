@@ -1,0 +1,93 @@
+// Where the last end tag of each name stands in a text.
+//
+// An unknown start tag is skipped up to its end tag, which may not exist. To find that out takes a
+// scan to the end of the text, and a text of nothing but unknown start tags would cost one for
+// each. So the first scan that ends in vain lists all end tags behind it, sorted by name, and each
+// later start tag asks the list first.
+
+#ifndef KROFX_PARSE_END_TAG_INDEX_H_
+#define KROFX_PARSE_END_TAG_INDEX_H_
+
+#include <algorithm>
+#include <cstddef>
+
+#include "krofx/core/memory.h"
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// Capital form of an ASCII letter; any other character as it is.
+inline char CapitalLetter(char character) {
+  return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                              : character;
+}
+
+/// The end tags of a text from some place on. Names are compared by length and then without regard
+/// to case. A copy starts out empty: it can be made again from the text.
+class EndTagIndex {
+ public:
+  /// A name in the text.
+  struct Name {
+    s32 start;
+    u16 length;
+  };
+
+  EndTagIndex() = default;
+  EndTagIndex(const EndTagIndex&) {}
+  EndTagIndex& operator=(const EndTagIndex& other) {
+    if (this != &other) Drop();
+    return *this;
+  }
+  ~EndTagIndex() { Drop(); }
+
+  /// Whether the list is complete and may be asked.
+  bool IsReady() const { return m_ready; }
+  /// Empties the list.
+  void Drop();
+  /// Appends the name of an end tag.
+  /// @return false when memory does not suffice; the list is then to be dropped.
+  bool Append(Name name);
+
+  /// Sorts the list, which may be asked from here on.
+  template <class Text>
+  void Complete(const Text& text) {
+    std::sort(m_names, m_names + m_count, [&text](const Name& left, const Name& right) {
+      const int order = Compare(text, left, right);
+      return order != 0 ? order < 0 : left.start < right.start;
+    });
+    m_ready = true;
+  }
+
+  /// Whether an end tag called `name` stands behind it in the text.
+  template <class Text>
+  bool HasBehind(const Text& text, Name name) const {
+    const Name* end = m_names + m_count;
+    const Name* found =
+        std::upper_bound(m_names, end, name, [&text](const Name& left, const Name& right) {
+          const int order = Compare(text, left, right);
+          return order != 0 ? order < 0 : left.start < right.start;
+        });
+    return found != end && Compare(text, name, *found) == 0;
+  }
+
+ private:
+  template <class Text>
+  static int Compare(const Text& text, const Name& left, const Name& right) {
+    if (left.length != right.length) return left.length < right.length ? -1 : 1;
+    for (s32 i = 0; i < left.length; ++i) {
+      const char a = CapitalLetter(text.At(left.start + i));
+      const char b = CapitalLetter(text.At(right.start + i));
+      if (a != b) return a < b ? -1 : 1;
+    }
+    return 0;
+  }
+
+  Name* m_names = nullptr;
+  std::size_t m_count = 0;
+  std::size_t m_capacity = 0;
+  bool m_ready = false;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_PARSE_END_TAG_INDEX_H_

@@ -1,0 +1,88 @@
+// The object-tree parser: fills a tree of data objects from the text of a buffer.
+//
+// It feeds the root's header handler, then gives each tag of the engine to the current object, and
+// finishes with a status and the warnings in the thread's log. All knowledge of OFX stays in the
+// objects: the parser enforces validity, nesting and the closing rules. What is out of place is
+// warned about and skipped; only what an object itself refuses stops a parse.
+
+#ifndef KROFX_PARSE_SIMPLE_PARSER_H_
+#define KROFX_PARSE_SIMPLE_PARSER_H_
+
+#include "krofx/core/export.h"
+#include "krofx/core/status.h"
+#include "krofx/core/types.h"
+#include "krofx/model/parser.h"
+
+class KRBuffer;
+class KRParseEngine;
+struct KRTagDictionaryEntry;
+
+/// Hears of each warning of a parse at the moment when it is logged, with its place in the text. A
+/// warning itself only records the buffer's cursor, which a parse does not move.
+class KROFX_API KRWarningObserver {
+ public:
+  /// Called on the parsing thread. Must not start a parse or change the log.
+  /// @param warning the record; valid during the call.
+  /// @param position where the tag or header line at fault begins in the buffer, counted in bytes
+  ///        from 0; -1 for what has no place, as a required tag that is missing.
+  virtual void OnWarning(const KRParseException& warning, s32 position) = 0;
+
+ protected:
+  ~KRWarningObserver() = default;
+};
+
+/// Parses OFX text into a tree of objects. May be used again; one that failed keeps its stack, see
+/// KRParser::GetDepth.
+class KROFX_API KRSimpleParser : public KRParser {
+ public:
+  /// Makes a parser that uses an engine of its own for each parse.
+  KRSimpleParser();
+  /// Copies everything, the borrowed engine and observer too.
+  KRSimpleParser(const KRSimpleParser& other) = default;
+  /// As the copy constructor.
+  KRSimpleParser& operator=(const KRSimpleParser& other) = default;
+
+  /// Reads header lines and tags from `buffer` into `root`, up to the first end tag "OFX" or the
+  /// end of the text. Empties the thread's warnings first, and lowers its fire alarm. What was
+  /// filled stays filled, whatever the status.
+  ///
+  /// @param buffer the text; its cursor plays no part and does not move.
+  /// @param root takes the headers and the outermost tags. Stays the caller's.
+  /// @param checkRequired not 0 to search the tree for the first required tag that is missing, also
+  ///        behind a parse that failed; a find is a KRPW_MISSINGTAG warning.
+  /// @return 0 clean; 7 finished, with warnings; 3 exhausted memory, a null argument or a thread
+  ///         that is not attached; 4 a refused header or tag, or a text that ends with aggregates
+  ///         open; 5 an end tag of another aggregate; 6 more than KRParser::kMaxDepth open
+  ///         aggregates; or what else an object answered.
+  KRParseStatus Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired) override;
+
+  /// The object that stopped the last parse; the root when a finished parse had warnings or memory
+  /// ran out; null for a clean one.
+  virtual KRDataObj* GetObjectWithError();
+  /// Does nothing.
+  /// @return 1.
+  virtual u16 SetParseTable(KRTagDictionaryEntry* table);
+  /// Makes later parses read from `engine`, which stays the caller's and goes on where it stands.
+  /// Null goes back to an engine for each parse.
+  /// @return 1.
+  virtual u16 SetParseEngine(KRParseEngine* engine);
+
+  /// Makes `observer` hear of the warnings of later parses; null for none. It stays the caller's.
+  void SetWarningObserver(KRWarningObserver* observer) { m_observer = observer; }
+  /// Where the tag or header line that is being handled begins in the buffer; -1 outside a parse.
+  s32 GetCurrentOffset() const;
+
+ protected:
+  /// The engine that SetParseEngine gave, or null.
+  KRParseEngine* GetParseEngine() const { return m_engine; }
+
+ private:
+  class Run;
+
+  KRParseEngine* m_engine = nullptr;
+  KRDataObj* m_objectWithError = nullptr;
+  KRWarningObserver* m_observer = nullptr;
+  const KRParseEngine* m_runningEngine = nullptr;
+};
+
+#endif  // KROFX_PARSE_SIMPLE_PARSER_H_
