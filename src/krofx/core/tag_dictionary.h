@@ -162,6 +162,10 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   /// disturb each other.
   static std::atomic<KRCaseType> m_compareType;
 
+ protected:
+  /// Whether texts can be found: memory sufficed for the lookup by text.
+  bool IsUsable() const { return m_lookupByText != nullptr; }
+
  private:
   friend struct krofx::internal::TagDictionaryInspector;
 
