@@ -1,0 +1,227 @@
+// Growable arrays of owned elements: the base class of the family and its one implementation.
+//
+// A repeated OFX element or aggregate lives in an array. Each concrete class of the family is a
+// thin face over krofx::internal::ElementArray and holds one type of element, so that a field
+// declares what it holds:
+//
+//   class KRDynamicArrayRequest : public krofx::internal::ElementArray<KRRequest> {
+//    public:
+//     using ElementArray::ElementArray;
+//
+//    protected:
+//     KRRequest* NewElement() const override;  // asks the object factory
+//   };
+//
+// A used index may hold null: the entries count the highest index touched, not the elements that
+// are there.
+
+#ifndef KROFX_CORE_ARRAY_H_
+#define KROFX_CORE_ARRAY_H_
+
+#include <new>
+
+#include "krofx/core/element_source.h"
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/slot_block.h"
+#include "krofx/core/status.h"
+#include "krofx/core/types.h"
+
+class KRBuilder;
+enum KRTagID : u32;
+
+/// Base of all arrays of owned elements. An array takes no memory until its first element, and
+/// grows in the steps that its owner chose: the initial size first, then the grow step each time.
+///
+/// Copies share the elements of the array that they were made from. The elements live until the
+/// last array that shares them is destroyed; what one array sets, the others see.
+class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
+ public:
+  /// An empty array. `initialSize` is the number of slots of the first allocation and `growStep`
+  /// the number added at each later one; 0 becomes 1 in either.
+  KRDynamicArray(u16 initialSize, u16 growStep);
+  /// Shares the source's elements.
+  KRDynamicArray(KRDynamicArray const& source) = default;
+  /// Elements of an untyped array cannot be let go; the typed arrays are assigned.
+  KRDynamicArray& operator=(KRDynamicArray const&) = delete;
+  virtual ~KRDynamicArray();
+
+  /// 1 when a caller may have the array make room for `index`.
+  virtual u16 OkToAlloc(u16 index) const;
+  /// Writes the elements under `tag`. The base does not know how and answers
+  /// KRBuildStatus_NoArrayWriter.
+  virtual KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+
+  /// The highest index in use, plus 1.
+  u16 Entries() const { return m_block.Entries(); }
+  /// Slots that the array has, by its steps of growth.
+  u16 Allocated() const { return m_block.Allocated(); }
+  /// Slots of the first allocation.
+  u16 InitialSize() const { return m_block.InitialSize(); }
+  /// Slots added at each later allocation.
+  u16 GrowStep() const { return m_block.GrowStep(); }
+
+  /// Makes room for `index` and counts it as in use, without an element. Returns 1; 0 when memory
+  /// is exhausted or `index` is 65535, and then the array holds what it held.
+  u16 AllocatedTo(u16 index);
+  /// Takes the element at `index` out; the later ones move down. The element is not destroyed: it
+  /// is the caller's, who must hold its pointer. Returns 1; 0 at or above the entries.
+  u16 UnSet(u16 index);
+  /// Forgets all elements, destroying none, and keeps the memory. For elements that are owned
+  /// elsewhere.
+  void Clear();
+
+ protected:
+  /// For an array that chooses whether its growth may raise the alarm.
+  KRDynamicArray(u16 initialSize, u16 growStep, krofx::internal::GrowthAlarm alarm);
+
+  /// One step of growth. Returns 1, or 0 when it failed: nothing has changed then. A failure of the
+  /// first allocation raises the fire alarm, one of a later step does not.
+  u16 Reallocate() { return m_block.GrowOneStep() ? 1 : 0; }
+
+  /// The slots.
+  krofx::internal::SlotBlock m_block;
+};
+
+namespace krofx::internal {
+
+/// Sets the calling thread's fire alarm: an element could not be made.
+KROFX_API void RaiseElementAlarm();
+
+/// An array of owned elements of type T: a class, or a plain integer in a cell of its own.
+template <class T>
+class KROFX_API ElementArray : public KRDynamicArray {
+ public:
+  using KRDynamicArray::KRDynamicArray;
+
+  /// Shares the source's elements.
+  ElementArray(ElementArray const& source) = default;
+  /// Lets go of what the array held and shares the source's elements.
+  ElementArray& operator=(ElementArray const& source) {
+    if (this != &source) {
+      m_block.Release(&Destroy);
+      m_block.ShareWith(source.m_block);
+    }
+    return *this;
+  }
+  /// Destroys the elements, if no copy shares them.
+  ~ElementArray() override { m_block.Release(&Destroy); }
+
+  /// The element, still the array's; null when the slot is empty or at or above the entries.
+  T* Get(u16 index) const { return static_cast<T*>(m_block.Get(index)); }
+
+  /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
+  /// success the array owns it. Returns 1; 0, with the array as it was and the element still the
+  /// caller's, when it is null, memory is exhausted, or `index` is 65535.
+  virtual u16 Set(u16 index, T* element) {
+    if (element == nullptr || !m_block.GrowTo(index)) return 0;
+    Replace(index, element);
+    return 1;
+  }
+  /// Set behind the last entry.
+  virtual u16 Append(T* element) { return Set(Entries(), element); }
+  /// Puts a new element with a copy of `value` at `index`, and destroys what was there. Returns 1;
+  /// 0, with the array as it was, when memory is exhausted or `index` is 65535.
+  virtual u16 SetVal(u16 index, T value) {
+    if (!m_block.GrowTo(index)) return 0;
+    T* element = NewElement();
+    if (element == nullptr) {
+      RaiseElementAlarm();
+      return 0;
+    }
+    *element = value;
+    Replace(index, element);
+    return 1;
+  }
+
+  /// The element at `index`, made if there is none. When that fails the fire alarm is raised and
+  /// the reference is to a spare element of the thread, which belongs to no array and is made anew
+  /// at each failure; who must know uses Get and Set.
+  T& operator[](u16 index) {
+    if (m_block.GrowTo(index)) {
+      void* held = m_block.At(index);
+      if (held == nullptr) held = NewElement();
+      if (held != nullptr) {
+        m_block.Put(index, held);
+        return *static_cast<T*>(held);
+      }
+    }
+    RaiseElementAlarm();
+    return Spare();
+  }
+
+  /// Destroys all elements, unless a copy shares them, and gives the memory back. The array can be
+  /// used again.
+  void DeleteAll() { m_block.Release(&Destroy); }
+
+ protected:
+  /// Makes an element for SetVal and []. Null when memory is exhausted.
+  virtual T* NewElement() const { return MakeElement<T>(); }
+
+ private:
+  static void Destroy(void* element) { DestroyElement(static_cast<T*>(element)); }
+
+  void Replace(u16 index, T* element) {
+    void* held = m_block.At(index);
+    m_block.Put(index, element);
+    if (held != nullptr && held != element) Destroy(held);
+  }
+
+  static T& Spare() {
+    alignas(T) static thread_local unsigned char storage[sizeof(T)];
+    static thread_local T* spare = nullptr;
+    if (spare != nullptr) spare->~T();
+    spare = ::new (static_cast<void*>(storage)) T();
+    return *spare;
+  }
+};
+
+/// An array of owned elements without virtual operations, for the byte-like values of the transport
+/// and security layers. UnSet leaves a hole instead of closing up.
+template <class T>
+class KROFX_API PlainArray {
+ public:
+  /// An empty array; 0 becomes 1 in either argument.
+  PlainArray(u16 initialSize, u16 growStep)
+      : m_block(initialSize, growStep, GrowthAlarm::kRaised) {}
+  PlainArray(PlainArray const&) = delete;
+  PlainArray& operator=(PlainArray const&) = delete;
+  /// Destroys the elements.
+  ~PlainArray() { m_block.Release(&Destroy); }
+
+  /// The highest index in use, plus 1.
+  u16 Entries() const { return m_block.Entries(); }
+  /// Slots that the array has, by its steps of growth.
+  u16 Allocated() const { return m_block.Allocated(); }
+  /// The element, still the array's; null when the slot is empty or at or above the entries.
+  T* Get(u16 index) const { return static_cast<T*>(m_block.Get(index)); }
+
+  /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
+  /// success the array owns it. Returns 1; 0, with the array as it was and the element still the
+  /// caller's, when it is null, memory is exhausted, or `index` is 65535.
+  u16 Set(u16 index, T* element) {
+    if (element == nullptr || !m_block.GrowTo(index)) return 0;
+    void* held = m_block.At(index);
+    m_block.Put(index, element);
+    if (held != nullptr && held != element) Destroy(held);
+    return 1;
+  }
+  /// Gives up the element at `index`, leaving its slot empty; entries stay. Returns 1; 0 when the
+  /// array has no such slot.
+  u16 UnSet(u16 index) { return m_block.Empty(index) ? 1 : 0; }
+  /// Forgets all elements, destroying none, and keeps the memory.
+  void Clear() { m_block.Clear(); }
+
+ protected:
+  /// One step of growth; nothing changes when it fails.
+  void Reallocate() { m_block.GrowOneStep(); }
+
+ private:
+  static void Destroy(void* element) { DestroyElement(static_cast<T*>(element)); }
+
+  SlotBlock m_block;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_CORE_ARRAY_H_

@@ -1,0 +1,179 @@
+// The growable byte area through which all OFX text passes: the builder writes one, the transport
+// moves one, the parse engine reads one.
+//
+// One cursor serves reading and writing. A write ends the content: size and cursor are equal behind
+// it, so a write inside the content cuts what followed. Memory is overwritten with zero before it
+// is given back, growth included, because buffers hold sign-on text.
+
+#ifndef KROFX_CORE_BUFFER_H_
+#define KROFX_CORE_BUFFER_H_
+
+#include <cstring>
+
+#include "krofx/core/array.h"
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/types.h"
+
+class KRString;
+
+/// Result of reading from and writing to a buffer.
+enum KRBufferResult : s32 {
+  /// Done.
+  KRBufferOK = 0,
+  /// A read past the content, the size limit reached, or growth refused with grow size 0.
+  KRBufferOutOfRange = -9996,
+  /// The buffer could not grow.
+  KRBufferNoMemory = -9997,
+  /// There is no memory to read from or write to.
+  KRBufferNoData = -9998,
+};
+
+/// A growable byte area with one cursor. Any byte may stand in it, NUL included.
+///
+/// The allocation grows by the grow size, or by what is needed if that is more; behind the
+/// announced allocation the memory grows by doubling, so that long content costs few copies. When
+/// memory is exhausted the content is lost: the fire alarm is set and the buffer has no data.
+///
+/// A derived class may serve characters from elsewhere through GetCh. Deleting a derived buffer
+/// through a pointer to this class is not allowed, since the destructor is not virtual.
+class KROFX_API KRBuffer : public krofx::internal::HeapObject {
+ public:
+  /// Bytes of the blocks in which bulk data is moved.
+  static constexpr u16 kBlockSize = 16384;
+  /// Grow size of a buffer that is made without one, and without an initial size.
+  static constexpr u32 kDefaultGrowSize = 512;
+
+  /// Allocates `initialSize` bytes, or `growSize` when that is 0, or 512 when both are 0. A grow
+  /// size of 0 means to grow by exactly what is needed.
+  KRBuffer(u32 initialSize, u32 growSize);
+  KRBuffer(KRBuffer const&) = delete;
+  KRBuffer& operator=(KRBuffer const&) = delete;
+  /// Overwrites the memory and frees it.
+  ~KRBuffer();
+
+  /// The byte at position `index`; 0 when it is negative or not inside the content. The cursor
+  /// stays.
+  virtual char GetCh(s32 index);
+
+  /// Makes the allocation at least `bytes`; size and cursor stay. KRBufferOK or KRBufferNoMemory.
+  KRBufferResult AllocateTo(u32 bytes);
+
+  /// Writes one byte at the cursor.
+  KRBufferResult Write(char byte) { return PutBufData(&byte, 1); }
+  /// Writes `count` bytes at the cursor. A null pointer with a count gives KRBufferNoData.
+  KRBufferResult Write(char const* bytes, u16 count) { return PutBufData(bytes, count); }
+  /// As += of a buffer.
+  KRBufferResult Write(KRBuffer* source) { return *this += source; }
+  /// Writes the text and one NUL behind it, which counts in size and cursor. Of a text of 65536
+  /// bytes or more only the length modulo 65536 is written; use WriteLarge for such.
+  KRBufferResult WriteString(char const* text);
+  /// Writes any number of bytes, in blocks. The first block that fails ends it with its result.
+  KRBufferResult WriteLarge(char const* bytes, u32 count);
+
+  /// Writes one byte at the cursor. A failure shows only in the fire alarm.
+  void operator+=(char byte) { PutBufData(&byte, 1); }
+  /// Writes the text at the cursor, without a NUL; lengths as for WriteString. A failure shows only
+  /// in the fire alarm.
+  void operator+=(char const* text);
+  /// Writes the whole content of `source` at the cursor, wherever the source's own cursor stands.
+  /// KRBufferOK, also when a block of it could not be written (which ends the copy); KRBufferNoData
+  /// when the source is null or has content but no data.
+  KRBufferResult operator+=(KRBuffer const* source);
+
+  /// Reads one byte at the cursor. KRBufferOutOfRange at the end of the content.
+  KRBufferResult Read(char* out) { return GetBufData(out, 1); }
+  /// Reads up to `max` bytes at the cursor and says in `got` how many. At the end of the content
+  /// KRBufferOutOfRange, with `got` left alone.
+  KRBufferResult Read(char* out, u16& got, u16 max);
+
+  /// Looks for `character` from position `start`. Found: stores its position and returns 1. A NUL
+  /// or the end of the content comes first: stores that position and returns 0. The cursor stays.
+  u16 FindSubChar(s32 start, char character, s32* position);
+  /// Copies up to `count` bytes from position `start` into `out`, ending at a NUL or at the end of
+  /// the content, and makes room for `count` characters (65534 at most) there. Returns the number
+  /// copied; 0 when memory is exhausted. The cursor stays.
+  u16 GetData(KRString& out, s32 start, u16 count);
+
+  /// Replaces the target's content by `count` bytes from position `start`, or by everything from
+  /// `start` when `count` is 0; the target's cursor stands at the end then. A range past the
+  /// content gives KRBufferOutOfRange, exhausted memory KRBufferNoMemory, a null target or missing
+  /// data KRBufferNoData. A copy of nothing makes the target's size its old cursor and its cursor
+  /// 0.
+  KRBufferResult CopyBuffer(KRBuffer* target, u32 start, u32 count) const;
+  /// 1 when both buffers have data and the same content.
+  u16 CompareBuffer(KRBuffer const* other) const;
+
+  /// Fills the content with `fill`, makes the size the old cursor and puts the cursor to 0: room of
+  /// the same size to be written anew. Nothing happens without data.
+  void ClearBuffer(char fill);
+  /// Sets the size; 0 means the current cursor. Positions beyond the allocation read as no content.
+  void SetBufferSize(u32 size) { m_size = size == 0 ? m_offset : size; }
+  /// Moves the cursor, up to the size. Returns 1, or 0 (nothing moves) beyond it.
+  u16 SetBufferOffset(u32 offset);
+
+  /// Bytes of content.
+  u32 GetBufferSize() const { return m_size; }
+  /// The cursor: the position that is read or written next.
+  u32 GetBufferOffset() const { return m_offset; }
+  /// Bytes that can be held before the next growth.
+  u32 GetBufferAllocation() const { return m_allocation; }
+  /// The memory, for direct reads and for writes that SetBufferSize closes. Null when memory was
+  /// exhausted. It moves when the buffer grows.
+  char* GetBufferPtr() const { return m_data; }
+  /// As GetBufferPtr, but null when the allocation is 65535 bytes or more: for 16-bit lengths.
+  char* GetSmallBufferPtr() const { return m_allocation < 65535 ? m_data : nullptr; }
+
+  /// 1 when the content is what the memory holds: the buffer is exactly of this class, so reading
+  /// GetBufferPtr is the same as reading through GetCh.
+  u16 HasPlainBytes() const;
+
+ protected:
+  /// The limit of the allocation; a write that would end at or above it is refused.
+  virtual u32 GetMaxBufferSize();
+
+ private:
+  KRBufferResult GetBufData(char* out, u16 count);
+  KRBufferResult PutBufData(char const* bytes, u16 count) {
+    if (m_data != nullptr && bytes != nullptr && count <= m_allocation &&
+        m_offset <= m_allocation - count) {
+      std::memmove(m_data + m_offset, bytes, count);
+      m_offset += count;
+      m_size = m_offset;
+      return KRBufferOK;
+    }
+    return PutGrowing(bytes, count);
+  }
+  KRBufferResult PutGrowing(char const* bytes, u16 count);
+  KRBufferResult PutText(char const* text);
+  u32 GrowBuffer(u32 need);
+  bool SetAllocation(u32 allocation);
+  u32 Readable() const;
+
+  char* m_data = nullptr;
+  u32 m_allocation = 0;
+  u32 m_growSize = 0;
+  u32 m_size = 0;
+  u32 m_offset = 0;
+  u32 m_capacity = 0;
+};
+
+namespace krofx::internal {
+
+/// Deletes a buffer that is exactly of class KRBuffer.
+KROFX_API void DeleteBuffer(KRBuffer* buffer);
+
+template <>
+inline void DestroyElement<KRBuffer>(KRBuffer* buffer) {
+  DeleteBuffer(buffer);
+}
+
+}  // namespace krofx::internal
+
+/// An array of owned buffers, each exactly of class KRBuffer.
+class KROFX_API KRDynamicArrayBuffer : public krofx::internal::PlainArray<KRBuffer> {
+ public:
+  using PlainArray::PlainArray;
+};
+
+#endif  // KROFX_CORE_BUFFER_H_

@@ -1,0 +1,210 @@
+// Text of an OFX element, with the length that the OFX standard allows for it.
+//
+// The allowed length (the spec length) is advice: a string never refuses or cuts text because of
+// it, so an over-long value survives parsing, and whoever checks validity decides. Text is
+// single-byte and ends with a NUL; it holds none inside. A string that never held text (null) and
+// one that was emptied (empty) differ, but both convert to "".
+//
+// The classes with a fixed spec length are in fixed_strings.h.
+
+#ifndef KROFX_CORE_STRING_H_
+#define KROFX_CORE_STRING_H_
+
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/types.h"
+
+/// How the text of a string is meant.
+enum KRStringEncode : u32 {
+  /// Plain text.
+  KRStringEncode_Plain = 0,
+  /// Text wrapped as a CDATA section.
+  KRStringEncode_CDATA = 1,
+};
+
+/// The library's only text value: owned, deep-copied, at most kMaxLength characters.
+///
+/// Memory is fitted exactly: a string that grows takes as many bytes as the text and its
+/// terminator need, and never shrinks by itself. When memory is exhausted the string ends null and
+/// empty and the thread's fire alarm is set; no operation throws. Text of more than kMaxLength
+/// characters is refused: the string keeps what it held, and the fire alarm is set, as for any text
+/// that was lost.
+class KROFX_API KRString : public krofx::internal::HeapObject {
+ public:
+  /// The spec length that stands for no limit.
+  static constexpr u16 kNoSpecLength = 65535;
+  /// The longest text that a string takes.
+  static constexpr u16 kMaxLength = 65534;
+
+  /// A null string: no text, no spec length, plain.
+  KRString() noexcept = default;
+  /// A copy of `text`; a null or empty text makes a null string.
+  KRString(char const* text);
+  /// A copy of text, encoding and spec length. An empty source makes a null string.
+  KRString(KRString const& source);
+  /// Takes the text over; the source is left null, with its spec length and encoding.
+  KRString(KRString&& source) noexcept;
+  /// Frees the text.
+  virtual ~KRString() {
+    if (m_buffer != nullptr) ReleaseBuffer();
+  }
+
+  /// Takes a copy of the source's text, encoding and spec length. An empty source frees the text.
+  /// Classes with a spec length of their own keep it.
+  virtual KRString& operator=(KRString const& source);
+  /// For the message-set version of the owner: no string depends on it. Does nothing, returns 1.
+  virtual u16 SetMsgSetVersion(u16 version);
+  /// 1 when the text is acceptable to the OFX standard: not longer than the spec length.
+  virtual u16 IsValid() const;
+  /// Sets the spec length, in characters; 65535 is no limit. The text stays as it is.
+  virtual void SetSpecLength(u16 length);
+  /// Cuts the text behind `length` characters, keeping the memory. Nothing happens when `length` is
+  /// 65535 or above the allocated size, or when the string is null.
+  virtual void Truncate(u16 length);
+  /// Cuts the text to the spec length.
+  virtual void TruncateToSpec();
+
+  /// Takes a copy of `text`; spec length and encoding stay. A null or empty text frees what the
+  /// string held and then also resets spec length (65535) and encoding (plain); on a null string it
+  /// does nothing.
+  KRString& operator=(char const* text);
+  /// Takes a copy of `length` bytes, which need no terminator; text ends at a NUL among them. The
+  /// spec length stays and the encoding becomes plain. No bytes, or a null pointer, free the text.
+  /// Returns 1, or 0 when memory is exhausted (null then) or the text is too long (kept then).
+  u16 Assign(char const* text, u16 length);
+  /// Appends `text`; null or empty does nothing.
+  KRString& operator+=(char const* text);
+  /// Appends one character; a NUL does nothing.
+  KRString& operator+=(char character);
+
+  /// Characters before the terminator.
+  u16 GetStrLength() const { return m_length; }
+  /// Allocated bytes, the terminator's included; 0 for a null string.
+  int BufferSize() const { return m_allocated; }
+  /// The length that the OFX standard allows; 65535 is no limit.
+  u16 SpecLength() const { return m_specLength; }
+  /// 1 when the string holds no buffer.
+  u16 IsNull() const { return m_buffer == nullptr ? 1 : 0; }
+  /// 1 when the length is 0, with a buffer or without.
+  u16 IsEmpty() const { return m_length == 0 ? 1 : 0; }
+  /// 1 when the text is longer than the spec length.
+  u16 ExceedsSpecLength() const { return m_length > m_specLength ? 1 : 0; }
+  /// How the text is meant.
+  KRStringEncode GetEncoding() const { return static_cast<KRStringEncode>(m_encoding); }
+  /// Says how the text is meant; the text stays as it is.
+  void SetEncoding(KRStringEncode encoding) { m_encoding = static_cast<unsigned char>(encoding); }
+  /// The text, never null: a null string gives an empty text. Valid until the string changes.
+  operator char const*() const { return m_buffer != nullptr ? m_buffer : s_emptyText; }
+  /// 1 when there is no character but blank, line feed, carriage return and tab.
+  u16 IsWhiteSpace() const;
+
+  /// 1 when the texts are the same; null and empty are.
+  u16 operator==(KRString const& other) const { return Equal(other); }
+  /// 1 when the texts are the same; a null or empty string equals a null or empty pointer.
+  u16 operator==(char const* text) const;
+  /// The negation of ==.
+  u16 operator!=(KRString const& other) const { return Equal(other) == 0 ? 1 : 0; }
+  /// The negation of ==.
+  u16 operator!=(char const* text) const { return *this == text ? 0 : 1; }
+  /// As ==, without regard to case: 1 when the texts are equal and 0 when not, the reverse of the
+  /// standard function of like name.
+  u16 strcmpi(char const* text) const;
+
+  /// Fills all allocated bytes but the last with `character`: Clear(0) empties the text and keeps
+  /// the memory. A null string stays null.
+  void Clear(char character);
+  /// Removes blanks (0x20 only) at the end.
+  void TrimTrailingSpaces();
+  /// Removes blanks (0x20 only) at the start.
+  void TrimLeadingSpaces();
+  /// Turns each character through the standard toupper.
+  void MakeUpper();
+  /// Turns each character through the standard tolower.
+  void MakeLower();
+  /// Makes room for `size` bytes, terminator included, and gives the buffer for the caller to fill;
+  /// null when there is none. Close with UnlockBuffer. Nothing is locked.
+  char* LockBuffer(u16 size);
+  /// Ends a direct write: puts a NUL into the last allocated byte and counts the length anew.
+  void UnlockBuffer();
+
+  /// Wraps the text as a CDATA section, unless it begins as one, and sets the encoding. A string
+  /// that is not of a fixed length loses its spec length by the wrapping. A null string gets the
+  /// encoding only.
+  void ToCDATA();
+  /// Unwraps a CDATA section: takes away its 9 opening characters and the last 3, and sets the
+  /// encoding to plain. Text that does not begin as one stays; a body of under 3 characters stays
+  /// whole.
+  void FromCDATA();
+
+ protected:
+  /// A spec length, for the constructors of strings that begin with one.
+  struct OfLength {
+    u16 value;
+  };
+  /// A null string with a spec length.
+  explicit KRString(OfLength specLength) noexcept : m_specLength(specLength.value) {}
+
+  /// 1 when the texts are the same.
+  u16 Equal(KRString const& other) const;
+  /// From now on memory is overwritten before it is given back.
+  void KeepSecret() { m_secret = true; }
+
+ private:
+  friend KROFX_API KRString operator+(KRString const& left, KRString const& right);
+
+  void Init();
+  void FreeMemory();
+  u16 AllocStringBuffer(u16 size);
+  u16 CopyString(char const* text);
+  u16 ReplaceText(char const* text, u16 length);
+  u16 AppendText(char const* text, u16 length);
+  void ReleaseBuffer();
+  void Recount();
+
+  static char const s_emptyText[1];
+
+  char* m_buffer = nullptr;
+  u16 m_specLength = kNoSpecLength;
+  u16 m_allocated = 0;
+  u16 m_length = 0;
+  unsigned char m_encoding = KRStringEncode_Plain;
+  bool m_secret = false;
+};
+
+/// The text of `left` with that of `right` behind it, with the left's spec length; CDATA when
+/// either is. When the whole cannot be made, the left text alone.
+KROFX_API KRString operator+(KRString const& left, KRString const& right);
+
+/// 1 when the texts are the same.
+inline u16 operator==(char const* text, KRString const& string) { return string == text; }
+/// 1 when the texts differ.
+inline u16 operator!=(char const* text, KRString const& string) { return string != text; }
+
+/// A string that keeps its own spec length whatever it is assigned. Used directly where the length
+/// depends on the message-set version.
+class KROFX_API KRMultiLenString : public KRString {
+ public:
+  /// A null string with no limit.
+  KRMultiLenString() noexcept = default;
+  /// A copy of the source's text and encoding, with no limit.
+  KRMultiLenString(KRString const& source) : KRMultiLenString(source, OfLength{kNoSpecLength}) {}
+  /// A copy, the spec length included.
+  KRMultiLenString(KRMultiLenString const& source) = default;
+  /// Takes the text over, and the spec length.
+  KRMultiLenString(KRMultiLenString&& source) noexcept = default;
+
+  /// Takes a copy of text and encoding; the spec length of this string stays.
+  KRMultiLenString& operator=(KRString const& source) override;
+  /// As for any string.
+  KRMultiLenString& operator=(KRMultiLenString const& source) {
+    return operator=(static_cast<KRString const&>(source));
+  }
+
+ protected:
+  /// A null string with a spec length.
+  explicit KRMultiLenString(OfLength specLength) noexcept : KRString(specLength) {}
+  /// A copy of the source's text and encoding with a spec length.
+  KRMultiLenString(KRString const& source, OfLength specLength);
+};
+
+#endif  // KROFX_CORE_STRING_H_
