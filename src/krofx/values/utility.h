@@ -77,12 +77,11 @@ class KROFX_API KRUtility {
   ///         matches or an empty slot comes first.
   static u16 Find(const KRDynamicArrayDataObj* array, KRTagID tag, u16 start);
 
-  /// Reads a number of up to 5 digits; what stands behind the fifth is not looked at.
+  /// Reads a number of up to 5 digits, modulo 65536; what stands behind the fifth is not looked at.
   /// @param exactDigits when above 0, the number of digits there must be.
   /// @param scaleDigits when above the number of digits, the value is multiplied by 10 for each
   ///        that is missing.
-  /// @return 0; 4, with `value` unchanged, for anything but digits, another number of them, or a
-  ///         value above 65535.
+  /// @return 0; 4, with `value` unchanged, for anything but digits or another number of them.
   static KRParseStatus AscToUInt(const char* text, u16* value, s16 exactDigits, s16 scaleDigits);
 
   /// Writes 1 byte. Null does nothing, here and below.

@@ -1,0 +1,129 @@
+// The helpers of KRUtility that walk object trees: what is missing in a tree, the repair of one
+// processor's invoices, and the search in an array of objects.
+
+#include "krofx/model/aggregate.h"
+#include "krofx/model/value_arrays.h"
+#include "krofx/model/value_kinds.h"
+#include "krofx/values/utility.h"
+
+namespace {
+
+using namespace krofx::internal;
+
+// Calls `visit(child)` for the children in order, until it answers false.
+template <class Visit>
+void ForEachChild(const KRDataObj& object, Visit visit) {
+  const u16 count = object.GetNumberOfChildren();
+  for (u16 index = 0; index < count; ++index) {
+    KRDataObj* child = object.GetChild(index);
+    if (child != nullptr && !visit(*child)) return;
+  }
+}
+
+// The deepest object that lacks something on the first path that does; null when none does.
+KRDataObj* FindIncomplete(KRDataObj& object) {
+  if (!object.AllRequiredPresent()) return &object;
+  KRDataObj* found = nullptr;
+  ForEachChild(object, [&](KRDataObj& child) {
+    found = FindIncomplete(child);
+    return found == nullptr;
+  });
+  return found;
+}
+
+// The value behind a tag, whether it is noted as present or not; null when the object's class keeps
+// none of this kind there.
+template <class Value>
+const Value* ValueBehind(KRDataObj& object, KRTagID tag, const ValueKind& kind) {
+  const AggregateTable* table = ObjectAccess::TableOf(object);
+  const Row* row = table == nullptr ? nullptr : FindRow(*table, tag);
+  if (row == nullptr || row->value != &kind) return nullptr;
+  return static_cast<const Value*>(row->member(object));
+}
+
+// Gives a text to an element of class `Text` that has none.
+template <class Text>
+void FillIn(KRDataObj& object, KRTagDictionaryEntry entry, const char* text) {
+  const Text* held = ValueBehind<Text>(object, entry.tagID, kText<Text>);
+  const bool empty = held != nullptr ? held->IsEmpty() != 0 : !object.ValidateTag(entry.tagID);
+  if (empty) object.HandleTagElement(&entry, KRString(text));
+}
+
+// A rate that was never set is a valid 0; one that a host set may be out of range.
+void MendRate(KRDataObj& object) {
+  const KRTagDictionaryEntry entry{KRTag_DSCRATE, "DSCRATE"};
+  const KRPercent* rate =
+      ValueBehind<KRPercent>(object, entry.tagID, kNumber<KRPercent, &KRBuilder::AddTagKRRate>);
+  if (rate != nullptr && !rate->IsValid()) object.HandleTagElement(&entry, KRString("0.0"));
+}
+
+void Patch(KRDataObj& object) {
+  if (!object.AllRequiredPresent()) {
+    if (object.GetType() == KRTag_INVOICE) {
+      FillIn<KRString80>(object, {KRTag_INVDESC, "INVDESC"}, "An invoice");
+      FillIn<KRString32>(object, {KRTag_INVNO, "INVNO"}, "0");
+    } else if (object.GetType() == KRTag_DISCOUNT) {
+      FillIn<KRString80>(object, {KRTag_DSCDESC, "DSCDESC"}, "Discount applied");
+      MendRate(object);
+    }
+  }
+  ForEachChild(object, [](KRDataObj& child) {
+    Patch(child);
+    return true;
+  });
+}
+
+}  // namespace
+
+u16 KRUtility::AllRequiredPresent(KRDataObj** object, KRTagID* missing) {
+  if (missing != nullptr) *missing = KRTag_None;
+  if (object == nullptr || *object == nullptr) return 0;
+  KRDataObj* const found = FindIncomplete(**object);
+  if (found == nullptr) return 1;
+  if (found != *object) {
+    *object = found;
+    if (missing != nullptr) *missing = found->GetFirstMissingRequiredTag(KRTag_None);
+  }
+  return 0;
+}
+
+KRTagID KRUtility::GetNextMissingRequiredTag(KRDataObj* object, KRDataObj** holder, KRTagID after) {
+  KRDataObj* found = nullptr;
+  KRTagID tag = KRTag_None;
+  if (object != nullptr) {
+    if (!object->AllRequiredPresent()) tag = object->GetFirstMissingRequiredTag(after);
+    if (tag != KRTag_None) {
+      found = object;
+    } else {
+      ForEachChild(*object, [&](KRDataObj& child) {
+        if (FindIncomplete(child) != nullptr)
+          tag = GetNextMissingRequiredTag(&child, &found, after);
+        return tag == KRTag_None;
+      });
+    }
+  }
+  if (holder != nullptr) *holder = found;
+  return tag;
+}
+
+u16 KRUtility::PatchCheckFreeOFX(KRDataObj** object, KRTagID* missing) {
+  if (missing != nullptr) *missing = KRTag_None;
+  if (object == nullptr || *object == nullptr) return 0;
+  Patch(**object);
+  return 1;
+}
+
+KRString KRUtility::ObjectToString(KRDataObj* object) {
+  return object == nullptr ? KRString("OBJECT NULL") : TagToString(object->GetType());
+}
+
+u16 KRUtility::Find(const KRDynamicArrayDataObj* array, KRTagID tag, u16 start) {
+  if (array == nullptr) return 0;
+  const u32 entries = array->Entries();
+  for (u32 position = start == 0 ? 1 : start; position <= entries; ++position) {
+    KRDataObj* element = array->Get(static_cast<u16>(position - 1));
+    if (element == nullptr) return 0;
+    if (element->GetType() == tag) return static_cast<u16>(position);
+  }
+  return 0;
+}

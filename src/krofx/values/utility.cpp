@@ -1,0 +1,106 @@
+// The helpers that need no object tree: response text, small numbers, byte order and macros.
+
+#include "krofx/values/utility.h"
+
+#include <cstring>
+#include <iterator>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/values/byte_order.h"
+#include "krofx/values/digits.h"
+#include "krofx/values/keyword_table.h"
+
+namespace {
+
+using namespace krofx::internal;
+
+// "nbsp" stands first, so that the search of a name takes all rows and that of a character, which
+// must leave blanks alone, begins behind it.
+constexpr struct {
+  std::string_view name;
+  char character;
+} kMacros[] = {{"nbsp", ' '}, {"gt", '>'}, {"lt", '<'}, {"amp", '&'}};
+constexpr std::size_t kFirstWritten = 1;
+
+// Fixed to ASCII: what a host's locale calls printable must not decide what reaches the parse.
+constexpr bool MayStandInResponse(char c) {
+  return (c >= ' ' && c <= '~') || c == '\r' || c == '\n';
+}
+
+}  // namespace
+
+u16 KRUtility::RemoveBadCharFromBuffer(KRBuffer* buffer) {
+  if (buffer == nullptr) return 0;
+  char* data = buffer->GetBufferPtr();
+  if (data == nullptr) return 1;
+  const u32 size = buffer->GetBufferSize();
+  for (u32 i = 0; i < size; ++i) {
+    if (!MayStandInResponse(data[i])) data[i] = ' ';
+  }
+  buffer->SetBufferOffset(size);
+  return 1;
+}
+
+KRString KRUtility::TagToString(KRTagID tag) {
+  const KRTagDictionary* dictionary = KRTagDictionary::TheKRTagDictionary();
+  const char* text = dictionary == nullptr ? nullptr : dictionary->GetTagString(tag);
+  return text == nullptr ? KRString("TAG UNKNOWN") : KRString(text);
+}
+
+KRParseStatus KRUtility::AscToUInt(const char* text, u16* value, s16 exactDigits, s16 scaleDigits) {
+  if (text == nullptr || value == nullptr) return KRParseStatus_Invalid;
+  return ReadDigits(text, std::strlen(text), *value, exactDigits, scaleDigits)
+             ? KRParseStatus_Accepted
+             : KRParseStatus_Invalid;
+}
+
+void KRUtility::PackByte(char* block, char value) {
+  if (block != nullptr) *block = value;
+}
+
+char KRUtility::UnPackByte(const char* block) { return block == nullptr ? '\0' : *block; }
+
+void KRUtility::PackShort(char* block, u16 value) {
+  if (block != nullptr) PackU16(block, value);
+}
+
+u16 KRUtility::UnPackShort(const char* block) {
+  return block == nullptr ? u16{0} : UnpackU16(block);
+}
+
+void KRUtility::PackLong(char* block, u32 value) {
+  if (block != nullptr) PackU32(block, value);
+}
+
+u32 KRUtility::UnPackLong(const char* block) { return block == nullptr ? 0 : UnpackU32(block); }
+
+char KRUtility::GetMacroChar(const char* name) {
+  if (name == nullptr) return '\0';
+  for (const auto& macro : kMacros) {
+    if (macro.name == name) return macro.character;
+  }
+  return '\0';
+}
+
+const char* KRUtility::GetMacroString(char c) {
+  for (std::size_t i = kFirstWritten; i < std::size(kMacros); ++i) {
+    if (kMacros[i].character == c) return kMacros[i].name.data();
+  }
+  return nullptr;
+}
+
+const char* KRUtility::ContainsMacro(const char* text) {
+  return text == nullptr ? nullptr : std::strpbrk(text, "><&");
+}
+
+char* KRUtility::ContainsMacro(char* text) {
+  return text == nullptr ? nullptr : std::strpbrk(text, "><&");
+}
+
+char krofx::internal::MacroCharWithoutCase(std::string_view name) noexcept {
+  for (const auto& macro : kMacros) {
+    if (EqualsWithoutCase(macro.name, name)) return macro.character;
+  }
+  return '\0';
+}
