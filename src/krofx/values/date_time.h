@@ -1,0 +1,307 @@
+// Dates and times: broken-down fields with an optional zone, their OFX texts, comparison and
+// arithmetic.
+//
+// The text form is YYYYMMDD or YYYYMMDDHHMMSS.XXX[gmt:tz], such as
+// 19991231120000.000[-5:EST]: local time, then the zone's distance from GMT in hours with an
+// optional fraction, then its name.
+//
+// Two counts of seconds exist side by side. GetTimeT is the true calendar count from 1970 in 32
+// bits. GetGMT takes a year as 365.2425 days; it covers every year, carries milliseconds, and
+// serves to compare and subtract dates, but it is no calendar count and differs from GetTimeT.
+
+#ifndef KROFX_VALUES_DATE_TIME_H_
+#define KROFX_VALUES_DATE_TIME_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "krofx/core/export.h"
+#include "krofx/core/fixed_strings.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/string.h"
+#include "krofx/core/types.h"
+#include "krofx/values/calendar.h"
+#include "krofx/values/lazy_block.h"
+#include "krofx/values/precision_integer.h"
+#include "krofx/values/zone_name.h"
+
+/// The fields of a date and time with its zone, and what all dates and times can do. A value type:
+/// copies are independent. Text errors are logged as warnings and give 0; nothing throws.
+class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
+ public:
+  /// What the binary form holds in place of an empty zone name: "***".
+  static char const* const m_timeZoneNotInitialized;
+  /// Size of the block that LockBuffer gives, in bytes.
+  static constexpr u16 kBinaryBlockSize = 32;
+
+  /// All fields zero, no zone. Month 0 makes it no valid date.
+  KRDateTimeBase() noexcept = default;
+  /// Copies all fields; the binary block stays behind.
+  KRDateTimeBase(KRDateTimeBase const&) noexcept = default;
+  virtual ~KRDateTimeBase() = default;
+
+  /// Parses, in the derived classes. Here it does nothing.
+  /// @return 0.
+  virtual u16 operator=(char const* text);
+
+  /// Writes the time alone: HHMMSS, the milliseconds without padding when there are any (5
+  /// milliseconds are ".5"), then the zone in brackets when the offset is not 0. With offset 0 a
+  /// zone name is written as ":NAME" without brackets, and a fraction of the offset not at all.
+  /// @return 1, or 0 when IsValidTime fails or memory is exhausted, and then `out` is unchanged.
+  virtual u16 GetTimeString(KRString& out);
+  /// 1 when hour is at most 23, minute and second at most 59, millisecond at most 999, the offset
+  /// from -12 to 12 and its fraction at most 99.
+  virtual u16 IsValidTime();
+  /// Writes the OFX text: the date, the time when it or the zone's offset is not zero, milliseconds
+  /// when they or the offset are not zero, and the zone when its offset is not zero. A zone name
+  /// with offset 0 is lost.
+  /// @return 1, or 0 when IsValidDate or IsValidTime fails or memory is exhausted, and then `out`
+  ///         is unchanged.
+  virtual u16 GetDateString(KRString& out);
+  /// 1 when the month is from 1 to 12 and the day is in that month in that year. Any year will do.
+  virtual u16 IsValidDate() const;
+
+  /// The same for a const object; reaches the override of a derived class.
+  u16 GetTimeString(KRString& out) const {
+    return const_cast<KRDateTimeBase*>(this)->GetTimeString(out);
+  }
+  /// The same for a const object; reaches the override of a derived class.
+  u16 IsValidTime() const { return const_cast<KRDateTimeBase*>(this)->IsValidTime(); }
+  /// The same for a const object; reaches the override of a derived class.
+  u16 GetDateString(KRString& out) const {
+    return const_cast<KRDateTimeBase*>(this)->GetDateString(out);
+  }
+
+  /// Copies all fields; the binary blocks stay as they are.
+  KRDateTimeBase& operator=(KRDateTimeBase const&) noexcept = default;
+  /// Takes seconds from 1970 in GMT. Millisecond and offset become 0; the zone name stays.
+  /// @return 1.
+  u16 operator=(s32 seconds);
+  /// Takes a count of GetGMT, by FromPrecInt.
+  /// @return as FromPrecInt.
+  u16 operator=(KRPrecisionInteger const& seconds);
+
+  /// All fields zero, no zone.
+  void InitKRTime() noexcept;
+  /// All fields zero, no zone.
+  void InitKRDateTime() noexcept { InitKRTime(); }
+  /// Zeroes year to millisecond; offset and zone stay.
+  void Invalidate() noexcept;
+
+  /// Full year.
+  u16 GetYear() const { return m_year; }
+  /// 1 to 12.
+  u16 GetMonth() const { return m_month; }
+  /// 1 to 31.
+  u16 GetDay() const { return m_day; }
+  /// 0 to 23.
+  u16 GetHour() const { return m_hour; }
+  /// 0 to 59.
+  u16 GetMinute() const { return m_minute; }
+  /// 0 to 59.
+  u16 GetSecond() const { return m_second; }
+  /// 0 to 999.
+  u16 GetMillisecond() const { return m_millisecond; }
+  /// Whole hours by which the zone is ahead of GMT, -12 to 12.
+  s16 GetGMTOffset() const { return m_gmtOffset; }
+  /// Hundredths of an hour to add to the offset; they carry its sign, so that they alone tell it
+  /// when the offset is 0.
+  s16 GetGMTOffsetFraction() const { return m_gmtOffsetFraction; }
+  /// The zone name; empty when there is none. It belongs to this object, follows its changes and
+  /// goes with it.
+  KRString3 const& GetTimeZone() const { return m_timeZone.AsString(); }
+
+  /// 1 when `year` is divisible by 4, and not by 100 unless by 400.
+  u16 IsLeapYear(u16 year) const { return krofx::internal::IsLeapYear(year); }
+  /// Days of this date's month; 0 when the month is none.
+  u16 DaysInMonth() const { return DaysInMonth(m_month, m_year); }
+  /// Days of `month` (1 to 12) in `year`; 0 for any other month.
+  u16 DaysInMonth(u16 month, u16 year) const { return krofx::internal::DaysInMonth(month, year); }
+  /// Not supported.
+  /// @return 0 always.
+  u16 LeapYearsBetween(KRDateTimeBase const& other) const;
+
+  /// Sets month and day from the number of a day in `year`, counted from 1. The year of this date
+  /// stays as it was.
+  /// @return 1, or 0 when the year has no such day, and then nothing changes.
+  u16 SetDay(u16 dayOfYear, u16 year);
+  /// Sets the zone. For whole offsets from -8 to -4 a name that is neither the standard nor the
+  /// daylight name known for the offset is logged as KRPW_BADFORMAT, and kept all the same.
+  ///
+  /// @param name the zone name, up to 3 characters in OFX; a longer one is kept. Null is no name.
+  /// @param offset whole hours ahead of GMT.
+  /// @param fraction hundredths of an hour, of the same sign.
+  /// @return 1 always.
+  u16 SetTimeZone(char const* name, s16 offset, s16 fraction);
+
+  /// Compares instants by GetGMT, so zones are respected: 0 when equal, 1 when this is later, -1
+  /// when it is earlier.
+  s16 compareDateTime(KRDateTimeBase const& other) const;
+  /// 1 for the same instant.
+  u16 operator==(KRDateTimeBase const& other) const { return compareDateTime(other) == 0; }
+  /// 1 for different instants.
+  u16 operator!=(KRDateTimeBase const& other) const { return compareDateTime(other) != 0; }
+  /// 1 when this is later.
+  u16 operator>(KRDateTimeBase const& other) const { return compareDateTime(other) > 0; }
+  /// 1 when this is earlier.
+  u16 operator<(KRDateTimeBase const& other) const { return compareDateTime(other) < 0; }
+  /// 1 when this is not earlier.
+  u16 operator>=(KRDateTimeBase const& other) const { return compareDateTime(other) >= 0; }
+  /// 1 when this is not later.
+  u16 operator<=(KRDateTimeBase const& other) const { return compareDateTime(other) <= 0; }
+
+  /// Seconds from 1970 in GMT, by the true calendar. Does not depend on the machine's zone. A year
+  /// below 1902 gives the lowest value, and an instant past 32 bits the highest.
+  s32 GetTimeT() const;
+  /// Seconds by which the machine's zone is ahead of GMT, which is what a platform's count of local
+  /// time has to be corrected by.
+  s32 LocalTimeZoneOffset() const;
+  /// Restates the instant in GMT, by GetTimeT: milliseconds are lost, the zone name stays.
+  void ConvertToGMT();
+  /// Restates the instant in a zone `offset` hours and `fraction` hundredths of an hour ahead of
+  /// GMT, by GetTimeT: milliseconds are lost, the zone name stays.
+  void ConvertToLocalTime(s16 offset, s16 fraction);
+
+  /// Seconds from 1970 in GMT with 3 decimals, with a year of 365.2425 days. Before 1970 the count
+  /// stands one second further back than the calendar, so that a difference across the start of
+  /// 1970 is one second too large.
+  KRPrecisionInteger GetGMT() const;
+  /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays. A
+  /// year of 365.2425 days ends within a day, so some counts fall on a day 366 that their year does
+  /// not have.
+  /// @return 1, or 0 when there is no such day or year or the number is not valid; all fields and
+  ///         the zone are cleared then.
+  u16 FromPrecInt(KRPrecisionInteger const& seconds);
+  /// Seconds from `other` to this, with 3 decimals: the difference of the two GetGMT.
+  KRPrecisionInteger SecondsBetween(KRDateTimeBase const& other) const;
+  /// A copy of this; `other` plays no part.
+  KRDateTimeBase TimeBetween(KRDateTimeBase const& other) const;
+
+  /// Adds seconds by the calendar (GetTimeT). The result is in GMT with no zone and no
+  /// milliseconds.
+  /// @return 1.
+  u16 operator+=(s32 seconds);
+  /// Adds seconds by GetGMT and FromPrecInt. The result is in GMT with no zone.
+  /// @return as FromPrecInt.
+  u16 operator+=(KRPrecisionInteger const& seconds);
+  /// Adds field by field from the milliseconds up, each with at most one carry. Days carry by the
+  /// length of the month in a common year, and lose then the length of the month that they carry
+  /// into.
+  /// @return 1, or 0 when the year would pass 9999: it stays as it was then, and the other fields
+  ///         are added.
+  u16 operator+=(KRDateTimeBase const& other);
+
+  /// Reads a time HHMMSS.XXX[gmt:tz], of which HH, HHMM and nothing at all (midnight) will do too.
+  /// All fields are cleared first. Up to 5 digits of milliseconds are read, and fewer than 3 are
+  /// scaled up: .5 is 500.
+  ///
+  /// Logs KRPW_NULLPOINTER for null, KRPW_BADFORMAT for a text of another shape and KRPW_OUTOFRANGE
+  /// when IsValidTime refuses the fields; the value text is the text, the tag text the name of the
+  /// operation.
+  ///
+  /// @return 1 when the text was read; otherwise 0, and the fields stay as far as they were read.
+  u16 ConvertStringToKRTime(char const* text);
+  /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
+  /// no memory unless a warning is logged.
+  u16 ParseTime(char const* text, std::size_t length);
+
+  /// The block for the binary form, kBinaryBlockSize bytes, owned by the object and made at first
+  /// use.
+  /// @return null when memory is exhausted, and then the thread's fire alarm is raised.
+  void* LockBuffer();
+  /// Frees the block.
+  void UnLockBuffer();
+  /// Writes the binary form, least significant bytes first: u16 version (3, or 4 when the offset
+  /// has a fraction), u16 year, one byte each of month to second, u16 millisecond, u16 offset, in
+  /// version 4 u16 fraction, and the zone name in 5 bytes with its terminator.
+  /// @param target room for kBinaryBlockSize bytes; null writes nothing.
+  /// @param length receives the length, one more than is written: 19 or 21, or 0 for a null target.
+  ///        May be null.
+  void ExportBinary(void* target, u16* length) const;
+  /// Reads the binary form in version 4, 3 or 2, the latter two having the same layout. A block of
+  /// another version and null leave the object as it is.
+  void ImportBinary(void const* block);
+
+ protected:
+  /// Stores the fields.
+  KRDateTimeBase(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
+                 s16 offset, s16 fraction) noexcept;
+
+  /// Reads a zone "[gmt:tz]" and sets it. Logs KRPW_BADFORMAT for each flaw that it can pass over
+  /// (empty brackets, a name that is not of 3 characters, a missing "]") and for the one that it
+  /// cannot.
+  /// @param zone the text from "[" on; null and empty are no zone.
+  /// @return 1, or 0 when there is a flaw that leaves no zone to read.
+  u16 ExtractTimeZone(char const* zone);
+
+  u16 m_year = 0;
+  u16 m_month = 0;
+  u16 m_day = 0;
+  u16 m_hour = 0;
+  u16 m_minute = 0;
+  u16 m_second = 0;
+  u16 m_millisecond = 0;
+  s16 m_gmtOffset = 0;
+  s16 m_gmtOffsetFraction = 0;
+
+ private:
+  u16 ExtractTimeZone(char const* zone, std::size_t length);
+  u16 SetTimeZone(char const* name, std::size_t length, s16 offset, s16 fraction);
+  bool ReadClock(char const* text, std::size_t length) noexcept;
+  std::int64_t GMTMilliseconds() const noexcept;
+  void ClearZone() noexcept;
+
+  krofx::internal::ZoneName m_timeZone;
+  krofx::internal::LazyBlock m_binary;
+};
+
+/// A date with an optional time.
+class KROFX_API KRDateTime : public KRDateTimeBase {
+ public:
+  /// All fields zero, no zone: no valid date.
+  KRDateTime() noexcept = default;
+  /// Parses `text`, as ConvertStringToKRDateTime.
+  explicit KRDateTime(char const* text);
+  /// Takes a count of GetGMT, by FromPrecInt.
+  explicit KRDateTime(KRPrecisionInteger const& seconds);
+  /// Stores the fields; offset in hours and fraction in hundredths of an hour ahead of GMT.
+  KRDateTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
+             s16 offset, s16 fraction) noexcept;
+
+  using KRDateTimeBase::operator=;
+  /// Parses `text`.
+  /// @return as ConvertStringToKRDateTime.
+  u16 operator=(char const* text) override;
+
+  /// Reads a date YYYYMMDD with an optional time behind it, as ConvertStringToKRTime reads it. All
+  /// fields are cleared first.
+  ///
+  /// Logs KRPW_NULLPOINTER for null and KRPW_BADFORMAT for a text of another shape, for a time that
+  /// could not be read and for fields that IsValidDate refuses; the value text is the text, the tag
+  /// text the name of the operation.
+  ///
+  /// @return 1 when the text was read; otherwise 0, and the fields stay as far as they were read.
+  u16 ConvertStringToKRDateTime(char const* text);
+  /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
+  /// no memory unless a warning is logged.
+  u16 Parse(char const* text, std::size_t length);
+};
+
+/// A time of day without a date.
+class KROFX_API KRTime : public KRDateTimeBase {
+ public:
+  /// Midnight, no zone.
+  KRTime() noexcept = default;
+  /// Parses `text`, as ConvertStringToKRTime.
+  explicit KRTime(char const* text);
+  /// Stores the fields; offset in hours and fraction in hundredths of an hour ahead of GMT.
+  KRTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
+         s16 offset, s16 fraction) noexcept;
+
+  using KRDateTimeBase::operator=;
+  /// Parses `text`.
+  /// @return as ConvertStringToKRTime.
+  u16 operator=(char const* text) override;
+};
+
+#endif  // KROFX_VALUES_DATE_TIME_H_

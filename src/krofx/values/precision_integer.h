@@ -1,0 +1,328 @@
+// Exact decimals: every OFX amount, price, quantity, rate and count.
+//
+// A number is sign x magnitude / 10^decimals, with a magnitude of 96 bits. Nothing passes through
+// floating point and nothing is rounded: whatever loses digits truncates the magnitude. Arithmetic
+// works modulo 2^96 and does not report overflow; the limit stands where text comes in, at 28
+// digits.
+//
+// Zero can carry a minus sign, when it was parsed from "-0" or came from a multiplication or a
+// division. Negative zero is unequal to zero, is less than it, and prints as "-0".
+
+#ifndef KROFX_VALUES_PRECISION_INTEGER_H_
+#define KROFX_VALUES_PRECISION_INTEGER_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/types.h"
+#include "krofx/values/lazy_block.h"
+
+namespace krofx::internal {
+struct DecimalCore;
+}  // namespace krofx::internal
+
+/// An exact decimal number. A value type: copies are independent. One object belongs to one thread
+/// at a time, for reading too, since the conversion to text keeps its text in the object.
+///
+/// The conversion to `char*` makes every number usable where a text is expected. Comparisons with a
+/// text and sums with a built-in integer would silently work on that pointer, so they are deleted.
+class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
+ public:
+  /// Size of the block that LockBuffer gives and that ExportBinary reports, in bytes.
+  static constexpr u16 m_binaryLen = 20;
+  /// Room for the longest text of a number with its terminator, in bytes.
+  static constexpr u16 kTextSize = 32;
+  /// The most places behind the point that a valid number has.
+  static constexpr u16 kMaxDecimals = 29;
+
+  /// 0.
+  static KRPrecisionInteger const KRZero;
+  /// 100.
+  static KRPrecisionInteger const KROneHundred;
+  /// 10^27.
+  static KRPrecisionInteger const KRPIOctillion;
+  /// 10^19.
+  static KRPrecisionInteger const KRPITenPentillion;
+
+  /// Zero: sign +1, no decimals.
+  constexpr KRPrecisionInteger() noexcept = default;
+  /// `value` / 10^`decimals`. Decimals above 29 are stored as given and make an invalid number.
+  constexpr KRPrecisionInteger(s32 value, u16 decimals) noexcept
+      : m_low(value < 0 ? 0U - static_cast<u32>(value) : static_cast<u32>(value)),
+        m_sign(value < 0 ? s16{-1} : s16{1}),
+        m_decimals(decimals) {}
+  /// Parses `text`, as ConvertStringToKRPrecisionInteger of this class does.
+  explicit KRPrecisionInteger(char const* text);
+  /// Copies the number; the text and the binary block stay behind.
+  constexpr KRPrecisionInteger(KRPrecisionInteger const&) noexcept = default;
+  /// `value` / 10^`decimals`, for values beyond 32 bits.
+  static KRPrecisionInteger FromInt64(std::int64_t value, u16 decimals) noexcept;
+
+  virtual ~KRPrecisionInteger() = default;
+
+  /// Parses `text` by the virtual ConvertStringToKRPrecisionInteger and ignores its result.
+  virtual KRPrecisionInteger& operator=(char const* text);
+  /// Takes an integer; decimals become 0.
+  virtual KRPrecisionInteger& operator=(s32 value);
+  /// Copies the number; text and binary block of both sides stay as they are.
+  virtual KRPrecisionInteger& operator=(KRPrecisionInteger const&) noexcept = default;
+
+  /// Reads a number in OFX form: a sign, digits, one point. Commas are skipped wherever they stand,
+  /// but one behind the point counts as a place. Up to 28 digits, leading and trailing zeros
+  /// included; blanks and exponents are errors. A text of only a sign, a point or a comma is zero.
+  ///
+  /// The first error is logged as a warning with the whole text: KRPW_TOOLONG at the 29th digit,
+  /// where reading stops with 28 digits taken, otherwise KRPW_BADFORMAT, also when the virtual
+  /// IsValid refuses the number or the text is null or empty. After KRPW_BADFORMAT reading goes on.
+  ///
+  /// @return 1 when the number was read; 0 on any error, and then the number holds what was read.
+  virtual u16 ConvertStringToKRPrecisionInteger(char const* text);
+
+  /// 1 when sign and value are equal; 2.50 equals 2.5, and negative zero is unequal to zero.
+  /// Comparing numbers of different decimals may overflow 96 bits and then answers wrongly.
+  virtual u16 operator==(KRPrecisionInteger const& other) const;
+  /// The negation of ==.
+  virtual u16 operator!=(KRPrecisionInteger const& other) const;
+  /// 1 when this number is greater.
+  virtual u16 operator>(KRPrecisionInteger const& other) const;
+  /// 1 when this number is greater or equal.
+  virtual u16 operator>=(KRPrecisionInteger const& other) const;
+  /// 1 when this number is less.
+  virtual u16 operator<(KRPrecisionInteger const& other) const;
+  /// 1 when this number is less or equal.
+  virtual u16 operator<=(KRPrecisionInteger const& other) const;
+
+  /// Moves the magnitude left by `bits` in this object, as <<= does; it makes no copy. Bits beyond
+  /// 96 are lost; sign and decimals stay.
+  virtual KRPrecisionInteger& operator<<(u16 bits);
+  /// Moves the magnitude right by `bits` in this object, as >>= does; it makes no copy.
+  virtual KRPrecisionInteger& operator>>(u16 bits);
+  /// Moves the magnitude left by `bits`.
+  virtual KRPrecisionInteger& operator<<=(u16 bits);
+  /// Moves the magnitude right by `bits`.
+  virtual KRPrecisionInteger& operator>>=(u16 bits);
+
+  /// Adds. The decimals become the larger of the two; a zero result gets sign +1.
+  virtual KRPrecisionInteger& operator+=(KRPrecisionInteger const& other);
+  /// Subtracts, by the rules of +=.
+  virtual KRPrecisionInteger& operator-=(KRPrecisionInteger const& other);
+  /// The sum, by the rules of +=.
+  virtual KRPrecisionInteger operator+(KRPrecisionInteger const& other) const;
+  /// The difference, by the rules of +=.
+  virtual KRPrecisionInteger operator-(KRPrecisionInteger const& other) const;
+  /// The quotient of the magnitudes as integers, after this one was scaled up to the divisor's
+  /// decimals if it has fewer: no digits are made behind the point, so 7 / 2 is 3 and 1.00 / 3 is
+  /// 0.33. Its decimals are this number's less the divisor's, at least 0, and its sign is the
+  /// product of the signs. A divisor whose magnitude is 0 or 1, whatever its sign and decimals,
+  /// gives a copy of this number, and so does a magnitude of 0 in this one.
+  virtual KRPrecisionInteger operator/(KRPrecisionInteger const& other) const;
+  /// The product. Its decimals are the sum of both, which may make it invalid; its sign is the
+  /// product of the signs, also for zero.
+  virtual KRPrecisionInteger operator*(KRPrecisionInteger const& other) const;
+
+  /// A copy with the magnitude times 10.
+  virtual KRPrecisionInteger Mul10() const;
+  /// Multiplies the magnitude by 10; the decimals stay.
+  virtual void Mul10InPlace();
+  /// A copy with the magnitude divided by 10; the decimals stay.
+  virtual KRPrecisionInteger Div10();
+  /// A copy with sign +1.
+  virtual KRPrecisionInteger abs() const;
+  /// Turns the sign. Zero becomes or stays positive.
+  virtual void Negate();
+  /// A copy without its places behind the point, truncated.
+  virtual KRPrecisionInteger Integer();
+  /// A plain copy, the integer part included.
+  virtual KRPrecisionInteger Fraction();
+
+  /// The OFX text of the number: a minus sign for a negative one, no zero in front of the point, no
+  /// zeros at the end behind it, so 12.50 is "12.5" and 0.05 is ".05". Zero is "0" whatever its
+  /// decimals, or "-0". A number of 30 or more decimals is "0".
+  ///
+  /// @return the text, which the object owns and the next call overwrites; null when memory is
+  ///         exhausted, and then the thread's fire alarm is raised.
+  virtual operator char*();
+  /// The same for a const number; reaches the override of a derived class.
+  operator char*() const;
+
+  /// Changes the scale and keeps the value: multiplies by 10 or divides, truncating, until the
+  /// number has `decimals` places.
+  virtual void Decimal(u16 decimals);
+  /// The places behind the point.
+  virtual u16 Decimal() const { return m_decimals; }
+
+  /// 1 when the magnitude fits 31 bits. Sign and decimals are not considered, here and in the next
+  /// three.
+  virtual u16 FitInASLong() const;
+  /// 1 when the magnitude fits 32 bits.
+  virtual u16 FitInAULong() const;
+  /// 1 when the magnitude fits 15 bits.
+  virtual u16 FitInASShort() const;
+  /// 1 when the magnitude fits 16 bits.
+  virtual u16 FitInAUShort() const;
+
+  /// +1 or -1.
+  virtual s16 Sign() const { return m_sign; }
+  /// 1 when the magnitude is 0.
+  virtual u16 IsZero() const { return (m_low | m_middle | m_high) == 0; }
+  /// 1 when the sign is +1, as that of plain zero is.
+  virtual u16 IsPositive() const { return m_sign == 1; }
+  /// 1 when the sign is -1, as that of negative zero is.
+  virtual u16 IsNegative() const { return m_sign == -1; }
+  /// 1 when the number has at most 29 decimals. Derived classes add their rule, which then holds
+  /// for parsing too.
+  virtual u16 IsValid() const { return m_decimals <= kMaxDecimals; }
+
+  /// The low 32 bits of the magnitude. None of the seven getters from here on looks at decimals.
+  virtual u32 GetKRULong() const { return m_low; }
+  /// The sign times the low 32 bits of the magnitude, cut to 32 bits.
+  virtual s32 GetKRSLong() const { return static_cast<s32>(SignedLow()); }
+  /// The low 16 bits of the magnitude.
+  virtual u16 GetKRUShort() const { return static_cast<u16>(m_low); }
+  /// The sign times the low 32 bits of the magnitude, cut to 16 bits.
+  virtual s16 GetKRSShort() const { return static_cast<s16>(SignedLow()); }
+  /// Bits 0 to 31 of the magnitude.
+  virtual u32 GetLSBytes() const { return m_low; }
+  /// Bits 32 to 63 of the magnitude.
+  virtual u32 GetSSBytes() const { return m_middle; }
+  /// Bits 64 to 95 of the magnitude.
+  virtual u32 GetMSBytes() const { return m_high; }
+
+  /// Stores the decimals without touching the magnitude, which changes the value.
+  /// @return 1, or 0 for decimals above 29, and then nothing changes.
+  u16 SetDecimal(u16 decimals) noexcept;
+
+  /// Parses `length` characters at `text`, by the rules of this class's
+  /// ConvertStringToKRPrecisionInteger, whichever class the object is of, with the virtual IsValid.
+  /// Needs no terminator and takes no memory unless a warning is logged.
+  /// @return 1 when the number was read, 0 on any error.
+  u16 Parse(char const* text, std::size_t length);
+
+  /// Writes the text of `operator char*` of this class and a terminator to `out`, which has room
+  /// for kTextSize characters. Takes no memory.
+  /// @return the characters written, without the terminator.
+  u16 WriteText(char* out) const noexcept;
+
+  /// The block for the binary form, m_binaryLen bytes, owned by the object and made at first use.
+  /// @return null when memory is exhausted, and then the thread's fire alarm is raised.
+  void* LockBuffer();
+  /// Frees the block.
+  void UnLockBuffer();
+  /// Writes the binary form: u16 version 1, the three words of the magnitude from the low one, sign
+  /// and decimals as 16 bits, all least significant byte first; 18 bytes. A null target does
+  /// nothing.
+  /// @param target room for m_binaryLen bytes.
+  /// @param length receives m_binaryLen; may be null.
+  void ExportBinary(void* target, u16* length) const;
+  /// Reads the binary form. A block of another version, one with a sign that is neither +1 nor -1,
+  /// and null leave the number as it is.
+  void ImportBinary(void const* block);
+
+  u16 operator==(char const*) const = delete;
+  u16 operator!=(char const*) const = delete;
+  KRPrecisionInteger operator+(s32) const = delete;
+  KRPrecisionInteger operator-(s32) const = delete;
+
+ protected:
+  /// Bit `n` of the magnitude as a mask within its word: 0 when clear or when `n` is above 95.
+  u32 Bit(u16 n) const noexcept;
+  /// How many digits the value has in front of the point, without regard to its sign; 0 for a value
+  /// below 1 and for one of 29 digits.
+  u16 MSD() const noexcept;
+  /// Multiplies whichever of `a` and `b` has fewer decimals by 10 until the decimals agree.
+  void RightAlign(KRPrecisionInteger& a, KRPrecisionInteger& b) const noexcept;
+  /// The memory behind `operator char*`: kTextSize bytes, made at first use. Null when memory is
+  /// exhausted, and then the thread's fire alarm is raised.
+  char* TextBuffer() const { return static_cast<char*>(m_text.Ensure(kTextSize)); }
+  /// The same as it stands: null when no text was made yet.
+  char* CurrentText() const noexcept { return static_cast<char*>(m_text.Get()); }
+
+ private:
+  friend struct krofx::internal::DecimalCore;
+
+  constexpr KRPrecisionInteger(u32 low, u32 middle, u32 high) noexcept
+      : m_low(low), m_middle(middle), m_high(high) {}
+
+  u32 SignedLow() const noexcept { return m_sign < 0 ? 0U - m_low : m_low; }
+
+  u32 m_low = 0;
+  u32 m_middle = 0;
+  u32 m_high = 0;
+  s16 m_sign = 1;
+  u16 m_decimals = 0;
+  mutable krofx::internal::LazyBlock m_text;
+  krofx::internal::LazyBlock m_binary;
+};
+
+/// A percentage: valid from 0 to 100.
+class KROFX_API KRPercent : public KRPrecisionInteger {
+ public:
+  /// Zero.
+  constexpr KRPercent() noexcept = default;
+  /// `value` / 10^`decimals`.
+  constexpr KRPercent(s32 value, u16 decimals) noexcept : KRPrecisionInteger(value, decimals) {}
+  /// Parses `text`.
+  explicit KRPercent(char const* text);
+  /// Takes a number, valid here or not.
+  KRPercent(KRPrecisionInteger const& number) noexcept : KRPrecisionInteger(number) {}
+  using KRPrecisionInteger::operator=;
+
+  /// 1 when the number is from 0 to 100 and the base's rule holds. Negative zero is below 0.
+  u16 IsValid() const override;
+};
+
+/// A number that cannot be negative.
+class KROFX_API KRPosPrecisionInteger : public KRPrecisionInteger {
+ public:
+  /// Zero.
+  constexpr KRPosPrecisionInteger() noexcept = default;
+  /// `value` / 10^`decimals`.
+  constexpr KRPosPrecisionInteger(s32 value, u16 decimals) noexcept
+      : KRPrecisionInteger(value, decimals) {}
+  /// Parses `text`.
+  explicit KRPosPrecisionInteger(char const* text);
+  /// Takes a number, valid here or not.
+  KRPosPrecisionInteger(KRPrecisionInteger const& number) noexcept : KRPrecisionInteger(number) {}
+  using KRPrecisionInteger::operator=;
+
+  /// 1 when the sign is +1 and the base's rule holds: zero is allowed, negative zero is not.
+  u16 IsValid() const override;
+};
+
+/// A number meant to have no decimals.
+class KROFX_API KRWideInteger : public KRPrecisionInteger {
+ public:
+  /// Zero.
+  constexpr KRWideInteger() noexcept = default;
+  /// Takes a number, with decimals or not.
+  KRWideInteger(KRPrecisionInteger const& number) noexcept : KRPrecisionInteger(number) {}
+  using KRPrecisionInteger::operator=;
+
+  using KRPrecisionInteger::IsValid;
+  /// 1 when the number has no decimals. Only a direct call on an object that is not const gets
+  /// here: parsing and building go by the const form, which is the base's.
+  virtual u16 IsValid();
+};
+
+/// A number whose text groups its digits by commas.
+class KROFX_API KRCommaSepPrecisionInteger : public KRPrecisionInteger {
+ public:
+  /// Zero.
+  constexpr KRCommaSepPrecisionInteger() noexcept = default;
+  using KRPrecisionInteger::operator=;
+
+  /// Parses `text` without its commas, so that a comma behind the point does not count as a place.
+  /// @return 1 when the number was read; 0 on any error, also when memory is exhausted, and then
+  /// the
+  ///         thread's fire alarm is raised and the number is zero.
+  u16 ConvertStringToKRPrecisionInteger(char const* text) override;
+
+  using KRPrecisionInteger::operator char*;
+  /// The text that the base class's conversion last made on this object, or null when it was never
+  /// called. The number is not formatted here.
+  operator char*() override;
+};
+
+#endif  // KROFX_VALUES_PRECISION_INTEGER_H_
