@@ -152,7 +152,7 @@ class KROFX_API ElementArray : public KRDynamicArray {
 
   /// Destroys all elements, unless a copy shares them, and gives the memory back. The array can be
   /// used again.
-  void DeleteAll() { m_block.Release(&Destroy); }
+  virtual void DeleteAll() { m_block.Release(&Destroy); }
 
  protected:
   /// Makes an element for SetVal and []. Null when memory is exhausted.

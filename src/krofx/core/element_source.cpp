@@ -1,0 +1,19 @@
+// The makers of elements as they are before the object model replaces them.
+
+#include "krofx/core/element_source.h"
+
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/string.h"
+
+namespace krofx::internal {
+
+ElementSource& Elements() {
+  static ElementSource source = {
+      []() { return static_cast<u16*>(Allocate(sizeof(u16))); },
+      []() { return new KRString; },
+      []() { return new KRParseException; },
+  };
+  return source;
+}
+
+}  // namespace krofx::internal
