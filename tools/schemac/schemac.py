@@ -17,7 +17,7 @@ import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-KINDS = ("tags", "keywords", "aggregates")
+KINDS = ("tags", "keywords", "keyword_writers", "aggregates")
 
 
 def main():

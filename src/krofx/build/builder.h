@@ -203,7 +203,6 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// Writes a server's id; as AddString with escaping and a line feed.
   virtual KRBuildStatus AddServerID(const KRString36& value);
   /// Writes the text of a language; as AddString with escaping and a line feed.
-  /// @return 2 for a language without a text.
   virtual KRBuildStatus AddLanguage(const KRLanguage& value);
   virtual KRBuildStatus AddService(KRService value);                ///< Straight.
   virtual KRBuildStatus AddService2(KRService2 value);              ///< Straight.
@@ -359,6 +358,15 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   KRBuildStatus AddLine(const char* text, std::size_t length);
 
  private:
+  // Writes a keyword in the way that its enumeration's row in keywords.schema names.
+  template <class E>
+  KRBuildStatus AddKeyword(E value);
+  // The way of all strings that come from objects: escaped, with a line feed.
+  KRBuildStatus AddEscaped(const KRString& text);
+  // Writes a number in decimal digits, and a line feed.
+  template <class Integer>
+  KRBuildStatus AddInteger(Integer value);
+
   KRTagDictionary* m_dictionary;
   KRBuffer* m_buffer = nullptr;
   KRBuildStringOpt m_stringOption = KRBuildStringOpt_Strict;

@@ -28,17 +28,18 @@ class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRD
 
   /// 1 only for an index that is in use.
   u16 OkToAlloc(u16 index) const override;
-  /// The element, null for an empty slot and beyond the last.
+  /// The element, still the array's; null for an empty slot and at or above the entries.
   virtual KRDataObj* Get(u16 index) const;
-  /// Gives all elements up without deleting them.
+  /// Forgets all elements, destroying none, and keeps the memory.
   virtual void Clear();
-  /// Deletes all elements and returns the block.
-  virtual void DeleteAll();
 
   /// Writes the elements in order, each under its own type.
   /// @param tag writes only the elements of this type; 0 writes all.
   /// @return the first status that is not 0, with which the walk ends.
-  virtual KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
+
+ protected:
+  KRDataObj* NewElement() const override;
 };
 
 /// Texts without a limit.
@@ -49,7 +50,7 @@ class KROFX_API KRDynamicArrayString : public krofx::internal::ElementArray<KRSt
   /// Writes each text as an element.
   /// @return the first status that is not 0, with which the walk ends: 4 for an empty text, 5 and 8
   ///         for one that is not valid, in strict mode.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Texts that share one spec length: each element takes the array's when it is stored. As
@@ -59,16 +60,18 @@ class KROFX_API KRDynamicArrayStringLen : public KRDynamicArrayString {
   /// @param specLength the longest valid text; 65535 for no limit.
   KRDynamicArrayStringLen(u16 initialSize, u16 growStep, u16 specLength = 0xffff);
 
-  /// Stores `text` and gives it the array's spec length.
-  /// @return 0 for null and when memory ran out; then `text` stays the caller's.
+  /// Stores `text`, which the array then owns, and gives it the array's spec length. `index` counts
+  /// as in use from then on even when `text` is null.
+  /// @return 0 for null and when memory is exhausted; `text` stays the caller's then.
   u16 Set(u16 index, KRString* text) override;
   /// Stores a copy and gives it the array's spec length.
-  /// @return 0 when memory ran out.
+  /// @return 0 when memory is exhausted.
   u16 SetVal(u16 index, KRString text) override;
   /// As SetCopy.
   virtual u16 SetCopyVal(KRDataObjFactory* factory, u16 index, const KRString& text);
   /// Stores a copy that `factory` makes.
-  /// @return 0, with nothing stored, when `factory` or `text` is null and when memory ran out.
+  /// @return 0, with nothing stored, when `factory` or `text` is null and when memory is
+  ///         exhausted.
   virtual u16 SetCopy(KRDataObjFactory* factory, u16 index, const KRString* const text);
 
  private:
@@ -140,7 +143,7 @@ class KROFX_API KRDynamicArrayUShort : public krofx::internal::ElementArray<u16>
 
   /// Writes each number as an element.
   /// @return the first status that is not 0, with which the walk ends.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Account types (KRBankAccountType), held as numbers.
@@ -150,7 +153,7 @@ class KROFX_API KRDynamicArrayBankAccountType : public KRDynamicArrayUShort {
 
   /// Writes each account type as an element.
   /// @return as KRDynamicArrayUShort::Build; 2, with the tag written, for a value without keyword.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Account types of the second message-set version (KRBankAccountType2), held as numbers.
@@ -159,7 +162,7 @@ class KROFX_API KRDynamicArrayBankAccountType2 : public KRDynamicArrayUShort {
   using KRDynamicArrayUShort::KRDynamicArrayUShort;
 
   /// As KRDynamicArrayBankAccountType::Build, by the keywords of the second version.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Days of the week (KRDayOfWeek), held as numbers.
@@ -169,7 +172,7 @@ class KROFX_API KRDynamicArrayDayOfWeek : public KRDynamicArrayUShort {
 
   /// Writes each day as an element.
   /// @return as KRDynamicArrayUShort::Build; 2, with the tag written, for a value without keyword.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Services of the branding extension (KRNorvService), held as numbers.
@@ -179,7 +182,7 @@ class KROFX_API KRDynamicArrayNorvService : public KRDynamicArrayUShort {
 
   /// Writes each service as an element.
   /// @return as KRDynamicArrayUShort::Build; 2, with no tag written, for a value without keyword.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Services of the branding extension in their second version (KRNorvService2), held as numbers.
@@ -188,7 +191,7 @@ class KROFX_API KRDynamicArrayNorvService2 : public KRDynamicArrayUShort {
   using KRDynamicArrayUShort::KRDynamicArrayUShort;
 
   /// As KRDynamicArrayNorvService::Build, by the keywords of the second version.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
 /// Languages.
@@ -198,7 +201,10 @@ class KROFX_API KRDynamicArrayLanguage : public krofx::internal::ElementArray<KR
 
   /// Writes each language as an element.
   /// @return the first status that is not 0, with which the walk ends.
-  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
+  KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
+
+ protected:
+  KRLanguage* NewElement() const override;
 };
 
 #endif  // KROFX_MODEL_VALUE_ARRAYS_H_

@@ -1,0 +1,35 @@
+"""Turns the enumerations that KRBuilder has operations for into the definitions of those operations.
+
+The operations are declared, with their place in the class, in krofx/build/builder.h; which of them
+exist and how they write is told by the `build` and `tagged` words of the keywords.schema files.
+"""
+
+import keywords
+
+OPENING = """\
+// The builder's operations for keywords, one for each enumeration that has them. Generated from the
+// keywords.schema files; included by build/builder_keywords.cpp alone.
+
+#ifndef KROFX_BUILD_KEYWORD_WRITERS_H_
+#define KROFX_BUILD_KEYWORD_WRITERS_H_
+"""
+
+
+def _value(k):
+    return f"KRBuildStatus KRBuilder::Add{k.bare}({k.name} value) {{ return AddKeyword(value); }}\n"
+
+
+def _tag_and_value(k):
+    return f"""\
+KRBuildStatus KRBuilder::AddTagKR{k.bare}(KRTagID tag, {k.name} value) {{
+  return WithTag(*this, tag, [&] {{ return Add{k.bare}(value); }});
+}}
+"""
+
+
+def generate(source, write):
+    written = [k for k in keywords.load(source).values() if k.writer]
+    text = OPENING + "\n"
+    text += "".join(_value(k) for k in written) + "\n"
+    text += "".join(_tag_and_value(k) for k in written if k.tagged)
+    write("krofx/build/keyword_writers.h", text + "\n#endif  // KROFX_BUILD_KEYWORD_WRITERS_H_\n")
