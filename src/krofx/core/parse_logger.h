@@ -77,11 +77,24 @@ class KROFX_API KRDynamicArrayParseException
     : public krofx::internal::ElementArray<KRParseException> {
  public:
   using krofx::internal::ElementArray<KRParseException>::ElementArray;
-  virtual ~KRDynamicArrayParseException() = default;
+  /// Destroys all records and gives the memory back. The array can be used again.
+  virtual void DeleteAll() { ElementArray::DeleteAll(); }
 };
 
 namespace krofx::internal {
-struct LoggerAccess;
+struct LoggersInUse;
+struct ThreadAccess;
+
+/// Logs a warning on the calling thread's logger, as AppendParseException does; with no logger it
+/// is lost. The way for the library's own code, since a thread may have no logger.
+/// @return as AppendParseException; 0 with no logger.
+KROFX_API u16 LogWarning(KRParseWarning warning, KRString const& value, KRString const& tagText,
+                         KRTagID tag, KRDataObj* object);
+
+/// The same with a value text that is a fixed wording of the library and never comes from input or
+/// from the host: it is kept as it is, for a password tag too ("Password too long").
+KROFX_API u16 LogFixedText(KRParseWarning warning, char const* wording, KRString const& tagText,
+                           KRTagID tag, KRDataObj* object);
 }  // namespace krofx::internal
 
 /// The warnings of one thread, with its fire alarm. A host may also make loggers of its own, to
@@ -107,8 +120,8 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   /// @param tagText the tag as text; may be empty.
   /// @param tag the tag; may be KRTag_None.
   /// @param object where it happened; may be null; not owned.
-  /// @return 1 when it was stored or logging is disabled; 0 when memory did not suffice, and then
-  ///         the fire alarm is raised and the warning is lost.
+  /// @return 1 when it was stored or logging is disabled; 0 when the warning is lost: memory did
+  ///         not suffice, and then the fire alarm is raised, or 65535 records are there.
   u16 AppendParseException(KRParseWarning warning, KRString value, KRString tagText, KRTagID tag,
                            KRDataObj* object);
 
@@ -116,8 +129,8 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   /// is enabled; otherwise it stays the caller's. With a buffer set and no offset in the record the
   /// offset is filled in, and for a password tag the value text becomes stars.
   ///
-  /// @return 1 when it was stored or logging is disabled; 0 when it could not be stored, or for
-  ///         null.
+  /// @return 1 when it was stored or logging is disabled; 0 for null, and when it was not stored
+  ///         for one of the reasons above.
   u16 AppendParseException(KRParseException* exception);
 
   /// Switches storing on (1) or off (0). With storing off a warning is noted as seen
@@ -139,41 +152,37 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   /// What stands in this log already stays. When the source's logging is disabled so is this log's
   /// from then on, and no records are copied.
   ///
-  /// @return 1, or 0 when memory did not suffice (the fire alarm is raised) or `source` is null.
+  /// @return 1; 0 when `source` is null, memory did not suffice (the fire alarm is raised), or
+  ///         65535 records are there.
   u16 DeepCopyFrom(KRParseLogger* source);
 
   /// Deletes all records and forgets that any warning came. The logging flag stays.
   void DeleteAll() override;
 
  private:
-  friend struct krofx::internal::LoggerAccess;
+  friend struct krofx::internal::LoggersInUse;
+  friend struct krofx::internal::ThreadAccess;
+  friend u16 krofx::internal::LogFixedText(KRParseWarning warning, char const* wording,
+                                           KRString const& tagText, KRTagID tag, KRDataObj* object);
 
   u16 Log(KRParseWarning warning, KRString const& value, KRString const& tagText, KRTagID tag,
           KRDataObj* object);
   u16 Store(KRParseException* exception);
+  void AddContext(KRParseException* exception, bool withObject) const;
+  // A full list is no shortage of memory: it raises no alarm, and the parse need not fail for it.
+  bool IsFull() const;
 
   u16 m_loggingEnabled = 1;
   u16 m_anyLogged = 0;
   KRBuffer* m_buffer = nullptr;
   KRParser* m_parser = nullptr;
   KRFireAlarm m_fireAlarm = KRFireAlarm_None;
-  // The loggers that name a buffer or a parser form a list, so that one that is destroyed finds
-  // them.
-  KRParseLogger* m_nextHolder = nullptr;
+  // Loggers that name a buffer or a parser form a list, where one that is destroyed finds them.
+  bool m_inUse = false;
+  KRParseLogger* m_nextInUse = nullptr;
 };
 
 namespace krofx::internal {
-
-/// Logs a warning on the calling thread's logger, as AppendParseException does; with no logger it
-/// is lost. The way for the library's own code, since a thread may have no logger.
-/// @return as AppendParseException; 0 with no logger.
-KROFX_API u16 LogWarning(KRParseWarning warning, KRString const& value, KRString const& tagText,
-                         KRTagID tag, KRDataObj* object);
-
-/// The same with a value text that is a fixed wording of the library and never comes from input or
-/// from the host: it is kept as it is, for a password tag too ("Password too long").
-KROFX_API u16 LogFixedText(KRParseWarning warning, char const* wording, KRString const& tagText,
-                           KRTagID tag, KRDataObj* object);
 
 /// Whether the value of a tag must never be seen: a password of any kind.
 KROFX_API bool IsSecret(KRTagID tag) noexcept;

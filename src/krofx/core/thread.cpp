@@ -1,0 +1,267 @@
+// Attachment of threads and the fire alarm.
+//
+// The table of threads is the truth, under one lock. In front of it each thread has a slot with
+// what the table said of it last, so that finding its logger takes no lock and no search. A slot
+// counts while its generation is the table's, which rises whenever a thread changes what the table
+// says of another thread.
+//
+// A thread that the library has not met yet counts as attached: its alarm stands in its slot, and
+// it gets its row and its logger when it first asks for the logger or for its id. So raising the
+// alarm takes no memory on any thread.
+
+#include "krofx/core/thread.h"
+
+#include <pthread.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdint>
+#include <mutex>
+
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/thread_map.h"
+
+constinit KRDynamicArrayKRThreadMapBase* KRThreadMap = nullptr;
+
+u16 KRDynamicArrayKRThreadMapBase::SetVal(u16, KRThreadMapRow) { return 0; }
+
+namespace krofx::internal {
+
+// The way to the alarm in a logger.
+struct ThreadAccess {
+  static KRFireAlarm& FireAlarm(KRParseLogger& logger) { return logger.m_fireAlarm; }
+};
+
+}  // namespace krofx::internal
+
+namespace {
+
+using krofx::internal::ThreadAccess;
+
+constexpr u16 kTableSize = 5;
+constexpr u16 kTableGrowStep = 5;
+constexpr u16 kNoRow = 0xffff;
+
+constinit std::mutex tableMutex;
+// Set by the process detach: no thread attaches itself any more.
+constinit bool isShutDown = false;
+constinit std::atomic<std::uint64_t> tableGeneration = 1;
+
+struct ThreadSlot {
+  std::uint64_t generation = 0;  // of the table when `logger` was read from it
+  KRParseLogger* logger = nullptr;
+  u32 threadId = 0;
+  // The alarm of a thread that has not been met.
+  KRFireAlarm alarm = KRFireAlarm_None;
+  // The thread has had a row or gave one up by itself; it does not attach itself again.
+  bool isMet = false;
+};
+
+constinit thread_local ThreadSlot slot;
+
+// Runs a function at the end of each thread that asked for it. The system's thread keys serve
+// better here than a thread_local destructor: they run behind all of those, so that the host's
+// thread_local objects can still use the library in their destructors.
+class ThreadEndHook {
+ public:
+  constexpr ThreadEndHook() = default;
+  ~ThreadEndHook() {
+    const std::lock_guard lock(tableMutex);
+    if (m_state == kMade) pthread_key_delete(m_key);
+    m_state = kGone;
+  }
+
+  // Has `function` called at the calling thread's end. The table's lock is held.
+  void Arm(void (*function)(void*)) {
+    if (m_state == kNotMade && pthread_key_create(&m_key, function) == 0) m_state = kMade;
+    // Any value but null has the function called.
+    if (m_state == kMade) pthread_setspecific(m_key, this);
+  }
+
+ private:
+  enum State { kNotMade, kMade, kGone };
+  State m_state = kNotMade;
+  pthread_key_t m_key = 0;
+};
+
+constinit ThreadEndHook threadEnd;
+
+void RefreshSlot(bool mayAttach);
+
+u32 ThreadId() {
+  if (slot.threadId == 0) slot.threadId = static_cast<u32>(gettid());
+  return slot.threadId;
+}
+
+bool SlotCounts() { return slot.generation == tableGeneration.load(std::memory_order_acquire); }
+
+void EndThread(void*) {
+  if (!SlotCounts()) RefreshSlot(false);
+  const bool wasAttached = slot.logger != nullptr;
+  KRLibraryNotification(KRLibraryEvent_ThreadDetach);
+  // What still runs on this thread may attach it once more; the hook is then armed again too.
+  if (wasAttached) slot = {};
+}
+
+// --- With the table's lock held ------------------------------------------------------------------
+
+u16 FindRow(u32 threadId) {
+  const u16 rows = KRThreadMap == nullptr ? u16{0} : KRThreadMap->Entries();
+  for (u16 i = 0; i < rows; ++i) {
+    if (KRThreadMap->Get(i)->threadID == threadId) return i;
+  }
+  return kNoRow;
+}
+
+bool MakeTable() {
+  if (KRThreadMap == nullptr) {
+    KRThreadMap = new (std::nothrow) KRDynamicArrayKRThreadMapBase(kTableSize, kTableGrowStep);
+  }
+  return KRThreadMap != nullptr;
+}
+
+// A thread's logger in the table, put there if need be; null when memory does not suffice.
+KRParseLogger* AddRow(u32 threadId) {
+  if (!MakeTable()) return nullptr;
+  const u16 index = FindRow(threadId);
+  if (index != kNoRow) return KRThreadMap->Get(index)->logger;
+
+  KRParseLogger* logger = new (std::nothrow) KRParseLogger;
+  if (logger == nullptr) return nullptr;
+  KRThreadMapRow* row = new (std::nothrow) KRThreadMapRow(threadId, logger);
+  if (row != nullptr && KRThreadMap->Append(row) != 0) return logger;
+  delete row;
+  delete logger;
+  return nullptr;
+}
+
+// Takes a thread's row out. Gives its logger, for the caller to delete without the lock; null when
+// there was no row.
+KRParseLogger* RemoveRow(u32 threadId) {
+  const u16 index = FindRow(threadId);
+  if (index == kNoRow) return nullptr;
+  KRThreadMapRow* row = KRThreadMap->Get(index);
+  KRParseLogger* logger = row->logger;
+  KRThreadMap->UnSet(index);
+  delete row;
+  return logger;
+}
+
+void OutdateSlots() { tableGeneration.fetch_add(1, std::memory_order_release); }
+
+// Notes in the calling thread's slot what the table says of it; null is not attached.
+void FillSlot(KRParseLogger* logger) {
+  if (logger != nullptr) {
+    if (slot.alarm != KRFireAlarm_None) ThreadAccess::FireAlarm(*logger) = slot.alarm;
+    slot.alarm = KRFireAlarm_None;
+    threadEnd.Arm(EndThread);
+  }
+  slot.logger = logger;
+  slot.generation = tableGeneration.load(std::memory_order_relaxed);
+}
+
+u16 Attach(u32 threadId) {
+  const bool isKnown = FindRow(threadId) != kNoRow;
+  KRParseLogger* logger = AddRow(threadId);
+  if (logger == nullptr) return 0;
+  const bool isOwn = threadId == ThreadId();
+  if (isShutDown || (!isOwn && !isKnown)) OutdateSlots();
+  isShutDown = false;
+  if (isOwn) {
+    slot.isMet = true;
+    FillSlot(logger);
+  }
+  return 1;
+}
+
+// --- Without it ----------------------------------------------------------------------------------
+
+// Makes the slot count, if the table can say what the thread is. It cannot of a thread that has not
+// been met, unless `mayAttach` lets that be attached now and memory suffices.
+void RefreshSlot(bool mayAttach) {
+  const std::lock_guard lock(tableMutex);
+  const u16 index = FindRow(ThreadId());
+  if (index != kNoRow) {
+    slot.isMet = true;
+    FillSlot(KRThreadMap->Get(index)->logger);
+  } else if (slot.isMet || isShutDown) {
+    FillSlot(nullptr);
+  } else if (mayAttach) {
+    Attach(ThreadId());
+  }
+}
+
+[[maybe_unused]] const u16 isLoadingThreadAttached =
+    KRLibraryNotification(KRLibraryEvent_ProcessAttach);
+
+}  // namespace
+
+u32 KRCurrentThreadId() {
+  if (!SlotCounts()) RefreshSlot(true);
+  return ThreadId();
+}
+
+u16 KRAttachThread(u32 threadId) {
+  const std::lock_guard lock(tableMutex);
+  return Attach(threadId);
+}
+
+u16 KRDetachThread(u32 threadId) {
+  KRParseLogger* logger = nullptr;
+  {
+    const std::lock_guard lock(tableMutex);
+    if (KRThreadMap == nullptr) return 0;
+    logger = RemoveRow(threadId);
+    if (threadId == ThreadId()) {
+      slot.isMet = true;
+      slot.alarm = KRFireAlarm_None;
+      FillSlot(nullptr);
+    } else if (logger != nullptr) {
+      OutdateSlots();
+    }
+  }
+  delete logger;
+  return 1;
+}
+
+void KRSetFireAlarm(KRFireAlarm alarm) {
+  if (!SlotCounts()) RefreshSlot(false);
+  if (!SlotCounts()) {
+    slot.alarm = alarm;
+  } else if (slot.logger != nullptr) {
+    ThreadAccess::FireAlarm(*slot.logger) = alarm;
+  }
+}
+
+KRFireAlarm KRGetFireAlarm() {
+  if (!SlotCounts()) RefreshSlot(false);
+  if (!SlotCounts()) return slot.alarm;
+  return slot.logger == nullptr ? KRFireAlarm_MemoryExhausted
+                                : ThreadAccess::FireAlarm(*slot.logger);
+}
+
+KRParseLogger* KRParseLogger::TheKRParseLogger() {
+  if (SlotCounts()) return slot.logger;
+  RefreshSlot(true);
+  return SlotCounts() ? slot.logger : nullptr;
+}
+
+u16 KRLibraryNotification(u32 event) {
+  switch (event) {
+    case KRLibraryEvent_ProcessAttach:
+    case KRLibraryEvent_ThreadAttach:
+      return KRAttachThread(ThreadId());
+    case KRLibraryEvent_ThreadDetach:
+      return KRDetachThread(ThreadId());
+    case KRLibraryEvent_ProcessDetach: {
+      const std::lock_guard lock(tableMutex);
+      delete KRThreadMap;
+      KRThreadMap = nullptr;
+      isShutDown = true;
+      OutdateSlots();
+      return 1;
+    }
+    default:
+      return 0;
+  }
+}

@@ -1,0 +1,39 @@
+// The table of attached threads: which thread has which logger.
+
+#ifndef KROFX_CORE_THREAD_MAP_H_
+#define KROFX_CORE_THREAD_MAP_H_
+
+#include "krofx/core/array.h"
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/types.h"
+
+class KRParseLogger;
+
+/// A row of the table of threads. The logger belongs to the thread's attachment, not to the row.
+struct KROFX_API KRThreadMapRow : public krofx::internal::HeapObject {
+  KRThreadMapRow(u32 id, KRParseLogger* itsLogger) : threadID(id), logger(itsLogger) {}
+
+  u32 threadID;           ///< as KRCurrentThreadId gives it
+  KRParseLogger* logger;  ///< never null
+};
+
+/// An array of owned rows of the table of threads, in the order of attachment. Destroying a row
+/// leaves its logger alone. Growth raises no alarm, since an alarm needs a row to stand in.
+class KROFX_API KRDynamicArrayKRThreadMapBase
+    : public krofx::internal::ElementArray<KRThreadMapRow> {
+ public:
+  /// An empty array; 0 becomes 1 in either argument.
+  KRDynamicArrayKRThreadMapBase(u16 initialSize, u16 growStep)
+      : ElementArray(initialSize, growStep, krofx::internal::GrowthAlarm::kSilent) {}
+
+  /// Refuses, with 0: rows come in by pointer only.
+  u16 SetVal(u16 index, KRThreadMapRow row) override;
+};
+
+/// The one table of threads; null while there is none. For looking at while no thread is attached
+/// or detached: it changes through KRAttachThread, KRDetachThread and KRLibraryNotification alone,
+/// which take a lock.
+KROFX_API extern KRDynamicArrayKRThreadMapBase* KRThreadMap;
+
+#endif  // KROFX_CORE_THREAD_MAP_H_
