@@ -2,6 +2,7 @@
 
 #include "krofx/values/utility.h"
 
+#include <algorithm>
 #include <cstring>
 #include <iterator>
 
@@ -34,7 +35,8 @@ u16 KRUtility::RemoveBadCharFromBuffer(KRBuffer* buffer) {
   if (buffer == nullptr) return 0;
   char* data = buffer->GetBufferPtr();
   if (data == nullptr) return 1;
-  const u32 size = buffer->GetBufferSize();
+  // A host can have set a size that no memory stands behind.
+  const u32 size = std::min(buffer->GetBufferSize(), buffer->GetBufferAllocation());
   for (u32 i = 0; i < size; ++i) {
     if (!MayStandInResponse(data[i])) data[i] = ' ';
   }
