@@ -1,0 +1,312 @@
+// The text of dates and times: parsing and writing YYYYMMDDHHMMSS.XXX[gmt:tz].
+//
+// Parsing reads straight from the caller's text and writing formats in place, since statements
+// carry several dates for each transaction.
+
+#include <cstdlib>
+#include <cstring>
+
+#include "krofx/values/date_time.h"
+#include "krofx/values/digits.h"
+#include "krofx/values/text_warning.h"
+
+using krofx::internal::IsDigit;
+using krofx::internal::ReadDigits;
+using krofx::internal::WarnAboutText;
+using krofx::internal::WriteDigits;
+
+namespace {
+
+constexpr std::size_t kDateLength = 8;
+constexpr std::size_t kZoneNameLength = 3;
+
+// Room that the text forms take in the string that receives them, terminator included.
+constexpr std::size_t kDateTextSize = 39;
+constexpr std::size_t kTimeTextSize = 31;
+
+/// The names of a zone: standard time, and daylight time of the zone next to the west.
+struct NamedZone {
+  char standard[4];
+  char daylight[4];
+};
+
+// From the first offset westwards to the last, hour by hour.
+constexpr s16 kFirstNamedOffset = -4;
+constexpr s16 kLastNamedOffset = -8;
+constexpr NamedZone kNamedZones[kFirstNamedOffset - kLastNamedOffset + 1] = {
+    {"AST", "EDT"}, {"EST", "CDT"}, {"CST", "MDT"}, {"MST", "PDT"}, {"PST", "YDT"},
+};
+
+bool Contains(char const* text, std::size_t length, char c) noexcept {
+  return length != 0 && std::memchr(text, c, length) != nullptr;
+}
+
+/// Writes ".NN" for a fraction of an offset.
+char* WriteFraction(char* to, s16 fraction) noexcept {
+  *to++ = '.';
+  return WriteDigits(to, static_cast<u32>(std::abs(int{fraction})), 2);
+}
+
+/// Writes an offset with a minus sign for a negative one.
+char* WriteOffset(char* to, s16 offset) noexcept {
+  if (offset < 0) *to++ = '-';
+  return WriteDigits(to, static_cast<u32>(std::abs(int{offset})), 1);
+}
+
+char* WriteClock(char* to, u16 hour, u16 minute, u16 second) noexcept {
+  to = WriteDigits(to, hour, 2);
+  to = WriteDigits(to, minute, 2);
+  return WriteDigits(to, second, 2);
+}
+
+/// A text under way: the digits up to the offset, whatever the fields hold.
+struct TextHead {
+  char text[80];
+  char* end = text;
+};
+
+/// Puts the head, ":" and the zone name if there is one, and the bracket that closes it into `out`,
+/// which is given at least `size` bytes.
+u16 Store(KRString& out, std::size_t size, TextHead const& head,
+          krofx::internal::ZoneName const* zone, bool closeBracket) {
+  std::size_t const headLength = static_cast<std::size_t>(head.end - head.text);
+  std::size_t const zoneLength = zone == nullptr ? 0 : zone->Length();
+  std::size_t const needed = headLength + zoneLength + 3;
+  if (needed > KRString::kMaxLength) return 0;
+
+  char* to = out.LockBuffer(static_cast<u16>(needed > size ? needed : size));
+  if (to == nullptr) return 0;
+  std::memcpy(to, head.text, headLength);
+  to += headLength;
+  if (zoneLength != 0) {
+    *to++ = ':';
+    std::memcpy(to, zone->Text(), zoneLength);
+    to += zoneLength;
+  }
+  if (closeBracket) *to++ = ']';
+  *to = '\0';
+  out.UnlockBuffer();
+  return 1;
+}
+
+}  // namespace
+
+u16 KRDateTimeBase::SetTimeZone(char const* name, s16 offset, s16 fraction) {
+  return SetTimeZone(name, name == nullptr ? 0 : std::strlen(name), offset, fraction);
+}
+
+u16 KRDateTimeBase::SetTimeZone(char const* name, std::size_t length, s16 offset, s16 fraction) {
+  m_timeZone.Assign(name, length);
+  m_gmtOffset = offset;
+  m_gmtOffsetFraction = fraction;
+
+  bool const isNamed = offset <= kFirstNamedOffset && offset >= kLastNamedOffset && fraction == 0;
+  if (!isNamed || m_timeZone.IsEmpty()) return 1;
+  NamedZone const& known = kNamedZones[kFirstNamedOffset - offset];
+  char const* const held = m_timeZone.Text();
+  if (std::strcmp(held, known.standard) != 0 && std::strcmp(held, known.daylight) != 0) {
+    TextHead prefix;
+    prefix.end = WriteOffset(prefix.end, offset);
+    *prefix.end++ = ':';
+    *prefix.end = '\0';
+    KRString zone(prefix.text);
+    zone += held;
+    WarnAboutText(KRPW_BADFORMAT, zone, zone.GetStrLength(), "SetTimeZone (time zone mismatch");
+  }
+  return 1;
+}
+
+u16 KRDateTimeBase::ExtractTimeZone(char const* zone) {
+  return ExtractTimeZone(zone, zone == nullptr ? 0 : std::strlen(zone));
+}
+
+u16 KRDateTimeBase::ExtractTimeZone(char const* zone, std::size_t length) {
+  // Past this many hours an offset is out of range whatever follows, so digits no longer count.
+  constexpr s16 kMostHours = 999;
+  constexpr int kMostFractionDigits = 2;
+
+  if (length == 0) return 1;
+  char const* const end = zone + length;
+  char const* at = zone;
+  bool logged = false;
+  auto const warn = [&] {
+    WarnAboutText(KRPW_BADFORMAT, zone, length, "ExtractTimeZone");
+    logged = true;
+  };
+  auto const next = [&] { return at < end ? *at : '\0'; };
+  auto const fail = [&] {
+    if (!logged) warn();
+    return u16{0};
+  };
+
+  if (next() != '[') return fail();
+  ++at;
+  if (next() == ']') warn();
+  if (next() == ':') return fail();
+
+  s16 hours = 0;
+  s16 fraction = 0;
+  int fractionDigits = 0;
+  char sign = '\0';
+  bool pointSeen = false;
+  for (; next() != ':' && next() != ']'; ++at) {
+    char const c = next();
+    if (IsDigit(c) && !pointSeen) {
+      if (hours <= kMostHours) hours = static_cast<s16>(hours * 10 + (c - '0'));
+    } else if (IsDigit(c) && fractionDigits < kMostFractionDigits) {
+      fraction = static_cast<s16>(fraction * 10 + (c - '0'));
+      ++fractionDigits;
+    } else if ((c == '-' || c == '+') && sign == '\0' && !pointSeen) {
+      sign = c;
+    } else if (c == '.' && !pointSeen) {
+      pointSeen = true;
+    } else {
+      return fail();
+    }
+  }
+
+  char const* name = at;
+  std::size_t nameLength = 0;
+  if (next() == ':') {
+    name = ++at;
+    while (nameLength < kZoneNameLength && at < end && next() != ']') {
+      ++nameLength;
+      ++at;
+    }
+    if (nameLength != kZoneNameLength) warn();
+  }
+  if (next() != ']') warn();
+
+  if (fractionDigits == 1) fraction = static_cast<s16>(fraction * 10);
+  if (sign == '-') {
+    hours = static_cast<s16>(-hours);
+    fraction = static_cast<s16>(-fraction);
+  }
+  return SetTimeZone(name, nameLength, hours, fraction);
+}
+
+u16 KRDateTimeBase::ConvertStringToKRTime(char const* text) {
+  if (text == nullptr) {
+    InitKRTime();
+    WarnAboutText(KRPW_NULLPOINTER, nullptr, 0, "ConvertStringToKRTime");
+    return 0;
+  }
+  return ParseTime(text, std::strlen(text));
+}
+
+u16 KRDateTimeBase::ParseTime(char const* text, std::size_t length) {
+  InitKRTime();
+  std::size_t clockLength = length;
+  bool wellFormed = true;
+  char const* const bracket =
+      length == 0 ? nullptr : static_cast<char const*>(std::memchr(text, '[', length));
+  if (bracket != nullptr) {
+    clockLength = static_cast<std::size_t>(bracket - text);
+    if (ExtractTimeZone(bracket, length - clockLength) == 0) return 0;
+  } else {
+    wellFormed = !Contains(text, length, '-') && !Contains(text, length, ':');
+  }
+
+  KRParseWarning warning = KRPW_BADFORMAT;
+  if (wellFormed && ReadClock(text, clockLength)) {
+    if (IsValidTime() != 0) return 1;
+    warning = KRPW_OUTOFRANGE;
+  }
+  WarnAboutText(warning, text, length, "ConvertStringToKRTime");
+  return 0;
+}
+
+bool KRDateTimeBase::ReadClock(char const* text, std::size_t length) noexcept {
+  constexpr std::size_t kPointPosition = 6;
+  constexpr s16 kMillisecondDigits = 3;
+  // From the end, each part taking what the ones behind it left.
+  if (length > kPointPosition && text[kPointPosition] == '.') {
+    std::size_t const behind = kPointPosition + 1;
+    if (!ReadDigits(text + behind, length - behind, m_millisecond, 0, kMillisecondDigits)) {
+      return false;
+    }
+    length = kPointPosition;
+  }
+  struct Part {
+    std::size_t position;
+    u16& field;
+  };
+  for (Part const& part : {Part{4, m_second}, Part{2, m_minute}, Part{0, m_hour}}) {
+    if (length <= part.position) continue;
+    if (!ReadDigits(text + part.position, length - part.position, part.field, 2, 0)) return false;
+    length = part.position;
+  }
+  return true;
+}
+
+KRDateTime::KRDateTime(char const* text) { ConvertStringToKRDateTime(text); }
+
+u16 KRDateTime::operator=(char const* text) { return ConvertStringToKRDateTime(text); }
+
+u16 KRDateTime::ConvertStringToKRDateTime(char const* text) {
+  if (text == nullptr) {
+    InitKRDateTime();
+    WarnAboutText(KRPW_NULLPOINTER, nullptr, 0, "ConvertStringToKRDateTime");
+    return 0;
+  }
+  return Parse(text, std::strlen(text));
+}
+
+u16 KRDateTime::Parse(char const* text, std::size_t length) {
+  InitKRDateTime();
+  if (length >= kDateLength && ParseTime(text + kDateLength, length - kDateLength) != 0 &&
+      ReadDigits(text + 6, 2, m_day, 2, 0) && ReadDigits(text + 4, 2, m_month, 2, 0) &&
+      ReadDigits(text, 4, m_year, 4, 0) && IsValidDate() != 0) {
+    return 1;
+  }
+  WarnAboutText(KRPW_BADFORMAT, text, length, "ConvertStringToKRDateTime");
+  return 0;
+}
+
+KRTime::KRTime(char const* text) { ConvertStringToKRTime(text); }
+
+u16 KRTime::operator=(char const* text) { return ConvertStringToKRTime(text); }
+
+u16 KRDateTimeBase::GetDateString(KRString& out) {
+  if (IsValidDate() == 0 || IsValidTime() == 0) return 0;
+  bool const hasZone = m_gmtOffset != 0 || m_gmtOffsetFraction != 0;
+  bool const hasMilliseconds = hasZone || m_millisecond != 0;
+  bool const hasClock = hasMilliseconds || m_hour != 0 || m_minute != 0 || m_second != 0;
+
+  TextHead head;
+  char* to = WriteDigits(head.text, m_year, 4);
+  to = WriteDigits(to, m_month, 2);
+  to = WriteDigits(to, m_day, 2);
+  if (hasClock) to = WriteClock(to, m_hour, m_minute, m_second);
+  if (hasMilliseconds) {
+    *to++ = '.';
+    to = WriteDigits(to, m_millisecond, 3);
+  }
+  if (hasZone) {
+    *to++ = '[';
+    // The sign of a zone less than an hour behind GMT stands in the fraction alone.
+    if (m_gmtOffset == 0 && m_gmtOffsetFraction < 0) *to++ = '-';
+    to = WriteOffset(to, m_gmtOffset);
+    if (m_gmtOffsetFraction != 0) to = WriteFraction(to, m_gmtOffsetFraction);
+  }
+  head.end = to;
+  return Store(out, kDateTextSize, head, hasZone ? &m_timeZone : nullptr, hasZone);
+}
+
+u16 KRDateTimeBase::GetTimeString(KRString& out) {
+  if (IsValidTime() == 0) return 0;
+  TextHead head;
+  char* to = WriteClock(head.text, m_hour, m_minute, m_second);
+  if (m_millisecond != 0) {
+    *to++ = '.';
+    to = WriteDigits(to, m_millisecond, 1);
+  }
+  bool const hasZone = m_gmtOffset != 0;
+  if (hasZone) {
+    *to++ = '[';
+    to = WriteOffset(to, m_gmtOffset);
+    if (m_gmtOffsetFraction != 0) to = WriteFraction(to, m_gmtOffsetFraction);
+  }
+  head.end = to;
+  return Store(out, kTimeTextSize, head, &m_timeZone, hasZone);
+}

@@ -1,0 +1,339 @@
+// Dates and times: fields, counts of seconds, arithmetic and the binary form. Their text is in
+// date_text.cpp.
+
+#include "krofx/values/date_time.h"
+
+#include <cstring>
+#include <limits>
+
+#include "krofx/values/byte_order.h"
+#include "krofx/values/clock.h"
+#include "krofx/values/decimal_text.h"
+
+using krofx::internal::CalendarDate;
+using krofx::internal::Clock;
+using krofx::internal::s128;
+using krofx::internal::u128;
+
+namespace {
+
+constexpr std::int64_t kSecondsPerDay = 86400;
+constexpr std::int64_t kSecondsPerHour = 3600;
+constexpr u16 kEpochYear = 1970;
+// Four years of the calendar, one of them a leap year.
+constexpr u32 kSecondsPerFourYears = 126230400;
+// A year of 365.2425 days, in parts of a day.
+constexpr u32 kYearLength = 3652425;
+constexpr u32 kPartsPerDay = 10000;
+
+s32 ClampToS32(std::int64_t value) noexcept {
+  constexpr std::int64_t kLowest = std::numeric_limits<s32>::min();
+  constexpr std::int64_t kHighest = std::numeric_limits<s32>::max();
+  return static_cast<s32>(value < kLowest ? kLowest : value > kHighest ? kHighest : value);
+}
+
+/// Adds `amount` and the carry to a field; a field that reaches `limit` loses it once.
+/// @return the carry into the next field.
+u32 AddWithCarry(u16& field, u16 amount, u32 carry, u32 limit) noexcept {
+  u32 const sum = u32{field} + amount + carry;
+  bool const carries = sum >= limit;
+  field = static_cast<u16>(carries ? sum - limit : sum);
+  return carries ? 1 : 0;
+}
+
+}  // namespace
+
+char const* const KRDateTimeBase::m_timeZoneNotInitialized = "***";
+
+KRDateTimeBase::KRDateTimeBase(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second,
+                               s16 millisecond, s16 offset, s16 fraction) noexcept
+    : m_year(static_cast<u16>(year)),
+      m_month(static_cast<u16>(month)),
+      m_day(static_cast<u16>(day)),
+      m_hour(static_cast<u16>(hour)),
+      m_minute(static_cast<u16>(minute)),
+      m_second(static_cast<u16>(second)),
+      m_millisecond(static_cast<u16>(millisecond)),
+      m_gmtOffset(offset),
+      m_gmtOffsetFraction(fraction) {}
+
+KRDateTime::KRDateTime(KRPrecisionInteger const& seconds) { FromPrecInt(seconds); }
+
+KRDateTime::KRDateTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second,
+                       s16 millisecond, s16 offset, s16 fraction) noexcept
+    : KRDateTimeBase(year, month, day, hour, minute, second, millisecond, offset, fraction) {}
+
+KRTime::KRTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
+               s16 offset, s16 fraction) noexcept
+    : KRDateTimeBase(year, month, day, hour, minute, second, millisecond, offset, fraction) {}
+
+u16 KRDateTimeBase::operator=(char const*) { return 0; }
+
+u16 KRDateTimeBase::operator=(s32 seconds) {
+  std::int64_t days = seconds / kSecondsPerDay;
+  std::int64_t rest = seconds % kSecondsPerDay;
+  if (rest < 0) {
+    rest += kSecondsPerDay;
+    --days;
+  }
+  CalendarDate const date = krofx::internal::DateFromDays(days);
+  m_year = static_cast<u16>(date.year);
+  m_month = date.month;
+  m_day = date.day;
+  m_hour = static_cast<u16>(rest / kSecondsPerHour);
+  m_minute = static_cast<u16>(rest / 60 % 60);
+  m_second = static_cast<u16>(rest % 60);
+  m_millisecond = 0;
+  m_gmtOffset = 0;
+  m_gmtOffsetFraction = 0;
+  return 1;
+}
+
+u16 KRDateTimeBase::operator=(KRPrecisionInteger const& seconds) { return FromPrecInt(seconds); }
+
+void KRDateTimeBase::InitKRTime() noexcept {
+  Invalidate();
+  ClearZone();
+}
+
+void KRDateTimeBase::Invalidate() noexcept {
+  m_year = 0;
+  m_month = 0;
+  m_day = 0;
+  m_hour = 0;
+  m_minute = 0;
+  m_second = 0;
+  m_millisecond = 0;
+}
+
+void KRDateTimeBase::ClearZone() noexcept {
+  m_gmtOffset = 0;
+  m_gmtOffsetFraction = 0;
+  m_timeZone.Clear();
+}
+
+u16 KRDateTimeBase::IsValidTime() {
+  return m_hour <= 23 && m_minute <= 59 && m_second <= 59 && m_millisecond <= 999 &&
+         m_gmtOffset >= -12 && m_gmtOffset <= 12 && m_gmtOffsetFraction <= 99;
+}
+
+u16 KRDateTimeBase::IsValidDate() const { return m_day >= 1 && m_day <= DaysInMonth(); }
+
+u16 KRDateTimeBase::LeapYearsBetween(KRDateTimeBase const&) const { return 0; }
+
+u16 KRDateTimeBase::SetDay(u16 dayOfYear, u16 year) {
+  if (dayOfYear < 1 || dayOfYear > krofx::internal::DaysInYear(year)) return 0;
+  u16 month = 12;
+  while (krofx::internal::DaysBeforeMonth(month, year) >= dayOfYear) --month;
+  m_month = month;
+  m_day = static_cast<u16>(dayOfYear - krofx::internal::DaysBeforeMonth(month, year));
+  return 1;
+}
+
+s16 KRDateTimeBase::compareDateTime(KRDateTimeBase const& other) const {
+  std::int64_t const left = GMTMilliseconds();
+  std::int64_t const right = other.GMTMilliseconds();
+  return left == right ? s16{0} : left > right ? s16{1} : s16{-1};
+}
+
+s32 KRDateTimeBase::GetTimeT() const {
+  if (m_year < 1902) return std::numeric_limits<s32>::min();
+  std::int64_t const days = krofx::internal::DaysFromDate(m_year, m_month, m_day);
+  std::int64_t const hours = days * 24 + m_hour - m_gmtOffset;
+  std::int64_t const minutes = hours * 60 + m_minute;
+  return ClampToS32(minutes * 60 + m_second - std::int64_t{m_gmtOffsetFraction} * 36);
+}
+
+s32 KRDateTimeBase::LocalTimeZoneOffset() const { return Clock::Current().LocalZoneOffset(); }
+
+void KRDateTimeBase::ConvertToGMT() { KRDateTimeBase::operator=(GetTimeT()); }
+
+void KRDateTimeBase::ConvertToLocalTime(s16 offset, s16 fraction) {
+  std::int64_t const ahead = (fraction + std::int64_t{offset} * 100) * 36;
+  KRDateTimeBase::operator=(ClampToS32(GetTimeT() + ahead));
+  m_gmtOffset = offset;
+  m_gmtOffsetFraction = fraction;
+}
+
+std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
+  bool const beforeEpoch = m_year < kEpochYear;
+  std::int64_t const dayOfYear =
+      std::int64_t{m_day} + krofx::internal::DaysBeforeMonth(m_month, m_year);
+  std::int64_t hours = 0;
+  std::int64_t minutes = 0;
+  std::int64_t seconds = 0;
+  std::int64_t milliseconds = 0;
+  std::int64_t years = 0;
+  // How far the zone moves the count, along the direction of counting.
+  std::int64_t const direction = beforeEpoch ? -1 : 1;
+  if (!beforeEpoch) {
+    years = m_year - kEpochYear;
+    hours = (dayOfYear - 1) * 24 + m_hour;
+    minutes = m_minute;
+    seconds = m_second;
+    milliseconds = m_millisecond;
+  } else {
+    // Backwards from the start of 1970. The seconds and the milliseconds each count their full
+    // unit, which sets all these instants one second further back than the calendar does.
+    years = kEpochYear - 1 - m_year;
+    hours = (krofx::internal::DaysInYear(m_year) - dayOfYear) * 24 + (23 - m_hour);
+    minutes = 59 - m_minute;
+    seconds = 60 - m_second;
+    milliseconds = 1000 - m_millisecond;
+  }
+  hours += years * kYearLength / kPartsPerDay * 24 - direction * m_gmtOffset;
+  std::int64_t const count = ((hours * 60 + minutes) * 60 + seconds) * 1000 + milliseconds -
+                             direction * m_gmtOffsetFraction * 36000;
+  return direction * count;
+}
+
+KRPrecisionInteger KRDateTimeBase::GetGMT() const {
+  return KRPrecisionInteger::FromInt64(GMTMilliseconds(), 3);
+}
+
+KRPrecisionInteger KRDateTimeBase::SecondsBetween(KRDateTimeBase const& other) const {
+  return KRPrecisionInteger::FromInt64(GMTMilliseconds() - other.GMTMilliseconds(), 3);
+}
+
+KRDateTimeBase KRDateTimeBase::TimeBetween(KRDateTimeBase const&) const { return *this; }
+
+u16 KRDateTimeBase::FromPrecInt(KRPrecisionInteger const& seconds) {
+  u16 const decimals = seconds.Decimal();
+  if (decimals > KRPrecisionInteger::kMaxDecimals) {
+    InitKRTime();
+    return 0;
+  }
+  // With 29 decimals four years are just under 2^124 units, so nothing here overflows.
+  u128 const unit = krofx::internal::kPowersOfTen[decimals];
+  u128 const fourYears = unit * kSecondsPerFourYears;
+  u128 count = (u128{seconds.GetMSBytes()} << 64) | (std::uint64_t{seconds.GetSSBytes()} << 32) |
+               seconds.GetLSBytes();
+  u128 blocks = 0;
+  if (seconds.IsNegative() != 0) {
+    blocks = (count + fourYears - 1) / fourYears;
+    count = blocks * fourYears - count;
+  }
+
+  u128 const days = count / (unit * kSecondsPerDay);
+  u128 const partOfDay = count % (unit * kSecondsPerDay);
+  u128 const years = days * kPartsPerDay / kYearLength;
+  u128 const dayOfYear = (days * kPartsPerDay - years * kYearLength) / kPartsPerDay + 1;
+  s128 const year = static_cast<s128>(years) + kEpochYear - 4 * static_cast<s128>(blocks);
+
+  bool const yearFits = year >= 0 && year <= std::numeric_limits<u16>::max();
+  if (!yearFits || SetDay(static_cast<u16>(dayOfYear), static_cast<u16>(year)) == 0) {
+    InitKRTime();
+    return 0;
+  }
+  u32 const secondOfDay = static_cast<u32>(partOfDay / unit);
+  m_year = static_cast<u16>(year);
+  m_hour = static_cast<u16>(secondOfDay / 3600);
+  m_minute = static_cast<u16>(secondOfDay / 60 % 60);
+  m_second = static_cast<u16>(secondOfDay % 60);
+  m_millisecond = static_cast<u16>(partOfDay % unit * 1000 / unit);
+  return 1;
+}
+
+u16 KRDateTimeBase::operator+=(s32 seconds) {
+  KRDateTimeBase::operator=(ClampToS32(std::int64_t{GetTimeT()} + seconds));
+  ClearZone();
+  return 1;
+}
+
+u16 KRDateTimeBase::operator+=(KRPrecisionInteger const& seconds) {
+  KRPrecisionInteger sum = GetGMT();
+  sum += seconds;
+  u16 const result = FromPrecInt(sum);
+  ClearZone();
+  return result;
+}
+
+u16 KRDateTimeBase::operator+=(KRDateTimeBase const& other) {
+  // A copy, since an object may be added to itself.
+  KRDateTimeBase const amount(other);
+  u32 carry = AddWithCarry(m_millisecond, amount.m_millisecond, 0, 1000);
+  carry = AddWithCarry(m_second, amount.m_second, carry, 60);
+  carry = AddWithCarry(m_minute, amount.m_minute, carry, 60);
+  carry = AddWithCarry(m_hour, amount.m_hour, carry, 24);
+
+  u32 const day = u32{m_day} + amount.m_day + carry;
+  if (day > krofx::internal::CommonMonthLength(m_month)) {
+    ++m_month;
+    m_day = static_cast<u16>(day - krofx::internal::CommonMonthLength(m_month));
+  } else {
+    m_day = static_cast<u16>(day);
+  }
+  u32 const month = u32{m_month} + amount.m_month;
+  carry = month > 12 ? 1 : 0;
+  m_month = static_cast<u16>(month - 12 * carry);
+
+  u32 const year = u32{m_year} + amount.m_year + carry;
+  if (year > 9999) return 0;
+  m_year = static_cast<u16>(year);
+  return 1;
+}
+
+void* KRDateTimeBase::LockBuffer() { return m_binary.Ensure(kBinaryBlockSize); }
+
+void KRDateTimeBase::UnLockBuffer() { m_binary.Release(); }
+
+namespace {
+
+constexpr std::size_t kBinaryZoneSize = 5;
+constexpr u16 kVersionWithFraction = 4;
+constexpr u16 kVersionWithoutFraction = 3;
+constexpr u16 kOldestVersion = 2;
+
+}  // namespace
+
+void KRDateTimeBase::ExportBinary(void* target, u16* length) const {
+  u16 written = 0;
+  if (target != nullptr) {
+    char* const block = static_cast<char*>(target);
+    bool const hasFraction = m_gmtOffsetFraction != 0;
+    krofx::internal::PackU16(block, hasFraction ? kVersionWithFraction : kVersionWithoutFraction);
+    krofx::internal::PackU16(block + 2, m_year);
+    u16 const bytes[] = {m_month, m_day, m_hour, m_minute, m_second};
+    char* to = block + 4;
+    for (u16 const value : bytes) krofx::internal::PackBytes(to++, value, 1);
+    krofx::internal::PackU16(to, m_millisecond);
+    krofx::internal::PackU16(to + 2, static_cast<u16>(m_gmtOffset));
+    to += 4;
+    if (hasFraction) {
+      krofx::internal::PackU16(to, static_cast<u16>(m_gmtOffsetFraction));
+      to += 2;
+    }
+    std::memset(to, 0, kBinaryZoneSize);
+    std::strncpy(to, m_timeZone.IsEmpty() ? m_timeZoneNotInitialized : m_timeZone.Text(),
+                 kBinaryZoneSize - 1);
+    to += kBinaryZoneSize;
+    written = static_cast<u16>(to - block + 1);
+  }
+  if (length != nullptr) *length = written;
+}
+
+void KRDateTimeBase::ImportBinary(void const* source) {
+  if (source == nullptr) return;
+  char const* const block = static_cast<char const*>(source);
+  u16 const version = krofx::internal::UnpackU16(block);
+  if (version < kOldestVersion || version > kVersionWithFraction) return;
+  m_year = krofx::internal::UnpackU16(block + 2);
+  char const* from = block + 4;
+  for (u16* const field : {&m_month, &m_day, &m_hour, &m_minute, &m_second}) {
+    *field = static_cast<u16>(krofx::internal::UnpackBytes(from++, 1));
+  }
+  m_millisecond = krofx::internal::UnpackU16(from);
+  m_gmtOffset = static_cast<s16>(krofx::internal::UnpackU16(from + 2));
+  from += 4;
+  m_gmtOffsetFraction = 0;
+  if (version == kVersionWithFraction) {
+    m_gmtOffsetFraction = static_cast<s16>(krofx::internal::UnpackU16(from));
+    from += 2;
+  }
+  std::size_t const zoneLength = strnlen(from, kBinaryZoneSize - 1);
+  if (std::strncmp(from, m_timeZoneNotInitialized, kBinaryZoneSize - 1) == 0) {
+    m_timeZone.Clear();
+  } else {
+    m_timeZone.Assign(from, zoneLength);
+  }
+}

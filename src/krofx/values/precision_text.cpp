@@ -1,0 +1,184 @@
+// The text of exact decimals: parsing OFX numbers and writing them.
+
+#include <cstring>
+
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/thread.h"
+#include "krofx/values/decimal_text.h"
+#include "krofx/values/precision_integer.h"
+#include "krofx/values/text_warning.h"
+
+using krofx::internal::u128;
+
+namespace {
+
+/// What a number's text holds, read without regard to any rule about the number.
+struct DecimalReading {
+  u128 magnitude = 0;
+  s16 sign = 1;
+  u16 decimals = 0;
+  /// The first error, or KRPW_UNKNOWNEXCEPTION for none.
+  KRParseWarning error = KRPW_UNKNOWNEXCEPTION;
+};
+
+DecimalReading ReadDecimal(char const* text, std::size_t length) noexcept {
+  constexpr unsigned kMostDigits = 28;
+  // So many digits fit 64 bits, where nearly all numbers end.
+  constexpr unsigned kWordDigits = 19;
+
+  DecimalReading reading;
+  std::uint64_t word = 0;
+  unsigned digits = 0;
+  bool pointSeen = false;
+  bool malformed = false;
+
+  for (std::size_t i = 0; i < length; ++i) {
+    char const c = text[i];
+    unsigned const digit = static_cast<unsigned char>(c) - unsigned{'0'};
+    if (digit < 10) {
+      if (digits < kWordDigits) {
+        word = word * 10 + digit;
+      } else {
+        if (digits == kMostDigits && !malformed) {
+          reading.error = KRPW_TOOLONG;
+          break;
+        }
+        if (digits == kWordDigits) reading.magnitude = word;
+        reading.magnitude = reading.magnitude * 10 + digit;
+      }
+      // A malformed text is read on past the limit, and its magnitude may overflow.
+      if (digits < kMostDigits) ++digits;
+      continue;
+    }
+    switch (c) {
+      case ',':
+        break;
+      case '-':
+        reading.sign = -1;
+        malformed |= i != 0;
+        break;
+      case '+':
+        malformed |= i != 0;
+        break;
+      case '.':
+        if (pointSeen) {
+          malformed = true;
+        } else {
+          pointSeen = true;
+          std::size_t const places = length - i - 1;
+          reading.decimals = static_cast<u16>(places < 65535 ? places : 65535);
+        }
+        break;
+      default:
+        malformed = true;
+        break;
+    }
+  }
+  if (digits <= kWordDigits) reading.magnitude = word;
+  if (malformed) reading.error = KRPW_BADFORMAT;
+  return reading;
+}
+
+}  // namespace
+
+KRPrecisionInteger::KRPrecisionInteger(char const* text) {
+  KRPrecisionInteger::ConvertStringToKRPrecisionInteger(text);
+}
+
+KRPrecisionInteger& KRPrecisionInteger::operator=(char const* text) {
+  ConvertStringToKRPrecisionInteger(text);
+  return *this;
+}
+
+u16 KRPrecisionInteger::ConvertStringToKRPrecisionInteger(char const* text) {
+  return Parse(text, text == nullptr ? 0 : std::strlen(text));
+}
+
+u16 KRPrecisionInteger::Parse(char const* text, std::size_t length) {
+  DecimalReading const reading = ReadDecimal(text, length);
+  m_low = static_cast<u32>(reading.magnitude);
+  m_middle = static_cast<u32>(reading.magnitude >> 32);
+  m_high = static_cast<u32>(reading.magnitude >> 64);
+  m_sign = reading.sign;
+  m_decimals = reading.decimals;
+
+  KRParseWarning error = reading.error;
+  if (error == KRPW_UNKNOWNEXCEPTION) {
+    if (length != 0 && IsValid() != 0) return 1;
+    error = KRPW_BADFORMAT;
+  }
+  krofx::internal::WarnAboutText(error, text, length, "");
+  return 0;
+}
+
+u16 KRPrecisionInteger::WriteText(char* out) const noexcept {
+  char digits[kTextSize];
+  char* end = digits + sizeof digits;
+  u128 const magnitude = (u128{m_high} << 64) | (std::uint64_t{m_middle} << 32) | m_low;
+  char* const first = krofx::internal::WriteDigitsBefore(end, magnitude);
+  char* to = out;
+
+  bool const writable = m_decimals <= kMaxDecimals;
+  if (writable && m_sign == -1) *to++ = '-';
+  if (!writable || first == end) {
+    *to++ = '0';
+  } else {
+    std::ptrdiff_t places = m_decimals;
+    while (places > 0 && end[-1] == '0') {
+      --end;
+      --places;
+    }
+    std::ptrdiff_t const whole = end - first - places;
+    if (whole > 0) {
+      std::memcpy(to, first, static_cast<std::size_t>(whole));
+      to += whole;
+    }
+    if (places > 0) {
+      *to++ = '.';
+      for (std::ptrdiff_t i = whole; i < 0; ++i) *to++ = '0';
+      char const* const behind = whole > 0 ? first + whole : first;
+      std::memcpy(to, behind, static_cast<std::size_t>(end - behind));
+      to += end - behind;
+    }
+  }
+  *to = '\0';
+  return static_cast<u16>(to - out);
+}
+
+KRPrecisionInteger::operator char*() {
+  char* const text = TextBuffer();
+  if (text != nullptr) WriteText(text);
+  return text;
+}
+
+KRPrecisionInteger::operator char*() const {
+  // Changes nothing but the text, which is no part of the value.
+  return const_cast<KRPrecisionInteger*>(this)->operator char*();
+}
+
+KRPercent::KRPercent(char const* text) { KRPercent::ConvertStringToKRPrecisionInteger(text); }
+
+KRPosPrecisionInteger::KRPosPrecisionInteger(char const* text) {
+  KRPosPrecisionInteger::ConvertStringToKRPrecisionInteger(text);
+}
+
+u16 KRCommaSepPrecisionInteger::ConvertStringToKRPrecisionInteger(char const* text) {
+  if (text == nullptr) return Parse(nullptr, 0);
+
+  // Numbers fit here; only a text that is wrong anyway or full of commas needs more.
+  char room[64];
+  std::size_t const length = std::strlen(text);
+  krofx::internal::LazyBlock heap;
+  char* const bare = length <= sizeof room ? room : static_cast<char*>(heap.Ensure(length));
+  if (bare == nullptr) {
+    KRPrecisionInteger::operator=(0);
+    return 0;
+  }
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < length; ++i) {
+    if (text[i] != ',') bare[count++] = text[i];
+  }
+  return Parse(bare, count);
+}
+
+KRCommaSepPrecisionInteger::operator char*() { return CurrentText(); }
