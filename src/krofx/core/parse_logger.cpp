@@ -143,7 +143,7 @@ u16 KRParseLogger::Log(KRParseWarning warning, KRString const& value, KRString c
     exception->m_tag = tag;
     exception->m_object = object;
     AddContext(exception, true);
-    if (Set(Entries(), exception) != 0) return 1;
+    if (PutLast(exception)) return 1;
     delete exception;
   }
   KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
@@ -163,7 +163,7 @@ u16 KRParseLogger::Store(KRParseException* exception) {
   if (m_loggingEnabled == 0) return 1;
   if (IsFull()) return 0;
   if (exception->m_offset == -1) AddContext(exception, false);
-  if (Set(Entries(), exception) != 0) return 1;
+  if (PutLast(exception)) return 1;
   KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
   return 0;
 }
@@ -180,6 +180,12 @@ void KRParseLogger::AddContext(KRParseException* exception, bool withObject) con
   }
 }
 
+bool KRParseLogger::PutLast(KRParseException* exception) {
+  if (Set(Entries(), exception) == 0) return false;
+  if (m_listener != nullptr) m_listener->OnStored(*exception);
+  return true;
+}
+
 void KRParseLogger::EnableLogging(u16 enable) { m_loggingEnabled = enable != 0 ? 1 : 0; }
 
 u16 KRParseLogger::GetLoggingEnabled() const { return m_loggingEnabled; }
@@ -192,6 +198,13 @@ void KRParseLogger::SetBuffer(KRBuffer* buffer) {
 
 void KRParseLogger::SetParser(KRParser* parser) {
   LoggersInUse::Name(*this, &KRParseLogger::m_parser, parser);
+}
+
+krofx::internal::WarningListener* KRParseLogger::SetListener(
+    krofx::internal::WarningListener* listener) {
+  krofx::internal::WarningListener* before = m_listener;
+  m_listener = listener;
+  return before;
 }
 
 u16 KRParseLogger::DeepCopyFrom(KRParseLogger* source) {

@@ -85,6 +85,16 @@ namespace krofx::internal {
 struct LoggersInUse;
 struct ThreadAccess;
 
+/// Hears of the records that a logger stores: for a parser, which knows the place in the text.
+class WarningListener {
+ public:
+  /// Called behind the storing. Must not change the log.
+  virtual void OnStored(KRParseException const& exception) = 0;
+
+ protected:
+  ~WarningListener() = default;
+};
+
 /// Logs a warning on the calling thread's logger, as AppendParseException does; with no logger it
 /// is lost. The way for the library's own code, since a thread may have no logger.
 /// @return as AppendParseException; 0 with no logger.
@@ -147,6 +157,9 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   /// Names the parser at work, from which records take their object; null for none. Not owned. A
   /// parser that is destroyed takes itself out.
   void SetParser(KRParser* parser);
+  /// Makes `listener` hear of each record from now on; null for none. Not owned.
+  /// @return the listener before it.
+  krofx::internal::WarningListener* SetListener(krofx::internal::WarningListener* listener);
 
   /// Adds copies of all records of `source` to this log, and takes over the source's two flags.
   /// What stands in this log already stays. When the source's logging is disabled so is this log's
@@ -169,6 +182,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
           KRDataObj* object);
   u16 Store(KRParseException* exception);
   void AddContext(KRParseException* exception, bool withObject) const;
+  bool PutLast(KRParseException* exception);
   // A full list is no shortage of memory: it raises no alarm, and the parse need not fail for it.
   bool IsFull() const;
 
@@ -176,6 +190,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   u16 m_anyLogged = 0;
   KRBuffer* m_buffer = nullptr;
   KRParser* m_parser = nullptr;
+  krofx::internal::WarningListener* m_listener = nullptr;
   KRFireAlarm m_fireAlarm = KRFireAlarm_None;
   // Loggers that name a buffer or a parser form a list, where one that is destroyed finds them.
   bool m_inUse = false;
