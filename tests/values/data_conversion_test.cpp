@@ -268,13 +268,18 @@ TEST_F(DataConversion, ConvertsOverACallersTable) {
   EXPECT_EQ(value, 1);
 }
 
-TEST_F(DataConversion, RefusesACallersTableThatIsNotThere) {
+TEST_F(DataConversion, RefusesACallersTableOrKeywordThatIsNotThere) {
   KRString text("kept");
   u16 value = 7;
   EXPECT_EQ(C::EnumToString(0, text, 0, 65535, nullptr), 0);
   EXPECT_EQ(OnlyWarning(), "KRPW_BADFORMAT 0");
   EXPECT_EQ(C::StringToEnum("ONE", value, 0, 65535, nullptr), 0);
   EXPECT_EQ(OnlyWarning(), "KRPW_BADFORMAT ONE");
+  const char* holed[] = {nullptr};
+  EXPECT_EQ(C::EnumToString(0, text, 0, 0, holed), 0);
+  EXPECT_EQ(OnlyWarning(), "KRPW_BADFORMAT 0");
+  EXPECT_EQ(C::StringToEnum("", value, 0, 0, holed), 0);
+  EXPECT_EQ(OnlyWarning(), "KRPW_BADFORMAT ");
   EXPECT_STREQ(text, "kept");
   EXPECT_EQ(value, 7);
 }

@@ -26,6 +26,17 @@ u16 ReadWhole(const KRString& text, KRPrecisionInteger& number) {
   return 1;
 }
 
+// Reads a whole number that passes `fits`, by magnitude or with its sign as `get` has it.
+template <class Number>
+u16 ReadWhole(const KRString& text, Number& out, u16 (KRPrecisionInteger::*fits)() const,
+              Number (KRPrecisionInteger::*get)() const) {
+  KRPrecisionInteger number;
+  if (!ReadWhole(text, number)) return 0;
+  if (!(number.*fits)()) return Refuse(KRPW_OUTOFRANGE, text);
+  out = (number.*get)();
+  return 1;
+}
+
 }  // namespace
 
 u16 KRDataConversion::BooleanToString(u16 value, KRString& out) {
@@ -81,27 +92,15 @@ u16 KRDataConversion::StringToSShort(const KRString& text, s16& out) {
 }
 
 u16 KRDataConversion::StringToUShort(const KRString& text, u16& out) {
-  KRPrecisionInteger number;
-  if (!ReadWhole(text, number)) return 0;
-  if (!number.FitInAUShort()) return Refuse(KRPW_OUTOFRANGE, text);
-  out = number.GetKRUShort();
-  return 1;
+  return ReadWhole(text, out, &KRPrecisionInteger::FitInAUShort, &KRPrecisionInteger::GetKRUShort);
 }
 
 u16 KRDataConversion::StringToSLong(const KRString& text, s32& out) {
-  KRPrecisionInteger number;
-  if (!ReadWhole(text, number)) return 0;
-  if (!number.FitInASLong()) return Refuse(KRPW_OUTOFRANGE, text);
-  out = number.GetKRSLong();
-  return 1;
+  return ReadWhole(text, out, &KRPrecisionInteger::FitInASLong, &KRPrecisionInteger::GetKRSLong);
 }
 
 u16 KRDataConversion::StringToULong(const KRString& text, u32& out) {
-  KRPrecisionInteger number;
-  if (!ReadWhole(text, number)) return 0;
-  if (!number.FitInAULong()) return Refuse(KRPW_OUTOFRANGE, text);
-  out = number.GetKRULong();
-  return 1;
+  return ReadWhole(text, out, &KRPrecisionInteger::FitInAULong, &KRPrecisionInteger::GetKRULong);
 }
 
 u16 KRDataConversion::StringToLanguage(const KRString& text, KRLanguage& out) {

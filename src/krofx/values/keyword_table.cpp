@@ -63,7 +63,9 @@ u16 KeywordToText(const KeywordTable& table, u32 value, KRString& out) {
 
 u16 KeywordConversion::EnumToString(u16 value, KRString& out, u16 low, u16 high,
                                     const char* const* const table) {
-  if (table == nullptr || value < low || value > high) return WarnBadValue(value);
+  if (table == nullptr || value < low || value > high || table[value] == nullptr) {
+    return WarnBadValue(value);
+  }
   out = table[value];
   return 1;
 }
