@@ -12,12 +12,12 @@ void EndTagIndex::Drop() {
   m_ready = false;
 }
 
-bool EndTagIndex::Append(Name name) {
+bool EndTagIndex::Append(TagName name) {
   if (m_count == m_capacity) {
     const std::size_t capacity = m_capacity == 0 ? 64 : m_capacity * 2;
-    void* grown = Reallocate(m_names, capacity * sizeof(Name));
+    void* grown = Reallocate(m_names, capacity * sizeof(TagName));
     if (grown == nullptr) return false;
-    m_names = static_cast<Name*>(grown);
+    m_names = static_cast<TagName*>(grown);
     m_capacity = capacity;
   }
   m_names[m_count++] = name;

@@ -22,16 +22,28 @@ inline char CapitalLetter(char character) {
                                               : character;
 }
 
-/// The end tags of a text from some place on. Names are compared by length and then without regard
-/// to case. A copy starts out empty: it can be made again from the text.
+/// A tag's name in a text.
+struct TagName {
+  s32 start;   ///< Position of its first character.
+  u16 length;  ///< Characters of it.
+};
+
+/// Orders names by length, then without regard to case; 0 for the same name.
+template <class Text>
+int CompareNames(const Text& text, const TagName& left, const TagName& right) {
+  if (left.length != right.length) return left.length < right.length ? -1 : 1;
+  for (s32 i = 0; i < left.length; ++i) {
+    const char a = CapitalLetter(text.At(left.start + i));
+    const char b = CapitalLetter(text.At(right.start + i));
+    if (a != b) return a < b ? -1 : 1;
+  }
+  return 0;
+}
+
+/// The end tags of a text from some place on. A copy starts out empty: it can be made again from
+/// the text.
 class EndTagIndex {
  public:
-  /// A name in the text.
-  struct Name {
-    s32 start;
-    u16 length;
-  };
-
   EndTagIndex() = default;
   EndTagIndex(const EndTagIndex&) {}
   EndTagIndex& operator=(const EndTagIndex& other) {
@@ -46,43 +58,34 @@ class EndTagIndex {
   void Drop();
   /// Appends the name of an end tag.
   /// @return false when memory does not suffice; the list is then to be dropped.
-  bool Append(Name name);
+  bool Append(TagName name);
 
   /// Sorts the list, which may be asked from here on.
   template <class Text>
   void Complete(const Text& text) {
-    std::sort(m_names, m_names + m_count, [&text](const Name& left, const Name& right) {
-      const int order = Compare(text, left, right);
-      return order != 0 ? order < 0 : left.start < right.start;
-    });
+    std::sort(m_names, m_names + m_count, Before(text));
     m_ready = true;
   }
 
   /// Whether an end tag called `name` stands behind it in the text.
   template <class Text>
-  bool HasBehind(const Text& text, Name name) const {
-    const Name* end = m_names + m_count;
-    const Name* found =
-        std::upper_bound(m_names, end, name, [&text](const Name& left, const Name& right) {
-          const int order = Compare(text, left, right);
-          return order != 0 ? order < 0 : left.start < right.start;
-        });
-    return found != end && Compare(text, name, *found) == 0;
+  bool HasBehind(const Text& text, TagName name) const {
+    const TagName* begin = m_names;
+    const TagName* end = begin + m_count;
+    const TagName* next = std::upper_bound(begin, end, name, Before(text));
+    return next != end && CompareNames(text, name, *next) == 0;
   }
 
  private:
   template <class Text>
-  static int Compare(const Text& text, const Name& left, const Name& right) {
-    if (left.length != right.length) return left.length < right.length ? -1 : 1;
-    for (s32 i = 0; i < left.length; ++i) {
-      const char a = CapitalLetter(text.At(left.start + i));
-      const char b = CapitalLetter(text.At(right.start + i));
-      if (a != b) return a < b ? -1 : 1;
-    }
-    return 0;
+  static auto Before(const Text& text) {
+    return [&text](const TagName& left, const TagName& right) {
+      const int order = CompareNames(text, left, right);
+      return order != 0 ? order < 0 : left.start < right.start;
+    };
   }
 
-  Name* m_names = nullptr;
+  TagName* m_names = nullptr;
   std::size_t m_count = 0;
   std::size_t m_capacity = 0;
   bool m_ready = false;

@@ -46,8 +46,8 @@ enum KRBoundStatus : u32 {
   KRBoundStatus_Closing = 2,   ///< The last boundary line, with two hyphens behind the boundary.
 };
 
-/// Reads the text of one buffer, which it does not own. The text may grow while the engine stands
-/// over it, but what was read must not change. An engine belongs to one thread; warnings go to the
+/// Reads the text of one buffer, which it does not own. The text of a plain buffer may grow
+/// meanwhile; what was read must not change. An engine belongs to one thread; warnings go to the
 /// log of the thread that calls.
 ///
 /// Texts of 2^31 - 1 characters and more end there. An item's length is 16 bits: an element whose
@@ -106,7 +106,7 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   /// of its name, in any case of letters. Nested ones of the same name are not counted. Without an
   /// end tag only the start tag is dropped, with a KRPW_BADFORMAT warning. A tag with text behind
   /// it is an element: only the text is dropped.
-  /// @return 1; 0 at the end of the text and when no tag stands under the cursor.
+  /// @return 1; 0 at the end of the text and before anything was read.
   u16 SkipCurrentTag();
 
   /// Moves to the next tag that the dictionary knows and warns of all that it passes over. A tag in
@@ -195,16 +195,13 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   u16 ExpandSgmlMacros(const KRString& in, KRString& out) const;
 
  private:
-  // Each of these runs over the source that the buffer calls for; see WithText in
-  // parse/text_source.h.
-  template <class Text>
-  bool ReadNext(const Text& text, KRTagItemInfo& item);
+  // These run over the source of text that the buffer calls for: see parse/text_source.h.
   template <class Text>
   bool MoveToNext(const Text& text);
   template <class Text>
   bool FillLookahead(const Text& text);
   template <class Text>
-  const KRTagDictionaryEntry* LookUp(const Text& text, KRTagID& id);
+  const KRTagDictionaryEntry* LookUp(const Text& text, KRTagID& id) const;
   template <class Text>
   const KRTagDictionaryEntry* FindTag(const Text& text, KRTagID& id);
   template <class Text>
@@ -212,13 +209,13 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   template <class Text>
   bool SkipToEndTag(const Text& text, const KRTagItemInfo& start);
   template <class Text>
-  bool CopyItem(const Text& text, KRString& out, bool expand, bool wipe) const;
+  bool CopyItem(const Text& text, KRString& out, bool expand) const;
   template <class Text>
   void RefuseOverlong(const Text& text, const KRTagDictionaryEntry& entry);
   template <class Text>
   KRTagType ReadTag(const Text& text, KRTagDictionaryEntry& entry, KRString& value);
   template <class Text>
-  bool ReadHeader(const Text& text, KRHeaderTag& tag, KRString& value, KRString* name);
+  bool ReadHeader(const Text& text, KRHeaderTag& tag, KRString& value, KRString& name);
 
   TagDictionary* m_ownDictionary;
   KRBuffer* m_buffer;

@@ -38,9 +38,9 @@ class KROFX_API KRSimpleParser : public KRParser {
   /// Makes a parser that uses an engine of its own for each parse.
   KRSimpleParser();
   /// Copies everything, the borrowed engine and observer too.
-  KRSimpleParser(const KRSimpleParser& other) = default;
+  KRSimpleParser(const KRSimpleParser& other);
   /// As the copy constructor.
-  KRSimpleParser& operator=(const KRSimpleParser& other) = default;
+  KRSimpleParser& operator=(const KRSimpleParser& other);
 
   /// Reads header lines and tags from `buffer` into `root`, up to the first end tag "OFX" or the
   /// end of the text. Empties the thread's warnings first, and lowers its fire alarm. What was
@@ -78,6 +78,13 @@ class KROFX_API KRSimpleParser : public KRParser {
 
  private:
   class Run;
+
+  KRParseStatus ReadHeaders(KRParseEngine& engine, KRDataObj& root);
+  KRParseStatus ReadTags(KRParseEngine& engine);
+  KRParseStatus TakeStart(const KRTagDictionaryEntry& entry, KRParseEngine& engine);
+  KRParseStatus TakeElement(const KRTagDictionaryEntry& entry, KRString& value);
+  bool LogValue(KRParseWarning warning, const KRTagDictionaryEntry& entry, const KRString& value);
+  void WarnOfMissingTag(KRDataObj* root);
 
   KRParseEngine* m_engine = nullptr;
   KRDataObj* m_objectWithError = nullptr;

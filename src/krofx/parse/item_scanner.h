@@ -1,0 +1,188 @@
+// Scanning of single items: tags, texts, CDATA sections and comments, over either source of text.
+//
+//   < TAG attributes >   a start tag: white space may stand behind '<', attributes are dropped
+//   </TAG>               an end tag
+//   text                 up to the next '<', without white space around it
+//   <![CDATA[...]...]>   a section whose content may hold '<'; its closing characters may stand
+//   apart
+//   <!--...-->           a comment, which closes at its first '>'
+//
+// What is malformed is still an item: a CDATA section or comment without its end is a start tag
+// with an odd name, which the dictionary does not know.
+
+#ifndef KROFX_PARSE_ITEM_SCANNER_H_
+#define KROFX_PARSE_ITEM_SCANNER_H_
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "krofx/core/types.h"
+#include "krofx/parse/end_tag_index.h"
+#include "krofx/parse/engine.h"
+#include "krofx/parse/text_source.h"
+
+namespace krofx::internal {
+
+/// The white space of OFX text. NUL is none.
+inline bool IsWhite(char character) {
+  return character == ' ' || character == '\n' || character == '\r' || character == '\t';
+}
+
+/// The first position from `position` that holds no white space.
+template <class Text>
+s32 SkipWhite(const Text& text, s32 position) {
+  while (IsWhite(text.At(position))) ++position;
+  return position;
+}
+
+/// Steps back over white space, one character first: the position behind the character met, or that
+/// of a NUL met.
+template <class Text>
+s32 BackOverWhite(const Text& text, s32 position) {
+  if (position <= 0) return position == 0 ? -1 : position;
+  char character;
+  do character = text.At(--position);
+  while (IsWhite(character));
+  return character == '\0' ? position : position + 1;
+}
+
+/// The length of a stretch as an item tells it.
+inline u16 ItemLength(s32 start, s32 end) {
+  return static_cast<u16>(std::clamp<s32>(end - start, 0, 65535));
+}
+
+/// Where the parts of a CDATA section stand.
+struct CDATASection {
+  s32 content;      ///< Behind the opening.
+  s32 firstClose;   ///< The first ']' behind that.
+  s32 secondClose;  ///< The second one.
+  s32 close;        ///< The first '>' behind that.
+};
+
+/// Tells if a CDATA section begins at the '!' at `place`, and where its parts are.
+/// @param place when none does: the character that was looked at last.
+/// @param noEndFrom from here on no section has an end; learns it when one is sought in vain. That
+///        no end stands behind a place means that none stands behind any later one either.
+template <class Text>
+bool FindCDATA(const Text& text, s32& place, CDATASection& section, s32& noEndFrom) {
+  const auto take = [&text, &place](char wanted) {
+    if (CapitalLetter(text.At(place)) != wanted) return false;
+    ++place;
+    return true;
+  };
+  place = SkipWhite(text, place + 1);
+  if (!take('[')) return false;
+  place = SkipWhite(text, place);
+  for (const char letter : std::string_view("CDATA")) {
+    if (!take(letter)) return false;
+  }
+  place = SkipWhite(text, place);
+  if (!take('[')) return false;
+
+  section.content = place;
+  const bool complete = place < noEndFrom && text.Find(place, ']', section.firstClose) &&
+                        text.Find(section.firstClose + 1, ']', section.secondClose) &&
+                        text.Find(section.secondClose + 1, '>', section.close);
+  if (complete) return true;
+  noEndFrom = std::min(noEndFrom, place);
+  // The search ended at the end of the text, which is no '/'.
+  place = kLastPosition;
+  return false;
+}
+
+/// Takes the name of a tag, which begins at item.start, and moves behind the tag.
+template <class Text>
+void MeasureTag(const Text& text, KRTagItemInfo& item) {
+  s32 place = item.start;
+  char character = text.At(place);
+  while (character != '>' && character != '\0' && !IsWhite(character)) {
+    character = text.At(++place);
+  }
+  item.length = ItemLength(item.start, place);
+  if (character != '>' && !text.Find(place, '>', place)) {
+    item.end = place;
+  } else {
+    item.end = place + 1;
+  }
+}
+
+/// Measures a text that ends at item.end, without the white space there.
+template <class Text>
+void MeasureText(const Text& text, KRTagItemInfo& item) {
+  item.length = ItemLength(item.start, BackOverWhite(text, item.end));
+}
+
+/// Reads the item that begins at item.end.
+/// @param contentOnly reports a CDATA section by its content, one character short of it unless it
+///        has only one.
+/// @param noCDATAEndFrom see FindCDATA.
+/// @return false at the end of the text.
+template <class Text>
+bool ReadItem(const Text& text, KRTagItemInfo& item, bool contentOnly, s32& noCDATAEndFrom) {
+  item.type = KrTagItemType_None;
+  item.length = 0;
+  item.start = SkipWhite(text, item.end);
+  char character = text.At(item.start);
+  if (character == '\0') return false;
+  if (character != '<') {
+    item.type = KrTagItemType_Text;
+    text.Find(item.start, '<', item.end);
+    MeasureText(text, item);
+    return true;
+  }
+
+  const s32 open = item.start;
+  s32 place = SkipWhite(text, open + 1);
+  item.start = place;
+  character = text.At(place);
+  if (character == '!') {
+    CDATASection section;
+    if (FindCDATA(text, place, section, noCDATAEndFrom)) {
+      item.type = KrTagItemType_CDATA;
+      item.start = contentOnly ? section.content : open;
+      text.Find(section.close + 1, '<', item.end);
+      if (contentOnly) {
+        item.length = ItemLength(section.content, section.firstClose - 1);
+        if (item.length == 0) item.length = ItemLength(section.content, section.secondClose - 1);
+      } else {
+        MeasureText(text, item);
+      }
+      return true;
+    }
+    character = text.At(place);
+  }
+  if (character == '/') {
+    item.type = KrTagItemType_EndTag;
+    item.start = SkipWhite(text, place + 1);
+  } else {
+    item.type = KrTagItemType_StartTag;
+  }
+  MeasureTag(text, item);
+  return true;
+}
+
+/// Tells if an item is a comment. One that does not end in "--" at its first '>' is none.
+template <class Text>
+bool IsComment(const Text& text, const KRTagItemInfo& item) {
+  if (item.type != KrTagItemType_StartTag || text.At(item.start) != '!') return false;
+  const s32 begin = item.start + 1;
+  if (item.end - begin < 4) return false;
+  s32 end;
+  if (!text.Find(begin, '>', end) || end > item.end) end = item.end;
+  return end - begin >= 2 && text.At(begin) == '-' && text.At(begin + 1) == '-' &&
+         text.At(end - 2) == '-' && text.At(end - 1) == '-';
+}
+
+/// Reads the next item that is no comment.
+template <class Text>
+bool ReadTagItem(const Text& text, KRTagItemInfo& item, s32& noCDATAEndFrom) {
+  do {
+    if (!ReadItem(text, item, false, noCDATAEndFrom)) return false;
+  } while (IsComment(text, item));
+  return true;
+}
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_PARSE_ITEM_SCANNER_H_

@@ -1,0 +1,19 @@
+// The character macros of SGML in element text: "&lt;", "&gt;", "&amp;" and "&nbsp;".
+
+#ifndef KROFX_PARSE_SGML_MACROS_H_
+#define KROFX_PARSE_SGML_MACROS_H_
+
+#include <string_view>
+
+#include "krofx/core/string.h"
+
+namespace krofx::internal {
+
+/// Copies `in` into `out` with the macros replaced, in any case of letters. What is no known macro
+/// stands as it is. `in` may be the text of `out`.
+/// @return false when memory did not suffice.
+bool ExpandMacros(std::string_view in, KRString& out);
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_PARSE_SGML_MACROS_H_

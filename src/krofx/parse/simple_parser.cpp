@@ -1,0 +1,214 @@
+// The parse itself: headers, then one pass for each tag, then what is to be said about the whole.
+
+#include "krofx/parse/simple_parser.h"
+
+#include <optional>
+
+#include "krofx/core/element_source.h"
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/thread.h"
+#include "krofx/parse/engine.h"
+#include "krofx/parse/file_headers.h"
+#include "krofx/values/utility.h"
+
+using krofx::internal::IsSecret;
+
+namespace krofx::internal {
+
+u16 (*validateFileHeaders)(KRDataObj& root) = [](KRDataObj&) -> u16 { return 1; };
+
+}  // namespace krofx::internal
+
+namespace {
+
+// The answer that a tag gives when the loop is to go on.
+constexpr KRParseStatus kGoOn = KRParseStatus_Accepted;
+
+}  // namespace
+
+// While it lives the parser reads from an engine, and its observer hears of the thread's warnings.
+class KRSimpleParser::Run final : private krofx::internal::WarningListener {
+ public:
+  Run(KRSimpleParser& parser, KRParseLogger& log, const KRParseEngine& engine)
+      : m_parser(parser), m_log(log), m_outerEngine(parser.m_runningEngine) {
+    parser.m_runningEngine = &engine;
+    m_outerListener = log.SetListener(parser.m_observer == nullptr ? nullptr : this);
+  }
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+  ~Run() {
+    m_log.SetListener(m_outerListener);
+    m_parser.m_runningEngine = m_outerEngine;
+  }
+
+  // What is logged from here on has no place in the text.
+  void LeaveText() { m_parser.m_runningEngine = nullptr; }
+
+ private:
+  void OnStored(const KRParseException& warning) override {
+    m_parser.m_observer->OnWarning(warning, m_parser.GetCurrentOffset());
+  }
+
+  KRSimpleParser& m_parser;
+  KRParseLogger& m_log;
+  const KRParseEngine* m_outerEngine;
+  krofx::internal::WarningListener* m_outerListener;
+};
+
+KRSimpleParser::KRSimpleParser() = default;
+
+KRSimpleParser::KRSimpleParser(const KRSimpleParser& other) : KRParser(other) { *this = other; }
+
+KRSimpleParser& KRSimpleParser::operator=(const KRSimpleParser& other) {
+  KRParser::operator=(other);
+  m_engine = other.m_engine;
+  m_objectWithError = other.m_objectWithError;
+  m_observer = other.m_observer;
+  // A parse that is running is the other's alone.
+  return *this;
+}
+
+KRDataObj* KRSimpleParser::GetObjectWithError() { return m_objectWithError; }
+
+u16 KRSimpleParser::SetParseTable(KRTagDictionaryEntry* /*table*/) { return 1; }
+
+u16 KRSimpleParser::SetParseEngine(KRParseEngine* engine) {
+  m_engine = engine;
+  return 1;
+}
+
+s32 KRSimpleParser::GetCurrentOffset() const {
+  return m_runningEngine == nullptr ? -1 : m_runningEngine->GetItemPosition();
+}
+
+KRParseStatus KRSimpleParser::Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired) {
+  m_objectWithError = nullptr;
+  KRParseLogger* log = KRParseLogger::TheKRParseLogger();
+  if (buffer == nullptr || root == nullptr || log == nullptr) {
+    m_objectWithError = root;
+    return KRParseStatus_Fatal;
+  }
+  SetRoot(root);
+  KRSetFireAlarm(KRFireAlarm_None);
+  log->DeleteAll();
+  log->SetBuffer(buffer);
+  log->SetParser(this);
+
+  std::optional<KRParseEngine> ownEngine;
+  KRParseEngine& engine = m_engine != nullptr ? *m_engine : ownEngine.emplace(*buffer);
+  Run run(*this, *log, engine);
+
+  KRParseStatus status = ReadHeaders(engine, *root);
+  if (status == KRParseStatus_Accepted) status = ReadTags(engine);
+  run.LeaveText();
+  if (status != KRParseStatus_Accepted && status != KRParseStatus_Fatal) {
+    m_objectWithError = GetCurrentObj();
+  }
+  if (checkRequired != 0) WarnOfMissingTag(root);
+  if (status == KRParseStatus_Accepted && log->GetAnyParseExceptionsLogged() != 0) {
+    status = KRParseStatus_Warnings;
+    m_objectWithError = root;
+  }
+  if (KRGetFireAlarm() != KRFireAlarm_None) {
+    status = KRParseStatus_Fatal;
+    if (m_objectWithError == nullptr) m_objectWithError = root;
+  }
+  return status;
+}
+
+// Two blocks, for a transport's headers with the file's own behind them. Only those of the first
+// are kept by name.
+KRParseStatus KRSimpleParser::ReadHeaders(KRParseEngine& engine, KRDataObj& root) {
+  KRHeaderTag tag = KRHeaderTag_None;
+  KRString value;
+  KRString name;
+  for (KRString* takesName : {&name, static_cast<KRString*>(nullptr)}) {
+    while (engine.GetHeader(tag, value, takesName) != 0) {
+      const KRParseStatus status = root.HandleHeader(tag, value, takesName);
+      if (status != KRParseStatus_Accepted) return status;
+    }
+  }
+  engine.ResetToEndOfHeader();
+  const KRTagID type = root.GetType();
+  const bool isFile = type == KRTag_OFXFILERQ || type == KRTag_OFXFILERS;
+  if (isFile && krofx::internal::validateFileHeaders(root) == 0) return KRParseStatus_Invalid;
+  return KRParseStatus_Accepted;
+}
+
+KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
+  KRTagDictionaryEntry entry = {KRTag_None, ""};
+  KRString value;
+  KRTagID elementBefore = KRTag_None;
+  for (;;) {
+    const KRTagType type = engine.GetKRTag(entry, value);
+    if (GetCurrentObj() == nullptr) return KRParseStatus_Fatal;
+    KRParseStatus status = kGoOn;
+    switch (type) {
+      case KRTagType_Start:
+        status = TakeStart(entry, engine);
+        break;
+      case KRTagType_End:
+        // The end tag of the element just read says nothing.
+        if (elementBefore == entry.tagID && entry.tagID != KRTag_None) break;
+        status = GetCurrentObj()->HandleTagEnd(&entry);
+        if (entry.tagID == KRTag_OFX) return status;
+        break;
+      case KRTagType_Element:
+        status = TakeElement(entry, value);
+        break;
+      case KRTagType_EndOfInput:
+        return GetDepth() > 0 ? KRParseStatus_Invalid : KRParseStatus_Accepted;
+      default:
+        return LogValue(KRPW_UNKNOWNTAG, entry, value) ? KRParseStatus_Invalid
+                                                       : KRParseStatus_Fatal;
+    }
+    if (status != kGoOn) return status;
+    elementBefore = type == KRTagType_Element ? entry.tagID : KRTag_None;
+  }
+}
+
+KRParseStatus KRSimpleParser::TakeStart(const KRTagDictionaryEntry& entry, KRParseEngine& engine) {
+  const bool valid = IsValidTag(entry.tagID) != 0;
+  const KRParseStatus status = valid ? GetCurrentObj()->HandleTagStart(&entry) : kGoOn;
+  if (!valid || status != kGoOn) {
+    AppendParseException(KRPW_INVALIDAGG, KRString(), KRString(entry.text), entry.tagID,
+                         GetCurrentObj());
+  }
+  if (!valid) engine.SkipCurrentTag();
+  return status;
+}
+
+KRParseStatus KRSimpleParser::TakeElement(const KRTagDictionaryEntry& entry, KRString& value) {
+  const bool valid = IsValidTag(entry.tagID) != 0;
+  const KRParseStatus status = valid ? GetCurrentObj()->HandleTagElement(&entry, value) : kGoOn;
+  // The object has its copy; nothing else may see or keep a password.
+  if (IsSecret(entry.tagID)) value.Clear('*');
+  if (valid && status == kGoOn) return kGoOn;
+  return LogValue(KRPW_INVALIDELEM, entry, value) ? status : KRParseStatus_Fatal;
+}
+
+// Logs a warning with a value. Without memory for it the alarm is raised and the answer is false.
+bool KRSimpleParser::LogValue(KRParseWarning warning, const KRTagDictionaryEntry& entry,
+                              const KRString& value) {
+  KRParseException* exception = krofx::internal::Elements().newParseException();
+  if (exception == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return false;
+  }
+  exception->m_warning = warning;
+  exception->m_tagText = entry.text;
+  exception->m_tag = entry.tagID;
+  exception->m_object = GetCurrentObj();
+  exception->m_valueText = value;
+  const KRParseLogger* log = KRParseLogger::TheKRParseLogger();
+  const bool storing = log != nullptr && log->GetLoggingEnabled() != 0;
+  if (AppendParseException(exception) == 0 || !storing) delete exception;
+  return true;
+}
+
+void KRSimpleParser::WarnOfMissingTag(KRDataObj* root) {
+  KRDataObj* object = root;
+  KRTagID missing = KRTag_None;
+  if (KRUtility::AllRequiredPresent(&object, &missing) != 0) return;
+  AppendParseException(KRPW_MISSINGTAG, KRString(), KRString(), missing, object);
+}

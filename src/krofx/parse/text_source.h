@@ -1,0 +1,156 @@
+// The two ways to read a buffer's text, as sources for the scanners, which are templates over them.
+//
+// PlainText reads the memory of a plain KRBuffer; BufferText asks a buffer of a derived class for
+// each character through its virtual GetCh. Both answer alike: NUL outside the content and at its
+// end, and a search stops at the first NUL. A position is 32 bits with sign, so the last one counts
+// as the end of the text, however much there is.
+
+#ifndef KROFX_PARSE_TEXT_SOURCE_H_
+#define KROFX_PARSE_TEXT_SOURCE_H_
+
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/string.h"
+#include "krofx/core/types.h"
+#include "krofx/core/wipe.h"
+#include "krofx/parse/search_memory.h"
+
+namespace krofx::internal {
+
+/// The position at which every text ends at the latest.
+inline constexpr s32 kLastPosition = std::numeric_limits<s32>::max();
+
+/// A text in memory.
+class PlainText {
+ public:
+  explicit PlainText(const KRBuffer& buffer) : m_bytes(buffer.GetBufferPtr()) {
+    const u32 size = std::min(buffer.GetBufferSize(), buffer.GetBufferAllocation());
+    m_size = m_bytes == nullptr ? 0 : static_cast<s32>(std::min(size, u32{kLastPosition}));
+  }
+
+  const char* Bytes() const { return m_bytes; }
+  s32 Size() const { return m_size; }
+
+  /// The character at a position, NUL outside the content.
+  char At(s32 position) const {
+    return static_cast<u32>(position) < static_cast<u32>(m_size) ? m_bytes[position] : '\0';
+  }
+
+  /// Finds `character` from `start` on.
+  /// @param place takes its position, or that of the first NUL before it, or the content's end.
+  /// @return false when it was not found.
+  bool Find(s32 start, char character, s32& place) const {
+    place = start;
+    if (static_cast<u32>(start) >= static_cast<u32>(m_size)) return false;
+    const char* end = m_bytes + m_size;
+    const char* at = FindOrNul(m_bytes + start, end, character);
+    place = static_cast<s32>(at - m_bytes);
+    return at != end && *at == character;
+  }
+
+  /// Gives `use` a view of a stretch of the content that holds no NUL, and gives back its answer.
+  template <class Use>
+  auto View(s32 start, u16 length, Use use) const {
+    if (static_cast<u32>(start) >= static_cast<u32>(m_size)) return use(std::string_view());
+    return use(std::string_view(m_bytes + start,
+                                static_cast<std::size_t>(std::min<s32>(length, m_size - start))));
+  }
+
+ private:
+  // Eight bytes at a time. A word has a zero byte where (word - 0x01..) & ~word & 0x80.. has a bit;
+  // the lowest such bit is exact, the ones above it are not, hence little-endian machines only.
+  static const char* FindOrNul(const char* at, const char* end, char character) {
+    if constexpr (std::endian::native == std::endian::little) {
+      constexpr std::uint64_t kOnes = 0x0101010101010101;
+      constexpr std::uint64_t kHighBits = 0x8080808080808080;
+      const std::uint64_t pattern = kOnes * static_cast<unsigned char>(character);
+      for (; end - at >= 8; at += 8) {
+        std::uint64_t word;
+        std::memcpy(&word, at, sizeof word);
+        const std::uint64_t match = word ^ pattern;
+        const std::uint64_t hits =
+            (((match - kOnes) & ~match) | ((word - kOnes) & ~word)) & kHighBits;
+        if (hits != 0) return at + std::countr_zero(hits) / 8;
+      }
+    }
+    while (at != end && *at != character && *at != '\0') ++at;
+    return at;
+  }
+
+  const char* m_bytes;
+  s32 m_size;
+};
+
+/// A text behind a buffer's virtual GetCh.
+class BufferText {
+ public:
+  explicit BufferText(KRBuffer& buffer) : m_buffer(&buffer) {}
+
+  /// Identifies nothing: a derived buffer's content cannot be compared.
+  const char* Bytes() const { return nullptr; }
+  s32 Size() const { return 0; }
+
+  /// As PlainText::At.
+  char At(s32 position) const {
+    return position >= 0 && position < kLastPosition ? m_buffer->GetCh(position) : '\0';
+  }
+
+  /// As PlainText::Find.
+  bool Find(s32 start, char character, s32& place) const {
+    place = start;
+    char current = At(place);
+    while (current != character && current != '\0') current = At(++place);
+    return current != '\0';
+  }
+
+  /// As PlainText::View, over a copy that is overwritten afterwards, since it may be a secret.
+  template <class Use>
+  auto View(s32 start, u16 length, Use use) const {
+    if (length <= kSmall) {
+      char copy[kSmall];
+      std::size_t count = 0;
+      while (count < length && (copy[count] = At(start + static_cast<s32>(count))) != '\0') ++count;
+      const auto answer = use(std::string_view(copy, count));
+      Wipe(copy, sizeof copy);
+      return answer;
+    }
+    KRString copy;
+    const u16 count = m_buffer->GetData(copy, start, length);
+    const auto answer = use(std::string_view(copy, count));
+    copy.Clear('\0');
+    return answer;
+  }
+
+ private:
+  // Tags and most values: no allocation for them.
+  static constexpr u16 kSmall = 64;
+
+  KRBuffer* m_buffer;
+};
+
+/// Gives `use` the source that a buffer calls for, and gives back its answer.
+template <class Use>
+auto WithText(KRBuffer& buffer, Use use) {
+  if (buffer.HasPlainBytes() != 0) return use(PlainText(buffer));
+  return use(BufferText(buffer));
+}
+
+/// The same for searches that are remembered, as long as the text is the one they were made in.
+template <class Use>
+auto WithText(KRBuffer& buffer, SearchMemory& searches, Use use) {
+  return WithText(buffer, [&searches, &use](const auto& text) {
+    searches.KeepOnlyFor(text.Bytes(), text.Size());
+    return use(text);
+  });
+}
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_PARSE_TEXT_SOURCE_H_
