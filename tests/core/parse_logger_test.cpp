@@ -305,6 +305,40 @@ TEST_F(ParseLogger, MayBeDestroyedBeforeItsBuffer) {
   EXPECT_EQ(first.Get(0)->m_offset, -1);
 }
 
+struct Listener final : krofx::internal::WarningListener {
+  void OnStored(KRParseException const& exception) override {
+    ++m_heard;
+    m_last = &exception;
+  }
+  int m_heard = 0;
+  KRParseException const* m_last = nullptr;
+};
+
+TEST_F(ParseLogger, TellsItsListenerOfEachRecordThatItStores) {
+  Listener first;
+  Listener second;
+  EXPECT_EQ(m_logger.SetListener(&first), nullptr);
+  Log();
+  EXPECT_EQ(first.m_heard, 1);
+  EXPECT_EQ(first.m_last, &Last());
+  m_logger.AppendParseException(new KRParseException);
+  EXPECT_EQ(first.m_heard, 2);
+  EXPECT_EQ(first.m_last, &Last());
+
+  m_logger.EnableLogging(0);
+  Log();
+  EXPECT_EQ(first.m_heard, 2);
+  m_logger.EnableLogging(1);
+
+  EXPECT_EQ(m_logger.SetListener(&second), &first);
+  Log();
+  EXPECT_EQ(first.m_heard, 2);
+  EXPECT_EQ(second.m_heard, 1);
+  EXPECT_EQ(m_logger.SetListener(nullptr), &second);
+  Log();
+  EXPECT_EQ(second.m_heard, 1);
+}
+
 // --- Secrets -------------------------------------------------------------------------------------
 
 class SecretTags : public ParseLogger, public testing::WithParamInterface<KRTagID> {};

@@ -45,11 +45,8 @@ u16 NumberOfKRDictionaryEntry() {{ return static_cast<u16>(sizeof kTags / sizeof
 """
 
 
-class SchemaError(Exception):
-    """A mistake in the schema, with the line it stands on."""
-
-    def __init__(self, line, text):
-        super().__init__(f"{SCHEMA}:{line}: {text}")
+def fail(line, text):
+    raise SystemExit(f"{SCHEMA}:{line}: {text}")
 
 
 class Block:
@@ -76,22 +73,22 @@ def read(text):
             blocks.append(Block(number, int(match[1]), int(match[2]), comment))
         else:
             if not blocks:
-                raise SchemaError(number, "a tag before the first block")
+                fail(number, "a tag before the first block")
             for tag in line.split():
                 if not re.fullmatch(r"[A-Z][A-Z0-9.]*", tag):
-                    raise SchemaError(number, f"{tag} is no tag: capitals, digits and points only")
+                    fail(number, f"{tag} is no tag: capitals, digits and points only")
                 if tag in line_of:
-                    raise SchemaError(number, f"{tag} stands already on line {line_of[tag]}")
+                    fail(number, f"{tag} stands already on line {line_of[tag]}")
                 line_of[tag] = number
                 blocks[-1].tags.append(tag)
 
     expected = 1
     for block in blocks:
         if block.first != expected:
-            raise SchemaError(block.line, f"the block must begin with id {expected}")
+            fail(block.line, f"the block must begin with id {expected}")
         expected += len(block.tags)
         if block.last != expected - 1:
-            raise SchemaError(block.line, f"the block's tags end at id {expected - 1}")
+            fail(block.line, f"the block's tags end at id {expected - 1}")
     return blocks
 
 
