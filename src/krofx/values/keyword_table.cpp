@@ -16,6 +16,15 @@ constexpr char ToUpper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+// Most words of a table have another length, which settles it.
+inline bool Matches(std::string_view a, std::string_view b) {
+  if (a.size() != b.size()) return false;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] != b[i] && ToUpper(a[i]) != ToUpper(b[i])) return false;
+  }
+  return true;
+}
+
 std::string_view View(const KRString& text) {
   return {static_cast<const char*>(text), text.GetStrLength()};
 }
@@ -33,17 +42,11 @@ u16 WarnBadValue(u32 value) {
 
 }  // namespace
 
-bool EqualsWithoutCase(std::string_view a, std::string_view b) noexcept {
-  if (a.size() != b.size()) return false;
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    if (a[i] != b[i] && ToUpper(a[i]) != ToUpper(b[i])) return false;
-  }
-  return true;
-}
+bool EqualsWithoutCase(std::string_view a, std::string_view b) noexcept { return Matches(a, b); }
 
 s32 FindKeyword(const KeywordTable& table, std::string_view text) noexcept {
   for (s32 value = table.readFrom; value < table.count; ++value) {
-    if (EqualsWithoutCase(table.texts[value], text)) return value;
+    if (Matches(table.texts[value], text)) return value;
   }
   return -1;
 }
@@ -74,7 +77,7 @@ u16 KeywordConversion::StringToEnum(const KRString& text, u16& out, u16 low, u16
                                     const char* const* const table) {
   if (table == nullptr) return WarnBadKeyword(text);
   for (u32 value = low; value <= high; ++value) {
-    if (table[value] != nullptr && EqualsWithoutCase(table[value], View(text))) {
+    if (table[value] != nullptr && Matches(table[value], View(text))) {
       out = static_cast<u16>(value);
       return 1;
     }
