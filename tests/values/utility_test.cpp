@@ -190,6 +190,8 @@ TEST(AscToUInt, ReadsUpToFiveDigits) {
   EXPECT_EQ(AscToUInt("\xb2", 0, 0), Result(4, -1));
   EXPECT_EQ(AscToUInt("12345a", 0, 0), Result(0, 12345));
   EXPECT_EQ(AscToUInt("12345", 6, 0), Result(4, -1));
+  EXPECT_EQ(AscToUInt("65535", 5, 0), Result(0, 65535));
+  EXPECT_EQ(AscToUInt("65537", 5, 0), Result(0, 1));
   EXPECT_EQ(AscToUInt("", 0, 0), Result(0, 0));
   EXPECT_EQ(AscToUInt("007", -1, -1), Result(0, 7));
   EXPECT_EQ(AscToUInt(nullptr, 0, 0), Result(4, -1));
