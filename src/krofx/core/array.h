@@ -40,9 +40,7 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// An empty array. `initialSize` is the number of slots of the first allocation and `growStep`
   /// the number added at each later one; 0 becomes 1 in either.
   KRDynamicArray(u16 initialSize, u16 growStep);
-  /// Shares the source's elements.
-  KRDynamicArray(KRDynamicArray const& source) = default;
-  /// Elements of an untyped array cannot be let go; the typed arrays are assigned.
+  /// Elements of an untyped array cannot be let go; the typed arrays are copied and assigned.
   KRDynamicArray& operator=(KRDynamicArray const&) = delete;
   virtual ~KRDynamicArray();
 
@@ -74,6 +72,8 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
  protected:
   /// For an array that chooses whether its growth may raise the alarm.
   KRDynamicArray(u16 initialSize, u16 growStep, krofx::internal::GrowthAlarm alarm);
+  /// Shares the source's elements.
+  KRDynamicArray(KRDynamicArray const& source) = default;
 
   /// One step of growth. Returns 1, or 0 when it failed: nothing has changed then. A failure of the
   /// first allocation raises the fire alarm, one of a later step does not.

@@ -29,8 +29,8 @@ class KROFX_API SlotBlock {
   SlotBlock(SlotBlock const& source) noexcept;
   /// Blocks are released, with a way to destroy the elements, before they take another's slots.
   SlotBlock& operator=(SlotBlock const&) = delete;
-  /// What is still shared stays with the others; the slots must have been released otherwise.
-  ~SlotBlock() = default;
+  /// The slots must have been released, unless another block shares them.
+  ~SlotBlock() { Unlink(); }
 
   u16 Allocated() const { return m_allocated; }
   u16 Entries() const { return m_entries; }
