@@ -113,11 +113,7 @@ class KROFX_API ElementArray : public KRDynamicArray {
   /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
   /// success the array owns it. Returns 1; 0, with the array as it was and the element still the
   /// caller's, when it is null, memory is exhausted, or `index` is 65535.
-  virtual u16 Set(u16 index, T* element) {
-    if (element == nullptr || !m_block.GrowTo(index)) return 0;
-    Replace(index, element);
-    return 1;
-  }
+  virtual u16 Set(u16 index, T* element) { return m_block.Store(index, element, &Destroy) ? 1 : 0; }
   /// Set behind the last entry.
   virtual u16 Append(T* element) { return Set(Entries(), element); }
   /// Puts a new element with a copy of `value` at `index`, and destroys what was there. Returns 1;
@@ -130,8 +126,7 @@ class KROFX_API ElementArray : public KRDynamicArray {
       return 0;
     }
     *element = value;
-    Replace(index, element);
-    return 1;
+    return m_block.Store(index, element, &Destroy) ? 1 : 0;
   }
 
   /// The element at `index`, made if there is none. When that fails the fire alarm is raised and
@@ -160,12 +155,6 @@ class KROFX_API ElementArray : public KRDynamicArray {
 
  private:
   static void Destroy(void* element) { DestroyElement(static_cast<T*>(element)); }
-
-  void Replace(u16 index, T* element) {
-    void* held = m_block.At(index);
-    m_block.Put(index, element);
-    if (held != nullptr && held != element) Destroy(held);
-  }
 
   static T& Spare() {
     alignas(T) static thread_local unsigned char storage[sizeof(T)];
@@ -199,13 +188,7 @@ class KROFX_API PlainArray {
   /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
   /// success the array owns it. Returns 1; 0, with the array as it was and the element still the
   /// caller's, when it is null, memory is exhausted, or `index` is 65535.
-  u16 Set(u16 index, T* element) {
-    if (element == nullptr || !m_block.GrowTo(index)) return 0;
-    void* held = m_block.At(index);
-    m_block.Put(index, element);
-    if (held != nullptr && held != element) Destroy(held);
-    return 1;
-  }
+  u16 Set(u16 index, T* element) { return m_block.Store(index, element, &Destroy) ? 1 : 0; }
   /// Gives up the element at `index`, leaving its slot empty; entries stay. Returns 1; 0 when the
   /// array has no such slot.
   u16 UnSet(u16 index) { return m_block.Empty(index) ? 1 : 0; }

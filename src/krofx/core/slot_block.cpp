@@ -42,6 +42,14 @@ bool SlotBlock::GrowTo(u16 index) {
   return true;
 }
 
+bool SlotBlock::Store(u16 index, void* element, void (*destroy)(void*)) {
+  if (element == nullptr || !GrowTo(index)) return false;
+  void* const held = m_slots[index];
+  Put(index, element);
+  if (held != nullptr && held != element) destroy(held);
+  return true;
+}
+
 bool SlotBlock::Remove(u16 index) {
   if (index >= m_entries) return false;
   --m_entries;

@@ -46,6 +46,9 @@ class KROFX_API SlotBlock {
     m_slots[index] = element;
     RaiseEntries(index);
   }
+  /// Grows so that `index` has a slot, puts `element` there and destroys what it held, unless that
+  /// is the same. False, with nothing changed, when the element is null or the index cannot be had.
+  bool Store(u16 index, void* element, void (*destroy)(void*));
   /// Makes `index` an entry.
   void RaiseEntries(u16 index) {
     if (index >= m_entries) m_entries = static_cast<u16>(index + 1);
