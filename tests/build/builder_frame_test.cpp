@@ -196,6 +196,15 @@ TEST(BuilderBuild, EndsInFatalWhenTheBufferIsFull) {
   EXPECT_EQ(builder.Build(&buffer, &root, kStrict, 0), KRBuildStatus_Fatal);
 }
 
+TEST(BuilderBuild, EndsInFatalWhenTheBufferTakesAnotherOnlyInPart) {
+  KRBuilder builder;
+  SmallBuffer buffer;
+  KRBuffer source(0, 0);
+  for (int i = 0; i < 700; ++i) source += 'x';
+  WritingObject root([&](KRBuilder& b) { return b.AddBuffer(&source); });
+  EXPECT_EQ(builder.Build(&buffer, &root, kStrict, 0), KRBuildStatus_Fatal);
+}
+
 TEST(BuilderBuild, SurvivesEveryFailedAllocation) {
   const KRString text("A & B");
   const auto write = [&](KRBuilder& b) {

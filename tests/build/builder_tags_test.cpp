@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "krofx/core/string.h"
+#include "krofx/core/tag_dictionary.h"
 #include "support/build_objects.h"
 
 using krofx::testing::Content;
@@ -51,6 +52,13 @@ TEST(BuilderTags, RefuseAnIdThatIsNoTag) {
                 (Outcome{KRBuildStatus_NullArgument, ""}));
     }
   }
+}
+
+TEST(BuilderTags, OutliveTheDictionary) {
+  KRBuilder builder;
+  KRTagDictionary::Destroy();
+  EXPECT_EQ(Write(builder, [](KRBuilder& b) { return b.AddTagElement(KRTag_CODE); }).text,
+            "<CODE>");
 }
 
 TEST(BuilderTags, CloseAtOnceWithCloseTags) {

@@ -19,6 +19,13 @@ namespace {
 // write. The longest tag of the dictionary fits with its end tag.
 constexpr std::size_t kShortLine = 160;
 
+// The text of a tag; null for an id that is no tag. The dictionary is asked for each time because a
+// host may destroy it between two builds.
+const char* TagText(KRTagID tag) {
+  const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
+  return dictionary == nullptr ? nullptr : dictionary->GetTagString(tag);
+}
+
 // Collects the pieces of a tag.
 class TagLine {
  public:
@@ -40,9 +47,7 @@ class TagLine {
 }  // namespace
 
 KRBuilder::KRBuilder(KRBuildStringCrLfOpt lineEnd, u16 closeTags)
-    : m_dictionary(KRTagDictionary::TheKRTagDictionary()),
-      m_lineEnd(lineEnd),
-      m_closeTags(closeTags) {}
+    : m_lineEnd(lineEnd), m_closeTags(closeTags) {}
 
 KRBuildStatus KRBuilder::Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringOpt option,
                                u16 checkRequired) {
@@ -67,16 +72,12 @@ KRBuildStatus KRBuilder::Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringO
   return status;
 }
 
-KRBuildStatus KRBuilder::AddTagStart(KRTagID tag) {
-  return AddTag(KRTagType_Start, m_dictionary ? m_dictionary->GetTagString(tag) : nullptr);
-}
+KRBuildStatus KRBuilder::AddTagStart(KRTagID tag) { return AddTag(KRTagType_Start, TagText(tag)); }
 
-KRBuildStatus KRBuilder::AddTagEnd(KRTagID tag) {
-  return AddTag(KRTagType_End, m_dictionary ? m_dictionary->GetTagString(tag) : nullptr);
-}
+KRBuildStatus KRBuilder::AddTagEnd(KRTagID tag) { return AddTag(KRTagType_End, TagText(tag)); }
 
 KRBuildStatus KRBuilder::AddTagElement(KRTagID tag) {
-  return AddTag(KRTagType_Element, m_dictionary ? m_dictionary->GetTagString(tag) : nullptr);
+  return AddTag(KRTagType_Element, TagText(tag));
 }
 
 KRBuildStatus KRBuilder::AddTag(KRTagType type, const char* text) {
@@ -157,7 +158,12 @@ KRBuffer* KRBuilder::GetBuffer() { return m_buffer; }
 
 KRBuildStatus KRBuilder::AddBuffer(KRBuffer* source) {
   if (m_buffer == nullptr || source == nullptr) return KRBuildStatus_NullArgument;
-  return m_buffer->Write(source) < 0 ? KRBuildStatus_Fatal : KRBuildStatus_Done;
+  const u32 size = source->GetBufferSize();
+  const u32 start = m_buffer->GetBufferOffset();
+  if (m_buffer->Write(source) < 0) return KRBuildStatus_Fatal;
+  // An append that breaks off is not reported by the buffer.
+  if (m_buffer->GetBufferOffset() - start != size) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  return KRBuildStatus_Done;
 }
 
 void KRBuilder::SetCRLFoption(KRBuildStringCrLfOpt option) { m_lineEnd = option; }

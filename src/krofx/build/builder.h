@@ -36,7 +36,6 @@ class KRPrecisionInteger;
 class KRString;
 class KRString12;
 class KRString36;
-class KRTagDictionary;
 class KRTime;
 
 /// How a builder treats strings that are not valid. Every value but 0 is lenient.
@@ -148,7 +147,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
 
   /// @name Strings
   /// A string with encoding 1 (CDATA) is written twice, plain and then between "<![CDATA[" and
-  /// "]]>", and never escaped. Receivers depend on the doubled form, so it stays.
+  /// "]]>", and never escaped. The doubled form is the wire form of such a text.
   ///
   /// Validity is asked of the string itself (KRString::IsValid), so its length before escaping
   /// counts. In lenient mode an over-long string is cut to its spec length behind escaping, which
@@ -367,7 +366,6 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   template <class Integer>
   KRBuildStatus AddInteger(Integer value);
 
-  KRTagDictionary* m_dictionary;
   KRBuffer* m_buffer = nullptr;
   KRBuildStringOpt m_stringOption = KRBuildStringOpt_Strict;
   KRBuildStringCrLfOpt m_lineEnd;

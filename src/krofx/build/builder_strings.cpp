@@ -35,19 +35,15 @@ class LimitedOutput {
   std::size_t m_left;
 };
 
-bool NeedsMacro(char c) { return c == '<' || c == '>' || c == '&'; }
-
 void PutEscaped(LimitedOutput& output, const char* text, const char* end) {
-  const char* run = text;
-  for (; text != end; ++text) {
-    if (!NeedsMacro(*text)) continue;
-    output.Add(run, static_cast<std::size_t>(text - run));
+  while (const char* const special = KRUtility::ContainsMacro(text)) {
+    output.Add(text, static_cast<std::size_t>(special - text));
     output.Add("&");
-    output.Add(KRUtility::GetMacroString(*text));
+    output.Add(KRUtility::GetMacroString(*special));
     output.Add(";");
-    run = text + 1;
+    text = special + 1;
   }
-  output.Add(run, static_cast<std::size_t>(end - run));
+  output.Add(text, static_cast<std::size_t>(end - text));
 }
 
 }  // namespace

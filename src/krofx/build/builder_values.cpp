@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cstring>
 #include <limits>
+#include <typeinfo>
 
 #include "krofx/build/builder.h"
 #include "krofx/build/writing.h"
@@ -21,6 +22,14 @@ void PutPadding(KRBuffer& buffer, char c, std::size_t count) {
   std::memset(block, c, sizeof block);
   for (; count > sizeof block; count -= sizeof block) Put(buffer, block, sizeof block);
   Put(buffer, block, count);
+}
+
+// Tells the classes whose text is that of KRPrecisionInteger. Their text can be written without
+// leaving a copy of it in the number; any other class may have a text of its own.
+bool HasTextOfBase(const KRPrecisionInteger& value) {
+  const std::type_info& type = typeid(value);
+  return type == typeid(KRPrecisionInteger) || type == typeid(KRPosPrecisionInteger) ||
+         type == typeid(KRPercent);
 }
 
 }  // namespace
@@ -70,7 +79,10 @@ KRBuildStatus KRBuilder::AddRate(const KRPercent& value) { return AddPrecisionIn
 
 KRBuildStatus KRBuilder::AddPrecisionInteger(const KRPrecisionInteger& value) {
   if (!value.IsValid()) return KRBuildStatus_NoTextForm;
-  // A class may have a text of its own, so it is asked of the number itself.
+  if (HasTextOfBase(value)) {
+    char text[KRPrecisionInteger::kTextSize];
+    return AddLine(text, value.WriteText(text));
+  }
   const char* const text = value;
   if (text == nullptr) {
     return KRGetFireAlarm() == KRFireAlarm_MemoryExhausted ? KRBuildStatus_Fatal
