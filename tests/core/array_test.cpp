@@ -438,6 +438,7 @@ TEST_F(ArrayTest, GivesASpareForAnIndexThatCannotBe) {
   array[65535] = "lost";
   EXPECT_TRUE(AlarmIsSet());
   EXPECT_EQ(array.Entries(), 0);
+  EXPECT_EQ(array.Allocated(), 0);
   EXPECT_TRUE(array[65535] == "");
   KRSetFireAlarm(KRFireAlarm_None);
 }

@@ -95,6 +95,12 @@ TEST(KRBuffer, ReadsNothingBeyondItsMemory) {
   EXPECT_EQ(buffer.CopyBuffer(&target, 0, 0), KRBufferOutOfRange);
   EXPECT_EQ(target += &buffer, KRBufferOK);
   EXPECT_EQ(Content(target), "abcd");
+  KRBuffer other(4, 0);
+  other += "abcd";
+  other.SetBufferSize(99);
+  EXPECT_EQ(buffer.CompareBuffer(&other), 0);
+  other.SetBufferSize(100);
+  EXPECT_EQ(buffer.CompareBuffer(&other), 1);
   buffer.ClearBuffer('x');
   EXPECT_EQ(buffer.GetCh(0), 'x');
 }

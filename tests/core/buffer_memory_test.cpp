@@ -91,6 +91,8 @@ TEST(KRBuffer, ReportsExhaustedMemoryOfAnAllocation) {
   KRBuffer empty(0, 0);
   EXPECT_EQ(empty.GetBufferAllocation(), 0u);
   EXPECT_EQ(source.CopyBuffer(&empty, 0, 0), KRBufferNoMemory);
+  EXPECT_EQ(source += &empty, KRBufferOK);
+  EXPECT_EQ(source.GetBufferSize(), 600u);
 }
 
 // ---- Arrays of buffers ----

@@ -77,6 +77,18 @@ TEST(KRCollection, PutsTheNewestFirst) {
   EXPECT_EQ(Numbered::s_alive, 0);
 }
 
+TEST(KRCollection, LinksItsOwnCopyOnly) {
+  KRCollectionItem elsewhere;
+  Numbered item(1);
+  item.Previous(&elsewhere);
+  item.Next(&elsewhere);
+  KRCollection collection;
+  collection += item;
+  EXPECT_EQ(collection[0]->Previous(), nullptr);
+  EXPECT_EQ(collection[0]->Next(), nullptr);
+  EXPECT_EQ(item.Next(), &elsewhere);
+}
+
 TEST(KRCollection, HasNothingBeyondItsEnd) {
   KRCollection collection;
   EXPECT_EQ(collection[0], nullptr);
@@ -128,8 +140,10 @@ TEST(KRCollection, RemovesNothingThatItDoesNotHave) {
 TEST(KRCollection, CopiesSeeTheItemsWithoutOwningThem) {
   KRCollection collection;
   Add(collection, 2);
+  collection[1]->Previous(collection[0]);
   {
     KRCollection copy(collection);
+    copy -= Numbered(0);
     EXPECT_EQ(copy.NumberofItems(), 2);
     EXPECT_EQ(copy[1], collection[1]);
     copy += Numbered(9);

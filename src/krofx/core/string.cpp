@@ -46,7 +46,6 @@ KRString::KRString(KRString&& source) noexcept
 }
 
 KRString& KRString::operator=(KRString const& source) {
-  if (this == &source) return *this;
   // An empty source may have a buffer; it frees this one's all the same.
   ReplaceText(source.m_buffer, source.m_length);
   m_encoding = source.m_encoding;
