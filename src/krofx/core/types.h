@@ -6,6 +6,8 @@
 
 #include <cstdint>
 
+/// Unsigned 8 bits, for tables and raw bytes.
+using u8 = std::uint8_t;
 /// Unsigned 16 bits; also the library's truth value, 0 or 1.
 using u16 = std::uint16_t;
 /// Signed 16 bits.

@@ -27,8 +27,9 @@ class KRParser;
 class ServerImpl;
 
 namespace krofx::internal {
-class AggregateTable;
+struct AggregateTable;
 struct ObjectAccess;
+struct TagIndex;
 }  // namespace krofx::internal
 
 #pragma pack(push, 2)
@@ -45,6 +46,9 @@ static_assert(sizeof(KRTagTableEntry) == 6);
 struct KRArrayOfTags {
   const KRTagTableEntry* table = nullptr;  ///< First row; null when the class has no table.
   u16 count = 0;                           ///< Number of rows, at most 96 in a valid table.
+  /// A quicker way into the rows, or null. Used only while it belongs to `table`, so who fills in
+  /// a table of his own may leave it alone.
+  const krofx::internal::TagIndex* index = nullptr;
 };
 
 /// Base of every aggregate and file.
@@ -197,9 +201,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   // The same as a position in the valid table, -1 when the tag is not valid here.
   int FindPosition(KRTagID tag) const;
 
-  static KRDataObjFactory* m_factoryObj;
-  static u16 m_factoryAllocated;
-  static const char* m_verKRSDK;
+  void CopyStateFrom(const KRDataObj& other);
 
   KRParser* m_parser = nullptr;
   u32 m_presence[3] = {0, 0, 0};

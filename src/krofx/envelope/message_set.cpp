@@ -1,0 +1,212 @@
+// Message sets: dispatch of their children, order of writing, and what makes each complete.
+
+#include "krofx/envelope/message_set.h"
+
+#include "krofx/build/builder.h"
+#include "krofx/core/thread.h"
+#include "krofx/model/aggregate.h"
+#include "krofx/model/factory.h"
+
+namespace krofx::internal {
+
+namespace {
+
+// What the template asks of each direction: its tags and its factory operations.
+template <Side kSide>
+struct Direction;
+
+template <>
+struct Direction<Side::kRequest> {
+  static constexpr KRTagID kSignOn = KRTag_SONRQ;
+  static constexpr KRTagID kProfile = KRTag_PROFTRNRQ;
+  static constexpr KRTagID kSecurities = KRTag_SECLISTTRNRQ;
+  static KRTransRq* Trans(KRDataObjFactory& factory) { return factory.NewTransRq(0); }
+  static KRSyncRq* Sync(KRDataObjFactory& factory) { return factory.NewSyncRq(0); }
+  static KRSignOnRq* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRq(0); }
+};
+
+template <>
+struct Direction<Side::kResponse> {
+  static constexpr KRTagID kSignOn = KRTag_SONRS;
+  static constexpr KRTagID kProfile = KRTag_PROFTRNRS;
+  static constexpr KRTagID kSecurities = KRTag_SECLIST;
+  static KRTransRs* Trans(KRDataObjFactory& factory) { return factory.NewTransRs(0); }
+  static KRSyncRs* Sync(KRDataObjFactory& factory) { return factory.NewSyncRs(0); }
+  static KRSignOnRs* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRs(0); }
+};
+
+KRParseStatus OutOfMemory() {
+  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  return KRParseStatus_Fatal;
+}
+
+// Stores a child of a tag and descends into it.
+KRParseStatus StoreAndPush(KRDataObj& set, KRDynamicArrayDataObj& array, KRTagID tag,
+                           KRDataObj* child) {
+  if (child == nullptr) return OutOfMemory();
+  child->SetType(tag);
+  if (array.Append(child) == 0) {
+    delete child;
+    return KRParseStatus_Fatal;
+  }
+  return set.PushAndSetObject(child, tag);
+}
+
+}  // namespace
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+u16 MessageSet<Trans, Sync, SignOn, kSide>::GetArrayOfValidTags(KRArrayOfTags& tags) const {
+  const MessageSetRoute* route = FindMessageSet(kSide, const_cast<MessageSet*>(this)->GetType());
+  tags = route == nullptr ? KRArrayOfTags() : route->valid;
+  return 1;
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::HandleTagStart(
+    const KRTagDictionaryEntry* const entry) {
+  const KRTagID tag = entry->tagID;
+  if (GetFactory() == nullptr) return KRParseStatus_Fatal;
+  if (tag == Direction<kSide>::kSignOn) return PushSignOn(tag);
+  if (FindSync(kSide, tag) != nullptr) return PushSyncObject(tag);
+  if (FindTransaction(kSide, tag) != nullptr) return PushTranObject(tag);
+  return KRParseStatus_Invalid;
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSignOn(KRTagID tag) {
+  if (m_signOn.Get() != nullptr) {
+    LogWarning(KRPW_EXTRAAGG, KRString(), KRString(), tag, this);
+    m_signOn.Set(nullptr);
+  }
+  SignOn* made = Direction<kSide>::SignOn(*GetFactory());
+  if (made == nullptr) return OutOfMemory();
+  m_signOn.Set(made);
+  return PushAndSetObject(made, tag);
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushTranObject(KRTagID tag) {
+  return StoreAndPush(*this, m_transactions, tag, Direction<kSide>::Trans(*GetFactory()));
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSyncObject(KRTagID tag) {
+  return StoreAndPush(*this, m_syncs, tag, Direction<kSide>::Sync(*GetFactory()));
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+u16 MessageSet<Trans, Sync, SignOn, kSide>::SetSignOn(SignOn* signOn) {
+  return SetChild(*this, m_signOn, Direction<kSide>::kSignOn, signOn);
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+KRBuildStatus MessageSet<Trans, Sync, SignOn, kSide>::Build(KRBuilder* builder) const {
+  KRArrayOfTags tags;
+  GetArrayOfValidTags(tags);
+  KRBuildStatus status = KRBuildStatus_Done;
+  if (m_signOn.Get() != nullptr) status = m_signOn.Get()->BuildObject(builder, KRTag_None);
+  for (u16 row = 0; row < tags.count && status == KRBuildStatus_Done; ++row) {
+    const KRTagID tag = tags.table[row].tag;
+    if (ValidateTag(tag) == 0) continue;
+    const bool isSync = FindSync(kSide, tag) != nullptr;
+    status = (isSync ? m_syncs : m_transactions).Build(builder, tag);
+  }
+  if (status != KRBuildStatus_Done) NoteFailure(*builder, *this);
+  return status;
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+u16 MessageSet<Trans, Sync, SignOn, kSide>::AllRequiredPresent() {
+  using Its = Direction<kSide>;
+  const bool anyTransaction = m_transactions.Entries() != 0;
+  switch (GetType()) {
+    case KRTag_SIGNONMSGSRQV1:
+    case KRTag_SIGNONMSGSRQV2:
+    case KRTag_SIGNONMSGSRSV1:
+    case KRTag_SIGNONMSGSRSV2:
+      return ValidateTag(Its::kSignOn);
+    case KRTag_PROFMSGSRQV1:
+    case KRTag_PROFMSGSRQV2:
+    case KRTag_PROFMSGSRSV1:
+    case KRTag_PROFMSGSRSV2:
+      return ValidateTag(Its::kProfile);
+    case KRTag_SECLISTMSGSRQV1:
+    case KRTag_SECLISTMSGSRQV2:
+      return ValidateTag(Its::kSecurities) != 0 && anyTransaction ? 1 : 0;
+    case KRTag_SECLISTMSGSRSV1:
+    case KRTag_SECLISTMSGSRSV2:
+      return ValidateTag(Its::kSecurities) != 0 || anyTransaction ? 1 : 0;
+    case KRTag_BILLPAYMSGSRQV1:
+    case KRTag_BILLPAYMSGSRQV2:
+    case KRTag_BILLPAYMSGSRSV1:
+    case KRTag_BILLPAYMSGSRSV2:
+    case KRTag_N_PAYROLLMSGSRQV1:
+    case KRTag_N_PAYROLLMSGSRSV1:
+      return anyTransaction || m_syncs.Entries() != 0 ? 1 : 0;
+    default:
+      return AnyValidPresent();
+  }
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+KRDataObj* MessageSet<Trans, Sync, SignOn, kSide>::GetChild(u16 index) const {
+  if (index == 0) return m_signOn.Get();
+  --index;
+  if (index < m_transactions.Entries()) return m_transactions.Get(index);
+  return m_syncs.Get(static_cast<u16>(index - m_transactions.Entries()));
+}
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+u16 MessageSet<Trans, Sync, SignOn, kSide>::GetNumberOfChildren() const {
+  const u32 count = 1u + m_transactions.Entries() + m_syncs.Entries();
+  return static_cast<u16>(count < 0xffff ? count : 0xffff);
+}
+
+namespace {
+
+// Makes `array` hold deep copies of the elements of `source`.
+template <class Element, class Create>
+u16 CopyElements(KRDynamicArrayDataObj& array, const KRDynamicArrayDataObj& source, Create create) {
+  array.DeleteAll();
+  for (u16 index = 0; index < source.Entries(); ++index) {
+    auto* element = static_cast<Element*>(source.Get(index));
+    if (element == nullptr) continue;
+    Element* copy = create();
+    if (copy == nullptr) OutOfMemory();
+    if (copy == nullptr || copy->DeepCopyFrom(element) == 0 || array.Set(index, copy) == 0) {
+      delete copy;
+      return 0;
+    }
+  }
+  return 1;
+}
+
+}  // namespace
+
+template <class Trans, class Sync, class SignOn, Side kSide>
+u16 MessageSet<Trans, Sync, SignOn, kSide>::CopySetFrom(MessageSet* source) {
+  if (source == nullptr) return 0;
+  if (source == this) return 1;
+  KRDataObjFactory* factory = GetFactory();
+  if (factory == nullptr) return 0;
+  using Its = Direction<kSide>;
+  if (CopyElements<Trans>(m_transactions, source->m_transactions,
+                          [factory] { return Its::Trans(*factory); }) == 0 ||
+      CopyElements<Sync>(m_syncs, source->m_syncs, [factory] { return Its::Sync(*factory); }) ==
+          0 ||
+      CopyChild(m_signOn, source->m_signOn.Get()) == 0) {
+    return 0;
+  }
+  return CopyBaseMembersFrom(source);
+}
+
+template class MessageSet<KRTransRq, KRSyncRq, KRSignOnRq, Side::kRequest>;
+template class MessageSet<KRTransRs, KRSyncRs, KRSignOnRs, Side::kResponse>;
+
+}  // namespace krofx::internal
+
+KRTagID KRMessageSetRq::MsgIDToMsgSetID(KRTagID tag) { return krofx::internal::FamilyOf(tag); }
+
+KRSignOnRq* KRMessageSetRq::GetSignOnRq() const { return static_cast<KRSignOnRq*>(m_signOn.Get()); }
+
+KRSignOnRs* KRMessageSetRs::GetSignOnRs() const { return static_cast<KRSignOnRs*>(m_signOn.Get()); }

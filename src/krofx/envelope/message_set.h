@@ -1,0 +1,123 @@
+// A message set: the transactions and synchronisations of one family, and the sign-on in the first.
+//
+// One class for each direction serves every message set of every version: the type of the object
+// chooses which children it accepts and in which order it writes them (krofx/envelope/routing.h).
+// Its version is the last character of its own tag. What both directions share stands once, in
+// MessageSet.
+
+#ifndef KROFX_ENVELOPE_MESSAGE_SET_H_
+#define KROFX_ENVELOPE_MESSAGE_SET_H_
+
+#include "krofx/envelope/envelope.h"
+#include "krofx/envelope/routing.h"
+#include "krofx/messages/signon/signon.h"
+#include "krofx/model/child_slot.h"
+#include "krofx/model/value_arrays.h"
+
+namespace krofx::internal {
+
+/// A message set whose transactions are `Trans`, synchronisations `Sync` and sign-on `SignOn`.
+template <class Trans, class Sync, class SignOn, Side kSide>
+class KROFX_API MessageSet : public KRDataObj {
+ public:
+  /// Takes ownership of `transaction` behind the others; its type becomes present.
+  /// @return 1; 0 when it could not be stored, and then it is still the caller's, or its type has
+  /// no
+  ///         place in this set.
+  u16 AppendTrans(Trans* transaction) { return SetTrans(m_transactions.Entries(), transaction); }
+  /// As AppendTrans, in place of the one there.
+  u16 SetTrans(u16 index, Trans* transaction) {
+    return NoteElement(*this, m_transactions.Set(index, transaction), transaction);
+  }
+  /// A transaction, still this object's; null when there is none.
+  Trans* GetTrans(u16 index) const { return static_cast<Trans*>(m_transactions.Get(index)); }
+  /// Number of transactions.
+  u16 GetNumTrans() const { return m_transactions.Entries(); }
+  /// Deletes all transactions.
+  void DeleteAllTrans() { m_transactions.DeleteAll(); }
+
+  /// As AppendTrans, for a synchronisation.
+  u16 AppendSync(Sync* sync) { return SetSync(m_syncs.Entries(), sync); }
+  /// As AppendSync, in place of the one there.
+  u16 SetSync(u16 index, Sync* sync) { return NoteElement(*this, m_syncs.Set(index, sync), sync); }
+  /// A synchronisation, still this object's; null when there is none.
+  Sync* GetSync(u16 index) const { return static_cast<Sync*>(m_syncs.Get(index)); }
+  /// Number of synchronisations.
+  u16 GetNumSync() const { return m_syncs.Entries(); }
+  /// Deletes all synchronisations.
+  void DeleteAllSync() { m_syncs.DeleteAll(); }
+
+  KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
+  u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override;
+  /// Writes the sign-on first, and then the children in the set's order.
+  KRBuildStatus Build(KRBuilder* builder) const override;
+  u16 AllRequiredPresent() override;
+  /// The last character of the set's tag.
+  u16 GetMsgSetVersion() const override { return GetMsgSetVersionFromTag(); }
+  /// Index 0 is the sign-on, which may be null; then the transactions, then the synchronisations.
+  KRDataObj* GetChild(u16 index) const override;
+  u16 GetNumberOfChildren() const override;
+
+ protected:
+  u16 SetSignOn(SignOn* signOn);
+  u16 CopySetFrom(MessageSet* source);
+
+  ChildSlot m_signOn;
+  KRDynamicArrayDataObj m_transactions{5, 5};
+  KRDynamicArrayDataObj m_syncs{5, 5};
+
+ private:
+  KRParseStatus PushTranObject(KRTagID tag);
+  KRParseStatus PushSyncObject(KRTagID tag);
+  KRParseStatus PushSignOn(KRTagID tag);
+};
+
+extern template class MessageSet<KRTransRq, KRSyncRq, KRSignOnRq, Side::kRequest>;
+extern template class MessageSet<KRTransRs, KRSyncRs, KRSignOnRs, Side::kResponse>;
+
+}  // namespace krofx::internal
+
+/// A message set of a request.
+class KROFX_API KRMessageSetRq
+    : public krofx::internal::MessageSet<KRTransRq, KRSyncRq, KRSignOnRq,
+                                         krofx::internal::Side::kRequest> {
+ public:
+  /// The family that a profile lists for a request's tag, in the form without a version; 0 for the
+  /// tags that are not told, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ, PAYEEMODRQ,
+  /// PAYEEDELRQ, STPCHKSYNCRQ, MAILRQ, GETMIMERQ, SECLISTRQ, PINCHRQ and ENROLLRQ.
+  static KRTagID MsgIDToMsgSetID(KRTagID tag);
+
+  /// The sign-on, still this object's; null when there is none.
+  KRSignOnRq* GetSignOnRq() const;
+  /// Takes ownership of `signOn` and deletes the one held before.
+  /// @return 1; 0 when this is no sign-on set.
+  u16 SetSignOnRq(KRSignOnRq* signOn) { return SetSignOn(signOn); }
+  /// Forgets the sign-on without deleting it; it is the caller's, who must hold its pointer.
+  void DisconnectSignOnRq() { m_signOn.Release(); }
+  /// Forgets a transaction without deleting it; the later ones move down.
+  /// @return 1; 0 when there is none.
+  u16 DisconnectTrans(u16 index) { return m_transactions.UnSet(index); }
+  /// Forgets a synchronisation without deleting it; the later ones move down.
+  /// @return 1; 0 when there is none.
+  u16 DisconnectSync(u16 index) { return m_syncs.UnSet(index); }
+  /// Copies everything from `source`.
+  /// @return 1; 0 for null, no factory or no memory.
+  u16 DeepCopyFrom(KRMessageSetRq* source) { return CopySetFrom(source); }
+};
+
+/// A message set of a response. The security list set also holds the list itself.
+class KROFX_API KRMessageSetRs
+    : public krofx::internal::MessageSet<KRTransRs, KRSyncRs, KRSignOnRs,
+                                         krofx::internal::Side::kResponse> {
+ public:
+  /// The sign-on, still this object's; null when there is none.
+  KRSignOnRs* GetSignOnRs() const;
+  /// Takes ownership of `signOn` and deletes the one held before.
+  /// @return 1; 0 when this is no sign-on set.
+  u16 SetSignOnRs(KRSignOnRs* signOn) { return SetSignOn(signOn); }
+  /// Copies everything from `source`.
+  /// @return 1; 0 for null, no factory or no memory.
+  u16 DeepCopyFrom(KRMessageSetRs* source) { return CopySetFrom(source); }
+};
+
+#endif  // KROFX_ENVELOPE_MESSAGE_SET_H_

@@ -1,0 +1,10 @@
+// Where the profile departs from the pattern: the versions of a message set keep their order.
+
+#include "krofx/messages/signon/profile.h"
+#include "krofx/model/aggregate.h"
+
+KRBuildStatus KRMessageSetProfile::Build(KRBuilder* builder) const {
+  const KRBuildStatus status = m_messageSetVersion.Build(builder, KRTag_None);
+  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  return status;
+}

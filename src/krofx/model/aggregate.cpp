@@ -1,0 +1,321 @@
+// The walks over an aggregate's table. See aggregate.h for the whole picture.
+
+#include "krofx/model/aggregate.h"
+
+#include "krofx/build/builder.h"
+#include "krofx/core/thread.h"
+#include "krofx/model/factory.h"
+
+namespace krofx::internal {
+
+namespace {
+
+// The members of a const object, for walks that only read.
+void* MemberOfConst(const Row& row, const KRDataObj& object) {
+  return row.member(const_cast<KRDataObj&>(object));
+}
+
+bool IsArray(const Row& row) { return row.array != nullptr; }
+
+ChildSlot& SlotOf(const Row& row, const KRDataObj& object) {
+  return *static_cast<ChildSlot*>(MemberOfConst(row, object));
+}
+
+// A host's subclass may bring valid tags of its own, and then the bits are not in our order.
+bool UsesOwnTable(const KRDataObj& object, const AggregateTable& table) {
+  KRArrayOfTags tags;
+  return object.GetArrayOfValidTags(tags) != 0 && tags.table == table.valid.table &&
+         tags.count == table.valid.count;
+}
+
+template <class Visit>
+void ForEachChildMember(const KRDataObj& object, const AggregateTable& table, Visit visit) {
+  for (u8 i = 0; i < table.childRowCount; ++i) {
+    const Row& row = table.rows[table.childRows[i]];
+    visit(row, MemberOfConst(row, object));
+  }
+}
+
+u16 EntriesOf(const Row& row, const void* member) {
+  return IsArray(row) ? row.array->entries(member) : static_cast<u16>(1);
+}
+
+KRParseStatus StartRepeated(KRDataObj& object, const Row& row, KRTagID tag,
+                            KRDataObjFactory& factory) {
+  void* array = row.member(object);
+  KRDataObj* child = row.create(factory);
+  if (child == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return KRParseStatus_Fatal;
+  }
+  // Refused when memory ran out, and when the array holds as many entries as 16 bits can count.
+  if (row.array->set(array, row.array->entries(array), child) == 0) {
+    delete child;
+    return KRParseStatus_Fatal;
+  }
+  return object.PushAndSetObject(child, tag);
+}
+
+KRParseStatus StartSingle(KRDataObj& object, const Row& row, KRTagID tag,
+                          KRDataObjFactory& factory) {
+  ChildSlot& slot = SlotOf(row, object);
+  if (slot.Get() != nullptr) {
+    LogWarning(KRPW_EXTRAAGG, KRString(), KRString(), tag, &object);
+    slot.Set(nullptr);
+  }
+  KRDataObj* child = row.create(factory);
+  if (child == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return KRParseStatus_Fatal;
+  }
+  slot.Set(child);
+  return object.PushAndSetObject(child, tag);
+}
+
+u16 CopyArray(const Row& row, void* to, const void* from) {
+  const u16 entries = row.array->entries(from);
+  row.array->truncate(to, entries);
+  for (u16 index = 0; index < entries; ++index) {
+    KRDataObj* source = row.array->get(from, index);
+    ChildSlot copy;
+    if (index < row.array->entries(to)) {
+      // The element in place is reused when it is of the right class; the array keeps owning it.
+      KRDataObj* own = row.array->get(to, index);
+      if (own != nullptr && source != nullptr &&
+          ObjectAccess::TableOf(*own) == ObjectAccess::TableOf(*source)) {
+        if (CopyAggregate(*own, source) == 0) return 0;
+        continue;
+      }
+    }
+    if (source == nullptr) continue;
+    if (CopyChild(copy, source) == 0) return 0;
+    if (row.array->set(to, index, copy.Get()) == 0) return 0;
+    copy.Release();
+  }
+  return 1;
+}
+
+u8 CountPresent(const KRDataObj& object, const KRTagID* tags, u8 count) {
+  u8 present = 0;
+  for (u8 i = 0; i < count; ++i) {
+    if (object.ValidateTag(tags[i]) != 0) ++present;
+  }
+  return present;
+}
+
+bool Holds(const KRDataObj& object, const Rule& rule) {
+  if (rule.condition != RuleCondition::kAlways) {
+    const bool any = CountPresent(object, rule.conditionTags, rule.conditionCount) != 0;
+    if (any != (rule.condition == RuleCondition::kWhenAny)) return true;
+  }
+  const u8 present = CountPresent(object, rule.tags, rule.count);
+  switch (rule.kind) {
+    case RuleKind::kNone:
+      return present == 0;
+    case RuleKind::kAtMostOne:
+      return present <= 1;
+    case RuleKind::kExactlyOne:
+      return present == 1;
+    case RuleKind::kAtLeastOne:
+      return present >= 1;
+    case RuleKind::kAll:
+      return present == rule.count;
+    case RuleKind::kExclusiveOr:
+      return present % 2 == 1;
+  }
+  return false;
+}
+
+}  // namespace
+
+const Row* FindRow(const AggregateTable& table, KRTagID tag) {
+  const int position = FindTagRow(table.valid, tag, 0xffff);
+  if (position >= 0) return &table.rows[position];
+  for (u8 i = 0; i < table.unlistedCount; ++i) {
+    if (table.unlistedTags[i] == tag) return &table.rows[table.valid.count + i];
+  }
+  return nullptr;
+}
+
+KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& table,
+                            const KRTagDictionaryEntry& entry, const KRString& text) {
+  const Row* row = FindRow(table, entry.tagID);
+  if (row == nullptr || row->value == nullptr) return KRParseStatus_Invalid;
+  switch (row->value->fromText(object, entry.tagID, row->member(object), text)) {
+    case StoreResult::kStored:
+      object.SetTag(entry.tagID);
+      return KRParseStatus_Accepted;
+    case StoreResult::kNoText:
+      return KRParseStatus_Accepted;
+    case StoreResult::kBadFormat:
+      LogWarning(KRPW_BADFORMAT, text, KRString(), entry.tagID, &object);
+      return row->lenient ? KRParseStatus_Accepted : KRParseStatus_Invalid;
+    case StoreResult::kCannotStore:
+      LogWarning(KRPW_NULLPOINTER, text, KRString(), entry.tagID, &object);
+      return KRParseStatus_Fatal;
+  }
+  return KRParseStatus_Invalid;
+}
+
+KRParseStatus HandleStart(KRDataObj& object, const AggregateTable& table,
+                          const KRTagDictionaryEntry& entry) {
+  const Row* row = FindRow(table, entry.tagID);
+  if (row == nullptr || row->create == nullptr) return KRParseStatus_Invalid;
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  if (factory == nullptr) return KRParseStatus_Fatal;
+  return IsArray(*row) ? StartRepeated(object, *row, entry.tagID, *factory)
+                       : StartSingle(object, *row, entry.tagID, *factory);
+}
+
+KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table, KRBuilder& builder) {
+  const bool ownTable = UsesOwnTable(object, table);
+  const u16 version = object.GetMsgSetVersion();
+  for (u16 position = 0; position < table.valid.count; ++position) {
+    const KRTagTableEntry& entry = table.valid.table[position];
+    const bool present =
+        ownTable ? (entry.versions & version) != 0 && ObjectAccess::BitAt(object, position)
+                 : object.ValidateTag(entry.tag) != 0;
+    const Row& row = table.rows[position];
+    if (!present || row.member == nullptr) continue;
+    const void* member = MemberOfConst(row, object);
+    KRBuildStatus status = KRBuildStatus_Done;
+    if (row.value != nullptr) {
+      status = row.value->build(builder, entry.tag, member);
+      if (status == KRBuildStatus_Done && row.closed) status = builder.AddTagEnd(entry.tag);
+    } else if (IsArray(row)) {
+      status = row.array->build(member, builder, entry.tag);
+    } else if (KRDataObj* child = SlotOf(row, object).Get();
+               child != nullptr && (!row.shared || child->GetType() == entry.tag)) {
+      status = child->BuildObject(&builder, entry.tag);
+    }
+    if (status != KRBuildStatus_Done) {
+      NoteFailure(builder, object);
+      return status;
+    }
+  }
+  return KRBuildStatus_Done;
+}
+
+u16 RulesHold(const KRDataObj& object, const AggregateTable& table) {
+  for (u8 i = 0; i < table.ruleCount; ++i) {
+    if (!Holds(object, table.rules[i])) return 0;
+  }
+  return 1;
+}
+
+void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version) {
+  ForEachChildMember(object, table, [version](const Row& row, void* member) {
+    if (!IsArray(row)) {
+      if (KRDataObj* child = static_cast<ChildSlot*>(member)->Get()) {
+        child->SetMsgSetVersion(version);
+      }
+      return;
+    }
+    const u16 entries = row.array->entries(member);
+    for (u16 index = 0; index < entries; ++index) {
+      if (KRDataObj* child = row.array->get(member, index)) child->SetMsgSetVersion(version);
+    }
+  });
+}
+
+KRDataObj* ChildAt(const KRDataObj& object, const AggregateTable& table, u16 index) {
+  for (u8 i = 0; i < table.childRowCount; ++i) {
+    const Row& row = table.rows[table.childRows[i]];
+    const void* member = MemberOfConst(row, object);
+    const u16 entries = EntriesOf(row, member);
+    if (index < entries) {
+      return IsArray(row) ? row.array->get(member, index)
+                          : static_cast<const ChildSlot*>(member)->Get();
+    }
+    index = static_cast<u16>(index - entries);
+  }
+  return nullptr;
+}
+
+u16 CountChildren(const KRDataObj& object, const AggregateTable& table) {
+  u32 count = 0;
+  ForEachChildMember(object, table, [&count](const Row& row, const void* member) {
+    count += EntriesOf(row, member);
+  });
+  return static_cast<u16>(count < 0xffff ? count : 0xffff);
+}
+
+u16 CopyAggregate(KRDataObj& target, KRDataObj* source) {
+  const AggregateTable* table = ObjectAccess::TableOf(target);
+  if (source == nullptr || table == nullptr || ObjectAccess::TableOf(*source) != table) return 0;
+  if (source == &target) return 1;
+  if (KRDataObj::GetFactory() == nullptr) return 0;
+  const u16 rowCount = static_cast<u16>(table->valid.count + table->unlistedCount);
+  for (u16 i = 0; i < rowCount; ++i) {
+    const Row& row = table->rows[i];
+    if (row.value == nullptr) continue;
+    if (row.value->copy(row.member(target), row.member(*source)) == 0) return 0;
+  }
+  u16 copied = 1;
+  ForEachChildMember(*source, *table, [&](const Row& row, void* from) {
+    if (copied == 0) return;
+    copied = IsArray(row) ? CopyArray(row, row.member(target), from)
+                          : CopyChild(SlotOf(row, target), static_cast<ChildSlot*>(from)->Get());
+  });
+  return copied == 0 ? static_cast<u16>(0) : target.CopyBaseMembersFrom(source);
+}
+
+u16 CopyChild(ChildSlot& slot, KRDataObj* source) {
+  if (source == nullptr) {
+    slot.Set(nullptr);
+    return 1;
+  }
+  const AggregateTable* table = ObjectAccess::TableOf(*source);
+  KRDataObj* own = slot.Get();
+  if (own == nullptr || ObjectAccess::TableOf(*own) != table) {
+    KRDataObjFactory* factory = KRDataObj::GetFactory();
+    if (factory == nullptr || table == nullptr || table->create == nullptr) return 0;
+    own = table->create(*factory);
+    if (own == nullptr) {
+      KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+      return 0;
+    }
+    slot.Set(own);
+  }
+  // A host's payload class may copy more than its table tells.
+  if (auto* payload = dynamic_cast<KRTransBase*>(own)) {
+    return payload->DeepCopyFrom(dynamic_cast<KRTransBase*>(source));
+  }
+  return CopyAggregate(*own, source);
+}
+
+void NoteFailure(KRBuilder& builder, const KRDataObj& object) {
+  if (builder.GetFailingObject() == nullptr) {
+    builder.SetFailingObject(const_cast<KRDataObj*>(&object));
+  }
+}
+
+u16 SetFromText(KRDataObj& object, KRTagID tag, const KRString& text) {
+  const AggregateTable* table = ObjectAccess::TableOf(object);
+  const Row* row = table == nullptr ? nullptr : FindRow(*table, tag);
+  if (row == nullptr || row->value == nullptr) return 0;
+  switch (row->value->fromText(object, tag, row->member(object), text)) {
+    case StoreResult::kStored:
+      return object.SetTag(tag);
+    case StoreResult::kNoText:
+      return 3;
+    case StoreResult::kBadFormat:
+    case StoreResult::kCannotStore:
+      return 0;
+  }
+  return 0;
+}
+
+u16 SetChild(KRDataObj& object, ChildSlot& slot, KRTagID tag, KRDataObj* child) {
+  slot.Set(child);
+  if (child == nullptr) object.ClearTag(tag);
+  return object.SetTag(tag);
+}
+
+u16 SetSharedChild(KRDataObj& object, ChildSlot& slot, KRDataObj* child) {
+  KRDataObj* named = child != nullptr ? child : slot.Get();
+  const KRTagID tag = named == nullptr ? KRTag_None : named->GetType();
+  return SetChild(object, slot, tag, child);
+}
+
+}  // namespace krofx::internal

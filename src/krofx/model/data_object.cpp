@@ -1,0 +1,329 @@
+// The contract's own behaviour: presence bits, the required rule, descent and versions. What a
+// class's table drives is handed on to krofx/model/aggregate.cpp.
+
+#include "krofx/model/data_object.h"
+
+#include <atomic>
+
+#include "krofx/build/builder.h"
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/thread.h"
+#include "krofx/model/aggregate.h"
+#include "krofx/model/factory.h"
+#include "krofx/model/parser.h"
+#include "krofx/model/tag_index.h"
+
+using krofx::internal::AggregateTable;
+using krofx::internal::FindTagRow;
+
+namespace {
+
+// The default factory has no state, so it stands in static storage: a thread that asked for it can
+// never lose it to another thread's destructor.
+KRDataObjFactory& DefaultFactory() {
+  static KRDataObjFactory factory(1);
+  return factory;
+}
+
+// Whether the factory in force is the default one and no object has been made since. Threads may
+// construct objects at once; the flag itself is shared by the whole process.
+std::atomic<KRDataObjFactory*> factoryInForce{nullptr};
+std::atomic<bool> defaultIsFresh{false};
+
+}  // namespace
+
+KRDataObj::KRDataObj(u16 version) : m_version(version) {
+  if (defaultIsFresh.load(std::memory_order_relaxed)) {
+    defaultIsFresh.store(false, std::memory_order_relaxed);
+  }
+}
+
+KRDataObj::KRDataObj(const KRDataObj& other) : HeapObject(other) { CopyStateFrom(other); }
+
+KRDataObj& KRDataObj::operator=(const KRDataObj& other) {
+  CopyStateFrom(other);
+  return *this;
+}
+
+KRDataObj::~KRDataObj() {
+  if (defaultIsFresh.load(std::memory_order_relaxed)) {
+    factoryInForce.store(nullptr, std::memory_order_relaxed);
+    defaultIsFresh.store(false, std::memory_order_relaxed);
+  }
+}
+
+void KRDataObj::CopyStateFrom(const KRDataObj& other) {
+  m_parser = other.m_parser;
+  for (int word = 0; word < 3; ++word) m_presence[word] = other.m_presence[word];
+  m_type = other.m_type;
+  m_version = other.m_version;
+}
+
+u16 KRDataObj::SetFactory(KRDataObjFactory* factory) {
+  factoryInForce.store(factory, std::memory_order_release);
+  defaultIsFresh.store(false, std::memory_order_relaxed);
+  return 1;
+}
+
+KRDataObjFactory* KRDataObj::GetFactory() {
+  KRDataObjFactory* factory = factoryInForce.load(std::memory_order_acquire);
+  if (factory != nullptr) return factory;
+  factory = &DefaultFactory();
+  factoryInForce.store(factory, std::memory_order_release);
+  defaultIsFresh.store(true, std::memory_order_relaxed);
+  return factory;
+}
+
+const char* KRDataObj::GetKRSDKVersion() { return "92"; }
+
+KRParser* KRDataObj::GetParser() { return m_parser; }
+
+void KRDataObj::SetParser(KRParser* const parser) { m_parser = parser; }
+
+KRParseStatus KRDataObj::SetupForParsing(KRParser* const parser) {
+  SetParser(parser);
+  return KRParseStatus_Accepted;
+}
+
+KRParseStatus KRDataObj::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  const AggregateTable* table = GetTable();
+  return table == nullptr ? KRParseStatus_Invalid
+                          : krofx::internal::HandleStart(*this, *table, *entry);
+}
+
+KRParseStatus KRDataObj::HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                          const char* const value) {
+  return HandleTagElement(entry, KRString(value));
+}
+
+KRParseStatus KRDataObj::HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                          const KRString& value) {
+  if (const AggregateTable* table = GetTable()) {
+    return krofx::internal::HandleElement(*this, *table, *entry, value);
+  }
+  // A class that overrides neither form would bounce between the two for ever.
+  if (m_inElement != 0) return KRParseStatus_Invalid;
+  m_inElement = 1;
+  const KRParseStatus status = HandleTagElement(entry, static_cast<const char*>(value));
+  m_inElement = 0;
+  return status;
+}
+
+KRParseStatus KRDataObj::HandleTagEnd(const KRTagDictionaryEntry* const entry) {
+  if (m_parser == nullptr) return KRParseStatus_Fatal;
+  if (entry->tagID == GetType()) {
+    m_parser->PopObject();
+    return KRParseStatus_Accepted;
+  }
+  krofx::internal::LogWarning(KRPW_INVALIDENDAGG, KRString(), KRString(entry->text), entry->tagID,
+                              this);
+  return KRParseStatus_EndTagMismatch;
+}
+
+KRParseStatus KRDataObj::HandleHeader(KRHeaderTag /*tag*/, const KRString& /*value*/,
+                                      KRString* /*name*/) {
+  return KRParseStatus_Accepted;
+}
+
+u16 KRDataObj::GetArrayOfValidTags(KRArrayOfTags& tags) const {
+  const AggregateTable* table = GetTable();
+  tags = table == nullptr ? KRArrayOfTags() : table->valid;
+  return 1;
+}
+
+u16 KRDataObj::GetArrayOfRequiredTags(KRArrayOfTags& tags) const {
+  const AggregateTable* table = GetTable();
+  tags = table == nullptr ? KRArrayOfTags() : table->required;
+  return 1;
+}
+
+KRBuildStatus KRDataObj::Build(KRBuilder* builder) const {
+  const AggregateTable* table = GetTable();
+  return table == nullptr ? KRBuildStatus_Done
+                          : krofx::internal::BuildRows(*this, *table, *builder);
+}
+
+KRBuildStatus KRDataObj::BuildObject(KRBuilder* builder, KRTagID tag) const {
+  // GetType is not const in the contract, though it changes nothing.
+  if (tag == KRTag_None) tag = const_cast<KRDataObj*>(this)->GetType();
+  KRBuildStatus status = builder->AddTagStart(tag);
+  if (status != KRBuildStatus_Done) return status;
+  status = Build(builder);
+  if (status != KRBuildStatus_Done) return status;
+  return builder->AddTagEnd(tag);
+}
+
+KRParseStatus KRDataObj::PushAndSetObject(KRDataObj* child, KRTagID tag) {
+  if (child == nullptr) return KRParseStatus_Fatal;
+  if (tag != KRTag_None) {
+    child->SetType(tag);
+    if (SetTag(tag) == 0) return KRParseStatus_Invalid;
+  }
+  if (const u16 version = GetMsgSetVersion(); version != 0) child->SetMsgSetVersion(version);
+  if (m_parser == nullptr) return KRParseStatus_Fatal;
+  return m_parser->PushObject(child) != 0 ? KRParseStatus_Accepted : KRParseStatus_StackFull;
+}
+
+u16 KRDataObj::ProcessResponse() {
+  // The count is compared as a signed 16-bit number, so an object with more than 32,767 children
+  // is not walked.
+  for (s16 index = 0; index < static_cast<s16>(GetNumberOfChildren()); ++index) {
+    if (KRDataObj* child = GetChild(static_cast<u16>(index))) child->ProcessResponse();
+  }
+  return 1;
+}
+
+u16 KRDataObj::ProcessRequest(const ServerImpl* /*server*/) { return 1; }
+
+int KRDataObj::FindPosition(KRTagID tag) const {
+  KRArrayOfTags tags;
+  if (GetArrayOfValidTags(tags) == 0 || tags.count == 0) return -1;
+  return FindTagRow(tags, tag, GetMsgSetVersion());
+}
+
+u16 KRDataObj::GetBitValue(KRTagID tag, u32* bits) const {
+  bits[0] = bits[1] = bits[2] = 0;
+  const int position = FindPosition(tag);
+  // More rows than bits cannot be told apart, so the rows behind the last bit are not valid.
+  if (position < 0 || position >= 96) return 0;
+  bits[position / 32] = 1u << (position % 32);
+  return 1;
+}
+
+u16 KRDataObj::IsValidTag(KRTagID tag) const {
+  u32 bits[3];
+  return GetBitValue(tag, bits);
+}
+
+u16 KRDataObj::SetTag(KRTagID tag) {
+  u32 bits[3];
+  if (GetBitValue(tag, bits) == 0) return 0;
+  for (int word = 0; word < 3; ++word) m_presence[word] |= bits[word];
+  return 1;
+}
+
+u16 KRDataObj::ClearTag(KRTagID tag) {
+  u32 bits[3];
+  if (GetBitValue(tag, bits) == 0) {
+    krofx::internal::LogWarning(KRPW_UNKNOWNTAG, KRString(), KRString(), tag, nullptr);
+    return 0;
+  }
+  for (int word = 0; word < 3; ++word) m_presence[word] &= ~bits[word];
+  return 1;
+}
+
+u16 KRDataObj::ValidateTag(KRTagID tag) const {
+  u32 bits[3];
+  if (GetBitValue(tag, bits) == 0) return 0;
+  u32 present = 0;
+  for (int word = 0; word < 3; ++word) present |= m_presence[word] & bits[word];
+  return present != 0 ? 1 : 0;
+}
+
+u16 KRDataObj::AllRequiredPresent() {
+  KRArrayOfTags required;
+  if (GetArrayOfRequiredTags(required) != 0) {
+    for (u16 row = 0; row < required.count; ++row) {
+      if ((required.table[row].versions & GetMsgSetVersion()) == 0) {
+        // A class with required rows cannot be complete while its version is unknown.
+        if (GetMsgSetVersion() == 0) return 0;
+        continue;
+      }
+      if (ValidateTag(required.table[row].tag) == 0) return 0;
+    }
+  }
+  const AggregateTable* table = GetTable();
+  return table == nullptr ? 1 : krofx::internal::RulesHold(*this, *table);
+}
+
+KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
+  KRArrayOfTags required;
+  if (GetArrayOfRequiredTags(required) == 0) return KRTag_None;
+  bool behind = after == KRTag_None;
+  for (u16 row = 0; row < required.count; ++row) {
+    if ((required.table[row].versions & GetMsgSetVersion()) == 0) continue;
+    const KRTagID tag = required.table[row].tag;
+    if (ValidateTag(tag) != 0) continue;
+    if (behind) return tag;
+    behind = tag == after;
+  }
+  return KRTag_None;
+}
+
+u16 KRDataObj::IsTagRequired(KRTagID /*tag*/) {
+  KRArrayOfTags required;
+  if (GetArrayOfRequiredTags(required) == 0) return 0;
+  for (u16 row = 0; row < required.count; ++row) {
+    if ((required.table[row].versions & GetMsgSetVersion()) == 0) continue;
+    if (ValidateTag(required.table[row].tag) != 0) return 1;
+  }
+  return 0;
+}
+
+u16 KRDataObj::AnyValidPresent() {
+  KRArrayOfTags valid;
+  if (GetArrayOfValidTags(valid) == 0) return 0;
+  for (u16 row = 0; row < valid.count; ++row) {
+    if (ValidateTag(valid.table[row].tag) != 0) return 1;
+  }
+  return 0;
+}
+
+u16 KRDataObj::OneValidPresent() {
+  KRArrayOfTags valid;
+  if (GetArrayOfValidTags(valid) == 0) return 0;
+  u16 seen = 0;
+  for (u16 row = 0; row < valid.count; ++row) {
+    if (ValidateTag(valid.table[row].tag) == 0) continue;
+    if (++seen > 1) return 0;
+  }
+  return seen;
+}
+
+u16 KRDataObj::SetMsgSetVersion(u16 version) {
+  m_version = version;
+  if (const AggregateTable* table = GetTable()) {
+    krofx::internal::PassVersionDown(*this, *table, version);
+  }
+  return 1;
+}
+
+u16 KRDataObj::GetMsgSetVersion() const { return m_version; }
+
+u16 KRDataObj::GetMsgSetVersionFromTag() const {
+  const KRTagID type = const_cast<KRDataObj*>(this)->GetType();
+  if (type == KRTag_None) return 0;
+  KRTagDictionary* dictionary = KRTagDictionary::TheKRTagDictionary();
+  const char* text = dictionary == nullptr ? nullptr : dictionary->GetTagString(type);
+  if (text == nullptr || *text == '\0') return 0;
+  while (text[1] != '\0') ++text;
+  return *text == '1' ? 1 : *text == '2' ? 2 : 0;
+}
+
+KRTagID KRDataObj::GetType() { return m_type; }
+
+void KRDataObj::SetType(KRTagID tag) { m_type = tag; }
+
+KRDataObj* KRDataObj::GetChild(u16 index) const {
+  const AggregateTable* table = GetTable();
+  return table == nullptr ? nullptr : krofx::internal::ChildAt(*this, *table, index);
+}
+
+u16 KRDataObj::GetNumberOfChildren() const {
+  const AggregateTable* table = GetTable();
+  return table == nullptr ? static_cast<u16>(0) : krofx::internal::CountChildren(*this, *table);
+}
+
+u16 KRDataObj::CopyBaseMembersFrom(KRDataObj* source) {
+  if (source == nullptr) return 0;
+  CopyStateFrom(*source);
+  return 1;
+}
+
+const AggregateTable* KRDataObj::GetTable() const { return nullptr; }
+
+KRTransBase::KRTransBase() : KRDataObj(0) {}
+
+u16 KRTransBase::DeepCopyFrom(KRTransBase* source) {
+  return krofx::internal::CopyAggregate(*this, source);
+}

@@ -1,0 +1,234 @@
+// The kinds of values that aggregate rows hold: for each, how a text becomes the value, how the
+// value becomes an element and how it is copied.
+//
+// Every kind is one constant ValueKind made from a template, named in rows as kAmount,
+// kKeyword<...> and so on. A text that is no value of the kind leaves the member as it was.
+
+#ifndef KROFX_MODEL_VALUE_KINDS_H_
+#define KROFX_MODEL_VALUE_KINDS_H_
+
+#include <type_traits>
+
+#include "krofx/build/builder.h"
+#include "krofx/model/aggregate.h"
+#include "krofx/values/data_conversion.h"
+#include "krofx/values/date_time.h"
+#include "krofx/values/language.h"
+#include "krofx/values/precision_integer.h"
+
+namespace krofx::internal {
+
+/// Copies a value by assignment.
+template <class T>
+u16 CopyValue(void* to, const void* from) {
+  *static_cast<T*>(to) = *static_cast<const T*>(from);
+  return 1;
+}
+
+/// A kind whose text goes through `Read(text, value)` and which `Write(builder, tag, value)`
+/// writes.
+template <class T, u16 (*Read)(const KRString&, T&),
+          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&)>
+struct Converted {
+  static StoreResult FromText(KRDataObj&, KRTagID, void* member, const KRString& text) {
+    T value{};
+    if (Read(text, value) == 0) return StoreResult::kBadFormat;
+    *static_cast<T*>(member) = value;
+    return StoreResult::kStored;
+  }
+  static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
+    return Write(builder, tag, *static_cast<const T*>(member));
+  }
+  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<T>};
+};
+
+/// Calls the builder's tag-and-value operation for a kind.
+template <class T, auto Operation>
+KRBuildStatus WriteBy(KRBuilder& builder, KRTagID tag, const T& value) {
+  return (builder.*Operation)(tag, value);
+}
+
+/// Reads an exact decimal under the rule of its own class.
+template <class Number>
+u16 ReadNumber(const KRString& text, Number& value) {
+  return value.ConvertStringToKRPrecisionInteger(text);
+}
+
+/// An exact decimal of class `Number`, written by the builder's `Operation`.
+template <class Number, auto Operation>
+inline constexpr const ValueKind& kNumber =
+    Converted<Number, &ReadNumber<Number>, &WriteBy<Number, Operation>>::kKind;
+
+inline constexpr const ValueKind& kDateTime =
+    Converted<KRDateTime, &KRDataConversion::StringToDateTime,
+              &WriteBy<KRDateTime, &KRBuilder::AddTagKRDateTime>>::kKind;
+inline constexpr const ValueKind& kTime =
+    Converted<KRTime, &KRDataConversion::StringToTime,
+              &WriteBy<KRTime, &KRBuilder::AddTagKRTime>>::kKind;
+inline constexpr const ValueKind& kBoolean =
+    Converted<u16, &KRDataConversion::StringToBoolean,
+              &WriteBy<u16, &KRBuilder::AddTagKRBoolean>>::kKind;
+inline constexpr const ValueKind& kUShort =
+    Converted<u16, &KRDataConversion::StringToUShort,
+              &WriteBy<u16, static_cast<KRBuildStatus (KRBuilder::*)(KRTagID, u16)>(
+                                &KRBuilder::AddTagKRUShort)>>::kKind;
+inline constexpr const ValueKind& kSShort =
+    Converted<s16, &KRDataConversion::StringToSShort,
+              &WriteBy<s16, &KRBuilder::AddTagKRSShort>>::kKind;
+inline constexpr const ValueKind& kULong =
+    Converted<u32, &KRDataConversion::StringToULong,
+              &WriteBy<u32, &KRBuilder::AddTagKRULong>>::kKind;
+inline constexpr const ValueKind& kSLong =
+    Converted<s32, &KRDataConversion::StringToSLong,
+              &WriteBy<s32, &KRBuilder::AddTagKRSLong>>::kKind;
+inline constexpr const ValueKind& kLanguage =
+    Converted<KRLanguage, &KRDataConversion::StringToLanguage,
+              &WriteBy<KRLanguage, &KRBuilder::AddTagKRLanguage>>::kKind;
+
+/// A u16 that is written with leading zeros to `Width` digits.
+template <u16 Width>
+KRBuildStatus WritePadded(KRBuilder& builder, KRTagID tag, const u16& value) {
+  return builder.AddTagKRUShort(tag, value, '0', Width);
+}
+template <u16 Width>
+inline constexpr const ValueKind& kPaddedUShort =
+    Converted<u16, &KRDataConversion::StringToUShort, &WritePadded<Width>>::kKind;
+
+/// Reads the keyword of an enumeration.
+template <class Enumeration>
+u16 ReadKeyword(const KRString& text, Enumeration& value) {
+  return KeywordTraits<Enumeration>::FromText(text, value);
+}
+
+/// Writes a keyword by the builder's operation for the enumeration: the one that writes tag and
+/// value where there is one, the one for the value behind the tag otherwise, and for an
+/// enumeration that the builder does not know as a text.
+template <class Enumeration, auto Operation>
+KRBuildStatus WriteKeyword(KRBuilder& builder, KRTagID tag, const Enumeration& value) {
+  using Type = decltype(Operation);
+  if constexpr (std::is_null_pointer_v<Type>) {
+    KRString text;
+    if (KeywordTraits<Enumeration>::ToText(value, text) == 0) return KRBuildStatus_NoTextForm;
+    return builder.AddTagKRString(tag, text);
+  } else if constexpr (std::is_same_v<Type, KRBuildStatus (KRBuilder::*)(KRTagID, Enumeration)>) {
+    return (builder.*Operation)(tag, value);
+  } else {
+    const KRBuildStatus status = builder.AddTagElement(tag);
+    return status == KRBuildStatus_Done ? (builder.*Operation)(value) : status;
+  }
+}
+template <class Enumeration, auto Operation>
+inline constexpr const ValueKind& kKeyword =
+    Converted<Enumeration, &ReadKeyword<Enumeration>, &WriteKeyword<Enumeration, Operation>>::kKind;
+
+/// An enumeration that a u16 holds; the keyword stands on the wire.
+template <class Enumeration>
+u16 ReadKeywordIndex(const KRString& text, u16& value) {
+  Enumeration keyword{};
+  if (KeywordTraits<Enumeration>::FromText(text, keyword) == 0) return 0;
+  value = static_cast<u16>(keyword);
+  return 1;
+}
+template <class Enumeration>
+KRBuildStatus WriteKeywordIndex(KRBuilder& builder, KRTagID tag, const u16& value) {
+  return WriteKeyword<Enumeration, nullptr>(builder, tag, static_cast<Enumeration>(value));
+}
+template <class Enumeration>
+inline constexpr const ValueKind& kKeywordIndex =
+    Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>>::kKind;
+
+/// Warns that a text is longer than its spec length.
+void WarnTooLong(KRTagID tag, const KRString& text);
+
+/// A text; the member's own class says how long it may be. `Member` derives from KRString.
+template <class Member>
+struct Text {
+  static StoreResult FromText(KRDataObj&, KRTagID tag, void* member, const KRString& text) {
+    Member& own = *static_cast<Member*>(member);
+    own = text;
+    if (own.IsEmpty()) return StoreResult::kNoText;
+    if (own.ExceedsSpecLength()) WarnTooLong(tag, text);
+    return StoreResult::kStored;
+  }
+  static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
+    return builder.AddTagKRString(tag, *static_cast<const Member*>(member));
+  }
+  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<Member>};
+};
+template <class Member>
+inline constexpr const ValueKind& kText = Text<Member>::kKind;
+
+/// Appends one value to an array of repeated values. There is one for each kind of element.
+StoreResult AppendRepeated(KRDynamicArrayString& array, KRTagID tag, const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayUShort& array, KRTagID tag, const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayBankAccountType& array, KRTagID tag, const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayBankAccountType2& array, KRTagID tag,
+                           const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayDayOfWeek& array, KRTagID tag, const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayNorvService& array, KRTagID tag, const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayNorvService2& array, KRTagID tag, const KRString& text);
+StoreResult AppendRepeated(KRDynamicArrayLanguage& array, KRTagID tag, const KRString& text);
+
+/// Repeated values in an array class of krofx/model/value_arrays.h.
+template <class Array>
+struct Repeated {
+  static StoreResult FromText(KRDataObj&, KRTagID tag, void* member, const KRString& text) {
+    return AppendRepeated(*static_cast<Array*>(member), tag, text);
+  }
+  static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
+    return static_cast<const Array*>(member)->Build(&builder, tag);
+  }
+  static u16 Copy(void* to, const void* from) {
+    Array& target = *static_cast<Array*>(to);
+    const Array& source = *static_cast<const Array*>(from);
+    target.DeleteAll();
+    for (u16 index = 0; index < source.Entries(); ++index) {
+      const auto* element = source.Get(index);
+      if (element != nullptr && target.SetVal(index, *element) == 0) return 0;
+    }
+    return 1;
+  }
+  static constexpr ValueKind kKind{&FromText, &Build, &Copy};
+};
+template <class Array>
+inline constexpr const ValueKind& kRepeated = Repeated<Array>::kKind;
+
+/// An array of children of one class, or of any class for KRDynamicArrayDataObj.
+template <class Array, class Child>
+struct ChildArray {
+  static u16 Entries(const void* array) { return static_cast<const Array*>(array)->Entries(); }
+  static KRDataObj* Get(const void* array, u16 index) {
+    return static_cast<const Array*>(array)->Get(index);
+  }
+  static u16 Set(void* array, u16 index, KRDataObj* child) {
+    return static_cast<Array*>(array)->Set(index, static_cast<Child*>(child));
+  }
+  static void Truncate(void* array, u16 entries) {
+    Array& own = *static_cast<Array*>(array);
+    while (own.Entries() > entries) {
+      const u16 last = static_cast<u16>(own.Entries() - 1);
+      Child* child = own.Get(last);
+      own.UnSet(last);
+      delete child;
+    }
+  }
+  static KRBuildStatus Build(const void* array, KRBuilder& builder, KRTagID tag) {
+    const Array& own = *static_cast<const Array*>(array);
+    if constexpr (std::is_same_v<Child, KRDataObj>) {
+      return own.Build(&builder, tag);
+    } else {
+      for (u16 index = 0; index < own.Entries(); ++index) {
+        const Child* child = own.Get(index);
+        if (child == nullptr) continue;
+        const KRBuildStatus status = child->BuildObject(&builder, tag);
+        if (status != KRBuildStatus_Done) return status;
+      }
+      return KRBuildStatus_Done;
+    }
+  }
+  static constexpr ChildArrayKind kKind{&Entries, &Get, &Set, &Truncate, &Build};
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_MODEL_VALUE_KINDS_H_

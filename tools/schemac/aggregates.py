@@ -1,0 +1,733 @@
+"""Turns aggregate schemas (see model.py) into classes: for each NAME.schema a NAME.h and NAME.cpp.
+
+A class gets documented accessors for every row, and one AggregateTable (krofx/model/aggregate.h)
+that drives everything else. The output is formatted, and meant to be read in a debugger.
+"""
+
+import random
+import re
+
+import factory
+import model
+import routing
+from tags import enumerator
+
+NUMBERS = {
+    # schema word: (C++ type, kind)
+    "amount": ("KRPrecisionInteger", "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRAmount>"),
+    "posamount": (
+        "KRPosPrecisionInteger",
+        "kNumber<KRPosPrecisionInteger, &KRBuilder::AddTagKRAmount>",
+    ),
+    "quantity": ("KRPrecisionInteger", "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRQuantity>"),
+    "unitprice": (
+        "KRPrecisionInteger",
+        "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRUnitPrice>",
+    ),
+    "rate": ("KRPercent", "kNumber<KRPercent, &KRBuilder::AddTagKRRate>"),
+}
+SCALARS = {
+    "boolean": ("u16", "kBoolean", "Y (1) or N (0)"),
+    "u16": ("u16", "kUShort", "0 to 65535"),
+    "s16": ("s16", "kSShort", "-32768 to 32767"),
+    "u32": ("u32", "kULong", "32 bits unsigned"),
+    "s32": ("s32", "kSLong", "32 bits signed"),
+}
+DATES = {"KRDateTime": "kDateTime", "KRTime": "kTime"}
+REPEATED_NUMBERS = {
+    "KRDynamicArrayBankAccountType": "KRBankAccountType",
+    "KRDynamicArrayBankAccountType2": "KRBankAccountType2",
+    "KRDynamicArrayDayOfWeek": "KRDayOfWeek",
+    "KRDynamicArrayNorvService": "KRNorvService",
+    "KRDynamicArrayNorvService2": "KRNorvService2",
+    "KRDynamicArrayUShort": "u16",
+}
+VERSION_WORDS = {0xFFFF: "all versions", 1: "V1", 2: "V2", 0xFFFE: "V2 and later"}
+
+
+def member(stem):
+    """m_txType for TxType, m_fitId for FITId, m_url2 for URL2."""
+    head = re.match(r"[A-Z]+(?=[A-Z][a-z])|[A-Z]+|[A-Z]", stem)[0]
+    return "m_" + head.lower() + stem[len(head) :]
+
+
+def fill(text, indent="  "):
+    """A documentation comment, wrapped at 100 columns."""
+    lines, line = [], indent + "///"
+    for word in text.split():
+        if len(line) + 1 + len(word) > 100:
+            lines.append(line)
+            line = indent + "///"
+        line += " " + word
+    return "\n".join(lines + [line]) + "\n"
+
+
+def call(head, parts, tail, indent):
+    """head(parts)tail on one line, or broken as clang-format does."""
+    one = f"{indent}{head}({', '.join(parts)}){tail}"
+    if len(one) <= 100:
+        return one + "\n"
+    pad = " " * (len(indent) + len(head) + 1)
+    lines, line = [], f"{indent}{head}("
+    for i, part in enumerate(parts):
+        piece = part + (", " if i + 1 < len(parts) else f"){tail}")
+        if len(line) + len(piece.rstrip()) > 100 and line.strip() != head + "(":
+            lines.append(line.rstrip())
+            line = pad
+        line += piece
+    return "\n".join(lines + [line]) + "\n"
+
+
+class ClassWriter:
+    """Writes one class."""
+
+    def __init__(self, schemas, cls):
+        self.schemas, self.cls = schemas, cls
+        self.header, self.source = "", ""
+        self.uses = set()  # generated classes whose header the source needs
+
+    # Types of rows
+
+    def cpp_type(self, row):
+        if row.type in NUMBERS:
+            return NUMBERS[row.type][0]
+        if row.type in SCALARS:
+            return SCALARS[row.type][0]
+        if row.type.startswith("index "):
+            return "u16"
+        return row.type
+
+    def kind(self, row):
+        if row.kind == "repeated":
+            return f"kRepeated<{row.type}>"
+        if row.pad:
+            return f"kPaddedUShort<{row.pad}>"
+        if row.type in NUMBERS:
+            return NUMBERS[row.type][1]
+        if row.type in SCALARS:
+            return SCALARS[row.type][1]
+        if row.type in DATES:
+            return DATES[row.type]
+        if row.type == "KRLanguage":
+            return "kLanguage"
+        if row.type.startswith("index "):
+            return f"kKeywordIndex<{row.type.split()[1]}>"
+        if row.type in self.schemas.keywords:
+            known = self.schemas.keywords[row.type]
+            operation = "nullptr"
+            if known.tagged:
+                operation = f"&KRBuilder::AddTagKR{known.bare}"
+            elif known.writer:
+                operation = f"&KRBuilder::Add{known.bare}"
+            return f"kKeyword<{row.type}, {operation}>"
+        if self.schemas.text_class(row.type):
+            return f"kText<{row.type}>"
+        raise SystemExit(f"{self.cls.file.path}: {self.cls.name}: no type {row.type}")
+
+    def describe(self, row):
+        """TRNTYPE (KRBankTxType, required, V1)."""
+        length = re.fullmatch(r"KRString(\d+)", row.type)
+        if length:
+            what = f"text, at most {length[1]} characters"
+        elif row.type in SCALARS:
+            what = SCALARS[row.type][2]
+        elif row.type in NUMBERS or row.type == "KRTime":
+            what = {"rate": "percent, 0 to 100", "KRTime": "time"}.get(row.type, row.type)
+        elif row.type == "KRDateTime":
+            what = "date"
+        elif row.type.startswith("index "):
+            what = f"the place of its keyword, a {row.type.split()[1]}"
+        else:
+            what = row.type
+        use = "required" if row.required else "optional"
+        if row.required not in (0, row.versions):
+            use += f" in {VERSION_WORDS[row.required]}"
+        return f"{row.tag}: {what}, {use}, {VERSION_WORDS[row.versions]}"
+
+    # Members and accessors
+
+    def declares(self, row):
+        return row.owner is self.cls and row.kind != "listed"
+
+    def define(self, result, name, parameters, body, const=False):
+        """One member function: the declaration is the caller's, the definition goes here."""
+        tail = " const {" if const else " {"
+        self.source += call(f"{result} {self.cls.name}::{name}", parameters, tail, "")
+        self.source += f"  {body}\n}}\n\n"
+
+    def accessors(self, row):
+        name, tag = row.stem, enumerator(row.tag)
+        self.header += f"\n  // {self.describe(row)}.\n\n"
+        getattr(self, f"_{row.kind}_accessors")(row, name, tag)
+
+    def _clear(self, name, tag, text):
+        self.header += f"  /// Takes {text} out: it is no longer present.\n"
+        self.header += f"  u16 Clear{name}() {{ return ClearTag({tag}); }}\n"
+
+    def _value_accessors(self, row, name, tag):
+        cpp, own = self.cpp_type(row), member(row.stem)
+        text_class = self.schemas.text_class(cpp)
+        by_reference = text_class or cpp == "KRLanguage"
+        shown = f"const {cpp}&" if by_reference else cpp
+        self.header += fill(f"{row.tag} as it is held, present or not.")
+        self.header += f"  {shown} Get{name}() const {{ return {own}; }}\n"
+        if not text_class:
+            native = cpp
+            if cpp in ("KRPosPrecisionInteger", "KRPercent"):
+                native = "KRPrecisionInteger"
+            reference = native.startswith("KR") and native not in self.schemas.keywords
+            taken = f"const {native}& value" if reference else f"{native} value"
+            self.header += fill(f"Sets {row.tag}.")
+            failure = "0 when the tag is not valid in this version"
+            if native != cpp:
+                failure += " or the value is not allowed"
+            self.header += fill(f"@return 1; {failure}.")
+            self.header += f"  u16 Set{name}({taken});\n"
+            body = f"return SetNative(*this, {tag}, {own}, value);"
+            self.define("u16", f"Set{name}", [taken], body)
+        if row.hand:
+            self._clear(name, tag, row.tag)
+            return
+        self.header += fill(f"Sets {row.tag} from its text.")
+        if text_class:
+            self.header += fill(
+                "@return 1; 0 when the tag is not valid in this version; 3 for an empty text. A"
+                " text over the limit is kept, after a KRPW_TOOLONG warning."
+            )
+        else:
+            self.header += fill(
+                "@return 1; 0 when the text is no such value or the tag is not valid in this"
+                " version."
+            )
+        self.header += f"  u16 Set{name}(const KRString& text);\n"
+        body = f"return SetFromText(*this, {tag}, text);"
+        self.define("u16", f"Set{name}", ["const KRString& text"], body)
+        if cpp in DATES or row.type in NUMBERS:
+            self.header += fill("As the form from KRString.")
+            self.header += f"  u16 Set{name}(const char* text);\n"
+            self.define("u16", f"Set{name}", ["const char* text"], f"return Set{name}(KRString(text));")
+        self._clear(name, tag, row.tag)
+
+    def _child_accessors(self, row, name, tag):
+        child = row.type
+        self.uses.add(child)
+        slot = member(row.shared or row.stem)
+        shared = bool(row.shared)
+        self.header += fill(f"The {row.tag} child, still this object's; null when there is none.")
+        self.header += f"  {child}* Get{name}() const;\n"
+        if shared:
+            body = f"return dynamic_cast<{child}*>({slot}.Get());"
+        else:
+            body = f"return static_cast<{child}*>({slot}.Get());"
+        self.define(f"{child}*", f"Get{name}", [], body, const=True)
+        self.header += fill(
+            f"Takes ownership of `child` and deletes the {row.tag} held before. Null leaves the tag"
+            " present with nothing to write."
+        )
+        self.header += fill("@return 1; 0 when the tag is not valid in this version.")
+        self.header += f"  u16 Set{name}({child}* child);\n"
+        if shared:
+            body = f"if (child != nullptr) child->SetType({tag});\n"
+            body += f"  return SetChild(*this, {slot}, {tag}, child);"
+        else:
+            body = f"return SetChild(*this, {slot}, {tag}, child);"
+        self.define("u16", f"Set{name}", [f"{child}* child"], body)
+        self._clear(name, tag, row.tag)
+
+    def _array_accessors(self, name, tags_text, child, own, note):
+        """Accessors of an array of children; `note` is what sets the presence of one."""
+        self.uses.add(child)
+        head = self.header
+        head += fill(f"Number of {tags_text} entries.")
+        head += f"  u16 GetNum{name}() const {{ return {own}.Entries(); }}\n"
+        head += fill("An entry, still this object's; null when there is none.")
+        head += f"  {child}* Get{name}(u16 index) const;\n"
+        head += fill(
+            "Takes ownership of `child` as entry `index`, in place of the one there."
+        )
+        head += fill(
+            "@return 1; 0 when it could not be stored (then it is still the caller's) or its type"
+            " is not valid in this version."
+        )
+        head += f"  u16 Set{name}(u16 index, {child}* child);\n"
+        head += fill("As Set, behind the last entry.")
+        head += f"  u16 Append{name}({child}* child);\n"
+        head += fill("Takes an entry out without deleting it; the later ones move down.")
+        head += fill("@return 1; 0 when there is no such entry.")
+        head += f"  u16 Disconnect{name}(u16 index) {{ return {own}.UnSet(index); }}\n"
+        head += fill("Deletes all entries.")
+        head += f"  void DeleteAll{name}() {{ {own}.DeleteAll(); }}\n"
+        head += fill("Gives all entries up without deleting them.")
+        head += f"  void Clear{name}() {{ {own}.Clear(); }}\n"
+        self.header = head
+        self.define(
+            f"{child}*",
+            f"Get{name}",
+            ["u16 index"],
+            f"return static_cast<{child}*>({own}.Get(index));",
+            const=True,
+        )
+        self.define(
+            "u16",
+            f"Set{name}",
+            ["u16 index", f"{child}* child"],
+            f"return NoteElement(*this, {own}.Set(index, child), child);",
+        )
+        self.define(
+            "u16",
+            f"Append{name}",
+            [f"{child}* child"],
+            f"return NoteElement(*this, {own}.Append(child), child);",
+        )
+
+    def _children_accessors(self, row, name, tag):
+        self._array_accessors(name, row.tag, row.type, member(row.stem), tag)
+
+    def _repeated_accessors(self, row, name, tag):
+        own, array = member(row.stem), row.type
+        if array in REPEATED_NUMBERS:
+            element, native = "u16", REPEATED_NUMBERS[array]
+        elif array == "KRDynamicArrayLanguage":
+            element, native = "KRLanguage", "const KRLanguage&"
+        else:
+            element, native = "KRString", None
+        self.header += fill(f"Number of {row.tag} values.")
+        self.header += f"  u16 GetNum{name}() const {{ return {own}.Entries(); }}\n"
+        self.header += fill("A value, still this object's; null when there is none.")
+        self.header += f"  {element}* Get{name}(u16 index) const {{ return {own}.Get(index); }}\n"
+        if native is not None:
+            value = f"{native} value"
+            cast = "static_cast<u16>(value)" if native.startswith("KR") else "value"
+            self.header += fill(f"Sets {row.tag} value `index`, or adds one behind the last.")
+            self.header += fill("@return 1; 0 when it could not be stored.")
+            self.header += f"  u16 Set{name}(u16 index, {value});\n"
+            self.header += f"  u16 Append{name}({value});\n"
+            self.define(
+                "u16",
+                f"Set{name}",
+                ["u16 index", value],
+                f"return {own}.SetVal(index, {cast}) == 0 ? u16{{0}} : SetTag({tag});",
+            )
+            self.define(
+                "u16", f"Append{name}", [value], f"return Set{name}({own}.Entries(), value);"
+            )
+            self.header += fill(f"Adds a {row.tag} value from its text.")
+            self.header += fill("@return 1; 0 when the text is no such value.")
+        else:
+            self.header += fill(f"Sets {row.tag} value `index`.")
+            self.header += fill("@return 1; 0 when it could not be stored.")
+            self.header += f"  u16 Set{name}(u16 index, const KRString& text);\n"
+            self.define(
+                "u16",
+                f"Set{name}",
+                ["u16 index", "const KRString& text"],
+                f"return {own}.SetVal(index, text) == 0 ? u16{{0}} : SetTag({tag});",
+            )
+            self.header += fill(f"Adds a {row.tag} value.")
+            self.header += fill(
+                "@return 1; 0 when it could not be stored; 3 for an empty text. A text over the"
+                " limit is kept, after a KRPW_TOOLONG warning."
+            )
+        self.header += f"  u16 Append{name}(const KRString& text);\n"
+        self.define(
+            "u16",
+            f"Append{name}",
+            ["const KRString& text"],
+            f"return SetFromText(*this, {tag}, text);",
+        )
+        self.header += fill("Deletes all values.")
+        self.header += f"  void DeleteAll{name}() {{ {own}.DeleteAll(); }}\n"
+        self.header += fill("Gives all values up without deleting them.")
+        self.header += f"  void Clear{name}() {{ {own}.Clear(); }}\n"
+
+    def shared_accessors(self, shared):
+        own = member(shared.name)
+        rows = [r for c in self.schemas.classes.values() for r in c.rows if r.shared == shared.name]
+        tags_text = ", ".join(dict.fromkeys(r.tag for r in rows if r.owner is not None)) or "child"
+        if shared.kind == "array":
+            self.header += f"\n  // {shared.name}: one list for several tags.\n\n"
+            self._array_accessors(shared.name, "list", shared.type, own, None)
+            return
+        self.uses.add(shared.type)
+        del tags_text
+        self.header += f"\n  // {shared.name}: one child for several tags.\n\n"
+        self.header += fill("The child, still this object's; null when there is none.")
+        self.header += f"  {shared.type}* Get{shared.name}() const;\n"
+        self.define(
+            f"{shared.type}*",
+            f"Get{shared.name}",
+            [],
+            f"return static_cast<{shared.type}*>({own}.Get());",
+            const=True,
+        )
+        self.header += fill(
+            "Takes ownership of `child` and deletes the one held before. The child's type is the"
+            " tag that becomes present."
+        )
+        self.header += fill("@return 1; 0 when that tag is not valid here.")
+        self.header += f"  u16 Set{shared.name}({shared.type}* child);\n"
+        self.define(
+            "u16",
+            f"Set{shared.name}",
+            [f"{shared.type}* child"],
+            f"return SetSharedChild(*this, {own}, child);",
+        )
+
+    # The table
+
+    def own_members(self):
+        """(type, name, initialiser) of the members that this class declares, in order."""
+        result = []
+        for shared in self.cls.shared:
+            if shared.kind == "slot":
+                result.append(("krofx::internal::ChildSlot", member(shared.name), ""))
+            else:
+                grow = f"{{{shared.grow}, {shared.grow}}}"
+                result.append(("KRDynamicArrayDataObj", member(shared.name), grow))
+        for row in self.cls.rows:
+            if not self.declares(row) or row.shared:
+                continue
+            name = member(row.stem)
+            if row.kind == "child":
+                result.append(("krofx::internal::ChildSlot", name, ""))
+            elif row.kind == "children":
+                grow = row.grow or 5
+                result.append(("KRDynamicArrayDataObj", name, f"{{{grow}, {grow}}}"))
+            elif row.kind == "repeated":
+                grow = row.grow or 1
+                result.append((row.type, name, f"{{{grow}, {grow}}}"))
+            else:
+                cpp = self.cpp_type(row)
+                if cpp in ("u16", "s16", "u32", "s32"):
+                    initial = " = 0"
+                elif cpp in self.schemas.keywords:
+                    initial = "{}"
+                else:
+                    initial = ""
+                result.append((cpp, name, initial))
+        return result
+
+    def row_text(self, row):
+        if row.kind == "listed":
+            return "{}"
+        own = member(row.shared or row.stem)
+        parts = [f".member = &MemberOf<&{self.cls.name}::{own}>::Address"]
+        if row.kind in ("value", "repeated"):
+            parts.append(f".value = &{self.kind(row)}")
+            if row.closed:
+                parts.append(".closed = true")
+            if row.lenient:
+                parts.append(".lenient = true")
+        else:
+            self.uses.add(row.type)
+            bare = self.schemas.classes[row.type].bare
+            parts.append(f".create = &CreateBy<&KRDataObjFactory::New{bare}>")
+            if row.kind == "children":
+                parts.append(".array = &ChildArray<KRDynamicArrayDataObj, KRDataObj>::kKind")
+            elif row.shared:
+                parts.append(".shared = true")
+        return "{" + ", ".join(parts) + "}"
+
+    def index(self, listed):
+        """Slots, multiplier and shift of the perfect hash over the tags of the valid table."""
+        ids = {}
+        for position, row in enumerate(listed):
+            ids.setdefault(self.schemas.tags[row.tag], position)
+        chance = random.Random(1)
+        for bits in range(max(1, (len(ids) - 1).bit_length()), 9):
+            for _ in range(4000):
+                multiplier = chance.getrandbits(32) | 1
+                hashes = {((i * multiplier) & 0xFFFFFFFF) >> (32 - bits) for i in ids}
+                if len(hashes) < len(ids):
+                    continue
+                slots = [255] * (1 << bits)
+                for tag_id, position in ids.items():
+                    slots[((tag_id * multiplier) & 0xFFFFFFFF) >> (32 - bits)] = position
+                return slots, multiplier, 32 - bits
+        raise SystemExit(f"{self.cls.name}: no perfect hash found")
+
+    @staticmethod
+    def numbers(values, indent="      "):
+        lines, line = [], indent
+        for i, value in enumerate(values):
+            piece = f"{value}" + (", " if i + 1 < len(values) else "")
+            if len(line) + len(piece.rstrip()) > 98:
+                lines.append(line.rstrip())
+                line = indent
+            line += piece
+        return "\n".join(lines + [line])
+
+    def array(self, declaration, items, indent="  "):
+        """`declaration = {items};`, one item a line where one line will not do."""
+        one = f"{indent}{declaration} = {{{', '.join(items)}}};"
+        if len(one) <= 100:
+            return one + "\n"
+        body = "".join(f"{indent}    {item},\n" for item in items)
+        return f"{indent}{declaration} = {{\n{body}{indent}}};\n"
+
+    def table(self):
+        cls, rows = self.cls, self.schemas.table_rows(self.cls)
+        listed = [row for row in rows if not row.unlisted]
+        unlisted = [row for row in rows if row.unlisted]
+        text = f"const AggregateTable* {cls.name}::GetTable() const {{\n"
+        if listed:
+            items = [f"{{{enumerator(r.tag)}, 0x{r.versions:x}}}" for r in listed]
+            text += self.array("static constexpr KRTagTableEntry kValid[]", items)
+            slots, multiplier, shift = self.index(listed)
+            text += self.array("static constexpr u8 kSlots[]", [str(s) for s in slots])
+            text += (
+                "  static constexpr TagIndex kIndex = "
+                f"{{kValid, kSlots, 0x{multiplier:x}u, {shift}}};\n"
+            )
+            text += self.array(
+                "static constexpr Row kRows[]", [self.row_text(r) for r in listed + unlisted]
+            )
+        required = [r for r in rows if r.required]
+        if required:
+            items = [f"{{{enumerator(r.tag)}, 0x{r.required:x}}}" for r in required]
+            text += self.array("static constexpr KRTagTableEntry kRequired[]", items)
+        if unlisted:
+            items = [enumerator(r.tag) for r in unlisted]
+            text += self.array("static constexpr KRTagID kUnlisted[]", items)
+        seen, children = set(), []
+        for position, row in enumerate(listed):
+            if row.kind in ("child", "children"):
+                own = member(row.shared or row.stem)
+                if own not in seen:
+                    seen.add(own)
+                    children.append(str(position))
+        if children:
+            text += self.array("static constexpr u8 kChildRows[]", children)
+        rules = self.schemas.table_rules(cls)
+        items = []
+        for number, rule in enumerate(rules):
+            names = [enumerator(t) for t in rule.tags]
+            text += self.array(f"static constexpr KRTagID kRule{number}[]", names)
+            condition, count = "nullptr", 0
+            if rule.condition_tags:
+                names = [enumerator(t) for t in rule.condition_tags]
+                text += self.array(f"static constexpr KRTagID kWhen{number}[]", names)
+                condition, count = f"kWhen{number}", len(names)
+            items.append(
+                f"{{RuleKind::{rule.kind}, RuleCondition::{rule.condition}, {condition}, {count}, "
+                f"kRule{number}, {len(rule.tags)}}}"
+            )
+        if rules:
+            text += self.array("static constexpr Rule kRules[]", items)
+        create = "nullptr"
+        if factory.makes(self.schemas, cls):
+            create = f"&CreateBy<&KRDataObjFactory::New{cls.bare}>"
+        fields = [f'.className = "{cls.name}"']
+        if listed:
+            fields.append(f".valid = {{kValid, {len(listed)}, &kIndex}}")
+        if required:
+            fields.append(f".required = {{kRequired, {len(required)}}}")
+        if listed:
+            fields.append(".rows = kRows")
+        if unlisted:
+            fields.append(f".unlistedTags = kUnlisted, .unlistedCount = {len(unlisted)}")
+        if children:
+            fields.append(f".childRows = kChildRows, .childRowCount = {len(children)}")
+        if rules:
+            fields.append(f".rules = kRules, .ruleCount = {len(rules)}")
+        fields.append(f".create = {create}")
+        text += "  static constexpr AggregateTable kTable = {\n"
+        text += "".join(f"      {field},\n" for field in fields) + "  };\n"
+        text += "  return &kTable;\n}\n\n"
+        self.source += text
+
+    # The whole class
+
+    def write(self):
+        cls = self.cls
+        payload = self.schemas.is_payload(cls)
+        comment = list(cls.comment)
+        if not comment:
+            what = f"The {cls.tag} aggregate." if cls.tag else "An aggregate's common part."
+            comment = [f"/// {what}"]
+        elif cls.tag:
+            comment[-1] += "" if comment[-1].endswith(".") else "."
+            comment.append(f"/// Its tag is {cls.tag}.")
+        self.header += "\n".join(comment) + "\n"
+        self.header += f"class KROFX_API {cls.name} : public {cls.base} {{\n public:\n"
+        self.header += "  /// Makes an object with nothing in it.\n"
+        self.header += f"  {cls.name}();\n"
+        self.header += "  /// Shallow: the copy borrows children and shares arrays.\n"
+        self.header += f"  {cls.name}(const {cls.name}& other);\n"
+        self.header += "  /// As the copy constructor.\n"
+        self.header += f"  {cls.name}& operator=(const {cls.name}& other);\n"
+        self.header += f"  ~{cls.name}() override;\n"
+
+        body = []
+        if cls.tag:
+            body.append(f"SetType({enumerator(cls.tag)});")
+        if cls.version:
+            body.append(f"SetMsgSetVersion({cls.version});")
+        for tag, text in cls.presets:
+            row = next(r for r in self.schemas.table_rows(cls) if r.tag == tag)
+            body.append(f'{member(row.stem)} = KRString("{text}");')
+        if body:
+            lines = "".join(f"  {line}\n" for line in body)
+            one = f"{cls.name}::{cls.name}() {{ {body[0]} }}"
+            if len(body) == 1 and len(one) <= 100:
+                self.source += one + "\n"
+            else:
+                self.source += f"{cls.name}::{cls.name}() {{\n{lines}}}\n"
+        else:
+            self.source += f"{cls.name}::{cls.name}() = default;\n"
+        self.source += call(f"{cls.name}::{cls.name}", [f"const {cls.name}& other"], " = default;", "")
+        self.source += call(
+            f"{cls.name}& {cls.name}::operator=", [f"const {cls.name}& other"], " = default;", ""
+        )
+        self.source += f"{cls.name}::~{cls.name}() = default;\n\n"
+
+        for shared in cls.shared:
+            self.shared_accessors(shared)
+        for row in cls.rows:
+            if row.kind == "listed" or (row.kind == "children" and row.shared):
+                continue
+            if self.declares(row) or (row.kind == "child" and row.shared and row.stem):
+                if row.stem:
+                    self.accessors(row)
+
+        if cls.has_table and not payload:
+            self.header += "\n"
+            self.header += fill(
+                "Copies everything from `source`, children included, which come from the factory."
+            )
+            self.header += fill("@return 1; 0 for null, no factory or no memory.")
+            self.header += f"  u16 DeepCopyFrom({cls.name}* source);\n"
+            self.define(
+                "u16",
+                "DeepCopyFrom",
+                [f"{cls.name}* source"],
+                "return CopyAggregate(*this, source);",
+            )
+        signatures = {
+            "AllRequiredPresent": "u16 AllRequiredPresent() override;",
+            "GetFirstMissingRequiredTag": (
+                "KRTagID GetFirstMissingRequiredTag(KRTagID after) override;"
+            ),
+            "Build": "KRBuildStatus Build(KRBuilder* builder) const override;",
+            "HandleTagStart": (
+                "KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;"
+            ),
+            "HandleTagElement": (
+                "KRParseStatus HandleTagElement(const KRTagDictionaryEntry* const entry,\n"
+                "                                 const KRString& value) override;\n"
+                "  using KRDataObj::HandleTagElement;"
+            ),
+            "GetArrayOfValidTags": "u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override;",
+            "GetChild": "KRDataObj* GetChild(u16 index) const override;",
+            "GetNumberOfChildren": "u16 GetNumberOfChildren() const override;",
+            "SetMsgSetVersion": "u16 SetMsgSetVersion(u16 version) override;",
+            "DeepCopyFrom": "u16 DeepCopyFrom(KRTransBase* source) override;",
+        }
+        if cls.overrides:
+            self.header += "\n"
+            for name in cls.overrides:
+                self.header += f"  {signatures[name]}\n"
+        if cls.declarations:
+            self.header += "\n" + "\n".join(f"  {line}".rstrip() for line in cls.declarations) + "\n"
+
+        members = self.own_members()
+        if cls.has_table:
+            self.table()
+        if cls.has_table or members or cls.members:
+            self.header += "\n protected:\n"
+        if cls.has_table:
+            self.header += (
+                "  const krofx::internal::AggregateTable* GetTable() const override;\n"
+            )
+        if members:
+            if cls.has_table:
+                self.header += "\n"
+            for cpp, name, initial in members:
+                self.header += f"  {cpp} {name}{initial};\n"
+        if cls.members:
+            self.header += "\n" + "\n".join(f"  {line}".rstrip() for line in cls.members) + "\n"
+        self.header += "};\n"
+
+
+HEADER_INCLUDES = [
+    "krofx/core/fixed_strings.h",
+    "krofx/model/child_slot.h",
+    "krofx/model/data_object.h",
+    "krofx/model/value_arrays.h",
+    "krofx/values/date_time.h",
+    "krofx/values/keywords.h",
+    "krofx/values/language.h",
+    "krofx/values/precision_integer.h",
+]
+SOURCE_INCLUDES = [
+    "krofx/model/factory.h",
+    "krofx/model/factory_make.h",
+    "krofx/model/value_kinds.h",
+]
+
+
+def header_of(cls):
+    return cls.header if cls.word == "class" else cls.file.name + ".h"
+
+
+def write_file(schemas, file, write):
+    writers = []
+    for cls in file.classes:
+        if not cls.generated:
+            continue
+        writer = ClassWriter(schemas, cls)
+        writer.write()
+        writers.append(writer)
+    origin = f"// Generated from {file.name}.schema by schemac. Change that file, not this one.\n"
+
+    if writers:
+        includes = set(HEADER_INCLUDES)
+        declared = set()
+        for writer in writers:
+            base = schemas.classes.get(writer.cls.base)
+            if base is not None and header_of(base) != file.name + ".h":
+                includes.add(header_of(base))
+            includes |= set(writer.cls.includes)
+            declared |= {u for u in writer.uses if schemas.classes[u].file is not file}
+        own = {w.cls.name for w in writers}
+        later = {u for w in writers for u in w.uses if u in own}
+        guard = re.sub(r"[^0-9A-Z]", "_", file.name.upper()) + "_H_"
+        text = "\n".join(f"// {line}".rstrip() for line in file.comment) + "\n//\n" + origin
+        text += f"\n#ifndef {guard}\n#define {guard}\n\n"
+        text += "".join(f'#include "{i}"\n' for i in sorted(includes)) + "\n"
+        forward = sorted(declared | later)
+        text += "".join(f"class {name};\n" for name in forward) + ("\n" if forward else "")
+        text += "\n".join(w.header for w in writers)
+        text += f"\n#endif  // {guard}\n"
+        write(file.name + ".h", text)
+
+    includes = set(SOURCE_INCLUDES)
+    for writer in writers:
+        for used in writer.uses:
+            includes.add(header_of(schemas.classes[used]))
+    includes |= {header_of(cls) for cls in file.classes}
+    includes.discard(file.name + ".h")
+    text = origin + "\n"
+    if writers:
+        text += f'#include "{file.name}.h"\n\n'
+    text += "".join(f'#include "{i}"\n' for i in sorted(includes))
+    text += "\nusing namespace krofx::internal;\n\n"
+    text += "".join(w.source for w in writers)
+    made = [cls for cls in file.classes if factory.makes(schemas, cls)]
+    text += "\n".join(factory.definition(cls) for cls in made)
+    write(file.name + ".cpp", text.rstrip("\n") + "\n")
+
+
+def generate(source, write):
+    schemas = model.Schemas(source)
+    factory.load(source)
+    for file in schemas.files:
+        write_file(schemas, file, write)
+    factory.generate(schemas, source, write)
+    routing.generate(schemas, source, write)
+    headers = sorted({header_of(cls) for cls in schemas.classes.values()})
+    text = "// Every aggregate and file class. Generated by schemac.\n\n"
+    text += "#ifndef KROFX_AGGREGATES_H_\n#define KROFX_AGGREGATES_H_\n\n"
+    text += "".join(f'#include "{h}"  // IWYU pragma: export\n' for h in headers)
+    text += "\n#endif  // KROFX_AGGREGATES_H_\n"
+    write("krofx/aggregates.h", text)

@@ -1,0 +1,358 @@
+"""Reads the schemas of aggregates. The language, by example:
+
+    # What the file is about, for the head of the generated header.
+
+    aggregate KRBankTransactionList : KRDataObj = BANKTRANLIST
+      /// What the aggregate says. The text becomes the class's comment.
+      DTSTART  KRDateTime                  required        DtStart
+      STMTTRN  children KRBankStatementTx  optional  V2+   StatementTx  grow 5
+      rule at_most_one PAYEE2 PAYEE NAME
+
+Blocks:
+    aggregate CLASS : BASE [= TAG]   a class with tables, made by the factory
+    base CLASS : BASE [= TAG]        a class with tables that only others derive from
+    abstract CLASS : BASE            a class that only declares members; no tables
+    class CLASS in HEADER            a hand-written class that the factory makes
+
+A row is tag, type, use, versions and accessor stem, in wire order. A row that an ancestor declares
+with the same tag and type reads into the ancestor's member. A block without rows has its base's.
+    types     KRStringN and other text classes, an enumeration of a keywords.schema, KRDateTime,
+              KRTime, KRLanguage, amount, posamount, quantity, unitprice, rate, boolean, u16, s16,
+              s32, u32, index KREnum (a u16 that holds the keyword's place),
+              child CLASS, children CLASS, repeated ARRAYCLASS, and `listed`: valid, but neither
+              read nor written
+    use       required, optional, or required(VERSIONS) where that differs from the row's versions
+    versions  nothing for all; V1, V2, V2+
+    words     in NAME     the child lives in a slot or array that several rows share
+              grow N      the array's initial size and growth step
+              pad N       the number is written with leading zeros to N digits
+              closed      the element is written with its end tag
+              lenient     a text that is no such value is warned about and passed over; the parse
+                          goes on
+              by hand     the setter from a text is declared and defined by hand
+              unlisted    read into its member, but not valid: never present, never written
+
+Other lines of a block:
+    slot NAME CLASS            one child that several rows may fill
+    array NAME CLASS [grow N]  one array that several rows fill
+    rule [when TAG... :|unless TAG... :] WORD TAG...
+                               none, at_most_one, exactly_one, at_least_one, all, exclusive_or
+    version N                  the version that the constructor sets
+    override NAME...           virtual operations of KRDataObj that a .cpp beside the schema defines
+    declare ... end            lines for the class's public part; a .cpp beside the schema defines
+    members ... end            the same for its protected part
+    include HEADER             what those lines need
+    preset TAG "TEXT"          a text that the constructor gives a member without its presence
+"""
+
+import pathlib
+import re
+import shlex
+from dataclasses import dataclass, field
+
+import keywords
+import tags
+
+VERSIONS = {"": 0xFFFF, "V1": 0x1, "V2": 0x2, "V2+": 0xFFFE}
+RULES = {
+    "none": "kNone",
+    "at_most_one": "kAtMostOne",
+    "exactly_one": "kExactlyOne",
+    "at_least_one": "kAtLeastOne",
+    "all": "kAll",
+    "exclusive_or": "kExclusiveOr",
+}
+
+
+class SchemaError(Exception):
+    """A mistake in a schema."""
+
+
+@dataclass
+class Row:
+    tag: str
+    kind: str  # value, child, children, repeated, listed
+    type: str = ""
+    required: int = 0
+    versions: int = 0xFFFF
+    stem: str = ""
+    shared: str = ""
+    grow: int = 0
+    pad: int = 0
+    closed: bool = False
+    unlisted: bool = False
+    lenient: bool = False
+    hand: bool = False
+    owner: "Class" = None  # the class that declares the member
+
+
+@dataclass
+class Shared:
+    """A slot or array that several rows share."""
+
+    name: str
+    kind: str  # slot, array
+    type: str
+    grow: int
+    owner: "Class" = None
+
+
+@dataclass
+class Rule:
+    kind: str
+    tags: list
+    condition: str = "kAlways"
+    condition_tags: list = field(default_factory=list)
+
+
+@dataclass
+class Class:
+    word: str
+    name: str
+    base: str
+    tag: str
+    file: "File"
+    line: int
+    comment: list = field(default_factory=list)
+    rows: list = field(default_factory=list)
+    shared: list = field(default_factory=list)
+    rules: list = field(default_factory=list)
+    overrides: list = field(default_factory=list)
+    declarations: list = field(default_factory=list)
+    members: list = field(default_factory=list)
+    includes: list = field(default_factory=list)
+    presets: list = field(default_factory=list)
+    version: int = 0
+    header: str = ""  # of a hand-written class
+    typed_array: bool = False
+
+    @property
+    def bare(self):
+        return self.name.removeprefix("KR")
+
+    @property
+    def generated(self):
+        return self.word != "class"
+
+    @property
+    def has_table(self):
+        return self.word in ("aggregate", "base")
+
+
+@dataclass
+class File:
+    path: pathlib.Path
+    name: str  # krofx/messages/banking/statements
+    comment: list = field(default_factory=list)
+    classes: list = field(default_factory=list)
+
+
+class Schemas:
+    """All aggregate schemas of a source tree."""
+
+    def __init__(self, source):
+        self.keywords = keywords.load(source)
+        blocks = tags.read((pathlib.Path(source) / tags.SCHEMA).read_text())
+        self.tags = {tag: tag_id for block in blocks for tag_id, tag in block.rows()}
+        self.files = []
+        self.classes = {}
+        for path in sorted(pathlib.Path(source).glob("krofx/**/*.schema")):
+            if path.name in ("keywords.schema", "tags.schema"):
+                continue
+            if path.name in ("factory.schema", "routing.schema"):
+                continue
+            self.files.append(self._parse(path, source))
+        self._resolve()
+
+    # Reading
+
+    def _parse(self, path, source):
+        name = path.relative_to(source).with_suffix("").as_posix()
+        file, current, declaring = File(path, name), None, None
+        for number, line in enumerate(path.read_text().splitlines(), 1):
+            text = line.strip()
+            try:
+                if declaring is not None and text == "end":
+                    declaring = None
+                elif declaring is not None:
+                    declaring.append(line[4:].rstrip())
+                elif not text:
+                    continue
+                elif text.startswith("#"):
+                    if current is None:
+                        file.comment.append(text.removeprefix("#").removeprefix(" "))
+                elif not line[0].isspace():
+                    current = self._open(text.split(), file, number)
+                elif text == "declare":
+                    declaring = current.declarations
+                elif text == "members":
+                    declaring = current.members
+                else:
+                    self._line(current, text)
+            except (AttributeError, IndexError, KeyError, ValueError, SchemaError) as error:
+                raise SystemExit(f"{path}:{number}: {text}: {error!r}") from error
+        return file
+
+    def _open(self, words, file, number):
+        word, name = words[:2]
+        rest = words[2:]
+        made = Class(word, name, "KRDataObj", "", file, number)
+        if word == "class":
+            made.header = rest[rest.index("in") + 1]
+        elif word in ("aggregate", "base", "abstract"):
+            made.base = rest[rest.index(":") + 1]
+            if "=" in rest:
+                made.tag = self._tag(rest[rest.index("=") + 1])
+        else:
+            raise SchemaError(f"unknown word {word}")
+        if name in self.classes:
+            raise SchemaError(f"{name} is there already")
+        self.classes[name] = made
+        file.classes.append(made)
+        return made
+
+    def _tag(self, text):
+        if text not in self.tags:
+            raise SchemaError(f"no tag {text}")
+        return text
+
+    def _line(self, current, text):
+        if text.startswith("///"):
+            current.comment.append(text)
+            return
+        words = shlex.split(text)
+        word = words[0]
+        if word in ("slot", "array"):
+            grow = int(words[4]) if len(words) > 4 else 5
+            current.shared.append(Shared(words[1], word, words[2], grow, current))
+        elif word == "rule":
+            current.rules.append(self._rule(words[1:]))
+        elif word == "version":
+            current.version = int(words[1])
+        elif word == "override":
+            current.overrides += words[1:]
+        elif word == "preset":
+            current.presets.append((self._tag(words[1]), words[2]))
+        elif word == "include":
+            current.includes.append(words[1])
+        elif word == "typed_array":
+            current.typed_array = True
+        else:
+            current.rows.append(self._row(words))
+
+    def _rule(self, words):
+        condition, condition_tags = "kAlways", []
+        if words[0] in ("when", "unless"):
+            condition = "kWhenAny" if words[0] == "when" else "kUnlessAny"
+            colon = words.index(":")
+            condition_tags = [self._tag(w) for w in words[1:colon]]
+            words = words[colon + 1 :]
+        rule_tags = [self._tag(w) for w in words[1:]]
+        return Rule(RULES[words[0]], rule_tags, condition, condition_tags)
+
+    def _row(self, words):
+        words = list(words)
+        row = Row(self._tag(words.pop(0)), "value")
+        word = words.pop(0)
+        if word == "listed":
+            row.kind = "listed"
+        elif word in ("child", "children", "repeated"):
+            row.kind, row.type = word, words.pop(0)
+        elif word == "index":
+            row.type = f"index {words.pop(0)}"
+        else:
+            row.type = word
+        required = None
+        if row.kind != "listed":
+            use = re.fullmatch(r"(required|optional)(?:\((.*)\))?", words.pop(0))
+            if use is None:
+                raise SchemaError("required or optional expected")
+            if use[1] == "required":
+                required = use[2]
+        if words and words[0] in VERSIONS:
+            row.versions = VERSIONS[words.pop(0)]
+        if row.kind != "listed" and use[1] == "required":
+            row.required = row.versions if required is None else VERSIONS[required]
+        if words and re.match(r"[A-Z]", words[0]):
+            row.stem = words.pop(0)
+        while words:
+            word = words.pop(0)
+            if word == "in":
+                row.shared = words.pop(0)
+            elif word in ("grow", "pad"):
+                setattr(row, word, int(words.pop(0)))
+            elif word in ("closed", "lenient", "unlisted"):
+                setattr(row, word, True)
+            elif word == "by":
+                row.hand = words.pop(0) == "hand"
+            else:
+                raise SchemaError(f"unknown word {word}")
+        return row
+
+    # Resolving
+
+    def ancestors(self, cls):
+        """The generated classes above `cls`, nearest first."""
+        result = []
+        while (cls := self.classes.get(cls.base)) is not None:
+            result.append(cls)
+        return result
+
+    def _resolve(self):
+        for cls in self.classes.values():
+            if cls.generated and cls.base not in self.classes:
+                if cls.base not in ("KRDataObj", "KRTransBase"):
+                    raise SystemExit(f"{cls.file.path}:{cls.line}: no class {cls.base}")
+        for cls in self.classes.values():
+            for row in cls.rows:
+                self._resolve_row(cls, row)
+
+    def _resolve_row(self, cls, row):
+        if row.kind in ("child", "children") and row.type not in self.classes:
+            # Its domain is not described yet: the tag is valid, and nothing is made for it.
+            row.kind, row.type = "listed", ""
+        row.owner = cls
+        for ancestor in reversed(self.ancestors(cls)):
+            for other in ancestor.rows:
+                if other.tag == row.tag and other.kind == row.kind and other.type == row.type:
+                    row.owner = ancestor
+                    row.stem = row.stem or other.stem
+                    row.shared = row.shared or other.shared
+                    return
+
+    def is_payload(self, cls):
+        """Derives from KRTransBase."""
+        while cls is not None:
+            if cls.base == "KRTransBase":
+                return True
+            cls = self.classes.get(cls.base)
+        return False
+
+    def table_rows(self, cls):
+        """The rows of the class's table: its own, or those of the nearest ancestor with any."""
+        for candidate in (cls, *self.ancestors(cls)):
+            if candidate.rows:
+                return candidate.rows
+        return []
+
+    def table_rules(self, cls):
+        for candidate in (cls, *self.ancestors(cls)):
+            if candidate.rules:
+                return candidate.rules
+            if candidate.rows:
+                return []
+        return []
+
+    def shared_of(self, cls, name):
+        for candidate in (cls, *self.ancestors(cls)):
+            for shared in candidate.shared:
+                if shared.name == name:
+                    return shared
+        raise SystemExit(f"{cls.file.path}:{cls.line}: {cls.name} has no slot or array {name}")
+
+    def text_class(self, name):
+        return name.startswith("KRString") or name in (
+            "KRMultiLenString",
+            "KRUserPassword",
+            "KREMailMsgBody",
+        )
