@@ -92,10 +92,10 @@ u16 Store(KRString& out, std::size_t size, TextHead const& head,
 }  // namespace
 
 u16 KRDateTimeBase::SetTimeZone(char const* name, s16 offset, s16 fraction) {
-  return SetTimeZone(name, name == nullptr ? 0 : std::strlen(name), offset, fraction);
+  return StoreZone(name, name == nullptr ? 0 : std::strlen(name), offset, fraction);
 }
 
-u16 KRDateTimeBase::SetTimeZone(char const* name, std::size_t length, s16 offset, s16 fraction) {
+u16 KRDateTimeBase::StoreZone(char const* name, std::size_t length, s16 offset, s16 fraction) {
   m_timeZone.Assign(name, length);
   m_gmtOffset = offset;
   m_gmtOffsetFraction = fraction;
@@ -117,10 +117,10 @@ u16 KRDateTimeBase::SetTimeZone(char const* name, std::size_t length, s16 offset
 }
 
 u16 KRDateTimeBase::ExtractTimeZone(char const* zone) {
-  return ExtractTimeZone(zone, zone == nullptr ? 0 : std::strlen(zone));
+  return ReadZone(zone, zone == nullptr ? 0 : std::strlen(zone));
 }
 
-u16 KRDateTimeBase::ExtractTimeZone(char const* zone, std::size_t length) {
+u16 KRDateTimeBase::ReadZone(char const* zone, std::size_t length) {
   // Past this many hours an offset is out of range whatever follows, so digits no longer count.
   constexpr s16 kMostHours = 999;
   constexpr int kMostFractionDigits = 2;
@@ -182,7 +182,7 @@ u16 KRDateTimeBase::ExtractTimeZone(char const* zone, std::size_t length) {
     hours = static_cast<s16>(-hours);
     fraction = static_cast<s16>(-fraction);
   }
-  return SetTimeZone(name, nameLength, hours, fraction);
+  return StoreZone(name, nameLength, hours, fraction);
 }
 
 u16 KRDateTimeBase::ConvertStringToKRTime(char const* text) {
@@ -202,7 +202,7 @@ u16 KRDateTimeBase::ParseTime(char const* text, std::size_t length) {
       length == 0 ? nullptr : static_cast<char const*>(std::memchr(text, '[', length));
   if (bracket != nullptr) {
     clockLength = static_cast<std::size_t>(bracket - text);
-    if (ExtractTimeZone(bracket, length - clockLength) == 0) return 0;
+    if (ReadZone(bracket, length - clockLength) == 0) return 0;
   } else {
     wellFormed = !Contains(text, length, '-') && !Contains(text, length, ':');
   }

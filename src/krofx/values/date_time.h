@@ -166,9 +166,10 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// stands one second further back than the calendar, so that a difference across the start of
   /// 1970 is one second too large.
   KRPrecisionInteger GetGMT() const;
-  /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays. A
-  /// year of 365.2425 days ends within a day, so some counts fall on a day 366 that their year does
-  /// not have.
+  /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays.
+  /// Both directions drop parts of days, each in its own place, since a year of 365.2425 days ends
+  /// within a day: a date can come back as the day before, and some counts fall on a day 366 that
+  /// their year does not have.
   /// @return 1, or 0 when there is no such day or year or the number is not valid; all fields and
   ///         the zone are cleared then.
   u16 FromPrecInt(KRPrecisionInteger const& seconds);
@@ -245,8 +246,8 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   s16 m_gmtOffsetFraction = 0;
 
  private:
-  u16 ExtractTimeZone(char const* zone, std::size_t length);
-  u16 SetTimeZone(char const* name, std::size_t length, s16 offset, s16 fraction);
+  u16 ReadZone(char const* zone, std::size_t length);
+  u16 StoreZone(char const* name, std::size_t length, s16 offset, s16 fraction);
   bool ReadClock(char const* text, std::size_t length) noexcept;
   std::int64_t GMTMilliseconds() const noexcept;
   void ClearZone() noexcept;

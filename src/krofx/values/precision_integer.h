@@ -319,10 +319,11 @@ class KROFX_API KRCommaSepPrecisionInteger : public KRPrecisionInteger {
   ///         thread's fire alarm is raised and the number is zero.
   u16 ConvertStringToKRPrecisionInteger(char const* text) override;
 
-  using KRPrecisionInteger::operator char*;
   /// The text that the base class's conversion last made on this object, or null when it was never
   /// called. The number is not formatted here.
   operator char*() override;
+  /// The same for a const number.
+  operator char*() const { return KRPrecisionInteger::operator char*(); }
 };
 
 #endif  // KROFX_VALUES_PRECISION_INTEGER_H_
