@@ -227,14 +227,15 @@ bool KRDateTimeBase::ReadClock(char const* text, std::size_t length) noexcept {
     }
     length = kPointPosition;
   }
-  struct Part {
+  struct Field {
     std::size_t position;
-    u16& field;
+    u16& value;
   };
-  for (Part const& part : {Part{4, m_second}, Part{2, m_minute}, Part{0, m_hour}}) {
-    if (length <= part.position) continue;
-    if (!ReadDigits(text + part.position, length - part.position, part.field, 2, 0)) return false;
-    length = part.position;
+  for (Field const& field : {Field{4, m_second}, Field{2, m_minute}, Field{0, m_hour}}) {
+    if (length <= field.position) continue;
+    if (!ReadDigits(text + field.position, length - field.position, field.value, 2, 0))
+      return false;
+    length = field.position;
   }
   return true;
 }
