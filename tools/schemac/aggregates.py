@@ -78,6 +78,10 @@ def call(head, parts, tail, indent):
     return "\n".join(lines + [line]) + "\n"
 
 
+# A table is read by its rows, one on each line, so it is kept out of the formatter's hands.
+OFF, ON = "  // clang-format off\n", "  // clang-format on\n"
+
+
 class ClassWriter:
     """Writes one class."""
 
@@ -151,9 +155,20 @@ class ClassWriter:
 
     def define(self, result, name, parameters, body, const=False):
         """One member function: the declaration is the caller's, the definition goes here."""
-        tail = " const {" if const else " {"
-        self.source += call(f"{result} {self.cls.name}::{name}", parameters, tail, "")
-        self.source += f"  {body}\n}}\n\n"
+        head, qualifier = f"{result} {self.cls.name}::{name}", " const" if const else ""
+        if isinstance(body, tuple):
+            lines = call(*body, ";", "  ")
+            body = lines.strip() if lines.count("\n") == 1 else lines
+        one = f"{head}({', '.join(parameters)}){qualifier} {{ {body} }}"
+        if len(one) <= 100 and "\n" not in body:
+            self.source += one + "\n\n"
+            return
+        self.source += call(head, parameters, qualifier + " {", "")
+        if body.endswith("\n"):
+            self.source += body
+        else:
+            self.source += "".join(f"  {line.strip()}\n" for line in body.split("\n"))
+        self.source += "}\n\n"
 
     def accessors(self, row):
         name, tag = row.stem, enumerator(row.tag)
@@ -306,7 +321,7 @@ class ClassWriter:
                 "u16",
                 f"Set{name}",
                 ["u16 index", value],
-                f"return {own}.SetVal(index, {cast}) == 0 ? u16{{0}} : SetTag({tag});",
+                ("return NoteValue", ["*this", f"{own}.SetVal(index, {cast})", tag]),
             )
             self.define(
                 "u16", f"Append{name}", [value], f"return Set{name}({own}.Entries(), value);"
@@ -321,7 +336,7 @@ class ClassWriter:
                 "u16",
                 f"Set{name}",
                 ["u16 index", "const KRString& text"],
-                f"return {own}.SetVal(index, text) == 0 ? u16{{0}} : SetTag({tag});",
+                ("return NoteValue", ["*this", f"{own}.SetVal(index, text)", tag]),
             )
             self.header += fill(f"Adds a {row.tag} value.")
             self.header += fill(
@@ -462,8 +477,11 @@ class ClassWriter:
         one = f"{indent}{declaration} = {{{', '.join(items)}}};"
         if len(one) <= 100:
             return one + "\n"
-        body = "".join(f"{indent}    {item},\n" for item in items)
-        return f"{indent}{declaration} = {{\n{body}{indent}}};\n"
+        if max(len(item) for item in items) <= 4:
+            body = self.numbers(items, indent + "    ") + ",\n"
+        else:
+            body = "".join(f"{indent}    {item},\n" for item in items)
+        return OFF + f"{indent}{declaration} = {{\n{body}{indent}}};\n" + ON
 
     def table(self):
         cls, rows = self.cls, self.schemas.table_rows(self.cls)
@@ -525,11 +543,11 @@ class ClassWriter:
         if listed:
             fields.append(".rows = kRows")
         if unlisted:
-            fields.append(f".unlistedTags = kUnlisted, .unlistedCount = {len(unlisted)}")
+            fields += [".unlistedTags = kUnlisted", f".unlistedCount = {len(unlisted)}"]
         if children:
-            fields.append(f".childRows = kChildRows, .childRowCount = {len(children)}")
+            fields += [".childRows = kChildRows", f".childRowCount = {len(children)}"]
         if rules:
-            fields.append(f".rules = kRules, .ruleCount = {len(rules)}")
+            fields += [".rules = kRules", f".ruleCount = {len(rules)}"]
         fields.append(f".create = {create}")
         text += "  static constexpr AggregateTable kTable = {\n"
         text += "".join(f"      {field},\n" for field in fields) + "  };\n"
@@ -541,14 +559,12 @@ class ClassWriter:
     def write(self):
         cls = self.cls
         payload = self.schemas.is_payload(cls)
-        comment = list(cls.comment)
+        comment = " ".join(line.removeprefix("///").strip() for line in cls.comment)
         if not comment:
-            what = f"The {cls.tag} aggregate." if cls.tag else "An aggregate's common part."
-            comment = [f"/// {what}"]
-        elif cls.tag:
-            comment[-1] += "" if comment[-1].endswith(".") else "."
-            comment.append(f"/// Its tag is {cls.tag}.")
-        self.header += "\n".join(comment) + "\n"
+            raise SystemExit(f"{cls.file.path}:{cls.line}: {cls.name} has no comment")
+        if cls.tag:
+            comment += f" Its tag is {cls.tag}."
+        self.header += fill(comment, "")
         self.header += f"class KROFX_API {cls.name} : public {cls.base} {{\n public:\n"
         self.header += "  /// Makes an object with nothing in it.\n"
         self.header += f"  {cls.name}();\n"
@@ -576,9 +592,13 @@ class ClassWriter:
         else:
             self.source += f"{cls.name}::{cls.name}() = default;\n"
         self.source += call(f"{cls.name}::{cls.name}", [f"const {cls.name}& other"], " = default;", "")
-        self.source += call(
-            f"{cls.name}& {cls.name}::operator=", [f"const {cls.name}& other"], " = default;", ""
-        )
+        one = f"{cls.name}& {cls.name}::operator=(const {cls.name}& other) = default;"
+        if len(one) <= 100:
+            self.source += one + "\n"
+        elif len(one) <= 100 + len(" default;"):
+            self.source += one.replace(" default;", "\n    default;\n")
+        else:
+            self.source += one.replace("(", "(\n    ", 1) + "\n"
         self.source += f"{cls.name}::~{cls.name}() = default;\n\n"
 
         for shared in cls.shared:
@@ -678,7 +698,7 @@ def write_file(schemas, file, write):
         writer = ClassWriter(schemas, cls)
         writer.write()
         writers.append(writer)
-    origin = f"// Generated from {file.name}.schema by schemac. Change that file, not this one.\n"
+    origin = f"// Generated by schemac from {file.name}.schema.\n"
 
     if writers:
         includes = set(HEADER_INCLUDES)
@@ -726,8 +746,8 @@ def generate(source, write):
     factory.generate(schemas, source, write)
     routing.generate(schemas, source, write)
     headers = sorted({header_of(cls) for cls in schemas.classes.values()})
-    text = "// Every aggregate and file class. Generated by schemac.\n\n"
+    text = "// Every aggregate and every class around them. Generated by schemac.\n\n"
     text += "#ifndef KROFX_AGGREGATES_H_\n#define KROFX_AGGREGATES_H_\n\n"
-    text += "".join(f'#include "{h}"  // IWYU pragma: export\n' for h in headers)
+    text += "".join(f'#include "{h}"\n' for h in headers)
     text += "\n#endif  // KROFX_AGGREGATES_H_\n"
     write("krofx/aggregates.h", text)

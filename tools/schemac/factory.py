@@ -35,10 +35,10 @@ def makes(schemas, cls):
 
 
 def definition(cls):
-    return (
-        f"{cls.name}* KRDataObjFactory::New{cls.bare}(u16 version) {{\n"
-        f"  return Make<{cls.name}>(*this, version);\n}}\n"
-    )
+    head = f"{cls.name}* KRDataObjFactory::New{cls.bare}(u16 version) {{"
+    body = f"return Make<{cls.name}>(*this, version);"
+    one = f"{head} {body} }}\n"
+    return one if len(one) <= 101 else f"{head}\n  {body}\n}}\n"
 
 
 def generate(schemas, source, write):

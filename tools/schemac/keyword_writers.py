@@ -16,7 +16,9 @@ OPENING = """\
 
 
 def _value(k):
-    return f"KRBuildStatus KRBuilder::Add{k.bare}({k.name} value) {{ return AddKeyword(value); }}\n"
+    head = f"KRBuildStatus KRBuilder::Add{k.bare}({k.name} value) {{"
+    one = f"{head} return AddKeyword(value); }}\n"
+    return one if len(one) <= 101 else f"{head}\n  return AddKeyword(value);\n}}\n"
 
 
 def _tag_and_value(k):

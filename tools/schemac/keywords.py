@@ -137,16 +137,18 @@ struct KeywordData<{k.name}> {{
 def _keywords_header(path, owners):
     lists = [k for owner in owners for k in owner.lists]
     body = '#include "krofx/core/types.h"\n#include "krofx/values/keyword_table.h"\n\n'
-    body += "\n".join(_enumeration(k) for k in lists)
+    body += "// clang-format off\n\n" + "\n".join(_enumeration(k) for k in lists)
     body += "\nnamespace krofx::internal {\n\n" + "\n".join(_data(k) for k in lists)
-    body += "\n}  // namespace krofx::internal\n"
+    body += "\n}  // namespace krofx::internal\n\n// clang-format on\n"
     return _guarded(path, "// The enumerations of element values, and their keywords.", body)
 
 
 def _pair(k):
     traits = f"krofx::internal::KeywordTraits<{k.name}>"
     failure = "0, and `out` unchanged, for a value beyond the list"
-    failure += ", after a KRPW_BADFORMAT warning." if k.owner.range_checked else "."
+    if k.owner.range_checked:
+        failure = "0, with a KRPW_BADFORMAT warning and `out` unchanged, beyond the list"
+    failure += "."
     missing = "`out` unchanged" if k.none is None else f"`out` {k.name}_None"
     return f"""  /// Gives the keyword of a {k.name}.
   /// @return 1; {failure}

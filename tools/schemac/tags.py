@@ -20,9 +20,11 @@ HEADER = """\
 /// A tag as a number: {count} tags, ids 1 to {count} with no hole; 0 is no tag. An enumerator is
 /// named by the tag's text with each point as an underscore, so KRTag_NORV_BID is "NORV.BID".
 /// TagDictionary turns an id into the text on the wire and back.
+// clang-format off
 enum KRTagID : u32 {{
   KRTag_None = 0,  ///< no tag
 {enumerators}}};
+// clang-format on
 
 #endif  // KROFX_CORE_TAGS_H_
 """
