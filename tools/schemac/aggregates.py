@@ -390,6 +390,13 @@ class ClassWriter:
 
     # The table
 
+    def child_array(self, row):
+        """The class of the array that a repeated child lives in."""
+        child = self.schemas.classes[row.type]
+        if child.typed_array and not row.shared:
+            return f"KRDynamicArray{child.bare}"
+        return "KRDynamicArrayDataObj"
+
     def own_members(self):
         """(type, name, initialiser) of the members that this class declares, in order."""
         result = []
@@ -407,7 +414,7 @@ class ClassWriter:
                 result.append(("krofx::internal::ChildSlot", name, ""))
             elif row.kind == "children":
                 grow = row.grow or 5
-                result.append(("KRDynamicArrayDataObj", name, f"{{{grow}, {grow}}}"))
+                result.append((self.child_array(row), name, f"{{{grow}, {grow}}}"))
             elif row.kind == "repeated":
                 grow = row.grow or 1
                 result.append((row.type, name, f"{{{grow}, {grow}}}"))
@@ -438,7 +445,9 @@ class ClassWriter:
             bare = self.schemas.classes[row.type].bare
             parts.append(f".create = &CreateBy<&KRDataObjFactory::New{bare}>")
             if row.kind == "children":
-                parts.append(".array = &ChildArray<KRDynamicArrayDataObj, KRDataObj>::kKind")
+                array = self.child_array(row)
+                element = "KRDataObj" if array == "KRDynamicArrayDataObj" else row.type
+                parts.append(f".array = &ChildArray<{array}, {element}>::kKind")
             elif row.shared:
                 parts.append(".shared = true")
         return "{" + ", ".join(parts) + "}"
@@ -669,6 +678,27 @@ class ClassWriter:
         self.header += "};\n"
 
 
+def typed_array(cls):
+    """The declaration of the array class of one aggregate."""
+    one = (
+        f"class KROFX_API KRDynamicArray{cls.bare}"
+        f" : public krofx::internal::ElementArray<{cls.name}> {{\n"
+    )
+    if len(one) > 101:
+        one = one.replace(" : public", "\n    : public")
+    text = fill(f"An array of {cls.name}, which the factory makes.", "") + one
+    text += " public:\n  using ElementArray::ElementArray;\n\n protected:\n"
+    return text + f"  {cls.name}* NewElement() const override;\n}};\n"
+
+
+def typed_array_source(cls):
+    head = f"{cls.name}* KRDynamicArray{cls.bare}::NewElement() const {{"
+    body = f"return static_cast<{cls.name}*>(\n      CreateElement(&CreateBy<&KRDataObjFactory::New{cls.bare}>));"
+    one = body.replace("\n      ", "")
+    body = one if len(one) <= 98 else body
+    return f"{head}\n  {body}\n}}\n\n"
+
+
 HEADER_INCLUDES = [
     "krofx/core/fixed_strings.h",
     "krofx/model/child_slot.h",
@@ -709,14 +739,21 @@ def write_file(schemas, file, write):
                 includes.add(header_of(base))
             includes |= set(writer.cls.includes)
             declared |= {u for u in writer.uses if schemas.classes[u].file is not file}
+        for writer in writers:
+            for row in writer.cls.rows:
+                if row.kind == "children" and writer.child_array(row) != "KRDynamicArrayDataObj":
+                    includes.add(header_of(schemas.classes[row.type]))
+        includes.discard(file.name + ".h")
         own = {w.cls.name for w in writers}
-        later = {u for w in writers for u in w.uses if u in own}
+        arrays = [w.cls for w in writers if w.cls.typed_array]
+        later = {u for w in writers for u in w.uses if u in own} | {c.name for c in arrays}
         guard = re.sub(r"[^0-9A-Z]", "_", file.name.upper()) + "_H_"
         text = "\n".join(f"// {line}".rstrip() for line in file.comment) + "\n//\n" + origin
         text += f"\n#ifndef {guard}\n#define {guard}\n\n"
         text += "".join(f'#include "{i}"\n' for i in sorted(includes)) + "\n"
         forward = sorted(declared | later)
         text += "".join(f"class {name};\n" for name in forward) + ("\n" if forward else "")
+        text += "".join(typed_array(c) + "\n" for c in arrays)
         text += "\n".join(w.header for w in writers)
         text += f"\n#endif  // {guard}\n"
         write(file.name + ".h", text)
@@ -733,6 +770,7 @@ def write_file(schemas, file, write):
     text += "".join(f'#include "{i}"\n' for i in sorted(includes))
     text += "\nusing namespace krofx::internal;\n\n"
     text += "".join(w.source for w in writers)
+    text += "".join(typed_array_source(w.cls) for w in writers if w.cls.typed_array)
     made = [cls for cls in file.classes if factory.makes(schemas, cls)]
     text += "\n".join(factory.definition(cls) for cls in made)
     write(file.name + ".cpp", text.rstrip("\n") + "\n")

@@ -37,6 +37,7 @@ Other lines of a block:
     array NAME CLASS [grow N]  one array that several rows fill
     rule [when TAG... :|unless TAG... :] WORD TAG...
                                none, at_most_one, exactly_one, at_least_one, all, exclusive_or
+    typed_array                declares KRDynamicArrayCLASS, the array that rows of this class live in
     version N                  the version that the constructor sets
     override NAME...           virtual operations of KRDataObj that a .cpp beside the schema defines
     declare ... end            lines for the class's public part; a .cpp beside the schema defines

@@ -128,6 +128,11 @@ bool Holds(const KRDataObj& object, const Rule& rule) {
 
 }  // namespace
 
+KRDataObj* CreateElement(CreateChild create) {
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  return factory == nullptr ? nullptr : create(*factory);
+}
+
 const Row* FindRow(const AggregateTable& table, KRTagID tag) {
   const int position = FindTagRow(table.valid, tag, 0xffff);
   if (position >= 0) return &table.rows[position];

@@ -126,6 +126,10 @@ KRDataObj* CreateBy(KRDataObjFactory& factory) {
   return (factory.*Operation)(0);
 }
 
+/// Makes an element for a typed array through the factory in force; null when there is none or
+/// memory is exhausted.
+KROFX_API KRDataObj* CreateElement(CreateChild create);
+
 /// KRDataObj::HandleTagStart over a table.
 KROFX_API KRParseStatus HandleStart(KRDataObj& object, const AggregateTable& table,
                                     const KRTagDictionaryEntry& entry);
