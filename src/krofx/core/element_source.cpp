@@ -9,7 +9,7 @@ namespace krofx::internal {
 
 ElementSource& Elements() {
   static ElementSource source = {
-      []() { return static_cast<u16*>(Allocate(sizeof(u16))); },
+      []() { return NewCell<u16>(); },
       []() { return new KRString; },
       []() { return new KRParseException; },
   };

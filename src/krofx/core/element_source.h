@@ -55,14 +55,10 @@ inline KRParseException* MakeElement<KRParseException>() {
   return Elements().newParseException();
 }
 
-/// Destroys an element of an array: a class through its destructor, a plain cell by freeing it.
+/// Destroys an element of an array, a class through its destructor.
 template <class T>
 void DestroyElement(T* element) {
-  if constexpr (std::is_class_v<T>) {
-    delete element;
-  } else {
-    Free(element);
-  }
+  delete element;
 }
 
 }  // namespace krofx::internal

@@ -16,18 +16,20 @@ struct FailurePlan {
 
 thread_local FailurePlan plan;
 
-bool MustFail() noexcept {
+}  // namespace
+
+bool AllocationMustFail() noexcept {
   ++plan.count;
   if (plan.failAt == 0) return false;
   return plan.andAllLater ? plan.count >= plan.failAt : plan.count == plan.failAt;
 }
 
-}  // namespace
-
-void* Allocate(std::size_t size) noexcept { return MustFail() ? nullptr : std::malloc(size); }
+void* Allocate(std::size_t size) noexcept {
+  return AllocationMustFail() ? nullptr : std::malloc(size);
+}
 
 void* Reallocate(void* block, std::size_t size) noexcept {
-  return MustFail() ? nullptr : std::realloc(block, size);
+  return AllocationMustFail() ? nullptr : std::realloc(block, size);
 }
 
 void Free(void* block) noexcept { std::free(block); }

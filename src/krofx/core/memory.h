@@ -21,8 +21,18 @@ KROFX_API void* Allocate(std::size_t size) noexcept;
 /// still stands and is still the caller's.
 KROFX_API void* Reallocate(void* block, std::size_t size) noexcept;
 
+/// Counts one allocation that does not go through the functions here, and tells if it must fail.
+KROFX_API bool AllocationMustFail() noexcept;
+
 /// Returns a block of Allocate or Reallocate; null is allowed.
 KROFX_API void Free(void* block) noexcept;
+
+/// Makes a plain cell with new, so that a host may hand in and delete such cells itself; null when
+/// memory is exhausted.
+template <class T>
+T* NewCell() noexcept {
+  return AllocationMustFail() ? nullptr : new (std::nothrow) T{};
+}
 
 /// Makes the library's allocations fail, for tests. Per thread.
 class KROFX_API AllocationFailure {

@@ -18,6 +18,9 @@ struct KROFX_API KRThreadMapRow : public krofx::internal::HeapObject {
   KRParseLogger* logger;  ///< never null
 };
 
+/// The row's name in the interface of old hosts.
+using _threadmap = KRThreadMapRow;  // NOLINT(bugprone-reserved-identifier)
+
 /// An array of owned rows of the table of threads, in the order of attachment. Destroying a row
 /// leaves its logger alone. Growth raises no alarm, since an alarm needs a row to stand in.
 class KROFX_API KRDynamicArrayKRThreadMapBase

@@ -44,11 +44,7 @@ KRDataObjFactory::~KRDataObjFactory() = default;
 
 u16 KRDataObjFactory::GetVersion() { return m_version; }
 
-u16* KRDataObjFactory::NewUShort() {
-  auto* cell = static_cast<u16*>(krofx::internal::Allocate(sizeof(u16)));
-  if (cell != nullptr) *cell = 0;
-  return OrAlarm(cell);
-}
+u16* KRDataObjFactory::NewUShort() { return OrAlarm(krofx::internal::NewCell<u16>()); }
 
 KRString* KRDataObjFactory::NewString(u16 version) { return Make<KRString>(*this, version); }
 
