@@ -24,11 +24,6 @@
 
 namespace krofx::internal {
 
-/// The white space of OFX text. NUL is none.
-inline bool IsWhite(char character) {
-  return character == ' ' || character == '\n' || character == '\r' || character == '\t';
-}
-
 /// The first position from `position` that holds no white space.
 template <class Text>
 s32 SkipWhite(const Text& text, s32 position) {
@@ -94,23 +89,36 @@ bool FindCDATA(const Text& text, s32& place, CDATASection& section, s32& noEndFr
 /// Takes the name of a tag, which begins at item.start, and moves behind the tag.
 template <class Text>
 void MeasureTag(const Text& text, KRTagItemInfo& item) {
-  s32 place = item.start;
-  char character = text.At(place);
-  while (character != '>' && character != '\0' && !IsWhite(character)) {
-    character = text.At(++place);
-  }
+  s32 place = text.NameEnd(item.start);
   item.length = ItemLength(item.start, place);
-  if (character != '>' && !text.Find(place, '>', place)) {
-    item.end = place;
-  } else {
-    item.end = place + 1;
-  }
+  const bool closed = text.At(place) == '>' || text.Find(place, '>', place);
+  item.end = closed ? place + 1 : place;
 }
 
 /// Measures a text that ends at item.end, without the white space there.
 template <class Text>
 void MeasureText(const Text& text, KRTagItemInfo& item) {
   item.length = ItemLength(item.start, BackOverWhite(text, item.end));
+}
+
+/// Reads the CDATA section whose '<' stands at `open` and whose '!' stands at `place`.
+/// @return false when it is none; `place` is then the character that was looked at last.
+template <class Text>
+[[gnu::noinline]] bool ReadCDATA(const Text& text, KRTagItemInfo& item, s32 open, s32& place,
+                                 bool contentOnly, s32& noCDATAEndFrom) {
+  CDATASection section;
+  if (!FindCDATA(text, place, section, noCDATAEndFrom)) return false;
+  item.type = KrTagItemType_CDATA;
+  text.Find(section.close + 1, '<', item.end);
+  if (!contentOnly) {
+    item.start = open;
+    MeasureText(text, item);
+    return true;
+  }
+  item.start = section.content;
+  item.length = ItemLength(section.content, section.firstClose - 1);
+  if (item.length == 0) item.length = ItemLength(section.content, section.secondClose - 1);
+  return true;
 }
 
 /// Reads the item that begins at item.end.
@@ -137,19 +145,7 @@ bool ReadItem(const Text& text, KRTagItemInfo& item, bool contentOnly, s32& noCD
   item.start = place;
   character = text.At(place);
   if (character == '!') {
-    CDATASection section;
-    if (FindCDATA(text, place, section, noCDATAEndFrom)) {
-      item.type = KrTagItemType_CDATA;
-      item.start = contentOnly ? section.content : open;
-      text.Find(section.close + 1, '<', item.end);
-      if (contentOnly) {
-        item.length = ItemLength(section.content, section.firstClose - 1);
-        if (item.length == 0) item.length = ItemLength(section.content, section.secondClose - 1);
-      } else {
-        MeasureText(text, item);
-      }
-      return true;
-    }
+    if (ReadCDATA(text, item, open, place, contentOnly, noCDATAEndFrom)) return true;
     character = text.At(place);
   }
   if (character == '/') {
@@ -164,7 +160,7 @@ bool ReadItem(const Text& text, KRTagItemInfo& item, bool contentOnly, s32& noCD
 
 /// Tells if an item is a comment. One that does not end in "--" at its first '>' is none.
 template <class Text>
-bool IsComment(const Text& text, const KRTagItemInfo& item) {
+[[gnu::noinline]] bool IsComment(const Text& text, const KRTagItemInfo& item) {
   if (item.type != KrTagItemType_StartTag || text.At(item.start) != '!') return false;
   const s32 begin = item.start + 1;
   if (item.end - begin < 4) return false;
@@ -179,7 +175,7 @@ template <class Text>
 bool ReadTagItem(const Text& text, KRTagItemInfo& item, s32& noCDATAEndFrom) {
   do {
     if (!ReadItem(text, item, false, noCDATAEndFrom)) return false;
-  } while (IsComment(text, item));
+  } while (text.At(item.start) == '!' && IsComment(text, item));
   return true;
 }
 

@@ -5,12 +5,14 @@
 #include <cstddef>
 
 #include "krofx/core/types.h"
+#include "krofx/parse/byte_search.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {
 
 bool ExpandMacros(std::string_view in, KRString& out) {
-  if (in.empty() || in.size() > KRString::kMaxLength || in.find('&') == std::string_view::npos) {
+  if (in.empty() || in.size() > KRString::kMaxLength ||
+      FindOrNul(in.data(), in.data() + in.size(), '&') == in.data() + in.size()) {
     return out.Assign(in.data(), static_cast<u16>(in.size())) != 0;
   }
   char* write = out.LockBuffer(static_cast<u16>(in.size() + 1));

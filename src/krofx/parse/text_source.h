@@ -9,10 +9,7 @@
 #define KROFX_PARSE_TEXT_SOURCE_H_
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <limits>
 #include <string_view>
 
@@ -20,6 +17,7 @@
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
 #include "krofx/core/wipe.h"
+#include "krofx/parse/byte_search.h"
 #include "krofx/parse/search_memory.h"
 
 namespace krofx::internal {
@@ -55,6 +53,12 @@ class PlainText {
     return at != end && *at == character;
   }
 
+  /// The position from `start` on at which a tag's name ends.
+  s32 NameEnd(s32 start) const {
+    if (static_cast<u32>(start) >= static_cast<u32>(m_size)) return start;
+    return static_cast<s32>(FindNameEnd(m_bytes + start, m_bytes + m_size) - m_bytes);
+  }
+
   /// Gives `use` a view of a stretch of the content that holds no NUL, and gives back its answer.
   template <class Use>
   auto View(s32 start, u16 length, Use use) const {
@@ -64,26 +68,6 @@ class PlainText {
   }
 
  private:
-  // Eight bytes at a time. A word has a zero byte where (word - 0x01..) & ~word & 0x80.. has a bit;
-  // the lowest such bit is exact, the ones above it are not, hence little-endian machines only.
-  static const char* FindOrNul(const char* at, const char* end, char character) {
-    if constexpr (std::endian::native == std::endian::little) {
-      constexpr std::uint64_t kOnes = 0x0101010101010101;
-      constexpr std::uint64_t kHighBits = 0x8080808080808080;
-      const std::uint64_t pattern = kOnes * static_cast<unsigned char>(character);
-      for (; end - at >= 8; at += 8) {
-        std::uint64_t word;
-        std::memcpy(&word, at, sizeof word);
-        const std::uint64_t match = word ^ pattern;
-        const std::uint64_t hits =
-            (((match - kOnes) & ~match) | ((word - kOnes) & ~word)) & kHighBits;
-        if (hits != 0) return at + std::countr_zero(hits) / 8;
-      }
-    }
-    while (at != end && *at != character && *at != '\0') ++at;
-    return at;
-  }
-
   const char* m_bytes;
   s32 m_size;
 };
@@ -108,6 +92,12 @@ class BufferText {
     char current = At(place);
     while (current != character && current != '\0') current = At(++place);
     return current != '\0';
+  }
+
+  /// As PlainText::NameEnd.
+  s32 NameEnd(s32 start) const {
+    while (!EndsName(At(start))) ++start;
+    return start;
   }
 
   /// As PlainText::View, over a copy that is overwritten afterwards, since it may be a secret.
