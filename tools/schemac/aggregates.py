@@ -555,6 +555,9 @@ class ClassWriter:
             fields += [".unlistedTags = kUnlisted", f".unlistedCount = {len(unlisted)}"]
         if children:
             fields += [".childRows = kChildRows", f".childRowCount = {len(children)}"]
+            kinds = [listed[int(position)].kind for position in children]
+            slots = kinds.index("children") if "children" in kinds else len(kinds)
+            fields.append(f".leadingSlots = {slots}")
         if rules:
             fields += [".rules = kRules", f".ruleCount = {len(rules)}"]
         fields.append(f".create = {create}")

@@ -95,20 +95,20 @@ u16 CopyArray(const Row& row, void* to, const void* from) {
   return 1;
 }
 
-u8 CountPresent(const KRDataObj& object, const KRTagID* tags, u8 count) {
+u8 CountPresent(const Presence& presence, const KRTagID* tags, u8 count) {
   u8 present = 0;
   for (u8 i = 0; i < count; ++i) {
-    if (object.ValidateTag(tags[i]) != 0) ++present;
+    if (presence.Has(tags[i])) ++present;
   }
   return present;
 }
 
-bool Holds(const KRDataObj& object, const Rule& rule) {
+bool Holds(const Presence& presence, const Rule& rule) {
   if (rule.condition != RuleCondition::kAlways) {
-    const bool any = CountPresent(object, rule.conditionTags, rule.conditionCount) != 0;
+    const bool any = CountPresent(presence, rule.conditionTags, rule.conditionCount) != 0;
     if (any != (rule.condition == RuleCondition::kWhenAny)) return true;
   }
-  const u8 present = CountPresent(object, rule.tags, rule.count);
+  const u8 present = CountPresent(presence, rule.tags, rule.count);
   switch (rule.kind) {
     case RuleKind::kNone:
       return present == 0;
@@ -126,7 +126,28 @@ bool Holds(const KRDataObj& object, const Rule& rule) {
   return false;
 }
 
+// SetTag, without looking the tag up a second time where the row's place is the bit's.
+void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagID tag) {
+  const auto position = static_cast<u16>(&row - table.rows);
+  if (position < table.valid.count && UsesOwnTable(object, table) &&
+      (table.valid.table[position].versions & object.GetMsgSetVersion()) != 0) {
+    ObjectAccess::SetBitAt(object, position);
+  } else {
+    object.SetTag(tag);
+  }
+}
+
 }  // namespace
+
+Presence::Presence(const KRDataObj& object)
+    : m_object(object), m_version(object.GetMsgSetVersion()) {
+  if (object.GetArrayOfValidTags(m_valid) == 0) m_valid = KRArrayOfTags();
+}
+
+bool Presence::Has(KRTagID tag) const {
+  const int position = FindTagRow(m_valid, tag, m_version);
+  return position >= 0 && position < 96 && ObjectAccess::BitAt(m_object, position);
+}
 
 KRDataObj* CreateElement(CreateChild create) {
   KRDataObjFactory* factory = KRDataObj::GetFactory();
@@ -148,7 +169,7 @@ KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& table,
   if (row == nullptr || row->value == nullptr) return KRParseStatus_Invalid;
   switch (row->value->fromText(object, entry.tagID, row->member(object), text)) {
     case StoreResult::kStored:
-      object.SetTag(entry.tagID);
+      Note(object, table, *row, entry.tagID);
       return KRParseStatus_Accepted;
     case StoreResult::kNoText:
       return KRParseStatus_Accepted;
@@ -201,9 +222,9 @@ KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table, KR
   return KRBuildStatus_Done;
 }
 
-u16 RulesHold(const KRDataObj& object, const AggregateTable& table) {
+u16 RulesHold(const Presence& presence, const AggregateTable& table) {
   for (u8 i = 0; i < table.ruleCount; ++i) {
-    if (!Holds(object, table.rules[i])) return 0;
+    if (!Holds(presence, table.rules[i])) return 0;
   }
   return 1;
 }
@@ -224,6 +245,7 @@ void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version
 }
 
 KRDataObj* ChildAt(const KRDataObj& object, const AggregateTable& table, u16 index) {
+  if (index < table.leadingSlots) return SlotOf(table.rows[table.childRows[index]], object).Get();
   for (u8 i = 0; i < table.childRowCount; ++i) {
     const Row& row = table.rows[table.childRows[i]];
     const void* member = MemberOfConst(row, object);

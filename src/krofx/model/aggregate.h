@@ -106,6 +106,8 @@ struct AggregateTable {
   /// Positions of the rows that bring children, one for each member, in wire order.
   const u8* childRows = nullptr;
   u8 childRowCount = 0;
+  /// How many of childRows, from the first, are slots: their index is the child's.
+  u8 leadingSlots = 0;
   const Rule* rules = nullptr;
   u8 ruleCount = 0;
   /// Makes an object of the class through the factory; null for a class that is only a base.
@@ -139,8 +141,9 @@ KROFX_API KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& t
 /// KRDataObj::Build over a table.
 KROFX_API KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table,
                                   KRBuilder& builder);
+class Presence;
 /// 1 when every rule of the table holds.
-KROFX_API u16 RulesHold(const KRDataObj& object, const AggregateTable& table);
+KROFX_API u16 RulesHold(const Presence& presence, const AggregateTable& table);
 /// Gives the version mask to every child that is held.
 KROFX_API void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version);
 /// KRDataObj::GetChild over a table.
@@ -197,6 +200,20 @@ inline u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag) {
 inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {
   return stored == 0 ? static_cast<u16>(0) : object.SetTag(child->GetType());
 }
+
+/// What is present in an object, for code that asks of many tags at once: the virtual questions
+/// behind ValidateTag are asked once.
+class Presence {
+ public:
+  explicit Presence(const KRDataObj& object);
+  /// As KRDataObj::ValidateTag.
+  bool Has(KRTagID tag) const;
+
+ private:
+  const KRDataObj& m_object;
+  KRArrayOfTags m_valid;
+  u16 m_version;
+};
 
 /// The table of an object, for code that walks objects without knowing their class.
 struct ObjectAccess {

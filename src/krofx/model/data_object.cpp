@@ -221,19 +221,19 @@ u16 KRDataObj::ValidateTag(KRTagID tag) const {
 }
 
 u16 KRDataObj::AllRequiredPresent() {
+  const krofx::internal::Presence presence(*this);
+  const u16 version = GetMsgSetVersion();
   KRArrayOfTags required;
   if (GetArrayOfRequiredTags(required) != 0) {
+    // A class with required rows cannot be complete while its version is unknown.
+    if (version == 0 && required.count != 0) return 0;
     for (u16 row = 0; row < required.count; ++row) {
-      if ((required.table[row].versions & GetMsgSetVersion()) == 0) {
-        // A class with required rows cannot be complete while its version is unknown.
-        if (GetMsgSetVersion() == 0) return 0;
-        continue;
-      }
-      if (ValidateTag(required.table[row].tag) == 0) return 0;
+      const KRTagTableEntry& entry = required.table[row];
+      if ((entry.versions & version) != 0 && !presence.Has(entry.tag)) return 0;
     }
   }
   const AggregateTable* table = GetTable();
-  return table == nullptr ? 1 : krofx::internal::RulesHold(*this, *table);
+  return table == nullptr ? 1 : krofx::internal::RulesHold(presence, *table);
 }
 
 KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {

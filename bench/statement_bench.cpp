@@ -1,0 +1,87 @@
+// How long a statement takes: reading it into typed objects, writing it again, and, beside that,
+// what a fast XML reader needs to build its untyped tree of the same statement.
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <memory>
+#include <pugixml.hpp>
+
+#include "krofx/aggregates.h"
+#include "krofx/build/builder.h"
+#include "krofx/core/buffer.h"
+#include "krofx/parse/simple_parser.h"
+#include "statement_text.h"
+
+namespace {
+
+constexpr int kTransactions = 20000;
+
+const std::string& Ofx() {
+  static const std::string text = bench::OfxStatement(kTransactions);
+  return text;
+}
+
+const std::string& Xml() {
+  static const std::string text = bench::XmlStatement(kTransactions);
+  return text;
+}
+
+void Fill(KRBuffer& buffer, const std::string& text) {
+  buffer.WriteLarge(text.data(), static_cast<u32>(text.size()));
+}
+
+void SetRates(benchmark::State& state, const std::string& text) {
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+  state.counters["transactions/s"] = benchmark::Counter(
+      static_cast<double>(state.iterations()) * kTransactions, benchmark::Counter::kIsRate);
+}
+
+// Text in memory to a tree of typed objects, and the tree's end.
+void ParseTyped(benchmark::State& state) {
+  KRBuffer buffer(static_cast<u32>(Ofx().size() + 1), 0);
+  Fill(buffer, Ofx());
+  for (auto _ : state) {
+    KRFileRs file;
+    KRSimpleParser parser;
+    const KRParseStatus status = parser.Parse(&buffer, &file, 1);
+    if (status != KRParseStatus_Accepted) state.SkipWithError("the statement was not accepted");
+    benchmark::DoNotOptimize(file);
+  }
+  SetRates(state, Ofx());
+}
+BENCHMARK(ParseTyped)->Unit(benchmark::kMillisecond);
+
+// The same work by pugixml: text in memory to its tree, and the tree's end.
+void ParseXml(benchmark::State& state) {
+  for (auto _ : state) {
+    pugi::xml_document document;
+    const pugi::xml_parse_result result = document.load_buffer(Xml().data(), Xml().size());
+    if (!result) state.SkipWithError("the XML was not accepted");
+    benchmark::DoNotOptimize(document);
+  }
+  SetRates(state, Xml());
+}
+BENCHMARK(ParseXml)->Unit(benchmark::kMillisecond);
+
+void BuildText(benchmark::State& state) {
+  KRBuffer buffer(static_cast<u32>(Ofx().size() + 1), 0);
+  Fill(buffer, Ofx());
+  KRFileRs file;
+  KRSimpleParser parser;
+  parser.Parse(&buffer, &file, 0);
+  for (auto _ : state) {
+    KRBuffer out(static_cast<u32>(Ofx().size() + 1), 0);
+    KRBuilder builder;
+    if (builder.Build(&out, &file, KRBuildStringOpt_Strict, 0) != KRBuildStatus_Done) {
+      state.SkipWithError("the statement was not written");
+    }
+    benchmark::DoNotOptimize(out.GetBufferPtr());
+  }
+  SetRates(state, Ofx());
+}
+BENCHMARK(BuildText)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+BENCHMARK_MAIN();
