@@ -1,0 +1,45 @@
+// The one include of a host: everything that krofx promises, and nothing else.
+//
+// What this file reaches is what `cmake --install` lays down; a header that it does not reach is
+// the library's own affair.
+
+#ifndef KROFX_KROFX_H_
+#define KROFX_KROFX_H_
+
+// Texts, arrays, buffers, tags, threads, warnings.
+#include "krofx/core/array.h"
+#include "krofx/core/buffer.h"
+#include "krofx/core/collection.h"
+#include "krofx/core/fixed_strings.h"
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/status.h"
+#include "krofx/core/string.h"
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/thread.h"
+#include "krofx/core/types.h"
+
+// Amounts, dates, keywords.
+#include "krofx/values/data_conversion.h"
+#include "krofx/values/date_time.h"
+#include "krofx/values/keywords.h"
+#include "krofx/values/language.h"
+#include "krofx/values/precision_integer.h"
+#include "krofx/values/utility.h"
+
+// What every aggregate is, and where new ones come from.
+#include "krofx/model/data_object.h"
+#include "krofx/model/factory.h"
+#include "krofx/model/parser.h"
+#include "krofx/model/value_arrays.h"
+
+// Reading and writing.
+#include "krofx/build/builder.h"
+#include "krofx/parse/engine.h"
+#include "krofx/parse/simple_parser.h"
+
+// Files, message sets, and every aggregate.
+#include "krofx/aggregates.h"
+#include "krofx/version.h"
+
+#endif  // KROFX_KROFX_H_
