@@ -398,7 +398,8 @@ class ClassWriter:
         return "KRDynamicArrayDataObj"
 
     def own_members(self):
-        """(type, name, initialiser) of the members that this class declares, in order."""
+        """(type, name, initialiser) of the members that this class declares: children first, so that
+        a walk over a tree finds them beside the object's own state, then the values in row order."""
         result = []
         for shared in self.cls.shared:
             if shared.kind == "slot":
@@ -427,7 +428,8 @@ class ClassWriter:
                 else:
                     initial = ""
                 result.append((cpp, name, initial))
-        return result
+        slot = "krofx::internal::ChildSlot"
+        return sorted(result, key=lambda own: own[0] != slot)
 
     def row_text(self, row):
         if row.kind == "listed":
@@ -525,7 +527,7 @@ class ClassWriter:
                     children.append(str(position))
         if children:
             text += self.array("static constexpr u8 kChildRows[]", children)
-        rules = self.schemas.table_rules(cls)
+        rules, rules_only = self.schemas.table_rules(cls)
         items = []
         for number, rule in enumerate(rules):
             names = [enumerator(t) for t in rule.tags]
@@ -537,7 +539,7 @@ class ClassWriter:
                 condition, count = f"kWhen{number}", len(names)
             items.append(
                 f"{{RuleKind::{rule.kind}, RuleCondition::{rule.condition}, {condition}, {count}, "
-                f"kRule{number}, {len(rule.tags)}}}"
+                f"kRule{number}, {len(rule.tags)}{', true' if rule.reported else ''}}}"
             )
         if rules:
             text += self.array("static constexpr Rule kRules[]", items)
@@ -560,6 +562,8 @@ class ClassWriter:
             fields.append(f".leadingSlots = {slots}")
         if rules:
             fields += [".rules = kRules", f".ruleCount = {len(rules)}"]
+        if rules_only:
+            fields.append(".rulesOnly = true")
         fields.append(f".create = {create}")
         text += "  static constexpr AggregateTable kTable = {\n"
         text += "".join(f"      {field},\n" for field in fields) + "  };\n"
