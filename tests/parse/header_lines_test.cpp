@@ -125,6 +125,11 @@ TEST_P(HeaderLines, CarriageReturnsEndLinesInATextWithoutLineFeeds) {
             (Lines{"3 DATA=1", "4 VERSION=102", "none 20"}));
 }
 
+TEST_P(HeaderLines, BlankLineIsPassedOnlyWhileAColonFollows) {
+  EXPECT_EQ(Block("DATA:1\n\n<OFX>"), (Lines{"3 DATA=1", "none 7"}));
+  EXPECT_EQ(Block("DATA:1\n\n<OFX>a:b"), (Lines{"3 DATA=1", "none 8"}));
+}
+
 TEST_P(HeaderLines, LineWithoutEndIsNone) {
   EXPECT_EQ(Block("DATA:1"), Lines{"none 0"});
   EXPECT_EQ(Block("nothing here\n"), Lines{"none 0"}) << "no colon in the whole text";

@@ -11,7 +11,7 @@ class ItemScanner : public EngineTest {
  protected:
   // Reads the item at a position and tells it as "type start+length end".
   std::string Item(std::string_view text, s32 position = 0, u16 contentOnly = 0) {
-    KRTagItemInfo item;
+    KRParseEngine::KRTagItemInfo item;
     item.end = position;
     const u16 found = EngineProbe::GetOneItemFromKRBuffer(Buffer(text), item, contentOnly);
     std::string line = std::to_string(item.type) + " " + std::to_string(item.start) + "+" +
@@ -20,7 +20,7 @@ class ItemScanner : public EngineTest {
   }
   bool IsComment(std::string_view text) {
     KRBuffer& buffer = Buffer(text);
-    KRTagItemInfo item;
+    KRParseEngine::KRTagItemInfo item;
     EngineProbe::GetOneItemFromKRBuffer(buffer, item, 0);
     return EngineProbe::IsCommentTag(buffer, item) != 0;
   }
@@ -186,7 +186,7 @@ TEST_P(ItemScanner, LengthOfOneItemFitsAString) {
 
 TEST_P(ItemScanner, PassesOverComments) {
   KRBuffer& buffer = Buffer("<!-- 1 --> <!-- 2 --><A>");
-  KRTagItemInfo item;
+  KRParseEngine::KRTagItemInfo item;
   EXPECT_EQ(EngineProbe::GetKRTagInternal(buffer, item), 1);
   EXPECT_EQ(item.type, KrTagItemType_StartTag);
   EXPECT_EQ(item.start, 22);

@@ -17,6 +17,7 @@ using krofx::internal::CompareNames;
 using krofx::internal::ExpandMacros;
 using krofx::internal::IsComment;
 using krofx::internal::IsWhite;
+using krofx::internal::KRTagItemInfo;
 using krofx::internal::LogWarning;
 using krofx::internal::ReadItem;
 using krofx::internal::ReadTagItem;

@@ -229,7 +229,4 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   krofx::internal::SearchMemory m_searches;
 };
 
-/// Another name for the engine's items, as its scanners use them.
-using KRTagItemInfo = KRParseEngine::KRTagItemInfo;
-
 #endif  // KROFX_PARSE_ENGINE_H_

@@ -24,6 +24,8 @@
 
 namespace krofx::internal {
 
+using KRTagItemInfo = KRParseEngine::KRTagItemInfo;
+
 /// The first position from `position` that holds no white space.
 template <class Text>
 s32 SkipWhite(const Text& text, s32 position) {

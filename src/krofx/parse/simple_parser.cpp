@@ -9,6 +9,7 @@
 #include "krofx/core/thread.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/file_headers.h"
+#include "krofx/parse/parse_run.h"
 #include "krofx/values/utility.h"
 
 using krofx::internal::IsSecret;
@@ -25,35 +26,6 @@ namespace {
 constexpr KRParseStatus kGoOn = KRParseStatus_Accepted;
 
 }  // namespace
-
-// While it lives the parser reads from an engine, and its observer hears of the thread's warnings.
-class KRSimpleParser::Run final : private krofx::internal::WarningListener {
- public:
-  Run(KRSimpleParser& parser, KRParseLogger& log, const KRParseEngine& engine)
-      : m_parser(parser), m_log(log), m_outerEngine(parser.m_runningEngine) {
-    parser.m_runningEngine = &engine;
-    m_outerListener = log.SetListener(parser.m_observer == nullptr ? nullptr : this);
-  }
-  Run(const Run&) = delete;
-  Run& operator=(const Run&) = delete;
-  ~Run() {
-    m_log.SetListener(m_outerListener);
-    m_parser.m_runningEngine = m_outerEngine;
-  }
-
-  // What is logged from here on has no place in the text.
-  void LeaveText() { m_parser.m_runningEngine = nullptr; }
-
- private:
-  void OnStored(const KRParseException& warning) override {
-    m_parser.m_observer->OnWarning(warning, m_parser.GetCurrentOffset());
-  }
-
-  KRSimpleParser& m_parser;
-  KRParseLogger& m_log;
-  const KRParseEngine* m_outerEngine;
-  krofx::internal::WarningListener* m_outerListener;
-};
 
 KRSimpleParser::KRSimpleParser() = default;
 
@@ -81,19 +53,24 @@ s32 KRSimpleParser::GetCurrentOffset() const {
   return m_runningEngine == nullptr ? -1 : m_runningEngine->GetItemPosition();
 }
 
-KRParseStatus KRSimpleParser::Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired) {
+KRParseLogger* KRSimpleParser::Open(KRBuffer* buffer, KRDataObj* root) {
   m_objectWithError = nullptr;
   KRParseLogger* log = KRParseLogger::TheKRParseLogger();
   if (buffer == nullptr || root == nullptr || log == nullptr) {
     m_objectWithError = root;
-    return KRParseStatus_Fatal;
+    return nullptr;
   }
   SetRoot(root);
   KRSetFireAlarm(KRFireAlarm_None);
   log->DeleteAll();
   log->SetBuffer(buffer);
   log->SetParser(this);
+  return log;
+}
 
+KRParseStatus KRSimpleParser::Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired) {
+  KRParseLogger* log = Open(buffer, root);
+  if (log == nullptr) return KRParseStatus_Fatal;
   std::optional<KRParseEngine> ownEngine;
   KRParseEngine& engine = m_engine != nullptr ? *m_engine : ownEngine.emplace(*buffer);
   Run run(*this, *log, engine);

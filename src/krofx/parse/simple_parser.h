@@ -17,8 +17,9 @@ class KRBuffer;
 class KRParseEngine;
 struct KRTagDictionaryEntry;
 
-/// Hears of each warning of a parse at the moment when it is logged, with its place in the text. A
-/// warning itself only records the buffer's cursor, which a parse does not move.
+/// Hears of each warning of a parse when it is stored in the log, with its place in the text, which
+/// the record itself lacks: that holds only the buffer's cursor, which a parse does not move. With
+/// logging disabled, or a log that is full (65535 records), nothing is heard.
 class KROFX_API KRWarningObserver {
  public:
   /// Called on the parsing thread. Must not start a parse or change the log.
@@ -73,12 +74,16 @@ class KROFX_API KRSimpleParser : public KRParser {
   s32 GetCurrentOffset() const;
 
  protected:
+  class Run;
+
+  /// What every parse begins with: makes `root` current, empties the thread's log, lowers its
+  /// alarm.
+  /// @return the thread's log; null for a null argument or a thread that is not attached.
+  KRParseLogger* Open(KRBuffer* buffer, KRDataObj* root);
   /// The engine that SetParseEngine gave, or null.
   KRParseEngine* GetParseEngine() const { return m_engine; }
 
  private:
-  class Run;
-
   KRParseStatus ReadHeaders(KRParseEngine& engine, KRDataObj& root);
   KRParseStatus ReadTags(KRParseEngine& engine);
   KRParseStatus TakeStart(const KRTagDictionaryEntry& entry, KRParseEngine& engine);

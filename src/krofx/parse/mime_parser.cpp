@@ -1,0 +1,118 @@
+// The walk over the parts of a multipart text. It is the one place of this layer that knows the
+// files above it, since files are what it makes.
+
+#include "krofx/parse/mime_parser.h"
+
+#include <optional>
+
+#include "krofx/core/thread.h"
+#include "krofx/envelope/file.h"
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/model/factory.h"
+#include "krofx/parse/engine.h"
+#include "krofx/parse/parse_run.h"
+
+namespace {
+
+bool IsContentType(const KRString& name) { return name.strcmpi("content-type") != 0; }
+
+// Makes the file that a part of this type calls for; null with the fire alarm raised when it
+// cannot.
+KRFile* NewSubfile(KRMIMEType type) {
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  KRFile* subfile = nullptr;
+  if (factory != nullptr) {
+    subfile = type == KRMIMEType_OFXResponse  ? factory->NewFileRs(0)
+              : type == KRMIMEType_OFXRequest ? factory->NewFileRq(0)
+                                              : factory->NewFile(0);
+  }
+  if (subfile == nullptr) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  return subfile;
+}
+
+}  // namespace
+
+KRParseStatus KRMIMEParser::Parse(KRBuffer* buffer, KRFile* file, u16 /*checkRequired*/) {
+  KRParseLogger* log = Open(buffer, file);
+  if (log == nullptr) return KRParseStatus_Fatal;
+
+  std::optional<KRParseEngine> ownEngine;
+  KRParseEngine& engine =
+      GetParseEngine() != nullptr ? *GetParseEngine() : ownEngine.emplace(*buffer);
+  Run run(*this, *log, engine);
+
+  KRHeaderTag tag = KRHeaderTag_None;
+  KRString value;
+  KRString name;
+  KRString boundary;
+  bool multipart = false;
+  if (engine.GetHeader(tag, value, &name) != 0) {
+    file->HandleHeader(tag, value, &name);
+    if (IsContentType(name) && engine.GetMIMEBoundary(value, boundary) != 0) {
+      if (file->SetBoundary(boundary) == 0) return KRParseStatus_Invalid;
+      multipart = true;
+    }
+  }
+
+  for (;;) {
+    const KRBoundStatus bound = engine.FindMIMEBoundary(boundary);
+    if (bound == KRBoundStatus_None) return KRParseStatus_Invalid;
+    if (bound == KRBoundStatus_Closing) return KRParseStatus_Accepted;
+    const KRParseStatus status = ReadPart(engine, buffer, *file, boundary, multipart);
+    if (status != KRParseStatus_Accepted) return status;
+  }
+}
+
+KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KRFile& file,
+                                     const KRString& boundary, bool multipart) {
+  KRHeaderTag tag = KRHeaderTag_None;
+  KRString value;
+  KRString name;
+  const bool hasHeader = engine.GetHeader(tag, value, &name) != 0;
+  if (hasHeader && !IsContentType(name)) {
+    file.HandleHeader(tag, value, &name);
+    return KRParseStatus_Accepted;
+  }
+  KRFile* subfile = NewSubfile(hasHeader ? engine.GetFileType(&value) : KRMIMEType_Other);
+  if (subfile == nullptr) return KRParseStatus_Fatal;
+  if (hasHeader) {
+    subfile->HandleHeader(tag, value, &name);
+  } else {
+    // Without a name nothing is stored: the part is simply a plain file.
+    subfile->HandleHeader(KRHeaderTag_None, "text/plain", nullptr);
+  }
+  subfile->SetParent(&file);
+  if (file.AppendSubfile(subfile) == 0) {
+    delete subfile;
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return KRParseStatus_Fatal;
+  }
+
+  const KRTagID type = subfile->GetType();
+  if (type != KRTag_OFXFILERQ && type != KRTag_OFXFILERS) {
+    return ReadPlain(engine, *subfile, boundary);
+  }
+  KRParseEngine* ownEngine = GetParseEngine();
+  const s16 depth = GetDepth();
+  SetParseEngine(&engine);
+  const KRParseStatus status = KRSimpleParser::Parse(buffer, subfile, 1);
+  SetParseEngine(ownEngine);
+  if (!multipart || status != KRParseStatus_Fatal) return status;
+  // A part that failed does not spoil the others, nor do the aggregates that it left open.
+  while (GetDepth() > depth) PopObject();
+  return KRParseStatus_Accepted;
+}
+
+KRParseStatus KRMIMEParser::ReadPlain(KRParseEngine& engine, KRFile& subfile,
+                                      const KRString& boundary) {
+  const bool alarmBefore = KRGetFireAlarm() != KRFireAlarm_None;
+  KRHeaderTag tag = KRHeaderTag_None;
+  KRString value;
+  KRString name;
+  while (engine.GetHeader(tag, value, &name) != 0) subfile.HandleHeader(tag, value, &name);
+  KRString body;
+  if (engine.GetMIMEBody(boundary, body) != 0) subfile.SetMIMEBody(body);
+  // A body or header that there was no memory for must not go missing silently.
+  return !alarmBefore && KRGetFireAlarm() != KRFireAlarm_None ? KRParseStatus_Fatal
+                                                              : KRParseStatus_Accepted;
+}

@@ -1,0 +1,43 @@
+// The parser of multipart text: a file with a subfile for each part.
+//
+// It splits the text at its boundaries. A part that holds OFX goes through the object-tree parser,
+// over the same engine; the text of any other part becomes the body of a plain file. So attachments
+// and OFX come out of one text.
+
+#ifndef KROFX_PARSE_MIME_PARSER_H_
+#define KROFX_PARSE_MIME_PARSER_H_
+
+#include "krofx/core/export.h"
+#include "krofx/core/status.h"
+#include "krofx/core/types.h"
+#include "krofx/parse/simple_parser.h"
+
+class KRFile;
+class KRString;
+
+/// Parses a MIME entity into a file with subfiles.
+class KROFX_API KRMIMEParser : public KRSimpleParser {
+ public:
+  using KRSimpleParser::Parse;
+
+  /// Reads a MIME entity. The first header line must be the content type with the boundary; the
+  /// parts follow, each with its headers. A subfile comes from the factory: a KRFileRs or KRFileRq
+  /// for a part of OFX, else a KRFile with a body. Its class tells which (GetType).
+  ///
+  /// OFX parts are always checked for missing tags. Each empties the thread's log, so only the last
+  /// one's warnings remain, and its object with error. A part with status 3 is passed over; any
+  /// other status but 0, warnings (7) included, ends the parse, and the parts behind stay unread.
+  ///
+  /// @param file takes headers, boundary and subfiles, whatever the status. Stays the caller's.
+  /// @param checkRequired is not looked at.
+  /// @return 0 at the closing boundary; 4 when there is none, or no boundary at all; 3 exhausted
+  ///         memory, a null argument or a thread that is not attached; or what a part gave.
+  virtual KRParseStatus Parse(KRBuffer* buffer, KRFile* file, u16 checkRequired);
+
+ private:
+  KRParseStatus ReadPart(KRParseEngine& engine, KRBuffer* buffer, KRFile& file,
+                         const KRString& boundary, bool multipart);
+  KRParseStatus ReadPlain(KRParseEngine& engine, KRFile& subfile, const KRString& boundary);
+};
+
+#endif  // KROFX_PARSE_MIME_PARSER_H_
