@@ -1,0 +1,42 @@
+# The Debian packages that krofx needs, in one place. Sourced by demo.sh and test.sh.
+# shellcheck shell=bash
+
+# To build the library, the command and the examples.
+build_packages=(cmake g++ libcli11-dev ninja-build nlohmann-json3-dev python3)
+# To run the tests as well.
+test_packages=("${build_packages[@]}" binutils clang-format libgtest-dev pkg-config)
+# For benchmarks, fuzzing, coverage and clang-tidy; no script asks for them all.
+# shellcheck disable=SC2034
+work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
+
+# Installs those of the named packages that are missing, and says which.
+install_missing() {
+  local package missing=()
+  if ! command -v dpkg-query >/dev/null; then
+    echo "This is no Debian system: make sure that there are $*" >&2
+    return
+  fi
+  for package; do
+    if [ "$(dpkg-query -W -f='${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+      missing+=("$package")
+    fi
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  if [ "$(id -u)" != 0 ]; then
+    echo "Missing packages, and only root can install them: apt-get install ${missing[*]}" >&2
+    return 1
+  fi
+  echo "Installing ${missing[*]}"
+  quietly apt-get update
+  DEBIAN_FRONTEND=noninteractive quietly apt-get install --yes --no-install-recommends \
+    "${missing[@]}"
+}
+
+# Runs a command and shows what it printed only when it failed.
+quietly() {
+  local output status
+  output=$("$@" 2>&1) && return
+  status=$?
+  printf '%s\n' "$output" "Failed: $*" >&2
+  return $status
+}

@@ -1,0 +1,40 @@
+#!/bin/sh
+# Tells what is missing from an installation, and what should not be in it.
+#
+#   check_layout.sh PREFIX LIBDIR VERSION WITH_COMMAND
+set -eu
+prefix=$1 lib=$1/$2 version=$3 with_command=$4
+failed=0
+
+complain() {
+  echo "$1" >&2
+  failed=1
+}
+
+wanted="include/krofx/krofx.h include/krofx/aggregates.h include/krofx/version.h
+  $2/libkrofx.a $2/libkrofx.so $2/libkrofx.so.$version $2/pkgconfig/krofx.pc
+  $2/cmake/krofx/krofxConfig.cmake $2/cmake/krofx/krofxConfigVersion.cmake
+  share/doc/krofx/README.md share/doc/krofx/LICENSE"
+if [ "$with_command" = 1 ]; then
+  wanted="$wanted bin/krofx share/man/man1/krofx.1"
+fi
+for file in $wanted; do
+  [ -e "$prefix/$file" ] || complain "not installed: $file"
+done
+
+# The name that programs are linked to is the one of the major version.
+objdump -p "$lib/libkrofx.so" | grep -q "SONAME *libkrofx.so.${version%%.*}\$" ||
+  complain "the soname of libkrofx.so is not that of version $version"
+
+# Every symbol of our own that is exported has a name of ours in it. What is weak or unique comes
+# from templates that all C++ libraries share.
+strangers=$(nm -DC --defined-only "$lib/libkrofx.so" | awk '$2 ~ /^[TDBR]$/' |
+  grep -vE 'KR|krofx::|TagDictionary|SearchDictionary' || true)
+[ -z "$strangers" ] || complain "exported without a name of ours:
+$strangers"
+
+# A header that only the library itself uses is not laid down.
+for file in model/factory_make.h model/value_kinds.h values/digits.h; do
+  [ ! -e "$prefix/include/krofx/$file" ] || complain "installed, but not public: $file"
+done
+exit $failed
