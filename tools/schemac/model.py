@@ -35,8 +35,10 @@ with the same tag and type reads into the ancestor's member. A block without row
 Other lines of a block:
     slot NAME CLASS            one child that several rows may fill
     array NAME CLASS [grow N]  one array that several rows fill
-    rule [when TAG... :|unless TAG... :] WORD TAG...
-                               none, at_most_one, exactly_one, at_least_one, all, exclusive_or
+    rule [when TAG... :|unless TAG... :] WORD TAG... [reported]
+                               none, at_most_one, exactly_one, at_least_one, all, exclusive_or;
+                               reported: named among the missing required tags when it fails
+    rules_only                 completeness is a matter of the rules; required rows do not count
     typed_array                declares KRDynamicArrayCLASS, the array that rows of this class live in
     version N                  the version that the constructor sets
     override NAME...           virtual operations of KRDataObj that a .cpp beside the schema defines
@@ -104,6 +106,7 @@ class Rule:
     tags: list
     condition: str = "kAlways"
     condition_tags: list = field(default_factory=list)
+    reported: bool = False
 
 
 @dataclass
@@ -126,6 +129,7 @@ class Class:
     version: int = 0
     header: str = ""  # of a hand-written class
     typed_array: bool = False
+    rules_only: bool = False
 
     @property
     def bare(self):
@@ -238,6 +242,8 @@ class Schemas:
             current.includes.append(words[1])
         elif word == "typed_array":
             current.typed_array = True
+        elif word == "rules_only":
+            current.rules_only = True
         else:
             current.rows.append(self._row(words))
 
@@ -248,8 +254,9 @@ class Schemas:
             colon = words.index(":")
             condition_tags = [self._tag(w) for w in words[1:colon]]
             words = words[colon + 1 :]
-        rule_tags = [self._tag(w) for w in words[1:]]
-        return Rule(RULES[words[0]], rule_tags, condition, condition_tags)
+        reported = words[-1] == "reported"
+        rule_tags = [self._tag(w) for w in (words[1:-1] if reported else words[1:])]
+        return Rule(RULES[words[0]], rule_tags, condition, condition_tags, reported)
 
     def _row(self, words):
         words = list(words)
@@ -337,12 +344,11 @@ class Schemas:
         return []
 
     def table_rules(self, cls):
+        """The rules of the class's table, and whether they alone tell if an object is complete."""
         for candidate in (cls, *self.ancestors(cls)):
-            if candidate.rules:
-                return candidate.rules
-            if candidate.rows:
-                return []
-        return []
+            if candidate.rules or candidate.rows:
+                return candidate.rules, candidate.rules_only
+        return [], False
 
     def shared_of(self, cls, name):
         for candidate in (cls, *self.ancestors(cls)):

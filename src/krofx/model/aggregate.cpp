@@ -229,6 +229,14 @@ u16 RulesHold(const Presence& presence, const AggregateTable& table) {
   return 1;
 }
 
+KRTagID MissingTagOf(const Presence& presence, const Rule& rule) {
+  if (!rule.reported || Holds(presence, rule)) return KRTag_None;
+  for (u8 i = 0; i < rule.count; ++i) {
+    if (!presence.Has(rule.tags[i])) return rule.tags[i];
+  }
+  return rule.tags[0];
+}
+
 void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version) {
   ForEachChildMember(object, table, [version](const Row& row, void* member) {
     if (!IsArray(row)) {

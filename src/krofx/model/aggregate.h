@@ -91,6 +91,8 @@ struct Rule {
   u8 conditionCount;
   const KRTagID* tags;
   u8 count;
+  /// A failing rule is named among the missing required tags.
+  bool reported = false;
 };
 
 /// The whole of one aggregate. Constant data, one for each class.
@@ -110,6 +112,8 @@ struct AggregateTable {
   u8 leadingSlots = 0;
   const Rule* rules = nullptr;
   u8 ruleCount = 0;
+  /// Completeness is a matter of the rules alone: the required table is not consulted.
+  bool rulesOnly = false;
   /// Makes an object of the class through the factory; null for a class that is only a base.
   CreateChild create = nullptr;
 };
@@ -144,6 +148,10 @@ KROFX_API KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable&
 class Presence;
 /// 1 when every rule of the table holds.
 KROFX_API u16 RulesHold(const Presence& presence, const AggregateTable& table);
+/// The tag that stands for a failing rule among the missing tags: the first of its list that is
+/// absent; the first of its list when all are there, one too many.
+/// @return 0 when the rule holds or is not reported.
+KROFX_API KRTagID MissingTagOf(const Presence& presence, const Rule& rule);
 /// Gives the version mask to every child that is held.
 KROFX_API void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version);
 /// KRDataObj::GetChild over a table.

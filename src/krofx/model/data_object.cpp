@@ -223,8 +223,9 @@ u16 KRDataObj::ValidateTag(KRTagID tag) const {
 u16 KRDataObj::AllRequiredPresent() {
   const krofx::internal::Presence presence(*this);
   const u16 version = GetMsgSetVersion();
+  const AggregateTable* table = GetTable();
   KRArrayOfTags required;
-  if (GetArrayOfRequiredTags(required) != 0) {
+  if ((table == nullptr || !table->rulesOnly) && GetArrayOfRequiredTags(required) != 0) {
     // A class with required rows cannot be complete while its version is unknown.
     if (version == 0 && required.count != 0) return 0;
     for (u16 row = 0; row < required.count; ++row) {
@@ -232,18 +233,27 @@ u16 KRDataObj::AllRequiredPresent() {
       if ((entry.versions & version) != 0 && !presence.Has(entry.tag)) return 0;
     }
   }
-  const AggregateTable* table = GetTable();
   return table == nullptr ? 1 : krofx::internal::RulesHold(presence, *table);
 }
 
 KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
-  KRArrayOfTags required;
-  if (GetArrayOfRequiredTags(required) == 0) return KRTag_None;
   bool behind = after == KRTag_None;
-  for (u16 row = 0; row < required.count; ++row) {
-    if ((required.table[row].versions & GetMsgSetVersion()) == 0) continue;
-    const KRTagID tag = required.table[row].tag;
-    if (ValidateTag(tag) != 0) continue;
+  const AggregateTable* table = GetTable();
+  KRArrayOfTags required;
+  if ((table == nullptr || !table->rulesOnly) && GetArrayOfRequiredTags(required) != 0) {
+    for (u16 row = 0; row < required.count; ++row) {
+      if ((required.table[row].versions & GetMsgSetVersion()) == 0) continue;
+      const KRTagID tag = required.table[row].tag;
+      if (ValidateTag(tag) != 0) continue;
+      if (behind) return tag;
+      behind = tag == after;
+    }
+  }
+  if (table == nullptr || table->ruleCount == 0) return KRTag_None;
+  const krofx::internal::Presence presence(*this);
+  for (u8 rule = 0; rule < table->ruleCount; ++rule) {
+    const KRTagID tag = krofx::internal::MissingTagOf(presence, table->rules[rule]);
+    if (tag == KRTag_None) continue;
     if (behind) return tag;
     behind = tag == after;
   }
