@@ -633,12 +633,13 @@ class ClassWriter:
             )
             self.header += fill("@return 1; 0 for null, no factory or no memory.")
             self.header += f"  u16 DeepCopyFrom({cls.name}* source);\n"
-            self.define(
-                "u16",
-                "DeepCopyFrom",
-                [f"{cls.name}* source"],
-                "return CopyAggregate(*this, source);",
-            )
+            if "DeepCopyFrom" not in cls.overrides:
+                self.define(
+                    "u16",
+                    "DeepCopyFrom",
+                    [f"{cls.name}* source"],
+                    "return CopyAggregate(*this, source);",
+                )
         signatures = {
             "AllRequiredPresent": "u16 AllRequiredPresent() override;",
             "GetFirstMissingRequiredTag": (
@@ -662,7 +663,9 @@ class ClassWriter:
         if cls.overrides:
             self.header += "\n"
             for name in cls.overrides:
-                self.header += f"  {signatures[name]}\n"
+                # Only a payload's copy is virtual; that of any other class is declared above.
+                if name != "DeepCopyFrom" or payload:
+                    self.header += f"  {signatures[name]}\n"
         if cls.declarations:
             self.header += "\n" + "\n".join(f"  {line}".rstrip() for line in cls.declarations) + "\n"
 

@@ -4,6 +4,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
+#include "krofx/envelope/multi_trans.h"
 #include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
 
@@ -20,7 +21,9 @@ struct Direction<Side::kRequest> {
   static constexpr KRTagID kSignOn = KRTag_SONRQ;
   static constexpr KRTagID kProfile = KRTag_PROFTRNRQ;
   static constexpr KRTagID kSecurities = KRTag_SECLISTTRNRQ;
-  static KRTransRq* Trans(KRDataObjFactory& factory) { return factory.NewTransRq(0); }
+  static KRTransRq* Trans(KRDataObjFactory& factory, KRTagID tag) {
+    return tag == KRTag_MULTIINTERTRNRQ ? factory.NewMultiTransRq(0) : factory.NewTransRq(0);
+  }
   static KRSyncRq* Sync(KRDataObjFactory& factory) { return factory.NewSyncRq(0); }
   static KRSignOnRq* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRq(0); }
 };
@@ -30,7 +33,9 @@ struct Direction<Side::kResponse> {
   static constexpr KRTagID kSignOn = KRTag_SONRS;
   static constexpr KRTagID kProfile = KRTag_PROFTRNRS;
   static constexpr KRTagID kSecurities = KRTag_SECLIST;
-  static KRTransRs* Trans(KRDataObjFactory& factory) { return factory.NewTransRs(0); }
+  static KRTransRs* Trans(KRDataObjFactory& factory, KRTagID tag) {
+    return tag == KRTag_MULTIINTERTRNRS ? factory.NewMultiTransRs(0) : factory.NewTransRs(0);
+  }
   static KRSyncRs* Sync(KRDataObjFactory& factory) { return factory.NewSyncRs(0); }
   static KRSignOnRs* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRs(0); }
 };
@@ -86,7 +91,7 @@ KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSignOn(KRTagID tag) {
 
 template <class Trans, class Sync, class SignOn, Side kSide>
 KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushTranObject(KRTagID tag) {
-  return StoreAndPush(*this, m_transactions, tag, Direction<kSide>::Trans(*GetFactory()));
+  return StoreAndPush(*this, m_transactions, tag, Direction<kSide>::Trans(*GetFactory(), tag));
 }
 
 template <class Trans, class Sync, class SignOn, Side kSide>
@@ -165,18 +170,13 @@ u16 MessageSet<Trans, Sync, SignOn, kSide>::GetNumberOfChildren() const {
 namespace {
 
 // Makes `array` hold deep copies of the elements of `source`.
-template <class Element, class Create>
-u16 CopyElements(KRDynamicArrayDataObj& array, const KRDynamicArrayDataObj& source, Create create) {
+u16 CopyElements(KRDynamicArrayDataObj& array, const KRDynamicArrayDataObj& source) {
   array.DeleteAll();
   for (u16 index = 0; index < source.Entries(); ++index) {
-    auto* element = static_cast<Element*>(source.Get(index));
-    if (element == nullptr) continue;
-    Element* copy = create();
-    if (copy == nullptr) OutOfMemory();
-    if (copy == nullptr || copy->DeepCopyFrom(element) == 0 || array.Set(index, copy) == 0) {
-      delete copy;
-      return 0;
-    }
+    if (source.Get(index) == nullptr) continue;
+    ChildSlot copy;
+    if (CopyChild(copy, source.Get(index)) == 0 || array.Set(index, copy.Get()) == 0) return 0;
+    copy.Release();
   }
   return 1;
 }
@@ -187,13 +187,8 @@ template <class Trans, class Sync, class SignOn, Side kSide>
 u16 MessageSet<Trans, Sync, SignOn, kSide>::CopySetFrom(MessageSet* source) {
   if (source == nullptr) return 0;
   if (source == this) return 1;
-  KRDataObjFactory* factory = GetFactory();
-  if (factory == nullptr) return 0;
-  using Its = Direction<kSide>;
-  if (CopyElements<Trans>(m_transactions, source->m_transactions,
-                          [factory] { return Its::Trans(*factory); }) == 0 ||
-      CopyElements<Sync>(m_syncs, source->m_syncs, [factory] { return Its::Sync(*factory); }) ==
-          0 ||
+  if (CopyElements(m_transactions, source->m_transactions) == 0 ||
+      CopyElements(m_syncs, source->m_syncs) == 0 ||
       CopyChild(m_signOn, source->m_signOn.Get()) == 0) {
     return 0;
   }
