@@ -58,6 +58,8 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   u16 InitialSize() const { return m_block.InitialSize(); }
   /// Slots added at each later allocation.
   u16 GrowStep() const { return m_block.GrowStep(); }
+  /// Whether a copy of this array, or the array that this is a copy of, uses the same elements.
+  bool IsShared() const { return m_block.IsShared(); }
 
   /// Makes room for `index` and counts it as in use, without an element. Returns 1; 0 when memory
   /// is exhausted or `index` is 65535, and then the array holds what it held.

@@ -72,7 +72,7 @@ void SlotBlock::Clear() {
 void SlotBlock::Release(void (*destroy)(void*)) {
   void** const slots = m_slots;
   u32 const capacity = m_capacity;
-  bool const shared = m_nextSharer != this;
+  bool const shared = IsShared();
   Unlink();
   m_slots = nullptr;
   m_allocated = m_entries = m_capacity = 0;

@@ -36,6 +36,8 @@ class KROFX_API SlotBlock {
   u16 Entries() const { return m_entries; }
   u16 InitialSize() const { return m_initialSize; }
   u16 GrowStep() const { return m_growStep; }
+  /// Whether another block uses the same slots.
+  bool IsShared() const { return m_nextSharer != this; }
 
   /// What stands in the slot; null at or above the entries.
   void* Get(u16 index) const { return index < m_entries ? m_slots[index] : nullptr; }

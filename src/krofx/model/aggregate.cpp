@@ -193,10 +193,14 @@ KRParseStatus HandleStart(KRDataObj& object, const AggregateTable& table,
                        : StartSingle(object, *row, entry.tagID, *factory);
 }
 
-KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table, KRBuilder& builder) {
+namespace {
+
+// Writes the present rows from position `begin` to the one before `end`.
+KRBuildStatus BuildPositions(const KRDataObj& object, const AggregateTable& table, u16 begin,
+                             u16 end, KRBuilder& builder) {
   const bool ownTable = UsesOwnTable(object, table);
   const u16 version = object.GetMsgSetVersion();
-  for (u16 position = 0; position < table.valid.count; ++position) {
+  for (u16 position = begin; position < end; ++position) {
     const KRTagTableEntry& entry = table.valid.table[position];
     const bool present =
         ownTable ? (entry.versions & version) != 0 && ObjectAccess::BitAt(object, position)
@@ -220,6 +224,19 @@ KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table, KR
     }
   }
   return KRBuildStatus_Done;
+}
+
+}  // namespace
+
+KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table, KRBuilder& builder) {
+  return BuildPositions(object, table, 0, table.valid.count, builder);
+}
+
+KRBuildStatus BuildRowsBetween(const KRDataObj& object, const AggregateTable& table, KRTagID first,
+                               KRTagID last, KRBuilder& builder) {
+  const auto begin = static_cast<u16>(FindRow(table, first) - table.rows);
+  const auto end = static_cast<u16>(FindRow(table, last) - table.rows + 1);
+  return BuildPositions(object, table, begin, end, builder);
 }
 
 u16 RulesHold(const Presence& presence, const AggregateTable& table) {
@@ -302,7 +319,8 @@ u16 CopyChild(ChildSlot& slot, KRDataObj* source) {
   }
   const AggregateTable* table = ObjectAccess::TableOf(*source);
   KRDataObj* own = slot.Get();
-  if (own == nullptr || ObjectAccess::TableOf(*own) != table) {
+  // A borrowed child is the source's own, or another object's.
+  if (own == nullptr || slot.IsBorrowed() || ObjectAccess::TableOf(*own) != table) {
     KRDataObjFactory* factory = KRDataObj::GetFactory();
     if (factory == nullptr || table == nullptr || table->create == nullptr) return 0;
     own = table->create(*factory);

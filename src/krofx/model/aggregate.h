@@ -48,6 +48,7 @@ struct ChildArrayKind {
   u16 (*entries)(const void* array);
   KRDataObj* (*get)(const void* array, u16 index);
   u16 (*set)(void* array, u16 index, KRDataObj* child);
+  /// Deletes the entries behind the first `entries`; leaves a shared array with none of its own.
   void (*truncate)(void* array, u16 entries);
   KRBuildStatus (*build)(const void* array, KRBuilder& builder, KRTagID tag);
 };
@@ -145,6 +146,9 @@ KROFX_API KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& t
 /// KRDataObj::Build over a table.
 KROFX_API KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table,
                                   KRBuilder& builder);
+/// As BuildRows, for the rows from that of tag `first` to that of tag `last`, which the table has.
+KROFX_API KRBuildStatus BuildRowsBetween(const KRDataObj& object, const AggregateTable& table,
+                                         KRTagID first, KRTagID last, KRBuilder& builder);
 class Presence;
 /// 1 when every rule of the table holds.
 KROFX_API u16 RulesHold(const Presence& presence, const AggregateTable& table);

@@ -205,6 +205,8 @@ struct ChildArray {
   }
   static void Truncate(void* array, u16 entries) {
     Array& own = *static_cast<Array*>(array);
+    // What a shallow copy shares is not this array's to change.
+    if (own.IsShared()) own.DeleteAll();
     while (own.Entries() > entries) {
       const u16 last = static_cast<u16>(own.Entries() - 1);
       Child* child = own.Get(last);
