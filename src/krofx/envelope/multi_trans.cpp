@@ -1,0 +1,39 @@
+// The wrappers of several transfers: their payloads are rows of their tables, so what the wrappers
+// of one payload do by hand goes by the table again.
+
+#include "krofx/envelope/multi_trans.h"
+
+#include "krofx/messages/banking/transfers.h"
+#include "krofx/model/aggregate.h"
+
+KRParseStatus KRMultiTransRq::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  return KRTransBase::HandleTagStart(entry);
+}
+
+KRBuildStatus KRMultiTransRq::Build(KRBuilder* builder) const {
+  return KRTransBase::Build(builder);
+}
+
+u16 KRMultiTransRq::AllRequiredPresent() {
+  return m_actualTrans.Entries() == 0 ? static_cast<u16>(0) : KRTransBase::AllRequiredPresent();
+}
+
+KRDataObj* KRMultiTransRq::GetChild(u16 index) const { return m_actualTrans.Get(index); }
+
+u16 KRMultiTransRq::GetNumberOfChildren() const { return m_actualTrans.Entries(); }
+
+KRParseStatus KRMultiTransRs::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  return KRTransBase::HandleTagStart(entry);
+}
+
+KRBuildStatus KRMultiTransRs::Build(KRBuilder* builder) const {
+  return KRTransBase::Build(builder);
+}
+
+u16 KRMultiTransRs::AllRequiredPresent() {
+  return ValidateTag(KRTag_TRNUID) == 0 ? static_cast<u16>(0) : KRTransBase::AllRequiredPresent();
+}
+
+KRDataObj* KRMultiTransRs::GetChild(u16 index) const { return m_actualTrans.Get(index); }
+
+u16 KRMultiTransRs::GetNumberOfChildren() const { return m_actualTrans.Entries(); }

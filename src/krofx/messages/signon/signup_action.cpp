@@ -1,0 +1,88 @@
+// Where an action departs from the pattern: its type tells which of its two accounts counts.
+
+#include "krofx/build/builder.h"
+#include "krofx/core/parse_logger.h"
+#include "krofx/messages/signon/signup.h"
+#include "krofx/model/aggregate.h"
+
+using krofx::internal::ChildSlot;
+using krofx::internal::MissingTagOf;
+using krofx::internal::Presence;
+using krofx::internal::Rule;
+using krofx::internal::RuleCondition;
+using krofx::internal::RuleKind;
+
+namespace {
+
+constexpr KRTagID kTargets[] = {KRTag_BANKACCTTO, KRTag_CCACCTTO, KRTag_INVACCTTO};
+constexpr KRTagID kSources[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVACCTFROM};
+
+constexpr Rule OneOf(const KRTagID (&tags)[3]) {
+  return {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, tags, 3, true};
+}
+constexpr Rule kOneTarget = OneOf(kTargets);
+constexpr Rule kOneSource = OneOf(kSources);
+
+bool NamesTarget(KRTagID action) { return action == KRTag_SVCADD || action == KRTag_SVCCHG; }
+bool NamesSource(KRTagID action) { return action == KRTag_SVCDEL || action == KRTag_SVCCHG; }
+
+bool IsTarget(KRTagID tag) {
+  return tag == kTargets[0] || tag == kTargets[1] || tag == kTargets[2];
+}
+
+KRBuildStatus BuildAccount(const KRDataObj& action, const ChildSlot& slot, KRBuilder& builder) {
+  const KRDataObj* account = slot.Get();
+  if (account == nullptr || action.ValidateTag(slot.Get()->GetType()) == 0) {
+    return KRBuildStatus_Done;
+  }
+  return account->BuildObject(&builder, KRTag_None);
+}
+
+}  // namespace
+
+u16 KRAction::AllRequiredPresent() { return GetFirstMissingRequiredTag(KRTag_None) == KRTag_None; }
+
+KRTagID KRAction::GetFirstMissingRequiredTag(KRTagID after) {
+  const KRTagID type = GetType();
+  const Presence presence(*this);
+  KRTagID missing[2] = {KRTag_None, KRTag_None};
+  if (NamesTarget(type)) missing[0] = MissingTagOf(presence, kOneTarget);
+  if (NamesSource(type)) missing[1] = MissingTagOf(presence, kOneSource);
+  // An action that is none of the three is never complete, whatever it holds.
+  if (!NamesTarget(type) && !NamesSource(type)) missing[0] = kTargets[0];
+  bool behind = after == KRTag_None;
+  for (const KRTagID tag : missing) {
+    if (tag == KRTag_None) continue;
+    if (behind) return tag;
+    behind = tag == after;
+  }
+  return KRTag_None;
+}
+
+KRParseStatus KRAction::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  if (GetParser() == nullptr) return KRParseStatus_Fatal;
+  const KRTagID tag = entry->tagID;
+  const bool target = IsTarget(tag);
+  if (target && NamesTarget(GetType())) return KRDataObj::HandleTagStart(entry);
+  // A target that is out of place is warned about and then taken for a source, which it is not.
+  if (target) krofx::internal::LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
+  if (NamesSource(GetType())) {
+    return target ? KRParseStatus_Fatal : KRDataObj::HandleTagStart(entry);
+  }
+  krofx::internal::LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
+  return KRParseStatus_Invalid;
+}
+
+KRBuildStatus KRAction::Build(KRBuilder* builder) const {
+  const KRTagID type = const_cast<KRAction*>(this)->GetType();
+  KRBuildStatus status = KRBuildStatus_Done;
+  if (NamesSource(type)) status = BuildAccount(*this, m_accountFrom, *builder);
+  if (status == KRBuildStatus_Done && NamesTarget(type)) {
+    status = BuildAccount(*this, m_accountTo, *builder);
+  }
+  if (status == KRBuildStatus_Done && ValidateTag(KRTag_PREAUTHTOKEN) != 0) {
+    status = builder->AddTagKRString(KRTag_PREAUTHTOKEN, m_preauthToken);
+  }
+  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  return status;
+}
