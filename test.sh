@@ -19,5 +19,11 @@ for preset in release asan; do
 done
 for preset in release asan; do
   echo "Testing $preset"
-  ctest --preset "$preset" --progress --parallel "$jobs"
+  if [ -t 1 ]; then
+    ctest --preset "$preset" --progress --parallel "$jobs"
+  else
+    # Away from a terminal only what went wrong is worth a line, and the count.
+    ctest --preset "$preset" --parallel "$jobs" |
+      sed -uE '/^ *Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test +#[0-9]+: .* Passed +[0-9.]+ sec *$/d'
+  fi
 done
