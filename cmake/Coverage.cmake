@@ -1,0 +1,12 @@
+# The target coverage: runs all tests and writes which lines they reached, as a page of HTML and a
+# summary on the terminal.
+find_program(KROFX_GCOVR gcovr)
+if(KROFX_COVERAGE AND KROFX_GCOVR)
+  add_custom_target(
+    coverage
+    COMMAND ${CMAKE_CTEST_COMMAND} --output-on-failure
+    COMMAND ${KROFX_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter ${PROJECT_SOURCE_DIR}/src
+            --html-details ${PROJECT_BINARY_DIR}/coverage.html --print-summary
+    WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
+    USES_TERMINAL VERBATIM)
+endif()
