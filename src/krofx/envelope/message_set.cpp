@@ -5,6 +5,7 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/multi_trans.h"
+#include "krofx/messages/investment/securities.h"
 #include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
 
@@ -57,6 +58,14 @@ KRParseStatus StoreAndPush(KRDataObj& set, KRDynamicArrayDataObj& array, KRTagID
   return set.PushAndSetObject(child, tag);
 }
 
+// Puts a child where there can be only one, with a warning when there is one already, and descends
+// into it.
+KRParseStatus ReplaceAndPush(KRDataObj& set, ChildSlot& slot, KRTagID tag, KRDataObj* child) {
+  if (slot.Get() != nullptr) LogWarning(KRPW_EXTRAAGG, KRString(), KRString(), tag, &set);
+  slot.Set(child);
+  return child == nullptr ? OutOfMemory() : set.PushAndSetObject(child, tag);
+}
+
 }  // namespace
 
 template <class Trans, class Sync, class SignOn, Side kSide>
@@ -79,14 +88,7 @@ KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::HandleTagStart(
 
 template <class Trans, class Sync, class SignOn, Side kSide>
 KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSignOn(KRTagID tag) {
-  if (m_signOn.Get() != nullptr) {
-    LogWarning(KRPW_EXTRAAGG, KRString(), KRString(), tag, this);
-    m_signOn.Set(nullptr);
-  }
-  SignOn* made = Direction<kSide>::SignOn(*GetFactory());
-  if (made == nullptr) return OutOfMemory();
-  m_signOn.Set(made);
-  return PushAndSetObject(made, tag);
+  return ReplaceAndPush(*this, m_signOn, tag, Direction<kSide>::SignOn(*GetFactory()));
 }
 
 template <class Trans, class Sync, class SignOn, Side kSide>
@@ -205,3 +207,42 @@ KRTagID KRMessageSetRq::MsgIDToMsgSetID(KRTagID tag) { return krofx::internal::F
 KRSignOnRq* KRMessageSetRq::GetSignOnRq() const { return static_cast<KRSignOnRq*>(m_signOn.Get()); }
 
 KRSignOnRs* KRMessageSetRs::GetSignOnRs() const { return static_cast<KRSignOnRs*>(m_signOn.Get()); }
+
+KRSecList* KRMessageSetRs::GetSecList() const { return static_cast<KRSecList*>(m_secList.Get()); }
+
+u16 KRMessageSetRs::SetSecList(KRSecList* secList) {
+  return krofx::internal::SetChild(*this, m_secList, KRTag_SECLIST, secList);
+}
+
+KRParseStatus KRMessageSetRs::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  if (entry->tagID != KRTag_SECLIST) return MessageSet::HandleTagStart(entry);
+  KRDataObjFactory* factory = GetFactory();
+  if (factory == nullptr) return KRParseStatus_Fatal;
+  return krofx::internal::ReplaceAndPush(*this, m_secList, KRTag_SECLIST, factory->NewSecList(0));
+}
+
+KRBuildStatus KRMessageSetRs::Build(KRBuilder* builder) const {
+  KRBuildStatus status = MessageSet::Build(builder);
+  if (status != KRBuildStatus_Done || m_secList.Get() == nullptr) return status;
+  if (ValidateTag(KRTag_SECLIST) == 0) return status;
+  status = m_secList.Get()->BuildObject(builder, KRTag_None);
+  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  return status;
+}
+
+KRDataObj* KRMessageSetRs::GetChild(u16 index) const {
+  const u16 others = MessageSet::GetNumberOfChildren();
+  return index == others ? m_secList.Get() : MessageSet::GetChild(index);
+}
+
+u16 KRMessageSetRs::GetNumberOfChildren() const {
+  const u16 others = MessageSet::GetNumberOfChildren();
+  return m_secList.Get() == nullptr || others == 0xffff ? others : static_cast<u16>(others + 1);
+}
+
+u16 KRMessageSetRs::DeepCopyFrom(KRMessageSetRs* source) {
+  if (source == nullptr) return 0;
+  if (source == this) return 1;
+  if (krofx::internal::CopyChild(m_secList, source->m_secList.Get()) == 0) return 0;
+  return CopySetFrom(source);
+}

@@ -14,6 +14,8 @@
 #include "krofx/model/child_slot.h"
 #include "krofx/model/value_arrays.h"
 
+class KRSecList;
+
 namespace krofx::internal {
 
 /// A message set whose transactions are `Trans`, synchronisations `Sync` and sign-on `SignOn`.
@@ -115,9 +117,24 @@ class KROFX_API KRMessageSetRs
   /// Takes ownership of `signOn` and deletes the one held before.
   /// @return 1; 0 when this is no sign-on set.
   u16 SetSignOnRs(KRSignOnRs* signOn) { return SetSignOn(signOn); }
+  /// The security list, still this object's; null when there is none.
+  KRSecList* GetSecList() const;
+  /// Takes ownership of `secList` and deletes the one held before.
+  /// @return 1; 0 when this is no security list set.
+  u16 SetSecList(KRSecList* secList);
+
+  KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
+  /// Writes the security list behind the transactions.
+  KRBuildStatus Build(KRBuilder* builder) const override;
+  /// The security list is the last child.
+  KRDataObj* GetChild(u16 index) const override;
+  u16 GetNumberOfChildren() const override;
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.
-  u16 DeepCopyFrom(KRMessageSetRs* source) { return CopySetFrom(source); }
+  u16 DeepCopyFrom(KRMessageSetRs* source);
+
+ private:
+  krofx::internal::ChildSlot m_secList;
 };
 
 #endif  // KROFX_ENVELOPE_MESSAGE_SET_H_
