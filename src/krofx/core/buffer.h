@@ -164,8 +164,8 @@ namespace krofx::internal {
 KROFX_API void DeleteBuffer(KRBuffer* buffer);
 
 template <>
-inline void DestroyElement<KRBuffer>(KRBuffer* buffer) {
-  DeleteBuffer(buffer);
+inline void DestroyElement<KRBuffer>(KRBuffer* element) {
+  DeleteBuffer(element);
 }
 
 }  // namespace krofx::internal

@@ -78,7 +78,7 @@ class KROFX_API KRDynamicArrayParseException
  public:
   using krofx::internal::ElementArray<KRParseException>::ElementArray;
   /// Destroys all records and gives the memory back. The array can be used again.
-  virtual void DeleteAll() { ElementArray::DeleteAll(); }
+  void DeleteAll() override { ElementArray::DeleteAll(); }
 };
 
 namespace krofx::internal {

@@ -107,13 +107,13 @@ class BufferText {
       char copy[kSmall];
       std::size_t count = 0;
       while (count < length && (copy[count] = At(start + static_cast<s32>(count))) != '\0') ++count;
-      const auto answer = use(std::string_view(copy, count));
+      auto answer = use(std::string_view(copy, count));
       Wipe(copy, sizeof copy);
       return answer;
     }
     KRString copy;
     const u16 count = m_buffer->GetData(copy, start, length);
-    const auto answer = use(std::string_view(copy, count));
+    auto answer = use(std::string_view(copy, count));
     copy.Clear('\0');
     return answer;
   }

@@ -221,7 +221,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   void ExportBinary(void* target, u16* length) const;
   /// Reads the binary form in version 4, 3 or 2, the latter two having the same layout. A block of
   /// another version and null leave the object as it is.
-  void ImportBinary(void const* block);
+  void ImportBinary(void const* source);
 
  protected:
   /// Stores the fields.

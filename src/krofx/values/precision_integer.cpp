@@ -306,9 +306,9 @@ void KRPrecisionInteger::ExportBinary(void* target, u16* length) const {
   if (length != nullptr) *length = m_binaryLen;
 }
 
-void KRPrecisionInteger::ImportBinary(void const* target) {
-  if (target == nullptr) return;
-  char const* const block = static_cast<char const*>(target);
+void KRPrecisionInteger::ImportBinary(void const* source) {
+  if (source == nullptr) return;
+  char const* const block = static_cast<char const*>(source);
   if (krofx::internal::UnpackU16(block) != kBinaryVersion) return;
   s16 const sign = static_cast<s16>(krofx::internal::UnpackU16(block + 14));
   if (sign != 1 && sign != -1) return;

@@ -218,7 +218,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   void ExportBinary(void* target, u16* length) const;
   /// Reads the binary form. A block of another version, one with a sign that is neither +1 nor -1,
   /// and null leave the number as it is.
-  void ImportBinary(void const* block);
+  void ImportBinary(void const* source);
 
   u16 operator==(char const*) const = delete;
   u16 operator!=(char const*) const = delete;
