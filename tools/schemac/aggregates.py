@@ -498,6 +498,9 @@ class ClassWriter:
         cls, rows = self.cls, self.schemas.table_rows(self.cls)
         listed = [row for row in rows if not row.unlisted]
         unlisted = [row for row in rows if row.unlisted]
+        if len(listed) > 96:
+            # The presence set of an object has 96 bits.
+            raise SystemExit(f"{cls.file.path}:{cls.line}: {cls.name} has more than 96 valid tags")
         text = f"const AggregateTable* {cls.name}::GetTable() const {{\n"
         if listed:
             items = [f"{{{enumerator(r.tag)}, 0x{r.versions:x}}}" for r in listed]

@@ -320,6 +320,8 @@ class Schemas:
             # Its domain is not described yet: the tag is valid, and nothing is made for it.
             row.kind, row.type = "listed", ""
         row.owner = cls
+        if row.shared:
+            self.shared_of(cls, row.shared)
         for ancestor in reversed(self.ancestors(cls)):
             for other in ancestor.rows:
                 if other.tag == row.tag and other.kind == row.kind and other.type == row.type:
