@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <random>
 #include <string>
 
@@ -43,7 +41,8 @@ std::string Sample() {
                      Aggregate("PAYEE",
                                "<NAME>Power<ADDR1>1 Main St<CITY>Millbrook<STATE>NY"
                                "<POSTALCODE>12545<PHONE>8455550142") +
-                     BankAccountText("BANKACCTTO") + "<!-- note --><memo>lower case</memo>");
+                     BankAccountText("BANKACCTTO") + "<!-- note --><memo>lower case</memo>" +
+                     Aggregate("ORIGCURRENCY", "<CURRATE>1.25<CURSYM>EUR"));
   return BankStatementFile(transaction + payee + Aggregate("ACME.EXTRA", "<ACME.A>1<ACME.B>2") +
                            transaction + payee);
 }
@@ -104,7 +103,7 @@ TEST(HostileInput, WrongHeaders) {
   EXPECT_EQ(with("ENCODING:USASCII", "ENCODING:EBCDIC"), KRParseStatus_Invalid);
   EXPECT_EQ(with("COMPRESSION:NONE", "COMPRESSION:ZIP"), KRParseStatus_Invalid);
   EXPECT_EQ(with("SECURITY:NONE\r\n", ""), KRParseStatus_Invalid);
-  EXPECT_EQ(with("OFXHEADER:100", ":::::"), KRParseStatus_Invalid);
+  EXPECT_EQ(with("OFXHEADER:100", ":::::"), KRParseStatus_Fatal);
   EXPECT_EQ(Survive(body), KRParseStatus_Invalid);
   EXPECT_EQ(Survive("<?xml version=\"1.0\"?>\n<?OFX OFXHEADER=\"200\"?>\n" + body),
             KRParseStatus_Invalid);

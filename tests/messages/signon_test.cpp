@@ -204,7 +204,7 @@ TEST(KRSignOnRq, FirstVersionKnowsNoOneTimePasswordAndNoCountry) {
   const Parsed<KRFileRq> first(File(Aggregate("SIGNONMSGSRQV1", set)));
   EXPECT_EQ(first.Status(), KRParseStatus_Warnings);
   EXPECT_EQ(first.Warnings(),
-            Lines({"INVALIDELEM <ONETIMEPASS> " + TagNumber(KRTag_ONETIMEPASS) + " \"442190\"",
+            Lines({"INVALIDELEM <ONETIMEPASS> " + TagNumber(KRTag_ONETIMEPASS) + " \"********\"",
                    "INVALIDELEM <COUNTRY> " + TagNumber(KRTag_COUNTRY) + " \"CHE\""}));
   EXPECT_EQ(TextOf(*first).find("ONETIMEPASS"), std::string::npos);
   EXPECT_EQ(TextOf(*first).find("COUNTRY"), std::string::npos);

@@ -256,7 +256,7 @@ TEST(KRBankStatementTx, ReadsEveryMember) {
   EXPECT_EQ(t->GetDateTimeUser().GetDay(), 4);
   EXPECT_EQ(t->GetDateTimeAvailable().GetDay(), 6);
   KRPrecisionInteger amount(t->GetTxAmount());
-  EXPECT_STREQ(static_cast<const char*>(amount), "-12.50");
+  EXPECT_STREQ(static_cast<const char*>(amount), "-12.5");
   EXPECT_EQ(Str(t->GetFITId()), "1");
   EXPECT_EQ(Str(t->GetCorrectedFITId()), "0");
   EXPECT_EQ(t->GetCorrectAction(), KRBankAction_DELETE);

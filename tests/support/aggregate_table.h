@@ -8,10 +8,9 @@
 //
 // One row a line, in wire order: tag, kind, then in any order the use and the versions.
 //
-//   kinds     textN (N is the limit), date, time, amount, posamount, rate, boolean, u16, s16, s32, u32,
-//   language,
-//             word=KEYWORD, child, children, repeated=TEXT,TEXT, words=KEYWORD,KEYWORD,
-//             listed (valid, but neither read nor written)
+//   kinds     textN (N is the limit), date, time, amount, posamount, rate, boolean, u16, s16, s32,
+//             u32, language, word=KEYWORD, child, children, repeated=TEXT,TEXT,
+//             words=KEYWORD,KEYWORD, listed (valid, but neither read nor written)
 //   use       required, or required(V2+) where that differs from the row's versions
 //   versions  nothing for all; V1, V2+
 //   lenient   a text that is no value is passed over, and the parse goes on

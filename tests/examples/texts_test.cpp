@@ -1,0 +1,153 @@
+// The example texts: each is read with the status and the warnings that it is an example of, and
+// what is built from it is read and built again without a difference.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "krofx/messages/banking/accounts.h"
+#include "krofx/messages/banking/statements.h"
+#include "krofx/messages/billpay/payees.h"
+#include "krofx/messages/signon/profile.h"
+#include "krofx/values/utility.h"
+#include "support/ofx_text.h"
+
+namespace krofx::testing {
+namespace {
+
+std::string Example(const std::string& name) {
+  std::ifstream stream(std::string(KROFX_EXAMPLES_DIR) + "/" + name, std::ios::binary);
+  EXPECT_TRUE(stream) << name;
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+/// Parses an example that must end so, and expects its text to stay as it is from then on.
+template <class Root>
+Parsed<Root> Read(const std::string& name, KRParseStatus status, const Lines& warnings = {}) {
+  Parsed<Root> first(Example(name), 1, 1);
+  EXPECT_EQ(first.Status(), status);
+  EXPECT_EQ(first.Warnings(), warnings);
+  const Built once = Build(*first, KRBuildStringOpt_Strict, 1);
+  EXPECT_EQ(once.status, KRBuildStatus_Done);
+  const Parsed<Root> second(once.text, 1, 1);
+  EXPECT_EQ(second.Status(), KRParseStatus_Accepted);
+  EXPECT_EQ(second.Warnings(), Lines());
+  EXPECT_EQ(TextOf(*second), once.text);
+  Root copy;
+  EXPECT_EQ(copy.DeepCopyFrom(second.Get()), 1);
+  EXPECT_EQ(TextOf(copy), once.text);
+  return first;
+}
+
+TEST(ExampleTexts, Checking) {
+  const auto file = Read<KRFileRs>("checking.ofx", KRParseStatus_Accepted);
+  const KRMessageSetRs* bank = file->GetResponse(0)->GetMessageSet(1);
+  ASSERT_NE(bank, nullptr);
+  ASSERT_EQ(bank->GetNumTrans(), 2);
+  const auto* checking = FindIn<KRBankStatementRs>(bank->GetTrans(0));
+  const auto* savings = FindIn<KRBankStatementRs>(bank->GetTrans(1));
+  ASSERT_NE(checking, nullptr);
+  ASSERT_NE(savings, nullptr);
+  EXPECT_GE(checking->GetBankTranList()->GetNumStatementTx() +
+                savings->GetBankTranList()->GetNumStatementTx(),
+            60);
+  EXPECT_EQ(checking->GetBankAcctFrom()->GetAccountType(), KRBankAccountType_CHECKING);
+  EXPECT_EQ(savings->GetBankAcctFrom()->GetAccountType(), KRBankAccountType_SAVINGS);
+}
+
+// The booked amounts and the balance agree to the cent: exact decimals all the way.
+TEST(ExampleTexts, SavingsAddUpToTheirBalance) {
+  const auto file = Read<KRFileRs>("checking.ofx", KRParseStatus_Accepted);
+  const auto* savings =
+      FindIn<KRBankStatementRs>(file->GetResponse(0)->GetMessageSet(1)->GetTrans(1));
+  ASSERT_NE(savings, nullptr);
+  KRPrecisionInteger sum;
+  sum = "9182.00";
+  for (u16 i = 0; i < savings->GetBankTranList()->GetNumStatementTx(); ++i) {
+    sum += savings->GetBankTranList()->GetStatementTx(i)->GetTxAmount();
+  }
+  EXPECT_EQ(sum == savings->GetLedgerBal()->GetBalAmt(), 1);
+}
+
+TEST(ExampleTexts, CardWithClosings) {
+  const auto file = Read<KRFileRs>("card.ofx", KRParseStatus_Accepted);
+  const auto* end = FindIn<KRCCStatementEndRs>(file.Get());
+  ASSERT_NE(end, nullptr);
+  EXPECT_EQ(end->GetNumCCClosing(), 3);
+  EXPECT_EQ(Str(end->GetCCClosing(2)->GetFITId()), "STM2602");
+}
+
+TEST(ExampleTexts, Quirks) {
+  const auto lower = [](const char* tag, KRTagID id) {
+    return "LOWERCASE <" + std::string(tag) + "> " + TagNumber(id);
+  };
+  const auto file = Read<KRFileRs>(
+      "quirks.ofx", KRParseStatus_Warnings,
+      {"UNKNOWNTAG <ACME.BRANCHHOURS>", lower("stmttrn", KRTag_STMTTRN),
+       lower("trntype", KRTag_TRNTYPE), lower("dtposted", KRTag_DTPOSTED),
+       lower("trnamt", KRTag_TRNAMT), lower("fitid", KRTag_FITID), lower("Memo", KRTag_MEMO),
+       lower("stmttrn", KRTag_STMTTRN), "UNKNOWNTAG <ACME.IMAGE>"});
+  const auto* list = FindIn<KRBankTransactionList>(file.Get());
+  ASSERT_NE(list, nullptr);
+  ASSERT_EQ(list->GetNumStatementTx(), 4);
+  EXPECT_EQ(Str(list->GetStatementTx(0)->GetName()), "Bread & Butter <Main St>");
+  EXPECT_EQ(Str(list->GetStatementTx(0)->GetMemo()), "Table 4  tip included");
+  EXPECT_EQ(Str(list->GetStatementTx(1)->GetMemo()), "Caf&eacute; voucher");
+  EXPECT_EQ(list->GetStatementTx(1)->GetTxType(), KRBankTxType_CREDIT);
+  EXPECT_STREQ(static_cast<const char*>(list->GetStatementTx(2)->GetTxAmount()), "-1200");
+}
+
+TEST(ExampleTexts, Error) {
+  const auto file = Read<KRFileRs>("error.ofx", KRParseStatus_Accepted);
+  const KRMessageSetRs* bank = file->GetResponse(0)->GetMessageSet(1);
+  ASSERT_EQ(bank->GetNumTrans(), 2);
+  for (u16 i = 0; i < 2; ++i) {
+    EXPECT_EQ(bank->GetTrans(i)->IsErrorStatus(), 1);
+    EXPECT_EQ(bank->GetTrans(i)->AllRequiredPresent(), 1);
+    EXPECT_EQ(bank->GetTrans(i)->GetActualTrans(), nullptr);
+  }
+}
+
+TEST(ExampleTexts, Profile) {
+  const auto file = Read<KRFileRs>("profile.ofx", KRParseStatus_Accepted);
+  const auto* bank = FindIn<KRBankMessageSetV1>(file.Get());
+  ASSERT_NE(bank, nullptr);
+  EXPECT_EQ(bank->GetNumInvalidBankAccountType(), 2);
+  EXPECT_EQ(bank->GetXferProf()->GetDaysWith(), -1);
+}
+
+TEST(ExampleTexts, StatementOfTheSecondVersion) {
+  const auto file = Read<KRFileRs>("statement-v2.ofx", KRParseStatus_Accepted);
+  const auto* transaction = FindIn<KRBankStatementTx>(file.Get());
+  ASSERT_NE(transaction, nullptr);
+  EXPECT_EQ(transaction->GetMsgSetVersion(), 2);
+  EXPECT_GT(Str(transaction->GetMemo2()).size(), 255u);
+  EXPECT_EQ(Str(transaction->GetPayee2()->GetName()), "Immobilien am See");
+}
+
+TEST(ExampleTexts, RequestOfTheFirstVersion) {
+  const auto file = Read<KRFileRq>("request-v1.ofx", KRParseStatus_Accepted);
+  // It is written as the builder writes it, so reading and building give the same body.
+  const std::string body = Example("request-v1.ofx");
+  EXPECT_EQ(TextOf(*file).substr(HeaderBlock().size()), body.substr(body.find("<OFX>")));
+}
+
+TEST(ExampleTexts, RequestOfTheSecondVersion) {
+  const auto file = Read<KRFileRq>("request-v2.ofx", KRParseStatus_Accepted);
+  const std::string body = Example("request-v2.ofx");
+  EXPECT_EQ(TextOf(*file).substr(HeaderBlock().size()), body.substr(body.find("<OFX>")));
+}
+
+// A tree of one version is not mixed with tags of the other.
+TEST(ExampleTexts, SecondVersionIsRefusedByAFileOfTheFirst) {
+  auto first = std::make_unique<KRFileRs>();
+  first->SetMsgSetVersion(1);
+  const Parsed<KRFileRs> file(Example("statement-v2.ofx"), std::move(first));
+  EXPECT_EQ(file.Status(), KRParseStatus_Warnings);
+  EXPECT_EQ(FindIn<KRBankStatementRs>(file.Get()), nullptr);
+}
+
+}  // namespace
+}  // namespace krofx::testing
