@@ -45,7 +45,10 @@ KRParseStatus BodyFile<Array, Body>::HandleTagStart(const KRTagDictionaryEntry* 
 template <class Array, class Body>
 KRParseStatus BodyFile<Array, Body>::HandleTagElement(const KRTagDictionaryEntry* const entry,
                                                       const KRString& value) {
-  LogWarning(KRPW_INVALIDELEM, value, KRString(entry->text), GetType(), this);
+  // The warning carries the file's tag, by which a password would not be known.
+  KRString shown(value);
+  if (IsSecret(entry->tagID)) shown.Clear('*');
+  LogWarning(KRPW_INVALIDELEM, shown, KRString(entry->text), GetType(), this);
   return KRParseStatus_Invalid;
 }
 

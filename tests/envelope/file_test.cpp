@@ -1,0 +1,345 @@
+// Files: bodies, subfiles, boundaries, copies, the factory and what a plain file refuses.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/model/factory.h"
+#include "support/failing_allocation.h"
+#include "support/ofx_text.h"
+
+namespace {
+
+using namespace krofx::testing;
+
+TEST(KRFile, StartsWithTypeAndVersionOfItsClass) {
+  KRFile file;
+  EXPECT_EQ(file.GetType(), KRTag_MIME);
+  EXPECT_EQ(file.GetMsgSetVersion(), 0);
+  KRFileOFX ofx;
+  EXPECT_EQ(ofx.GetType(), KRTag_MIME);
+  EXPECT_EQ(ofx.GetMsgSetVersion(), 0xffff);
+  KRFileRq request;
+  EXPECT_EQ(request.GetType(), KRTag_OFXFILERQ);
+  EXPECT_EQ(request.GetMsgSetVersion(), 0xffff);
+  KRFileRs response;
+  EXPECT_EQ(response.GetType(), KRTag_OFXFILERS);
+  EXPECT_EQ(response.GetMsgSetVersion(), 0xffff);
+}
+
+TEST(KRFile, HasOneTagInAnOFXFileAndNoneInAPlainOne) {
+  KRArrayOfTags tags;
+  KRFileRq request;
+  EXPECT_EQ(request.GetArrayOfValidTags(tags), 1);
+  ASSERT_EQ(tags.count, 1);
+  EXPECT_EQ(tags.table[0].tag, KRTag_OFX);
+  EXPECT_EQ(tags.table[0].versions, 0xffff);
+  EXPECT_EQ(request.GetArrayOfRequiredTags(tags), 1);
+  ASSERT_EQ(tags.count, 1);
+  EXPECT_EQ(tags.table[0].tag, KRTag_OFX);
+  EXPECT_EQ(KRFile().GetArrayOfValidTags(tags), 1);
+  EXPECT_EQ(tags.count, 0);
+}
+
+TEST(KRFile, RefusesTagsAsAPlainFile) {
+  KRFile file;
+  const KRTagDictionaryEntry entry = {KRTag_OFX, "OFX"};
+  EXPECT_EQ(file.HandleTagStart(&entry), KRParseStatus_PlainFile);
+  EXPECT_EQ(file.HandleTagElement(&entry, KRString("x")), KRParseStatus_PlainFile);
+  EXPECT_EQ(file.HandleTagElement(&entry, "x"), KRParseStatus_PlainFile);
+  EXPECT_EQ(file.HandleBoundary(), KRParseStatus_Accepted);
+  EXPECT_EQ(file.ValidateHeaders(), 1);
+}
+
+TEST(KRFileRq, PassesOverTagsThatAreNotItsBody) {
+  const Parsed<KRFileRq> file(HeaderBlock() + "<STATUS></STATUS>" +
+                              Aggregate("OFX", SignOnRequestSet()));
+  // The end tag of STATUS is the file's to answer.
+  EXPECT_EQ(file.Status(), KRParseStatus_EndTagMismatch);
+  KRFileRq alone;
+  const KRTagDictionaryEntry entry = {KRTag_STATUS, "STATUS"};
+  EXPECT_EQ(alone.HandleTagStart(&entry), KRParseStatus_Fatal) << "no parser";
+}
+
+TEST(KRFileRq, RefusesElements) {
+  const Parsed<KRFileRq> file(HeaderBlock() + "<MEMO>hello");
+  EXPECT_EQ(file.Status(), KRParseStatus_Invalid);
+  EXPECT_EQ(file.Warnings().at(0),
+            "INVALIDELEM <MEMO> " + TagNumber(KRTag_OFXFILERQ) + " \"hello\"");
+  KRFileRs response;
+  TakeWarnings();
+  const KRTagDictionaryEntry entry = {KRTag_MEMO, "MEMO"};
+  EXPECT_EQ(response.HandleTagElement(&entry, KRString("hello")), KRParseStatus_Invalid);
+  EXPECT_EQ(TakeWarnings(),
+            Lines{"INVALIDELEM <MEMO> " + TagNumber(KRTag_OFXFILERS) + " \"hello\""});
+}
+
+TEST(KRFileRq, NeverShowsAPasswordThatItRefuses) {
+  const Parsed<KRFileRq> file(HeaderBlock() + "<USERPASS>secret");
+  for (const std::string& line : file.Warnings()) {
+    EXPECT_EQ(line.find("secret"), std::string::npos) << line;
+  }
+}
+
+TEST(KRFileRq, HoldsRequestsAndNotesItsBody) {
+  KRFileRq file;
+  EXPECT_EQ(file.GetNumberOfRequest(), 0);
+  EXPECT_EQ(file.ValidateTag(KRTag_OFX), 0);
+  EXPECT_EQ(file.AppendRequest(nullptr), 0);
+  EXPECT_EQ(file.ValidateTag(KRTag_OFX), 1) << "noted before the storing";
+  auto* request = new KRRequest;
+  EXPECT_EQ(file.AppendRequest(request), 1);
+  EXPECT_EQ(file.GetRequest(0), request);
+  EXPECT_EQ(file.GetChild(0), request);
+  EXPECT_EQ(file.GetNumberOfChildren(), 1);
+  EXPECT_EQ(file.SetRequest(0, new KRRequest), 1);
+  EXPECT_EQ(file.GetNumberOfRequest(), 1);
+  EXPECT_EQ(file.GetRequest(1), nullptr);
+}
+
+TEST(KRFileRs, HoldsResponses) {
+  KRFileRs file;
+  EXPECT_EQ(file.SetResponse(1, new KRResponse), 1);
+  EXPECT_EQ(file.GetNumberOfResponse(), 2);
+  EXPECT_EQ(file.GetResponse(0), nullptr);
+  EXPECT_EQ(TextOf(file), HeaderBlock() + InLines("<OFX></OFX>")) << "an empty place is no body";
+}
+
+TEST(KRFile, GivesItsSubfilesAsChildren) {
+  KRFile file;
+  auto* subfile = new KRFileRs;
+  EXPECT_EQ(file.AppendSubfile(subfile), 1);
+  EXPECT_EQ(file.AppendSubfile(nullptr), 0);
+  EXPECT_EQ(file.GetNumberOfSubfiles(), 1);
+  EXPECT_EQ(file.GetSubfile(0), subfile);
+  EXPECT_EQ(file.GetSubfile(1), nullptr);
+  EXPECT_EQ(file.GetChild(0), subfile);
+  EXPECT_EQ(subfile->GetParent(), nullptr) << "the owner sets it";
+  // The bodies of a file with bodies take the place of the subfiles.
+  KRFileRq request;
+  request.AppendSubfile(new KRFile);
+  EXPECT_EQ(request.GetNumberOfChildren(), 0);
+}
+
+KRFile* MakePart(KRFile& parent, const char* body) {
+  auto* part = new KRFile;
+  part->SetMIMEBody(KRString(body));
+  part->SetParent(&parent);
+  parent.AppendSubfile(part);
+  return part;
+}
+
+TEST(KRFile, WritesSubfilesBetweenBoundaries) {
+  KRFile file;
+  file.SetBoundary(KRString("frontier"));
+  MakePart(file, "first");
+  MakePart(file, "second one");
+  const std::string expected =
+      "--frontier\ncontent-length: 6\r\nfirst\n--frontier\ncontent-length: 11\r\nsecond one\n"
+      "--frontier--\n";
+  EXPECT_EQ(TextOf(file), expected);
+  EXPECT_EQ(TextOf(file), expected) << "a rebuild replaces the lengths";
+  file.SetMIMEBody(KRString("epilogue"));
+  EXPECT_EQ(TextOf(file),
+            expected.substr(0, expected.rfind("--frontier--")) + "epilogue\n--frontier--\n");
+}
+
+TEST(KRFile, EscapesOnlyTheClosingDelimiter) {
+  KRFile file;
+  file.SetBoundary(KRString("a&b"));
+  MakePart(file, "x");
+  EXPECT_EQ(TextOf(file), "--a&b\ncontent-length: 2\r\nx\n--a&amp;b--\n");
+}
+
+TEST(KRFile, WritesNoDelimitersWithoutABoundary) {
+  KRFile file;
+  MakePart(file, "x");
+  EXPECT_EQ(TextOf(file), "content-length: 2\r\nx\n");
+}
+
+TEST(KRFile, GivesItsOFXSubfilesTheirType) {
+  KRFile file;
+  auto* part = new KRFileRs;
+  part->SetParent(&file);
+  part->AddDefaultOFXHeaders(1);
+  auto* response = Make<KRResponse>(1).release();
+  auto* set = new KRMessageSetRs;
+  set->SetType(KRTag_SIGNONMSGSRSV1);
+  response->AppendMessageSet(set);
+  part->AppendResponse(response);
+  file.AppendSubfile(part);
+  // A strict build: what is required below is missing.
+  EXPECT_EQ(Build(file).status, KRBuildStatus_MissingTag);
+
+  auto* signOn = Make<KRSignOnRs>(1).release();
+  signOn->HandleTagElement(std::make_unique<KRTagDictionaryEntry>(KRTag_DTSERVER, "").get(),
+                           KRString("20260101"));
+  signOn->HandleTagElement(std::make_unique<KRTagDictionaryEntry>(KRTag_LANGUAGE, "").get(),
+                           KRString("ENG"));
+  auto* status = Make<KRStatus>(1).release();
+  status->SetCode(0);
+  status->SetSeverity(KRStatusSeverity_INFO);
+  signOn->SetStatus(status);
+  set->SetSignOnRs(signOn);
+  const std::string text = TextOf(file);
+  KRString name("content-type");
+  ASSERT_NE(part->GetMIMEHeader(&name), nullptr) << text;
+  EXPECT_EQ(Str(part->GetMIMEHeader(&name)->value), "application/x-ofx");
+  EXPECT_EQ(part->GetNumberMIMEHeaders(), 2);
+  // Its MIME headers are not written: a blank line, the OFX headers, the body.
+  EXPECT_EQ(text.substr(0, 2 + HeaderBlock().size() + 5), "\r\n" + HeaderBlock() + "<OFX>");
+}
+
+TEST(KRFileRq, BuildsItsBodyThoughASubfileFailed) {
+  // The subfile lacks what a strict build asks for.
+  for (const bool request : {true, false}) {
+    std::unique_ptr<KRFile> file;
+    if (request) {
+      auto made = std::make_unique<KRFileRq>();
+      made->AppendRequest(new KRRequest);
+      file = std::move(made);
+    } else {
+      auto made = std::make_unique<KRFileRs>();
+      made->AppendResponse(new KRResponse);
+      file = std::move(made);
+    }
+    auto* part = new KRFileRs;
+    part->SetParent(file.get());
+    file->AppendSubfile(part);
+    const Built built = Build(*file);
+    EXPECT_EQ(built.status, request ? KRBuildStatus_Done : KRBuildStatus_MissingTag);
+    EXPECT_EQ(built.text.ends_with("</OFX>\n"), request) << built.text;
+  }
+}
+
+TEST(KRFile, KeepsTheFactoryForNull) {
+  KRDataObjFactory own(2);
+  KRFile file;
+  EXPECT_EQ(file.SetFactory(&own), 0);
+  EXPECT_EQ(KRDataObj::GetFactory(), &own);
+  EXPECT_EQ(file.SetFactory(nullptr), 0);
+  EXPECT_EQ(KRDataObj::GetFactory(), &own);
+  KRDataObj::SetFactory(nullptr);
+}
+
+TEST(KRFile, CopiesHeadersBodyAndSubfilesByTheirType) {
+  KRFile source;
+  source.SetBoundary(KRString("edge"));
+  source.SetMIMEBody(KRString("body"));
+  KRString name("X-One");
+  source.HandleHeader(KRHeaderTag_None, KRString("1"), &name);
+  source.SetHeader(KRHeaderTag_DATA, KRString("OFXSGML"));
+  MakePart(source, "plain");
+  for (KRFile* part : {static_cast<KRFile*>(new KRFileRq), static_cast<KRFile*>(new KRFileRs)}) {
+    part->SetParent(&source);
+    source.AppendSubfile(part);
+  }
+
+  KRFile copy;
+  MakePart(copy, "to be replaced");
+  EXPECT_EQ(copy.DeepCopyFrom(&source), 1);
+  EXPECT_EQ(Str(copy.GetBoundary()), "edge");
+  EXPECT_EQ(Str(copy.GetMIMEBody()), "body");
+  EXPECT_EQ(Str(*copy.GetHeader(KRHeaderTag_DATA)), "OFXSGML");
+  EXPECT_EQ(Str(copy.GetMIMEHeader(u16{0})->value), "1");
+  EXPECT_NE(copy.GetMIMEHeader(u16{0}), source.GetMIMEHeader(u16{0}));
+  ASSERT_EQ(copy.GetNumberOfSubfiles(), 3);
+  EXPECT_EQ(Str(copy.GetSubfile(0)->GetMIMEBody()), "plain");
+  EXPECT_NE(dynamic_cast<KRFileRq*>(copy.GetSubfile(1)), nullptr);
+  EXPECT_NE(dynamic_cast<KRFileRs*>(copy.GetSubfile(2)), nullptr);
+  for (u16 i = 0; i < 3; ++i) EXPECT_EQ(copy.GetSubfile(i)->GetParent(), &copy);
+  EXPECT_EQ(copy.DeepCopyFrom(nullptr), 0);
+  EXPECT_EQ(copy.DeepCopyFrom(&copy), 1);
+  EXPECT_EQ(copy.GetNumberOfSubfiles(), 3);
+}
+
+TEST(KRFileRs, CopiesItsResponses) {
+  const Parsed<KRFileRs> file(BankStatementFile(""));
+  ASSERT_EQ(file.Status(), KRParseStatus_Accepted);
+  KRFileRs copy;
+  EXPECT_EQ(copy.DeepCopyFrom(file.Get()), 1);
+  EXPECT_EQ(TextOf(copy), TextOf(*file));
+  EXPECT_NE(copy.GetResponse(0), file->GetResponse(0));
+}
+
+TEST(KRFile, SharesEverythingInAShallowCopy) {
+  const Parsed<KRFileRs> file(BankStatementFile(""));
+  {
+    const KRFileRs copy(*file);
+    EXPECT_EQ(TextOf(copy), TextOf(*file));
+    KRFileRs assigned;
+    assigned.AppendResponse(new KRResponse);
+    assigned = *file;
+    EXPECT_EQ(assigned.GetResponse(0), file->GetResponse(0));
+  }
+  EXPECT_NE(file->GetResponse(0), nullptr);
+}
+
+// Walks every allocation of reading, writing and copying a small statement.
+TEST(Exhaustion, EndsAParseABuildAndACopyWithoutHarm) {
+  const std::string text = BankStatementFile(
+      "<STMTTRN><TRNTYPE>CHECK<DTPOSTED>20260104<TRNAMT>-200.00<FITID>00002<CHECKNUM>1000"
+      "<NAME>A shop of many things</STMTTRN>");
+  TextBuffer buffer(text);
+  bool finished = false;
+  for (std::size_t nth = 1; !finished; ++nth) {
+    auto file = std::make_unique<KRFileRs>();
+    KRSimpleParser parser;
+    KRParseStatus status;
+    {
+      const FailingAllocation failing(nth);
+      status = parser.Parse(buffer.Get(), file.get(), 1);
+      finished = krofx::internal::AllocationFailure::Count() < nth;
+    }
+    if (status != KRParseStatus_Fatal && status != KRParseStatus_Accepted) {
+      // An array that cannot grow a second time raises no alarm: the header block is then short.
+      EXPECT_EQ(status, KRParseStatus_Invalid) << nth;
+      EXPECT_EQ(Warnings().back().substr(0, 10), "MISSINGTAG") << nth;
+    }
+    if (status == KRParseStatus_Accepted) {
+      EXPECT_EQ(TextOf(*file), TextOf(*Parsed<KRFileRs>(text))) << nth;
+    }
+    KRSetFireAlarm(KRFireAlarm_None);
+  }
+
+  const Parsed<KRFileRs> whole(text);
+  ASSERT_EQ(whole.Status(), KRParseStatus_Accepted);
+  const std::string written = TextOf(*whole);
+  finished = false;
+  for (std::size_t nth = 1; !finished; ++nth) {
+    KRBuffer target(0, 0);
+    KRBuilder builder;
+    KRBuildStatus status;
+    {
+      const FailingAllocation failing(nth);
+      status = builder.Build(&target, whole.Get(), KRBuildStringOpt_Strict, 1);
+      finished = krofx::internal::AllocationFailure::Count() < nth;
+    }
+    if (status == KRBuildStatus_Done) {
+      EXPECT_EQ(ContentOf(target), written) << nth;
+    }
+    KRSetFireAlarm(KRFireAlarm_None);
+  }
+
+  finished = false;
+  for (std::size_t nth = 1; !finished; ++nth) {
+    KRFileRs copy;
+    u16 copied;
+    {
+      const FailingAllocation failing(nth);
+      copied = copy.DeepCopyFrom(whole.Get());
+      finished = krofx::internal::AllocationFailure::Count() < nth;
+    }
+    if (finished) {
+      EXPECT_EQ(copied, 1);
+    }
+    if (copied != 0 && KRGetFireAlarm() == KRFireAlarm_None) {
+      EXPECT_EQ(TextOf(copy), written) << nth;
+    }
+    KRSetFireAlarm(KRFireAlarm_None);
+  }
+}
+
+}  // namespace
