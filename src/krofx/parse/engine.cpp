@@ -5,8 +5,10 @@
 
 #include <algorithm>
 #include <string_view>
+#include <type_traits>
 
 #include "krofx/core/parse_logger.h"
+#include "krofx/parse/common_tag.h"
 #include "krofx/parse/end_tag_index.h"
 #include "krofx/parse/item_scanner.h"
 #include "krofx/parse/sgml_macros.h"
@@ -197,8 +199,44 @@ void KRParseEngine::RefuseOverlong(const Text& text, const KRTagDictionaryEntry&
   }
 }
 
+// Reads a tag of a common shape. Null, with nothing changed, when the next one is none or its name
+// is not in the dictionary.
+const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::PlainText& text,
+                                                      KRString& value, KRTagType& type) {
+  krofx::internal::CommonTag tag;
+  if (m_nextItem.type != KrTagItemType_None || m_dictionary == nullptr ||
+      !krofx::internal::ReadCommonTag(text, m_currentItem.end, tag)) {
+    return nullptr;
+  }
+  KRTagID id;
+  const KRTagDictionaryEntry* entry =
+      m_dictionary->GetTagID(text.Bytes() + tag.name, tag.nameLength, &id, KRCaseType_Exact);
+  if (entry == nullptr) return nullptr;
+  if (tag.isElement) {
+    const auto length = static_cast<u16>(tag.valueEnd - tag.value);
+    const std::string_view view(text.Bytes() + tag.value, length);
+    const bool copied =
+        tag.hasMacros ? ExpandMacros(view, value) : value.Assign(view.data(), length) != 0;
+    if (!copied) return nullptr;
+    m_currentItem = {KrTagItemType_Text, length, tag.value, tag.next};
+  } else {
+    const KrTagItemType item = tag.isEnd ? KrTagItemType_EndTag : KrTagItemType_StartTag;
+    m_currentItem = {item, tag.nameLength, tag.name, tag.behindTag};
+  }
+  m_itemPosition = tag.name;
+  type = tag.isEnd ? KRTagType_End : tag.isElement ? KRTagType_Element : KRTagType_Start;
+  return entry;
+}
+
 template <class Text>
 KRTagType KRParseEngine::ReadTag(const Text& text, KRTagDictionaryEntry& entry, KRString& value) {
+  if constexpr (std::is_same_v<Text, krofx::internal::PlainText>) {
+    KRTagType type;
+    if (const KRTagDictionaryEntry* common = ReadCommon(text, value, type)) {
+      entry = *common;
+      return type;
+    }
+  }
   KRTagID id;
   while (const KRTagDictionaryEntry* found = FindTag(text, id)) {
     KRTagType type = KRTagType_End;

@@ -53,6 +53,10 @@ enum KRBoundStatus : u32 {
 /// Texts of 2^31 - 1 characters and more end there. An item's length is 16 bits: an element whose
 /// text has more than 65534 characters is refused with KRPW_TOOLONG and left out, since a text cut
 /// short could be taken for a good one.
+namespace krofx::internal {
+class PlainText;
+}
+
 class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
  public:
   /// One scanned item.
@@ -212,6 +216,8 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   bool CopyItem(const Text& text, KRString& out, bool expand) const;
   template <class Text>
   void RefuseOverlong(const Text& text, const KRTagDictionaryEntry& entry);
+  const KRTagDictionaryEntry* ReadCommon(const krofx::internal::PlainText& text, KRString& value,
+                                         KRTagType& type);
   template <class Text>
   KRTagType ReadTag(const Text& text, KRTagDictionaryEntry& entry, KRString& value);
   template <class Text>

@@ -1,0 +1,83 @@
+// The shapes that nearly every tag of real OFX text has, read in one pass:
+//
+//   <NAME>value   up to the next '<'
+//   <NAME>        with another tag behind it
+//   </NAME>
+//
+// with a name of capitals, digits and points that ends at once in '>', and no comment or CDATA
+// section behind it. Whatever else stands there is left to the scanner of items, which knows all
+// rules; the two answer alike where both answer.
+
+#ifndef KROFX_PARSE_COMMON_TAG_H_
+#define KROFX_PARSE_COMMON_TAG_H_
+
+#include <cstddef>
+#include <cstring>
+
+#include "krofx/core/types.h"
+#include "krofx/parse/byte_search.h"
+#include "krofx/parse/text_source.h"
+
+namespace krofx::internal {
+
+/// A tag of a common shape. Positions are those of the text.
+struct CommonTag {
+  bool isEnd = false;      ///< An end tag.
+  bool isElement = false;  ///< A value follows.
+  bool hasMacros = false;  ///< The value holds a '&'.
+  u16 nameLength = 0;
+  s32 name = 0;       ///< First character of the name.
+  s32 behindTag = 0;  ///< Behind the '>'.
+  s32 value = 0;      ///< First character of the value.
+  s32 valueEnd = 0;   ///< Behind its last character that is not white space.
+  s32 next = 0;       ///< Where the text behind the value goes on, at a '<'.
+};
+
+/// Reads the tag that begins, after white space, at `position`.
+/// @return false when it has none of the common shapes.
+inline bool ReadCommonTag(const PlainText& text, s32 position, CommonTag& tag) {
+  const char* const bytes = text.Bytes();
+  const char* const end = bytes + text.Size();
+  // Room for the shortest tag and what must be looked at behind it.
+  constexpr std::ptrdiff_t kLeast = 4;
+  if (position < 0 || end - bytes - position < kLeast) return false;
+  const char* at = bytes + position;
+  while (at != end && IsWhite(*at)) ++at;
+  if (end - at < kLeast || *at != '<') return false;
+  ++at;
+  tag.isEnd = *at == '/';
+  if (tag.isEnd) ++at;
+  const char* const name = at;
+  while (at != end && ((*at >= 'A' && *at <= 'Z') || (*at >= '0' && *at <= '9') || *at == '.'))
+    ++at;
+  constexpr std::ptrdiff_t kLongestName = 64;
+  if (at == end || *at != '>' || at == name || at - name > kLongestName) return false;
+  tag.name = static_cast<s32>(name - bytes);
+  tag.nameLength = static_cast<u16>(at - name);
+  tag.behindTag = static_cast<s32>(++at - bytes);
+  tag.isElement = false;
+  if (tag.isEnd) return true;
+
+  while (at != end && IsWhite(*at)) ++at;
+  if (end - at < 2 || *at == '\0') return false;
+  if (*at == '<') {
+    // A section or a comment decides differently, and white space may hide either.
+    return at[1] != '!' && !IsWhite(at[1]);
+  }
+  const char* const value = at;
+  const char* const stop = FindOrNul(value, end, '<');
+  if (stop == end || *stop == '\0') return false;
+  const char* last = stop;
+  while (IsWhite(last[-1])) --last;
+  if (last - value > KRString::kMaxLength) return false;
+  tag.isElement = true;
+  tag.hasMacros = std::memchr(value, '&', static_cast<std::size_t>(last - value)) != nullptr;
+  tag.value = static_cast<s32>(value - bytes);
+  tag.valueEnd = static_cast<s32>(last - bytes);
+  tag.next = static_cast<s32>(stop - bytes);
+  return true;
+}
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_PARSE_COMMON_TAG_H_
