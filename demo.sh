@@ -14,7 +14,7 @@ if [ -z "$krofx" ]; then
   echo "The command was not built." >&2
   exit 1
 fi
-for sample in examples/{checking,card,statement-v2}.ofx; do
+for sample in examples/{checking,card,quirks,statement-v2}.ofx; do
   echo
   echo "\$ krofx print $sample"
   "$krofx" print "$sample"
