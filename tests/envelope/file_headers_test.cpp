@@ -187,7 +187,7 @@ TEST(KRFileOFX, WarnsOfEachDoubtfulHeaderUpToTheFirstThatIsAbsent) {
   EXPECT_EQ(file.ValidateHeaders(), 0);
   const std::string type = " " + TagNumber(KRTag_OFXFILERS);
   EXPECT_EQ(TakeWarnings(),
-            (Lines{"BADFORMAT <OFXHEADER>" + type + " \"99\"",
+            (Lines{"BADFORMAT <OFXHEADER>" + type + " \"99\"", "BADFORMAT \"XML\"",
                    "BADFORMAT <DATA>" + type + " \"XML\"", "MISSINGTAG <VERSION>" + type}));
   file.AddDefaultOFXHeaders(1);
   EXPECT_EQ(file.ValidateHeaders(), 0);

@@ -1,0 +1,134 @@
+"""Tests of the schema compiler: python3 compiler_test.py PROJECT.
+
+The compiler is run over a copy of the project's schemas with one more file, so that a mistake in
+that file is all there is to find.
+"""
+
+import pathlib
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+PROJECT = pathlib.Path(sys.argv.pop(1)) if len(sys.argv) > 1 else pathlib.Path(__file__).parents[2]
+GOOD = """\
+# A file.
+
+aggregate KRProbe : KRDataObj = ACCTINFO
+  /// A probe.
+  ACCTID  KRString22  required  Number
+"""
+
+
+class Compiler(unittest.TestCase):
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp())
+        self.addCleanup(shutil.rmtree, self.folder)
+        for schema in (PROJECT / "src").rglob("*.schema"):
+            target = self.folder / "src" / schema.relative_to(PROJECT / "src")
+            target.parent.mkdir(parents=True, exist_ok=True)
+            shutil.copy(schema, target)
+
+    def compile(self, text=None, *options):
+        if text is not None:
+            (self.folder / "src/krofx/messages/banking/probe.schema").write_text(text)
+        command = [sys.executable, PROJECT / "tools/schemac/schemac.py"]
+        command += ["--source", self.folder / "src", "--out", self.folder / "out", *options]
+        return subprocess.run(command, capture_output=True, text=True, check=False)
+
+    def output(self, name):
+        return (self.folder / "out/krofx" / name).read_text()
+
+    def refuse(self, text, *words):
+        result = self.compile(text)
+        self.assertNotEqual(result.returncode, 0)
+        for word in ("probe.schema", *words):
+            self.assertIn(word, result.stderr)
+
+    def row(self, row):
+        return GOOD + "  " + row + "\n"
+
+    def test_lists_what_it_writes(self):
+        listed = self.compile(GOOD, "--list").stdout.split()
+        self.assertFalse((self.folder / "out").exists())
+        self.assertEqual(self.compile(GOOD).returncode, 0)
+        written = [str(p) for p in (self.folder / "out").rglob("*") if p.is_file()]
+        self.assertEqual(sorted(listed), sorted(written))
+        self.assertIn(str(self.folder / "out/krofx/messages/banking/probe.h"), listed)
+
+    def test_leaves_an_unchanged_file_alone(self):
+        self.compile(GOOD)
+        path = self.folder / "out/krofx/messages/banking/probe.h"
+        before = path.stat().st_mtime_ns
+        self.compile(GOOD)
+        self.assertEqual(path.stat().st_mtime_ns, before)
+
+    def test_writes_the_same_twice(self):
+        self.compile(GOOD)
+        first = {p: p.read_text() for p in (self.folder / "out").rglob("*.cpp")}
+        shutil.rmtree(self.folder / "out")
+        self.compile(GOOD)
+        self.assertEqual(first, {p: p.read_text() for p in (self.folder / "out").rglob("*.cpp")})
+
+    def test_refuses_an_unknown_tag(self):
+        self.refuse(self.row("NOSUCHTAG KRString1 optional X"), ":6:", "NOSUCHTAG")
+
+    def test_refuses_an_unknown_type(self):
+        self.refuse(self.row("NAME KREnormous optional Name"), "KREnormous")
+
+    def test_refuses_an_unknown_use_or_word(self):
+        self.refuse(self.row("NAME KRString32 maybe Name"), ":6:")
+        self.refuse(self.row("NAME KRString32 optional Name somehow"), ":6:", "somehow")
+
+    def test_refuses_an_unknown_rule(self):
+        self.refuse(self.row("rule sometimes ACCTID"), ":6:", "sometimes")
+
+    def test_refuses_an_unknown_block(self):
+        self.refuse("thing KRProbe : KRDataObj\n", ":1:")
+
+    def test_refuses_a_class_that_is_there_and_a_base_that_is_not(self):
+        self.refuse(GOOD.replace("KRProbe", "KRStatus"), "KRStatus")
+        self.refuse(GOOD.replace("KRDataObj", "KRNoSuchBase"), "KRNoSuchBase")
+
+    def test_refuses_a_class_without_comment(self):
+        self.refuse(GOOD.replace("  /// A probe.\n", ""), "comment")
+
+    def test_refuses_a_shared_slot_that_is_not_there(self):
+        self.refuse(self.row("CURRENCY child KRCurrency optional in Nowhere"), "Nowhere")
+
+    def test_refuses_more_rows_than_presence_has_bits(self):
+        self.compile()
+        known = re.findall(r"KRTag_([A-Z0-9]+) =", self.output("core/tags.h"))[:97]
+        self.assertEqual(len(known), 97)
+        head = "aggregate KRProbe : KRDataObj\n  /// A probe.\n"
+        rows = [f"  {tag} KRString1 optional Word{i}\n" for i, tag in enumerate(known)]
+        self.assertEqual(self.compile(head + "".join(rows[:96])).returncode, 0)
+        self.refuse(head + "".join(rows), "96")
+
+    def test_puts_a_new_class_behind_the_others_in_the_factory(self):
+        self.compile(GOOD)
+        operations = re.findall(r"virtual \S+ New(\w+)\(", self.output("model/factory.h"))
+        order = []
+        for line in (PROJECT / "src/krofx/model/factory.schema").read_text().splitlines():
+            if line.startswith("hand "):
+                order.append(re.search(r"New(\w+)\(", line)[1])
+            elif not line.startswith("#"):
+                order += line.split()
+        self.assertNotIn("Probe", order)
+        listed = [name for name in operations if name in order]
+        self.assertEqual(listed, [name for name in order if name in operations])
+        self.assertEqual(operations[: len(listed)], listed)
+        self.assertIn("Probe", operations[len(listed) :])
+
+    def test_makes_the_first_operations_of_the_factory_take_no_version(self):
+        self.compile()
+        header = self.output("model/factory.h")
+        for name in ("UShort", "ParseException", "MIMEHeader", "Language"):
+            self.assertRegex(header, rf"New{name}\(\);")
+        self.assertRegex(header, r"NewStatus\(u16 version\);")
+
+
+if __name__ == "__main__":
+    unittest.main()
