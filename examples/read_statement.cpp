@@ -12,16 +12,20 @@ namespace {
 
 const char* Text(const KRString& string) { return string; }
 
+// The other party stands in NAME, or in the payee of either version; a check often has neither.
+const KRString& Party(const KRBankStatementTx& transaction) {
+  if (const KRPayee* payee = transaction.GetPayee()) return payee->GetName();
+  if (const KRPayee* payee = transaction.GetPayee2()) return payee->GetName();
+  if (transaction.ValidateTag(KRTag_NAME) != 0) return transaction.GetName();
+  return transaction.GetMemo();
+}
+
 void PrintTransactions(const KRBankTransactionList& list) {
   for (u16 i = 0; i < list.GetNumStatementTx(); ++i) {
     const KRBankStatementTx& transaction = *list.GetStatementTx(i);
     const KRDateTime& date = transaction.GetDateTimePosted();
-    // The other party stands in NAME, or in the payee of either version.
-    const KRPayee* payee = transaction.GetPayee();
-    if (payee == nullptr) payee = transaction.GetPayee2();
     std::printf("  %04d-%02d-%02d %12s  %s\n", date.GetYear(), date.GetMonth(), date.GetDay(),
-                static_cast<const char*>(transaction.GetTxAmount()),
-                Text(payee != nullptr ? payee->GetName() : transaction.GetName()));
+                static_cast<const char*>(transaction.GetTxAmount()), Text(Party(transaction)));
   }
 }
 
@@ -35,8 +39,14 @@ void PrintStatement(const KRGenericStatementRs& statement) {
   }
 }
 
-// Statements stand as payloads of transactions, below message sets, below the response.
+// Statements stand as payloads of transactions, below message sets, below the response. A
+// transaction that failed has a status instead of a payload.
 void PrintStatements(const KRDataObj& object) {
+  const auto* wrapper = dynamic_cast<const KRTransRs*>(&object);
+  if (wrapper != nullptr && wrapper->IsErrorStatus() != 0) {
+    std::printf("%s: error %d, %s\n", Text(wrapper->GetTransUserID()),
+                wrapper->GetStatus()->GetCode(), Text(wrapper->GetStatus()->GetMessageText()));
+  }
   if (const auto* statement = dynamic_cast<const KRGenericStatementRs*>(&object)) {
     PrintStatement(*statement);
     return;

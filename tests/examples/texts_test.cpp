@@ -3,13 +3,19 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <string>
 
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/billpay/payees.h"
+#include "krofx/messages/investment/orders.h"
+#include "krofx/messages/investment/securities.h"
+#include "krofx/messages/investment/statement.h"
+#include "krofx/messages/investment/transactions.h"
 #include "krofx/messages/signon/profile.h"
 #include "krofx/values/utility.h"
 #include "support/ofx_text.h"
@@ -87,8 +93,8 @@ TEST(ExampleTexts, Quirks) {
       "quirks.ofx", KRParseStatus_Warnings,
       {"UNKNOWNTAG <ACME.BRANCHHOURS>", lower("stmttrn", KRTag_STMTTRN),
        lower("trntype", KRTag_TRNTYPE), lower("dtposted", KRTag_DTPOSTED),
-       lower("trnamt", KRTag_TRNAMT), lower("fitid", KRTag_FITID), lower("Memo", KRTag_MEMO),
-       lower("stmttrn", KRTag_STMTTRN), "UNKNOWNTAG <ACME.IMAGE>"});
+       lower("trnamt", KRTag_TRNAMT), lower("fitid", KRTag_FITID), lower("name", KRTag_NAME),
+       lower("Memo", KRTag_MEMO), lower("stmttrn", KRTag_STMTTRN), "UNKNOWNTAG <ACME.IMAGE>"});
   const auto* list = FindIn<KRBankTransactionList>(file.Get());
   ASSERT_NE(list, nullptr);
   ASSERT_EQ(list->GetNumStatementTx(), 4);
@@ -147,6 +153,86 @@ TEST(ExampleTexts, SecondVersionIsRefusedByAFileOfTheFirst) {
   const Parsed<KRFileRs> file(Example("statement-v2.ofx"), std::move(first));
   EXPECT_EQ(file.Status(), KRParseStatus_Warnings);
   EXPECT_EQ(FindIn<KRBankStatementRs>(file.Get()), nullptr);
+}
+
+/// The tags of the children of the first `T` of a tree, each run of one tag once.
+template <class T>
+Lines ChildTags(KRDataObj* root) {
+  Lines tags;
+  T* parent = FindIn<T>(root);
+  for (u16 i = 0; parent != nullptr && i < parent->GetNumberOfChildren(); ++i) {
+    const KRTagID tag = parent->GetChild(i)->GetType();
+    const char* text = KRTagDictionary::TheKRTagDictionary()->GetTagString(tag);
+    if (tags.empty() || tags.back() != text) tags.push_back(text);
+  }
+  return tags;
+}
+
+// The first is in the order of time, and its securities and orders stand last first; both are
+// written kind by kind.
+TEST(ExampleTexts, BrokerageStatementsHaveOneOfEachKind) {
+  for (const char* name : {"brokerage.ofx", "brokerage-v2.ofx"}) {
+    SCOPED_TRACE(name);
+    const auto file = Read<KRFileRs>(name, KRParseStatus_Accepted);
+    EXPECT_EQ(
+        ChildTags<KRInvTranList>(file.Get()),
+        (Lines{"BUYDEBT",  "BUYMF",      "BUYOPT",     "BUYOTHER", "BUYSTOCK",       "CLOSUREOPT",
+               "INCOME",   "INVEXPENSE", "JRNLFUND",   "JRNLSEC",  "MARGININTEREST", "REINVEST",
+               "RETOFCAP", "SELLDEBT",   "SELLMF",     "SELLOPT",  "SELLOTHER",      "SELLSTOCK",
+               "SPLIT",    "TRANSFER",   "INVBANKTRAN"}));
+    EXPECT_EQ(ChildTags<KRInvPosList>(file.Get()),
+              (Lines{"POSDEBT", "POSMF", "POSOPT", "POSOTHER", "POSSTOCK"}));
+    EXPECT_EQ(ChildTags<KRInvOOList>(file.Get()),
+              (Lines{"OOBUYDEBT", "OOBUYMF", "OOBUYOPT", "OOBUYOTHER", "OOBUYSTOCK", "OOSELLDEBT",
+                     "OOSELLMF", "OOSELLOPT", "OOSELLOTHER", "OOSELLSTOCK", "OOSWITCHMF"}));
+    EXPECT_EQ(ChildTags<KRSecList>(file.Get()),
+              (Lines{"DEBTINFO", "MFINFO", "OPTINFO", "OTHERINFO", "STOCKINFO"}));
+    const std::string text = TextOf(*file);
+    EXPECT_LT(text.find("<BUYSTOCK>"), text.find("<SELLDEBT>"));
+    EXPECT_LT(text.find("<SELLSTOCK>"), text.find("<INVBANKTRAN>"));
+  }
+}
+
+TEST(ExampleTexts, BrokerageRequestsAreWrittenAsTheyStand) {
+  for (const char* name : {"brokerage-request.ofx", "brokerage-request-v2.ofx"}) {
+    SCOPED_TRACE(name);
+    const auto file = Read<KRFileRq>(name, KRParseStatus_Accepted);
+    const std::string body = Example(name);
+    EXPECT_EQ(TextOf(*file).substr(HeaderBlock().size()), body.substr(body.find("<OFX>")));
+  }
+}
+
+// What stands behind the header block, whose line ends are the builder's own.
+std::string BodyOf(const std::string& text) {
+  const std::size_t start = text.find("<OFX>");
+  EXPECT_NE(start, std::string::npos);
+  return text.substr(std::min(start, text.size()));
+}
+
+/// As Read, for examples that stand in the form that the builder gives them: both versions of each.
+template <class Root>
+void ExpectFixedPoints(std::initializer_list<const char*> names) {
+  for (const char* const name : names) {
+    for (const char* const version : {".ofx", "-v2.ofx"}) {
+      SCOPED_TRACE(std::string(name) + version);
+      const auto file = Read<Root>(std::string(name) + version, KRParseStatus_Accepted);
+      EXPECT_EQ(BodyOf(TextOf(*file)), BodyOf(Example(std::string(name) + version)));
+    }
+  }
+}
+
+TEST(ExampleTexts, BillPayment) {
+  ExpectFixedPoints<KRFileRq>({"billpay-request"});
+  ExpectFixedPoints<KRFileRs>({"billpay-response"});
+}
+
+TEST(ExampleTexts, Branding) {
+  ExpectFixedPoints<KRFileRq>({"branding-request"});
+  ExpectFixedPoints<KRFileRs>({"branding-response"});
+}
+
+TEST(ExampleTexts, Reports) {
+  ExpectFixedPoints<KRFileRq>({"client-log", "survey", "institution-usage", "customer-usage"});
 }
 
 }  // namespace

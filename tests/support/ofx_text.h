@@ -166,7 +166,7 @@ inline std::string SignOnRequestSet(u16 version = 1) {
   return Aggregate("SIGNONMSGSRQ" + VersionSuffix(version),
                    Aggregate("SONRQ",
                              "<DTCLIENT>20260105120000<USERID>ada<USERPASS>secret"
-                             "<LANGUAGE>ENG<APPID>KROFX<APPVER>100"));
+                             "<LANGUAGE>ENG<APPID>KROFX<APPVER>0100"));
 }
 
 /// STATUS of an exchange that went well.
