@@ -29,11 +29,7 @@ def main():
 
     outputs = {}
     for kind in KINDS:
-        try:
-            module = importlib.import_module(kind)
-        except ModuleNotFoundError:
-            continue
-        module.generate(options.source, outputs.__setitem__)
+        importlib.import_module(kind).generate(options.source, outputs.__setitem__)
 
     for name, text in outputs.items():
         path = options.out / name
