@@ -226,6 +226,16 @@ TEST(ExampleTexts, BillPayment) {
   ExpectFixedPoints<KRFileRs>({"billpay-response"});
 }
 
+TEST(ExampleTexts, SignUp) {
+  ExpectFixedPoints<KRFileRq>({"sign-up-request"});
+  ExpectFixedPoints<KRFileRs>({"sign-up-response"});
+}
+
+TEST(ExampleTexts, TransfersStopChecksAndMail) {
+  ExpectFixedPoints<KRFileRq>({"transfers-request", "stop-checks-request", "mail-request"});
+  ExpectFixedPoints<KRFileRs>({"transfers-response", "stop-checks-response", "mail-response"});
+}
+
 TEST(ExampleTexts, Branding) {
   ExpectFixedPoints<KRFileRq>({"branding-request"});
   ExpectFixedPoints<KRFileRs>({"branding-response"});
