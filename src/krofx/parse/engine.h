@@ -23,6 +23,10 @@
 #include "krofx/parse/search_memory.h"
 #include "krofx/values/keywords.h"
 
+namespace krofx::internal {
+class PlainText;
+}  // namespace krofx::internal
+
 /// A kind of item that the engine scans.
 enum KrTagItemType : s32 {
   KrTagItemType_None = -1,     ///< Nothing was read.
@@ -53,10 +57,6 @@ enum KRBoundStatus : u32 {
 /// Texts of 2^31 - 1 characters and more end there. An item's length is 16 bits: an element whose
 /// text has more than 65534 characters is refused with KRPW_TOOLONG and left out, since a text cut
 /// short could be taken for a good one.
-namespace krofx::internal {
-class PlainText;
-}
-
 class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
  public:
   /// One scanned item.
