@@ -104,6 +104,8 @@ class ClassWriter:
     def kind(self, row):
         if row.kind == "repeated":
             return f"kRepeated<{row.type}>"
+        if row.kind == "embedded":
+            return f"kEmbedded<{row.type}>"
         if row.pad:
             return f"kPaddedUShort<{row.pad}>"
         if row.type in NUMBERS:
@@ -436,7 +438,7 @@ class ClassWriter:
             return "{}"
         own = member(row.shared or row.stem)
         parts = [f".member = &MemberOf<&{self.cls.name}::{own}>::Address"]
-        if row.kind in ("value", "repeated"):
+        if row.kind in ("value", "repeated", "embedded"):
             parts.append(f".value = &{self.kind(row)}")
             if row.closed:
                 parts.append(".closed = true")
@@ -514,9 +516,9 @@ class ClassWriter:
             text += self.array(
                 "static constexpr Row kRows[]", [self.row_text(r) for r in listed + unlisted]
             )
-        required = [r for r in rows if r.required]
+        required = self.schemas.required_of(cls)
         if required:
-            items = [f"{{{enumerator(r.tag)}, 0x{r.required:x}}}" for r in required]
+            items = [f"{{{enumerator(tag)}, 0x{versions:x}}}" for tag, versions in required]
             text += self.array("static constexpr KRTagTableEntry kRequired[]", items)
         if unlisted:
             items = [enumerator(r.tag) for r in unlisted]
@@ -623,7 +625,7 @@ class ClassWriter:
         for shared in cls.shared:
             self.shared_accessors(shared)
         for row in cls.rows:
-            if row.kind == "listed" or (row.kind == "children" and row.shared):
+            if row.kind in ("listed", "embedded") or (row.kind == "children" and row.shared):
                 continue
             if self.declares(row) or (row.kind == "child" and row.shared and row.stem):
                 if row.stem:
@@ -756,6 +758,8 @@ def write_file(schemas, file, write):
             for row in writer.cls.rows:
                 if row.kind == "children" and writer.child_array(row) != "KRDynamicArrayDataObj":
                     includes.add(header_of(schemas.classes[row.type]))
+                elif row.kind == "embedded":
+                    includes.add(header_of(schemas.classes[row.type]))
         includes.discard(file.name + ".h")
         own = {w.cls.name for w in writers}
         arrays = [w.cls for w in writers if w.cls.typed_array]
@@ -776,6 +780,8 @@ def write_file(schemas, file, write):
         for used in writer.uses:
             includes.add(header_of(schemas.classes[used]))
     includes |= {header_of(cls) for cls in file.classes}
+    if any(row.kind == "embedded" for cls in file.classes for row in cls.rows):
+        includes.add("krofx/model/embedded_child.h")
     includes.discard(file.name + ".h")
     text = origin + "\n"
     if writers:

@@ -19,8 +19,9 @@ with the same tag and type reads into the ancestor's member. A block without row
     types     KRStringN and other text classes, an enumeration of a keywords.schema, KRDateTime,
               KRTime, KRLanguage, amount, posamount, quantity, unitprice, rate, boolean, u16, s16,
               s32, u32, index KREnum (a u16 that holds the keyword's place),
-              child CLASS, children CLASS, repeated ARRAYCLASS, and `listed`: valid, but neither
-              read nor written
+              child CLASS, children CLASS, repeated ARRAYCLASS, embedded CLASS (a child that is a
+              part of the object; what is asked of it is declared and overridden by hand), and
+              `listed`: valid, but neither read nor written
     use       required, optional, or required(VERSIONS) where that differs from the row's versions
     versions  nothing for all; V1, V2, V2+
     words     in NAME     the child lives in a slot or array that several rows share
@@ -39,6 +40,7 @@ Other lines of a block:
                                none, at_most_one, exactly_one, at_least_one, all, exclusive_or;
                                reported: named among the missing required tags when it fails
     rules_only                 completeness is a matter of the rules; required rows do not count
+    requires TAG...            what the class requires, in place of what its rows say; `nothing`
     typed_array                declares KRDynamicArrayCLASS, the array that rows of this class live in
     version N                  the version that the constructor sets
     override NAME...           virtual operations of KRDataObj that a .cpp beside the schema defines
@@ -74,7 +76,7 @@ class SchemaError(Exception):
 @dataclass
 class Row:
     tag: str
-    kind: str  # value, child, children, repeated, listed
+    kind: str  # value, child, children, repeated, embedded, listed
     type: str = ""
     required: int = 0
     versions: int = 0xFFFF
@@ -130,6 +132,7 @@ class Class:
     header: str = ""  # of a hand-written class
     typed_array: bool = False
     rules_only: bool = False
+    requires: list = None  # tags, in place of what the rows say
 
     @property
     def bare(self):
@@ -244,6 +247,8 @@ class Schemas:
             current.typed_array = True
         elif word == "rules_only":
             current.rules_only = True
+        elif word == "requires":
+            current.requires = [] if words[1:] == ["nothing"] else [self._tag(w) for w in words[1:]]
         else:
             current.rows.append(self._row(words))
 
@@ -264,7 +269,7 @@ class Schemas:
         word = words.pop(0)
         if word == "listed":
             row.kind = "listed"
-        elif word in ("child", "children", "repeated"):
+        elif word in ("child", "children", "repeated", "embedded"):
             row.kind, row.type = word, words.pop(0)
         elif word == "index":
             row.type = f"index {words.pop(0)}"
@@ -316,7 +321,7 @@ class Schemas:
                 self._resolve_row(cls, row)
 
     def _resolve_row(self, cls, row):
-        if row.kind in ("child", "children") and row.type not in self.classes:
+        if row.kind in ("child", "children", "embedded") and row.type not in self.classes:
             # Its domain is not described yet: the tag is valid, and nothing is made for it.
             row.kind, row.type = "listed", ""
         row.owner = cls
@@ -344,6 +349,13 @@ class Schemas:
             if candidate.rows:
                 return candidate.rows
         return []
+
+    def required_of(self, cls):
+        """The required table of the class: tags with the versions that they are required in."""
+        rows = self.table_rows(cls)
+        if cls.requires is not None:
+            return [(row.tag, row.versions) for row in rows if row.tag in cls.requires]
+        return [(row.tag, row.required) for row in rows if row.required]
 
     def table_rules(self, cls):
         """The rules of the class's table, and whether they alone tell if an object is complete."""
