@@ -38,6 +38,13 @@
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
 
+// Payroll values, which can be blank.
+#include "krofx/payroll/keywords.h"
+#include "krofx/payroll/payroll_amount.h"
+#include "krofx/payroll/payroll_builder.h"
+#include "krofx/payroll/payroll_data_conversion.h"
+#include "krofx/payroll/payroll_date_time.h"
+
 // Files, message sets, and every aggregate.
 #include "krofx/aggregates.h"
 #include "krofx/version.h"

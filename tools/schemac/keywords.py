@@ -44,6 +44,7 @@ class Owner:
     name: str
     base: bool = False
     range_checked: bool = False
+    header: str = ""  # declares the enumerations
     comment: list = field(default_factory=list)
     lists: list = field(default_factory=list)
 
@@ -102,8 +103,12 @@ def parse(path):
 
 def load(source):
     """Every enumeration of every keywords.schema below `source`, by name."""
-    files = sorted(pathlib.Path(source).glob("krofx/**/keywords.schema"))
-    return {k.name: k for f in files for owner in parse(f) for k in owner.lists}
+    known = {}
+    for file in sorted(pathlib.Path(source).glob("krofx/**/keywords.schema")):
+        for owner in parse(file):
+            owner.header = file.relative_to(source).with_suffix(".h").as_posix()
+            known.update((k.name, k) for k in owner.lists)
+    return known
 
 
 def _guarded(path, opening, body):

@@ -18,7 +18,8 @@ A row is tag, type, use, versions and accessor stem, in wire order. A row that a
 with the same tag and type reads into the ancestor's member. A block without rows has its base's.
     types     KRStringN and other text classes, an enumeration of a keywords.schema, KRDateTime,
               KRTime, KRLanguage, amount, posamount, quantity, unitprice, rate, boolean, u16, s16,
-              s32, u32, index KREnum (a u16 that holds the keyword's place),
+              s32, u32, index KREnum (a u16 that holds the keyword's place), payamount and paydate
+              (a KRPayrollAmount, a KRPayrollDateTime),
               child CLASS, children CLASS, repeated ARRAYCLASS, embedded CLASS (a child that is a
               part of the object; what is asked of it is declared and overridden by hand), and
               `listed`: valid, but neither read nor written
@@ -32,6 +33,9 @@ with the same tag and type reads into the ancestor's member. A block without row
                           goes on
               by hand     the setter from a text is declared and defined by hand
               unlisted    read into its member, but not valid: never present, never written
+
+A line `payroll` in the head puts the file under the customs of the payroll tags: every row is
+lenient, and the setter of a boolean takes a const char* too, as those of amounts and dates do.
 
 Other lines of a block:
     slot NAME CLASS            one child that several rows may fill
@@ -151,6 +155,7 @@ class Class:
 class File:
     path: pathlib.Path
     name: str  # krofx/messages/banking/statements
+    payroll: bool = False  # under the customs of the payroll tags
     comment: list = field(default_factory=list)
     classes: list = field(default_factory=list)
 
@@ -189,6 +194,8 @@ class Schemas:
                 elif text.startswith("#"):
                     if current is None:
                         file.comment.append(text.removeprefix("#").removeprefix(" "))
+                elif line == "payroll" and current is None:
+                    file.payroll = True
                 elif not line[0].isspace():
                     current = self._open(text.split(), file, number)
                 elif text == "declare":
@@ -325,6 +332,7 @@ class Schemas:
             # Its domain is not described yet: the tag is valid, and nothing is made for it.
             row.kind, row.type = "listed", ""
         row.owner = cls
+        row.lenient = row.lenient or cls.file.payroll
         if row.shared:
             self.shared_of(cls, row.shared)
         for ancestor in reversed(self.ancestors(cls)):
