@@ -80,8 +80,8 @@ TEST(RecurringPaymentTables, Mail) {
   ExpectTable<KRPaymentMailRs>("PMTMAILRS", kMail);
 }
 
-TEST(RecurringPaymentTables, BillPayProfile) {
-  ExpectTable<KRBillPayMessageSetV1>("BILLPAYMSGSETV1", R"(
+// Both versions have these, around HASRECEXTDPMT, which only the second one lists.
+constexpr char kBeforeRecurring[] = R"(
     MSGSETCORE           child                required
     DAYSWITH             s16                  required
     DFLTDAYSTOPAY        u16                  required
@@ -97,6 +97,8 @@ TEST(RecurringPaymentTables, BillPayProfile) {
     PMTBYPAYEEID         boolean              required
     CANADDPAYEE          boolean              required
     HASEXTDPMT           boolean              required
+)";
+constexpr char kAfterRecurring[] = R"(
     CANMODPMTS           boolean              required
     CANMODMDLS           boolean              required
     DIFFFIRSTPMT         boolean              required
@@ -105,38 +107,20 @@ TEST(RecurringPaymentTables, BillPayProfile) {
     NORV.JUSTONEPAYACCT  boolean
     NORV.DATEMODEL       word=MIXED
     NORV.DFLTDAYSWITH    s16
-  )");
+)";
+
+TEST(RecurringPaymentTables, BillPayProfile) {
+  ExpectTable<KRBillPayMessageSetV1>("BILLPAYMSGSETV1",
+                                     std::string(kBeforeRecurring) + kAfterRecurring);
 }
 
 TEST(RecurringPaymentTables, BillPayProfileOfTheSecondVersion) {
-  ExpectTable<KRBillPayMessageSetV2>("BILLPAYMSGSETV1", R"(
-    MSGSETCORE           child                required
-    DAYSWITH             s16                  required
-    DFLTDAYSTOPAY        u16                  required
-    XFERDAYSWITH         u16                  required
-    XFERDFLTDAYSTOPAY    u16                  required
-    PROCDAYSOFF          words=MONDAY,SUNDAY
-    PROCENDTM            time                 required
-    MODELWND             u16                  required
-    POSTPROCWND          u16                  required
-    STSVIAMODS           boolean              required
-    PMTBYADDR            boolean              required
-    PMTBYXFER            boolean              required
-    PMTBYPAYEEID         boolean              required
-    CANADDPAYEE          boolean              required
-    HASEXTDPMT           boolean              required
-    HASRECEXTDPMT        boolean              required
-    CANMODPMTS           boolean              required
-    CANMODMDLS           boolean              required
-    DIFFFIRSTPMT         boolean              required
-    DIFFLASTPMT          boolean              required
-    NORV.CANRECUR        boolean
-    NORV.JUSTONEPAYACCT  boolean
-    NORV.DATEMODEL       word=MIXED
-    NORV.DFLTDAYSWITH    s16
-    NEEDTANPMT           boolean              required  V2+
-    NEEDTANPAYEE         boolean              required  V2+
-    SUPPORTDTAVAIL       boolean              required  V2+
+  ExpectTable<KRBillPayMessageSetV2>("BILLPAYMSGSETV1", kBeforeRecurring + std::string(R"(
+    HASRECEXTDPMT  boolean  required
+  )") + kAfterRecurring + R"(
+    NEEDTANPMT      boolean  required  V2+
+    NEEDTANPAYEE    boolean  required  V2+
+    SUPPORTDTAVAIL  boolean  required  V2+
   )");
 }
 
