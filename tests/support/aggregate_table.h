@@ -8,12 +8,14 @@
 //
 // One row a line, in wire order: tag, kind, then in any order the use and the versions.
 //
-//   kinds     textN (N is the limit), date, time, amount, posamount, rate, boolean, u16, s16, s32,
-//             u32, language, word=KEYWORD, child, children, repeated=TEXT,TEXT,
-//             words=KEYWORD,KEYWORD, listed (valid, but neither read nor written)
+//   kinds     textN (N is the limit), text (none), date, time, amount, posamount, payamount,
+//             paydate, rate, boolean, u16, s16, s32, u32, language, word=KEYWORD, child, children,
+//             repeated=TEXT,TEXT, words=KEYWORD,KEYWORD, listed (valid, but neither read nor
+//             written)
 //   use       required, or required(V2+) where that differs from the row's versions
 //   versions  nothing for all; V1, V2+
-//   lenient   a text that is no value is passed over, and the parse goes on
+//   lenient   a text that is no value is passed over, and the parse goes on; alone on a line, this
+//             holds for the rows below it
 //   padN      the number is written with leading zeros to N digits
 //   closed    the element is written with its end tag
 //   other     a child that is held in the place of the one of an earlier row
@@ -106,6 +108,9 @@ inline void SetKind(TableRow& row, const std::string& kind) {
     const char* bad;
   };
   static constexpr Sample kSamples[] = {
+      {"text", "Some text", ""},
+      {"payamount", "$1234.50", "12x"},
+      {"paydate", "20260131", "soon"},
       {"date", "20260131235959.999[-5:EST]", "soon"},
       {"time", "173000[-5:EST]", "noon"},
       {"amount", "-1234567.89", "12x"},
@@ -126,7 +131,7 @@ inline void SetKind(TableRow& row, const std::string& kind) {
   if (equals != std::string::npos) {
     row.values = SplitAt(kind.substr(equals + 1), ',');
     if (row.kind.starts_with("word")) row.bad = "NOSUCHWORD";
-  } else if (row.kind.starts_with("text")) {
+  } else if (row.kind.starts_with("text") && row.kind != "text") {
     row.limit = std::stoul(row.kind.substr(4));
     row.values = {Letters(row.limit)};
   } else {
@@ -142,11 +147,16 @@ inline void SetKind(TableRow& row, const std::string& kind) {
 /// Reads the rows of a table from its text.
 inline std::vector<TableRow> ReadTable(const std::string& text) {
   std::vector<TableRow> rows;
+  bool allLenient = false;
   for (const std::string& line : SplitAt(text, '\n')) {
     std::istringstream words(line);
     TableRow row;
     std::string word;
-    if (!(words >> row.tag >> word)) continue;
+    if (!(words >> row.tag >> word)) {
+      allLenient = allLenient || row.tag == "lenient";
+      continue;
+    }
+    row.lenient = allLenient;
     SetKind(row, word);
     bool isRequired = false;
     while (words >> word) {

@@ -198,7 +198,10 @@ class ClassWriter:
         by_reference = text_class or cpp == "KRLanguage"
         shown = f"const {cpp}&" if by_reference else cpp
         self.header += fill(f"{row.tag} as it is held, present or not.")
-        self.header += f"  {shown} Get{name}() const {{ return {own}; }}\n"
+        getter = f"  {shown} Get{name}() const {{ return {own}; }}"
+        if len(getter) > 100:
+            getter = f"  {shown} Get{name}() const {{\n    return {own};\n  }}"
+        self.header += getter + "\n"
         if not text_class:
             native = cpp
             if cpp in ("KRPosPrecisionInteger", "KRPercent"):
@@ -623,7 +626,8 @@ class ClassWriter:
                 self.source += f"{cls.name}::{cls.name}() {{\n{lines}}}\n"
         else:
             self.source += f"{cls.name}::{cls.name}() = default;\n"
-        self.source += call(f"{cls.name}::{cls.name}", [f"const {cls.name}& other"], " = default;", "")
+        one = f"{cls.name}::{cls.name}(const {cls.name}& other) = default;\n"
+        self.source += one if len(one) <= 101 else one.replace(" default;", "\n    default;")
         one = f"{cls.name}& {cls.name}::operator=(const {cls.name}& other) = default;"
         if len(one) <= 100:
             self.source += one + "\n"

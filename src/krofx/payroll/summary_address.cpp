@@ -1,0 +1,36 @@
+// The address in a tax summary: a part of the object, so that there is always one, and only one.
+
+#include "krofx/model/aggregate.h"
+#include "krofx/payroll/taxes.h"
+
+// A second address in a text is read over the first, where a child by pointer would be replaced.
+KRParseStatus KREmployeeTaxSummary::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  if (entry != nullptr && entry->tagID == KRTag_N_ADDRINFO) {
+    return PushAndSetObject(&m_addrInfo, KRTag_N_ADDRINFO);
+  }
+  return KRDataObj::HandleTagStart(entry);
+}
+
+u16 KREmployeeTaxSummary::SetMsgSetVersion(u16 version) {
+  m_addrInfo.SetMsgSetVersion(version);
+  return KRDataObj::SetMsgSetVersion(version);
+}
+
+// An address that is not present is no child: nobody should look for what is missing in it.
+KRDataObj* KREmployeeTaxSummary::GetChild(u16 index) const {
+  if (index > 0) return KRDataObj::GetChild(static_cast<u16>(index - 1));
+  if (ValidateTag(KRTag_N_ADDRINFO) == 0) return nullptr;
+  return const_cast<KRAddrInfo*>(&m_addrInfo);
+}
+
+u16 KREmployeeTaxSummary::GetNumberOfChildren() const {
+  return static_cast<u16>(KRDataObj::GetNumberOfChildren() + 1);
+}
+
+u16 KREmployeeTaxSummary::SetAddrInfo(KRAddrInfo* address) {
+  if (address == nullptr || IsValidTag(KRTag_N_ADDRINFO) == 0) return 0;
+  if (m_addrInfo.DeepCopyFrom(address) == 0) return 0;
+  m_addrInfo.SetType(KRTag_N_ADDRINFO);
+  m_addrInfo.SetMsgSetVersion(GetMsgSetVersion());
+  return SetTag(KRTag_N_ADDRINFO);
+}
