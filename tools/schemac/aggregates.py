@@ -680,12 +680,12 @@ class ClassWriter:
             "SetMsgSetVersion": "u16 SetMsgSetVersion(u16 version) override;",
             "DeepCopyFrom": "u16 DeepCopyFrom(KRTransBase* source) override;",
         }
-        if cls.overrides:
+        # Only a payload's copy is virtual; that of any other class is declared above.
+        overrides = [name for name in cls.overrides if name != "DeepCopyFrom" or payload]
+        if overrides:
             self.header += "\n"
-            for name in cls.overrides:
-                # Only a payload's copy is virtual; that of any other class is declared above.
-                if name != "DeepCopyFrom" or payload:
-                    self.header += f"  {signatures[name]}\n"
+            for name in overrides:
+                self.header += f"  {signatures[name]}\n"
         if cls.declarations:
             self.header += "\n" + "\n".join(f"  {line}".rstrip() for line in cls.declarations) + "\n"
 

@@ -154,6 +154,10 @@ def _pair(k):
     if k.owner.range_checked:
         failure = "0, with a KRPW_BADFORMAT warning and `out` unchanged, beyond the list"
     failure += "."
+    opening = f"  static u16 StringTo{k.stem}("
+    reader = f"{opening}const KRString& text, {k.name}& out) {{"
+    if len(reader) > 100:
+        reader = reader.replace(", ", ",\n" + " " * len(opening))
     missing = "`out` unchanged" if k.none is None else f"`out` {k.name}_None"
     return f"""  /// Gives the keyword of a {k.name}.
   /// @return 1; {failure}
@@ -162,7 +166,7 @@ def _pair(k):
   }}
   /// Finds the {k.name} of a keyword, without regard to case.
   /// @return 1; 0, and {missing}, after a KRPW_BADFORMAT warning, when there is none.
-  static u16 StringTo{k.stem}(const KRString& text, {k.name}& out) {{
+{reader}
     return {traits}::FromText(text, out);
   }}
 """

@@ -8,6 +8,7 @@
 #include "krofx/messages/investment/securities.h"
 #include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
+#include "krofx/payroll/envelope.h"
 
 namespace krofx::internal {
 
@@ -25,7 +26,7 @@ struct Direction<Side::kRequest> {
   static KRTransRq* Trans(KRDataObjFactory& factory, KRTagID tag) {
     return tag == KRTag_MULTIINTERTRNRQ ? factory.NewMultiTransRq(0) : factory.NewTransRq(0);
   }
-  static KRSyncRq* Sync(KRDataObjFactory& factory) { return factory.NewSyncRq(0); }
+  static KRSyncRq* Sync(KRDataObjFactory& factory, KRTagID) { return factory.NewSyncRq(0); }
   static KRSignOnRq* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRq(0); }
 };
 
@@ -37,7 +38,9 @@ struct Direction<Side::kResponse> {
   static KRTransRs* Trans(KRDataObjFactory& factory, KRTagID tag) {
     return tag == KRTag_MULTIINTERTRNRS ? factory.NewMultiTransRs(0) : factory.NewTransRs(0);
   }
-  static KRSyncRs* Sync(KRDataObjFactory& factory) { return factory.NewSyncRs(0); }
+  static KRSyncRs* Sync(KRDataObjFactory& factory, KRTagID tag) {
+    return tag == KRTag_N_PAYROLLUPDATERS ? factory.NewPayrollUpdateRs(0) : factory.NewSyncRs(0);
+  }
   static KRSignOnRs* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRs(0); }
 };
 
@@ -98,7 +101,7 @@ KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushTranObject(KRTagID tag
 
 template <class Trans, class Sync, class SignOn, Side kSide>
 KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSyncObject(KRTagID tag) {
-  return StoreAndPush(*this, m_syncs, tag, Direction<kSide>::Sync(*GetFactory()));
+  return StoreAndPush(*this, m_syncs, tag, Direction<kSide>::Sync(*GetFactory(), tag));
 }
 
 template <class Trans, class Sync, class SignOn, Side kSide>

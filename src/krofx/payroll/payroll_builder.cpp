@@ -17,5 +17,5 @@ KRBuildStatus KRPayrollBuilder::AddPayrollAmount(const KRPayrollAmount& value) {
 KRBuildStatus KRPayrollBuilder::AddPayrollDateTime(const KRPayrollDateTime& value) {
   KRString text;
   value.GetDateString(text);
-  return AddLine(text, text.GetLength());
+  return AddLine(text, text.GetStrLength());
 }

@@ -1,0 +1,29 @@
+// Where the payroll sign-on departs from the pattern: two texts that are present under other tags
+// than they are written under.
+
+#include "krofx/build/builder.h"
+#include "krofx/model/aggregate.h"
+#include "krofx/payroll/sign_on.h"
+
+KRBuildStatus PayrollSignOnRq::Build(KRBuilder* builder) const {
+  KRBuildStatus status =
+      krofx::internal::BuildRowsBetween(*this, *GetTable(), KRTag_DTCLIENT, KRTag_APPVER, *builder);
+  if (status == KRBuildStatus_Done && ValidateTag(KRTag_N_PAYROLL) != 0) {
+    status = builder->AddTagKRString(KRTag_APPVER, m_appVerString);
+  }
+  if (status == KRBuildStatus_Done && ValidateTag(KRTag_N_ONSERVICE) != 0) {
+    status = builder->AddTagKRString(KRTag_APPID, m_appIdString);
+  }
+  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  return status;
+}
+
+KRParseStatus PayrollSignOnRq::HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                                const KRString& value) {
+  if (entry != nullptr && (entry->tagID == KRTag_N_PAYROLL || entry->tagID == KRTag_N_ONSERVICE)) {
+    return KRParseStatus_Invalid;
+  }
+  return KRSignOnRq::HandleTagElement(entry, value);
+}
+
+u16 PayrollSignOnRq::SetMsgSetVersion(u16) { return KRSignOnRq::SetMsgSetVersion(1); }

@@ -1,0 +1,34 @@
+// What a payroll update tells beside its rows.
+
+#include "krofx/model/aggregate.h"
+#include "krofx/payroll/company.h"
+#include "krofx/payroll/employees.h"
+#include "krofx/payroll/envelope.h"
+#include "krofx/payroll/items.h"
+#include "krofx/payroll/paychecks.h"
+
+namespace {
+
+u16 Holds(const KRDynamicArrayString& list, const KRString& id) {
+  for (u16 index = 0; index < list.Entries(); ++index) {
+    const KRString* entry = list.Get(index);
+    if (entry != nullptr && *entry == id) return 1;
+  }
+  return 0;
+}
+
+}  // namespace
+
+u16 KRPayrollUpdateRs::DeepCopyFrom(KRPayrollUpdateRs* source) {
+  if (krofx::internal::CopyAggregate(*this, source) == 0) return 0;
+  m_messageSet = source->m_messageSet;
+  return 1;
+}
+
+u16 KRPayrollUpdateData::EmployeeWasDeleted(const KRString& id) const {
+  return Holds(m_employeeDelID, id);
+}
+
+u16 KRPayrollUpdateData::PayrollItemWasDeleted(const KRString& id) const {
+  return Holds(m_payrollItemDelID, id);
+}
