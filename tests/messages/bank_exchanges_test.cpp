@@ -242,6 +242,20 @@ TEST(BankExchanges, ResponseSynchronisationsAreFixedPoints) {
   }
 }
 
+TEST(BankExchanges, SynchronisationsCopyTheirTransactionsOverOthers) {
+  const auto read = [](const std::string& id) {
+    return Parsed<KRFileRq>(RequestFile(
+        "BANKMSGSRQ",
+        Aggregate("INTRASYNCRQ",
+                  Expanded("<TOKEN>7<REJECTIFMISSING>N@BANK", 1) +
+                      RequestWrapper("INTRATRNRQ", Aggregate("INTRACANRQ", "<SRVRTID>" + id)))));
+  };
+  const auto source = read("new");
+  const auto target = read("old");
+  ASSERT_EQ(FindIn<KRSyncRq>(target.Get())->DeepCopyFrom(FindIn<KRSyncRq>(source.Get())), 1);
+  EXPECT_EQ(TextOf(*target), TextOf(*source));
+}
+
 TEST(BankExchanges, ErrorsNeedNoPayload) {
   const std::string error = "<TRNUID>1<STATUS><CODE>2000<SEVERITY>ERROR</STATUS>";
   for (const Exchange& exchange : kResponses) {

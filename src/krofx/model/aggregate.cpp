@@ -72,6 +72,15 @@ KRParseStatus StartSingle(KRDataObj& object, const Row& row, KRTagID tag,
   return object.PushAndSetObject(child, tag);
 }
 
+// Makes an object a deep copy of one of its own class. A payload class may copy more than its table
+// tells.
+u16 CopyInto(KRDataObj& own, KRDataObj* source) {
+  if (auto* payload = dynamic_cast<KRTransBase*>(&own)) {
+    return payload->DeepCopyFrom(dynamic_cast<KRTransBase*>(source));
+  }
+  return CopyAggregate(own, source);
+}
+
 u16 CopyArray(const Row& row, void* to, const void* from) {
   const u16 entries = row.array->entries(from);
   row.array->truncate(to, entries);
@@ -83,7 +92,7 @@ u16 CopyArray(const Row& row, void* to, const void* from) {
       KRDataObj* own = row.array->get(to, index);
       if (own != nullptr && source != nullptr &&
           ObjectAccess::TableOf(*own) == ObjectAccess::TableOf(*source)) {
-        if (CopyAggregate(*own, source) == 0) return 0;
+        if (CopyInto(*own, source) == 0) return 0;
         continue;
       }
     }
@@ -330,11 +339,7 @@ u16 CopyChild(ChildSlot& slot, KRDataObj* source) {
     }
     slot.Set(own);
   }
-  // A host's payload class may copy more than its table tells.
-  if (auto* payload = dynamic_cast<KRTransBase*>(own)) {
-    return payload->DeepCopyFrom(dynamic_cast<KRTransBase*>(source));
-  }
-  return CopyAggregate(*own, source);
+  return CopyInto(*own, source);
 }
 
 void NoteFailure(KRBuilder& builder, const KRDataObj& object) {
