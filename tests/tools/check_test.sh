@@ -1,0 +1,64 @@
+#!/usr/bin/env bash
+# `krofx check`: every exit status, warnings with their places, missing tags, bad input.
+source "$(dirname "$0")/runner.sh" "$@"
+
+statement 'PLAIN' >plain.ofx
+expect 0 check plain.ofx
+has out 'plain.ofx: status 0, clean'
+
+statement 'X<FOO>bar' >unknown.ofx
+expect 1 check unknown.ofx
+has out 'KRPW_UNKNOWNTAG <FOO>'
+has out 'unknown.ofx:11:'
+has out 'BANKTRANLIST/STMTTRN'
+expect 1 check --json unknown.ofx
+has out '"line": 11'
+has out '"exit": 1'
+python3 -m json.tool out >/dev/null || fail 'not JSON'
+
+statement 'X' | sed 's/<DTASOF>20260131//' >lacking.ofx
+expect 1 check lacking.ofx
+has out 'missing: <DTASOF> is missing in OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/LEDGERBAL'
+
+# Bad input: one line that says what is wrong, and status 2.
+: >empty.ofx
+head -c 300 /dev/urandom >binary.ofx
+header >header.ofx
+sed 's/^DATA:.*/DATA:NONSENSE/' plain.ofx >wrong.ofx
+head -c 500 plain.ofx >cut.ofx
+mkdir directory
+for bad in empty binary header wrong cut; do
+  expect 2 check $bad.ofx
+  has out "$bad.ofx: not usable"
+  expect 2 check --json $bad.ofx
+  has out '"exit": 2'
+  expect 2 print $bad.ofx
+  [ "$(wc -l <err)" -eq 1 ] || fail "not one line about $bad.ofx"
+  expect 2 rewrite $bad.ofx
+  [ -s out ] && fail "rewrite wrote something of $bad.ofx"
+done
+expect 2 check missing.ofx
+has out 'No such file'
+expect 2 check directory
+has err 'holds no .ofx'
+expect 2 rewrite directory
+expect 64 check
+
+# A value of a megabyte, deep nesting, tags that end too often or not at all.
+statement "$(head -c 60000 /dev/zero | tr '\0' x)" >long.ofx
+expect 1 check long.ofx
+has out KRPW_TOOLONG
+{ header; printf '<OFX>'; head -c 1000000 /dev/zero | tr '\0' x; } >mega.ofx
+timeout 60 "$krofx" check mega.ofx >out 2>err
+[ $? -le 2 ] || fail 'a value of a megabyte'
+{ header; for _ in $(seq 10000); do printf '<DEEP>'; done; } >deep.ofx
+timeout 60 "$krofx" check deep.ofx >out 2>err
+[ $? -le 2 ] || fail 'deep nesting'
+{ header; printf '<OFX></OFX></OFX></STMTRS></BANKMSGSRSV1>'; } >ends.ofx
+expect 1 check ends.ofx
+
+# A password in a warning.
+sed 's/<USERPASS>/<userpass>/; s/<ONETIMEPASS>/<ORG>x<ONETIMEPASS>/' "$examples/request-v2.ofx" >secret.ofx
+"$krofx" check secret.ofx >out 2>err
+lacks out not-a-real-password
+finish

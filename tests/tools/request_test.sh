@@ -1,0 +1,50 @@
+#!/usr/bin/env bash
+# `krofx request statement`: what it makes is read back, and the password stays secret.
+source "$(dirname "$0")/runner.sh" "$@"
+
+sign_on_options=(--org BANK --fid 7 --user ada)
+bank=(--bank 123 --account 456 --from 2026-01-01 --to 20260131)
+export SECRET=sesame-99
+
+for version in '' --v2; do
+  for account in "${bank[*]}" '--card --account 5500'; do
+    expect 0 request statement "${sign_on_options[@]}" $version $account --password-env SECRET -o rq.ofx
+    [ "$(stat -c %a rq.ofx)" = 600 ] || fail 'others can read the request'
+    has rq.ofx '<USERPASS>sesame-99'
+    lacks out sesame-99
+    lacks err sesame-99
+    expect 0 check rq.ofx
+    expect 0 print --json rq.ofx
+    lacks out sesame-99
+    has out '"user_id": "ada"'
+    has out 'statement-request'
+  done
+done
+
+# Ways of the password.
+expect 0 request statement "${sign_on_options[@]}" "${bank[@]}" --password-fd 0 <<<'from-fd'
+has out '<USERPASS>from-fd'
+KROFX_PASSWORD=from-env expect 0 request statement "${sign_on_options[@]}" "${bank[@]}"
+has out '<USERPASS>from-env'
+expect 2 request statement "${sign_on_options[@]}" "${bank[@]}" --password-env NOTHING
+expect 2 request statement "${sign_on_options[@]}" "${bank[@]}" --password-fd 9
+printf 'x%.0s' $(seq 500) >long
+expect 2 request statement "${sign_on_options[@]}" "${bank[@]}" --password-fd 0 <long
+lacks err xxxxx
+expect 64 request statement "${sign_on_options[@]}" "${bank[@]}" --password secret
+
+# What OFX does not take.
+bad() {
+  local message=$1
+  shift
+  expect 2 request statement "${sign_on_options[@]}" --password-env SECRET "$@"
+  has err "$message"
+}
+bad 'no more than 22' --bank 1 --account 12345678901234567890123
+bad 'no date' --bank 1 --account 2 --from soon
+bad 'no account type' --bank 1 --account 2 --type PIGGY
+bad 'needs --v2' --bank 1 --account 2 --country CHE
+expect 64 request statement "${sign_on_options[@]}" --account 2 --password-env SECRET
+expect 64 request statement --account 2
+expect 64 request
+finish

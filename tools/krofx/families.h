@@ -1,0 +1,69 @@
+// How each family of payloads is printed: tables that say which element stands under which name.
+//
+// A family is one file in families/ with one Family in it, and one line in families.cpp. The paths
+// in it name tags below the payload, "LEDGERBAL/BALAMT"; alternatives are separated by "|", and the
+// first that is present counts. "SECID>TICKER" leads on, from the identity of a security to what
+// the security list of the file says of it, and "NORV.SVC+" takes all elements of the tag. Payloads
+// without a family are printed by their tags.
+
+#ifndef KROFX_TOOLS_FAMILIES_H_
+#define KROFX_TOOLS_FAMILIES_H_
+
+#include <span>
+#include <string_view>
+
+#include "document.h"
+#include "element_tree.h"
+
+namespace krofx::command {
+
+/// An element: where it stands, its key in JSON and CSV, its label in text. A detail is left out of
+/// the text.
+struct FieldSpec {
+  std::string_view path;
+  std::string_view key;
+  std::string_view label;
+  bool detail = false;
+};
+
+/// Aggregates that repeat, one row each. A row's columns are below the aggregate; the path of the
+/// aggregates may name several tags for the last step, whose order is kept.
+struct TableSpec {
+  std::string_view path;
+  std::string_view key;
+  std::string_view title;
+  std::span<const FieldSpec> columns;
+};
+
+/// A payload.
+struct Family {
+  std::string_view tag;
+  std::string_view kind;
+  std::string_view title;
+  std::string_view subject;  ///< Paths separated by blanks: together they name the account.
+  std::span<const FieldSpec> fields;
+  std::span<const TableSpec> tables;
+};
+
+/// All families.
+std::span<const Family> Families();
+
+/// What a tree tells, section by section. Personal identifiers are masked unless asked for.
+std::vector<Section> MakeSections(const Element& file, bool showIdentifiers);
+
+namespace families {
+extern const std::span<const Family> kSignOn;
+extern const std::span<const Family> kProfile;
+extern const std::span<const Family> kStatements;
+extern const std::span<const Family> kInvestment;
+extern const std::span<const Family> kBillPay;
+extern const std::span<const Family> kBranding;
+extern const std::span<const Family> kAccountLists;
+extern const std::span<const Family> kTransfers;
+extern const std::span<const Family> kStopChecks;
+extern const std::span<const Family> kMail;
+}  // namespace families
+
+}  // namespace krofx::command
+
+#endif  // KROFX_TOOLS_FAMILIES_H_

@@ -1,0 +1,25 @@
+// Which values are never shown, and which only by their last characters.
+
+#ifndef KROFX_TOOLS_IDENTIFIERS_H_
+#define KROFX_TOOLS_IDENTIFIERS_H_
+
+#include <string>
+#include <string_view>
+
+#include "krofx/krofx.h"
+
+namespace krofx::command {
+
+/// Whether a tag holds a password, which is not shown in any way.
+bool IsPassword(KRTagID tag);
+
+/// Whether an element identifies a person, so that it is shown by its last four characters unless
+/// the user asks for all.
+bool IsPersonal(KRTagID tag, std::string_view tagText);
+
+/// The value with all but its last four characters replaced by stars.
+std::string Masked(std::string_view value);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_TOOLS_IDENTIFIERS_H_

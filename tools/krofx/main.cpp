@@ -1,0 +1,38 @@
+// The command krofx: reads, checks, rewrites and requests OFX from a shell.
+
+#include <CLI/CLI.hpp>
+
+#include "command.h"
+#include "krofx/version.h"
+
+namespace {
+
+using namespace krofx::command;
+
+constexpr AddSubcommand kSubcommands[] = {AddPrint, AddCheck, AddRewrite, AddRequest, AddExtract};
+
+constexpr char kFooter[] =
+    "FILE may be a directory, whose .ofx, .qfx and .qbo files are taken, or - for standard input.\n"
+    "Exit status: 0 clean, 1 warnings (check), 2 not usable, 64 wrong use.\n"
+    "\"krofx COMMAND --help\" tells more; \"man krofx\" tells all.";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("krofx reads, checks, rewrites and requests OFX 1.x files.", "krofx");
+  app.require_subcommand(1);
+  app.footer(kFooter);
+  app.set_version_flag("--version", "krofx " KROFX_VERSION);
+
+  ExitStatus exitStatus = kExitClean;
+  for (const AddSubcommand add : kSubcommands) add(app, exitStatus);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kExitClean : kExitWrongUse;
+  } catch (const std::exception& error) {
+    Complain("failed", error.what());
+    return kExitUnusable;
+  }
+  return exitStatus;
+}

@@ -1,0 +1,105 @@
+// See parts.h.
+
+#include "parts.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "parsed_file.h"
+#include "safe_text.h"
+
+namespace krofx::command {
+
+namespace {
+
+constexpr std::size_t kMaxName = 100;
+
+std::string HeaderOf(const KRFile& file, const char* name) {
+  KRString key(name);
+  const KRMIMEHeader* const header = file.GetMIMEHeader(&key);
+  return header == nullptr ? "" : ToText(header->value);
+}
+
+std::string Lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+// The value of a parameter, as in "image/png; name=\"a.png\"".
+std::string ParameterOf(const std::string& header, const std::string& name) {
+  const std::size_t found = Lower(header).find(name + "=");
+  if (found == std::string::npos) return "";
+  std::string value = header.substr(found + name.size() + 1);
+  if (value.starts_with('"')) {
+    value.erase(0, 1);
+    return value.substr(0, value.find('"'));
+  }
+  return value.substr(0, value.find_first_of("; \t"));
+}
+
+// Leaves letters, digits and a few marks of the last step of a path. A leading point or hyphen goes
+// too, so that no hidden file and no option comes of it.
+std::string SafeName(const std::string& text) {
+  const std::size_t step = text.find_last_of("/\\:");
+  std::string name;
+  for (const char c : step == std::string::npos ? text : text.substr(step + 1)) {
+    const bool plain =
+        std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '_' || c == '-';
+    if (!plain || (name.empty() && (c == '.' || c == '-'))) continue;
+    name += c;
+  }
+  return name.substr(0, kMaxName);
+}
+
+const char* ExtensionFor(const std::string& type) {
+  struct Known {
+    const char* type;
+    const char* extension;
+  };
+  static constexpr Known kKnown[] = {{"text/plain", ".txt"},     {"text/html", ".html"},
+                                     {"image/png", ".png"},      {"image/jpeg", ".jpg"},
+                                     {"image/gif", ".gif"},      {"application/x-ofx", ".ofx"},
+                                     {"application/pdf", ".pdf"}};
+  for (const Known& known : kKnown) {
+    if (type == known.type) return known.extension;
+  }
+  return ".bin";
+}
+
+}  // namespace
+
+std::vector<Part> FindParts(KRFile& multipart) {
+  std::vector<Part> parts;
+  for (u16 index = 0; index < multipart.GetNumberOfSubfiles(); ++index) {
+    KRFile* const file = multipart.GetSubfile(index);
+    if (file == nullptr) continue;
+    const std::string contentType = HeaderOf(*file, "content-type");
+    std::string type = Lower(contentType.substr(0, contentType.find(';')));
+    type.erase(type.find_last_not_of(" \t") + 1);
+    if (type.empty()) type = "text/plain";
+    std::string name = SafeName(ParameterOf(HeaderOf(*file, "content-disposition"), "filename"));
+    if (name.empty()) name = SafeName(ParameterOf(contentType, "name"));
+    if (name.empty()) name = SafeName(HeaderOf(*file, "content-location"));
+    if (name.empty()) name = "part-" + std::to_string(index + 1) + ExtensionFor(type);
+    parts.push_back({file, SafeLine(type), name});
+  }
+  return parts;
+}
+
+std::vector<Section> MakePartSections(KRFile& multipart) {
+  Section section{"parts", "Parts", "", {}, {}};
+  Table table{"parts", "Parts", {{"name", "Name"}, {"type", "Type"}, {"size", "Bytes"}}, {}};
+  for (const Part& part : FindParts(multipart)) {
+    std::optional<Cell> size;
+    if (part.file->GetType() == KRTag_MIME) {
+      size = Cell{ValueKind::kInteger, std::to_string(part.file->GetMIMEBody().GetStrLength())};
+    }
+    table.rows.push_back(
+        {Cell{ValueKind::kText, part.name}, Cell{ValueKind::kText, part.type}, std::move(size)});
+  }
+  section.tables.push_back(std::move(table));
+  return {std::move(section)};
+}
+
+}  // namespace krofx::command

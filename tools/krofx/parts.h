@@ -1,0 +1,29 @@
+// The parts of a multipart text that are not OFX: attachments.
+
+#ifndef KROFX_TOOLS_PARTS_H_
+#define KROFX_TOOLS_PARTS_H_
+
+#include <string>
+#include <vector>
+
+#include "document.h"
+#include "krofx/krofx.h"
+
+namespace krofx::command {
+
+/// What a part says of itself.
+struct Part {
+  KRFile* file;
+  std::string type;  ///< Its content type, without parameters.
+  std::string name;  ///< A file name that is safe anywhere: no path, no leading point.
+};
+
+/// All parts of a multipart file, OFX or not, in order.
+std::vector<Part> FindParts(KRFile& multipart);
+
+/// A section that lists the parts.
+std::vector<Section> MakePartSections(KRFile& multipart);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_TOOLS_PARTS_H_
