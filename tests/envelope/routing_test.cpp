@@ -4,12 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <span>
 #include <string>
 
 #include "envelope/routing_lists.h"
 #include "krofx/core/tag_dictionary.h"
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "support/ofx_text.h"
 
 namespace {
 
@@ -72,6 +74,31 @@ TEST(Routing, AcceptsThePayloadsOfEachResponseWrapper) {
     if (!row.tags.empty()) expected += ' ' + std::string(row.tags);
     EXPECT_EQ(ValidTagsAs<KRTransRs>(row.name), expected) << row.name;
   }
+}
+
+// Reads each payload of each wrapper, empty, and finds the object that was made for it.
+template <class Wrapper>
+void ExpectAnObjectForEveryPayload(std::span<const TagList> wrappers) {
+  for (const TagList& row : wrappers) {
+    for (const std::string& word : Words(row.tags)) {
+      SCOPED_TRACE(std::string(row.name) + " " + word);
+      auto wrapper = Make<Wrapper>(2);
+      wrapper->SetType(Id(row.name));
+      const Parsed<Wrapper> parsed(Aggregate(Bare(word), ""), std::move(wrapper));
+      EXPECT_EQ(parsed.Status(), KRParseStatus_Accepted);
+      u16 made = 0;
+      for (u16 i = 0; i < parsed->GetNumberOfChildren(); ++i) {
+        KRDataObj* const child = parsed->GetChild(i);
+        if (dynamic_cast<KRTransBase*>(child) != nullptr && child->GetType() == Id(word)) ++made;
+      }
+      EXPECT_EQ(made, 1);
+    }
+  }
+}
+
+TEST(Routing, MakesAnObjectForEveryPayload) {
+  ExpectAnObjectForEveryPayload<KRTransRq>(kRequestPayloads);
+  ExpectAnObjectForEveryPayload<KRTransRs>(kResponsePayloads);
 }
 
 TEST(Routing, KnowsNoTagInAWrapperOfNoOrOfForeignType) {

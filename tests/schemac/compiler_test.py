@@ -122,6 +122,25 @@ class Compiler(unittest.TestCase):
         self.assertEqual(operations[: len(listed)], listed)
         self.assertIn("Probe", operations[len(listed) :])
 
+    def test_gives_the_factory_every_operation_in_its_order(self):
+        self.compile()
+        operations = re.findall(r"virtual \S+ New(\w+)\(", self.output("model/factory.h"))
+        expected = (PROJECT / "tests/schemac/factory_operations.txt").read_text().split()
+        self.assertEqual(operations[: len(expected)], expected)
+        # The sign-on of a payroll is made by the host that sends it, so it came last.
+        self.assertEqual(operations[len(expected) :], ["PayrollSignOnRq"])
+
+    def test_finds_a_schema_for_every_class_that_a_row_or_a_route_names(self):
+        self.compile()
+        made = set(re.findall(r"class (KR\w+)", self.output("model/factory.h")))
+        for schema in (PROJECT / "src").rglob("*.schema"):
+            text = re.sub(r"^\s*(#|///).*", "", schema.read_text(), flags=re.MULTILINE)
+            named = re.findall(r"^  \S+ +(?:child|children|embedded) +(\w+)", text, re.MULTILINE)
+            if schema.name == "routing.schema":
+                named = re.findall(r"=(KR\w+)", text)
+                self.assertGreater(len(named), 80)
+            self.assertEqual([name for name in named if name not in made], [], schema)
+
     def test_makes_the_first_operations_of_the_factory_take_no_version(self):
         self.compile()
         header = self.output("model/factory.h")
