@@ -37,20 +37,26 @@ void SetRates(benchmark::State& state, const std::string& text) {
       static_cast<double>(state.iterations()) * kTransactions, benchmark::Counter::kIsRate);
 }
 
-// Text in memory to a tree of typed objects, and the tree's end.
-void ParseTyped(benchmark::State& state) {
+// Text in memory to a tree of typed objects, and the tree's end. `check` asks for the walk over the
+// tree that looks for missing tags, besides.
+void Parse(benchmark::State& state, u16 check) {
   KRBuffer buffer(static_cast<u32>(Ofx().size() + 1), 0);
   Fill(buffer, Ofx());
   for (auto _ : state) {
     KRFileRs file;
     KRSimpleParser parser;
-    const KRParseStatus status = parser.Parse(&buffer, &file, 1);
+    const KRParseStatus status = parser.Parse(&buffer, &file, check);
     if (status != KRParseStatus_Accepted) state.SkipWithError("the statement was not accepted");
     benchmark::DoNotOptimize(file);
   }
   SetRates(state, Ofx());
 }
+
+void ParseTyped(benchmark::State& state) { Parse(state, 0); }
 BENCHMARK(ParseTyped)->Unit(benchmark::kMillisecond);
+
+void ParseTypedAndCheck(benchmark::State& state) { Parse(state, 1); }
+BENCHMARK(ParseTypedAndCheck)->Unit(benchmark::kMillisecond);
 
 // The same work by pugixml: text in memory to its tree, and the tree's end.
 void ParseXml(benchmark::State& state) {

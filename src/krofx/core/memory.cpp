@@ -4,6 +4,19 @@
 
 #include <cstdlib>
 
+#include "krofx/core/object_pool.h"
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define KROFX_POOLS 0
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define KROFX_POOLS 0
+#endif
+#endif
+#ifndef KROFX_POOLS
+#define KROFX_POOLS 1
+#endif
+
 namespace krofx::internal {
 
 namespace {
@@ -33,6 +46,26 @@ void* Reallocate(void* block, std::size_t size) noexcept {
 }
 
 void Free(void* block) noexcept { std::free(block); }
+
+namespace {
+
+// A sanitizer sees the use of a destroyed object only if its memory went back to the system.
+bool IsPooled(std::size_t size) { return KROFX_POOLS != 0 && size <= kMaxPooled; }
+
+}  // namespace
+
+void* AllocateSized(std::size_t size) noexcept {
+  if (!IsPooled(size)) return Allocate(size);
+  return AllocationMustFail() ? nullptr : PoolAllocate(size);
+}
+
+void FreeSized(void* block, std::size_t size) noexcept {
+  if (!IsPooled(size)) {
+    Free(block);
+  } else if (block != nullptr) {
+    PoolFree(block, size);
+  }
+}
 
 void AllocationFailure::FailAt(std::size_t nth, bool andAllLater) noexcept {
   plan = FailurePlan{0, nth, andAllLater};

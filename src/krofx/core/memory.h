@@ -27,6 +27,13 @@ KROFX_API bool AllocationMustFail() noexcept;
 /// Returns a block of Allocate or Reallocate; null is allowed.
 KROFX_API void Free(void* block) noexcept;
 
+/// Gives `size` bytes for an object or a short text, uninitialised, or null when memory is
+/// exhausted. Small blocks come from the pools of object_pool.h.
+KROFX_API void* AllocateSized(std::size_t size) noexcept;
+
+/// Returns a block that AllocateSized gave for `size` bytes; null is allowed.
+KROFX_API void FreeSized(void* block, std::size_t size) noexcept;
+
 /// Makes a plain cell with new, so that a host may hand in and delete such cells itself; null when
 /// memory is exhausted.
 template <class T>
@@ -47,13 +54,14 @@ class KROFX_API AllocationFailure {
 /// Base of every class that the library makes with new: routes new and delete through the seam. A
 /// failed new gives null instead of throwing.
 struct KROFX_API HeapObject {
-  static void* operator new(std::size_t size) noexcept { return Allocate(size); }
+  static void* operator new(std::size_t size) noexcept { return AllocateSized(size); }
   static void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return Allocate(size);
+    return AllocateSized(size);
   }
   static void* operator new(std::size_t, void* place) noexcept { return place; }
-  static void operator delete(void* block) noexcept { Free(block); }
-  static void operator delete(void* block, const std::nothrow_t&) noexcept { Free(block); }
+  static void operator delete(void* object, std::size_t size) noexcept { FreeSized(object, size); }
+  // Only for constructors that throw, which none does.
+  static void operator delete(void*, const std::nothrow_t&) noexcept {}
   static void operator delete(void*, void*) noexcept {}
 };
 

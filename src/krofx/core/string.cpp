@@ -209,10 +209,9 @@ void KRString::FreeMemory() {
 
 // Frees the buffer, overwritten if it is a secret, and leaves the string null.
 void KRString::ReleaseBuffer() {
-  if (m_secret) {
-    krofx::internal::WipeAndFree(m_buffer, m_allocated);
-  } else {
-    krofx::internal::Free(m_buffer);
+  if (m_buffer != nullptr) {
+    if (m_secret) krofx::internal::Wipe(m_buffer, m_allocated);
+    krofx::internal::FreeSized(m_buffer, m_allocated);
   }
   m_buffer = nullptr;
   m_allocated = 0;
@@ -222,23 +221,20 @@ void KRString::ReleaseBuffer() {
 // Makes room for `size` bytes, keeping the text. Exact fit; 0 when there is no buffer behind it.
 u16 KRString::AllocStringBuffer(u16 size) {
   if (size <= m_allocated) return m_buffer != nullptr ? 1 : 0;
-  char* grown = nullptr;
-  if (m_secret && m_buffer != nullptr) {
-    // A reallocation could leave the old place behind with the text in it.
-    grown = static_cast<char*>(krofx::internal::Allocate(size));
-    if (grown != nullptr) {
-      std::memcpy(grown, m_buffer, m_allocated);
-      krofx::internal::WipeAndFree(m_buffer, m_allocated);
-    }
-  } else {
-    grown = static_cast<char*>(krofx::internal::Reallocate(m_buffer, size));
-  }
+  auto* grown = static_cast<char*>(krofx::internal::AllocateSized(size));
   if (grown == nullptr) {
     ReleaseBuffer();
     RaiseAlarm();
     return 0;
   }
-  if (m_buffer == nullptr) std::memset(grown, 0, size);
+  if (m_buffer == nullptr) {
+    std::memset(grown, 0, size);
+  } else {
+    u16 const length = m_length;
+    std::memcpy(grown, m_buffer, m_allocated);
+    ReleaseBuffer();
+    m_length = length;
+  }
   m_buffer = grown;
   m_allocated = size;
   return 1;
@@ -268,7 +264,7 @@ u16 KRString::ReplaceText(char const* text, u16 length) {
   if (length >= m_allocated) {
     // The old text is not needed in the new place, so a fresh block is cheaper than moving it.
     auto const size = static_cast<u16>(length + 1);
-    auto* fresh = static_cast<char*>(krofx::internal::Allocate(size));
+    auto* fresh = static_cast<char*>(krofx::internal::AllocateSized(size));
     if (fresh != nullptr) std::memcpy(fresh, text, length);
     if (m_buffer != nullptr) ReleaseBuffer();
     if (fresh == nullptr) {

@@ -60,6 +60,22 @@ inline const char* FindOrNul(const char* at, const char* end, char character) {
       [character](char c) { return c == character || c == '\0'; });
 }
 
+/// The '<' or NUL at which a value ends, or `end`; notes a '&' before it.
+inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros) {
+  for (;;) {
+    at = SearchBytes(
+        at, end,
+        [](std::uint64_t word) {
+          return BytesBelow(word ^ AllBytes('<'), 1) | BytesBelow(word ^ AllBytes('&'), 1) |
+                 BytesBelow(word, 1);
+        },
+        [](char c) { return c == '<' || c == '&' || c == '\0'; });
+    if (at == end || *at != '&') return at;
+    hasMacros = true;
+    ++at;
+  }
+}
+
 /// Whether a tag's name ends before this character.
 inline bool EndsName(char character) {
   return character == '>' || character == '\0' || IsWhite(character);

@@ -12,13 +12,15 @@
 #define KROFX_PARSE_COMMON_TAG_H_
 
 #include <cstddef>
-#include <cstring>
 
 #include "krofx/core/types.h"
 #include "krofx/parse/byte_search.h"
 #include "krofx/parse/text_source.h"
 
 namespace krofx::internal {
+
+/// The longest name that is read here.
+inline constexpr std::ptrdiff_t kLongestName = 64;
 
 /// A tag of a common shape. Positions are those of the text.
 struct CommonTag {
@@ -32,6 +34,11 @@ struct CommonTag {
   s32 valueEnd = 0;   ///< Behind its last character that is not white space.
   s32 next = 0;       ///< Where the text behind the value goes on, at a '<'.
 };
+
+/// Whether a character may stand in the name of a tag of a common shape.
+inline bool IsNameCharacter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= '.' && c <= '9' && c != '/');
+}
 
 /// Reads the tag that begins, after white space, at `position`.
 /// @return false when it has none of the common shapes.
@@ -48,10 +55,11 @@ inline bool ReadCommonTag(const PlainText& text, s32 position, CommonTag& tag) {
   tag.isEnd = *at == '/';
   if (tag.isEnd) ++at;
   const char* const name = at;
-  while (at != end && ((*at >= 'A' && *at <= 'Z') || (*at >= '0' && *at <= '9') || *at == '.'))
-    ++at;
-  constexpr std::ptrdiff_t kLongestName = 64;
-  if (at == end || *at != '>' || at == name || at - name > kLongestName) return false;
+  // The last character of a text that goes on like this is no name character: it need not be tested
+  // for the end at each step.
+  const char* const lastNameEnd = end - at > kLongestName ? at + kLongestName : end;
+  while (at != lastNameEnd && IsNameCharacter(*at)) ++at;
+  if (at == lastNameEnd || *at != '>' || at == name) return false;
   tag.name = static_cast<s32>(name - bytes);
   tag.nameLength = static_cast<u16>(at - name);
   tag.behindTag = static_cast<s32>(++at - bytes);
@@ -65,13 +73,14 @@ inline bool ReadCommonTag(const PlainText& text, s32 position, CommonTag& tag) {
     return at[1] != '!' && !IsWhite(at[1]);
   }
   const char* const value = at;
-  const char* const stop = FindOrNul(value, end, '<');
+  bool hasMacros = false;
+  const char* const stop = FindValueEnd(value, end, hasMacros);
   if (stop == end || *stop == '\0') return false;
   const char* last = stop;
   while (IsWhite(last[-1])) --last;
   if (last - value > KRString::kMaxLength) return false;
   tag.isElement = true;
-  tag.hasMacros = std::memchr(value, '&', static_cast<std::size_t>(last - value)) != nullptr;
+  tag.hasMacros = hasMacros;
   tag.value = static_cast<s32>(value - bytes);
   tag.valueEnd = static_cast<s32>(last - bytes);
   tag.next = static_cast<s32>(stop - bytes);

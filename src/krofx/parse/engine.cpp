@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <type_traits>
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/parse/common_tag.h"
@@ -60,6 +59,7 @@ bool HasSmallLetter(std::string_view name) {
 KRParseEngine::KRParseEngine(KRBuffer& buffer)
     : m_ownDictionary(KRTagDictionary::TheKRTagDictionary()),
       m_buffer(&buffer),
+      m_plain(buffer.HasPlainBytes() != 0),
       m_dictionary(m_ownDictionary) {
   WithText(buffer, [this](const auto& text) { return text.Find(0, '<', m_currentItem.end); });
 }
@@ -73,6 +73,7 @@ void KRParseEngine::ResetToEndOfHeader() {
 u16 KRParseEngine::SetDictionary(TagDictionary* dictionary) {
   if (dictionary == nullptr) return 0;
   m_dictionary = dictionary;
+  m_memo.Clear();
   return 1;
 }
 
@@ -208,9 +209,8 @@ const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::Pla
       !krofx::internal::ReadCommonTag(text, m_currentItem.end, tag)) {
     return nullptr;
   }
-  KRTagID id;
   const KRTagDictionaryEntry* entry =
-      m_dictionary->GetTagID(text.Bytes() + tag.name, tag.nameLength, &id, KRCaseType_Exact);
+      m_memo.Find(*m_dictionary, text.Bytes() + tag.name, tag.nameLength);
   if (entry == nullptr) return nullptr;
   if (tag.isElement) {
     const auto length = static_cast<u16>(tag.valueEnd - tag.value);
@@ -230,13 +230,6 @@ const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::Pla
 
 template <class Text>
 KRTagType KRParseEngine::ReadTag(const Text& text, KRTagDictionaryEntry& entry, KRString& value) {
-  if constexpr (std::is_same_v<Text, krofx::internal::PlainText>) {
-    KRTagType type;
-    if (const KRTagDictionaryEntry* common = ReadCommon(text, value, type)) {
-      entry = *common;
-      return type;
-    }
-  }
   KRTagID id;
   while (const KRTagDictionaryEntry* found = FindTag(text, id)) {
     KRTagType type = KRTagType_End;
@@ -261,6 +254,14 @@ KRTagType KRParseEngine::ReadTag(const Text& text, KRTagDictionaryEntry& entry, 
 }
 
 KRTagType KRParseEngine::GetKRTag(KRTagDictionaryEntry& entry, KRString& value) {
+  if (m_plain) {
+    KRTagType type;
+    const krofx::internal::PlainText text(*m_buffer);
+    if (const KRTagDictionaryEntry* common = ReadCommon(text, value, type)) {
+      entry = *common;
+      return type;
+    }
+  }
   return WithText(*m_buffer, m_searches,
                   [&](const auto& text) { return ReadTag(text, entry, value); });
 }

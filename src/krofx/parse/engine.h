@@ -21,6 +21,7 @@
 #include "krofx/core/tag_type.h"
 #include "krofx/core/types.h"
 #include "krofx/parse/search_memory.h"
+#include "krofx/parse/tag_memo.h"
 #include "krofx/values/keywords.h"
 
 namespace krofx::internal {
@@ -225,6 +226,8 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
 
   TagDictionary* m_ownDictionary;
   KRBuffer* m_buffer;
+  // Whether the buffer is a plain one, whose memory may be read; its class does not change.
+  bool m_plain;
   KRTagItemInfo m_currentItem;
   KRTagItemInfo m_nextItem;
   TagDictionary* m_dictionary;
@@ -233,6 +236,7 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   // as it is.
   s32 m_itemPosition = -1;
   krofx::internal::SearchMemory m_searches;
+  krofx::internal::TagMemo m_memo;
 };
 
 #endif  // KROFX_PARSE_ENGINE_H_

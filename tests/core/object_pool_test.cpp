@@ -1,0 +1,87 @@
+// The pools of objects: what they give is apart, aligned and taken back, on whatever thread.
+
+#include "krofx/core/object_pool.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <set>
+#include <thread>
+#include <vector>
+
+namespace {
+
+using krofx::internal::kMaxPooled;
+using krofx::internal::PoolAllocate;
+using krofx::internal::PoolFree;
+
+TEST(ObjectPool, GivesAlignedPiecesThatDoNotOverlap) {
+  for (std::size_t size :
+       {std::size_t{1}, std::size_t{16}, std::size_t{17}, std::size_t{592}, kMaxPooled}) {
+    std::vector<unsigned char*> pieces;
+    for (int i = 0; i < 500; ++i) {
+      auto* piece = static_cast<unsigned char*>(PoolAllocate(size));
+      ASSERT_NE(piece, nullptr);
+      EXPECT_EQ(reinterpret_cast<std::uintptr_t>(piece) % 16, 0u);
+      std::memset(piece, i % 251, size);
+      pieces.push_back(piece);
+    }
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+      for (std::size_t at = 0; at < size; ++at) ASSERT_EQ(pieces[i][at], i % 251);
+      PoolFree(pieces[i], size);
+    }
+  }
+}
+
+TEST(ObjectPool, GivesAPieceAgainThatCameBack) {
+  void* first = PoolAllocate(320);
+  PoolFree(first, 320);
+  void* second = PoolAllocate(320);
+  EXPECT_EQ(second, first);
+  PoolFree(second, 320);
+}
+
+TEST(ObjectPool, TakesPiecesBackOnAnotherThreadAndGivesThemThere) {
+  constexpr std::size_t kSize = 784;
+  std::vector<void*> pieces;
+  for (int i = 0; i < 1000; ++i) pieces.push_back(PoolAllocate(kSize));
+  std::set<void*> given(pieces.begin(), pieces.end());
+  EXPECT_EQ(given.size(), pieces.size());
+  bool reused = false;
+  std::thread other([&] {
+    for (void* piece : pieces) PoolFree(piece, kSize);
+    void* again = PoolAllocate(kSize);
+    reused = given.count(again) == 1;
+    PoolFree(again, kSize);
+  });
+  other.join();
+  EXPECT_TRUE(reused);
+}
+
+TEST(ObjectPool, ServesManyThreadsAtOnce) {
+  std::vector<std::thread> threads;
+  std::vector<int> faults(4, 0);
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([t, &faults] {
+      std::vector<unsigned char*> held;
+      for (int round = 0; round < 3000; ++round) {
+        auto* piece = static_cast<unsigned char*>(PoolAllocate(96));
+        std::memset(piece, t, 96);
+        held.push_back(piece);
+        if (round % 3 == 0) {
+          unsigned char* back = held[held.size() / 2];
+          held[held.size() / 2] = held.back();
+          held.pop_back();
+          for (int at = 0; at < 96; ++at) faults[t] += back[at] != t;
+          PoolFree(back, 96);
+        }
+      }
+      for (unsigned char* piece : held) PoolFree(piece, 96);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(faults, std::vector<int>(4, 0));
+}
+
+}  // namespace
