@@ -34,7 +34,13 @@ std::string Kind(const KRPayrollAmount& amount) {
   return kind;
 }
 
-TEST(KRPayrollAmount, IsWhatItsConstructorSays) {
+/// Tests of values begin with an empty log.
+class PayrollAmounts : public ::testing::Test {
+ protected:
+  PayrollAmounts() { TakeWarnings(); }
+};
+
+TEST_F(PayrollAmounts, IsWhatItsConstructorSays) {
   EXPECT_EQ(Kind(KRPayrollAmount()), "$");
   EXPECT_EQ(KRPayrollAmount().Decimal(), 2);
   EXPECT_EQ(Shown(KRPayrollAmount()), "$0.00");
@@ -52,7 +58,7 @@ TEST(KRPayrollAmount, IsWhatItsConstructorSays) {
   EXPECT_EQ(Shown(KRPayrollAmount("$5")), "$5.00");
 }
 
-TEST(KRPayrollAmount, IsDollarsOrAPercentageButNotBoth) {
+TEST_F(PayrollAmounts, IsDollarsOrAPercentageButNotBoth) {
   KRPayrollAmount amount(KRPayrollAmountType_Number);
   amount.SetDollarKind(1);
   amount.SetPercent(7);
@@ -70,7 +76,7 @@ TEST(KRPayrollAmount, IsDollarsOrAPercentageButNotBoth) {
   EXPECT_EQ(Kind(amount), "$");
 }
 
-TEST(KRPayrollAmount, ReadsItsKindFromTheText) {
+TEST_F(PayrollAmounts, ReadsItsKindFromTheText) {
   const struct {
     const char* text;
     const char* kind;
@@ -102,7 +108,7 @@ TEST(KRPayrollAmount, ReadsItsKindFromTheText) {
   EXPECT_EQ(TakeWarnings(), Lines());
 }
 
-TEST(KRPayrollAmount, ForgetsItsKindWhenAPlainNumberIsRead) {
+TEST_F(PayrollAmounts, ForgetsItsKindWhenAPlainNumberIsRead) {
   KRPayrollAmount amount("5%");
   amount = "7";
   EXPECT_EQ(Kind(amount), "");
@@ -111,7 +117,7 @@ TEST(KRPayrollAmount, ForgetsItsKindWhenAPlainNumberIsRead) {
   EXPECT_EQ(Kind(amount), "");
 }
 
-TEST(KRPayrollAmount, ReadsTwoTextsAsBlankAndWritesOne) {
+TEST_F(PayrollAmounts, ReadsTwoTextsAsBlankAndWritesOne) {
   for (const char* text : {"^@~*", "__OFX_EMPTY_STRING__"}) {
     KRPayrollAmount amount("12.5%");
     EXPECT_EQ(amount.ConvertStringToKRPrecisionInteger(text), 1);
@@ -129,7 +135,7 @@ TEST(KRPayrollAmount, ReadsTwoTextsAsBlankAndWritesOne) {
   }
 }
 
-TEST(KRPayrollAmount, RefusesWhatItsBaseRefuses) {
+TEST_F(PayrollAmounts, RefusesWhatItsBaseRefuses) {
   for (const char* text : {"", "$", "%", "$%", "12x", "$$5", "5%%", "5$", "%5", "five"}) {
     SCOPED_TRACE(text);
     KRPayrollAmount amount = Blank();
@@ -142,7 +148,7 @@ TEST(KRPayrollAmount, RefusesWhatItsBaseRefuses) {
   EXPECT_EQ(TakeWarnings().size(), 1u);
 }
 
-TEST(KRPayrollAmount, HasNoMoreThanThirtyCharacters) {
+TEST_F(PayrollAmounts, HasNoMoreThanThirtyCharacters) {
   const std::string nines(28, '9');
   const auto shown = [](const std::string& text) { return Shown(Amount(text.c_str())); };
   // No point to put a zero in front of from 29 characters on.
@@ -168,14 +174,14 @@ TEST(KRPayrollAmount, HasNoMoreThanThirtyCharacters) {
   EXPECT_EQ(shown("." + nines + "%"), "." + nines + "%");
 }
 
-TEST(KRPayrollAmount, HasNoTextWithoutMemory) {
+TEST_F(PayrollAmounts, HasNoTextWithoutMemory) {
   const KRPayrollAmount amount("$5");
   const FailingAllocation failing(1);
   EXPECT_EQ(static_cast<char*>(amount), nullptr);
   EXPECT_TRUE(AlarmIsSet());
 }
 
-TEST(KRPayrollAmount, ShowsItsTextThroughTheBase) {
+TEST_F(PayrollAmounts, ShowsItsTextThroughTheBase) {
   const KRPayrollAmount amount("$5");
   const KRPrecisionInteger& number = amount;
   EXPECT_STREQ(number, "$5.00");
@@ -194,7 +200,7 @@ std::string Relations(const Left& left, const Right& right) {
   return holding;
 }
 
-TEST(KRPayrollAmount, ComparesOnlyWithItsKind) {
+TEST_F(PayrollAmounts, ComparesOnlyWithItsKind) {
   EXPECT_EQ(Relations(Amount("$5"), Amount("$5.00")), "== <= >= ");
   EXPECT_EQ(Relations(Amount("$5"), Amount("$6")), "!= < <= ");
   EXPECT_EQ(Relations(Amount("6%"), Amount("5%")), "!= > >= ");
@@ -210,14 +216,14 @@ TEST(KRPayrollAmount, ComparesOnlyWithItsKind) {
   }
 }
 
-TEST(KRPayrollAmount, IsUnequalToItselfWhenBlank) {
+TEST_F(PayrollAmounts, IsUnequalToItselfWhenBlank) {
   const KRPayrollAmount blank = Blank();
   EXPECT_EQ(Relations(blank, blank), "!= ");
   EXPECT_TRUE(blank != blank);
   EXPECT_FALSE(blank == blank);
 }
 
-TEST(KRPayrollAmount, ComparesByItsRulesThroughTheBase) {
+TEST_F(PayrollAmounts, ComparesByItsRulesThroughTheBase) {
   const KRPayrollAmount dollars("$5");
   const KRPayrollAmount percent("5%");
   const KRPayrollAmount plain("5");
@@ -232,7 +238,7 @@ TEST(KRPayrollAmount, ComparesByItsRulesThroughTheBase) {
   EXPECT_EQ(Relations(plain, number), "== <= >= ");
 }
 
-TEST(KRPayrollAmount, AddsAndSubtractsItsKind) {
+TEST_F(PayrollAmounts, AddsAndSubtractsItsKind) {
   EXPECT_EQ(Shown(Amount("$5") + Amount("$1.25")), "$6.25");
   EXPECT_EQ(Shown(Amount("5%") - Amount("7%")), "-2%");
   EXPECT_EQ(Shown(Amount("5") + Amount("7")), "12");
@@ -246,13 +252,13 @@ TEST(KRPayrollAmount, AddsAndSubtractsItsKind) {
   EXPECT_EQ(Shown(sum), "$3.50");
 }
 
-TEST(KRPayrollAmount, LeavesTheSumAloneForAnotherKind) {
+TEST_F(PayrollAmounts, LeavesTheSumAloneForAnotherKind) {
   EXPECT_EQ(Shown(Amount("$5") + Amount("5%")), "$5.00");
   EXPECT_EQ(Shown(Amount("5%") - Amount("5")), "5%");
   EXPECT_STREQ(Amount("$5") + KRPrecisionInteger(5, 0), "5");
 }
 
-TEST(KRPayrollAmount, AddsNothingAndGainsNothingWhenBlank) {
+TEST_F(PayrollAmounts, AddsNothingAndGainsNothingWhenBlank) {
   KRPayrollAmount blank("7");
   blank.SetEmpty(1);
   KRPayrollAmount amount("5");
@@ -265,7 +271,7 @@ TEST(KRPayrollAmount, AddsNothingAndGainsNothingWhenBlank) {
   EXPECT_EQ(Shown(blank), "7");
 }
 
-TEST(KRPayrollAmount, TakesAPercentageOf) {
+TEST_F(PayrollAmounts, TakesAPercentageOf) {
   EXPECT_EQ(Shown(Amount("100") / Amount("50%")), "200");
   EXPECT_EQ(Shown(Amount("100") * Amount("50%")), "50");
   EXPECT_EQ(Shown(Amount("$1000.00") * Amount("7.5%")), "$75.00");
@@ -274,7 +280,7 @@ TEST(KRPayrollAmount, TakesAPercentageOf) {
   EXPECT_EQ(Shown(Amount("$10.00") / Amount("4")), "$2.50");
 }
 
-TEST(KRPayrollAmount, MultipliesAndDividesWhateverTheKindsAre) {
+TEST_F(PayrollAmounts, MultipliesAndDividesWhateverTheKindsAre) {
   KRPayrollAmount blank("$4");
   blank.SetEmpty(1);
   EXPECT_EQ(Shown(blank * Amount("3")), "$12.00");
@@ -287,14 +293,14 @@ TEST(KRPayrollAmount, MultipliesAndDividesWhateverTheKindsAre) {
   EXPECT_STREQ(base - Amount("$1"), "4");
 }
 
-TEST(KRPayrollAmount, GivesAPositiveCopy) {
+TEST_F(PayrollAmounts, GivesAPositiveCopy) {
   EXPECT_EQ(Shown(Amount("$-5").absval()), "$5.00");
   EXPECT_EQ(Shown(Amount("5%").absval()), "5%");
   EXPECT_EQ(Shown(Amount("-0").absval()), "0");
   EXPECT_EQ(Shown(Blank().absval()), "^@~*");
 }
 
-TEST(KRPayrollAmount, CopiesItsKind) {
+TEST_F(PayrollAmounts, CopiesItsKind) {
   const KRPayrollAmount percent("5%");
   KRPayrollAmount copy(percent);
   EXPECT_EQ(Kind(copy), "%");
@@ -320,7 +326,7 @@ std::string Disagreement(const std::string& text) {
   return "";
 }
 
-TEST(KRPayrollAmount, AgreesWithItsText) {
+TEST_F(PayrollAmounts, AgreesWithItsText) {
   std::mt19937 chance(20260105);
   const auto upTo = [&](unsigned most) {
     return std::uniform_int_distribution<unsigned>(0, most)(chance);

@@ -23,7 +23,13 @@ std::string Shown(const KRPayrollDateTime& date) {
   return date.GetDateString(text) == 1 ? Str(text) : "invalid: " + Str(text);
 }
 
-TEST(KRPayrollDateTime, IsNotBlankByItself) {
+/// Tests of values begin with an empty log.
+class PayrollDateTimes : public ::testing::Test {
+ protected:
+  PayrollDateTimes() { TakeWarnings(); }
+};
+
+TEST_F(PayrollDateTimes, IsNotBlankByItself) {
   EXPECT_EQ(KRPayrollDateTime().IsEmpty(), 0);
   EXPECT_EQ(Shown(KRPayrollDateTime()), "invalid: nothing");
   const KRPayrollDateTime date(2026, 1, 31, 17, 30, 59, 125);
@@ -33,7 +39,7 @@ TEST(KRPayrollDateTime, IsNotBlankByItself) {
   EXPECT_EQ(date.GetGMTOffsetFraction(), 0);
 }
 
-TEST(KRPayrollDateTime, IsMadeFromAText) {
+TEST_F(PayrollDateTimes, IsMadeFromAText) {
   EXPECT_EQ(Shown(KRPayrollDateTime("20260131")), "20260131");
   EXPECT_EQ(KRPayrollDateTime("20260131").IsEmpty(), 0);
   for (const char* text : {"^@~*", "__OFX_EMPTY_STRING__"}) {
@@ -46,7 +52,7 @@ TEST(KRPayrollDateTime, IsMadeFromAText) {
   EXPECT_EQ(TakeWarnings().size(), 1u);
 }
 
-TEST(KRPayrollDateTime, StaysBlankWhenADateIsAssigned) {
+TEST_F(PayrollDateTimes, StaysBlankWhenADateIsAssigned) {
   KRPayrollDateTime date;
   EXPECT_EQ(date = "^@~*", 1);
   EXPECT_EQ(date = "20260131", 1);
@@ -57,7 +63,7 @@ TEST(KRPayrollDateTime, StaysBlankWhenADateIsAssigned) {
   EXPECT_EQ(TakeWarnings(), Lines());
 }
 
-TEST(KRPayrollDateTime, KeepsItsFieldsWhileBlank) {
+TEST_F(PayrollDateTimes, KeepsItsFieldsWhileBlank) {
   KRPayrollDateTime date("20260131");
   EXPECT_EQ(date = "__OFX_EMPTY_STRING__", 1);
   EXPECT_EQ(date.GetYear(), 2026);
@@ -68,7 +74,7 @@ TEST(KRPayrollDateTime, KeepsItsFieldsWhileBlank) {
   EXPECT_EQ(TakeWarnings().size(), 2u);
 }
 
-TEST(KRPayrollDateTime, IsBlankThroughTheBase) {
+TEST_F(PayrollDateTimes, IsBlankThroughTheBase) {
   const KRPayrollDateTime blank("^@~*");
   const KRDateTimeBase& base = blank;
   KRString text;
@@ -80,7 +86,7 @@ TEST(KRPayrollDateTime, IsBlankThroughTheBase) {
   EXPECT_EQ(copy.IsEmpty(), 0);
 }
 
-TEST(KRPayrollDateTime, HasNoTextWithoutMemory) {
+TEST_F(PayrollDateTimes, HasNoTextWithoutMemory) {
   const KRPayrollDateTime blank("^@~*");
   KRString text;
   const FailingAllocation failing(1, true);
@@ -88,7 +94,7 @@ TEST(KRPayrollDateTime, HasNoTextWithoutMemory) {
   EXPECT_TRUE(AlarmIsSet());
 }
 
-TEST(KRPayrollDateTime, AgreesWithItsText) {
+TEST_F(PayrollDateTimes, AgreesWithItsText) {
   std::mt19937 chance(20260105);
   const auto in = [&](int low, int high) {
     return std::uniform_int_distribution<int>(low, high)(chance);
@@ -129,17 +135,19 @@ TEST(KRPayrollDataConversion, LeavesABlankDateBlank) {
   TakeWarnings();
 }
 
-/// A payroll builder that marks what goes through its own operations.
-class MarkingBuilder : public KRPayrollBuilder {
+/// A payroll builder that counts what goes through its own operations.
+class CountingBuilder : public KRPayrollBuilder {
  public:
   KRBuildStatus AddPayrollAmount(const KRPayrollAmount& value) override {
-    AddKRChar('!');
+    ++amounts;
     return KRPayrollBuilder::AddPayrollAmount(value);
   }
   KRBuildStatus AddPayrollDateTime(const KRPayrollDateTime& value) override {
-    AddKRChar('?');
+    ++dates;
     return KRPayrollBuilder::AddPayrollDateTime(value);
   }
+  int amounts = 0;
+  int dates = 0;
 };
 
 /// An object that writes one amount and one date behind their tags.
@@ -189,10 +197,12 @@ TEST(KRPayrollBuilder, HasNothingToWriteToBeforeABuild) {
 TEST(KRPayrollBuilder, IsAskedForTheValuesOfAggregates) {
   Parsed<KREmployee> employee("<N.DTHIRE>20260105");
   EXPECT_EQ(TextOf(*employee), "<N.DTHIRE>20260105\n");
-  MarkingBuilder marking;
-  EXPECT_EQ(WrittenBy(marking, *employee), "<N.DTHIRE>?20260105\n");
+  CountingBuilder counting;
+  EXPECT_EQ(WrittenBy(counting, *employee), "<N.DTHIRE>20260105\n");
   Parsed<KRSick> leave("<N.HRS>12.5");
-  EXPECT_EQ(WrittenBy(marking, *leave), "<N.HRS>!12.5\n");
+  EXPECT_EQ(WrittenBy(counting, *leave), "<N.HRS>12.5\n");
+  EXPECT_EQ(counting.dates, 1);
+  EXPECT_EQ(counting.amounts, 1);
 }
 
 }  // namespace

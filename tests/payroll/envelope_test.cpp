@@ -286,12 +286,14 @@ TEST(KRPayrollUpdateRs, RaisesTheAlarmWithoutMemory) {
       ResponseFile("N.PAYROLLMSGSRS", Aggregate("N.PAYROLLUPDATERS", WholeUpdate()));
   std::size_t failures = 0;
   for (std::size_t nth = 1; nth < 2000; ++nth) {
-    auto root = std::make_unique<KRFileRs>();
+    TextBuffer buffer(text);
+    KRFileRs file;
+    KRSimpleParser parser;
     const FailingAllocation failing(nth);
-    const Parsed<KRFileRs> file(text, std::move(root));
+    const KRParseStatus status = parser.Parse(buffer.Get(), &file, 0);
     if (!AlarmIsSet()) break;
     ++failures;
-    EXPECT_NE(file.Status(), KRParseStatus_Accepted) << nth;
+    EXPECT_NE(status, KRParseStatus_Accepted) << nth;
   }
   KRSetFireAlarm(KRFireAlarm_None);
   EXPECT_GT(failures, 10u);

@@ -42,6 +42,7 @@ void ExpectKeywords(u16 (*toText)(Enumeration, KRString&),
 }
 
 TEST(KRPayrollDataConversion, KnowsTheKeywordsOfEveryEnumeration) {
+  TakeWarnings();
   ExpectKeywords<KRPayrollTestingType>(&KRPayrollDataConversion::PayrollTestingTypeToString,
                                        &KRPayrollDataConversion::StringToPayrollTestingType,
                                        "ACH TAX Y");
