@@ -17,6 +17,7 @@
 #include "krofx/core/tag_dictionary.h"
 #include "krofx/core/tags.h"
 #include "krofx/core/thread.h"
+#include "krofx/core/thread_map.h"
 #include "krofx/core/types.h"
 
 // Amounts, dates, keywords.
@@ -36,6 +37,7 @@
 // Reading and writing.
 #include "krofx/build/builder.h"
 #include "krofx/parse/engine.h"
+#include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
 
 // Payroll values, which can be blank.

@@ -61,6 +61,19 @@ bool IsMultipart(std::string_view text) {
          FindWithoutCase(line, "MULTIPART/") != std::string_view::npos;
 }
 
+// While it stands, new objects take tags of all versions: the parts of a multipart text come from the
+// factory, whose default knows the first version alone.
+class AllVersions {
+ public:
+  AllVersions() { KRDataObj::SetFactory(&m_factory); }
+  ~AllVersions() { KRDataObj::SetFactory(nullptr); }
+  AllVersions(const AllVersions&) = delete;
+  AllVersions& operator=(const AllVersions&) = delete;
+
+ private:
+  KRDataObjFactory m_factory{0xffff};
+};
+
 bool IsOfx(KRFile& file) {
   return file.GetType() == KRTag_OFXFILERQ || file.GetType() == KRTag_OFXFILERS;
 }
@@ -95,6 +108,7 @@ void ParsedFile::Parse() {
   WarningCollector collector(m_warnings);
   if (IsMultipart(text)) {
     m_kind = "multipart";
+    const AllVersions allVersions;
     m_root = std::make_unique<KRFile>();
     KRMIMEParser parser;
     parser.SetWarningObserver(&collector);
