@@ -61,8 +61,8 @@ bool IsMultipart(std::string_view text) {
          FindWithoutCase(line, "MULTIPART/") != std::string_view::npos;
 }
 
-// While it stands, new objects take tags of all versions: the parts of a multipart text come from the
-// factory, whose default knows the first version alone.
+// While it stands, new objects take tags of all versions: the parts of a multipart text come from
+// the factory, whose default knows the first version alone.
 class AllVersions {
  public:
   AllVersions() { KRDataObj::SetFactory(&m_factory); }
