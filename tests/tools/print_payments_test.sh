@@ -20,6 +20,7 @@ for version in '' -v2; do
   expect 0 print "$examples/billpay-request$version.ofx"
   has out 'Recurring payment asked for'
   has out 'A payment that did not arrive'
+  lacks out 'PMTINFO'
   lacks out not-a-real-password
 
   expect 0 print "$examples/branding-response$version.ofx"
