@@ -17,6 +17,9 @@
 #include "krofx/messages/investment/statement.h"
 #include "krofx/messages/investment/transactions.h"
 #include "krofx/messages/signon/profile.h"
+#include "krofx/payroll/employees.h"
+#include "krofx/payroll/envelope.h"
+#include "krofx/payroll/paychecks.h"
 #include "krofx/values/utility.h"
 #include "support/ofx_text.h"
 
@@ -209,15 +212,19 @@ std::string BodyOf(const std::string& text) {
   return text.substr(std::min(start, text.size()));
 }
 
-/// As Read, for examples that stand in the form that the builder gives them: both versions of each.
+/// As Read, for an example that stands in the form that the builder gives it.
+template <class Root>
+void ExpectFixedPoint(const std::string& name) {
+  SCOPED_TRACE(name);
+  const auto file = Read<Root>(name, KRParseStatus_Accepted);
+  EXPECT_EQ(BodyOf(TextOf(*file)), BodyOf(Example(name)));
+}
+
+/// The same for both versions of each example.
 template <class Root>
 void ExpectFixedPoints(std::initializer_list<const char*> names) {
-  for (const char* const name : names) {
-    for (const char* const version : {".ofx", "-v2.ofx"}) {
-      SCOPED_TRACE(std::string(name) + version);
-      const auto file = Read<Root>(std::string(name) + version, KRParseStatus_Accepted);
-      EXPECT_EQ(BodyOf(TextOf(*file)), BodyOf(Example(std::string(name) + version)));
-    }
+  for (const std::string name : names) {
+    for (const char* const version : {".ofx", "-v2.ofx"}) ExpectFixedPoint<Root>(name + version);
   }
 }
 
@@ -239,6 +246,31 @@ TEST(ExampleTexts, TransfersStopChecksAndMail) {
 TEST(ExampleTexts, Branding) {
   ExpectFixedPoints<KRFileRq>({"branding-request"});
   ExpectFixedPoints<KRFileRs>({"branding-response"});
+}
+
+TEST(ExampleTexts, Payroll) {
+  for (const char* const name : {"enrollment-request", "batch", "update-request", "termination"}) {
+    ExpectFixedPoint<KRFileRq>("payroll-" + std::string(name) + ".ofx");
+  }
+  for (const char* const name : {"enrollment-response", "update-response"}) {
+    ExpectFixedPoint<KRFileRs>("payroll-" + std::string(name) + ".ofx");
+  }
+}
+
+TEST(ExampleTexts, PayrollBatchClearsFieldsAndLeavesOthers) {
+  const auto file = Read<KRFileRq>("payroll-batch.ofx", KRParseStatus_Accepted);
+  const auto* batch = FindIn<KRPayrollRq>(file.Get());
+  ASSERT_NE(batch, nullptr);
+  const KREmployeeMod* change = batch->GetEmployeeMod(0);
+  EXPECT_EQ(change->GetDateRelease().IsEmpty(), 1);
+  EXPECT_EQ(change->ValidateTag(KRTag_N_DTHIRE), 0);
+  EXPECT_EQ(change->GetVacation()->GetHours().IsEmpty(), 1);
+  EXPECT_EQ(batch->GetNumPayrollItem(), 9);
+  const KRPayCheck* check = batch->GetPayrollRun(0)->GetPayCheck(0);
+  EXPECT_EQ(check->GetNumSalaryLine() * check->GetNumHourlyWageLine() * check->GetNumTaxLine() *
+                check->GetNumDirectDepositLine(),
+            1);
+  EXPECT_EQ(check->GetNumAdjustmentLine(), 2);
 }
 
 TEST(ExampleTexts, Reports) {
