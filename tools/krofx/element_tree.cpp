@@ -66,7 +66,7 @@ std::string DateText(std::string_view text) {
 
 // Gathers elements where a builder writes text. Values that the library writes in a way of its own
 // pass through a buffer, which holds one value at a time.
-class ElementGatherer : public KRBuilder {
+class ElementGatherer : public KRPayrollBuilder {
  public:
   explicit ElementGatherer(Element& root) : m_path{&root} {}
 
@@ -119,6 +119,17 @@ class ElementGatherer : public KRBuilder {
   KRBuildStatus AddDateTime(const KRDateTime& value) override {
     return Note(ValueKind::kDate), KRBuilder::AddDateTime(value);
   }
+  // The signs of dollars and percent are a part of the value.
+  KRBuildStatus AddPayrollAmount(const KRPayrollAmount& value) override {
+    if (value.IsEmpty() != 0) return Blank();
+    const char* const text = value;
+    Note(ValueKind::kAmount);
+    SetText(text == nullptr ? "" : text);
+    return KRBuildStatus_Done;
+  }
+  KRBuildStatus AddPayrollDateTime(const KRPayrollDateTime& value) override {
+    return value.IsEmpty() != 0 ? Blank() : AddDateTime(value);
+  }
   KRBuildStatus AddKRBoolean(u16 value) override {
     Note(ValueKind::kBoolean);
     SetText(value == 0 ? "false" : "true");
@@ -154,6 +165,11 @@ class ElementGatherer : public KRBuilder {
     Note(ValueKind::kAmount);
     SetText(AmountText(value));
     return status;
+  }
+  KRBuildStatus Blank() {
+    Note(ValueKind::kBlank);
+    SetText("(blank)");
+    return KRBuildStatus_Done;
   }
   KRBuildStatus Integer(std::string text) {
     Note(ValueKind::kInteger);

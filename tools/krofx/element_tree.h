@@ -23,6 +23,7 @@ enum class ValueKind {
   kDate,     ///< A date, in the form of ISO 8601.
   kInteger,  ///< A whole number.
   kBoolean,  ///< "true" or "false".
+  kBlank,    ///< A payroll value that says that it is blank, in words.
 };
 
 /// An aggregate with its children, or an element with its value.

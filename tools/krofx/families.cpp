@@ -2,7 +2,9 @@
 
 #include "families.h"
 
+#include <cstddef>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "identifiers.h"
@@ -16,8 +18,8 @@ std::vector<Family> GatherFamilies() {
   std::vector<Family> all;
   for (const std::span<const Family> group :
        {families::kSignOn, families::kProfile, families::kStatements, families::kInvestment,
-        families::kBillPay, families::kBranding, families::kAccountLists, families::kTransfers,
-        families::kStopChecks, families::kMail}) {
+        families::kBillPay, families::kBranding, families::kPayroll, families::kAccountLists,
+        families::kTransfers, families::kStopChecks, families::kMail}) {
     all.insert(all.end(), group.begin(), group.end());
   }
   return all;
@@ -80,7 +82,7 @@ class SectionMaker {
 
  private:
   void AddMember(const Element& member, const Element* wrapper) {
-    if (EndsWithAny(member.tag, {"SYNCRQ", "SYNCRS"})) {
+    if (EndsWithAny(member.tag, {"SYNCRQ", "SYNCRS", "N.PAYROLLUPDATERQ", "N.PAYROLLUPDATERS"})) {
       AddSync(member);
     } else if (EndsWithAny(member.tag, {"TRNRQ", "TRNRS"})) {
       AddTransaction(member);
@@ -104,18 +106,19 @@ class SectionMaker {
   }
 
   void AddSync(const Element& sync) {
-    Section& section = Begin("synchronisation", sync.tag);
+    const Family* const family = FindFamily(sync.tag);
+    Section& section = Begin(family == nullptr ? "synchronisation" : family->kind,
+                             family == nullptr ? sync.tag : family->title);
     AddFields(section, sync, kSyncFields);
+    if (family != nullptr) AddFamily(section, sync, *family);
     for (const Element& child : sync.children) {
       if (EndsWithAny(child.tag, {"TRNRQ", "TRNRS"})) AddTransaction(child);
     }
   }
 
   void AddPayload(const Element& payload, const Element* wrapper) {
-    const Family* family = nullptr;
-    for (const Family& candidate : Families()) {
-      if (candidate.tag == payload.tag) family = &candidate;
-    }
+    const Family* const family = FindFamily(payload.tag);
+    m_inPayroll = payload.tag.starts_with("N.");
     Section& section = Begin(family == nullptr ? "other" : family->kind,
                              family == nullptr ? payload.tag : family->title);
     if (wrapper != nullptr) AddFields(section, *wrapper, kWrapperFields);
@@ -123,9 +126,37 @@ class SectionMaker {
       AddAll(section, payload, "");
       return;
     }
-    AddSubject(section, payload, family->subject);
-    AddFields(section, payload, family->fields);
-    for (const TableSpec& table : family->tables) AddTable(section, payload, table);
+    AddFamily(section, payload, *family);
+  }
+
+  // What a family shows of an aggregate: in its own section, then in those of its parts.
+  void AddFamily(Section& section, const Element& element, const Family& family) {
+    AddSubject(section, element, family.subject);
+    AddFields(section, element, family.fields);
+    for (const TableSpec& table : family.tables) AddTable(section, element, table);
+    std::string_view paths = family.parts;
+    while (!paths.empty()) {
+      ForEach(element, TakePart(paths, ' '), [this](const Element& part) { AddPart(part); });
+    }
+  }
+
+  void AddPart(const Element& part) {
+    const Family* const family = FindFamily(part.tag);
+    if (family == nullptr) return;
+    const std::size_t own = m_sections.size();
+    AddFamily(Begin(family->kind, family->title), part, *family);
+    Section& section = m_sections[own];
+    std::erase_if(section.tables, [](const Table& table) { return table.rows.empty(); });
+    if (section.fields.empty() && section.tables.empty()) {
+      m_sections.erase(m_sections.begin() + static_cast<std::ptrdiff_t>(own));
+    }
+  }
+
+  static const Family* FindFamily(std::string_view tag) {
+    for (const Family& family : Families()) {
+      if (family.tag == tag) return &family;
+    }
+    return nullptr;
   }
 
   Section& Begin(std::string_view kind, std::string_view title) {
@@ -172,16 +203,25 @@ class SectionMaker {
     for (const FieldSpec& column : spec.columns) {
       table.columns.push_back({std::string(column.key), std::string(column.label), column.detail});
     }
-    std::string_view path = spec.path;
+    if (ForEach(payload, spec.path,
+                [&](const Element& child) { AddRow(table, child, spec.columns); })) {
+      section.tables.push_back(std::move(table));
+    }
+  }
+
+  // Visits the aggregates at the end of a path, in their order. False when what should hold them is
+  // not there.
+  template <class Visit>
+  static bool ForEach(const Element& element, std::string_view path, Visit visit) {
     const std::size_t last = path.rfind('/');
     const Element* const parent =
-        last == std::string_view::npos ? &payload : FindPath(payload, path.substr(0, last));
-    if (parent == nullptr) return;
+        last == std::string_view::npos ? &element : FindPath(element, path.substr(0, last));
+    if (parent == nullptr) return false;
     if (last != std::string_view::npos) path.remove_prefix(last + 1);
     for (const Element& child : parent->children) {
-      if (child.isAggregate && IsOneOf(child.tag, path)) AddRow(table, child, spec.columns);
+      if (child.isAggregate && IsOneOf(child.tag, path, '|')) visit(child);
     }
-    section.tables.push_back(std::move(table));
+    return true;
   }
 
   void AddRow(Table& table, const Element& element, std::span<const FieldSpec> columns) {
@@ -196,9 +236,9 @@ class SectionMaker {
     }
   }
 
-  static bool IsOneOf(std::string_view tag, std::string_view tags) {
+  static bool IsOneOf(std::string_view tag, std::string_view tags, char separator) {
     while (!tags.empty()) {
-      const std::string_view candidate = TakePart(tags, '|');
+      const std::string_view candidate = TakePart(tags, separator);
       if (candidate == "*" || candidate == tag) return true;
     }
     return false;
@@ -250,7 +290,41 @@ class SectionMaker {
     return all;
   }
 
+  // The sum of one element over some of the aggregates below. Amounts of different kinds, dollars
+  // and percentages, have none.
+  static std::optional<Cell> SumAll(const Element& element, std::string_view path) {
+    const std::size_t slash = path.rfind('/');
+    const std::string_view tags = path.substr(0, slash);
+    std::optional<KRPayrollAmount> sum;
+    for (const Element& child : element.children) {
+      if (!child.isAggregate || !IsOneOf(child.tag, tags, ',')) continue;
+      const Element* const found = child.Find(path.substr(slash + 1));
+      if (found == nullptr || found->kind != ValueKind::kAmount) continue;
+      const KRPayrollAmount amount(found->value.c_str());
+      if (!sum) {
+        sum = amount;
+      } else if (amount.IsPercent() != sum->IsPercent() ||
+                 amount.IsDollarKind() != sum->IsDollarKind()) {
+        return std::nullopt;
+      } else {
+        *sum += amount;
+      }
+    }
+    if (!sum) return std::nullopt;
+    const char* const text = *sum;
+    return Cell{ValueKind::kAmount, text == nullptr ? "" : text};
+  }
+
+  static std::optional<Cell> FirstAggregate(const Element& element) {
+    for (const Element& child : element.children) {
+      if (child.isAggregate) return Cell{ValueKind::kText, std::string(child.tag)};
+    }
+    return std::nullopt;
+  }
+
   std::optional<Cell> FindCell(const Element& element, std::string_view paths) const {
+    if (paths == "*.") return FirstAggregate(element);
+    if (paths.ends_with('=')) return SumAll(element, paths.substr(0, paths.size() - 1));
     while (!paths.empty()) {
       const std::string_view path = TakePart(paths, '|');
       if (path.ends_with('+')) {
@@ -265,11 +339,12 @@ class SectionMaker {
 
   Cell MakeCell(const Element& element) const {
     if (IsPassword(element.id)) return {ValueKind::kText, "(not shown)"};
-    const bool masked = !m_showIdentifiers && IsPersonal(element.id, element.tag);
+    const bool masked = !m_showIdentifiers && IsPersonal(element.tag, m_inPayroll);
     return {element.kind, masked ? Masked(element.value) : element.value};
   }
 
   const bool m_showIdentifiers;
+  bool m_inPayroll = false;
   std::map<std::string, const Element*> m_securities;
   std::vector<Section> m_sections;
 };

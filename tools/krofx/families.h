@@ -3,8 +3,9 @@
 // A family is one file in families/ with one Family in it, and one line in families.cpp. The paths
 // in it name tags below the payload, "LEDGERBAL/BALAMT"; alternatives are separated by "|", and the
 // first that is present counts. "SECID>TICKER" leads on, from the identity of a security to what
-// the security list of the file says of it, and "NORV.SVC+" takes all elements of the tag. Payloads
-// without a family are printed by their tags.
+// the security list of the file says of it. "NORV.SVC+" takes all elements of the tag, "A,B/AMT="
+// the sum of the element over the aggregates A and B, and "*." the tag of the first aggregate
+// below. Payloads without a family are printed by their tags.
 
 #ifndef KROFX_TOOLS_FAMILIES_H_
 #define KROFX_TOOLS_FAMILIES_H_
@@ -35,7 +36,7 @@ struct TableSpec {
   std::span<const FieldSpec> columns;
 };
 
-/// A payload.
+/// A payload, a synchronisation, or a part of either.
 struct Family {
   std::string_view tag;
   std::string_view kind;
@@ -43,6 +44,9 @@ struct Family {
   std::string_view subject;  ///< Paths separated by blanks: together they name the account.
   std::span<const FieldSpec> fields;
   std::span<const TableSpec> tables;
+  /// Paths, separated by blanks, of aggregates that become sections of their own behind this one,
+  /// each by the family of its tag. What is empty in such a section is left out.
+  std::string_view parts = {};
 };
 
 /// All families.
@@ -58,6 +62,7 @@ extern const std::span<const Family> kStatements;
 extern const std::span<const Family> kInvestment;
 extern const std::span<const Family> kBillPay;
 extern const std::span<const Family> kBranding;
+extern const std::span<const Family> kPayroll;
 extern const std::span<const Family> kAccountLists;
 extern const std::span<const Family> kTransfers;
 extern const std::span<const Family> kStopChecks;

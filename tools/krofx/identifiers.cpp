@@ -10,7 +10,8 @@ namespace krofx::command {
 namespace {
 
 // Identifiers of people. New ones go here and nowhere else.
-constexpr std::string_view kPersonalTags[] = {"N.SSN", "TAXID"};
+constexpr std::string_view kPersonalTags[] = {"N.SSN", "TAXID", "N.BILLPAYACCT"};
+constexpr std::string_view kPayrollAccountTags[] = {"ACCTID", "ACCTKEY"};
 
 constexpr std::size_t kShownCharacters = 4;
 
@@ -21,9 +22,11 @@ bool IsPassword(KRTagID tag) {
          tag == KRTag_TEMPPASS;
 }
 
-bool IsPersonal(KRTagID, std::string_view tagText) {
-  return std::find(std::begin(kPersonalTags), std::end(kPersonalTags), tagText) !=
-         std::end(kPersonalTags);
+bool IsPersonal(std::string_view tagText, bool inPayroll) {
+  const auto has = [tagText](const auto& tags) {
+    return std::find(std::begin(tags), std::end(tags), tagText) != std::end(tags);
+  };
+  return has(kPersonalTags) || (inPayroll && has(kPayrollAccountTags));
 }
 
 std::string Masked(std::string_view value) {

@@ -14,8 +14,9 @@ namespace krofx::command {
 bool IsPassword(KRTagID tag);
 
 /// Whether an element identifies a person, so that it is shown by its last four characters unless
-/// the user asks for all.
-bool IsPersonal(KRTagID tag, std::string_view tagText);
+/// the user asks for all. In a payroll these are the accounts of employees and company too; the
+/// account of a statement is the user's own, and names what the statement is of.
+bool IsPersonal(std::string_view tagText, bool inPayroll);
 
 /// The value with all but its last four characters replaced by stars.
 std::string Masked(std::string_view value);

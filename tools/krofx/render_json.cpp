@@ -10,6 +10,7 @@ namespace {
 // Amounts are texts, since a reader's floating point would not keep them.
 Json ToJson(const Cell& cell) {
   if (cell.kind == ValueKind::kBoolean) return cell.text == "true";
+  if (cell.kind == ValueKind::kBlank) return nullptr;
   if (cell.kind == ValueKind::kInteger) return std::stoll(cell.text);
   return cell.text;
 }
