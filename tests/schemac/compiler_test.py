@@ -122,6 +122,15 @@ class Compiler(unittest.TestCase):
         self.assertEqual(operations[: len(listed)], listed)
         self.assertIn("Probe", operations[len(listed) :])
 
+    def test_puts_a_file_under_the_customs_of_the_payroll_tags(self):
+        text = self.row("INCLUDE boolean optional Flag")
+        for head, texts, lenient in (("", 0, 0), ("payroll\n\n", 1, 2)):
+            self.assertEqual(self.compile(head + text).returncode, 0)
+            header = self.output("messages/banking/probe.h")
+            self.assertEqual(header.count("u16 SetFlag(const char* text);"), texts)
+            source = self.output("messages/banking/probe.cpp")
+            self.assertEqual(source.count(".lenient = true"), lenient)
+
     def test_gives_the_factory_every_operation_in_its_order(self):
         self.compile()
         operations = re.findall(r"virtual \S+ New(\w+)\(", self.output("model/factory.h"))
