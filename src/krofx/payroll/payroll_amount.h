@@ -70,9 +70,9 @@ class KROFX_API KRPayrollAmount : public KRPrecisionInteger {
   u16 ConvertStringToKRPrecisionInteger(const char* text) override;
 
   /// The text: "^@~*" for a blank amount, "$5.00" for dollars, with two decimal places at least,
-  /// "12.5%" for a percentage. In front of the point stands one digit at least. The text has 30
-  /// characters at most: the digits of a longer one come without a sign of their kind where that
-  /// does not fit, or, for dollars and percentages, as an empty text.
+  /// "12.5%" for a percentage. In front of the point stands one digit at least. Room is for 30
+  /// characters: where it ends, zeros are not added, and dollars and percentages whose number alone
+  /// fills it have an empty text.
   /// @return the text, which the object owns and the next call overwrites; null when memory is
   ///         exhausted, and then the thread's fire alarm is raised.
   operator char*() override;
