@@ -237,6 +237,12 @@ class ClassWriter:
             self.header += fill("As the form from KRString.")
             self.header += f"  u16 Set{name}(const char* text);\n"
             self.define("u16", f"Set{name}", ["const char* text"], f"return Set{name}(KRString(text));")
+        if self.reads_boolean_text(row):
+            # A literal 0 is a number and a null pointer alike; an int of its own settles it.
+            self.header += fill("As the form from u16; any number but 0 is Y.")
+            self.header += f"  u16 Set{name}(int value);\n"
+            body = f"return Set{name}(static_cast<u16>(value != 0));"
+            self.define("u16", f"Set{name}", ["int value"], body)
         self._clear(name, tag, row.tag)
 
     def _child_accessors(self, row, name, tag):
