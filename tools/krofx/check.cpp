@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "diagnosis.h"
+#include "identifiers.h"
 #include "input.h"
 #include "json_text.h"
 #include "parsed_file.h"
@@ -47,6 +48,13 @@ std::string Describe(const MissingTag& missing) {
 
 std::string At(const std::string& path) { return path.empty() ? "" : " in " + path; }
 
+// What a warning is about, as it may be shown: reports end up in logs and with whoever helps.
+std::string ValueOf(const Report& report, const Warning& warning) {
+  const std::string path = report.paths.Find(warning.object);
+  const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
+  return IsPersonal(warning.tag, inPayroll) ? Masked(warning.value) : warning.value;
+}
+
 std::string TextOf(const Report& report) {
   const ParsedFile& file = report.file;
   std::string out = file.GetName() + ": ";
@@ -64,7 +72,7 @@ std::string TextOf(const Report& report) {
     out += " " + warning.name;
     if (!warning.tag.empty()) out += " <" + SafeLine(warning.tag) + ">";
     if (!warning.value.empty())
-      out += " \"" + Shortened(SafeLine(warning.value), kShownValue) + "\"";
+      out += " \"" + Shortened(SafeLine(ValueOf(report, warning)), kShownValue) + "\"";
     out += At(report.paths.Find(warning.object)) + "\n";
   }
   for (const MissingTag& missing : report.missing) {
@@ -80,7 +88,7 @@ Json JsonOf(const Report& report) {
   for (const Warning& warning : file.GetWarnings()) {
     Json each = {{"name", warning.name},
                  {"tag", SafeText(warning.tag)},
-                 {"value", SafeText(warning.value)},
+                 {"value", SafeText(ValueOf(report, warning))},
                  {"path", report.paths.Find(warning.object)}};
     if (warning.position >= 0) {
       const Place place = lines.Find(warning.position);

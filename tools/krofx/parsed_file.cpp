@@ -25,8 +25,12 @@ class WarningCollector : public KRWarningObserver {
   void OnWarning(const KRParseException& warning, s32 position) override {
     KRString name;
     warning.WarningString(name);
-    m_warnings.push_back({ToText(name), ToText(warning.m_tagText), ToText(warning.m_valueText),
-                          warning.m_object, position});
+    // Most warnings name their tag by its number alone.
+    const char* const known = KRTagDictionary::TheKRTagDictionary()->GetTagString(warning.m_tag);
+    std::string tag = ToText(warning.m_tagText);
+    if (tag.empty() && known != nullptr) tag = known;
+    m_warnings.push_back(
+        {ToText(name), std::move(tag), ToText(warning.m_valueText), warning.m_object, position});
   }
 
  private:

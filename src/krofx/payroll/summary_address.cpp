@@ -5,7 +5,7 @@
 
 // A second address in a text is read over the first, where a child by pointer would be replaced.
 KRParseStatus KREmployeeTaxSummary::HandleTagStart(const KRTagDictionaryEntry* const entry) {
-  if (entry != nullptr && entry->tagID == KRTag_N_ADDRINFO) {
+  if (entry->tagID == KRTag_N_ADDRINFO) {
     return PushAndSetObject(&m_addrInfo, KRTag_N_ADDRINFO);
   }
   return KRDataObj::HandleTagStart(entry);
