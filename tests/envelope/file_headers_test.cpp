@@ -215,6 +215,8 @@ TEST(KRFile, KeepsHeadersByNameAndTheLastValueOfEach) {
   const KRMIMEHeader* header = file.GetMIMEHeader(&wanted);
   ASSERT_NE(header, nullptr);
   EXPECT_EQ(header, file.GetMIMEHeader(u16{0}));
+  EXPECT_EQ(header, file.GetMIMEHeader(0));
+  EXPECT_EQ(file.GetMIMEHeader(-1), nullptr);
   EXPECT_EQ(Str(header->name), "CONTENT-TYPE");
   EXPECT_EQ(Str(header->value), "b");
   EXPECT_EQ(file.GetMIMEHeader(u16{2}), nullptr);

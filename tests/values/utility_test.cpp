@@ -256,6 +256,7 @@ TEST(Macros, AreFoundInText) {
   EXPECT_EQ(KRUtility::ContainsMacro(constant), nullptr);
   EXPECT_EQ(KRUtility::ContainsMacro(static_cast<char*>(nullptr)), nullptr);
   EXPECT_EQ(KRUtility::ContainsMacro(static_cast<const char*>(nullptr)), nullptr);
+  EXPECT_EQ(KRUtility::ContainsMacro(nullptr), nullptr);
 }
 
 std::string Scrub(const std::string& text) {

@@ -6,6 +6,9 @@
 #ifndef KROFX_ENVELOPE_FILE_H_
 #define KROFX_ENVELOPE_FILE_H_
 
+#include <concepts>
+#include <utility>
+
 #include "krofx/core/array.h"
 #include "krofx/core/string.h"
 #include "krofx/model/data_object.h"
@@ -60,6 +63,11 @@ class KROFX_API KRFile : public KRDataObj {
   const KRMIMEHeader* GetMIMEHeader(KRString* name) const;
   /// A MIME header by position; null behind the last.
   const KRMIMEHeader* GetMIMEHeader(u16 index) const;
+  /// The same for any other integer: a plain 0 would also be a null name.
+  template <std::integral Integer>
+  const KRMIMEHeader* GetMIMEHeader(Integer index) const {
+    return std::in_range<u16>(index) ? GetMIMEHeader(static_cast<u16>(index)) : nullptr;
+  }
   /// Number of MIME headers.
   u16 GetNumberMIMEHeaders() const;
   /// The boundary of a multipart file, without its hyphens; empty when it has none.

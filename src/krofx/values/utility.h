@@ -7,6 +7,7 @@
 #ifndef KROFX_VALUES_UTILITY_H_
 #define KROFX_VALUES_UTILITY_H_
 
+#include <cstddef>
 #include <string_view>
 
 #include "krofx/core/export.h"
@@ -106,6 +107,8 @@ class KROFX_API KRUtility {
   static char* ContainsMacro(char* text);
   /// The same for a constant text.
   static const char* ContainsMacro(const char* text);
+  /// The same for a literal null, which is both of these: null.
+  static const char* ContainsMacro(std::nullptr_t) { return nullptr; }
 
  private:
   // Starts the clock sequence when it is 0, then moves it on by 1 in 14 bits.
