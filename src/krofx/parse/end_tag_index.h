@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "krofx/core/export.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
 
@@ -41,8 +42,8 @@ int CompareNames(const Text& text, const TagName& left, const TagName& right) {
 }
 
 /// The end tags of a text from some place on. A copy starts out empty: it can be made again from
-/// the text.
-class EndTagIndex {
+/// the text. Exported because hosts make engines, which hold one.
+class KROFX_API EndTagIndex {
  public:
   EndTagIndex() = default;
   EndTagIndex(const EndTagIndex&) {}
