@@ -184,7 +184,7 @@ TEST(KRBillPayMessageSetV1, NeverShowsRecurringExtendedPayments) {
   for (const u16 version : {u16{1}, u16{2}}) {
     auto set = Make<KRBillPayMessageSetV1>(version);
     EXPECT_EQ(set->IsValidTag(KRTag_HASRECEXTDPMT), 0);
-    EXPECT_EQ(set->SetHasRecExtendedPayments(u16{1}), 0);
+    EXPECT_EQ(set->SetHasRecExtdPmt(u16{1}), 0);
     EXPECT_EQ(TextOf(*set), "");
     const Parsed<KRBillPayMessageSetV1> parsed("<HASRECEXTDPMT>Y<CANMODPMTS>Y", version);
     EXPECT_EQ(parsed.Status(), KRParseStatus_Warnings);
@@ -194,7 +194,7 @@ TEST(KRBillPayMessageSetV1, NeverShowsRecurringExtendedPayments) {
 
 TEST(KRBillPayMessageSetV2, ShowsRecurringExtendedPayments) {
   auto set = Make<KRBillPayMessageSetV2>(2);
-  EXPECT_EQ(set->SetHasRecExtendedPayments(u16{1}), 1);
+  EXPECT_EQ(set->SetHasRecExtdPmt(u16{1}), 1);
   EXPECT_EQ(TextOf(*set), "<HASRECEXTDPMT>Y\n");
 }
 

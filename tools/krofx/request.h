@@ -78,10 +78,10 @@ class RequestMaker {
     (object.*set)(KRString(given.c_str()));
     Require(option, (object.*get)(), given);
   }
-  /// Sets an amount from the text of an option.
-  template <class Object>
-  void SetAmount(const char* option, const std::string& given, Object& object) {
-    if (object.SetTranAmount(KRString(given.c_str())) == 0) {
+  /// Sets an amount from the text of an option; `set` takes the text and answers as a setter does.
+  template <class Set>
+  void SetAmount(const char* option, const std::string& given, Set set) {
+    if (set(KRString(given.c_str())) == 0) {
       Fail(std::string(option) + " is no amount that can be used; write it as 12.50");
     }
   }

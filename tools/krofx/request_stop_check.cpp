@@ -38,7 +38,10 @@ std::unique_ptr<KRCheckDescription> MakeDescription(const Options& options, Requ
   if (!options.date.empty()) {
     maker.RequireDate("--date", check->SetDtUser(DateArgument(options.date)));
   }
-  if (!options.amount.empty()) maker.SetAmount("--amount", options.amount, *check);
+  if (!options.amount.empty()) {
+    maker.SetAmount("--amount", options.amount,
+                    [&](const KRString& amount) { return check->SetTrnAmt(amount); });
+  }
   return check;
 }
 

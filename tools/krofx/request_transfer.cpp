@@ -49,7 +49,8 @@ std::unique_ptr<KRXferInfo> MakeInfo(const Options& options, RequestMaker& maker
   info->SetAccountFrom(
       MakeEnd(options.from, KRTag_BANKACCTFROM, KRTag_CCACCTFROM, maker).release());
   info->SetAccountTo(MakeEnd(options.to, KRTag_BANKACCTTO, KRTag_CCACCTTO, maker).release());
-  maker.SetAmount("--amount", options.amount, *info);
+  maker.SetAmount("--amount", options.amount,
+                  [&](const KRString& amount) { return info->SetTranAmount(amount); });
   if (!options.due.empty()) maker.RequireDate("--due", info->SetDtDue(DateArgument(options.due)));
   if (!options.memo.empty() && maker.GetVersion() == 1) {
     maker.Fail("--memo needs --v2");
