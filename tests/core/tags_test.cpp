@@ -5,9 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <iterator>
 #include <set>
 #include <string>
 
+#include "all_tags.h"
 #include "krofx/core/tag_dictionary.h"
 
 namespace {
@@ -36,6 +38,11 @@ TEST(Tags, AreCapitalsDigitsAndPoints) {
     EXPECT_EQ(std::strspn(text, "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789."), std::strlen(text))
         << text;
   }
+}
+
+TEST(Tags, AreThoseOfTheListInItsOrder) {
+  ASSERT_EQ(NumberOfKRDictionaryEntry(), std::size(kAllTags));
+  for (u32 id = 1; id <= std::size(kAllTags); ++id) EXPECT_STREQ(TextAt(id), kAllTags[id - 1]);
 }
 
 struct Spot {
