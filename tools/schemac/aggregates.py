@@ -379,14 +379,11 @@ class ClassWriter:
 
     def shared_accessors(self, shared):
         own = member(shared.name)
-        rows = [r for c in self.schemas.classes.values() for r in c.rows if r.shared == shared.name]
-        tags_text = ", ".join(dict.fromkeys(r.tag for r in rows if r.owner is not None)) or "child"
         if shared.kind == "array":
             self.header += f"\n  // {shared.name}: one list for several tags.\n\n"
             self._array_accessors(shared.name, "list", shared.type, own, None)
             return
         self.uses.add(shared.type)
-        del tags_text
         self.header += f"\n  // {shared.name}: one child for several tags.\n\n"
         self.header += fill("The child, still this object's; null when there is none.")
         self.header += f"  {shared.type}* Get{shared.name}() const;\n"
