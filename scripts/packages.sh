@@ -2,9 +2,10 @@
 # shellcheck shell=bash
 
 # To build the library, the command and the examples.
-build_packages=(cmake g++ libcli11-dev ninja-build nlohmann-json3-dev python3)
+build_packages=(cmake g++ libcli11-dev libcpp-httplib-dev libcurl4-openssl-dev libssl-dev ninja-build
+  nlohmann-json3-dev pkg-config python3)
 # To run the tests as well.
-test_packages=("${build_packages[@]}" binutils clang-format libgtest-dev pkg-config)
+test_packages=("${build_packages[@]}" binutils clang-format libgtest-dev)
 # For benchmarks, fuzzing, coverage and clang-tidy; no script asks for them all.
 # shellcheck disable=SC2034
 work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
