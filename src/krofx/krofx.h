@@ -40,6 +40,11 @@
 #include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
 
+// Carrying texts to a server and back.
+#include "krofx/transport/net_access.h"
+#include "krofx/transport/net_request.h"
+#include "krofx/transport/net_status.h"
+
 // Payroll values, which can be blank.
 #include "krofx/payroll/keywords.h"
 #include "krofx/payroll/payroll_amount.h"
