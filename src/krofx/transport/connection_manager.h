@@ -8,9 +8,14 @@
 // The order of one exchange: VCSendDataRequest or VCGetFileRequest creates it, VCAddTrustedRoot,
 // VCSetSSLInfo and VCSetHTTPInfo set it up, VCInitiate starts it. From then on the manager calls
 // the progress callback, and, for HTTPS, the certificate callback once the server has shown its
-// certificates. The last call is the finished record; the exchange's handle is dead behind it.
+// certificates. The last call is the finished record; the exchange's handle is dead behind it. An
+// exchange that gets no finished record, because it was never started or nobody waits for it any
+// more, is given back with VCRelease.
+//
 // Every callback is made on the thread that runs the exchange, from inside one of the operations
-// here, VCWork as a rule.
+// here, VCWork as a rule. A callback may lead to host code, which may call VCCancel or VCRelease
+// for the very exchange that the callback is about. Texts that are handed to an operation live
+// through the call only.
 
 #ifndef KROFX_TRANSPORT_CONNECTION_MANAGER_H_
 #define KROFX_TRANSPORT_CONNECTION_MANAGER_H_
@@ -103,8 +108,9 @@ class KROFX_API VYNConnectionManager {
   /// Connects a session to the network. 2200 means that the connection was refused.
   virtual u16 VCConnect(void* session) = 0;
 
-  /// Creates an exchange that sends `size` bytes to `url`. The data must live until the exchange is
-  /// over. Reply and header file are made in `tempPath`, with what `callback` is told about them.
+  /// Creates an exchange that sends `size` bytes to `url`. The data lives until the exchange is
+  /// over or given back. Reply and header file are made in `tempPath`, and `callback` is told their
+  /// names. Null, or a nonzero `*error`, means failure: there is no exchange then.
   virtual void* VCSendDataRequest(u16* error, void* session, char const* url, char const* data,
                                   u32 size, char const* tempPath, VYProgressCallback callback,
                                   void* userData) = 0;
@@ -114,7 +120,8 @@ class KROFX_API VYNConnectionManager {
 
   /// Sets the HTTP options. `post` is 1 for a send; `contentType` and `extraHeaders` (lines ended
   /// by CR LF) may be null; `timeout` is in seconds for the whole exchange. The second and the
-  /// sixth argument are always 0 and 1.
+  /// sixth argument are always 0 and 1. An exchange without options has no limit of its own, and a
+  /// send is then a post of application/x-ofx.
   virtual u16 VCSetHTTPInfo(void* exchange, u32, u16 post, char const* contentType,
                             char const* extraHeaders, u32, s32 timeout) = 0;
   /// Sets the TLS options. With `skipVerify` 1 the manager checks nothing itself; the callback is
@@ -127,6 +134,9 @@ class KROFX_API VYNConnectionManager {
   virtual u16 VCInitiate(void* session, void* exchange) = 0;
   /// Ends a started exchange early; its finished record still comes, with a code.
   virtual u16 VCCancel(void* session, void* exchange) = 0;
+  /// Gives back an exchange that has had no finished record, started or not: it ends at once, its
+  /// callbacks are made no more, files that nobody was told of are removed, and the handle is dead.
+  virtual void VCRelease(void* session, void* exchange) = 0;
 
   /// Says in `*needs`, with 1, that the network has yet to be set up.
   virtual u16 VY_IspConfig_NeedsToConfigure(u32* needs) = 0;
@@ -136,5 +146,12 @@ class KROFX_API VYNConnectionManager {
   /// only lets the time pass, which is what the default does.
   virtual void VCWork(u32 milliseconds);
 };
+
+namespace krofx::internal {
+
+/// Makes the default manager, which the caller deletes; null when memory is exhausted.
+KROFX_API VYNConnectionManager* NewDefaultConnectionManager();
+
+}  // namespace krofx::internal
 
 #endif  // KROFX_TRANSPORT_CONNECTION_MANAGER_H_
