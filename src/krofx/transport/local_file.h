@@ -63,6 +63,11 @@ KROFX_API void DeleteLocalFile(char const* name);
 /// does not open or there is no memory for a chunk.
 KROFX_API bool AppendLocalFile(char const* name, KRBuffer& target);
 
+/// Writes the whole content of `source` to a file, in chunks, replacing what was there; the cursor
+/// stands at the end then. False when the file does not open, takes no more, the source lost its
+/// data, or there is no memory for a chunk; only the last leaves an old file as it was.
+KROFX_API bool SaveToLocalFile(char const* name, KRBuffer& source);
+
 }  // namespace krofx::internal
 
 #endif  // KROFX_TRANSPORT_LOCAL_FILE_H_
