@@ -1,0 +1,53 @@
+// Exchanges of sign-on, profile and sign-up.
+
+#include "krofx/messages/signon/signon.h"
+#include "exchanges/exchanges.h"
+#include "krofx/messages/signon/profile.h"
+#include "krofx/messages/signon/signup.h"
+
+namespace krofx::testing {
+namespace {
+
+constexpr Exchange kExchanges[] = {
+    {"SIGNONMSGSRQ", "PINCHTRNRQ", "PINCHRQ", Is<KRPinChangeRq>,
+     "<USERID>ada<NEWUSERPASS>lovelace"},
+    {"SIGNONMSGSRQ", "CHALLENGETRNRQ", "CHALLENGERQ", Is<KRChallengeRq>, "<USERID>ada"},
+    {"PROFMSGSRQ", "PROFTRNRQ", "PROFRQ", Is<KRProfileRq>, "<CLIENTROUTING>NONE<DTPROFUP>19990101"},
+    {"SIGNUPMSGSRQ", "ENROLLTRNRQ", "ENROLLRQ", Is<KREnrollRq>,
+     "<FIRSTNAME>Ada<MIDDLENAME>A<LASTNAME>Byron@PLACE<COUNTRY>GBR<DAYPHONE>1<EVEPHONE>2"
+     "<EMAIL>ada@example.com<TAXID>3<SECURITYNAME>Gordon<DATEBIRTH>18151210"},
+    {"SIGNUPMSGSRQ", "ACCTINFOTRNRQ", "ACCTINFORQ", Is<KRAccountInfoRq>, "<DTACCTUP>19990101"},
+    {"SIGNUPMSGSRQ", "CHGUSERINFOTRNRQ", "CHGUSERINFORQ", Is<KRChangeUserInfoRq>,
+     "<EMAIL>ada@example.com"},
+    {"SIGNUPMSGSRQ", "ACCTTRNRQ", "ACCTRQ", Is<KRAccountServiceRq>,
+     "<SVCADD>@TOBANK</SVCADD><SVC~>BANKSVC"},
+
+    {"SIGNONMSGSRS", "PINCHTRNRS", "PINCHRS", Is<KRPinChangeRs>, "<USERID>ada"},
+    {"SIGNONMSGSRS", "CHALLENGETRNRS", "CHALLENGERS", Is<KRChallengeRs>,
+     "<USERID>ada<NONCE>8a61c2<FICERTID>cert-1"},
+    {"PROFMSGSRS", "PROFTRNRS", "PROFRS", Is<KRProfileRs>,
+     "<MSGSETLIST><SIGNONMSGSET><SIGNONMSGSETV#>@CORE</SIGNONMSGSETV#></SIGNONMSGSET>"
+     "<PROFMSGSET><PROFMSGSETV#>@CORE</PROFMSGSETV#></PROFMSGSET></MSGSETLIST>"
+     "<SIGNONINFOLIST><SIGNONINFO><SIGNONREALM>all<MIN>4<MAX>32<CHARTYPE>ALPHAORNUMERIC<CASESEN>Y"
+     "<SPECIAL>Y<SPACES>N<PINCH>Y<CHGPINFIRST>N</SIGNONINFO></SIGNONINFOLIST>"
+     "<DTPROFUP>20260105<FINAME>Bank@PLACE<COUNTRY>GBR"},
+    {"SIGNUPMSGSRS", "ENROLLTRNRS", "ENROLLRS", Is<KREnrollRs>},
+    {"SIGNUPMSGSRS", "ACCTINFOTRNRS", "ACCTINFORS", Is<KRAccountInfoRs>, "<DTACCTUP>20260105"},
+    {"SIGNUPMSGSRS", "CHGUSERINFOTRNRS", "CHGUSERINFORS", Is<KRChangeUserInfoRs>,
+     "<DTINFOCHG>20260105"},
+    {"SIGNUPMSGSRS", "ACCTTRNRS", "ACCTRS", Is<KRAccountServiceRs>,
+     "<SVCDEL>@BANK</SVCDEL><SVC~>BANKSVC<SVCSTATUS~>ACTIVE"},
+};
+
+constexpr Sync kSyncs[] = {
+    {"SIGNUPMSGSRQ", "ACCTSYNCRQ", "@ASK", "ACCTTRNRQ"},
+    {"SIGNUPMSGSRQ", "CHGUSERINFOSYNCRQ", "@ASK", "CHGUSERINFOTRNRQ"},
+    {"SIGNUPMSGSRS", "ACCTSYNCRS", "@TOLD", "ACCTTRNRS"},
+    {"SIGNUPMSGSRS", "CHGUSERINFOSYNCRS", "@TOLD", "CHGUSERINFOTRNRS"},
+};
+
+}  // namespace
+
+const Family kSignOnFamily{"SignOn", kExchanges, kSyncs};
+
+}  // namespace krofx::testing
