@@ -55,6 +55,15 @@
 #include "krofx/payroll/payroll_data_conversion.h"
 #include "krofx/payroll/payroll_date_time.h"
 
+// Certificates, digests, base64.
+#include "krofx/security/algorithm.h"
+#include "krofx/security/base64.h"
+#include "krofx/security/certificate.h"
+#include "krofx/security/certificate_array.h"
+#include "krofx/security/certificate_id.h"
+#include "krofx/security/digest.h"
+#include "krofx/security/status.h"
+
 // Files, message sets, and every aggregate.
 #include "krofx/aggregates.h"
 #include "krofx/version.h"

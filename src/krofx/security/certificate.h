@@ -1,0 +1,106 @@
+// One X.509 certificate, as far as the library looks into it: its bytes, its subject's
+// organization, its validity and its public key.
+//
+// Certificates are read, not judged: no signature is checked and no date is compared with the
+// clock, so certificates of version 1 and those signed with MD2 load like any other.
+
+#ifndef KROFX_SECURITY_CERTIFICATE_H_
+#define KROFX_SECURITY_CERTIFICATE_H_
+
+#include <cstdint>
+#include <cstdio>
+
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/string.h"
+#include "krofx/core/types.h"
+#include "krofx/security/status.h"
+
+class KRBuffer;
+
+namespace krofx::internal {
+
+struct CertificateObject;
+struct NameObject;
+
+/// What the toolkit reads out of a certificate. The pointers live as long as the certificate object
+/// that they came from.
+struct CertificateFields {
+  /// Start of validity, in seconds since the start of 1970, GMT.
+  std::int64_t validFrom = 0;
+  /// End of validity, in the same count.
+  std::int64_t validTo = 0;
+  /// The subject's name.
+  NameObject const* subject = nullptr;
+  /// The DER encoding of the SubjectPublicKeyInfo: the algorithm and the key.
+  unsigned char const* publicKey = nullptr;
+  /// Bytes of the public key.
+  u32 publicKeyLength = 0;
+};
+
+}  // namespace krofx::internal
+
+/// A certificate. It can be used once one of its four loading operations has returned 0; a failed
+/// one leaves the object without a certificate, even if it held one before, so that nothing can be
+/// trusted by mistake.
+///
+/// Copies share the certificate, which lives until the last of them is destroyed or loads another.
+class KROFX_API KRCert : public krofx::internal::HeapObject {
+ public:
+  /// No certificate, callback root ID 0.
+  KRCert() noexcept = default;
+  /// Shares the source's certificate and copies its callback root ID.
+  KRCert(KRCert const& source) noexcept;
+  /// Lets go of the own certificate, shares the source's and copies its callback root ID.
+  KRCert& operator=(KRCert const& source) noexcept;
+  virtual ~KRCert();
+
+  /// Loads a certificate from its base64 text (see KRDecode), without armour lines.
+  /// @return KRSecStatus_Success; KRSecStatus_EncodedCertRejected for null, for what is not one
+  ///         whole certificate, and when memory is exhausted.
+  KRSecStatus SetEncodedCert(KRBuffer* text);
+  /// The same for `length` characters at `text`; 0 characters are rejected.
+  KRSecStatus SetEncodedCert(char const* text, u16 length);
+  /// Loads a certificate from its BER or DER bytes, which are copied.
+  /// @return KRSecStatus_Success; KRSecStatus_BERCertRejected for null, for what is not one whole
+  ///         certificate, and when memory is exhausted.
+  KRSecStatus SetCertBER(KRBuffer* ber);
+  /// The same for `length` bytes at `ber`; 0 bytes are rejected.
+  KRSecStatus SetCertBER(char const* ber, u16 length);
+
+  /// The bytes of the certificate as they were given; null without a certificate. They belong to
+  /// the certificate, which the copies of this object share.
+  char const* GetCertBER() const;
+  /// Number of those bytes; 0 without a certificate.
+  u32 GetCertBERLen() const;
+
+  /// Stores the ID under which the certificate is registered as a trusted root.
+  /// @return KRSecStatus_Success, or KRSecStatus_NoRootID for 0, which is not stored.
+  KRSecStatus SetCallbackRootID(s16 id);
+  /// The stored ID; 0 while there is none.
+  s16 GetCallbackID() const { return m_callbackRootID; }
+
+  /// Appends the public key to `out`: the DER encoding of the SubjectPublicKeyInfo.
+  /// @return KRSecStatus_Success; KRSecStatus_NoPublicKey without a certificate or a buffer, for a
+  ///         key of more than 65535 bytes, and when it cannot be written.
+  KRSecStatus GetPublicKey(KRBuffer* out) const;
+  /// The organization, whatever the name of the operation says: the first organizationName of the
+  /// subject. Empty when there is none, without a certificate, when memory is exhausted, and for a
+  /// value with a NUL in it, which would read as a shorter one.
+  KRString GetSubjectName() const;
+  /// Prints the first and the last day of validity, in GMT, as two lines: "Start Date: MM DD YYYY"
+  /// and "End Date:   MM DD YYYY".
+  /// @return KRSecStatus_Success; KRSecStatus_NotWritten when printing fails, and without a
+  ///         certificate or a stream.
+  KRSecStatus WriteInfo(std::FILE* stream) const;
+
+ private:
+  void Drop() noexcept;
+  bool Load(KRBuffer const& ber);
+
+  krofx::internal::CertificateObject* m_certificate = nullptr;
+  krofx::internal::CertificateFields m_fields;
+  s16 m_callbackRootID = 0;
+};
+
+#endif  // KROFX_SECURITY_CERTIFICATE_H_

@@ -1,0 +1,48 @@
+// The certificate ID: a certificate in 28 characters.
+//
+// It is the base64 text of the SHA-1 digest of the certificate's whole DER encoding, so its last
+// character is "=". A host pins the certificate of a server by it.
+
+#ifndef KROFX_SECURITY_CERTIFICATE_ID_H_
+#define KROFX_SECURITY_CERTIFICATE_ID_H_
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/security/status.h"
+
+/// Makes the ID of a certificate. IDs are appended, so an object serves for one certificate: after
+/// a second one it holds both IDs, end to end.
+///
+/// The certificate itself is not read, only digested. Inputs stay the caller's and need only live
+/// through the call that they are given to.
+class KROFX_API KRCertID : public krofx::internal::HeapObject {
+ public:
+  /// No ID.
+  KRCertID();
+  KRCertID(KRCertID const&) = delete;
+  KRCertID& operator=(KRCertID const&) = delete;
+
+  /// Appends the ID of a certificate that is given as base64 text.
+  /// @return KRSecStatus_Success; KRSecStatus_MissingInput for null; the status of KRDecode,
+  ///         KRDigest or KREncode when that fails; KRSecStatus_IDNotStored when memory is
+  ///         exhausted.
+  KRSecStatus SetEncodedCert(KRBuffer* text);
+  /// Appends the ID of a certificate that is given as DER bytes.
+  /// @return as SetEncodedCert.
+  KRSecStatus SetCertBER(KRBuffer* ber);
+
+  /// The ID, 28 characters without a terminator. It belongs to this object and lives as long.
+  KRBuffer* GetEncodedCertIDPtr() { return &m_encodedCertID; }
+  /// 1 when there is no ID.
+  u16 IsEmpty() const { return m_encodedCertID.GetBufferSize() == 0 ? 1 : 0; }
+
+ private:
+  KRSecStatus CreateCertID();
+
+  KRBuffer* m_encodedCert = nullptr;
+  KRBuffer* m_certBER = nullptr;
+  KRBuffer m_encodedCertID;
+};
+
+#endif  // KROFX_SECURITY_CERTIFICATE_ID_H_

@@ -1,0 +1,53 @@
+// The digest of a buffer or of a text.
+
+#ifndef KROFX_SECURITY_DIGEST_H_
+#define KROFX_SECURITY_DIGEST_H_
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/export.h"
+#include "krofx/core/memory.h"
+#include "krofx/security/algorithm.h"
+#include "krofx/security/status.h"
+
+class KRString;
+
+/// Makes digests of up to 20 bytes, with SHA-1 unless told otherwise. One object serves for any
+/// number of digests; each replaces the one before.
+///
+/// An algorithm that cannot be had shows in the first digest, not in the constructor. Inputs stay
+/// the caller's and need only live through the call that they are given to.
+class KROFX_API KRDigest : public krofx::internal::HeapObject {
+ public:
+  /// Ready for input.
+  explicit KRDigest(int (*chooser)(unsigned char**) = KRChooseSHA1);
+  /// Digests a buffer at once. A failure shows in the output alone, which is empty then.
+  KRDigest(KRBuffer* input, int (*chooser)(unsigned char**));
+  /// Digests a text at once. A failure shows in the output alone, which is empty then.
+  KRDigest(KRString const* input, int (*chooser)(unsigned char**));
+  KRDigest(KRDigest const&) = delete;
+  KRDigest& operator=(KRDigest const&) = delete;
+  virtual ~KRDigest();
+
+  /// Digests the whole content of a buffer, wherever its cursor stands.
+  /// @return KRSecStatus_Success, or KRSecStatus_DigestFailed for null, for a buffer that lost its
+  ///         memory, and when the algorithm or the memory is not to be had.
+  KRSecStatus SetInputData(KRBuffer* input);
+  /// Digests a text, without its terminator.
+  /// @return as SetInputData.
+  KRSecStatus SetInputStr(KRString const* input);
+  /// The digest, 20 bytes with SHA-1, with the cursor at its start. It belongs to this object and
+  /// lives as long. After a failure its content means nothing.
+  KRBuffer* GetOutputData() { return &m_output; }
+
+ private:
+  KRSecStatus Initialize();
+  KRSecStatus DigestData();
+
+  KRBuffer* m_inputData = nullptr;
+  KRString const* m_inputString = nullptr;
+  KRAlgorithmChooser m_chooser;
+  krofx::internal::AlgorithmObject* m_algorithm = nullptr;
+  KRBuffer m_output;
+};
+
+#endif  // KROFX_SECURITY_DIGEST_H_
