@@ -1,0 +1,70 @@
+// A folder of a test's own, removed with all that is in it, and files in it.
+
+#ifndef KROFX_TESTS_SUPPORT_TEMP_FOLDER_H_
+#define KROFX_TESTS_SUPPORT_TEMP_FOLDER_H_
+
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+/// An empty folder.
+class TempFolder {
+ public:
+  TempFolder() {
+    std::string name = (std::filesystem::temp_directory_path() / "krofx-test-XXXXXX").string();
+    EXPECT_NE(mkdtemp(name.data()), nullptr) << name;
+    m_folder = name;
+  }
+  TempFolder(TempFolder const&) = delete;
+  TempFolder& operator=(TempFolder const&) = delete;
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(m_folder, ignored);
+  }
+
+  /// Where the folder is.
+  std::filesystem::path const& Path() const { return m_folder; }
+  /// The whole name of a file in the folder.
+  std::string Name(std::string const& file) const { return (m_folder / file).string(); }
+  /// Makes a file, or replaces its content, and gives its whole name.
+  std::string Put(std::string const& file, std::string const& content) const {
+    std::ofstream(m_folder / file, std::ios::binary) << content;
+    return Name(file);
+  }
+  /// The content of a file; empty when there is none.
+  std::string Get(std::string const& file) const {
+    std::ifstream stream(m_folder / file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  }
+  /// Whether there is a file of that name.
+  bool Has(std::string const& file) const { return std::filesystem::exists(m_folder / file); }
+  /// How many entries there are.
+  std::size_t Entries() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(m_folder),
+                                                  std::filesystem::directory_iterator()));
+  }
+
+ private:
+  std::filesystem::path m_folder;
+};
+
+/// Makes a folder the working folder of the process for the length of a scope.
+class WorkingFolder {
+ public:
+  explicit WorkingFolder(std::filesystem::path const& folder)
+      : m_before(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder);
+  }
+  WorkingFolder(WorkingFolder const&) = delete;
+  WorkingFolder& operator=(WorkingFolder const&) = delete;
+  ~WorkingFolder() { std::filesystem::current_path(m_before); }
+
+ private:
+  std::filesystem::path m_before;
+};
+
+#endif  // KROFX_TESTS_SUPPORT_TEMP_FOLDER_H_

@@ -1,0 +1,22 @@
+// The place of a virtual operation in its class, which hosts that were compiled earlier go by.
+
+#ifndef KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
+#define KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
+
+#include <cstddef>
+#include <cstring>
+
+#if defined(__x86_64__) && defined(__GNUC__)
+#define KROFX_TESTS_KNOW_SLOTS 1
+
+/// Counts from 0. A pointer to a virtual member holds its offset in the table, plus 1.
+template <class Member>
+std::ptrdiff_t SlotOf(Member member) {
+  std::ptrdiff_t offset = 0;
+  std::memcpy(&offset, &member, sizeof offset);
+  return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+#endif
+
+#endif  // KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
