@@ -95,8 +95,7 @@ class KROFX_API KRCert : public krofx::internal::HeapObject {
   KRSecStatus WriteInfo(std::FILE* stream) const;
 
  private:
-  void Drop() noexcept;
-  bool Load(KRBuffer const& ber);
+  bool Load(char const* ber, u32 length);
 
   krofx::internal::CertificateObject* m_certificate = nullptr;
   krofx::internal::CertificateFields m_fields;

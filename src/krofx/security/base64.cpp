@@ -1,0 +1,116 @@
+// KREncode and KRDecode: a buffer in, a buffer out. What they share is written once, for both
+// directions.
+
+#include "krofx/security/base64.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+#include "krofx/security/buffer_view.h"
+#include "krofx/security/toolkit.h"
+
+namespace {
+
+using namespace krofx::internal;
+
+// One direction.
+struct Direction {
+  int (*init)(AlgorithmObject*);
+  CodeUpdate update;
+  CodeFinal final;
+  // Bytes that the output of so many bytes of input may take.
+  std::uint64_t (*room)(u32);
+};
+
+// Twice the input is enough from two bytes on; one byte takes a group of four.
+constexpr Direction kEncode = {EncodeInit, EncodeUpdate, EncodeFinal,
+                               [](u32 input) { return input == 1 ? 4 : std::uint64_t{2} * input; }};
+constexpr Direction kDecode = {DecodeInit, DecodeUpdate, DecodeFinal,
+                               [](u32 input) { return std::uint64_t{input}; }};
+
+// Replaces the algorithm object by a fresh one that is ready for the direction.
+bool SetUp(AlgorithmObject*& algorithm, KRAlgorithmChooser chooser, Direction const& direction) {
+  DestroyAlgorithmObject(algorithm);
+  algorithm = CreateAlgorithmObject();
+  return BindAlgorithm(algorithm, chooser) == 0 && direction.init(algorithm) == 0;
+}
+
+// Codes the whole input into the output.
+bool Code(AlgorithmObject* algorithm, KRBuffer const* input, KRBuffer& output,
+          Direction const& direction) {
+  // An output that is its own input would be written over while it is read.
+  if (input == &output) return false;
+  ByteView const bytes = ViewOf(input);
+  if (bytes.data == nullptr) return false;
+  std::uint64_t const needed = direction.room(bytes.length);
+  if (needed > std::numeric_limits<u32>::max()) return false;
+  auto const room = static_cast<u32>(needed);
+  char* const out = RoomIn(output, room);
+  u32 written = 0;
+  u32 rest = 0;
+  // What a failed use left behind must not count in this one, hence the fresh start.
+  if (out == nullptr || direction.init(algorithm) != 0 ||
+      direction.update(algorithm, out, room, &written, bytes.data, bytes.length) != 0 ||
+      direction.final(algorithm, out + written, room - written, &rest) != 0) {
+    return false;
+  }
+  TakeContent(output, written + rest);
+  return true;
+}
+
+}  // namespace
+
+KREncode::KREncode() : KREncode(KRChooseBase64) {}
+
+KREncode::KREncode(int (*chooser)(unsigned char**)) : m_chooser(chooser), m_output(0, 0) {
+  Initialize();
+}
+
+KREncode::KREncode(KRBuffer* input, int (*chooser)(unsigned char**)) : KREncode(chooser) {
+  SetInputData(input);
+}
+
+KREncode::~KREncode() { DestroyAlgorithmObject(m_algorithm); }
+
+KRSecStatus KREncode::SetInputData(KRBuffer* input) {
+  m_inputData = input;
+  return EncodeData();
+}
+
+KRSecStatus KREncode::Initialize() {
+  return SetUp(m_algorithm, m_chooser, kEncode) ? KRSecStatus_Success
+                                                : KRSecStatus_EncoderSetupFailed;
+}
+
+KRSecStatus KREncode::EncodeData() {
+  return Code(m_algorithm, m_inputData, m_output, kEncode) ? KRSecStatus_Success
+                                                           : KRSecStatus_EncodingFailed;
+}
+
+KRDecode::KRDecode() : KRDecode(KRChooseBase64) {}
+
+KRDecode::KRDecode(int (*chooser)(unsigned char**)) : m_chooser(chooser), m_output(0, 0) {
+  Initialize();
+}
+
+KRDecode::KRDecode(KRBuffer* input, int (*chooser)(unsigned char**)) : KRDecode(chooser) {
+  SetInputData(input);
+}
+
+KRDecode::~KRDecode() { DestroyAlgorithmObject(m_algorithm); }
+
+KRSecStatus KRDecode::SetInputData(KRBuffer* input) {
+  m_inputData = input;
+  return DecodeData();
+}
+
+KRSecStatus KRDecode::Initialize() {
+  return SetUp(m_algorithm, m_chooser, kDecode) ? KRSecStatus_Success
+                                                : KRSecStatus_DecoderSetupFailed;
+}
+
+KRSecStatus KRDecode::DecodeData() {
+  return Code(m_algorithm, m_inputData, m_output, kDecode) ? KRSecStatus_Success
+                                                           : KRSecStatus_DecodingFailed;
+}

@@ -1,0 +1,148 @@
+// KRCert: one certificate over the toolkit's.
+
+#include "krofx/security/certificate.h"
+
+#include <cstring>
+
+#include "krofx/core/buffer.h"
+#include "krofx/security/base64.h"
+#include "krofx/security/buffer_view.h"
+#include "krofx/security/toolkit.h"
+#include "krofx/values/calendar.h"
+#include "krofx/values/date_time.h"
+
+using krofx::internal::ByteView;
+using krofx::internal::CertificateFields;
+
+namespace {
+
+constexpr u32 kMaxPublicKey = 65535;
+
+// The date of a count of seconds, which may lie outside the 32 bits that dates take by assignment.
+KRDateTime DateOf(std::int64_t seconds) {
+  constexpr std::int64_t kSecondsInDay = 86400;
+  std::int64_t const days = seconds / kSecondsInDay - (seconds % kSecondsInDay < 0 ? 1 : 0);
+  krofx::internal::CalendarDate const date = krofx::internal::DateFromDays(days);
+  return {static_cast<s16>(date.year),
+          static_cast<s16>(date.month),
+          static_cast<s16>(date.day),
+          0,
+          0,
+          0,
+          0,
+          0,
+          0};
+}
+
+bool PrintDate(std::FILE* stream, char const* label, std::int64_t seconds) {
+  KRDateTime const date = DateOf(seconds);
+  return std::fprintf(stream, "%s%02d %02d %4d\n", label, date.GetMonth(), date.GetDay(),
+                      date.GetYear()) >= 0;
+}
+
+}  // namespace
+
+KRCert::KRCert(KRCert const& source) noexcept
+    : m_certificate(krofx::internal::ShareCertificateObject(source.m_certificate)),
+      m_fields(source.m_fields),
+      m_callbackRootID(source.m_callbackRootID) {}
+
+KRCert& KRCert::operator=(KRCert const& source) noexcept {
+  krofx::internal::CertificateObject* const shared =
+      krofx::internal::ShareCertificateObject(source.m_certificate);
+  krofx::internal::DestroyCertificateObject(m_certificate);
+  m_certificate = shared;
+  m_fields = source.m_fields;
+  m_callbackRootID = source.m_callbackRootID;
+  return *this;
+}
+
+KRCert::~KRCert() { krofx::internal::DestroyCertificateObject(m_certificate); }
+
+KRSecStatus KRCert::SetEncodedCert(KRBuffer* text) {
+  KRDecode decode;
+  ByteView ber;
+  if (decode.SetInputData(text) == KRSecStatus_Success) {
+    ber = krofx::internal::ViewOf(decode.GetOutputData());
+  }
+  return Load(ber.data, ber.length) ? KRSecStatus_Success : KRSecStatus_EncodedCertRejected;
+}
+
+KRSecStatus KRCert::SetEncodedCert(char const* text, u16 length) {
+  if (text == nullptr || length == 0) return SetEncodedCert(nullptr);
+  KRBuffer copy(length, 0);
+  return SetEncodedCert(copy.Write(text, length) == KRBufferOK ? &copy : nullptr);
+}
+
+KRSecStatus KRCert::SetCertBER(KRBuffer* ber) {
+  ByteView const bytes = krofx::internal::ViewOf(ber);
+  return Load(bytes.data, bytes.length) ? KRSecStatus_Success : KRSecStatus_BERCertRejected;
+}
+
+KRSecStatus KRCert::SetCertBER(char const* ber, u16 length) {
+  return Load(ber, length) ? KRSecStatus_Success : KRSecStatus_BERCertRejected;
+}
+
+// Replaces the certificate, by none when the bytes are none. The old one goes last, since the bytes
+// may be its own.
+bool KRCert::Load(char const* ber, u32 length) {
+  krofx::internal::CertificateObject* fresh = krofx::internal::CreateCertificateObject();
+  CertificateFields fields;
+  if (krofx::internal::SetCertificateBER(fresh, ber, length) != 0 ||
+      krofx::internal::GetCertificateFields(fresh, &fields) != 0) {
+    krofx::internal::DestroyCertificateObject(fresh);
+    fresh = nullptr;
+  }
+  krofx::internal::DestroyCertificateObject(m_certificate);
+  m_certificate = fresh;
+  m_fields = fields;
+  return fresh != nullptr;
+}
+
+char const* KRCert::GetCertBER() const {
+  char const* ber = nullptr;
+  u32 length = 0;
+  return krofx::internal::GetCertificateBER(m_certificate, &ber, &length) == 0 ? ber : nullptr;
+}
+
+u32 KRCert::GetCertBERLen() const {
+  char const* ber = nullptr;
+  u32 length = 0;
+  return krofx::internal::GetCertificateBER(m_certificate, &ber, &length) == 0 ? length : 0;
+}
+
+KRSecStatus KRCert::SetCallbackRootID(s16 id) {
+  if (id == 0) return KRSecStatus_NoRootID;
+  m_callbackRootID = id;
+  return KRSecStatus_Success;
+}
+
+KRSecStatus KRCert::GetPublicKey(KRBuffer* out) const {
+  ByteView const key = {reinterpret_cast<char const*>(m_fields.publicKey),
+                        m_fields.publicKeyLength};
+  if (out == nullptr || key.data == nullptr || key.length > kMaxPublicKey ||
+      krofx::internal::AppendTo(*out, key) != KRBufferOK) {
+    return KRSecStatus_NoPublicKey;
+  }
+  return KRSecStatus_Success;
+}
+
+KRString KRCert::GetSubjectName() const {
+  KRString organization;
+  krofx::internal::NameAttribute attribute;
+  for (u32 i = 0; krofx::internal::GetNameAttribute(m_fields.subject, i, &attribute) == 0; ++i) {
+    if (!krofx::internal::IsOrganizationName(attribute.type)) continue;
+    bool const whole = attribute.length <= KRString::kMaxLength &&
+                       std::memchr(attribute.value, '\0', attribute.length) == nullptr;
+    if (whole) organization.Assign(attribute.value, static_cast<u16>(attribute.length));
+    break;
+  }
+  return organization;
+}
+
+KRSecStatus KRCert::WriteInfo(std::FILE* stream) const {
+  if (stream == nullptr || m_certificate == nullptr) return KRSecStatus_NotWritten;
+  bool const written = PrintDate(stream, "Start Date: ", m_fields.validFrom) &&
+                       PrintDate(stream, "End Date:   ", m_fields.validTo);
+  return written ? KRSecStatus_Success : KRSecStatus_NotWritten;
+}
