@@ -59,6 +59,23 @@ TEST(ObjectPool, TakesPiecesBackOnAnotherThreadAndGivesThemThere) {
   EXPECT_TRUE(reused);
 }
 
+TEST(ObjectPool, GetsBackFromAThreadThatEndsWhatItHadNotUsed) {
+  constexpr std::size_t kSize = 1008;
+  void* taken = nullptr;
+  std::thread other([&] {
+    taken = PoolAllocate(kSize);
+    PoolFree(taken, kSize);
+  });
+  other.join();
+  // More than a chunk holds, so all of the other thread's chunk is among them.
+  std::set<void*> given;
+  for (int i = 0; i < 200; ++i) given.insert(PoolAllocate(kSize));
+  EXPECT_EQ(given.size(), 200u);
+  EXPECT_EQ(given.count(taken), 1u);
+  EXPECT_EQ(given.count(static_cast<char*>(taken) + kSize), 1u);
+  for (void* piece : given) PoolFree(piece, kSize);
+}
+
 TEST(ObjectPool, ServesManyThreadsAtOnce) {
   std::vector<std::thread> threads;
   std::vector<int> faults(4, 0);

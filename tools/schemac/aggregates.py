@@ -581,7 +581,11 @@ class ClassWriter:
             fields += [".childRows = kChildRows", f".childRowCount = {len(children)}"]
             kinds = [listed[int(position)].kind for position in children]
             slots = kinds.index("children") if "children" in kinds else len(kinds)
-            fields.append(f".leadingSlots = {slots}")
+            if slots:
+                fields += [
+                    f".leadingSlots = {slots}",
+                    f".slots = &SlotsOf<kRows, kChildRows, {slots}>",
+                ]
         if rules:
             fields += [".rules = kRules", f".ruleCount = {len(rules)}"]
         if rules_only:

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kGranule = 16;
 constexpr std::size_t kClasses = kMaxPooled / kGranule;
-constexpr std::size_t kChunkBytes = 32768;
+constexpr std::size_t kChunkBytes = 65536;
 // What moves between a cache and its depot at a time; a cache holds at most twice as many.
 constexpr u32 kBatch = 32;
 
@@ -24,6 +24,12 @@ std::size_t ClassOf(std::size_t size) { return (size + kGranule - 1) / kGranule 
 // Memory that is in no use holds the way to the next piece.
 struct Piece {
   Piece* next;
+};
+
+// Memory that a thread may cut pieces from.
+struct Stretch {
+  char* begin;
+  char* end;
 };
 
 // The head of a chunk. It lies at an address that is a multiple of its size, so that a piece finds
@@ -44,19 +50,17 @@ Chunk* ChunkOf(Piece* piece) {
 // The chunks of one size class that have free pieces.
 class Depot {
  public:
-  // Takes up to `count` pieces, linked; null when memory is exhausted.
-  Piece* Take(std::size_t size, u32 count, u32& taken) {
+  // Takes the free pieces of one chunk, linked, in no more time than one would take: they are cold,
+  // so nothing is read here. Null when no chunk has any.
+  Piece* Take(u32& taken) {
     const std::lock_guard lock(m_mutex);
-    Piece* pieces = nullptr;
-    for (taken = 0; taken < count; ++taken) {
-      if (m_chunks == nullptr && !Grow(size)) break;
-      Chunk* chunk = m_chunks;
-      Piece* piece = chunk->free;
-      chunk->free = piece->next;
-      if (--chunk->freeCount == 0) Unlink(chunk);
-      piece->next = pieces;
-      pieces = piece;
-    }
+    Chunk* chunk = m_chunks;
+    if (chunk == nullptr) return nullptr;
+    Piece* pieces = chunk->free;
+    taken = chunk->freeCount;
+    chunk->free = nullptr;
+    chunk->freeCount = 0;
+    Unlink(chunk);
     return pieces;
   }
 
@@ -79,21 +83,6 @@ class Depot {
   }
 
  private:
-  bool Grow(std::size_t size) {
-    void* block = std::aligned_alloc(kChunkBytes, kChunkBytes);
-    if (block == nullptr) return false;
-    auto* chunk = new (block) Chunk{};
-    auto* at = static_cast<char*>(block) + kHeadBytes;
-    chunk->pieces = static_cast<u32>((kChunkBytes - kHeadBytes) / size);
-    chunk->freeCount = chunk->pieces;
-    // Linked from the back, so that pieces are given out in the order of their addresses.
-    for (u32 i = chunk->pieces; i != 0; --i) {
-      chunk->free = new (at + (i - 1) * size) Piece{chunk->free};
-    }
-    Link(chunk);
-    return true;
-  }
-
   void Link(Chunk* chunk) {
     chunk->previous = nullptr;
     chunk->next = m_chunks;
@@ -111,6 +100,16 @@ class Depot {
   Chunk* m_chunks = nullptr;
 };
 
+// A new chunk, all of whose pieces are taken: the memory to cut them from. Empty without memory.
+Stretch MakeChunk(std::size_t size) {
+  void* block = std::aligned_alloc(kChunkBytes, kChunkBytes);
+  if (block == nullptr) return {};
+  auto* chunk = new (block) Chunk{};
+  chunk->pieces = static_cast<u32>((kChunkBytes - kHeadBytes) / size);
+  char* begin = static_cast<char*>(block) + kHeadBytes;
+  return {begin, begin + chunk->pieces * size};
+}
+
 // Never destroyed: objects may go after the process's static ones.
 Depot& DepotOf(std::size_t sizeClass) {
   alignas(Depot) static unsigned char storage[sizeof(Depot) * kClasses];
@@ -121,9 +120,12 @@ Depot& DepotOf(std::size_t sizeClass) {
   return depots[sizeClass];
 }
 
+// The pieces of one class that a thread keeps, and what is left of the chunk it cuts from: pieces
+// lie one behind the other as they are made, and no memory is touched before its time.
 struct Shelf {
   Piece* pieces;
   u32 count;
+  Stretch uncut;
 };
 
 // What a thread keeps for itself. It needs no destructor, so that using it costs no test; Returner
@@ -134,41 +136,63 @@ struct Cache {
 };
 constinit thread_local Cache cache = {};
 
+std::size_t SizeOf(std::size_t sizeClass) { return (sizeClass + 1) * kGranule; }
+
+// Gives back all that a shelf has.
+void Empty(std::size_t sizeClass) {
+  Shelf& shelf = cache.shelves[sizeClass];
+  const std::size_t size = SizeOf(sizeClass);
+  for (char* at = shelf.uncut.begin; at != shelf.uncut.end; at += size) {
+    shelf.pieces = new (at) Piece{shelf.pieces};
+    ++shelf.count;
+  }
+  if (shelf.count != 0) DepotOf(sizeClass).Give(shelf.pieces, shelf.count);
+  shelf = Shelf{};
+}
+
 struct Returner {
   ~Returner() {
     cache.closed = true;
-    for (std::size_t i = 0; i < kClasses; ++i) {
-      Shelf& shelf = cache.shelves[i];
-      if (shelf.count != 0) DepotOf(i).Give(shelf.pieces, shelf.count);
-      shelf = Shelf{};
-    }
+    for (std::size_t i = 0; i < kClasses; ++i) Empty(i);
   }
   // Makes sure that there is one for the thread.
   void Use() {}
 };
 thread_local Returner returner;
 
+void* Cut(Shelf& shelf, std::size_t size) {
+  char* piece = shelf.uncut.begin;
+  shelf.uncut.begin = piece + size;
+  return piece;
+}
+
 void* Refill(std::size_t sizeClass) {
   Shelf& shelf = cache.shelves[sizeClass];
-  const u32 wanted = cache.closed ? 1 : kBatch;
+  if (shelf.uncut.begin != shelf.uncut.end) return Cut(shelf, SizeOf(sizeClass));
   if (!cache.closed) returner.Use();
-  u32 taken = 0;
-  Piece* pieces = DepotOf(sizeClass).Take((sizeClass + 1) * kGranule, wanted, taken);
-  if (pieces == nullptr) return nullptr;
-  shelf.pieces = pieces->next;
-  shelf.count = taken - 1;
-  return pieces;
+  void* given = nullptr;
+  if (Piece* pieces = DepotOf(sizeClass).Take(shelf.count)) {
+    shelf.pieces = pieces->next;
+    --shelf.count;
+    given = pieces;
+  } else {
+    shelf.uncut = MakeChunk(SizeOf(sizeClass));
+    if (shelf.uncut.begin == nullptr) return nullptr;
+    given = Cut(shelf, SizeOf(sizeClass));
+  }
+  if (cache.closed) Empty(sizeClass);
+  return given;
 }
 
 void Spill(std::size_t sizeClass) {
+  if (cache.closed) return Empty(sizeClass);
   Shelf& shelf = cache.shelves[sizeClass];
-  const u32 count = cache.closed ? shelf.count : kBatch;
   Piece* pieces = shelf.pieces;
   Piece* last = pieces;
-  for (u32 i = 1; i < count; ++i) last = last->next;
+  for (u32 i = 1; i < kBatch; ++i) last = last->next;
   shelf.pieces = last->next;
-  shelf.count -= count;
-  DepotOf(sizeClass).Give(pieces, count);
+  shelf.count -= kBatch;
+  DepotOf(sizeClass).Give(pieces, kBatch);
 }
 
 }  // namespace
@@ -180,6 +204,8 @@ void* PoolAllocate(std::size_t size) noexcept {
   if (piece == nullptr) return Refill(sizeClass);
   shelf.pieces = piece->next;
   --shelf.count;
+  // The next one will be read when it is given, and may have been idle for long.
+  __builtin_prefetch(shelf.pieces);
   return piece;
 }
 

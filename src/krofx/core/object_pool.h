@@ -4,12 +4,15 @@
 // is where a general allocator spends most of a parse's time: it looks for neighbours to merge with
 // on every free. Objects up to kMaxPooled bytes therefore come from pools, one for each size class.
 //
-//   A thread takes from and gives to a cache of its own, without a lock. The cache is filled from,
-//   and spills over to, the depot of the class, a batch at a time under a lock. An object may be
-//   destroyed on another thread than the one that made it; it then feeds that thread's cache.
+//   A thread takes from and gives to a cache of its own, without a lock. The cache takes all that
+//   is free of one chunk of the class at a time, and spills over to the depot of the class a batch
+//   at a time, under a lock. An object may be destroyed on another thread than the one that made
+//   it; it then feeds that thread's cache.
 //
-//   The depot holds chunks, aligned blocks that are cut into objects of one size. A chunk whose
-//   objects have all come back is returned to the system, but for one that is kept.
+//   A chunk is an aligned block for objects of one size. A new one is cut piece by piece, in the
+//   order of addresses, as objects are made, so that no memory is touched before its time. The
+//   depot holds those of which pieces came back; a chunk whose objects have all come back is
+//   returned to the system, but for one that is kept.
 //
 // Under the sanitizers AllocateSized (memory.h) passes the pools by, so that they see every use of
 // a destroyed object.

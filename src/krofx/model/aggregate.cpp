@@ -29,12 +29,16 @@ bool UsesOwnTable(const KRDataObj& object, const AggregateTable& table) {
 }
 
 template <class Visit>
-void ForEachChildMember(const KRDataObj& object, const AggregateTable& table, Visit visit) {
-  for (u8 i = 0; i < table.childRowCount; ++i) {
+void ForEachChildMember(const KRDataObj& object, const AggregateTable& table, u8 first,
+                        Visit visit) {
+  for (u8 i = first; i < table.childRowCount; ++i) {
     const Row& row = table.rows[table.childRows[i]];
     visit(row, MemberOfConst(row, object));
   }
 }
+
+// Room for the slots of any table: there are no more rows than presence bits.
+using LeadingSlots = ChildSlot* [96];
 
 u16 EntriesOf(const Row& row, const void* member) {
   return IsArray(row) ? row.array->entries(member) : static_cast<u16>(1);
@@ -164,7 +168,8 @@ KRDataObj* CreateElement(CreateChild create) {
 }
 
 const Row* FindRow(const AggregateTable& table, KRTagID tag) {
-  const int position = FindTagRow(table.valid, tag, 0xffff);
+  const int position = table.valid.index != nullptr ? table.valid.index->Find(tag)
+                                                    : FindTagRow(table.valid, tag, 0xffff);
   if (position >= 0) return &table.rows[position];
   for (u8 i = 0; i < table.unlistedCount; ++i) {
     if (table.unlistedTags[i] == tag) return &table.rows[table.valid.count + i];
@@ -264,18 +269,21 @@ KRTagID MissingTagOf(const Presence& presence, const Rule& rule) {
 }
 
 void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version) {
-  ForEachChildMember(object, table, [version](const Row& row, void* member) {
-    if (!IsArray(row)) {
-      if (KRDataObj* child = static_cast<ChildSlot*>(member)->Get()) {
-        child->SetMsgSetVersion(version);
-      }
-      return;
-    }
-    const u16 entries = row.array->entries(member);
-    for (u16 index = 0; index < entries; ++index) {
-      if (KRDataObj* child = row.array->get(member, index)) child->SetMsgSetVersion(version);
-    }
-  });
+  const auto pass = [version](const ChildSlot& slot) {
+    if (KRDataObj* child = slot.Get()) child->SetMsgSetVersion(version);
+  };
+  LeadingSlots leading;
+  if (table.leadingSlots != 0) table.slots(object, leading);
+  for (u8 i = 0; i < table.leadingSlots; ++i) pass(*leading[i]);
+  ForEachChildMember(object, table, table.leadingSlots,
+                     [version, pass](const Row& row, void* member) {
+                       if (!IsArray(row)) return pass(*static_cast<ChildSlot*>(member));
+                       const u16 entries = row.array->entries(member);
+                       for (u16 index = 0; index < entries; ++index) {
+                         if (KRDataObj* child = row.array->get(member, index))
+                           child->SetMsgSetVersion(version);
+                       }
+                     });
 }
 
 KRDataObj* ChildAt(const KRDataObj& object, const AggregateTable& table, u16 index) {
@@ -294,10 +302,10 @@ KRDataObj* ChildAt(const KRDataObj& object, const AggregateTable& table, u16 ind
 }
 
 u16 CountChildren(const KRDataObj& object, const AggregateTable& table) {
-  u32 count = 0;
-  ForEachChildMember(object, table, [&count](const Row& row, const void* member) {
-    count += EntriesOf(row, member);
-  });
+  u32 count = table.leadingSlots;
+  ForEachChildMember(
+      object, table, table.leadingSlots,
+      [&count](const Row& row, const void* member) { count += EntriesOf(row, member); });
   return static_cast<u16>(count < 0xffff ? count : 0xffff);
 }
 
@@ -313,7 +321,7 @@ u16 CopyAggregate(KRDataObj& target, KRDataObj* source) {
     if (row.value->copy(row.member(target), row.member(*source)) == 0) return 0;
   }
   u16 copied = 1;
-  ForEachChildMember(*source, *table, [&](const Row& row, void* from) {
+  ForEachChildMember(*source, *table, 0, [&](const Row& row, void* from) {
     if (copied == 0) return;
     copied = IsArray(row) ? CopyArray(row, row.member(target), from)
                           : CopyChild(SlotOf(row, target), static_cast<ChildSlot*>(from)->Get());

@@ -18,7 +18,9 @@
 #ifndef KROFX_MODEL_AGGREGATE_H_
 #define KROFX_MODEL_AGGREGATE_H_
 
+#include <cstddef>
 #include <type_traits>
+#include <utility>
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/model/child_slot.h"
@@ -109,8 +111,10 @@ struct AggregateTable {
   /// Positions of the rows that bring children, one for each member, in wire order.
   const u8* childRows = nullptr;
   u8 childRowCount = 0;
-  /// How many of childRows, from the first, are slots: their index is the child's.
+  /// How many of childRows, from the first, are slots: their index is the child's. They are reached
+  /// all at once.
   u8 leadingSlots = 0;
+  void (*slots)(KRDataObj& object, ChildSlot** out) = nullptr;
   const Rule* rules = nullptr;
   u8 ruleCount = 0;
   /// Completeness is a matter of the rules alone: the required table is not consulted.
@@ -126,6 +130,15 @@ template <class Class, class Type, Type Class::*Member>
 struct MemberOf<Member> {
   static void* Address(KRDataObj& object) { return &(static_cast<Class&>(object).*Member); }
 };
+
+/// A table's `slots`: the first `Count` child rows, each in place.
+template <const auto& Rows, const auto& ChildRows, std::size_t Count>
+void SlotsOf(KRDataObj& object, ChildSlot** out) {
+  [&object, out ]<std::size_t... At>(std::index_sequence<At...>) {
+    ((out[At] = static_cast<ChildSlot*>(Rows[ChildRows[At]].member(object))), ...);
+  }
+  (std::make_index_sequence<Count>());
+}
 
 /// A row's `create`, made from an operation of the factory.
 template <auto Operation>

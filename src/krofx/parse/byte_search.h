@@ -1,16 +1,17 @@
-// Searches through memory, eight bytes at a time, for the short stretches that OFX text is made of:
-// the call of a library search costs more than most of them.
-//
-// A word has a byte below n (1 to 128) where (word - n * 0x01..) & ~word & 0x80.. has a bit. The
-// lowest such bit is exact, the ones above it need not be, so words are read on little-endian
-// machines only; on others the byte loops do it all.
+// Searches through memory, a block of bytes at a time, for the short stretches that OFX text is
+// made of: the call of a library search costs more than most of them.
 
 #ifndef KROFX_PARSE_BYTE_SEARCH_H_
 #define KROFX_PARSE_BYTE_SEARCH_H_
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace krofx::internal {
 
@@ -19,33 +20,90 @@ inline bool IsWhite(char character) {
   return character == ' ' || character == '\n' || character == '\r' || character == '\t';
 }
 
-/// The byte `character` in all places of a word.
-constexpr std::uint64_t AllBytes(unsigned char character) {
-  return std::uint64_t{0x0101010101010101} * character;
-}
+/// Eight bytes of text, compared at once. A word has a byte below n (1 to 128) where (word - n *
+/// 0x01..) & ~word & 0x80.. has a bit. The lowest such bit is exact, the ones above it need not be,
+/// so the first is all that is told. The first byte of a word is the lowest on little-endian
+/// machines; on others the word is turned.
+class WordBlock {
+ public:
+  static constexpr std::ptrdiff_t kSize = 8;
 
-/// Marks in the high bit of its byte at least the first byte of `word` that is below `limit`.
-constexpr std::uint64_t BytesBelow(std::uint64_t word, unsigned char limit) {
-  return (word - AllBytes(limit)) & ~word & AllBytes(0x80);
-}
+  /// The bytes of a block that a comparison picked.
+  class Marks {
+   public:
+    explicit Marks(std::uint64_t bits) : m_bits(bits) {}
+    Marks operator|(Marks other) const { return Marks(m_bits | other.m_bits); }
+    /// The place of the first one, kSize when there is none.
+    int First() const { return std::countr_zero(m_bits) / 8; }
 
-/// The first byte of [at, end) that `isHit` accepts, or `end`. `hits` marks, as BytesBelow does,
-/// the first byte of a word that may be one.
+   private:
+    std::uint64_t m_bits;
+  };
+
+  explicit WordBlock(const char* at) {
+    std::memcpy(&m_word, at, sizeof m_word);
+    if constexpr (std::endian::native == std::endian::big) m_word = __builtin_bswap64(m_word);
+  }
+  /// Marks the bytes that are `character`.
+  Marks Equal(char character) const {
+    const std::uint64_t word = m_word ^ All(static_cast<unsigned char>(character));
+    return Marks((word - All(1)) & ~word & All(0x80));
+  }
+
+ private:
+  static constexpr std::uint64_t All(unsigned char character) {
+    return std::uint64_t{0x0101010101010101} * character;
+  }
+
+  std::uint64_t m_word;
+};
+
+#if defined(__SSE2__)
+
+/// Sixteen bytes of text, compared at once: as WordBlock.
+class VectorBlock {
+ public:
+  static constexpr std::ptrdiff_t kSize = 16;
+
+  class Marks {
+   public:
+    explicit Marks(__m128i bytes) : m_bytes(bytes) {}
+    Marks operator|(Marks other) const { return Marks(_mm_or_si128(m_bytes, other.m_bytes)); }
+    int First() const {
+      constexpr unsigned kNone = 1u << kSize;
+      return std::countr_zero(static_cast<unsigned>(_mm_movemask_epi8(m_bytes)) | kNone);
+    }
+
+   private:
+    __m128i m_bytes;
+  };
+
+  explicit VectorBlock(const char* at)
+      : m_bytes(_mm_loadu_si128(reinterpret_cast<const __m128i*>(at))) {}
+  Marks Equal(char character) const {
+    return Marks(_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(character)));
+  }
+
+ private:
+  __m128i m_bytes;
+};
+
+using ByteBlock = VectorBlock;
+
+#else
+
+using ByteBlock = WordBlock;
+
+#endif
+
+/// The first byte of [at, end) that `isHit` accepts, or `end`. `hits` marks the same bytes of a
+/// block.
 template <class Hits, class IsHit>
 const char* SearchBytes(const char* at, const char* end, Hits hits, IsHit isHit) {
-  if constexpr (std::endian::native == std::endian::little) {
-    while (end - at >= 8) {
-      std::uint64_t word;
-      std::memcpy(&word, at, sizeof word);
-      const std::uint64_t marks = hits(word);
-      if (marks == 0) {
-        at += 8;
-        continue;
-      }
-      at += std::countr_zero(marks) / 8;
-      if (isHit(*at)) return at;
-      ++at;
-    }
+  while (end - at >= ByteBlock::kSize) {
+    const int place = hits(ByteBlock(at)).First();
+    at += place;
+    if (place != ByteBlock::kSize) return at;
   }
   while (at != end && !isHit(*at)) ++at;
   return at;
@@ -53,10 +111,8 @@ const char* SearchBytes(const char* at, const char* end, Hits hits, IsHit isHit)
 
 /// The first `character` or NUL of [at, end), or `end`.
 inline const char* FindOrNul(const char* at, const char* end, char character) {
-  const std::uint64_t pattern = AllBytes(static_cast<unsigned char>(character));
   return SearchBytes(
-      at, end,
-      [pattern](std::uint64_t word) { return BytesBelow(word ^ pattern, 1) | BytesBelow(word, 1); },
+      at, end, [character](ByteBlock block) { return block.Equal(character) | block.Equal('\0'); },
       [character](char c) { return c == character || c == '\0'; });
 }
 
@@ -65,10 +121,7 @@ inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros
   for (;;) {
     at = SearchBytes(
         at, end,
-        [](std::uint64_t word) {
-          return BytesBelow(word ^ AllBytes('<'), 1) | BytesBelow(word ^ AllBytes('&'), 1) |
-                 BytesBelow(word, 1);
-        },
+        [](ByteBlock block) { return block.Equal('<') | block.Equal('&') | block.Equal('\0'); },
         [](char c) { return c == '<' || c == '&' || c == '\0'; });
     if (at == end || *at != '&') return at;
     hasMacros = true;
@@ -85,8 +138,9 @@ inline bool EndsName(char character) {
 inline const char* FindNameEnd(const char* at, const char* end) {
   return SearchBytes(
       at, end,
-      [](std::uint64_t word) {
-        return BytesBelow(word ^ AllBytes('>'), 1) | BytesBelow(word, ' ' + 1);
+      [](ByteBlock block) {
+        return block.Equal('>') | block.Equal('\0') | block.Equal(' ') | block.Equal('\n') |
+               block.Equal('\r') | block.Equal('\t');
       },
       EndsName);
 }

@@ -15,12 +15,10 @@
 
 #include "krofx/core/types.h"
 #include "krofx/parse/byte_search.h"
+#include "krofx/parse/tag_memo.h"
 #include "krofx/parse/text_source.h"
 
 namespace krofx::internal {
-
-/// The longest name that is read here.
-inline constexpr std::ptrdiff_t kLongestName = 64;
 
 /// A tag of a common shape. Positions are those of the text.
 struct CommonTag {
@@ -35,56 +33,49 @@ struct CommonTag {
   s32 next = 0;       ///< Where the text behind the value goes on, at a '<'.
 };
 
-/// Whether a character may stand in the name of a tag of a common shape.
-inline bool IsNameCharacter(char c) {
-  return (c >= 'A' && c <= 'Z') || (c >= '.' && c <= '9' && c != '/');
-}
-
 /// Reads the tag that begins, after white space, at `position`.
-/// @return false when it has none of the common shapes.
-inline bool ReadCommonTag(const PlainText& text, s32 position, CommonTag& tag) {
+/// @return the dictionary's entry of its name; null when it has none of the common shapes or the
+///         dictionary does not know it.
+inline const KRTagDictionaryEntry* ReadCommonTag(const PlainText& text, s32 position,
+                                                 TagDictionary& dictionary, TagMemo& memo,
+                                                 CommonTag& tag) {
   const char* const bytes = text.Bytes();
   const char* const end = bytes + text.Size();
   // Room for the shortest tag and what must be looked at behind it.
   constexpr std::ptrdiff_t kLeast = 4;
-  if (position < 0 || end - bytes - position < kLeast) return false;
+  if (position < 0 || end - bytes - position < kLeast) return nullptr;
   const char* at = bytes + position;
   while (at != end && IsWhite(*at)) ++at;
-  if (end - at < kLeast || *at != '<') return false;
+  if (end - at < kLeast || *at != '<') return nullptr;
   ++at;
   tag.isEnd = *at == '/';
   if (tag.isEnd) ++at;
-  const char* const name = at;
-  // The last character of a text that goes on like this is no name character: it need not be tested
-  // for the end at each step.
-  const char* const lastNameEnd = end - at > kLongestName ? at + kLongestName : end;
-  while (at != lastNameEnd && IsNameCharacter(*at)) ++at;
-  if (at == lastNameEnd || *at != '>' || at == name) return false;
-  tag.name = static_cast<s32>(name - bytes);
-  tag.nameLength = static_cast<u16>(at - name);
-  tag.behindTag = static_cast<s32>(++at - bytes);
+  tag.name = static_cast<s32>(at - bytes);
+  const KRTagDictionaryEntry* entry = memo.Find(dictionary, at, end, tag.nameLength);
+  if (entry == nullptr) return nullptr;
+  at += tag.nameLength + 1;
+  tag.behindTag = static_cast<s32>(at - bytes);
   tag.isElement = false;
-  if (tag.isEnd) return true;
+  if (tag.isEnd) return entry;
 
   while (at != end && IsWhite(*at)) ++at;
-  if (end - at < 2 || *at == '\0') return false;
+  if (end - at < 2 || *at == '\0') return nullptr;
   if (*at == '<') {
     // A section or a comment decides differently, and white space may hide either.
-    return at[1] != '!' && !IsWhite(at[1]);
+    return at[1] != '!' && !IsWhite(at[1]) ? entry : nullptr;
   }
   const char* const value = at;
-  bool hasMacros = false;
-  const char* const stop = FindValueEnd(value, end, hasMacros);
-  if (stop == end || *stop == '\0') return false;
+  tag.hasMacros = false;
+  const char* const stop = FindValueEnd(value, end, tag.hasMacros);
+  if (stop == end || *stop == '\0') return nullptr;
   const char* last = stop;
   while (IsWhite(last[-1])) --last;
-  if (last - value > KRString::kMaxLength) return false;
+  if (last - value > KRString::kMaxLength) return nullptr;
   tag.isElement = true;
-  tag.hasMacros = hasMacros;
   tag.value = static_cast<s32>(value - bytes);
   tag.valueEnd = static_cast<s32>(last - bytes);
   tag.next = static_cast<s32>(stop - bytes);
-  return true;
+  return entry;
 }
 
 }  // namespace krofx::internal

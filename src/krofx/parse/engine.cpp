@@ -204,13 +204,10 @@ void KRParseEngine::RefuseOverlong(const Text& text, const KRTagDictionaryEntry&
 // is not in the dictionary.
 const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::PlainText& text,
                                                       KRString& value, KRTagType& type) {
+  if (m_nextItem.type != KrTagItemType_None || m_dictionary == nullptr) return nullptr;
   krofx::internal::CommonTag tag;
-  if (m_nextItem.type != KrTagItemType_None || m_dictionary == nullptr ||
-      !krofx::internal::ReadCommonTag(text, m_currentItem.end, tag)) {
-    return nullptr;
-  }
   const KRTagDictionaryEntry* entry =
-      m_memo.Find(*m_dictionary, text.Bytes() + tag.name, tag.nameLength);
+      krofx::internal::ReadCommonTag(text, m_currentItem.end, *m_dictionary, m_memo, tag);
   if (entry == nullptr) return nullptr;
   if (tag.isElement) {
     const auto length = static_cast<u16>(tag.valueEnd - tag.value);
