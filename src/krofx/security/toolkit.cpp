@@ -85,7 +85,11 @@ int DigestInit(AlgorithmObject* algorithm) {
   ErrorMark const mark;
   if (algorithm->digest == nullptr) algorithm->digest = EVP_MD_CTX_new();
   if (algorithm->digest == nullptr) return kFailed;
-  return EVP_DigestInit_ex(algorithm->digest, EVP_sha1(), nullptr) == 1 ? kDone : kFailed;
+  if (EVP_DigestInit_ex(algorithm->digest, EVP_sha1(), nullptr) == 1) return kDone;
+  // A context that is not ready must not be given data.
+  EVP_MD_CTX_free(algorithm->digest);
+  algorithm->digest = nullptr;
+  return kFailed;
 }
 
 int DigestUpdate(AlgorithmObject* algorithm, char const* data, u32 length) {
