@@ -1,0 +1,91 @@
+// Exhausted memory inside libcrypto: each of its allocations fails once, and what is reported and
+// held behind it is the same as for memory of our own.
+
+#include <gtest/gtest.h>
+#include <openssl/crypto.h>
+#include <openssl/err.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "krofx/core/string.h"
+#include "krofx/security/certificate.h"
+#include "krofx/security/digest.h"
+#include "security/certificates.h"
+
+namespace {
+
+// Counts down; the allocation that reaches 0 fails.
+thread_local std::size_t t_untilFailure = 0;
+
+bool MustFail() { return t_untilFailure > 0 && --t_untilFailure == 0; }
+
+void* Take(std::size_t size, char const*, int) { return MustFail() ? nullptr : std::malloc(size); }
+
+void* Resize(void* block, std::size_t size, char const*, int) {
+  if (size == 0) {
+    std::free(block);
+    return nullptr;
+  }
+  return MustFail() ? nullptr : std::realloc(block, size);
+}
+
+void Return(void* block, char const*, int) { std::free(block); }
+
+// libcrypto takes other functions only before its first allocation.
+bool const g_replaced = CRYPTO_set_mem_functions(&Take, &Resize, &Return) == 1;
+
+// Runs `step` with each allocation failing in turn, until there are no more of them.
+template <class Step>
+int CountFailures(Step step) {
+  int failures = 0;
+  for (std::size_t nth = 1; nth < 10000; ++nth) {
+    t_untilFailure = nth;
+    bool const succeeded = step();
+    bool const reached = t_untilFailure == 0;
+    t_untilFailure = 0;
+    if (!reached) {
+      EXPECT_TRUE(succeeded);
+      return failures;
+    }
+    if (!succeeded) ++failures;
+  }
+  ADD_FAILURE() << "there is no end of allocations";
+  return failures;
+}
+
+TEST(ToolkitMemory, LeavesACertificateUnloadedWhenLibcryptoHasNoMemory) {
+  if (!g_replaced) GTEST_SKIP() << "libcrypto was used before the tests";
+  std::string const ber = MakeCertificate();
+  KRCert().SetCertBER(ber.data(), static_cast<u16>(ber.size()));
+  ERR_clear_error();
+  int const failures = CountFailures([&] {
+    KRCert certificate;
+    bool const loaded =
+        certificate.SetCertBER(ber.data(), static_cast<u16>(ber.size())) == KRSecStatus_Success;
+    EXPECT_EQ(certificate.GetCertBER() != nullptr, loaded);
+    EXPECT_STREQ(certificate.GetSubjectName(), loaded ? "Harbor Federal" : "");
+    return loaded;
+  });
+  EXPECT_GT(failures, 20);
+  EXPECT_EQ(ERR_peek_error(), 0u);
+}
+
+TEST(ToolkitMemory, FailsADigestWhenLibcryptoHasNoMemory) {
+  if (!g_replaced) GTEST_SKIP() << "libcrypto was used before the tests";
+  KRString const text("abc");
+  KRDigest(&text, KRChooseSHA1);
+  int const failures = CountFailures([&] {
+    KRDigest digest;
+    KRSecStatus const status = digest.SetInputStr(&text);
+    if (status == KRSecStatus_Success) {
+      EXPECT_EQ(Base64Of(Content(*digest.GetOutputData())), "qZk+NkcGgWq6PiVxeFDCbJzQ2J0=");
+    } else {
+      EXPECT_EQ(status, KRSecStatus_DigestFailed);
+    }
+    return status == KRSecStatus_Success;
+  });
+  EXPECT_GT(failures, 0);
+}
+
+}  // namespace
