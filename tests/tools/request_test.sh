@@ -21,6 +21,20 @@ for version in '' --v2; do
   done
 done
 
+# A profile can be asked for by nobody, which takes no password, and by a user.
+for version in '' --v2; do
+  # shellcheck disable=SC2086
+  expect 0 request profile --org BANK --since 2026-01-31 $version -o rq.ofx
+  has rq.ofx '<USERID>anonymous00000000000000000000000'
+  has rq.ofx '<DTPROFUP>20260131'
+  expect 0 check rq.ofx
+  # shellcheck disable=SC2086
+  expect 0 request profile "${sign_on_options[@]}" $version --password-env SECRET
+  has out '<USERPASS>sesame-99'
+done
+expect 2 request profile --org BANK --since soon
+expect 64 request statement --org BANK --account 2 --bank 1
+
 # Ways of the password.
 expect 0 request statement "${sign_on_options[@]}" "${bank[@]}" --password-fd 0 <<<'from-fd'
 has out '<USERPASS>from-fd'

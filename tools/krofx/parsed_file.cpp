@@ -8,6 +8,7 @@
 
 #include "input.h"
 #include "krofx/parse/mime_parser.h"
+#include "safe_text.h"
 
 namespace krofx::command {
 
@@ -102,6 +103,12 @@ std::string ToText(const KRString& string) {
 ParsedFile::ParsedFile(const std::string& name) : m_name(DisplayName(name)) {
   m_text = ReadInput(name, m_problem);
   if (m_text == nullptr) return;
+  Parse();
+  m_problem = FindProblem();
+}
+
+ParsedFile::ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text)
+    : m_name(SafeLine(name)), m_text(std::move(text)) {
   Parse();
   m_problem = FindProblem();
 }

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "command.h"
@@ -26,6 +27,8 @@ class ParsedFile {
  public:
   /// Reads and parses; "-" is standard input. Nothing fails but by GetProblem.
   explicit ParsedFile(const std::string& name);
+  /// Parses a text that is there already, such as a reply. `name` is what messages call it.
+  ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text);
 
   /// The name, fit for output.
   const std::string& GetName() const { return m_name; }

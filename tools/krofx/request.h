@@ -12,20 +12,41 @@
 
 namespace krofx::command {
 
-/// Adds the request for a statement.
-void AddStatementRequest(CLI::App& app, ExitStatus& exitStatus);
-/// Adds the request for the statement of an investment account.
-void AddInvestmentRequest(CLI::App& app, ExitStatus& exitStatus);
-/// Adds the request for a payment.
-void AddPaymentRequest(CLI::App& app, ExitStatus& exitStatus);
-/// Adds the request for the list of the user's accounts.
-void AddAccountsRequest(CLI::App& app, ExitStatus& exitStatus);
-/// Adds the request for a transfer, once or recurring.
-void AddTransferRequest(CLI::App& app, ExitStatus& exitStatus);
-/// Adds the request to stop checks.
-void AddStopCheckRequest(CLI::App& app, ExitStatus& exitStatus);
-/// Adds the request that carries a letter.
-void AddMailRequest(CLI::App& app, ExitStatus& exitStatus);
+/// What becomes of a request once it is made: it is written to a file, or sent.
+class RequestUse {
+ public:
+  virtual ~RequestUse() = default;
+  /// Adds the options of this use to a request's command line.
+  virtual void AddOptions(CLI::App& request) = 0;
+  /// What the help of the command line says of this use, in whole lines.
+  virtual const char* GetFooter() const = 0;
+  /// Finds out, before the password is asked for, whether the request will be usable.
+  /// @return kExitClean, or another exit status behind a complaint.
+  virtual ExitStatus Prepare() = 0;
+  /// Takes the text, which holds the password.
+  /// @return kExitClean, or another exit status behind a complaint.
+  virtual ExitStatus Use(KRBuffer& text) = 0;
+};
+
+/// Adds the command line that makes one kind of request for a use.
+using AddRequestKind = void (*)(CLI::App& app, ExitStatus& exitStatus,
+                                const std::shared_ptr<RequestUse>& use);
+/// The request for a statement.
+void AddStatementRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request for the statement of an investment account.
+void AddInvestmentRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request for a payment.
+void AddPaymentRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request for the list of the user's accounts.
+void AddAccountsRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request for what an institution offers.
+void AddProfileRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request for a transfer, once or recurring.
+void AddTransferRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request to stop checks.
+void AddStopCheckRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
+/// The request that carries a letter.
+void AddMailRequest(CLI::App&, ExitStatus&, const std::shared_ptr<RequestUse>&);
 
 /// What every request needs from the user.
 struct SignOnOptions {
@@ -39,11 +60,13 @@ struct SignOnOptions {
   bool secondVersion = false;
   int passwordFd = -1;
   std::string passwordVariable;
-  std::string output;
+  bool mayBeAnonymous = false;  ///< Without a user the sign-on is one of nobody.
+  std::shared_ptr<RequestUse> use;
 };
 
-/// Adds the options of the sign-on to a request's command line.
-void AddSignOnOptions(CLI::App& request, SignOnOptions& options);
+/// Adds the options of the sign-on, and those of the use, to a request's command line.
+void AddSignOnOptions(CLI::App& request, SignOnOptions& options,
+                      const std::shared_ptr<RequestUse>& use);
 
 /// A request under construction. The first thing that goes wrong is kept, and the rest does
 /// nothing.
@@ -90,14 +113,15 @@ class RequestMaker {
     if (taken == 0) Fail(std::string(option) + " is no date; write it as 2026-01-31");
   }
 
-  /// Puts a payload into its wrapper and message set, adds the sign-on with the password, and
-  /// writes the file.
+  /// Puts a payload into its wrapper and message set, adds the sign-on with the password, and hands
+  /// the text to its use.
   /// @param wrapper the wrapper's tag, for payloads that do not tell it.
-  ExitStatus Write(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
-                   KRTagID wrapper = KRTag_None);
+  ExitStatus Finish(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
+                    KRTagID wrapper = KRTag_None);
 
  private:
   std::unique_ptr<KRMessageSetRq> MakeSignOn();
+  bool IsAnonymous() const { return m_options.mayBeAnonymous && m_options.user.empty(); }
   void AddPassword(KRSignOnRq& signOn);
 
   const SignOnOptions& m_options;

@@ -18,18 +18,19 @@ ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
   maker.RequireDate("--since", payload->SetDtAcctUp(DateArgument(options.since)));
-  return maker.Write(std::move(payload),
-                     maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
+  return maker.Finish(std::move(payload),
+                      maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
 }
 
 }  // namespace
 
-void AddAccountsRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddAccountsRequest(CLI::App& app, ExitStatus& exitStatus,
+                        const std::shared_ptr<RequestUse>& use) {
   CLI::App* const accounts = app.add_subcommand("accounts", "Ask for the list of accounts");
   const auto options = std::make_shared<Options>();
   accounts->add_option("--since", options->since,
                        "Day of the list at hand, as 2026-01-31; without it all is asked for");
-  AddSignOnOptions(*accounts, options->signOn);
+  AddSignOnOptions(*accounts, options->signOn, use);
   accounts->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 

@@ -50,13 +50,14 @@ ExitStatus Request(const Options& options) {
   payload->SetIncOO(Unless(options.noOrders));
   payload->SetIncPos(MakePositions(options, maker).release());
   payload->SetIncBal(Unless(options.noBalances));
-  return maker.Write(std::move(payload),
-                     maker.GetVersion() == 1 ? KRTag_INVSTMTMSGSRQV1 : KRTag_INVSTMTMSGSRQV2);
+  return maker.Finish(std::move(payload),
+                      maker.GetVersion() == 1 ? KRTag_INVSTMTMSGSRQV1 : KRTag_INVSTMTMSGSRQV2);
 }
 
 }  // namespace
 
-void AddInvestmentRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddInvestmentRequest(CLI::App& app, ExitStatus& exitStatus,
+                          const std::shared_ptr<RequestUse>& use) {
   CLI::App* const investment =
       app.add_subcommand("investment", "Ask for the statement of an investment account");
   const auto options = std::make_shared<Options>();
@@ -70,7 +71,7 @@ void AddInvestmentRequest(CLI::App& app, ExitStatus& exitStatus) {
   investment->add_flag("--no-orders", options->noOrders, "Ask for no open orders");
   investment->add_flag("--no-positions", options->noPositions, "Ask for no positions");
   investment->add_flag("--no-balances", options->noBalances, "Ask for no balances");
-  AddSignOnOptions(*investment, options->signOn);
+  AddSignOnOptions(*investment, options->signOn, use);
   investment->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 

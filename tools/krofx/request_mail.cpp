@@ -48,8 +48,8 @@ ExitStatus Request(const Options& options) {
   if (!about) {
     auto payload = maker.Make<KRMailRq>(KRTag_MAILRQ);
     payload->SetMail(letter.release());
-    return maker.Write(std::move(payload), first ? KRTag_EMAILMSGSRQV1 : KRTag_EMAILMSGSRQV2,
-                       KRTag_MAILTRNRQ);
+    return maker.Finish(std::move(payload), first ? KRTag_EMAILMSGSRQV1 : KRTag_EMAILMSGSRQV2,
+                        KRTag_MAILTRNRQ);
   }
   auto payload = maker.Make<KRBankMailRq>(KRTag_BANKMAILRQ);
   payload->SetMail(letter.release());
@@ -61,12 +61,12 @@ ExitStatus Request(const Options& options) {
   } else {
     payload->SetAccount(MakeBankAccount(options.account, maker).release());
   }
-  return maker.Write(std::move(payload), first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
+  return maker.Finish(std::move(payload), first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
 }
 
 }  // namespace
 
-void AddMailRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddMailRequest(CLI::App& app, ExitStatus& exitStatus, const std::shared_ptr<RequestUse>& use) {
   CLI::App* const mail = app.add_subcommand("mail", "Send a letter to an institution");
   const auto options = std::make_shared<Options>();
   AddBankAccountOptions(*mail, options->account);
@@ -76,7 +76,7 @@ void AddMailRequest(CLI::App& app, ExitStatus& exitStatus) {
   mail->add_option("--subject", options->subject, "The subject")->required();
   mail->add_option("--text", options->text, "The letter, up to 2160 characters")->required();
   mail->add_flag("--html", options->html, "The letter is HTML");
-  AddSignOnOptions(*mail, options->signOn);
+  AddSignOnOptions(*mail, options->signOn, use);
   mail->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 

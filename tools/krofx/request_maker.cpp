@@ -1,12 +1,9 @@
 // The part of every request that is the same: see request.h.
 
-#include <unistd.h>
-
 #include <cstdlib>
 #include <ctime>
 
 #include "built_text.h"
-#include "output_file.h"
 #include "parsed_file.h"
 #include "password.h"
 #include "request.h"
@@ -16,6 +13,9 @@ namespace krofx::command {
 namespace {
 
 constexpr char kPasswordVariable[] = "KROFX_PASSWORD";
+
+// User and password of a sign-on of nobody, as the OFX standard writes it.
+constexpr char kAnonymous[] = "anonymous00000000000000000000000";
 
 }  // namespace
 
@@ -28,14 +28,19 @@ KRString Now() {
   return KRString(text);
 }
 
-void AddSignOnOptions(CLI::App& request, SignOnOptions& options) {
+void AddSignOnOptions(CLI::App& request, SignOnOptions& options,
+                      const std::shared_ptr<RequestUse>& use) {
+  options.use = use;
   const char* const kGroup = "Sign-on";
   const auto add = [&](const char* name, auto& value, const char* help) {
     return request.add_option(name, value, help)->group(kGroup);
   };
   add("--org", options.organisation, "The institution's name in OFX")->required();
   add("--fid", options.institutionId, "The institution's number in OFX");
-  add("--user", options.user, "The user's name at the institution")->required();
+  add("--user", options.user,
+      options.mayBeAnonymous ? "The user's name at the institution; without it nobody signs on"
+                             : "The user's name at the institution")
+      ->required(!options.mayBeAnonymous);
   add("--app-id", options.applicationId, "Name of the application, up to 5 characters");
   add("--app-version", options.applicationVersion, "Version of the application, such as 100");
   add("--language", options.language, "Language of answers, three letters");
@@ -47,13 +52,13 @@ void AddSignOnOptions(CLI::App& request, SignOnOptions& options) {
       "Take the password from this environment variable")
       ->excludes(descriptor);
   request.add_flag("--v2", options.secondVersion, "Use the second version of the message sets");
-  request.add_option("-o,--output", options.output, "The file to write; else standard output");
+  use->AddOptions(request);
   request.footer(
-      "The password comes from --password-fd, from --password-env, from the variable\n"
-      "KROFX_PASSWORD, or from a prompt, in this order; there is no option for it, since\n"
-      "everybody on the machine can see the arguments of a command.\n"
-      "The request holds the password: it is written for the user's eyes only.\n"
-      "Exit status: 0 written, 2 not written, 64 wrong use.");
+      std::string(
+          "The password comes from --password-fd, from --password-env, from the variable\n"
+          "KROFX_PASSWORD, or from a prompt, in this order; there is no option for it, since\n"
+          "everybody on the machine can see the arguments of a command.\n") +
+      use->GetFooter());
 }
 
 void RequestMaker::Fail(const std::string& problem) {
@@ -70,6 +75,10 @@ void RequestMaker::Require(const char* option, const KRString& held, const std::
 }
 
 void RequestMaker::AddPassword(KRSignOnRq& signOn) {
+  if (IsAnonymous()) {
+    signOn.SetUserPass(KRString(kAnonymous));
+    return;
+  }
   Password password;
   std::string problem;
   if (m_options.passwordFd >= 0) {
@@ -90,8 +99,9 @@ void RequestMaker::AddPassword(KRSignOnRq& signOn) {
 std::unique_ptr<KRMessageSetRq> RequestMaker::MakeSignOn() {
   auto signOn = Make<KRSignOnRq>(KRTag_SONRQ);
   signOn->SetDtClient(Now());
-  signOn->SetUserId(m_options.user.c_str());
-  Require("--user", signOn->GetUserId(), m_options.user);
+  const std::string user = IsAnonymous() ? kAnonymous : m_options.user;
+  signOn->SetUserId(user.c_str());
+  Require("--user", signOn->GetUserId(), user);
   signOn->SetLanguage(KRString(m_options.language.c_str()));
   if (signOn->GetLanguage().IsValid() == 0) Fail("--language is no code of three letters");
   if (!m_options.country.empty()) {
@@ -117,13 +127,11 @@ std::unique_ptr<KRMessageSetRq> RequestMaker::MakeSignOn() {
   return set;
 }
 
-ExitStatus RequestMaker::Write(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
-                               KRTagID wrapperTag) {
-  if (m_problem.empty() && (m_options.output.empty() || m_options.output == "-") &&
-      ::isatty(STDOUT_FILENO) != 0) {
-    Fail(
-        "the request holds the password and is not shown on a terminal; name a file with -o, or "
-        "redirect the output");
+ExitStatus RequestMaker::Finish(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
+                                KRTagID wrapperTag) {
+  if (m_problem.empty()) {
+    const ExitStatus prepared = m_options.use->Prepare();
+    if (prepared != kExitClean) return prepared;
   }
   KRFileRq file;
   file.AddDefaultOFXHeaders(GetVersion());
@@ -147,7 +155,7 @@ ExitStatus RequestMaker::Write(std::unique_ptr<KRTransBase> payload, KRTagID mes
     Complain("request", m_problem);
     return kExitUnusable;
   }
-  return WriteOutput(text, m_options.output, Privacy::kPrivate);
+  return m_options.use->Use(text);
 }
 
 std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options,

@@ -113,12 +113,13 @@ ExitStatus Request(const Options& options) {
   auto payload = maker.Make<KRPaymentRq>(KRTag_PMTRQ);
   payload->SetPmtInfo(
       (first ? MakeFirstVersion(options, maker) : MakeSecondVersion(options, maker)).release());
-  return maker.Write(std::move(payload), first ? KRTag_BILLPAYMSGSRQV1 : KRTag_BILLPAYMSGSRQV2);
+  return maker.Finish(std::move(payload), first ? KRTag_BILLPAYMSGSRQV1 : KRTag_BILLPAYMSGSRQV2);
 }
 
 }  // namespace
 
-void AddPaymentRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddPaymentRequest(CLI::App& app, ExitStatus& exitStatus,
+                       const std::shared_ptr<RequestUse>& use) {
   CLI::App* const payment = app.add_subcommand("payment", "Ask a bill-pay service for a payment");
   const auto options = std::make_shared<Options>();
   const auto add = [&](const char* name, std::string& value, const char* help) {
@@ -142,7 +143,7 @@ void AddPaymentRequest(CLI::App& app, ExitStatus& exitStatus) {
   add("--payee-account", options->payeeAccount, "The user's account with the payee");
   add("--memo", options->memo, "A note to the payee");
   add("--bill", options->bill, "What the bill is called");
-  AddSignOnOptions(*payment, options->signOn);
+  AddSignOnOptions(*payment, options->signOn, use);
   payment->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 

@@ -49,12 +49,13 @@ ExitStatus Request(const Options& options) {
   const bool first = maker.GetVersion() == 1;
   const KRTagID set = options.card ? (first ? KRTag_CREDITCARDMSGSRQV1 : KRTag_CREDITCARDMSGSRQV2)
                                    : (first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
-  return maker.Write(std::move(payload), set);
+  return maker.Finish(std::move(payload), set);
 }
 
 }  // namespace
 
-void AddStatementRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddStatementRequest(CLI::App& app, ExitStatus& exitStatus,
+                         const std::shared_ptr<RequestUse>& use) {
   CLI::App* const statement =
       app.add_subcommand("statement", "Ask for the statement of a bank or card account");
   const auto options = std::make_shared<Options>();
@@ -68,7 +69,7 @@ void AddStatementRequest(CLI::App& app, ExitStatus& exitStatus) {
   statement->add_option("--from", options->from, "First day, as 2026-01-31");
   statement->add_option("--to", options->to, "Last day");
   statement->add_flag("--no-transactions", options->noTransactions, "Ask for balances only");
-  AddSignOnOptions(*statement, options->signOn);
+  AddSignOnOptions(*statement, options->signOn, use);
   statement->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 

@@ -58,13 +58,14 @@ ExitStatus Request(const Options& options) {
   } else {
     payload->SetChkDesc(MakeDescription(options, maker).release());
   }
-  return maker.Write(std::move(payload),
-                     maker.GetVersion() == 1 ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
+  return maker.Finish(std::move(payload),
+                      maker.GetVersion() == 1 ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
 }
 
 }  // namespace
 
-void AddStopCheckRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddStopCheckRequest(CLI::App& app, ExitStatus& exitStatus,
+                         const std::shared_ptr<RequestUse>& use) {
   CLI::App* const stop = app.add_subcommand("stop-check", "Ask a bank not to pay checks");
   const auto options = std::make_shared<Options>();
   AddBankAccountOptions(*stop, options->account);
@@ -77,7 +78,7 @@ void AddStopCheckRequest(CLI::App& app, ExitStatus& exitStatus) {
   stop->add_option("--date", options->date, "The day on it, as 2026-01-31")->needs(payee);
   stop->add_option("--amount", options->amount, "The amount on it, as 12.50")->needs(payee);
   for (const char* const name : {"--account", "--bank"}) stop->get_option(name)->required();
-  AddSignOnOptions(*stop, options->signOn);
+  AddSignOnOptions(*stop, options->signOn, use);
   stop->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 

@@ -101,18 +101,19 @@ ExitStatus Request(const Options& options) {
   const bool inter = options.from.card.empty() && options.to.card.empty() &&
                      options.from.bank.bank != options.to.bank.bank;
   if (inter) {
-    return maker.Write(
+    return maker.Finish(
         MakePayload<KRInterRq, KRRecInterRq>(options, maker, KRTag_INTERRQ, KRTag_RECINTERRQ),
         first ? KRTag_INTERXFERMSGSRQV1 : KRTag_INTERXFERMSGSRQV2);
   }
-  return maker.Write(
+  return maker.Finish(
       MakePayload<KRIntraRq, KRRecIntraRq>(options, maker, KRTag_INTRARQ, KRTag_RECINTRARQ),
       first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
 }
 
 }  // namespace
 
-void AddTransferRequest(CLI::App& app, ExitStatus& exitStatus) {
+void AddTransferRequest(CLI::App& app, ExitStatus& exitStatus,
+                        const std::shared_ptr<RequestUse>& use) {
   CLI::App* const transfer =
       app.add_subcommand("transfer", "Ask for a transfer, within the bank or to another");
   const auto options = std::make_shared<Options>();
@@ -128,7 +129,7 @@ void AddTransferRequest(CLI::App& app, ExitStatus& exitStatus) {
       "--every", options->every, "Transfer again and again: WEEKLY, MONTHLY, ANNUALLY and others");
   transfer->add_option("--times", options->times, "How many times; without it there is no end")
       ->needs(every);
-  AddSignOnOptions(*transfer, options->signOn);
+  AddSignOnOptions(*transfer, options->signOn, use);
   transfer->callback([options, &exitStatus] { exitStatus = Request(*options); });
 }
 
