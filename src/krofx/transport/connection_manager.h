@@ -35,7 +35,9 @@ enum VYCallbackStatus : u32 {
 #pragma pack(push, 1)
 
 /// How far an exchange has come. Packed, so that the record is the same for every compiler; the
-/// user data is as wide as a pointer, and what follows it stands behind that.
+/// user data is as wide as a pointer, so that with pointers of 8 bytes what follows it begins at
+/// 10: code 10, totals 14 and 18, counts 22 and 26. With user data of 4 bytes all that would stand
+/// 4 bytes earlier.
 struct VYProgressRecord {
   /// Not used.
   u16 reserved;
@@ -53,7 +55,8 @@ struct VYProgressRecord {
   u32 sent;
 };
 
-/// How an exchange ended. Packed, as VYProgressRecord.
+/// How an exchange ended. Packed as VYProgressRecord: with pointers of 8 bytes the names stand at
+/// 10 and 292, with user data of 4 bytes they would at 6 and 288.
 struct VYFinishedRecord {
   /// Bytes of a reply file's name, its NUL included.
   static constexpr u32 kReplyFileSize = 282;
@@ -109,8 +112,9 @@ class KROFX_API VYNConnectionManager {
   virtual u16 VCConnect(void* session) = 0;
 
   /// Creates an exchange that sends `size` bytes to `url`. The data lives until the exchange is
-  /// over or given back. Reply and header file are made in `tempPath`, and `callback` is told their
-  /// names. Null, or a nonzero `*error`, means failure: there is no exchange then.
+  /// over or given back. Reply and header file are made in `tempPath`, which ends with its
+  /// separator and in which a backslash is a slash, as in the names that `callback` is told. Null,
+  /// or a nonzero `*error`, means failure: there is no exchange then.
   virtual void* VCSendDataRequest(u16* error, void* session, char const* url, char const* data,
                                   u32 size, char const* tempPath, VYProgressCallback callback,
                                   void* userData) = 0;
