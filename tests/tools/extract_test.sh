@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# `krofx extract`: attachments under safe names, nothing overwritten, nothing outside the folder.
+# `krofx extract`: attachments under safe names, nothing overwritten, nothing outside the folder,
+# base64 decoded.
 source "$(dirname "$0")/runner.sh" "$@"
 
 {
@@ -28,14 +29,44 @@ mkdir other
 expect 2 extract open.mime -d other
 expect 64 extract
 
-# The example: a letter, a text and an image.
+# The example: a letter, a text and an image in base64.
 mkdir example
 expect 0 extract "$examples/multipart.mime" -d example
 has example/how-to-read.txt 'last four digits'
-has example/check-1042.gif R0lGODlh
+has example/check-1042.gif GIF89a
+grep R0lGODlh "$examples/multipart.mime" | base64 -d | cmp - example/check-1042.gif ||
+  fail 'the image was not decoded'
 expect 0 print "$examples/multipart.mime"
 has out 'cancelled check'
 has out check-1042.gif
+
+# Encodings: base64 in any case and over several lines, none in it, others, and what is no base64.
+{
+  printf 'Content-Type: multipart/mixed; boundary=edge\r\n\r\n'
+  part() {
+    printf -- '--edge\r\nContent-Type: text/plain; name="%s"\r\n' "$1"
+    printf 'Content-Transfer-Encoding: %s\r\n\r\n%b\r\n' "$2" "$3"
+  }
+  part lines.txt ' BASE64 ' 'aGVs\r\nbG8g\r\nd29ybGQ='
+  part zero.bin base64 'AAEC'
+  part quoted.txt quoted-printable 'a=3Db'
+  part plain.txt 8bit 'aGVsbG8='
+  part broken.txt base64 'this is no base64!'
+  part cut.txt base64 'aGVsbG8'
+  printf -- '--edge--\r\n'
+} >encoded.mime
+mkdir encoded
+expect 0 extract encoded.mime -d encoded
+has err 'broken.txt'
+has err 'cut.txt'
+lacks err 'lines.txt'
+lacks err 'plain.txt'
+[ "$(cat encoded/lines.txt)" = 'hello world' ] || fail 'several lines of base64'
+printf '\000\001\002' | cmp - encoded/zero.bin || fail 'bytes that are no text'
+has encoded/quoted.txt 'a=3Db'
+has encoded/plain.txt 'aGVsbG8='
+has encoded/broken.txt 'this is no base64!'
+has encoded/cut.txt 'aGVsbG8'
 
 # A body that holds the boundary of another text.
 {

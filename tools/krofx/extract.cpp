@@ -1,4 +1,5 @@
-// krofx extract: saves the attachments of a multipart text.
+// krofx extract: saves the attachments of a multipart text, those in base64 as the bytes that they
+// stand for.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -32,18 +33,34 @@ std::string Numbered(const std::string& name, int number) {
   return name.substr(0, point) + "-" + std::to_string(number) + extension;
 }
 
+// The bytes of a part. A text that is no base64 though it says so is better than nothing.
+std::string BodyOf(const Part& part) {
+  const KRString& body = part.file->GetMIMEBody();
+  std::string text(body, body.GetStrLength());
+  if (!part.base64) return text;
+  KRBuffer encoded(0, 0);
+  KRDecode decode;
+  if (encoded.WriteLarge(text.data(), static_cast<u32>(text.size())) != KRBufferOK ||
+      decode.SetInputData(&encoded) != KRSecStatus_Success) {
+    Complain(part.name, "it says that it is base64 and is not; it is saved as it stands");
+    return text;
+  }
+  const KRBuffer& bytes = *decode.GetOutputData();
+  return {bytes.GetBufferPtr(), bytes.GetBufferSize()};
+}
+
 // Makes a file that was not there, so that nothing is ever overwritten and no link is followed.
 // Gives the name that it got, or an empty text with errno set.
 std::string Save(int directory, const Part& part) {
+  const std::string body = BodyOf(part);
   for (int number = 1; number < kMaxTries; ++number) {
     const std::string name = Numbered(part.name, number);
     FileDescriptor file(::openat(directory, name.c_str(),
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (!file && errno == EEXIST) continue;
     if (!file) return "";
-    const KRString& body = part.file->GetMIMEBody();
-    const char* at = body;
-    for (std::size_t left = body.GetStrLength(); left > 0;) {
+    const char* at = body.data();
+    for (std::size_t left = body.size(); left > 0;) {
       const ssize_t written = ::write(file.Get(), at, left);
       if (written < 0 && errno == EINTR) continue;
       if (written < 0) return "";
@@ -103,6 +120,7 @@ void AddExtract(CLI::App& app, ExitStatus& exitStatus) {
                       "An existing directory to save into; else the current one");
   extract->footer(
       "Names are made safe, and no file is overwritten. The names of what was saved are printed.\n"
+      "A part in base64 is decoded; other encodings are saved as they stand.\n"
       "Exit status: 0 saved, 2 not usable or not all saved, 64 wrong use.");
   extract->callback([options, &exitStatus] { exitStatus = Extract(*options); });
 }

@@ -38,6 +38,14 @@ std::string ParameterOf(const std::string& header, const std::string& name) {
   return value.substr(0, value.find_first_of("; \t"));
 }
 
+// The value of a header without its parameters, in small letters.
+std::string WordOf(const std::string& header) {
+  std::string word = Lower(header.substr(0, header.find(';')));
+  word.erase(word.find_last_not_of(" \t") + 1);
+  word.erase(0, word.find_first_not_of(" \t"));
+  return word;
+}
+
 // Leaves letters, digits and a few marks of the last step of a path. A leading point or hyphen goes
 // too, so that no hidden file and no option comes of it.
 std::string SafeName(const std::string& text) {
@@ -75,14 +83,14 @@ std::vector<Part> FindParts(KRFile& multipart) {
     KRFile* const file = multipart.GetSubfile(index);
     if (file == nullptr) continue;
     const std::string contentType = HeaderOf(*file, "content-type");
-    std::string type = Lower(contentType.substr(0, contentType.find(';')));
-    type.erase(type.find_last_not_of(" \t") + 1);
+    std::string type = WordOf(contentType);
     if (type.empty()) type = "text/plain";
     std::string name = SafeName(ParameterOf(HeaderOf(*file, "content-disposition"), "filename"));
     if (name.empty()) name = SafeName(ParameterOf(contentType, "name"));
     if (name.empty()) name = SafeName(HeaderOf(*file, "content-location"));
     if (name.empty()) name = "part-" + std::to_string(index + 1) + ExtensionFor(type);
-    parts.push_back({file, SafeLine(type), name});
+    const bool base64 = WordOf(HeaderOf(*file, "content-transfer-encoding")) == "base64";
+    parts.push_back({file, SafeLine(type), name, base64});
   }
   return parts;
 }

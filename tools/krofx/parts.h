@@ -16,6 +16,7 @@ struct Part {
   KRFile* file;
   std::string type;  ///< Its content type, without parameters.
   std::string name;  ///< A file name that is safe anywhere: no path, no leading point.
+  bool base64;       ///< Whether it says that its body travels as base64 text.
 };
 
 /// All parts of a multipart file, OFX or not, in order.
