@@ -1,0 +1,53 @@
+// Certificates made on the spot, for servers that tests start.
+//
+// Dates are fixed ones, far back and far ahead, so that no test depends on the day.
+
+#ifndef KROFX_TESTS_SUPPORT_TEST_CERTIFICATES_H_
+#define KROFX_TESTS_SUPPORT_TEST_CERTIFICATES_H_
+
+#include <openssl/evp.h>
+#include <openssl/x509.h>
+
+#include <memory>
+#include <string>
+
+/// What a certificate is to say.
+struct CertificateWish {
+  /// The common name.
+  std::string name;
+  /// Host names and addresses as an extension takes them: "DNS:localhost,IP:127.0.0.1"; empty for
+  /// none.
+  std::string hosts = {};
+  /// Whether it may issue others.
+  bool isAuthority = false;
+  char const* notBefore = "20000101000000Z";
+  char const* notAfter = "99981231235959Z";
+  /// What it may be used for, as an extension takes it: "serverAuth"; empty for anything.
+  std::string usage = {};
+};
+
+/// A certificate with its key. Copies share both.
+class TestCertificate {
+ public:
+  /// A certificate that is its own issuer.
+  static TestCertificate SelfSigned(CertificateWish const& wish);
+  /// An authority.
+  static TestCertificate Authority(std::string const& name);
+  /// A certificate that this one issues.
+  TestCertificate Issue(CertificateWish const& wish) const;
+  /// A server's certificate for localhost and 127.0.0.1.
+  TestCertificate IssueForLoopback() const;
+
+  X509* Certificate() const { return m_certificate.get(); }
+  EVP_PKEY* Key() const { return m_key.get(); }
+  std::string Der() const;
+  std::string Pem() const;
+
+ private:
+  static TestCertificate Make(CertificateWish const& wish, TestCertificate const* issuer);
+
+  std::shared_ptr<X509> m_certificate;
+  std::shared_ptr<EVP_PKEY> m_key;
+};
+
+#endif  // KROFX_TESTS_SUPPORT_TEST_CERTIFICATES_H_

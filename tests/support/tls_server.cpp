@@ -1,0 +1,179 @@
+// The loopback server.
+
+#include "support/tls_server.h"
+
+#include <netinet/in.h>
+#include <poll.h>
+#include <signal.h>
+#include <strings.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace {
+
+int ListenOnLoopback(int& port) {
+  int const listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_in address{};
+  address.sin_family = AF_INET;
+  address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+  socklen_t length = sizeof address;
+  if (bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
+      listen(listener, 16) != 0 ||
+      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
+    std::abort();
+  }
+  port = ntohs(address.sin_port);
+  return listener;
+}
+
+SSL_CTX* NewContext(ServerPlan const& plan) {
+  if (plan.chain.empty()) return nullptr;
+  SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
+  // Old versions need the level below the default.
+  SSL_CTX_set_security_level(context, 0);
+  SSL_CTX_set_max_proto_version(context, plan.newestTls);
+  SSL_CTX_use_certificate(context, plan.chain.front().Certificate());
+  SSL_CTX_use_PrivateKey(context, plan.chain.front().Key());
+  for (std::size_t i = 1; i < plan.chain.size(); ++i) {
+    SSL_CTX_add1_chain_cert(context, plan.chain[i].Certificate());
+  }
+  return context;
+}
+
+std::size_t ContentLength(std::string const& head) {
+  static constexpr char kName[] = "\r\ncontent-length:";
+  for (std::size_t at = 0; at < head.size(); ++at) {
+    if (strncasecmp(head.c_str() + at, kName, sizeof kName - 1) == 0) {
+      return std::strtoul(head.c_str() + at + sizeof kName - 1, nullptr, 10);
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+
+std::string ServerConnection::ReadSome() {
+  if (m_socket < 0) return "";
+  char bytes[16384];
+  long const count = m_tls != nullptr ? SSL_read(m_tls, bytes, sizeof bytes)
+                                      : recv(m_socket, bytes, sizeof bytes, 0);
+  return count > 0 ? std::string(bytes, static_cast<std::size_t>(count)) : "";
+}
+
+std::string ServerConnection::ReadRequest() {
+  std::string request;
+  std::size_t end = std::string::npos;
+  while ((end = request.find("\r\n\r\n")) == std::string::npos) {
+    std::string const more = ReadSome();
+    if (more.empty()) return request;
+    request += more;
+  }
+  std::size_t const whole = end + 4 + ContentLength(request.substr(0, end));
+  while (request.size() < whole) {
+    std::string const more = ReadSome();
+    if (more.empty()) return request;
+    request += more;
+  }
+  return request;
+}
+
+void ServerConnection::Write(std::string const& bytes) {
+  if (m_socket < 0) return;
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    long const count =
+        m_tls != nullptr
+            ? SSL_write(m_tls, bytes.data() + done, static_cast<int>(bytes.size() - done))
+            : send(m_socket, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
+    if (count <= 0) return;
+    done += static_cast<std::size_t>(count);
+  }
+}
+
+void ServerConnection::WaitForClient() {
+  while (!ReadSome().empty()) {
+  }
+}
+
+void ServerConnection::Cut() {
+  if (m_socket < 0) return;
+  linger const reset{1, 0};
+  setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
+  if (m_tls != nullptr) SSL_set_quiet_shutdown(m_tls, 1);
+  // The number stays taken until the server closes it; only the connection goes.
+  int const other = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  dup2(other, m_socket);
+  close(other);
+  m_socket = -1;
+}
+
+bool ServerConnection::StartTls(SSL_CTX* context) {
+  m_tls = SSL_new(context);
+  SSL_set_fd(m_tls, m_socket);
+  return SSL_accept(m_tls) == 1;
+}
+
+std::string HttpReply(std::string const& status, std::string const& body,
+                      std::string const& headerLines) {
+  return "HTTP/1.1 " + status + "\r\n" + headerLines +
+         "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+TlsServer::TlsServer(ServerPlan plan)
+    : m_plan(std::move(plan)), m_context(NewContext(m_plan)), m_listener(ListenOnLoopback(m_port)) {
+  m_thread = std::thread([this] { Serve(); });
+}
+
+TlsServer::~TlsServer() {
+  {
+    std::lock_guard const lock(m_mutex);
+    m_stopping = true;
+    shutdown(m_listener, SHUT_RDWR);
+    if (m_connection >= 0) shutdown(m_connection, SHUT_RDWR);
+  }
+  m_thread.join();
+  close(m_listener);
+  SSL_CTX_free(m_context);
+}
+
+std::string TlsServer::Url(std::string const& host) const {
+  return (m_context == nullptr ? "http://" : "https://") + host + ":" + std::to_string(m_port) +
+         "/ofx";
+}
+
+void TlsServer::Serve() {
+  // A client that is gone must not end the program; for the client's own thread it still would.
+  sigset_t pipe;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+  for (;;) {
+    int const socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+    if (socket < 0) return;
+    {
+      std::lock_guard const lock(m_mutex);
+      m_connection = socket;
+      if (m_stopping) shutdown(socket, SHUT_RDWR);
+    }
+    ++m_accepted;
+    ServerConnection connection(socket, nullptr);
+    if (m_context == nullptr || connection.StartTls(m_context)) m_plan.script(connection);
+    if (SSL* const tls = connection.Tls(); tls != nullptr) {
+      SSL_shutdown(tls);
+      SSL_free(tls);
+    }
+    std::lock_guard const lock(m_mutex);
+    m_connection = -1;
+    close(socket);
+  }
+}
+
+int UnusedPort() {
+  int port = 0;
+  close(ListenOnLoopback(port));
+  return port;
+}

@@ -1,0 +1,87 @@
+// A small server on loopback, in a thread of its own: TLS or plain, and it does to each connection
+// what a script says.
+
+#ifndef KROFX_TESTS_SUPPORT_TLS_SERVER_H_
+#define KROFX_TESTS_SUPPORT_TLS_SERVER_H_
+
+#include <openssl/ssl.h>
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "support/test_certificates.h"
+
+/// One connection, behind the TLS handshake if there is one. Operations on a connection that is
+/// gone do nothing.
+class ServerConnection {
+ public:
+  ServerConnection(int socket, SSL* tls) : m_socket(socket), m_tls(tls) {}
+
+  /// Reads one request: its head, and a body as long as Content-Length says.
+  std::string ReadRequest();
+  /// Reads what comes next, empty at the end.
+  std::string ReadSome();
+  void Write(std::string const& bytes);
+  /// Waits until the client is gone, or the server stops.
+  void WaitForClient();
+  /// Ends the connection rudely: no TLS closure, and a reset instead of an orderly end.
+  void Cut();
+  /// Speaks TLS from here on, to a client that was plain so far.
+  bool StartTls(SSL_CTX* context);
+  SSL* Tls() const { return m_tls; }
+
+ private:
+  int m_socket;
+  SSL* m_tls;
+};
+
+/// A reply with a Content-Length.
+std::string HttpReply(std::string const& status, std::string const& body,
+                      std::string const& headerLines = "");
+
+/// What a server is to do.
+struct ServerPlan {
+  /// Called for each connection, in the server's thread.
+  std::function<void(ServerConnection&)> script;
+  /// The certificates that are shown, the server's own first; none makes a plain server.
+  std::vector<TestCertificate> chain;
+  /// The newest version of TLS that is spoken; 0 for all.
+  int newestTls = 0;
+};
+
+/// The server. It stops, and what it waits for ends, when the object goes.
+class TlsServer {
+ public:
+  explicit TlsServer(ServerPlan plan);
+  ~TlsServer();
+  TlsServer(TlsServer const&) = delete;
+  TlsServer& operator=(TlsServer const&) = delete;
+
+  int Port() const { return m_port; }
+  /// "http://127.0.0.1:port/ofx", with the scheme that the server speaks.
+  std::string Url(std::string const& host = "127.0.0.1") const;
+  /// Connections accepted so far.
+  int Accepted() const { return m_accepted; }
+
+ private:
+  void Serve();
+
+  ServerPlan m_plan;
+  SSL_CTX* m_context = nullptr;
+  int m_port = 0;
+  int m_listener;
+  std::atomic<int> m_accepted{0};
+  std::mutex m_mutex;
+  int m_connection = -1;
+  bool m_stopping = false;
+  std::thread m_thread;
+};
+
+/// A port on loopback where nobody listens.
+int UnusedPort();
+
+#endif  // KROFX_TESTS_SUPPORT_TLS_SERVER_H_

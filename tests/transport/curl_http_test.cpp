@@ -1,0 +1,328 @@
+// The manager over libcurl and plain HTTP: what goes out, what comes back, and where it is kept.
+
+#include <sys/stat.h>
+
+#include <filesystem>
+
+#include "transport/curl_probe.h"
+
+namespace {
+
+constexpr char kBody[] = "<OFX>hello</OFX>";
+
+// Answers every request with its own text.
+ServerPlan Echo() {
+  return {.script =
+              [](ServerConnection& connection) {
+                connection.Write(HttpReply("200 OK", connection.ReadRequest()));
+              },
+          .chain = {}};
+}
+
+ServerPlan Answer(std::string const& reply) {
+  return {.script =
+              [reply](ServerConnection& connection) {
+                connection.ReadRequest();
+                connection.Write(reply);
+              },
+          .chain = {}};
+}
+
+class CurlHttp : public CurlTest {
+ protected:
+  // What a server saw of a send.
+  std::string Sent(char const* contentType, char const* headers) {
+    TlsServer server(Echo());
+    CurlProbe probe(m_manager, m_session, m_folder);
+    probe.Send(server.Url(), kBody).Http(contentType, headers);
+    EXPECT_EQ(probe.Run(), 0);
+    return probe.Reply();
+  }
+
+  // The code of a send with header lines that are not to be sent.
+  u16 CodeOfHeaders(char const* contentType, char const* headers) {
+    TlsServer server(Echo());
+    CurlProbe probe(m_manager, m_session, m_folder);
+    u16 const code = probe.Send(server.Url(), kBody).Http(contentType, headers).Run();
+    EXPECT_EQ(server.Accepted(), 0);
+    return code;
+  }
+
+  u16 CodeOf(std::string const& reply) {
+    TlsServer server(Answer(reply));
+    CurlProbe probe(m_manager, m_session, m_folder);
+    return probe.Get(server.Url()).Run();
+  }
+};
+
+TEST_F(CurlHttp, FetchesByGetWithoutABody) {
+  TlsServer server(Echo());
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  std::string const seen = probe.Reply();
+  EXPECT_TRUE(seen.starts_with("GET /ofx HTTP/1.1\r\n")) << seen;
+  EXPECT_TRUE(seen.ends_with("\r\n\r\n")) << seen;
+}
+
+TEST_F(CurlHttp, SendsAnOfxPostWhenNoHttpOptionsAreSet) {
+  TlsServer server(Echo());
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Send(server.Url(), kBody).Run(), 0);
+  std::string const seen = probe.Reply();
+  EXPECT_TRUE(seen.starts_with("POST /ofx HTTP/1.1\r\n")) << seen;
+  EXPECT_NE(seen.find("\r\nContent-Type: application/x-ofx\r\n"), std::string::npos) << seen;
+  EXPECT_NE(seen.find("\r\nContent-Length: 16\r\n"), std::string::npos) << seen;
+  EXPECT_TRUE(seen.ends_with(std::string("\r\n\r\n") + kBody)) << seen;
+}
+
+TEST_F(CurlHttp, SendsNeitherExpectationNorCookieNorCodingNorAgent) {
+  TlsServer server(Echo());
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Send(server.Url(), std::string(3000000, 'x')).Run(), 0);
+  std::string const head = probe.Reply().substr(0, 400);
+  for (char const* const name : {"Expect", "Cookie", "Accept-Encoding", "Authorization", "TE:"}) {
+    EXPECT_EQ(head.find(name), std::string::npos) << name;
+  }
+}
+
+TEST_F(CurlHttp, SendsNothingAtAll) {
+  TlsServer server(Echo());
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Send(server.Url(), "").Run(), 0);
+  EXPECT_NE(probe.Reply().find("\r\nContent-Length: 0\r\n"), std::string::npos);
+}
+
+TEST_F(CurlHttp, SendsTheContentTypeAndTheExtraHeaders) {
+  std::string const seen = Sent("text/plain", "X-One: 1\r\nX-Two:2\nX-Empty:\r\n\r\nX-Last: \t3 ");
+  for (char const* const line : {"Content-Type: text/plain", "X-One: 1", "X-Two: 2", "X-Last: 3"}) {
+    EXPECT_NE(seen.find(std::string("\r\n") + line + "\r\n"), std::string::npos) << line << seen;
+  }
+  EXPECT_NE(seen.find("\r\nX-Empty:"), std::string::npos) << seen;
+  EXPECT_EQ(seen.find("application/x-ofx"), std::string::npos);
+}
+
+TEST_F(CurlHttp, LetsAContentTypeLineTakeThePlaceOfTheArgument) {
+  std::string const seen = Sent("application/x-ofx", "content-type: multipart/x-mixed\r\n");
+  EXPECT_NE(seen.find("content-type: multipart/x-mixed\r\n"), std::string::npos) << seen;
+  EXPECT_EQ(seen.find("application/x-ofx"), std::string::npos) << seen;
+}
+
+TEST_F(CurlHttp, SendsNothingWhenAHeaderWouldSmuggleAnother) {
+  for (char const* const headers :
+       {"X-A: 1\rX-B: 2\r\n", "X-A: 1\r\r\n", "no header\r\n", " X-A: folded\r\n", ": no name\r\n",
+        "X A: 1\r\n", "X-A : 1\r\n", "X-A: \x01\r\n", "X-A: 1\r", "GET / HTTP/1.1\r\n\r\n"}) {
+    EXPECT_EQ(CodeOfHeaders("text/plain", headers), VYNCurlCode_BadHeader) << headers;
+  }
+  EXPECT_EQ(CodeOfHeaders("text/plain\r\nX-B: 2", "X-A: 1\r\n"), VYNCurlCode_BadHeader);
+}
+
+TEST_F(CurlHttp, SendsNothingWhenAHeaderWouldFrameTheMessage) {
+  for (char const* const headers :
+       {"Content-Length: 3\r\n", "transfer-encoding: chunked\r\n", "EXPECT: 100-continue\r\n"}) {
+    EXPECT_EQ(CodeOfHeaders("text/plain", headers), VYNCurlCode_BadHeader) << headers;
+  }
+}
+
+TEST_F(CurlHttp, MakesTwoFilesForTheOwnerOnly) {
+  TlsServer server(Answer(HttpReply("200 OK", "reply", "X-Key: value\r\n")));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(m_temp.Entries(), 2U);
+  for (std::string const& name : {probe.replyFile, probe.headerFile}) {
+    struct stat status {};
+    ASSERT_EQ(stat(name.c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0600U);
+    EXPECT_TRUE(name.starts_with(m_folder + "/krofx-")) << name;
+  }
+  EXPECT_EQ(probe.Reply(), "reply");
+  EXPECT_EQ(probe.Headers(), "X-Key: value\r\nContent-Length: 5\r\n");
+}
+
+TEST_F(CurlHttp, KeepsTheHeadersOfTheFinalReplyOnly) {
+  TlsServer server(Answer("HTTP/1.1 103 Early Hints\r\nLink: a\r\n\r\n" +
+                          HttpReply("200 OK", "", "X-Key: value\r\n")));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Headers(), "X-Key: value\r\nContent-Length: 0\r\n");
+}
+
+TEST_F(CurlHttp, TakesAFolderWithASlashABackslashOrNothingAtItsEnd) {
+  TlsServer server(Answer(HttpReply("200 OK", "x")));
+  std::string backslashes = m_folder + "\\";
+  for (std::string const& folder : {m_folder, m_folder + "/", backslashes}) {
+    CurlProbe probe(m_manager, m_session, folder);
+    ASSERT_EQ(probe.Get(server.Url()).Run(), 0) << folder;
+    EXPECT_TRUE(probe.replyFile.starts_with(m_folder + "/krofx-")) << probe.replyFile;
+    EXPECT_EQ(m_temp.Entries(), 2U);
+  }
+}
+
+TEST_F(CurlHttp, TakesTheTemporaryFolderOfTheEnvironmentForAnEmptyOne) {
+  ASSERT_EQ(setenv("TMPDIR", m_folder.c_str(), 1), 0);
+  TlsServer server(Answer(HttpReply("200 OK", "x")));
+  CurlProbe probe(m_manager, m_session, "");
+  EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(m_temp.Entries(), 2U);
+  unsetenv("TMPDIR");
+}
+
+TEST_F(CurlHttp, RefusesAFolderWhoseFilesHaveTooLongNames) {
+  std::string folder = m_folder;
+  while (folder.size() < VYFinishedRecord::kReplyFileSize) folder += "/../" + m_folder.substr(1);
+  CurlProbe probe(m_manager, m_session, folder);
+  probe.Get("http://127.0.0.1/");
+  EXPECT_EQ(probe.exchange, nullptr);
+  EXPECT_EQ(probe.error, VYNCurlCode_FileFailed);
+}
+
+TEST_F(CurlHttp, TakesTheLongestNameThatFits) {
+  TlsServer server(Answer(HttpReply("200 OK", "x")));
+  std::string const file = "krofx-XXXXXX.header";
+  std::string folder = m_folder;
+  while (folder.size() + 1 + file.size() < VYFinishedRecord::kReplyFileSize - 1) folder += '/';
+  CurlProbe longest(m_manager, m_session, folder.substr(1).insert(0, "/"));
+  ASSERT_EQ(longest.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(longest.Reply(), "x");
+  CurlProbe tooLong(m_manager, m_session, folder + "///");
+  tooLong.Get(server.Url());
+  EXPECT_EQ(tooLong.error, VYNCurlCode_FileFailed);
+}
+
+TEST_F(CurlHttp, RefusesAFolderThatIsNotThere) {
+  CurlProbe probe(m_manager, m_session, m_folder + "/none");
+  probe.Get("http://127.0.0.1/");
+  EXPECT_EQ(probe.exchange, nullptr);
+  EXPECT_EQ(probe.error, VYNCurlCode_FileFailed);
+}
+
+TEST_F(CurlHttp, GivesTheCodeOfEachStatus) {
+  struct Row {
+    char const* status;
+    u16 code;
+  };
+  constexpr Row kRows[] = {
+      {"200 OK", 0},   {"201 A", 1501}, {"202 A", 1502}, {"203 A", 1503}, {"204 A", 1504},
+      {"206 A", 0},    {"299 A", 0},    {"301 A", 1505}, {"302 A", 1506}, {"303 A", 1507},
+      {"304 A", 1508}, {"305 A", 1506}, {"307 A", 1506}, {"308 A", 1505}, {"400 A", 1509},
+      {"401 A", 1510}, {"402 A", 1511}, {"403 A", 1512}, {"404 A", 1513}, {"405 A", 1514},
+      {"406 A", 1515}, {"407 A", 1516}, {"408 A", 1517}, {"409 A", 1509}, {"418 A", 1509},
+      {"429 A", 1509}, {"500 A", 1518}, {"501 A", 1519}, {"502 A", 1520}, {"503 A", 1521},
+      {"504 A", 1522}, {"505 A", 1518}, {"599 A", 1518}, {"600 A", 1535}, {"999 A", 1535},
+  };
+  for (Row const& row : kRows) {
+    EXPECT_EQ(CodeOf(HttpReply(row.status, "")), row.code) << row.status;
+  }
+}
+
+TEST_F(CurlHttp, HandsTheBodyOfAnErrorOver) {
+  TlsServer server(Answer(HttpReply("404 Not Found", "no such account")));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get(server.Url()).Run(), 1513);
+  EXPECT_EQ(probe.Reply(), "no such account");
+}
+
+TEST_F(CurlHttp, DoesNotFollowARedirect) {
+  TlsServer other(Answer(HttpReply("200 OK", "elsewhere")));
+  TlsServer server(Answer(HttpReply("302 Found", "", "Location: " + other.Url() + "\r\n")));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get(server.Url()).Run(), VYNCurlCode_Found);
+  EXPECT_EQ(server.Accepted(), 1);
+  EXPECT_EQ(other.Accepted(), 0);
+}
+
+TEST_F(CurlHttp, MovesALargeBodyEachWay) {
+  TlsServer server(Echo());
+  std::string data(5000000, '\0');
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = static_cast<char>(i * 7 + i / 251);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Send(server.Url(), data).Run(), 0);
+  EXPECT_TRUE(probe.Reply().ends_with("\r\n\r\n" + data));
+}
+
+TEST_F(CurlHttp, TellsOfConnectingOnceThenOfSendingThenOfReceiving) {
+  TlsServer server(Echo());
+  CurlProbe probe(m_manager, m_session, m_folder);
+  std::string const data(1000000, 'x');
+  ASSERT_EQ(probe.Send(server.Url(), data).Run(), 0);
+  EXPECT_EQ(probe.Phases(),
+            (std::vector<u32>{KROpCode_Connecting, KROpCode_Sending, KROpCode_Receiving}));
+  u32 sent = 0;
+  u32 received = 0;
+  u32 connecting = 0;
+  for (VYProgressRecord const& record : probe.progress) {
+    if (record.opCode == KROpCode_Connecting) ++connecting;
+    // Nothing is told twice: each record has moved the counter that it is about.
+    EXPECT_TRUE(record.opCode != KROpCode_Sending || record.sent > sent);
+    EXPECT_TRUE(record.opCode != KROpCode_Receiving || record.received > received);
+    sent = record.sent;
+    received = record.received;
+  }
+  EXPECT_EQ(connecting, 1U);
+  VYProgressRecord const last = probe.progress.back();
+  EXPECT_EQ(u32{last.sent}, 1000000U);
+  EXPECT_EQ(u32{last.sendTotal}, 1000000U);
+  EXPECT_EQ(u32{last.received}, std::filesystem::file_size(probe.replyFile));
+  EXPECT_EQ(u32{last.receiveTotal}, std::filesystem::file_size(probe.replyFile));
+}
+
+TEST_F(CurlHttp, SaysNoTotalOfAReplyThatDoesNotSayItsLength) {
+  TlsServer server(Answer("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\nuntil the end"));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Reply(), "until the end");
+  EXPECT_EQ(u32{probe.progress.back().receiveTotal}, 0U);
+  EXPECT_EQ(u32{probe.progress.back().received}, 13U);
+}
+
+TEST_F(CurlHttp, TakesAReplyInPieces) {
+  TlsServer server(
+      Answer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+             "3\r\nabc\r\n2\r\nde\r\n0\r\n\r\n"));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Reply(), "abcde");
+}
+
+TEST_F(CurlHttp, LeavesACodedBodyAsItCame) {
+  TlsServer server(Answer(HttpReply("200 OK", "not gzip", "Content-Encoding: gzip\r\n")));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Reply(), "not gzip");
+}
+
+TEST_F(CurlHttp, RefusesAReplyOverTheLimit) {
+  m_manager.SetReplyLimit(10);
+  EXPECT_EQ(CodeOf(HttpReply("200 OK", "0123456789")), 0);
+  EXPECT_EQ(CodeOf(HttpReply("200 OK", "0123456789a")), VYNCurlCode_ReplyTooLarge);
+  EXPECT_EQ(CodeOf("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n0123456789a"),
+            VYNCurlCode_ReplyTooLarge);
+  m_manager.SetReplyLimit(0);
+  EXPECT_EQ(CodeOf(HttpReply("200 OK", "")), 0);
+  EXPECT_EQ(CodeOf(HttpReply("200 OK", "0")), VYNCurlCode_ReplyTooLarge);
+}
+
+TEST_F(CurlHttp, RefusesAFloodOfHeaders) {
+  std::string reply = "HTTP/1.1 200 OK\r\n";
+  for (int i = 0; i < 1200; ++i) reply += "X-Flood: " + std::string(1000, 'x') + "\r\n";
+  EXPECT_NE(CodeOf(reply + "Content-Length: 0\r\n\r\n"), 0);
+}
+
+TEST_F(CurlHttp, GoesThroughTheProxyOfTheEnvironment) {
+  TlsServer proxy(Echo());
+  ASSERT_EQ(setenv("http_proxy", proxy.Url().c_str(), 1), 0);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get("http://bank.invalid/ofx").Run(), 0);
+  unsetenv("http_proxy");
+  EXPECT_TRUE(probe.Reply().starts_with("GET http://bank.invalid/ofx HTTP/1.1\r\n"));
+}
+
+TEST_F(CurlHttp, SaysWhyAProxyRefusesATunnel) {
+  TlsServer proxy(Answer(HttpReply("407 Proxy Authentication Required", "")));
+  ASSERT_EQ(setenv("https_proxy", proxy.Url().c_str(), 1), 0);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get("https://bank.invalid/ofx").Run(), 1516);
+  unsetenv("https_proxy");
+  EXPECT_EQ(probe.asked, 0);
+}
+
+}  // namespace

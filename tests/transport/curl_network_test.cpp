@@ -1,0 +1,175 @@
+// The manager over libcurl when the network fails: each condition has the code that names it.
+
+#include "transport/curl_probe.h"
+
+namespace {
+
+class CurlNetwork : public CurlTest {
+ protected:
+  // The code of a fetch from a plain server that does what the script says.
+  u16 CodeOf(std::function<void(ServerConnection&)> const& script) {
+    TlsServer server({.script = script, .chain = {}});
+    CurlProbe probe(m_manager, m_session, m_folder);
+    return probe.Get(server.Url()).Run();
+  }
+
+  u16 CodeOfUrl(std::string const& url) {
+    CurlProbe probe(m_manager, m_session, m_folder);
+    u16 const code = probe.Get(url).Run();
+    EXPECT_TRUE(probe.progress.empty() || probe.progress[0].opCode == KROpCode_Connecting);
+    return code;
+  }
+};
+
+TEST_F(CurlNetwork, SaysThatAConnectionWasRefused) {
+  std::string const port = std::to_string(UnusedPort());
+  EXPECT_EQ(CodeOfUrl("http://127.0.0.1:" + port + "/"), VYNCurlCode_Refused);
+  EXPECT_EQ(CodeOfUrl("http://localhost:" + port + "/"), VYNCurlCode_Refused);
+  EXPECT_EQ(CodeOfUrl("https://127.0.0.1:" + port + "/"), VYNCurlCode_Refused);
+}
+
+TEST_F(CurlNetwork, SaysThatAHostHasNoAddress) {
+  EXPECT_EQ(CodeOfUrl("http://krofx.invalid/"), VYNCurlCode_HostNotFound);
+}
+
+TEST_F(CurlNetwork, SaysThatAProxyHasNoAddress) {
+  ASSERT_EQ(setenv("http_proxy", "http://krofx.invalid:1/", 1), 0);
+  EXPECT_EQ(CodeOfUrl("http://127.0.0.1/"), VYNCurlCode_ProxyNotFound);
+  unsetenv("http_proxy");
+}
+
+TEST_F(CurlNetwork, EndsWhenItsTimeIsOver) {
+  TlsServer server({.script =
+                        [](ServerConnection& connection) {
+                          connection.ReadRequest();
+                          connection.WaitForClient();
+                        },
+                    .chain = {}});
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Send(server.Url(), "x").Http("text/plain", nullptr, 1).Run(),
+            VYNCurlCode_TimedOut);
+}
+
+TEST_F(CurlNetwork, TakesNoAndNegativeTimesForNoLimit) {
+  for (s32 const timeout : {0, -1, INT32_MIN, INT32_MAX}) {
+    TlsServer server({.script =
+                          [](ServerConnection& connection) {
+                            connection.ReadRequest();
+                            connection.Write(HttpReply("200 OK", ""));
+                          },
+                      .chain = {}});
+    CurlProbe probe(m_manager, m_session, m_folder);
+    EXPECT_EQ(probe.Get(server.Url()).Http(nullptr, nullptr, timeout).Run(), 0) << timeout;
+  }
+}
+
+TEST_F(CurlNetwork, SaysThatNothingCameBack) {
+  EXPECT_EQ(CodeOf([](ServerConnection& connection) { connection.ReadRequest(); }),
+            VYNCurlCode_Cut);
+}
+
+TEST_F(CurlNetwork, SaysThatTheConnectionEndedInTheBody) {
+  EXPECT_EQ(CodeOf([](ServerConnection& connection) {
+              connection.ReadRequest();
+              connection.Write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf");
+            }),
+            VYNCurlCode_Cut);
+}
+
+TEST_F(CurlNetwork, SaysThatTheConnectionWasReset) {
+  u16 const code = CodeOf([](ServerConnection& connection) {
+    connection.ReadRequest();
+    connection.Write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf");
+    connection.Cut();
+  });
+  EXPECT_TRUE(code == VYNCurlCode_ReceiveFailed || code == VYNCurlCode_Cut) << code;
+}
+
+TEST_F(CurlNetwork, DoesNotTakeACutTlsConnectionForTheEndOfAReply) {
+  TestCertificate const authority = TestCertificate::Authority("authority");
+  for (char const* const reply :
+       {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\n"}) {
+    TlsServer server({.script =
+                          [reply](ServerConnection& connection) {
+                            connection.ReadRequest();
+                            connection.Write(reply);
+                            SSL_set_quiet_shutdown(connection.Tls(), 1);
+                          },
+                      .chain = {authority.IssueForLoopback()}});
+    CurlProbe probe(m_manager, m_session, m_folder);
+    EXPECT_EQ(probe.Get(server.Url()).Root(authority, 7000).Run(), VYNCurlCode_Cut) << reply;
+  }
+}
+
+TEST_F(CurlNetwork, SurvivesAServerThatGoesWhileMuchIsSent) {
+  TestCertificate const authority = TestCertificate::Authority("authority");
+  for (bool const tls : {false, true}) {
+    ServerPlan plan;
+    plan.script = [](ServerConnection& connection) {
+      connection.ReadSome();
+      connection.Cut();
+    };
+    if (tls) plan.chain = {authority.IssueForLoopback()};
+    TlsServer server(plan);
+    CurlProbe probe(m_manager, m_session, m_folder);
+    probe.Send(server.Url(), std::string(20000000, 'x'));
+    if (tls) probe.Root(authority, 7000);
+    u16 const code = probe.Run();
+    EXPECT_TRUE(code == VYNCurlCode_SendFailed || code == VYNCurlCode_ReceiveFailed) << code;
+  }
+}
+
+TEST_F(CurlNetwork, SaysThatAHandshakeWasCut) {
+  TlsServer server(
+      {.script = [](ServerConnection& connection) { connection.ReadSome(); }, .chain = {}});
+  EXPECT_EQ(CodeOfUrl("https" + server.Url().substr(4)), VYNCurlCode_HandshakeFailed);
+}
+
+TEST_F(CurlNetwork, SaysThatAReplyIsNotHttp) {
+  EXPECT_EQ(CodeOf([](ServerConnection& connection) {
+              connection.ReadRequest();
+              connection.Write("220 some other protocol\r\n");
+            }),
+            VYNCurlCode_NotHttp);
+}
+
+TEST_F(CurlNetwork, SpeaksOnlyHttp) {
+  for (char const* const url :
+       {"file:///etc/passwd", "ftp://127.0.0.1/", "gopher://127.0.0.1/", "dict://127.0.0.1/",
+        "ldap://127.0.0.1/", "scp://127.0.0.1/", "what://127.0.0.1/"}) {
+    EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_UnsupportedScheme) << url;
+  }
+}
+
+TEST_F(CurlNetwork, RefusesUrlsThatCannotBeRead) {
+  for (char const* const url : {"", "localhost/ofx", "http://", "http:///", "http://a b/",
+                                "http://127.0.0.1:99999/", "http://127.0.0.1/\r\nX-A: 1"}) {
+    EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_MalformedUrl) << url;
+  }
+}
+
+TEST_F(CurlNetwork, TakesTheSchemeInAnyCase) {
+  TlsServer server({.script =
+                        [](ServerConnection& connection) {
+                          connection.ReadRequest();
+                          connection.Write(HttpReply("200 OK", ""));
+                        },
+                    .chain = {}});
+  EXPECT_EQ(CodeOfUrl("HTTP" + server.Url().substr(4)), 0);
+}
+
+TEST_F(CurlNetwork, EndsWithoutWaitingForAPauseToRunOut) {
+  // A round of the probe would pause for an hour, so each must have ended by something that moved.
+  TestCertificate const authority = TestCertificate::Authority("authority");
+  TlsServer server({.script =
+                        [](ServerConnection& connection) {
+                          connection.Write(HttpReply("200 OK", connection.ReadRequest()));
+                        },
+                    .chain = {authority.IssueForLoopback()}});
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Send(server.Url(), "data").Root(authority, 7000).Run(), 0);
+  EXPECT_LT(probe.rounds, 50);
+}
+
+}  // namespace
