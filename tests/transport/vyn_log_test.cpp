@@ -1,0 +1,272 @@
+// The log: every line word for word, at its level, and never with a secret in it.
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "krofx/transport/log_line.h"
+#include "support/failing_allocation.h"
+#include "transport/vyn_fixture.h"
+
+namespace {
+
+using krofx::internal::LoggableUrl;
+using krofx::internal::LogLine;
+
+class VYNLogTest : public VYNTest {
+ public:
+  bool Logged(std::string const& text, u16 level) const {
+    Line const wanted{text, level, false};
+    return std::find(Lines().begin(), Lines().end(), wanted) != Lines().end();
+  }
+  void Judge(u32 rootID, u16 error) {
+    std::string const der = RootBytes();
+    SSLCertificateChain chain = {nullptr, static_cast<u16>(der.size()), der.data()};
+    VYNNetRequest::VYNSSLCertificateCallback(&chain, rootID, error, request.get(), 0, 0);
+  }
+};
+
+struct LineRow {
+  char const* where;
+  std::function<void(VYNLogTest&)> act;
+  std::string text;
+  u16 level = 1;
+};
+
+std::vector<LineRow> EveryLine() {
+  std::string const received = "received \"DZdEYXA3E8t0ky0qday8cUsoEmY=\"";
+  return {
+      {"IsNetworkSetup",
+       [](VYNLogTest& t) {
+         t.manager.needsCode = 11;
+         t.access->IsNetworkSetup();
+       },
+       "***VYN: VY_IspConfig_NeedsToConfigure returns 11"},
+      {"VCOpenInet failed",
+       [](VYNLogTest& t) {
+         t.manager.openError = 12;
+         t.access->InitConnection();
+       },
+       "***VYN: VCOpenInet returns 12"},
+      {"VCConnect failed",
+       [](VYNLogTest& t) {
+         t.manager.connectCode = 13;
+         t.access->InitConnection();
+       },
+       "***VYN: VCConnect returns 13"},
+      {"VCCloseInet failed",
+       [](VYNLogTest& t) {
+         t.manager.closeCode = 14;
+         t.access->EndConnection();
+       },
+       "***VYN: VCCloseInet returns 14"},
+      {"Get starts", [](VYNLogTest& t) { t.Get("http://b/"); },
+       "VYN: Beginning get from http://b/"},
+      {"Get ends",
+       [](VYNLogTest& t) {
+         t.manager.script.result = 1517;
+         t.Get("http://b/");
+       },
+       "VYN: End get from http://b/, netstatus 27"},
+      {"VCGetFileRequest failed",
+       [](VYNLogTest& t) {
+         t.manager.createError = 15;
+         t.Get("http://b/");
+       },
+       "***VYN: VCGetFileRequest returns 15"},
+      {"root rejected in Get",
+       [](VYNLogTest& t) {
+         t.manager.refusedRoot = 4000;
+         t.manager.rootCode = 16;
+         t.AddRoot(4000);
+         t.Get("https://b/");
+       },
+       "***VYN VCAddTrustedRoot:  16 (Get)"},
+      {"SSL options rejected in Get",
+       [](VYNLogTest& t) {
+         t.manager.sslCode = 17;
+         t.Get("https://b/");
+       },
+       "***VYN VCSetSSLInfo:  17 (Get)"},
+      {"HTTP options rejected",
+       [](VYNLogTest& t) {
+         t.manager.httpCode = 18;
+         t.request->SetTimeout(1);
+         t.Get("http://b/");
+       },
+       "***VYN VCSetHTTPInfo:  18"},
+      {"VCInitiate failed in Get",
+       [](VYNLogTest& t) {
+         t.manager.initiateCode = 19;
+         t.Get("http://b/");
+       },
+       "***VYN: VCInitiate returns 19"},
+      {"send starts", [](VYNLogTest& t) { t.Send("http://b/", "x"); },
+       "VYN: Beginning send to http://b/"},
+      {"send ends",
+       [](VYNLogTest& t) {
+         t.manager.script.result = 1531;
+         t.Send("http://b/", "x");
+       },
+       "VYN: End send to http://b/, netstatus 26"},
+      {"VCSendDataRequest failed",
+       [](VYNLogTest& t) {
+         t.manager.createError = 20;
+         t.Send("http://b/", "x");
+       },
+       "***VYN VCSendDataRequest:  20"},
+      {"root rejected in a send",
+       [](VYNLogTest& t) {
+         t.manager.refusedRoot = 4000;
+         t.manager.rootCode = 21;
+         t.AddRoot(4000);
+         t.Send("https://b/", "x");
+       },
+       "***VYN VCAddTrustedRoot:  21 (Send)"},
+      {"SSL options rejected in a send",
+       [](VYNLogTest& t) {
+         t.manager.sslCode = 22;
+         t.Send("https://b/", "x");
+       },
+       "***VYN VCSetSSLInfo:  22 (Send)"},
+      {"VCInitiate failed in a send",
+       [](VYNLogTest& t) {
+         t.manager.initiateCode = 23;
+         t.Send("http://b/", "x");
+       },
+       "***VYN VCInitiate:  23"},
+      {"VCCancel failed",
+       [](VYNLogTest& t) {
+         t.manager.cancelCode = 24;
+         t.platform.Post([&t] { t.request->Abort(); });
+         t.Get("http://b/");
+       },
+       "***VYN VCCancel:  24"},
+      {"finished with an error",
+       [](VYNLogTest& t) {
+         t.manager.script.result = 1699;
+         t.Get("http://b/");
+       },
+       "***VYN kVYFInished: returns 1699"},
+      {"certificate error", [](VYNLogTest& t) { t.Judge(4000, 65535); },
+       "***VYN: SSL certificate error: 65535"},
+      {"group 3000 refused", [](VYNLogTest& t) { t.Judge(3000, 0); },
+       "***VYN: VeriSign Class 3 PCA is not accepted as a trusted root."},
+      {"one expected ID",
+       [](VYNLogTest& t) {
+         t.request->AddExpectedSSLCertID("AB=", 3);
+         t.Judge(4000, 0);
+       },
+       "***VYN: SSL Cert ID failure: Expecting \"AB=\", " + received},
+      {"two expected IDs",
+       [](VYNLogTest& t) {
+         t.request->AddExpectedSSLCertID("AB=", 3);
+         t.request->AddExpectedSSLCertID("CD=", 3);
+         t.Judge(4000, 0);
+       },
+       "***VYN: SSL Cert ID failure: Expecting \"AB=\" or \"CD=\", " + received},
+      {"accepted", [](VYNLogTest& t) { t.Judge(4001, 0); },
+       "VYN: Received trusted root 4001 (RSA Secure Server CA)", 3},
+  };
+}
+
+class EveryVYNLine : public VYNLogTest, public testing::WithParamInterface<std::size_t> {};
+
+TEST_P(EveryVYNLine, IsWrittenWordForWordAtItsLevelWithoutExtra) {
+  LineRow const row = EveryLine()[GetParam()];
+  row.act(*this);
+  std::string all;
+  for (std::string const& text : Texts()) all += text + "\n";
+  EXPECT_TRUE(Logged(row.text, row.level)) << row.where << ", which logged\n" << all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, EveryVYNLine, testing::Range<std::size_t>(0, EveryLine().size()));
+
+TEST_F(VYNLogTest, IsOptional) {
+  access->SetLogCallback(nullptr);
+  EXPECT_EQ(Get("http://b/"), KRNetStatus_Success);
+  EXPECT_EQ(Lines().size(), 0u);
+  LogLine(nullptr, 1, "to nobody %d", 1);
+}
+
+TEST_F(VYNLogTest, ShowsLongUrlsWhole) {
+  for (std::size_t const length : {1000u, 2023u, 2024u, 2025u, 2048u, 60000u}) {
+    Lines().clear();
+    std::string const url = "http://b/" + std::string(length - 9, 'p');
+    EXPECT_EQ(Get(url.c_str()), KRNetStatus_Success);
+    EXPECT_EQ(Texts()[0], "VYN: Beginning get from " + url);
+    EXPECT_EQ(Texts()[1], "VYN: End get from " + url + ", netstatus 0");
+  }
+}
+
+TEST_F(VYNLogTest, CutsALineItHasNoMemoryFor) {
+  std::string const text(5000, 't');
+  FailingAllocation const failing(1, true);
+  LogLine(access.get(), 1, "%s", text.c_str());
+  EXPECT_EQ(Texts(), std::vector<std::string>{std::string(2047, 't')});
+}
+
+TEST_F(VYNLogTest, ShowsExpectedIdsOfAnyLength) {
+  std::string const id(3000, 'i');
+  request->AddExpectedSSLCertID(id.data(), 3000);
+  Judge(4000, 0);
+  EXPECT_NE(Texts()[0].find("Expecting \"" + id + "\", received"), std::string::npos);
+}
+
+TEST_F(VYNLogTest, HidesThePasswordOfAUrlAndSendsItAllTheSame) {
+  EXPECT_EQ(Get("http://jo:secret@b/x"), KRNetStatus_Success);
+  EXPECT_EQ(Send("http://jo:secret@b/x", "OFX"), KRNetStatus_Success);
+  EXPECT_EQ(Texts(),
+            (std::vector<std::string>{"VYN: Beginning get from http://jo:******@b/x",
+                                      "VYN: End get from http://jo:******@b/x, netstatus 0",
+                                      "VYN: Beginning send to http://jo:******@b/x",
+                                      "VYN: End send to http://jo:******@b/x, netstatus 0"}));
+  EXPECT_EQ(manager.calls[0], "VCGetFileRequest(null, http://jo:secret@b/x)");
+}
+
+struct UrlRow {
+  char const* url;
+  char const* shown;
+};
+
+TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
+  for (UrlRow const& row :
+       std::vector<UrlRow>{{"https://jo:pw@b/", "https://jo:**@b/"},
+                           {"https://jo:pw@b", "https://jo:**@b"},
+                           {"https://:pw@b/", "https://:**@b/"},
+                           {"https://jo:@b/", "https://jo:@b/"},
+                           {"https://jo@b/", "https://jo@b/"},
+                           {"https://b/", "https://b/"},
+                           {"https://b:8080/", "https://b:8080/"},
+                           {"https://b:8080/jo:x@y", "https://b:8080/jo:x@y"},
+                           {"https://b:/x@y", "https://b:/x@y"},
+                           {"https://b/jo:x@y", "https://b/jo:x@y"},
+                           {"https://b?m=jo:x@y", "https://b?m=jo:x@y"},
+                           {"https://jo:p@w@b/", "https://jo:***@b/"},
+                           {"https://jo:p:w@b:8080/", "https://jo:***@b:8080/"},
+                           {"https://jo:p/w@b/", "https://jo:***@b/"},
+                           {"https://jo:p?w@b/", "https://jo:***@b/"},
+                           {"https://jo:p#w@b/", "https://jo:***@b/"},
+                           {"https://jo:pw@[::1]:8080/", "https://jo:**@[::1]:8080/"},
+                           {"https://[::1]:8080/x@y", "https://[::1]:8080/x@y"},
+                           {"https://[::1]/x@y", "https://[::1]/x@y"},
+                           {"https:/jo:pw@b/", "https:/jo:**@b/"},
+                           {"https:///jo:pw@b/", "https:///jo:**@b/"},
+                           {"jo:pw@b/", "jo:**@b/"},
+                           {"jo:pw@b/?u=http://x/", "jo:**@b/?u=http://x/"},
+                           {"file://c|/dir/a@b.ofx", "file://c|/dir/a@b.ofx"},
+                           {"http://", "http://"},
+                           {"@", "@"},
+                           {":@", ":@"},
+                           {"", ""}}) {
+    EXPECT_STREQ(LoggableUrl(row.url).Text(), row.shown) << row.url;
+  }
+}
+
+TEST(LoggableUrl, ShowsNothingWithoutMemoryToMask) {
+  FailingAllocation const failing(1);
+  EXPECT_STREQ(LoggableUrl("https://jo:pw@b/").Text(), "***");
+}
+
+}  // namespace
