@@ -1,0 +1,44 @@
+// A certificate authority that lives as long as the program, and the certificate that it gives to
+// the server. The authority's key is gone once that is done; no key is ever written anywhere.
+
+#ifndef KROFX_EXAMPLES_BANK_SERVER_CERTIFICATES_H_
+#define KROFX_EXAMPLES_BANK_SERVER_CERTIFICATES_H_
+
+#include <openssl/evp.h>
+#include <openssl/x509.h>
+
+#include <memory>
+#include <string>
+
+namespace bank_server {
+
+/// Frees what OpenSSL made.
+template <auto kFree>
+struct Freeing {
+  template <class Object>
+  void operator()(Object* object) const {
+    kFree(object);
+  }
+};
+using Key = std::unique_ptr<EVP_PKEY, Freeing<EVP_PKEY_free>>;
+using Certificate = std::unique_ptr<X509, Freeing<X509_free>>;
+
+/// What the server shows, and who vouches for it.
+struct Identity {
+  Certificate authority;
+  Certificate server;
+  Key serverKey;
+};
+
+/// Makes an authority and a certificate for 127.0.0.1 and localhost, valid for a week; false when
+/// OpenSSL cannot.
+bool MakeIdentity(Identity& identity);
+
+/// Writes a certificate as PEM; false when the file cannot be written.
+bool WritePem(X509* certificate, const std::string& file);
+/// Writes a certificate as DER.
+bool WriteDer(X509* certificate, const std::string& file);
+
+}  // namespace bank_server
+
+#endif  // KROFX_EXAMPLES_BANK_SERVER_CERTIFICATES_H_

@@ -1,0 +1,86 @@
+// An OFX server for trying clients out: an invented bank on this machine's loopback address.
+//
+//   bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE] [--once | --requests N]
+//
+// It makes itself a certificate at start, and prints `listening on https://127.0.0.1:PORT/ofx`. A
+// client trusts it by the authority's certificate, which --ca-file writes as PEM and --ca-der as
+// DER. It answers for the user ada.w with the password not-a-real-password, whose accounts stand in
+// bank_data.cpp, in both versions of the message sets: sign-on, profile, list of accounts, bank,
+// card and investment statements, descriptions of securities, and transfers between own accounts,
+// which change balances until the program ends. Transactions are told from the first to the last
+// day that a request names, both included; times and zones play no part.
+//
+// The files: main.cpp reads the command line; server.cpp speaks HTTP; certificates.cpp makes the
+// certificates; answer.cpp turns a request's text into the answer's; request_classes.cpp says what
+// each part of a request does; statement_, investment_ and profile_answers.cpp make what answers
+// hold; bank.cpp and bank_data.cpp are the bank.
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "server.h"
+
+namespace {
+
+constexpr char kUsage[] =
+    "usage: bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE]\n"
+    "                   [--once | --requests N]\n"
+    "  --port N        listen on port N of 127.0.0.1 (default: a free one)\n"
+    "  --http          speak plain HTTP\n"
+    "  --ca-file FILE  write the certificate of the authority as PEM\n"
+    "  --ca-der FILE   write it as DER\n"
+    "  --once          end after one request\n"
+    "  --requests N    end after N requests\n";
+
+// A number from 1 to `max`.
+bool ReadNumber(const char* text, unsigned long max, unsigned long& number) {
+  char* end = nullptr;
+  number = std::strtoul(text, &end, 10);
+  return *text >= '0' && *text <= '9' && *end == '\0' && number >= 1 && number <= max;
+}
+
+bool ReadOptions(int count, char** arguments, bank_server::Options& options) {
+  for (int index = 1; index < count; ++index) {
+    const char* const name = arguments[index];
+    if (std::strcmp(name, "--http") == 0) {
+      options.plain = true;
+      continue;
+    }
+    if (std::strcmp(name, "--once") == 0) {
+      options.requests = 1;
+      continue;
+    }
+    if (++index == count) return false;
+    const char* const value = arguments[index];
+    unsigned long number = 0;
+    if (std::strcmp(name, "--ca-file") == 0) {
+      options.authorityPem = value;
+    } else if (std::strcmp(name, "--ca-der") == 0) {
+      options.authorityDer = value;
+    } else if (std::strcmp(name, "--port") == 0 && ReadNumber(value, 65535, number)) {
+      options.port = static_cast<int>(number);
+    } else if (std::strcmp(name, "--requests") == 0 && ReadNumber(value, 1000000000, number)) {
+      options.requests = number;
+    } else {
+      return false;
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count == 2 && std::strcmp(arguments[1], "--help") == 0) {
+    std::fputs(kUsage, stdout);
+    return 0;
+  }
+  bank_server::Options options;
+  if (!ReadOptions(count, arguments, options)) {
+    std::fputs(kUsage, stderr);
+    return 64;
+  }
+  bank_server::Bank bank;
+  return bank_server::Serve(bank, options);
+}

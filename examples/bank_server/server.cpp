@@ -1,0 +1,232 @@
+// The HTTP side, over cpp-httplib.
+//
+// Bodies are read by hand, piece by piece, so that no request takes more memory than the limit,
+// however it is sent. Nothing of a body is ever logged: it holds a password.
+
+#include "server.h"
+
+#include <httplib.h>
+#include <sys/socket.h>
+
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <mutex>
+#include <thread>
+
+#include "answer.h"
+#include "certificates.h"
+
+namespace bank_server {
+namespace {
+
+constexpr char kHost[] = "127.0.0.1";
+constexpr char kPath[] = "/ofx";
+constexpr std::size_t kMaxBody = 1024 * 1024;
+constexpr std::size_t kThreads = 4;
+constexpr time_t kTimeout = 10;
+
+// Only this program may have its port.
+void SetSocketOptions(socket_t socket) {
+  const int yes = 1;
+  setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+}
+
+bool SetUpTls(SSL_CTX& context, const Identity& identity) {
+  return SSL_CTX_set_min_proto_version(&context, TLS1_2_VERSION) == 1 &&
+         SSL_CTX_use_certificate(&context, identity.server.get()) == 1 &&
+         SSL_CTX_use_PrivateKey(&context, identity.serverKey.get()) == 1;
+}
+
+// Reads a body; the status for what went wrong, or 200.
+int ReadBody(const httplib::ContentReader& reader, KRBuffer& body) {
+  bool tooLong = false;
+  const bool whole = reader([&](const char* bytes, std::size_t count) {
+    tooLong = count > kMaxBody - body.GetBufferSize();
+    return !tooLong && body.WriteLarge(bytes, static_cast<u32>(count)) == KRBufferOK;
+  });
+  if (tooLong) return 413;
+  return whole ? 200 : 400;
+}
+
+// The bank as a set of handlers. The bank belongs to one thread at a time, the server has several.
+class Handlers {
+ public:
+  explicit Handlers(Bank& bank) : m_answerer(bank) {}
+
+  void AddTo(httplib::Server& server) {
+    using Request = httplib::Request;
+    using Response = httplib::Response;
+    using Reader = httplib::ContentReader;
+    const auto refuse = [](const Request& request, Response& response, const Reader& reader) {
+      Refuse(request, response, reader);
+    };
+    server.Post(kPath, [this](const Request& request, Response& response, const Reader& reader) {
+      Post(request, response, reader);
+    });
+    // A method without a handler for bodies would have them read whole, without a limit.
+    server.Post(".*", refuse).Put(".*", refuse).Patch(".*", refuse).Delete(".*", refuse);
+    const auto refuseWithoutBody = [](const Request& request, Response& response) {
+      Refuse(request, response);
+    };
+    server.Get(".*", refuseWithoutBody).Options(".*", refuseWithoutBody);
+  }
+
+ private:
+  static void Refuse(const httplib::Request& request, httplib::Response& response) {
+    if (request.path == kPath) {
+      response.status = 405;
+      response.set_header("Allow", "POST");
+    } else {
+      response.status = 404;
+    }
+  }
+  static void Refuse(const httplib::Request& request, httplib::Response& response,
+                     const httplib::ContentReader& reader) {
+    // What is left unread when the connection closes can take the answer with it.
+    if (!request.is_multipart_form_data()) {
+      KRBuffer ignored(0, 0);
+      ReadBody(reader, ignored);
+    }
+    Refuse(request, response);
+  }
+
+  void Post(const httplib::Request& request, httplib::Response& response,
+            const httplib::ContentReader& reader) {
+    if (request.is_multipart_form_data()) {
+      response.status = 415;
+      return;
+    }
+    KRBuffer body(0, 0);
+    const int read = ReadBody(reader, body);
+    if (read != 200) {
+      if (response.status != 413) response.status = read;
+      return;
+    }
+    KRDateTime now;
+    now = static_cast<s32>(std::time(nullptr));
+    KRBuffer reply(0, 0);
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    switch (m_answerer.Answer(body, now, reply)) {
+      case Answered::kYes:
+        response.set_content(reply.GetBufferPtr(), reply.GetBufferSize(), "application/x-ofx");
+        break;
+      case Answered::kNotOfx:
+        response.status = 400;
+        break;
+      case Answered::kFailed:
+        response.status = 500;
+        break;
+    }
+  }
+
+  std::mutex m_mutex;
+  Answerer m_answerer;
+};
+
+std::unique_ptr<httplib::Server> MakeServer(const Options& options, const Identity& identity) {
+  std::unique_ptr<httplib::Server> server;
+  if (options.plain) {
+    server = std::make_unique<httplib::Server>();
+  } else {
+    server = std::make_unique<httplib::SSLServer>(
+        [&identity](SSL_CTX& context) { return SetUpTls(context, identity); });
+  }
+  server->set_socket_options(SetSocketOptions);
+  server->set_payload_max_length(kMaxBody);
+  server->set_read_timeout(kTimeout).set_write_timeout(kTimeout);
+  // A client that keeps its connection open would keep a thread from all others.
+  server->set_keep_alive_max_count(1);
+  server->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
+  return server;
+}
+
+bool WriteAuthority(const Options& options, const Identity& identity) {
+  if (!options.authorityPem.empty() && !WritePem(identity.authority.get(), options.authorityPem)) {
+    std::perror(options.authorityPem.c_str());
+    return false;
+  }
+  if (!options.authorityDer.empty() && !WriteDer(identity.authority.get(), options.authorityDer)) {
+    std::perror(options.authorityDer.c_str());
+    return false;
+  }
+  return true;
+}
+
+// The signals that end the program, kept from all threads so that one can wait for them.
+class EndSignals {
+ public:
+  EndSignals() : m_waiter(pthread_self()) {
+    sigemptyset(&m_set);
+    sigaddset(&m_set, SIGTERM);
+    sigaddset(&m_set, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &m_set, nullptr);
+  }
+  void Wait() const {
+    int signal = 0;
+    sigwait(&m_set, &signal);
+  }
+  // Ends the waiting from another thread.
+  void Raise() const { pthread_kill(m_waiter, SIGTERM); }
+
+ private:
+  sigset_t m_set;
+  pthread_t m_waiter;
+};
+
+}  // namespace
+
+int Serve(Bank& bank, const Options& options) {
+  const EndSignals signals;
+  Identity identity;
+  if (!options.plain && !MakeIdentity(identity)) {
+    std::fprintf(stderr, "no certificate could be made\n");
+    return 1;
+  }
+  if (!options.plain && !WriteAuthority(options, identity)) return 1;
+
+  const std::unique_ptr<httplib::Server> server = MakeServer(options, identity);
+  Handlers handlers(bank);
+  handlers.AddTo(*server);
+  std::atomic<std::size_t> answered = 0;
+  server->set_logger([&](const httplib::Request& request, const httplib::Response& response) {
+    std::fprintf(stderr, "%s %d, %zu bytes\n", request.method.c_str(), response.status,
+                 response.body.size());
+    if (++answered == options.requests) signals.Raise();
+  });
+
+  int port = options.port;
+  if (!server->is_valid()) port = -1;
+  if (port == 0) {
+    port = server->bind_to_any_port(kHost);
+  } else if (port > 0 && !server->bind_to_port(kHost, port)) {
+    port = -1;
+  }
+  if (port <= 0) {
+    std::fprintf(stderr, "cannot listen on %s\n", kHost);
+    return 1;
+  }
+  const char* const scheme = options.plain ? "http" : "https";
+  bank.SetUrl(std::string(scheme) + "://" + kHost + ":" + std::to_string(port) + kPath);
+
+  // The socket takes connections from here on; the thread only has to fetch them.
+  std::atomic<bool> ended = false;
+  std::thread listener([&] {
+    server->listen_after_bind();
+    ended = true;
+    signals.Raise();
+  });
+  std::printf("listening on %s\n", bank.Url().c_str());
+  std::fflush(stdout);
+  signals.Wait();
+  const bool onItsOwn = ended;
+  // A server that has not begun to listen cannot be stopped.
+  while (!server->is_running() && !ended) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  server->stop();
+  listener.join();
+  return onItsOwn ? 1 : 0;
+}
+
+}  // namespace bank_server
