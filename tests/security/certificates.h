@@ -4,6 +4,8 @@
 #ifndef KROFX_TESTS_SECURITY_CERTIFICATES_H_
 #define KROFX_TESTS_SECURITY_CERTIFICATES_H_
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <string>
 #include <utility>

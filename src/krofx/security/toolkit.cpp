@@ -50,13 +50,12 @@ bool IsBoundTo(AlgorithmObject const* object, unsigned char const* algorithm) {
   return object != nullptr && object->algorithm == algorithm;
 }
 
-// Runs `step` with an output that knows its end, and counts what it wrote.
+// Runs `step` with the output, and counts what it wrote.
 template <class Step>
-int Code(AlgorithmObject const* object, char* area, u32 room, u32* written, Step step) {
-  if (!IsBoundTo(object, g_base64)) return kFailed;
-  CodedOutput out{area, area + room};
-  if (!step(out)) return kFailed;
-  *written = static_cast<u32>(out.at - area);
+int Code(AlgorithmObject const* object, CodedOutput out, u32* written, Step step) {
+  char const* const begin = out.at;
+  if (!IsBoundTo(object, g_base64) || !step(out)) return kFailed;
+  *written = static_cast<u32>(out.at - begin);
   return kDone;
 }
 
@@ -117,12 +116,12 @@ int EncodeInit(AlgorithmObject* algorithm) {
 
 int EncodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
                  u32 length) {
-  return Code(algorithm, out, room, written,
+  return Code(algorithm, {out, out + room}, written,
               [&](CodedOutput& area) { return CodeAll(algorithm->encoder, area, data, length); });
 }
 
 int EncodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
-  return Code(algorithm, out, room, written,
+  return Code(algorithm, {out, out + room}, written,
               [&](CodedOutput& area) { return algorithm->encoder.Finish(area); });
 }
 
@@ -134,12 +133,12 @@ int DecodeInit(AlgorithmObject* algorithm) {
 
 int DecodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
                  u32 length) {
-  return Code(algorithm, out, room, written,
+  return Code(algorithm, {out, out + room}, written,
               [&](CodedOutput& area) { return CodeAll(algorithm->decoder, area, data, length); });
 }
 
 int DecodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
-  return Code(algorithm, out, room, written,
+  return Code(algorithm, {out, out + room}, written,
               [&](CodedOutput&) { return algorithm->decoder.Finish(); });
 }
 
