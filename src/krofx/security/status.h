@@ -12,15 +12,15 @@ enum KRSecStatus : u32 {
   KRSecStatus_Success = 0,
   /// KRCertID was given no certificate.
   KRSecStatus_MissingInput = 1,
-  /// KRDigest could not be set up.
+  /// KRDigest could not be set up. Known inside it only: callers are told 3 by the first use.
   KRSecStatus_DigestSetupFailed = 2,
   /// KRDigest failed, or it has no input.
   KRSecStatus_DigestFailed = 3,
-  /// KREncode could not be set up.
+  /// KREncode could not be set up. Known inside it only: callers are told 5 by the first use.
   KRSecStatus_EncoderSetupFailed = 4,
   /// KREncode failed, or it has no input.
   KRSecStatus_EncodingFailed = 5,
-  /// KRDecode could not be set up.
+  /// KRDecode could not be set up. Known inside it only: callers are told 7 by the first use.
   KRSecStatus_DecoderSetupFailed = 6,
   /// KRDecode failed, its text is no base64, or it has no input.
   KRSecStatus_DecodingFailed = 7,
