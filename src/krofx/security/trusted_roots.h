@@ -8,7 +8,6 @@
 #ifndef KROFX_SECURITY_TRUSTED_ROOTS_H_
 #define KROFX_SECURITY_TRUSTED_ROOTS_H_
 
-#include "krofx/core/export.h"
 #include "krofx/core/types.h"
 
 namespace krofx::internal {
@@ -24,15 +23,15 @@ struct TrustedRoot {
 };
 
 /// 1000: the root of branding servers.
-KROFX_API extern TrustedRoot const kNorvikBrandingRoot;
+extern TrustedRoot const kNorvikBrandingRoot;
 /// 2000: the authority of OFX servers.
-KROFX_API extern TrustedRoot const kVeriSignOFXCARoot;
+extern TrustedRoot const kVeriSignOFXCARoot;
 /// 3000: the issuer of 2000, which chains need on their way but must not end at.
-KROFX_API extern TrustedRoot const kVeriSignClass3Root;
+extern TrustedRoot const kVeriSignClass3Root;
 /// 4000: the secure server authority, in its first issue.
-KROFX_API extern TrustedRoot const kRSAServerRoot;
+extern TrustedRoot const kRSAServerRoot;
 /// 4001: the secure server authority, issued again.
-KROFX_API extern TrustedRoot const kRSAServerRootReissue;
+extern TrustedRoot const kRSAServerRootReissue;
 
 }  // namespace krofx::internal
 
