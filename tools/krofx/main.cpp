@@ -9,7 +9,8 @@ namespace {
 
 using namespace krofx::command;
 
-constexpr AddSubcommand kSubcommands[] = {AddPrint, AddCheck, AddRewrite, AddRequest, AddExtract};
+constexpr AddSubcommand kSubcommands[] = {AddPrint,   AddCheck,   AddRewrite,
+                                          AddRequest, AddExtract, AddCertID};
 
 constexpr char kFooter[] =
     "FILE may be a directory, whose .ofx, .qfx and .qbo files are taken, or - for standard input.\n"
