@@ -33,6 +33,9 @@ void AddRewrite(CLI::App& app, ExitStatus& exitStatus);
 void AddRequest(CLI::App& app, ExitStatus& exitStatus);
 void AddExtract(CLI::App& app, ExitStatus& exitStatus);
 void AddCertID(CLI::App& app, ExitStatus& exitStatus);
+void AddSend(CLI::App& app, ExitStatus& exitStatus);
+void AddGet(CLI::App& app, ExitStatus& exitStatus);
+void AddFetch(CLI::App& app, ExitStatus& exitStatus);
 
 /// Writes one line on standard error: "krofx: WHERE: WHAT".
 void Complain(std::string_view where, std::string_view what);

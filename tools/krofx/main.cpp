@@ -1,4 +1,4 @@
-// The command krofx: reads, checks, rewrites and requests OFX from a shell.
+// The command krofx: reads, checks, rewrites, requests and exchanges OFX from a shell.
 
 #include <CLI/CLI.hpp>
 
@@ -9,8 +9,8 @@ namespace {
 
 using namespace krofx::command;
 
-constexpr AddSubcommand kSubcommands[] = {AddPrint,   AddCheck,   AddRewrite,
-                                          AddRequest, AddExtract, AddCertID};
+constexpr AddSubcommand kSubcommands[] = {AddPrint,  AddCheck, AddRewrite, AddRequest, AddExtract,
+                                          AddCertID, AddSend,  AddGet,     AddFetch};
 
 constexpr char kFooter[] =
     "FILE may be a directory, whose .ofx, .qfx and .qbo files are taken, or - for standard input.\n"
@@ -20,7 +20,7 @@ constexpr char kFooter[] =
 }  // namespace
 
 int main(int argc, char** argv) {
-  CLI::App app("krofx reads, checks, rewrites and requests OFX 1.x files.", "krofx");
+  CLI::App app("krofx reads, checks, rewrites, requests and exchanges OFX 1.x files.", "krofx");
   app.require_subcommand(1);
   app.footer(kFooter);
   app.set_version_flag("--version", "krofx " KROFX_VERSION);
