@@ -49,6 +49,15 @@ const Security* FindBy(const std::vector<Security>& securities, std::string Secu
   return nullptr;
 }
 
+// At least a cent, in whole cents, and not so much that sums and comparisons, which hold 28 digits,
+// could overflow.
+bool IsSensible(const KRPrecisionInteger& amount) {
+  KRPrecisionInteger printed(amount);
+  const std::string text = static_cast<const char*>(printed);
+  const std::size_t point = std::min(text.find('.'), text.size());
+  return amount > KRPrecisionInteger::KRZero && point <= 9 && text.size() - point <= 3;
+}
+
 }  // namespace
 
 u32 DayOf(const KRDateTime& date) {
@@ -106,14 +115,13 @@ const Security* Bank::FindTicker(const std::string& ticker) const {
 
 Transfer Bank::Book(Account& from, Account& to, const KRPrecisionInteger& amount,
                     const KRDateTime& when, const std::string& requestId) {
-  if (amount <= KRPrecisionInteger::KRZero) return {kInvalidAmount, {}};
+  if (!IsSensible(amount)) return {kInvalidAmount, {}};
   if (m_requests.count(requestId) != 0) return {kDuplicateRequest, {}};
   if (from.Available() < amount) return {kInsufficientFunds, {}};
-  if (!requestId.empty()) m_requests.insert(requestId);
-  ++m_transfers;
+  m_requests.insert(requestId);
 
   char id[32];
-  std::snprintf(id, sizeof id, "HF-%06zu", m_transfers);
+  std::snprintf(id, sizeof id, "HF-%06zu", m_requests.size());
   const std::string day = std::to_string(DayOf(when));
   KRPrecisionInteger in(amount);
   KRPrecisionInteger out(amount);

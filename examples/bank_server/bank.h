@@ -136,7 +136,7 @@ class Bank {
   /// A security by its ticker.
   const Security* FindTicker(const std::string& ticker) const;
 
-  /// Books a transfer on both accounts, once for each `requestId` that is not empty.
+  /// Books a transfer on both accounts, once for each `requestId`.
   Transfer Book(Account& from, Account& to, const KRPrecisionInteger& amount,
                 const KRDateTime& when, const std::string& requestId);
 
@@ -156,7 +156,6 @@ class Bank {
   std::string m_url = "https://127.0.0.1/ofx";
   std::deque<User> m_users;
   std::vector<Security> m_securities;
-  std::size_t m_transfers = 0;
   std::set<std::string> m_requests;
 };
 

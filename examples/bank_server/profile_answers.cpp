@@ -15,7 +15,7 @@ constexpr Wording kWordings[] = {
     {kAccountNotFound, "There is no such account"},
     {kSourceNotFound, "There is no such account to transfer from"},
     {kDestinationNotFound, "There is no such account to transfer to"},
-    {kInvalidAmount, "The amount must be above zero"},
+    {kInvalidAmount, "The amount must be above zero, in whole cents"},
     {kDateTooFar, "Transfers are made at once, not at a later day"},
     {kDuplicateRequest, "This transfer was made already"},
     {kInvalidDateRange, "The last day is before the first"},

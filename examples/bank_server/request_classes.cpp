@@ -95,8 +95,9 @@ class OwnTransaction : public KRTransRq {
   u16 ProcessRequest(const ServerImpl* server) override {
     Exchange& exchange = server->Now();
     KRTransRs& answer = *exchange.transaction;
-    if (ValidateTag(KRTag_TRNUID) != 0) answer.SetTransUserID(GetTransUserID());
-    if (ValidateTag(KRTag_CLTCOOKIE) != 0) answer.SetClientCookie(GetClientCookie());
+    // An answer must have an identifier, also that to a request without one.
+    answer.SetTransUserID(GetTransUserID().IsEmpty() != 0 ? KRString("0") : GetTransUserID());
+    if (GetClientCookie().IsEmpty() == 0) answer.SetClientCookie(GetClientCookie());
 
     KRDataObj* incomplete = this;
     if (exchange.user == nullptr) {
@@ -192,9 +193,8 @@ class OwnTransferRq : public KRIntraRq {
     } else if (later) {
       server->Answer(kDateTooFar);
     } else {
-      const KRString& client = exchange.transaction->GetTransUserID();
       const std::string id =
-          client.IsEmpty() != 0 ? "" : exchange.user->id + ' ' + std::string(client);
+          exchange.user->id + ' ' + std::string(exchange.transaction->GetTransUserID());
       const Transfer made = exchange.bank.Book(*from, *to, info.GetTranAmount(), exchange.now, id);
       server->Answer(made.code, made.code == kDone ? Confirm(made, info, exchange.now) : nullptr);
     }

@@ -403,6 +403,10 @@ TEST_P(BankServer, RefusesTransfersThatItCannotMake) {
       {Checking(), BankAccount("TO", "00718330011", "CHECKING"), "<TRNAMT>1", 2009},
       {Checking(), BankAccount("TO", "00718220946", "CHECKING"), "<TRNAMT>1", 2009},
       {Checking(), savings, "<TRNAMT>0", 2012},
+      {Checking(), savings, "<TRNAMT>.001", 2012},
+      {Checking(), savings, "<TRNAMT>.0000000000000000000000000001", 2012},
+      {Checking(), savings, "<TRNAMT>9999999999999999999999999999", 2012},
+      {Checking(), savings, "<TRNAMT>999999999.99", 10504},
       {Checking(), savings, "<TRNAMT>3495.46", 10504},
       {Checking(), savings, "<TRNAMT>1<DTDUE>20260201", 2015},
       {Checking(), "", "<TRNAMT>1", 2000},
@@ -459,6 +463,28 @@ TEST_P(BankServer, NeverBreaksOnAShortenedRequest) {
     asked.WriteLarge(whole.data(), static_cast<u32>(length));
     KRBuffer reply(0, 0);
     EXPECT_NE(m_answerer.Answer(asked, KRDateTime(kDay), reply), Answered::kFailed) << length;
+  }
+}
+
+TEST_P(BankServer, NeverBreaksOnAGarbledRequest) {
+  const std::string whole =
+      Request(Statement(Checking() + "<INCTRAN><DTSTART>20260101<INCLUDE>Y</INCTRAN>") + Card("") +
+              Investment("7-4401-22", "<INCLUDE>Y", "Y", "Y"));
+  const std::string marks = "<>/&;[]#*-.09AY\n";
+  u32 state = 1;
+  const auto random = [&state](std::size_t below) {
+    state = state * 1664525 + 1013904223;
+    return (state >> 8) % below;
+  };
+  for (int run = 0; run < 400; ++run) {
+    std::string text = whole;
+    for (std::size_t changes = 1 + random(4); changes > 0; --changes) {
+      text[random(text.size())] = marks[random(marks.size())];
+    }
+    KRBuffer asked(0, 0);
+    asked.WriteLarge(text.data(), static_cast<u32>(text.size()));
+    KRBuffer reply(0, 0);
+    EXPECT_NE(m_answerer.Answer(asked, KRDateTime(kDay), reply), Answered::kFailed) << text;
   }
 }
 
