@@ -1,6 +1,7 @@
 // One exchange from its first log line to its last: created, set up, started, waited for.
 
 #include <cstring>
+#include <new>
 
 #include "krofx/core/buffer.h"
 #include "krofx/core/string.h"
@@ -188,7 +189,9 @@ void VYNNetRequest::WaitForReply(u16* finished) {
   VYNWaitPlatform& platform = *m_access->m_platform;
   Call own;
   bool const isOuter = m_call == nullptr;
-  if (isOuter) m_call = &own;
+  // Laundered, since an optimising compiler takes the plain address for one that outlives its
+  // object: it does not see that a request which is gone holds it no more.
+  if (isOuter) m_call = std::launder(&own);
   Call const& call = *m_call;
   // What `finished` points to may be gone with the request, so the call is asked first.
   while (!call.over && *finished == 0) {
