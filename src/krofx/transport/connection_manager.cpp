@@ -1,8 +1,10 @@
-// The one operation of a connection manager that has a default: letting time pass.
+// The operations of a connection manager that have a default.
 
 #include "krofx/transport/connection_manager.h"
 
 #include <ctime>
+
+void VYNConnectionManager::VCRelease(void* /*session*/, void* /*exchange*/) {}
 
 void VYNConnectionManager::VCWork(u32 milliseconds) {
   timespec left{static_cast<time_t>(milliseconds / 1000),

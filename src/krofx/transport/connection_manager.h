@@ -140,7 +140,9 @@ class KROFX_API VYNConnectionManager {
   virtual u16 VCCancel(void* session, void* exchange) = 0;
   /// Gives back an exchange that has had no finished record, started or not: it ends at once, its
   /// callbacks are made no more, files that nobody was told of are removed, and the handle is dead.
-  virtual void VCRelease(void* session, void* exchange) = 0;
+  /// The default does nothing, for a manager that keeps nothing of such an exchange and never calls
+  /// back for one later; any other must do as told here.
+  virtual void VCRelease(void* session, void* exchange);
 
   /// Says in `*needs`, with 1, that the network has yet to be set up.
   virtual u16 VY_IspConfig_NeedsToConfigure(u32* needs) = 0;
