@@ -258,7 +258,8 @@ TEST_F(CurlLifecycle, IsGivenBackFromEachCallback) {
     probe.Get(server.Url())
         .Root(where == 2 ? TestCertificate::Authority("other") : m_authority, 7000);
     ASSERT_EQ(probe.Start(), 0);
-    while (!released) m_manager.VCWork(3600000);
+    while (!released && probe.finished == 0) m_manager.VCWork(3600000);
+    EXPECT_TRUE(released) << where << ": " << probe.result;
     for (int i = 0; i < 3; ++i) m_manager.VCWork(0);
     EXPECT_EQ(probe.finished, where == 3 ? 1 : 0) << where;
   }
@@ -339,7 +340,8 @@ TEST_F(CurlLifecycle, IsDeletedFromEachCallback) {
     probe.Get(server.Url())
         .Root(where == 2 ? TestCertificate::Authority("other") : m_authority, 7000);
     ASSERT_EQ(probe.Start(), 0);
-    while (manager != nullptr) manager->VCWork(3600000);
+    while (manager != nullptr && probe.finished == 0) manager->VCWork(3600000);
+    EXPECT_EQ(manager, nullptr) << where << ": " << probe.result;
     EXPECT_EQ(probe.finished, where == 3 ? 1 : 0) << where;
   }
 }

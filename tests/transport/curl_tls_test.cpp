@@ -131,13 +131,13 @@ TEST_F(CurlTls, RefusesAnUnknownRoot) {
   EXPECT_TRUE(probe.chain.empty());
 }
 
-// The signature fails inside the handshake, and libcurl says no more than that.
 TEST_F(CurlTls, RefusesARootOfTheSameNameWithAnotherKey) {
   TestCertificate const impostor = TestCertificate::Authority("authority");
   TlsServer server(Showing({impostor.IssueForLoopback(), impostor}));
   CurlProbe probe(m_manager, m_session, m_folder);
-  EXPECT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), VYNCurlCode_HandshakeFailed);
-  EXPECT_EQ(probe.asked, 0);
+  EXPECT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), VYNCurlCode_Untrusted);
+  EXPECT_EQ(probe.asked, 1);
+  EXPECT_EQ(probe.certificateError, VYNCurlCode_Untrusted);
 }
 
 TEST_F(CurlTls, EndsEvenWhenTheCallbackWouldAcceptWhatFailed) {

@@ -5,6 +5,7 @@
 #include <openssl/bio.h>
 #include <openssl/err.h>
 #include <openssl/pem.h>
+#include <openssl/sslerr.h>
 #include <openssl/x509v3.h>
 
 #include <climits>
@@ -180,6 +181,17 @@ void CallbackChain::Clear() {
     m_first = element->next;
     Free(element);
   }
+}
+
+bool TakeCertificateRefusal() {
+  bool refused = false;
+  while (unsigned long const error = ERR_get_error()) {
+    if (ERR_GET_LIB(error) == ERR_LIB_SSL &&
+        ERR_GET_REASON(error) == SSL_R_CERTIFICATE_VERIFY_FAILED) {
+      refused = true;
+    }
+  }
+  return refused;
 }
 
 CryptoErrorScope::CryptoErrorScope() { ERR_set_mark(); }

@@ -104,6 +104,10 @@ class CallbackChain {
   SSLCertificateChain* m_first = nullptr;
 };
 
+/// Empties the thread's queue of libcrypto errors. Whether a handshake failed over a certificate is
+/// among them: when a signature does not hold, libcurl's own answer hides that.
+bool TakeCertificateRefusal();
+
 /// Takes back what a scope leaves in the thread's queue of libcrypto errors, where libcurl would
 /// take it for an error of its own connection.
 class CryptoErrorScope {

@@ -187,7 +187,11 @@ void CurlCore::Release(void* session, void* handle) {
 
 void CurlCore::Work(u32 milliseconds) {
   Scope const scope(*this);
-  if (m_inCurl || Turn() || m_destroyed) return;
+  if (m_inCurl) return;
+  bool const moved = m_moved;
+  bool const told = Turn();
+  m_moved = false;
+  if (moved || told || m_destroyed) return;
   int const wait = milliseconds > INT_MAX ? INT_MAX : static_cast<int>(milliseconds);
   curl_multi_poll(m_multi, nullptr, 0, wait, nullptr);
   Turn();
@@ -196,12 +200,14 @@ void CurlCore::Work(u32 milliseconds) {
 // One step of everything; true when somebody was told of something.
 bool CurlCore::Turn() {
   int running = 0;
+  TakeCertificateRefusal();
   m_inCurl = true;
   curl_multi_perform(m_multi, &running);
   m_inCurl = false;
+  bool const certificateRefused = TakeCertificateRefusal();
   bool told = FinishVerdicts();
   told = TellProgress() || told;
-  return FinishTransfers() || told;
+  return FinishTransfers(certificateRefused) || told;
 }
 
 // Each of the next three looks from the start again behind every callback, which may have changed
@@ -239,7 +245,7 @@ bool CurlCore::FinishVerdicts() {
   return told;
 }
 
-bool CurlCore::FinishTransfers() {
+bool CurlCore::FinishTransfers(bool certificateRefused) {
   bool told = false;
   int left = 0;
   while (CURLMsg const* const message = curl_multi_info_read(m_multi, &left)) {
@@ -249,7 +255,7 @@ bool CurlCore::FinishTransfers() {
     curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
     if (exchange == nullptr || exchange->m_state != ExchangeState::Running) continue;
     exchange->m_state = ExchangeState::Ending;
-    u16 const code = exchange->Result(result);
+    u16 const code = exchange->Result(result, certificateRefused);
     if (exchange->m_state == ExchangeState::Ending) Finish(*exchange, code);
     told = true;
   }
@@ -257,6 +263,7 @@ bool CurlCore::FinishTransfers() {
 }
 
 void CurlCore::Finish(CurlExchange& exchange, u16 code) {
+  m_moved = true;
   exchange.m_state = ExchangeState::Dead;
   Detach(exchange);
   VYFinishedRecord record;

@@ -62,7 +62,7 @@ class CurlCore : public HeapObject {
   bool Turn();
   bool TellProgress();
   bool FinishVerdicts();
-  bool FinishTransfers();
+  bool FinishTransfers(bool certificateRefused);
   void Finish(CurlExchange& exchange, u16 code);
   void Kill(CurlExchange& exchange);
   void Detach(CurlExchange& exchange);
@@ -75,6 +75,8 @@ class CurlCore : public HeapObject {
   std::uintptr_t m_lastHandle = 0;
   u32 m_depth = 0;
   bool m_inCurl = false;
+  // Whether an exchange ended since the last Work, which then has nothing to wait for.
+  bool m_moved = false;
   bool m_destroyed = false;
 };
 

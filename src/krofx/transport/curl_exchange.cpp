@@ -130,11 +130,13 @@ VYProgressRecord CurlExchange::TakeNews() {
   return record;
 }
 
-u16 CurlExchange::Result(CURLcode result) {
+u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
   if (m_stopped != 0) return m_stopped;
   if (result == CURLE_OK) return CodeOfHttpStatus(LongInfo(m_easy, CURLINFO_RESPONSE_CODE));
-  if (result == CURLE_PEER_FAILED_VERIFICATION) {
-    u16 const code = CodeOfVerification(LongInfo(m_easy, CURLINFO_SSL_VERIFYRESULT));
+  bool const badSignature = result == CURLE_SSL_CONNECT_ERROR && certificateRefused;
+  if (result == CURLE_PEER_FAILED_VERIFICATION || badSignature) {
+    u16 const code = badSignature ? u16{VYNCurlCode_Untrusted}
+                                  : CodeOfVerification(LongInfo(m_easy, CURLINFO_SSL_VERIFYRESULT));
     u16 const answer = AskCallback(nullptr, 0, code);
     return answer != 0 ? answer : code;
   }

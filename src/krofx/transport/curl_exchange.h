@@ -83,8 +83,8 @@ class CurlExchange : public HeapObject {
   /// Makes the next progress record; there must be one.
   VYProgressRecord TakeNews();
   /// The code of a transfer that libcurl ended. Asks the certificate callback if the server's
-  /// certificates were the reason.
-  u16 Result(CURLcode result);
+  /// certificates were the reason; `certificateRefused` says that of a failed handshake.
+  u16 Result(CURLcode result, bool certificateRefused);
   /// Hands the files over and makes the finished record.
   void Finish(u16 code, VYFinishedRecord& record);
 

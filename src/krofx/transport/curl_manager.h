@@ -164,7 +164,8 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   void VCRelease(void* session, void* exchange) override;
   /// Always 0 and success: what the network needs is the system's affair.
   u16 VY_IspConfig_NeedsToConfigure(u32* needs) override;
-  /// Inside a certificate callback this does nothing; inside any other it works as usual.
+  /// Returns at once when an exchange has ended since the last call, as by VCCancel. Inside a
+  /// certificate callback this does nothing; inside any other it works as usual.
   void VCWork(u32 milliseconds) override;
 
  private:
