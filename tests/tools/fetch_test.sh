@@ -44,6 +44,18 @@ done
 expect 0 fetch profile --url "$url" "${trust[@]}" --org HARBORFED --fid 40711
 has out HARBOR
 
+# In front of a person the password is asked for and not shown.
+asking=(fetch accounts --url "$url" "${trust[@]}" --org HARBORFED --fid 40711 --user ada.w)
+python3 "$here/with_terminal.py" not-a-real-password "$krofx" "${asking[@]}" >out 2>err ||
+  fail 'no answer to a password that was typed'
+has out 00718220946
+has out 'krofx: connecting to 127.0.0.1'
+lacks out not-a-real-password
+python3 "$here/with_terminal.py" "$(printf '\003')" "$krofx" "${asking[@]}" >out 2>err
+[ $? -eq 2 ] || fail 'the interrupt key does not end the prompt'
+has out interrupted
+lacks out connecting
+
 # In two steps, and kept.
 fetch statement "${account[@]}" --save-reply kept.ofx --save-headers headers
 expect 0 print kept.ofx
