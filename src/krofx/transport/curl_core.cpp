@@ -188,13 +188,12 @@ void CurlCore::Release(void* session, void* handle) {
 void CurlCore::Work(u32 milliseconds) {
   Scope const scope(*this);
   if (m_inCurl) return;
-  bool const moved = m_moved;
-  bool const told = Turn();
+  if (!Turn() && !m_moved && !m_destroyed) {
+    int const wait = milliseconds > INT_MAX ? INT_MAX : static_cast<int>(milliseconds);
+    curl_multi_poll(m_multi, nullptr, 0, wait, nullptr);
+    Turn();
+  }
   m_moved = false;
-  if (moved || told || m_destroyed) return;
-  int const wait = milliseconds > INT_MAX ? INT_MAX : static_cast<int>(milliseconds);
-  curl_multi_poll(m_multi, nullptr, 0, wait, nullptr);
-  Turn();
 }
 
 // One step of everything; true when somebody was told of something.
@@ -263,15 +262,14 @@ bool CurlCore::FinishTransfers(bool certificateRefused) {
 }
 
 void CurlCore::Finish(CurlExchange& exchange, u16 code) {
-  m_moved = true;
-  exchange.m_state = ExchangeState::Dead;
-  Detach(exchange);
+  Kill(exchange);
   VYFinishedRecord record;
   exchange.Finish(code, record);
   if (exchange.Callback() != nullptr) exchange.Callback()(kVYFInished, &record);
 }
 
 void CurlCore::Kill(CurlExchange& exchange) {
+  m_moved = true;
   exchange.m_state = ExchangeState::Dead;
   Detach(exchange);
 }

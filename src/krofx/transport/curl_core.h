@@ -75,7 +75,7 @@ class CurlCore : public HeapObject {
   std::uintptr_t m_lastHandle = 0;
   u32 m_depth = 0;
   bool m_inCurl = false;
-  // Whether an exchange ended since the last Work, which then has nothing to wait for.
+  // Whether an exchange ended or was given back since the last Work: nobody waits for a pause then.
   bool m_moved = false;
   bool m_destroyed = false;
 };

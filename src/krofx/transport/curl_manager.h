@@ -164,7 +164,7 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   void VCRelease(void* session, void* exchange) override;
   /// Always 0 and success: what the network needs is the system's affair.
   u16 VY_IspConfig_NeedsToConfigure(u32* needs) override;
-  /// Returns at once when an exchange has ended since the last call, as by VCCancel. Inside a
+  /// Returns at once when an exchange has ended since the last call, or was given back. Inside a
   /// certificate callback this does nothing; inside any other it works as usual.
   void VCWork(u32 milliseconds) override;
 
