@@ -12,7 +12,7 @@ namespace krofx::internal {
 namespace {
 
 // Servers that send more header lines than this mean no good.
-constexpr std::size_t kHeaderLimit = 1024 * 1024;
+constexpr std::size_t kHeaderLimit = 1U << 20U;
 
 bool IsStatusLine(char const* line, std::size_t length) {
   static constexpr char kStart[] = "HTTP/";

@@ -35,16 +35,16 @@ class CurlCore : public HeapObject {
   u16 SetSystemRoots(char const* file, char const* folder);
 
   void* OpenSession(u16* error);
-  u16 CloseSession(void* session);
+  u16 CloseSession(void* handle);
   u16 Connect(void* session);
   void* Create(u16* error, void* session, ExchangeParameters const& parameters);
-  u16 SetHttp(void* exchange, u16 post, char const* contentType, char const* extraHeaders,
+  u16 SetHttp(void* handle, u16 post, char const* contentType, char const* extraHeaders,
               s32 timeout);
-  u16 SetTls(void* exchange, bool skipVerify, VYCertificateCallback callback);
-  u16 AddRoot(void* exchange, char const* der, u32 length, s16 rootID);
-  u16 Initiate(void* session, void* exchange);
-  u16 Cancel(void* session, void* exchange);
-  void Release(void* session, void* exchange);
+  u16 SetTls(void* handle, bool skipVerify, VYCertificateCallback callback);
+  u16 AddRoot(void* handle, char const* der, u32 length, s16 rootID);
+  u16 Initiate(void* session, void* handle);
+  u16 Cancel(void* session, void* handle);
+  void Release(void* session, void* handle);
   void Work(u32 milliseconds);
 
  private:
