@@ -161,6 +161,10 @@ void TlsServer::Serve() {
     }
     ++m_accepted;
     ServerConnection connection(socket, nullptr);
+    if (m_plan.tunnel != nullptr) {
+      *m_plan.tunnel = connection.ReadRequest();
+      connection.Write("HTTP/1.1 200 Connected\r\nX-Proxy: 1\r\n\r\n");
+    }
     if (m_context == nullptr || connection.StartTls(m_context)) m_plan.script(connection);
     if (SSL* const tls = connection.Tls(); tls != nullptr) {
       SSL_shutdown(tls);

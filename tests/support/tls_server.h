@@ -51,6 +51,8 @@ struct ServerPlan {
   std::vector<TestCertificate> chain;
   /// The newest version of TLS that is spoken; 0 for all.
   int newestTls = 0;
+  /// Whether a plain request for a tunnel comes before TLS, as to a proxy; takes what it said.
+  std::string* tunnel = nullptr;
 };
 
 /// The server. It stops, and what it waits for ends, when the object goes.

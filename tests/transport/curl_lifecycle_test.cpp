@@ -403,6 +403,7 @@ TEST_F(CurlLifecycle, WithoutMemoryNothingStartsAndNothingLeaks) {
       break;
     }
     EXPECT_EQ(code, VYNCurlCode_NoMemory) << nth;
+    EXPECT_TRUE(AlarmIsSet()) << nth;
     ASSERT_EQ(m_temp.Entries(), 0U);
   }
   EXPECT_GT(nth, 4U);

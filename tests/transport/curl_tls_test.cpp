@@ -369,6 +369,28 @@ TEST_F(CurlTls, MovesALargeBodyEachWay) {
   EXPECT_TRUE(probe.Reply().ends_with("\r\n\r\n" + data));
 }
 
+TEST_F(CurlTls, ShowsAProxyNothingButTheTunnel) {
+  std::string tunnel;
+  TestCertificate const leaf = m_authority.Issue({.name = "bank", .hosts = "DNS:bank.invalid"});
+  ServerPlan plan = Showing({leaf});
+  plan.tunnel = &tunnel;
+  CurlProbe probe(m_manager, m_session, m_folder);
+  {
+    TlsServer proxy(plan);
+    std::string const url = "http" + proxy.Url().substr(5);
+    ASSERT_EQ(setenv("https_proxy", url.c_str(), 1), 0);
+    probe.Send("https://bank.invalid/ofx", "data").Root(m_authority, 7000);
+    EXPECT_EQ(probe.Http("text/plain", "Authorization: secret\r\n").Run(), 0);
+    unsetenv("https_proxy");
+  }
+  EXPECT_TRUE(tunnel.starts_with("CONNECT bank.invalid:443 HTTP/1.1\r\n")) << tunnel;
+  EXPECT_EQ(tunnel.find("secret"), std::string::npos) << tunnel;
+  EXPECT_EQ(tunnel.find("text/plain"), std::string::npos) << tunnel;
+  EXPECT_NE(probe.Reply().find("Authorization: secret"), std::string::npos);
+  EXPECT_EQ(probe.Headers().find("X-Proxy"), std::string::npos) << probe.Headers();
+  EXPECT_EQ(probe.chain, (std::vector<std::string>{m_authority.Der(), leaf.Der()}));
+}
+
 TEST_F(CurlTls, RefusesWhenThereIsNoMemoryForTheChain) {
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
   for (std::size_t nth = 1; nth <= 2; ++nth) {

@@ -4,6 +4,7 @@
 
 #include <climits>
 
+#include "krofx/core/thread.h"
 #include "krofx/transport/curl_manager.h"
 
 namespace krofx::internal {
@@ -14,10 +15,6 @@ namespace {
 bool StartCurl() {
   static CURLcode const result = curl_global_init(CURL_GLOBAL_DEFAULT);
   return result == CURLE_OK;
-}
-
-void Tell(u16* error, u16 code) {
-  if (error != nullptr) *error = code;
 }
 
 }  // namespace
@@ -73,16 +70,12 @@ u16 CurlCore::SetSystemRoots(char const* file, char const* folder) {
   return 1;
 }
 
-void* CurlCore::OpenSession(u16* error) {
+void* CurlCore::OpenSession() {
   auto* const session = IsReady() ? new Session : nullptr;
-  if (session == nullptr) {
-    Tell(error, VYNCurlCode_NoMemory);
-    return nullptr;
-  }
+  if (session == nullptr) return nullptr;
   session->handle = NewHandle();
   session->next = m_sessions;
   m_sessions = session;
-  Tell(error, VYNCurlCode_Success);
   return session->handle;
 }
 
@@ -106,15 +99,12 @@ u16 CurlCore::Connect(void* session) {
   return FindSession(session) == nullptr ? VYNCurlCode_BadArgument : VYNCurlCode_Success;
 }
 
-void* CurlCore::Create(u16* error, void* session, ExchangeParameters const& parameters) {
-  if (FindSession(session) == nullptr) {
-    Tell(error, VYNCurlCode_BadArgument);
-    return nullptr;
-  }
+void* CurlCore::Create(u16& code, void* session, ExchangeParameters const& parameters) {
+  code = VYNCurlCode_BadArgument;
+  if (FindSession(session) == nullptr) return nullptr;
   auto* const exchange = new CurlExchange(NewHandle(), session);
-  u16 code = VYNCurlCode_NoMemory;
+  code = VYNCurlCode_NoMemory;
   if (exchange != nullptr) code = exchange->Create(parameters, m_settings);
-  Tell(error, code);
   if (code != VYNCurlCode_Success) {
     delete exchange;
     return nullptr;
@@ -265,6 +255,7 @@ void CurlCore::Finish(CurlExchange& exchange, u16 code) {
   Kill(exchange);
   VYFinishedRecord record;
   exchange.Finish(code, record);
+  if (code == VYNCurlCode_NoMemory) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
   if (exchange.Callback() != nullptr) exchange.Callback()(kVYFInished, &record);
 }
 

@@ -34,10 +34,10 @@ class CurlCore : public HeapObject {
   void SetReplyLimit(u32 bytes) { m_settings.replyLimit = bytes; }
   u16 SetSystemRoots(char const* file, char const* folder);
 
-  void* OpenSession(u16* error);
+  void* OpenSession();
   u16 CloseSession(void* handle);
   u16 Connect(void* session);
-  void* Create(u16* error, void* session, ExchangeParameters const& parameters);
+  void* Create(u16& code, void* session, ExchangeParameters const& parameters);
   u16 SetHttp(void* handle, u16 post, char const* contentType, char const* extraHeaders,
               s32 timeout);
   u16 SetTls(void* handle, bool skipVerify, VYCertificateCallback callback);

@@ -3,23 +3,30 @@
 
 #include "krofx/transport/curl_manager.h"
 
+#include "krofx/core/thread.h"
 #include "krofx/transport/curl_core.h"
 
 using krofx::internal::CurlCore;
 
 namespace {
 
+u16 Noted(u16 code) {
+  if (code == VYNCurlCode_NoMemory) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  return code;
+}
+
 // Without a core no session opens, so there is no handle that would be good.
 template <class... Parameters, class... Arguments>
 u16 Ask(CurlCore* core, u16 (CurlCore::*operation)(Parameters...), Arguments... arguments) {
-  return core == nullptr ? u16{VYNCurlCode_BadArgument} : (core->*operation)(arguments...);
+  return core == nullptr ? u16{VYNCurlCode_BadArgument} : Noted((core->*operation)(arguments...));
 }
 
 void* Create(CurlCore* core, u16* error, void* session,
              krofx::internal::ExchangeParameters const& parameters) {
-  if (core != nullptr) return core->Create(error, session, parameters);
-  if (error != nullptr) *error = VYNCurlCode_BadArgument;
-  return nullptr;
+  u16 code = VYNCurlCode_BadArgument;
+  void* const exchange = core == nullptr ? nullptr : core->Create(code, session, parameters);
+  if (error != nullptr) *error = Noted(code);
+  return exchange;
 }
 
 }  // namespace
@@ -39,9 +46,11 @@ u16 VYNCurlManager::SetSystemRoots(char const* file, char const* folder) {
 }
 
 void* VYNCurlManager::VCOpenInet(u16* error) {
-  if (m_core != nullptr) return m_core->OpenSession(error);
-  if (error != nullptr) *error = VYNCurlCode_NoMemory;
-  return nullptr;
+  void* const session = m_core == nullptr ? nullptr : m_core->OpenSession();
+  u16 const code = session == nullptr ? VYNCurlCode_NoMemory : VYNCurlCode_Success;
+  if (error != nullptr) *error = code;
+  Noted(code);
+  return session;
 }
 
 u16 VYNCurlManager::VCCloseInet(void* session) {
