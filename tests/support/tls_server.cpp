@@ -15,18 +15,24 @@
 
 namespace {
 
-int ListenOnLoopback(int& port) {
-  int const listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+// A socket that has a port on loopback.
+int BindToLoopback(int& port) {
+  int const bound = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
   socklen_t length = sizeof address;
-  if (bind(listener, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
-      listen(listener, 16) != 0 ||
-      getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
+  if (bind(bound, reinterpret_cast<sockaddr*>(&address), length) != 0 ||
+      getsockname(bound, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
     std::abort();
   }
   port = ntohs(address.sin_port);
+  return bound;
+}
+
+int ListenOnLoopback(int& port) {
+  int const listener = BindToLoopback(port);
+  if (listen(listener, 16) != 0) std::abort();
   return listener;
 }
 
@@ -177,7 +183,9 @@ void TlsServer::Serve() {
 }
 
 int UnusedPort() {
-  int port = 0;
-  close(ListenOnLoopback(port));
+  // Held for as long as the program runs, so that no other server gets it meanwhile.
+  static int port = 0;
+  static int const held = BindToLoopback(port);
+  (void)held;
   return port;
 }
