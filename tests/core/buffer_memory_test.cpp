@@ -148,6 +148,19 @@ TEST(KRDynamicArrayBuffer, ClearGivesItsBuffersUp) {
   krofx::internal::DeleteBuffer(buffer);
 }
 
+TEST(KRDynamicArrayBuffer, GrowsByOneStepAtATime) {
+  KRDynamicArrayBuffer array(3, 2);
+  EXPECT_EQ(array.Reallocate(), 1);
+  EXPECT_EQ(array.Allocated(), 3);
+  EXPECT_EQ(array.Reallocate(), 1);
+  EXPECT_EQ(array.Allocated(), 5);
+  EXPECT_EQ(array.Entries(), 0);
+  KRDynamicArrayBuffer refused(3, 2);
+  FailingAllocation failing(1);
+  EXPECT_EQ(refused.Reallocate(), 0);
+  EXPECT_EQ(refused.Allocated(), 0);
+}
+
 TEST(KRDynamicArrayBuffer, RefusesWithoutMemory) {
   KRDynamicArrayBuffer array(1, 1);
   KRBuffer* kept = BufferOf("a");

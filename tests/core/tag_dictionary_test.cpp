@@ -434,7 +434,9 @@ TEST_F(TagDictionaryTest, IsMadeOnceAndAgainAfterItWasDestroyed) {
   KRTagDictionary* first = KRTagDictionary::TheKRTagDictionary();
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(KRTagDictionary::TheKRTagDictionary(), first);
+  EXPECT_EQ(KRTagDictionary::ms_theKRTagDictionary.load(), first);
   EXPECT_EQ(first->Destroy(), 0);
+  EXPECT_EQ(KRTagDictionary::ms_theKRTagDictionary.load(), nullptr);
   EXPECT_EQ(KRTagDictionary::Destroy(), 0);
   KRTagDictionary* second = KRTagDictionary::TheKRTagDictionary();
   ASSERT_NE(second, nullptr);

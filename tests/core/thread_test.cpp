@@ -438,6 +438,8 @@ TEST(KRDynamicArrayKRThreadMapBase, TakesRowsByPointerOnly) {
   EXPECT_EQ(rows.Entries(), 0);
   EXPECT_EQ(rows.Append(new KRThreadMapRow(1, nullptr)), 1);
   EXPECT_EQ(rows.Get(0)->threadID, 1U);
+  EXPECT_EQ(rows[1].threadID, 0U);
+  EXPECT_EQ(rows[1].logger, nullptr);
 }
 
 TEST(KRDynamicArrayKRThreadMapBase, LeavesTheLoggersOfItsRowsAlone) {

@@ -5,8 +5,10 @@
 #include <memory>
 #include <string>
 
+#include "krofx/extensions/branding.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/signon/signon.h"
+#include "krofx/model/factory.h"
 #include "support/ofx_text.h"
 
 namespace {
@@ -61,6 +63,29 @@ TEST(Aggregate, ReadsElementsAndRefusesOthers) {
   EXPECT_EQ(transaction->HandleTagElement(&child, KRString("1")), KRParseStatus_Invalid);
   EXPECT_EQ(transaction->HandleTagStart(&amount), KRParseStatus_Invalid);
   EXPECT_EQ(transaction->HandleTagStart(&foreign), KRParseStatus_Invalid);
+}
+
+TEST(Aggregate, WarnsOfARepeatedValueThatItCannotStore) {
+  class Poor : public KRDataObjFactory {
+   public:
+    u16* NewUShort() override { return nullptr; }
+  };
+  KRNorvServiceList list;
+  list.SetMsgSetVersion(1);
+  Poor factory;
+  KRDataObj::SetFactory(&factory);
+  TakeWarnings();
+  const std::string warning = "NULLPOINTER " + TagNumber(KRTag_NORV_SVC);
+  EXPECT_EQ(list.AppendNorvSvc(static_cast<KRNorvService>(0)), 0);
+  EXPECT_EQ(TakeWarnings(), Lines{warning});
+  EXPECT_EQ(list.AppendNorvSvc(KRString("BANKSVC")), 0);
+  EXPECT_EQ(TakeWarnings(), Lines{warning + " \"BANKSVC\""});
+  const KRTagDictionaryEntry service = Entry(KRTag_NORV_SVC);
+  EXPECT_EQ(list.HandleTagElement(&service, KRString("BANKSVC")), KRParseStatus_Fatal);
+  EXPECT_EQ(TakeWarnings(), Lines{warning + " \"BANKSVC\""});
+  EXPECT_EQ(list.ValidateTag(KRTag_NORV_SVC), 0);
+  KRDataObj::SetFactory(nullptr);
+  KRSetFireAlarm(KRFireAlarm_None);
 }
 
 TEST(Aggregate, LeavesTheBitOverANullChild) {

@@ -10,19 +10,13 @@
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/values/language.h"
+#include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 
 namespace {
 
 using namespace krofx::testing;
-
-// Puts a factory in force for the length of a scope.
-class InForce {
- public:
-  explicit InForce(KRDataObjFactory& factory) { KRDataObj::SetFactory(&factory); }
-  ~InForce() { KRDataObj::SetFactory(nullptr); }
-};
 
 TEST(KRDataObjFactory, GivesItsVersionForNone) {
   KRDataObjFactory first;
@@ -128,6 +122,19 @@ TEST(KRDataObjFactory, EndsTheParseWhenItMakesNothing) {
   KRSetFireAlarm(KRFireAlarm_None);
 }
 
+TEST(KRDataObjFactory, EndsTheParseWhenItMakesNoElement) {
+  class Poor : public KRDataObjFactory {
+   public:
+    KRBankStatementTx* NewBankStatementTx(u16) override { return nullptr; }
+  };
+  Poor factory;
+  const InForce inForce(factory);
+  const Parsed<KRBankTransactionList> list("<STMTTRN><TRNAMT>1</STMTTRN>");
+  EXPECT_EQ(list.Status(), KRParseStatus_Fatal);
+  EXPECT_TRUE(AlarmIsSet());
+  KRSetFireAlarm(KRFireAlarm_None);
+}
+
 TEST(KRDataObj, MakesTheDefaultFactoryOfTheFirstVersion) {
   KRDataObj::SetFactory(nullptr);
   KRDataObjFactory* factory = KRDataObj::GetFactory();
@@ -153,6 +160,50 @@ TEST(KRDataObj, TakesAFactoryInPlaceOfTheDefaultOne) {
   KRDataObj::SetFactory(&own);
   object.reset();  // was made before the default factory, which is not in force any more
   EXPECT_EQ(KRDataObj::GetFactory(), &own);
+  KRDataObj::SetFactory(nullptr);
+}
+
+TEST(KRDataObj, EndsTheLifeOfADefaultFactoryThatIsYoungerThanAllObjects) {
+  KRDataObj::SetFactory(nullptr);
+  EXPECT_EQ(KRDataObj::m_factoryObj.load(), nullptr);
+  KRDataObj oldest(1);
+  EXPECT_EQ(KRDataObj::m_factoryAllocated, 0);
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  EXPECT_EQ(KRDataObj::m_factoryObj.load(), factory);
+  EXPECT_EQ(KRDataObj::m_factoryAllocated, 1);
+  {
+    // Copies leave the state of the process alone; destruction does not.
+    KRDataObj copy(oldest);
+    copy = oldest;
+    EXPECT_EQ(KRDataObj::m_factoryAllocated, 1);
+  }
+  EXPECT_EQ(KRDataObj::m_factoryObj.load(), nullptr);
+  EXPECT_EQ(KRDataObj::m_factoryAllocated, 0);
+}
+
+TEST(KRDataObj, LeavesADefaultFactoryInForceThatIsOlderThanAnObject) {
+  KRDataObj::SetFactory(nullptr);
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  for (const u16 version : {u16{0}, u16{1}}) {
+    KRDataObj younger(version);
+    EXPECT_EQ(KRDataObj::m_factoryAllocated, 0);
+  }
+  EXPECT_EQ(KRDataObj::m_factoryObj.load(), factory);
+  KRDataObj::GetFactory();
+  EXPECT_EQ(KRDataObj::m_factoryAllocated, 0) << "it is not made anew";
+}
+
+TEST(KRDataObj, NeverEndsTheLifeOfAHostsFactory) {
+  KRDataObj::SetFactory(nullptr);
+  auto object = std::make_unique<KRDataObj>(1);
+  KRDataObj::GetFactory();
+  KRDataObjFactory own(2);
+  KRDataObj::SetFactory(&own);
+  EXPECT_EQ(KRDataObj::m_factoryAllocated, 0);
+  EXPECT_EQ(KRDataObj::GetFactory(), &own);
+  EXPECT_EQ(KRDataObj::m_factoryAllocated, 0);
+  object.reset();
+  EXPECT_EQ(KRDataObj::m_factoryObj.load(), &own);
   KRDataObj::SetFactory(nullptr);
 }
 

@@ -196,10 +196,8 @@ class KROFX_API PlainArray {
   u16 UnSet(u16 index) { return m_block.Empty(index) ? 1 : 0; }
   /// Forgets all elements, destroying none, and keeps the memory.
   void Clear() { m_block.Clear(); }
-
- protected:
-  /// One step of growth; nothing changes when it fails.
-  void Reallocate() { m_block.GrowOneStep(); }
+  /// One step of growth. Returns 1, or 0 when it failed: nothing has changed then.
+  u16 Reallocate() { return m_block.GrowOneStep() ? 1 : 0; }
 
  private:
   static void Destroy(void* element) { DestroyElement(static_cast<T*>(element)); }

@@ -207,11 +207,12 @@ class KROFX_API KRTagDictionary : public TagDictionary {
   /// @return 0.
   static u16 Destroy();
 
+  /// The one instance; null while there is none. For looking at: the operations above change it.
+  static std::atomic<KRTagDictionary*> ms_theKRTagDictionary;
+
  private:
   KRTagDictionary();
   ~KRTagDictionary();
-
-  static std::atomic<KRTagDictionary*> ms_theKRTagDictionary;
 };
 
 #endif  // KROFX_CORE_TAG_DICTIONARY_H_

@@ -12,10 +12,11 @@ class KRParseLogger;
 
 /// A row of the table of threads. The logger belongs to the thread's attachment, not to the row.
 struct KROFX_API KRThreadMapRow : public krofx::internal::HeapObject {
+  KRThreadMapRow() = default;
   KRThreadMapRow(u32 id, KRParseLogger* itsLogger) : threadID(id), logger(itsLogger) {}
 
-  u32 threadID;           ///< as KRCurrentThreadId gives it
-  KRParseLogger* logger;  ///< never null
+  u32 threadID = 0;                 ///< as KRCurrentThreadId gives it
+  KRParseLogger* logger = nullptr;  ///< never null in the table
 };
 
 /// The row's name in the interface of old hosts.

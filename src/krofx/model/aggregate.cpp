@@ -366,9 +366,17 @@ u16 SetFromText(KRDataObj& object, KRTagID tag, const KRString& text) {
     case StoreResult::kNoText:
       return 3;
     case StoreResult::kBadFormat:
+      return 0;
     case StoreResult::kCannotStore:
+      LogWarning(KRPW_NULLPOINTER, text, KRString(), tag, &object);
       return 0;
   }
+  return 0;
+}
+
+u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag) {
+  if (stored != 0) return object.SetTag(tag);
+  LogWarning(KRPW_NULLPOINTER, KRString(), KRString(), tag, &object);
   return 0;
 }
 

@@ -216,10 +216,9 @@ u16 SetNative(KRDataObj& object, KRTagID tag, Member& member, const Value& value
   return object.SetTag(tag);
 }
 
-/// What a generated setter of a repeated value does when the array took it or not.
-inline u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag) {
-  return stored == 0 ? static_cast<u16>(0) : object.SetTag(tag);
-}
+/// What a generated setter of a repeated value does when the array took it or not: notes the tag,
+/// or warns that the value could not be stored.
+KROFX_API u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag);
 
 /// What a generated setter of an array element does when the array took the child or not.
 inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {

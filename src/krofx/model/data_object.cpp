@@ -3,8 +3,6 @@
 
 #include "krofx/model/data_object.h"
 
-#include <atomic>
-
 #include "krofx/build/builder.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
@@ -25,16 +23,16 @@ KRDataObjFactory& DefaultFactory() {
   return factory;
 }
 
-// Whether the factory in force is the default one and no object has been made since. Threads may
-// construct objects at once; the flag itself is shared by the whole process.
-std::atomic<KRDataObjFactory*> factoryInForce{nullptr};
-std::atomic<bool> defaultIsFresh{false};
-
 }  // namespace
 
+// Shared by the whole process, whose threads may construct and destroy objects at once.
+std::atomic<KRDataObjFactory*> KRDataObj::m_factoryObj = nullptr;
+std::atomic<u16> KRDataObj::m_factoryAllocated = 0;
+const char* const KRDataObj::m_verKRSDK = "92";
+
 KRDataObj::KRDataObj(u16 version) : m_version(version) {
-  if (defaultIsFresh.load(std::memory_order_relaxed)) {
-    defaultIsFresh.store(false, std::memory_order_relaxed);
+  if (m_factoryAllocated.load(std::memory_order_relaxed) != 0) {
+    m_factoryAllocated.store(0, std::memory_order_relaxed);
   }
 }
 
@@ -46,9 +44,9 @@ KRDataObj& KRDataObj::operator=(const KRDataObj& other) {
 }
 
 KRDataObj::~KRDataObj() {
-  if (defaultIsFresh.load(std::memory_order_relaxed)) {
-    factoryInForce.store(nullptr, std::memory_order_relaxed);
-    defaultIsFresh.store(false, std::memory_order_relaxed);
+  if (m_factoryAllocated.load(std::memory_order_relaxed) != 0) {
+    m_factoryObj.store(nullptr, std::memory_order_relaxed);
+    m_factoryAllocated.store(0, std::memory_order_relaxed);
   }
 }
 
@@ -60,21 +58,21 @@ void KRDataObj::CopyStateFrom(const KRDataObj& other) {
 }
 
 u16 KRDataObj::SetFactory(KRDataObjFactory* factory) {
-  factoryInForce.store(factory, std::memory_order_release);
-  defaultIsFresh.store(false, std::memory_order_relaxed);
+  m_factoryObj.store(factory, std::memory_order_release);
+  m_factoryAllocated.store(0, std::memory_order_relaxed);
   return 1;
 }
 
 KRDataObjFactory* KRDataObj::GetFactory() {
-  KRDataObjFactory* factory = factoryInForce.load(std::memory_order_acquire);
+  KRDataObjFactory* factory = m_factoryObj.load(std::memory_order_acquire);
   if (factory != nullptr) return factory;
   factory = &DefaultFactory();
-  factoryInForce.store(factory, std::memory_order_release);
-  defaultIsFresh.store(true, std::memory_order_relaxed);
+  m_factoryObj.store(factory, std::memory_order_release);
+  m_factoryAllocated.store(1, std::memory_order_relaxed);
   return factory;
 }
 
-const char* KRDataObj::GetKRSDKVersion() { return "92"; }
+const char* KRDataObj::GetKRSDKVersion() { return m_verKRSDK; }
 
 KRParser* KRDataObj::GetParser() { return m_parser; }
 

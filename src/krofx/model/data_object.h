@@ -9,6 +9,8 @@
 #ifndef KROFX_MODEL_DATA_OBJECT_H_
 #define KROFX_MODEL_DATA_OBJECT_H_
 
+#include <atomic>
+
 #include "krofx/core/export.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/status.h"
@@ -185,6 +187,20 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   static KRDataObjFactory* GetFactory();
   /// The version of the data model, "92".
   static const char* GetKRSDKVersion();
+
+  /// @name State of the process
+  /// For looking at: SetFactory and GetFactory change it, and the lives of objects.
+  /// @{
+
+  /// The factory in force; null until the first use of the default one.
+  static std::atomic<KRDataObjFactory*> m_factoryObj;
+  /// 1 from the first use of the default factory until an object is constructed with a version.
+  /// While it is 1, the destruction of any object puts the default factory out of force, and the
+  /// next use puts it back.
+  static std::atomic<u16> m_factoryAllocated;
+  /// What GetKRSDKVersion gives.
+  static const char* const m_verKRSDK;
+  /// @}
 
  protected:
   /// Stores the parser.
