@@ -3,6 +3,8 @@
 #ifndef KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
 #define KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
 #include <cstring>
 
@@ -15,6 +17,14 @@ std::ptrdiff_t SlotOf(Member member) {
   std::ptrdiff_t offset = 0;
   std::memcpy(&offset, &member, sizeof offset);
   return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
+}
+
+/// Expects operations to stand one behind the other, from slot `first` on. A destructor takes two
+/// slots.
+template <class... Members>
+void ExpectSlotsInOrder(std::ptrdiff_t first, Members... members) {
+  const std::ptrdiff_t slots[] = {SlotOf(members)...};
+  for (std::ptrdiff_t slot : slots) EXPECT_EQ(slot, first++);
 }
 
 #endif
