@@ -5,6 +5,7 @@
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
 #include "support/build_objects.h"
+#include "support/failing_allocation.h"
 
 using krofx::testing::Content;
 using krofx::testing::Outcome;
@@ -155,6 +156,19 @@ TEST(BuilderBuffers, MayBeEmpty) {
   KRBuffer source(0, 0);
   EXPECT_EQ(Write([&](KRBuilder& b) { return b.AddBuffer(&source); }),
             (Outcome{KRBuildStatus_Done, ""}));
+}
+
+TEST(BuilderBuffers, AreRefusedWhenTheirContentWasLost) {
+  KRBuffer source(4, 4);
+  source += "abcd";
+  {
+    const FailingAllocation failing(1);
+    source += 'e';
+  }
+  ASSERT_EQ(source.GetBufferPtr(), nullptr);
+  EXPECT_EQ(Write([&](KRBuilder& b) { return b.AddBuffer(&source); }),
+            (Outcome{KRBuildStatus_Fatal, ""}));
+  EXPECT_FALSE(AlarmIsSet()) << "the status is the append's own";
 }
 
 TEST(BuilderBuffers, AreRefusedWhenNull) {

@@ -258,6 +258,12 @@ TEST(KRBuffer, ComparesContent) {
   EXPECT_EQ(one.CompareBuffer(nullptr), 0);
 }
 
+TEST(KRBuffer, ComparesEmptyContentAsEqual) {
+  KRBuffer one(0, 0);
+  KRBuffer other(7, 0);
+  EXPECT_EQ(one.CompareBuffer(&other), 1);
+}
+
 TEST(KRBuffer, ComparesWithAShorterAllocation) {
   KRBuffer large(0, 0);
   Put(large, std::string(400, 'x'));

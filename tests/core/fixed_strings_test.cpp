@@ -117,6 +117,33 @@ TEST(FixedStrings, KeepTheirSpecLengthThroughTheBase) {
   EXPECT_TRUE(string == "abc");
 }
 
+TEST(FixedStrings, DeriveFromTheStringsOfTheirLength) {
+  EXPECT_TRUE((std::is_base_of_v<KRString171, KRUserPassword>));
+  EXPECT_TRUE((std::is_base_of_v<KRString2000, KREMailMsgBody>));
+}
+
+TEST(FixedStrings, DependOnNoMessageSetVersion) {
+  KRString32 string(KRString("abc"));
+  KRString& base = string;
+  EXPECT_EQ(base.SetMsgSetVersion(2), 1);
+  EXPECT_TRUE(string == "abc");
+  EXPECT_EQ(string.SpecLength(), 32);
+}
+
+TEST(KRString, IsCutToItsSpecLengthByItsClassesOwnTruncate) {
+  class Watching : public KRString {
+   public:
+    using KRString::operator=;
+    void Truncate(u16 length) override { m_asked = length; }
+    u16 m_asked = 0;
+  } string;
+  string = "abcdef";
+  string.SetSpecLength(4);
+  string.TruncateToSpec();
+  EXPECT_EQ(string.m_asked, 4);
+  EXPECT_TRUE(string == "abcdef");
+}
+
 TEST(KRMultiLenString, KeepsTheSpecLengthItWasGiven) {
   KRMultiLenString string;
   string.SetSpecLength(20);
@@ -139,6 +166,19 @@ TEST(KRUserPassword, ChangesItsLimit) {
   EXPECT_EQ(password.SpecLength(), 32);
   password.SetSpecLength171();
   EXPECT_EQ(password.SpecLength(), 171);
+}
+
+TEST(KRUserPassword, BringsItsLimitToACopyAndKeepsItWhenAssigned) {
+  KRUserPassword source;
+  source.SetSpecLength32();
+  source = "secret";
+  KRUserPassword copy(source);
+  EXPECT_EQ(copy.SpecLength(), 32);
+  EXPECT_EQ(KRUserPassword(static_cast<KRString const&>(source)).SpecLength(), 171);
+  KRUserPassword assigned;
+  assigned = source;
+  EXPECT_EQ(assigned.SpecLength(), 171);
+  EXPECT_TRUE(assigned == "secret");
 }
 
 TEST(KRUserPassword, IsOverwrittenBeforeItIsFreed) {
@@ -253,6 +293,26 @@ TEST(KREMailMsgBody, TakesTheLongerLimitFromASourceThatHasIt) {
   EXPECT_EQ(KREMailMsgBody(source).SpecLength(), 10000);
   KRString& base = body;
   base = KRString64(KRString("abc"));
+  EXPECT_EQ(body.SpecLength(), 2000);
+}
+
+TEST(KREMailMsgBody, TakesTheShorterLimitFromAPlainText) {
+  KREMailMsgBody body;
+  body.SetSpecLength10000();
+  body = "abc";
+  EXPECT_EQ(body.SpecLength(), 2000);
+}
+
+TEST(KREMailMsgBody, TakesTheShorterLimitFromWrapping) {
+  KREMailMsgBody body;
+  body = "a<b";
+  body.SetSpecLength10000();
+  body.ToCDATA();
+  EXPECT_TRUE(body == "<![CDATA[a<b]]>");
+  EXPECT_EQ(body.SpecLength(), 2000);
+  body.SetSpecLength10000();
+  body.FromCDATA();
+  EXPECT_TRUE(body == "a<b");
   EXPECT_EQ(body.SpecLength(), 2000);
 }
 

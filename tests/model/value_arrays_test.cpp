@@ -7,7 +7,9 @@
 #include <string>
 
 #include "krofx/core/memory.h"
+#include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
+#include "krofx/envelope/file.h"
 #include "krofx/model/factory.h"
 #include "support/build_objects.h"
 
@@ -44,6 +46,14 @@ class CountingFactory : public KRDataObjFactory {
     ++made;
     return refuses ? nullptr : KRDataObjFactory::NewLanguage();
   }
+  KRMIMEHeader* NewMIMEHeader() override {
+    ++made;
+    return refuses ? nullptr : KRDataObjFactory::NewMIMEHeader();
+  }
+  KRParseException* NewParseException() override {
+    ++made;
+    return refuses ? nullptr : KRDataObjFactory::NewParseException();
+  }
 
   int made = 0;
   bool refuses = false;
@@ -65,6 +75,8 @@ using DataObjArray = WithFactory;
 using StringArray = WithFactory;
 using NumberArray = WithFactory;
 using LanguageArray = WithFactory;
+using HeaderArray = WithFactory;
+using WarningArray = WithFactory;
 
 // An aggregate that writes nothing but its tags, and says when it dies.
 class Mortal : public KRDataObj {
@@ -365,6 +377,39 @@ TEST_F(LanguageArray, MakesItsLanguagesThroughTheFactory) {
   m_factory.refuses = true;
   EXPECT_EQ(array.SetVal(1, KRLanguage()), 0);
   EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+}
+
+TEST_F(HeaderArray, HoldsNamesAndValuesThatTheFactoryMakes) {
+  KRDynamicArrayMIMEHeader array(1, 1);
+  KRMIMEHeader header;
+  header.name = "X-Name";
+  header.value = "value";
+  EXPECT_EQ(array.SetVal(0, header), 1);
+  EXPECT_NE(array.Get(0), &header);
+  EXPECT_TRUE(array.Get(0)->name == "X-Name");
+  EXPECT_TRUE(array.Get(0)->value == "value");
+  EXPECT_EQ(array[2].name.IsNull(), 1);
+  EXPECT_EQ(array.Entries(), 3);
+  EXPECT_EQ(m_factory.made, 2);
+  EXPECT_EQ(array.Set(0, new KRMIMEHeader), 1);
+  EXPECT_EQ(array.Set(0, nullptr), 0);
+  EXPECT_EQ(array.Get(0)->name.IsNull(), 1);
+  array.DeleteAll();
+  EXPECT_EQ(array.Entries(), 0);
+  m_factory.refuses = true;
+  EXPECT_EQ(array.SetVal(0, header), 0);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+}
+
+TEST_F(WarningArray, HoldsRecordsThatTheFactoryMakes) {
+  KRDynamicArrayParseException array(1, 1);
+  KRParseException record;
+  record.m_warning = KRPW_EXTRAAGG;
+  EXPECT_EQ(array.SetVal(1, record), 1);
+  EXPECT_EQ(array.Get(0), nullptr);
+  EXPECT_EQ(array.Get(1)->m_warning, KRPW_EXTRAAGG);
+  EXPECT_EQ(array[0].m_warning, KRPW_UNKNOWNEXCEPTION);
+  EXPECT_EQ(m_factory.made, 2);
 }
 
 TEST(UntypedArray, CannotBeWritten) {

@@ -213,6 +213,15 @@ TEST_F(MimeParser, OnlyTheLastOFXPartsWarningsRemain) {
   for (const std::string& line : warnings) EXPECT_EQ(line.find("Content-Type"), std::string::npos);
 }
 
+TEST_F(MimeParser, AlarmAndWarningsFromBeforeDoNotCount) {
+  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  KRParseLogger::TheKRParseLogger()->AppendParseException(KRPW_BADFORMAT, "old", "", KRTag_None,
+                                                          nullptr);
+  EXPECT_EQ(Parse("OFXHEADER:100\n" + std::string("--\n")), KRParseStatus_Invalid);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_None);
+  for (const std::string& line : Warnings()) EXPECT_EQ(line.find("old"), std::string::npos);
+}
+
 TEST_F(MimeParser, MisuseIsFatal) {
   TextBuffer text("x");
   EXPECT_EQ(m_parser.Parse(nullptr, &m_file, 0), KRParseStatus_Fatal);

@@ -198,6 +198,11 @@ TEST_F(SimpleParser, ElementsOwnEndTagIsSwallowedOnce) {
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "element CODE=0", "end CODE"}));
 }
 
+TEST_F(SimpleParser, EndTagOfAnElementCalledOFXDoesNotEndTheText) {
+  EXPECT_EQ(Parse("<OFX>x</OFX><CODE>0"), KRParseStatus_Accepted);
+  EXPECT_EQ(m_notebook.lines, (Lines{"element OFX=x", "element CODE=0"}));
+}
+
 TEST_F(SimpleParser, ElementsOwnEndTagIsSwallowedOnlyBehindIt) {
   EXPECT_EQ(Parse("<OFX><CODE>0<MEMO>x</CODE></OFX>"), KRParseStatus_EndTagMismatch);
   EXPECT_EQ(m_notebook.lines.back(), "end CODE");
