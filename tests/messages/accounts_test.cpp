@@ -88,6 +88,7 @@ TEST(AccountTables, BalancesOfAStatement) {
     BALAMT  amount  required
     DTASOF  date    required
   )";
+  ExpectTable<KRBankBalance>("", kBankBalance);
   ExpectTable<KRLedgerBalance>("LEDGERBAL", kBankBalance);
   ExpectTable<KRAvailableBalance>("AVAILBAL", kBankBalance);
 }

@@ -69,16 +69,19 @@ constexpr char kEMailMessageSetV1[] = R"(
 TEST(MailTables, Letter) { ExpectTable<KRMail>("MAIL", kMail); }
 
 TEST(MailTables, GeneralMail) {
+  ExpectTable<KRMailBase>("", kMailBase);
   ExpectTable<KRMailRq>("MAILRQ", kMailBase);
   ExpectTable<KRMailRs>("MAILRS", kMailBase);
 }
 
 TEST(MailTables, BankMail) {
+  ExpectTable<KRBankMailBase>("", kBankMailBase);
   ExpectTable<KRBankMailRq>("BANKMAILRQ", kBankMailBase);
   ExpectTable<KRBankMailRs>("BANKMAILRS", kBankMailBase);
 }
 
 TEST(MailTables, InvestmentMail) {
+  ExpectTable<KRInvMailBase>("", kInvMailBase);
   ExpectTable<KRInvestmentMailRq>("INVMAILRQ", kInvMailBase);
   ExpectTable<KRInvestmentMailRs>("INVMAILRS", kInvMailBase);
 }

@@ -51,6 +51,15 @@ TEST(PayeeTables, ExtendedPayee) {
   )");
 }
 
+TEST(PayeeTables, WhatTheExchangesShare) {
+  ExpectTable<KRPayeeBase>("", R"(
+    PAYEE       child             V1
+    PAYEE2      child             V2+
+    BANKACCTTO  child
+    PAYACCT     repeated=one,two
+  )");
+}
+
 TEST(PayeeTables, Request) {
   ExpectTable<KRPayeeRq>("PAYEERQ", R"(
     PAYEEID     text12               V1
@@ -102,6 +111,7 @@ TEST(PayeeTables, Deletion) {
     PAYEELSTID   text12  required  V1
     PAYEELSTID2  text36  required  V2+
   )";
+  ExpectTable<KRPayeeDeleteBase>("", kDeletion);
   ExpectTable<KRPayeeDeleteRq>("PAYEEDELRQ", kDeletion);
   ExpectTable<KRPayeeDeleteRs>("PAYEEDELRS", kDeletion);
 }

@@ -243,6 +243,16 @@ TEST(KRMessageSetList, RefusesATagThatIsNoFamily) {
   EXPECT_EQ(parser.Parse(buffer.Get(), &list, 0), KRParseStatus_Invalid);
 }
 
+TEST(KRMessageSetList, MakesNothingOutsideAParse) {
+  auto list = Make<KRMessageSetList>();
+  for (const KRTagDictionaryEntry& entry :
+       {KRTagDictionaryEntry{KRTag_BANKMSGSET, "BANKMSGSET"}, {KRTag_MEMO, "MEMO"}}) {
+    EXPECT_EQ(list->HandleTagStart(&entry), KRParseStatus_Fatal);
+  }
+  EXPECT_EQ(list->GetNumMessageSetProfile(), 0);
+  EXPECT_EQ(list->AnyValidPresent(), 0);
+}
+
 TEST(KRMessageSetVersion, SecondVersionDerivesFromTheFirst) {
   const KRSignOnMessageSetV2 signOn;
   EXPECT_NE(dynamic_cast<const KRSignOnMessageSetV1*>(&signOn), nullptr);

@@ -94,6 +94,7 @@ TEST(RecurringTables, Requests) {
   ExpectTable<KRRecInterRq>("RECINTERRQ", kRecInterRq);
   ExpectTable<KRRecIntraModifyRq>("RECINTRAMODRQ", kRecIntraModifyRq);
   ExpectTable<KRRecInterModifyRq>("RECINTERMODRQ", kRecInterModifyRq);
+  ExpectTable<KRRecTransferCancel>("", kRecTransferCancel);
   ExpectTable<KRRecIntraCancelRq>("RECINTRACANRQ", kRecTransferCancel);
   ExpectTable<KRRecInterCancelRq>("RECINTERCANRQ", kRecTransferCancel);
 }

@@ -94,6 +94,7 @@ TEST(SignOnTables, PinChange) {
 }
 
 TEST(SignOnTables, ChangeOfUserInformation) {
+  ExpectTable<KRChangeUserInfoBase>("", kUserInfo);
   ExpectTable<KRChangeUserInfoRq>("CHGUSERINFORQ", kUserInfo);
   ExpectTable<KRChangeUserInfoRs>("CHGUSERINFORS",
                                   std::string(kUserInfo) + "DTINFOCHG date required");
@@ -168,6 +169,15 @@ TEST(KRSignOnRq, WarningOfOverLongPasswordNamesTheObject) {
   ASSERT_EQ(log->Entries(), 1);
   EXPECT_EQ(log->Get(0)->m_object, signOn.get());
   TakeWarnings();
+}
+
+TEST(KRSignOnRq, ReadsAnOverLongPasswordAsItIsSet) {
+  const Parsed<KRSignOnRq> parsed("<USERID>ada<USERPASS>" + Letters(172));
+  EXPECT_EQ(parsed.Status(), KRParseStatus_Warnings);
+  EXPECT_EQ(parsed.Warnings(),
+            Lines({"TOOLONG " + TagNumber(KRTag_USERPASS) + " \"Password too long\""}));
+  EXPECT_EQ(Str(parsed->GetUserPass()), Letters(172));
+  EXPECT_EQ(parsed->ValidateTag(KRTag_USERPASS), 1);
 }
 
 TEST(KRSignOnRq, PasswordIsRefusedBeforeThereIsAVersion) {

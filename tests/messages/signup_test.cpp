@@ -118,6 +118,7 @@ TEST(SignUpTables, WaysToEnroll) {
 }
 
 TEST(SignUpTables, MessageSets) {
+  ExpectTable<KRSignUpMessageSetBase>("", kSignUpMessageSetBase);
   ExpectTable<KRSignUpMessageSetV1>("SIGNUPMSGSETV1", kSignUpMessageSetBase);
   ExpectTable<KRSignUpMessageSetV2>("SIGNUPMSGSETV2", kSignUpMessageSetBase, 2);
 }

@@ -150,6 +150,9 @@ TEST(TransferTables, Transfer) {
 }
 
 TEST(TransferTables, Requests) {
+  ExpectTable<KRTransferRq>("", kTransferRq);
+  ExpectTable<KRTransferModifyRq>("", kTransferModifyRq);
+  ExpectTable<KRTransferCancel>("", kTransferCancel);
   ExpectTable<KRIntraRq>("INTRARQ", kTransferRq);
   ExpectTable<KRInterRq>("INTERRQ", kTransferRq);
   ExpectTable<KRIntraModifyRq>("INTRAMODRQ", kTransferModifyRq);
@@ -159,6 +162,8 @@ TEST(TransferTables, Requests) {
 }
 
 TEST(TransferTables, Responses) {
+  ExpectTable<KRTransferRs>("", kTransferRs);
+  ExpectTable<KRTransferModifyRs>("", kTransferModifyRs);
   ExpectTable<KRIntraRs>("INTRARS", kTransferRs);
   ExpectTable<KRInterRs>("INTERRS", kInterRs);
   ExpectTable<KRIntraModifyRs>("INTRAMODRS", kTransferModifyRs);

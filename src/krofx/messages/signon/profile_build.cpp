@@ -1,7 +1,12 @@
-// Where the profile departs from the pattern: the versions of a message set keep their order.
+// Where the profile departs from the pattern: the list makes nothing outside a parse, and the
+// versions of a message set keep their order.
 
 #include "krofx/messages/signon/profile.h"
 #include "krofx/model/aggregate.h"
+
+KRParseStatus KRMessageSetList::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+  return GetParser() == nullptr ? KRParseStatus_Fatal : KRDataObj::HandleTagStart(entry);
+}
 
 KRBuildStatus KRMessageSetProfile::Build(KRBuilder* builder) const {
   const KRBuildStatus status = m_messageSetVersion.Build(builder, KRTag_None);

@@ -1,4 +1,4 @@
-// Where the sign-on request departs from the pattern: its password.
+// Where the sign-on request departs from the pattern: its password, set or read.
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/messages/signon/signon.h"
@@ -12,4 +12,10 @@ u16 KRSignOnRq::SetUserPass(const KRString& text) {
                                   this);
   }
   return SetTag(KRTag_USERPASS);
+}
+
+KRParseStatus KRSignOnRq::HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                           const KRString& value) {
+  if (entry->tagID != KRTag_USERPASS) return KRDataObj::HandleTagElement(entry, value);
+  return SetUserPass(value) == 3 ? KRParseStatus_Fatal : KRParseStatus_Accepted;
 }
