@@ -7,8 +7,10 @@
 
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/model/factory.h"
+#include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
+#include "support/virtual_slots.h"
 
 namespace {
 
@@ -159,6 +161,58 @@ TEST(KRFile, WritesNoDelimitersWithoutABoundary) {
   EXPECT_EQ(TextOf(file), "content-length: 2\r\nx\n");
 }
 
+TEST(KRFile, StopsAtAnEmptyPlaceAmongItsSubfiles) {
+  KRFile file;
+  file.SetBoundary(KRString("frontier"));
+  auto* part = new KRFile;
+  part->SetParent(&file);
+  part->SetMIMEBody(KRString("second"));
+  EXPECT_EQ(file.SetSubfile(1, part), 1);
+  const Built built = Build(file);
+  EXPECT_EQ(built.status, KRBuildStatus_NullArgument);
+  EXPECT_EQ(built.text, "") << "no delimiter stands in front of it";
+}
+
+// A part that refuses one header, and one that cannot write any.
+class RefusingPart : public KRFileRs {
+ public:
+  explicit RefusingPart(const char* refused) : m_refused(refused) {}
+  KRParseStatus HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name) override {
+    if (name != nullptr && *name == m_refused) return KRParseStatus_Fatal;
+    return KRFileRs::HandleHeader(tag, value, name);
+  }
+  u16 AllRequiredPresent() override { return 1; }
+
+ private:
+  const char* m_refused;
+};
+
+class HeaderlessPart : public KRFile {
+ public:
+  KRBuildStatus BuildHeaders(KRBuilder*) const override { return KRBuildStatus_EmptyText; }
+};
+
+TEST(KRFile, StopsWhenASubfileRefusesItsLengthOrType) {
+  for (const char* refused : {"content-length", "content-type"}) {
+    KRFile file;
+    auto* part = new RefusingPart(refused);
+    part->SetParent(&file);
+    file.AppendSubfile(part);
+    EXPECT_EQ(Build(file).status, KRBuildStatus_Fatal) << refused;
+  }
+}
+
+TEST(KRFile, WritesASubfileWhoseHeadersFailed) {
+  KRFile file;
+  auto* part = new HeaderlessPart;
+  part->SetParent(&file);
+  part->SetMIMEBody(KRString("x"));
+  file.AppendSubfile(part);
+  EXPECT_EQ(TextOf(file), "x\n");
+  // At the top the headers count.
+  EXPECT_EQ(Build(HeaderlessPart()).status, KRBuildStatus_EmptyText);
+}
+
 TEST(KRFile, GivesItsOFXSubfilesTheirType) {
   KRFile file;
   auto* part = new KRFileRs;
@@ -263,6 +317,65 @@ TEST(KRFileRs, CopiesItsResponses) {
   EXPECT_EQ(TextOf(copy), TextOf(*file));
   EXPECT_NE(copy.GetResponse(0), file->GetResponse(0));
 }
+
+// Counts what is asked of it, and makes no requests.
+class CountingFactory : public KRDataObjFactory {
+ public:
+  KRMIMEHeader* NewMIMEHeader() override { return Count(), KRDataObjFactory::NewMIMEHeader(); }
+  KRFile* NewFile(u16 version) override { return Count(), KRDataObjFactory::NewFile(version); }
+  KRFileRq* NewFileRq(u16 version) override {
+    return Count(), KRDataObjFactory::NewFileRq(version);
+  }
+  KRFileRs* NewFileRs(u16 version) override {
+    return Count(), KRDataObjFactory::NewFileRs(version);
+  }
+  KRRequest* NewRequest(u16) override { return Count(), nullptr; }
+  KRResponse* NewResponse(u16) override { return Count(), nullptr; }
+
+  int m_made = 0;
+
+ private:
+  void Count() { ++m_made; }
+};
+
+TEST(KRFile, TakesHeadersAndCopiesFromTheFactory) {
+  CountingFactory factory;
+  const InForce inForce(factory);
+  KRFile source;
+  KRString name("X-One");
+  source.HandleHeader(KRHeaderTag_None, KRString("1"), &name);
+  source.HandleHeader(KRHeaderTag_None, KRString("2"), &name);
+  EXPECT_EQ(factory.m_made, 1) << "a known name needs no second header";
+  source.AppendSubfile(new KRFile);
+  source.AppendSubfile(new KRFileRq);
+  source.AppendSubfile(new KRFileRs);
+  KRFile copy;
+  EXPECT_EQ(copy.DeepCopyFrom(&source), 1);
+  EXPECT_EQ(factory.m_made, 5);
+}
+
+TEST(KRFileRq, StopsTheParseWhenTheFactoryMakesNoBody) {
+  CountingFactory factory;
+  const InForce inForce(factory);
+  KRSetFireAlarm(KRFireAlarm_None);
+  EXPECT_EQ(Parsed<KRFileRq>(File(SignOnRequestSet())).Status(), KRParseStatus_Fatal);
+  EXPECT_TRUE(AlarmIsSet());
+  KRSetFireAlarm(KRFireAlarm_None);
+  EXPECT_EQ(Parsed<KRFileRs>(File(SignOnResponseSet())).Status(), KRParseStatus_Fatal);
+  EXPECT_TRUE(AlarmIsSet());
+  KRSetFireAlarm(KRFireAlarm_None);
+  EXPECT_EQ(factory.m_made, 2);
+}
+
+#ifdef KROFX_TESTS_KNOW_SLOTS
+TEST(KRFile, KeepsTheOrderOfItsOperations) {
+  const std::ptrdiff_t first = SlotOf(&KRFile::BuildHeaders);
+  EXPECT_EQ(SlotOf(&KRFile::ValidateHeader), first + 1);
+  EXPECT_EQ(SlotOf(static_cast<u16 (KRFile::*)() const>(&KRFile::ValidateHeaders)), first + 2);
+  EXPECT_EQ(SlotOf(&KRFile::SetFactory), first + 3);
+  EXPECT_EQ(SlotOf(&KRFileOFX::AddDefaultOFXHeaders), first + 4);
+}
+#endif
 
 TEST(KRFile, SharesEverythingInAShallowCopy) {
   const Parsed<KRFileRs> file(BankStatementFile(""));

@@ -128,6 +128,32 @@ TEST(KRMessageSetRq, IsCompleteByTheRuleOfItsFamily) {
   }
 }
 
+TEST(KRMessageSetRs, IsCompleteByTheRuleOfItsFamily) {
+  for (const TagList& row : kSets) {
+    const std::string stem(row.name);
+    const std::string type = stem + "MSGSRSV1";
+    EXPECT_EQ(MakeSet<KRMessageSetRs>(type)->AllRequiredPresent(), 0) << type;
+    for (const std::string& tag : Words(row.tags)) {
+      auto set = MakeSet<KRMessageSetRs>(type);
+      const KRTagID id = Id(Response(tag));
+      u16 expected = 1;
+      if (tag == "SONRQ") {
+        set->SetSignOnRs(MakeChild<KRSignOnRs>(id));
+      } else if (IsSync(tag)) {
+        set->AppendSync(MakeChild<KRSyncRs>(id));
+      } else {
+        set->AppendTrans(MakeChild<KRTransRs>(id));
+        if (stem == "SIGNON" || tag.starts_with("MULTI")) expected = 0;
+      }
+      EXPECT_EQ(set->AllRequiredPresent(), expected) << type << " " << tag;
+    }
+  }
+  // Any transaction stands for the list.
+  auto securities = MakeSet<KRMessageSetRs>("SECLISTMSGSRSV1");
+  EXPECT_EQ(securities->AppendTrans(MakeChild<KRTransRs>(KRTag_STMTTRNRS)), 0);
+  EXPECT_EQ(securities->AllRequiredPresent(), 1);
+}
+
 TEST(KRMessageSetRq, CountsWrappersOfBillPaymentWhateverTheirTag) {
   for (const char* type : {"BILLPAYMSGSRQV1", "N.PAYROLLMSGSRQV1"}) {
     auto set = MakeSet<KRMessageSetRq>(type);

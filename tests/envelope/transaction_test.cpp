@@ -10,6 +10,7 @@
 #include "krofx/envelope/envelope.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/billpay/payees.h"
+#include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 
@@ -147,6 +148,55 @@ TEST(KRTransRq, MakesAnyPayloadWhateverItsOwnType) {
   EXPECT_NE(dynamic_cast<KRPayeeRq*>(wrapper.GetActualTrans()), nullptr);
   // The first stays readable until the wrapper goes.
   EXPECT_EQ(first->GetType(), KRTag_STMTRQ);
+}
+
+class OpenResponse : public KRTransRs {
+ public:
+  using KRTransRs::NewRs;
+};
+
+TEST(KRTransRs, MakesAnyPayloadWhateverItsOwnType) {
+  OpenResponse wrapper;
+  wrapper.SetType(KRTag_PROFTRNRS);
+  EXPECT_EQ(wrapper.NewRs(KRTag_STMTRS), KRParseStatus_Accepted);
+  KRTransBase* first = wrapper.GetActualTrans();
+  EXPECT_NE(dynamic_cast<KRBankStatementRs*>(first), nullptr);
+  EXPECT_EQ(wrapper.NewRs(KRTag_STMTRQ), KRParseStatus_Invalid);
+  EXPECT_EQ(wrapper.GetActualTrans(), first);
+  EXPECT_EQ(wrapper.NewRs(KRTag_PAYEERS), KRParseStatus_Accepted);
+  EXPECT_NE(dynamic_cast<KRPayeeRs*>(wrapper.GetActualTrans()), nullptr);
+  EXPECT_EQ(first->GetType(), KRTag_STMTRS);
+}
+
+// Makes neither statements nor statuses, and says nothing about it.
+class PoorFactory : public KRDataObjFactory {
+ public:
+  KRBankStatementRq* NewBankStatementRq(u16) override { return nullptr; }
+  KRBankStatementRs* NewBankStatementRs(u16) override { return nullptr; }
+  KRStatus* NewStatus(u16) override { return nullptr; }
+};
+
+TEST(KRTransRq, RaisesNoAlarmOverAPayloadThatIsNotMade) {
+  PoorFactory factory;
+  const InForce inForce(factory);
+  KRSetFireAlarm(KRFireAlarm_None);
+  OpenRequest request;
+  EXPECT_EQ(request.NewRq(KRTag_STMTRQ), KRParseStatus_Fatal);
+  OpenResponse response;
+  EXPECT_EQ(response.NewRs(KRTag_STMTRS), KRParseStatus_Fatal);
+  EXPECT_EQ(response.GetActualTrans(), nullptr);
+  EXPECT_FALSE(AlarmIsSet());
+}
+
+TEST(KRTransRs, RaisesTheAlarmOverAStatusThatIsNotMade) {
+  PoorFactory factory;
+  const InForce inForce(factory);
+  KRSetFireAlarm(KRFireAlarm_None);
+  auto wrapper = MakeWrapper<KRTransRs>("STMTTRNRS");
+  const KRTagDictionaryEntry entry = {KRTag_STATUS, "STATUS"};
+  EXPECT_EQ(wrapper->HandleTagStart(&entry), KRParseStatus_Fatal);
+  EXPECT_TRUE(AlarmIsSet());
+  KRSetFireAlarm(KRFireAlarm_None);
 }
 
 TEST(KRTransRq, TakesTheLastOfTwoPayloadsWithoutAWarning) {

@@ -74,6 +74,15 @@ TEST(MultiTransfer, StandsInSynchronisations) {
   auto* wrapper = FindIn<KRMultiTransRq>(request.Get());
   ASSERT_NE(wrapper, nullptr);
   EXPECT_EQ(wrapper->GetNumActualTrans(), 1);
+
+  const std::string answers = Aggregate(
+      "INTERSYNCRS", "<TOKEN2>8<LOSTSYNC>N" + BankAccountText("BANKACCTFROM", 2) +
+                         ResponseWrapper("MULTIINTERTRNRS", Answer("1.25") + Answer("2.25")));
+  const Parsed<KRFileRs> response(ResponseFile("INTERXFERMSGSRS", answers, 2), 2, 1);
+  EXPECT_EQ(response.Warnings(), Lines());
+  auto* answer = FindIn<KRMultiTransRs>(response.Get());
+  ASSERT_NE(answer, nullptr);
+  EXPECT_EQ(answer->GetNumActualTrans(), 2);
 }
 
 TEST(MultiTransfer, IsUnknownToTheFirstVersion) {
