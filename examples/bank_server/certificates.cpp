@@ -13,7 +13,9 @@ namespace bank_server {
 namespace {
 
 constexpr long kHour = 60 * 60;
-constexpr long kValidity = 7 * 24 * kHour;
+constexpr long kWeek = 7 * 24 * kHour;
+constexpr char kOurHosts[] = "IP:127.0.0.1,DNS:localhost";
+constexpr char kOtherHosts[] = "DNS:bank.example";
 
 struct Extension {
   int id;
@@ -28,7 +30,6 @@ constexpr Extension kServerExtensions[] = {
     {NID_basic_constraints, "critical,CA:FALSE"},
     {NID_key_usage, "critical,digitalSignature"},
     {NID_ext_key_usage, "serverAuth"},
-    {NID_subject_alt_name, "IP:127.0.0.1,DNS:localhost"},
     {NID_subject_key_identifier, "hash"},
     {NID_authority_key_identifier, "keyid:always"},
 };
@@ -53,22 +54,32 @@ bool AddExtension(X509* certificate, X509* issuer, const Extension& extension) {
   return made && X509_add_ext(certificate, made.get(), -1) == 1;
 }
 
+// Who is certified, and from when on, in seconds from now, for a week.
+struct Subject {
+  const char* name;
+  const char* hosts;
+  long from;
+};
+
 // A certificate for `key`. The issuer signs; a null one means that it signs itself.
 template <std::size_t kCount>
-Certificate Make(const char* name, EVP_PKEY* key, X509* issuer, EVP_PKEY* issuerKey,
+Certificate Make(const Subject& subject, EVP_PKEY* key, X509* issuer, EVP_PKEY* issuerKey,
                  const Extension (&extensions)[kCount]) {
   Certificate made(X509_new());
   X509* const raw = made.get();
   if (raw == nullptr) return nullptr;
   X509* const signer = issuer != nullptr ? issuer : raw;
   bool good = X509_set_version(raw, X509_VERSION_3) == 1 && SetSerial(raw) &&
-              X509_gmtime_adj(X509_getm_notBefore(raw), -kHour) != nullptr &&
-              X509_gmtime_adj(X509_getm_notAfter(raw), kValidity) != nullptr &&
+              X509_gmtime_adj(X509_getm_notBefore(raw), subject.from) != nullptr &&
+              X509_gmtime_adj(X509_getm_notAfter(raw), subject.from + kWeek) != nullptr &&
               X509_set_pubkey(raw, key) == 1 && AddName(raw, "O", "Harbor Federal (example)") &&
-              AddName(raw, "CN", name) &&
+              AddName(raw, "CN", subject.name) &&
               X509_set_issuer_name(raw, X509_get_subject_name(signer)) == 1;
   for (const Extension& extension : extensions) {
     good = good && AddExtension(raw, signer, extension);
+  }
+  if (subject.hosts != nullptr) {
+    good = good && AddExtension(raw, signer, {NID_subject_alt_name, subject.hosts});
   }
   good = good && X509_sign(raw, issuerKey, EVP_sha256()) != 0;
   return good ? std::move(made) : nullptr;
@@ -84,14 +95,20 @@ bool WriteFile(const std::string& name, Write write) {
 
 }  // namespace
 
-bool MakeIdentity(Identity& identity) {
+bool MakeIdentity(Fault fault, Identity& identity) {
   const Key authorityKey(EVP_EC_gen("P-256"));
   identity.serverKey.reset(EVP_EC_gen("P-256"));
   if (!authorityKey || !identity.serverKey) return false;
-  identity.authority = Make("Harbor Federal example authority", authorityKey.get(), nullptr,
-                            authorityKey.get(), kAuthorityExtensions);
+  // Begun a little early, for clients whose clock is behind.
+  const Subject authority = {"Harbor Federal example authority", nullptr, -kHour};
+  identity.authority =
+      Make(authority, authorityKey.get(), nullptr, authorityKey.get(), kAuthorityExtensions);
   if (!identity.authority) return false;
-  identity.server = Make("localhost", identity.serverKey.get(), identity.authority.get(),
+  Subject server = {"localhost", kOurHosts, -kHour};
+  if (fault == Fault::kOtherHost) server.hosts = kOtherHosts;
+  if (fault == Fault::kExpired) server.from = -2 * kWeek;
+  if (fault == Fault::kNotYetValid) server.from = kWeek;
+  identity.server = Make(server, identity.serverKey.get(), identity.authority.get(),
                          authorityKey.get(), kServerExtensions);
   return identity.server != nullptr;
 }

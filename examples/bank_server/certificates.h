@@ -30,9 +30,17 @@ struct Identity {
   Key serverKey;
 };
 
-/// Makes an authority and a certificate for 127.0.0.1 and localhost, valid for a week; false when
-/// OpenSSL cannot.
-bool MakeIdentity(Identity& identity);
+/// What is wrong with the server's certificate, for trying out how clients refuse it.
+enum class Fault {
+  kNone,
+  kExpired,      ///< It was valid a week ago.
+  kNotYetValid,  ///< It will be valid in a week.
+  kOtherHost,    ///< It names another server.
+};
+
+/// Makes an authority and a certificate for 127.0.0.1 and localhost, valid for a week unless it is
+/// to have a fault; false when OpenSSL cannot.
+bool MakeIdentity(Fault fault, Identity& identity);
 
 /// Writes a certificate as PEM; false when the file cannot be written.
 bool WritePem(X509* certificate, const std::string& file);

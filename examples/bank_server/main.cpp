@@ -1,14 +1,16 @@
 // An OFX server for trying clients out: an invented bank on this machine's loopback address.
 //
-//   bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE] [--once | --requests N]
+//   bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE] [--fault KIND]
+//               [--once | --requests N]
 //
 // It makes itself a certificate at start, and prints `listening on https://127.0.0.1:PORT/ofx`. A
 // client trusts it by the authority's certificate, which --ca-file writes as PEM and --ca-der as
-// DER. It answers for the user ada.w with the password not-a-real-password, whose accounts stand in
-// bank_data.cpp, in both versions of the message sets: sign-on, profile, list of accounts, bank,
-// card and investment statements, descriptions of securities, and transfers between own accounts,
-// which change balances until the program ends. Transactions are told from the first to the last
-// day that a request names, both included; times and zones play no part.
+// DER. With --fault the certificate is one that no client should accept. It answers for the user
+// ada.w with the password not-a-real-password, whose accounts stand in bank_data.cpp, in both
+// versions of the message sets: sign-on, profile, list of accounts, bank, card and investment
+// statements, descriptions of securities, and transfers between own accounts, which change balances
+// until the program ends. Transactions are told from the first to the last day that a request
+// names, both included; times and zones play no part.
 //
 // The files: main.cpp reads the command line; server.cpp speaks HTTP; certificates.cpp makes the
 // certificates; answer.cpp turns a request's text into the answer's; request_classes.cpp says what
@@ -25,11 +27,12 @@ namespace {
 
 constexpr char kUsage[] =
     "usage: bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE]\n"
-    "                   [--once | --requests N]\n"
+    "                   [--fault KIND] [--once | --requests N]\n"
     "  --port N        listen on port N of 127.0.0.1 (default: a free one)\n"
     "  --http          speak plain HTTP\n"
     "  --ca-file FILE  write the certificate of the authority as PEM\n"
     "  --ca-der FILE   write it as DER\n"
+    "  --fault KIND    show a certificate that is expired, not-yet-valid, or for an other-host\n"
     "  --once          end after one request\n"
     "  --requests N    end after N requests\n";
 
@@ -38,6 +41,22 @@ bool ReadNumber(const char* text, unsigned long max, unsigned long& number) {
   char* end = nullptr;
   number = std::strtoul(text, &end, 10);
   return *text >= '0' && *text <= '9' && *end == '\0' && number >= 1 && number <= max;
+}
+
+bool ReadFault(const char* text, bank_server::Fault& fault) {
+  using bank_server::Fault;
+  constexpr struct {
+    const char* name;
+    Fault fault;
+  } kFaults[] = {{"expired", Fault::kExpired},
+                 {"not-yet-valid", Fault::kNotYetValid},
+                 {"other-host", Fault::kOtherHost}};
+  for (const auto& known : kFaults) {
+    if (std::strcmp(text, known.name) != 0) continue;
+    fault = known.fault;
+    return true;
+  }
+  return false;
 }
 
 bool ReadOptions(int count, char** arguments, bank_server::Options& options) {
@@ -58,6 +77,7 @@ bool ReadOptions(int count, char** arguments, bank_server::Options& options) {
       options.authorityPem = value;
     } else if (std::strcmp(name, "--ca-der") == 0) {
       options.authorityDer = value;
+    } else if (std::strcmp(name, "--fault") == 0 && ReadFault(value, options.fault)) {
     } else if (std::strcmp(name, "--port") == 0 && ReadNumber(value, 65535, number)) {
       options.port = static_cast<int>(number);
     } else if (std::strcmp(name, "--requests") == 0 && ReadNumber(value, 1000000000, number)) {

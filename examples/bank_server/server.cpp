@@ -181,7 +181,7 @@ class EndSignals {
 int Serve(Bank& bank, const Options& options) {
   const EndSignals signals;
   Identity identity;
-  if (!options.plain && !MakeIdentity(identity)) {
+  if (!options.plain && !MakeIdentity(options.fault, identity)) {
     std::fprintf(stderr, "no certificate could be made\n");
     return 1;
   }

@@ -18,6 +18,7 @@
 #include <string>
 
 #include "bank.h"
+#include "certificates.h"
 
 namespace bank_server {
 
@@ -27,7 +28,8 @@ struct Options {
   bool plain = false;
   std::string authorityPem;  ///< Where the authority's certificate goes; empty for nowhere.
   std::string authorityDer;
-  std::size_t requests = 0;  ///< After how many requests to end; 0 for never.
+  Fault fault = Fault::kNone;  ///< Of the server's certificate.
+  std::size_t requests = 0;    ///< After how many requests to end; 0 for never.
 };
 
 /// Serves until the process gets SIGTERM or SIGINT, or enough requests were answered. Prints the

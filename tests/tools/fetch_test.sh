@@ -80,6 +80,10 @@ bank=$url
 start "$bank_server" --ca-file "$work/other-ca.pem"
 refused 'does not lead to a root given with --root' --url "$bank" --root other-ca.pem
 cat other-ca.pem ca.pem >both.pem
+for fault in expired not-yet-valid other-host; do
+  start "$bank_server" --ca-file "$work/fault.pem" --fault "$fault"
+  refused 'certificate is not valid' --url "$url" --root fault.pem
+done
 start python3 "$here/http_server.py"
 refused 'no secure connection' --url "${url/http:/https:}" "${trust[@]}"
 url=$bank
