@@ -140,6 +140,31 @@ TEST_F(MimeParser, PartWithoutHeadersIsAPlainFile) {
   EXPECT_EQ(Str(m_file.GetSubfile(0)->GetMIMEBody()).find("just text") != std::string::npos, true);
 }
 
+TEST_F(MimeParser, PartWithoutHeadersIsToldThatItIsPlainTextWithoutAName) {
+  class Telling : public KRFile {
+   public:
+    KRParseStatus HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name) override {
+      Told() = std::to_string(tag) + " " + Str(value) + (name == nullptr ? "" : " with a name");
+      return KRParseStatus_Fatal;
+    }
+    static std::string& Told() {
+      static std::string told;
+      return told;
+    }
+  };
+  class TellingFiles : public KRDataObjFactory {
+   public:
+    KRFile* NewFile(u16) override { return new Telling; }
+  };
+  TellingFiles factory;
+  KRDataObj::SetFactory(&factory);
+  EXPECT_EQ(Parse(std::string(kMultipart) + "--b0\n\njust text\n--b0--\n"), KRParseStatus_Accepted)
+      << "the answer is not looked at";
+  KRDataObj::SetFactory(nullptr);
+  EXPECT_EQ(Telling::Told(), "-1 text/plain");
+  EXPECT_EQ(m_file.GetNumberOfSubfiles(), 1);
+}
+
 TEST_F(MimeParser, BlankLineBelongsToABodyWithNoColonBehindIt) {
   EXPECT_EQ(Parse(kMultipart + Plain("text") + "--b0--\n"), KRParseStatus_Accepted);
   EXPECT_EQ(Body(0), "\ntext\n") << "no header can follow, so no line is looked at any more";
@@ -262,8 +287,31 @@ TEST_F(MimeParser, SurvivesEveryFailingAllocation) {
     const bool failed = AllocationFailure::Count() >= nth;
     AllocationFailure::FailAt(0);
     if (!failed) break;
+    EXPECT_NE(status, KRParseStatus_Unused) << nth;
+    if (status == KRParseStatus_Fatal) {
+      EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted) << nth;
+    }
   } while (nth < 100000);
   EXPECT_EQ(status, KRParseStatus_Warnings);
+  EXPECT_GT(nth, 10u);
+}
+
+TEST_F(MimeParser, LosesNoBodySilently) {
+  const std::string text = kMultipart + Plain("a body long enough to need memory") + kClosing;
+  std::size_t nth = 0;
+  bool failed = true;
+  while (failed) {
+    KRFile file;
+    TextBuffer buffer(text);
+    KRMIMEParser parser;
+    AllocationFailure::FailAt(++nth);
+    const KRParseStatus status = parser.Parse(buffer.Get(), &file, 0);
+    failed = AllocationFailure::Count() >= nth;
+    AllocationFailure::FailAt(0);
+    if (status != KRParseStatus_Accepted) continue;
+    ASSERT_EQ(file.GetNumberOfSubfiles(), 1) << nth;
+    EXPECT_EQ(Str(file.GetSubfile(0)->GetMIMEBody()), "a body long enough to need memory\n") << nth;
+  }
   EXPECT_GT(nth, 10u);
 }
 

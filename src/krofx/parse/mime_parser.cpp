@@ -30,6 +30,18 @@ KRFile* NewSubfile(KRMIMEType type) {
   return subfile;
 }
 
+bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
+
+// Reads the headers and the text of a part that is not OFX.
+void ReadPlain(KRParseEngine& engine, KRFile& subfile, const KRString& boundary) {
+  KRHeaderTag tag = KRHeaderTag_None;
+  KRString value;
+  KRString name;
+  while (engine.GetHeader(tag, value, &name) != 0) subfile.HandleHeader(tag, value, &name);
+  KRString body;
+  if (engine.GetMIMEBody(boundary, body) != 0) subfile.SetMIMEBody(body);
+}
+
 }  // namespace
 
 KRParseStatus KRMIMEParser::Parse(KRBuffer* buffer, KRFile* file, u16 /*checkRequired*/) {
@@ -53,6 +65,7 @@ KRParseStatus KRMIMEParser::Parse(KRBuffer* buffer, KRFile* file, u16 /*checkReq
       multipart = true;
     }
   }
+  if (AlarmIsSet()) return KRParseStatus_Fatal;
 
   for (;;) {
     const KRBoundStatus bound = engine.FindMIMEBoundary(boundary);
@@ -68,10 +81,15 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   KRHeaderTag tag = KRHeaderTag_None;
   KRString value;
   KRString name;
+  // What there was no memory for must not go missing silently. An OFX part that failed before this
+  // one may have left the alarm set.
+  const auto unlessMemoryRanOut = [alarmBefore = AlarmIsSet()] {
+    return !alarmBefore && AlarmIsSet() ? KRParseStatus_Fatal : KRParseStatus_Accepted;
+  };
   const bool hasHeader = engine.GetHeader(tag, value, &name) != 0;
   if (hasHeader && !IsContentType(name)) {
     file.HandleHeader(tag, value, &name);
-    return KRParseStatus_Accepted;
+    return unlessMemoryRanOut();
   }
   KRFile* subfile = NewSubfile(hasHeader ? engine.GetFileType(&value) : KRMIMEType_Other);
   if (subfile == nullptr) return KRParseStatus_Fatal;
@@ -90,7 +108,11 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
 
   const KRTagID type = subfile->GetType();
   if (type != KRTag_OFXFILERQ && type != KRTag_OFXFILERS) {
-    return ReadPlain(engine, *subfile, boundary);
+    ReadPlain(engine, *subfile, boundary);
+    return unlessMemoryRanOut();
+  }
+  if (const KRParseStatus status = unlessMemoryRanOut(); status != KRParseStatus_Accepted) {
+    return status;
   }
   KRParseEngine* ownEngine = GetParseEngine();
   const s16 depth = GetDepth();
@@ -101,18 +123,4 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   // A part that failed does not spoil the others, nor do the aggregates that it left open.
   while (GetDepth() > depth) PopObject();
   return KRParseStatus_Accepted;
-}
-
-KRParseStatus KRMIMEParser::ReadPlain(KRParseEngine& engine, KRFile& subfile,
-                                      const KRString& boundary) {
-  const bool alarmBefore = KRGetFireAlarm() != KRFireAlarm_None;
-  KRHeaderTag tag = KRHeaderTag_None;
-  KRString value;
-  KRString name;
-  while (engine.GetHeader(tag, value, &name) != 0) subfile.HandleHeader(tag, value, &name);
-  KRString body;
-  if (engine.GetMIMEBody(boundary, body) != 0) subfile.SetMIMEBody(body);
-  // A body or header that there was no memory for must not go missing silently.
-  return !alarmBefore && KRGetFireAlarm() != KRFireAlarm_None ? KRParseStatus_Fatal
-                                                              : KRParseStatus_Accepted;
 }

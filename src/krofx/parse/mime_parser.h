@@ -37,7 +37,6 @@ class KROFX_API KRMIMEParser : public KRSimpleParser {
  private:
   KRParseStatus ReadPart(KRParseEngine& engine, KRBuffer* buffer, KRFile& file,
                          const KRString& boundary, bool multipart);
-  KRParseStatus ReadPlain(KRParseEngine& engine, KRFile& subfile, const KRString& boundary);
 };
 
 #endif  // KROFX_PARSE_MIME_PARSER_H_
