@@ -76,6 +76,8 @@ TEST(KRBuffer, AllocatesAheadWithoutTouchingTheContent) {
   buffer += "abc";
   EXPECT_EQ(buffer.AllocateTo(100), KRBufferOK);
   EXPECT_EQ(buffer.GetBufferAllocation(), 512u);
+  EXPECT_EQ(buffer.AllocateTo(512), KRBufferOK);
+  EXPECT_EQ(buffer.GetBufferAllocation(), 512u);
   EXPECT_EQ(buffer.AllocateTo(513), KRBufferOK);
   EXPECT_EQ(buffer.GetBufferAllocation(), 1024u);
   EXPECT_EQ(buffer.AllocateTo(5000), KRBufferOK);

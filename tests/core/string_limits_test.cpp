@@ -102,6 +102,19 @@ TEST(KRString, HoldsUpTo65534Characters) {
   EXPECT_FALSE(AlarmIsSet());
 }
 
+TEST(KRString, GrowsUpTo65534Characters) {
+  KRSetFireAlarm(KRFireAlarm_None);
+  KRString string(std::string(65532, 'a').c_str());
+  EXPECT_EQ((string + KRString("xy")).GetStrLength(), 65534);
+  string += 'x';
+  string += "y";
+  EXPECT_EQ(string.GetStrLength(), 65534);
+  KRString wrapped(std::string(65534 - 12, 'a').c_str());
+  wrapped.ToCDATA();
+  EXPECT_EQ(wrapped.GetStrLength(), 65534);
+  EXPECT_FALSE(AlarmIsSet());
+}
+
 TEST(KRString, RefusesMoreThan65534CharactersAndKeepsItsText) {
   std::string const tooLong = std::string(65535, 'a');
   std::string const wrapping = std::string(65536 + 4, 'a');
@@ -119,7 +132,9 @@ TEST(KRString, RefusesMoreThan65534CharactersAndKeepsItsText) {
   }
   KRString string("abc");
   string.SetEncoding(KRStringEncode_CDATA);
+  KRSetFireAlarm(KRFireAlarm_None);
   EXPECT_EQ(string.Assign(tooLong.c_str(), 65535), 0);
+  EXPECT_TRUE(AlarmIsSet());
   EXPECT_TRUE(string == "abc");
   EXPECT_EQ(string.GetEncoding(), KRStringEncode_CDATA);
   KRUserPassword password;

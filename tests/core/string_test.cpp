@@ -259,6 +259,9 @@ TEST(KRString, ComparesInEveryCombination) {
   EXPECT_TRUE("abd" != string);
   EXPECT_TRUE(string != "abcd");
   EXPECT_TRUE(string != KRString("ab"));
+  EXPECT_EQ(string == KRString("abd"), 0);
+  EXPECT_EQ(string == KRString("aBc"), 0);
+  EXPECT_TRUE(string != KRString("abd"));
   EXPECT_FALSE(string != fixed);
   EXPECT_TRUE((std::is_same_v<decltype(string == "abc"), u16>));
 }

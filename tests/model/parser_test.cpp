@@ -138,6 +138,15 @@ TEST_F(Parser, TableOfTheCallerIsInForceUntilPushedOver) {
   EXPECT_EQ(m_parser.IsValidTag(KRTag_MEMO), 0);
 }
 
+TEST_F(Parser, HasNoValidTagByATableWithoutAnObject) {
+  static constexpr KRTagTableEntry kTable[] = {{KRTag_CODE, 0xffff}};
+  KRArrayOfTags tags;
+  tags.table = kTable;
+  tags.count = 1;
+  m_parser.SetValidTags(tags);
+  EXPECT_EQ(m_parser.IsValidTag(KRTag_CODE), 0);
+}
+
 TEST_F(Parser, CopyHasTheStack) {
   ToyAggregate& root = NewObject();
   m_parser.Parse(nullptr, &root, 0);

@@ -208,6 +208,15 @@ TEST_F(SimpleParser, ElementsOwnEndTagIsSwallowedOnlyBehindIt) {
   EXPECT_EQ(m_notebook.lines.back(), "end CODE");
 }
 
+TEST_F(SimpleParser, EndTagThatLeavesNoObjectIsFatal) {
+  // Pushed before there was a root, so nothing lies below it on the stack.
+  ToyAggregate other(m_notebook, KRTag_None, 1);
+  ASSERT_EQ(m_parser.PushObject(&other), 1);
+  m_root.SetType(KRTag_STATUS);
+  EXPECT_EQ(Parse("<CODE>0</STATUS><CODE>1"), KRParseStatus_Fatal);
+  EXPECT_EQ(m_notebook.lines, (Lines{"element CODE=0", "end STATUS"}));
+}
+
 TEST_F(SimpleParser, TenAggregatesMayBeOpen) {
   EXPECT_EQ(Parse(Repeat("<STATUS>", 10) + "<CODE>0" + Repeat("</STATUS>", 10)),
             KRParseStatus_Accepted);
