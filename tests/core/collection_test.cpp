@@ -165,6 +165,9 @@ TEST(KRCollection, AssignmentDeletesWhatWasOwned) {
   Add(other, 3);
   other = collection;
   EXPECT_EQ(Numbered::s_alive, 2);
+  EXPECT_EQ(other.NumberofItems(), 2);
+  EXPECT_EQ(other[0], collection[0]);
+  EXPECT_EQ(other[1], collection[1]);
   KRCollection const& self = collection;
   collection = self;
   EXPECT_EQ(collection.NumberofItems(), 2);

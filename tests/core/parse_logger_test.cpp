@@ -493,6 +493,15 @@ TEST_F(ParseLogger, RaisesTheAlarmWhicheverAllocationFails) {
   }
 }
 
+TEST_F(ParseLogger, LeavesARecordToItsCallerThatItCannotStore) {
+  KRParseException record;
+  AllocationFailure::FailAt(1);
+  EXPECT_EQ(m_logger.AppendParseException(&record), 0);
+  AllocationFailure::FailAt(0);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+  EXPECT_EQ(m_logger.Entries(), 0);
+}
+
 TEST_F(ParseLogger, KeepsWhatItCopiedWhenMemoryRunsOut) {
   KRParseLogger source;
   for (int i = 0; i < 3; ++i) {
