@@ -293,10 +293,15 @@ TEST(KRFile, CopiesHeadersBodyAndSubfilesByTheirType) {
 
   KRFile copy;
   MakePart(copy, "to be replaced");
+  copy.SetHeader(KRHeaderTag_SECURITY, KRString("TYPE1"));
+  name = KRString("X-Two");
+  copy.HandleHeader(KRHeaderTag_None, KRString("2"), &name);
   EXPECT_EQ(copy.DeepCopyFrom(&source), 1);
   EXPECT_EQ(Str(copy.GetBoundary()), "edge");
   EXPECT_EQ(Str(copy.GetMIMEBody()), "body");
   EXPECT_EQ(Str(*copy.GetHeader(KRHeaderTag_DATA)), "OFXSGML");
+  EXPECT_EQ(copy.ValidateHeader(KRHeaderTag_SECURITY), 0);
+  EXPECT_EQ(copy.GetNumberMIMEHeaders(), 1);
   EXPECT_EQ(Str(copy.GetMIMEHeader(u16{0})->value), "1");
   EXPECT_NE(copy.GetMIMEHeader(u16{0}), source.GetMIMEHeader(u16{0}));
   ASSERT_EQ(copy.GetNumberOfSubfiles(), 3);
@@ -313,7 +318,12 @@ TEST(KRFileRs, CopiesItsResponses) {
   const Parsed<KRFileRs> file(BankStatementFile(""));
   ASSERT_EQ(file.Status(), KRParseStatus_Accepted);
   KRFileRs copy;
+  copy.AppendResponse(new KRResponse);
+  copy.AppendResponse(new KRResponse);
   EXPECT_EQ(copy.DeepCopyFrom(file.Get()), 1);
+  EXPECT_EQ(copy.GetNumberOfResponse(), 1);
+  EXPECT_EQ(copy.DeepCopyFrom(nullptr), 0);
+  EXPECT_EQ(copy.DeepCopyFrom(&copy), 1);
   EXPECT_EQ(TextOf(copy), TextOf(*file));
   EXPECT_NE(copy.GetResponse(0), file->GetResponse(0));
 }
@@ -352,6 +362,11 @@ TEST(KRFile, TakesHeadersAndCopiesFromTheFactory) {
   KRFile copy;
   EXPECT_EQ(copy.DeepCopyFrom(&source), 1);
   EXPECT_EQ(factory.m_made, 5);
+  // What it does not make cannot be copied.
+  auto* part = new KRFileRq;
+  part->AppendRequest(new KRRequest);
+  source.AppendSubfile(part);
+  EXPECT_EQ(copy.DeepCopyFrom(&source), 0);
 }
 
 TEST(KRFileRq, StopsTheParseWhenTheFactoryMakesNoBody) {
@@ -369,11 +384,9 @@ TEST(KRFileRq, StopsTheParseWhenTheFactoryMakesNoBody) {
 
 #ifdef KROFX_TESTS_KNOW_SLOTS
 TEST(KRFile, KeepsTheOrderOfItsOperations) {
-  const std::ptrdiff_t first = SlotOf(&KRFile::BuildHeaders);
-  EXPECT_EQ(SlotOf(&KRFile::ValidateHeader), first + 1);
-  EXPECT_EQ(SlotOf(static_cast<u16 (KRFile::*)() const>(&KRFile::ValidateHeaders)), first + 2);
-  EXPECT_EQ(SlotOf(&KRFile::SetFactory), first + 3);
-  EXPECT_EQ(SlotOf(&KRFileOFX::AddDefaultOFXHeaders), first + 4);
+  ExpectSlotsInOrder(SlotOf(&KRFile::BuildHeaders), &KRFile::BuildHeaders, &KRFile::ValidateHeader,
+                     static_cast<u16 (KRFile::*)() const>(&KRFile::ValidateHeaders),
+                     &KRFile::SetFactory, &KRFileOFX::AddDefaultOFXHeaders);
 }
 #endif
 

@@ -58,6 +58,16 @@ TEST(KRRequest, RefusesToWriteTwoSetsOfATag) {
   EXPECT_EQ(built.failingObject, request.get());
 }
 
+TEST(KRRequest, RefusesToWriteTwoSetsOfATagWhereverTheyStand) {
+  for (const char* between : {"", "BANKMSGSRQV1"}) {
+    auto request = Make<KRRequest>(1);
+    request->AppendMessageSet(MakeSet<KRMessageSetRq>("SIGNONMSGSRQV1"));
+    if (*between != '\0') request->AppendMessageSet(MakeSet<KRMessageSetRq>(between));
+    request->AppendMessageSet(MakeSet<KRMessageSetRq>("SIGNONMSGSRQV1"));
+    EXPECT_EQ(Build(*request), (Built{KRBuildStatus_TreeNotAllowed, ""})) << between;
+  }
+}
+
 TEST(KRRequest, WritesNoSetThatItsVersionForbids) {
   auto request = Make<KRRequest>(1);
   EXPECT_EQ(request->AppendMessageSet(MakeSet<KRMessageSetRq>("BANKMSGSRQV2")), 0);
@@ -95,6 +105,16 @@ TEST(KRResponse, KeepsTheFirstOfTwoSetsOfATagInAParse) {
   EXPECT_EQ(response->GetMessageSet(1)->GetTrans(0)->GetType(), KRTag_STMTTRNRS);
 }
 
+TEST(KRRequest, KeepsTheFirstOfTwoSignOnSetsInAParse) {
+  const std::string second =
+      Aggregate("SIGNONMSGSRQV1", Aggregate("SONRQ", "<DTCLIENT>20260105<USERID>grace"));
+  const Parsed<KRFileRq> file(File(SignOnRequestSet() + second));
+  EXPECT_EQ(file.Status(), KRParseStatus_Invalid);
+  EXPECT_EQ(file.Warnings().at(0), "EXTRAAGG " + TagNumber(KRTag_SIGNONMSGSRQV1));
+  ASSERT_EQ(file->GetRequest(0)->GetNumMessageSet(), 1);
+  EXPECT_EQ(Str(FindIn<KRSignOnRq>(file.Get())->GetUserId()), "ada");
+}
+
 TEST(KRResponse, SkipsASetOfTheOtherDirection) {
   const Parsed<KRFileRs> file(File(SignOnResponseSet() + Aggregate("BANKMSGSRQV1", "")));
   EXPECT_EQ(file.Status(), KRParseStatus_Warnings);
@@ -125,11 +145,14 @@ TEST(KRRequest, CopiesItsSets) {
   const Parsed<KRFileRq> file(RequestFile("BANKMSGSRQ", RequestWrapper("STMTTRNRQ", "")));
   KRRequest* source = file->GetRequest(0);
   KRRequest copy;
-  copy.AppendMessageSet(MakeSet<KRMessageSetRq>("PROFMSGSRQV1"));
+  for (int i = 0; i < 3; ++i) copy.AppendMessageSet(MakeSet<KRMessageSetRq>("PROFMSGSRQV1"));
   EXPECT_EQ(copy.DeepCopyFrom(source), 1);
   EXPECT_EQ(TextOf(copy), TextOf(*source));
+  EXPECT_EQ(copy.GetNumMessageSet(), 2);
   EXPECT_NE(copy.GetMessageSet(0), source->GetMessageSet(0));
   EXPECT_EQ(copy.DeepCopyFrom(nullptr), 0);
+  EXPECT_EQ(copy.DeepCopyFrom(&copy), 1);
+  EXPECT_EQ(copy.GetNumMessageSet(), source->GetNumMessageSet());
 }
 
 TEST(KRRequest, PassesAFactoryOnAndLeavesItForNull) {

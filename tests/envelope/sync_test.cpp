@@ -302,6 +302,7 @@ TEST(KRSyncRs, CopiesTransactionsAccountAndMessageSet) {
   EXPECT_EQ(TextOf(copy), TextOf(*source));
   EXPECT_EQ(copy.GetNumTrans(), 1);
   EXPECT_NE(copy.GetTrans(0), transaction);
+  EXPECT_EQ(copy.DeepCopyFrom(nullptr), 0);
 }
 
 TEST(KRSyncRs, HandsItsVersionToItsTransactions) {

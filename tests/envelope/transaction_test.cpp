@@ -400,6 +400,9 @@ TEST(KRTransRs, CopiesEverything) {
   EXPECT_EQ(copy.GetMsgsRsTag(), KRTag_BANKMSGSRSV1);
   EXPECT_NE(copy.GetStatus(), source->GetStatus());
   EXPECT_EQ(copy.DeepCopyFrom(&copy), 1);
+  KRTransRq other;
+  EXPECT_EQ(copy.DeepCopyFrom(&other), 0);
+  EXPECT_EQ(copy.DeepCopyFrom(nullptr), 0);
   EXPECT_EQ(TextOf(copy), TextOf(*source));
 }
 

@@ -39,9 +39,9 @@ TEST_F(DateArithmetic, FieldsAreStoredAsGiven) {
 }
 
 TEST_F(DateArithmetic, ClearingAndInvalidating) {
-  KRDateTime date("20000229010203.004[-5:EST]");
+  KRDateTime date("20000229010203.004[-3.5:NST]");
   date.Invalidate();
-  EXPECT_EQ(Shown(date), "0-0-0 0:0:0.0 -5/0 EST");
+  EXPECT_EQ(Shown(date), "0-0-0 0:0:0.0 -3/-50 NST");
   date.InitKRDateTime();
   EXPECT_EQ(Shown(date), "0-0-0 0:0:0.0 0/0 ");
   KRTime time("12[1:CET]");
@@ -263,6 +263,9 @@ TEST_F(DateArithmetic, AddingACountClearsTheZone) {
   // The count before 1970 stands one second further back, and is read back as if it did not.
   EXPECT_EQ((date += Number("0")), 1);
   EXPECT_EQ(Shown(date), "1969-12-31 17:0:0.500 0/0 ");
+  date = "19700101120000[-3.5:NST]";
+  EXPECT_EQ((date += Number("1.5")), 1);
+  EXPECT_EQ(Shown(date), "1970-1-1 15:30:1.500 0/0 ");
   date = "19700101000000[-5:EST]";
   EXPECT_EQ((date += Number("31536000")), 0);
   EXPECT_EQ(Shown(date), "0-0-0 0:0:0.0 0/0 ");

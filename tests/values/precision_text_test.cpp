@@ -83,7 +83,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"12+", "12e0", KRPW_BADFORMAT}, BadCase{"--5", "-5e0", KRPW_BADFORMAT},
         BadCase{"+-5", "-5e0", KRPW_BADFORMAT}, BadCase{"-+5", "-5e0", KRPW_BADFORMAT},
         BadCase{",-5", "-5e0", KRPW_BADFORMAT}, BadCase{"1e5", "15e0", KRPW_BADFORMAT},
-        BadCase{"$5", "5e0", KRPW_BADFORMAT}, BadCase{"\xB2", "0e0", KRPW_BADFORMAT},
+        BadCase{"$5", "5e0", KRPW_BADFORMAT}, BadCase{"1:5", "15e0", KRPW_BADFORMAT},
+        BadCase{"1/5", "15e0", KRPW_BADFORMAT}, BadCase{"\xB2", "0e0", KRPW_BADFORMAT},
         // Of two errors the first is told.
         BadCase{"x12345678901234567890123456789", "12345678901234567890123456789e0",
                 KRPW_BADFORMAT},

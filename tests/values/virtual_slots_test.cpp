@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "krofx/values/date_time.h"
 #include "krofx/values/precision_integer.h"
 
@@ -16,68 +14,33 @@ namespace {
 
 using Number = KRPrecisionInteger;
 using Date = KRDateTimeBase;
-using Slots = std::vector<std::ptrdiff_t>;
-
-// Behind the two entries of the destructor, one place after the other.
-void ExpectInOrder(const Slots& slots) {
-  for (std::size_t i = 0; i < slots.size(); ++i) {
-    EXPECT_EQ(slots[i], static_cast<std::ptrdiff_t>(i) + 2) << i;
-  }
-}
 
 TEST(VirtualSlots, OfNumbersKeepTheirPlaces) {
   using Compare = u16 (Number::*)(Number const&) const;
   using Shift = Number& (Number::*)(u16);
   using Change = Number& (Number::*)(Number const&);
   using Compute = Number (Number::*)(Number const&) const;
-  ExpectInOrder({
-      SlotOf(static_cast<Number& (Number::*)(char const*)>(&Number::operator=)),
-      SlotOf(static_cast<Number& (Number::*)(s32)>(&Number::operator=)),
-      SlotOf(static_cast<Number& (Number::*)(Number const&) noexcept>(&Number::operator=)),
-      SlotOf(&Number::ConvertStringToKRPrecisionInteger),
-      SlotOf(static_cast<Compare>(&Number::operator==)),
-      SlotOf(static_cast<Compare>(&Number::operator!=)),
-      SlotOf(static_cast<Compare>(&Number::operator>)),
-      SlotOf(static_cast<Compare>(&Number::operator>=)),
-      SlotOf(static_cast<Compare>(&Number::operator<)),
-      SlotOf(static_cast<Compare>(&Number::operator<=)),
-      SlotOf(static_cast<Shift>(&Number::operator<<)),
-      SlotOf(static_cast<Shift>(&Number::operator>>)),
-      SlotOf(static_cast<Shift>(&Number::operator<<=)),
-      SlotOf(static_cast<Shift>(&Number::operator>>=)),
-      SlotOf(static_cast<Change>(&Number::operator+=)),
-      SlotOf(static_cast<Change>(&Number::operator-=)),
-      SlotOf(static_cast<Compute>(&Number::operator+)),
-      SlotOf(static_cast<Compute>(&Number::operator-)),
-      SlotOf(static_cast<Compute>(&Number::operator/)),
-      SlotOf(static_cast<Compute>(&Number::operator*)),
-      SlotOf(&Number::Mul10),
-      SlotOf(&Number::Mul10InPlace),
-      SlotOf(&Number::Div10),
-      SlotOf(&Number::abs),
-      SlotOf(&Number::Negate),
-      SlotOf(&Number::Integer),
-      SlotOf(&Number::Fraction),
-      SlotOf(static_cast<char* (Number::*)()>(&Number::operator char*)),
-      SlotOf(static_cast<void (Number::*)(u16)>(&Number::Decimal)),
-      SlotOf(static_cast<u16 (Number::*)() const>(&Number::Decimal)),
-      SlotOf(&Number::FitInASLong),
-      SlotOf(&Number::FitInAULong),
-      SlotOf(&Number::FitInASShort),
-      SlotOf(&Number::FitInAUShort),
-      SlotOf(&Number::Sign),
-      SlotOf(&Number::IsZero),
-      SlotOf(&Number::IsPositive),
-      SlotOf(&Number::IsNegative),
-      SlotOf(&Number::IsValid),
-      SlotOf(&Number::GetKRULong),
-      SlotOf(&Number::GetKRSLong),
-      SlotOf(&Number::GetKRUShort),
-      SlotOf(&Number::GetKRSShort),
-      SlotOf(&Number::GetLSBytes),
-      SlotOf(&Number::GetSSBytes),
-      SlotOf(&Number::GetMSBytes),
-  });
+  ExpectSlotsInOrder(
+      2, static_cast<Number& (Number::*)(char const*)>(&Number::operator=),
+      static_cast<Number& (Number::*)(s32)>(&Number::operator=),
+      static_cast<Number& (Number::*)(Number const&) noexcept>(&Number::operator=),
+      &Number::ConvertStringToKRPrecisionInteger, static_cast<Compare>(&Number::operator==),
+      static_cast<Compare>(&Number::operator!=), static_cast<Compare>(&Number::operator>),
+      static_cast<Compare>(&Number::operator>=), static_cast<Compare>(&Number::operator<),
+      static_cast<Compare>(&Number::operator<=), static_cast<Shift>(&Number::operator<<),
+      static_cast<Shift>(&Number::operator>>), static_cast<Shift>(&Number::operator<<=),
+      static_cast<Shift>(&Number::operator>>=), static_cast<Change>(&Number::operator+=),
+      static_cast<Change>(&Number::operator-=), static_cast<Compute>(&Number::operator+),
+      static_cast<Compute>(&Number::operator-), static_cast<Compute>(&Number::operator/),
+      static_cast<Compute>(&Number::operator*), &Number::Mul10, &Number::Mul10InPlace,
+      &Number::Div10, &Number::abs, &Number::Negate, &Number::Integer, &Number::Fraction,
+      static_cast<char* (Number::*)()>(&Number::operator char*),
+      static_cast<void (Number::*)(u16)>(&Number::Decimal),
+      static_cast<u16 (Number::*)() const>(&Number::Decimal), &Number::FitInASLong,
+      &Number::FitInAULong, &Number::FitInASShort, &Number::FitInAUShort, &Number::Sign,
+      &Number::IsZero, &Number::IsPositive, &Number::IsNegative, &Number::IsValid,
+      &Number::GetKRULong, &Number::GetKRSLong, &Number::GetKRUShort, &Number::GetKRSShort,
+      &Number::GetLSBytes, &Number::GetSSBytes, &Number::GetMSBytes);
 }
 
 TEST(VirtualSlots, OfAWideIntegersOwnRuleStandsBehindAllOthers) {
@@ -87,13 +50,10 @@ TEST(VirtualSlots, OfAWideIntegersOwnRuleStandsBehindAllOthers) {
 
 TEST(VirtualSlots, OfDatesKeepTheirPlaces) {
   using Write = u16 (Date::*)(KRString&);
-  ExpectInOrder({
-      SlotOf(static_cast<u16 (Date::*)(char const*)>(&Date::operator=)),
-      SlotOf(static_cast<Write>(&Date::GetTimeString)),
-      SlotOf(static_cast<u16 (Date::*)()>(&Date::IsValidTime)),
-      SlotOf(static_cast<Write>(&Date::GetDateString)),
-      SlotOf(&Date::IsValidDate),
-  });
+  ExpectSlotsInOrder(2, static_cast<u16 (Date::*)(char const*)>(&Date::operator=),
+                     static_cast<Write>(&Date::GetTimeString),
+                     static_cast<u16 (Date::*)()>(&Date::IsValidTime),
+                     static_cast<Write>(&Date::GetDateString), &Date::IsValidDate);
 }
 
 }  // namespace
