@@ -109,6 +109,19 @@ TEST(KRFileRs, HoldsResponses) {
   EXPECT_EQ(TextOf(file), HeaderBlock() + InLines("<OFX></OFX>")) << "an empty place is no body";
 }
 
+TEST(KRFileRq, WritesItsBodiesUpToTheFirstThatFails) {
+  KRFileRq file;
+  file.AppendRequest(new KRRequest);
+  file.AppendRequest(new KRRequest);
+  EXPECT_EQ(TextOf(file), HeaderBlock() + InLines("<OFX></OFX><OFX></OFX>"));
+  for (int i = 0; i < 2; ++i) {
+    auto* set = new KRMessageSetRq;
+    set->SetType(KRTag_SIGNONMSGSRQV1);
+    file.GetRequest(0)->AppendMessageSet(set);
+  }
+  EXPECT_EQ(Build(file), (Built{KRBuildStatus_TreeNotAllowed, HeaderBlock() + "<OFX>\n"}));
+}
+
 TEST(KRFile, GivesItsSubfilesAsChildren) {
   KRFile file;
   auto* subfile = new KRFileRs;
