@@ -50,6 +50,15 @@ class SmallBuffer : public KRBuffer {
   u32 GetMaxBufferSize() override { return 600; }
 };
 
+TEST(KRBuilder, TakesItsLineEndAsANumberToo) {
+  const auto blankLine = [](KRBuilder& builder) { return builder.AddBlankLine(); };
+  const Outcome crLf{KRBuildStatus_Done, "\r\n"};
+  for (KRBuilder builder :
+       {KRBuilder(2, 0), KRBuilder(KRBuildStringCrLfOpt_CRLF, 0), KRBuilder()}) {
+    EXPECT_EQ(Write(builder, blankLine), crLf);
+  }
+}
+
 TEST(BuilderBuild, RefusesNullArguments) {
   KRBuilder builder;
   KRBuffer buffer(0, 0);

@@ -88,6 +88,9 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// @param lineEnd   the end of header lines and blank lines.
   /// @param closeTags when 1, every tag is followed at once by its end tag, elements included.
   explicit KRBuilder(KRBuildStringCrLfOpt lineEnd = KRBuildStringCrLfOpt_CRLF, u16 closeTags = 0);
+  /// The same, for hosts that keep the line end as a number.
+  explicit KRBuilder(u32 lineEnd, u16 closeTags = 0)
+      : KRBuilder(static_cast<KRBuildStringCrLfOpt>(lineEnd), closeTags) {}
   /// Copies all members; the copy writes into the same buffer.
   KRBuilder(const KRBuilder& other) = default;
   /// As the copy constructor.
