@@ -3,6 +3,7 @@
 #include "diagnosis.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace krofx::command {
 
@@ -78,8 +79,9 @@ std::string ObjectPaths::Find(const KRDataObj* object) const {
     const Node& node = m_nodes[index];
     if (node.parent == kNoParent) break;  // The file itself has no tag in the text.
     std::string step = ToText(KRUtility::ObjectToString(node.object));
-    if (node.number > 0) step += "[" + std::to_string(node.number) + "]";
-    path = path.empty() ? step : step + "/" + path;
+    if (node.number > 0) step.append("[").append(std::to_string(node.number)).append("]");
+    if (!path.empty()) step.append("/").append(path);
+    path = std::move(step);
   }
   return path;
 }

@@ -2,6 +2,7 @@
 
 #include "element_tree.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include "identifiers.h"
@@ -39,7 +40,7 @@ std::string ZoneText(std::string_view zone) {
   char* end = nullptr;
   const double value = std::strtod(hours.c_str(), &end);
   if (hours.empty() || *end != '\0' || value < -24 || value > 24) return "";
-  const int minutes = static_cast<int>((value < 0 ? -value : value) * 60 + 0.5);
+  const long minutes = std::lround(std::abs(value) * 60);
   const std::string two[] = {std::to_string(100 + minutes / 60),
                              std::to_string(100 + minutes % 60)};
   return (value < 0 ? "-" : "+") + two[0].substr(1) + ":" + two[1].substr(1);

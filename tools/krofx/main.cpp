@@ -1,6 +1,8 @@
 // The command krofx: reads, checks, rewrites, requests and exchanges OFX from a shell.
 
 #include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
 
 #include "command.h"
 #include "krofx/version.h"
@@ -17,9 +19,7 @@ constexpr char kFooter[] =
     "Exit status: 0 clean, 1 warnings (check), 2 not usable, 64 wrong use.\n"
     "\"krofx COMMAND --help\" tells more; \"man krofx\" tells all.";
 
-}  // namespace
-
-int main(int argc, char** argv) {
+ExitStatus Run(int argc, char** argv) {
   CLI::App app("krofx reads, checks, rewrites, requests and exchanges OFX 1.x files.", "krofx");
   app.require_subcommand(1);
   app.footer(kFooter);
@@ -31,9 +31,17 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kExitClean : kExitWrongUse;
-  } catch (const std::exception& error) {
-    Complain("failed", error.what());
-    return kExitUnusable;
   }
   return exitStatus;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "krofx: failed: %s\n", error.what());
+    return kExitUnusable;
+  }
 }

@@ -43,7 +43,7 @@ bool EqualsWithoutCase(char left, char right) {
 }
 
 std::size_t FindWithoutCase(std::string_view text, std::string_view upperCase) {
-  const auto found =
+  const std::string_view::const_iterator found =
       std::search(text.begin(), text.end(), upperCase.begin(), upperCase.end(), EqualsWithoutCase);
   return found == text.end() ? std::string_view::npos
                              : static_cast<std::size_t>(found - text.begin());

@@ -183,6 +183,8 @@ void VYNNetRequest::ForgetReply() {
   m_headerFile[0] = '\0';
 }
 
+// The callback writes what is only read here.
+// NOLINTNEXTLINE(readability-non-const-parameter)
 void VYNNetRequest::WaitForReply(u16* finished) {
   VYNConnectionManager* const manager = Manager();
   if (finished == nullptr || manager == nullptr) return;
