@@ -11,8 +11,22 @@
 namespace krofx::internal {
 
 namespace {
+
 constexpr u32 kMaxSlots = SlotBlock::kMaxIndex + 1u;
+
+// Elements of a long array have left the caches when they are destroyed: the next one is fetched
+// while the one before it goes. Most are at most this large, and fetching what is not there is
+// harmless.
+void FetchAhead(void const* element) {
+  constexpr std::uintptr_t kBytes = 576;
+  constexpr std::uintptr_t kLine = 64;
+  auto const begin = reinterpret_cast<std::uintptr_t>(element);
+  for (std::uintptr_t at = begin; at < begin + kBytes; at += kLine) {
+    __builtin_prefetch(reinterpret_cast<void const*>(at));
+  }
 }
+
+}  // namespace
 
 SlotBlock::SlotBlock(u16 initialSize, u16 growStep, GrowthAlarm alarm) noexcept
     : m_initialSize(std::max<u16>(initialSize, 1)),
@@ -69,22 +83,6 @@ void SlotBlock::Clear() {
   std::fill_n(m_slots, m_allocated, nullptr);
   m_entries = 0;
 }
-
-namespace {
-
-// Elements of a long array have left the caches when they are destroyed: the next one is fetched
-// while the one before it goes. Most are at most this large, and fetching what is not there is
-// harmless.
-void FetchAhead(void const* element) {
-  constexpr std::uintptr_t kBytes = 576;
-  constexpr std::uintptr_t kLine = 64;
-  auto const begin = reinterpret_cast<std::uintptr_t>(element);
-  for (std::uintptr_t at = begin; at < begin + kBytes; at += kLine) {
-    __builtin_prefetch(reinterpret_cast<void const*>(at));
-  }
-}
-
-}  // namespace
 
 void SlotBlock::Release(void (*destroy)(void*)) {
   void** const slots = m_slots;
