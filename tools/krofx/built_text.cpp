@@ -1,4 +1,4 @@
-// See built_text.h.
+// Builds a tree, and says in words why one was not built.
 
 #include "built_text.h"
 

@@ -1,4 +1,4 @@
-// See certificate_file.h.
+// Finds the certificates in PEM, base64 or DER bytes.
 
 #include "certificate_file.h"
 

@@ -1,4 +1,4 @@
-// See diagnosis.h.
+// Counts lines and columns, and numbers the aggregates of a tree to name their paths.
 
 #include "diagnosis.h"
 

@@ -1,4 +1,4 @@
-// See element_tree.h.
+// Reads the tree out of a builder that notes tags and values in place of writing them.
 
 #include "element_tree.h"
 

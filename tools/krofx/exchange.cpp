@@ -1,4 +1,4 @@
-// See exchange.h.
+// Checks what the command line says of an exchange, and carries it out over the transport.
 
 #include "exchange.h"
 

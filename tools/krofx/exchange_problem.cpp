@@ -1,4 +1,4 @@
-// See exchange_problem.h.
+// One line for each status, with the numbers behind it.
 
 #include "exchange_problem.h"
 

@@ -1,4 +1,4 @@
-// See identifiers.h.
+// The tags of secrets and of numbers of people and accounts, and how each is shown.
 
 #include "identifiers.h"
 

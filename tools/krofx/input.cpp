@@ -1,4 +1,4 @@
-// See input.h.
+// Reads files, directories and standard input, and says what could not be read.
 
 #include "input.h"
 

@@ -1,4 +1,4 @@
-// See interruption.h.
+// Notes a signal while there is something to clean up, and passes it on at the end.
 
 #include "interruption.h"
 

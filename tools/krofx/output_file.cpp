@@ -1,4 +1,4 @@
-// See output_file.h.
+// Writes beside the target and renames, so that a failure leaves the old file.
 
 #include "output_file.h"
 

@@ -1,4 +1,4 @@
-// See parsed_file.h.
+// Parses one input, multipart or not, and collects its warnings with their places.
 
 #include "parsed_file.h"
 

@@ -1,4 +1,4 @@
-// See parts.h.
+// Collects attachments, and makes names for them that stay in their folder.
 
 #include "parts.h"
 

@@ -1,4 +1,4 @@
-// See password.h.
+// Takes a password from a prompt without echo, a descriptor or the environment, and checks it.
 
 #include "password.h"
 

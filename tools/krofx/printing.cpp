@@ -1,4 +1,4 @@
-// See printing.h.
+// The options of printing, and the documents that they print.
 
 #include "printing.h"
 

@@ -1,4 +1,4 @@
-// See progress.h.
+// Counts files on one line of standard error, once the work has taken a second.
 
 #include "progress.h"
 

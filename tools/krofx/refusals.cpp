@@ -1,4 +1,4 @@
-// See refusals.h.
+// Looks through a reply for statuses of severity ERROR, and says what they mean.
 
 #include "refusals.h"
 

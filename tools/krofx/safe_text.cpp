@@ -1,4 +1,4 @@
-// See safe_text.h.
+// Turns bytes that are no UTF-8, and what a terminal would obey, into text that can be shown.
 
 #include "safe_text.h"
 

@@ -1,4 +1,4 @@
-// See temporary_folder.h.
+// Makes the folder, and removes it with all that is in it.
 
 #include "temporary_folder.h"
 

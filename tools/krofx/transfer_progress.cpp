@@ -1,4 +1,4 @@
-// See transfer_progress.h.
+// Shows the steps and counters of an exchange on one line of standard error.
 
 #include "transfer_progress.h"
 

@@ -1,4 +1,4 @@
-// See url.h.
+// Takes a URL apart, and shows it without what may be secret.
 
 #include "url.h"
 
