@@ -6,7 +6,7 @@ cd "$(dirname "$0")"
 
 mkdir -p build
 cmake -S . -B build/bench -G Ninja -DCMAKE_BUILD_TYPE=Release -DKROFX_BUILD_TESTS=OFF \
-  -DKROFX_BUILD_TOOLS=OFF -DKROFX_BUILD_EXAMPLES=OFF -DKROFX_BUILD_BENCH=ON >build/bench.log
+  -DKROFX_BUILD_COMMAND=OFF -DKROFX_BUILD_EXAMPLES=OFF -DKROFX_BUILD_BENCH=ON >build/bench.log
 cmake --build build/bench --target krofx_bench >>build/bench.log
 build/bench/bench/krofx_bench --benchmark_repetitions=5 --benchmark_report_aggregates_only=true \
   --benchmark_out=build/bench/result.json --benchmark_out_format=json

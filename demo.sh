@@ -20,7 +20,7 @@ built() {
   fi
   echo "$program"
 }
-krofx=$(built tools krofx)
+krofx=$(built command krofx)
 bank_server=$(built examples bank_server)
 for sample in examples/{checking,card,quirks,statement-v2}.ofx; do
   echo

@@ -2,7 +2,7 @@
 
 option(KROFX_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(KROFX_BUILD_PACKAGE_TESTS "Test the installed library from outside projects" OFF)
-option(KROFX_BUILD_TOOLS "Build the command krofx" ${PROJECT_IS_TOP_LEVEL})
+option(KROFX_BUILD_COMMAND "Build the command krofx" ${PROJECT_IS_TOP_LEVEL})
 option(KROFX_BUILD_EXAMPLES "Build the example programs" ${PROJECT_IS_TOP_LEVEL})
 option(KROFX_BUILD_BENCH "Build the benchmarks" OFF)
 option(KROFX_BUILD_FUZZ "Build the fuzz targets, which needs clang" OFF)

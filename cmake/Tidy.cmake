@@ -12,7 +12,7 @@ if(PROJECT_IS_TOP_LEVEL AND KROFX_RUN_CLANG_TIDY)
       sed -E "s/ -Wno-(restrict|stringop-overflow|array-bounds)//g; s/ (-Winvalid-pch|-include [^ ]+cmake_pch[.]hxx)//g"
       ${PROJECT_BINARY_DIR}/compile_commands.json > ${commands}/compile_commands.json
     COMMAND ${KROFX_RUN_CLANG_TIDY} -quiet -p ${commands} -extra-arg=-Wno-error
-            "${PROJECT_SOURCE_DIR}/(src|tools)/.*"
+            "${PROJECT_SOURCE_DIR}/(src|command)/.*"
     WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
     USES_TERMINAL VERBATIM)
   add_dependencies(tidy krofx_schemas)

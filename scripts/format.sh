@@ -16,7 +16,7 @@ if [ $# -gt 0 ]; then
   shift
 fi
 if [ $# -eq 0 ]; then
-  for folder in src tests tools examples bench fuzz; do
+  for folder in src command tests examples bench fuzz; do
     [ -d "$root/$folder" ] && set -- "$@" "$root/$folder"
   done
 fi

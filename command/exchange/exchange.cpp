@@ -1,0 +1,201 @@
+// Checks what the command line says of an exchange, and carries it out over the transport.
+
+#include "exchange/exchange.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "exchange/exchange_problem.h"
+#include "exchange/exchange_progress.h"
+#include "exchange/url.h"
+#include "input/certificate_file.h"
+#include "krofx/transport/vyn_net_access.h"
+#include "krofx/transport/vyn_net_request.h"
+#include "output/messages.h"
+#include "output/output_file.h"
+#include "output/safe_text.h"
+#include "system/interruption.h"
+#include "system/temporary_folder.h"
+
+namespace krofx::command {
+
+namespace {
+
+constexpr std::size_t kMaxPins = 2;
+
+// Base64 of 20 bytes.
+constexpr std::size_t kPinLength = 28;
+
+// The roots of the command line are numbered apart from those that the library knows.
+constexpr s16 kFirstRootId = 9001;
+constexpr std::size_t kMaxRoots = 999;
+
+constexpr int kLongestTimeout = 24 * 60 * 60;
+
+bool IsPin(const std::string& text) {
+  return text.size() == kPinLength && text.back() == '=' &&
+         std::all_of(text.begin(), text.end() - 1,
+                     [](unsigned char c) { return std::isalnum(c) != 0 || c == '+' || c == '/'; });
+}
+
+// A query of a URL may be secret, as a key in it is.
+std::string WithoutQueries(std::string line) {
+  for (std::size_t at; (at = line.find('?')) != std::string::npos;) {
+    line.erase(at, std::min(line.find_first_of(" ,", at), line.size()) - at);
+  }
+  return line;
+}
+
+void Log(const char* text, u16, const char*) {
+  std::fprintf(stderr, "%s\n", WithoutQueries(SafeLine(text)).c_str());
+}
+
+// Ends the wait for an exchange when a signal came.
+VYNEventResult LookForSignal(void*) {
+  return Interruption::Came() ? VYNEventResult_Quit : VYNEventResult_None;
+}
+
+}  // namespace
+
+void AddExchangeOptions(CLI::App& app, ExchangeOptions& options) {
+  const auto add = [&](const char* name, auto& value, const char* help) {
+    return app.add_option(name, value, help)->group("Connection");
+  };
+  add("--root", options.rootFiles,
+      "File with certificates (PEM, base64, DER) to trust, and no others; may be repeated")
+      ->allow_extra_args(false);
+  add("--pin", options.pins,
+      "ID of the one certificate that the server may show, as \"krofx certid\" prints it; a second "
+      "one may be given")
+      ->allow_extra_args(false);
+  add("--timeout", options.timeout, "Seconds that the exchange may take; 60 without this")
+      ->check(CLI::Range(1, kLongestTimeout));
+  add("--save-headers", options.headerFile, "File to save the headers of the reply in");
+  app.add_flag("--log,-v", options.log, "Show the transport's log on standard error")
+      ->group("Connection");
+  app.add_flag("--allow-http", options.allowHttp,
+               "Send over http, where everybody on the way can read the password")
+      ->group("Connection");
+}
+
+std::string Exchange::GetShownUrl() const { return Url(m_options.url).Shown(); }
+
+// What makes no sense on the command line; empty when all does.
+std::string Exchange::FindWrongUse(Direction direction) {
+  const Url url(m_options.url);
+  const bool file = url.scheme == "file" && direction == Direction::kGet;
+  const bool web = url.scheme == "https" || url.scheme == "http";
+  const bool strange = std::any_of(m_options.url.begin(), m_options.url.end(),
+                                   [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+  if (strange || !(file || (web && !url.host.empty()))) {
+    return "this is no address that can be used; write it as https://bank.example/ofx";
+  }
+  if (!url.user.empty()) {
+    return "leave the user and the password out of the address; OFX has them in its sign-on";
+  }
+  if (url.scheme == "http" && direction == Direction::kSend && !url.IsLoopback() &&
+      !m_options.allowHttp) {
+    return "over http everybody on the way can read the password; use https (or --allow-http)";
+  }
+  if (url.scheme != "https" && !(m_options.pins.empty() && m_options.rootFiles.empty())) {
+    return "--root and --pin are for https; there are no certificates at this address";
+  }
+  if (m_options.pins.size() > kMaxPins) return "no more than two --pin can be given";
+  for (const std::string& pin : m_options.pins) {
+    if (!IsPin(pin)) return "--pin takes an ID of 28 characters, as \"krofx certid\" prints it";
+  }
+  m_url = url.Text();
+  return "";
+}
+
+ExitStatus Exchange::Prepare(Direction direction) {
+  const std::string wrongUse = FindWrongUse(direction);
+  if (!wrongUse.empty()) {
+    Complain(GetShownUrl(), wrongUse);
+    return kExitWrongUse;
+  }
+  for (const std::string& name : m_options.rootFiles) {
+    std::string problem;
+    std::vector<std::string> roots = ReadCertificates(name, problem);
+    if (problem.empty() && m_roots.size() + roots.size() > kMaxRoots) {
+      problem = "these are more than 999 roots; give those of the institution alone";
+    }
+    if (!problem.empty()) {
+      Complain(name, problem);
+      return kExitUnusable;
+    }
+    std::move(roots.begin(), roots.end(), std::back_inserter(m_roots));
+  }
+  return kExitClean;
+}
+
+ExitStatus Exchange::SetUp(VYNNetRequest& request) const {
+  s16 id = kFirstRootId;
+  for (const std::string& root : m_roots) {
+    if (request.AddTrustedRootBER(root.data(), static_cast<u16>(root.size()), id++) == 0) {
+      return kExitUnusable;
+    }
+  }
+  for (const std::string& pin : m_options.pins) {
+    if (request.AddExpectedSSLCertID(pin.data(), static_cast<u16>(pin.size())) == 0) {
+      return kExitUnusable;
+    }
+  }
+  request.SetTimeout(m_options.timeout);
+  request.SetSaveHeaders(m_options.headerFile.empty() ? 0 : 1);
+  return kExitClean;
+}
+
+std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
+  const Interruption interruption;
+  const TemporaryFolder folder;
+  if (folder.GetPath().empty()) {
+    Complain("exchange", std::string("no temporary folder can be made: ") + std::strerror(errno));
+    return nullptr;
+  }
+  VYNDefaultWaitPlatform platform(LookForSignal, nullptr);
+  VYNNetAccess access(nullptr, &platform);
+  access.SetAgentName(KRString("krofx"));
+  access.SetTempFilePath(KRString(folder.GetPath().c_str()));
+  if (m_options.log) access.SetLogCallback(Log);
+  const ExchangeProgress progress(access, Url(m_url).host);
+  return RunWith(access, body);
+}
+
+std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, KRBuffer* body) {
+  ExchangeEnd end{.timeout = m_options.timeout, .ownRoots = !m_roots.empty()};
+  const auto fail = [&] {
+    if (!Interruption::Came()) Complain(GetShownUrl(), DescribeExchangeProblem(end));
+    return nullptr;
+  };
+  end.status = access.InitConnection();
+  if (end.status != KRNetStatus_Success) return fail();
+  const std::unique_ptr<VYNNetRequest> request(static_cast<VYNNetRequest*>(access.NewNetRequest()));
+  if (request == nullptr || SetUp(*request) != kExitClean) {
+    end.status = KRNetStatus_NoMemory;
+    return fail();
+  }
+  const KRString url(m_url.c_str());
+  end.status = body == nullptr ? request->Get(url) : request->Send(url, body);
+  request->GetStatus(end.httpStatus, end.transportError);
+  if (!m_options.headerFile.empty() && request->GetSavedHeaders().GetBufferSize() > 0 &&
+      WriteOutput(request->GetSavedHeaders(), m_options.headerFile, Privacy::kPrivate) !=
+          kExitClean) {
+    return nullptr;
+  }
+  u32 size = 0;
+  if (end.status != KRNetStatus_Success) return fail();
+  if (request->GetReplySize(size) != KRNetStatus_Success) {
+    if (Url(m_url).scheme == "file") end.status = KRNetStatus_ReplyNotLoaded;
+    return fail();
+  }
+  auto reply = std::make_unique<KRBuffer>(size, 65536);
+  end.status = request->LoadReply(reply.get());
+  if (end.status != KRNetStatus_Success) return fail();
+  return reply;
+}
+
+}  // namespace krofx::command

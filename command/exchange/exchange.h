@@ -1,0 +1,68 @@
+// One exchange with a server: what the command line says of it, and how it is carried out.
+
+#ifndef KROFX_COMMAND_EXCHANGE_EXCHANGE_H_
+#define KROFX_COMMAND_EXCHANGE_EXCHANGE_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "exit_status.h"
+#include "krofx/krofx.h"
+
+namespace CLI {
+class App;
+}
+
+class VYNNetAccess;
+class VYNNetRequest;
+
+namespace krofx::command {
+
+/// What the command line says of an exchange.
+struct ExchangeOptions {
+  std::string url;
+  std::vector<std::string> pins;       ///< IDs of the certificates that the server may show.
+  std::vector<std::string> rootFiles;  ///< Files with the roots to trust, in place of the system's.
+  int timeout = 60;                    ///< In seconds.
+  std::string headerFile;              ///< Where the reply's headers go; empty for nowhere.
+  bool log = false;                    ///< The transport's log goes to standard error.
+  bool allowHttp = false;              ///< A password may go over plain HTTP.
+};
+
+/// Adds the options of an exchange, without the URL, to a command line.
+void AddExchangeOptions(CLI::App& app, ExchangeOptions& options);
+
+/// What an exchange does.
+enum class Direction { kSend, kGet };
+
+/// Carries out exchanges with one server.
+class Exchange {
+ public:
+  explicit Exchange(const ExchangeOptions& options) : m_options(options) {}
+
+  /// Finds out, before anything is asked for or sent, whether the options can be used.
+  /// @return kExitClean, or another exit status behind a complaint.
+  ExitStatus Prepare(Direction direction);
+
+  /// Sends `body` as it stands, or fetches the URL when there is none. Prepare comes first.
+  /// @return the reply; null behind a complaint.
+  std::unique_ptr<KRBuffer> Run(KRBuffer* body);
+
+  /// The URL, without what may be secret in it.
+  std::string GetShownUrl() const;
+
+ private:
+  std::string FindWrongUse(Direction direction);
+  std::unique_ptr<KRBuffer> RunWith(VYNNetAccess& access, KRBuffer* body);
+  ExitStatus SetUp(VYNNetRequest& request) const;
+
+  const ExchangeOptions& m_options;
+  std::string m_url;
+  std::vector<std::string> m_roots;
+};
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_EXCHANGE_EXCHANGE_H_

@@ -1,0 +1,26 @@
+// What is told when an exchange did not work: what was wrong, and what to do about it.
+
+#ifndef KROFX_COMMAND_EXCHANGE_EXCHANGE_PROBLEM_H_
+#define KROFX_COMMAND_EXCHANGE_EXCHANGE_PROBLEM_H_
+
+#include <string>
+
+#include "krofx/krofx.h"
+
+namespace krofx::command {
+
+/// How an exchange ended, and what was asked of it.
+struct ExchangeEnd {
+  KRNetStatus status = KRNetStatus_Success;
+  u32 httpStatus = 0;      ///< 0 when the server gave none.
+  u32 transportError = 0;  ///< The transport's own code.
+  int timeout = 0;         ///< In seconds.
+  bool ownRoots = false;   ///< The roots came from the user.
+};
+
+/// One line on an exchange that failed or brought no reply.
+std::string DescribeExchangeProblem(const ExchangeEnd& end);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_EXCHANGE_EXCHANGE_PROBLEM_H_

@@ -1,0 +1,60 @@
+// Shows the steps and counters of an exchange on one line of standard error.
+
+#include "exchange/exchange_progress.h"
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <utility>
+
+#include "output/safe_text.h"
+
+namespace krofx::command {
+
+namespace {
+
+// Often enough for the eye.
+constexpr auto kPause = std::chrono::milliseconds(100);
+
+}  // namespace
+
+ExchangeProgress* ExchangeProgress::s_current = nullptr;
+
+ExchangeProgress::ExchangeProgress(KRNetAccess& access, std::string where)
+    : m_access(access), m_where(Shortened(SafeLine(where), 50)) {
+  if (::isatty(STDERR_FILENO) == 0) return;
+  s_current = this;
+  m_access.SetSessionCallback(Take);
+}
+
+ExchangeProgress::~ExchangeProgress() {
+  if (s_current != this) return;
+  m_access.SetSessionCallback(nullptr);
+  s_current = nullptr;
+  if (m_shown) std::fputs("\r\033[K", stderr);
+}
+
+void ExchangeProgress::Take(KROpCode code, void* a, void* b) {
+  if (s_current == nullptr) return;
+  // The counters of a transport are numbers in the place of pointers.
+  s_current->Show(code, reinterpret_cast<std::uintptr_t>(a), reinterpret_cast<std::uintptr_t>(b));
+}
+
+void ExchangeProgress::Show(KROpCode code, std::size_t done, std::size_t all) {
+  const auto now = std::chrono::steady_clock::now();
+  if (m_shown && code == m_code && now - m_when < kPause) return;
+  m_code = code;
+  m_when = now;
+  m_shown = true;
+  const char* const what = code == KROpCode_Sending     ? "sending to"
+                           : code == KROpCode_Receiving ? "receiving from"
+                                                        : "connecting to";
+  std::fprintf(stderr, "\r\033[Kkrofx: %s %s", what, m_where.c_str());
+  if (done > 0) std::fprintf(stderr, ": %zu", done);
+  if (done > 0 && all > 0) std::fprintf(stderr, " of %zu", all);
+  std::fputs(done > 0 ? " bytes" : "", stderr);
+  std::fflush(stderr);
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,45 @@
+// Takes a URL apart, and shows it without what may be secret.
+
+#include "exchange/url.h"
+
+#include <arpa/inet.h>
+
+#include <algorithm>
+#include <cctype>
+
+namespace krofx::command {
+
+Url::Url(std::string_view text) {
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos) return;
+  scheme = text.substr(0, colon);
+  std::transform(scheme.begin(), scheme.end(), scheme.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  rest = text.substr(colon + 1);
+  if (!rest.starts_with("//")) return;
+  host = rest.substr(2, rest.find_first_of("/?#\\", 2) - 2);
+  const std::size_t at = host.rfind('@');
+  if (at != std::string::npos) {
+    user = host.substr(0, at + 1);
+    host.erase(0, at + 1);
+  }
+  const std::size_t port = host.rfind(':');
+  // The colons of an address in brackets are its own.
+  if (port != std::string::npos && host.find(']', port) == std::string::npos) host.erase(port);
+}
+
+std::string Url::Shown() const {
+  std::string shown = Text();
+  shown.erase(std::min(shown.find_first_of("?#"), shown.size()));
+  const std::size_t at = shown.find(user);
+  if (!user.empty() && at != std::string::npos) shown.erase(at, user.size());
+  return shown;
+}
+
+bool Url::IsLoopback() const {
+  in_addr address{};
+  if (::inet_pton(AF_INET, host.c_str(), &address) == 1) return ntohl(address.s_addr) >> 24 == 127;
+  return host == "localhost" || host == "[::1]";
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,30 @@
+// The parts of a URL that the command looks at.
+
+#ifndef KROFX_COMMAND_EXCHANGE_URL_H_
+#define KROFX_COMMAND_EXCHANGE_URL_H_
+
+#include <string>
+#include <string_view>
+
+namespace krofx::command {
+
+/// A URL, taken apart.
+struct Url {
+  explicit Url(std::string_view text);
+
+  std::string scheme;  ///< In small letters; empty when there is none.
+  std::string rest;    ///< Everything behind the colon.
+  std::string user;    ///< What stands before "@" in front of the host.
+  std::string host;    ///< Without the port.
+
+  /// The URL with its scheme in small letters, which is what the transport knows as secure.
+  std::string Text() const { return scheme + ":" + rest; }
+  /// The same without what may be secret: user, query and fragment.
+  std::string Shown() const;
+  /// Whether the host is this machine.
+  bool IsLoopback() const;
+};
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_EXCHANGE_URL_H_

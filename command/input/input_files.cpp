@@ -1,0 +1,107 @@
+// Reads files, directories and standard input, and says what could not be read.
+
+#include "input/input_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "output/safe_text.h"
+#include "system/file_descriptor.h"
+
+namespace krofx::command {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The parser counts positions in 31 bits.
+constexpr u32 kMaxSize = 0x7FFFFFFE;
+
+bool HasOfxExtension(const fs::path& path) {
+  std::string extension = path.extension().string();
+  std::transform(extension.begin(), extension.end(), extension.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return extension == ".ofx" || extension == ".qfx" || extension == ".qbo";
+}
+
+void FindInDirectory(const std::string& name, std::vector<std::string>& inputs,
+                     std::vector<std::string>& problems) {
+  std::vector<std::string> found;
+  std::error_code error;
+  for (fs::recursive_directory_iterator file(name, error), end; !error && file != end;
+       file.increment(error)) {
+    std::error_code ignored;
+    if (HasOfxExtension(file->path()) && file->is_regular_file(ignored)) {
+      found.push_back(file->path().string());
+    }
+  }
+  if (error) {
+    problems.push_back(name + ": the directory cannot be read: " + error.message());
+  } else if (found.empty()) {
+    problems.push_back(name + ": the directory holds no .ofx, .qfx or .qbo file");
+  }
+  std::sort(found.begin(), found.end());
+  inputs.insert(inputs.end(), found.begin(), found.end());
+}
+
+}  // namespace
+
+std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
+                                    std::vector<std::string>& problems) {
+  std::vector<std::string> inputs;
+  for (const std::string& name : arguments) {
+    std::error_code ignored;
+    if (name != "-" && fs::is_directory(name, ignored)) {
+      FindInDirectory(name, inputs, problems);
+    } else {
+      inputs.push_back(name);
+    }
+  }
+  return inputs;
+}
+
+std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem) {
+  FileDescriptor file(name == "-" ? ::dup(STDIN_FILENO)
+                                  : ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+  struct stat status {};
+  if (!file || ::fstat(file.Get(), &status) != 0) {
+    problem = std::strerror(errno);
+    return nullptr;
+  }
+  if (S_ISDIR(status.st_mode)) {
+    problem = "it is a directory; name a file";
+    return nullptr;
+  }
+  const bool sized = S_ISREG(status.st_mode) && status.st_size > 0 && status.st_size < kMaxSize;
+  auto buffer = std::make_unique<KRBuffer>(sized ? static_cast<u32>(status.st_size) + 1 : 0, 65536);
+  Wiped<65536> block;
+  for (;;) {
+    const ssize_t got = ::read(file.Get(), block.bytes, sizeof block.bytes);
+    if (got == 0) return buffer;
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) {
+      problem = std::strerror(errno);
+      return nullptr;
+    }
+    if (buffer->GetBufferSize() > kMaxSize - static_cast<u32>(got)) {
+      problem = "it is larger than 2 GB; split it by date or account";
+      return nullptr;
+    }
+    if (buffer->WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
+      problem = "not enough memory to read it";
+      return nullptr;
+    }
+  }
+}
+
+std::string DisplayName(const std::string& name) {
+  return name == "-" ? "standard input" : SafeLine(name);
+}
+
+}  // namespace krofx::command

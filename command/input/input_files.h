@@ -1,0 +1,31 @@
+// The inputs of a subcommand: the files that its arguments name, and their bytes.
+
+#ifndef KROFX_COMMAND_INPUT_INPUT_FILES_H_
+#define KROFX_COMMAND_INPUT_INPUT_FILES_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "krofx/krofx.h"
+
+namespace krofx::command {
+
+/// Replaces each directory by the OFX files below it, in the order of their paths. Names of files,
+/// and "-", stay as they are, whether there is such a file or not.
+/// @param problems takes a line for each directory that could not be read or holds no OFX file.
+std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
+                                    std::vector<std::string>& problems);
+
+/// Reads a file, or standard input for "-". The bytes may hold a password, so they are held only by
+/// the buffer, which wipes its memory.
+/// @param problem takes what went wrong.
+/// @return null when the file cannot be read.
+std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem);
+
+/// How an input is named in messages.
+std::string DisplayName(const std::string& name);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_INPUT_INPUT_FILES_H_

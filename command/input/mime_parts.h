@@ -1,0 +1,26 @@
+// The parts of a multipart text that are not OFX: attachments.
+
+#ifndef KROFX_COMMAND_INPUT_MIME_PARTS_H_
+#define KROFX_COMMAND_INPUT_MIME_PARTS_H_
+
+#include <string>
+#include <vector>
+
+#include "krofx/krofx.h"
+
+namespace krofx::command {
+
+/// What a part says of itself.
+struct Part {
+  KRFile* file;
+  std::string type;  ///< Its content type, without parameters.
+  std::string name;  ///< A file name that is safe anywhere: no path, no leading point.
+  bool base64;       ///< Whether it says that its body travels as base64 text.
+};
+
+/// All parts of a multipart file, OFX or not, in order.
+std::vector<Part> FindParts(KRFile& multipart);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_INPUT_MIME_PARTS_H_

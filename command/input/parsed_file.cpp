@@ -1,0 +1,212 @@
+// Parses one input, multipart or not, and collects its warnings with their places.
+
+#include "input/parsed_file.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
+#include "input/input_files.h"
+#include "krofx/parse/mime_parser.h"
+#include "output/safe_text.h"
+
+namespace krofx::command {
+
+namespace {
+
+// A list of the library takes this many entries.
+constexpr u16 kListLimit = 65535;
+
+// Copies each warning when it is raised: a parse of a multipart text keeps only those of its last
+// part.
+class WarningCollector : public KRWarningObserver {
+ public:
+  explicit WarningCollector(std::vector<Warning>& warnings) : m_warnings(warnings) {}
+
+  void OnWarning(const KRParseException& warning, s32 position) override {
+    KRString name;
+    warning.WarningString(name);
+    // Most warnings name their tag by its number alone.
+    const char* const known = KRTagDictionary::TheKRTagDictionary()->GetTagString(warning.m_tag);
+    std::string tag = ToText(warning.m_tagText);
+    if (tag.empty() && known != nullptr) tag = known;
+    m_warnings.push_back(
+        {ToText(name), std::move(tag), ToText(warning.m_valueText), warning.m_object, position});
+  }
+
+ private:
+  std::vector<Warning>& m_warnings;
+};
+
+bool EqualsWithoutCase(char left, char right) {
+  return std::toupper(static_cast<unsigned char>(left)) == right;
+}
+
+std::size_t FindWithoutCase(std::string_view text, std::string_view upperCase) {
+  const std::string_view::const_iterator found =
+      std::search(text.begin(), text.end(), upperCase.begin(), upperCase.end(), EqualsWithoutCase);
+  return found == text.end() ? std::string_view::npos
+                             : static_cast<std::size_t>(found - text.begin());
+}
+
+// A request has a sign-on request in it, and it comes first. What tells nothing is taken for a
+// response.
+bool IsRequest(std::string_view text) {
+  const std::size_t request = FindWithoutCase(text, "<SONRQ");
+  if (request != std::string_view::npos) {
+    return FindWithoutCase(text.substr(0, request), "<SONRS") == std::string_view::npos;
+  }
+  return FindWithoutCase(text, "<SONRS") == std::string_view::npos &&
+         FindWithoutCase(text, "MSGSRQV") != std::string_view::npos;
+}
+
+bool IsMultipart(std::string_view text) {
+  const std::string_view line = text.substr(0, text.find('\n'));
+  return FindWithoutCase(line, "CONTENT-TYPE:") == 0 &&
+         FindWithoutCase(line, "MULTIPART/") != std::string_view::npos;
+}
+
+// While it stands, new objects take tags of all versions: the parts of a multipart text come from
+// the factory, whose default knows the first version alone.
+class AllVersions {
+ public:
+  AllVersions() { KRDataObj::SetFactory(&m_factory); }
+  ~AllVersions() { KRDataObj::SetFactory(nullptr); }
+  AllVersions(const AllVersions&) = delete;
+  AllVersions& operator=(const AllVersions&) = delete;
+
+ private:
+  KRDataObjFactory m_factory{0xffff};
+};
+
+bool IsOfx(KRFile& file) {
+  return file.GetType() == KRTag_OFXFILERQ || file.GetType() == KRTag_OFXFILERS;
+}
+
+// The first object whose list of children is as long as a list can be.
+KRDataObj* FindFullList(KRDataObj* object) {
+  if (object == nullptr) return nullptr;
+  const u16 count = object->GetNumberOfChildren();
+  if (count == kListLimit) return object;
+  for (u16 index = 0; index < count; ++index) {
+    if (KRDataObj* const found = FindFullList(object->GetChild(index))) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::string ToText(const KRString& string) {
+  return std::string(static_cast<const char*>(string), string.GetStrLength());
+}
+
+ParsedFile::ParsedFile(const std::string& name) : m_name(DisplayName(name)) {
+  m_text = ReadInput(name, m_problem);
+  if (m_text == nullptr) return;
+  Parse();
+  m_problem = FindProblem();
+}
+
+ParsedFile::ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text)
+    : m_name(SafeLine(name)), m_text(std::move(text)) {
+  Parse();
+  m_problem = FindProblem();
+}
+
+void ParsedFile::Parse() {
+  const std::string_view text(m_text->GetBufferPtr() == nullptr ? "" : m_text->GetBufferPtr(),
+                              m_text->GetBufferSize());
+  WarningCollector collector(m_warnings);
+  if (IsMultipart(text)) {
+    m_kind = "multipart";
+    const AllVersions allVersions;
+    m_root = std::make_unique<KRFile>();
+    KRMIMEParser parser;
+    parser.SetWarningObserver(&collector);
+    m_status = parser.Parse(m_text.get(), m_root.get(), 1);
+    return;
+  }
+  const bool request = IsRequest(text);
+  m_kind = request ? "request" : "response";
+  // Files that are made directly, not by a factory, take all versions.
+  if (request) {
+    m_root = std::make_unique<KRFileRq>();
+  } else {
+    m_root = std::make_unique<KRFileRs>();
+  }
+  KRSimpleParser parser;
+  parser.SetWarningObserver(&collector);
+  m_status = parser.Parse(m_text.get(), m_root.get(), 1);
+}
+
+std::vector<KRFile*> ParsedFile::GetOfxFiles() const {
+  std::vector<KRFile*> files;
+  if (m_root == nullptr) return files;
+  if (IsOfx(*m_root)) files.push_back(m_root.get());
+  for (u16 index = 0; index < m_root->GetNumberOfSubfiles(); ++index) {
+    KRFile* const part = m_root->GetSubfile(index);
+    if (part != nullptr && IsOfx(*part)) files.push_back(part);
+  }
+  return files;
+}
+
+std::string ParsedFile::GetMeaning() const {
+  if (m_root == nullptr) return "not read";
+  switch (m_status) {
+    case KRParseStatus_Accepted:
+      return "clean";
+    case KRParseStatus_Warnings:
+      return "read, with warnings";
+    case KRParseStatus_Fatal:
+      return "stopped: memory or a list was exhausted";
+    case KRParseStatus_Invalid:
+      return "stopped: a header, tag or value is not acceptable, or the text ends too early";
+    case KRParseStatus_EndTagMismatch:
+      return "stopped: an end tag does not match the open aggregate";
+    case KRParseStatus_StackFull:
+      return "stopped: too many aggregates inside each other";
+    default:
+      return "stopped";
+  }
+}
+
+std::string ParsedFile::FindProblem() const {
+  if (m_text->GetBufferSize() == 0) return "it is empty; download it again";
+  if (m_status == KRParseStatus_Fatal) {
+    if (KRDataObj* const full = FindFullList(m_root.get())) {
+      return "<" + ToText(KRUtility::ObjectToString(full)) +
+             "> has more than 65535 entries, which is the most that a list takes; the first 65535 "
+             "were read. Ask for a shorter span of time";
+    }
+    return "memory was exhausted while reading";
+  }
+  const std::vector<KRFile*> files = GetOfxFiles();
+  const bool hasBody = std::any_of(files.begin(), files.end(),
+                                   [](KRFile* file) { return file->GetNumberOfChildren() > 0; });
+  if (m_status == KRParseStatus_Accepted || m_status == KRParseStatus_Warnings) {
+    if (hasBody || m_kind == "multipart") return "";
+    return "there is no <OFX> in it; it is no OFX file, or it was cut off behind the header";
+  }
+  if (m_kind == "multipart" && m_root->GetNumberOfSubfiles() == 0) {
+    return "no part was found; the boundary of the header does not occur in the text";
+  }
+  if (m_status == KRParseStatus_Invalid && !hasBody && m_kind != "multipart") {
+    return "the OFX header is missing or wrong (OFXHEADER, DATA, VERSION and so on, one a line); "
+           "\"krofx check\" names the lines";
+  }
+  if (m_status == KRParseStatus_Invalid) {
+    return m_warnings.empty() ? "the text ends too early: aggregates are still open; download it "
+                                "again"
+                              : "it was read up to a header, tag or value that is not acceptable, "
+                                "or it ends too early; \"krofx check\" names the place";
+  }
+  return "it was read only in part, " + GetMeaning().substr(sizeof "stopped: " - 1) +
+         "; \"krofx check\" names the place";
+}
+
+ExitStatus ParsedFile::GetVerdict() const {
+  if (!m_problem.empty()) return kExitUnusable;
+  return m_status == KRParseStatus_Accepted && m_warnings.empty() ? kExitClean : kExitWarnings;
+}
+
+}  // namespace krofx::command

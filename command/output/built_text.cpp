@@ -1,0 +1,46 @@
+// Builds a tree, and says in words why one was not built.
+
+#include "output/built_text.h"
+
+#include "input/parsed_file.h"
+
+namespace krofx::command {
+
+namespace {
+
+const char* Reason(KRBuildStatus status) {
+  switch (status) {
+    case KRBuildStatus_Fatal:
+      return "memory was exhausted";
+    case KRBuildStatus_NoTextForm:
+      return "a value has no text form";
+    case KRBuildStatus_EmptyText:
+      return "a text is empty";
+    case KRBuildStatus_TooLong:
+      return "a text is longer than OFX allows";
+    case KRBuildStatus_TreeNotAllowed:
+      return "two message sets of the same kind";
+    case KRBuildStatus_NotValid:
+      return "a text is not valid";
+    case KRBuildStatus_MissingTag:
+      return "something required is missing";
+    default:
+      return "it cannot be written";
+  }
+}
+
+}  // namespace
+
+std::string BuildText(KRFile& root, bool strict, KRBuffer& text) {
+  KRBuilder builder;
+  const KRBuildStatus status = builder.Build(
+      &text, &root, strict ? KRBuildStringOpt_Strict : KRBuildStringOpt_Lenient, strict ? 1 : 0);
+  if (status == KRBuildStatus_Done) return "";
+  std::string problem = Reason(status);
+  if (KRDataObj* const object = builder.GetFailingObject()) {
+    problem += " in <" + ToText(KRUtility::ObjectToString(object)) + ">";
+  }
+  return problem + " (build status " + std::to_string(status) + ")";
+}
+
+}  // namespace krofx::command

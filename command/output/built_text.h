@@ -1,0 +1,19 @@
+// The text of a tree of objects, and what is told when there is none.
+
+#ifndef KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_
+#define KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_
+
+#include <string>
+
+#include "krofx/krofx.h"
+
+namespace krofx::command {
+
+/// Builds `root` into `text`.
+/// @param strict refuses texts that are not valid and trees that lack something.
+/// @return empty, or what is wrong and where.
+std::string BuildText(KRFile& root, bool strict, KRBuffer& text);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_

@@ -1,0 +1,84 @@
+// Writes beside the target and renames, so that a failure leaves the old file.
+
+#include "output/output_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "output/messages.h"
+#include "system/file_descriptor.h"
+
+namespace krofx::command {
+
+namespace {
+
+bool WriteAll(int descriptor, const KRBuffer& text) {
+  const char* at = text.GetBufferPtr();
+  std::size_t left = text.GetBufferSize();
+  while (left > 0) {
+    const ssize_t written = ::write(descriptor, at, left);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    at += written;
+    left -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+mode_t ModeFor(const std::string& target, Privacy privacy) {
+  if (privacy == Privacy::kPrivate) return S_IRUSR | S_IWUSR;
+  struct stat status {};
+  if (::stat(target.c_str(), &status) == 0) return status.st_mode & 07777;
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+// Where a name leads: a link stays, and what it names is replaced.
+std::string TargetOf(const std::string& name) {
+  std::error_code error;
+  const std::filesystem::path target = std::filesystem::canonical(name, error);
+  return error ? name : target.string();
+}
+
+bool WriteAside(const KRBuffer& text, const std::string& target, Privacy privacy) {
+  std::string aside = target + ".XXXXXX";
+  FileDescriptor file(::mkostemp(aside.data(), O_CLOEXEC));
+  if (!file) return false;
+  if (WriteAll(file.Get(), text) && ::fchmod(file.Get(), ModeFor(target, privacy)) == 0 &&
+      ::fsync(file.Get()) == 0 && file.Close() && std::rename(aside.c_str(), target.c_str()) == 0) {
+    return true;
+  }
+  const int reason = errno;
+  ::unlink(aside.c_str());
+  errno = reason;
+  return false;
+}
+
+}  // namespace
+
+ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy) {
+  if (name.empty() || name == "-") {
+    if (WriteAll(STDOUT_FILENO, text)) return kExitClean;
+    Complain("standard output", std::strerror(errno));
+    return kExitUnusable;
+  }
+  const std::string target = TargetOf(name);
+  struct stat status {};
+  if (::stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
+    Complain(name, "it is no plain file and is left alone; name another one");
+    return kExitUnusable;
+  }
+  if (WriteAside(text, target, privacy)) return kExitClean;
+  Complain(name, std::string("it cannot be written: ") + std::strerror(errno));
+  return kExitUnusable;
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,31 @@
+// Text from a file, made fit for a terminal and for JSON.
+//
+// OFX texts are bytes of Windows code page 1252, by their header, or UTF-8, by bad habit. Both come
+// out as valid UTF-8. Control characters, which can take over a terminal, and the marks that turn
+// the direction of writing, which can make a text read as another, become the replacement
+// character. All output passes through here.
+
+#ifndef KROFX_COMMAND_OUTPUT_SAFE_TEXT_H_
+#define KROFX_COMMAND_OUTPUT_SAFE_TEXT_H_
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace krofx::command {
+
+/// The text as harmless UTF-8. Line ends stay, as line feeds; a tab becomes a blank.
+std::string SafeText(std::string_view bytes);
+
+/// The same on one line: line ends become blanks.
+std::string SafeLine(std::string_view bytes);
+
+/// Columns that a text of valid UTF-8 takes, at one for each character.
+std::size_t DisplayWidth(std::string_view text);
+
+/// The first characters of a text of valid UTF-8, with "..." behind them when there were more.
+std::string Shortened(std::string_view text, std::size_t characters);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_OUTPUT_SAFE_TEXT_H_

@@ -1,0 +1,38 @@
+// A password on its way from the user into a request.
+
+#ifndef KROFX_COMMAND_REQUESTS_PASSWORD_H_
+#define KROFX_COMMAND_REQUESTS_PASSWORD_H_
+
+#include <string>
+
+#include "system/file_descriptor.h"
+
+namespace krofx::command {
+
+/// Holds a password and wipes it at the end. It is never taken from an argument, since those can be
+/// seen by every user of the machine.
+class Password {
+ public:
+  /// The most characters that OFX takes.
+  static constexpr std::size_t kMaxLength = 171;
+
+  /// Reads the first line of an open file, whose rest is not read.
+  /// @return empty, or what went wrong.
+  std::string ReadFrom(int descriptor);
+  /// Takes the value of an environment variable, which is wiped and removed.
+  std::string TakeFromEnvironment(const char* name);
+  /// Asks on the terminal, without showing what is typed.
+  std::string Ask();
+
+  /// The password; never null.
+  const char* Get() const { return m_text.bytes; }
+
+ private:
+  std::string Check() const;
+
+  Wiped<kMaxLength + 2> m_text;
+};
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_REQUESTS_PASSWORD_H_

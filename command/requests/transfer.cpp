@@ -1,0 +1,137 @@
+// krofx request transfer: asks for a transfer within the bank or to another, once or recurring.
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "output/messages.h"
+#include "requests/request_maker.h"
+
+namespace krofx::command {
+
+namespace {
+
+struct End {
+  BankAccountOptions bank;
+  std::string card;
+};
+
+struct Options {
+  SignOnOptions signOn;
+  End from;
+  End to;
+  std::string amount;
+  std::string due;
+  std::string memo;
+  std::string every;
+  u16 times = 0;
+};
+
+// What names an end of the transfer: a bank account with its bank, or a card.
+bool IsNamed(const End& end) {
+  return end.card.empty() ? !end.bank.account.empty() && !end.bank.bank.empty()
+                          : end.bank.account.empty() && end.bank.bank.empty();
+}
+
+std::unique_ptr<KRBankOrCCAccount> MakeEnd(const End& end, KRTagID bankTag, KRTagID cardTag,
+                                           RequestMaker& maker) {
+  if (end.card.empty()) {
+    auto account = MakeBankAccount(end.bank, maker);
+    account->SetType(bankTag);
+    return account;
+  }
+  auto account = maker.Make<KRCCAccount>(cardTag);
+  maker.SetText(("--" + end.bank.prefix + "card").c_str(), end.card, *account,
+                &KRCCAccount::SetAccountID, &KRCCAccount::GetAccountID);
+  return account;
+}
+
+std::unique_ptr<KRXferInfo> MakeInfo(const Options& options, RequestMaker& maker) {
+  auto info = maker.Make<KRXferInfo>(KRTag_XFERINFO);
+  info->SetAccountFrom(
+      MakeEnd(options.from, KRTag_BANKACCTFROM, KRTag_CCACCTFROM, maker).release());
+  info->SetAccountTo(MakeEnd(options.to, KRTag_BANKACCTTO, KRTag_CCACCTTO, maker).release());
+  maker.SetAmount("--amount", options.amount,
+                  [&](const KRString& amount) { return info->SetTranAmount(amount); });
+  if (!options.due.empty()) maker.RequireDate("--due", info->SetDtDue(DateArgument(options.due)));
+  if (!options.memo.empty() && maker.GetVersion() == 1) {
+    maker.Fail("--memo needs --v2");
+  } else {
+    maker.SetText("--memo", options.memo, *info, &KRXferInfo::SetMemo2, &KRXferInfo::GetMemo2);
+  }
+  return info;
+}
+
+// A model of the first version wraps a whole transfer; the second holds what is transferred.
+template <class Model>
+std::unique_ptr<KRTransBase> MakeModel(const Options& options, RequestMaker& maker, KRTagID tag,
+                                       std::unique_ptr<KRTransferRq> transfer) {
+  auto model = maker.Make<Model>(tag);
+  auto instruction = maker.Make<KRRecInstruction>(KRTag_RECURRINST);
+  if (instruction->SetFreq(KRString(options.every.c_str())) == 0) {
+    maker.Fail("--every " + options.every + " is no frequency; write it as MONTHLY");
+  }
+  if (options.times != 0) instruction->SetNInsts(options.times);
+  model->SetRecurrInst(instruction.release());
+  if (maker.GetVersion() == 1) {
+    model->SetTransferRq(transfer.release());
+  } else {
+    model->SetXferInfo(MakeInfo(options, maker).release());
+  }
+  return model;
+}
+
+template <class Once, class Model>
+std::unique_ptr<KRTransBase> MakePayload(const Options& options, RequestMaker& maker, KRTagID once,
+                                         KRTagID model) {
+  auto transfer = maker.Make<Once>(once);
+  transfer->SetXferInfo(MakeInfo(options, maker).release());
+  if (options.every.empty()) return transfer;
+  return MakeModel<Model>(options, maker, model, std::move(transfer));
+}
+
+ExitStatus Request(const Options& options) {
+  if (!IsNamed(options.from) || !IsNamed(options.to)) {
+    Complain("request",
+             "name each end: --account with --bank, or --card; --to-account with --to-bank, or "
+             "--to-card");
+    return kExitWrongUse;
+  }
+  RequestMaker maker(options.signOn);
+  const bool first = maker.GetVersion() == 1;
+  // Two banks make it interbank; a card is the bank's own.
+  const bool inter = options.from.card.empty() && options.to.card.empty() &&
+                     options.from.bank.bank != options.to.bank.bank;
+  if (inter) {
+    return maker.Finish(
+        MakePayload<KRInterRq, KRRecInterRq>(options, maker, KRTag_INTERRQ, KRTag_RECINTERRQ),
+        first ? KRTag_INTERXFERMSGSRQV1 : KRTag_INTERXFERMSGSRQV2);
+  }
+  return maker.Finish(
+      MakePayload<KRIntraRq, KRRecIntraRq>(options, maker, KRTag_INTRARQ, KRTag_RECINTRARQ),
+      first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
+}
+
+}  // namespace
+
+void AddTransferRequest(CLI::App& app, ExitStatus& exitStatus,
+                        const std::shared_ptr<RequestUse>& use) {
+  CLI::App* const transfer =
+      app.add_subcommand("transfer", "Ask for a transfer, within the bank or to another");
+  const auto options = std::make_shared<Options>();
+  options->to.bank.prefix = "to-";
+  for (End* const end : {&options->from, &options->to}) {
+    AddBankAccountOptions(*transfer, end->bank);
+    transfer->add_option("--" + end->bank.prefix + "card", end->card, "Or the number of a card");
+  }
+  transfer->add_option("--amount", options->amount, "The amount, as 12.50")->required();
+  transfer->add_option("--due", options->due, "The day, as 2026-01-31");
+  transfer->add_option("--memo", options->memo, "A note (V2 only)");
+  CLI::Option* const every = transfer->add_option(
+      "--every", options->every, "Transfer again and again: WEEKLY, MONTHLY, ANNUALLY and others");
+  transfer->add_option("--times", options->times, "How many times; without it there is no end")
+      ->needs(every);
+  AddSignOnOptions(*transfer, options->signOn, use);
+  transfer->callback([options, &exitStatus] { exitStatus = Request(*options); });
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,88 @@
+// The options of printing, and the documents that they print.
+
+#include "showing/document_output.h"
+
+#include <CLI/CLI.hpp>
+#include <iterator>
+
+#include "input/mime_parts.h"
+#include "output/messages.h"
+#include "showing/layout.h"
+#include "showing/renderers.h"
+
+namespace krofx::command {
+
+namespace {
+
+// A section that lists the parts of a multipart text.
+std::vector<Section> MakePartSections(KRFile& multipart) {
+  Section section{"parts", "Parts", "", {}, {}};
+  Table table{"parts", "Parts", {{"name", "Name"}, {"type", "Type"}, {"size", "Bytes"}}, {}};
+  for (const Part& part : FindParts(multipart)) {
+    std::optional<Cell> size;
+    if (part.file->GetType() == KRTag_MIME) {
+      size = Cell{ValueKind::kInteger, std::to_string(part.file->GetMIMEBody().GetStrLength())};
+    }
+    table.rows.push_back(
+        {Cell{ValueKind::kText, part.name}, Cell{ValueKind::kText, part.type}, std::move(size)});
+  }
+  section.tables.push_back(std::move(table));
+  return {std::move(section)};
+}
+
+ExitStatus Report(const Document& document) {
+  if (!document.problem.empty()) {
+    Complain(document.file, document.problem);
+    return kExitUnusable;
+  }
+  if (document.warnings > 0) {
+    Complain(document.file, std::to_string(document.warnings) +
+                                (document.warnings == 1 ? " warning" : " warnings") +
+                                "; \"krofx check\" lists them");
+  }
+  return kExitClean;
+}
+
+}  // namespace
+
+void AddPrintOptions(CLI::App& app, PrintOptions& options) {
+  CLI::Option* const json =
+      app.add_flag("--json", options.json, "Print JSON, with amounts as exact texts");
+  CLI::Option* const csv =
+      app.add_flag("--csv", options.csv, "Print the rows of one table as CSV")->excludes(json);
+  app.add_option("--table", options.table,
+                 "The table for --csv: transactions (the default), closings, ...")
+      ->needs(csv);
+  app.add_flag("--show-identifiers", options.showIdentifiers,
+               "Show personal identifiers in full, not just their last four characters");
+}
+
+Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
+  Document document{file.GetName(),
+                    file.GetKind(),
+                    file.GetStatus(),
+                    file.GetMeaning(),
+                    file.GetProblem(),
+                    file.GetWarnings().size(),
+                    {}};
+  for (KRFile* ofx : file.GetOfxFiles()) {
+    std::vector<Section> sections = MakeSections(ReadElements(*ofx), showIdentifiers);
+    std::move(sections.begin(), sections.end(), std::back_inserter(document.sections));
+  }
+  if (file.GetKind() == "multipart") {
+    std::vector<Section> parts = MakePartSections(*file.GetRoot());
+    std::move(parts.begin(), parts.end(), std::back_inserter(document.sections));
+  }
+  return document;
+}
+
+ExitStatus PrintDocuments(const std::vector<Document>& documents, const PrintOptions& options) {
+  ExitStatus exitStatus = kExitClean;
+  for (const Document& document : documents) exitStatus = Worse(exitStatus, Report(document));
+  const std::string text = options.json  ? RenderJson(documents)
+                           : options.csv ? RenderCsv(documents, options.table)
+                                         : RenderText(documents);
+  return Worse(exitStatus, WriteStandardOutput(text));
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,36 @@
+// How OFX files are shown, whether they were read or fetched.
+
+#ifndef KROFX_COMMAND_SHOWING_DOCUMENT_OUTPUT_H_
+#define KROFX_COMMAND_SHOWING_DOCUMENT_OUTPUT_H_
+
+#include <string>
+#include <vector>
+
+#include "exit_status.h"
+#include "input/parsed_file.h"
+#include "showing/document.h"
+
+namespace krofx::command {
+
+/// The form in which documents are shown.
+struct PrintOptions {
+  bool json = false;
+  bool csv = false;
+  bool showIdentifiers = false;
+  std::string table = "transactions";
+};
+
+/// Adds the options of the form to a command line.
+void AddPrintOptions(CLI::App& app, PrintOptions& options);
+
+/// All that a file tells.
+Document MakeDocument(const ParsedFile& file, bool showIdentifiers);
+
+/// Writes documents on standard output, and on standard error what that form cannot say.
+/// @return kExitClean, or kExitUnusable when one of them was not usable or nothing could be
+/// written.
+ExitStatus PrintDocuments(const std::vector<Document>& documents, const PrintOptions& options);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_SHOWING_DOCUMENT_OUTPUT_H_

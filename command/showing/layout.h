@@ -1,0 +1,74 @@
+// How each payload is printed: tables that say which element is shown under which name.
+//
+// The layouts of one domain are one file in layouts/ and one line in section_maker.cpp. The paths
+// in it name tags below the payload, "LEDGERBAL/BALAMT"; alternatives are separated by "|", and the
+// first that is present counts. "SECID>TICKER" leads on, from the identity of a security to what
+// the security list of the file says of it. "NORV.SVC+" takes all elements of the tag, "A,B/AMT="
+// the sum of the element over the aggregates A and B, and "*." the tag of the first aggregate
+// below. Payloads without a layout are printed by their tags.
+
+#ifndef KROFX_COMMAND_SHOWING_LAYOUT_H_
+#define KROFX_COMMAND_SHOWING_LAYOUT_H_
+
+#include <span>
+#include <string_view>
+
+#include "input/element_tree.h"
+#include "showing/document.h"
+
+namespace krofx::command {
+
+/// An element: where it stands, its key in JSON and CSV, its label in text. A detail is left out of
+/// the text.
+struct FieldSpec {
+  std::string_view path;
+  std::string_view key;
+  std::string_view label;
+  bool detail = false;
+};
+
+/// Aggregates that repeat, one row each. A row's columns are below the aggregate; the path of the
+/// aggregates may name several tags for the last step, whose order is kept.
+struct TableSpec {
+  std::string_view path;
+  std::string_view key;
+  std::string_view title;
+  std::span<const FieldSpec> columns;
+};
+
+/// A payload, a synchronisation, or a part of either.
+struct Layout {
+  std::string_view tag;
+  std::string_view kind;
+  std::string_view title;
+  std::string_view subject;  ///< Paths separated by blanks: together they name the account.
+  std::span<const FieldSpec> fields;
+  std::span<const TableSpec> tables;
+  /// Paths, separated by blanks, of aggregates that become sections of their own behind this one,
+  /// each by the layout of its tag. What is empty in such a section is left out.
+  std::string_view parts = {};
+};
+
+/// All layouts.
+std::span<const Layout> Layouts();
+
+/// What a tree tells, section by section. Personal identifiers are masked unless asked for.
+std::vector<Section> MakeSections(const Element& file, bool showIdentifiers);
+
+namespace layouts {
+extern const std::span<const Layout> kSignOn;
+extern const std::span<const Layout> kProfile;
+extern const std::span<const Layout> kStatements;
+extern const std::span<const Layout> kInvestment;
+extern const std::span<const Layout> kBillPay;
+extern const std::span<const Layout> kBranding;
+extern const std::span<const Layout> kPayroll;
+extern const std::span<const Layout> kAccountLists;
+extern const std::span<const Layout> kTransfers;
+extern const std::span<const Layout> kStopChecks;
+extern const std::span<const Layout> kMail;
+}  // namespace layouts
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_SHOWING_LAYOUT_H_

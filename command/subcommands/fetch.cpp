@@ -1,0 +1,78 @@
+// krofx fetch: makes a request, sends it, and shows the reply, in one go.
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "exchange/exchange.h"
+#include "exchange/refusals.h"
+#include "output/messages.h"
+#include "output/output_file.h"
+#include "requests/request_maker.h"
+#include "showing/document_output.h"
+#include "subcommands/subcommands.h"
+
+namespace krofx::command {
+
+namespace {
+
+// Orders are no part of this: what moves money is to be looked at before it is sent.
+constexpr AddRequestKind kRequests[] = {AddStatementRequest, AddInvestmentRequest,
+                                        AddAccountsRequest, AddProfileRequest};
+
+class SendRequest : public RequestUse {
+ public:
+  void AddOptions(CLI::App& request) override {
+    request.add_option("--url", m_options.url, "The institution's address")->required();
+    request.add_option("--save-reply", m_replyFile, "File to save the reply's text in");
+    AddExchangeOptions(request, m_options);
+    AddPrintOptions(request, m_form);
+  }
+
+  const char* GetFooter() const override {
+    return "Exit status: 0 printed, 2 no usable reply or refused, 64 wrong use.";
+  }
+
+  ExitStatus Prepare() override { return m_exchange.Prepare(Direction::kSend); }
+
+  ExitStatus Use(KRBuffer& text) override {
+    std::unique_ptr<KRBuffer> reply = m_exchange.Run(&text);
+    if (reply == nullptr) return kExitUnusable;
+    ExitStatus exitStatus = kExitClean;
+    if (!m_replyFile.empty()) exitStatus = WriteOutput(*reply, m_replyFile, Privacy::kPrivate);
+    return Worse(exitStatus, Show(ParsedFile(m_exchange.GetShownUrl(), std::move(reply))));
+  }
+
+ private:
+  ExitStatus Show(const ParsedFile& reply) const {
+    ExitStatus exitStatus = kExitClean;
+    for (KRFile* const file : reply.GetOfxFiles()) {
+      for (const std::string& refusal : FindRefusals(ReadElements(*file))) {
+        Complain(reply.GetName(), refusal);
+        exitStatus = kExitUnusable;
+      }
+    }
+    if (!reply.GetProblem().empty() && m_replyFile.empty()) {
+      Complain(reply.GetName(),
+               "the reply is not usable; --save-reply keeps it for \"krofx check\"");
+    }
+    return Worse(exitStatus, PrintDocuments({MakeDocument(reply, m_form.showIdentifiers)}, m_form));
+  }
+
+  ExchangeOptions m_options;
+  Exchange m_exchange{m_options};
+  std::string m_replyFile;
+  PrintOptions m_form;
+};
+
+}  // namespace
+
+void AddFetch(CLI::App& app, ExitStatus& exitStatus) {
+  CLI::App* const fetch =
+      app.add_subcommand("fetch", "Ask an institution, and show what it answers");
+  fetch->require_subcommand(1);
+  for (const AddRequestKind add : kRequests) {
+    add(*fetch, exitStatus, std::make_shared<SendRequest>());
+  }
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,69 @@
+// krofx rewrite: parses a file and writes it again, in order.
+
+#include <CLI/CLI.hpp>
+#include <memory>
+
+#include "input/parsed_file.h"
+#include "output/built_text.h"
+#include "output/file_progress.h"
+#include "output/messages.h"
+#include "output/output_file.h"
+#include "subcommands/subcommands.h"
+
+namespace krofx::command {
+
+namespace {
+
+struct Options {
+  std::string file;
+  std::string output;
+  bool strict = false;
+};
+
+ExitStatus Refuse(const ParsedFile& file, const std::string& problem) {
+  Complain(file.GetName(), problem + "; nothing was written");
+  return kExitUnusable;
+}
+
+ExitStatus Rewrite(const Options& options) {
+  FileProgress progress(1);
+  progress.Next(options.file);
+  const ParsedFile file(options.file);
+  if (!file.GetProblem().empty()) return Refuse(file, file.GetProblem());
+  if (file.GetKind() == "multipart") {
+    return Refuse(file, "a multipart text is not rewritten; take it apart with \"krofx extract\"");
+  }
+  if (options.strict && file.GetStatus() == KRParseStatus_Warnings) {
+    return Refuse(file,
+                  "there are warnings, which --strict does not allow; \"krofx check\" lists "
+                  "them");
+  }
+  KRBuffer text(65536, 65536);
+  const std::string problem = BuildText(*file.GetRoot(), options.strict, text);
+  if (!problem.empty()) return Refuse(file, problem);
+  if (!file.GetWarnings().empty()) {
+    Complain(file.GetName(), std::to_string(file.GetWarnings().size()) +
+                                 " warnings; what they name may be missing from what is written");
+  }
+  // Requests hold a password.
+  return WriteOutput(text, options.output,
+                     file.GetKind() == "request" ? Privacy::kPrivate : Privacy::kUsual);
+}
+
+}  // namespace
+
+void AddRewrite(CLI::App& app, ExitStatus& exitStatus) {
+  CLI::App* const rewrite =
+      app.add_subcommand("rewrite", "Read an OFX file and write it again, in order");
+  const auto options = std::make_shared<Options>();
+  rewrite->add_option("FILE", options->file, "An OFX file, or - for standard input")->required();
+  rewrite->add_option("-o,--output", options->output,
+                      "The file to write, which may be FILE itself; else standard output");
+  rewrite->add_flag("--strict", options->strict,
+                    "Write nothing unless all is in order: no warnings, no text over its length, "
+                    "nothing missing");
+  rewrite->footer("Exit status: 0 written, 2 not usable and nothing written, 64 wrong use.");
+  rewrite->callback([options, &exitStatus] { exitStatus = Rewrite(*options); });
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,84 @@
+// krofx send and krofx get: an OFX text goes to a server as it stands, or a URL is fetched.
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string_view>
+
+#include "exchange/exchange.h"
+#include "input/input_files.h"
+#include "output/messages.h"
+#include "output/output_file.h"
+#include "output/safe_text.h"
+#include "subcommands/subcommands.h"
+
+namespace krofx::command {
+
+namespace {
+
+struct Options {
+  ExchangeOptions exchange;
+  std::string file;
+  std::string output;
+};
+
+// A terminal gets harmless text; anything else gets the bytes.
+ExitStatus WriteReply(const KRBuffer& reply, const std::string& output) {
+  if ((!output.empty() && output != "-") || ::isatty(STDOUT_FILENO) == 0) {
+    return WriteOutput(reply, output, Privacy::kPrivate);
+  }
+  return WriteStandardOutput(SafeText({reply.GetBufferPtr(), reply.GetBufferSize()}));
+}
+
+ExitStatus Send(const Options& options) {
+  Exchange exchange(options.exchange);
+  const ExitStatus prepared = exchange.Prepare(Direction::kSend);
+  if (prepared != kExitClean) return prepared;
+  std::string problem;
+  const std::unique_ptr<KRBuffer> request = ReadInput(options.file, problem);
+  if (request != nullptr && request->GetBufferSize() == 0) problem = "it is empty";
+  if (!problem.empty()) {
+    Complain(DisplayName(options.file), problem);
+    return kExitUnusable;
+  }
+  const std::unique_ptr<KRBuffer> reply = exchange.Run(request.get());
+  return reply == nullptr ? kExitUnusable : WriteReply(*reply, options.output);
+}
+
+ExitStatus Get(const Options& options) {
+  Exchange exchange(options.exchange);
+  const ExitStatus prepared = exchange.Prepare(Direction::kGet);
+  if (prepared != kExitClean) return prepared;
+  const std::unique_ptr<KRBuffer> reply = exchange.Run(nullptr);
+  return reply == nullptr ? kExitUnusable : WriteReply(*reply, options.output);
+}
+
+void AddRest(CLI::App& app, Options& options) {
+  app.add_option("-o,--output", options.output,
+                 "The file to save the reply in; else it goes to standard output");
+  AddExchangeOptions(app, options.exchange);
+  app.footer("Exit status: 0 done, 2 no reply, 64 wrong use.");
+}
+
+}  // namespace
+
+void AddSend(CLI::App& app, ExitStatus& exitStatus) {
+  CLI::App* const send =
+      app.add_subcommand("send", "Send a request to an institution, and give out the reply");
+  const auto options = std::make_shared<Options>();
+  send->add_option("URL", options->exchange.url, "The institution's address")->required();
+  send->add_option("FILE", options->file, "The request, or - for standard input")->required();
+  AddRest(*send, *options);
+  send->callback([options, &exitStatus] { exitStatus = Send(*options); });
+}
+
+void AddGet(CLI::App& app, ExitStatus& exitStatus) {
+  CLI::App* const get = app.add_subcommand("get", "Fetch what an address holds");
+  const auto options = std::make_shared<Options>();
+  get->add_option("URL", options->exchange.url, "The address, also file:")->required();
+  AddRest(*get, *options);
+  get->callback([options, &exitStatus] { exitStatus = Get(*options); });
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,30 @@
+// Work that can be broken off by a signal and still cleans up behind itself.
+
+#ifndef KROFX_COMMAND_SYSTEM_INTERRUPTION_H_
+#define KROFX_COMMAND_SYSTEM_INTERRUPTION_H_
+
+#include <csignal>
+
+namespace krofx::command {
+
+/// While it stands, the signals that end a command (of the interrupt key, of a closed terminal, of
+/// `kill`) are only noted. One that came takes effect behind it, when all is cleaned up.
+class Interruption {
+ public:
+  Interruption();
+  ~Interruption();
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
+
+  /// Whether a signal came.
+  static bool Came();
+
+ private:
+  static constexpr int kSignals[] = {SIGHUP, SIGINT, SIGTERM};
+
+  struct sigaction m_before[sizeof kSignals / sizeof *kSignals] = {};
+};
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_SYSTEM_INTERRUPTION_H_

@@ -1,0 +1,60 @@
+// What is told of an exchange that failed: something of its own for each way to fail, in one line.
+
+#include "exchange/exchange_problem.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace krofx::command {
+namespace {
+
+constexpr char kUnknown[] = "the exchange failed; check";
+
+TEST(ExchangeProblem, SaysWhatEachStatusMeansAndItsNumber) {
+  for (const KRNetStatus status :
+       {KRNetStatus_Failed, KRNetStatus_NoReplySize, KRNetStatus_ReplyNotLoaded,
+        KRNetStatus_NotCreated, KRNetStatus_NotStarted, KRNetStatus_NoMemory,
+        KRNetStatus_ClientError, KRNetStatus_Unavailable, KRNetStatus_RootRejected,
+        KRNetStatus_SslOptionsRejected, KRNetStatus_NetworkFailed, KRNetStatus_SslFailed,
+        KRNetStatus_Untrusted, KRNetStatus_BadCertificate, KRNetStatus_UnexpectedCertificate,
+        KRNetStatus_Refused, KRNetStatus_TimedOut, KRNetStatus_ServerError}) {
+    const std::string text = DescribeExchangeProblem({.status = status});
+    EXPECT_FALSE(text.starts_with(kUnknown)) << status;
+    EXPECT_TRUE(text.ends_with("(status " + std::to_string(status) + ")")) << text;
+    EXPECT_EQ(text.find('\n'), std::string::npos) << text;
+  }
+  EXPECT_TRUE(DescribeExchangeProblem({.status = KRNetStatus_Other}).starts_with(kUnknown));
+}
+
+TEST(ExchangeProblem, SaysMoreWhereTheTransportDoes) {
+  const auto describe = [](u32 code, u32 http = 200) {
+    return DescribeExchangeProblem(
+        {.status = KRNetStatus_Other, .httpStatus = http, .transportError = code});
+  };
+  EXPECT_NE(describe(1506, 302).find("not followed"), std::string::npos);
+  EXPECT_NE(describe(1513, 404).find("(status 29, HTTP 404, code 1513)"), std::string::npos);
+  EXPECT_NE(describe(1671).find("never accepted"), std::string::npos);
+  EXPECT_NE(describe(1681).find("256 MiB"), std::string::npos);
+  EXPECT_NE(describe(1687).find("(status 29, code 1687)"), std::string::npos);
+}
+
+TEST(ExchangeProblem, KnowsWhoseRootsWereAsked) {
+  ExchangeEnd end{.status = KRNetStatus_Untrusted};
+  EXPECT_NE(DescribeExchangeProblem(end).find("this system trusts"), std::string::npos);
+  end.ownRoots = true;
+  EXPECT_NE(DescribeExchangeProblem(end).find("given with --root"), std::string::npos);
+}
+
+TEST(ExchangeProblem, NamesTheTimeThatWasAllowed) {
+  EXPECT_NE(DescribeExchangeProblem({.status = KRNetStatus_TimedOut, .timeout = 7})
+                .find("within 7 seconds"),
+            std::string::npos);
+}
+
+TEST(ExchangeProblem, TellsAnEmptyReplyFromAFailure) {
+  EXPECT_EQ(DescribeExchangeProblem({}), "the server's reply is empty; try again later");
+}
+
+}  // namespace
+}  // namespace krofx::command
