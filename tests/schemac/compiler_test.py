@@ -16,8 +16,8 @@ PROJECT = pathlib.Path(sys.argv.pop(1)) if len(sys.argv) > 1 else pathlib.Path(_
 GOOD = """\
 # A file.
 
+/// A probe.
 aggregate KRProbe : KRDataObj = ACCTINFO
-  /// A probe.
   ACCTID  KRString22  required  Number
 """
 
@@ -93,7 +93,7 @@ class Compiler(unittest.TestCase):
         self.refuse(GOOD.replace("KRDataObj", "KRNoSuchBase"), "KRNoSuchBase")
 
     def test_refuses_a_class_without_comment(self):
-        self.refuse(GOOD.replace("  /// A probe.\n", ""), "comment")
+        self.refuse(GOOD.replace("/// A probe.\n", ""), "comment")
 
     def test_refuses_a_shared_slot_that_is_not_there(self):
         self.refuse(self.row("CURRENCY child KRCurrency optional in Nowhere"), "Nowhere")
@@ -102,10 +102,69 @@ class Compiler(unittest.TestCase):
         self.compile()
         known = re.findall(r"KRTag_([A-Z0-9]+) =", self.output("core/tags.h"))[:97]
         self.assertEqual(len(known), 97)
-        head = "aggregate KRProbe : KRDataObj\n  /// A probe.\n"
+        head = "/// A probe.\naggregate KRProbe : KRDataObj\n"
         rows = [f"  {tag} KRString1 optional Word{i}\n" for i, tag in enumerate(known)]
         self.assertEqual(self.compile(head + "".join(rows[:96])).returncode, 0)
         self.refuse(head + "".join(rows), "96")
+
+    def test_refuses_a_comment_that_is_not_right_above_what_it_is_about(self):
+        self.refuse(self.row("/// Lost.\n\n  NAME KRString32 optional Name"), ":7:", "comment")
+        self.refuse(self.row("/// Lost.\n    NAME KRString32 optional Name"), ":7:", "comment")
+        self.refuse(self.row("/// Lost.\n  rule none ACCTID"), ":7:", "rule")
+        self.refuse(self.row("/// Lost."), "comment")
+
+    def probe(self, *rows):
+        """Groups of declarations of the class: the lines of each comment, then its declaration."""
+        result = self.compile(GOOD + "".join(f"  {row}\n" for row in rows))
+        self.assertEqual(result.stderr, "")
+        text = self.output("messages/banking/probe.h").split("class KROFX_API KRProbe")[1]
+        return re.findall(r"((?: +///.*\n)+) +(.*?)[;{]", text)
+
+    def test_says_in_every_accessor_what_the_row_means_and_its_type_use_and_versions(self):
+        rows = ["/// The name that the customer gave the account,", "/// in plain words."]
+        rows += ["NAME KRString32 optional V2+ Name", "DTSTART KRDateTime required Start"]
+        found = [
+            comment
+            for comment, declaration in self.probe(*rows)
+            if re.search(r"\b(Get|Has|Set|Clear)Name\(", declaration)
+        ]
+        self.assertEqual(len(found), 4)
+        for comment in found:
+            self.assertIn("  /// The name that the customer gave the account, in plain words.\n", comment)
+            self.assertIn("  /// NAME: text, at most 32 characters, optional, V2 and later.\n", comment)
+
+    def test_says_in_every_accessor_of_a_list_what_its_row_means(self):
+        rows = ["/// The lines of a picture.", "MSGBODY children KRStatus optional Line"]
+        rows += ["/// When to call.", "CLTCOOKIE repeated KRDynamicArrayString optional Hour"]
+        for comment, declaration in self.probe(*rows):
+            if "Line(" in declaration:
+                self.assertIn("/// The lines of a picture.\n", comment, declaration)
+            if "Hour(" in declaration:
+                self.assertIn("/// When to call.\n", comment, declaration)
+
+    def test_lists_the_rows_of_a_shared_array_where_its_entries_are_read(self):
+        rows = ["/// Both kinds.", "array Kinds KRStatus"]
+        rows += ["/// The first.", "MEMO children KRStatus optional in Kinds"]
+        rows += ["MEMO2 children KRStatus optional V2+ in Kinds"]
+        comments = {d: c for c, d in self.probe(*rows)}
+        shown = comments["KRStatus* GetKinds(u16 index) const"]
+        self.assertIn("/// Both kinds.\n  /// Kinds: one list for several tags.\n", shown)
+        self.assertIn("/// - MEMO: KRStatus, optional, all versions. The first.\n", shown)
+        self.assertIn("/// - MEMO2: KRStatus, optional, V2 and later.\n", shown)
+
+    def test_asks_for_the_presence_of_every_row_by_its_name(self):
+        rows = ["NAME KRString32 optional Name", "STATUS child KRStatus optional Status"]
+        rows += ["MSGBODY children KRStatus optional Line"]
+        rows += ["CLTCOOKIE repeated KRDynamicArrayString optional Hour"]
+        declared = [declaration for _, declaration in self.probe(*rows)]
+        for name in ("Number", "Name", "Status", "Line", "Hour"):
+            self.assertEqual(declared.count(f"u16 Has{name}() const "), 1, name)
+
+    def test_leaves_a_declared_question_for_presence_to_the_class(self):
+        rows = ["NAME KRString32 optional Name", "declare"]
+        rows += ["  /// By hand.", "  u16 HasName() const;", "end"]
+        declared = [declaration for _, declaration in self.probe(*rows)]
+        self.assertEqual([d for d in declared if "HasName" in d], ["u16 HasName() const"])
 
     def test_puts_a_new_class_behind_the_others_in_the_factory(self):
         self.compile(GOOD)

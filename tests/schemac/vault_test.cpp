@@ -56,6 +56,20 @@ TEST(VaultBox, KeepsItsVersions) {
   EXPECT_EQ(box->IsValidTag(KRTag_MEMO2), 0);
 }
 
+TEST(VaultBox, SaysWhichRowsArePresent) {
+  const Parsed<KRVaultBox> box(kText);
+  EXPECT_EQ(box->HasBoxNumber(), 1);
+  EXPECT_EQ(box->HasDtOpen(), 1);
+  EXPECT_EQ(box->HasMemo2(), 0);
+  EXPECT_EQ(box->HasCurrency(), 1);
+  EXPECT_EQ(box->HasKeyHolder(), 0);
+  EXPECT_EQ(box->AppendKeyHolder(KRString("A. Jones")), 1);
+  EXPECT_EQ(box->HasKeyHolder(), 1);
+  box->ClearBoxNumber();
+  EXPECT_EQ(box->HasBoxNumber(), 0);
+  EXPECT_EQ(Str(box->GetBoxNumber()), "B-17");
+}
+
 TEST(VaultBox, CopiesDeeply) {
   const Parsed<KRVaultBox> box(kText);
   KRVaultBox copy;

@@ -10,81 +10,10 @@ import re
 import factory
 import model
 import routing
+from accessors import AccessorWriter, meaning, member
+from cpp import definition, fill
+from row_types import cpp_type, kind
 from tags import enumerator
-
-NUMBERS = {
-    # schema word: (C++ type, kind)
-    "amount": ("KRPrecisionInteger", "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRAmount>"),
-    "posamount": (
-        "KRPosPrecisionInteger",
-        "kNumber<KRPosPrecisionInteger, &KRBuilder::AddTagKRAmount>",
-    ),
-    "quantity": ("KRPrecisionInteger", "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRQuantity>"),
-    "unitprice": (
-        "KRPrecisionInteger",
-        "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRUnitPrice>",
-    ),
-    "rate": ("KRPercent", "kNumber<KRPercent, &KRBuilder::AddTagKRRate>"),
-    "payamount": ("KRPayrollAmount", "kPayrollAmount"),
-    "paydate": ("KRPayrollDateTime", "kPayrollDateTime"),
-}
-SCALARS = {
-    "boolean": ("u16", "kBoolean", "Y (1) or N (0)"),
-    "u16": ("u16", "kUShort", "0 to 65535"),
-    "s16": ("s16", "kSShort", "-32768 to 32767"),
-    "u32": ("u32", "kULong", "32 bits unsigned"),
-    "s32": ("s32", "kSLong", "32 bits signed"),
-}
-DATES = {"KRDateTime": "kDateTime", "KRTime": "kTime"}
-REPEATED_NUMBERS = {
-    "KRDynamicArrayBankAccountType": "KRBankAccountType",
-    "KRDynamicArrayBankAccountType2": "KRBankAccountType2",
-    "KRDynamicArrayDayOfWeek": "KRDayOfWeek",
-    "KRDynamicArrayNorvService": "KRNorvService",
-    "KRDynamicArrayNorvService2": "KRNorvService2",
-    "KRDynamicArrayUShort": "u16",
-}
-WORDS = {
-    "rate": "percent, 0 to 100",
-    "KRTime": "time",
-    "payamount": "amount that can be blank",
-    "paydate": "date that can be blank",
-}
-VERSION_WORDS = {0xFFFF: "all versions", 1: "V1", 2: "V2", 0xFFFE: "V2 and later"}
-
-
-def member(stem):
-    """m_txType for TxType, m_fitId for FITId, m_url2 for URL2."""
-    head = re.match(r"[A-Z]+(?=[A-Z][a-z])|[A-Z]+|[A-Z]", stem)[0]
-    return "m_" + head.lower() + stem[len(head) :]
-
-
-def fill(text, indent="  "):
-    """A documentation comment, wrapped at 100 columns."""
-    lines, line = [], indent + "///"
-    for word in text.split():
-        if len(line) + 1 + len(word) > 100:
-            lines.append(line)
-            line = indent + "///"
-        line += " " + word
-    return "\n".join(lines + [line]) + "\n"
-
-
-def call(head, parts, tail, indent):
-    """head(parts)tail on one line, or broken as clang-format does."""
-    one = f"{indent}{head}({', '.join(parts)}){tail}"
-    if len(one) <= 100:
-        return one + "\n"
-    pad = " " * (len(indent) + len(head) + 1)
-    lines, line = [], f"{indent}{head}("
-    for i, part in enumerate(parts):
-        piece = part + (", " if i + 1 < len(parts) else f"){tail}")
-        if len(line) + len(piece.rstrip()) > 100 and line.strip() != head + "(":
-            lines.append(line.rstrip())
-            line = pad
-        line += piece
-    return "\n".join(lines + [line]) + "\n"
-
 
 # A table is read by its rows, one on each line, so it is kept out of the formatter's hands.
 OFF, ON = "  // clang-format off\n", "  // clang-format on\n"
@@ -98,314 +27,8 @@ class ClassWriter:
         self.header, self.source = "", ""
         self.uses = set()  # generated classes whose header the source needs
 
-    # Types of rows
-
-    def cpp_type(self, row):
-        if row.type in NUMBERS:
-            return NUMBERS[row.type][0]
-        if row.type in SCALARS:
-            return SCALARS[row.type][0]
-        if row.type.startswith("index "):
-            return "u16"
-        return row.type
-
-    def kind(self, row):
-        if row.kind == "repeated":
-            return f"kRepeated<{row.type}>"
-        if row.kind == "embedded":
-            return f"kEmbedded<{row.type}>"
-        if row.pad:
-            return f"kPaddedUShort<{row.pad}>"
-        if row.type in NUMBERS:
-            return NUMBERS[row.type][1]
-        if row.type in SCALARS:
-            return SCALARS[row.type][1]
-        if row.type in DATES:
-            return DATES[row.type]
-        if row.type == "KRLanguage":
-            return "kLanguage"
-        if row.type.startswith("index "):
-            return f"kKeywordIndex<{row.type.split()[1]}>"
-        if row.type in self.schemas.keywords:
-            known = self.schemas.keywords[row.type]
-            operation = "nullptr"
-            if known.tagged:
-                operation = f"&KRBuilder::AddTagKR{known.bare}"
-            elif known.writer:
-                operation = f"&KRBuilder::Add{known.bare}"
-            return f"kKeyword<{row.type}, {operation}>"
-        if self.schemas.text_class(row.type):
-            return f"kText<{row.type}>"
-        raise SystemExit(f"{self.cls.file.path}: {self.cls.name}: no type {row.type}")
-
-    def describe(self, row):
-        """TRNTYPE (KRBankTxType, required, V1)."""
-        length = re.fullmatch(r"KRString(\d+)", row.type)
-        if length:
-            what = f"text, at most {length[1]} characters"
-        elif row.type in SCALARS:
-            what = SCALARS[row.type][2]
-        elif row.type in NUMBERS or row.type == "KRTime":
-            what = WORDS.get(row.type, row.type)
-        elif row.type == "KRDateTime":
-            what = "date"
-        elif row.type.startswith("index "):
-            what = f"the place of its keyword, a {row.type.split()[1]}"
-        else:
-            what = row.type
-        use = "required" if row.required else "optional"
-        if row.required not in (0, row.versions):
-            use += f" in {VERSION_WORDS[row.required]}"
-        return f"{row.tag}: {what}, {use}, {VERSION_WORDS[row.versions]}"
-
-    # Members and accessors
-
-    def reads_boolean_text(self, row):
-        return row.type == "boolean" and self.cls.file.payroll
-
     def declares(self, row):
         return row.owner is self.cls and row.kind != "listed"
-
-    def define(self, result, name, parameters, body, const=False):
-        """One member function: the declaration is the caller's, the definition goes here."""
-        head, qualifier = f"{result} {self.cls.name}::{name}", " const" if const else ""
-        if isinstance(body, tuple):
-            lines = call(*body, ";", "  ")
-            body = lines.strip() if lines.count("\n") == 1 else lines
-        one = f"{head}({', '.join(parameters)}){qualifier} {{ {body} }}"
-        if len(one) <= 100 and "\n" not in body:
-            self.source += one + "\n\n"
-            return
-        self.source += call(head, parameters, qualifier + " {", "")
-        if body.endswith("\n"):
-            self.source += body
-        else:
-            self.source += "".join(f"  {line.strip()}\n" for line in body.split("\n"))
-        self.source += "}\n\n"
-
-    def accessors(self, row):
-        name, tag = row.stem, enumerator(row.tag)
-        self.header += f"\n  // {self.describe(row)}.\n\n"
-        getattr(self, f"_{row.kind}_accessors")(row, name, tag)
-
-    def _clear(self, name, tag, text):
-        self.header += f"  /// Takes {text} out: it is no longer present.\n"
-        self.header += f"  u16 Clear{name}() {{ return ClearTag({tag}); }}\n"
-
-    def _value_accessors(self, row, name, tag):
-        cpp, own = self.cpp_type(row), member(row.stem)
-        text_class = self.schemas.text_class(cpp)
-        by_reference = text_class or cpp == "KRLanguage"
-        shown = f"const {cpp}&" if by_reference else cpp
-        self.header += fill(f"{row.tag} as it is held, present or not.")
-        getter = f"  {shown} Get{name}() const {{ return {own}; }}"
-        if len(getter) > 100:
-            getter = f"  {shown} Get{name}() const {{\n    return {own};\n  }}"
-        self.header += getter + "\n"
-        if not text_class:
-            native = cpp
-            if cpp in ("KRPosPrecisionInteger", "KRPercent"):
-                native = "KRPrecisionInteger"
-            reference = native.startswith("KR") and native not in self.schemas.keywords
-            taken = f"const {native}& value" if reference else f"{native} value"
-            self.header += fill(f"Sets {row.tag}.")
-            failure = "0 when the tag is not valid in this version"
-            if native != cpp:
-                failure += " or the value is not allowed"
-            self.header += fill(f"@return 1; {failure}.")
-            self.header += f"  u16 Set{name}({taken});\n"
-            body = f"return SetNative(*this, {tag}, {own}, value);"
-            self.define("u16", f"Set{name}", [taken], body)
-        if row.hand:
-            self._clear(name, tag, row.tag)
-            return
-        self.header += fill(f"Sets {row.tag} from its text.")
-        if text_class:
-            self.header += fill(
-                "@return 1; 0 when the tag is not valid in this version; 3 for an empty text. A"
-                " text over the limit is kept, after a KRPW_TOOLONG warning."
-            )
-        else:
-            self.header += fill(
-                "@return 1; 0 when the text is no such value or the tag is not valid in this"
-                " version."
-            )
-        self.header += f"  u16 Set{name}(const KRString& text);\n"
-        body = f"return SetFromText(*this, {tag}, text);"
-        self.define("u16", f"Set{name}", ["const KRString& text"], body)
-        if cpp in DATES or row.type in NUMBERS or self.reads_boolean_text(row):
-            self.header += fill("As the form from KRString.")
-            self.header += f"  u16 Set{name}(const char* text);\n"
-            self.define("u16", f"Set{name}", ["const char* text"], f"return Set{name}(KRString(text));")
-        if self.reads_boolean_text(row):
-            # A literal 0 is a number and a null pointer alike; an int of its own settles it.
-            self.header += fill("As the form from u16; any number but 0 is Y.")
-            self.header += f"  u16 Set{name}(int value);\n"
-            body = f"return Set{name}(static_cast<u16>(value != 0));"
-            self.define("u16", f"Set{name}", ["int value"], body)
-        self._clear(name, tag, row.tag)
-
-    def _child_accessors(self, row, name, tag):
-        child = row.type
-        self.uses.add(child)
-        slot = member(row.shared or row.stem)
-        shared = bool(row.shared)
-        self.header += fill(f"The {row.tag} child, still this object's; null when there is none.")
-        self.header += f"  {child}* Get{name}() const;\n"
-        if shared:
-            body = f"return dynamic_cast<{child}*>({slot}.Get());"
-        else:
-            body = f"return static_cast<{child}*>({slot}.Get());"
-        self.define(f"{child}*", f"Get{name}", [], body, const=True)
-        self.header += fill(
-            f"Takes ownership of `child` and deletes the {row.tag} held before. Null leaves the tag"
-            " present with nothing to write."
-        )
-        self.header += fill("@return 1; 0 when the tag is not valid in this version.")
-        self.header += f"  u16 Set{name}({child}* child);\n"
-        if shared:
-            body = f"if (child != nullptr) child->SetType({tag});\n"
-            body += f"  return SetChild(*this, {slot}, {tag}, child);"
-        else:
-            body = f"return SetChild(*this, {slot}, {tag}, child);"
-        self.define("u16", f"Set{name}", [f"{child}* child"], body)
-        self._clear(name, tag, row.tag)
-
-    def _array_accessors(self, name, tags_text, child, own, note):
-        """Accessors of an array of children; `note` is what sets the presence of one."""
-        self.uses.add(child)
-        head = self.header
-        head += fill(f"Number of {tags_text} entries.")
-        head += f"  u16 GetNum{name}() const {{ return {own}.Entries(); }}\n"
-        head += fill("An entry, still this object's; null when there is none.")
-        head += f"  {child}* Get{name}(u16 index) const;\n"
-        head += fill(
-            "Takes ownership of `child` as entry `index`, in place of the one there."
-        )
-        head += fill(
-            "@return 1; 0 when it could not be stored (then it is still the caller's) or its type"
-            " is not valid in this version."
-        )
-        head += f"  u16 Set{name}(u16 index, {child}* child);\n"
-        head += fill("As Set, behind the last entry.")
-        head += f"  u16 Append{name}({child}* child);\n"
-        head += fill("Takes an entry out without deleting it; the later ones move down.")
-        head += fill("@return 1; 0 when there is no such entry.")
-        head += f"  u16 Disconnect{name}(u16 index) {{ return {own}.UnSet(index); }}\n"
-        head += fill("Deletes all entries.")
-        head += f"  void DeleteAll{name}() {{ {own}.DeleteAll(); }}\n"
-        head += fill("Gives all entries up without deleting them.")
-        head += f"  void Clear{name}() {{ {own}.Clear(); }}\n"
-        self.header = head
-        self.define(
-            f"{child}*",
-            f"Get{name}",
-            ["u16 index"],
-            f"return static_cast<{child}*>({own}.Get(index));",
-            const=True,
-        )
-        self.define(
-            "u16",
-            f"Set{name}",
-            ["u16 index", f"{child}* child"],
-            f"return NoteElement(*this, {own}.Set(index, child), child);",
-        )
-        self.define(
-            "u16",
-            f"Append{name}",
-            [f"{child}* child"],
-            f"return NoteElement(*this, {own}.Append(child), child);",
-        )
-
-    def _children_accessors(self, row, name, tag):
-        self._array_accessors(name, row.tag, row.type, member(row.stem), tag)
-
-    def _repeated_accessors(self, row, name, tag):
-        own, array = member(row.stem), row.type
-        if array in REPEATED_NUMBERS:
-            element, native = "u16", REPEATED_NUMBERS[array]
-        elif array == "KRDynamicArrayLanguage":
-            element, native = "KRLanguage", "const KRLanguage&"
-        else:
-            element, native = "KRString", None
-        self.header += fill(f"Number of {row.tag} values.")
-        self.header += f"  u16 GetNum{name}() const {{ return {own}.Entries(); }}\n"
-        self.header += fill("A value, still this object's; null when there is none.")
-        self.header += f"  {element}* Get{name}(u16 index) const {{ return {own}.Get(index); }}\n"
-        if native is not None:
-            value = f"{native} value"
-            cast = "static_cast<u16>(value)" if native.startswith("KR") else "value"
-            self.header += fill(f"Sets {row.tag} value `index`, or adds one behind the last.")
-            self.header += fill("@return 1; 0 when it could not be stored.")
-            self.header += f"  u16 Set{name}(u16 index, {value});\n"
-            self.header += f"  u16 Append{name}({value});\n"
-            self.define(
-                "u16",
-                f"Set{name}",
-                ["u16 index", value],
-                ("return NoteValue", ["*this", f"{own}.SetVal(index, {cast})", tag]),
-            )
-            self.define(
-                "u16", f"Append{name}", [value], f"return Set{name}({own}.Entries(), value);"
-            )
-            self.header += fill(f"Adds a {row.tag} value from its text.")
-            self.header += fill("@return 1; 0 when the text is no such value.")
-        else:
-            self.header += fill(f"Sets {row.tag} value `index`.")
-            self.header += fill("@return 1; 0 when it could not be stored.")
-            self.header += f"  u16 Set{name}(u16 index, const KRString& text);\n"
-            self.define(
-                "u16",
-                f"Set{name}",
-                ["u16 index", "const KRString& text"],
-                ("return NoteValue", ["*this", f"{own}.SetVal(index, text)", tag]),
-            )
-            self.header += fill(f"Adds a {row.tag} value.")
-            self.header += fill(
-                "@return 1; 0 when it could not be stored; 3 for an empty text. A text over the"
-                " limit is kept, after a KRPW_TOOLONG warning."
-            )
-        self.header += f"  u16 Append{name}(const KRString& text);\n"
-        self.define(
-            "u16",
-            f"Append{name}",
-            ["const KRString& text"],
-            f"return SetFromText(*this, {tag}, text);",
-        )
-        self.header += fill("Deletes all values.")
-        self.header += f"  void DeleteAll{name}() {{ {own}.DeleteAll(); }}\n"
-        self.header += fill("Gives all values up without deleting them.")
-        self.header += f"  void Clear{name}() {{ {own}.Clear(); }}\n"
-
-    def shared_accessors(self, shared):
-        own = member(shared.name)
-        if shared.kind == "array":
-            self.header += f"\n  // {shared.name}: one list for several tags.\n\n"
-            self._array_accessors(shared.name, "list", shared.type, own, None)
-            return
-        self.uses.add(shared.type)
-        self.header += f"\n  // {shared.name}: one child for several tags.\n\n"
-        self.header += fill("The child, still this object's; null when there is none.")
-        self.header += f"  {shared.type}* Get{shared.name}() const;\n"
-        self.define(
-            f"{shared.type}*",
-            f"Get{shared.name}",
-            [],
-            f"return static_cast<{shared.type}*>({own}.Get());",
-            const=True,
-        )
-        self.header += fill(
-            "Takes ownership of `child` and deletes the one held before. The child's type is the"
-            " tag that becomes present."
-        )
-        self.header += fill("@return 1; 0 when that tag is not valid here.")
-        self.header += f"  u16 Set{shared.name}({shared.type}* child);\n"
-        self.define(
-            "u16",
-            f"Set{shared.name}",
-            [f"{shared.type}* child"],
-            f"return SetSharedChild(*this, {own}, child);",
-        )
 
     # The table
 
@@ -439,7 +62,7 @@ class ClassWriter:
                 grow = row.grow or 1
                 result.append((row.type, name, f"{{{grow}, {grow}}}"))
             else:
-                cpp = self.cpp_type(row)
+                cpp = cpp_type(row)
                 if cpp in ("u16", "s16", "u32", "s32"):
                     initial = " = 0"
                 elif cpp in self.schemas.keywords:
@@ -454,9 +77,10 @@ class ClassWriter:
         if row.kind == "listed":
             return "{}"
         own = member(row.shared or row.stem)
+        place = f"{self.cls.file.path}:{row.line}"
         parts = [f".member = &MemberOf<&{self.cls.name}::{own}>::Address"]
         if row.kind in ("value", "repeated", "embedded"):
-            parts.append(f".value = &{self.kind(row)}")
+            parts.append(f".value = &{kind(self.schemas, row, place)}")
             if row.closed:
                 parts.append(".closed = true")
             if row.lenient:
@@ -601,7 +225,7 @@ class ClassWriter:
     def write(self):
         cls = self.cls
         payload = self.schemas.is_payload(cls)
-        comment = " ".join(line.removeprefix("///").strip() for line in cls.comment)
+        comment = meaning(cls.comment)
         if not comment:
             raise SystemExit(f"{cls.file.path}:{cls.line}: {cls.name} has no comment")
         if cls.tag:
@@ -644,14 +268,18 @@ class ClassWriter:
             self.source += one.replace("(", "(\n    ", 1) + "\n"
         self.source += f"{cls.name}::~{cls.name}() = default;\n\n"
 
+        accessors = AccessorWriter(self.schemas, cls)
         for shared in cls.shared:
-            self.shared_accessors(shared)
+            accessors.shared(shared, [row for row in cls.rows if row.shared == shared.name])
         for row in cls.rows:
-            if row.kind in ("listed", "embedded") or (row.kind == "children" and row.shared):
+            if row.kind == "listed" or (row.kind == "children" and row.shared):
                 continue
             if self.declares(row) or (row.kind == "child" and row.shared and row.stem):
                 if row.stem:
-                    self.accessors(row)
+                    accessors.row(row)
+        self.header += accessors.header
+        self.source += accessors.source
+        self.uses |= accessors.uses
 
         if cls.has_table and not payload:
             self.header += "\n"
@@ -661,10 +289,10 @@ class ClassWriter:
             self.header += fill("@return 1; 0 for null, no factory or no memory.")
             self.header += f"  u16 DeepCopyFrom({cls.name}* source);\n"
             if "DeepCopyFrom" not in cls.overrides:
-                self.define(
-                    "u16",
-                    "DeepCopyFrom",
+                self.source += definition(
+                    f"u16 {cls.name}::DeepCopyFrom",
                     [f"{cls.name}* source"],
+                    "",
                     "return CopyAggregate(*this, source);",
                 )
         signatures = {

@@ -61,15 +61,17 @@ def _pairs(words):
 
 def parse(path):
     """The owners of one file, in order."""
-    owners, current = [], None
+    owners, current, comment = [], None, []
     for number, line in enumerate(path.read_text().splitlines(), 1):
         text = line.strip()
         if not text or text.startswith("#"):
             continue
         try:
-            if text.startswith("///"):
-                current.comment.append(text)
+            if line.startswith("///"):
+                comment.append(text)
             elif line[0].isspace():
+                if comment:
+                    raise ValueError("a /// comment must be right above a class or keywords line")
                 current.texts += shlex.split(text)
             else:
                 kind, name, *words = text.split()
@@ -94,6 +96,7 @@ def parse(path):
                     owners[-1].lists.append(current)
                 else:
                     raise ValueError(f"unknown word {kind}")
+                current.comment, comment = comment, []
                 if options:
                     raise ValueError(f"unknown words {sorted(options)}")
         except (AttributeError, IndexError, KeyError, ValueError) as error:

@@ -2,11 +2,14 @@
 
     # What the file is about, for the head of the generated header.
 
+    /// What the aggregate says. The text becomes the class's comment.
     aggregate KRBankTransactionList : KRDataObj = BANKTRANLIST
-      /// What the aggregate says. The text becomes the class's comment.
+      /// What the row means. The text goes into the comment of each of its accessors.
       DTSTART  KRDateTime                  required        DtStart
       STMTTRN  children KRBankStatementTx  optional  V2+   StatementTx  grow 5
       rule at_most_one PAYEE2 PAYEE NAME
+
+A line of `///` is about the block, row, slot or array right below it, and is indented as that is.
 
 Blocks:
     aggregate CLASS : BASE [= TAG]   a class with tables, made by the factory
@@ -92,6 +95,8 @@ class Row:
     unlisted: bool = False
     lenient: bool = False
     hand: bool = False
+    line: int = 0
+    comment: list = field(default_factory=list)  # the `///` lines above the row
     owner: "Class" = None  # the class that declares the member
 
 
@@ -103,6 +108,7 @@ class Shared:
     kind: str  # slot, array
     type: str
     grow: int
+    comment: list = field(default_factory=list)
     owner: "Class" = None
 
 
@@ -160,6 +166,15 @@ class File:
     classes: list = field(default_factory=list)
 
 
+def _heads(comment, line):
+    """Whether a comment may be about the line below it: the line is there, and indented alike."""
+
+    def indent(text):
+        return len(text) - len(text.lstrip())
+
+    return bool(line.strip()) and indent(comment[-1]) == indent(line)
+
+
 class Schemas:
     """All aggregate schemas of a source tree."""
 
@@ -181,7 +196,7 @@ class Schemas:
 
     def _parse(self, path, source):
         name = path.relative_to(source).with_suffix("").as_posix()
-        file, current, declaring = File(path, name), None, None
+        file, current, declaring, comment = File(path, name), None, None, []
         for number, line in enumerate(path.read_text().splitlines(), 1):
             text = line.strip()
             try:
@@ -189,6 +204,11 @@ class Schemas:
                     declaring = None
                 elif declaring is not None:
                     declaring.append(line[4:].rstrip())
+                elif text.startswith("///"):
+                    comment.append(line)
+                    continue
+                elif comment and not _heads(comment, line):
+                    raise SchemaError("a /// comment must be right above what it is about")
                 elif not text:
                     continue
                 elif text.startswith("#"):
@@ -198,14 +218,18 @@ class Schemas:
                     file.payroll = True
                 elif not line[0].isspace():
                     current = self._open(text.split(), file, number)
+                    current.comment, comment = [part.strip() for part in comment], []
                 elif text == "declare":
                     declaring = current.declarations
                 elif text == "members":
                     declaring = current.members
                 else:
-                    self._line(current, text)
+                    self._line(current, text, number, [part.strip() for part in comment])
+                    comment = []
             except (AttributeError, IndexError, KeyError, ValueError, SchemaError) as error:
                 raise SystemExit(f"{path}:{number}: {text}: {error!r}") from error
+        if comment:
+            raise SystemExit(f"{path}: a /// comment at the end is about nothing")
         return file
 
     def _open(self, words, file, number):
@@ -231,16 +255,16 @@ class Schemas:
             raise SchemaError(f"no tag {text}")
         return text
 
-    def _line(self, current, text):
-        if text.startswith("///"):
-            current.comment.append(text)
-            return
+    def _line(self, current, text, number, comment):
         words = shlex.split(text)
         word = words[0]
         if word in ("slot", "array"):
             grow = int(words[4]) if len(words) > 4 else 5
-            current.shared.append(Shared(words[1], word, words[2], grow, current))
-        elif word == "rule":
+            current.shared.append(Shared(words[1], word, words[2], grow, comment, current))
+            return
+        if comment and word not in self.tags:
+            raise SchemaError(f"no /// comment can be about {word}")
+        if word == "rule":
             current.rules.append(self._rule(words[1:]))
         elif word == "version":
             current.version = int(words[1])
@@ -258,6 +282,7 @@ class Schemas:
             current.requires = [] if words[1:] == ["nothing"] else [self._tag(w) for w in words[1:]]
         else:
             current.rows.append(self._row(words))
+            current.rows[-1].line, current.rows[-1].comment = number, comment
 
     def _rule(self, words):
         condition, condition_tags = "kAlways", []

@@ -1,0 +1,322 @@
+"""The accessors of a class: for each row, and for each slot or array that several rows share.
+
+Every accessor's comment says what it does, what the row means (the row's own `///` lines), and the
+row's type, use and versions.
+"""
+
+import re
+
+from cpp import definition, fill, inline
+from row_types import DATES, NUMBERS, REPEATED_NUMBERS, cpp_type, describe
+from tags import enumerator
+
+NOT_VALID = "0 when the tag is not valid in this version"
+
+
+def member(stem):
+    """m_txType for TxType, m_fitId for FITId, m_url2 for URL2."""
+    head = re.match(r"[A-Z]+(?=[A-Z][a-z])|[A-Z]+|[A-Z]", stem)[0]
+    return "m_" + head.lower() + stem[len(head) :]
+
+
+def meaning(comment):
+    """The text of `///` lines."""
+    return " ".join(line.removeprefix("///").strip() for line in comment)
+
+
+class AccessorWriter:
+    """Writes the accessors of one class: declarations into `header`, definitions into `source`."""
+
+    def __init__(self, schemas, cls):
+        self.schemas, self.cls = schemas, cls
+        self.header, self.source = "", ""
+        self.uses = set()  # generated classes whose header the source needs
+        self.about = ""  # what every comment says of the row at hand
+
+    def declare(self, action, declaration, result=""):
+        """A documented declaration: a prototype, or a (head, statement) that defines it at once."""
+        self.header += fill("\n".join(part for part in (action, self.about) if part))
+        if result:
+            self.header += fill(f"@return {result}.")
+        if isinstance(declaration, tuple):
+            self.header += inline(*declaration)
+        else:
+            self.header += f"  {declaration};\n"
+
+    def define(self, result, name, parameters, body, const=False):
+        head = f"{result} {self.cls.name}::{name}"
+        self.source += definition(head, parameters, " const" if const else "", body)
+
+    def row(self, row):
+        """The accessors of one row."""
+        self.header += "\n"
+        self.about = "\n".join(filter(None, (meaning(row.comment), describe(row) + ".")))
+        getattr(self, f"_{row.kind}")(row, row.stem, enumerator(row.tag))
+
+    def shared(self, shared, rows):
+        """The accessors of a slot or an array; `rows` are those of the class that fill it."""
+        self.header += "\n"
+        what = "child" if shared.kind == "slot" else "list"
+        self.about = "\n".join(
+            filter(None, (meaning(shared.comment), f"{shared.name}: one {what} for several tags."))
+        )
+        if rows:
+            lines = [f"{describe(row)}. {meaning(row.comment)}".strip() for row in rows]
+            listed = "\n".join(f"- {line}" for line in lines)
+        else:
+            listed = ""
+        if shared.kind == "array":
+            self._array(shared.name, f"{shared.name} entries", shared.type, listed)
+        else:
+            self._slot(shared, listed)
+
+    # Parts that several kinds share
+
+    def _has(self, name, tag, text):
+        if re.search(rf"\bHas{name}\(", "\n".join(self.cls.declarations)):
+            return
+        self.declare(
+            f"Says whether {text} is present.",
+            (f"u16 Has{name}() const", f"return ValidateTag({tag});"),
+            "1 when it is; 0 when it is not",
+        )
+
+    def _clear(self, name, tag, text):
+        self.declare(
+            f"Makes {text} absent.",
+            (f"u16 Clear{name}()", f"return ClearTag({tag});"),
+            "1; 0, after a KRPW_UNKNOWNTAG warning, when the tag is not valid in this version",
+        )
+
+    # Values
+
+    def _value(self, row, name, tag):
+        cpp, own = cpp_type(row), member(row.stem)
+        text_class = self.schemas.text_class(cpp)
+        shown = f"const {cpp}&" if text_class or cpp == "KRLanguage" else cpp
+        self.declare(
+            f"Gets {row.tag} as it is held, present or not.",
+            (f"{shown} Get{name}() const", f"return {own};"),
+        )
+        self._has(name, tag, row.tag)
+        if not text_class:
+            self._set_native(row, cpp)
+        if not row.hand:
+            self._set_text(row, text_class)
+            if cpp in DATES or row.type in NUMBERS or self._reads_boolean_text(row):
+                self._set_characters(row)
+            if self._reads_boolean_text(row):
+                self._set_int(row)
+        self._clear(name, tag, row.tag)
+
+    def _reads_boolean_text(self, row):
+        return row.type == "boolean" and self.cls.file.payroll
+
+    def _set_native(self, row, cpp):
+        native = cpp
+        if cpp in ("KRPosPrecisionInteger", "KRPercent"):
+            native = "KRPrecisionInteger"
+        reference = native.startswith("KR") and native not in self.schemas.keywords
+        taken = f"const {native}& value" if reference else f"{native} value"
+        failure = NOT_VALID + (" or the value is not allowed" if native != cpp else "")
+        self.declare(f"Sets {row.tag}.", f"u16 Set{row.stem}({taken})", f"1; {failure}")
+        body = f"return SetNative(*this, {enumerator(row.tag)}, {member(row.stem)}, value);"
+        self.define("u16", f"Set{row.stem}", [taken], body)
+
+    def _set_text(self, row, text_class):
+        if text_class:
+            result = (
+                f"1; {NOT_VALID}; 3 for an empty text. A text over the limit is kept, after a"
+                " KRPW_TOOLONG warning"
+            )
+        else:
+            result = "1; 0 when the text is no such value or the tag is not valid in this version"
+        parameter = "const KRString& text"
+        declaration = f"u16 Set{row.stem}({parameter})"
+        self.declare(f"Sets {row.tag} from its text.", declaration, result)
+        body = f"return SetFromText(*this, {enumerator(row.tag)}, text);"
+        self.define("u16", f"Set{row.stem}", [parameter], body)
+
+    def _set_characters(self, row):
+        name = f"Set{row.stem}"
+        self.declare(
+            f"Sets {row.tag} from its text, as the form for KRString does.",
+            f"u16 {name}(const char* text)",
+        )
+        self.define("u16", name, ["const char* text"], f"return {name}(KRString(text));")
+
+    def _set_int(self, row):
+        # A literal 0 is a number and a null pointer alike; an int of its own settles it.
+        name = f"Set{row.stem}"
+        self.declare(
+            f"Sets {row.tag}, as the form for u16 does: 0 is N, any other number is Y.",
+            f"u16 {name}(int value)",
+        )
+        self.define("u16", name, ["int value"], f"return {name}(static_cast<u16>(value != 0));")
+
+    # Children
+
+    def _embedded(self, row, name, tag):
+        self._has(name, tag, row.tag)
+
+    def _child(self, row, name, tag):
+        child, shared = row.type, bool(row.shared)
+        self.uses.add(child)
+        slot = member(row.shared or row.stem)
+        self.declare(
+            f"Gets the {row.tag} child, which this object keeps owning; null when there is none.",
+            f"{child}* Get{name}() const",
+        )
+        cast = "dynamic_cast" if shared else "static_cast"
+        self.define(f"{child}*", f"Get{name}", [], f"return {cast}<{child}*>({slot}.Get());", True)
+        self._has(name, tag, row.tag)
+        self.declare(
+            f"Takes ownership of `child` and deletes the {row.tag} held before. Null leaves the tag"
+            " present with nothing to write.",
+            f"u16 Set{name}({child}* child)",
+            f"1; {NOT_VALID}",
+        )
+        body = f"return SetChild(*this, {slot}, {tag}, child);"
+        if shared:
+            body = f"if (child != nullptr) child->SetType({tag});\n  {body}"
+        self.define("u16", f"Set{name}", [f"{child}* child"], body)
+        self._clear(name, tag, row.tag)
+
+    def _slot(self, shared, listed):
+        self.uses.add(shared.type)
+        own, name = member(shared.name), shared.name
+        about = self.about
+        self.about = f"{about}\n{listed}" if listed else about
+        self.declare(
+            "Gets the child, which this object keeps owning; null when there is none.",
+            f"{shared.type}* Get{name}() const",
+        )
+        self.about = about
+        body = f"return static_cast<{shared.type}*>({own}.Get());"
+        self.define(f"{shared.type}*", f"Get{name}", [], body, True)
+        self.declare(
+            "Takes ownership of `child` and deletes the one held before. The child's type is the"
+            " tag that becomes present.",
+            f"u16 Set{name}({shared.type}* child)",
+            "1; 0 when that tag is not valid here",
+        )
+        body = f"return SetSharedChild(*this, {own}, child);"
+        self.define("u16", f"Set{name}", [f"{shared.type}* child"], body)
+
+    def _children(self, row, name, tag):
+        self._array(name, f"{row.tag} entries", row.type)
+        self._has(name, tag, row.tag)
+
+    def _array(self, name, entries, child, listed=""):
+        """The accessors of an array of children, whose member is named after it."""
+        own = member(name)
+        self.uses.add(child)
+        self.declare(
+            f"Gets the number of {entries}.",
+            (f"u16 GetNum{name}() const", f"return {own}.Entries();"),
+        )
+        about = self.about
+        self.about = f"{about}\n{listed}" if listed else about
+        self.declare(
+            "Gets an entry, which this object keeps owning; null when there is none.",
+            f"{child}* Get{name}(u16 index) const",
+        )
+        self.about = about
+        self.declare(
+            "Takes ownership of `child` as entry `index`, in place of the one there.",
+            f"u16 Set{name}(u16 index, {child}* child)",
+            "1; 0 when it could not be stored (then it is still the caller's) or its type is not"
+            " valid in this version",
+        )
+        self.declare(
+            "Adds `child` after the last entry, as Set does.", f"u16 Append{name}({child}* child)"
+        )
+        self.declare(
+            "Removes an entry without deleting it; the later ones move down.",
+            (f"u16 Disconnect{name}(u16 index)", f"return {own}.UnSet(index);"),
+            "1; 0 when there is no such entry",
+        )
+        self._all_of(name, own, "entries")
+        body = f"return static_cast<{child}*>({own}.Get(index));"
+        self.define(f"{child}*", f"Get{name}", ["u16 index"], body, True)
+        body = f"return NoteElement(*this, {own}.Set(index, child), child);"
+        self.define("u16", f"Set{name}", ["u16 index", f"{child}* child"], body)
+        body = f"return NoteElement(*this, {own}.Append(child), child);"
+        self.define("u16", f"Append{name}", [f"{child}* child"], body)
+
+    def _all_of(self, name, own, entries):
+        self.declare(f"Deletes all {entries}.", (f"void DeleteAll{name}()", f"{own}.DeleteAll();"))
+        self.declare(
+            f"Removes all {entries} without deleting them.",
+            (f"void Clear{name}()", f"{own}.Clear();"),
+        )
+
+    # Repeated values
+
+    def _repeated(self, row, name, tag):
+        own, array = member(row.stem), row.type
+        if array in REPEATED_NUMBERS:
+            element, native = "u16", REPEATED_NUMBERS[array]
+        elif array == "KRDynamicArrayLanguage":
+            element, native = "KRLanguage", "const KRLanguage&"
+        else:
+            element, native = "KRString", None
+        self.declare(
+            f"Gets the number of {row.tag} values.",
+            (f"u16 GetNum{name}() const", f"return {own}.Entries();"),
+        )
+        self.declare(
+            "Gets a value, which this object keeps owning; null when there is none.",
+            (f"{element}* Get{name}(u16 index) const", f"return {own}.Get(index);"),
+        )
+        self._has(name, tag, row.tag)
+        if native is None:
+            self._set_repeated_text(row, own, tag)
+        else:
+            self._set_repeated_native(row, own, tag, native)
+        self.define(
+            "u16",
+            f"Append{name}",
+            ["const KRString& text"],
+            f"return SetFromText(*this, {tag}, text);",
+        )
+        self._all_of(name, own, "values")
+
+    def _set_repeated_native(self, row, own, tag, native):
+        name, value = row.stem, f"{native} value"
+        cast = "static_cast<u16>(value)" if native.startswith("KR") else "value"
+        self.declare(
+            f"Sets {row.tag} value `index`, or adds one after the last.",
+            f"u16 Set{name}(u16 index, {value})",
+            "1; 0 when it could not be stored",
+        )
+        self.declare(
+            f"Adds a {row.tag} value.",
+            f"u16 Append{name}({value})",
+            "1; 0 when it could not be stored",
+        )
+        body = ("return NoteValue", ["*this", f"{own}.SetVal(index, {cast})", tag])
+        self.define("u16", f"Set{name}", ["u16 index", value], body)
+        body = f"return Set{name}({own}.Entries(), value);"
+        self.define("u16", f"Append{name}", [value], body)
+        self.declare(
+            f"Adds a {row.tag} value from its text.",
+            f"u16 Append{name}(const KRString& text)",
+            "1; 0 when the text is no such value",
+        )
+
+    def _set_repeated_text(self, row, own, tag):
+        name, text = row.stem, "const KRString& text"
+        self.declare(
+            f"Sets {row.tag} value `index`.",
+            f"u16 Set{name}(u16 index, {text})",
+            "1; 0 when it could not be stored",
+        )
+        body = ("return NoteValue", ["*this", f"{own}.SetVal(index, text)", tag])
+        self.define("u16", f"Set{name}", ["u16 index", text], body)
+        self.declare(
+            f"Adds a {row.tag} value.",
+            f"u16 Append{name}({text})",
+            "1; 0 when it could not be stored; 3 for an empty text. A text over the limit is kept,"
+            " after a KRPW_TOOLONG warning",
+        )

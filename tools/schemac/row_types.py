@@ -1,0 +1,109 @@
+"""What the type of a row means: the C++ type, the kind of value that reads and writes it
+(krofx/model/value_kinds.h), and the words that describe it to a host.
+"""
+
+import re
+
+NUMBERS = {
+    # schema word: (C++ type, kind)
+    "amount": ("KRPrecisionInteger", "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRAmount>"),
+    "posamount": (
+        "KRPosPrecisionInteger",
+        "kNumber<KRPosPrecisionInteger, &KRBuilder::AddTagKRAmount>",
+    ),
+    "quantity": ("KRPrecisionInteger", "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRQuantity>"),
+    "unitprice": (
+        "KRPrecisionInteger",
+        "kNumber<KRPrecisionInteger, &KRBuilder::AddTagKRUnitPrice>",
+    ),
+    "rate": ("KRPercent", "kNumber<KRPercent, &KRBuilder::AddTagKRRate>"),
+    "payamount": ("KRPayrollAmount", "kPayrollAmount"),
+    "paydate": ("KRPayrollDateTime", "kPayrollDateTime"),
+}
+SCALARS = {
+    # schema word: (C++ type, kind, description)
+    "boolean": ("u16", "kBoolean", "Y (1) or N (0)"),
+    "u16": ("u16", "kUShort", "0 to 65535"),
+    "s16": ("s16", "kSShort", "-32768 to 32767"),
+    "u32": ("u32", "kULong", "32 bits unsigned"),
+    "s32": ("s32", "kSLong", "32 bits signed"),
+}
+DATES = {"KRDateTime": "kDateTime", "KRTime": "kTime"}
+REPEATED_NUMBERS = {
+    "KRDynamicArrayBankAccountType": "KRBankAccountType",
+    "KRDynamicArrayBankAccountType2": "KRBankAccountType2",
+    "KRDynamicArrayDayOfWeek": "KRDayOfWeek",
+    "KRDynamicArrayNorvService": "KRNorvService",
+    "KRDynamicArrayNorvService2": "KRNorvService2",
+    "KRDynamicArrayUShort": "u16",
+}
+WORDS = {
+    "rate": "percent, 0 to 100",
+    "KRTime": "time",
+    "payamount": "amount that can be blank",
+    "paydate": "date that can be blank",
+}
+VERSION_WORDS = {0xFFFF: "all versions", 1: "V1", 2: "V2", 0xFFFE: "V2 and later"}
+
+
+def cpp_type(row):
+    """The type of the member that holds a value."""
+    if row.type in NUMBERS:
+        return NUMBERS[row.type][0]
+    if row.type in SCALARS:
+        return SCALARS[row.type][0]
+    if row.type.startswith("index "):
+        return "u16"
+    return row.type
+
+
+def kind(schemas, row, place):
+    """The kind of value of a row; `place` says where the row is, for the error."""
+    if row.kind == "repeated":
+        return f"kRepeated<{row.type}>"
+    if row.kind == "embedded":
+        return f"kEmbedded<{row.type}>"
+    if row.pad:
+        return f"kPaddedUShort<{row.pad}>"
+    if row.type in NUMBERS:
+        return NUMBERS[row.type][1]
+    if row.type in SCALARS:
+        return SCALARS[row.type][1]
+    if row.type in DATES:
+        return DATES[row.type]
+    if row.type == "KRLanguage":
+        return "kLanguage"
+    if row.type.startswith("index "):
+        return f"kKeywordIndex<{row.type.split()[1]}>"
+    if row.type in schemas.keywords:
+        known = schemas.keywords[row.type]
+        operation = "nullptr"
+        if known.tagged:
+            operation = f"&KRBuilder::AddTagKR{known.bare}"
+        elif known.writer:
+            operation = f"&KRBuilder::Add{known.bare}"
+        return f"kKeyword<{row.type}, {operation}>"
+    if schemas.text_class(row.type):
+        return f"kText<{row.type}>"
+    raise SystemExit(f"{place}: no type {row.type}")
+
+
+def describe(row):
+    """TRNTYPE: KRBankTxType, required, V1."""
+    length = re.fullmatch(r"KRString(\d+)", row.type)
+    if length:
+        what = f"text, at most {length[1]} characters"
+    elif row.type in SCALARS:
+        what = SCALARS[row.type][2]
+    elif row.type in NUMBERS or row.type == "KRTime":
+        what = WORDS.get(row.type, row.type)
+    elif row.type == "KRDateTime":
+        what = "date"
+    elif row.type.startswith("index "):
+        what = f"the place of its keyword, a {row.type.split()[1]}"
+    else:
+        what = row.type
+    use = "required" if row.required else "optional"
+    if row.required not in (0, row.versions):
+        use += f" in {VERSION_WORDS[row.required]}"
+    return f"{row.tag}: {what}, {use}, {VERSION_WORDS[row.versions]}"
