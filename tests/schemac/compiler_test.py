@@ -166,6 +166,37 @@ class Compiler(unittest.TestCase):
         declared = [declaration for _, declaration in self.probe(*rows)]
         self.assertEqual([d for d in declared if "HasName" in d], ["u16 HasName() const"])
 
+    def spliced(self, rows):
+        """The tags of a class whose rows are `rows` and whose base has three."""
+        base = "ACCTID KRString22 required Number|NAME KRString32 optional Name|MEMO s32 required Memo"
+        text = "/// A base.\nbase KRBase : KRDataObj\n  " + base.replace("|", "\n  ") + "\n\n"
+        text += "/// A probe.\naggregate KRProbe : KRBase = ACCTINFO\n"
+        result = self.compile(text + "".join(f"  {row}\n" for row in rows))
+        self.assertEqual(result.stderr, "")
+        source = self.output("messages/banking/probe.cpp").split("KRProbe::GetTable()")[1]
+        return re.findall(r"\{KRTag_(\w+), 0xffff\}", source.split("kSlots")[0])
+
+    def test_splices_rows_of_an_ancestor_where_the_wire_wants_them(self):
+        self.assertEqual(
+            self.spliced(["FI s32 optional Fi", "splice KRBase", "CITY s32 optional City"]),
+            ["FI", "ACCTID", "NAME", "MEMO", "CITY"],
+        )
+        self.assertEqual(
+            self.spliced(["splice KRBase NAME to MEMO", "FI s32 optional Fi", "splice KRBase ACCTID"]),
+            ["NAME", "MEMO", "FI", "ACCTID"],
+        )
+        self.assertNotIn("m_memo", self.output("messages/banking/probe.h").split("KRProbe")[1])
+
+    def test_refuses_to_splice_what_is_not_there(self):
+        text = GOOD + "\n/// More.\naggregate KRMore : KRProbe\n  splice "
+        self.assertEqual(self.compile(text + "KRProbe ACCTID").returncode, 0)
+        self.refuse(text + "KRPrube", ":9:", "KRPrube")
+        self.refuse(text + "KRStatus", ":9:", "KRStatus")
+        self.refuse(text + "KRProbe NAME", ":9:", "NAME")
+        self.refuse(text + "KRProbe ACCTID to NAME", ":9:", "NAME")
+        self.refuse(text + "KRProbe ACCTID NAME", ":9:", "splice")
+        self.refuse(text.replace("  ACCTID", "  NAME s32 optional Name\n  ACCTID") + "KRProbe ACCTID to NAME", ":10:")
+
     def test_puts_a_new_class_behind_the_others_in_the_factory(self):
         self.compile(GOOD)
         operations = re.findall(r"virtual \S+ New(\w+)\(", self.output("model/factory.h"))

@@ -18,7 +18,12 @@ Blocks:
     class CLASS in HEADER            a hand-written class that the factory makes
 
 A row is tag, type, use, versions and accessor stem, in wire order. A row that an ancestor declares
-with the same tag and type reads into the ancestor's member. A block without rows has its base's.
+with the same tag and type reads into the ancestor's member. A block without rows has its base's; a
+block with rows has only those that it names, and splices rows of its ancestors between its own:
+
+    splice CLASS               all rows of an ancestor, in their order
+    splice CLASS TAG           one of them
+    splice CLASS TAG to TAG    a run of them
     types     KRStringN and other text classes, an enumeration of a keywords.schema, KRDateTime,
               KRTime, KRLanguage, amount, posamount, quantity, unitprice, rate, boolean, u16, s16,
               s32, u32, index KREnum (a u16 that holds the keyword's place), payamount and paydate
@@ -57,6 +62,7 @@ Other lines of a block:
     preset TAG "TEXT"          a text that the constructor gives a member without its presence
 """
 
+import dataclasses
 import pathlib
 import re
 import shlex
@@ -98,6 +104,16 @@ class Row:
     line: int = 0
     comment: list = field(default_factory=list)  # the `///` lines above the row
     owner: "Class" = None  # the class that declares the member
+
+
+@dataclass
+class Splice:
+    """A place among the rows of a class where rows of an ancestor go."""
+
+    ancestor: str
+    first: str  # the tags of a run; empty for all rows
+    last: str
+    line: int
 
 
 @dataclass
@@ -280,6 +296,8 @@ class Schemas:
             current.rules_only = True
         elif word == "requires":
             current.requires = [] if words[1:] == ["nothing"] else [self._tag(w) for w in words[1:]]
+        elif word == "splice":
+            current.rows.append(self._splice(words[1:], number))
         else:
             current.rows.append(self._row(words))
             current.rows[-1].line, current.rows[-1].comment = number, comment
@@ -294,6 +312,15 @@ class Schemas:
         reported = words[-1] == "reported"
         rule_tags = [self._tag(w) for w in (words[1:-1] if reported else words[1:])]
         return Rule(RULES[words[0]], rule_tags, condition, condition_tags, reported)
+
+    def _splice(self, words, number):
+        ancestor, *run = words
+        if len(run) == 3 and run[1] == "to":
+            del run[1]
+        elif len(run) > 1:
+            raise SchemaError("splice CLASS, splice CLASS TAG or splice CLASS TAG to TAG expected")
+        run = [self._tag(tag) for tag in run]
+        return Splice(ancestor, run[0] if run else "", run[-1] if run else "", number)
 
     def _row(self, words):
         words = list(words)
@@ -349,8 +376,40 @@ class Schemas:
                 if cls.base not in ("KRDataObj", "KRTransBase"):
                     raise SystemExit(f"{cls.file.path}:{cls.line}: no class {cls.base}")
         for cls in self.classes.values():
+            self._expand(cls)
+        for cls in self.classes.values():
             for row in cls.rows:
                 self._resolve_row(cls, row)
+
+    def _expand(self, cls):
+        """Puts the rows of ancestors where the class splices them."""
+        rows = []
+        for row in cls.rows:
+            if isinstance(row, Splice):
+                try:
+                    rows += self._spliced(cls, row)
+                except SchemaError as error:
+                    raise SystemExit(f"{cls.file.path}:{row.line}: {error}") from error
+            else:
+                rows.append(row)
+        cls.rows = rows
+
+    def _spliced(self, cls, splice):
+        ancestors = {ancestor.name: ancestor for ancestor in self.ancestors(cls)}
+        if splice.ancestor not in ancestors:
+            raise SchemaError(f"{splice.ancestor} is no ancestor of {cls.name}")
+        ancestor = ancestors[splice.ancestor]
+        self._expand(ancestor)
+        run = ancestor.rows
+        if splice.first:
+            tags_there = [row.tag for row in run]
+            for tag in (splice.first, splice.last):
+                if tag not in tags_there:
+                    raise SchemaError(f"{splice.ancestor} has no row {tag}")
+            run = run[tags_there.index(splice.first) : tags_there.index(splice.last) + 1]
+        if not run:
+            raise SchemaError(f"there is no row to splice from {splice.ancestor}")
+        return [dataclasses.replace(row, line=splice.line) for row in run]
 
     def _resolve_row(self, cls, row):
         if row.kind in ("child", "children", "embedded") and row.type not in self.classes:
