@@ -7,7 +7,7 @@ row's type, use and versions.
 import re
 
 from cpp import definition, fill, inline
-from row_types import DATES, NUMBERS, REPEATED_NUMBERS, cpp_type, describe
+from row_types import DATES, NUMBERS, REPEATED_NUMBERS, cpp_type, describe, is_text
 from tags import enumerator
 
 NOT_VALID = "0 when the tag is not valid in this version"
@@ -27,8 +27,8 @@ def meaning(comment):
 class AccessorWriter:
     """Writes the accessors of one class: declarations into `header`, definitions into `source`."""
 
-    def __init__(self, schemas, cls):
-        self.schemas, self.cls = schemas, cls
+    def __init__(self, model, cls):
+        self.model, self.cls = model, cls
         self.header, self.source = "", ""
         self.uses = set()  # generated classes whose header the source needs
         self.about = ""  # what every comment says of the row at hand
@@ -92,7 +92,7 @@ class AccessorWriter:
 
     def _value(self, row, name, tag):
         cpp, own = cpp_type(row), member(row.stem)
-        text_class = self.schemas.text_class(cpp)
+        text_class = is_text(cpp)
         shown = f"const {cpp}&" if text_class or cpp == "KRLanguage" else cpp
         self.declare(
             f"Gets {row.tag} as it is held, present or not.",
@@ -116,7 +116,7 @@ class AccessorWriter:
         native = cpp
         if cpp in ("KRPosPrecisionInteger", "KRPercent"):
             native = "KRPrecisionInteger"
-        reference = native.startswith("KR") and native not in self.schemas.keywords
+        reference = native.startswith("KR") and native not in self.model.keywords
         taken = f"const {native}& value" if reference else f"{native} value"
         failure = NOT_VALID + (" or the value is not allowed" if native != cpp else "")
         self.declare(f"Sets {row.tag}.", f"u16 Set{row.stem}({taken})", f"1; {failure}")

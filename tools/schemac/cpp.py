@@ -61,3 +61,49 @@ def definition(head, parameters, qualifier, body):
     else:
         text += "".join(f"  {line.strip()}\n" for line in body.split("\n"))
     return text + "}\n\n"
+
+
+def defaulted(head, parameter):
+    """A defaulted constructor or assignment outside its class."""
+    one = f"{head}({parameter}) = default;"
+    if len(one) <= COLUMNS:
+        return one + "\n"
+    if len(one) - len(" default;") <= COLUMNS:
+        return one.replace(" default;", "\n    default;\n")
+    return one.replace("(", "(\n    ", 1) + "\n"
+
+
+def inline_or_lines(head, statements):
+    """A function outside its class; one statement may be on the line of the head."""
+    one = f"{head} {{ {' '.join(statements)} }}"
+    if len(statements) == 1 and len(one) <= COLUMNS:
+        return one + "\n"
+    return f"{head} {{\n" + "".join(f"  {line}\n" for line in statements) + "}\n"
+
+
+# A table is read by its rows, one on each line, so it is kept out of the formatter's hands.
+OFF, ON = "  // clang-format off\n", "  // clang-format on\n"
+
+
+def numbers(values, indent):
+    """Short values, as many on a line as fit."""
+    lines, line = [], indent
+    for i, value in enumerate(values):
+        piece = value + (", " if i + 1 < len(values) else "")
+        if len(line) + len(piece.rstrip()) > COLUMNS - 2:
+            lines.append(line.rstrip())
+            line = indent
+        line += piece
+    return "\n".join(lines + [line])
+
+
+def array(declaration, items, indent="  "):
+    """`declaration = {items};`, one item a line where one line will not do."""
+    one = f"{indent}{declaration} = {{{', '.join(items)}}};"
+    if len(one) <= COLUMNS:
+        return one + "\n"
+    if max(len(item) for item in items) <= 4:
+        body = numbers(items, indent + "    ") + ",\n"
+    else:
+        body = "".join(f"{indent}    {item},\n" for item in items)
+    return OFF + f"{indent}{declaration} = {{\n{body}{indent}}};\n" + ON

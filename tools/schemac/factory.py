@@ -1,52 +1,78 @@
 """Writes krofx/model/factory.h: the object factory with one operation for each class.
 
-krofx/model/factory.schema lists the operations in the order of the factory's table; a class that
-is not listed stands behind them. A listed class that no schema describes is passed over.
+The schema of the factory lists the operations in the order of the factory's table; a class that is
+not listed comes after them. docs/schema.md describes the language.
 """
 
-import model
+import re
+from dataclasses import dataclass
 
-ORDER = []
-HAND = {}
+import cpp
+from sources import SchemaError, Words
+
+HAND = re.compile(r"(\w+)\* New(\w+)\((?:u16 version)?\)")
 
 
-def load(source):
-    path = source / "krofx/model/factory.schema"
-    ORDER.clear()
-    HAND.clear()
-    for line in path.read_text().splitlines():
-        line = line.strip()
-        if not line or line.startswith("#"):
+@dataclass
+class Operation:
+    """An operation: New and a name."""
+
+    name: str
+    place: object
+    signature: str = ""  # of one that is written by hand
+    type: str = ""  # what that one makes
+
+
+def _hand(words, tree):
+    """Reads TYPE* NewNAME([u16 version]) in FILE."""
+    text = " ".join(words.rest())
+    signature, word, name = text.rpartition(" in ")
+    if not word:
+        words.fail(f"{text}: in FILE expected at the end")
+    parts = HAND.fullmatch(signature)
+    if parts is None:
+        words.fail(f"{signature}: TYPE* NewNAME() or TYPE* NewNAME(u16 version) expected")
+    if parts[1] != "u16" and not tree.header_of(parts[1]):
+        words.fail(f"no hand-written header declares {parts[1]}")
+    tree.check_definition(words.place, f"KRDataObjFactory::New{parts[2]}", name)
+    return Operation(parts[2], words.place, signature, parts[1])
+
+
+def read(schema, tree, classes):
+    """The operations in their order: those that the schema names, then those of all other classes.
+    `classes` holds the classes that the factory makes, by their names without KR."""
+    order = []
+    for number, line in schema.lines() if schema else ():
+        place = schema.place(number)
+        if not line.strip() or line.lstrip().startswith("#"):
             continue
-        if line.startswith("hand "):
-            signature = line.removeprefix("hand ")
-            name = signature.split("(")[0].split()[-1].removeprefix("New")
-            HAND[name] = signature
-            ORDER.append(name)
-        else:
-            ORDER.extend(line.split())
-
-
-def makes(schemas, cls):
-    """Whether the factory has an operation for the class."""
-    if cls.word in ("base", "abstract"):
-        return False
-    return True
+        words = Words(place, line)
+        if words.accept("hand"):
+            order.append(_hand(words, tree))
+            continue
+        for name in words.rest():
+            if name not in classes:
+                raise SchemaError(place, f"no schema describes a class {name} that can be made")
+            order.append(Operation(name, place))
+    listed = {}
+    for operation in order:
+        if operation.name in listed:
+            raise SchemaError(
+                operation.place, f"{operation.name} is on line {listed[operation.name].line} already"
+            )
+        listed[operation.name] = operation.place
+    return order + [Operation(name, None) for name in classes if name not in listed]
 
 
 def definition(cls):
-    head = f"{cls.name}* KRDataObjFactory::New{cls.bare}(u16 version) {{"
-    body = f"return Make<{cls.name}>(*this, version);"
-    one = f"{head} {body} }}\n"
-    return one if len(one) <= 101 else f"{head}\n  {body}\n}}\n"
+    """The definition of the operation of a class."""
+    head = f"{cls.name}* KRDataObjFactory::New{cls.bare}"
+    return cpp.definition(
+        head, ["u16 version"], "", f"return Make<{cls.name}>(*this, version);"
+    ).rstrip("\n") + "\n"
 
 
-def generate(schemas, source, write):
-    made = {cls.bare: cls for cls in schemas.classes.values() if makes(schemas, cls)}
-    order = [name for name in ORDER if name in made or name in HAND]
-    order += [name for name in made if name not in ORDER]
-
-    text = """\
+OPENING = """\
 // The object factory: the one place where data objects are made.
 //
 // Parsers and aggregates never call new on a data class; they ask KRDataObj::GetFactory(). A host
@@ -68,8 +94,7 @@ class KRParseException;
 class KRString;
 struct KRMIMEHeader;
 """
-    text += "".join(f"class {made[name].name};\n" for name in sorted(made))
-    text += """
+CLASS = """
 /// Makes data objects. It has no state but the version that new objects get, so its operations may
 /// run on any thread.
 ///
@@ -88,16 +113,20 @@ class KROFX_API KRDataObjFactory : public krofx::internal::HeapObject {
   virtual u16 GetVersion();
 
 """
-    for name in order:
-        if name in HAND:
-            text += f"  virtual {HAND[name]};\n"
-        else:
-            text += f"  virtual {made[name].name}* New{name}(u16 version);\n"
-    text += """
+CLOSING = """
  private:
   u16 m_version;
 };
 
 #endif  // KROFX_MODEL_FACTORY_H_
 """
-    write("krofx/model/factory.h", text)
+
+
+def generate(operations, classes, write):
+    text = OPENING + "".join(f"class {classes[bare].name};\n" for bare in sorted(classes)) + CLASS
+    for operation in operations:
+        signature = operation.signature
+        if not signature:
+            signature = f"{classes[operation.name].name}* New{operation.name}(u16 version)"
+        text += f"  virtual {signature};\n"
+    write("krofx/model/factory.h", text + CLOSING)

@@ -1,10 +1,8 @@
 """Turns the enumerations that KRBuilder has operations for into the definitions of those operations.
 
 The operations are declared, with their place in the class, in krofx/build/builder.h; which of them
-exist and how they write is told by the `build` and `tagged` words of the keywords.schema files.
+exist and how they write is said by the `build` and `tagged` words of the schemas of keywords.
 """
-
-import keywords
 
 OPENING = """\
 // The builder's operations for keywords, one for each enumeration that has them. Generated from the
@@ -29,8 +27,8 @@ KRBuildStatus KRBuilder::AddTagKR{k.bare}(KRTagID tag, {k.name} value) {{
 """
 
 
-def generate(source, write):
-    written = [k for k in keywords.load(source).values() if k.writer]
+def generate(keywords, write):
+    written = [k for k in keywords.values() if k.writer]
     text = OPENING + "\n"
     text += "".join(_value(k) for k in written) + "\n"
     text += "".join(_tag_and_value(k) for k in written if k.tagged)

@@ -1,17 +1,16 @@
-"""Turns keywords.schema files into enumerations, keyword tables and conversion classes.
+"""Turns schemas of keywords into enumerations, keyword tables and conversion classes. docs/schema.md
+describes the language.
 
-For krofx/FOLDER/keywords.schema (the language is told at the top of krofx/values/keywords.schema)
-it writes krofx/FOLDER/keywords.h, with the enumerations and their tables, and
-krofx/FOLDER/keyword_conversions.h, with the classes. load() serves other generators that need to
-know an enumeration.
+For the schema krofx/FOLDER/keywords.schema it writes krofx/FOLDER/keywords.h, with the enumerations
+and their tables, and krofx/FOLDER/keyword_conversions.h, with the classes.
 """
 
-import pathlib
 import re
-import shlex
 from dataclasses import dataclass, field
 
-WRITERS = {None: "None", "direct": "Direct", "text": "Text", "tolerant": "Tolerant"}
+from sources import SchemaError, Words
+
+WRITERS = {"": "None", "direct": "Direct", "text": "Text", "tolerant": "Tolerant"}
 
 
 @dataclass
@@ -21,7 +20,8 @@ class Keywords:
     name: str
     owner: "Owner"
     stem: str
-    writer: str = None
+    place: object = None
+    writer: str = ""
     tagged: bool = False
     read_from: int = 0
     none: int = None
@@ -44,74 +44,109 @@ class Owner:
     name: str
     base: bool = False
     range_checked: bool = False
+    place: object = None
     header: str = ""  # declares the enumerations
     comment: list = field(default_factory=list)
     lists: list = field(default_factory=list)
 
 
-def _pairs(words):
-    """Reads `as BankTx tagged` into {"as": "BankTx", "tagged": True}."""
-    flags = ("tagged", "base", "range-checked")
-    result, rest = {}, list(words)
-    while rest:
-        word = rest.pop(0)
-        result[word] = True if word in flags else rest.pop(0)
-    return result
+def _owner(words, tree):
+    owner = Owner(words.take("a class"), place=words.place)
+    while words:
+        word = words.expect("base", "range-checked").replace("-", "_")
+        if getattr(owner, word if word == "range_checked" else "base"):
+            words.fail(f"{word} is said twice")
+        setattr(owner, word, True)
+    if owner.base and not tree.header_of(owner.name):
+        words.fail(f"no hand-written header declares {owner.name}")
+    return owner
 
 
-def parse(path):
+def _keywords(words, owners):
+    name = words.take("an enumeration")
+    if not owners:
+        words.fail(f"{name} is before the first class")
+    made = Keywords(name, owners[-1], name.removeprefix("KR"), words.place)
+    seen = set()
+    while words:
+        word = words.expect("as", "build", "tagged", "read-from", "none")
+        if word in seen:
+            words.fail(f"{word} is said twice")
+        seen.add(word)
+        if word == "as":
+            made.stem = words.take("a stem")
+        elif word == "build":
+            made.writer = words.expect("direct", "text", "tolerant")
+        elif word == "tagged":
+            made.tagged = True
+        elif word == "read-from":
+            made.read_from = words.number("a value")
+        else:
+            made.none = words.number("a value", -1)
+    owners[-1].lists.append(made)
+    return made
+
+
+def _add_texts(keywords, words):
+    for text in words.rest():
+        if text in keywords.texts:
+            words.fail(f"keyword {text} is there twice")
+        keywords.texts.append(text)
+
+
+def parse(schema, tree):
     """The owners of one file, in order."""
     owners, current, comment = [], None, []
-    for number, line in enumerate(path.read_text().splitlines(), 1):
-        text = line.strip()
-        if not text or text.startswith("#"):
+    for number, line in schema.lines():
+        words = Words(schema.place(number), "" if line.lstrip().startswith(("#", "///")) else line)
+        if line.lstrip().startswith("#"):
             continue
-        try:
-            if line.startswith("///"):
-                comment.append(text)
-            elif line[0].isspace():
-                if comment:
-                    raise ValueError("a /// comment must be right above a class or keywords line")
-                current.texts += shlex.split(text)
+        if line.startswith("///"):
+            comment.append(line.rstrip())
+        elif not line.strip() or line[0].isspace():
+            if comment:
+                words.fail(f"{comment[-1]} must be right above a class or an enumeration")
+            if words and not isinstance(current, Keywords):
+                words.fail(f"{words.peek()} is in no enumeration")
+            if words:
+                _add_texts(current, words)
+        else:
+            kind = words.expect("class", "keywords")
+            if kind == "class":
+                current = _owner(words, tree)
+                owners.append(current)
             else:
-                kind, name, *words = text.split()
-                options = _pairs(words)
-                if kind == "class":
-                    current = Owner(
-                        name, options.pop("base", False), options.pop("range-checked", False)
-                    )
-                    owners.append(current)
-                elif kind == "keywords":
-                    none = options.pop("none", None)
-                    current = Keywords(
-                        name,
-                        owners[-1],
-                        options.pop("as", name.removeprefix("KR")),
-                        options.pop("build", None),
-                        options.pop("tagged", False),
-                        int(options.pop("read-from", 0)),
-                        None if none is None else int(none),
-                    )
-                    WRITERS[current.writer]
-                    owners[-1].lists.append(current)
-                else:
-                    raise ValueError(f"unknown word {kind}")
-                current.comment, comment = comment, []
-                if options:
-                    raise ValueError(f"unknown words {sorted(options)}")
-        except (AttributeError, IndexError, KeyError, ValueError) as error:
-            raise SystemExit(f"{path}:{number}: {error!r}") from error
+                current = _keywords(words, owners)
+            current.comment, comment = comment, []
+    if comment:
+        raise SchemaError(schema.place(number), f"{comment[-1]} is at the end, about nothing")
     return owners
 
 
-def load(source):
-    """Every enumeration of every keywords.schema below `source`, by name."""
-    known = {}
-    for file in sorted(pathlib.Path(source).glob("krofx/**/keywords.schema")):
-        for owner in parse(file):
-            owner.header = file.relative_to(source).with_suffix(".h").as_posix()
-            known.update((k.name, k) for k in owner.lists)
-    return known
+def read(tree):
+    """The owners of every schema of keywords: [(schema, owners)], checked."""
+    files = [(schema, parse(schema, tree)) for schema in tree.schemas("keywords")]
+    places = {}
+    for schema, owners in files:
+        for owner in owners:
+            owner.header = schema.name + ".h"
+            for part in (owner, *owner.lists):
+                if part.name in places:
+                    raise SchemaError(part.place, f"{part.name} is at {places[part.name]} already")
+                places[part.name] = part.place
+                if not part.comment:
+                    raise SchemaError(part.place, f"{part.name} has no /// comment")
+            for keywords in owner.lists:
+                if keywords.read_from >= len(keywords.texts):
+                    raise SchemaError(
+                        keywords.place, f"{keywords.name} has no keyword that is ever read"
+                    )
+    return files
+
+
+def by_name(files):
+    """Every enumeration, by name."""
+    return {k.name: k for _, owners in files for owner in owners for k in owner.lists}
 
 
 def _guarded(path, opening, body):
@@ -191,10 +226,9 @@ def _conversions_header(path, include, owners):
     return _guarded(path, "// Conversions between enumerations and their keywords.", body)
 
 
-def generate(source, write):
-    for file in sorted(pathlib.Path(source).glob("krofx/**/keywords.schema")):
-        folder = file.parent.relative_to(source).as_posix()
-        owners = parse(file)
+def generate(files, write):
+    for schema, owners in files:
+        folder = schema.name.rpartition("/")[0]
         keywords = f"{folder}/keywords.h"
         conversions = f"{folder}/keyword_conversions.h"
         write(keywords, _keywords_header(keywords, owners))

@@ -46,6 +46,23 @@ WORDS = {
 VERSION_WORDS = {0xFFFF: "all versions", 1: "V1", 2: "V2", 0xFFFE: "V2 and later"}
 
 
+TEXTS = ("KRMultiLenString", "KRUserPassword", "KREMailMsgBody")
+
+
+def is_text(name):
+    """Whether the class holds text."""
+    return name.startswith("KRString") or name in TEXTS
+
+
+def is_value_type(model, name):
+    """Whether a row can have the type."""
+    if name.startswith("index "):
+        return name.removeprefix("index ") in model.keywords
+    if name in NUMBERS or name in SCALARS or name in DATES or name in model.keywords:
+        return True
+    return name == "KRLanguage" or (is_text(name) and model.tree.header_of(name) != "")
+
+
 def cpp_type(row):
     """The type of the member that holds a value."""
     if row.type in NUMBERS:
@@ -57,8 +74,8 @@ def cpp_type(row):
     return row.type
 
 
-def kind(schemas, row, place):
-    """The kind of value of a row; `place` says where the row is, for the error."""
+def kind(model, row):
+    """The kind of value of a row."""
     if row.kind == "repeated":
         return f"kRepeated<{row.type}>"
     if row.kind == "embedded":
@@ -75,17 +92,15 @@ def kind(schemas, row, place):
         return "kLanguage"
     if row.type.startswith("index "):
         return f"kKeywordIndex<{row.type.split()[1]}>"
-    if row.type in schemas.keywords:
-        known = schemas.keywords[row.type]
+    if row.type in model.keywords:
+        known = model.keywords[row.type]
         operation = "nullptr"
         if known.tagged:
             operation = f"&KRBuilder::AddTagKR{known.bare}"
         elif known.writer:
             operation = f"&KRBuilder::Add{known.bare}"
         return f"kKeyword<{row.type}, {operation}>"
-    if schemas.text_class(row.type):
-        return f"kText<{row.type}>"
-    raise SystemExit(f"{place}: no type {row.type}")
+    return f"kText<{row.type}>"
 
 
 def describe(row):

@@ -4,20 +4,61 @@
     schemac.py --source src --out BUILD/generated          write everything
     schemac.py --source src --out BUILD/generated --list   name what would be written
 
-Each kind of schema has a module of its own with one function, generate(source, write): `source`
-is the folder that holds krofx/, `write(path, text)` takes a path below --out. A file whose text
-has not changed is not touched, so nothing that includes it is compiled again.
+docs/schema.md describes the languages. Each has a module of its own that reads it and refuses what
+it does not know, and modules that write from what was read: generate(..., write), where
+`write(path, text)` takes a path below --out. A mistake is reported as FILE:LINE: error: TEXT, with
+exit status 1, and then nothing is written. A file whose text has not changed is not touched, so
+nothing that includes it is compiled again.
 """
 
 import argparse
-import importlib
 import os
 import pathlib
 import sys
 
 sys.path.insert(0, os.path.dirname(os.path.abspath(__file__)))
 
-KINDS = ("tags", "keywords", "keyword_writers", "aggregates")
+import aggregate_checks
+import aggregates
+import factory
+import keyword_writers
+import keywords
+import model
+import routing
+import tags
+from aggregate_reader import Reader
+from sources import SchemaError, Tree
+
+
+class Project:
+    """Everything that the schemas of a tree say, read and checked."""
+
+    def __init__(self, source):
+        tree = Tree(source)
+        schema = tree.only("tags")
+        self.tag_blocks = tags.read(schema) if schema else []
+        ids = {tag: tag_id for block in self.tag_blocks for tag_id, tag in block.rows()}
+        self.keyword_files = keywords.read(tree)
+        self.keywords = keywords.by_name(self.keyword_files)
+        self.model = model.Model(tree, ids, self.keywords)
+        for schema in tree.schemas("aggregates"):
+            self.model.files.append(Reader(schema, ids, self.model.classes).read())
+        aggregate_checks.check(self.model)
+        made = self.model.made_classes()
+        self.operations = factory.read(tree.only("factory"), tree, made)
+        self.routes = routing.read(tree.only("routing"), self.model)
+
+    def outputs(self):
+        """The generated files: {path: text}."""
+        outputs = {}
+        write = outputs.__setitem__
+        tags.generate(self.tag_blocks, write)
+        keywords.generate(self.keyword_files, write)
+        keyword_writers.generate(self.keywords, write)
+        aggregates.generate(self.model, write)
+        factory.generate(self.operations, self.model.made_classes(), write)
+        routing.generate(self.routes, self.model, write)
+        return outputs
 
 
 def main():
@@ -27,10 +68,10 @@ def main():
     parser.add_argument("--list", action="store_true")
     options = parser.parse_args()
 
-    outputs = {}
-    for kind in KINDS:
-        importlib.import_module(kind).generate(options.source, outputs.__setitem__)
-
+    try:
+        outputs = Project(options.source).outputs()
+    except SchemaError as error:
+        sys.exit(str(error))
     for name, text in outputs.items():
         path = options.out / name
         if options.list:

@@ -1,13 +1,10 @@
-"""Tags: core/tags.schema becomes the enumeration KRTagID and the constant table behind the tag
-dictionary.
-
-The schema is blocks of "ids FIRST to LAST" followed by tag texts, with comment lines that begin
-with "#". The comment before a block describes it and goes into the header.
+"""Tags: the schema of tags becomes the enumeration KRTagID and the constant table of the tag
+dictionary. docs/schema.md describes the language.
 """
 
 import re
 
-SCHEMA = "krofx/core/tags.schema"
+from sources import SchemaError, Words
 
 HEADER = """\
 // The tags that the library knows, as numbers. Generated from core/tags.schema.
@@ -47,63 +44,66 @@ u16 NumberOfKRDictionaryEntry() {{ return static_cast<u16>(sizeof kTags / sizeof
 """
 
 
-def fail(line, text):
-    raise SystemExit(f"{SCHEMA}:{line}: {text}")
-
-
 class Block:
     """A run of consecutive ids with what the schema says about it."""
 
-    def __init__(self, line, first, last, comment):
-        self.line, self.first, self.last, self.comment = line, first, last, comment
+    def __init__(self, place, first, last, comment):
+        self.place, self.first, self.last, self.comment = place, first, last, comment
         self.tags = []
 
     def rows(self):
         return zip(range(self.first, self.last + 1), self.tags)
 
 
-def read(text):
-    """The blocks of a schema, checked: ids without a hole, counts as announced, no tag twice."""
-    blocks, comment, line_of = [], [], {}
-    for number, line in enumerate(text.splitlines(), 1):
-        line = line.strip()
+def _open(words, comment):
+    words.expect("ids")
+    first = words.number("the first id", 1)
+    words.expect("to")
+    block = Block(words.place, first, words.number("the last id", first), comment)
+    words.end()
+    return block
+
+
+def read(schema):
+    """The blocks of the schema, checked: no hole in the ids, the counts announced, no tag twice."""
+    blocks, comment, places = [], [], {}
+    for number, line in schema.lines():
+        line, place = line.strip(), schema.place(number)
         if line.startswith("#"):
             comment.append(line[1:].strip())
         elif not line:
             comment = []
-        elif match := re.fullmatch(r"ids (\d+) to (\d+)", line):
-            blocks.append(Block(number, int(match[1]), int(match[2]), comment))
+        elif line.split()[0] == "ids":
+            blocks.append(_open(Words(place, line), comment))
         else:
-            if not blocks:
-                fail(number, "a tag before the first block")
             for tag in line.split():
                 if not re.fullmatch(r"[A-Z][A-Z0-9.]*", tag):
-                    fail(number, f"{tag} is no tag: capitals, digits and points only")
-                if tag in line_of:
-                    fail(number, f"{tag} stands already on line {line_of[tag]}")
-                line_of[tag] = number
+                    raise SchemaError(place, f"{tag} is no tag: capitals, digits and points only")
+                if not blocks:
+                    raise SchemaError(place, f"tag {tag} is before the first block")
+                if tag in places:
+                    raise SchemaError(place, f"tag {tag} is on line {places[tag].line} already")
+                places[tag] = place
                 blocks[-1].tags.append(tag)
+    _check_ids(blocks)
+    return blocks
 
+
+def _check_ids(blocks):
     expected = 1
     for block in blocks:
         if block.first != expected:
-            fail(block.line, f"the block must begin with id {expected}")
+            raise SchemaError(block.place, f"{block.first}: the block must begin with id {expected}")
         expected += len(block.tags)
         if block.last != expected - 1:
-            fail(block.line, f"the block's tags end at id {expected - 1}")
-    return blocks
+            raise SchemaError(block.place, f"{block.last}: the block's tags end at id {expected - 1}")
 
 
 def enumerator(tag):
     return "KRTag_" + tag.replace(".", "_")
 
 
-def generate(source, write):
-    path = source / SCHEMA
-    if not path.exists():
-        return
-    blocks = read(path.read_text())
-
+def generate(blocks, write):
     enumerators, rows = "", ""
     for block in blocks:
         enumerators += "\n" + "".join(f"  // {line}\n" for line in block.comment)
