@@ -1,5 +1,5 @@
-// How long a statement takes: reading it into typed objects, writing it again, and, beside that,
-// what a fast XML reader needs to build its untyped tree of the same statement.
+// Measures how long it takes to read a statement into typed objects and to write it again, and, for
+// comparison, how long a fast XML reader takes to build its untyped tree of the same statement.
 
 #include <benchmark/benchmark.h>
 
@@ -37,8 +37,8 @@ void SetRates(benchmark::State& state, const std::string& text) {
       static_cast<double>(state.iterations()) * kTransactions, benchmark::Counter::kIsRate);
 }
 
-// Text in memory to a tree of typed objects, and the tree's end. `check` asks for the walk over the
-// tree that looks for missing tags, besides.
+// Parses text in memory into a tree of typed objects and deletes the tree. `check` also asks for
+// the walk over the tree that looks for missing tags.
 void Parse(benchmark::State& state, u16 check) {
   KRBuffer buffer(static_cast<u32>(Ofx().size() + 1), 0);
   Fill(buffer, Ofx());
@@ -58,7 +58,7 @@ BENCHMARK(ParseTyped)->Unit(benchmark::kMillisecond);
 void ParseTypedAndCheck(benchmark::State& state) { Parse(state, 1); }
 BENCHMARK(ParseTypedAndCheck)->Unit(benchmark::kMillisecond);
 
-// The same work by pugixml: text in memory to its tree, and the tree's end.
+// The same work by pugixml: parses text in memory into its tree and deletes the tree.
 void ParseXml(benchmark::State& state) {
   for (auto _ : state) {
     pugi::xml_document document;

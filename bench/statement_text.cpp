@@ -1,4 +1,4 @@
-// Writes the statement once, in a form that decides how an element ends.
+// Writes the statement, with or without end tags of elements.
 
 #include "statement_text.h"
 
@@ -8,7 +8,7 @@ namespace bench {
 
 namespace {
 
-// Appends one statement; `closed` puts an end tag behind each element.
+// Appends one statement; `closed` puts an end tag after each element.
 class Writer {
  public:
   explicit Writer(bool closed) : m_closed(closed) {}

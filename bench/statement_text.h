@@ -1,5 +1,5 @@
-// A generated bank statement, as OFX text and as the XML that says the same, so that both readers
-// meet the same elements and values.
+// A generated bank statement, as OFX text and as XML with the same content, so that both readers
+// read the same elements and values.
 
 #ifndef KROFX_BENCH_STATEMENT_TEXT_H_
 #define KROFX_BENCH_STATEMENT_TEXT_H_

@@ -35,7 +35,7 @@ KRBankStatementRq* MakeStatement(u16 version, const char* number, const char* st
   KRBankAccount* account = Factory().NewBankAccount(version);
   account->SetBankID(KRString("211370545"));
   account->SetAccountID(KRString(number));
-  // Each version has its own list of account types; only the setter of this one is taken.
+  // Each version has its own account types; only the setter for this version takes a value.
   if (version == 2) {
     account->SetAccountType2(KRBankAccountType2_CHECKING);
   } else {

@@ -1,4 +1,4 @@
-// Puts a class of its own in the place of a class of the library: every transaction of a parsed
+// Replaces a class of the library by one of its own: every transaction of a parsed
 // statement is a Booking, and ProcessResponse reaches each of them.
 //
 //   own_class FILE
@@ -61,7 +61,7 @@ int main(int count, char** arguments) {
       file.ProcessResponse();
     }
   }
-  // The factory stays this program's, so the library must forget it before it goes.
+  // The program owns the factory, so the library must forget it before it is destroyed.
   KRDataObj::SetFactory(nullptr);
 
   std::printf("%d bookings, in %s, out %s\n", totals.bookings, static_cast<const char*>(totals.in),

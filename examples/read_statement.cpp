@@ -12,7 +12,7 @@ namespace {
 
 const char* Text(const KRString& string) { return string; }
 
-// The other party stands in NAME, or in the payee of either version; a check often has neither.
+// The other party is in NAME or in the payee of either version; a check often has neither.
 const KRString& Party(const KRBankStatementTx& transaction) {
   if (const KRPayee* payee = transaction.GetPayee()) return payee->GetName();
   if (const KRPayee* payee = transaction.GetPayee2()) return payee->GetName();
@@ -39,8 +39,8 @@ void PrintStatement(const KRGenericStatementRs& statement) {
   }
 }
 
-// Statements stand as payloads of transactions, below message sets, below the response. A
-// transaction that failed has a status instead of a payload.
+// A statement is the payload of a transaction in a message set of the response. A transaction that
+// failed has a status instead of a payload.
 void PrintStatements(const KRDataObj& object) {
   const auto* wrapper = dynamic_cast<const KRTransRs*>(&object);
   if (wrapper != nullptr && wrapper->IsErrorStatus() != 0) {
@@ -62,7 +62,7 @@ bool Print(const char* name) {
   KRFileRs file;
   KRSimpleParser parser;
   const KRParseStatus status = parser.Parse(&buffer, &file, 1);
-  // What was read stays read, so a host can show it whatever the status says.
+  // What was read is kept, so a host can show it whatever the status says.
   PrintStatements(file);
   for (u16 i = 0; i < parser.GetNumberParseExceptions(); ++i) {
     KRString warning;

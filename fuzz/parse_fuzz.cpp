@@ -1,6 +1,6 @@
-// Any bytes, as a response, a request and a multipart text: parse them, check them, write what came
-// out, copy it, and read the written text again. Nothing may crash, hang or leak, and a tree that
-// was written once is written the same again.
+// Takes any bytes as a response, a request and a multipart text: parses them, checks the tree,
+// writes it, copies it, and reads the written text again. Nothing may crash, hang or leak, and a
+// tree read from a written text is written the same again.
 
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +15,7 @@
 
 namespace {
 
-// Writes a file leniently; true when the text stands in `out`.
+// Writes a file leniently; true when the text is in `out`.
 template <class File>
 bool Write(File& file, KRBuffer& out) {
   KRBuilder builder;

@@ -1,6 +1,6 @@
-// Any bytes, as a certificate and as base64: load them both ways, read all there is, make the ID,
-// and take the encoding of the bytes back. Nothing may crash or leak, what loads is the same by
-// either way, and what was encoded decodes to itself.
+// Takes any bytes as a certificate and as base64: loads them both ways, reads every property, makes
+// the ID, and encodes and decodes the bytes. Nothing may crash or leak, both ways of loading give
+// the same certificate, and encoded bytes decode to themselves.
 
 #include <cstddef>
 #include <cstdint>

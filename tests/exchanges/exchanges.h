@@ -22,20 +22,20 @@ bool Is(const KRDataObj& object) {
   return typeid(object) == typeid(T);
 }
 
-/// One payload, complete with as little as it needs, in its wrapper. The tag of the wrapper tells
-/// requests from responses. In the content, words in capitals behind "@" stand for what recurs
-/// (Expanded), "~" behind a tag for the 2 that the tag has in the second version, "#" for the
-/// version.
+/// One payload, complete with as little as it needs, in its wrapper. The tag of the wrapper says
+/// whether it is a request or a response. In the content, words in capitals after "@" stand for
+/// what recurs (Expanded), "~" after a tag for the 2 that the tag has in the second version, "#"
+/// for the version.
 struct Exchange {
   const char* set;  ///< "BANKMSGSRQ"; empty for a wrapper that travels in synchronisations alone.
   const char* wrapper;                  ///< "STMTTRNRQ"
   const char* payload;                  ///< "STMTRQ"; empty for a wrapper that has none.
   bool (*isPayload)(const KRDataObj&);  ///< Is of the class that serves the payload.
   const char* content = "";
-  u16 versions = 3;  ///< Mask of the versions in which the exchange stands like this.
+  u16 versions = 3;  ///< Mask of the versions in which the exchange has this form.
 };
 
-/// A synchronisation: what stands in it before and behind its transactions, and which those are.
+/// A synchronisation: what comes before and after its transactions, and which these are.
 struct Sync {
   const char* set;
   const char* tag;
@@ -67,7 +67,7 @@ inline bool IsRequest(std::string_view tag) { return tag.ends_with("RQ"); }
 /// The text that a content stands for.
 std::string Expanded(std::string_view content, u16 version);
 
-/// An exchange as it stands in its message set.
+/// An exchange as it appears in its message set.
 std::string WrapperText(const Exchange& exchange, u16 version);
 
 }  // namespace krofx::testing

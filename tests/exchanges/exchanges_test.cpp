@@ -26,8 +26,8 @@ constexpr u16 kVersions[] = {1, 2};
 
 using Exchanges = std::vector<const Exchange*>;
 
-// A whole file around what stands in a message set. The sign-on stands in a set of its own family,
-// which comes once.
+// A whole file around the content of a message set. The sign-on is in a set of its own family,
+// which a file has once.
 std::string FileAround(std::string_view set, const std::string& content, u16 version) {
   std::string signOn = IsRequest(set) ? SignOnRequestSet(version) : SignOnResponseSet(version);
   if (!set.starts_with("SIGNON")) {
@@ -125,8 +125,8 @@ TEST_P(ExchangesOf, AreReadAndWrittenWholeInSynchronisations) {
   }
 }
 
-// An error excuses a payload, save that of the wrapper for several transfers, which asks for it
-// whatever the status says.
+// With an error a wrapper needs no payload, except the wrapper for several transfers, which needs
+// it whatever the status says.
 TEST_P(ExchangesOf, NeedNoPayloadBesideAnError) {
   const std::string error = "<TRNUID>1<STATUS><CODE>2000<SEVERITY>ERROR</STATUS>";
   for (const Exchange& exchange : GetParam().exchanges) {
@@ -156,7 +156,7 @@ TEST(Synchronisations, CopyTheirTransactionsOverOthers) {
   EXPECT_EQ(TextOf(*target), TextOf(*source));
 }
 
-// Completeness: what the lists of the routing name, against what the tables hold.
+// Completeness: what the lists of the routing name, compared with what the tables hold.
 
 using Names = std::set<std::string>;
 

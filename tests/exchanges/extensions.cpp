@@ -1,5 +1,5 @@
 // Exchanges of the service extensions: brands, marketing tiers, logs, surveys and usage. Reports of
-// a client are answered by a status alone.
+// a client are answered by a status only.
 
 #include "exchanges/exchanges.h"
 #include "krofx/extensions/branding.h"

@@ -1,5 +1,5 @@
 // Exchanges of the payroll message set, which has the first version only. Its batches travel in the
-// update alone.
+// update only.
 
 #include "exchanges/exchanges.h"
 #include "krofx/payroll/envelope.h"

@@ -151,7 +151,7 @@ TEST(KRAccount, MakesTheClassThatATagNames) {
     EXPECT_EQ(ClassOf(KRAccount::NewAcctFrom(c.tag), c.tag), c.from);
     EXPECT_EQ(ClassOf(KRAccount::NewAcctTo(c.tag), c.tag), c.to);
     EXPECT_EQ(ClassOf(KRAccount::NewAcct(c.tag), c.tag), either);
-    // Bank and card accounts alone.
+    // Bank and card accounts only.
     const auto known = [](const std::string& name) { return name == "investment" ? "" : name; };
     EXPECT_EQ(ClassOf(KRBankOrCCAccount::NewAcctFrom(c.tag), c.tag), known(c.from));
     EXPECT_EQ(ClassOf(KRBankOrCCAccount::NewAcctTo(c.tag), c.tag), known(c.to));

@@ -13,7 +13,7 @@
 namespace krofx::testing {
 namespace {
 
-/// Parses a hostile text and uses what came of it as a host would.
+/// Parses a hostile text and uses the result as a host would.
 KRParseStatus Survive(std::string_view text) {
   const Parsed<KRFileRs> file(text, 1, 1);
   Build(*file, KRBuildStringOpt_Lenient, 1);
@@ -84,7 +84,7 @@ TEST(HostileInput, Empty) {
 
 TEST(HostileInput, HeaderOnly) {
   EXPECT_EQ(Survive(HeaderBlock()), KRParseStatus_Warnings);
-  // A line that does not end is no header line, so one header is absent.
+  // A line without an end is not a header line, so one header is absent.
   const std::string whole = HeaderBlock();
   EXPECT_EQ(Survive(whole.substr(0, whole.size() - 4)), KRParseStatus_Invalid);
 }
@@ -174,7 +174,7 @@ TEST(HostileInput, AnEndTagForEveryStartTag) {
     closed += "<" + text + "</" + text.substr(0, text.find('>')) + ">";
   }
   EXPECT_EQ(Survive(BankStatementFile(Aggregate("STMTTRN", closed))), KRParseStatus_Accepted);
-  // One end tag too many closes what it does not name.
+  // A surplus end tag closes an aggregate that it does not name.
   EXPECT_EQ(Survive(BankStatementFile(Aggregate("STMTTRN", closed + "</FITID>"))),
             KRParseStatus_EndTagMismatch);
 }

@@ -420,7 +420,8 @@ TEST(SubAccounts, WarnAboutAWordThatIsNone) {
   EXPECT_EQ(TextOf(*journal), "<SUBACCTTO>MARGIN\n");
 }
 
-// A price of a purchase is written by the form for amounts and one of a sale by that for prices.
+// The price of a purchase is written in the form for amounts, that of a sale in the form for
+// prices.
 TEST(UnitPrices, AreWrittenAlikeInPurchasesAndSales) {
   for (const char* price : {"27.25", "-.0001", "123456789012.12345678"}) {
     const std::string text = std::string("<UNITPRICE>") + price + "\n";

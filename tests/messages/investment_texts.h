@@ -209,7 +209,7 @@ inline std::string Without(std::string text, const std::string& piece) {
   return text;
 }
 
-/// Whether an aggregate with such content is complete with all that it holds.
+/// Whether an aggregate with such content is complete, its children included.
 template <class T>
 u16 IsComplete(const std::string& content, u16 version) {
   const Parsed<T> parsed(content, version);
@@ -218,8 +218,8 @@ u16 IsComplete(const std::string& content, u16 version) {
   return parsed->AllRequiredPresent();
 }
 
-/// Reads each entry of a list's table as a list of its own, copies it deeply, and holds the texts
-/// of the original and the copy against what was read.
+/// Reads each entry of a list's table as a list of its own, makes a deep copy, and compares the
+/// texts of the original and the copy with what was read.
 template <class List>
 void ExpectEachCopied(const Entries& entries, const std::string& before, u16 version) {
   for (const Entry& entry : entries) {

@@ -1,5 +1,5 @@
-// Payees and the exchanges of the payee list: their tables, and which of payee, id and account must
-// stand together.
+// Payees and the exchanges of the payee list: their tables, and which of payee, id and account go
+// together.
 
 #include "krofx/messages/billpay/payees.h"
 
@@ -124,7 +124,7 @@ u16 IsComplete(const std::string& members, u16 version) {
   return parsed->AllRequiredPresent();
 }
 
-/// The payee, his id and the list id of a version, as empty or short as can be.
+/// The payee, its id and the list id of a version, as short as possible.
 struct Pieces {
   u16 version;
   std::string id;

@@ -1,4 +1,4 @@
-// Payments: their tables, which of payee, id and list id must stand together, discounts of both
+// Payments: their tables, which of payee, id and list id go together, discounts of both
 // versions, and the repair of a known service's invoices.
 
 #include "krofx/messages/billpay/payments.h"
@@ -269,7 +269,7 @@ TEST(KRPaymentBase, HoldsThePaymentOfEitherVersionInOnePlace) {
   EXPECT_EQ(TextOf(*second), InLines("<PMTINFO2></PMTINFO2>"));
 }
 
-// Its neighbours take SRVRTID in the first version only.
+// The other aggregates take SRVRTID in the first version only.
 TEST(KRPaymentModifyRs, TakesTheFirstVersionsIdInEveryVersion) {
   const Parsed<KRPaymentModifyRs> parsed("<SRVRTID>a<SRVRTID2>b" + Aggregate("PMTINFO2", ""), 2);
   ASSERT_EQ(parsed.Status(), KRParseStatus_Accepted);
@@ -359,7 +359,7 @@ TEST(InvoiceRepair, GivesADiscountItsDescriptionAndInventsNoRate) {
   EXPECT_EQ(unrated->GetDiscount()->ValidateTag(KRTag_DSCRATE), 0);
 }
 
-// A host's own discount, which holds a rate that no setter would have taken.
+// A host's own discount class, with a rate that no setter accepts.
 class OverratedDiscount : public KRDiscount {
  public:
   OverratedDiscount() {

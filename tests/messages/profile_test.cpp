@@ -185,7 +185,7 @@ TEST(KRMessageSetProfile, SecondVersionIsNotKnownInAFirstVersionTree) {
 }
 
 TEST(KRMessageSetProfile, RefusesATagThatIsNoVersion) {
-  // At the root of a parse no table stands in front of the object.
+  // At the root of a parse no table is consulted before the object.
   KRMessageSetProfile profile;
   profile.SetMsgSetVersion(1);
   TextBuffer buffer(Aggregate("BANKMSGSET", ""));

@@ -292,7 +292,7 @@ TEST(KRSignOnRq, SetInstitutionTakesItAndDeletesTheOneBefore) {
   EXPECT_EQ(signOn->SetFI(second), 1);
   EXPECT_EQ(signOn->GetFI(), second);
   EXPECT_EQ(TextOf(*signOn), "<FI>\n<ORG>ORG\n</FI>\n");
-  // The order of clearing and noting leaves the tag present over nothing.
+  // Setting null leaves the tag present without a child.
   EXPECT_EQ(signOn->SetFI(nullptr), 1);
   EXPECT_EQ(signOn->GetFI(), nullptr);
   EXPECT_EQ(signOn->ValidateTag(KRTag_FI), 1);

@@ -1,4 +1,4 @@
-// Sign-up: the tables, and the action, whose type tells which of its accounts counts.
+// Sign-up: the tables, and the action, whose type decides which of its accounts counts.
 
 #include "krofx/messages/signon/signup.h"
 

@@ -26,7 +26,7 @@ KRPayrollAmount Blank() { return KRPayrollAmount(KRPayrollAmountType_Empty); }
 
 std::string Shown(const KRPayrollAmount& amount) { return static_cast<char*>(amount); }
 
-/// "$" dollars, "%" percentage, "" neither, "blank" besides.
+/// "$" dollars, "%" percentage, "" neither; with "blank" added for a blank amount.
 std::string Kind(const KRPayrollAmount& amount) {
   std::string kind = amount.IsDollarKind() != 0 ? "$" : "";
   if (amount.IsPercent() != 0) kind += "%";
@@ -151,12 +151,12 @@ TEST_F(PayrollAmounts, RefusesWhatItsBaseRefuses) {
 TEST_F(PayrollAmounts, HasNoMoreThanThirtyCharacters) {
   const std::string nines(28, '9');
   const auto shown = [](const std::string& text) { return Shown(Amount(text.c_str())); };
-  // No point to put a zero in front of from 29 characters on.
+  // From 29 characters on, no zero is put in front of the point.
   EXPECT_EQ(shown("." + nines.substr(1)), "0." + nines.substr(1));
   EXPECT_EQ(shown("." + nines), "." + nines);
   EXPECT_EQ(shown("-." + nines), "-." + nines);
   EXPECT_EQ(shown("-." + nines.substr(1)), "-." + nines.substr(1));
-  // Decimals where there is room for both, or for the one that is missing.
+  // Decimals are added where there is room for both, or for the one that is missing.
   EXPECT_EQ(shown("$" + nines.substr(2)), "$" + nines.substr(2) + ".00");
   EXPECT_EQ(shown("$" + nines.substr(1)), "$" + nines.substr(1));
   EXPECT_EQ(shown("$" + nines), "$" + nines);
@@ -309,7 +309,7 @@ TEST_F(PayrollAmounts, CopiesItsKind) {
   static_assert(!std::is_convertible_v<const char*, KRPayrollAmount>);
 }
 
-/// What is wrong with the way of a text to an amount and back; empty when all agree.
+/// What goes wrong when a text is read as an amount and written again; empty when nothing does.
 std::string Disagreement(const std::string& text) {
   KRPayrollAmount first;
   if (KRPayrollDataConversion::StringToPayrollAmount(KRString(text.c_str()), first) != 1) {
@@ -339,7 +339,7 @@ TEST_F(PayrollAmounts, AgreesWithItsText) {
       if (i == whole) number += '.';
       number += static_cast<char>('0' + (upTo(3) == 0 ? 0 : upTo(9)));
     }
-    // Thirty characters have no text as dollars or as a percentage.
+    // An amount of thirty characters has no text as dollars or as a percentage.
     const bool full = std::string(KRPrecisionInteger(number.c_str())).size() >= 30;
     ASSERT_EQ(Disagreement(number), "");
     if (!full) {

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Gives objects of the second version, so that they can be told from those of `new`.
+// Makes objects of the second version, so that they differ from those made by `new`.
 template <class Array, class Element>
 void ExpectElementsOfTheFactory() {
   static_assert(std::is_base_of_v<krofx::internal::ElementArray<Element>, Array>);

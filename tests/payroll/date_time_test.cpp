@@ -150,7 +150,7 @@ class CountingBuilder : public KRPayrollBuilder {
   int dates = 0;
 };
 
-/// An object that writes one amount and one date behind their tags.
+/// An object that writes one amount and one date, each after its tag.
 class AmountAndDate : public KRDataObj {
  public:
   AmountAndDate(const char* amount, const char* date) : m_amount(amount), m_date(date) {}

@@ -1,4 +1,4 @@
-// Payroll items: their tables, the children that stand side by side, and kinds of rates.
+// Payroll items: their tables, the children that can be present together, and kinds of rates.
 
 #include "krofx/payroll/items.h"
 

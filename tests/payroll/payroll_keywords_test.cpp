@@ -11,7 +11,7 @@
 namespace krofx::testing {
 namespace {
 
-/// Holds the conversions of an enumeration against its keywords, from value 0.
+/// Compares the conversions of an enumeration with its keywords, from value 0.
 template <class Enumeration>
 void ExpectKeywords(u16 (*toText)(Enumeration, KRString&),
                     u16 (*fromText)(const KRString&, Enumeration&), const std::string& keywords) {

@@ -11,7 +11,7 @@
 
 namespace krofx::testing {
 
-/// `table` with no row required but that of `tag`; none at all for an empty tag.
+/// `table` with only the row of `tag` required, or none for an empty tag.
 inline std::string Requiring(std::string_view tag, const std::string& table) {
   std::string result;
   for (const std::string& line : SplitAt(table, '\n')) {

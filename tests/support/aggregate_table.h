@@ -1,4 +1,4 @@
-// Holds a class of aggregate against its table, written once as text:
+// Tests a class of aggregate against its table, given as text:
 //
 //   ExpectTable<KRPayee2>("PAYEE2", R"(
 //     NAME     text32  required(V2+)
@@ -14,18 +14,18 @@
 //             written)
 //   use       required, or required(V2+) where that differs from the row's versions
 //   versions  nothing for all; V1, V2+
-//   lenient   a text that is no value is passed over, and the parse goes on; alone on a line, this
-//             holds for the rows below it
+//   lenient   a text that is not a value is skipped, and the parse goes on; on a line by itself it
+//             applies to the rows below
 //   padN      the number is written with leading zeros to N digits
 //   closed    the element is written with its end tag
-//   other     a child that is held in the place of the one of an earlier row
-//   asked     not in the required table, but named as missing by a rule of its own or, for the
-//   first
-//             row of several, by one of them all
+//   other     a child that shares the place of the child of an earlier row
+//   asked     not in the required table, but reported as missing by a rule of the class; of several
+//             rows under one rule, the first
 //
-// From that it tests the default tag, both tables, the order of writing whatever the order of
-// reading, each version's rows, each kind's limits, texts that are no values, each required tag
-// missing, children and the way of the version down to them, deep copies, and memory that runs out.
+// It tests the default tag, both tables, that the order of writing does not depend on the order of
+// reading, the rows of each version, the limits of each kind, texts that are not values, each
+// required tag when it is missing, children and the version that they get, deep copies, and running
+// out of memory.
 
 #ifndef KROFX_TESTS_SUPPORT_AGGREGATE_TABLE_H_
 #define KROFX_TESTS_SUPPORT_AGGREGATE_TABLE_H_
@@ -52,7 +52,7 @@ struct TableRow {
   std::string kind;
   std::vector<std::string> values;  ///< Values that must be read, and written as `written` says.
   std::vector<std::string> written;
-  std::string bad;  ///< A text that is no value of the kind; empty when every text is.
+  std::string bad;  ///< A text that is not a value of the kind; empty when every text is one.
   std::size_t limit = 0;
   u16 versions = 0xffff;
   u16 required = 0;
@@ -281,7 +281,7 @@ class TableCheck {
     EXPECT_EQ(TableLines(tags), required);
   }
 
-  // What is read, in whatever order, is written in the order of the table, and copied whole.
+  // Rows read in any order are written in the order of the table and copied completely.
   void ExpectRoundTrip(u16 version) const {
     const std::string written = InLines(AllRows(version, true));
     auto parsed = std::make_unique<ParsedObject>(AllRows(version, false, true), MakeIn(version));
@@ -316,8 +316,8 @@ class TableCheck {
     object.SetMsgSetVersion(version);
   }
 
-  // A child that shares its place with others is read and written alone, and takes the place of the
-  // one before it with a warning.
+  // A child that shares its place with others is read and written by itself, and replaces the one
+  // before it with a warning.
   void ExpectOthersInPlace(u16 version) const {
     std::string before;
     for (const TableRow& row : m_rows) {
@@ -335,7 +335,7 @@ class TableCheck {
     }
   }
 
-  // A tag of another version, like one that is only listed, warns and is passed over.
+  // A tag of another version, or one that is only listed, is skipped with a warning.
   void ExpectOtherVersionsRefused(u16 version) const {
     for (const TableRow& row : m_rows) {
       if (row.In(version) || row.Text(false).empty()) continue;
@@ -357,7 +357,7 @@ class TableCheck {
     });
   }
 
-  // A text over the limit is kept whole, and warned about.
+  // A text over the limit is kept whole, with a warning.
   void ExpectLimits(u16 version) const {
     for (const TableRow& row : m_rows) {
       if (row.limit == 0 || !row.In(version)) continue;
@@ -376,7 +376,7 @@ class TableCheck {
     }
   }
 
-  // A text that is no value stops the parse at the object, and the tag stays absent.
+  // A text that is not a value stops the parse at the object, and the tag stays absent.
   void ExpectBadValuesRefused(u16 version) const {
     for (const TableRow& row : m_rows) {
       if (row.bad.empty() || !row.In(version)) continue;
@@ -392,7 +392,7 @@ class TableCheck {
     }
   }
 
-  // The required rows, and behind them those that rules ask for.
+  // The required rows, and after them those that rules ask for.
   std::vector<TableRow> NeededIn(u16 version) const {
     std::vector<TableRow> needed;
     for (const bool asked : {false, true}) {
@@ -405,7 +405,7 @@ class TableCheck {
     return needed;
   }
 
-  // Each required tag is found missing, in the order of the table.
+  // Each required tag is reported when it is missing, in the order of the table.
   void ExpectMissingNoticed(u16 version) const {
     auto object = MakeIn(version);
     KRTagID missing = KRTag_None;

@@ -14,7 +14,7 @@ inline KRBufferResult Put(KRBuffer& buffer, std::string const& bytes) {
   return buffer.WriteLarge(bytes.data(), static_cast<u32>(bytes.size()));
 }
 
-/// The content as it stands in memory.
+/// The content as it is in memory.
 inline std::string Content(KRBuffer const& buffer) {
   return std::string(buffer.GetBufferPtr(), buffer.GetBufferSize());
 }

@@ -1,5 +1,5 @@
-// Data objects and helpers for tests of what writes: an object that writes whatever a test tells
-// it, and the text that came of it.
+// Data objects and helpers for tests of writing: an object that writes whatever a test gives it,
+// and the resulting text.
 
 #ifndef KROFX_TESTS_SUPPORT_BUILD_OBJECTS_H_
 #define KROFX_TESTS_SUPPORT_BUILD_OBJECTS_H_

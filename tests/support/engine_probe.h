@@ -1,4 +1,4 @@
-// The engine with its protected operations open, over a text of the test's own.
+// The engine with its protected operations made public, over a text that the test gives.
 
 #ifndef KROFX_TESTS_SUPPORT_ENGINE_PROBE_H_
 #define KROFX_TESTS_SUPPORT_ENGINE_PROBE_H_
@@ -51,7 +51,7 @@ class EngineTest : public ::testing::TestWithParam<int> {
   /// Makes an engine over a text.
   EngineProbe& Read(std::string_view text) { return m_engine.emplace(Buffer(text)); }
   EngineProbe& Engine() { return *m_engine; }
-  /// Fails when the text's characters were read so often that time must grow faster than size.
+  /// Fails when the characters of the text were read so often that time grows faster than size.
   void ExpectLinearTime() const { EXPECT_LT(m_buffer->ReadsPerCharacter(), 100u); }
 
   /// The next tag, written as "<TAG>", "</TAG>", "TAG=value", "end" or "unreadable".

@@ -1,4 +1,4 @@
-// A factory of a test, in force while the test runs.
+// Makes a test's factory the current one while the test runs.
 
 #ifndef KROFX_TESTS_SUPPORT_FACTORY_IN_FORCE_H_
 #define KROFX_TESTS_SUPPORT_FACTORY_IN_FORCE_H_
@@ -8,7 +8,7 @@
 
 namespace krofx::testing {
 
-/// Puts `factory` in force, and the default one back at the end.
+/// Makes `factory` the current one until the end of the scope, then the default one again.
 class InForce {
  public:
   explicit InForce(KRDataObjFactory& factory) { KRDataObj::SetFactory(&factory); }

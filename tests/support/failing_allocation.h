@@ -8,7 +8,7 @@
 #include "krofx/core/memory.h"
 #include "krofx/core/thread.h"
 
-/// The `nth` allocation from here on fails, and with `andAllLater` those behind it too. The
+/// The `nth` allocation from here on fails, and with `andAllLater` those after it too. The
 /// thread's fire alarm is cleared at the start.
 class FailingAllocation {
  public:

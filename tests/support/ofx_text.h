@@ -1,12 +1,10 @@
-// OFX texts and the trees they become, in one line each, for tests of what a file or an aggregate
-// says.
+// Makes OFX texts and parses them into trees, in one line each, for tests of files and aggregates.
 //
-//   Parsed<KRFileRs> file(BankStatementFile("<STMTTRN>..."));   a whole file
-//   Parsed<KRPayee> payee("<NAME>Ada<ADDR1>1 Main St", 2);              one aggregate, second
-//   version TextOf(*payee)                                                      what the builder
-//   writes
+//   Parsed<KRFileRs> file(BankStatementFile("<STMTTRN>..."));  a whole file
+//   Parsed<KRPayee> payee("<NAME>Ada<ADDR1>1 Main St", 2);     one aggregate, second version
+//   TextOf(*payee)                                             what the builder writes
 //
-// Texts may hold line ends or not; TextOf has a line feed behind every line.
+// Texts may have line ends or not; TextOf ends every line with a line feed.
 
 #ifndef KROFX_TESTS_SUPPORT_OFX_TEXT_H_
 #define KROFX_TESTS_SUPPORT_OFX_TEXT_H_
@@ -34,7 +32,7 @@ std::unique_ptr<T> Make(u16 version = 1) {
   return object;
 }
 
-/// Whether a class stands at the top of a file and so judges its outermost tags itself.
+/// Whether a class is the root of a file, which checks its outermost tags itself.
 template <class T>
 inline constexpr bool kIsFile = std::is_base_of_v<KRFile, T>;
 
@@ -51,7 +49,7 @@ class Parsed {
     if constexpr (!kIsFile<Root>) m_root->SetMsgSetVersion(version);
     Parse(checkRequired);
   }
-  /// Parses into a root that is there.
+  /// Parses into an existing root.
   Parsed(std::string_view text, std::unique_ptr<Root> root, u16 checkRequired = 0)
       : m_root(std::move(root)), m_buffer(text) {
     Parse(checkRequired);
@@ -71,7 +69,7 @@ class Parsed {
   void Parse(u16 checkRequired) {
     KRSimpleParser parser;
     if constexpr (!kIsFile<Root>) {
-      // What a parent's push would do: have the parser hold tags of other versions back.
+      // A parent does this when it pushes a child: the parser then rejects tags of other versions.
       KRArrayOfTags tags;
       m_root->GetArrayOfValidTags(tags);
       parser.SetValidTags(tags);
@@ -119,7 +117,7 @@ inline Built Build(const KRDataObj& object, KRBuildStringOpt option = KRBuildStr
   return {status, ContentOf(buffer), builder.GetFailingObject()};
 }
 
-/// What Build writes; a build that fails adds a line that says so, which no comparison overlooks.
+/// What Build writes; a build that fails adds a line that says so, so that a comparison fails.
 inline std::string TextOf(const KRDataObj& object) {
   const Built built = Build(object);
   if (built.status == KRBuildStatus_Done) return built.text;
@@ -156,7 +154,7 @@ inline std::string HeaderBlock(u16 version = 1) {
          "OLDFILEUID:NONE\r\nNEWFILEUID:NONE\r\n\r\n";
 }
 
-/// A whole file around what stands in OFX.
+/// A whole file around the content of OFX.
 inline std::string File(std::string_view body, u16 version = 1) {
   return HeaderBlock(version) + Aggregate("OFX", body);
 }

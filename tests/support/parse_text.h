@@ -1,4 +1,4 @@
-// Buffers of text and the warnings of the thread, for tests of what reads.
+// Buffers of text and the warnings of the thread, for tests of reading.
 
 #ifndef KROFX_TESTS_SUPPORT_PARSE_TEXT_H_
 #define KROFX_TESTS_SUPPORT_PARSE_TEXT_H_
@@ -26,7 +26,7 @@ class ServingBuffer : public KRBuffer {
   }
   /// How many characters have been asked for.
   std::size_t Reads() const { return m_reads; }
-  /// How many there are.
+  /// How many characters there are.
   std::size_t Size() const { return m_text.size(); }
 
  private:
@@ -57,7 +57,7 @@ class TextBuffer {
   std::unique_ptr<ServingBuffer> m_serving;
 };
 
-/// A string's text for comparison.
+/// The text of a string, for comparisons.
 inline std::string Str(const KRString& string) {
   return std::string(static_cast<const char*>(string), string.GetStrLength());
 }

@@ -1,4 +1,4 @@
-// A connection manager that plays a script: no network, no clock, every call on record.
+// A connection manager that plays a script, without network or clock, and records every call.
 
 #ifndef KROFX_TESTS_SUPPORT_SCRIPTED_MANAGER_H_
 #define KROFX_TESTS_SUPPORT_SCRIPTED_MANAGER_H_
@@ -13,7 +13,7 @@
 
 #include "krofx/transport/connection_manager.h"
 
-/// Two counters of an exchange, as a progress callback tells them.
+/// Two counters of an exchange, as a progress callback reports them.
 struct ScriptedProgress {
   u32 opCode;
   u32 soFar = 0;
@@ -40,13 +40,13 @@ struct ExchangeScript {
   /// Pieces of work (VCWork) before it ends: 0 ends it while it is being started, kNever only when
   /// it is cancelled.
   int rounds = 1;
-  /// Whether a finished record comes after a cancelling at all.
+  /// Whether cancelling is followed by a finished record at all.
   bool endsWhenCancelled = true;
 
   static constexpr int kNever = -1;
 };
 
-/// Plays ExchangeScripts. One that sets `script` before an exchange has the next one go so.
+/// Plays ExchangeScripts. The next exchange goes as `script` says when it starts.
 class ScriptedManager : public VYNConnectionManager {
  public:
   /// The code that a cancelled exchange ends with.
@@ -198,7 +198,7 @@ class ScriptedManager : public VYNConnectionManager {
   void* Create(u16* error, char const* tempPath, VYProgressCallback callback, void* userData) {
     *error = createError;
     if (createGivesNull) return nullptr;
-    // Handles are never used twice, so that a stale one shows.
+    // No handle is used twice, so that use of a stale one is noticed.
     void* const handle = reinterpret_cast<void*>(static_cast<std::uintptr_t>(++m_created));
     if (createError != 0) return handle;
     m_exchanges[handle] = {m_created, tempPath, callback, nullptr, userData, script, false, false};

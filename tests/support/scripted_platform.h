@@ -18,7 +18,7 @@ class ScriptedPlatform : public VYNWaitPlatform {
   std::deque<std::function<VYNEventResult()>> events;
   /// How long each pause was.
   std::vector<u32> pauses;
-  /// How often the queue was looked at.
+  /// How often the queue was checked.
   int looks = 0;
 
   /// Queues an event that does something.

@@ -1,4 +1,4 @@
-// A folder of a test's own, removed with all that is in it, and files in it.
+// A folder for one test, removed with everything in it, and files in it.
 
 #ifndef KROFX_TESTS_SUPPORT_TEMP_FOLDER_H_
 #define KROFX_TESTS_SUPPORT_TEMP_FOLDER_H_
@@ -28,9 +28,9 @@ class TempFolder {
 
   /// Where the folder is.
   std::filesystem::path const& Path() const { return m_folder; }
-  /// The whole name of a file in the folder.
+  /// The full path of a file in the folder.
   std::string Name(std::string const& file) const { return (m_folder / file).string(); }
-  /// Makes a file, or replaces its content, and gives its whole name.
+  /// Makes a file, or replaces its content, and returns its full path.
   std::string Put(std::string const& file, std::string const& content) const {
     std::ofstream(m_folder / file, std::ios::binary) << content;
     return Name(file);

@@ -1,6 +1,6 @@
 // Certificates made on the spot, for servers that tests start.
 //
-// Dates are fixed ones, far back and far ahead, so that no test depends on the day.
+// The dates are fixed, far in the past and far in the future, so that no test depends on the day.
 
 #ifndef KROFX_TESTS_SUPPORT_TEST_CERTIFICATES_H_
 #define KROFX_TESTS_SUPPORT_TEST_CERTIFICATES_H_
@@ -11,14 +11,14 @@
 #include <memory>
 #include <string>
 
-/// What a certificate is to say.
+/// What a certificate is to contain.
 struct CertificateWish {
   /// The common name.
   std::string name;
   /// Host names and addresses as an extension takes them: "DNS:localhost,IP:127.0.0.1"; empty for
   /// none.
   std::string hosts = {};
-  /// Whether it may issue others.
+  /// Whether it may issue other certificates.
   bool isAuthority = false;
   char const* notBefore = "20000101000000Z";
   char const* notAfter = "99981231235959Z";

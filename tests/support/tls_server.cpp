@@ -39,7 +39,7 @@ int ListenOnLoopback(int& port) {
 SSL_CTX* NewContext(ServerPlan const& plan) {
   if (plan.chain.empty()) return nullptr;
   SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
-  // Old versions need the level below the default.
+  // Old versions of TLS need a security level below the default.
   SSL_CTX_set_security_level(context, 0);
   SSL_CTX_set_max_proto_version(context, plan.newestTls);
   SSL_CTX_use_certificate(context, plan.chain.front().Certificate());
@@ -110,7 +110,7 @@ void ServerConnection::Cut() {
   linger const reset{1, 0};
   setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
   if (m_tls != nullptr) SSL_set_quiet_shutdown(m_tls, 1);
-  // The number stays taken until the server closes it; only the connection goes.
+  // The descriptor stays open until the server closes it; only the connection ends.
   int const other = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   dup2(other, m_socket);
   close(other);
@@ -152,7 +152,8 @@ std::string TlsServer::Url(std::string const& host) const {
 }
 
 void TlsServer::Serve() {
-  // A client that is gone must not end the program; for the client's own thread it still would.
+  // A client that has gone must not end the program. SIGPIPE is blocked in this thread only, so
+  // that the client's own thread still gets it.
   sigset_t pipe;
   sigemptyset(&pipe);
   sigaddset(&pipe, SIGPIPE);

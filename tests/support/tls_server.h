@@ -1,5 +1,5 @@
-// A small server on loopback, in a thread of its own: TLS or plain, and it does to each connection
-// what a script says.
+// A small server on loopback with a thread of its own, with or without TLS, which treats each
+// connection as a script says.
 
 #ifndef KROFX_TESTS_SUPPORT_TLS_SERVER_H_
 #define KROFX_TESTS_SUPPORT_TLS_SERVER_H_
@@ -15,8 +15,8 @@
 
 #include "support/test_certificates.h"
 
-/// One connection, behind the TLS handshake if there is one. Operations on a connection that is
-/// gone do nothing.
+/// One connection, after the TLS handshake if there is one. Operations on a connection that has
+/// ended do nothing.
 class ServerConnection {
  public:
   ServerConnection(int socket, SSL* tls) : m_socket(socket), m_tls(tls) {}
@@ -28,9 +28,9 @@ class ServerConnection {
   void Write(std::string const& bytes);
   /// Waits until the client is gone, or the server stops.
   void WaitForClient();
-  /// Ends the connection rudely: no TLS closure, and a reset instead of an orderly end.
+  /// Breaks the connection: without a TLS closure, and with a reset instead of an orderly end.
   void Cut();
-  /// Speaks TLS from here on, to a client that was plain so far.
+  /// Changes to TLS, on a connection that was plain so far.
   bool StartTls(SSL_CTX* context);
   SSL* Tls() const { return m_tls; }
 
@@ -49,7 +49,7 @@ struct ServerPlan {
   std::function<void(ServerConnection&)> script;
   /// The certificates that are shown, the server's own first; none makes a plain server.
   std::vector<TestCertificate> chain;
-  /// The newest version of TLS that is spoken; 0 for all.
+  /// The newest version of TLS that the server accepts; 0 for any.
   int newestTls = 0;
   /// Whether a plain request for a tunnel comes before TLS, as to a proxy; takes what it said.
   std::string* tunnel = nullptr;

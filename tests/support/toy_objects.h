@@ -1,5 +1,5 @@
 // A small hand-written aggregate for tests of parsers. It takes the few tags of its table, as
-// child, element or both, notes all that it is told, and refuses what a test wants refused.
+// child, element or both, records every call, and refuses what a test wants refused.
 
 #ifndef KROFX_TESTS_SUPPORT_TOY_OBJECTS_H_
 #define KROFX_TESTS_SUPPORT_TOY_OBJECTS_H_
@@ -23,7 +23,7 @@ inline constexpr KRTagTableEntry kToyTags[] = {
     {KRTag_ONETIMEPASS, 0xffff}, {KRTag_NAME, 0xffff},
 };
 
-/// What a family of toys was told, in order, and what it is to answer.
+/// The calls that a group of toys got, in order, and what it is to answer.
 struct Notebook {
   std::vector<std::string> lines;
   /// Status for a start tag, an element or an end tag; what is not named here is accepted.

@@ -1,4 +1,4 @@
-// The place of a virtual operation in its class, which hosts that were compiled earlier go by.
+// The place of a virtual operation in its class, on which hosts that were compiled earlier depend.
 
 #ifndef KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
 #define KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
@@ -19,7 +19,7 @@ std::ptrdiff_t SlotOf(Member member) {
   return (offset - 1) / static_cast<std::ptrdiff_t>(sizeof(void*));
 }
 
-/// Expects operations to stand one behind the other, from slot `first` on. A destructor takes two
+/// Expects operations to follow one another from slot `first` on. A destructor takes two
 /// slots.
 template <class... Members>
 void ExpectSlotsInOrder(std::ptrdiff_t first, Members... members) {

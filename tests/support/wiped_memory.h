@@ -1,4 +1,4 @@
-// Notes what is overwritten before it is given back, for the length of a scope.
+// Records which memory is overwritten before it is freed, for the length of a scope.
 
 #ifndef KROFX_TESTS_SUPPORT_WIPED_MEMORY_H_
 #define KROFX_TESTS_SUPPORT_WIPED_MEMORY_H_
