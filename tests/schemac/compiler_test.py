@@ -357,6 +357,17 @@ class OwnSchemas(unittest.TestCase):
                         repeated.append(f"{own[line].place}: {line}")
         self.assertEqual(repeated, [])
 
+    def test_says_in_sentences_what_every_row_means(self):
+        self.maxDiff = None
+        model = schemac.Project(PROJECT / "src").model
+        silent = []
+        for cls in model.classes.values():
+            for row in cls.rows:
+                text = " ".join(line.removeprefix("///").strip() for line in row.comment)
+                if not re.fullmatch(r"[A-Z0-9].* .*\.", text):
+                    silent.append(f"{row.place}: {row.tag}: {text}")
+        self.assertEqual(silent, [])
+
 
 class ShownClass(unittest.TestCase):
     """docs/schema.md shows a schema and the class that is generated from it. The document is written
