@@ -1,9 +1,9 @@
 // The command krofx: reads, checks, rewrites, requests and exchanges OFX from a shell.
 
-#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <exception>
 
+#include "command_line/command_line.h"
 #include "krofx/version.h"
 #include "subcommands/subcommands.h"
 
@@ -17,22 +17,15 @@ constexpr AddSubcommand kSubcommands[] = {AddPrint,  AddCheck, AddRewrite, AddRe
 constexpr char kFooter[] =
     "FILE may be a directory, whose .ofx, .qfx and .qbo files are taken, or - for standard input.\n"
     "Exit status: 0 clean, 1 warnings (check), 2 not usable, 64 wrong use.\n"
-    "\"krofx COMMAND --help\" tells more; \"man krofx\" tells all.";
+    "\"krofx COMMAND --help\" says more; \"man krofx\" says all.";
 
 ExitStatus Run(int argc, char** argv) {
-  CLI::App app("krofx reads, checks, rewrites, requests and exchanges OFX 1.x files.", "krofx");
-  app.require_subcommand(1);
-  app.footer(kFooter);
-  app.set_version_flag("--version", "krofx " KROFX_VERSION);
-
-  ExitStatus exitStatus = kExitClean;
-  for (const AddSubcommand add : kSubcommands) add(app, exitStatus);
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? kExitClean : kExitWrongUse;
-  }
-  return exitStatus;
+  const CommandLine commandLine(
+      "krofx", "krofx reads, checks, rewrites, requests and exchanges OFX 1.x files.",
+      "krofx " KROFX_VERSION);
+  commandLine.GetCommand().SetFooter(kFooter);
+  for (const AddSubcommand add : kSubcommands) add(commandLine.GetCommand());
+  return commandLine.Run(argc, argv);
 }
 
 }  // namespace

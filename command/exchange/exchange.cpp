@@ -1,8 +1,8 @@
 // Checks what the command line says of an exchange, and carries it out over the transport.
 
 #include "exchange/exchange.h"
+#include "command_line/command_line.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -60,25 +60,26 @@ VYNEventResult LookForSignal(void*) {
 
 }  // namespace
 
-void AddExchangeOptions(CLI::App& app, ExchangeOptions& options) {
+void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options) {
   const auto add = [&](const char* name, auto& value, const char* help) {
-    return app.add_option(name, value, help)->group("Connection");
+    return app.AddOption(name, value, help).InGroup("Connection");
   };
   add("--root", options.rootFiles,
       "File with certificates (PEM, base64, DER) to trust, and no others; may be repeated")
-      ->allow_extra_args(false);
+      .OneValueEachTime();
   add("--pin", options.pins,
       "ID of the one certificate that the server may show, as \"krofx certid\" prints it; a second "
       "one may be given")
-      ->allow_extra_args(false);
-  add("--timeout", options.timeout, "Seconds that the exchange may take; 60 without this")
-      ->check(CLI::Range(1, kLongestTimeout));
+      .OneValueEachTime();
+  app.AddNumber("--timeout", options.timeout, 1, kLongestTimeout,
+                "Seconds that the exchange may take; 60 without this")
+      .InGroup("Connection");
   add("--save-headers", options.headerFile, "File to save the headers of the reply in");
-  app.add_flag("--log,-v", options.log, "Show the transport's log on standard error")
-      ->group("Connection");
-  app.add_flag("--allow-http", options.allowHttp,
-               "Send over http, where everybody on the way can read the password")
-      ->group("Connection");
+  app.AddFlag("--log,-v", options.log, "Show the transport's log on standard error")
+      .InGroup("Connection");
+  app.AddFlag("--allow-http", options.allowHttp,
+              "Send over http, where everybody on the way can read the password")
+      .InGroup("Connection");
 }
 
 std::string Exchange::GetShownUrl() const { return Url(m_options.url).Shown(); }

@@ -9,16 +9,14 @@
 #include <vector>
 
 #include "exit_status.h"
-#include "krofx/krofx.h"
-
-namespace CLI {
-class App;
-}
+#include "krofx/core/buffer.h"
 
 class VYNNetAccess;
 class VYNNetRequest;
 
 namespace krofx::command {
+
+class Subcommand;
 
 /// What the command line says of an exchange.
 struct ExchangeOptions {
@@ -32,7 +30,7 @@ struct ExchangeOptions {
 };
 
 /// Adds the options of an exchange, without the URL, to a command line.
-void AddExchangeOptions(CLI::App& app, ExchangeOptions& options);
+void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options);
 
 /// What an exchange does.
 enum class Direction { kSend, kGet };

@@ -5,7 +5,8 @@
 
 #include <string>
 
-#include "krofx/krofx.h"
+#include "krofx/core/types.h"
+#include "krofx/transport/net_status.h"
 
 namespace krofx::command {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "krofx/krofx.h"
+#include "krofx/core/buffer.h"
 
 namespace krofx::command {
 

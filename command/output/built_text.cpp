@@ -3,6 +3,7 @@
 #include "output/built_text.h"
 
 #include "input/parsed_file.h"
+#include "krofx/krofx.h"
 
 namespace krofx::command {
 

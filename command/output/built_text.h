@@ -5,7 +5,8 @@
 
 #include <string>
 
-#include "krofx/krofx.h"
+class KRBuffer;
+class KRFile;
 
 namespace krofx::command {
 

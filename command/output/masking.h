@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "krofx/krofx.h"
+#include "krofx/core/tags.h"
 
 namespace krofx::command {
 

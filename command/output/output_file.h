@@ -6,7 +6,7 @@
 #include <string>
 
 #include "exit_status.h"
-#include "krofx/krofx.h"
+#include "krofx/core/buffer.h"
 
 namespace krofx::command {
 

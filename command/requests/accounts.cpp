@@ -1,9 +1,8 @@
 // krofx request accounts: asks for the list of the user's accounts.
 
-#include <CLI/CLI.hpp>
-#include <memory>
-
+#include "command_line/command_line.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
@@ -17,21 +16,20 @@ struct Options {
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
-  maker.RequireDate("--since", payload->SetDtAcctUp(DateArgument(options.since)));
+  maker.SetDate("--since", options.since, *payload, &KRAccountInfoRq::SetDtAcctUp);
   return maker.Finish(std::move(payload),
                       maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
 }
 
 }  // namespace
 
-void AddAccountsRequest(CLI::App& app, ExitStatus& exitStatus,
-                        const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const accounts = app.add_subcommand("accounts", "Ask for the list of accounts");
+void AddAccountsRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand accounts = parent.Add("accounts", "Ask for the list of accounts");
   const auto options = std::make_shared<Options>();
-  accounts->add_option("--since", options->since,
-                       "Day of the list at hand, as 2026-01-31; without it all is asked for");
-  AddSignOnOptions(*accounts, options->signOn, use);
-  accounts->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  accounts.AddOption("--since", options->since,
+                     "Day of the list at hand, as 2026-01-31; without it all is asked for");
+  AddSignOnOptions(accounts, options->signOn, use);
+  accounts.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

@@ -1,9 +1,9 @@
 // krofx request investment: asks for the statement of an investment account.
 
-#include <CLI/CLI.hpp>
-#include <memory>
-
+#include "command_line/command_line.h"
+#include "requests/account_options.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
@@ -26,18 +26,16 @@ u16 Unless(bool declined) { return declined ? 0 : 1; }
 
 std::unique_ptr<KRInvAcctFrom> MakeAccount(const Options& options, RequestMaker& maker) {
   auto account = maker.Make<KRInvAcctFrom>(KRTag_INVACCTFROM);
-  account->SetBrokerID(options.broker.c_str());
-  maker.Require("--broker", account->GetBrokerID(), options.broker);
-  account->SetAccountID(options.account.c_str());
-  maker.Require("--account", account->GetAccountID(), options.account);
+  maker.SetText("--broker", options.broker, *account, &KRInvAcctFrom::SetBrokerID,
+                &KRInvAcctFrom::GetBrokerID);
+  maker.SetText("--account", options.account, *account, &KRInvAcctFrom::SetAccountID,
+                &KRInvAcctFrom::GetAccountID);
   return account;
 }
 
 std::unique_ptr<KRIncPos> MakePositions(const Options& options, RequestMaker& maker) {
   auto positions = maker.Make<KRIncPos>(KRTag_INCPOS);
-  if (!options.asOf.empty() && positions->SetDtAsOf(DateArgument(options.asOf)) == 0) {
-    maker.Fail("--as-of is no date; write it as 2026-01-31");
-  }
+  maker.SetDate("--as-of", options.asOf, *positions, &KRIncPos::SetDtAsOf);
   positions->SetInclude(Unless(options.noPositions));
   return positions;
 }
@@ -56,23 +54,22 @@ ExitStatus Request(const Options& options) {
 
 }  // namespace
 
-void AddInvestmentRequest(CLI::App& app, ExitStatus& exitStatus,
-                          const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const investment =
-      app.add_subcommand("investment", "Ask for the statement of an investment account");
+void AddInvestmentRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand investment =
+      parent.Add("investment", "Ask for the statement of an investment account");
   const auto options = std::make_shared<Options>();
-  investment->add_option("--broker", options->broker, "The broker's ID, often its web name")
-      ->required();
-  investment->add_option("--account", options->account, "The account's number")->required();
-  investment->add_option("--from", options->from, "First day of transactions, as 2026-01-31");
-  investment->add_option("--to", options->to, "Last day of transactions");
-  investment->add_option("--as-of", options->asOf, "The day that positions are wanted of");
-  investment->add_flag("--no-transactions", options->noTransactions, "Ask for no transactions");
-  investment->add_flag("--no-orders", options->noOrders, "Ask for no open orders");
-  investment->add_flag("--no-positions", options->noPositions, "Ask for no positions");
-  investment->add_flag("--no-balances", options->noBalances, "Ask for no balances");
-  AddSignOnOptions(*investment, options->signOn, use);
-  investment->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  investment.AddOption("--broker", options->broker, "The broker's ID, often its web name")
+      .Required();
+  investment.AddOption("--account", options->account, "The account's number").Required();
+  investment.AddOption("--from", options->from, "First day of transactions, as 2026-01-31");
+  investment.AddOption("--to", options->to, "Last day of transactions");
+  investment.AddOption("--as-of", options->asOf, "The day that positions are wanted of");
+  investment.AddFlag("--no-transactions", options->noTransactions, "Ask for no transactions");
+  investment.AddFlag("--no-orders", options->noOrders, "Ask for no open orders");
+  investment.AddFlag("--no-positions", options->noPositions, "Ask for no positions");
+  investment.AddFlag("--no-balances", options->noBalances, "Ask for no balances");
+  AddSignOnOptions(investment, options->signOn, use);
+  investment.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

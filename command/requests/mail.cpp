@@ -1,10 +1,9 @@
 // krofx request mail: sends a letter to an institution, in general or about an account.
 
-#include <CLI/CLI.hpp>
-#include <memory>
-
-#include "output/messages.h"
+#include "command_line/command_line.h"
+#include "requests/account_options.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
@@ -37,13 +36,12 @@ std::unique_ptr<KRMail> MakeLetter(const Options& options, RequestMaker& maker) 
 }
 
 ExitStatus Request(const Options& options) {
+  RequestMaker maker(options.signOn);
   const bool about = !options.account.account.empty();
   if (about ? options.card != options.account.bank.empty()
             : options.card || !options.account.bank.empty()) {
-    Complain("request", "name an account with --account and either --bank or --card");
-    return kExitWrongUse;
+    maker.Fail("name an account with --account and either --bank or --card");
   }
-  RequestMaker maker(options.signOn);
   const bool first = maker.GetVersion() == 1;
   auto letter = MakeLetter(options, maker);
   if (!about) {
@@ -55,10 +53,8 @@ ExitStatus Request(const Options& options) {
   auto payload = maker.Make<KRBankMailRq>(KRTag_BANKMAILRQ);
   payload->SetMail(letter.release());
   if (options.card) {
-    auto account = maker.Make<KRCCAccount>(KRTag_CCACCTFROM);
-    maker.SetText("--account", options.account.account, *account, &KRCCAccount::SetAccountID,
-                  &KRCCAccount::GetAccountID);
-    payload->SetAccount(account.release());
+    payload->SetAccount(
+        MakeCardAccount("--account", options.account.account, KRTag_CCACCTFROM, maker).release());
   } else {
     payload->SetAccount(MakeBankAccount(options.account, maker).release());
   }
@@ -67,18 +63,18 @@ ExitStatus Request(const Options& options) {
 
 }  // namespace
 
-void AddMailRequest(CLI::App& app, ExitStatus& exitStatus, const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const mail = app.add_subcommand("mail", "Send a letter to an institution");
+void AddMailRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand mail = parent.Add("mail", "Send a letter to an institution");
   const auto options = std::make_shared<Options>();
-  AddBankAccountOptions(*mail, options->account);
-  mail->add_flag("--card", options->card, "The account is a card");
-  mail->add_option("--from", options->from, "Who writes; the user, if not given");
-  mail->add_option("--to", options->to, "Who is to read it; the institution, if not given");
-  mail->add_option("--subject", options->subject, "The subject")->required();
-  mail->add_option("--text", options->text, "The letter, up to 2160 characters")->required();
-  mail->add_flag("--html", options->html, "The letter is HTML");
-  AddSignOnOptions(*mail, options->signOn, use);
-  mail->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  AddBankAccountOptions(mail, options->account);
+  mail.AddFlag("--card", options->card, "The account is a card");
+  mail.AddOption("--from", options->from, "Who writes; the user, if not given");
+  mail.AddOption("--to", options->to, "Who is to read it; the institution, if not given");
+  mail.AddOption("--subject", options->subject, "The subject").Required();
+  mail.AddOption("--text", options->text, "The letter, up to 2160 characters").Required();
+  mail.AddFlag("--html", options->html, "The letter is HTML");
+  AddSignOnOptions(mail, options->signOn, use);
+  mail.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

@@ -9,12 +9,16 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <string_view>
+
+#include "output/characters.h"
 
 namespace krofx::command {
 
 namespace {
 
 constexpr char kInterrupt = 3;
+constexpr char kTooLong[] = "the password is longer than the 171 characters that OFX takes";
 
 // Switches echo and the signals of keys off, and back on at the end.
 class SilentTerminal {
@@ -57,9 +61,7 @@ std::string Password::ReadFrom(int descriptor) {
       next = '\0';
       break;
     }
-    if (++length > kMaxLength) {
-      return "the password is longer than the 171 characters that OFX takes";
-    }
+    if (++length > kMaxBytes) return kTooLong;
   }
   if (length > 0 && m_text.bytes[length - 1] == '\r') m_text.bytes[length - 1] = '\0';
   return Check();
@@ -69,11 +71,11 @@ std::string Password::TakeFromEnvironment(const char* name) {
   char* const value = std::getenv(name);
   if (value == nullptr) return std::string("the environment has no ") + name;
   const std::size_t length = std::strlen(value);
-  const bool fits = length <= kMaxLength;
+  const bool fits = length <= kMaxBytes;
   if (fits) std::memcpy(m_text.bytes, value, length + 1);
   explicit_bzero(value, length);
   ::unsetenv(name);
-  return fits ? Check() : "the password is longer than the 171 characters that OFX takes";
+  return fits ? Check() : kTooLong;
 }
 
 std::string Password::Ask() {
@@ -90,9 +92,26 @@ std::string Password::Ask() {
   return problem;
 }
 
-std::string Password::Check() const {
+// Turns UTF-8 into the code page in its place, which never takes more room.
+bool Password::Encode() {
+  std::string_view left(m_text.bytes);
+  char* at = m_text.bytes;
+  while (!left.empty()) {
+    char32_t character = 0;
+    if (!TakeUtf8(left, character) || !ToCodePage1252(character, *at)) return false;
+    ++at;
+  }
+  *at = '\0';
+  return true;
+}
+
+std::string Password::Check() {
   if (m_text.bytes[0] == '\0') return "the password is empty";
-  return "";
+  if (!Encode()) {
+    return "the password has a character that the request's character set, Windows 1252, does not "
+           "have";
+  }
+  return std::strlen(m_text.bytes) > kMaxLength ? kTooLong : "";
 }
 
 }  // namespace krofx::command

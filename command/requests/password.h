@@ -15,6 +15,8 @@ class Password {
  public:
   /// The most characters that OFX takes.
   static constexpr std::size_t kMaxLength = 171;
+  /// The most bytes that these take in UTF-8.
+  static constexpr std::size_t kMaxBytes = 4 * kMaxLength;
 
   /// Reads the first line of an open file, whose rest is not read.
   /// @return empty, or what went wrong.
@@ -24,13 +26,14 @@ class Password {
   /// Asks on the terminal, without showing what is typed.
   std::string Ask();
 
-  /// The password; never null.
+  /// The password in the character set of requests, Windows 1252; never null.
   const char* Get() const { return m_text.bytes; }
 
  private:
-  std::string Check() const;
+  std::string Check();
+  bool Encode();
 
-  Wiped<kMaxLength + 2> m_text;
+  Wiped<kMaxBytes + 2> m_text;
 };
 
 }  // namespace krofx::command

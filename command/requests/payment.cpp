@@ -1,9 +1,9 @@
 // krofx request payment: asks a bill-pay service for a payment.
 
-#include <CLI/CLI.hpp>
-#include <memory>
-
+#include "command_line/command_line.h"
+#include "requests/account_options.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
@@ -49,12 +49,8 @@ void FillPayee(const PayeeOptions& options, RequestMaker& maker, KRPayee& payee)
 // What both versions have.
 void FillPayment(const Options& options, RequestMaker& maker, KRPaymentInfo& payment) {
   payment.SetBankAcctFrom(MakeBankAccount(options.from, maker).release());
-  if (payment.SetTransactionAmount(KRString(options.amount.c_str())) == 0) {
-    maker.Fail("--amount is no amount; write it as 12.50");
-  }
-  if (payment.SetDtDue(DateArgument(options.due)) == 0) {
-    maker.Fail("--due is no date; write it as 2026-01-31");
-  }
+  maker.SetAmount("--amount", options.amount, payment, &KRPaymentInfo::SetTransactionAmount);
+  maker.SetDate("--due", options.due, payment, &KRPaymentInfo::SetDtDue);
   maker.SetText("--payee-account", options.payeeAccount, payment, &KRPaymentInfo::SetPayAcct,
                 &KRPaymentInfo::GetPayAcct);
   maker.SetText("--bill", options.bill, payment, &KRPaymentInfo::SetBillRefInfo,
@@ -118,17 +114,16 @@ ExitStatus Request(const Options& options) {
 
 }  // namespace
 
-void AddPaymentRequest(CLI::App& app, ExitStatus& exitStatus,
-                       const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const payment = app.add_subcommand("payment", "Ask a bill-pay service for a payment");
+void AddPaymentRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand payment = parent.Add("payment", "Ask a bill-pay service for a payment");
   const auto options = std::make_shared<Options>();
   const auto add = [&](const char* name, std::string& value, const char* help) {
-    return payment->add_option(name, value, help);
+    return payment.AddOption(name, value, help);
   };
-  add("--amount", options->amount, "What to pay, as 12.50")->required();
-  add("--due", options->due, "When it is due, as 2026-01-31")->required();
-  add("--account", options->from.account, "The number of the account that pays")->required();
-  add("--bank", options->from.bank, "Its bank's routing number")->required();
+  add("--amount", options->amount, "What to pay, as 12.50").Required();
+  add("--due", options->due, "When it is due, as 2026-01-31").Required();
+  add("--account", options->from.account, "The number of the account that pays").Required();
+  add("--bank", options->from.bank, "Its bank's routing number").Required();
   add("--branch", options->from.branch, "Its branch");
   add("--type", options->from.type, "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE");
   add("--payee", options->payee.name, "The payee's name");
@@ -143,8 +138,8 @@ void AddPaymentRequest(CLI::App& app, ExitStatus& exitStatus,
   add("--payee-account", options->payeeAccount, "The user's account with the payee");
   add("--memo", options->memo, "A note to the payee");
   add("--bill", options->bill, "What the bill is called");
-  AddSignOnOptions(*payment, options->signOn, use);
-  payment->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  AddSignOnOptions(payment, options->signOn, use);
+  payment.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

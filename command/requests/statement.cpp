@@ -1,9 +1,9 @@
 // krofx request statement: asks for the statement of a bank or card account.
 
-#include <memory>
-
-#include "output/messages.h"
+#include "command_line/command_line.h"
+#include "requests/account_options.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
@@ -19,11 +19,9 @@ struct Options {
 };
 
 std::unique_ptr<KRCCStatementRq> MakeCardPayload(const Options& options, RequestMaker& maker) {
-  auto account = maker.Make<KRCCAccount>(KRTag_CCACCTFROM);
-  account->SetAccountID(options.bankAccount.account.c_str());
-  maker.Require("--account", account->GetAccountID(), options.bankAccount.account);
   auto payload = maker.Make<KRCCStatementRq>(KRTag_CCSTMTRQ);
-  payload->SetAccount(account.release());
+  payload->SetAccount(
+      MakeCardAccount("--account", options.bankAccount.account, KRTag_CCACCTFROM, maker).release());
   return payload;
 }
 
@@ -34,12 +32,10 @@ std::unique_ptr<KRBankStatementRq> MakeBankPayload(const Options& options, Reque
 }
 
 ExitStatus Request(const Options& options) {
-  if (options.card != options.bankAccount.bank.empty()) {
-    Complain("request",
-             options.card ? "--bank is not for cards" : "name a bank with --bank, or use --card");
-    return kExitWrongUse;
-  }
   RequestMaker maker(options.signOn);
+  if (options.card != options.bankAccount.bank.empty()) {
+    maker.Fail(options.card ? "--bank is not for cards" : "name a bank with --bank, or use --card");
+  }
   std::unique_ptr<KRGenericStatementRq> payload;
   if (options.card) {
     payload = MakeCardPayload(options, maker);
@@ -55,23 +51,21 @@ ExitStatus Request(const Options& options) {
 
 }  // namespace
 
-void AddStatementRequest(CLI::App& app, ExitStatus& exitStatus,
-                         const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const statement =
-      app.add_subcommand("statement", "Ask for the statement of a bank or card account");
+void AddStatementRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand statement =
+      parent.Add("statement", "Ask for the statement of a bank or card account");
   const auto options = std::make_shared<Options>();
-  statement->add_option("--account", options->bankAccount.account, "The account's number")
-      ->required();
-  statement->add_option("--bank", options->bankAccount.bank, "The bank's routing number");
-  statement->add_option("--branch", options->bankAccount.branch, "The branch");
-  statement->add_option("--type", options->bankAccount.type,
-                        "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE");
-  statement->add_flag("--card", options->card, "The account is a card");
-  statement->add_option("--from", options->from, "First day, as 2026-01-31");
-  statement->add_option("--to", options->to, "Last day");
-  statement->add_flag("--no-transactions", options->noTransactions, "Ask for balances only");
-  AddSignOnOptions(*statement, options->signOn, use);
-  statement->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  statement.AddOption("--account", options->bankAccount.account, "The account's number").Required();
+  statement.AddOption("--bank", options->bankAccount.bank, "The bank's routing number");
+  statement.AddOption("--branch", options->bankAccount.branch, "The branch");
+  statement.AddOption("--type", options->bankAccount.type,
+                      "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE");
+  statement.AddFlag("--card", options->card, "The account is a card");
+  statement.AddOption("--from", options->from, "First day, as 2026-01-31");
+  statement.AddOption("--to", options->to, "Last day");
+  statement.AddFlag("--no-transactions", options->noTransactions, "Ask for balances only");
+  AddSignOnOptions(statement, options->signOn, use);
+  statement.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

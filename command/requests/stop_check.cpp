@@ -1,10 +1,10 @@
 // krofx request stop-check: asks a bank not to pay checks, by number or by description.
 
-#include <CLI/CLI.hpp>
-#include <memory>
-
-#include "output/messages.h"
+#include "command_line/command_line.h"
+#include "requests/account_options.h"
+#include "requests/arguments.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
@@ -22,6 +22,9 @@ struct Options {
 };
 
 std::unique_ptr<KRCheckRange> MakeRange(const Options& options, RequestMaker& maker) {
+  if (!options.last.empty() && IsHigherNumber(options.first, options.last)) {
+    maker.Fail("--first " + options.first + " is higher than --last " + options.last);
+  }
   auto range = maker.Make<KRCheckRange>(KRTag_CHKRANGE);
   maker.SetText("--first", options.first, *range, &KRCheckRange::SetCheckNumberStart,
                 &KRCheckRange::GetCheckNumberStart);
@@ -36,22 +39,18 @@ std::unique_ptr<KRCheckDescription> MakeDescription(const Options& options, Requ
                 &KRCheckDescription::GetName);
   maker.SetText("--number", options.number, *check, &KRCheckDescription::SetCheckNumber,
                 &KRCheckDescription::GetCheckNumber);
-  if (!options.date.empty()) {
-    maker.RequireDate("--date", check->SetDtUser(DateArgument(options.date)));
-  }
+  maker.SetDate("--date", options.date, *check, &KRCheckDescription::SetDtUser);
   if (!options.amount.empty()) {
-    maker.SetAmount("--amount", options.amount,
-                    [&](const KRString& amount) { return check->SetTrnAmt(amount); });
+    maker.SetAmount("--amount", options.amount, *check, &KRCheckDescription::SetTrnAmt);
   }
   return check;
 }
 
 ExitStatus Request(const Options& options) {
-  if (options.first.empty() == options.payee.empty()) {
-    Complain("request", "name the checks with --first (and --last), or one with --payee");
-    return kExitWrongUse;
-  }
   RequestMaker maker(options.signOn);
+  if (options.first.empty() == options.payee.empty()) {
+    maker.Fail("name the checks with --first (and --last), or one with --payee");
+  }
   auto payload = maker.Make<KRStopCheckRq>(KRTag_STPCHKRQ);
   payload->SetBankAcctFrom(MakeBankAccount(options.account, maker).release());
   if (options.payee.empty()) {
@@ -65,22 +64,19 @@ ExitStatus Request(const Options& options) {
 
 }  // namespace
 
-void AddStopCheckRequest(CLI::App& app, ExitStatus& exitStatus,
-                         const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const stop = app.add_subcommand("stop-check", "Ask a bank not to pay checks");
+void AddStopCheckRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand stop = parent.Add("stop-check", "Ask a bank not to pay checks");
   const auto options = std::make_shared<Options>();
-  AddBankAccountOptions(*stop, options->account);
-  CLI::Option* const first = stop->add_option("--first", options->first, "The first check");
-  stop->add_option("--last", options->last, "The last check; without it one is meant")
-      ->needs(first);
-  CLI::Option* const payee =
-      stop->add_option("--payee", options->payee, "Whom the check was written to");
-  stop->add_option("--number", options->number, "That check's number")->needs(payee);
-  stop->add_option("--date", options->date, "The day on it, as 2026-01-31")->needs(payee);
-  stop->add_option("--amount", options->amount, "The amount on it, as 12.50")->needs(payee);
-  for (const char* const name : {"--account", "--bank"}) stop->get_option(name)->required();
-  AddSignOnOptions(*stop, options->signOn, use);
-  stop->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  AddBankAccountOptions(stop, options->account);
+  const Option first = stop.AddOption("--first", options->first, "The first check");
+  stop.AddOption("--last", options->last, "The last check; without it one is meant").Needs(first);
+  const Option payee = stop.AddOption("--payee", options->payee, "Whom the check was written to");
+  stop.AddOption("--number", options->number, "That check's number").Needs(payee);
+  stop.AddOption("--date", options->date, "The day on it, as 2026-01-31").Needs(payee);
+  stop.AddOption("--amount", options->amount, "The amount on it, as 12.50").Needs(payee);
+  for (const char* const name : {"--account", "--bank"}) stop.GetOption(name).Required();
+  AddSignOnOptions(stop, options->signOn, use);
+  stop.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

@@ -1,14 +1,16 @@
 // krofx request transfer: asks for a transfer within the bank or to another, once or recurring.
 
-#include <CLI/CLI.hpp>
-#include <memory>
-
-#include "output/messages.h"
+#include "command_line/command_line.h"
+#include "requests/account_options.h"
 #include "requests/request_maker.h"
+#include "requests/request_use.h"
 
 namespace krofx::command {
 
 namespace {
+
+// OFX gives the number of transfers three digits.
+constexpr int kMostTimes = 999;
 
 struct End {
   BankAccountOptions bank;
@@ -23,13 +25,19 @@ struct Options {
   std::string due;
   std::string memo;
   std::string every;
-  u16 times = 0;
+  int times = 0;  ///< 0 when there is no end.
 };
 
 // What names an end of the transfer: a bank account with its bank, or a card.
 bool IsNamed(const End& end) {
   return end.card.empty() ? !end.bank.account.empty() && !end.bank.bank.empty()
                           : end.bank.account.empty() && end.bank.bank.empty();
+}
+
+bool IsSame(const End& left, const End& right) {
+  return left.card == right.card && left.bank.account == right.bank.account &&
+         left.bank.bank == right.bank.bank && left.bank.branch == right.bank.branch &&
+         left.bank.type == right.bank.type;
 }
 
 std::unique_ptr<KRBankOrCCAccount> MakeEnd(const End& end, KRTagID bankTag, KRTagID cardTag,
@@ -39,10 +47,7 @@ std::unique_ptr<KRBankOrCCAccount> MakeEnd(const End& end, KRTagID bankTag, KRTa
     account->SetType(bankTag);
     return account;
   }
-  auto account = maker.Make<KRCCAccount>(cardTag);
-  maker.SetText(("--" + end.bank.prefix + "card").c_str(), end.card, *account,
-                &KRCCAccount::SetAccountID, &KRCCAccount::GetAccountID);
-  return account;
+  return MakeCardAccount("--" + end.bank.prefix + "card", end.card, cardTag, maker);
 }
 
 std::unique_ptr<KRXferInfo> MakeInfo(const Options& options, RequestMaker& maker) {
@@ -50,9 +55,8 @@ std::unique_ptr<KRXferInfo> MakeInfo(const Options& options, RequestMaker& maker
   info->SetAccountFrom(
       MakeEnd(options.from, KRTag_BANKACCTFROM, KRTag_CCACCTFROM, maker).release());
   info->SetAccountTo(MakeEnd(options.to, KRTag_BANKACCTTO, KRTag_CCACCTTO, maker).release());
-  maker.SetAmount("--amount", options.amount,
-                  [&](const KRString& amount) { return info->SetTranAmount(amount); });
-  if (!options.due.empty()) maker.RequireDate("--due", info->SetDtDue(DateArgument(options.due)));
+  maker.SetAmount("--amount", options.amount, *info, &KRXferInfo::SetTranAmount);
+  maker.SetDate("--due", options.due, *info, &KRXferInfo::SetDtDue);
   if (!options.memo.empty() && maker.GetVersion() == 1) {
     maker.Fail("--memo needs --v2");
   } else {
@@ -68,9 +72,11 @@ std::unique_ptr<KRTransBase> MakeModel(const Options& options, RequestMaker& mak
   auto model = maker.Make<Model>(tag);
   auto instruction = maker.Make<KRRecInstruction>(KRTag_RECURRINST);
   if (instruction->SetFreq(KRString(options.every.c_str())) == 0) {
-    maker.Fail("--every " + options.every + " is no frequency; write it as MONTHLY");
+    maker.Fail("--every " + options.every +
+               " is not a frequency; write WEEKLY, BIWEEKLY, TWICEMONTHLY, MONTHLY, FOURWEEKS, "
+               "BIMONTHLY, QUARTERLY, SEMIANNUALLY or ANNUALLY");
   }
-  if (options.times != 0) instruction->SetNInsts(options.times);
+  if (options.times != 0) instruction->SetNInsts(static_cast<u16>(options.times));
   model->SetRecurrInst(instruction.release());
   if (maker.GetVersion() == 1) {
     model->SetTransferRq(transfer.release());
@@ -90,13 +96,15 @@ std::unique_ptr<KRTransBase> MakePayload(const Options& options, RequestMaker& m
 }
 
 ExitStatus Request(const Options& options) {
-  if (!IsNamed(options.from) || !IsNamed(options.to)) {
-    Complain("request",
-             "name each end: --account with --bank, or --card; --to-account with --to-bank, or "
-             "--to-card");
-    return kExitWrongUse;
-  }
   RequestMaker maker(options.signOn);
+  if (!IsNamed(options.from) || !IsNamed(options.to)) {
+    maker.Fail(
+        "name each end: --account with --bank, or --card; --to-account with --to-bank, or "
+        "--to-card");
+  }
+  if (IsSame(options.from, options.to)) {
+    maker.Fail("the transfer is to the account that it comes from");
+  }
   const bool first = maker.GetVersion() == 1;
   // Two banks make it interbank; a card is the bank's own.
   const bool inter = options.from.card.empty() && options.to.card.empty() &&
@@ -113,25 +121,26 @@ ExitStatus Request(const Options& options) {
 
 }  // namespace
 
-void AddTransferRequest(CLI::App& app, ExitStatus& exitStatus,
-                        const std::shared_ptr<RequestUse>& use) {
-  CLI::App* const transfer =
-      app.add_subcommand("transfer", "Ask for a transfer, within the bank or to another");
+void AddTransferRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
+  const Subcommand transfer =
+      parent.Add("transfer", "Ask for a transfer, within the bank or to another");
   const auto options = std::make_shared<Options>();
   options->to.bank.prefix = "to-";
   for (End* const end : {&options->from, &options->to}) {
-    AddBankAccountOptions(*transfer, end->bank);
-    transfer->add_option("--" + end->bank.prefix + "card", end->card, "Or the number of a card");
+    AddBankAccountOptions(transfer, end->bank);
+    transfer.AddOption("--" + end->bank.prefix + "card", end->card, "Or the number of a card");
   }
-  transfer->add_option("--amount", options->amount, "The amount, as 12.50")->required();
-  transfer->add_option("--due", options->due, "The day, as 2026-01-31");
-  transfer->add_option("--memo", options->memo, "A note (V2 only)");
-  CLI::Option* const every = transfer->add_option(
+  transfer.AddOption("--amount", options->amount, "The amount, as 12.50").Required();
+  transfer.AddOption("--due", options->due, "The day, as 2026-01-31");
+  transfer.AddOption("--memo", options->memo, "A note (V2 only)");
+  const Option every = transfer.AddOption(
       "--every", options->every, "Transfer again and again: WEEKLY, MONTHLY, ANNUALLY and others");
-  transfer->add_option("--times", options->times, "How many times; without it there is no end")
-      ->needs(every);
-  AddSignOnOptions(*transfer, options->signOn, use);
-  transfer->callback([options, &exitStatus] { exitStatus = Request(*options); });
+  transfer
+      .AddNumber("--times", options->times, 1, kMostTimes,
+                 "How many times; without it there is no end")
+      .Needs(every);
+  AddSignOnOptions(transfer, options->signOn, use);
+  transfer.OnRun(options, Request);
 }
 
 }  // namespace krofx::command

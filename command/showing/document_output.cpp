@@ -1,14 +1,14 @@
 // The options of printing, and the documents that they print.
 
 #include "showing/document_output.h"
+#include "command_line/command_line.h"
 
-#include <CLI/CLI.hpp>
 #include <iterator>
 
 #include "input/mime_parts.h"
 #include "output/messages.h"
-#include "showing/layout.h"
 #include "showing/renderers.h"
+#include "showing/section_maker.h"
 
 namespace krofx::command {
 
@@ -45,16 +45,16 @@ ExitStatus Report(const Document& document) {
 
 }  // namespace
 
-void AddPrintOptions(CLI::App& app, PrintOptions& options) {
-  CLI::Option* const json =
-      app.add_flag("--json", options.json, "Print JSON, with amounts as exact texts");
-  CLI::Option* const csv =
-      app.add_flag("--csv", options.csv, "Print the rows of one table as CSV")->excludes(json);
-  app.add_option("--table", options.table,
-                 "The table for --csv: transactions (the default), closings, ...")
-      ->needs(csv);
-  app.add_flag("--show-identifiers", options.showIdentifiers,
-               "Show personal identifiers in full, not just their last four characters");
+void AddPrintOptions(const Subcommand& app, PrintOptions& options) {
+  const Option json =
+      app.AddFlag("--json", options.json, "Print JSON, with amounts as exact texts");
+  const Option csv =
+      app.AddFlag("--csv", options.csv, "Print the rows of one table as CSV").Excludes(json);
+  app.AddOption("--table", options.table,
+                "The table for --csv: transactions (the default), closings, ...")
+      .Needs(csv);
+  app.AddFlag("--show-identifiers", options.showIdentifiers,
+              "Show personal identifiers in full, not just their last four characters");
 }
 
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {

@@ -12,6 +12,8 @@
 
 namespace krofx::command {
 
+class Subcommand;
+
 /// The form in which documents are shown.
 struct PrintOptions {
   bool json = false;
@@ -21,7 +23,7 @@ struct PrintOptions {
 };
 
 /// Adds the options of the form to a command line.
-void AddPrintOptions(CLI::App& app, PrintOptions& options);
+void AddPrintOptions(const Subcommand& app, PrintOptions& options);
 
 /// All that a file tells.
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers);

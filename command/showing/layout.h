@@ -1,6 +1,6 @@
 // How each payload is printed: tables that say which element is shown under which name.
 //
-// The layouts of one domain are one file in layouts/ and one line in section_maker.cpp. The paths
+// The layouts of one domain are one file in layouts/ and one line in layout.cpp. The paths
 // in it name tags below the payload, "LEDGERBAL/BALAMT"; alternatives are separated by "|", and the
 // first that is present counts. "SECID>TICKER" leads on, from the identity of a security to what
 // the security list of the file says of it. "NORV.SVC+" takes all elements of the tag, "A,B/AMT="
@@ -12,9 +12,6 @@
 
 #include <span>
 #include <string_view>
-
-#include "input/element_tree.h"
-#include "showing/document.h"
 
 namespace krofx::command {
 
@@ -51,9 +48,6 @@ struct Layout {
 
 /// All layouts.
 std::span<const Layout> Layouts();
-
-/// What a tree tells, section by section. Personal identifiers are masked unless asked for.
-std::vector<Section> MakeSections(const Element& file, bool showIdentifiers);
 
 namespace layouts {
 extern const std::span<const Layout> kSignOn;

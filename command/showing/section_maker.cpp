@@ -1,6 +1,6 @@
-// The list of layouts, and the walk that turns a tree into sections by them.
+// The walk that turns a tree into sections by them.
 
-#include "showing/layout.h"
+#include "showing/section_maker.h"
 
 #include <cstddef>
 #include <map>
@@ -8,22 +8,11 @@
 #include <string>
 
 #include "output/masking.h"
+#include "showing/layout.h"
 
 namespace krofx::command {
 
 namespace {
-
-// The layouts of a new domain are named here.
-std::vector<Layout> GatherLayouts() {
-  std::vector<Layout> all;
-  for (const std::span<const Layout> group :
-       {layouts::kSignOn, layouts::kProfile, layouts::kStatements, layouts::kInvestment,
-        layouts::kBillPay, layouts::kBranding, layouts::kPayroll, layouts::kAccountLists,
-        layouts::kTransfers, layouts::kStopChecks, layouts::kMail}) {
-    all.insert(all.end(), group.begin(), group.end());
-  }
-  return all;
-}
 
 // Splits off the text up to a separator.
 std::string_view TakePart(std::string_view& text, char separator) {
@@ -350,11 +339,6 @@ class SectionMaker {
 };
 
 }  // namespace
-
-std::span<const Layout> Layouts() {
-  static const std::vector<Layout> all = GatherLayouts();
-  return all;
-}
 
 std::vector<Section> MakeSections(const Element& file, bool showIdentifiers) {
   SectionMaker maker(showIdentifiers);

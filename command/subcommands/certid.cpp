@@ -1,11 +1,10 @@
 // krofx certid: the IDs of certificates, by which the certificate of a server is pinned.
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "command_line/command_line.h"
 #include "input/certificate_file.h"
 #include "input/input_files.h"
 #include "krofx/krofx.h"
@@ -50,22 +49,22 @@ ExitStatus PrintIDs(const std::vector<std::string>& files) {
 
 }  // namespace
 
-void AddCertID(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const certid =
-      app.add_subcommand("certid", "Print the IDs of certificates, to pin servers by");
+void AddCertID(const Subcommand& parent) {
+  const Subcommand certid =
+      parent.Add("certid", "Print the IDs of certificates, to pin servers by");
   const auto files = std::make_shared<std::vector<std::string>>();
   certid
-      ->add_option("FILE", *files,
-                   "A certificate in PEM, base64 or DER form, or - for standard input")
-      ->required();
-  certid->footer(
+      .AddOption("FILE", *files,
+                 "A certificate in PEM, base64 or DER form, or - for standard input")
+      .Required();
+  certid.SetFooter(
       "An ID is the base64 text of the certificate's SHA-1 digest, 28 characters. Of several "
       "files\n"
       "each gets a line with its name behind the ID. Of several certificates in a file the first "
       "is\n"
       "taken, which in the file of a server's chain is the server's own.\n"
       "Exit status: 0 printed, 2 not usable, 64 wrong use.");
-  certid->callback([files, &exitStatus] { exitStatus = PrintIDs(*files); });
+  certid.OnRun(files, PrintIDs);
 }
 
 }  // namespace krofx::command

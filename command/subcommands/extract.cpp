@@ -3,12 +3,11 @@
 
 #include <fcntl.h>
 #include <unistd.h>
-#include <CLI/CLI.hpp>
-
 #include <cerrno>
 #include <cstring>
 #include <memory>
 
+#include "command_line/command_line.h"
 #include "input/mime_parts.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
@@ -112,19 +111,18 @@ ExitStatus Extract(const Options& options) {
 
 }  // namespace
 
-void AddExtract(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const extract =
-      app.add_subcommand("extract", "Save the attachments of a multipart OFX response");
+void AddExtract(const Subcommand& parent) {
+  const Subcommand extract =
+      parent.Add("extract", "Save the attachments of a multipart OFX response");
   const auto options = std::make_shared<Options>();
-  extract->add_option("FILE", options->file, "A multipart text, or - for standard input")
-      ->required();
-  extract->add_option("-d,--directory", options->directory,
-                      "An existing directory to save into; else the current one");
-  extract->footer(
+  extract.AddOption("FILE", options->file, "A multipart text, or - for standard input").Required();
+  extract.AddOption("-d,--directory", options->directory,
+                    "An existing directory to save into; else the current one");
+  extract.SetFooter(
       "Names are made safe, and no file is overwritten. The names of what was saved are printed.\n"
       "A part in base64 is decoded; other encodings are saved as they stand.\n"
       "Exit status: 0 saved, 2 not usable or not all saved, 64 wrong use.");
-  extract->callback([options, &exitStatus] { exitStatus = Extract(*options); });
+  extract.OnRun(options, Extract);
 }
 
 }  // namespace krofx::command

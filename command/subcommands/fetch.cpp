@@ -1,8 +1,8 @@
 // krofx fetch: makes a request, sends it, and shows the reply, in one go.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
+#include "command_line/command_line.h"
 #include "exchange/exchange.h"
 #include "exchange/refusals.h"
 #include "output/messages.h"
@@ -21,9 +21,9 @@ constexpr AddRequestKind kRequests[] = {AddStatementRequest, AddInvestmentReques
 
 class SendRequest : public RequestUse {
  public:
-  void AddOptions(CLI::App& request) override {
-    request.add_option("--url", m_options.url, "The institution's address")->required();
-    request.add_option("--save-reply", m_replyFile, "File to save the reply's text in");
+  void AddOptions(const Subcommand& request) override {
+    request.AddOption("--url", m_options.url, "The institution's address").Required();
+    request.AddOption("--save-reply", m_replyFile, "File to save the reply's text in");
     AddExchangeOptions(request, m_options);
     AddPrintOptions(request, m_form);
   }
@@ -66,12 +66,11 @@ class SendRequest : public RequestUse {
 
 }  // namespace
 
-void AddFetch(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const fetch =
-      app.add_subcommand("fetch", "Ask an institution, and show what it answers");
-  fetch->require_subcommand(1);
+void AddFetch(const Subcommand& parent) {
+  const Subcommand fetch = parent.Add("fetch", "Ask an institution, and show what it answers");
+  fetch.RequireSubcommand();
   for (const AddRequestKind add : kRequests) {
-    add(*fetch, exitStatus, std::make_shared<SendRequest>());
+    add(fetch, std::make_shared<SendRequest>());
   }
 }
 

@@ -1,8 +1,8 @@
 // krofx print: what OFX files tell, as text, JSON or CSV.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
+#include "command_line/command_line.h"
 #include "input/input_files.h"
 #include "output/file_progress.h"
 #include "output/messages.h"
@@ -36,15 +36,15 @@ ExitStatus Print(const Options& options) {
 
 }  // namespace
 
-void AddPrint(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const print = app.add_subcommand(
-      "print", "Show institutions, accounts, balances and transactions of OFX files");
+void AddPrint(const Subcommand& parent) {
+  const Subcommand print =
+      parent.Add("print", "Show institutions, accounts, balances and transactions of OFX files");
   const auto options = std::make_shared<Options>();
-  print->add_option("FILE", options->files, "OFX files, directories, or - for standard input")
-      ->required();
-  AddPrintOptions(*print, options->form);
-  print->footer("Exit status: 0 printed, 2 something was not usable, 64 wrong use.");
-  print->callback([options, &exitStatus] { exitStatus = Print(*options); });
+  print.AddOption("FILE", options->files, "OFX files, directories, or - for standard input")
+      .Required();
+  AddPrintOptions(print, options->form);
+  print.SetFooter("Exit status: 0 printed, 2 something was not usable, 64 wrong use.");
+  print.OnRun(options, Print);
 }
 
 }  // namespace krofx::command

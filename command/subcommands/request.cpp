@@ -1,6 +1,7 @@
 // krofx request: makes OFX requests and writes them. One file for each kind of request adds itself
 // here.
 
+#include "command_line/command_line.h"
 #include "requests/request_maker.h"
 
 #include <unistd.h>
@@ -19,8 +20,8 @@ constexpr AddRequestKind kRequests[] = {
 
 class WriteRequest : public RequestUse {
  public:
-  void AddOptions(CLI::App& request) override {
-    request.add_option("-o,--output", m_output, "The file to write; else standard output");
+  void AddOptions(const Subcommand& request) override {
+    request.AddOption("-o,--output", m_output, "The file to write; else standard output");
   }
 
   const char* GetFooter() const override {
@@ -44,11 +45,11 @@ class WriteRequest : public RequestUse {
 
 }  // namespace
 
-void AddRequest(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const request = app.add_subcommand("request", "Make a request to an institution");
-  request->require_subcommand(1);
+void AddRequest(const Subcommand& parent) {
+  const Subcommand request = parent.Add("request", "Make a request to an institution");
+  request.RequireSubcommand();
   for (const AddRequestKind add : kRequests) {
-    add(*request, exitStatus, std::make_shared<WriteRequest>());
+    add(request, std::make_shared<WriteRequest>());
   }
 }
 

@@ -1,8 +1,8 @@
 // krofx rewrite: parses a file and writes it again, in order.
 
-#include <CLI/CLI.hpp>
 #include <memory>
 
+#include "command_line/command_line.h"
 #include "input/parsed_file.h"
 #include "output/built_text.h"
 #include "output/file_progress.h"
@@ -52,18 +52,17 @@ ExitStatus Rewrite(const Options& options) {
 
 }  // namespace
 
-void AddRewrite(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const rewrite =
-      app.add_subcommand("rewrite", "Read an OFX file and write it again, in order");
+void AddRewrite(const Subcommand& parent) {
+  const Subcommand rewrite = parent.Add("rewrite", "Read an OFX file and write it again, in order");
   const auto options = std::make_shared<Options>();
-  rewrite->add_option("FILE", options->file, "An OFX file, or - for standard input")->required();
-  rewrite->add_option("-o,--output", options->output,
-                      "The file to write, which may be FILE itself; else standard output");
-  rewrite->add_flag("--strict", options->strict,
-                    "Write nothing unless all is in order: no warnings, no text over its length, "
-                    "nothing missing");
-  rewrite->footer("Exit status: 0 written, 2 not usable and nothing written, 64 wrong use.");
-  rewrite->callback([options, &exitStatus] { exitStatus = Rewrite(*options); });
+  rewrite.AddOption("FILE", options->file, "An OFX file, or - for standard input").Required();
+  rewrite.AddOption("-o,--output", options->output,
+                    "The file to write, which may be FILE itself; else standard output");
+  rewrite.AddFlag("--strict", options->strict,
+                  "Write nothing unless all is in order: no warnings, no text over its length, "
+                  "nothing missing");
+  rewrite.SetFooter("Exit status: 0 written, 2 not usable and nothing written, 64 wrong use.");
+  rewrite.OnRun(options, Rewrite);
 }
 
 }  // namespace krofx::command

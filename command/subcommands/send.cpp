@@ -2,10 +2,10 @@
 
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string_view>
 
+#include "command_line/command_line.h"
 #include "exchange/exchange.h"
 #include "input/input_files.h"
 #include "output/messages.h"
@@ -54,31 +54,31 @@ ExitStatus Get(const Options& options) {
   return reply == nullptr ? kExitUnusable : WriteReply(*reply, options.output);
 }
 
-void AddRest(CLI::App& app, Options& options) {
-  app.add_option("-o,--output", options.output,
-                 "The file to save the reply in; else it goes to standard output");
+void AddRest(const Subcommand& app, Options& options) {
+  app.AddOption("-o,--output", options.output,
+                "The file to save the reply in; else it goes to standard output");
   AddExchangeOptions(app, options.exchange);
-  app.footer("Exit status: 0 done, 2 no reply, 64 wrong use.");
+  app.SetFooter("Exit status: 0 done, 2 no reply, 64 wrong use.");
 }
 
 }  // namespace
 
-void AddSend(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const send =
-      app.add_subcommand("send", "Send a request to an institution, and give out the reply");
+void AddSend(const Subcommand& parent) {
+  const Subcommand send =
+      parent.Add("send", "Send a request to an institution, and give out the reply");
   const auto options = std::make_shared<Options>();
-  send->add_option("URL", options->exchange.url, "The institution's address")->required();
-  send->add_option("FILE", options->file, "The request, or - for standard input")->required();
-  AddRest(*send, *options);
-  send->callback([options, &exitStatus] { exitStatus = Send(*options); });
+  send.AddOption("URL", options->exchange.url, "The institution's address").Required();
+  send.AddOption("FILE", options->file, "The request, or - for standard input").Required();
+  AddRest(send, *options);
+  send.OnRun(options, Send);
 }
 
-void AddGet(CLI::App& app, ExitStatus& exitStatus) {
-  CLI::App* const get = app.add_subcommand("get", "Fetch what an address holds");
+void AddGet(const Subcommand& parent) {
+  const Subcommand get = parent.Add("get", "Fetch what an address holds");
   const auto options = std::make_shared<Options>();
-  get->add_option("URL", options->exchange.url, "The address, also file:")->required();
-  AddRest(*get, *options);
-  get->callback([options, &exitStatus] { exitStatus = Get(*options); });
+  get.AddOption("URL", options->exchange.url, "The address, also file:").Required();
+  AddRest(get, *options);
+  get.OnRun(options, Get);
 }
 
 }  // namespace krofx::command

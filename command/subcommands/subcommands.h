@@ -3,26 +3,21 @@
 #ifndef KROFX_COMMAND_SUBCOMMANDS_SUBCOMMANDS_H_
 #define KROFX_COMMAND_SUBCOMMANDS_SUBCOMMANDS_H_
 
-#include "exit_status.h"
-
-namespace CLI {
-class App;
-}
-
 namespace krofx::command {
 
-/// Adds one subcommand to the command line. When it is the one asked for, it leaves its exit status
-/// in `exitStatus`.
-using AddSubcommand = void (*)(CLI::App& app, ExitStatus& exitStatus);
-void AddPrint(CLI::App& app, ExitStatus& exitStatus);
-void AddCheck(CLI::App& app, ExitStatus& exitStatus);
-void AddRewrite(CLI::App& app, ExitStatus& exitStatus);
-void AddRequest(CLI::App& app, ExitStatus& exitStatus);
-void AddExtract(CLI::App& app, ExitStatus& exitStatus);
-void AddCertID(CLI::App& app, ExitStatus& exitStatus);
-void AddSend(CLI::App& app, ExitStatus& exitStatus);
-void AddGet(CLI::App& app, ExitStatus& exitStatus);
-void AddFetch(CLI::App& app, ExitStatus& exitStatus);
+class Subcommand;
+
+/// Adds one subcommand to the command.
+using AddSubcommand = void (*)(const Subcommand& command);
+void AddPrint(const Subcommand& command);
+void AddCheck(const Subcommand& command);
+void AddRewrite(const Subcommand& command);
+void AddRequest(const Subcommand& command);
+void AddExtract(const Subcommand& command);
+void AddCertID(const Subcommand& command);
+void AddSend(const Subcommand& command);
+void AddGet(const Subcommand& command);
+void AddFetch(const Subcommand& command);
 
 }  // namespace krofx::command
 

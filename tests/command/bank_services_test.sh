@@ -81,23 +81,23 @@ refused() {
   [ ! -e rq.ofx ] || fail "a refused request was written: $*"
 }
 to=(--to-bank 123 --to-account 789)
-refused 2 'no date' accounts --since soon
+refused 64 'not a date' accounts --since soon
 refused 64 'name each end' transfer "${bank[@]}" --amount 1
 refused 64 'name each end' transfer "${bank[@]}" --card 1 "${to[@]}" --amount 1
-refused 2 'no amount' transfer "${bank[@]}" "${to[@]}" --amount -1
-refused 2 'no amount' transfer "${bank[@]}" "${to[@]}" --amount much
-refused 2 'no date' transfer "${bank[@]}" "${to[@]}" --amount 1 --due later
-refused 2 'needs --v2' transfer "${bank[@]}" "${to[@]}" --amount 1 --memo Rent
-refused 2 'no frequency' transfer "${bank[@]}" "${to[@]}" --amount 1 --every OFTEN
-refused 2 '--to-type PIG' transfer "${bank[@]}" "${to[@]}" --to-type PIG --amount 1
+refused 64 'not an amount' transfer "${bank[@]}" "${to[@]}" --amount -1
+refused 64 'not an amount' transfer "${bank[@]}" "${to[@]}" --amount much
+refused 64 'not a date' transfer "${bank[@]}" "${to[@]}" --amount 1 --due later
+refused 64 'needs --v2' transfer "${bank[@]}" "${to[@]}" --amount 1 --memo Rent
+refused 64 'not a frequency' transfer "${bank[@]}" "${to[@]}" --amount 1 --every OFTEN
+refused 64 '--to-type PIG' transfer "${bank[@]}" "${to[@]}" --to-type PIG --amount 1
 refused 64 'times' transfer "${bank[@]}" "${to[@]}" --amount 1 --times 3
 refused 64 'name the checks' stop-check "${bank[@]}"
 refused 64 'name the checks' stop-check "${bank[@]}" --first 1 --payee Plumber
-refused 2 'no more than 12' stop-check "${bank[@]}" --first 1234567890123
+refused 64 'no more than 12' stop-check "${bank[@]}" --first 1234567890123
 refused 64 'name an account' mail --card --subject a --text b
 refused 64 'name an account' mail --account 1 --subject a --text b
-refused 2 'no more than 60' mail --subject "$(printf 'x%.0s' $(seq 61))" --text b
-refused 2 '--text has 2161' mail --subject a --text "$(printf 'x%.0s' $(seq 2161))"
+refused 64 'no more than 60' mail --subject "$(printf 'x%.0s' $(seq 61))" --text b
+refused 64 '--text has 2161' mail --subject a --text "$(printf 'x%.0s' $(seq 2161))"
 
 # The examples: every exchange has a form of its own.
 for version in '' -v2; do

@@ -56,12 +56,12 @@ done
 bad() {
   local message=$1
   shift
-  expect 2 request investment "${sign_on_options[@]}" "$@"
+  expect 64 request investment "${sign_on_options[@]}" "$@"
   has err "$message"
 }
 bad 'no more than 22' --broker 12345678901234567890123 --account 1
-bad 'as-of is no date' "${account[@]}" --as-of soon
-bad 'from is no date' "${account[@]}" --from soon
+bad '--as-of soon is not a date' "${account[@]}" --as-of soon
+bad '--from soon is not a date' "${account[@]}" --from soon
 expect 64 request investment "${sign_on_options[@]}" --account 1
 expect 0 request investment --help
 finish

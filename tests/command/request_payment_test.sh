@@ -35,7 +35,7 @@ complete --v2 --payee 'Kestrel Timber'
 refused() {
   local message=$1
   shift
-  expect 2 request payment "${common[@]}" "$@"
+  expect 64 request payment "${common[@]}" "$@"
   has err "$message"
 }
 refused 'either --payee or --payee-id'
@@ -45,9 +45,9 @@ refused 'not with the first two' --v2
 refused 'not with the first two' --v2 --payee-id 501 --payee-list-id 3 "${address[@]}"
 refused 'a payee needs' --payee 'Kestrel Timber'
 refused 'no more than 12' --payee-id 1234567890123
-refused 'no account type' --payee-id 501 --type PIGGY
+refused 'not an account type' --payee-id 501 --type PIGGY
 common=("${base[@]}" --payee-id 501)
-refused 'no amount' --amount much --due 2026-03-20
-refused 'no date' --amount 61.45 --due soon
+refused 'not an amount' --amount much --due 2026-03-20
+refused 'not a date' --amount 61.45 --due soon
 expect 64 request payment --org BANK --user ada
 finish

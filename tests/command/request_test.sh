@@ -32,7 +32,7 @@ for version in '' --v2; do
   expect 0 request profile "${sign_on_options[@]}" $version --password-env SECRET
   has out '<USERPASS>sesame-99'
 done
-expect 2 request profile --org BANK --since soon
+expect 64 request profile --org BANK --since soon
 expect 64 request statement --org BANK --account 2 --bank 1
 
 # Ways of the password.
@@ -51,12 +51,13 @@ expect 64 request statement "${sign_on_options[@]}" "${bank[@]}" --password secr
 bad() {
   local message=$1
   shift
-  expect 2 request statement "${sign_on_options[@]}" --password-env SECRET "$@"
+  expect 64 request statement "${sign_on_options[@]}" --password-env SECRET "$@"
+  has err "krofx: request statement: "
   has err "$message"
 }
 bad 'no more than 22' --bank 1 --account 12345678901234567890123
-bad 'no date' --bank 1 --account 2 --from soon
-bad 'no account type' --bank 1 --account 2 --type PIGGY
+bad 'not a date' --bank 1 --account 2 --from soon
+bad 'not an account type' --bank 1 --account 2 --type PIGGY
 bad 'needs --v2' --bank 1 --account 2 --country CHE
 expect 64 request statement "${sign_on_options[@]}" --account 2 --password-env SECRET
 expect 64 request statement --account 2

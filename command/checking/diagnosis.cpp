@@ -1,6 +1,6 @@
 // Counts lines and columns, and numbers the aggregates of a tree to name their paths.
 
-#include "input/diagnosis.h"
+#include "checking/diagnosis.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 // Where in a text and in a tree something stands, and what a tree lacks.
 
-#ifndef KROFX_COMMAND_INPUT_DIAGNOSIS_H_
-#define KROFX_COMMAND_INPUT_DIAGNOSIS_H_
+#ifndef KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
+#define KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
 
 #include <cstddef>
 #include <string>
@@ -61,4 +61,4 @@ class ObjectPaths {
 
 }  // namespace krofx::command
 
-#endif  // KROFX_COMMAND_INPUT_DIAGNOSIS_H_
+#endif  // KROFX_COMMAND_CHECKING_DIAGNOSIS_H_

@@ -1,0 +1,38 @@
+// All that `krofx check` says of one input, and its two forms.
+
+#ifndef KROFX_COMMAND_CHECKING_REPORT_H_
+#define KROFX_COMMAND_CHECKING_REPORT_H_
+
+#include <string>
+#include <vector>
+
+#include "checking/diagnosis.h"
+#include "exit_status.h"
+#include "input/parsed_file.h"
+#include "output/json.h"
+
+namespace krofx::command {
+
+/// One input, with everything that a report says of it.
+struct Report {
+  explicit Report(const std::string& name);
+
+  ParsedFile file;
+  ObjectPaths paths;
+  std::vector<MissingTag> missing;
+  ExitStatus verdict;
+};
+
+/// The value that a warning is about, as it may be shown: reports end up in logs and with whoever
+/// helps.
+std::string ShownValueOf(const Report& report, const Warning& warning);
+
+/// The lines of a report.
+std::string TextOf(const Report& report);
+
+/// A report as JSON, in the form that docs/json.md describes.
+Json JsonOf(const Report& report);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_CHECKING_REPORT_H_

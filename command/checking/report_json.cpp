@@ -1,0 +1,49 @@
+// Reports as JSON.
+
+#include "checking/report.h"
+#include "output/json.h"
+#include "output/safe_text.h"
+
+namespace krofx::command {
+
+Json JsonOf(const Report& report) {
+  const ParsedFile& file = report.file;
+  const LineFinder lines(file.GetText());
+  Json warnings = Json::Array();
+  for (const Warning& warning : file.GetWarnings()) {
+    Json each = Json::Object();
+    each.Set("name", warning.name)
+        .Set("tag", SafeText(warning.tag))
+        .Set("value", SafeText(ShownValueOf(report, warning)))
+        .Set("path", report.paths.Find(warning.object));
+    if (warning.position >= 0) {
+      const Place place = lines.Find(warning.position);
+      each.Set("line", place.line).Set("column", place.column).Set("offset", warning.position);
+    }
+    warnings.Append(std::move(each));
+  }
+  Json missing = Json::Array();
+  for (const MissingTag& each : report.missing) {
+    Json object = Json::Object();
+    object.Set("path", each.path);
+    if (each.tag.empty()) {
+      Json alternatives = Json::Array();
+      for (const std::string& alternative : each.alternatives) alternatives.Append(alternative);
+      object.Set("alternatives", std::move(alternatives));
+    } else {
+      object.Set("tag", each.tag);
+    }
+    missing.Append(std::move(object));
+  }
+  Json object = Json::Object();
+  object.Set("file", file.GetName())
+      .Set("exit", static_cast<int>(report.verdict))
+      .Set("kind", file.GetKind())
+      .Set("status", static_cast<unsigned>(file.GetStatus()))
+      .Set("meaning", file.GetMeaning());
+  if (!file.GetProblem().empty()) object.Set("problem", file.GetProblem());
+  object.Set("warnings", std::move(warnings)).Set("missing", std::move(missing));
+  return object;
+}
+
+}  // namespace krofx::command

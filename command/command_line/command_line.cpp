@@ -1,0 +1,163 @@
+// Hands declarations to the library that parses arguments, and words what it does not accept.
+
+#include "command_line/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+
+#include "output/messages.h"
+
+namespace krofx::command {
+
+namespace {
+
+// The subcommand that the arguments came to, from the command itself down.
+const CLI::App& FindLast(const CLI::App& app) {
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  return chosen.empty() ? app : FindLast(*chosen.front());
+}
+
+std::string PathOf(const CLI::App& app) {
+  const CLI::App* const parent = app.get_parent();
+  if (parent == nullptr) return "";
+  const std::string above = PathOf(*parent);
+  return above.empty() ? app.get_name() : above + " " + app.get_name();
+}
+
+// The first argument that nothing takes. What comes after an option that is not known may be a
+// secret and is not named.
+std::string NameUnknown(const CLI::App& app, const CLI::App& last) {
+  const std::vector<std::string> left = app.remaining(true);
+  if (left.empty()) return "an argument is not known";
+  const std::string& first = left.front();
+  if (first.starts_with("--")) return first.substr(0, first.find('=')) + " is not known";
+  if (first.starts_with("-")) return first.substr(0, 2) + " is not known";
+  const bool hasSubcommands = !last.get_subcommands([](const CLI::App*) { return true; }).empty();
+  return hasSubcommands ? first + " is not a subcommand" : "there is an argument too many";
+}
+
+// The library's own words name the option but not always its value, which is left out then.
+std::string Describe(const CLI::App& app, const CLI::App& last, const CLI::ParseError& error) {
+  const std::string text = error.what();
+  switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
+    case CLI::ExitCodes::ExtrasError:
+      return NameUnknown(app, last);
+    case CLI::ExitCodes::ArgumentMismatch:
+      return text.substr(0, text.find(':')) + " takes one value";
+    case CLI::ExitCodes::ConversionError:
+      return "a value is not of the kind that is needed";
+    case CLI::ExitCodes::RequiredError:
+      if (text != "A subcommand is required") return text;
+      return app.remaining(true).empty() ? "a subcommand is needed" : NameUnknown(app, last);
+    default:
+      return text;
+  }
+}
+
+}  // namespace
+
+Option Option::Required(bool required) const {
+  m_option->required(required);
+  return *this;
+}
+
+Option Option::Needs(Option other) const {
+  m_option->needs(other.m_option);
+  return *this;
+}
+
+Option Option::Excludes(Option other) const {
+  m_option->excludes(other.m_option);
+  return *this;
+}
+
+Option Option::OneValueEachTime() const {
+  m_option->allow_extra_args(false);
+  return *this;
+}
+
+Option Option::InGroup(const char* title) const {
+  m_option->group(title);
+  return *this;
+}
+
+Subcommand Subcommand::Add(const char* name, const char* purpose) const {
+  return Subcommand(m_app->add_subcommand(name, purpose));
+}
+
+void Subcommand::RequireSubcommand() const { m_app->require_subcommand(1); }
+
+std::string Subcommand::GetPath() const { return PathOf(*m_app); }
+
+Option Subcommand::AddOption(const std::string& name, std::string& value,
+                             const std::string& help) const {
+  return Option(m_app->add_option(name, value, help));
+}
+
+Option Subcommand::AddOption(const std::string& name, std::vector<std::string>& values,
+                             const std::string& help) const {
+  return Option(m_app->add_option(name, values, help));
+}
+
+Option Subcommand::AddNumber(const std::string& name, int& value, int least, int most,
+                             const std::string& help) const {
+  const auto check = [least, most](const std::string& text) -> std::string {
+    int number = 0;
+    const char* const end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, number);
+    if (read.ec == std::errc() && read.ptr == end && number >= least && number <= most) return "";
+    return "a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
+           " is needed";
+  };
+  return Option(m_app->add_option(name, value, help)->check(check, "NUMBER"));
+}
+
+Option Subcommand::AddFlag(const std::string& name, bool& value, const std::string& help) const {
+  return Option(m_app->add_flag(name, value, help));
+}
+
+Option Subcommand::GetOption(const std::string& name) const {
+  return Option(m_app->get_option(name));
+}
+
+void Subcommand::SetFooter(const std::string& text) const { m_app->footer(text); }
+
+void Subcommand::OnRun(std::unique_ptr<Action> action) const {
+  // The status comes to CommandLine::Run as the library's own way out of a parse.
+  m_app->callback([kept = std::shared_ptr<Action>(std::move(action))] {
+    const ExitStatus exitStatus = kept->Run();
+    if (exitStatus != kExitClean) throw CLI::RuntimeError(exitStatus);
+  });
+}
+
+CommandLine::CommandLine(const char* name, const char* purpose, const char* version)
+    : m_app(std::make_unique<CLI::App>(purpose, name)) {
+  m_app->require_subcommand(1);
+  m_app->set_version_flag("--version", version);
+}
+
+CommandLine::~CommandLine() = default;
+
+Subcommand CommandLine::GetCommand() const { return Subcommand(m_app.get()); }
+
+ExitStatus CommandLine::Run(int argc, char** argv) const {
+  try {
+    m_app->parse(argc, argv);
+    return kExitClean;
+  } catch (const CLI::RuntimeError& ended) {
+    return static_cast<ExitStatus>(ended.get_exit_code());
+  } catch (const CLI::Success& asked) {
+    std::ostringstream text;
+    m_app->exit(asked, text, text);
+    return WriteStandardOutput(text.str());
+  } catch (const CLI::ParseError& error) {
+    const CLI::App& last = FindLast(*m_app);
+    const std::string path = PathOf(last);
+    const std::string whole = path.empty() ? m_app->get_name() : m_app->get_name() + " " + path;
+    const std::string problem = Describe(*m_app, last, error);
+    Complain(path.empty() ? "command line" : path, problem + "; see \"" + whole + " --help\"");
+    return kExitWrongUse;
+  }
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,120 @@
+// The command line as subcommands see it: they declare their options and what runs with them.
+//
+// One source includes the library that parses arguments, and everything else this header, since the
+// library's headers take longer to compile than all that a subcommand does.
+
+#ifndef KROFX_COMMAND_COMMAND_LINE_COMMAND_LINE_H_
+#define KROFX_COMMAND_COMMAND_LINE_COMMAND_LINE_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "exit_status.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
+
+namespace krofx::command {
+
+/// An option that was declared: a handle, valid as long as the command line is.
+class Option {
+ public:
+  explicit Option(CLI::Option* option) : m_option(option) {}
+
+  /// Without this option the command line makes no sense.
+  Option Required(bool required = true) const;
+  /// This option makes no sense without the other one.
+  Option Needs(Option other) const;
+  /// This option and the other one make no sense together.
+  Option Excludes(Option other) const;
+  /// The option takes one value each time that it is given.
+  Option OneValueEachTime() const;
+  /// The help lists the option under this title.
+  Option InGroup(const char* title) const;
+
+ private:
+  CLI::Option* m_option;
+};
+
+/// What runs when a subcommand is the one that was asked for.
+class Action {
+ public:
+  virtual ~Action() = default;
+  virtual ExitStatus Run() = 0;
+};
+
+/// A subcommand, or the command itself: a handle, valid as long as the command line is.
+///
+/// The variables that options are bound to must live until the command line has run; those inside
+/// an object that OnRun is given do.
+class Subcommand {
+ public:
+  explicit Subcommand(CLI::App* app) : m_app(app) {}
+
+  /// Adds a subcommand to this one.
+  /// @param purpose what the help says of it, in one line.
+  Subcommand Add(const char* name, const char* purpose) const;
+  /// One of the subcommands that were added must be named.
+  void RequireSubcommand() const;
+  /// The names from the first subcommand to this one, such as "request transfer".
+  std::string GetPath() const;
+
+  /// Adds an option with a text as its value. A name without hyphens is that of a plain argument.
+  Option AddOption(const std::string& name, std::string& value, const std::string& help) const;
+  /// The same with several texts.
+  Option AddOption(const std::string& name, std::vector<std::string>& values,
+                   const std::string& help) const;
+  /// Adds an option with a whole number as its value, which must be in a range.
+  Option AddNumber(const std::string& name, int& value, int least, int most,
+                   const std::string& help) const;
+  /// Adds an option without a value, which makes `value` true.
+  Option AddFlag(const std::string& name, bool& value, const std::string& help) const;
+  /// An option that was added to this subcommand.
+  Option GetOption(const std::string& name) const;
+
+  /// What the help says after the options.
+  void SetFooter(const std::string& text) const;
+
+  /// Says what runs when this subcommand is the one that was asked for.
+  void OnRun(std::unique_ptr<Action> action) const;
+  /// The same for a function and the options that it takes, which are kept for it.
+  template <class Options>
+  void OnRun(const std::shared_ptr<Options>& options, ExitStatus (*run)(const Options&)) const {
+    struct Call final : Action {
+      Call(std::shared_ptr<Options> given, ExitStatus (*function)(const Options&))
+          : kept(std::move(given)), called(function) {}
+      ExitStatus Run() override { return called(*kept); }
+      std::shared_ptr<Options> kept;
+      ExitStatus (*called)(const Options&);
+    };
+    OnRun(std::make_unique<Call>(options, run));
+  }
+
+ private:
+  CLI::App* m_app;
+};
+
+/// The whole command line.
+class CommandLine {
+ public:
+  CommandLine(const char* name, const char* purpose, const char* version);
+  ~CommandLine();
+  CommandLine(const CommandLine&) = delete;
+  CommandLine& operator=(const CommandLine&) = delete;
+
+  /// The command itself.
+  Subcommand GetCommand() const;
+  /// Reads the arguments and runs what they ask for. Help and the version go to standard output;
+  /// what makes no sense is named on standard error, without values, which may be secrets.
+  ExitStatus Run(int argc, char** argv) const;
+
+ private:
+  std::unique_ptr<CLI::App> m_app;
+};
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_COMMAND_LINE_COMMAND_LINE_H_

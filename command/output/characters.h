@@ -1,0 +1,34 @@
+// Characters in the two forms that OFX texts have: UTF-8 and the code page 1252.
+
+#ifndef KROFX_COMMAND_OUTPUT_CHARACTERS_H_
+#define KROFX_COMMAND_OUTPUT_CHARACTERS_H_
+
+#include <string>
+#include <string_view>
+
+namespace krofx::command {
+
+/// What takes the place of a character that cannot be shown.
+inline constexpr char32_t kReplacementCharacter = 0xFFFD;
+
+/// Whether the byte continues a character of UTF-8.
+inline bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
+/// Takes the first character off a text of UTF-8 that is not empty.
+/// @return false, and nothing is taken, when the text does not begin with valid UTF-8.
+bool TakeUtf8(std::string_view& text, char32_t& character);
+/// Adds a character to a text of UTF-8.
+void AppendUtf8(std::string& text, char32_t character);
+
+/// The character that a byte of the code page 1252 is.
+char32_t FromCodePage1252(unsigned char byte);
+/// The byte that a character is in the code page 1252.
+/// @return false when the code page lacks the character.
+bool ToCodePage1252(char32_t character, char& byte);
+/// The bytes of a text of UTF-8 in the code page 1252.
+/// @return false when the text is not valid UTF-8 or has a character that the code page lacks.
+bool ToCodePage1252(std::string_view text, std::string& bytes);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_OUTPUT_CHARACTERS_H_

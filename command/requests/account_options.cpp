@@ -1,0 +1,56 @@
+// Accounts and spans of days out of options.
+
+#include "requests/account_options.h"
+
+#include "command_line/command_line.h"
+#include "requests/request_maker.h"
+
+namespace krofx::command {
+
+void AddBankAccountOptions(const Subcommand& request, BankAccountOptions& options) {
+  const std::string prefix = "--" + options.prefix;
+  request.AddOption(prefix + "account", options.account, "The account's number");
+  request.AddOption(prefix + "bank", options.bank, "The bank's routing number");
+  request.AddOption(prefix + "branch", options.branch, "The branch");
+  request.AddOption(prefix + "type", options.type, kAccountTypes);
+}
+
+std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options,
+                                               RequestMaker& maker) {
+  const std::string prefix = "--" + options.prefix;
+  auto account = maker.Make<KRBankAccount>(KRTag_BANKACCTFROM);
+  const auto set = [&](const char* name, const std::string& given, auto setter, auto getter) {
+    maker.SetText(prefix + name, given, *account, setter, getter);
+  };
+  set("bank", options.bank, &KRBankAccount::SetBankID, &KRBankAccount::GetBankID);
+  set("branch", options.branch, &KRBankAccount::SetBranchID, &KRBankAccount::GetBranchID);
+  set("account", options.account, &KRBankAccount::SetAccountID, &KRBankAccount::GetAccountID);
+  const KRString type(options.type.c_str());
+  const u16 known =
+      maker.GetVersion() == 1 ? account->SetAccountType(type) : account->SetAccountType2(type);
+  if (known == 0) {
+    maker.Fail(prefix + "type " + options.type +
+               " is not an account type of this version; write CHECKING, SAVINGS, MONEYMRKT or "
+               "CREDITLINE");
+  }
+  return account;
+}
+
+std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const std::string& number,
+                                             KRTagID tag, RequestMaker& maker) {
+  auto account = maker.Make<KRCCAccount>(tag);
+  maker.SetText(option, number, *account, &KRCCAccount::SetAccountID, &KRCCAccount::GetAccountID);
+  return account;
+}
+
+std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& from, const std::string& to,
+                                           bool include, RequestMaker& maker) {
+  auto span = maker.Make<KRIncTransaction>(KRTag_INCTRAN);
+  maker.SetDate("--from", from, *span, &KRIncTransaction::SetDtStart);
+  maker.SetDate("--to", to, *span, &KRIncTransaction::SetDtEnd);
+  maker.RequireOrder(from, to);
+  span->SetInclude(static_cast<u16>(include ? 1 : 0));
+  return span;
+}
+
+}  // namespace krofx::command

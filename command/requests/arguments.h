@@ -1,0 +1,30 @@
+// What may be given for an amount and for a date: plain forms alone, since a misread amount is
+// money.
+
+#ifndef KROFX_COMMAND_REQUESTS_ARGUMENTS_H_
+#define KROFX_COMMAND_REQUESTS_ARGUMENTS_H_
+
+#include <string>
+
+namespace krofx::command {
+
+/// What is wrong with an amount of money. Digits are taken, with a point and one or two places
+/// after it; signs, commas, blanks and zero are not.
+/// @return empty, or what to write instead.
+std::string FindAmountProblem(const std::string& text);
+
+/// A date in the form of OFX, YYYYMMDD or YYYYMMDDHHMMSS, from that form or from 2026-01-31.
+/// @return empty when the text is no date or names a day that does not exist.
+std::string ToOfxDate(const std::string& text);
+
+/// Whether the first of two numbers of checks is the higher one. Those with other characters than
+/// digits have no order.
+bool IsHigherNumber(const std::string& first, const std::string& second);
+
+/// Whether the first of two dates in the form of OFX is later than the second; the time of day
+/// counts when both have one.
+bool IsLater(const std::string& first, const std::string& second);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_REQUESTS_ARGUMENTS_H_

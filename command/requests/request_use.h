@@ -1,0 +1,53 @@
+// What becomes of a request, and the kinds of requests there are.
+
+#ifndef KROFX_COMMAND_REQUESTS_REQUEST_USE_H_
+#define KROFX_COMMAND_REQUESTS_REQUEST_USE_H_
+
+#include <memory>
+
+#include "exit_status.h"
+
+class KRBuffer;
+
+namespace krofx::command {
+
+class Subcommand;
+
+/// What becomes of a request once it is made: it is written to a file, or sent.
+class RequestUse {
+ public:
+  virtual ~RequestUse() = default;
+  /// Adds the options of this use to a request's command line.
+  virtual void AddOptions(const Subcommand& request) = 0;
+  /// What the help of the command line says of this use, in whole lines.
+  virtual const char* GetFooter() const = 0;
+  /// Finds out, before the password is asked for, whether the request will be usable.
+  /// @return kExitClean, or another exit status after a complaint.
+  virtual ExitStatus Prepare() = 0;
+  /// Takes the text, which holds the password.
+  /// @return kExitClean, or another exit status after a complaint.
+  virtual ExitStatus Use(KRBuffer& text) = 0;
+};
+
+/// Adds the command line that makes one kind of request for a use.
+using AddRequestKind = void (*)(const Subcommand& parent, const std::shared_ptr<RequestUse>& use);
+/// The request for a statement.
+void AddStatementRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request for the statement of an investment account.
+void AddInvestmentRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request for a payment.
+void AddPaymentRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request for the list of the user's accounts.
+void AddAccountsRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request for what an institution offers.
+void AddProfileRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request for a transfer, once or recurring.
+void AddTransferRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request to stop checks.
+void AddStopCheckRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+/// The request that carries a letter.
+void AddMailRequest(const Subcommand&, const std::shared_ptr<RequestUse>&);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_REQUESTS_REQUEST_USE_H_

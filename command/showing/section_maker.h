@@ -1,0 +1,18 @@
+// Turns a tree of elements into the sections of a document, by the layouts.
+
+#ifndef KROFX_COMMAND_SHOWING_SECTION_MAKER_H_
+#define KROFX_COMMAND_SHOWING_SECTION_MAKER_H_
+
+#include <vector>
+
+#include "input/element_tree.h"
+#include "showing/document.h"
+
+namespace krofx::command {
+
+/// What a tree holds, section by section. Personal identifiers are masked unless asked for.
+std::vector<Section> MakeSections(const Element& file, bool showIdentifiers);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_SHOWING_SECTION_MAKER_H_
