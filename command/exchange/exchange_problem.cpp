@@ -2,7 +2,7 @@
 
 #include "exchange/exchange_problem.h"
 
-#include "krofx/transport/curl_manager.h"
+#include "krofx/transport/curl/curl_manager.h"
 
 namespace krofx::command {
 

@@ -6,7 +6,7 @@
 #include <chrono>
 #include <string>
 
-#include "krofx/transport/net_access.h"
+#include "krofx/transport/contract/net_access.h"
 
 namespace krofx::command {
 

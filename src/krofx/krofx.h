@@ -41,17 +41,17 @@
 #include "krofx/parse/simple_parser.h"
 
 // Carrying texts to a server and back.
-#include "krofx/transport/connection_manager.h"
-#include "krofx/transport/curl_manager.h"
-#include "krofx/transport/local_access.h"
-#include "krofx/transport/net_access.h"
-#include "krofx/transport/net_request.h"
-#include "krofx/transport/net_status.h"
-#include "krofx/transport/receiver_access.h"
-#include "krofx/transport/receiver_request.h"
-#include "krofx/transport/vyn_net_access.h"
-#include "krofx/transport/vyn_net_request.h"
-#include "krofx/transport/wait_platform.h"
+#include "krofx/transport/contract/connection_manager.h"
+#include "krofx/transport/contract/net_access.h"
+#include "krofx/transport/contract/net_request.h"
+#include "krofx/transport/contract/net_status.h"
+#include "krofx/transport/contract/wait_platform.h"
+#include "krofx/transport/curl/curl_manager.h"
+#include "krofx/transport/exchange/vyn_net_access.h"
+#include "krofx/transport/exchange/vyn_net_request.h"
+#include "krofx/transport/local/local_access.h"
+#include "krofx/transport/local/receiver_access.h"
+#include "krofx/transport/local/receiver_request.h"
 
 // Payroll values, which can be blank.
 #include "krofx/payroll/keywords.h"

@@ -7,8 +7,8 @@
 #include <string>
 #include <type_traits>
 
-#include "krofx/security/base64_coding.h"
-#include "krofx/security/toolkit.h"
+#include "krofx/security/internal/base64_coding.h"
+#include "krofx/security/internal/toolkit.h"
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
 

@@ -8,7 +8,7 @@
 #include <type_traits>
 
 #include "krofx/core/string.h"
-#include "krofx/security/toolkit.h"
+#include "krofx/security/internal/toolkit.h"
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
 

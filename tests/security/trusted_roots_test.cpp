@@ -1,7 +1,7 @@
 // The roots that the library carries: each as its row of the table says, and the two real ones by
 // their fingerprints.
 
-#include "krofx/security/trusted_roots.h"
+#include "krofx/security/internal/trusted_roots.h"
 
 #include <gtest/gtest.h>
 #include <openssl/objects.h>

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "krofx/transport/connection_manager.h"
+#include "krofx/transport/contract/connection_manager.h"
 
 /// Two counters of an exchange, as a progress callback reports them.
 struct ScriptedProgress {

@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "krofx/transport/connection_manager.h"
-#include "krofx/transport/wait_platform.h"
+#include "krofx/transport/contract/connection_manager.h"
+#include "krofx/transport/contract/wait_platform.h"
 
 /// Takes events from the front of a list; a pause is one piece of the manager's work.
 class ScriptedPlatform : public VYNWaitPlatform {

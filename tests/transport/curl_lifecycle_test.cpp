@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "krofx/transport/exchange/vyn_net_access.h"
 #include "support/failing_allocation.h"
 #include "transport/curl_probe.h"
 
@@ -60,9 +61,8 @@ TEST_F(CurlLifecycle, OpensConnectsAndClosesSessions) {
 }
 
 TEST_F(CurlLifecycle, IsTheDefault) {
-  std::unique_ptr<VYNConnectionManager> const manager(
-      krofx::internal::NewDefaultConnectionManager());
-  EXPECT_NE(dynamic_cast<VYNCurlManager*>(manager.get()), nullptr);
+  VYNNetAccess access;
+  EXPECT_NE(dynamic_cast<VYNCurlManager*>(access.Session().Manager()), nullptr);
 }
 
 TEST_F(CurlLifecycle, RefusesHandlesThatAreNotItsOwn) {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "krofx/transport/curl_manager.h"
+#include "krofx/transport/curl/curl_manager.h"
 #include "support/temp_folder.h"
 #include "support/tls_server.h"
 

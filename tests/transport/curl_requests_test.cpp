@@ -8,9 +8,9 @@
 #include "krofx/core/buffer.h"
 #include "krofx/core/string.h"
 #include "krofx/security/certificate_id.h"
-#include "krofx/transport/curl_manager.h"
-#include "krofx/transport/vyn_net_access.h"
-#include "krofx/transport/vyn_net_request.h"
+#include "krofx/transport/curl/curl_manager.h"
+#include "krofx/transport/exchange/vyn_net_access.h"
+#include "krofx/transport/exchange/vyn_net_request.h"
 #include "support/buffers.h"
 #include "transport/curl_probe.h"
 

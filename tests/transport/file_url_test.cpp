@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "krofx/transport/file_url.h"
-#include "krofx/transport/net_request.h"
+#include "krofx/transport/contract/net_request.h"
+#include "krofx/transport/files/internal/file_url.h"
 
 namespace {
 

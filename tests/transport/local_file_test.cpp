@@ -1,6 +1,6 @@
 // Opening, measuring, reading, writing and removing local files.
 
-#include "krofx/transport/local_file.h"
+#include "krofx/transport/files/internal/local_file.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

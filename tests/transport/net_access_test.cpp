@@ -1,6 +1,6 @@
 // What all connections have in common: settings, callbacks, answers of the base.
 
-#include "krofx/transport/net_access.h"
+#include "krofx/transport/contract/net_access.h"
 
 #include <gtest/gtest.h>
 

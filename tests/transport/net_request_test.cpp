@@ -1,7 +1,7 @@
 // What a request does without a transport: answers of the base, the roots of the library, and
 // `file:` URLs.
 
-#include "krofx/transport/net_request.h"
+#include "krofx/transport/contract/net_request.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "krofx/security/trusted_roots.h"
+#include "krofx/security/internal/trusted_roots.h"
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
 #include "support/temp_folder.h"

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "krofx/core/buffer.h"
-#include "krofx/transport/net_access.h"
-#include "krofx/transport/net_request.h"
+#include "krofx/transport/contract/net_access.h"
+#include "krofx/transport/contract/net_request.h"
 
 /// A root as a request was given it.
 struct GivenRoot {

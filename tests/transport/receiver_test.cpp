@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "krofx/transport/local_access.h"
-#include "krofx/transport/receiver_access.h"
-#include "krofx/transport/receiver_request.h"
+#include "krofx/transport/local/local_access.h"
+#include "krofx/transport/local/receiver_access.h"
+#include "krofx/transport/local/receiver_request.h"
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
 #include "support/temp_folder.h"

@@ -2,7 +2,7 @@
 
 #include "transport/vyn_fixture.h"
 
-#include "krofx/security/trusted_roots.h"
+#include "krofx/security/internal/trusted_roots.h"
 
 std::string VYNTest::RootBytes(int which) {
   krofx::internal::TrustedRoot const& root =

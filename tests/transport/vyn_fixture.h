@@ -15,8 +15,8 @@
 
 #include "krofx/core/buffer.h"
 #include "krofx/core/string.h"
-#include "krofx/transport/vyn_net_access.h"
-#include "krofx/transport/vyn_net_request.h"
+#include "krofx/transport/exchange/vyn_net_access.h"
+#include "krofx/transport/exchange/vyn_net_request.h"
 #include "support/buffers.h"
 #include "support/scripted_manager.h"
 #include "support/scripted_platform.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "krofx/transport/log_line.h"
+#include "krofx/transport/exchange/internal/log_line.h"
 #include "support/failing_allocation.h"
 #include "transport/vyn_fixture.h"
 

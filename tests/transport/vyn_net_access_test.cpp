@@ -1,6 +1,6 @@
 // The session of the connection-manager transport: opening, connecting, closing, and whose it is.
 
-#include "krofx/transport/vyn_net_access.h"
+#include "krofx/transport/exchange/vyn_net_access.h"
 
 #include <dlfcn.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "krofx/transport/module_path.h"
+#include "krofx/transport/exchange/internal/module_path.h"
 #include "support/failing_allocation.h"
 #include "support/virtual_slots.h"
 #include "transport/vyn_fixture.h"

@@ -1,7 +1,7 @@
 """Writes the trusted roots into a C++ source: embed_roots.py FOLDER [OUT].
 
 FOLDER holds a DER certificate <ID>.der for each of the five roots. OUT becomes the source that
-defines what krofx/security/trusted_roots.h declares; without OUT the files are only looked at.
+defines what krofx/security/internal/trusted_roots.h declares; without OUT the files are only looked at.
 """
 
 import pathlib
@@ -21,7 +21,7 @@ BYTES_IN_LINE = 20
 HEAD = """\
 // The trusted roots, written by tools/roots/embed_roots.py. Do not edit.
 
-#include "krofx/security/trusted_roots.h"
+#include "krofx/security/internal/trusted_roots.h"
 
 namespace krofx::internal {
 

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <limits>
 
-#include "krofx/security/buffer_view.h"
-#include "krofx/security/toolkit.h"
+#include "krofx/security/internal/buffer_view.h"
+#include "krofx/security/internal/toolkit.h"
 
 namespace {
 

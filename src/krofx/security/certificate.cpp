@@ -6,8 +6,8 @@
 
 #include "krofx/core/buffer.h"
 #include "krofx/security/base64.h"
-#include "krofx/security/buffer_view.h"
-#include "krofx/security/toolkit.h"
+#include "krofx/security/internal/buffer_view.h"
+#include "krofx/security/internal/toolkit.h"
 #include "krofx/values/calendar.h"
 #include "krofx/values/date_time.h"
 

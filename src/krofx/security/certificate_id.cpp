@@ -3,8 +3,8 @@
 #include "krofx/security/certificate_id.h"
 
 #include "krofx/security/base64.h"
-#include "krofx/security/buffer_view.h"
 #include "krofx/security/digest.h"
+#include "krofx/security/internal/buffer_view.h"
 
 namespace {
 constexpr u32 kIDLength = 28;

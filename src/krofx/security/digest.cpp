@@ -3,8 +3,8 @@
 #include "krofx/security/digest.h"
 
 #include "krofx/core/string.h"
-#include "krofx/security/buffer_view.h"
-#include "krofx/security/toolkit.h"
+#include "krofx/security/internal/buffer_view.h"
+#include "krofx/security/internal/toolkit.h"
 
 using krofx::internal::ByteView;
 

@@ -1,0 +1,153 @@
+// Algorithm objects: SHA-1 over libcrypto, base64 over our own coding.
+
+#include "krofx/security/internal/toolkit.h"
+
+#include <openssl/err.h>
+#include <openssl/evp.h>
+
+#include <algorithm>
+#include <new>
+
+#include "krofx/core/memory.h"
+#include "krofx/security/internal/base64_coding.h"
+#include "krofx/security/internal/crypto_error_scope.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+
+// Known by their addresses; the text is for people who look at one in a debugger.
+unsigned char g_sha1[] = "SHA-1";
+unsigned char g_base64[] = "base64";
+
+int Describe(unsigned char** description, unsigned char* algorithm) {
+  if (description == nullptr) return kFailed;
+  *description = algorithm;
+  return kDone;
+}
+
+}  // namespace
+
+/// One object for all directions: it is bound to an algorithm and then made ready for one.
+struct AlgorithmObject : HeapObject {
+  AlgorithmObject() = default;
+  AlgorithmObject(AlgorithmObject const&) = delete;
+  AlgorithmObject& operator=(AlgorithmObject const&) = delete;
+  ~AlgorithmObject() { EVP_MD_CTX_free(digest); }
+
+  unsigned char const* algorithm = nullptr;
+  EVP_MD_CTX* digest = nullptr;
+  Base64Encoder encoder;
+  Base64Decoder decoder;
+};
+
+namespace {
+
+bool IsBoundTo(AlgorithmObject const* object, unsigned char const* algorithm) {
+  return object != nullptr && object->algorithm == algorithm;
+}
+
+// Runs `step` with the output, and counts what it wrote.
+template <class Step>
+int Code(AlgorithmObject const* object, CodedOutput out, u32* written, Step step) {
+  char const* const begin = out.at;
+  if (!IsBoundTo(object, g_base64) || !step(out)) return kFailed;
+  *written = static_cast<u32>(out.at - begin);
+  return kDone;
+}
+
+template <class Coder>
+int CodeAll(Coder& coder, CodedOutput& out, char const* data, u32 length) {
+  return std::all_of(data, data + length,
+                     [&](char c) { return coder.Take(static_cast<unsigned char>(c), out); });
+}
+
+}  // namespace
+
+AlgorithmObject* CreateAlgorithmObject() { return new (std::nothrow) AlgorithmObject; }
+
+void DestroyAlgorithmObject(AlgorithmObject* algorithm) { delete algorithm; }
+
+int BindAlgorithm(AlgorithmObject* algorithm, KRAlgorithmChooser chooser) {
+  unsigned char* description = nullptr;
+  if (algorithm == nullptr || chooser == nullptr || chooser(&description) != 0) return kFailed;
+  if (description != g_sha1 && description != g_base64) return kFailed;
+  algorithm->algorithm = description;
+  return kDone;
+}
+
+int DigestInit(AlgorithmObject* algorithm) {
+  if (!IsBoundTo(algorithm, g_sha1)) return kFailed;
+  CryptoErrorScope const mark;
+  if (algorithm->digest == nullptr) algorithm->digest = EVP_MD_CTX_new();
+  if (algorithm->digest == nullptr) return kFailed;
+  if (EVP_DigestInit_ex(algorithm->digest, EVP_sha1(), nullptr) == 1) return kDone;
+  // A context that is not ready must not be given data.
+  EVP_MD_CTX_free(algorithm->digest);
+  algorithm->digest = nullptr;
+  return kFailed;
+}
+
+int DigestUpdate(AlgorithmObject* algorithm, char const* data, u32 length) {
+  if (!IsBoundTo(algorithm, g_sha1) || algorithm->digest == nullptr) return kFailed;
+  CryptoErrorScope const mark;
+  return EVP_DigestUpdate(algorithm->digest, data, length) == 1 ? kDone : kFailed;
+}
+
+int DigestFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
+  if (!IsBoundTo(algorithm, g_sha1) || algorithm->digest == nullptr) return kFailed;
+  CryptoErrorScope const mark;
+  unsigned char digest[EVP_MAX_MD_SIZE];
+  unsigned int length = 0;
+  if (EVP_DigestFinal_ex(algorithm->digest, digest, &length) != 1 || length > room) return kFailed;
+  std::copy_n(digest, length, out);
+  *written = length;
+  return DigestInit(algorithm);
+}
+
+int EncodeInit(AlgorithmObject* algorithm) {
+  if (!IsBoundTo(algorithm, g_base64)) return kFailed;
+  algorithm->encoder = {};
+  return kDone;
+}
+
+int EncodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
+                 u32 length) {
+  return Code(algorithm, {out, out + room}, written,
+              [&](CodedOutput& area) { return CodeAll(algorithm->encoder, area, data, length); });
+}
+
+int EncodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
+  return Code(algorithm, {out, out + room}, written,
+              [&](CodedOutput& area) { return algorithm->encoder.Finish(area); });
+}
+
+int DecodeInit(AlgorithmObject* algorithm) {
+  if (!IsBoundTo(algorithm, g_base64)) return kFailed;
+  algorithm->decoder = {};
+  return kDone;
+}
+
+int DecodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
+                 u32 length) {
+  return Code(algorithm, {out, out + room}, written,
+              [&](CodedOutput& area) { return CodeAll(algorithm->decoder, area, data, length); });
+}
+
+int DecodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
+  return Code(algorithm, {out, out + room}, written,
+              [&](CodedOutput&) { return algorithm->decoder.Finish(); });
+}
+
+}  // namespace krofx::internal
+
+int KRChooseSHA1(unsigned char** description) {
+  return krofx::internal::Describe(description, krofx::internal::g_sha1);
+}
+
+int KRChooseBase64(unsigned char** description) {
+  return krofx::internal::Describe(description, krofx::internal::g_base64);
+}

@@ -1,0 +1,38 @@
+// The root certificates that the library carries, for KRNetRequest to register with a request.
+//
+// Their bytes are those of the files <ID>.der in the folder that the build option KROFX_ROOTS_DIR
+// names, by default roots/ beside this file, whose README.md says which of them are stand-ins. The
+// build writes them into a source file of its own. A root is known by its ID alone; the thousands
+// of an ID name its family.
+
+#ifndef KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_
+#define KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_
+
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// One root: what KRNetRequest::AddTrustedRootBER takes.
+struct TrustedRoot {
+  /// The DER encoding of the certificate.
+  char const* der;
+  /// Bytes of the encoding.
+  u16 length;
+  /// The root ID.
+  s16 id;
+};
+
+/// 1000: the root of branding servers.
+extern TrustedRoot const kNorvikBrandingRoot;
+/// 2000: the authority of OFX servers.
+extern TrustedRoot const kVeriSignOFXCARoot;
+/// 3000: the issuer of 2000, which chains need on their way but must not end at.
+extern TrustedRoot const kVeriSignClass3Root;
+/// 4000: the secure server authority, in its first issue.
+extern TrustedRoot const kRSAServerRoot;
+/// 4001: the secure server authority, issued again.
+extern TrustedRoot const kRSAServerRootReissue;
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_

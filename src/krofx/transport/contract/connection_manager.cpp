@@ -1,0 +1,15 @@
+// The operations of a connection manager that have a default.
+
+#include "krofx/transport/contract/connection_manager.h"
+
+#include <ctime>
+
+void VYNConnectionManager::VCRelease(void* /*session*/, void* /*exchange*/) {}
+
+void VYNConnectionManager::VCWork(u32 milliseconds) {
+  timespec left{static_cast<time_t>(milliseconds / 1000),
+                static_cast<long>(milliseconds % 1000) * 1000000};
+  while (nanosleep(&left, &left) != 0) {
+    // A signal came; the rest of the time is still to pass.
+  }
+}

@@ -1,0 +1,13 @@
+// The default way to wait: the host's own event function, and a pause that the exchange can end.
+
+#include "krofx/transport/contract/wait_platform.h"
+
+#include "krofx/transport/contract/connection_manager.h"
+
+VYNEventResult VYNDefaultWaitPlatform::HandleOneEvent() {
+  return m_source == nullptr ? VYNEventResult_None : m_source(m_context);
+}
+
+void VYNDefaultWaitPlatform::Pause(u32 milliseconds, VYNConnectionManager& manager) {
+  manager.VCWork(milliseconds);
+}

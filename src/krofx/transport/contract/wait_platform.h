@@ -1,0 +1,54 @@
+// How a thread waits for its exchange while the host's events go on: the seam to the platform's
+// event queue and its sleep.
+//
+// A waiting call turns in rounds. Each round takes at most one event, lets the host handle it, and
+// then pauses for 100 milliseconds at most.
+
+#ifndef KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_
+#define KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_
+
+#include "krofx/core/export.h"
+#include "krofx/core/types.h"
+
+class VYNConnectionManager;
+
+/// What one look at the event queue brought.
+enum VYNEventResult : u32 {
+  /// The queue was empty.
+  VYNEventResult_None = 0,
+  /// One event was taken and handled.
+  VYNEventResult_Handled = 1,
+  /// The event that ends the host's event loop was taken: the wait ends too.
+  VYNEventResult_Quit = 2,
+};
+
+/// The platform's side of a waiting call.
+class KROFX_API VYNWaitPlatform {
+ public:
+  virtual ~VYNWaitPlatform() = default;
+  /// Takes at most one event of the calling thread, without blocking, and lets the host handle it.
+  /// The host's code may call Abort on the request that waits.
+  virtual VYNEventResult HandleOneEvent() = 0;
+  /// Pauses for `milliseconds`; it may end earlier, when the exchange has moved.
+  virtual void Pause(u32 milliseconds, VYNConnectionManager& manager) = 0;
+};
+
+/// Takes at most one event of the host's own loop and handles it; `context` is what the host gave.
+using VYNEventSource = VYNEventResult (*)(void* context);
+
+/// The default: events come from a function of the host's, if it gave one, and a pause hands the
+/// thread to the connection manager, so that it ends as soon as the exchange moves.
+class KROFX_API VYNDefaultWaitPlatform : public VYNWaitPlatform {
+ public:
+  /// `source` null: there are no events.
+  explicit VYNDefaultWaitPlatform(VYNEventSource source = nullptr, void* context = nullptr)
+      : m_source(source), m_context(context) {}
+  VYNEventResult HandleOneEvent() override;
+  void Pause(u32 milliseconds, VYNConnectionManager& manager) override;
+
+ private:
+  VYNEventSource m_source;
+  void* m_context;
+};
+
+#endif  // KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_

@@ -1,0 +1,85 @@
+// The sessions and exchanges of a manager over libcurl, and the one place where they move.
+//
+// Callbacks lead to host code, and host code may call any operation from there. So exchanges are
+// not deleted where they end but when the outermost operation is left (Scope), handles are looked
+// up rather than followed, and what cannot be done while libcurl itself is running (m_inCurl) is
+// noted down as a verdict and done behind it.
+
+#ifndef KROFX_TRANSPORT_CURL_INTERNAL_CURL_CORE_H_
+#define KROFX_TRANSPORT_CURL_INTERNAL_CURL_CORE_H_
+
+#include <curl/curl.h>
+
+#include <cstdint>
+
+#include "krofx/core/memory.h"
+#include "krofx/core/types.h"
+#include "krofx/transport/curl/internal/curl_exchange.h"
+
+namespace krofx::internal {
+
+/// What a VYNCurlManager is made of. The operations of the manager's name do what it says.
+class CurlCore : public HeapObject {
+ public:
+  CurlCore();
+  CurlCore(CurlCore const&) = delete;
+  CurlCore& operator=(CurlCore const&) = delete;
+
+  /// Whether libcurl started.
+  bool IsReady() const { return m_multi != nullptr; }
+  /// Ends everything without a finished record and deletes the object: at once, or when the
+  /// callbacks have returned that this was called from.
+  void Destroy();
+
+  void SetReplyLimit(u32 bytes) { m_settings.replyLimit = bytes; }
+  u16 SetSystemRoots(char const* file, char const* folder);
+
+  void* OpenSession();
+  u16 CloseSession(void* handle);
+  u16 Connect(void* session);
+  void* Create(u16& code, void* session, ExchangeParameters const& parameters);
+  u16 SetHttp(void* handle, u16 post, char const* contentType, char const* extraHeaders,
+              s32 timeout);
+  u16 SetTls(void* handle, bool skipVerify, VYCertificateCallback callback);
+  u16 AddRoot(void* handle, char const* der, u32 length, s16 rootID);
+  u16 Initiate(void* session, void* handle);
+  u16 Cancel(void* session, void* handle);
+  void Release(void* session, void* handle);
+  void Work(u32 milliseconds);
+
+ private:
+  class Scope;
+  struct Session;
+
+  ~CurlCore();
+
+  void* NewHandle() { return reinterpret_cast<void*>(++m_lastHandle); }
+  Session** FindSession(void* handle);
+  CurlExchange* FindExchange(void* handle);
+  CurlExchange* FindInSession(void* session, void* handle);
+  CurlExchange* FindCreated(void* handle);
+
+  bool Turn();
+  bool TellProgress();
+  bool FinishVerdicts();
+  bool FinishTransfers(bool certificateRefused);
+  void Finish(CurlExchange& exchange, u16 code);
+  void Kill(CurlExchange& exchange);
+  void Detach(CurlExchange& exchange);
+  void Sweep();
+
+  CURLM* m_multi;
+  CurlSettings m_settings;
+  Session* m_sessions = nullptr;
+  CurlExchange* m_exchanges = nullptr;
+  std::uintptr_t m_lastHandle = 0;
+  u32 m_depth = 0;
+  bool m_inCurl = false;
+  // Whether an exchange ended or was given back since the last Work: nobody waits for a pause then.
+  bool m_moved = false;
+  bool m_destroyed = false;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_TRANSPORT_CURL_INTERNAL_CURL_CORE_H_

@@ -1,0 +1,163 @@
+// The life of an exchange: what it is given, what it tells, and how it ends.
+
+#include "krofx/transport/curl/internal/curl_exchange.h"
+
+#include <cstring>
+
+#include "krofx/transport/curl/curl_code.h"
+#include "krofx/transport/curl/internal/result_codes.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr char kDefaultContentType[] = "application/x-ofx";
+
+u32 Saturated(curl_off_t count) {
+  if (count < 0) return 0;
+  return count > UINT32_MAX ? UINT32_MAX : static_cast<u32>(count);
+}
+
+long LongInfo(CURL* easy, CURLINFO info) {
+  long value = 0;
+  curl_easy_getinfo(easy, info, &value);
+  return value;
+}
+
+}  // namespace
+
+CurlExchange::~CurlExchange() {
+  curl_easy_cleanup(m_easy);
+  curl_url_cleanup(m_url);
+}
+
+u16 CurlExchange::Create(ExchangeParameters const& parameters, CurlSettings const& settings) {
+  if (parameters.url == nullptr || (parameters.data == nullptr && parameters.size != 0)) {
+    return VYNCurlCode_BadArgument;
+  }
+  m_settings = &settings;
+  m_replyLimit = settings.replyLimit;
+  m_data = parameters.data;
+  m_size = parameters.size;
+  m_isSend = parameters.isSend;
+  m_callback = parameters.callback;
+  m_userData = parameters.userData;
+  // libcurl's own default would call the body of a send a form.
+  u16 const code = m_headers.Set(m_isSend ? kDefaultContentType : nullptr, nullptr);
+  if (code != VYNCurlCode_Success) return code;
+  ReadUrl(parameters.url);
+  if (m_verdict == VYNCurlCode_NoMemory) return m_verdict;
+  return m_replyFile.Create(parameters.tempPath, ".reply") &&
+                 m_headerFile.Create(parameters.tempPath, ".header")
+             ? VYNCurlCode_Success
+             : VYNCurlCode_FileFailed;
+}
+
+// Strictly: a URL without a scheme would otherwise become one of plain http.
+void CurlExchange::ReadUrl(char const* url) {
+  m_url = curl_url();
+  if (m_url == nullptr) {
+    m_verdict = VYNCurlCode_NoMemory;
+    return;
+  }
+  CURLUcode const result = curl_url_set(m_url, CURLUPART_URL, url, 0);
+  if (result != CURLUE_OK) {
+    m_verdict = result == CURLUE_OUT_OF_MEMORY        ? VYNCurlCode_NoMemory
+                : result == CURLUE_UNSUPPORTED_SCHEME ? VYNCurlCode_UnsupportedScheme
+                                                      : VYNCurlCode_MalformedUrl;
+    return;
+  }
+  char* scheme = nullptr;
+  if (curl_url_get(m_url, CURLUPART_SCHEME, &scheme, 0) != CURLUE_OK) {
+    m_verdict = VYNCurlCode_NoMemory;
+    return;
+  }
+  m_isHttps = std::strcmp(scheme, "https") == 0;
+  if (!m_isHttps && std::strcmp(scheme, "http") != 0) m_verdict = VYNCurlCode_UnsupportedScheme;
+  curl_free(scheme);
+}
+
+u16 CurlExchange::SetHttp(u16 post, char const* contentType, char const* extraHeaders,
+                          s32 timeout) {
+  if ((post != 0) != m_isSend) return VYNCurlCode_BadArgument;
+  m_timeout = timeout;
+  if (contentType == nullptr && m_isSend) contentType = kDefaultContentType;
+  u16 const code = m_headers.Set(contentType, extraHeaders);
+  // Callers may go on behind a failure here as though nothing had been sent for no reason, so what
+  // is wrong is told at the end, where the reason counts.
+  if (code != VYNCurlCode_Success && m_verdict == 0) m_verdict = code;
+  return VYNCurlCode_Success;
+}
+
+void CurlExchange::SetTls(bool skipVerify, VYCertificateCallback callback) {
+  m_tlsSet = true;
+  m_skipVerify = skipVerify;
+  m_certificateCallback = callback;
+}
+
+u16 CurlExchange::Prepare() {
+  if (m_verdict != 0) return VYNCurlCode_Success;
+  if (m_isHttps && !m_tlsSet) return VYNCurlCode_NoTlsOptions;
+  m_easy = curl_easy_init();
+  if (m_easy == nullptr) return VYNCurlCode_NoMemory;
+  return SetConnection() && SetRequest() && SetTrust() ? VYNCurlCode_Success : VYNCurlCode_NoMemory;
+}
+
+bool CurlExchange::HasNews() const {
+  return m_state == ExchangeState::Running && m_callback != nullptr && m_easy != nullptr &&
+         (!m_toldConnecting || m_toldSent != m_position || m_toldReceived != m_replyFile.Size());
+}
+
+VYProgressRecord CurlExchange::TakeNews() {
+  curl_off_t length = -1;
+  curl_easy_getinfo(m_easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+  VYProgressRecord record{};
+  record.userData = m_userData;
+  record.receiveTotal = Saturated(length);
+  record.received = Saturated(static_cast<curl_off_t>(m_replyFile.Size()));
+  record.sendTotal = m_size;
+  record.sent = m_position;
+  if (!m_toldConnecting) {
+    m_toldConnecting = true;
+    record.opCode = KROpCode_Connecting;
+  } else if (m_toldSent != m_position) {
+    m_toldSent = m_position;
+    record.opCode = KROpCode_Sending;
+  } else {
+    m_toldReceived = m_replyFile.Size();
+    record.opCode = KROpCode_Receiving;
+  }
+  return record;
+}
+
+u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
+  if (m_stopped != 0) return m_stopped;
+  if (result == CURLE_OK) return CodeOfHttpStatus(LongInfo(m_easy, CURLINFO_RESPONSE_CODE));
+  bool const badSignature = result == CURLE_SSL_CONNECT_ERROR && certificateRefused;
+  if (result == CURLE_PEER_FAILED_VERIFICATION || badSignature) {
+    u16 const code = badSignature ? u16{VYNCurlCode_Untrusted}
+                                  : CodeOfVerification(LongInfo(m_easy, CURLINFO_SSL_VERIFYRESULT));
+    u16 const answer = AskCallback(nullptr, 0, code);
+    return answer != 0 ? answer : code;
+  }
+  // A proxy that refuses a tunnel says why by an HTTP status.
+  long const proxyStatus = LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE);
+  if (proxyStatus >= 400) return CodeOfHttpStatus(proxyStatus);
+  return CodeOfTransfer(result, LongInfo(m_easy, CURLINFO_OS_ERRNO));
+}
+
+void CurlExchange::Finish(u16 code, VYFinishedRecord& record) {
+  bool const replyArrived = m_replyFile.Close();
+  bool const headerArrived = m_headerFile.Close();
+  record = VYFinishedRecord{};
+  record.result = code;
+  if (code == VYNCurlCode_Success && !(replyArrived && headerArrived)) {
+    record.result = VYNCurlCode_FileFailed;
+  }
+  record.userData = m_userData;
+  if (m_callback == nullptr) return;
+  m_replyFile.HandOver(record.replyFile);
+  m_headerFile.HandOver(record.headerFile);
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,152 @@
+// One exchange of the manager over libcurl: its options, its files, and the calls that libcurl
+// makes while it runs.
+
+#ifndef KROFX_TRANSPORT_CURL_INTERNAL_CURL_EXCHANGE_H_
+#define KROFX_TRANSPORT_CURL_INTERNAL_CURL_EXCHANGE_H_
+
+#include <curl/curl.h>
+
+#include <cstddef>
+
+#include "krofx/core/memory.h"
+#include "krofx/core/string.h"
+#include "krofx/core/types.h"
+#include "krofx/transport/contract/connection_manager.h"
+#include "krofx/transport/curl/internal/certificates.h"
+#include "krofx/transport/curl/internal/request_headers.h"
+#include "krofx/transport/curl/internal/temporary_file.h"
+
+namespace krofx::internal {
+
+/// What can be set for a whole manager.
+struct CurlSettings {
+  /// Bytes that the body of a reply may have.
+  u32 replyLimit = 0;
+  /// Whether the next two stand instead of libcurl's own places.
+  bool ownRoots = false;
+  /// PEM file of the system's roots, empty for none.
+  KRString rootFile;
+  /// Folder of the system's roots, empty for none.
+  KRString rootFolder;
+};
+
+/// What an exchange is created with.
+struct ExchangeParameters {
+  char const* url;
+  char const* data;
+  u32 size;
+  bool isSend;
+  char const* tempPath;
+  VYProgressCallback callback;
+  void* userData;
+};
+
+/// How far an exchange has got.
+enum class ExchangeState {
+  /// Being set up.
+  Created,
+  /// Started; it will have a finished record.
+  Running,
+  /// Ended, while the certificate callback is told why; the finished record is next.
+  Ending,
+  /// Over or given back: no handle leads here any more, no callback is made, the object goes soon.
+  Dead,
+};
+
+/// An exchange. The core (curl_core.h) owns and moves it, and links it into its list.
+class CurlExchange : public HeapObject {
+ public:
+  /// `handle` and `session` are the numbers that callers know the exchange and its session by.
+  CurlExchange(void* handle, void* session) : m_handle(handle), m_session(session) {}
+  CurlExchange(CurlExchange const&) = delete;
+  CurlExchange& operator=(CurlExchange const&) = delete;
+  ~CurlExchange();
+
+  /// Takes the parameters over and makes the files. 0, or a VYNCurlCode; a URL that cannot be used
+  /// becomes the verdict. `settings` must outlive the exchange.
+  u16 Create(ExchangeParameters const& parameters, CurlSettings const& settings);
+  /// Sets the HTTP options. 0, or a VYNCurlCode; headers that cannot be used become the verdict.
+  u16 SetHttp(u16 post, char const* contentType, char const* extraHeaders, s32 timeout);
+  /// Sets the TLS options.
+  void SetTls(bool skipVerify, VYCertificateCallback callback);
+  /// Adds a root. 0, or a VYNCurlCode.
+  u16 AddRoot(char const* der, u32 length, s16 rootID) { return m_roots.Add(der, length, rootID); }
+
+  /// Makes the transfer, unless there is a verdict. 0, or a VYNCurlCode.
+  u16 Prepare();
+  /// The transfer; null without one.
+  CURL* Easy() const { return m_easy; }
+
+  /// Whether a progress record is due.
+  bool HasNews() const;
+  /// Makes the next progress record; there must be one.
+  VYProgressRecord TakeNews();
+  /// The code of a transfer that libcurl ended. Asks the certificate callback if the server's
+  /// certificates were the reason; `certificateRefused` says that of a failed handshake.
+  u16 Result(CURLcode result, bool certificateRefused);
+  /// Hands the files over and makes the finished record.
+  void Finish(u16 code, VYFinishedRecord& record);
+
+  /// Takes progress and finished records; may be null.
+  VYProgressCallback Callback() const { return m_callback; }
+
+ private:
+  friend class CurlCore;
+
+  // Whether libcurl's calls are to stop the transfer at their next chance.
+  bool MustStop() const { return m_state == ExchangeState::Dead || m_verdict != 0; }
+  void ReadUrl(char const* url);
+  bool SetConnection();
+  bool SetRequest();
+  bool SetTrust();
+  RootLocation SystemRoots() const;
+  u16 AskAboutCertificates();
+  u16 AskCallback(SSLCertificateChain* chain, u32 rootID, u16 error);
+
+  static int BeforeRequest(void* self, char*, char*, int, int);
+  static std::size_t GiveData(char* out, std::size_t size, std::size_t count, void* self);
+  static int Rewind(void* self, curl_off_t offset, int origin);
+  static std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* self);
+  static std::size_t TakeHeader(char* bytes, std::size_t size, std::size_t count, void* self);
+
+  // The core's: who the exchange is, the next one in the list, and how far it has got. With a
+  // verdict, a code, it ends as soon as that can be done, whatever the transfer does.
+  void* const m_handle;
+  void* const m_session;
+  CurlExchange* m_next = nullptr;
+  ExchangeState m_state = ExchangeState::Created;
+  u16 m_verdict = 0;
+
+  CURL* m_easy = nullptr;
+  CURLU* m_url = nullptr;
+  bool m_isHttps = false;
+  CurlSettings const* m_settings = nullptr;
+
+  char const* m_data = nullptr;
+  u32 m_size = 0;
+  u32 m_position = 0;
+  bool m_isSend = false;
+  VYProgressCallback m_callback = nullptr;
+  void* m_userData = nullptr;
+  u32 m_replyLimit = 0;
+  TemporaryFile m_replyFile;
+  TemporaryFile m_headerFile;
+
+  RequestHeaders m_headers;
+  s32 m_timeout = 0;
+
+  AddedRoots m_roots;
+  bool m_tlsSet = false;
+  bool m_skipVerify = false;
+  VYCertificateCallback m_certificateCallback = nullptr;
+
+  // What stopped the transfer from inside one of libcurl's calls; 0 for nothing.
+  u16 m_stopped = 0;
+  bool m_toldConnecting = false;
+  u32 m_toldSent = 0;
+  std::size_t m_toldReceived = 0;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_TRANSPORT_CURL_INTERNAL_CURL_EXCHANGE_H_

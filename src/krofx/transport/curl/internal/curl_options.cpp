@@ -1,0 +1,110 @@
+// What libcurl is told about an exchange before it starts.
+
+#include <curl/curl.h>
+#include <openssl/bio.h>
+
+#include "krofx/transport/curl/internal/curl_exchange.h"
+
+namespace krofx::internal {
+
+namespace {
+
+template <class T>
+bool Set(CURL* easy, CURLoption option, T value) {
+  return curl_easy_setopt(easy, option, value) == CURLE_OK;
+}
+
+struct FixedOption {
+  CURLoption option;
+  long value;
+};
+
+// The same for every exchange.
+constexpr FixedOption kFixedOptions[] = {
+    // Signals are the host's.
+    {CURLOPT_NOSIGNAL, 1},
+    {CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1},
+    {CURLOPT_FOLLOWLOCATION, 0},
+    {CURLOPT_NETRC, CURL_NETRC_IGNORED},
+    // Certificates are decided on for each exchange, so none may ride on what another one agreed.
+    {CURLOPT_FRESH_CONNECT, 1},
+    {CURLOPT_FORBID_REUSE, 1},
+    {CURLOPT_SSL_SESSIONID_CACHE, 0},
+    {CURLOPT_SSLVERSION, CURL_SSLVERSION_TLSv1_2},
+    {CURLOPT_PROXY_SSLVERSION, CURL_SSLVERSION_TLSv1_2},
+    // A proxy gets to see neither the extra headers nor do its answers pass for the server's.
+    {CURLOPT_HEADEROPT, CURLHEADER_SEPARATE},
+    {CURLOPT_SUPPRESS_CONNECT_HEADERS, 1},
+};
+
+char const* TextOrNull(KRString const& text) {
+  return text.IsEmpty() != 0 ? nullptr : static_cast<char const*>(text);
+}
+
+// Where libcurl looks when it is told nothing.
+char const* OwnPlace(CURL* easy, CURLINFO info) {
+  char const* place = nullptr;
+  curl_easy_getinfo(easy, info, &place);
+  return place;
+}
+
+}  // namespace
+
+bool CurlExchange::SetConnection() {
+  for (FixedOption const& row : kFixedOptions) {
+    if (!Set(m_easy, row.option, row.value)) return false;
+  }
+  return Set(m_easy, CURLOPT_PROTOCOLS_STR, "http,https") && Set(m_easy, CURLOPT_CURLU, m_url) &&
+         (m_timeout <= 0 || Set(m_easy, CURLOPT_TIMEOUT_MS, m_timeout * 1000L));
+}
+
+bool CurlExchange::SetRequest() {
+  if (m_isSend) {
+    bool const done =
+        Set(m_easy, CURLOPT_POST, 1L) &&
+        Set(m_easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_size)) &&
+        Set(m_easy, CURLOPT_READFUNCTION, &GiveData) && Set(m_easy, CURLOPT_READDATA, this) &&
+        Set(m_easy, CURLOPT_SEEKFUNCTION, &Rewind) && Set(m_easy, CURLOPT_SEEKDATA, this);
+    if (!done) return false;
+  }
+  return Set(m_easy, CURLOPT_HTTPHEADER, m_headers.List()) && Set(m_easy, CURLOPT_PRIVATE, this) &&
+         // Ends a reply that says that it will be too large before its body comes.
+         Set(m_easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(m_replyLimit)) &&
+         Set(m_easy, CURLOPT_WRITEFUNCTION, &TakeBody) && Set(m_easy, CURLOPT_WRITEDATA, this) &&
+         Set(m_easy, CURLOPT_HEADERFUNCTION, &TakeHeader) && Set(m_easy, CURLOPT_HEADERDATA, this);
+}
+
+bool CurlExchange::SetTrust() {
+  if (!m_isHttps) return true;
+  long const verify = m_skipVerify ? 0 : 1;
+  if (!Set(m_easy, CURLOPT_SSL_VERIFYPEER, verify) ||
+      !Set(m_easy, CURLOPT_SSL_VERIFYHOST, verify * 2) || !Set(m_easy, CURLOPT_CERTINFO, 1L) ||
+      !Set(m_easy, CURLOPT_PREREQFUNCTION, &BeforeRequest) ||
+      !Set(m_easy, CURLOPT_PREREQDATA, this)) {
+    return false;
+  }
+  // Nothing of the system's is read when nothing of it counts; a folder would be trusted besides
+  // the roots in memory.
+  RootLocation location{nullptr, nullptr};
+  if (!m_skipVerify && m_roots.IsEmpty()) location = SystemRoots();
+  if (!Set(m_easy, CURLOPT_CAINFO, location.file) ||
+      !Set(m_easy, CURLOPT_CAPATH, location.folder)) {
+    return false;
+  }
+  if (m_skipVerify || m_roots.IsEmpty()) return true;
+  CryptoPointer<BIO> const pem = m_roots.Pem();
+  if (pem == nullptr) return false;
+  char* text = nullptr;
+  long const length = BIO_get_mem_data(pem.get(), &text);
+  curl_blob blob{text, static_cast<std::size_t>(length), CURL_BLOB_COPY};
+  return Set(m_easy, CURLOPT_CAINFO_BLOB, &blob);
+}
+
+RootLocation CurlExchange::SystemRoots() const {
+  if (m_settings->ownRoots) {
+    return {TextOrNull(m_settings->rootFile), TextOrNull(m_settings->rootFolder)};
+  }
+  return {OwnPlace(m_easy, CURLINFO_CAINFO), OwnPlace(m_easy, CURLINFO_CAPATH)};
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,110 @@
+// Taking header lines apart and putting them together again.
+
+#include "krofx/transport/curl/internal/request_headers.h"
+
+#include <strings.h>
+
+#include <cstring>
+
+#include "krofx/core/memory.h"
+#include "krofx/transport/curl/curl_code.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr char kContentType[] = "Content-Type";
+
+// Whoever sets these says where a message ends, which is for libcurl to say.
+constexpr char const* kFraming[] = {"Content-Length", "Transfer-Encoding", "Expect"};
+
+// The characters of a header's name.
+bool IsTokenCharacter(char character) {
+  return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+         (character >= 'a' && character <= 'z') ||
+         (character != '\0' && std::strchr("!#$%&'*+-.^_`|~", character) != nullptr);
+}
+
+// Text and what lies beyond ASCII; no control character but the tab.
+bool IsValueCharacter(char character) {
+  return character == '\t' || (static_cast<unsigned char>(character) >= ' ' && character != 0x7f);
+}
+
+bool IsBlank(char character) { return character == ' ' || character == '\t'; }
+
+bool IsName(char const* text, std::size_t length, char const* name) {
+  return std::strlen(name) == length && strncasecmp(text, name, length) == 0;
+}
+
+}  // namespace
+
+u16 RequestHeaders::Set(char const* contentType, char const* extraHeaders) {
+  curl_slist_free_all(m_list);
+  m_list = nullptr;
+  m_hasContentType = false;
+  u16 code = VYNCurlCode_Success;
+  char const* at = extraHeaders == nullptr ? "" : extraHeaders;
+  while (*at != '\0' && code == VYNCurlCode_Success) {
+    std::size_t const toEnd = std::strcspn(at, "\n");
+    std::size_t const length =
+        toEnd > 0 && at[toEnd - 1] == '\r' && at[toEnd] == '\n' ? toEnd - 1 : toEnd;
+    if (length > 0) code = AddExtra(at, length);
+    at += at[toEnd] == '\0' ? toEnd : toEnd + 1;
+  }
+  if (code == VYNCurlCode_Success && contentType != nullptr && !m_hasContentType) {
+    code = AddLine(kContentType, sizeof kContentType - 1, contentType, std::strlen(contentType));
+  }
+  // An empty name switches libcurl's own line off: some servers never answer an expectation.
+  if (code == VYNCurlCode_Success) {
+    curl_slist* const longer = curl_slist_append(m_list, "Expect:");
+    if (longer == nullptr) code = VYNCurlCode_NoMemory;
+    if (longer != nullptr) m_list = longer;
+  }
+  if (code != VYNCurlCode_Success) {
+    curl_slist_free_all(m_list);
+    m_list = nullptr;
+  }
+  return code;
+}
+
+u16 RequestHeaders::AddExtra(char const* line, std::size_t length) {
+  std::size_t nameLength = 0;
+  while (nameLength < length && IsTokenCharacter(line[nameLength])) ++nameLength;
+  if (nameLength == 0 || nameLength == length || line[nameLength] != ':') {
+    return VYNCurlCode_BadHeader;
+  }
+  for (char const* const name : kFraming) {
+    if (IsName(line, nameLength, name)) return VYNCurlCode_BadHeader;
+  }
+  if (IsName(line, nameLength, kContentType)) m_hasContentType = true;
+  return AddLine(line, nameLength, line + nameLength + 1, length - nameLength - 1);
+}
+
+u16 RequestHeaders::AddLine(char const* name, std::size_t nameLength, char const* value,
+                            std::size_t valueLength) {
+  while (valueLength > 0 && IsBlank(*value)) {
+    ++value;
+    --valueLength;
+  }
+  while (valueLength > 0 && IsBlank(value[valueLength - 1])) --valueLength;
+  for (std::size_t i = 0; i < valueLength; ++i) {
+    if (!IsValueCharacter(value[i])) return VYNCurlCode_BadHeader;
+  }
+  std::size_t const room = nameLength + valueLength + sizeof ": ";
+  auto* const line = static_cast<char*>(Allocate(room));
+  if (line == nullptr) return VYNCurlCode_NoMemory;
+  std::memcpy(line, name, nameLength);
+  // libcurl takes "Name:" for a wish to leave a line out and "Name;" for an empty value.
+  char* at = line + nameLength;
+  *at++ = valueLength == 0 ? ';' : ':';
+  if (valueLength != 0) *at++ = ' ';
+  std::memcpy(at, value, valueLength);
+  at[valueLength] = '\0';
+  curl_slist* const longer = curl_slist_append(m_list, line);
+  Free(line);
+  if (longer == nullptr) return VYNCurlCode_NoMemory;
+  m_list = longer;
+  return VYNCurlCode_Success;
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,40 @@
+// The header lines that a request sends besides those of libcurl: checked, so that nothing but
+// whole header lines goes out.
+
+#ifndef KROFX_TRANSPORT_CURL_INTERNAL_REQUEST_HEADERS_H_
+#define KROFX_TRANSPORT_CURL_INTERNAL_REQUEST_HEADERS_H_
+
+#include <curl/curl.h>
+
+#include <cstddef>
+
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// Header lines as libcurl takes them.
+class RequestHeaders {
+ public:
+  RequestHeaders() = default;
+  RequestHeaders(RequestHeaders const&) = delete;
+  RequestHeaders& operator=(RequestHeaders const&) = delete;
+  ~RequestHeaders() { curl_slist_free_all(m_list); }
+
+  /// Replaces what was set. `contentType` null is none; `extraHeaders`, which may be null, are
+  /// lines ended by CR LF or LF, the last end may be missing. 0, or a VYNCurlCode, and then there
+  /// are no lines.
+  u16 Set(char const* contentType, char const* extraHeaders);
+  /// The lines; null for none.
+  curl_slist* List() const { return m_list; }
+
+ private:
+  u16 AddExtra(char const* line, std::size_t length);
+  u16 AddLine(char const* name, std::size_t nameLength, char const* value, std::size_t valueLength);
+
+  curl_slist* m_list = nullptr;
+  bool m_hasContentType = false;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_TRANSPORT_CURL_INTERNAL_REQUEST_HEADERS_H_

@@ -1,0 +1,46 @@
+// The two temporary files of an exchange: the body of its reply, and the header lines.
+
+#ifndef KROFX_TRANSPORT_CURL_INTERNAL_TEMPORARY_FILE_H_
+#define KROFX_TRANSPORT_CURL_INTERNAL_TEMPORARY_FILE_H_
+
+#include <cstddef>
+
+#include "krofx/core/types.h"
+#include "krofx/transport/contract/connection_manager.h"
+
+namespace krofx::internal {
+
+/// A new file in a folder, readable by its owner only. It is removed with the object, unless it was
+/// handed over.
+class TemporaryFile {
+ public:
+  TemporaryFile() = default;
+  TemporaryFile(TemporaryFile const&) = delete;
+  TemporaryFile& operator=(TemporaryFile const&) = delete;
+  ~TemporaryFile();
+
+  /// Makes the file, under a name that ends with `suffix`. An empty or null folder is TMPDIR, or
+  /// /tmp; a backslash in it counts as a slash. False, and there is no file, when the name would
+  /// not fit into a finished record, or the folder takes no file.
+  bool Create(char const* folder, char const* suffix);
+  /// Appends all of `count` bytes; false when the file does not take them.
+  bool Write(char const* bytes, std::size_t count);
+  /// Removes what was written so far; false when that fails.
+  bool Empty();
+  /// Closes the file; false when what was written may not have arrived.
+  bool Close();
+  /// Bytes written so far.
+  std::size_t Size() const { return m_size; }
+  /// Closes the file and gives its name to a caller that is to remove it. `out` has room for
+  /// VYFinishedRecord::kReplyFileSize bytes.
+  void HandOver(char* out);
+
+ private:
+  int m_file = -1;
+  std::size_t m_size = 0;
+  char m_name[VYFinishedRecord::kReplyFileSize] = {};
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_TRANSPORT_CURL_INTERNAL_TEMPORARY_FILE_H_

@@ -1,0 +1,62 @@
+// The reply of an exchange, which the connection manager leaves in two files: the body, and the
+// header lines. They are read here, and removed once nobody needs them.
+
+#ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_REPLY_FILES_H_
+#define KROFX_TRANSPORT_EXCHANGE_INTERNAL_REPLY_FILES_H_
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/export.h"
+#include "krofx/core/string.h"
+#include "krofx/core/types.h"
+#include "krofx/transport/contract/connection_manager.h"
+
+namespace krofx::internal {
+
+/// The files of the last exchange of a request, and the headers that were saved over all of them.
+class KROFX_API ReplyFiles {
+ public:
+  ReplyFiles() : m_savedHeaders(0, 0) {}
+  ReplyFiles(ReplyFiles const&) = delete;
+  ReplyFiles& operator=(ReplyFiles const&) = delete;
+  ~ReplyFiles() { Delete(); }
+
+  /// Takes over the files that a record names, and measures the reply.
+  void Take(VYFinishedRecord const& record);
+  /// Deletes the files; there is no reply then.
+  void Drop();
+  /// Deletes the files and forgets their names, for a new exchange.
+  void Forget();
+
+  /// @return bytes of the reply; 0 when there is none.
+  u32 Size() const { return m_replySize; }
+  /// Appends the reply at the cursor of `target` and deletes the files.
+  /// @return whether the target's size is the reply's then; false also when there is no reply, or
+  ///         its file does not open, and then the files stay.
+  bool Load(KRBuffer& target);
+
+  /// Appends the file of headers, if there is one, to the saved headers.
+  void SaveHeaders();
+  /// @return the saved headers. A buffer without memory means that memory was exhausted as this
+  ///         object was made.
+  KRBuffer const& SavedHeaders() const { return m_savedHeaders; }
+  /// Gives the value of the first saved header of a name, in letters of any case.
+  /// @return 1; 0, with `value` left alone, when there is none.
+  u16 FindHeader(KRString const& name, KRString& value) const;
+
+ private:
+  // Bytes of a file name, the NUL included.
+  static constexpr u32 kNameRoom = 1024;
+
+  void Delete();
+
+  char m_replyFile[kNameRoom] = {};
+  char m_headerFile[kNameRoom] = {};
+  // Whether the files are there to be deleted.
+  bool m_filesLeft = false;
+  u32 m_replySize = 0;
+  KRBuffer m_savedHeaders;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_TRANSPORT_EXCHANGE_INTERNAL_REPLY_FILES_H_

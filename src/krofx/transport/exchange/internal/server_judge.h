@@ -1,0 +1,69 @@
+// Which server is the right one: the roots and the expected certificates of a request, and the
+// decision over the chain of certificates that a server showed.
+
+#ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_SERVER_JUDGE_H_
+#define KROFX_TRANSPORT_EXCHANGE_INTERNAL_SERVER_JUDGE_H_
+
+#include "krofx/core/array.h"
+#include "krofx/core/buffer.h"
+#include "krofx/core/export.h"
+#include "krofx/core/string.h"
+#include "krofx/core/types.h"
+#include "krofx/security/certificate_array.h"
+#include "krofx/security/status.h"
+#include "krofx/transport/contract/connection_manager.h"
+
+class KRNetAccess;
+
+namespace krofx::internal {
+
+/// Holds what is known of the right server, and judges the certificates of one.
+class KROFX_API ServerJudge {
+ public:
+  /// Reads a certificate out of bytes: an operation of KRCert.
+  using Loader = KRSecStatus (KRCert::*)(char const*, u16);
+
+  /// The answer for a chain that is not to be trusted, without a finer one.
+  static constexpr u16 kUntrusted = 1670;
+
+  /// No roots, and nothing is expected.
+  ServerJudge() : m_roots(1, 5), m_expectedIDs(2, 2), m_expectedNames(2, 2) {}
+
+  /// Adds a root that `load` reads.
+  /// @return 1; 0 when it is no certificate, `rootID` is 0, or memory is exhausted.
+  u16 AddRoot(Loader load, char const* bytes, u16 length, s16 rootID);
+  /// @return the roots, in the order in which they were added.
+  KRDynamicArrayCert const& Roots() const { return m_roots; }
+  /// @return 1 when a root of exactly this ID was added, or when there are no roots.
+  u16 IsTrustedRoot(u32 rootID) const;
+
+  /// @return the certificate IDs of which the server has to show one, if there are any.
+  KRDynamicArrayBuffer& ExpectedIDs() { return m_expectedIDs; }
+  /// Adds a certificate ID to a list of at most two.
+  /// @return 1; 0 for a third, for a null, and when memory is exhausted.
+  static u16 AddID(KRDynamicArrayBuffer* expected, char const* certID, u16 length);
+  /// @return 1 when an ID is one of a list, or when the list is empty.
+  static u16 IsExpectedID(KRDynamicArrayBuffer const* expected, KRBuffer const* certID);
+
+  /// Adds a name to a list of at most two. No decision looks at them.
+  /// @return 1; 0 for a third, and when memory is exhausted.
+  u16 AddName(KRString const& name);
+  /// @return 1 when a name is one of the expected ones, or when none is expected.
+  u16 IsExpectedName(KRString const& name) const;
+
+  /// Decides over a chain that ends at the root `rootID`, as the manager found it. The reason of a
+  /// refusal is logged through `log`, which may be null, and may destroy this object.
+  /// @return as VYNNetRequest::VYNSSLCertificateCallback.
+  u16 Judge(KRNetAccess* log, SSLCertificateChain const* chain, u32 rootID, u16 error) const;
+
+ private:
+  u16 CheckExpectedID(KRNetAccess* log, char const* der, u16 length) const;
+
+  KRDynamicArrayCert m_roots;
+  KRDynamicArrayBuffer m_expectedIDs;
+  PlainArray<KRString> m_expectedNames;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_TRANSPORT_EXCHANGE_INTERNAL_SERVER_JUDGE_H_

@@ -1,0 +1,83 @@
+// How an exchange is waited for, cancelled and given back.
+
+#include "krofx/transport/exchange/internal/session_exchange.h"
+
+#include <new>
+
+#include "krofx/transport/contract/connection_manager.h"
+#include "krofx/transport/contract/wait_platform.h"
+#include "krofx/transport/exchange/internal/connection_session.h"
+#include "krofx/transport/exchange/internal/log_line.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr u32 kRoundMilliseconds = 100;
+
+}  // namespace
+
+SessionExchange::~SessionExchange() {
+  End();
+  if (m_call != nullptr) m_call->requestGone = true;
+  Leave();
+}
+
+void SessionExchange::Join(ConnectionSession* session) {
+  Leave();
+  m_session = session;
+  if (session != nullptr) session->Add(*this);
+}
+
+void SessionExchange::Leave() {
+  if (m_session != nullptr) m_session->Remove(*this);
+  m_session = nullptr;
+}
+
+VYNConnectionManager* SessionExchange::Manager() const {
+  return m_session == nullptr ? nullptr : m_session->Manager();
+}
+
+KRNetAccess* SessionExchange::Log() const {
+  return m_session == nullptr ? nullptr : &m_session->Access();
+}
+
+void SessionExchange::Wait(u16 const* finished) {
+  VYNConnectionManager* const manager = Manager();
+  if (finished == nullptr || manager == nullptr) return;
+  VYNWaitPlatform& platform = m_session->Platform();
+  ExchangeCall own;
+  bool const isOuter = m_call == nullptr;
+  // Laundered, since an optimising compiler takes the plain address for one that outlives its
+  // object: it does not see that a request which is gone no longer holds it.
+  if (isOuter) m_call = std::launder(&own);
+  ExchangeCall const& call = *m_call;
+  // What `finished` points to may be gone with the request, so the call is asked first.
+  while (!call.over && *finished == 0) {
+    if (platform.HandleOneEvent() == VYNEventResult_Quit) break;
+    if (!call.over) platform.Pause(kRoundMilliseconds, *manager);
+  }
+  if (isOuter && !own.requestGone) m_call = nullptr;
+}
+
+KRNetStatus SessionExchange::Cancel() {
+  if (m_handle == nullptr) return KRNetStatus_Success;
+  u16 const code = Manager()->VCCancel(m_session->Handle(), m_handle);
+  if (code == 0) return KRNetStatus_Success;
+  LogLine(Log(), kLogImportant, "***VYN VCCancel:  %d", code);
+  return KRNetStatus_CancelFailed;
+}
+
+void SessionExchange::Release() {
+  if (m_handle == nullptr) return;
+  void* const handle = m_handle;
+  m_handle = nullptr;
+  Manager()->VCRelease(m_session->Handle(), handle);
+}
+
+void SessionExchange::End() {
+  Release();
+  if (m_call != nullptr) m_call->over = true;
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,61 @@
+// Both ways between file names and `file:` URLs: '|' stands for the ':' of a drive, '/' for '\'.
+
+#include "krofx/transport/files/internal/file_url.h"
+
+#include <cstring>
+#include <string_view>
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr std::string_view kScheme = "file:";
+
+char NameCharacter(char character) {
+  if (character == '/') return '\\';
+  return character == '|' ? ':' : character;
+}
+
+char UrlCharacter(char character) {
+  if (character == '\\') return '/';
+  return character == ':' ? '|' : character;
+}
+
+}  // namespace
+
+bool HasFileScheme(char const* url) {
+  if (url == nullptr) return false;
+  for (char const expected : kScheme) {
+    char const character = *url++;
+    bool const capital = character >= 'A' && character <= 'Z';
+    if ((capital ? character - 'A' + 'a' : character) != expected) return false;
+  }
+  return true;
+}
+
+bool FileUrlToName(char* out, std::size_t room, char const* url) {
+  bool const isFile = HasFileScheme(url);
+  out[0] = '\0';
+  if (!isFile) return false;
+  url += kScheme.size();
+  if (*url != '\0') ++url;
+  if (*url == '/') ++url;
+  if (std::strlen(url) >= room) return false;
+  do *out++ = NameCharacter(*url);
+  while (*url++ != '\0');
+  return true;
+}
+
+void NameToFileUrl(char* out, char const* name) {
+  if (HasFileScheme(name)) {
+    std::strcpy(out, name);
+    return;
+  }
+  out = static_cast<char*>(std::memcpy(out, kScheme.data(), kScheme.size())) + kScheme.size();
+  *out++ = '/';
+  if (name[0] == '\\' || (name[0] != '\0' && name[1] == ':')) *out++ = '/';
+  do *out++ = UrlCharacter(*name);
+  while (*name++ != '\0');
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,147 @@
+// Local files through the system's own calls, which take no memory.
+
+#include "krofx/transport/files/internal/local_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/memory.h"
+#include "krofx/core/wipe.h"
+
+namespace krofx::internal {
+namespace {
+
+// A name in the form that this platform opens.
+class NativeName {
+ public:
+  explicit NativeName(char const* name) {
+    std::size_t const length = name != nullptr ? strnlen(name, kFileNameSize) : 0;
+    m_usable = length > 0 && length < kFileNameSize;
+    if (!m_usable) return;
+    std::memcpy(m_text, name, length);
+    m_text[length] = '\0';
+    std::replace(m_text, m_text + length, '\\', '/');
+  }
+  bool IsUsable() const { return m_usable; }
+  char const* Text() const { return m_text; }
+
+ private:
+  char m_text[kFileNameSize];
+  bool m_usable;
+};
+
+// One chunk of a file's content. It may hold sign-on text, so it is overwritten at its end.
+class Chunk {
+ public:
+  Chunk() : m_bytes(static_cast<char*>(Allocate(kFileChunk))) {}
+  Chunk(Chunk const&) = delete;
+  Chunk& operator=(Chunk const&) = delete;
+  ~Chunk() { WipeAndFree(m_bytes, m_bytes != nullptr ? kFileChunk : 0); }
+  char* Bytes() const { return m_bytes; }
+
+ private:
+  char* m_bytes;
+};
+
+constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
+
+}  // namespace
+
+bool LocalFile::Open(char const* name, int flags) {
+  Close();
+  NativeName const native(name);
+  if (!native.IsUsable()) return false;
+  // Opening a pipe would wait for its other end.
+  m_file = open(native.Text(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kOwnerOnly);
+  struct stat facts;
+  if (m_file >= 0 && fstat(m_file, &facts) == 0 && S_ISREG(facts.st_mode)) return true;
+  Close();
+  return false;
+}
+
+bool LocalFile::OpenToRead(char const* name) { return Open(name, O_RDONLY); }
+
+bool LocalFile::OpenToWrite(char const* name) { return Open(name, O_WRONLY | O_CREAT | O_TRUNC); }
+
+bool LocalFile::Size(u32& size) const {
+  struct stat facts;
+  if (m_file < 0 || fstat(m_file, &facts) != 0) return false;
+  if (facts.st_size > std::numeric_limits<u32>::max()) return false;
+  size = static_cast<u32>(facts.st_size);
+  return true;
+}
+
+u32 LocalFile::Read(char* out, u32 count) {
+  u32 done = 0;
+  while (m_file >= 0 && done < count) {
+    ssize_t const got = read(m_file, out + done, count - done);
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    done += static_cast<u32>(got);
+  }
+  return done;
+}
+
+bool LocalFile::Write(char const* bytes, u32 count) {
+  u32 done = 0;
+  while (m_file >= 0 && done < count) {
+    ssize_t const put = write(m_file, bytes + done, count - done);
+    if (put < 0 && errno == EINTR) continue;
+    if (put <= 0) break;
+    done += static_cast<u32>(put);
+  }
+  return done == count;
+}
+
+bool LocalFile::Close() {
+  if (m_file < 0) return true;
+  bool const closed = close(m_file) == 0;
+  m_file = -1;
+  return closed;
+}
+
+bool LocalFileSize(char const* name, u32& size) {
+  LocalFile file;
+  return file.OpenToRead(name) && file.Size(size);
+}
+
+bool LocalFileExists(char const* name) { return LocalFile().OpenToRead(name); }
+
+void DeleteLocalFile(char const* name) {
+  NativeName const native(name);
+  if (native.IsUsable()) unlink(native.Text());
+}
+
+bool AppendLocalFile(char const* name, KRBuffer& target) {
+  LocalFile file;
+  if (!file.OpenToRead(name)) return false;
+  Chunk const chunk;
+  if (chunk.Bytes() == nullptr) return false;
+  for (u16 got = kFileChunk; got == kFileChunk;) {
+    got = static_cast<u16>(file.Read(chunk.Bytes(), kFileChunk));
+    // A write of nothing would still end the content at the cursor.
+    if (got > 0 && target.Write(chunk.Bytes(), got) != KRBufferOK) break;
+  }
+  return true;
+}
+
+bool SaveToLocalFile(char const* name, KRBuffer& source) {
+  Chunk const chunk;
+  LocalFile file;
+  if (chunk.Bytes() == nullptr || !file.OpenToWrite(name)) return false;
+  source.SetBufferOffset(0);
+  KRBufferResult result = KRBufferOK;
+  for (u16 got = 0; (result = source.Read(chunk.Bytes(), got, kFileChunk)) == KRBufferOK;) {
+    if (!file.Write(chunk.Bytes(), got)) return false;
+  }
+  return file.Close() && result == KRBufferOutOfRange;
+}
+
+}  // namespace krofx::internal
