@@ -39,6 +39,7 @@
 #include "krofx/parse/engine.h"
 #include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
+#include "krofx/reader/reading.h"
 
 // Carrying texts to a server and back.
 #include "krofx/transport/contract/connection_manager.h"

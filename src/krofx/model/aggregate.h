@@ -38,11 +38,26 @@ enum class StoreResult : u8 {
   kCannotStore,  ///< An array could not take one more value.
 };
 
+/// What the text of a value looks like, for code that repairs texts which are no values. kAggregate
+/// is an aggregate that its parent holds by value.
+enum class ValueForm : u8 {
+  kText,
+  kDecimal,
+  kInteger,
+  kBoolean,
+  kDate,
+  kTime,
+  kKeyword,
+  kLanguage,
+  kAggregate,
+};
+
 /// How one kind of value is read, written and copied. `member` points to the value itself.
 struct ValueKind {
   StoreResult (*fromText)(KRDataObj& owner, KRTagID tag, void* member, const KRString& text);
   KRBuildStatus (*build)(KRBuilder& builder, KRTagID tag, const void* member);
   u16 (*copy)(void* to, const void* from);
+  ValueForm form = ValueForm::kText;
 };
 
 /// How an array of children is reached, whatever its element type.

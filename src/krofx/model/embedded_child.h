@@ -25,7 +25,7 @@ struct Embedded {
     Child* source = const_cast<Child*>(static_cast<const Child*>(from));
     return static_cast<Child*>(to)->DeepCopyFrom(source);
   }
-  static constexpr ValueKind kKind = {&FromText, &Build, &Copy};
+  static constexpr ValueKind kKind = {&FromText, &Build, &Copy, ValueForm::kAggregate};
 };
 template <class Child>
 inline constexpr const ValueKind& kEmbedded = Embedded<Child>::kKind;

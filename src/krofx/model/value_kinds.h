@@ -25,10 +25,21 @@ u16 CopyValue(void* to, const void* from) {
   return 1;
 }
 
+/// The form of values that are held as a T.
+template <class T>
+constexpr ValueForm FormOf() {
+  if constexpr (std::is_base_of_v<KRPrecisionInteger, T>) return ValueForm::kDecimal;
+  if constexpr (std::is_base_of_v<KRDateTime, T>) return ValueForm::kDate;
+  if constexpr (std::is_base_of_v<KRTime, T>) return ValueForm::kTime;
+  if constexpr (std::is_base_of_v<KRLanguage, T>) return ValueForm::kLanguage;
+  if constexpr (std::is_enum_v<T>) return ValueForm::kKeyword;
+  return std::is_integral_v<T> ? ValueForm::kInteger : ValueForm::kText;
+}
+
 /// A kind whose text goes through `Read(text, value)` and which `Write(builder, tag, value)`
 /// writes.
 template <class T, u16 (*Read)(const KRString&, T&),
-          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&)>
+          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&), ValueForm Form = FormOf<T>()>
 struct Converted {
   static StoreResult FromText(KRDataObj&, KRTagID, void* member, const KRString& text) {
     T value{};
@@ -39,7 +50,7 @@ struct Converted {
   static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
     return Write(builder, tag, *static_cast<const T*>(member));
   }
-  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<T>};
+  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<T>, Form};
 };
 
 /// Calls the builder's tag-and-value operation for a kind.
@@ -66,8 +77,8 @@ inline constexpr const ValueKind& kTime =
     Converted<KRTime, &KRDataConversion::StringToTime,
               &WriteBy<KRTime, &KRBuilder::AddTagKRTime>>::kKind;
 inline constexpr const ValueKind& kBoolean =
-    Converted<u16, &KRDataConversion::StringToBoolean,
-              &WriteBy<u16, &KRBuilder::AddTagKRBoolean>>::kKind;
+    Converted<u16, &KRDataConversion::StringToBoolean, &WriteBy<u16, &KRBuilder::AddTagKRBoolean>,
+              ValueForm::kBoolean>::kKind;
 inline constexpr const ValueKind& kUShort =
     Converted<u16, &KRDataConversion::StringToUShort,
               &WriteBy<u16, static_cast<KRBuildStatus (KRBuilder::*)(KRTagID, u16)>(
@@ -135,7 +146,8 @@ KRBuildStatus WriteKeywordIndex(KRBuilder& builder, KRTagID tag, const u16& valu
 }
 template <class Enumeration>
 inline constexpr const ValueKind& kKeywordIndex =
-    Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>>::kKind;
+    Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
+              ValueForm::kKeyword>::kKind;
 
 /// Warns that a text is longer than its spec length.
 void WarnTooLong(KRTagID tag, const KRString& text);
@@ -169,6 +181,14 @@ StoreResult AppendRepeated(KRDynamicArrayNorvService& array, KRTagID tag, const 
 StoreResult AppendRepeated(KRDynamicArrayNorvService2& array, KRTagID tag, const KRString& text);
 StoreResult AppendRepeated(KRDynamicArrayLanguage& array, KRTagID tag, const KRString& text);
 
+/// The form of the elements of an array.
+template <class Array>
+constexpr ValueForm FormOfElements() {
+  if constexpr (std::is_base_of_v<KRDynamicArrayString, Array>) return ValueForm::kText;
+  if constexpr (std::is_base_of_v<KRDynamicArrayLanguage, Array>) return ValueForm::kLanguage;
+  return std::is_same_v<Array, KRDynamicArrayUShort> ? ValueForm::kInteger : ValueForm::kKeyword;
+}
+
 /// Repeated values in an array class of krofx/model/value_arrays.h.
 template <class Array>
 struct Repeated {
@@ -188,7 +208,7 @@ struct Repeated {
     }
     return 1;
   }
-  static constexpr ValueKind kKind{&FromText, &Build, &Copy};
+  static constexpr ValueKind kKind{&FromText, &Build, &Copy, FormOfElements<Array>()};
 };
 template <class Array>
 inline constexpr const ValueKind& kRepeated = Repeated<Array>::kKind;

@@ -1,0 +1,53 @@
+// What a tag is to an object: one of its elements, one of its aggregates, or none of its tags.
+//
+// The strict parser tells elements from aggregates by what stands behind them. The objects know
+// better, since their tables say what each tag is, and so an element without a text is no riddle.
+
+#ifndef KROFX_READER_AGGREGATE_ROLE_H_
+#define KROFX_READER_AGGREGATE_ROLE_H_
+
+#include "krofx/core/tags.h"
+#include "krofx/core/types.h"
+#include "krofx/model/aggregate.h"
+
+namespace krofx::internal {
+
+/// What a tag is to an object.
+enum class Role : u8 {
+  kNone,       ///< Not one of its tags, in its version.
+  kElement,    ///< An element.
+  kAggregate,  ///< An aggregate.
+  kEither,     ///< One of its tags; its class, which is a host's own, does not say of which kind.
+};
+
+/// A tag's role, with the row of the object's table that says so; null when there is none.
+struct TagRole {
+  Role role = Role::kNone;
+  const Row* row = nullptr;
+};
+
+/// The role of a tag in an object that is, or could be, open.
+TagRole RoleOf(KRDataObj& object, KRTagID tag);
+
+/// Whether a tag is one of those around the statements and other answers: OFX itself, message sets,
+/// wrappers and what they hold. A text with none of them is not OFX.
+bool IsOfEnvelope(KRTagID tag);
+
+/// Whether the tag of `row` may stand any number of times: each one is a child of its own.
+inline bool IsRepeated(const Row* row) { return row != nullptr && row->array != nullptr; }
+
+/// The child that an object holds under a tag that can stand once: null when there is none, and for
+/// one that may be repeated.
+KRDataObj* SingleChild(KRDataObj& object, KRTagID tag, const Row* row);
+
+/// Whether an object is a list: what comes in a second one of it belongs behind what the first has.
+bool IsList(KRDataObj& object);
+
+/// The tag of the aggregate that is missing in an object around `tag`, if there is exactly one of
+/// its aggregates that can hold it, directly or in one aggregate more.
+/// @return KRTag_None when there is none, or more than one.
+KRTagID MissingAggregate(KRDataObj& object, KRTagID tag);
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_AGGREGATE_ROLE_H_

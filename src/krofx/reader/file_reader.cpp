@@ -1,0 +1,273 @@
+// The passes over a text.
+
+#include "krofx/reader/file_reader.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+#include "krofx/core/thread.h"
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/parse/engine.h"
+#include "krofx/parse/mime_parser.h"
+#include "krofx/parse/simple_parser.h"
+#include "krofx/reader/charset_choice.h"
+#include "krofx/reader/header.h"
+#include "krofx/reader/refusal.h"
+#include "krofx/reader/text_bounds.h"
+#include "krofx/reader/text_menders.h"
+#include "krofx/reader/tree_reader.h"
+
+namespace krofx::internal {
+
+namespace {
+
+std::string_view BytesOf(const KRBuffer& buffer) {
+  const char* const bytes = buffer.GetBufferPtr();
+  constexpr u32 kMost = 0x7fffffff;
+  const u32 size = std::min({buffer.GetBufferSize(), buffer.GetBufferAllocation(), kMost});
+  return bytes == nullptr ? std::string_view() : std::string_view(bytes, size);
+}
+
+bool MakeRoot(OfxText& text) {
+  switch (text.kind) {
+    case TextKind::kResponse:
+      text.root.reset(new KRFileRs);
+      break;
+    case TextKind::kRequest:
+      text.root.reset(new KRFileRq);
+      break;
+    case TextKind::kMultipart:
+      text.root.reset(new KRFile);
+      break;
+  }
+  return text.root != nullptr;
+}
+
+// Says the warnings of a strict parse.
+class WarningTeller : public KRWarningObserver {
+ public:
+  WarningTeller(Recorder& recorder, const WorkingText& file, std::size_t base)
+      : m_recorder(recorder), m_file(file), m_base(base) {}
+
+  void OnWarning(const KRParseException& warning, s32 position) override {
+    Spot spot;
+    spot.offset = position < 0 ? Spot::kNowhere
+                               : m_file.ToOriginal(m_base + static_cast<std::size_t>(position));
+    std::string_view tag(warning.m_tagText, warning.m_tagText.GetStrLength());
+    const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
+    const char* const known =
+        dictionary == nullptr ? nullptr : dictionary->GetTagString(warning.m_tag);
+    if (tag.empty() && known != nullptr) tag = known;
+    m_recorder.Warn(warning.m_warning, spot, warning.m_tag, tag,
+                    {warning.m_valueText, warning.m_valueText.GetStrLength()});
+  }
+
+ private:
+  Recorder& m_recorder;
+  const WorkingText& m_file;
+  std::size_t m_base;
+};
+
+bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
+
+// The graver of two statuses: exhausted memory, then a text that was read in part, then warnings.
+KRParseStatus Graver(KRParseStatus left, KRParseStatus right) {
+  const auto weight = [](KRParseStatus status) {
+    switch (status) {
+      case KRParseStatus_Accepted:
+        return 0;
+      case KRParseStatus_Warnings:
+        return 1;
+      case KRParseStatus_Fatal:
+        return 3;
+      default:
+        return 2;
+    }
+  };
+  return weight(right) > weight(left) ? right : left;
+}
+
+}  // namespace
+
+FileReader::FileReader(KRBuffer& buffer, const ReadOptions& options)
+    : m_buffer(buffer),
+      m_options(options),
+      m_recorder(m_reading, options),
+      m_original(BytesOf(buffer)),
+      m_file(m_original, 0) {}
+
+Reading FileReader::Read() {
+  KRSetFireAlarm(KRFireAlarm_None);
+  m_dictionary = KRTagDictionary::TheKRTagDictionary();
+  KRParseLogger* const log = KRParseLogger::TheKRParseLogger();
+  KRParseStatus status =
+      m_dictionary == nullptr || log == nullptr ? KRParseStatus_Fatal : ReadTexts();
+  if (status != KRParseStatus_Fatal || m_reading.root != nullptr) {
+    m_recorder.FindLines(m_original, m_file.unit);
+  }
+  if (m_recorder.HasFailed() || AlarmIsSet()) status = KRParseStatus_Fatal;
+  m_reading.status = status;
+  Describe(status);
+  return std::move(m_reading);
+}
+
+KRParseStatus FileReader::ReadTexts() {
+  m_recorder.BeginText();
+  if (!m_options.strict) {
+    const KRParseStatus status = MendWideCharacters(m_file, m_recorder);
+    if (status != KRParseStatus_Accepted) return status;
+  }
+  KRParseStatus status = m_recorder.AnyInText() ? KRParseStatus_Warnings : KRParseStatus_Accepted;
+  do {
+    if (m_position != 0) m_recorder.BeginText();
+    status = Graver(status, ReadNext());
+    const bool ended = m_reading.texts.empty() || status == KRParseStatus_Fatal ||
+                       m_reading.texts.back().kind == TextKind::kMultipart;
+    if (ended || m_options.strict) return status;
+  } while (m_reading.texts.size() < m_options.maxTexts &&
+           HasText(Bytes(), m_position, *m_dictionary));
+  return status;
+}
+
+KRParseStatus FileReader::ReadNext() {
+  const std::size_t from = m_position;
+  OfxText text;
+  text.place.offset = m_file.ToOriginal(from);
+  std::size_t end = from == 0 ? Bytes().size() : FindTextEnd(Bytes(), from);
+  text.kind = FindKind(Bytes().substr(from, end - from));
+  if (!MakeRoot(text)) return KRParseStatus_Fatal;
+
+  StrictPass pass;
+  if (!ReadStrictly(text, from, end, pass)) return KRParseStatus_Fatal;
+  text.status = pass.status;
+  if (m_options.strict) {
+    m_position = end;
+  } else if (pass.status == KRParseStatus_Accepted &&
+             !MayHaveCommaAmount(Bytes().substr(from, pass.end - from))) {
+    m_position = pass.end;
+    if (!FillClean(text, Bytes().substr(from, pass.end - from))) return KRParseStatus_Fatal;
+  } else if (AlarmIsSet()) {
+    text.status = KRParseStatus_Fatal;
+  } else {
+    end = FindTextEnd(Bytes(), from);
+    m_position = end;
+    if (!MakeRoot(text)) return KRParseStatus_Fatal;
+    text.status = ReadMending(text, from, end);
+    // What holds nothing of OFX is no text.
+    if (text.root == nullptr) return text.status;
+  }
+  const KRParseStatus status = text.status;
+  if (!m_reading.texts.Append(std::move(text))) return KRParseStatus_Fatal;
+  m_reading.root = m_reading.texts[0].root.get();
+  return status;
+}
+
+bool FileReader::ReadStrictly(OfxText& text, std::size_t from, std::size_t end, StrictPass& pass) {
+  // The parser reads from the start of a buffer.
+  OwnedBuffer copy;
+  KRBuffer* buffer = &m_buffer;
+  const bool whole = from == 0 && end == Bytes().size() && Bytes().data() == m_original.data();
+  if (!whole) {
+    const std::string_view bytes = Bytes().substr(from, end - from);
+    copy.reset(new KRBuffer(static_cast<u32>(bytes.size()) + 1, 65536));
+    if (copy == nullptr ||
+        copy->WriteLarge(bytes.data(), static_cast<u32>(bytes.size())) != KRBufferOK) {
+      return false;
+    }
+    buffer = copy.get();
+  }
+  WarningTeller teller(m_recorder, m_file, from);
+  if (text.kind == TextKind::kMultipart) {
+    KRMIMEParser parser;
+    if (m_options.strict) parser.SetWarningObserver(&teller);
+    pass.status = parser.Parse(buffer, text.root.get(), 1);
+    pass.end = end;
+    return true;
+  }
+  KRParseEngine engine(*buffer);
+  KRSimpleParser parser;
+  parser.SetParseEngine(&engine);
+  if (m_options.strict) {
+    parser.SetWarningObserver(&teller);
+  } else {
+    // Whether there are any warnings is all that matters.
+    parser.EnableLogging(0);
+  }
+  pass.status = parser.Parse(buffer, static_cast<KRDataObj*>(text.root.get()), 1);
+  parser.EnableLogging(1);
+  if (KRParseLogger* const log = KRParseLogger::TheKRParseLogger()) log->SetBuffer(nullptr);
+  const s32 last = engine.GetItemPosition();
+  const std::size_t close =
+      last < 0 ? std::string_view::npos : Bytes().find('>', from + static_cast<std::size_t>(last));
+  pass.end = close == std::string_view::npos ? end : std::min(close + 1, end);
+  return true;
+}
+
+KRParseStatus FileReader::ReadMending(OfxText& text, std::size_t from, std::size_t end) {
+  // What the strict pass has warned of is read anew.
+  KRParseLogger::TheKRParseLogger()->DeleteAll();
+  WorkingText working(Bytes().substr(from, end - from), from);
+  for (const TextMender mend : TextMenders()) {
+    const KRParseStatus status = mend(working, m_recorder);
+    if (status != KRParseStatus_Accepted) return status;
+  }
+  return ReadForm(text, working);
+}
+
+KRParseStatus FileReader::ReadForm(OfxText& text, WorkingText& working) {
+  Header header;
+  if (!FindBody(working.Bytes(), *m_dictionary, header.body)) {
+    text.root.reset();
+    return KRParseStatus_Invalid;
+  }
+  if (!ReadHeader(working, m_recorder, header)) return KRParseStatus_Invalid;
+  text.form = header.form;
+  const std::string_view version = header.Field(KRHeaderTag_VERSION).substr(0, 16);
+  text.version.Assign(version.data(), static_cast<u16>(version.size()));
+  Charset charset;
+  ChosenCharset chosen;
+  KRParseStatus status = SettleCharset(working, header, m_recorder, charset, chosen);
+  if (status != KRParseStatus_Accepted) return status;
+  text.charset = charset.Name();
+  status = GiveHeader(working, header, charset, chosen.ascii, m_recorder, *text.root);
+  if (status != KRParseStatus_Accepted) return status;
+  TreeReader reader(working, *m_dictionary, charset, header.form == TextForm::kOfx2, m_recorder);
+  status = reader.Read(*text.root, header.body);
+  if (status != KRParseStatus_Accepted) return status;
+  return m_recorder.AnyInText() ? KRParseStatus_Warnings : KRParseStatus_Accepted;
+}
+
+// What is known of a text that the strict parser has read.
+bool FileReader::FillClean(OfxText& text, std::string_view bytes) {
+  const auto field = [&text](KRHeaderTag tag) {
+    const KRString* const value = text.root->GetHeader(tag);
+    return value == nullptr ? std::string_view() : std::string_view(*value, value->GetStrLength());
+  };
+  const std::string_view version = field(KRHeaderTag_VERSION).substr(0, 16);
+  text.version.Assign(version.data(), static_cast<u16>(version.size()));
+  Charset charset;
+  ChosenCharset chosen;
+  const DeclaredCharset declared{
+      field(KRHeaderTag_ENCODING), field(KRHeaderTag_CHARSET), {}, false};
+  if (!ChooseCharset(bytes, declared, charset, chosen)) return false;
+  text.charset = charset.Name();
+  return true;
+}
+
+void FileReader::Describe(KRParseStatus status) {
+  if (status == KRParseStatus_Fatal) {
+    m_reading.problem = AlarmIsSet()
+                            ? "memory was exhausted while reading"
+                            : "a list has more than 65535 entries, which is the most that a "
+                              "list takes; the first 65535 were read. Ask for a shorter "
+                              "span of time";
+  } else if (m_recorder.Forbidden() != nullptr) {
+    m_reading.problem = "it was read up to damage that must not be mended: ";
+    m_reading.problem += m_recorder.Forbidden()->sentence;
+  } else if (m_reading.root == nullptr) {
+    m_reading.problem = DescribeForeignFile(m_original);
+  }
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,56 @@
+// Reads the texts of one file, one behind the other: strictly, and, where that does not suffice,
+// with everything that can be mended.
+
+#ifndef KROFX_READER_FILE_READER_H_
+#define KROFX_READER_FILE_READER_H_
+
+#include <cstddef>
+#include <string_view>
+
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/reader/reading.h"
+#include "krofx/reader/recorder.h"
+#include "krofx/reader/working_text.h"
+
+namespace krofx::internal {
+
+/// One reading of one plain buffer.
+class FileReader {
+ public:
+  FileReader(KRBuffer& buffer, const ReadOptions& options);
+  FileReader(const FileReader&) = delete;
+  FileReader& operator=(const FileReader&) = delete;
+
+  /// Reads all texts. To be called once.
+  Reading Read();
+
+ private:
+  // How a strict pass over one text went.
+  struct StrictPass {
+    KRParseStatus status = KRParseStatus_Accepted;
+    std::size_t end = 0;  // Where the text ends, when the status is 0.
+  };
+
+  KRParseStatus ReadTexts();
+  // Reads the text that begins at m_position, and moves behind it.
+  KRParseStatus ReadNext();
+  bool ReadStrictly(OfxText& text, std::size_t from, std::size_t end, StrictPass& pass);
+  KRParseStatus ReadMending(OfxText& text, std::size_t from, std::size_t end);
+  KRParseStatus ReadForm(OfxText& text, WorkingText& working);
+  bool FillClean(OfxText& text, std::string_view bytes);
+  void Describe(KRParseStatus status);
+  std::string_view Bytes() const { return m_file.Bytes(); }
+
+  KRBuffer& m_buffer;
+  const ReadOptions& m_options;
+  Reading m_reading;
+  Recorder m_recorder;
+  std::string_view m_original;
+  WorkingText m_file;
+  const TagDictionary* m_dictionary = nullptr;
+  std::size_t m_position = 0;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_FILE_READER_H_

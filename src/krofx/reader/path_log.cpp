@@ -1,0 +1,71 @@
+// Making the texts of paths.
+
+#include "krofx/reader/path_log.h"
+
+#include <cstdio>
+#include <iterator>
+
+#include "krofx/model/parser.h"
+#include "krofx/values/utility.h"
+
+namespace krofx::internal {
+
+s32 PathLog::Add(s32 parent, KRTagID tag, u32 number) {
+  if (!m_nodes.Append({parent, tag, number, number == 1})) return kNoPath;
+  return static_cast<s32>(m_nodes.size() - 1);
+}
+
+// Looks for an object below another, and adds those on the way to it.
+s32 PathLog::AddBelow(s32 parent, KRDataObj& object, const KRDataObj* wanted, int depth) {
+  const u16 count = object.GetNumberOfChildren();
+  for (u16 index = 0; index < count; ++index) {
+    KRDataObj* const child = object.GetChild(index);
+    if (child == nullptr) continue;
+    const std::size_t before = m_nodes.size();
+    const s32 node = Add(parent, child->GetType(), 1);
+    if (node == kNoPath) return kNoPath;
+    const s32 found = child == wanted ? node
+                      : depth == 0    ? kNoPath
+                                      : AddBelow(node, *child, wanted, depth - 1);
+    if (found == kNoPath) {
+      while (m_nodes.size() > before) m_nodes.RemoveLast();
+      continue;
+    }
+    u32 siblings = 0;
+    for (u16 other = 0; other < count; ++other) {
+      KRDataObj* const sibling = object.GetChild(other);
+      if (sibling == nullptr || sibling->GetType() != child->GetType()) continue;
+      ++siblings;
+      if (other == index) m_nodes[before].number = siblings;
+    }
+    m_nodes[before].alone = siblings == 1;
+    return found;
+  }
+  return kNoPath;
+}
+
+s32 PathLog::AddTo(KRDataObj& root, const KRDataObj* object) {
+  return object == &root ? kNoPath : AddBelow(kNoPath, root, object, KRParser::kMaxDepth);
+}
+
+KRString PathLog::PathOf(s32 node) const {
+  s32 nodes[KRParser::kMaxDepth + 2];
+  std::size_t depth = 0;
+  for (; node != kNoPath && depth < std::size(nodes); ++depth) {
+    nodes[depth] = node;
+    node = m_nodes[static_cast<std::size_t>(node)].parent;
+  }
+  KRString path;
+  while (depth > 0) {
+    const Node& each = m_nodes[static_cast<std::size_t>(nodes[--depth])];
+    if (path.IsEmpty() == 0) path += '/';
+    path += KRUtility::TagToString(each.tag);
+    if (each.alone) continue;
+    char number[16];
+    std::snprintf(number, sizeof number, "[%lu]", static_cast<unsigned long>(each.number));
+    path += number;
+  }
+  return path;
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,54 @@
+// The paths of the aggregates in which something was mended or warned of.
+//
+// A path such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]" numbers the aggregates of one tag and parent, but
+// not one that stays alone, which is known only at the end. So an aggregate of which something is
+// said gets a node here, its parents too, and the texts are made at the end.
+
+#ifndef KROFX_READER_PATH_LOG_H_
+#define KROFX_READER_PATH_LOG_H_
+
+#include <cstddef>
+
+#include "krofx/core/list.h"
+#include "krofx/core/string.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/types.h"
+
+class KRDataObj;
+
+namespace krofx::internal {
+
+/// Nodes of paths.
+class PathLog {
+ public:
+  /// No path: outside the body.
+  static constexpr s32 kNoPath = -1;
+
+  /// Adds an aggregate.
+  /// @param number which of its tag in its parent, from 1.
+  /// @return its node; kNoPath when memory is exhausted.
+  s32 Add(s32 parent, KRTagID tag, u32 number);
+  /// Says that an aggregate has a sibling of its tag.
+  void NotAlone(s32 node) { m_nodes[static_cast<std::size_t>(node)].alone = false; }
+  /// Adds an object of a tree that is complete.
+  /// @return its node; kNoPath for the root, for what is not in the tree, and without memory.
+  s32 AddTo(KRDataObj& root, const KRDataObj* object);
+  /// The path of an aggregate; empty for kNoPath.
+  KRString PathOf(s32 node) const;
+
+ private:
+  struct Node {
+    s32 parent;
+    KRTagID tag;
+    u32 number;
+    bool alone;
+  };
+
+  s32 AddBelow(s32 parent, KRDataObj& object, const KRDataObj* wanted, int depth);
+
+  List<Node> m_nodes;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_PATH_LOG_H_

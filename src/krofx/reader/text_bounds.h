@@ -1,0 +1,31 @@
+// Where the texts of a file begin and end, and what each of them is.
+
+#ifndef KROFX_READER_TEXT_BOUNDS_H_
+#define KROFX_READER_TEXT_BOUNDS_H_
+
+#include <cstddef>
+#include <string_view>
+
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/reader/reading.h"
+
+namespace krofx::internal {
+
+/// Where the text that begins at `from` ends: behind its end tag OFX, or, without one, where the
+/// next text begins, or at the end.
+std::size_t FindTextEnd(std::string_view bytes, std::size_t from);
+
+/// Whether another OFX text begins at `from` or behind it.
+bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary);
+
+/// What a text is: a request or a response by the first tag that tells, or multipart by its first
+/// line. A text that tells nothing is taken for a response.
+TextKind FindKind(std::string_view text);
+
+/// Whether there may be an amount with a comma in a text: a value of nothing but digits, signs,
+/// points and commas. The parser passes over commas, so that it takes "-11,76" for -1176.
+bool MayHaveCommaAmount(std::string_view text);
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_TEXT_BOUNDS_H_

@@ -1,0 +1,136 @@
+// Fills a tree from a text that need not be in order: the part of the reader that knows which tags
+// belong where.
+//
+// It takes the place of KRSimpleParser: the scanner gives it tags, and it drives the objects, which
+// push and pop themselves as in any parse. What differs is what happens when something does not
+// fit. The strict parser skips or stops; this one asks the objects on its stack what they could do
+// with the tag, closes what has lost its end, opens what has lost its start, joins what was torn
+// apart, and has values mended that were refused. Each of these steps is said.
+
+#ifndef KROFX_READER_TREE_READER_H_
+#define KROFX_READER_TREE_READER_H_
+
+#include <string_view>
+
+#include "krofx/model/parser.h"
+#include "krofx/reader/aggregate_role.h"
+#include "krofx/reader/path_log.h"
+#include "krofx/reader/recorder.h"
+#include "krofx/reader/scanner.h"
+#include "krofx/reader/tag_places.h"
+#include "krofx/reader/value_mender.h"
+#include "krofx/reader/values/survey.h"
+#include "krofx/reader/working_text.h"
+
+class KRFile;
+
+namespace krofx::internal {
+
+class Charset;
+
+/// Reads the body of one text into one tree.
+class TreeReader final : public KRParser {
+ public:
+  /// @param text what is left of it once the text menders are done; it ends where the text ends.
+  /// @param charset the one that it is in.
+  /// @param xml whether it is OFX 2.
+  TreeReader(const WorkingText& text, const TagDictionary& dictionary, const Charset& charset,
+             bool xml, Recorder& recorder);
+
+  /// Reads from `body` on.
+  /// @return 0 when it was read; 3 when memory, or a list, is exhausted; 4 at damage that must not
+  /// be
+  ///         mended.
+  KRParseStatus Read(KRFile& root, u32 body);
+
+  u16 PushObject(KRDataObj* object) override;
+  u16 PopObject() override;
+
+ private:
+  // An aggregate of one tag inside an open one.
+  struct Sibling {
+    KRTagID tag;
+    u32 count;
+    s32 first;  // Its node in the log of paths, if it has one.
+  };
+  static constexpr u8 kMostSiblings = 32;
+  // What is open.
+  struct Level {
+    KRDataObj* object = nullptr;
+    const Row* row = nullptr;  // Its row in the object around it.
+    KRDataObj* lastClosed = nullptr;
+    const Row* lastClosedRow = nullptr;
+    bool implicit = false;  // Its start tag is missing.
+    u32 number = 1;
+    s32 node = PathLog::kNoPath;
+    u8 siblingCount = 0;
+    Sibling siblings[kMostSiblings];
+  };
+
+  Level& Current() { return m_levels[GetDepth()]; }
+  Spot At(u32 position);
+  s32 NodeOf(s16 depth);
+  Sibling* FindSibling(Level& level, KRTagID tag);
+  bool Note(MendingKind kind, u32 position, std::string_view tag, std::string_view was = {},
+            std::string_view taken = {});
+  std::string_view TagName(KRTagID tag) const;
+  std::string_view Shown(const TextRun& run) const { return m_scanner.View(run); }
+
+  // Each of these gives false when the reading ends, with the reason in m_status.
+  bool ReadTag(ScannedTag& tag);
+  bool TakeFront(const ScannedTag& tag);
+  bool TakeStart(ScannedTag& tag);
+  bool TakeEnd(const ScannedTag& tag);
+  bool Take(ScannedTag& tag, const TagRole& role);
+  bool TakeElement(ScannedTag& tag, const TagRole& role);
+  bool TakeAggregate(const ScannedTag& tag, const TagRole& role);
+  bool TakeInAncestor(ScannedTag& tag, bool& taken);
+  bool TakeWithMissingStart(ScannedTag& tag, bool& taken);
+  bool ReenterLast(const ScannedTag& tag, bool& entered);
+  bool GiveOwnWrapper(const ScannedTag& tag);
+  bool SkipUnknown(const ScannedTag& tag);
+  bool SkipMisplaced(const ScannedTag& tag);
+  bool CloseDownTo(s16 depth, u32 position, bool silently);
+  bool EndText(u32 position);
+  bool DropIncomplete(u32 position);
+  bool Stop(KRParseStatus status);
+  bool StopForbidden() { return Stop(KRParseStatus_Invalid); }
+
+  bool Fits(const TagRole& role, const ScannedTag& tag);
+  bool EndsInside(s16 depth, s16 ancestor, u32 position);
+  u32 EndOfOpen(u32 position);
+  void SkipTo(const ScannedTag& tag);
+  KRParseStatus Open(KRTagID tag, const Row* row);
+  bool Enter(KRDataObj* child, const Row* row);
+  void ReadCutText(ScannedTag& tag);
+  // Offers a text to the current object.
+  // @return whether it took it.
+  bool Offer(const KRTagDictionaryEntry& entry, const KRString& value, u32 position);
+  bool MendValue(const ScannedTag& tag, const TagRole& role, KRString& value);
+  void SayWarnings(u32 position, bool refused);
+  void WarnOfMissing(KRFile& root);
+
+  const WorkingText& m_text;
+  const TagDictionary& m_dictionary;
+  const Charset& m_charset;
+  bool m_xml;
+  Recorder& m_recorder;
+  PathLog m_paths;
+  Scanner m_scanner;
+  TagPlaces m_places;
+  ValueSurvey m_survey;
+  KRParseLogger* m_log = nullptr;
+
+  Level m_levels[kMaxDepth + 1];
+  const Row* m_openingRow = nullptr;
+  bool m_openingImplicit = false;
+  KRParseStatus m_status = KRParseStatus_Accepted;
+  bool m_ended = false;
+  bool m_cut = false;
+  // The element or unknown tag that was read last: its end tag says nothing.
+  std::string_view m_endsSilently;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_TREE_READER_H_

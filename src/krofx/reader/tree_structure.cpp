@@ -1,0 +1,171 @@
+// What is done with tags that do not fit where they stand, and with a text that ends early.
+
+#include <algorithm>
+
+#include "krofx/envelope/file.h"
+#include "krofx/reader/tree_reader.h"
+
+namespace krofx::internal {
+
+// Whether the aggregate at a depth still has its own end tag ahead, before that of an ancestor and
+// before the next one of its kind begins: then what does not fit in it stands in the wrong place,
+// and it is not its end tag that is missing.
+bool TreeReader::EndsInside(s16 depth, s16 ancestor, u32 position) {
+  const std::string_view name = TagName(m_levels[depth].object->GetType());
+  const u32 end = m_places.NextEnd(name, position);
+  if (end == TagPlaces::kNone || end > m_places.NextStart(name, position)) return false;
+  return ancestor == 0 ||
+         end < m_places.NextEnd(TagName(m_levels[ancestor].object->GetType()), position);
+}
+
+bool TreeReader::TakeInAncestor(ScannedTag& tag, bool& taken) {
+  const KRTagID id = tag.Id();
+  for (s16 depth = static_cast<s16>(GetDepth() - 1); depth >= 0; --depth) {
+    const TagRole role = RoleOf(*m_levels[depth].object, id);
+    if (!Fits(role, tag)) continue;
+    for (s16 open = GetDepth(); open > depth; --open) {
+      const Level& level = m_levels[open];
+      const bool sameAgain = level.object->GetType() == id;
+      if (!sameAgain && IsRepeated(level.row) && !level.implicit &&
+          EndsInside(open, depth, tag.at)) {
+        return true;
+      }
+    }
+    if (!CloseDownTo(depth, tag.at, false)) return false;
+    taken = true;
+    return Take(tag, role);
+  }
+  return true;
+}
+
+// Goes back into the aggregate that was closed last, when the tag belongs there and is not there
+// yet: an end tag came too early.
+bool TreeReader::ReenterLast(const ScannedTag& tag, bool& entered) {
+  Level& level = Current();
+  KRDataObj* const last = level.lastClosed;
+  if (last == nullptr) return true;
+  const TagRole role = RoleOf(*last, tag.Id());
+  if (!Fits(role, tag)) return true;
+  if (role.role == Role::kElement) {
+    if (last->ValidateTag(tag.Id()) != 0) return true;
+    // The first tag of a repeated aggregate begins a new one.
+    const AggregateTable* const table = ObjectAccess::TableOf(*last);
+    if (IsRepeated(level.lastClosedRow) && table != nullptr && role.row != nullptr &&
+        std::all_of(table->rows, role.row, [](const Row& row) { return row.value == nullptr; })) {
+      return true;
+    }
+  }
+  if (!Note(MendingKind::kJoined, tag.at, TagName(last->GetType()))) return false;
+  entered = Enter(last, level.lastClosedRow);
+  return true;
+}
+
+bool TreeReader::TakeWithMissingStart(ScannedTag& tag, bool& taken) {
+  const KRTagID id = tag.Id();
+  for (s16 depth = GetDepth(); depth >= 0; --depth) {
+    if (depth < GetDepth()) {
+      // Only what could not have been closed otherwise may be left for it.
+      const Level& level = m_levels[depth + 1];
+      if (!level.implicit && EndsInside(static_cast<s16>(depth + 1), depth, tag.at)) return true;
+    }
+    KRTagID around = KRTag_None;
+    bool entered = false;
+    if (depth == GetDepth() && !ReenterLast(tag, entered)) return false;
+    if (!entered) {
+      around = MissingAggregate(*m_levels[depth].object, id);
+      if (around == KRTag_None) continue;
+      if (!CloseDownTo(depth, tag.at, false)) return false;
+    }
+    while (!Fits(RoleOf(*GetCurrentObj(), id), tag)) {
+      if (around == KRTag_None) around = MissingAggregate(*GetCurrentObj(), id);
+      if (around == KRTag_None || GetDepth() >= kMaxDepth) return true;
+      const Row* const row = RoleOf(*GetCurrentObj(), around).row;
+      KRDataObj* const held = SingleChild(*GetCurrentObj(), around, row);
+      if (!Note(held != nullptr ? MendingKind::kJoined : MendingKind::kMissingStart, tag.at,
+                TagName(around))) {
+        return false;
+      }
+      m_openingImplicit = true;
+      if (held != nullptr) {
+        if (!Enter(held, row)) return Stop(KRParseStatus_StackFull);
+      } else if (const KRParseStatus status = Open(around, row); status != KRParseStatus_Accepted) {
+        return Stop(status);
+      }
+      around = KRTag_None;
+    }
+    taken = true;
+    return Take(tag, RoleOf(*GetCurrentObj(), id));
+  }
+  return true;
+}
+
+// Where the first of the open aggregates ends.
+u32 TreeReader::EndOfOpen(u32 position) {
+  u32 end = m_text.Size();
+  for (s16 depth = GetDepth(); depth > 0; --depth) {
+    end = std::min(end, m_places.NextEnd(TagName(m_levels[depth].object->GetType()), position));
+  }
+  return end;
+}
+
+// Moves behind a tag with all that is in it, if it ends before what it stands in.
+void TreeReader::SkipTo(const ScannedTag& tag) {
+  m_endsSilently = tag.name;
+  if (!tag.text.IsEmpty() || tag.selfClosed) return;
+  const u32 end = m_places.NextEnd(tag.name, tag.behind);
+  if (end == TagPlaces::kNone || end > EndOfOpen(tag.behind)) return;
+  m_scanner.GoTo(m_places.BehindNextEnd(tag.name, tag.behind));
+  m_endsSilently = {};
+}
+
+bool TreeReader::SkipUnknown(const ScannedTag& tag) {
+  const MendingKind kind = tag.name.find('.') != std::string_view::npos ? MendingKind::kPrivateTag
+                           : m_xml                                      ? MendingKind::kLaterTag
+                                                                        : MendingKind::kUnknownTag;
+  if (!Note(kind, tag.at, tag.name, Shown(tag.text))) return false;
+  SkipTo(tag);
+  return true;
+}
+
+bool TreeReader::SkipMisplaced(const ScannedTag& tag) {
+  if (!Note(MendingKind::kMisplaced, tag.at, tag.Name(), Shown(tag.text))) return false;
+  SkipTo(tag);
+  return true;
+}
+
+bool TreeReader::EndText(u32 position) {
+  m_ended = true;
+  if (GetDepth() == 0 || (GetDepth() == 1 && m_levels[1].implicit))
+    return CloseDownTo(0, position, true);
+  if (!DropIncomplete(position)) return false;
+  const bool open = !std::all_of(m_levels + 1, m_levels + GetDepth() + 1,
+                                 [](const Level& level) { return level.implicit; });
+  if (open && !Note(MendingKind::kCutOff, position, TagName(GetCurrentObj()->GetType()))) {
+    return false;
+  }
+  return CloseDownTo(0, position, true);
+}
+
+// Takes the last of several aggregates out when the end of the text has cut it: when it lacks what
+// the one before it has.
+bool TreeReader::DropIncomplete(u32 position) {
+  for (s16 depth = GetDepth(); depth > 1; --depth) {
+    Level& level = m_levels[depth];
+    if (!IsRepeated(level.row) || level.object->AllRequiredPresent() != 0) continue;
+    KRDataObj& parent = *m_levels[depth - 1].object;
+    void* const array = level.row->member(parent);
+    const u16 entries = level.row->array->entries(array);
+    KRDataObj* const before =
+        entries < 2 ? nullptr : level.row->array->get(array, static_cast<u16>(entries - 2));
+    if (before == nullptr || before->AllRequiredPresent() == 0) continue;
+    if (!CloseDownTo(depth, position, true)) return false;
+    if (!Note(MendingKind::kIncomplete, position, TagName(level.object->GetType()))) return false;
+    const Row* const row = level.row;
+    PopObject();
+    m_levels[depth - 1].lastClosed = nullptr;
+    row->array->truncate(array, static_cast<u16>(entries - 1));
+  }
+  return true;
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,91 @@
+// Texts of the tree as a person would read them.
+
+#include <algorithm>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/thread.h"
+#include "krofx/reader/charset.h"
+#include "krofx/reader/reading.h"
+#include "krofx/reader/references.h"
+
+namespace krofx {
+
+namespace {
+
+using internal::Charset;
+
+constexpr std::string_view kSectionOpen = "<![CDATA[";
+constexpr std::string_view kSectionClose = "]]>";
+
+bool IsPlain(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte >= 0x20 && byte < 0x7F && c != '&') || c == '\t' || c == '\n' || c == '\r';
+}
+
+// The text in a CDATA section, which the strict parser hands on as it stands.
+std::string_view WithoutSection(std::string_view text) {
+  const bool section = text.size() >= kSectionOpen.size() + kSectionClose.size() &&
+                       text.starts_with(kSectionOpen) && text.ends_with(kSectionClose);
+  return section ? text.substr(kSectionOpen.size(),
+                               text.size() - kSectionOpen.size() - kSectionClose.size())
+                 : text;
+}
+
+// Appends a character of Unicode that is no control character.
+bool Append(KRBuffer& out, char32_t code) {
+  const bool control = (code < 0x20 && code != '\t' && code != '\n' && code != '\r') ||
+                       (code >= 0x7F && code < 0xA0);
+  if (control) return true;
+  char bytes[4];
+  const std::size_t count = internal::EncodeUtf8(code, bytes);
+  return out.Write(bytes, static_cast<u16>(count)) == KRBufferOK;
+}
+
+bool Convert(std::string_view text, const Charset& charset, KRBuffer& out) {
+  Charset utf8;
+  if (utf8.Open("UTF-8") != Charset::Opened::kYes) return false;
+  const internal::ReferenceReader references(text, utf8);
+  for (std::size_t at = 0; at < text.size();) {
+    char bytes[Charset::kLongest];
+    if (const auto found =
+            text[at] == '&' ? references.Read(at, bytes) : internal::ReferenceReader::Found{};
+        found.length != 0) {
+      if (out.Write(bytes, static_cast<u16>(found.count)) != KRBufferOK) return false;
+      at += found.length;
+      continue;
+    }
+    char32_t code;
+    at += charset.Decode(text.substr(at), code);
+    if (!Append(out, code)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+KRString OfxText::ToUtf8(const KRString& text) const {
+  const std::string_view view = WithoutSection({text, text.GetStrLength()});
+  KRString result;
+  if (std::all_of(view.begin(), view.end(), &IsPlain)) {
+    result.Assign(view.data(), static_cast<u16>(view.size()));
+    return result;
+  }
+  Charset set;
+  KRBuffer out(0, 256);
+  if (set.Open({charset, charset.GetStrLength()}) == Charset::Opened::kNoMemory ||
+      !Convert(view, set, out) || out.GetBufferPtr() == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return result;
+  }
+  // A text that grows beyond what a string takes is cut between two characters.
+  u32 size = std::min<u32>(out.GetBufferSize(), KRString::kMaxLength);
+  const char* const bytes = out.GetBufferPtr();
+  while (size > 0 && size < out.GetBufferSize() &&
+         (static_cast<unsigned char>(bytes[size]) & 0xC0) == 0x80) {
+    --size;
+  }
+  result.Assign(bytes, static_cast<u16>(size));
+  return result;
+}
+
+}  // namespace krofx
