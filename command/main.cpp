@@ -6,6 +6,7 @@
 #include "command_line/command_line.h"
 #include "krofx/version.h"
 #include "subcommands/subcommands.h"
+#include "system/core_file.h"
 
 namespace {
 
@@ -31,6 +32,7 @@ ExitStatus Run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  ForbidCoreFiles();
   try {
     return Run(argc, argv);
   } catch (const std::exception& error) {

@@ -2,6 +2,8 @@
 
 #include "checking/report.h"
 
+#include <algorithm>
+
 #include "output/masking.h"
 #include "output/safe_text.h"
 
@@ -34,7 +36,10 @@ Report::Report(const std::string& name) : file(name), paths(file) {
 std::string ShownValueOf(const Report& report, const Warning& warning) {
   const std::string path = report.paths.Find(warning.object);
   const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
-  return IsPersonal(warning.tag, inPayroll) ? Masked(warning.value) : warning.value;
+  std::string aggregate = path.substr(path.rfind('/') + 1);
+  aggregate.erase(std::min(aggregate.find('['), aggregate.size()));
+  const Disclosure disclosure = DisclosureOf(warning.tag, aggregate, inPayroll);
+  return WithoutPassword(Masked(warning.value, disclosure));
 }
 
 std::string TextOf(const Report& report) {
@@ -52,7 +57,7 @@ std::string TextOf(const Report& report) {
       out += std::to_string(place.line) + ":" + std::to_string(place.column) + ":";
     }
     out += " " + warning.name;
-    if (!warning.tag.empty()) out += " <" + SafeLine(warning.tag) + ">";
+    if (!warning.tag.empty()) out += " <" + WithoutPassword(SafeLine(warning.tag)) + ">";
     if (!warning.value.empty())
       out += " \"" + Shortened(SafeLine(ShownValueOf(report, warning)), kShownValue) + "\"";
     out += At(report.paths.Find(warning.object)) + "\n";

@@ -2,6 +2,7 @@
 
 #include "checking/report.h"
 #include "output/json.h"
+#include "output/masking.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
@@ -13,7 +14,7 @@ Json JsonOf(const Report& report) {
   for (const Warning& warning : file.GetWarnings()) {
     Json each = Json::Object();
     each.Set("name", warning.name)
-        .Set("tag", SafeText(warning.tag))
+        .Set("tag", WithoutPassword(SafeText(warning.tag)))
         .Set("value", SafeText(ShownValueOf(report, warning)))
         .Set("path", report.paths.Find(warning.object));
     if (warning.position >= 0) {

@@ -61,6 +61,7 @@ VYNEventResult LookForSignal(void*) {
 }  // namespace
 
 void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options) {
+  options.subcommand = app.GetPath();
   const auto add = [&](const char* name, auto& value, const char* help) {
     return app.AddOption(name, value, help).InGroup("Connection");
   };
@@ -92,7 +93,7 @@ std::string Exchange::FindWrongUse(Direction direction) {
   const bool strange = std::any_of(m_options.url.begin(), m_options.url.end(),
                                    [](unsigned char c) { return c <= ' ' || c == 0x7f; });
   if (strange || !(file || (web && !url.host.empty()))) {
-    return "this is no address that can be used; write it as https://bank.example/ofx";
+    return "this is not an address that can be used; write it as https://bank.example/ofx";
   }
   if (!url.user.empty()) {
     return "leave the user and the password out of the address; OFX has them in its sign-on";
@@ -115,7 +116,7 @@ std::string Exchange::FindWrongUse(Direction direction) {
 ExitStatus Exchange::Prepare(Direction direction) {
   const std::string wrongUse = FindWrongUse(direction);
   if (!wrongUse.empty()) {
-    Complain(GetShownUrl(), wrongUse);
+    Complain(m_options.subcommand, GetShownUrl() + ": " + wrongUse);
     return kExitWrongUse;
   }
   for (const std::string& name : m_options.rootFiles) {

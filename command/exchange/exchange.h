@@ -20,6 +20,7 @@ class Subcommand;
 
 /// What the command line says of an exchange.
 struct ExchangeOptions {
+  std::string subcommand;  ///< What messages call the subcommand.
   std::string url;
   std::vector<std::string> pins;       ///< IDs of the certificates that the server may show.
   std::vector<std::string> rootFiles;  ///< Files with the roots to trust, in place of the system's.

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "krofx/core/types.h"
-#include "krofx/transport/net_status.h"
+#include "krofx/transport/contract/net_status.h"
 
 namespace krofx::command {
 

@@ -11,7 +11,12 @@ namespace krofx::command {
 
 Url::Url(std::string_view text) {
   const std::size_t colon = text.find(':');
-  if (colon == std::string_view::npos) return;
+  if (colon == std::string_view::npos) {
+    rest = text;
+    const std::size_t at = rest.substr(0, rest.find_first_of("/?#")).rfind('@');
+    if (at != std::string::npos) user = rest.substr(0, at + 1);
+    return;
+  }
   scheme = text.substr(0, colon);
   std::transform(scheme.begin(), scheme.end(), scheme.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -29,7 +34,7 @@ Url::Url(std::string_view text) {
 }
 
 std::string Url::Shown() const {
-  std::string shown = Text();
+  std::string shown = scheme.empty() ? rest : Text();
   shown.erase(std::min(shown.find_first_of("?#"), shown.size()));
   const std::size_t at = shown.find(user);
   if (!user.empty() && at != std::string::npos) shown.erase(at, user.size());

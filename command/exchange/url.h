@@ -13,8 +13,8 @@ struct Url {
   explicit Url(std::string_view text);
 
   std::string scheme;  ///< In small letters; empty when there is none.
-  std::string rest;    ///< Everything behind the colon.
-  std::string user;    ///< What stands before "@" in front of the host.
+  std::string rest;    ///< Everything after the colon, or all without a scheme.
+  std::string user;    ///< What is before the host, with its "@".
   std::string host;    ///< Without the port.
 
   /// The URL with its scheme in small letters, which is what the transport knows as secure.

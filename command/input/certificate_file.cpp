@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "input/input_files.h"
+#include "input/parsed_file.h"
 #include "krofx/security/base64.h"
 #include "krofx/security/certificate.h"
 
@@ -18,10 +19,6 @@ constexpr std::string_view kEnd = "-----END CERTIFICATE-----";
 
 // What every DER certificate begins with: a sequence.
 constexpr char kSequence = 0x30;
-
-std::string_view ViewOf(const KRBuffer& buffer) {
-  return {buffer.GetBufferPtr() == nullptr ? "" : buffer.GetBufferPtr(), buffer.GetBufferSize()};
-}
 
 // Empty when the text is no base64.
 std::string FromBase64(std::string_view text) {

@@ -5,12 +5,14 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "output/masking.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
 
 namespace {
+
+// The file and its body are above the message sets.
+constexpr std::size_t kMessageSetDepth = 2;
 
 bool AllDigits(std::string_view text) {
   return text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -47,8 +49,9 @@ std::string ZoneText(std::string_view zone) {
 }
 
 // Turns YYYYMMDD, YYYYMMDDHHMMSS.XXX[zone] and what is between into the form of ISO 8601. What is
-// not of that form stays as it is.
-std::string DateText(std::string_view text) {
+// not of that form stays as it is. OFX texts that the library writes leave out a zone that is GMT
+// by its name, and a time of midnight in it.
+std::string DateText(std::string_view text, bool isUniversal) {
   const std::string_view digits = text.substr(0, text.find_first_of(".["));
   if ((digits.size() != 8 && digits.size() != 12 && digits.size() != 14) || !AllDigits(digits)) {
     return std::string(text);
@@ -61,6 +64,7 @@ std::string DateText(std::string_view text) {
   const std::string_view fraction = rest.substr(0, rest.find('['));
   if (fraction.find_first_not_of(".0") != std::string_view::npos) out += fraction;
   rest.remove_prefix(fraction.size());
+  if (isUniversal) return out + (digits.size() == 8 ? "T00:00:00+00:00" : "+00:00");
   if (rest.starts_with('[') && digits.size() > 8) out += ZoneText(rest.substr(1));
   return out;
 }
@@ -79,6 +83,7 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddTagStart(KRTagID tag) override {
     Element& element = Append(tag);
     element.isAggregate = true;
+    if (m_path.size() == kMessageSetDepth) m_inPayroll = element.tag.starts_with("N.PAYROLL");
     m_path.push_back(&element);
     return KRBuildStatus_Done;
   }
@@ -118,7 +123,10 @@ class ElementGatherer : public KRPayrollBuilder {
     return Number(KRBuilder::AddRate(value), value);
   }
   KRBuildStatus AddDateTime(const KRDateTime& value) override {
-    return Note(ValueKind::kDate), KRBuilder::AddDateTime(value);
+    Note(ValueKind::kDate);
+    m_isUniversal = value.GetTimeZone().GetStrLength() > 0 && value.GetGMTOffset() == 0 &&
+                    value.GetGMTOffsetFraction() == 0;
+    return KRBuilder::AddDateTime(value);
   }
   // The signs of dollars and percent are a part of the value.
   KRBuildStatus AddPayrollAmount(const KRPayrollAmount& value) override {
@@ -151,6 +159,7 @@ class ElementGatherer : public KRPayrollBuilder {
     const char* const text = KRTagDictionary::TheKRTagDictionary()->GetTagString(tag);
     element.tag = text == nullptr ? "?" : text;
     element.id = tag;
+    element.disclosure = DisclosureOf(element.tag, m_path.back()->tag, m_inPayroll);
     return element;
   }
 
@@ -187,11 +196,13 @@ class ElementGatherer : public KRPayrollBuilder {
         if (text.ends_with('\n')) text.remove_suffix(1);
         m_element->value = text;
       }
-      m_element->value = m_element->kind == ValueKind::kDate ? DateText(m_element->value)
-                                                             : SafeText(m_element->value);
+      m_element->value = m_element->kind == ValueKind::kDate
+                             ? DateText(m_element->value, m_isUniversal)
+                             : WithoutPassword(SafeText(m_element->value));
     }
     m_element = nullptr;
     m_hasText = false;
+    m_isUniversal = false;
     m_buffer.SetBufferOffset(0);
     m_buffer.SetBufferSize(0);
   }
@@ -200,6 +211,8 @@ class ElementGatherer : public KRPayrollBuilder {
   std::vector<Element*> m_path;
   Element* m_element = nullptr;
   bool m_hasText = false;
+  bool m_inPayroll = false;
+  bool m_isUniversal = false;
 };
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "krofx/krofx.h"
+#include "output/masking.h"
 
 namespace krofx::command {
 
@@ -32,6 +33,7 @@ struct Element {
   KRTagID id = KRTag_None;
   bool isAggregate = false;
   ValueKind kind = ValueKind::kText;
+  Disclosure disclosure = Disclosure::kAll;
   std::string value;
   std::vector<Element> children;
 

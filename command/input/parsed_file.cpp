@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <iterator>
 #include <string_view>
 
+#include "input/foreign_format.h"
 #include "input/input_files.h"
 #include "krofx/parse/mime_parser.h"
 #include "output/safe_text.h"
@@ -17,24 +19,49 @@ namespace {
 // A list of the library takes this many entries.
 constexpr u16 kListLimit = 65535;
 
+// What the library's conversions of dates put in the place of a tag.
+constexpr std::string_view kOperations[] = {"ConvertStringToKRTime", "ConvertStringToKRDateTime",
+                                            "ExtractTimeZone", "SetTimeZone (time zone mismatch"};
+
 // Copies each warning when it is raised: a parse of a multipart text keeps only those of its last
 // part.
 class WarningCollector : public KRWarningObserver {
  public:
-  explicit WarningCollector(std::vector<Warning>& warnings) : m_warnings(warnings) {}
+  WarningCollector(std::string_view text, std::vector<Warning>& warnings)
+      : m_text(text), m_warnings(warnings) {}
 
   void OnWarning(const KRParseException& warning, s32 position) override {
     KRString name;
     warning.WarningString(name);
-    // Most warnings name their tag by its number alone.
-    const char* const known = KRTagDictionary::TheKRTagDictionary()->GetTagString(warning.m_tag);
-    std::string tag = ToText(warning.m_tagText);
-    if (tag.empty() && known != nullptr) tag = known;
-    m_warnings.push_back(
-        {ToText(name), std::move(tag), ToText(warning.m_valueText), warning.m_object, position});
+    Warning copy{ToText(name), TagOf(warning, position), ToText(warning.m_valueText),
+                 warning.m_object, position};
+    // A conversion and the element that it is for may warn about one value.
+    if (m_warnings.empty() || !IsSame(m_warnings.back(), copy)) {
+      m_warnings.push_back(std::move(copy));
+    }
   }
 
  private:
+  // Most warnings name their tag by its number alone. Those of conversions name an operation of the
+  // library instead; what they are about is the tag at their place.
+  std::string TagOf(const KRParseException& warning, s32 position) const {
+    const char* const known = KRTagDictionary::TheKRTagDictionary()->GetTagString(warning.m_tag);
+    std::string tag = ToText(warning.m_tagText);
+    if (tag.empty()) return known == nullptr ? "" : known;
+    if (std::find(std::begin(kOperations), std::end(kOperations), tag) == std::end(kOperations)) {
+      return tag;
+    }
+    if (position < 0 || static_cast<std::size_t>(position) >= m_text.size()) return "";
+    const std::string_view rest = m_text.substr(static_cast<std::size_t>(position));
+    return std::string(rest.starts_with('<') ? rest.substr(1, rest.find('>') - 1) : "");
+  }
+
+  static bool IsSame(const Warning& left, const Warning& right) {
+    return left.name == right.name && left.tag == right.tag && left.value == right.value &&
+           left.object == right.object && left.position == right.position;
+  }
+
+  std::string_view m_text;
   std::vector<Warning>& m_warnings;
 };
 
@@ -96,6 +123,10 @@ KRDataObj* FindFullList(KRDataObj* object) {
 
 }  // namespace
 
+std::string_view ViewOf(const KRBuffer& buffer) {
+  return {buffer.GetBufferPtr() == nullptr ? "" : buffer.GetBufferPtr(), buffer.GetBufferSize()};
+}
+
 std::string ToText(const KRString& string) {
   return std::string(static_cast<const char*>(string), string.GetStrLength());
 }
@@ -114,9 +145,8 @@ ParsedFile::ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text)
 }
 
 void ParsedFile::Parse() {
-  const std::string_view text(m_text->GetBufferPtr() == nullptr ? "" : m_text->GetBufferPtr(),
-                              m_text->GetBufferSize());
-  WarningCollector collector(m_warnings);
+  const std::string_view text = ViewOf(*m_text);
+  WarningCollector collector(text, m_warnings);
   if (IsMultipart(text)) {
     m_kind = "multipart";
     const AllVersions allVersions;
@@ -124,6 +154,9 @@ void ParsedFile::Parse() {
     KRMIMEParser parser;
     parser.SetWarningObserver(&collector);
     m_status = parser.Parse(m_text.get(), m_root.get(), 1);
+    // The status is that of the last part; the warnings are those of all.
+    if (m_status == KRParseStatus_Accepted && !m_warnings.empty())
+      m_status = KRParseStatus_Warnings;
     return;
   }
   const bool request = IsRequest(text);
@@ -171,7 +204,13 @@ std::string ParsedFile::GetMeaning() const {
 }
 
 std::string ParsedFile::FindProblem() const {
-  if (m_text->GetBufferSize() == 0) return "it is empty; download it again";
+  const std::string_view text = ViewOf(*m_text);
+  if (text.find_first_not_of(" \t\r\n") == std::string_view::npos) {
+    return "it is empty; download it again";
+  }
+  const bool isRead = m_status == KRParseStatus_Accepted || m_status == KRParseStatus_Warnings;
+  const char* const foreign = isRead ? nullptr : DescribeForeignFormat(text);
+  if (foreign != nullptr) return foreign;
   if (m_status == KRParseStatus_Fatal) {
     if (KRDataObj* const full = FindFullList(m_root.get())) {
       return "<" + ToText(KRUtility::ObjectToString(full)) +
@@ -183,25 +222,30 @@ std::string ParsedFile::FindProblem() const {
   const std::vector<KRFile*> files = GetOfxFiles();
   const bool hasBody = std::any_of(files.begin(), files.end(),
                                    [](KRFile* file) { return file->GetNumberOfChildren() > 0; });
-  if (m_status == KRParseStatus_Accepted || m_status == KRParseStatus_Warnings) {
+  if (isRead) {
     if (hasBody || m_kind == "multipart") return "";
-    return "there is no <OFX> in it; it is no OFX file, or it was cut off behind the header";
+    return "there is no <OFX> in it; it is not an OFX file, or it was cut off after the header";
   }
   if (m_kind == "multipart" && m_root->GetNumberOfSubfiles() == 0) {
     return "no part was found; the boundary of the header does not occur in the text";
   }
   if (m_status == KRParseStatus_Invalid && !hasBody && m_kind != "multipart") {
-    return "the OFX header is missing or wrong (OFXHEADER, DATA, VERSION and so on, one a line); "
-           "\"krofx check\" names the lines";
+    return "the OFX header is missing or wrong (OFXHEADER, DATA, VERSION and so on, one a line)";
   }
   if (m_status == KRParseStatus_Invalid) {
     return m_warnings.empty() ? "the text ends too early: aggregates are still open; download it "
                                 "again"
                               : "it was read up to a header, tag or value that is not acceptable, "
-                                "or it ends too early; \"krofx check\" names the place";
+                                "or it ends too early";
   }
-  return "it was read only in part, " + GetMeaning().substr(sizeof "stopped: " - 1) +
-         "; \"krofx check\" names the place";
+  return "it was read only in part, " + GetMeaning().substr(sizeof "stopped: " - 1);
+}
+
+std::string ParsedFile::GetProblemWithAdvice() const {
+  const bool hasPlace = std::any_of(m_warnings.begin(), m_warnings.end(),
+                                    [](const Warning& warning) { return warning.position >= 0; });
+  return m_problem.empty() || !hasPlace ? m_problem
+                                        : m_problem + "; \"krofx check\" names the place";
 }
 
 ExitStatus ParsedFile::GetVerdict() const {

@@ -32,8 +32,10 @@ class ParsedFile {
 
   /// The name, fit for output.
   const std::string& GetName() const { return m_name; }
-  /// Why the input is not usable, in one line that also says what to do; empty when it is.
+  /// Why the input is not usable, in one line; empty when it is.
   const std::string& GetProblem() const { return m_problem; }
+  /// The same, and that `krofx check` names the place when it does.
+  std::string GetProblemWithAdvice() const;
   /// "request", "response", "multipart", or empty when there was nothing to parse.
   const std::string& GetKind() const { return m_kind; }
   KRParseStatus GetStatus() const { return m_status; }
@@ -62,6 +64,9 @@ class ParsedFile {
   std::unique_ptr<KRBuffer> m_text;
   std::unique_ptr<KRFile> m_root;
 };
+
+/// The bytes of a buffer.
+std::string_view ViewOf(const KRBuffer& buffer);
 
 /// The text of a library string.
 std::string ToText(const KRString& string);

@@ -1,8 +1,9 @@
-// The tags of secrets and of numbers of people and accounts, and how each is shown.
+// The tags of secrets and of numbers of people, cards and accounts, and how each is shown.
 
 #include "output/masking.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 
 namespace krofx::command {
@@ -11,9 +12,27 @@ namespace {
 
 // Identifiers of people. New ones go here and nowhere else.
 constexpr std::string_view kPersonalTags[] = {"N.SSN", "TAXID", "N.BILLPAYACCT"};
-constexpr std::string_view kPayrollAccountTags[] = {"ACCTID", "ACCTKEY"};
+constexpr std::string_view kAccountTags[] = {"ACCTID", "ACCTKEY"};
+constexpr std::string_view kCardAggregates[] = {"CCACCTFROM", "CCACCTTO"};
+
+// What the names of all tags of passwords end with, but for a character that damage took.
+constexpr std::string_view kPasswordWords[] = {"USERPASS", "TIMEPASS", "TEMPPASS"};
 
 constexpr std::size_t kShownCharacters = 4;
+constexpr char kNotShown[] = "(not shown)";
+
+template <std::size_t kCount>
+bool IsOneOf(const std::string_view (&tags)[kCount], std::string_view tag) {
+  return std::find(std::begin(tags), std::end(tags), tag) != std::end(tags);
+}
+
+std::size_t FindWithoutCase(std::string_view text, std::string_view word) {
+  const auto* const found =
+      std::search(text.begin(), text.end(), word.begin(), word.end(), [](char left, char right) {
+        return std::toupper(static_cast<unsigned char>(left)) == right;
+      });
+  return found == text.end() ? text.size() : static_cast<std::size_t>(found - text.begin());
+}
 
 }  // namespace
 
@@ -22,17 +41,27 @@ bool IsPassword(KRTagID tag) {
          tag == KRTag_TEMPPASS;
 }
 
-bool IsPersonal(std::string_view tagText, bool inPayroll) {
-  const auto has = [tagText](const auto& tags) {
-    return std::find(std::begin(tags), std::end(tags), tagText) != std::end(tags);
-  };
-  return has(kPersonalTags) || (inPayroll && has(kPayrollAccountTags));
+Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool inPayroll) {
+  if (IsOneOf(kPersonalTags, tag)) return Disclosure::kPersonal;
+  if (!IsOneOf(kAccountTags, tag)) return Disclosure::kAll;
+  if (inPayroll) return Disclosure::kPersonal;
+  return IsOneOf(kCardAggregates, aggregate) ? Disclosure::kCard : Disclosure::kAll;
 }
 
-std::string Masked(std::string_view value) {
-  if (value.size() <= kShownCharacters) return std::string(value.size(), '*');
-  const std::size_t hidden = value.size() - kShownCharacters;
+std::string Masked(std::string_view value, Disclosure disclosure) {
+  if (disclosure == Disclosure::kAll) return std::string(value);
+  const bool isShort = value.size() <= kShownCharacters;
+  if (isShort && disclosure == Disclosure::kPersonal) return std::string(value.size(), '*');
+  const std::size_t hidden = isShort ? 0 : value.size() - kShownCharacters;
   return std::string(hidden, '*') + std::string(value.substr(hidden));
+}
+
+std::string WithoutPassword(std::string_view text) {
+  std::size_t end = text.size();
+  for (const std::string_view word : kPasswordWords) {
+    end = std::min(end, FindWithoutCase(text, word));
+  }
+  return end == text.size() ? std::string(text) : std::string(text.substr(0, end)) + kNotShown;
 }
 
 }  // namespace krofx::command

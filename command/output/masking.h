@@ -1,4 +1,10 @@
 // Which values are never shown, and which only by their last characters.
+//
+// One rule for all outputs. Passwords are not shown in any way. Numbers that identify a person
+// (social security and tax numbers, the number of a bill-pay account), the numbers of cards, and in
+// a payroll the numbers of all accounts are shown by their last four characters, unless the user
+// asks for all. The numbers of bank and investment accounts are shown: they name what a statement
+// is of, and without them two statements could not be told apart.
 
 #ifndef KROFX_COMMAND_OUTPUT_MASKING_H_
 #define KROFX_COMMAND_OUTPUT_MASKING_H_
@@ -10,16 +16,25 @@
 
 namespace krofx::command {
 
+/// How much of a value is shown.
+enum class Disclosure {
+  kAll,       ///< All of it.
+  kPersonal,  ///< The last four characters; nothing of four or fewer.
+  kCard,      ///< The last four characters.
+};
+
 /// Whether a tag holds a password, which is not shown in any way.
 bool IsPassword(KRTagID tag);
 
-/// Whether an element identifies a person, so that it is shown by its last four characters unless
-/// the user asks for all. In a payroll these are the accounts of employees and company too; the
-/// account of a statement is the user's own, and names what the statement is of.
-bool IsPersonal(std::string_view tagText, bool inPayroll);
+/// How much of an element is shown, by its tag and that of the aggregate that it is in.
+Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool inPayroll);
 
-/// The value with all but its last four characters replaced by stars.
-std::string Masked(std::string_view value);
+/// The value with the characters that are not shown replaced by stars.
+std::string Masked(std::string_view value, Disclosure disclosure);
+
+/// The text up to the name of a tag of passwords, if there is one in it. In a damaged file that tag
+/// can have become part of a text, with the password after it.
+std::string WithoutPassword(std::string_view text);
 
 }  // namespace krofx::command
 

@@ -7,6 +7,7 @@
 
 #include "input/mime_parts.h"
 #include "output/messages.h"
+#include "showing/layout.h"
 #include "showing/renderers.h"
 #include "showing/section_maker.h"
 
@@ -30,6 +31,13 @@ std::vector<Section> MakePartSections(KRFile& multipart) {
   return {std::move(section)};
 }
 
+std::string ListOfTables() {
+  std::string list;
+  for (const std::string_view key : TableKeys())
+    list += (list.empty() ? "" : ", ") + std::string(key);
+  return list;
+}
+
 ExitStatus Report(const Document& document) {
   if (!document.problem.empty()) {
     Complain(document.file, document.problem);
@@ -46,6 +54,7 @@ ExitStatus Report(const Document& document) {
 }  // namespace
 
 void AddPrintOptions(const Subcommand& app, PrintOptions& options) {
+  options.subcommand = app.GetPath();
   const Option json =
       app.AddFlag("--json", options.json, "Print JSON, with amounts as exact texts");
   const Option csv =
@@ -53,8 +62,17 @@ void AddPrintOptions(const Subcommand& app, PrintOptions& options) {
   app.AddOption("--table", options.table,
                 "The table for --csv: transactions (the default), closings, ...")
       .Needs(csv);
-  app.AddFlag("--show-identifiers", options.showIdentifiers,
-              "Show personal identifiers in full, not just their last four characters");
+  app.AddFlag(
+      "--show-identifiers", options.showIdentifiers,
+      "Show the numbers of people, cards and payroll accounts in full, not just their last four "
+      "characters");
+}
+
+ExitStatus CheckPrintOptions(const PrintOptions& options) {
+  if (IsTableKey(options.table)) return kExitClean;
+  Complain(options.subcommand,
+           "--table " + options.table + " is not a table; the tables are " + ListOfTables());
+  return kExitWrongUse;
 }
 
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
@@ -62,7 +80,7 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
                     file.GetKind(),
                     file.GetStatus(),
                     file.GetMeaning(),
-                    file.GetProblem(),
+                    file.GetProblemWithAdvice(),
                     file.GetWarnings().size(),
                     {}};
   for (KRFile* ofx : file.GetOfxFiles()) {

@@ -16,6 +16,7 @@ class Subcommand;
 
 /// The form in which documents are shown.
 struct PrintOptions {
+  std::string subcommand;  ///< What messages call the subcommand.
   bool json = false;
   bool csv = false;
   bool showIdentifiers = false;
@@ -25,7 +26,11 @@ struct PrintOptions {
 /// Adds the options of the form to a command line.
 void AddPrintOptions(const Subcommand& app, PrintOptions& options);
 
-/// All that a file tells.
+/// Finds out whether there is such a table as the options name.
+/// @return kExitClean, or kExitWrongUse after a complaint.
+ExitStatus CheckPrintOptions(const PrintOptions& options);
+
+/// All that a file holds, as it is shown.
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers);
 
 /// Writes documents on standard output, and on standard error what that form cannot say.

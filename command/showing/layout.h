@@ -12,6 +12,7 @@
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 namespace krofx::command {
 
@@ -48,6 +49,13 @@ struct Layout {
 
 /// All layouts.
 std::span<const Layout> Layouts();
+
+/// The key of the table that lists the parts of a multipart text, which has no layout.
+inline constexpr std::string_view kPartsTable = "parts";
+/// The keys of all tables, each once, in the order of their names.
+const std::vector<std::string_view>& TableKeys();
+/// Whether some file can have a table of this key.
+bool IsTableKey(std::string_view key);
 
 namespace layouts {
 extern const std::span<const Layout> kSignOn;

@@ -107,7 +107,6 @@ class SectionMaker {
 
   void AddPayload(const Element& payload, const Element* wrapper) {
     const Layout* const layout = FindLayout(payload.tag);
-    m_inPayroll = payload.tag.starts_with("N.");
     Section& section = Begin(layout == nullptr ? "other" : layout->kind,
                              layout == nullptr ? payload.tag : layout->title);
     if (wrapper != nullptr) AddFields(section, *wrapper, kWrapperFields);
@@ -328,12 +327,11 @@ class SectionMaker {
 
   Cell MakeCell(const Element& element) const {
     if (IsPassword(element.id)) return {ValueKind::kText, "(not shown)"};
-    const bool masked = !m_showIdentifiers && IsPersonal(element.tag, m_inPayroll);
-    return {element.kind, masked ? Masked(element.value) : element.value};
+    return {element.kind,
+            m_showIdentifiers ? element.value : Masked(element.value, element.disclosure)};
   }
 
   const bool m_showIdentifiers;
-  bool m_inPayroll = false;
   std::map<std::string, const Element*> m_securities;
   std::vector<Section> m_sections;
 };

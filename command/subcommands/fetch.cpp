@@ -32,7 +32,10 @@ class SendRequest : public RequestUse {
     return "Exit status: 0 printed, 2 no usable reply or refused, 64 wrong use.";
   }
 
-  ExitStatus Prepare() override { return m_exchange.Prepare(Direction::kSend); }
+  ExitStatus Prepare() override {
+    const ExitStatus checked = CheckPrintOptions(m_form);
+    return checked == kExitClean ? m_exchange.Prepare(Direction::kSend) : checked;
+  }
 
   ExitStatus Use(KRBuffer& text) override {
     std::unique_ptr<KRBuffer> reply = m_exchange.Run(&text);
@@ -45,6 +48,11 @@ class SendRequest : public RequestUse {
  private:
   ExitStatus Show(const ParsedFile& reply) const {
     ExitStatus exitStatus = kExitClean;
+    if (reply.GetKind() == "request") {
+      Complain(reply.GetName(),
+               "the server sent a request back, not a response; check the address");
+      exitStatus = kExitUnusable;
+    }
     for (KRFile* const file : reply.GetOfxFiles()) {
       for (const std::string& refusal : FindRefusals(ReadElements(*file))) {
         Complain(reply.GetName(), refusal);

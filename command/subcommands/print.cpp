@@ -19,6 +19,8 @@ struct Options {
 };
 
 ExitStatus Print(const Options& options) {
+  const ExitStatus checked = CheckPrintOptions(options.form);
+  if (checked != kExitClean) return checked;
   std::vector<std::string> problems;
   const std::vector<std::string> names = FindInputs(options.files, problems);
   ExitStatus exitStatus = problems.empty() ? kExitClean : kExitUnusable;

@@ -29,7 +29,7 @@ ExitStatus Rewrite(const Options& options) {
   FileProgress progress(1);
   progress.Next(options.file);
   const ParsedFile file(options.file);
-  if (!file.GetProblem().empty()) return Refuse(file, file.GetProblem());
+  if (!file.GetProblem().empty()) return Refuse(file, file.GetProblemWithAdvice());
   if (file.GetKind() == "multipart") {
     return Refuse(file, "a multipart text is not rewritten; take it apart with \"krofx extract\"");
   }

@@ -8,6 +8,7 @@
 #include "command_line/command_line.h"
 #include "exchange/exchange.h"
 #include "input/input_files.h"
+#include "input/parsed_file.h"
 #include "output/messages.h"
 #include "output/output_file.h"
 #include "output/safe_text.h"
@@ -31,6 +32,12 @@ ExitStatus WriteReply(const KRBuffer& reply, const std::string& output) {
   return WriteStandardOutput(SafeText({reply.GetBufferPtr(), reply.GetBufferSize()}));
 }
 
+// Whether the reply is the request, and that is OFX.
+bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
+  return ViewOf(request) == ViewOf(reply) &&
+         ViewOf(request).find("<OFX>") != std::string_view::npos;
+}
+
 ExitStatus Send(const Options& options) {
   Exchange exchange(options.exchange);
   const ExitStatus prepared = exchange.Prepare(Direction::kSend);
@@ -43,7 +50,12 @@ ExitStatus Send(const Options& options) {
     return kExitUnusable;
   }
   const std::unique_ptr<KRBuffer> reply = exchange.Run(request.get());
-  return reply == nullptr ? kExitUnusable : WriteReply(*reply, options.output);
+  if (reply == nullptr) return kExitUnusable;
+  const ExitStatus written = WriteReply(*reply, options.output);
+  if (!IsEcho(*request, *reply)) return written;
+  Complain(exchange.GetShownUrl(),
+           "the server sent the request back, not a response; check the address");
+  return kExitUnusable;
 }
 
 ExitStatus Get(const Options& options) {

@@ -7,8 +7,9 @@
 
 namespace krofx::command {
 
-/// While it stands, the signals that end a command (of the interrupt key, of a closed terminal, of
-/// `kill`) are only noted. One that came takes effect behind it, when all is cleaned up.
+/// As long as it lives, the signals that end a command (of the interrupt and quit keys, of a closed
+/// terminal, of `kill`) are only noted. One that came takes effect at its end, when all is cleaned
+/// up.
 class Interruption {
  public:
   Interruption();
@@ -20,7 +21,7 @@ class Interruption {
   static bool Came();
 
  private:
-  static constexpr int kSignals[] = {SIGHUP, SIGINT, SIGTERM};
+  static constexpr int kSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
   struct sigaction m_before[sizeof kSignals / sizeof *kSignals] = {};
 };

@@ -32,7 +32,8 @@ constexpr FieldSpec kCheckColumns[] = {
     {"NAME", "name", "Payee"},
     {"DTUSER", "user_date", "Written"},
     {"TRNAMT", "amount", "Amount"},
-    {"CURRENCY/CURSYM|ORIGCURRENCY/CURSYM", "currency", "Currency", true},
+    {"CURRENCY/CURSYM", "currency", "Currency", true},
+    {"ORIGCURRENCY/CURSYM", "original_currency", "Converted from", true},
     {"CHKSTATUS", "status", "Status"},
     {"CHKERROR", "error", "Error"},
 };

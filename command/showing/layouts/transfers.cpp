@@ -18,10 +18,10 @@ constexpr FieldSpec kFields[] = {
     {"CURDEF|*/CURDEF", "currency", "Currency"},
     {"XFERINFO/TRNAMT|*/XFERINFO/TRNAMT|TRNAMT", "amount", "Amount"},
     {"XFERINFO/BANKACCTFROM/BANKID|*/XFERINFO/BANKACCTFROM/BANKID|BANKACCTFROM/BANKID", "from_bank",
-     "From bank", true},
+     "From bank"},
     {kAccount, "from_account", "From"},
     {"XFERINFO/BANKACCTTO/BANKID|*/XFERINFO/BANKACCTTO/BANKID|WIREBENEFICIARY/BANKACCTTO/BANKID",
-     "to_bank", "To bank", true},
+     "to_bank", "To bank"},
     {"XFERINFO/BANKACCTTO/ACCTID|XFERINFO/CCACCTTO/ACCTID|*/XFERINFO/BANKACCTTO/ACCTID|"
      "*/XFERINFO/CCACCTTO/ACCTID|WIREBENEFICIARY/BANKACCTTO/ACCTID",
      "to_account", "To"},
