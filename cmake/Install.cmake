@@ -1,4 +1,4 @@
-# What `cmake --install` lays down, and how other projects find it: krofxConfig.cmake for
+# What `cmake --install` installs, and how other projects find it: krofxConfig.cmake for
 # find_package(krofx), krofx.pc for pkg-config.
 
 include(CMakePackageConfigHelpers)
@@ -27,7 +27,8 @@ file(RELATIVE_PATH KROFX_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/krofx.pc.in ${PROJECT_BINARY_DIR}/krofx.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/krofx.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# Which headers are public is known when all generated ones exist, so it is found at install time.
+# Which headers are public is only known once all generated ones exist, so it is worked out at
+# install time.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/InstallHeaders.cmake.in
                ${PROJECT_BINARY_DIR}/InstallHeaders.cmake @ONLY)
 install(SCRIPT ${PROJECT_BINARY_DIR}/InstallHeaders.cmake)

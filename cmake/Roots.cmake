@@ -1,6 +1,6 @@
 # The five trusted roots that the library carries: files of the folder KROFX_ROOTS_DIR, which
-# tools/roots writes into a source at build time. What the default folder holds, and how to bring
-# other roots, is told by its README.md.
+# tools/roots writes into a source at build time. The README.md of the default folder says
+# what it holds, and how to use other roots.
 set(KROFX_ROOTS_DIR
     ${CMAKE_CURRENT_SOURCE_DIR}/src/krofx/security/roots
     CACHE PATH "Folder of the trusted roots: DER files <ID>.der")
@@ -9,7 +9,7 @@ foreach(id 1000 2000 3000 4000 4001)
   list(APPEND roots ${KROFX_ROOTS_DIR}/${id}.der)
 endforeach()
 
-# A folder that will not do is told now, and again when a file in it has changed.
+# The folder is checked at configure time, and again when a file in it has changed.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${roots} ${roots_script})
 execute_process(COMMAND ${Python3_EXECUTABLE} ${roots_script} ${KROFX_ROOTS_DIR}
                 RESULT_VARIABLE refused ERROR_VARIABLE reason ERROR_STRIP_TRAILING_WHITESPACE)
@@ -25,6 +25,6 @@ add_custom_command(
   COMMENT "Writing the trusted roots"
   VERBATIM)
 add_custom_target(krofx_roots DEPENDS ${roots_source})
-# Layers wait for the one target, and find their generated sources in the one list.
+# The layers depend on the target, and take their generated sources from the list.
 add_dependencies(krofx_schemas krofx_roots)
 list(APPEND KROFX_GENERATED ${roots_source})

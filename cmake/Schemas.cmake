@@ -1,12 +1,12 @@
-# Runs tools/schemac over every .schema file at build time. What it writes stands in the build tree
-# only. The generator lists its own outputs (--list), so a new schema file needs no edit here.
+# Runs tools/schemac over every .schema file at build time. It writes into the build tree only, and
+# lists its own outputs (--list), so a new schema needs no edit here.
 find_package(Python3 3.9 REQUIRED COMPONENTS Interpreter)
 
 set(KROFX_GENERATED_DIR ${CMAKE_CURRENT_BINARY_DIR}/generated)
 file(GLOB_RECURSE KROFX_SCHEMAS CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/src/krofx/*.schema)
 file(GLOB KROFX_SCHEMAC CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/tools/schemac/*.py)
 
-# The list of outputs is asked at configure time; a changed schema asks again.
+# The list is made at configure time, and again when a schema or the compiler has changed.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${KROFX_SCHEMAS} ${KROFX_SCHEMAC})
 execute_process(
   COMMAND ${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/tools/schemac/schemac.py --source

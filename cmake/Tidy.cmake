@@ -2,8 +2,8 @@
 # rules of .clang-tidy. It needs the generated headers, and nothing else built.
 find_program(KROFX_RUN_CLANG_TIDY NAMES run-clang-tidy run-clang-tidy-14)
 if(PROJECT_IS_TOP_LEVEL AND KROFX_RUN_CLANG_TIDY)
-  # What GCC alone understands is taken out of its commands: its precompiled headers, and warnings
-  # that clang has not. What clang's own warnings may say is up to .clang-tidy.
+  # The commands are GCC's. What clang does not understand is removed from them: precompiled
+  # headers, and warnings that clang does not have. .clang-tidy says which warnings of clang are on.
   set(commands ${PROJECT_BINARY_DIR}/tidy)
   file(MAKE_DIRECTORY ${commands})
   add_custom_target(

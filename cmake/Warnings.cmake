@@ -3,8 +3,8 @@ add_library(krofx_warnings INTERFACE)
 target_compile_options(krofx_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion
                                                 -Werror)
 
-# The same for code that uses std::string: GCC 12 takes its inlined inside for overflows when it
-# optimises.
+# The same for code that uses std::string: when GCC 12 optimises, it reports overflows in the
+# inlined code of std::string that are not there.
 add_library(krofx_warnings_of_strings INTERFACE)
 target_link_libraries(krofx_warnings_of_strings INTERFACE krofx_warnings)
 target_compile_options(

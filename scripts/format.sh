@@ -1,5 +1,5 @@
 #!/bin/sh
-# Formats the project's C++ with clang-format, or tells which files are not formatted.
+# Formats the project's C++ with clang-format, or says which files are not formatted.
 #
 #   scripts/format.sh [--check] [CLANG_FORMAT] [FOLDER...]     the folders default to our sources
 set -eu
@@ -20,6 +20,6 @@ if [ $# -eq 0 ]; then
     [ -d "$root/$folder" ] && set -- "$@" "$root/$folder"
   done
 fi
-# Files of the build tree stand outside the reach of our .clang-format, so its path is given.
+# clang-format does not find our .clang-format for files of the build tree, so its path is given.
 find "$@" \( -name '*.h' -o -name '*.cpp' \) -print0 |
   xargs -0 "$tool" --style="file:$root/.clang-format" $action

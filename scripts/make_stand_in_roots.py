@@ -1,14 +1,14 @@
 #!/usr/bin/env python3
 """Makes the stand-ins for the roots 1000, 2000 and 3000: python3 make_stand_in_roots.py FOLDER.
 
-The certificates that once had these IDs are not to be had. Each stand-in has the version, subject,
-issuer, validity, signature algorithm and length of the certificate that it stands for, and a key
-of its own, whose private half is forgotten when this script ends. It was run once; what it made is
-in src/krofx/security/roots. Running it again makes other keys, so other certificates.
+The certificates that once had these IDs are not available. Each stand-in has the version, subject,
+issuer, validity, signature algorithm and length of the certificate that it replaces, and a key
+of its own, whose private half is lost when this script ends. The script was run once; what it made
+is in src/krofx/security/roots. Running it again makes other keys, and so other certificates.
 
-The roots 1000 and 2000 are really signed, with MD5. Root 3000 bears the name of MD2, which hardly
-anything computes any more, and random bytes in place of the signature. That costs nothing: a root
-is trusted because it is in the list, and nobody gains by its signature of itself.
+The roots 1000 and 2000 are really signed, with MD5. Root 3000 names MD2, which hardly any
+software computes any more, and has random bytes in place of the signature. This does no harm: a
+root is trusted because it is in the list, not because of its own signature.
 
 Only the standard library is used: DER is written by the few functions below.
 """
@@ -19,7 +19,7 @@ import secrets
 import sys
 
 KEY_BITS = 1024
-# With this size, 581 bytes can be had with a serial number of at most 20.
+# With this size, a certificate of 581 bytes has a serial number of at most 20 bytes.
 CLASS_3_KEY_BITS = 1032
 MD2_WITH_RSA = "1.2.840.113549.1.1.2"
 MD5_WITH_RSA = "1.2.840.113549.1.1.4"

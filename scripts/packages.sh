@@ -14,7 +14,7 @@ work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
 install_missing() {
   local package missing=()
   if ! command -v dpkg-query >/dev/null; then
-    echo "This is no Debian system: make sure that there are $*" >&2
+    echo "This is not a Debian system: make sure that these packages are installed: $*" >&2
     return
   fi
   for package; do

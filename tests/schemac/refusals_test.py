@@ -5,9 +5,8 @@ misspell each word in it, add a word to each line, and say each line twice.
 import re
 import unittest
 
-from small_tree import HERE, SmallTree
+from small_tree import SmallTree
 
-import aggregate_class
 import aggregate_reader
 import row_types
 import routing
@@ -62,10 +61,11 @@ class Refusals(SmallTree):
 
     def test_tree_uses_every_word(self):
         used = set(re.findall(r"[\w-]+", "\n".join(self.texts.values())))
-        words = [*aggregate_reader.RULES, *aggregate_reader.CLASS_TYPES, *aggregate_reader.ROW_WORDS]
+        reader = aggregate_reader
+        words = [*reader.RULES, *reader.CLASS_TYPES, *reader.ROW_WORDS]
         words += [*row_types.NUMBERS, *row_types.SCALARS, *row_types.DATES, *routing.RULES]
         words += [word for words in routing.WRAPPER_WORDS.values() for word in words]
-        words += [n.removeprefix("_read_") for n in dir(aggregate_reader.Reader) if "_read_" in n]
+        words += [n.removeprefix("_read_") for n in dir(reader.Reader) if "_read_" in n]
         self.assertEqual([word for word in words if word not in used], [])
 
     def is_definition(self, name, line, word):

@@ -1,5 +1,5 @@
-"""A small source tree for the tests of the schema compiler: the schemas below tree/, which use every
-word of every language, and the hand-written C++ that they name.
+"""A small source tree for the tests of the schema compiler: the schemas below tree/, which use
+every word of every language, and the hand-written C++ that they name.
 """
 
 import pathlib
@@ -15,7 +15,9 @@ sys.path.insert(0, str(PROJECT / "tools/schemac"))
 import schemac  # noqa: E402
 from sources import SchemaError  # noqa: E402
 
-CLASSES = "KRString22 KRString32 KRString255 KRString390 KRDynamicArrayString KRBoxConversion".split()
+CLASSES = """
+    KRString22 KRString32 KRString255 KRString390 KRDynamicArrayString KRBoxConversion
+""".split()
 HAND_WRITTEN = {
     "core/classes.h": "".join(f"class {name} {{}};\n" for name in CLASSES),
     "envelope/file.h": "class KRFile {};\n",

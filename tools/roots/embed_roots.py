@@ -1,7 +1,8 @@
 """Writes the trusted roots into a C++ source: embed_roots.py FOLDER [OUT].
 
 FOLDER holds a DER certificate <ID>.der for each of the five roots. OUT becomes the source that
-defines what krofx/security/internal/trusted_roots.h declares; without OUT the files are only looked at.
+defines what krofx/security/internal/trusted_roots.h declares; without OUT the files are only
+checked.
 """
 
 import pathlib
@@ -14,7 +15,7 @@ ROOTS = {
     4000: "kRSAServerRoot",
     4001: "kRSAServerRootReissue",
 }
-# Requests take roots with a length of 16 bits.
+# The length of a root has 16 bits.
 MAX_LENGTH = 65535
 BYTES_IN_LINE = 20
 

@@ -45,7 +45,7 @@ class AccessorWriter:
 
     def define(self, result, name, parameters, body, const=False):
         head = f"{result} {self.cls.name}::{name}"
-        self.source += definition(head, parameters, " const" if const else "", body)
+        self.source += definition(head, parameters, " const" if const else "", body) + "\n"
 
     def row(self, row):
         """The accessors of one row."""
@@ -54,7 +54,7 @@ class AccessorWriter:
         getattr(self, f"_{row.kind}")(row, row.stem, enumerator(row.tag))
 
     def shared(self, shared, rows):
-        """The accessors of a slot or an array; `rows` are those of the class that fill it."""
+        """The accessors of a slot or an array; `rows` are those that fill it."""
         self.header += "\n"
         what = "child" if shared.kind == "slot" else "list"
         self.about = "\n".join(

@@ -142,9 +142,13 @@ def _check_sharing(model, cls, row):
     if shared.kind != wanted:
         raise SchemaError(row.place, f"{row.shared} is no {wanted}")
     if row.kind == "children" and (row.stem or row.grow):
-        raise SchemaError(row.place, f"{row.tag} has neither stem nor grow: they are {row.shared}'s")
+        raise SchemaError(
+            row.place, f"{row.tag} has neither stem nor grow: the array {row.shared} has them"
+        )
     if not _derives(model, model.classes[row.type], shared.type):
-        raise SchemaError(row.place, f"{row.type} does not suit {row.shared}: it is no {shared.type}")
+        raise SchemaError(
+            row.place, f"{row.type} does not suit {row.shared}: it is no {shared.type}"
+        )
 
 
 def _check_all_shared(model):

@@ -2,7 +2,7 @@
 
 from accessors import AccessorWriter, meaning, member
 from aggregate_table import TableWriter, child_array
-from cpp import defaulted, definition, fill, inline_or_lines
+from cpp import class_head, defaulted, definition, fill, inline_or_lines
 from model import SIGNATURES
 from row_types import cpp_type
 from tags import enumerator
@@ -39,12 +39,12 @@ class ClassWriter:
         if self.cls.tag:
             comment += f" Its tag is {self.cls.tag}."
         self.header += fill(comment, "")
-        self.header += f"class KROFX_API {name} : public {self.cls.base} {{\n public:\n"
+        self.header += class_head(name, self.cls.base) + " public:\n"
         self.header += "  /// Makes an object with nothing in it.\n"
         self.header += f"  {name}();\n"
         self.header += "  /// Shallow: the copy borrows children and shares arrays.\n"
         self.header += f"  {name}(const {name}& other);\n"
-        self.header += "  /// As the copy constructor.\n"
+        self.header += "  /// Shallow, as the copy constructor is.\n"
         self.header += f"  {name}& operator=(const {name}& other);\n"
         self.header += f"  ~{name}() override;\n"
 
@@ -74,7 +74,7 @@ class ClassWriter:
         rows = self.cls.rows
         accessors = AccessorWriter(self.model, self.cls)
         for shared in self.cls.shared:
-            accessors.shared(shared, [row for row in rows if row.shared == shared.name])
+            accessors.shared(shared, self.model.rows_in(shared))
         for row in rows:
             if row.stem and (self._declares(row) or (row.kind == "child" and row.shared)):
                 accessors.row(row)
@@ -96,7 +96,7 @@ class ClassWriter:
         if "DeepCopyFrom" not in self._overridden():
             head = f"u16 {name}::DeepCopyFrom"
             body = "return CopyAggregate(*this, source);"
-            self.source += definition(head, [f"{name}* source"], "", body)
+            self.source += definition(head, [f"{name}* source"], "", body) + "\n"
 
     def _overridden(self):
         return [override.name for override in self.cls.overrides]
@@ -122,8 +122,9 @@ class ClassWriter:
         self._lines(self.cls.members)
 
     def _own_members(self):
-        """(type, name, initialiser) of the members that the class declares: children first, so that
-        a walk over a tree finds them beside the object's own state, then the values in row order."""
+        """(type, name, initialiser) of the members that the class declares: children first, so
+        that a walk over a tree finds them beside the object's own state, then the values in row
+        order."""
         result = []
         for shared in self.cls.shared:
             if shared.kind == "slot":

@@ -274,7 +274,8 @@ class Reader:
         word = words.take("required or optional")
         use = re.fullmatch(r"(required|optional)|required\((.*)\)", word)
         if use is None or (use[2] is not None and use[2] not in list(VERSIONS)[1:]):
-            words.fail(f"{word}: required, optional or required(VERSIONS) expected after {row_type}")
+            wanted = "required, optional or required(VERSIONS)"
+            words.fail(f"{word}: {wanted} expected after {row_type}")
         if use[1] == "optional":
             return None
         return use[2] or ""

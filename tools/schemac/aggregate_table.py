@@ -105,9 +105,8 @@ class TableWriter:
             raise SchemaError(self.cls.place, f"{self.cls.name}: no perfect hash found")
         slots, multiplier, shift = found
         self.text += array("static constexpr u8 kSlots[]", [str(slot) for slot in slots])
-        self.text += (
-            f"  static constexpr TagIndex kIndex = {{kValid, kSlots, 0x{multiplier:x}u, {shift}}};\n"
-        )
+        index = f"{{kValid, kSlots, 0x{multiplier:x}u, {shift}}}"
+        self.text += f"  static constexpr TagIndex kIndex = {index};\n"
         self.fields.append(f".valid = {{kValid, {len(self.listed)}, &kIndex}}")
 
     def _rows(self):

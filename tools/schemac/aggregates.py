@@ -11,7 +11,7 @@ import re
 import factory
 from aggregate_class import ClassWriter
 from aggregate_table import child_array
-from cpp import fill
+from cpp import class_head, definition, fill
 
 PAYROLL_INCLUDES = [
     "krofx/payroll/payroll_amount.h",
@@ -36,23 +36,18 @@ SOURCE_INCLUDES = [
 
 def typed_array(cls):
     """The declaration of the array class of one aggregate."""
-    one = (
-        f"class KROFX_API KRDynamicArray{cls.bare}"
-        f" : public krofx::internal::ElementArray<{cls.name}> {{\n"
-    )
-    if len(one) > 101:
-        one = one.replace(" : public", "\n    : public")
-    text = fill(f"An array of {cls.name}, which the factory makes.", "") + one
+    text = fill(f"An array of {cls.name}, which the factory makes.", "")
+    text += class_head(f"KRDynamicArray{cls.bare}", f"krofx::internal::ElementArray<{cls.name}>")
     text += " public:\n  using ElementArray::ElementArray;\n\n protected:\n"
     return text + f"  {cls.name}* NewElement() const override;\n}};\n"
 
 
 def typed_array_source(cls):
-    head = f"{cls.name}* KRDynamicArray{cls.bare}::NewElement() const {{"
-    body = f"return static_cast<{cls.name}*>(\n      CreateElement(&CreateBy<&KRDataObjFactory::New{cls.bare}>));"
-    one = body.replace("\n      ", "")
-    body = one if len(one) <= 98 else body
-    return f"{head}\n  {body}\n}}\n\n"
+    """The operation of that class: the factory makes its elements."""
+    head = f"{cls.name}* KRDynamicArray{cls.bare}::NewElement"
+    element = f"CreateElement(&CreateBy<&KRDataObjFactory::New{cls.bare}>)"
+    body = (f"return static_cast<{cls.name}*>", [element])
+    return definition(head, [], " const", body) + "\n"
 
 
 class FileWriter:

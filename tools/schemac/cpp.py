@@ -10,33 +10,44 @@ def fill(text, indent="  "):
     """A documentation comment, wrapped; each line of `text` starts a line of its own."""
     lines = []
     for paragraph in text.split("\n"):
-        line = indent + "///"
         # A continued item of a list is indented under its text.
         hang = "   " if paragraph.startswith("- ") else " "
-        for word in paragraph.split():
-            if len(line) + 1 + len(word) > COLUMNS:
-                lines.append(line)
-                line = indent + "///" + hang + word
-            else:
-                line += " " + word
-        lines.append(line)
+        words = [word + " " for word in paragraph.split()]
+        lines.append(pack(words, indent + "/// ", indent + "///" + hang).rstrip())
     return "\n".join(lines) + "\n"
 
 
+def pack(pieces, line, pad, columns=COLUMNS):
+    """Puts as many pieces on a line as fit; a piece ends in a blank where the line may break. The
+    first line begins with `line`, the others with `pad`."""
+    lines, start = [], line
+    for piece in pieces:
+        if len(line) + len(piece.rstrip()) > columns and line != start:
+            lines.append(line.rstrip())
+            line = start = pad
+        line += piece
+    return "\n".join(lines + [line])
+
+
 def call(head, parts, tail, indent):
-    """head(parts)tail on one line, or broken after the parts that fit."""
+    """head(parts)tail on one line, or broken after the parts that fit; a part that does not fit
+    after the head begins a line of its own."""
     one = f"{indent}{head}({', '.join(parts)}){tail}"
     if len(one) <= COLUMNS:
         return one + "\n"
-    pad = " " * (len(indent) + len(head) + 1)
-    lines, line = [], f"{indent}{head}("
-    for i, part in enumerate(parts):
-        piece = part + (", " if i + 1 < len(parts) else f"){tail}")
-        if len(line) + len(piece.rstrip()) > COLUMNS and line.strip() != head + "(":
-            lines.append(line.rstrip())
-            line = pad
-        line += piece
-    return "\n".join(lines + [line]) + "\n"
+    pieces = [part + ", " for part in parts[:-1]] + [f"{parts[-1]}){tail}"]
+    opening = f"{indent}{head}("
+    pad = " " * len(opening)
+    if max(len(pad) + len(piece.rstrip()) for piece in pieces) > COLUMNS:
+        pad = indent + "    "
+        opening += "\n" + pad
+    return pack(pieces, opening, pad) + "\n"
+
+
+def class_head(name, base):
+    """The head of an exported class."""
+    one = f"class KROFX_API {name} : public {base} {{"
+    return (one if len(one) <= COLUMNS else one.replace(" : public", "\n    : public")) + "\n"
 
 
 def inline(head, statement):
@@ -54,13 +65,13 @@ def definition(head, parameters, qualifier, body):
         body = lines.strip() if lines.count("\n") == 1 else lines
     one = f"{head}({', '.join(parameters)}){qualifier} {{ {body} }}"
     if len(one) <= COLUMNS and "\n" not in body:
-        return one + "\n\n"
+        return one + "\n"
     text = call(head, parameters, qualifier + " {", "")
     if body.endswith("\n"):
         text += body
     else:
         text += "".join(f"  {line.strip()}\n" for line in body.split("\n"))
-    return text + "}\n\n"
+    return text + "}\n"
 
 
 def defaulted(head, parameter):
@@ -85,25 +96,16 @@ def inline_or_lines(head, statements):
 OFF, ON = "  // clang-format off\n", "  // clang-format on\n"
 
 
-def numbers(values, indent):
-    """Short values, as many on a line as fit."""
-    lines, line = [], indent
-    for i, value in enumerate(values):
-        piece = value + (", " if i + 1 < len(values) else "")
-        if len(line) + len(piece.rstrip()) > COLUMNS - 2:
-            lines.append(line.rstrip())
-            line = indent
-        line += piece
-    return "\n".join(lines + [line])
-
-
-def array(declaration, items, indent="  "):
-    """`declaration = {items};`, one item a line where one line will not do."""
+def array(declaration, items, indent="  ", guarded=True):
+    """`declaration = {items};`, one item a line where one line will not do. It is kept out of the
+    formatter's hands unless its caller does that."""
     one = f"{indent}{declaration} = {{{', '.join(items)}}};"
     if len(one) <= COLUMNS:
         return one + "\n"
     if max(len(item) for item in items) <= 4:
-        body = numbers(items, indent + "    ") + ",\n"
+        pieces = [item + ", " for item in items[:-1]] + items[-1:]
+        body = pack(pieces, indent + "    ", indent + "    ", COLUMNS - 2) + ",\n"
     else:
         body = "".join(f"{indent}    {item},\n" for item in items)
-    return OFF + f"{indent}{declaration} = {{\n{body}{indent}}};\n" + ON
+    text = f"{indent}{declaration} = {{\n{body}{indent}}};\n"
+    return OFF + text + ON if guarded else text

@@ -57,9 +57,8 @@ def read(schema, tree, classes):
     listed = {}
     for operation in order:
         if operation.name in listed:
-            raise SchemaError(
-                operation.place, f"{operation.name} is on line {listed[operation.name].line} already"
-            )
+            line = listed[operation.name].line
+            raise SchemaError(operation.place, f"{operation.name} is on line {line} already")
         listed[operation.name] = operation.place
     return order + [Operation(name, None) for name in classes if name not in listed]
 
@@ -67,9 +66,8 @@ def read(schema, tree, classes):
 def definition(cls):
     """The definition of the operation of a class."""
     head = f"{cls.name}* KRDataObjFactory::New{cls.bare}"
-    return cpp.definition(
-        head, ["u16 version"], "", f"return Make<{cls.name}>(*this, version);"
-    ).rstrip("\n") + "\n"
+    body = f"return Make<{cls.name}>(*this, version);"
+    return cpp.definition(head, ["u16 version"], "", body)
 
 
 OPENING = """\

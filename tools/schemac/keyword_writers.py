@@ -1,8 +1,10 @@
-"""Turns the enumerations that KRBuilder has operations for into the definitions of those operations.
+"""Writes the definitions of KRBuilder's operations for enumerations.
 
 The operations are declared, with their place in the class, in krofx/build/builder.h; which of them
-exist and how they write is said by the `build` and `tagged` words of the schemas of keywords.
+exist, and how they write, is said by the `build` and `tagged` words of the schemas of keywords.
 """
+
+from cpp import definition
 
 OPENING = """\
 // The builder's operations for keywords, one for each enumeration that has them. Generated from the
@@ -14,9 +16,8 @@ OPENING = """\
 
 
 def _value(k):
-    head = f"KRBuildStatus KRBuilder::Add{k.bare}({k.name} value) {{"
-    one = f"{head} return AddKeyword(value); }}\n"
-    return one if len(one) <= 101 else f"{head}\n  return AddKeyword(value);\n}}\n"
+    head = f"KRBuildStatus KRBuilder::Add{k.bare}"
+    return definition(head, [f"{k.name} value"], "", "return AddKeyword(value);")
 
 
 def _tag_and_value(k):

@@ -1,5 +1,5 @@
-"""Turns schemas of keywords into enumerations, keyword tables and conversion classes. docs/schema.md
-describes the language.
+"""Turns schemas of keywords into enumerations, keyword tables and conversion classes.
+docs/schema.md describes the language.
 
 For the schema krofx/FOLDER/keywords.schema it writes krofx/FOLDER/keywords.h, with the enumerations
 and their tables, and krofx/FOLDER/keyword_conversions.h, with the classes.
@@ -8,6 +8,7 @@ and their tables, and krofx/FOLDER/keyword_conversions.h, with the classes.
 import re
 from dataclasses import dataclass, field
 
+from cpp import call
 from sources import SchemaError, Words
 
 WRITERS = {"": "None", "direct": "Direct", "text": "Text", "tolerant": "Tolerant"}
@@ -192,10 +193,8 @@ def _pair(k):
     if k.owner.range_checked:
         failure = "0, with a KRPW_BADFORMAT warning and `out` unchanged, beyond the list"
     failure += "."
-    opening = f"  static u16 StringTo{k.stem}("
-    reader = f"{opening}const KRString& text, {k.name}& out) {{"
-    if len(reader) > 100:
-        reader = reader.replace(", ", ",\n" + " " * len(opening))
+    parameters = ["const KRString& text", f"{k.name}& out"]
+    reader = call(f"static u16 StringTo{k.stem}", parameters, " {", "  ")
     missing = "`out` unchanged" if k.none is None else f"`out` {k.name}_None"
     return f"""  /// Gives the keyword of a {k.name}.
   /// @return 1; {failure}
@@ -204,7 +203,7 @@ def _pair(k):
   }}
   /// Finds the {k.name} of a keyword, without regard to case.
   /// @return 1; 0, and {missing}, after a KRPW_BADFORMAT warning, when there is none.
-{reader}
+{reader}\
     return {traits}::FromText(text, out);
   }}
 """
@@ -221,7 +220,8 @@ def _class(owner):
 
 
 def _conversions_header(path, include, owners):
-    body = f'#include "krofx/core/export.h"\n#include "krofx/core/string.h"\n#include "{include}"\n\n'
+    includes = ("krofx/core/export.h", "krofx/core/string.h", include)
+    body = "".join(f'#include "{name}"\n' for name in includes) + "\n"
     body += "\n".join(_class(owner) for owner in owners)
     return _guarded(path, "// Conversions between enumerations and their keywords.", body)
 

@@ -203,6 +203,15 @@ class Model:
                 return candidate.rules, candidate.rules_only
         return [], False
 
+    def rows_in(self, shared):
+        """The rows that fill a slot or an array, those of derived classes too, each tag once."""
+        rows = {}
+        for cls in self.classes.values():
+            for row in cls.rows:
+                if row.shared == shared.name and self.shared_of(cls, row.shared) is shared:
+                    rows.setdefault(row.tag, row)
+        return list(rows.values())
+
     def shared_of(self, cls, name):
         """The slot or array of that name; None when the class has none."""
         for candidate in (cls, *self.ancestors(cls)):

@@ -4,6 +4,7 @@ the language.
 
 import re
 
+from cpp import array
 from model import VERSIONS
 from sources import SchemaError, Words
 from tags import enumerator
@@ -62,13 +63,7 @@ class Tables:
         return match[1], VERSIONS[match[2] or ""]
 
     def array(self, type_name, name, items):
-        one = f"constexpr {type_name} {name}[] = {{{', '.join(items)}}};"
-        if len(one) > 100:
-            one = f"constexpr {type_name} {name}[] = {{\n" + "".join(
-                f"    {item},\n" for item in items
-            )
-            one += "};"
-        self.arrays += one + "\n"
+        self.arrays += array(f"constexpr {type_name} {name}[]", items, "", guarded=False)
 
     def valid(self, words, name, listed):
         rows = [self.versioned(words, word) for word in listed]

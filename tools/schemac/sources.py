@@ -1,5 +1,5 @@
-"""The source tree as the compiler sees it: the schemas, by language, and what hand-written C++ there
-is for a schema to name.
+"""The source tree as the compiler sees it: the schemas, by language, and the hand-written C++ that
+they can name.
 
 The first line of every schema is `schema LANGUAGE`. docs/schema.md describes the languages.
 """
@@ -136,7 +136,7 @@ class Tree:
         return found[0] if found else None
 
     def exists(self, name):
-        """Whether there is a file `name`, as in krofx/model/factory.h; in every letter's case."""
+        """Whether there is a file `name`, as in krofx/model/factory.h."""
         return (self.source / name).is_file()
 
     def text(self, name):

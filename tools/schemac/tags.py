@@ -27,7 +27,7 @@ enum KRTagID : u32 {{
 """
 
 SOURCE = """\
-// The table behind the tag dictionary, in id order. Generated from core/tags.schema.
+// The table of the tag dictionary, in id order. Generated from core/tags.schema.
 
 #include "krofx/core/tag_dictionary.h"
 
@@ -93,10 +93,10 @@ def _check_ids(blocks):
     expected = 1
     for block in blocks:
         if block.first != expected:
-            raise SchemaError(block.place, f"{block.first}: the block must begin with id {expected}")
+            raise SchemaError(block.place, f"{block.first}: id {expected} is the next one")
         expected += len(block.tags)
         if block.last != expected - 1:
-            raise SchemaError(block.place, f"{block.last}: the block's tags end at id {expected - 1}")
+            raise SchemaError(block.place, f"{block.last}: the tags end at id {expected - 1}")
 
 
 def enumerator(tag):
