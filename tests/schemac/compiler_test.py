@@ -52,6 +52,18 @@ class Refused(Probe):
         self.refuse("", ":1:", "schema")
         self.refuse("schema tags\n", "probe.schema", "tags")
 
+    def test_refuses_a_tree_without_a_schema_of_each_language(self):
+        for name in ("core/tags", "model/factory", "envelope/routing"):
+            with self.subTest(schema=name):
+                text = self.schema(name).read_text()
+                self.schema(name).unlink()
+                self.assertIn(f"the language {name.split('/')[1]}", self.check())
+                self.write(name, text)
+
+    def test_refuses_what_is_no_text(self):
+        self.schema("boxes/probe").write_bytes(b"schema aggregates\n# \xff\n")
+        self.assertIn("probe.schema:1: error: no UTF-8", self.check())
+
     def test_refuses_an_unknown_class_of_text(self):
         self.refuse(self.row("NAME KRString33 optional Name"), ":8:", "KRString33")
 

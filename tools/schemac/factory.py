@@ -42,7 +42,7 @@ def read(schema, tree, classes):
     """The operations in their order: those that the schema names, then those of all other classes.
     `classes` holds the classes that the factory makes, by their names without KR."""
     order = []
-    for number, line in schema.lines() if schema else ():
+    for number, line in schema.lines():
         place = schema.place(number)
         if not line.strip() or line.lstrip().startswith("#"):
             continue

@@ -35,8 +35,7 @@ class Project:
 
     def __init__(self, source):
         tree = Tree(source)
-        schema = tree.only("tags")
-        self.tag_blocks = tags.read(schema) if schema else []
+        self.tag_blocks = tags.read(tree.only("tags"))
         ids = {tag: tag_id for block in self.tag_blocks for tag_id, tag in block.rows()}
         self.keyword_files = keywords.read(tree)
         self.keywords = keywords.by_name(self.keyword_files)

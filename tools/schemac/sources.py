@@ -116,7 +116,10 @@ class Tree:
         self.source = pathlib.Path(source)
         self._schemas = {language: [] for language in LANGUAGES}
         for path in sorted(self.source.glob("krofx/**/*.schema")):
-            first, _, text = path.read_text().partition("\n")
+            try:
+                first, _, text = path.read_text(encoding="utf-8").partition("\n")
+            except UnicodeDecodeError as error:
+                raise SchemaError(Place(path, 1), f"no UTF-8: {error}") from error
             words = Words(Place(path, 1), first)
             words.expect("schema")
             language = words.expect(*LANGUAGES)
@@ -129,11 +132,13 @@ class Tree:
         return self._schemas[language]
 
     def only(self, language):
-        """The one schema of a language; None when there is none."""
+        """The one schema of a language."""
         found = self._schemas[language]
+        if not found:
+            raise SchemaError(Place(self.source, 1), f"no schema has the language {language}")
         if len(found) > 1:
             raise SchemaError(found[1].place(1), f"{found[0].path} has language {language} already")
-        return found[0] if found else None
+        return found[0]
 
     def exists(self, name):
         """Whether there is a file `name`, as in krofx/model/factory.h."""

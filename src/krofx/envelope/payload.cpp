@@ -10,7 +10,7 @@ KRParseStatus Payload::Make(Side side, KRTagID tag) {
   KRDataObjFactory* factory = KRDataObj::GetFactory();
   if (factory == nullptr) return KRParseStatus_Fatal;
   const PayloadRoute* route = FindPayload(side, tag);
-  if (route == nullptr || route->create == nullptr) return KRParseStatus_Invalid;
+  if (route == nullptr) return KRParseStatus_Invalid;
   KRDataObj* made = route->create(*factory);
   if (made == nullptr) return KRParseStatus_Fatal;
   if (KRDataObj* held = m_slot.Get()) {

@@ -1,7 +1,7 @@
 // What travels in what: the tables behind message sets and wrappers.
 //
 // One wrapper class serves every wrapper tag and one message-set class every set; the object's type
-// chooses its row here. The rows are compiled from routing.schema, which describes them.
+// chooses its row here. The rows are compiled from routing.schema.
 
 #ifndef KROFX_ENVELOPE_ROUTING_H_
 #define KROFX_ENVELOPE_ROUTING_H_
@@ -17,8 +17,7 @@ enum class Side : u8 { kRequest, kResponse };
 /// A payload tag and its class.
 struct PayloadRoute {
   KRTagID tag;
-  /// Makes the payload; null while no schema describes its class.
-  CreateChild create;
+  CreateChild create;  ///< Makes the payload.
 };
 
 /// What a transaction wrapper asks of its payload's tags.
