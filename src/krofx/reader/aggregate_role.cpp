@@ -174,7 +174,7 @@ bool IsList(KRDataObj& object) {
   return false;
 }
 
-KRTagID MissingAggregate(KRDataObj& object, KRTagID tag) {
+KRTagID AggregateAround(KRDataObj& object, KRTagID tag) {
   if (const KRTagID around = EnvelopeAround(object, tag); around != KRTag_None) return around;
   KRTagID around = KRTag_None;
   for (int depth = 1; depth <= kMostMissing; ++depth) {

@@ -43,10 +43,10 @@ KRDataObj* SingleChild(KRDataObj& object, KRTagID tag, const Row* row);
 /// Whether an object is a list: what comes in a second one of it belongs behind what the first has.
 bool IsList(KRDataObj& object);
 
-/// The tag of the aggregate that is missing in an object around `tag`, if there is exactly one of
-/// its aggregates that can hold it, directly or in one aggregate more.
+/// The tag of the aggregate of an object that stands around `tag`, if there is exactly one that can
+/// hold it, directly or in one aggregate more.
 /// @return KRTag_None when there is none, or more than one.
-KRTagID MissingAggregate(KRDataObj& object, KRTagID tag);
+KRTagID AggregateAround(KRDataObj& object, KRTagID tag);
 
 }  // namespace krofx::internal
 

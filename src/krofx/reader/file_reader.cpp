@@ -8,6 +8,7 @@
 
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/parse/byte_search.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
@@ -47,13 +48,11 @@ bool MakeRoot(OfxText& text) {
 // Says the warnings of a strict parse.
 class WarningTeller : public KRWarningObserver {
  public:
-  WarningTeller(Recorder& recorder, const WorkingText& file, std::size_t base)
-      : m_recorder(recorder), m_file(file), m_base(base) {}
+  WarningTeller(Recorder& recorder, std::size_t base) : m_recorder(recorder), m_base(base) {}
 
   void OnWarning(const KRParseException& warning, s32 position) override {
     Spot spot;
-    spot.offset = position < 0 ? Spot::kNowhere
-                               : m_file.ToOriginal(m_base + static_cast<std::size_t>(position));
+    spot.offset = position < 0 ? Spot::kNowhere : m_base + static_cast<std::size_t>(position);
     std::string_view tag(warning.m_tagText, warning.m_tagText.GetStrLength());
     const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
     const char* const known =
@@ -65,7 +64,6 @@ class WarningTeller : public KRWarningObserver {
 
  private:
   Recorder& m_recorder;
-  const WorkingText& m_file;
   std::size_t m_base;
 };
 
@@ -104,7 +102,7 @@ Reading FileReader::Read() {
   KRParseStatus status =
       m_dictionary == nullptr || log == nullptr ? KRParseStatus_Fatal : ReadTexts();
   if (status != KRParseStatus_Fatal || m_reading.root != nullptr) {
-    m_recorder.FindLines(m_original, m_file.unit);
+    m_recorder.FindPlaces(m_file, m_original);
   }
   if (m_recorder.HasFailed() || AlarmIsSet()) status = KRParseStatus_Fatal;
   m_reading.status = status;
@@ -125,15 +123,18 @@ KRParseStatus FileReader::ReadTexts() {
     const bool ended = m_reading.texts.empty() || status == KRParseStatus_Fatal ||
                        m_reading.texts.back().kind == TextKind::kMultipart;
     if (ended || m_options.strict) return status;
-  } while (m_reading.texts.size() < m_options.maxTexts &&
-           HasText(Bytes(), m_position, *m_dictionary));
-  return status;
+    if (!HasText(Bytes(), m_position, *m_dictionary)) return status;
+  } while (m_reading.texts.size() < m_options.maxTexts);
+  m_reading.problem = "there are more texts in it than are to be read; take it apart";
+  return Graver(status, KRParseStatus_Invalid);
 }
 
 KRParseStatus FileReader::ReadNext() {
+  // The blanks between two texts are of neither.
+  while (m_position != 0 && IsWhite(Bytes()[m_position])) ++m_position;
   const std::size_t from = m_position;
   OfxText text;
-  text.place.offset = m_file.ToOriginal(from);
+  text.place.offset = from;
   std::size_t end = from == 0 ? Bytes().size() : FindTextEnd(Bytes(), from);
   text.kind = FindKind(Bytes().substr(from, end - from));
   if (!MakeRoot(text)) return KRParseStatus_Fatal;
@@ -177,7 +178,7 @@ bool FileReader::ReadStrictly(OfxText& text, std::size_t from, std::size_t end, 
     }
     buffer = copy.get();
   }
-  WarningTeller teller(m_recorder, m_file, from);
+  WarningTeller teller(m_recorder, from);
   if (text.kind == TextKind::kMultipart) {
     KRMIMEParser parser;
     if (m_options.strict) parser.SetWarningObserver(&teller);
@@ -265,7 +266,7 @@ void FileReader::Describe(KRParseStatus status) {
   } else if (m_recorder.Forbidden() != nullptr) {
     m_reading.problem = "it was read up to damage that must not be mended: ";
     m_reading.problem += m_recorder.Forbidden()->sentence;
-  } else if (m_reading.root == nullptr) {
+  } else if (m_reading.root == nullptr && m_reading.problem.IsEmpty() != 0) {
     m_reading.problem = DescribeForeignFile(m_original);
   }
 }

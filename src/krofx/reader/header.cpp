@@ -192,9 +192,12 @@ class HeaderReader {
 
   // What stands in front of the first field.
   bool TakeFront(std::string_view before) {
-    const std::string_view text = Trimmed(before);
+    // An XML declaration or a comment is no text.
+    const std::string_view text =
+        Trimmed(before.substr(0, std::min(before.find('<'), before.size())));
     if (!text.empty()) return Note(MendingKind::kTextInFront, text.data(), {}, text);
-    return before.empty() || Note(MendingKind::kHeaderLayout, before.data(), {}, before);
+    return before.empty() || m_declared ||
+           Note(MendingKind::kHeaderLayout, before.data(), {}, before);
   }
 
   // What stands between two fields: a line end when all is in order.
@@ -264,6 +267,13 @@ bool IsKnown(KRHeaderTag tag, std::string_view value) {
   }
 }
 
+// Whether a text has message sets of the second version.
+bool IsSecondVersion(const WorkingText& text) {
+  const std::string_view bytes = text.Bytes();
+  return bytes.find("MSGSRSV2>") != std::string_view::npos ||
+         bytes.find("MSGSRQV2>") != std::string_view::npos;
+}
+
 // What a header field says that tells the truth about the texts of the tree. What the file declares
 // stays when it is true and the strict parser knows it.
 std::string_view TrueCharset(KRHeaderTag tag, const Header& header, const Charset& charset,
@@ -311,7 +321,7 @@ KRParseStatus GiveHeader(const WorkingText& text, const Header& header, const Ch
     if (isCharset) {
       taken = TrueCharset(field.tag, header, charset, ascii);
     } else if (value.empty() || !IsKnown(field.tag, value)) {
-      taken = field.usual;
+      taken = field.tag == KRHeaderTag_VERSION && IsSecondVersion(text) ? "151" : field.usual;
     }
     if (header.form == TextForm::kOfx1 && any &&
         (value.empty() || (!isCharset && taken != value))) {

@@ -64,6 +64,7 @@
   X(615, kTooDeep, "too-deep", Each, "an aggregate inside too many others was left out")                               \
   X(616, kIncomplete, "incomplete", Each, "an aggregate that the end of the text cut was left out")                    \
   X(617, kTextRefused, "text-refused", Each, "a text that its element does not take was left out")                     \
+  X(618, kEarlyEnd, "early-end", Each, "an end tag came too early; what follows was put where it belongs")             \
   /* The text as a whole. */                                                                                           \
   X(700, kMultipartDamage, "multipart", Each, "a multipart text whose parts are not in order was taken apart")
 // clang-format on

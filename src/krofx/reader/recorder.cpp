@@ -185,14 +185,15 @@ void Recorder::EndText(const PathLog& paths) {
   }
 }
 
-void Recorder::FindLines(std::string_view bytes, u8 unit) {
-  LineCounter lines(bytes, unit);
-  const auto find = [this, &lines](Place& place) {
+void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {
+  LineCounter lines(original, file.unit);
+  const auto find = [this, &file, &lines](Place& place) {
     if (place.offset == Spot::kNowhere) {
       place.offset = 0;
-    } else if (!lines.Find(place)) {
-      m_failed = true;
+      return;
     }
+    place.offset = file.ToOriginal(place.offset);
+    if (!lines.Find(place)) m_failed = true;
   };
   for (OfxText& text : m_reading.texts) find(text.place);
   for (Mending& mending : m_reading.mendings) find(mending.place);

@@ -11,6 +11,7 @@
 #include "krofx/core/tags.h"
 #include "krofx/reader/path_log.h"
 #include "krofx/reader/reading.h"
+#include "krofx/reader/working_text.h"
 
 namespace krofx::internal {
 
@@ -46,9 +47,9 @@ class Recorder {
   void BeginText();
   /// Ends it: resolves the paths of what was said in it.
   void EndText(const PathLog& paths);
-  /// Fills in lines and columns of all places.
-  /// @param unit bytes of a character.
-  void FindLines(std::string_view bytes, u8 unit);
+  /// Fills in all places: offsets in the original bytes, lines and columns.
+  /// @param file the file as a whole, which the offsets are of.
+  void FindPlaces(const WorkingText& file, std::string_view original);
 
   /// Whether anything was mended or warned of in the current text.
   bool AnyInText() const { return m_anyInText; }

@@ -142,7 +142,8 @@ ReferenceReader::Found ReferenceReader::Read(std::size_t place, char* bytes) con
   const char32_t code = CharacterOf(name);
   if (code == 0) return {};
   const std::size_t count = m_charset.Encode(code, bytes);
-  return count == 0 ? Found{} : Found{length + 2, count, false};
+  const bool known = m_xml && (name.front() == '#' || name == "quot" || name == "apos");
+  return count == 0 ? Found{} : Found{length + 2, count, known};
 }
 
 bool HasForeignReference(std::string_view text, const Charset& charset) {

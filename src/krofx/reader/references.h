@@ -22,12 +22,13 @@ class ReferenceReader {
   struct Found {
     std::size_t length = 0;  ///< Bytes of it in the text; 0 when there is none.
     std::size_t count = 0;   ///< Bytes of its character.
-    bool known = false;      ///< The strict parser knows it.
+    bool known = false;      ///< It is one that the form of the text has.
   };
 
   /// @param charset the one in which characters are written.
-  ReferenceReader(std::string_view text, const Charset& charset)
-      : m_text(text), m_charset(charset) {}
+  /// @param xml whether the text is XML, which has numbers, quotes and apostrophes.
+  ReferenceReader(std::string_view text, const Charset& charset, bool xml)
+      : m_text(text), m_charset(charset), m_xml(xml) {}
 
   /// Reads what begins at the '&' at `place`.
   /// @param bytes takes the character; room for Charset::kLongest bytes.
@@ -38,6 +39,7 @@ class ReferenceReader {
  private:
   std::string_view m_text;
   const Charset& m_charset;
+  bool m_xml;
 };
 
 /// The character that a reference names.

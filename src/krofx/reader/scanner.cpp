@@ -207,7 +207,7 @@ TextResult Scanner::ReadText(const TextRun& run, const Charset& charset, KRStrin
   if (write == nullptr) return TextResult::kNoMemory;
   std::memset(write, 0, length + 1);
   bool replaced = false;
-  ReferenceReader references(m_bytes.substr(0, run.to), charset);
+  const ReferenceReader references(m_bytes.substr(0, run.to), charset, m_xml);
   for (u32 place = run.from; place < run.to;) {
     const char c = m_bytes[place];
     if (c == '&') {
@@ -230,8 +230,8 @@ TextResult Scanner::ReadText(const TextRun& run, const Charset& charset, KRStrin
         continue;
       }
       if (piece == Piece::kSection) {
-        const u32 open = m_sections ? static_cast<u32>(kSectionOpen.size()) : 0;
-        const u32 close = m_sections ? static_cast<u32>(kSectionClose.size()) : 0;
+        const u32 open = m_xml ? static_cast<u32>(kSectionOpen.size()) : 0;
+        const u32 close = m_xml ? static_cast<u32>(kSectionClose.size()) : 0;
         const u32 count = behind - place - open - close;
         std::memcpy(write, m_bytes.data() + place + open, count);
         write += count;

@@ -66,9 +66,9 @@ enum class TextResult : u8 {
 class Scanner {
  public:
   /// @param bytes the text, without NUL, of less than 2^31 bytes.
-  /// @param sections whether CDATA sections are resolved (XML), or kept as they are written.
-  Scanner(std::string_view bytes, const TagDictionary& dictionary, bool sections)
-      : m_bytes(bytes), m_dictionary(dictionary), m_sections(sections) {}
+  /// @param xml whether it is XML, where a CDATA section is its content; else it is kept as it is.
+  Scanner(std::string_view bytes, const TagDictionary& dictionary, bool xml)
+      : m_bytes(bytes), m_dictionary(dictionary), m_xml(xml) {}
 
   /// Goes on from a position.
   void GoTo(u32 position) { m_position = position; }
@@ -103,7 +103,7 @@ class Scanner {
 
   std::string_view m_bytes;
   const TagDictionary& m_dictionary;
-  bool m_sections;
+  bool m_xml;
   u32 m_position = 0;
   // From these positions on no comment, section or instruction has an end.
   mutable u32 m_noCommentEnd = ~u32{0};

@@ -19,15 +19,19 @@ bool StartsWithoutCase(std::string_view text, std::string_view start) {
 
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
+// The name of the tag behind a '<', without a prefix.
 std::string_view NameAt(std::string_view rest) {
+  while (!rest.empty() && IsWhite(rest.front())) rest.remove_prefix(1);
   std::size_t length = 0;
   constexpr std::size_t kLongest = 32;
   while (length < rest.size() && length < kLongest &&
          (IsLetter(rest[length]) || (rest[length] >= '0' && rest[length] <= '9') ||
-          rest[length] == '.')) {
+          rest[length] == '.' || rest[length] == ':')) {
     ++length;
   }
-  return rest.substr(0, length);
+  const std::string_view name = rest.substr(0, length);
+  const std::size_t prefix = name.rfind(':');
+  return prefix == std::string_view::npos ? name : name.substr(prefix + 1);
 }
 
 bool Contains(std::string_view name, std::string_view part) {
@@ -55,7 +59,8 @@ std::size_t FindTextEnd(std::string_view bytes, std::size_t from) {
   bool inBody = false;
   for (std::size_t at = bytes.find('<', from); at != std::string_view::npos;
        at = bytes.find('<', at + 1)) {
-    const std::string_view rest = bytes.substr(at + 1);
+    std::string_view rest = bytes.substr(at + 1);
+    while (!rest.empty() && IsWhite(rest.front())) rest.remove_prefix(1);
     if (rest.starts_with('/')) {
       if (!EqualsWithoutCase(NameAt(rest.substr(1)), "OFX")) continue;
       const std::size_t close = bytes.find('>', at);

@@ -57,7 +57,9 @@ char32_t UnitAt(std::string_view text, std::size_t at, Width width) {
 KRParseStatus MendByteOrderMark(WorkingText& text, Recorder& recorder) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
   if (!text.Bytes().starts_with(kMark)) return KRParseStatus_Accepted;
-  if (!recorder.Note(MendingKind::kByteOrderMark, At(text, 0), {}, {}, {})) {
+  // XML may begin with one.
+  const bool xml = text.Bytes().substr(kMark.size()).starts_with("<?");
+  if (!xml && !recorder.Note(MendingKind::kByteOrderMark, At(text, 0), {}, {}, {})) {
     return KRParseStatus_Invalid;
   }
   TextEdit edit(text);
@@ -98,7 +100,7 @@ KRParseStatus MendWideCharacters(WorkingText& file, Recorder& recorder) {
   const Width width = FindWidth(bytes);
   if (width.bytes == 1) return KRParseStatus_Accepted;
   const char* const name = width.bytes == 4 ? "UTF-32" : "UTF-16";
-  if (!recorder.Note(MendingKind::kWideCharacters, At(file, 0), {}, name, "UTF-8")) {
+  if (!recorder.Note(MendingKind::kWideCharacters, {}, {}, name, "UTF-8")) {
     return KRParseStatus_Invalid;
   }
   TextEdit edit(file);

@@ -10,6 +10,7 @@
 #include "krofx/envelope/file.h"
 #include "krofx/parse/byte_search.h"
 #include "krofx/reader/charset.h"
+#include "krofx/values/data_conversion.h"
 #include "krofx/values/keyword_table.h"
 #include "krofx/values/utility.h"
 
@@ -142,12 +143,14 @@ bool TreeReader::TakeStart(ScannedTag& tag) {
   if (tag.otherCase && !Note(MendingKind::kLetterCase, tag.at, tag.Name(), tag.name, tag.Name())) {
     return false;
   }
-  if (tag.otherForm && !Note(MendingKind::kTagForm, tag.at, tag.Name(),
-                             m_text.Bytes().substr(tag.at, tag.behind - tag.at), tag.Name())) {
+  // In XML all of these are in order.
+  if (tag.otherForm && !m_xml &&
+      !Note(MendingKind::kTagForm, tag.at, tag.Name(),
+            m_text.Bytes().substr(tag.at, tag.behind - tag.at), tag.Name())) {
     return false;
   }
   const TagRole role = RoleOf(*GetCurrentObj(), tag.Id());
-  if (Fits(role, tag)) return Take(tag, role);
+  if (Fits(role, tag) && !BelongsFurtherOut(tag, role)) return Take(tag, role);
   bool taken = false;
   if (!TakeInAncestor(tag, taken) || taken) return taken;
   if (!TakeWithMissingStart(tag, taken) || taken) return taken;
@@ -211,10 +214,26 @@ bool TreeReader::TakeElement(ScannedTag& tag, const TagRole& role) {
     return false;
   }
   if (value.IsWhiteSpace() != 0) return Note(MendingKind::kEmptyElement, tag.at, tag.Name());
+  if (level.joined && IsInsideSpan(tag, role, value)) return true;
   const bool read = MendValue(tag, role, value);
   // The object has its copy; nothing else may keep a password.
   if (IsSecret(id)) value.Clear('*');
   return read;
+}
+
+// Whether the span of time of a list that was joined begins earlier, or ends later, already.
+bool TreeReader::IsInsideSpan(const ScannedTag& tag, const TagRole& role, const KRString& value) {
+  const KRTagID id = tag.Id();
+  KRDataObj& object = *GetCurrentObj();
+  if ((id != KRTag_DTSTART && id != KRTag_DTEND) || role.row == nullptr ||
+      object.ValidateTag(id) == 0) {
+    return false;
+  }
+  KRDateTime given;
+  const bool isDate = KRDataConversion::StringToDateTime(value, given) != 0;
+  m_log->DeleteAll();
+  const KRDateTime& held = *static_cast<const KRDateTime*>(role.row->member(object));
+  return isDate && (id == KRTag_DTSTART ? given >= held : given <= held);
 }
 
 // The last text of a text that breaks off: it may have lost its end, unless a tag has begun behind
@@ -322,12 +341,20 @@ KRParseStatus TreeReader::Open(KRTagID tag, const Row* row) {
   return status;
 }
 
+bool TreeReader::EnterAgain() {
+  Level closed = m_levels[GetDepth() + 1];
+  if (KRParser::PushObject(closed.object) == 0) return false;
+  Current() = closed;
+  return true;
+}
+
 bool TreeReader::Enter(KRDataObj* child, const Row* row) {
   m_openingRow = row;
   Sibling* const sibling = FindSibling(Current(), child->GetType());
   // It is the one that it was.
   if (sibling != nullptr && sibling->count > 0) --sibling->count;
   const bool entered = PushObject(child) != 0;
+  Current().joined = true;
   m_openingRow = nullptr;
   m_openingImplicit = false;
   return entered;

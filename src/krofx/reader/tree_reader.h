@@ -61,6 +61,7 @@ class TreeReader final : public KRParser {
     KRDataObj* lastClosed = nullptr;
     const Row* lastClosedRow = nullptr;
     bool implicit = false;  // Its start tag is missing.
+    bool joined = false;    // It was there already, and goes on.
     u32 number = 1;
     s32 node = PathLog::kNoPath;
     u8 siblingCount = 0;
@@ -86,7 +87,7 @@ class TreeReader final : public KRParser {
   bool TakeAggregate(const ScannedTag& tag, const TagRole& role);
   bool TakeInAncestor(ScannedTag& tag, bool& taken);
   bool TakeWithMissingStart(ScannedTag& tag, bool& taken);
-  bool ReenterLast(const ScannedTag& tag, bool& entered);
+  bool EnterLast(const ScannedTag& tag, bool& entered);
   bool GiveOwnWrapper(const ScannedTag& tag);
   bool SkipUnknown(const ScannedTag& tag);
   bool SkipMisplaced(const ScannedTag& tag);
@@ -97,11 +98,16 @@ class TreeReader final : public KRParser {
   bool StopForbidden() { return Stop(KRParseStatus_Invalid); }
 
   bool Fits(const TagRole& role, const ScannedTag& tag);
+  bool BelongsFurtherOut(const ScannedTag& tag, const TagRole& role);
   bool EndsInside(s16 depth, s16 ancestor, u32 position);
   u32 EndOfOpen(u32 position);
+  KRTagID MissingAggregate(KRDataObj& object, KRTagID tag, u32 position);
   void SkipTo(const ScannedTag& tag);
   KRParseStatus Open(KRTagID tag, const Row* row);
   bool Enter(KRDataObj* child, const Row* row);
+  bool EnterAgain();
+  bool BelongsIn(const Level& closed, const ScannedTag& tag);
+  bool IsInsideSpan(const ScannedTag& tag, const TagRole& role, const KRString& value);
   void ReadCutText(ScannedTag& tag);
   // Offers a text to the current object.
   // @return whether it took it.
@@ -127,6 +133,15 @@ class TreeReader final : public KRParser {
   KRParseStatus m_status = KRParseStatus_Accepted;
   bool m_ended = false;
   bool m_cut = false;
+  // Answers of AggregateAround, which takes some time, by object type, version and tag.
+  struct Answer {
+    KRTagID type = KRTag_None;
+    KRTagID tag = KRTag_None;
+    u16 version = 0;
+    KRTagID around = KRTag_None;
+  };
+  static constexpr u32 kAnswers = 64;
+  Answer m_answers[kAnswers];
   // The element or unknown tag that was read last: its end tag says nothing.
   std::string_view m_endsSilently;
 };

@@ -18,6 +18,21 @@ bool TreeReader::EndsInside(s16 depth, s16 ancestor, u32 position) {
          end < m_places.NextEnd(TagName(m_levels[ancestor].object->GetType()), position);
 }
 
+// Whether a tag that fits in the current aggregate, which has one already and whose end tag is
+// missing, is that of an aggregate around it.
+bool TreeReader::BelongsFurtherOut(const ScannedTag& tag, const TagRole& role) {
+  const KRTagID id = tag.Id();
+  const auto holds = [id](KRDataObj& object, const TagRole& its) {
+    return its.role == Role::kElement ? object.ValidateTag(id) != 0
+                                      : SingleChild(object, id, its.row) != nullptr;
+  };
+  if (GetDepth() < 2 || !holds(*GetCurrentObj(), role) || Current().implicit) return false;
+  const auto around = static_cast<s16>(GetDepth() - 1);
+  KRDataObj& parent = *m_levels[around].object;
+  const TagRole its = RoleOf(parent, id);
+  return its.role == role.role && !holds(parent, its) && !EndsInside(GetDepth(), around, tag.at);
+}
+
 bool TreeReader::TakeInAncestor(ScannedTag& tag, bool& taken) {
   const KRTagID id = tag.Id();
   for (s16 depth = static_cast<s16>(GetDepth() - 1); depth >= 0; --depth) {
@@ -38,26 +53,61 @@ bool TreeReader::TakeInAncestor(ScannedTag& tag, bool& taken) {
   return true;
 }
 
-// Goes back into the aggregate that was closed last, when the tag belongs there and is not there
-// yet: an end tag came too early.
-bool TreeReader::ReenterLast(const ScannedTag& tag, bool& entered) {
-  Level& level = Current();
-  KRDataObj* const last = level.lastClosed;
-  if (last == nullptr) return true;
-  const TagRole role = RoleOf(*last, tag.Id());
-  if (!Fits(role, tag)) return true;
-  if (role.role == Role::kElement) {
-    if (last->ValidateTag(tag.Id()) != 0) return true;
-    // The first tag of a repeated aggregate begins a new one.
-    const AggregateTable* const table = ObjectAccess::TableOf(*last);
-    if (IsRepeated(level.lastClosedRow) && table != nullptr && role.row != nullptr &&
-        std::all_of(table->rows, role.row, [](const Row& row) { return row.value == nullptr; })) {
-      return true;
-    }
+// Whether a tag fits into an aggregate that was closed, and is not there yet.
+bool TreeReader::BelongsIn(const Level& closed, const ScannedTag& tag) {
+  KRDataObj& object = *closed.object;
+  const TagRole role = RoleOf(object, tag.Id());
+  if (!Fits(role, tag)) return false;
+  if (role.role != Role::kElement) return true;
+  if (object.ValidateTag(tag.Id()) != 0) return false;
+  // The first tag of a repeated aggregate begins a new one.
+  const AggregateTable* const table = ObjectAccess::TableOf(object);
+  return !IsRepeated(closed.row) || table == nullptr ||
+         std::any_of(table->rows, role.row,
+                     [](const Row& row) { return row.value != nullptr || row.create != nullptr; });
+}
+
+// Goes back into what was closed last, when the tag belongs there: an end tag came too early, or is
+// that of an aggregate further out.
+bool TreeReader::EnterLast(const ScannedTag& tag, bool& entered) {
+  s16 target = GetDepth();
+  for (s16 depth = GetDepth(); depth < kMaxDepth; ++depth) {
+    const Level& closed = m_levels[depth + 1];
+    if (closed.object == nullptr || m_levels[depth].lastClosed != closed.object) break;
+    if (BelongsIn(closed, tag)) target = static_cast<s16>(depth + 1);
   }
-  if (!Note(MendingKind::kJoined, tag.at, TagName(last->GetType()))) return false;
-  entered = Enter(last, level.lastClosedRow);
+  while (GetDepth() < target) {
+    const KRTagID type = m_levels[GetDepth() + 1].object->GetType();
+    if (!Note(MendingKind::kEarlyEnd, tag.at, TagName(type))) return false;
+    if (!EnterAgain()) return Stop(KRParseStatus_StackFull);
+    entered = true;
+  }
   return true;
+}
+
+// The aggregate that is missing in an object around a tag: the one that can hold it, or, when there
+// are several or none of them tells, the one whose end tag comes next and has no start.
+KRTagID TreeReader::MissingAggregate(KRDataObj& object, KRTagID tag, u32 position) {
+  const KRTagID type = object.GetType();
+  Answer& answer = m_answers[(type * 31 + tag) % kAnswers];
+  if (answer.type != type || answer.tag != tag || answer.version != object.GetMsgSetVersion()) {
+    answer = {type, tag, object.GetMsgSetVersion(), AggregateAround(object, tag)};
+  }
+  if (answer.around != KRTag_None) return answer.around;
+  KRArrayOfTags tags;
+  object.GetArrayOfValidTags(tags);
+  KRTagID nearest = KRTag_None;
+  u32 end = EndOfOpen(position);
+  for (u16 index = 0; index < tags.count; ++index) {
+    const KRTagID child = tags.table[index].tag;
+    const std::string_view name = TagName(child);
+    const u32 childEnd = m_places.NextEnd(name, position);
+    if (childEnd >= end || childEnd > m_places.NextStart(name, position)) continue;
+    if (child == tag || RoleOf(object, child).role != Role::kAggregate) continue;
+    nearest = child;
+    end = childEnd;
+  }
+  return nearest;
 }
 
 bool TreeReader::TakeWithMissingStart(ScannedTag& tag, bool& taken) {
@@ -70,14 +120,14 @@ bool TreeReader::TakeWithMissingStart(ScannedTag& tag, bool& taken) {
     }
     KRTagID around = KRTag_None;
     bool entered = false;
-    if (depth == GetDepth() && !ReenterLast(tag, entered)) return false;
+    if (depth == GetDepth() && !EnterLast(tag, entered)) return false;
     if (!entered) {
-      around = MissingAggregate(*m_levels[depth].object, id);
+      around = MissingAggregate(*m_levels[depth].object, id, tag.at);
       if (around == KRTag_None) continue;
       if (!CloseDownTo(depth, tag.at, false)) return false;
     }
     while (!Fits(RoleOf(*GetCurrentObj(), id), tag)) {
-      if (around == KRTag_None) around = MissingAggregate(*GetCurrentObj(), id);
+      if (around == KRTag_None) around = MissingAggregate(*GetCurrentObj(), id, tag.at);
       if (around == KRTag_None || GetDepth() >= kMaxDepth) return true;
       const Row* const row = RoleOf(*GetCurrentObj(), around).row;
       KRDataObj* const held = SingleChild(*GetCurrentObj(), around, row);

@@ -44,7 +44,7 @@ bool Append(KRBuffer& out, char32_t code) {
 bool Convert(std::string_view text, const Charset& charset, KRBuffer& out) {
   Charset utf8;
   if (utf8.Open("UTF-8") != Charset::Opened::kYes) return false;
-  const internal::ReferenceReader references(text, utf8);
+  const internal::ReferenceReader references(text, utf8, true);
   for (std::size_t at = 0; at < text.size();) {
     char bytes[Charset::kLongest];
     if (const auto found =
