@@ -17,7 +17,7 @@
   X(102, kHeaderFieldMissing, "header-field-missing", Each, "a header field is missing; its usual value was taken")    \
   X(103, kHeaderFieldUnknown, "header-field-unknown", Each, "a header field that OFX does not have was left out")      \
   X(104, kHeaderValue, "header-value", Each, "a header field says what OFX does not know; its usual value was taken")  \
-  X(105, kHeaderForm, "header-form", Each, "the header is not of the version of the body")                            \
+  X(105, kHeaderForm, "header-form", Each, "the header is not of the version of the body")                             \
   X(106, kTextInFront, "text-in-front", Each, "text in front of the OFX text was passed over")                         \
   X(107, kByteOrderMark, "byte-order-mark", Each, "a byte order mark was passed over")                                 \
   /* Characters. */                                                                                                    \
@@ -29,16 +29,20 @@
   /* Amounts and other numbers. */                                                                                     \
   X(300, kDecimalComma, "decimal-comma", Each, "a comma was taken as the decimal sign")                                \
   X(301, kThousands, "thousands", Each, "signs between thousands were taken out of a number")                          \
-  X(302, kAmbiguousComma, "ambiguous-comma", Each, "what a comma means was judged by the other amounts of the text")   \
-  X(303, kAmountSign, "amount-sign", Each, "a sign that is behind the number, or is written in another way, was moved")\
+  X(302, kAmbiguousSeparator, "ambiguous-separator", Each, "what a comma or a point means was judged by the other numbers of the text")\
+  X(303, kAmountSign, "amount-sign", Each, "a sign that is after the number, or is written in another way, was moved") \
   X(304, kAmountDecoration, "amount-decoration", Each, "what does not belong to a number was taken out of it")         \
-  X(305, kAmountAbsent, "amount-absent", Each, "a word for no amount was taken as absent")                             \
+  X(305, kAmountAbsent, "amount-absent", Each, "a word or a sign for no number was taken as absent")                   \
   X(306, kNumberRefused, "number-refused", Each, "a text that is no number was left out")                              \
+  X(307, kAmountUndecided, "amount-undecided", Each, "what a comma means cannot be known; the number was left out")    \
+  X(308, kNumberZeros, "number-zeros", Each, "zeros that do not change a number were taken out of it")                 \
   /* Dates and times. */                                                                                               \
   X(400, kDateAbsent, "date-absent", Each, "a date that stands for none was taken as absent")                          \
   X(401, kDateForm, "date-form", Each, "a date in another form was taken in the form of OFX")                          \
   X(402, kDateZone, "date-zone", Each, "a time zone in another form was taken in the form of OFX")                     \
   X(403, kDateRefused, "date-refused", Each, "a text that is no date was left out")                                    \
+  X(404, kDateZoneLost, "date-zone-lost", Each, "a time zone that OFX cannot hold was left out of a date")             \
+  X(405, kDateTimeLost, "date-time-lost", Each, "a time that does not exist was left out of a date")                   \
   /* Words. */                                                                                                         \
   X(500, kTransactionType, "transaction-type", Each, "a transaction type that OFX does not have was taken as OTHER")   \
   X(501, kBoolean, "boolean", Each, "a word for yes or no was taken as Y or N")                                        \

@@ -108,7 +108,8 @@ TextKind FindKind(std::string_view text) {
 }
 
 bool MayHaveCommaAmount(std::string_view text) {
-  constexpr std::string_view kNumber = "0123456789.,+-";
+  // Amounts of payroll may have a dollar sign or a percent sign.
+  constexpr std::string_view kNumber = "0123456789.,+-$%";
   std::size_t at = 0;
   while (at < text.size()) {
     const void* const found = std::memchr(text.data() + at, ',', text.size() - at);

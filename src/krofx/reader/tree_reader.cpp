@@ -25,7 +25,7 @@ TreeReader::TreeReader(const WorkingText& text, const TagDictionary& dictionary,
       m_recorder(recorder),
       m_scanner(text.Bytes(), dictionary, xml),
       m_places(m_scanner),
-      m_survey(text.Bytes(), dictionary) {}
+      m_survey(text.Bytes(), dictionary, charset) {}
 
 // Levels
 

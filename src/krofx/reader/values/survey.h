@@ -3,6 +3,8 @@
 #ifndef KROFX_READER_VALUES_SURVEY_H_
 #define KROFX_READER_VALUES_SURVEY_H_
 
+#include <cstddef>
+#include <span>
 #include <string_view>
 
 #include "krofx/core/tags.h"
@@ -10,13 +12,33 @@
 
 namespace krofx::internal {
 
+class Charset;
+
+/// Which sign stands in front of the decimals.
+enum class DecimalSign : u8 {
+  kUnknown,  ///< No number shows it, or some show the one and some the other.
+  kPoint,
+  kComma,
+};
+
+/// The tags of all elements whose values are decimal numbers.
+std::span<const KRTagID> DecimalTags();
+
 /// The elements of one text. Asking costs a walk over the text, so answers are worked out at the
-/// first question and kept.
+/// first question and kept. Not to be used by two threads at once.
 class ValueSurvey {
  public:
   /// @param text the whole text, which must outlive the survey.
-  ValueSurvey(std::string_view text, const TagDictionary& dictionary)
-      : m_text(text), m_dictionary(dictionary) {}
+  /// @param charset the one that it is in.
+  ValueSurvey(std::string_view text, const TagDictionary& dictionary, const Charset& charset)
+      : m_text(text), m_dictionary(dictionary), m_charset(charset) {}
+
+  /// The character set of the text.
+  const Charset& CharsetOfText() const { return m_charset; }
+
+  /// The decimal sign of the text: the one that the other numbers in elements of this tag show, or,
+  /// when they show none, the one that all numbers of the text show.
+  DecimalSign DecimalSignOf(KRTagID tag) const;
 
   /// Calls `visit(tag, text)` for each element that the dictionary knows, with its text as written.
   template <class Visit>
@@ -30,8 +52,19 @@ class ValueSurvey {
   }
 
  private:
+  // Bits: the numbers of a tag show the point, the comma.
+  static constexpr u8 kShowsPoint = 1;
+  static constexpr u8 kShowsComma = 2;
+  static constexpr std::size_t kMostDecimalTags = 128;
+
+  void LookAtNumbers() const;
+
   std::string_view m_text;
   const TagDictionary& m_dictionary;
+  const Charset& m_charset;
+  mutable bool m_looked = false;
+  mutable u8 m_shown[kMostDecimalTags] = {};
+  mutable u8 m_shownByAny = 0;
 };
 
 }  // namespace krofx::internal

@@ -1,0 +1,93 @@
+// Dates and times as institutions write them.
+
+#include <gtest/gtest.h>
+
+#include "reader/read_values.h"
+
+namespace krofx::testing {
+namespace {
+
+ReadValue Date(const std::string& text) { return ReadOne("DTUSER", text); }
+
+TEST(ReadDates, LeavesDatesOfOfxAlone) {
+  EXPECT_EQ(Date("20260131"), (ReadValue{"20260131", {}}));
+  EXPECT_EQ(ReadValues("DTUSER", {"20260131101112.345[-5:EST]", "0"})[0],
+            (ReadValue{"20260131101112.345[-5:EST]", {}}));
+  EXPECT_EQ(ReadValues("DTUSER", {"202601311011[5.5]", "0"})[0],
+            (ReadValue{"20260131101100.000[5.50]", {}}));
+}
+
+TEST(ReadDates, TakesDatesOfZerosAndWordsForNothingAsAbsent) {
+  for (const char* const text : {"0", "00000000", "00000000000000", "0000-00-00", "00/00/0000",
+                                 "00000000000000[-3:BRT]", "None", "null", "-", "N/A"}) {
+    EXPECT_EQ(Date(text), (ReadValue{"absent", {"date-absent"}})) << text;
+  }
+}
+
+TEST(ReadDates, LeavesOutDatesThatDoNotExist) {
+  for (const char* const text :
+       {"20260230", "20261301", "20260100", "20250229", "2026-02-30", "99999999", "31012026",
+        "260131", "2026013", "202601311", "soon"}) {
+    EXPECT_EQ(Date(text), (ReadValue{"absent", {"date-refused"}})) << text;
+  }
+}
+
+TEST(ReadDates, TakesDividedDates) {
+  const Lines form = {"date-form"};
+  EXPECT_EQ(Date("2026-01-31"), (ReadValue{"20260131", form}));
+  EXPECT_EQ(Date("2026/01/31"), (ReadValue{"20260131", form}));
+  EXPECT_EQ(Date("2026.1.5"), (ReadValue{"20260105", form}));
+  EXPECT_EQ(Date("2026-01-31T10:11:12"), (ReadValue{"20260131101112", form}));
+  EXPECT_EQ(Date("2026-01-31 10:11:12"), (ReadValue{"20260131101112", form}));
+  EXPECT_EQ(Date("2026-01-31 10:11"), (ReadValue{"20260131101100", form}));
+  EXPECT_EQ(Date("20260131T101112"), (ReadValue{"20260131101112", form}));
+  EXPECT_EQ(Date("2026-01-31 10:11:12 PM"), (ReadValue{"20260131221112", form}));
+  EXPECT_EQ(Date("2026-01-31T10:11:12.3456789"), (ReadValue{"20260131101112.345", form}));
+}
+
+TEST(ReadDates, TakesADayInFrontOnlyWhenItCanBeNoMonth) {
+  const Lines form = {"date-form"};
+  EXPECT_EQ(Date("31/01/2026"), (ReadValue{"20260131", form}));
+  EXPECT_EQ(Date("01/31/2026"), (ReadValue{"20260131", form}));
+  EXPECT_EQ(Date("05/05/2026"), (ReadValue{"20260505", form}));
+  EXPECT_EQ(Date("01/02/2026"), (ReadValue{"absent", {"date-refused"}}));
+  EXPECT_EQ(Date("13/13/2026"), (ReadValue{"absent", {"date-refused"}}));
+}
+
+TEST(ReadDates, TakesAnySignInFrontOfTheFraction) {
+  EXPECT_EQ(Date("20260131101112:345[-5:EST]"),
+            (ReadValue{"20260131101112.345[-5:EST]", {"date-form"}}));
+  EXPECT_EQ(Date("20260131101112,5"), (ReadValue{"20260131101112.500", {"date-form"}}));
+}
+
+TEST(ReadDates, TakesZonesInOtherForms) {
+  const auto zone = [](const std::string& text, const std::string& expected) {
+    const ReadValue read = Date("20260131101112" + text);
+    EXPECT_EQ(read, (ReadValue{"20260131101112" + expected, {"date-zone"}})) << text;
+  };
+  zone("[GMT]", "");
+  zone("Z", "");
+  zone(" UTC", "");
+  zone("[UTC+1]", ".000[1]");
+  zone("[EST]", ".000[-5:EST]");
+  zone("[-3:BRT", ".000[-3:BRT]");
+  zone("-3:BRT]", ".000[-3:BRT]");
+  zone("+01:00", ".000[1]");
+  zone("-0330", ".000[-3.50]");
+  zone("[+5:30]", ".000[5.50]");
+  zone("[+5:30:IST]", ".000[5.50:IST]");
+  zone("[-0:30]", ".000[-0.50]");
+  zone("[+1:CEST]", ".000[1]");
+  EXPECT_EQ(Date("2026-01-31T10:11:12+05:45"),
+            (ReadValue{"20260131101112.000[5.75]", {"date-form", "date-zone"}}));
+}
+
+TEST(ReadDates, KeepsADateWhoseZoneOrTimeIsNone) {
+  EXPECT_EQ(Date("20260131101112[+13:NZD]"), (ReadValue{"20260131101112", {"date-zone-lost"}}));
+  EXPECT_EQ(Date("20260131101112[Brasilia]"), (ReadValue{"20260131101112", {"date-zone-lost"}}));
+  EXPECT_EQ(Date("20260131240000"), (ReadValue{"20260131", {"date-time-lost"}}));
+  EXPECT_EQ(Date("20260131106099[-3:BRT]"), (ReadValue{"20260131", {"date-time-lost"}}));
+}
+
+}  // namespace
+}  // namespace krofx::testing
