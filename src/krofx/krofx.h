@@ -40,6 +40,7 @@
 #include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
 #include "krofx/reader/reading.h"
+#include "krofx/rewriting/rewrite.h"
 
 // Carrying texts to a server and back.
 #include "krofx/transport/contract/connection_manager.h"

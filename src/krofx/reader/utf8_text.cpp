@@ -70,10 +70,12 @@ KRString OfxText::ToUtf8(const KRString& text) const {
     result.Assign(view.data(), static_cast<u16>(view.size()));
     return result;
   }
-  Charset set;
+  // The texts of a file come one behind the other, and a set takes some time to open.
+  static thread_local Charset set;
   KRBuffer out(0, 256);
-  if (set.Open({charset, charset.GetStrLength()}) == Charset::Opened::kNoMemory ||
-      !Convert(view, set, out) || out.GetBufferPtr() == nullptr) {
+  const bool open = charset == set.Name() ||
+                    set.Open({charset, charset.GetStrLength()}) != Charset::Opened::kNoMemory;
+  if (!open || !Convert(view, set, out) || out.GetBufferPtr() == nullptr) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return result;
   }

@@ -1,0 +1,168 @@
+// The two forms, made from one text of the builder.
+//
+// The builder's text has a tag or an element on each line, and every '<' in it opens a tag, so the
+// form of OFX 2 is that text with a closed tag behind each value.
+
+#include "krofx/rewriting/rewrite.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+#include "krofx/core/thread.h"
+#include "krofx/parse/byte_search.h"
+#include "krofx/reader/charset.h"
+#include "krofx/rewriting/whole_builder.h"
+
+namespace krofx {
+
+namespace {
+
+using internal::Charset;
+
+std::string_view BytesOf(const KRBuffer& buffer) {
+  const char* const bytes = buffer.GetBufferPtr();
+  return bytes == nullptr ? std::string_view() : std::string_view(bytes, buffer.GetBufferSize());
+}
+
+// Writes into a buffer, and remembers that it did not take something.
+class Output {
+ public:
+  explicit Output(KRBuffer& buffer) : m_buffer(buffer) {
+    m_buffer.SetBufferOffset(m_buffer.GetBufferSize());
+  }
+
+  Output& Add(std::string_view text) {
+    if (m_buffer.WriteLarge(text.data(), static_cast<u32>(text.size())) != KRBufferOK) {
+      m_failed = true;
+    }
+    return *this;
+  }
+  bool HasFailed() const { return m_failed; }
+
+ private:
+  KRBuffer& m_buffer;
+  bool m_failed = false;
+};
+
+std::string_view HeaderOf(const KRFile& root, KRHeaderTag tag, std::string_view usual) {
+  const KRString* const value = root.GetHeader(tag);
+  return value == nullptr ? usual : std::string_view(*value, value->GetStrLength());
+}
+
+// The body in the character set 1252, when it can be.
+bool MakeWindows(std::string_view body, KRBuffer& out) {
+  Charset windows;
+  if (windows.Open("WINDOWS-1252") != Charset::Opened::kYes) return false;
+  Output output(out);
+  while (!body.empty()) {
+    char32_t code;
+    const std::size_t width = internal::DecodeUtf8(body, code);
+    char bytes[Charset::kLongest];
+    const std::size_t count = windows.Encode(code, bytes);
+    if (count == 0) return false;
+    output.Add({bytes, count});
+    body.remove_prefix(width);
+  }
+  return !output.HasFailed();
+}
+
+// Writes the header of OFX 1 with the character set that the body is in.
+void AddHeader1(std::string_view header, bool utf8, Output& output) {
+  while (!header.empty()) {
+    const std::size_t end = std::min(header.find('\n'), header.size() - 1) + 1;
+    const std::string_view line = header.substr(0, end);
+    header.remove_prefix(end);
+    if (line.starts_with("ENCODING:")) {
+      output.Add(utf8 ? "ENCODING:UTF-8" : "ENCODING:USASCII");
+    } else if (line.starts_with("CHARSET:")) {
+      output.Add(utf8 ? "CHARSET:NONE" : "CHARSET:1252");
+    } else {
+      output.Add(line.substr(0, line.find('\n')));
+    }
+    output.Add("\r\n");
+  }
+}
+
+bool WriteOfx1(std::string_view header, std::string_view body, Output& output) {
+  KRBuffer windows(0, 65536);
+  const bool ascii = !internal::HasHighBytes(body);
+  const bool fits = ascii || MakeWindows(body, windows);
+  AddHeader1(header, !fits, output);
+  output.Add(ascii || !fits ? body : BytesOf(windows));
+  return !output.HasFailed();
+}
+
+void AddAttribute(std::string_view name, std::string_view value, Output& output) {
+  output.Add(" ").Add(name).Add("=\"");
+  for (const char c : value) {
+    if (c == '"' || c == '<' || c == '&' || c == '>') {
+      output.Add(c == '"' ? "&quot;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&amp;");
+    } else {
+      output.Add({&c, 1});
+    }
+  }
+  output.Add("\"");
+}
+
+bool WriteOfx2(const OfxText& text, std::string_view body, u16 version, Output& output) {
+  char number[8];
+  std::snprintf(number, sizeof number, "%u", static_cast<unsigned>(version));
+  output.Add("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\r\n<?OFX");
+  AddAttribute("OFXHEADER", "200", output);
+  AddAttribute("VERSION", number, output);
+  AddAttribute("SECURITY", HeaderOf(*text.root, KRHeaderTag_SECURITY, "NONE"), output);
+  AddAttribute("OLDFILEUID", HeaderOf(*text.root, KRHeaderTag_OLDFILEUID, "NONE"), output);
+  AddAttribute("NEWFILEUID", HeaderOf(*text.root, KRHeaderTag_NEWFILEUID, "NONE"), output);
+  output.Add("?>\r\n");
+  // The element whose end tag has been written already.
+  std::string_view closed;
+  for (std::size_t at = body.find('<'); at != std::string_view::npos;) {
+    const std::size_t close = std::min(body.find('>', at), body.size());
+    const std::string_view name = body.substr(at + 1, close - at - 1);
+    const std::size_t next = body.find('<', close);
+    std::string_view value = body.substr(std::min(close + 1, body.size()), next - close - 1);
+    while (!value.empty() && internal::IsWhite(value.back())) value.remove_suffix(1);
+    at = next;
+    if (name.starts_with('/') && name.substr(1) == closed) {
+      closed = {};
+      continue;
+    }
+    closed = value.empty() ? std::string_view() : name;
+    output.Add("<").Add(name).Add(">").Add(value);
+    if (!value.empty()) output.Add("</").Add(name).Add(">");
+    output.Add("\r\n");
+  }
+  return !output.HasFailed();
+}
+
+}  // namespace
+
+KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out, const RewriteOptions& options,
+                      KRDataObj** failing) {
+  if (failing != nullptr) *failing = nullptr;
+  if (text.root == nullptr) return KRBuildStatus_NullArgument;
+  if (text.kind == TextKind::kMultipart) return KRBuildStatus_TreeNotAllowed;
+  KRBuffer built(65536, 65536);
+  internal::WholeBuilder builder(text, options.strict);
+  const KRBuildStatus status = builder.Build(
+      &built, text.root.get(), options.strict ? KRBuildStringOpt_Strict : KRBuildStringOpt_Lenient,
+      options.strict ? 1 : 0);
+  if (failing != nullptr) *failing = builder.GetFailingObject();
+  if (status != KRBuildStatus_Done) return status;
+
+  const std::string_view whole = BytesOf(built);
+  const std::size_t body = std::min(whole.find('<'), whole.size());
+  const u32 before = out.GetBufferSize();
+  Output output(out);
+  const bool written = options.form == TextForm::kOfx1
+                           ? WriteOfx1(whole.substr(0, body), whole.substr(body), output)
+                           : WriteOfx2(text, whole.substr(body), options.version, output);
+  if (written) return KRBuildStatus_Done;
+  out.SetBufferOffset(before);
+  out.SetBufferSize(before);
+  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  return KRBuildStatus_Fatal;
+}
+
+}  // namespace krofx

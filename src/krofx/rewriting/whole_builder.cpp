@@ -1,0 +1,40 @@
+// Writing texts in UTF-8.
+
+#include "krofx/rewriting/whole_builder.h"
+
+#include "krofx/build/writing.h"
+#include "krofx/core/parse_logger.h"
+#include "krofx/values/utility.h"
+
+namespace krofx::internal {
+
+KRBuildStatus WholeBuilder::AddTagElement(KRTagID tag) {
+  m_secret = IsSecret(tag);
+  return KRBuilder::AddTagElement(tag);
+}
+
+KRBuildStatus WholeBuilder::AddString(const KRString& text, KRBuildStringMacroOpt macroOption,
+                                      KRBuildStringCrLfOpt lineOption) {
+  KRBuffer* const buffer = GetBuffer();
+  if (buffer == nullptr) return KRBuildStatus_NullArgument;
+  if (m_strict && text.IsValid() == 0) {
+    return text.ExceedsSpecLength() != 0 ? KRBuildStatus_TooLong : KRBuildStatus_NotValid;
+  }
+  // A password is what it is, letter by letter.
+  const KRString shown = m_secret ? KRString(text) : m_text.ToUtf8(text);
+  for (const char* at = shown; *at != '\0'; ++at) {
+    const char* const macro =
+        macroOption == KRBuildStringMacroOpt_Escape ? KRUtility::GetMacroString(*at) : nullptr;
+    if (macro == nullptr) {
+      Put(*buffer, at, 1);
+      continue;
+    }
+    *buffer += "&";
+    *buffer += macro;
+    *buffer += ";";
+  }
+  if (lineOption == KRBuildStringCrLfOpt_NewLine) Put(*buffer, KR_NEW_LINE, 1);
+  return KRBuildStatus_Done;
+}
+
+}  // namespace krofx::internal

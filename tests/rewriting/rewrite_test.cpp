@@ -1,0 +1,133 @@
+// Writing what was read, in either form.
+
+#include "krofx/rewriting/rewrite.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+
+#include "support/failing_allocation.h"
+#include "support/readings.h"
+
+namespace krofx::testing {
+namespace {
+
+std::string Statement(std::string_view name) {
+  return BankStatementFile("<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105<TRNAMT>-1.50<FITID>a<NAME>" +
+                           std::string(name) + "</STMTTRN>");
+}
+
+std::string Rewritten(const Reading& reading, const RewriteOptions& options = {}) {
+  KRBuffer out(0, 0);
+  const KRBuildStatus status = Rewrite(reading.texts[0], out, options);
+  if (status != KRBuildStatus_Done) return "status " + std::to_string(status);
+  return ContentOf(out);
+}
+
+RewriteOptions Ofx2(u16 version) { return {TextForm::kOfx2, version, false}; }
+
+std::string NameLine(const std::string& text) {
+  const std::size_t at = text.find("<NAME>");
+  return text.substr(at, text.find_first_of("\r\n", at) - at);
+}
+
+TEST(Rewrite, WritesOfx1AsTheBuilderDoes) {
+  const Reading reading = Read(Statement("Grocer & Sons"));
+  EXPECT_EQ(Rewritten(reading), Written(reading.root));
+}
+
+TEST(Rewrite, WritesOfx2WithAllTagsClosed) {
+  const std::string text = Rewritten(Read(Statement("A < B & C")), Ofx2(220));
+  EXPECT_TRUE(
+      text.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\r\n"
+                       "<?OFX OFXHEADER=\"200\" VERSION=\"220\" SECURITY=\"NONE\" "
+                       "OLDFILEUID=\"NONE\" NEWFILEUID=\"NONE\"?>\r\n<OFX>\r\n"))
+      << text;
+  EXPECT_EQ(NameLine(text), "<NAME>A &lt; B &amp; C</NAME>");
+  EXPECT_TRUE(text.ends_with("</OFX>\r\n")) << text;
+}
+
+TEST(Rewrite, WritesTheSameTreeInBothForms) {
+  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
+    if (entry.path().extension() != ".ofx") continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string text(std::istreambuf_iterator<char>(file), {});
+    const Reading reading = Read(text);
+    const std::string first = Rewritten(reading);
+    for (const u16 version : {u16{203}, u16{220}}) {
+      const Reading again = Read(Rewritten(reading, Ofx2(version)));
+      EXPECT_EQ(MendingLines(again), Lines()) << entry.path();
+      EXPECT_EQ(Rewritten(again), first) << entry.path();
+      EXPECT_EQ(again.texts[0].kind, reading.texts[0].kind);
+    }
+    EXPECT_EQ(Rewritten(Read(first)), first) << entry.path();
+  }
+}
+
+TEST(Rewrite, NamesTheCharacterSetThatItWrites) {
+  std::string text = Rewritten(Read(Statement("Caf\xC3\xA9")));
+  EXPECT_NE(text.find("ENCODING:USASCII\r\nCHARSET:1252\r\n"), std::string::npos) << text;
+  EXPECT_EQ(NameLine(text), "<NAME>Caf\xE9");
+  text =
+      Rewritten(Read(Statement("\xC5\x81\xC3\xB3"
+                               "d\xC5\xBA")));
+  EXPECT_NE(text.find("ENCODING:UTF-8\r\nCHARSET:NONE\r\n"), std::string::npos) << text;
+  EXPECT_EQ(NameLine(text),
+            "<NAME>\xC5\x81\xC3\xB3"
+            "d\xC5\xBA");
+  EXPECT_EQ(MendingLines(Read(text)), Lines());
+  text = Rewritten(Read(Statement("Caf\xE9")), Ofx2(203));
+  EXPECT_EQ(NameLine(text), "<NAME>Caf\xC3\xA9</NAME>");
+}
+
+TEST(Rewrite, CutsNothingThatIsOverItsLength) {
+  const std::string name = "A name of more than thirty-two characters & more";
+  const std::string text = Rewritten(Read(Statement(name)));
+  EXPECT_EQ(NameLine(text), "<NAME>A name of more than thirty-two characters &amp; more");
+  RewriteOptions strict;
+  strict.strict = true;
+  EXPECT_EQ(Rewritten(Read(Statement(name)), strict), "status 5");
+}
+
+TEST(Rewrite, LeavesPasswordsAsTheyAre) {
+  std::string text = RequestFile("BANKMSGSRQ", "");
+  text.replace(text.find("<USERPASS>secret"), 16, "<USERPASS>&amp;eacute;");
+  const std::string written = Rewritten(Read(text));
+  EXPECT_NE(written.find("<USERPASS>&amp;eacute;\n"), std::string::npos) << written;
+}
+
+TEST(Rewrite, RefusesMultipartTexts) {
+  OfxText text;
+  text.kind = TextKind::kMultipart;
+  text.root.reset(new KRFile);
+  KRBuffer out(0, 0);
+  EXPECT_EQ(Rewrite(text, out), KRBuildStatus_TreeNotAllowed);
+  text.root.reset();
+  EXPECT_EQ(Rewrite(text, out), KRBuildStatus_NullArgument);
+}
+
+TEST(Rewrite, SaysWhereMemoryIsExhausted) {
+  const Reading reading = Read(Statement("Caf\xE9 &eacute;"));
+  const std::string whole = Rewritten(reading, Ofx2(203));
+  bool failed = true;
+  for (std::size_t nth = 1; failed && nth < 10000; ++nth) {
+    KRBuffer out(0, 0);
+    KRBuildStatus status;
+    {
+      const FailingAllocation failing(nth);
+      status = Rewrite(reading.texts[0], out, Ofx2(203));
+      failed = krofx::internal::AllocationFailure::Count() >= nth;
+    }
+    if (status == KRBuildStatus_Done) {
+      EXPECT_EQ(ContentOf(out), whole);
+    }
+  }
+  EXPECT_FALSE(failed);
+}
+
+}  // namespace
+}  // namespace krofx::testing
