@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "checking/choices.h"
+
 namespace krofx::command {
 
 namespace {
@@ -26,6 +28,13 @@ std::vector<std::string> AlternativesOf(KRDataObj& object) {
   }
   if (alternatives.size() > kMaxAlternatives) alternatives.clear();
   return alternatives;
+}
+
+// Whether a tag that is named as missing is one among several that may be there in its place.
+bool IsChoice(const std::vector<MissedChoice>& choices, KRTagID tag) {
+  return std::any_of(choices.begin(), choices.end(), [tag](const MissedChoice& choice) {
+    return std::find(choice.ids.begin(), choice.ids.end(), tag) != choice.ids.end();
+  });
 }
 
 }  // namespace
@@ -91,13 +100,21 @@ std::vector<MissingTag> ObjectPaths::FindMissing() const {
   for (const Node& node : m_nodes) {
     if (node.object->AllRequiredPresent() != 0) continue;
     const std::string path = Find(node.object);
+    const std::vector<MissedChoice> choices = FindMissedChoices(*node.object);
+    for (const MissedChoice& choice : choices) {
+      missing.push_back({path, "", choice.tags, choice.advice});
+    }
     std::size_t count = 0;
     for (KRTagID tag = node.object->GetFirstMissingRequiredTag(KRTag_None);
          tag != KRTag_None && count < kMaxTags; ++count) {
-      missing.push_back({path, ToText(KRUtility::TagToString(tag)), {}});
+      if (!IsChoice(choices, tag)) {
+        missing.push_back({path, ToText(KRUtility::TagToString(tag)), {}, ""});
+      }
       tag = node.object->GetFirstMissingRequiredTag(tag);
     }
-    if (count == 0) missing.push_back({path, "", AlternativesOf(*node.object)});
+    if (count == 0 && choices.empty()) {
+      missing.push_back({path, "", AlternativesOf(*node.object), ""});
+    }
   }
   return missing;
 }

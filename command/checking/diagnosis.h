@@ -32,7 +32,8 @@ class LineFinder {
 struct MissingTag {
   std::string path;                       ///< The aggregate that lacks it.
   std::string tag;                        ///< Empty when a choice among several is unmet.
-  std::vector<std::string> alternatives;  ///< What could stand there then.
+  std::vector<std::string> alternatives;  ///< Among which the choice is then.
+  std::string advice;                     ///< What to do then; empty when it is not known.
 };
 
 /// The paths of objects, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number, from 1, tells

@@ -15,6 +15,7 @@ constexpr std::size_t kShownValue = 60;
 
 std::string Describe(const MissingTag& missing) {
   if (!missing.tag.empty()) return "<" + missing.tag + "> is missing";
+  if (!missing.advice.empty()) return missing.advice;
   std::string text = "it is incomplete: a choice that must be made is not";
   for (std::size_t index = 0; index < missing.alternatives.size(); ++index) {
     text +=

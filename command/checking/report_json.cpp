@@ -31,6 +31,7 @@ Json JsonOf(const Report& report) {
       Json alternatives = Json::Array();
       for (const std::string& alternative : each.alternatives) alternatives.Append(alternative);
       object.Set("alternatives", std::move(alternatives));
+      if (!each.advice.empty()) object.Set("advice", each.advice);
     } else {
       object.Set("tag", each.tag);
     }

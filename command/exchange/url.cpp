@@ -13,8 +13,6 @@ Url::Url(std::string_view text) {
   const std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) {
     rest = text;
-    const std::size_t at = rest.substr(0, rest.find_first_of("/?#")).rfind('@');
-    if (at != std::string::npos) user = rest.substr(0, at + 1);
     return;
   }
   scheme = text.substr(0, colon);
@@ -36,8 +34,12 @@ Url::Url(std::string_view text) {
 std::string Url::Shown() const {
   std::string shown = scheme.empty() ? rest : Text();
   shown.erase(std::min(shown.find_first_of("?#"), shown.size()));
-  const std::size_t at = shown.find(user);
-  if (!user.empty() && at != std::string::npos) shown.erase(at, user.size());
+  // A user may also be in what is not a URL that can be used.
+  const std::size_t slashes = shown.find("//");
+  const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
+  const std::size_t end = std::min(shown.find_first_of("/\\", start), shown.size());
+  const std::size_t at = shown.substr(0, end).rfind('@');
+  if (at != std::string::npos && at >= start) shown.erase(start, at + 1 - start);
   return shown;
 }
 

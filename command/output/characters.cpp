@@ -2,7 +2,10 @@
 
 #include "output/characters.h"
 
+#include <wchar.h>
+
 #include <algorithm>
+#include <clocale>
 #include <iterator>
 
 namespace krofx::command {
@@ -58,6 +61,18 @@ void AppendUtf8(std::string& text, char32_t character) {
     put(0x80 | ((character >> 6) & 0x3F));
     put(0x80 | (character & 0x3F));
   }
+}
+
+std::size_t ColumnsOf(char32_t character) {
+  constexpr char32_t kFirstMark = 0x300;
+  if (character < kFirstMark) return 1;
+  // The system's table of widths belongs to a locale of UTF-8, whatever the user's is.
+  static const locale_t utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  if (utf8 == nullptr) return 1;
+  const locale_t before = ::uselocale(utf8);
+  const int columns = ::wcwidth(static_cast<wchar_t>(character));
+  ::uselocale(before);
+  return columns < 0 ? 1 : static_cast<std::size_t>(columns);
 }
 
 char32_t FromCodePage1252(unsigned char byte) {

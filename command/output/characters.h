@@ -3,6 +3,7 @@
 #ifndef KROFX_COMMAND_OUTPUT_CHARACTERS_H_
 #define KROFX_COMMAND_OUTPUT_CHARACTERS_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,9 @@ inline bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte)
 bool TakeUtf8(std::string_view& text, char32_t& character);
 /// Adds a character to a text of UTF-8.
 void AppendUtf8(std::string& text, char32_t character);
+
+/// Columns of a terminal that a character takes: 0, 1 or 2.
+std::size_t ColumnsOf(char32_t character);
 
 /// The character that a byte of the code page 1252 is.
 char32_t FromCodePage1252(unsigned char byte);

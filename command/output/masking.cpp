@@ -15,8 +15,8 @@ constexpr std::string_view kPersonalTags[] = {"N.SSN", "TAXID", "N.BILLPAYACCT"}
 constexpr std::string_view kAccountTags[] = {"ACCTID", "ACCTKEY"};
 constexpr std::string_view kCardAggregates[] = {"CCACCTFROM", "CCACCTTO"};
 
-// What the names of all tags of passwords end with, but for a character that damage took.
-constexpr std::string_view kPasswordWords[] = {"USERPASS", "TIMEPASS", "TEMPPASS"};
+// What the names of the tags of passwords have in common, also when damage took a character.
+constexpr std::string_view kPasswordWords[] = {"USERPAS", "TIMEPASS", "TEMPPASS", "PASS>"};
 
 constexpr std::size_t kShownCharacters = 4;
 constexpr char kNotShown[] = "(not shown)";

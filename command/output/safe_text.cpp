@@ -53,17 +53,21 @@ std::string SafeLine(std::string_view bytes) { return Convert(bytes, ' '); }
 
 std::size_t DisplayWidth(std::string_view text) {
   std::size_t width = 0;
-  for (const char byte : text) width += IsContinuation(byte) ? 0 : 1;
+  char32_t character = 0;
+  while (!text.empty() && TakeUtf8(text, character)) width += ColumnsOf(character);
   return width;
 }
 
-std::string Shortened(std::string_view text, std::size_t characters) {
-  if (DisplayWidth(text) <= characters) return std::string(text);
-  std::size_t end = 0;
-  for (std::size_t width = 0; end < text.size(); ++end) {
-    if (!IsContinuation(text[end]) && width++ == characters) break;
+std::string Shortened(std::string_view text, std::size_t columns) {
+  std::string_view left = text;
+  char32_t character = 0;
+  for (std::size_t width = 0; !left.empty();) {
+    const std::size_t end = text.size() - left.size();
+    if (!TakeUtf8(left, character)) break;
+    width += ColumnsOf(character);
+    if (width > columns) return std::string(text.substr(0, end)) + "...";
   }
-  return std::string(text.substr(0, end)) + "...";
+  return std::string(text);
 }
 
 }  // namespace krofx::command

@@ -20,11 +20,13 @@ std::string SafeText(std::string_view bytes);
 /// The same on one line: line ends become blanks.
 std::string SafeLine(std::string_view bytes);
 
-/// Columns that a text of valid UTF-8 takes, at one for each character.
+/// Columns of a terminal that a text of valid UTF-8 takes: two for each wide character, such as
+/// those of Chinese and Japanese, and none for a mark that goes onto the one before it.
 std::size_t DisplayWidth(std::string_view text);
 
-/// The first characters of a text of valid UTF-8, with "..." behind them when there were more.
-std::string Shortened(std::string_view text, std::size_t characters);
+/// The start of a text of valid UTF-8 that takes so many columns, with "..." after it when there is
+/// more.
+std::string Shortened(std::string_view text, std::size_t columns);
 
 }  // namespace krofx::command
 

@@ -3,31 +3,33 @@
 #include "requests/password.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 
 #include "output/characters.h"
+#include "system/interruption.h"
 
 namespace krofx::command {
 
 namespace {
 
-constexpr char kInterrupt = 3;
 constexpr char kTooLong[] = "the password is longer than the 171 characters that OFX takes";
 
-// Switches echo and the signals of keys off, and back on at the end.
+// Switches echo off, and back on at the end.
 class SilentTerminal {
  public:
   explicit SilentTerminal(int terminal) : m_terminal(terminal) {
     m_active = ::tcgetattr(terminal, &m_before) == 0;
     if (!m_active) return;
     termios silent = m_before;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ISIG);
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
     m_active = ::tcsetattr(terminal, TCSAFLUSH, &silent) == 0;
   }
   ~SilentTerminal() {
@@ -42,6 +44,45 @@ class SilentTerminal {
   int m_terminal;
   bool m_active;
   termios m_before{};
+};
+
+volatile std::sig_atomic_t g_stopped = 0;
+
+// As long as it lives, the key that puts the command into the background is only noted, and signals
+// come in WaitForInput alone, so that none is lost between a look at what came and a wait.
+class PromptSignals {
+ public:
+  PromptSignals() {
+    sigset_t held;
+    ::sigemptyset(&held);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP}) ::sigaddset(&held, signal);
+    ::sigprocmask(SIG_BLOCK, &held, &m_mask);
+    g_stopped = 0;
+    struct sigaction noting {};
+    noting.sa_handler = [](int) { g_stopped = 1; };
+    ::sigaction(SIGTSTP, &noting, &m_before);
+    if (m_before.sa_handler == SIG_IGN) ::sigaction(SIGTSTP, &m_before, nullptr);
+  }
+  ~PromptSignals() {
+    ::sigaction(SIGTSTP, &m_before, nullptr);
+    ::sigprocmask(SIG_SETMASK, &m_mask, nullptr);
+  }
+  PromptSignals(const PromptSignals&) = delete;
+  PromptSignals& operator=(const PromptSignals&) = delete;
+
+  // Waits until there is something to read. False when a signal came first.
+  bool WaitForInput(int terminal) const {
+    pollfd input{terminal, POLLIN, 0};
+    while (::ppoll(&input, 1, nullptr, &m_mask) < 0) {
+      if (errno != EINTR || Interruption::Came() || HasStopped()) return false;
+    }
+    return true;
+  }
+  static bool HasStopped() { return g_stopped != 0; }
+
+ private:
+  sigset_t m_mask{};
+  struct sigaction m_before {};
 };
 
 void Show(int terminal, const char* text) {
@@ -83,13 +124,24 @@ std::string Password::Ask() {
   if (!terminal) {
     return "there is no terminal to ask for the password; use --password-fd or --password-env";
   }
-  const SilentTerminal silent(terminal.Get());
-  if (!silent.IsActive()) return "the terminal shows what is typed; use --password-fd";
-  Show(terminal.Get(), "Password: ");
-  std::string problem = ReadFrom(terminal.Get());
-  Show(terminal.Get(), "\n");
-  if (std::strchr(m_text.bytes, kInterrupt) != nullptr) problem = "interrupted";
-  return problem;
+  for (;;) {
+    std::string problem;
+    {
+      // What ends the command, or puts it into the background, first gets the terminal back as it
+      // was, so that what is typed next is not taken for the password and is seen.
+      const Interruption interruption(Interruption::Afterwards::kNothing);
+      const PromptSignals signals;
+      const SilentTerminal silent(terminal.Get());
+      if (!silent.IsActive()) return "the terminal shows what is typed; use --password-fd";
+      Show(terminal.Get(), "Password: ");
+      if (signals.WaitForInput(terminal.Get())) problem = ReadFrom(terminal.Get());
+      Show(terminal.Get(), "\n");
+      if (Interruption::Came()) return "interrupted";
+    }
+    if (!PromptSignals::HasStopped()) return problem;
+    explicit_bzero(m_text.bytes, sizeof m_text.bytes);
+    ::raise(SIGTSTP);  // Returns when the command is in the foreground again.
+  }
 }
 
 // Turns UTF-8 into the code page in its place, which never takes more room.

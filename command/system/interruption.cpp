@@ -12,7 +12,7 @@ void Note(int signal) { g_signal = signal; }
 
 }  // namespace
 
-Interruption::Interruption() {
+Interruption::Interruption(Afterwards afterwards) : m_afterwards(afterwards) {
   g_signal = 0;
   struct sigaction noting {};
   noting.sa_handler = Note;
@@ -29,7 +29,7 @@ Interruption::~Interruption() {
   for (std::size_t index = 0; index < sizeof kSignals / sizeof *kSignals; ++index) {
     ::sigaction(kSignals[index], &m_before[index], nullptr);
   }
-  if (Came()) ::raise(g_signal);
+  if (Came() && m_afterwards == Afterwards::kSignal) ::raise(g_signal);
 }
 
 bool Interruption::Came() { return g_signal != 0; }

@@ -12,7 +12,13 @@ namespace krofx::command {
 /// up.
 class Interruption {
  public:
-  Interruption();
+  /// What happens at the end with a signal that came.
+  enum class Afterwards {
+    kSignal,  ///< It takes effect.
+    kNothing  ///< Whoever noted it acts on it.
+  };
+
+  explicit Interruption(Afterwards afterwards = Afterwards::kSignal);
   ~Interruption();
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
@@ -23,6 +29,7 @@ class Interruption {
  private:
   static constexpr int kSignals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
+  const Afterwards m_afterwards;
   struct sigaction m_before[sizeof kSignals / sizeof *kSignals] = {};
 };
 

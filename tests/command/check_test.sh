@@ -61,4 +61,71 @@ expect 1 check ends.ofx
 sed 's/<USERPASS>/<userpass>/; s/<ONETIMEPASS>/<ORG>x<ONETIMEPASS>/' "$examples/request-v2.ofx" >secret.ofx
 "$krofx" check secret.ofx >out 2>err
 lacks out not-a-real-password
+
+# A multipart text whose parts have warnings is not clean.
+expect 1 check "$examples/multipart.mime"
+has out 'status 7, read, with warnings'
+lacks out clean
+expect 0 print --json "$examples/multipart.mime"
+has out '"status": 7'
+
+# A bad value is said of its tag.
+for value in '2026XX' '20260102[-5:EST' '20260102120000[99:EST]' '20260102120000[-5:GMT]'; do
+  statement PLAIN | sed "s/<DTPOSTED>20260102/<DTPOSTED>$value/" >date.ofx
+  "$krofx" check date.ofx >out 2>err
+  has out '<DTPOSTED>'
+  "$krofx" check --json date.ofx >>out 2>>err
+  for internal in Convert Extract SetTimeZone; do
+    lacks out $internal
+  done
+done
+
+# What is not OFX is called what it is, and no place is promised that is not named.
+not_ofx() {
+  expect 2 check "$1"
+  has out "$2"
+  lacks out 'krofx check'
+  expect 2 print "$1"
+  has err "$2"
+  lacks err 'krofx check'
+}
+printf '\n<!doctype html><html><body>Sign on</body></html>' >page.ofx
+printf '<HTML></HTML>' >old-page.ofx
+printf '%%PDF-1.7\n\200' >paper.ofx
+printf '\037\213\010\000' >packed.ofx
+printf 'PK\003\004x' >zip.ofx
+printf '\r\n  \n' >blank.ofx
+not_ofx page.ofx 'web page'
+not_ofx old-page.ofx 'web page'
+not_ofx paper.ofx 'PDF'
+not_ofx packed.ofx 'compressed'
+not_ofx zip.ofx 'compressed'
+not_ofx empty.ofx 'it is empty'
+not_ofx blank.ofx 'it is empty'
+statement 'X<FOO>y' | head -c 600 >place.ofx
+expect 2 print place.ofx
+has err 'names the place'
+expect 2 check place.ofx
+lacks out 'krofx check'
+has out 'place.ofx:11:'
+
+# A choice that was missed is named as one.
+choice() {
+  sed '/<SECRQ>/,$d' "$examples/brokerage-request.ofx" >choice.ofx
+  printf '%s' "<SECRQ>$1</SECRQ></SECLISTRQ></SECLISTTRNRQ></SECLISTMSGSRQV1></OFX>" >>choice.ofx
+  expect 1 check choice.ofx
+  has out "missing: $2"
+  lacks out '<SECID> is missing'
+  lacks out '<TICKER> is missing'
+  expect 1 check --json choice.ofx
+  has out '"alternatives"'
+  has out '"advice"'
+}
+choice '' 'one of '
+has out 'none is'
+choice '<TICKER>HRBLX<FIID>QH' 'one of '
+has out 'both '
+sed '/<USERPASS>/d' "$examples/request-v1.ofx" >no-password.ofx
+expect 1 check no-password.ofx
+has out 'missing: <USERPASS> is missing'
 finish

@@ -55,6 +55,13 @@ python3 "$here/with_terminal.py" "$(printf '\003')" "$krofx" "${asking[@]}" >out
 [ $? -eq 2 ] || fail 'the interrupt key does not end the prompt'
 has out interrupted
 lacks out connecting
+python3 "$here/with_terminal.py" "$(printf '\034')" "$krofx" "${asking[@]}" >out 2>err
+[ $? -eq 2 ] || fail 'the quit key does not end the prompt'
+has out interrupted
+# The key that stops a command does not become a part of the password.
+python3 "$here/with_terminal.py" "$(printf '\032\nnot-a-real-password')" "$krofx" "${asking[@]}" >out 2>err ||
+  fail 'no answer to a password that was typed after the stop key'
+has out 00718220946
 
 # In two steps, and kept.
 fetch statement "${account[@]}" --save-reply kept.ofx --save-headers headers
@@ -118,7 +125,17 @@ has err 'the institution refused <STMTTRNRS>: status 2003, it does not know the 
 
 # The address is looked at before the password is.
 unset SECRET
-expect 64 fetch statement --url nowhere "${sign_on[@]}" "${account[@]}"
+for nowhere in nowhere example.com/ofx ada:hunter2@bank.example/ofx 'bank.example?key=hunter2'; do
+  expect 64 fetch statement --url "$nowhere" "${sign_on[@]}" "${account[@]}"
+  has err 'krofx: fetch statement: '
+  has err 'is not an address that can be used'
+  lacks err ' ::'
+  lacks err hunter2
+done
+expect 64 fetch statement --url example.com/ofx "${sign_on[@]}" "${account[@]}"
+has err 'krofx: fetch statement: example.com/ofx: '
+expect 64 fetch statement --url "$url" "${sign_on[@]}" "${account[@]}" --csv --table bogus
+has err 'krofx: fetch statement: --table bogus is not a table'
 expect 2 fetch statement --url "$url" --root nowhere.pem "${sign_on[@]}" "${account[@]}"
 has err nowhere.pem
 expect 64 fetch statement "${sign_on[@]}" "${account[@]}"
@@ -132,6 +149,17 @@ refused '***VYN: SSL Cert ID failure: Expecting "' --url "$url" "${trust[@]}" --
 pin=$(sed -n 's/.*received "\(.*\)".*/\1/p' err)
 fetch accounts --pin "$pin"
 fetch accounts --pin $wrong_pin --pin "$pin"
+
+# A server that sends the request back is no bank.
+start python3 "$here/http_server.py"
+expect 2 fetch statement --url "$url/echo" "${sign_on[@]}" "${account[@]}"
+has err 'the server sent a request back'
+lacks out not-a-real-password
+lacks err not-a-real-password
+expect 0 request statement "${sign_on[@]}" "${account[@]}" -o request.ofx
+expect 2 send "$url/echo" request.ofx -o reply.ofx
+has err 'the server sent the request back'
+url=$bank
 
 # Nobody there any more.
 stop_servers

@@ -55,4 +55,79 @@ for command in print check rewrite extract request 'request statement'; do
   expect 0 $command --help
   has out 'krofx'
 done
+
+# An amount in another currency, and one that was converted from it, are two things.
+for currency in CURRENCY ORIGCURRENCY; do
+  statement PLAIN | sed "s/<NAME>PLAIN/&<$currency><CURRATE>1.25<CURSYM>EUR<\/$currency>/" >$currency.ofx
+done
+expect 0 print --json CURRENCY.ofx
+has out '"currency": "EUR"'
+has out '"rate": "1.25"'
+lacks out original
+expect 0 print --json ORIGCURRENCY.ofx
+has out '"original_currency": "EUR"'
+has out '"original_rate": "1.25"'
+lacks out '"currency": "EUR"'
+expect 0 print CURRENCY.ofx
+has out 'Currency  '
+lacks out 'Converted from'
+expect 0 print ORIGCURRENCY.ofx
+has out 'Converted from'
+expect 0 print --csv CURRENCY.ofx ORIGCURRENCY.ofx
+python3 - <<'END' || fail 'the currencies of CSV'
+import csv
+own, original = csv.DictReader(open("out"))
+assert (own["currency"], own["rate"], own["original_currency"]) == ("EUR", "1.25", ""), own
+assert (original["currency"], original["original_currency"]) == ("", "EUR"), original
+END
+
+# A zone that is GMT is a zone.
+posted() {
+  statement PLAIN | sed "s/<DTPOSTED>20260102/<DTPOSTED>$1/" >zone.ofx
+  expect 0 print --json zone.ofx
+  has out "\"posted\": \"$2\""
+}
+posted '20260102120000[0:GMT]' 2026-01-02T12:00:00+00:00
+posted '20260102000000[0:GMT]' 2026-01-02T00:00:00+00:00
+posted '20260102120000[-5:EST]' 2026-01-02T12:00:00-05:00
+posted 20260102120000 2026-01-02T12:00:00
+posted 20260102 2026-01-02
+
+# A table that no file can have.
+expect 64 print --csv --table bogus zone.ofx
+has err 'krofx: print: --table bogus is not a table; the tables are '
+has err 'transactions'
+[ ! -s out ] || fail 'a table that is none was printed'
+expect 0 print --csv --table closings zone.ofx
+
+# The numbers of cards are shown by their last four characters, those of accounts are shown.
+for form in '' --json '--csv'; do
+  # shellcheck disable=SC2086
+  expect 0 print $form "$examples/card.ofx" "$examples/sign-up-response.ofx" "$examples/transfers-response.ofx"
+  lacks out 5500111122224410
+  lacks out 4300118822330077
+  has out '************4410'
+  # shellcheck disable=SC2086
+  expect 0 print $form --show-identifiers "$examples/card.ofx"
+  has out 5500111122224410
+done
+
+# A transfer names its banks.
+expect 0 print "$examples/transfers-request.ofx"
+has out 'From bank'
+has out 'To bank'
+
+# Wide characters take two columns, marks none.
+expect 0 print --csv zone.ofx
+statement 'ABC' | sed "s/<NAME>ABC/<NAME>日本/; s/<\/STMTTRN>/&<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260102<TRNAMT>-.90<FITID>2<NAME>e$(printf '\314\201')tude<\/STMTTRN>&/; s/<\/STMTTRN><\/STMTTRN>/<\/STMTTRN>/" >wide.ofx
+expect 0 print wide.ofx
+python3 - <<'END' || fail 'columns of wide characters'
+import unicodedata
+def width(text):
+    return sum(0 if unicodedata.combining(c) else 2 if unicodedata.east_asian_width(c) in "WF" else 1 for c in text)
+rows = [line for line in open("out", encoding="utf-8") if "DEBIT" in line]
+assert len(rows) == 2, rows
+ends = {width(row.rstrip("\n")) for row in rows}
+assert len(ends) == 1, rows
+END
 finish

@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
-"""Runs a command on a terminal of its own, and types an answer at its password prompt.
+"""Runs a command on a terminal of its own, and types an answer at each of its password prompts.
 
-    with_terminal.py ANSWER COMMAND...
+    with_terminal.py ANSWERS COMMAND...
+
+Each line of ANSWERS is for one prompt; a single control character is typed without a line end.
 
 It prints what the terminal showed, and ends with the exit status of the command.
 """
@@ -16,7 +18,8 @@ child, terminal = pty.fork()
 if child == 0:
     os.execvp(sys.argv[2], sys.argv[2:])
 shown = b""
-answered = False
+answers = sys.argv[1].encode().split(b"\n")
+answered = 0
 while True:
     try:
         got = os.read(terminal, 4096)
@@ -25,9 +28,10 @@ while True:
     if not got:
         break
     shown += got
-    if not answered and PROMPT in shown:
-        os.write(terminal, sys.argv[1].encode() + b"\n")
-        answered = True
+    while answered < min(shown.count(PROMPT), len(answers)):
+        answer = answers[answered]
+        answered += 1
+        os.write(terminal, answer if len(answer) == 1 and answer < b" " else answer + b"\n")
 sys.stdout.buffer.write(shown)
 sys.stdout.buffer.flush()
 sys.exit(os.waitstatus_to_exitcode(os.waitpid(child, 0)[1]) % 256)
