@@ -9,7 +9,7 @@
 
 #include "input/foreign_format.h"
 #include "input/input_files.h"
-#include "krofx/parse/mime_parser.h"
+#include "krofx/envelope/mime_parser.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {

@@ -37,7 +37,6 @@
 // Reading and writing.
 #include "krofx/build/builder.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
 #include "krofx/reader/reading.h"
 #include "krofx/rewriting/rewrite.h"
@@ -73,6 +72,7 @@
 
 // Files, message sets, and every aggregate.
 #include "krofx/aggregates.h"
+#include "krofx/envelope/mime_parser.h"
 #include "krofx/version.h"
 
 #endif  // KROFX_KROFX_H_

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/messages/signon/status.h"
 #include "krofx/model/factory.h"
 #include "support/factory_in_force.h"
 #include "support/failing_allocation.h"

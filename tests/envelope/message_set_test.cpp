@@ -7,6 +7,7 @@
 
 #include "envelope/routing_lists.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/messages/signon/status.h"
 #include "support/ofx_text.h"
 
 namespace {

@@ -10,6 +10,7 @@
 #include "krofx/envelope/envelope.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/billpay/payees.h"
+#include "krofx/messages/signon/status.h"
 #include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"

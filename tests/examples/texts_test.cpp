@@ -9,16 +9,17 @@
 #include <iterator>
 #include <string>
 
+#include "krofx/envelope/payroll.h"
 #include "krofx/messages/banking/accounts.h"
+#include "krofx/messages/banking/payee.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/billpay/payees.h"
 #include "krofx/messages/investment/orders.h"
 #include "krofx/messages/investment/securities.h"
 #include "krofx/messages/investment/statement.h"
 #include "krofx/messages/investment/transactions.h"
-#include "krofx/messages/signon/profile.h"
+#include "krofx/messages/profile/profile.h"
 #include "krofx/payroll/employees.h"
-#include "krofx/payroll/envelope.h"
 #include "krofx/payroll/paychecks.h"
 #include "krofx/values/utility.h"
 #include "support/ofx_text.h"

@@ -1,8 +1,8 @@
 // Exchanges of the payroll message set, which has the first version only. Its batches travel in the
 // update only.
 
+#include "krofx/envelope/payroll.h"
 #include "exchanges/exchanges.h"
-#include "krofx/payroll/envelope.h"
 
 namespace krofx::testing {
 namespace {

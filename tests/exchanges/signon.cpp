@@ -2,8 +2,8 @@
 
 #include "krofx/messages/signon/signon.h"
 #include "exchanges/exchanges.h"
-#include "krofx/messages/signon/profile.h"
-#include "krofx/messages/signon/signup.h"
+#include "krofx/messages/profile/profile.h"
+#include "krofx/messages/signup/signup.h"
 
 namespace krofx::testing {
 namespace {

@@ -8,6 +8,7 @@
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/envelope/multi_trans.h"
 #include "krofx/messages/banking/transfers.h"
+#include "krofx/messages/signon/status.h"
 #include "krofx/model/factory.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "krofx/messages/banking/accounts.h"
+#include "krofx/messages/banking/payee.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
 

@@ -1,11 +1,12 @@
 // The profile aggregates: their tables, the fixed order of message sets, and the versions that one
 // set may hold side by side.
 
-#include "krofx/messages/signon/profile.h"
+#include "krofx/messages/profile/profile.h"
 
 #include <gtest/gtest.h>
 
 #include "krofx/messages/banking/statements.h"
+#include "krofx/messages/signon/message_sets.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
 

@@ -10,7 +10,7 @@
 #include "krofx/messages/billpay/billpay_profile.h"
 #include "krofx/messages/billpay/payees.h"
 #include "krofx/messages/billpay/payments.h"
-#include "krofx/messages/signon/profile.h"
+#include "krofx/messages/profile/profile.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "krofx/envelope/message_set.h"
+#include "krofx/messages/signon/status.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
 

@@ -1,6 +1,6 @@
 // Sign-up: the tables, and the action, whose type decides which of its accounts counts.
 
-#include "krofx/messages/signon/signup.h"
+#include "krofx/messages/signup/signup.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "krofx/messages/banking/accounts.h"
-#include "krofx/messages/billpay/payees.h"
+#include "krofx/messages/banking/payee.h"
 #include "krofx/messages/signon/signon.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"

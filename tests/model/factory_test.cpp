@@ -1,6 +1,7 @@
 // The factory: versions of what it makes, substitution by a host, and the life of the default one.
 
 #include "krofx/model/factory.h"
+#include "krofx/messages/signon/status.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "krofx/core/tags.h"
+#include "krofx/envelope/mime_parser.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/mime_parser.h"
 #include "krofx/parse/simple_parser.h"
 #include "support/virtual_slots.h"
 

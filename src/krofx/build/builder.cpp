@@ -1,4 +1,4 @@
-// The builder's frame: the build itself, tags, header lines, and lines of ready text.
+// The builder's frame: tags, header lines, and lines of ready text.
 
 #include "krofx/build/builder.h"
 
@@ -7,9 +7,7 @@
 #include "krofx/build/writing.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
-#include "krofx/model/data_object.h"
 #include "krofx/values/keyword_table.h"
-#include "krofx/values/utility.h"
 
 using krofx::internal::Put;
 
@@ -48,29 +46,6 @@ class TagLine {
 
 KRBuilder::KRBuilder(KRBuildStringCrLfOpt lineEnd, u16 closeTags)
     : m_lineEnd(lineEnd), m_closeTags(closeTags) {}
-
-KRBuildStatus KRBuilder::Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringOpt option,
-                               u16 checkRequired) {
-  if (buffer == nullptr || root == nullptr) return KRBuildStatus_NullArgument;
-  KRSetFireAlarm(KRFireAlarm_None);
-  m_buffer = buffer;
-  m_stringOption = option;
-
-  KRBuildStatus status = root->Build(this);
-  if (status == KRBuildStatus_Done && checkRequired != 0) {
-    KRDataObj* incomplete = root;
-    KRTagID missing = KRTag_None;
-    if (!KRUtility::AllRequiredPresent(&incomplete, &missing)) {
-      if (m_failingObject == nullptr) m_failingObject = incomplete;
-      status = KRBuildStatus_MissingTag;
-    }
-  }
-  if (KRGetFireAlarm() != KRFireAlarm_None) {
-    if (m_failingObject == nullptr) m_failingObject = root;
-    status = KRBuildStatus_Fatal;
-  }
-  return status;
-}
 
 KRBuildStatus KRBuilder::AddTagStart(KRTagID tag) { return AddTag(KRTagType_Start, TagText(tag)); }
 

@@ -5,10 +5,10 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/multi_trans.h"
+#include "krofx/envelope/payroll.h"
 #include "krofx/messages/investment/securities.h"
 #include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
-#include "krofx/payroll/envelope.h"
 
 namespace krofx::internal {
 

@@ -3,6 +3,7 @@
 #include "krofx/build/builder.h"
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/routing.h"
+#include "krofx/messages/signon/status.h"
 #include "krofx/model/aggregate.h"
 
 using krofx::internal::BuildRows;

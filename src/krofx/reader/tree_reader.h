@@ -19,7 +19,7 @@
 #include "krofx/reader/scanner.h"
 #include "krofx/reader/tag_places.h"
 #include "krofx/reader/value_mender.h"
-#include "krofx/reader/values/survey.h"
+#include "krofx/reader/value_survey.h"
 #include "krofx/reader/working_text.h"
 
 class KRFile;

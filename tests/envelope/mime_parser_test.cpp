@@ -1,6 +1,6 @@
 // Multipart text: parts become subfiles, OFX parts become trees.
 
-#include "krofx/parse/mime_parser.h"
+#include "krofx/envelope/mime_parser.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What the values of a text look like as a whole, for values that do not tell alone what they mean.
 
-#ifndef KROFX_READER_VALUES_SURVEY_H_
-#define KROFX_READER_VALUES_SURVEY_H_
+#ifndef KROFX_READER_VALUE_SURVEY_H_
+#define KROFX_READER_VALUE_SURVEY_H_
 
 #include <cstddef>
 #include <span>
@@ -69,4 +69,4 @@ class ValueSurvey {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_READER_VALUES_SURVEY_H_
+#endif  // KROFX_READER_VALUE_SURVEY_H_

@@ -4,8 +4,8 @@
 // over the same engine; the text of any other part becomes the body of a plain file. So attachments
 // and OFX come out of one text.
 
-#ifndef KROFX_PARSE_MIME_PARSER_H_
-#define KROFX_PARSE_MIME_PARSER_H_
+#ifndef KROFX_ENVELOPE_MIME_PARSER_H_
+#define KROFX_ENVELOPE_MIME_PARSER_H_
 
 #include "krofx/core/export.h"
 #include "krofx/core/status.h"
@@ -39,4 +39,4 @@ class KROFX_API KRMIMEParser : public KRSimpleParser {
                          const KRString& boundary, bool multipart);
 };
 
-#endif  // KROFX_PARSE_MIME_PARSER_H_
+#endif  // KROFX_ENVELOPE_MIME_PARSER_H_

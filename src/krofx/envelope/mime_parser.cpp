@@ -1,7 +1,6 @@
-// The walk over the parts of a multipart text. It is the one place of this layer that knows the
-// files above it, since files are what it makes.
+// The walk over the parts of a multipart text.
 
-#include "krofx/parse/mime_parser.h"
+#include "krofx/envelope/mime_parser.h"
 
 #include <optional>
 

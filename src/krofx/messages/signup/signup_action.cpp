@@ -2,7 +2,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/parse_logger.h"
-#include "krofx/messages/signon/signup.h"
+#include "krofx/messages/signup/signup.h"
 #include "krofx/model/aggregate.h"
 
 using krofx::internal::ChildSlot;

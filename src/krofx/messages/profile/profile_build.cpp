@@ -1,7 +1,7 @@
 // Where the profile departs from the pattern: the list makes nothing outside a parse, and the
 // versions of a message set keep their order.
 
-#include "krofx/messages/signon/profile.h"
+#include "krofx/messages/profile/profile.h"
 #include "krofx/model/aggregate.h"
 
 KRParseStatus KRMessageSetList::HandleTagStart(const KRTagDictionaryEntry* const entry) {

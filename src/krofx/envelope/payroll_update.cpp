@@ -1,9 +1,9 @@
 // What a payroll update tells beside its rows.
 
+#include "krofx/envelope/payroll.h"
 #include "krofx/model/aggregate.h"
 #include "krofx/payroll/company.h"
 #include "krofx/payroll/employees.h"
-#include "krofx/payroll/envelope.h"
 #include "krofx/payroll/items.h"
 #include "krofx/payroll/paychecks.h"
 

@@ -1,7 +1,7 @@
 // The exchanges of the payroll message set: tables, delete lists, modifications, the update and its
 // place in a file.
 
-#include "krofx/payroll/envelope.h"
+#include "krofx/envelope/payroll.h"
 
 #include <gtest/gtest.h>
 
