@@ -1,7 +1,7 @@
-// The one include of a host: everything that krofx promises, and nothing else.
+// The one include of a host: everything that krofx promises.
 //
-// What this file reaches is what `cmake --install` lays down; a header that it does not reach is
-// the library's own affair.
+// What this file reaches is what `cmake --install` lays down. The headers named here are for hosts;
+// those in folders `internal/` are there because these need them, and may change at any time.
 
 #ifndef KROFX_KROFX_H_
 #define KROFX_KROFX_H_
@@ -10,11 +10,14 @@
 #include "krofx/core/array.h"
 #include "krofx/core/buffer.h"
 #include "krofx/core/collection.h"
+#include "krofx/core/export.h"
 #include "krofx/core/fixed_strings.h"
+#include "krofx/core/memory.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/status.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
+#include "krofx/core/tag_type.h"
 #include "krofx/core/tags.h"
 #include "krofx/core/thread.h"
 #include "krofx/core/thread_map.h"

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "krofx/values/keyword_table.h"
+#include "build/writing_root.h"
+#include "krofx/values/internal/keyword_table.h"
 #include "krofx/values/keywords.h"
-#include "support/build_objects.h"
 
 using krofx::internal::KeywordTraits;
 using krofx::testing::Outcome;

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "build/writing_root.h"
 #include "krofx/core/fixed_strings.h"
 #include "krofx/core/string.h"
 #include "krofx/values/language.h"
-#include "support/build_objects.h"
 
 using krofx::testing::Outcome;
 using krofx::testing::Write;

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "build/writing_root.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
-#include "support/build_objects.h"
 #include "support/failing_allocation.h"
 
 using krofx::testing::Content;
@@ -81,16 +81,14 @@ TEST(BuilderTags, CloseAtOnceOnlyForExactlyOne) {
 TEST(BuilderTags, TakeAnyTextOfADerivedBuilder) {
   TagBuilder builder;
   const std::string longText(70000, 'T');
-  KRBuffer buffer(0, 0);
-  krofx::testing::WritingObject root([&](KRBuilder&) {
+  const auto write = [&](KRBuilder&) {
     EXPECT_EQ(builder.AddTag(KRTagType_Start, "OWN"), KRBuildStatus_Done);
     EXPECT_EQ(builder.AddTag(KRTagType_End, longText.c_str()), KRBuildStatus_Done);
     EXPECT_EQ(builder.AddTag(KRTagType_Element, ""), KRBuildStatus_Done);
     EXPECT_EQ(builder.AddTag(KRTagType_Element, nullptr), KRBuildStatus_NullArgument);
     return KRBuildStatus_Done;
-  });
-  EXPECT_EQ(builder.Build(&buffer, &root, KRBuildStringOpt_Strict, 0), KRBuildStatus_Done);
-  EXPECT_EQ(Content(buffer), "<OWN>\n</" + longText + ">\n<>");
+  };
+  EXPECT_EQ(Write(builder, write), (Outcome{KRBuildStatus_Done, "<OWN>\n</" + longText + ">\n<>"}));
 }
 
 TEST(BuilderTags, CloseALongTextAtOnceToo) {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "build/writing_root.h"
 #include "krofx/core/thread.h"
 #include "krofx/values/date_time.h"
 #include "krofx/values/precision_integer.h"
-#include "support/build_objects.h"
 
 using krofx::testing::Outcome;
 using krofx::testing::Write;

@@ -6,6 +6,7 @@
 
 #include <vector>
 
+#include "krofx/core/internal/hooks.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/string.h"
 #include "support/failing_allocation.h"
@@ -277,7 +278,7 @@ TEST_F(ArrayTest, HoldsCellsOfIntegers) {
   EXPECT_EQ(*array.Get(0), 7);
   EXPECT_EQ(array.Get(1), nullptr);
   EXPECT_EQ(*array.Get(2), 9);
-  u16* cell = krofx::internal::Elements().newUShort();
+  u16* cell = krofx::internal::MakeElement<u16>();
   *cell = 3;
   EXPECT_EQ(array.Set(0, cell), 1);
   EXPECT_EQ(array.Get(0), cell);
@@ -295,17 +296,17 @@ TEST_F(ArrayTest, HoldsStringsAndPlainStructs) {
   EXPECT_STREQ(rows.Get(0)->text, "one");
 }
 
-TEST_F(ArrayTest, AsksTheElementSource) {
+TEST_F(ArrayTest, AsksTheObjectModelForElements) {
   static int asked;
   asked = 0;
-  krofx::internal::ElementSource const before = krofx::internal::Elements();
-  krofx::internal::Elements().newUShort = []() -> u16* {
+  krofx::internal::Hooks const before = krofx::internal::hooks;
+  krofx::internal::hooks.newUShort = []() -> u16* {
     ++asked;
     return nullptr;
   };
   Cells array(1, 1);
   EXPECT_EQ(array.SetVal(0, 7), 0);
-  krofx::internal::Elements() = before;
+  krofx::internal::hooks = before;
   EXPECT_EQ(asked, 1);
   EXPECT_EQ(array.SetVal(0, 7), 1);
   KRParseException* exception = krofx::internal::MakeElement<KRParseException>();

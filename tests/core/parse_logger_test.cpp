@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/hooks.h"
 #include "krofx/core/memory.h"
 
 namespace {
@@ -25,15 +26,15 @@ class ParseLogger : public testing::Test {
   ParseLogger() {
     KRSetFireAlarm(KRFireAlarm_None);
     askedParser = nullptr;
-    krofx::internal::currentObjectOf = [](KRParser* parser) {
-      askedParser = parser;
+    krofx::internal::hooks.currentObjectOf = [](KRParser& parser) {
+      askedParser = &parser;
       return Object(77);
     };
   }
   ~ParseLogger() override {
     AllocationFailure::FailAt(0);
     KRSetFireAlarm(KRFireAlarm_None);
-    krofx::internal::currentObjectOf = m_hook;
+    krofx::internal::hooks = m_hooks;
   }
 
   u16 Log(char const* value = "value", KRTagID tag = KRTag_MEMO, KRDataObj* object = nullptr) {
@@ -41,7 +42,7 @@ class ParseLogger : public testing::Test {
   }
   KRParseException const& Last() { return *m_logger.Get(static_cast<u16>(m_logger.Entries() - 1)); }
 
-  KRDataObj* (*m_hook)(KRParser*) = krofx::internal::currentObjectOf;
+  krofx::internal::Hooks const m_hooks = krofx::internal::hooks;
   KRParseLogger m_logger;
 };
 
@@ -212,7 +213,7 @@ TEST_F(ParseLogger, TakesTheObjectFromTheParserWhenNoneIsGiven) {
 }
 
 TEST_F(ParseLogger, KnowsNoObjectWithoutAParserLayer) {
-  krofx::internal::currentObjectOf = nullptr;
+  krofx::internal::hooks.currentObjectOf = nullptr;
   m_logger.SetParser(Parser(3));
   Log();
   EXPECT_EQ(Last().m_object, nullptr);

@@ -343,7 +343,7 @@ TEST(KRFileRs, CopiesItsResponses) {
 }
 
 // Counts what is asked of it, and makes no requests.
-class CountingFactory : public KRDataObjFactory {
+class HeaderFactory : public KRDataObjFactory {
  public:
   KRMIMEHeader* NewMIMEHeader() override { return Count(), KRDataObjFactory::NewMIMEHeader(); }
   KRFile* NewFile(u16 version) override { return Count(), KRDataObjFactory::NewFile(version); }
@@ -480,6 +480,43 @@ TEST(Exhaustion, EndsAParseABuildAndACopyWithoutHarm) {
     }
     KRSetFireAlarm(KRFireAlarm_None);
   }
+}
+
+// Counts the headers that arrays ask for, and gives none on demand.
+class HeaderFactory : public KRDataObjFactory {
+ public:
+  KRMIMEHeader* NewMIMEHeader() override {
+    ++made;
+    return refuses ? nullptr : KRDataObjFactory::NewMIMEHeader();
+  }
+
+  int made = 0;
+  bool refuses = false;
+};
+
+TEST(HeaderArray, HoldsNamesAndValuesThatTheFactoryMakes) {
+  HeaderFactory factory;
+  const InForce inForce(factory);
+  KRDynamicArrayMIMEHeader array(1, 1);
+  KRMIMEHeader header;
+  header.name = "X-Name";
+  header.value = "value";
+  EXPECT_EQ(array.SetVal(0, header), 1);
+  EXPECT_NE(array.Get(0), &header);
+  EXPECT_TRUE(array.Get(0)->name == "X-Name");
+  EXPECT_TRUE(array.Get(0)->value == "value");
+  EXPECT_EQ(array[2].name.IsNull(), 1);
+  EXPECT_EQ(array.Entries(), 3);
+  EXPECT_EQ(factory.made, 2);
+  EXPECT_EQ(array.Set(0, new KRMIMEHeader), 1);
+  EXPECT_EQ(array.Set(0, nullptr), 0);
+  EXPECT_EQ(array.Get(0)->name.IsNull(), 1);
+  array.DeleteAll();
+  EXPECT_EQ(array.Entries(), 0);
+  factory.refuses = true;
+  EXPECT_EQ(array.SetVal(0, header), 0);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+  KRSetFireAlarm(KRFireAlarm_None);
 }
 
 }  // namespace

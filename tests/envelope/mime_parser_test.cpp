@@ -12,6 +12,7 @@
 #include "krofx/model/factory.h"
 #include "krofx/parse/engine.h"
 #include "support/parse_text.h"
+#include "support/virtual_slots.h"
 
 namespace {
 
@@ -314,5 +315,13 @@ TEST_F(MimeParser, LosesNoBodySilently) {
   }
   EXPECT_GT(nth, 10u);
 }
+
+#ifdef KROFX_TESTS_KNOW_SLOTS
+TEST(VirtualSlots, OfMIMEParsers) {
+  using S = KRSimpleParser;
+  using ParseFile = KRParseStatus (KRMIMEParser::*)(KRBuffer*, KRFile*, u16);
+  EXPECT_EQ(SlotOf(static_cast<ParseFile>(&KRMIMEParser::Parse)), SlotOf(&S::SetParseEngine) + 1);
+}
+#endif
 
 }  // namespace

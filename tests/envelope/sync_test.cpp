@@ -7,6 +7,7 @@
 
 #include "envelope/routing_lists.h"
 #include "krofx/envelope/envelope.h"
+#include "krofx/envelope/file_rq_rs.h"
 #include "krofx/messages/banking/accounts.h"
 #include "support/ofx_text.h"
 

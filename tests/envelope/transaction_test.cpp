@@ -8,6 +8,7 @@
 
 #include "envelope/routing_lists.h"
 #include "krofx/envelope/envelope.h"
+#include "krofx/envelope/file_rq_rs.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/billpay/payees.h"
 #include "krofx/messages/signon/status.h"

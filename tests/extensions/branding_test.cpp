@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include "krofx/core/thread.h"
 #include "krofx/messages/signon/signon.h"
+#include "krofx/model/factory.h"
 #include "krofx/values/keywords.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
@@ -253,28 +255,27 @@ TEST(KRNorvBrandDataList, NeedsAnEntry) {
   EXPECT_EQ(list->AllRequiredPresent(), 1);
 }
 
-TEST(BrandingExchanges, TravelInTheirOwnSet) {
-  for (const u16 version : {u16{1}, u16{2}}) {
-    const Parsed<KRFileRq> request(
-        RequestFile("NORV.BRANDMSGSRQ",
-                    RequestWrapper("NORV.BRANDTRNRQ", Aggregate("NORV.BRANDRQ", "")) +
-                        RequestWrapper("NORV.MKTTIERTRNRQ",
-                                       Aggregate("NORV.MKTTIERRQ", "<NORV.TIERDTUPDATE>20260101")),
-                    version));
-    ASSERT_EQ(request.Status(), KRParseStatus_Accepted);
-    ASSERT_NE(FindIn<KRNorvBrandRq>(request.Get()), nullptr);
-    EXPECT_EQ(FindIn<KRNorvBrandRq>(request.Get())->GetMsgSetVersion(), version);
-    EXPECT_NE(FindIn<KRNorvMktTierRq>(request.Get()), nullptr);
-    const Parsed<KRFileRs> response(ResponseFile(
-        "NORV.BRANDMSGSRS",
-        ResponseWrapper("NORV.BRANDTRNRS", Aggregate("NORV.BRANDRS", "")) +
-            ResponseWrapper("NORV.MKTTIERTRNRS",
-                            Aggregate("NORV.MKTTIERRS", "<NORV.TIERDTUPDATE>20260101")),
-        version));
-    ASSERT_EQ(response.Status(), KRParseStatus_Accepted);
-    EXPECT_NE(FindIn<KRNorvBrandRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRNorvMktTierRs>(response.Get()), nullptr);
-  }
+TEST(BrandingServices, WarnOfAValueThatCannotBeStored) {
+  class Poor : public KRDataObjFactory {
+   public:
+    u16* NewUShort() override { return nullptr; }
+  };
+  KRNorvServiceList list;
+  list.SetMsgSetVersion(1);
+  Poor factory;
+  KRDataObj::SetFactory(&factory);
+  TakeWarnings();
+  const std::string warning = "NULLPOINTER " + TagNumber(KRTag_NORV_SVC);
+  EXPECT_EQ(list.AppendNorvSvc(static_cast<KRNorvService>(0)), 0);
+  EXPECT_EQ(TakeWarnings(), Lines{warning});
+  EXPECT_EQ(list.AppendNorvSvc(KRString("BANKSVC")), 0);
+  EXPECT_EQ(TakeWarnings(), Lines{warning + " \"BANKSVC\""});
+  const KRTagDictionaryEntry service = {KRTag_NORV_SVC, "NORV.SVC"};
+  EXPECT_EQ(list.HandleTagElement(&service, KRString("BANKSVC")), KRParseStatus_Fatal);
+  EXPECT_EQ(TakeWarnings(), Lines{warning + " \"BANKSVC\""});
+  EXPECT_EQ(list.ValidateTag(KRTag_NORV_SVC), 0);
+  KRDataObj::SetFactory(nullptr);
+  KRSetFireAlarm(KRFireAlarm_None);
 }
 
 }  // namespace

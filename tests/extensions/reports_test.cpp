@@ -246,46 +246,5 @@ TEST(KRNorvSurveyInfo, KeepsAnswersInOrder) {
   EXPECT_EQ(TextOf(*parsed), InLines(text));
 }
 
-/// A message set of reports, its wrapper and what the request holds.
-struct ReportSet {
-  const char* set;
-  const char* wrapper;
-  const char* payload;
-};
-
-const ReportSet kReports[] = {
-    {"NORV.CLOGMSGS", "NORV.CLIENTLOGTRN", "NORV.CLIENTLOGRQ"},
-    {"NORV.SURVEYMSGS", "NORV.SURVEYTRN", "NORV.SURVEYRQ"},
-    {"NORV.USLCUMSGS", "NORV.CUUSAGELOGTRN", "NORV.CUUSAGELOGRQ"},
-    {"NORV.USLFIMSGS", "NORV.FIUSAGELOGTRN", "NORV.FIUSAGELOGRQ"},
-};
-
-TEST(Reports, TravelInTheirOwnSets) {
-  for (const ReportSet& report : kReports) {
-    for (const u16 version : {u16{1}, u16{2}}) {
-      SCOPED_TRACE(report.set + std::to_string(version));
-      const Parsed<KRFileRq> request(RequestFile(
-          report.set + std::string("RQ"),
-          RequestWrapper(report.wrapper + std::string("RQ"), Aggregate(report.payload, "")),
-          version));
-      ASSERT_EQ(request.Status(), KRParseStatus_Accepted);
-      EXPECT_NE(TextOf(*request).find(InLines(Aggregate(report.payload, ""))), std::string::npos);
-    }
-  }
-}
-
-TEST(Reports, AreAnsweredByAStatusAlone) {
-  for (const ReportSet& report : kReports) {
-    for (const u16 version : {u16{1}, u16{2}}) {
-      SCOPED_TRACE(report.set + std::to_string(version));
-      const std::string wrapper = ResponseWrapper(report.wrapper + std::string("RS"), "");
-      const Parsed<KRFileRs> response(
-          ResponseFile(report.set + std::string("RS"), wrapper, version));
-      ASSERT_EQ(response.Status(), KRParseStatus_Accepted);
-      EXPECT_NE(TextOf(*response).find(InLines(wrapper)), std::string::npos);
-    }
-  }
-}
-
 }  // namespace
 }  // namespace krofx::testing

@@ -34,7 +34,7 @@ strangers=$(nm -DC --defined-only "$lib/libkrofx.so" | awk '$2 ~ /^[TDBR]$/' |
 $strangers"
 
 # A header that only the library itself uses is not laid down.
-for file in model/factory_make.h model/value_kinds.h values/digits.h; do
+for file in model/internal/factory_make.h model/value_kinds.h values/internal/digits.h; do
   [ ! -e "$prefix/include/krofx/$file" ] || complain "installed, but not public: $file"
 done
 exit $failed

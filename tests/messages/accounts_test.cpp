@@ -229,23 +229,6 @@ TEST(KRBankAccount, AccountTypeIsUnknownUntilThereIsOne) {
   EXPECT_EQ(parsed->GetAccountType(), KRBankAccountType_CHECKING);
 }
 
-TEST(KRBankAccount, AccountTypeOfTheOtherVersionIsNotAccepted) {
-  const auto parse = [](const char* type, u16 version) {
-    const Parsed<KRFileRs> file(ResponseFile(
-        "BANKMSGSRS",
-        ResponseWrapper("STMTTRNRS",
-                        Aggregate("STMTRS", Aggregate("BANKACCTFROM", std::string(type)))),
-        version));
-    EXPECT_EQ(file.Status(), KRParseStatus_Warnings);
-    EXPECT_EQ(TextOf(*file).find("ACCTTYPE"), std::string::npos);
-    return file.Warnings();
-  };
-  EXPECT_EQ(parse("<ACCTTYPE>CHECKING", 2),
-            Lines({"INVALIDELEM <ACCTTYPE> " + TagNumber(KRTag_ACCTTYPE) + " \"CHECKING\""}));
-  EXPECT_EQ(parse("<ACCTTYPE2>CHECKING", 1),
-            Lines({"INVALIDELEM <ACCTTYPE2> " + TagNumber(KRTag_ACCTTYPE2) + " \"CHECKING\""}));
-}
-
 TEST(KRBankAccount, UnreadableTypeOfTheSecondVersionLetsTheParseGoOn) {
   const Parsed<KRBankAccount> account("<BANKID>1<ACCTTYPE2>BARREL<ACCTID>2", 2);
   EXPECT_EQ(account.Status(), KRParseStatus_Warnings);

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "krofx/envelope/file_rq_rs.h"
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/investment/orders.h"
@@ -143,13 +142,6 @@ TEST(InvestmentStatementTables, InvStmtMsgSetV2) {
                                  2);
 }
 
-constexpr char kEachAskedFor[] = "<INCOO>Y";
-
-std::string StatementRequestText() {
-  return InvAcctText() + Aggregate("INCTRAN", "<INCLUDE>Y") + kEachAskedFor +
-         Aggregate("INCPOS", "<INCLUDE>Y") + "<INCBAL>N";
-}
-
 TEST(KRInvStmtRq, AsksForOrDeclinesEachPart) {
   const std::string all = StatementRequestText();
   EXPECT_EQ(IsComplete<KRInvStmtRq>(all, 1), 1);
@@ -204,51 +196,6 @@ TEST(KRInvStmtMsgSetV2, IsTheFirstVersionWithTheVersionSet) {
   KRInvStmtMsgSetV2 set;
   EXPECT_EQ(set.GetMsgSetVersion(), 2);
   EXPECT_NE(dynamic_cast<KRInvStmtMsgSetV1*>(static_cast<KRDataObj*>(&set)), nullptr);
-}
-
-TEST(InvestmentStatement, GoesThroughAFileWithEverythingInIt) {
-  for (const u16 version : kVersions) {
-    SCOPED_TRACE(version);
-    const std::string statement =
-        "<DTASOF>20260131<CURDEF>USD" + InvAcctText() +
-        Aggregate("INVTRANLIST",
-                  "<DTSTART>20260101<DTEND>20260131" + TextOf(TransactionTexts(version))) +
-        Aggregate("INVPOSLIST", TextOf(PositionTexts(version))) +
-        Aggregate("INVBAL", "<AVAILCASH>1.5<MARGINBALANCE>-20<SHORTBALANCE>0") +
-        Aggregate("INVOOLIST", TextOf(OrderTexts(version))) + "<MKTGINFO>Hello";
-    const std::string body =
-        SignOnResponseSet(version) +
-        Aggregate("INVSTMTMSGSRS" + VersionSuffix(version),
-                  ResponseWrapper("INVSTMTTRNRS", Aggregate("INVSTMTRS", statement)));
-    const Parsed<KRFileRs> parsed(File(body, version), 1, 1);
-    EXPECT_EQ(parsed.Warnings(), Lines());
-    EXPECT_EQ(parsed.Status(), KRParseStatus_Accepted);
-    KRDataObj* root = parsed.Get();
-    EXPECT_EQ(KRUtility::AllRequiredPresent(&root, nullptr), 1);
-    const std::string text = TextOf(*parsed);
-    EXPECT_EQ(text.substr(text.find("<OFX>")), InLines(Aggregate("OFX", body)));
-    KRFileRs copy;
-    ASSERT_EQ(copy.DeepCopyFrom(parsed.Get()), 1);
-    EXPECT_EQ(TextOf(copy), text);
-  }
-}
-
-TEST(InvestmentStatement, AsksThroughAFile) {
-  for (const u16 version : kVersions) {
-    SCOPED_TRACE(version);
-    const std::string body =
-        SignOnRequestSet(version) +
-        Aggregate("INVSTMTMSGSRQ" + VersionSuffix(version),
-                  RequestWrapper("INVSTMTTRNRQ", Aggregate("INVSTMTRQ", StatementRequestText()))) +
-        Aggregate("SECLISTMSGSRQ" + VersionSuffix(version),
-                  RequestWrapper("SECLISTTRNRQ",
-                                 Aggregate("SECLISTRQ", Aggregate("SECRQ", SecIdText()))));
-    const Parsed<KRFileRq> parsed(File(body, version), 1, 1);
-    EXPECT_EQ(parsed.Warnings(), Lines());
-    const std::string text = TextOf(*parsed);
-    const std::string sets = InLines(body.substr(SignOnRequestSet(version).size()));
-    EXPECT_EQ(text.substr(text.find("<INVSTMTMSGSRQ")), sets + "</OFX>\n");
-  }
 }
 
 }  // namespace

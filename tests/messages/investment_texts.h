@@ -63,6 +63,12 @@ inline std::string InvAcctText() {
   return Aggregate("INVACCTFROM", "<BROKERID>broker.example<ACCTID>7-4401");
 }
 
+/// A complete request of a statement.
+inline std::string StatementRequestText() {
+  return InvAcctText() + Aggregate("INCTRAN", "<INCLUDE>Y") + "<INCOO>Y" +
+         Aggregate("INCPOS", "<INCLUDE>Y") + "<INCBAL>N";
+}
+
 inline std::string SecInfoText(u16 version) {
   return Aggregate("SECINFO", SecIdText() +
                                   "<SECNAME>Green Mills<TICKER>GRML<FIID>1042<RATING>AA"

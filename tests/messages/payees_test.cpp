@@ -261,18 +261,5 @@ TEST(KRExtendedPayee, CountsDaysWithASign) {
   EXPECT_EQ(parsed->GetNorvDaysWith(), 2);
 }
 
-TEST(PayeeExchanges, TravelInTheBillPaySet) {
-  const Parsed<KRFileRq> request(RequestFile(
-      "BILLPAYMSGSRQ",
-      RequestWrapper("PAYEETRNRQ",
-                     Aggregate("PAYEERQ", Aggregate("PAYEE2", "<NAME>Ada") + "<PAYACCT>77")) +
-          RequestWrapper("PAYEETRNRQ", Aggregate("PAYEEDELRQ", "<PAYEELSTID2>9")),
-      2));
-  ASSERT_EQ(request.Status(), KRParseStatus_Accepted);
-  EXPECT_NE(FindIn<KRPayeeRq>(request.Get()), nullptr);
-  EXPECT_NE(FindIn<KRPayeeDeleteRq>(request.Get()), nullptr);
-  EXPECT_EQ(FindIn<KRPayee2>(request.Get())->GetMsgSetVersion(), 2);
-}
-
 }  // namespace
 }  // namespace krofx::testing

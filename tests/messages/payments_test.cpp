@@ -383,35 +383,5 @@ TEST(InvoiceRepair, LeavesTheSecondVersionAlone) {
   EXPECT_EQ(TextOf(*parsed), before);
 }
 
-TEST(PaymentExchanges, TravelInTheBillPaySet) {
-  for (const u16 version : {u16{1}, u16{2}}) {
-    const std::string info = Aggregate(version == 2 ? "PMTINFO2" : "PMTINFO", kPayment);
-    const Parsed<KRFileRq> request(
-        RequestFile("BILLPAYMSGSRQ",
-                    RequestWrapper("PMTTRNRQ", Aggregate("PMTRQ", info)) +
-                        RequestWrapper("PMTTRNRQ", Aggregate("PMTMODRQ", info)) +
-                        RequestWrapper("PMTTRNRQ", Aggregate("PMTCANCRQ", "")) +
-                        RequestWrapper("PMTINQTRNRQ", Aggregate("PMTINQRQ", "")),
-                    version));
-    ASSERT_EQ(request.Status(), KRParseStatus_Accepted);
-    EXPECT_NE(FindIn<KRPaymentRq>(request.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentModifyRq>(request.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentCancelRq>(request.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentInquiryRq>(request.Get()), nullptr);
-    const Parsed<KRFileRs> response(
-        ResponseFile("BILLPAYMSGSRS",
-                     ResponseWrapper("PMTTRNRS", Aggregate("PMTRS", info)) +
-                         ResponseWrapper("PMTTRNRS", Aggregate("PMTMODRS", info)) +
-                         ResponseWrapper("PMTTRNRS", Aggregate("PMTCANCRS", "")) +
-                         ResponseWrapper("PMTINQTRNRS", Aggregate("PMTINQRS", "")),
-                     version));
-    ASSERT_EQ(response.Status(), KRParseStatus_Accepted);
-    EXPECT_NE(FindIn<KRPaymentRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentModifyRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentCancelRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentInquiryRs>(response.Get()), nullptr);
-  }
-}
-
 }  // namespace
 }  // namespace krofx::testing

@@ -208,25 +208,6 @@ TEST(KRMessageSetList, WritesFamiliesInTheirOrderWhateverOrderTheyCameIn) {
   EXPECT_EQ(list->GetMessageSetProfile(0)->GetType(), KRTag_PROFMSGSET);
 }
 
-TEST(KRMessageSetList, WritesSecuritiesBehindMailAsAResponseDoes) {
-  const std::string securities = Aggregate("SECLISTMSGSET", "");
-  const std::string mail = Aggregate("EMAILMSGSET", "");
-  EXPECT_EQ(TextOf(*Parsed<KRMessageSetList>(securities + mail)), InLines(mail + securities));
-
-  KRFileRs file;
-  auto* response = new KRResponse;
-  for (const KRTagID tag : {KRTag_SECLISTMSGSRSV1, KRTag_EMAILMSGSRSV1}) {
-    auto* set = new KRMessageSetRs;
-    set->SetType(tag);
-    response->SetMsgSetVersion(1);
-    ASSERT_EQ(response->AppendMessageSet(set), 1);
-  }
-  ASSERT_EQ(file.AppendResponse(response), 1);
-  const std::string text = TextOf(file);
-  ASSERT_NE(text.find("<SECLISTMSGSRSV1>"), std::string::npos);
-  EXPECT_LT(text.find("<EMAILMSGSRSV1>"), text.find("<SECLISTMSGSRSV1>"));
-}
-
 TEST(KRMessageSetList, NeedsTheSignOnAndTheProfile) {
   const std::string signOn = Aggregate("SIGNONMSGSET", "");
   const std::string profile = Aggregate("PROFMSGSET", "");
@@ -311,21 +292,6 @@ TEST(KRProfileRs, HoldsRoutingNumbers) {
   EXPECT_EQ(TextOf(*profile), "<NORV.RTN>211370545\n<NORV.RTN>211370558\n");
   profile->DeleteAllNorvRoutingNumber();
   EXPECT_EQ(profile->GetNumNorvRoutingNumber(), 0);
-}
-
-TEST(KRProfileRs, PassesItsVersionDownToTheCore) {
-  const std::string list = Aggregate(
-      "MSGSETLIST",
-      Aggregate("SIGNONMSGSET",
-                Aggregate("SIGNONMSGSETV2",
-                          Aggregate("MSGSETCORE", "<VER>2<URL2>https://ofx.example/v2"))));
-  const Parsed<KRFileRs> file(
-      ResponseFile("PROFMSGSRS", ResponseWrapper("PROFTRNRS", Aggregate("PROFRS", list)), 2));
-  ASSERT_EQ(file.Status(), KRParseStatus_Accepted);
-  const auto* core = FindIn<KRMessageSetCore>(file.Get());
-  ASSERT_NE(core, nullptr);
-  EXPECT_EQ(core->GetMsgSetVersion(), 2);
-  EXPECT_EQ(Str(core->GetURL2()), "https://ofx.example/v2");
 }
 
 }  // namespace

@@ -151,35 +151,6 @@ TEST(RecurringPayments, WriteTheModelBeforeThePayment) {
                                      "<PMTINFO><TRNAMT>1</PMTINFO><INITIALAMT>2<FINALAMT>3"));
 }
 
-TEST(RecurringPayments, TravelInTheBillPaySet) {
-  for (const u16 version : {u16{1}, u16{2}}) {
-    const Parsed<KRFileRq> request(
-        RequestFile("BILLPAYMSGSRQ",
-                    RequestWrapper("RECPMTTRNRQ", Aggregate("RECPMTRQ", "")) +
-                        RequestWrapper("RECPMTTRNRQ", Aggregate("RECPMTMODRQ", "")) +
-                        RequestWrapper("RECPMTTRNRQ", Aggregate("RECPMTCANCRQ", "")) +
-                        RequestWrapper("PMTMAILTRNRQ", Aggregate("PMTMAILRQ", "")),
-                    version));
-    ASSERT_EQ(request.Status(), KRParseStatus_Accepted);
-    EXPECT_NE(FindIn<KRRecPaymentRq>(request.Get()), nullptr);
-    EXPECT_NE(FindIn<KRRecPaymentModifyRq>(request.Get()), nullptr);
-    EXPECT_NE(FindIn<KRRecPaymentCancelRq>(request.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentMailRq>(request.Get()), nullptr);
-    const Parsed<KRFileRs> response(
-        ResponseFile("BILLPAYMSGSRS",
-                     ResponseWrapper("RECPMTTRNRS", Aggregate("RECPMTRS", "")) +
-                         ResponseWrapper("RECPMTTRNRS", Aggregate("RECPMTMODRS", "")) +
-                         ResponseWrapper("RECPMTTRNRS", Aggregate("RECPMTCANCRS", "")) +
-                         ResponseWrapper("PMTMAILTRNRS", Aggregate("PMTMAILRS", "")),
-                     version));
-    ASSERT_EQ(response.Status(), KRParseStatus_Accepted);
-    EXPECT_NE(FindIn<KRRecPaymentRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRRecPaymentModifyRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRRecPaymentCancelRs>(response.Get()), nullptr);
-    EXPECT_NE(FindIn<KRPaymentMailRs>(response.Get()), nullptr);
-  }
-}
-
 TEST(KRBillPayMessageSetV1, NeverShowsRecurringExtendedPayments) {
   for (const u16 version : {u16{1}, u16{2}}) {
     auto set = Make<KRBillPayMessageSetV1>(version);

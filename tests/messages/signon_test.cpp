@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "krofx/envelope/message_set.h"
 #include "krofx/messages/signon/status.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
@@ -209,23 +208,6 @@ TEST(KRUserPassword, TakesItsLimitAsTold) {
   EXPECT_EQ(password.ExceedsSpecLength(), 0);
 }
 
-TEST(KRSignOnRq, FirstVersionKnowsNoOneTimePasswordAndNoCountry) {
-  const std::string set =
-      Aggregate("SONRQ", std::string(kAnonymous) + "<USERKEY>k1<ONETIMEPASS>442190<COUNTRY>CHE");
-  const Parsed<KRFileRq> first(File(Aggregate("SIGNONMSGSRQV1", set)));
-  EXPECT_EQ(first.Status(), KRParseStatus_Warnings);
-  EXPECT_EQ(first.Warnings(),
-            Lines({"INVALIDELEM <ONETIMEPASS> " + TagNumber(KRTag_ONETIMEPASS) + " \"********\"",
-                   "INVALIDELEM <COUNTRY> " + TagNumber(KRTag_COUNTRY) + " \"CHE\""}));
-  EXPECT_EQ(TextOf(*first).find("ONETIMEPASS"), std::string::npos);
-  EXPECT_EQ(TextOf(*first).find("COUNTRY"), std::string::npos);
-
-  const Parsed<KRFileRq> second(File(Aggregate("SIGNONMSGSRQV2", set)));
-  EXPECT_EQ(second.Status(), KRParseStatus_Accepted);
-  EXPECT_NE(TextOf(*second).find("<ONETIMEPASS>442190\n"), std::string::npos);
-  EXPECT_NE(TextOf(*second).find("<COUNTRY>CHE\n"), std::string::npos);
-}
-
 TEST(KRSignOnRq, ValuesOfTheSecondVersionAreHeldButNotWrittenInTheFirst) {
   auto signOn = Make<KRSignOnRq>(1);
   EXPECT_EQ(signOn->SetOneTimePass(KRString("442190")), 0);
@@ -362,22 +344,6 @@ TEST(KRChallengeRs, NonceHasSixteenCharacters) {
   EXPECT_EQ(challenge->SetNonce(KRString(Letters(17).c_str())), 1);
   EXPECT_EQ(TakeWarnings().size(), 1u);
   EXPECT_EQ(Str(challenge->GetNonce()), Letters(17));
-}
-
-TEST(SignOnExchanges, TravelInTheSignOnSet) {
-  const Parsed<KRFileRq> request(File(Aggregate(
-      "SIGNONMSGSRQV1",
-      Aggregate("SONRQ", std::string(kAnonymous) + "<USERKEY>k1") +
-          RequestWrapper("CHALLENGETRNRQ", Aggregate("CHALLENGERQ", "<USERID>ada")) +
-          RequestWrapper("PINCHTRNRQ", Aggregate("PINCHRQ", "<USERID>ada<NEWUSERPASS>n3w")))));
-  ASSERT_EQ(request.Status(), KRParseStatus_Accepted);
-  EXPECT_NE(FindIn<KRChallengeRq>(request.Get()), nullptr);
-  ASSERT_NE(FindIn<KRPinChangeRq>(request.Get()), nullptr);
-  EXPECT_EQ(Str(FindIn<KRPinChangeRq>(request.Get())->GetNewUserPass()), "n3w");
-  // The sign-on comes first, and the change of the password before the challenge.
-  const std::string text = TextOf(*request);
-  EXPECT_LT(text.find("<SONRQ>"), text.find("<PINCHTRNRQ>"));
-  EXPECT_LT(text.find("<PINCHTRNRQ>"), text.find("<CHALLENGETRNRQ>"));
 }
 
 }  // namespace

@@ -210,17 +210,6 @@ TEST(KRBankStatementTx, WritesTheMemoOfItsVersionWhileBothStayReadable) {
   EXPECT_EQ(Str(transaction->GetMemo2()), "second");
 }
 
-TEST(KRBankStatementTx, MemoOfTheOtherVersionIsDroppedFromAFile) {
-  const std::string both = Aggregate("STMTTRN", std::string(kPlain) + "<MEMO>first<MEMO2>second");
-  for (const u16 version : {u16{1}, u16{2}}) {
-    const Parsed<KRFileRs> file(BankStatementFile(both, version));
-    EXPECT_EQ(file.Status(), KRParseStatus_Warnings);
-    const std::string text = TextOf(*file);
-    EXPECT_EQ(text.find("<MEMO>first") != std::string::npos, version == 1);
-    EXPECT_EQ(text.find("<MEMO2>second") != std::string::npos, version == 2);
-  }
-}
-
 TEST(KRBankStatementTx, ItsOwnTagIsListedAndNeverPresent) {
   auto transaction = Make<KRBankStatementTx>();
   EXPECT_EQ(transaction->IsValidTag(KRTag_STMTTRN), 1);
@@ -329,37 +318,6 @@ TEST(KRBankStatementRs, WritesTheListAheadOfTheBalances) {
   const std::string list = Aggregate("BANKTRANLIST", "<DTSTART>20260101");
   const Parsed<KRBankStatementRs> parsed("<MKTGINFO>m" + available + ledger + list + "<CURDEF>USD");
   EXPECT_EQ(TextOf(*parsed), InLines("<CURDEF>USD" + list + ledger + available + "<MKTGINFO>m"));
-}
-
-TEST(KRBankStatementRs, TellsWhatItHolds) {
-  const Parsed<KRFileRs> file(BankStatementFile(Aggregate("STMTTRN", kPlain)));
-  ASSERT_EQ(file.Status(), KRParseStatus_Accepted);
-  const auto* statement = FindIn<KRBankStatementRs>(file.Get());
-  ASSERT_NE(statement, nullptr);
-  EXPECT_EQ(Str(statement->GetCurrencyDefault()), "USD");
-  ASSERT_NE(statement->GetAccount(), nullptr);
-  EXPECT_EQ(Str(statement->GetAccount()->GetAccountID()), "1029384756");
-  EXPECT_EQ(Str(statement->GetBankAcctFrom()->GetBankID()), "011000015");
-  EXPECT_EQ(statement->GetBankTranList()->GetNumStatementTx(), 1);
-  KRPrecisionInteger balance(statement->GetLedgerBal()->GetBalAmt());
-  EXPECT_STREQ(static_cast<const char*>(balance), "1523.75");
-  EXPECT_EQ(statement->GetAvailBal(), nullptr);
-}
-
-TEST(KRCCStatementRs, UsesTheTransactionListOfBanks) {
-  const Parsed<KRFileRs> file(ResponseFile(
-      "CREDITCARDMSGSRS",
-      ResponseWrapper(
-          "CCSTMTTRNRS",
-          Aggregate("CCSTMTRS", "<CURDEF>USD" + Aggregate("CCACCTFROM", "<ACCTID>4410") +
-                                    Aggregate("BANKTRANLIST", "<DTSTART>20260101<DTEND>20260131" +
-                                                                  Aggregate("STMTTRN", kPlain)) +
-                                    Aggregate("LEDGERBAL", "<BALAMT>1<DTASOF>20260131")))));
-  ASSERT_EQ(file.Status(), KRParseStatus_Accepted);
-  const auto* statement = FindIn<KRCCStatementRs>(file.Get());
-  ASSERT_NE(statement, nullptr);
-  EXPECT_EQ(Str(statement->GetCCAcctFrom()->GetAccountID()), "4410");
-  EXPECT_EQ(statement->GetBankTranList()->GetNumStatementTx(), 1);
 }
 
 TEST(StatementRequests, AskForAnAccountAndItsTransactions) {

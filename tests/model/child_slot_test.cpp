@@ -1,6 +1,6 @@
 // The place of one child: who owns it, and who only borrows.
 
-#include "krofx/model/child_slot.h"
+#include "krofx/model/internal/child_slot.h"
 
 #include <gtest/gtest.h>
 

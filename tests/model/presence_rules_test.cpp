@@ -6,9 +6,9 @@
 #include <initializer_list>
 #include <vector>
 
-#include "krofx/model/aggregate.h"
 #include "krofx/model/data_object.h"
-#include "krofx/model/tag_index.h"
+#include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/tag_index.h"
 
 namespace {
 

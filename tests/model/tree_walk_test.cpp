@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/model/value_arrays.h"
 #include "krofx/model/value_kinds.h"
 #include "krofx/values/utility.h"

@@ -9,7 +9,6 @@
 #include "krofx/core/memory.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
-#include "krofx/envelope/file.h"
 #include "krofx/model/factory.h"
 #include "support/build_objects.h"
 
@@ -46,10 +45,6 @@ class CountingFactory : public KRDataObjFactory {
     ++made;
     return refuses ? nullptr : KRDataObjFactory::NewLanguage();
   }
-  KRMIMEHeader* NewMIMEHeader() override {
-    ++made;
-    return refuses ? nullptr : KRDataObjFactory::NewMIMEHeader();
-  }
   KRParseException* NewParseException() override {
     ++made;
     return refuses ? nullptr : KRDataObjFactory::NewParseException();
@@ -75,7 +70,6 @@ using DataObjArray = WithFactory;
 using StringArray = WithFactory;
 using NumberArray = WithFactory;
 using LanguageArray = WithFactory;
-using HeaderArray = WithFactory;
 using WarningArray = WithFactory;
 
 // An aggregate that writes nothing but its tags, and says when it dies.
@@ -376,28 +370,6 @@ TEST_F(LanguageArray, MakesItsLanguagesThroughTheFactory) {
   EXPECT_EQ(m_factory.made, 1);
   m_factory.refuses = true;
   EXPECT_EQ(array.SetVal(1, KRLanguage()), 0);
-  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
-}
-
-TEST_F(HeaderArray, HoldsNamesAndValuesThatTheFactoryMakes) {
-  KRDynamicArrayMIMEHeader array(1, 1);
-  KRMIMEHeader header;
-  header.name = "X-Name";
-  header.value = "value";
-  EXPECT_EQ(array.SetVal(0, header), 1);
-  EXPECT_NE(array.Get(0), &header);
-  EXPECT_TRUE(array.Get(0)->name == "X-Name");
-  EXPECT_TRUE(array.Get(0)->value == "value");
-  EXPECT_EQ(array[2].name.IsNull(), 1);
-  EXPECT_EQ(array.Entries(), 3);
-  EXPECT_EQ(m_factory.made, 2);
-  EXPECT_EQ(array.Set(0, new KRMIMEHeader), 1);
-  EXPECT_EQ(array.Set(0, nullptr), 0);
-  EXPECT_EQ(array.Get(0)->name.IsNull(), 1);
-  array.DeleteAll();
-  EXPECT_EQ(array.Entries(), 0);
-  m_factory.refuses = true;
-  EXPECT_EQ(array.SetVal(0, header), 0);
   EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
 }
 

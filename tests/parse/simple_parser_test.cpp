@@ -6,11 +6,11 @@
 
 #include <thread>
 
-#include "krofx/core/element_source.h"
+#include "krofx/core/internal/hooks.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/thread.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/file_headers.h"
 #include "support/parse_text.h"
 #include "support/toy_objects.h"
 
@@ -268,42 +268,64 @@ TEST_F(SimpleParser, RefusedHeaderStopsBeforeTheBody) {
   EXPECT_EQ(Parse("A:b\n\nOFXHEADER:100\n\n<CODE>0"), KRParseStatus_Invalid);
 }
 
+// A toy with headers, as a file has them.
+class ToyFile : public ToyAggregate {
+ public:
+  using ToyAggregate::ToyAggregate;
+
+  u16 verdict = 1;
+  int asked = 0;
+
+ protected:
+  const krofx::internal::AggregateTable* GetTable() const override {
+    static constexpr krofx::internal::AggregateTable kTable = {
+        .className = "ToyFile",
+        .validateHeaders = [](KRDataObj& object) -> u16 {
+          auto& file = static_cast<ToyFile&>(object);
+          ++file.asked;
+          return file.verdict;
+        },
+    };
+    return &kTable;
+  }
+};
+
 class SimpleParserOfFiles : public SimpleParser {
  protected:
-  SimpleParserOfFiles() {
-    s_asked = nullptr;
-    krofx::internal::validateFileHeaders = [](KRDataObj& root) -> u16 {
-      s_asked = &root;
-      return s_answer;
-    };
+  KRParseStatus ParseFile(std::string_view text) {
+    TextBuffer buffer(text);
+    m_notebook.lines.clear();
+    return m_parser.Parse(buffer.Get(), &m_file, 0);
   }
-  ~SimpleParserOfFiles() override { krofx::internal::validateFileHeaders = m_before; }
 
-  static inline KRDataObj* s_asked = nullptr;
-  static inline u16 s_answer = 1;
-
- private:
-  u16 (*m_before)(KRDataObj&) = krofx::internal::validateFileHeaders;
+  ToyFile m_file{m_notebook, KRTag_None, static_cast<u16>(1)};
 };
 
 TEST_F(SimpleParserOfFiles, AsksAFileWhetherItsHeadersWillDo) {
   for (const KRTagID type : {KRTag_OFXFILERQ, KRTag_OFXFILERS}) {
-    m_root.SetType(type);
-    s_answer = 1;
-    EXPECT_EQ(Parse("DATA:x\n\n<CODE>0"), KRParseStatus_Accepted);
-    EXPECT_EQ(s_asked, &m_root);
-    s_answer = 0;
-    EXPECT_EQ(Parse("DATA:x\n\n<CODE>0"), KRParseStatus_Invalid);
+    m_file.SetType(type);
+    m_file.asked = 0;
+    m_file.verdict = 1;
+    EXPECT_EQ(ParseFile("DATA:x\n\n<CODE>0"), KRParseStatus_Accepted);
+    EXPECT_EQ(m_file.asked, 1);
+    m_file.verdict = 0;
+    EXPECT_EQ(ParseFile("DATA:x\n\n<CODE>0"), KRParseStatus_Invalid);
     EXPECT_EQ(m_notebook.lines, Lines{"header 3 DATA: x"}) << "the body is not read";
-    EXPECT_EQ(m_parser.GetObjectWithError(), &m_root);
+    EXPECT_EQ(m_parser.GetObjectWithError(), &m_file);
   }
 }
 
 TEST_F(SimpleParserOfFiles, AsksNoOtherRoot) {
-  m_root.SetType(KRTag_MIME);
-  s_answer = 0;
-  EXPECT_EQ(Parse("<CODE>0"), KRParseStatus_Accepted);
-  EXPECT_EQ(s_asked, nullptr);
+  m_file.SetType(KRTag_MIME);
+  m_file.verdict = 0;
+  EXPECT_EQ(ParseFile("<CODE>0"), KRParseStatus_Accepted);
+  EXPECT_EQ(m_file.asked, 0);
+}
+
+TEST_F(SimpleParserOfFiles, ReadsTheBodyOfARootThatHasOnlyTheTypeOfAFile) {
+  m_root.SetType(KRTag_OFXFILERS);
+  EXPECT_EQ(Parse("DATA:x\n\n<CODE>0"), KRParseStatus_Accepted);
+  EXPECT_EQ(m_notebook.lines, (Lines{"header 3 DATA: x", "element CODE=0"}));
 }
 
 // Warnings and the status.
@@ -542,13 +564,12 @@ TEST_F(SimpleParser, FireAlarmOfTheParseMakesItFatal) {
 }
 
 TEST_F(SimpleParser, RecordThatCannotBeMadeIsFatal) {
-  krofx::internal::ElementSource& elements = krofx::internal::Elements();
-  const krofx::internal::ElementSource before = elements;
-  elements.newParseException = []() -> KRParseException* { return nullptr; };
+  const krofx::internal::Hooks before = krofx::internal::hooks;
+  krofx::internal::hooks.newParseException = []() -> KRParseException* { return nullptr; };
   EXPECT_EQ(Parse("<OFX><UNITS>5</OFX>"), KRParseStatus_Fatal);
   EXPECT_EQ(m_parser.GetObjectWithError(), &m_root);
   EXPECT_EQ(m_notebook.lines, Lines{"start OFX"}) << "it stops there";
-  elements = before;
+  krofx::internal::hooks = before;
 }
 
 TEST_F(SimpleParser, SurvivesEveryFailingAllocation) {

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "krofx/envelope/request_response.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
 
@@ -97,24 +96,6 @@ TEST(PayrollSignOnRq, IsCopiedWithItsTexts) {
   PayrollSignOnRq copy;
   ASSERT_EQ(copy.DeepCopyFrom(signOn.Get()), 1);
   EXPECT_EQ(TextOf(copy), TextOf(*signOn));
-}
-
-TEST(PayrollSignOnRq, OpensARequest) {
-  const Parsed<PayrollSignOnRq> parsed(kPlain);
-  auto signOn = std::make_unique<PayrollSignOnRq>();
-  ASSERT_EQ(signOn->DeepCopyFrom(parsed.Get()), 1);
-  signOn->SetAppIdString("books");
-  signOn->SetAppVerString("12");
-  const std::string text = TextOf(*signOn);
-  KRMessageSetRq set;
-  set.SetMsgSetVersion(1);
-  set.SetType(KRTag_SIGNONMSGSRQV1);
-  EXPECT_EQ(set.SetSignOnRq(signOn.release()), 1);
-  EXPECT_EQ(set.AllRequiredPresent(), 1);
-  EXPECT_EQ(TextOf(set), InLines(Aggregate("SONRQ", "\n" + text)));
-  KRMessageSetRq copy;
-  ASSERT_EQ(copy.DeepCopyFrom(&set), 1);
-  EXPECT_EQ(TextOf(copy), TextOf(set));
 }
 
 }  // namespace

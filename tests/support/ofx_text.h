@@ -17,7 +17,6 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/buffer.h"
-#include "krofx/envelope/file_rq_rs.h"
 #include "krofx/model/data_object.h"
 #include "krofx/parse/simple_parser.h"
 #include "support/parse_text.h"
@@ -32,9 +31,12 @@ std::unique_ptr<T> Make(u16 version = 1) {
   return object;
 }
 
-/// Whether a class is the root of a file, which checks its outermost tags itself.
+/// Whether a class is that of a file and so judges its outermost tags itself. Files are in a layer
+/// above that of most tests, so one is known by what it can do.
 template <class T>
-inline constexpr bool kIsFile = std::is_base_of_v<KRFile, T>;
+concept IsFile = requires(const T& object) {
+  object.ValidateHeaders();
+};
 
 /// A tree parsed from a text, with the status and the warnings of the parse. The root is any data
 /// object: a file, or an aggregate whose text has no tags of its own around it.
@@ -46,7 +48,7 @@ class Parsed {
   /// @param checkRequired whether a missing required tag is warned about.
   explicit Parsed(std::string_view text, u16 version = 1, u16 checkRequired = 0)
       : m_root(std::make_unique<Root>()), m_buffer(text) {
-    if constexpr (!kIsFile<Root>) m_root->SetMsgSetVersion(version);
+    if constexpr (!IsFile<Root>) m_root->SetMsgSetVersion(version);
     Parse(checkRequired);
   }
   /// Parses into an existing root.
@@ -68,7 +70,7 @@ class Parsed {
  private:
   void Parse(u16 checkRequired) {
     KRSimpleParser parser;
-    if constexpr (!kIsFile<Root>) {
+    if constexpr (!IsFile<Root>) {
       // A parent does this when it pushes a child: the parser then rejects tags of other versions.
       KRArrayOfTags tags;
       m_root->GetArrayOfValidTags(tags);

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "krofx/core/wipe.h"
+#include "krofx/core/internal/wipe.h"
 
 /// The blocks that this thread overwrote since the object was made.
 class WipedMemory {

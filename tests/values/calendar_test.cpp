@@ -1,6 +1,6 @@
 // The calendar: days to dates and back.
 
-#include "krofx/values/calendar.h"
+#include "krofx/values/internal/calendar.h"
 
 #include <gtest/gtest.h>
 

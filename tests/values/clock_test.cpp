@@ -1,6 +1,6 @@
 // The seam to the platform's clock and zone, and that no date depends on that zone.
 
-#include "krofx/values/clock.h"
+#include "krofx/values/internal/clock.h"
 
 #include <gtest/gtest.h>
 #include <time.h>
@@ -9,7 +9,7 @@
 #include <string>
 
 #include "krofx/values/date_time.h"
-#include "krofx/values/digits.h"
+#include "krofx/values/internal/digits.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "krofx/core/buffer.h"
-#include "krofx/values/clock.h"
+#include "krofx/values/internal/clock.h"
 
 namespace {
 

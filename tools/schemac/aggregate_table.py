@@ -1,4 +1,4 @@
-"""The table of a class (AggregateTable in krofx/model/aggregate.h): the definition of GetTable().
+"""The table of a class (AggregateTable in krofx/model/internal/aggregate.h), which GetTable() gives.
 
 It holds the valid tags with an index over them, the rows that parsing, writing and copying go by,
 the required tags and the rules.

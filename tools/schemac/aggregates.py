@@ -19,7 +19,7 @@ PAYROLL_INCLUDES = [
 ]
 HEADER_INCLUDES = [
     "krofx/core/fixed_strings.h",
-    "krofx/model/child_slot.h",
+    "krofx/model/internal/child_slot.h",
     "krofx/model/data_object.h",
     "krofx/model/value_arrays.h",
     "krofx/values/date_time.h",
@@ -29,7 +29,7 @@ HEADER_INCLUDES = [
 ]
 SOURCE_INCLUDES = [
     "krofx/model/factory.h",
-    "krofx/model/factory_make.h",
+    "krofx/model/internal/factory_make.h",
     "krofx/model/value_kinds.h",
 ]
 
@@ -113,9 +113,9 @@ class FileWriter:
             includes |= {self.model.classes[used].header for used in writer.uses}
         includes |= {cls.header for cls in self.file.classes}
         if self.file.payroll:
-            includes.add("krofx/payroll/payroll_kinds.h")
+            includes.add("krofx/payroll/internal/payroll_kinds.h")
         if any(row.kind == "embedded" for cls in self.file.classes for row in cls.rows):
-            includes.add("krofx/model/embedded_child.h")
+            includes.add("krofx/model/internal/embedded_child.h")
         return sorted(includes - {self.own})
 
 

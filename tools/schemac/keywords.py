@@ -180,7 +180,7 @@ struct KeywordData<{k.name}> {{
 
 def _keywords_header(path, owners):
     lists = [k for owner in owners for k in owner.lists]
-    body = '#include "krofx/core/types.h"\n#include "krofx/values/keyword_table.h"\n\n'
+    body = '#include "krofx/core/types.h"\n#include "krofx/values/internal/keyword_table.h"\n\n'
     body += "// clang-format off\n\n" + "\n".join(_enumeration(k) for k in lists)
     body += "\nnamespace krofx::internal {\n\n" + "\n".join(_data(k) for k in lists)
     body += "\n}  // namespace krofx::internal\n\n// clang-format on\n"

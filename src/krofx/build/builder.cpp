@@ -1,14 +1,16 @@
-// The builder's frame: tags, header lines, and lines of ready text.
+// The builder's frame: the build itself, tags, header lines, and lines of ready text.
 
 #include "krofx/build/builder.h"
 
 #include <cstring>
 
-#include "krofx/build/writing.h"
+#include "krofx/build/internal/writing.h"
+#include "krofx/core/internal/hooks.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
+using krofx::internal::hooks;
 using krofx::internal::Put;
 
 namespace {
@@ -46,6 +48,27 @@ class TagLine {
 
 KRBuilder::KRBuilder(KRBuildStringCrLfOpt lineEnd, u16 closeTags)
     : m_lineEnd(lineEnd), m_closeTags(closeTags) {}
+
+KRBuildStatus KRBuilder::Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringOpt option,
+                               u16 checkRequired) {
+  if (buffer == nullptr || root == nullptr) return KRBuildStatus_NullArgument;
+  KRSetFireAlarm(KRFireAlarm_None);
+  m_buffer = buffer;
+  m_stringOption = option;
+
+  KRBuildStatus status = hooks.buildRoot(*root, *this);
+  if (status == KRBuildStatus_Done && checkRequired != 0) {
+    if (KRDataObj* const incomplete = hooks.findIncomplete(*root)) {
+      if (m_failingObject == nullptr) m_failingObject = incomplete;
+      status = KRBuildStatus_MissingTag;
+    }
+  }
+  if (KRGetFireAlarm() != KRFireAlarm_None) {
+    if (m_failingObject == nullptr) m_failingObject = root;
+    status = KRBuildStatus_Fatal;
+  }
+  return status;
+}
 
 KRBuildStatus KRBuilder::AddTagStart(KRTagID tag) { return AddTag(KRTagType_Start, TagText(tag)); }
 

@@ -12,7 +12,7 @@
 //
 // Lines of the body end in a line feed whatever the platform; only header lines follow the
 // builder's line-end option. Operations come in three layers: a tag (AddTagElement), a value with
-// the line feed behind it (AddAmount), and both (AddTagKRAmount).
+// its line feed (AddAmount), and both (AddTagKRAmount).
 
 #ifndef KROFX_BUILD_BUILDER_H_
 #define KROFX_BUILD_BUILDER_H_
@@ -41,12 +41,12 @@ class KRTime;
 /// How a builder treats strings that are not valid. Every value but 0 is lenient.
 enum KRBuildStringOpt : u32 {
   KRBuildStringOpt_Strict = 0,   ///< A string that is not valid stops the build.
-  KRBuildStringOpt_Lenient = 1,  ///< An over-long string is cut, any other written as it stands.
+  KRBuildStringOpt_Lenient = 1,  ///< An over-long string is cut, any other written as it is.
 };
 
 /// What a string writer does with the characters that mean something in SGML.
 enum KRBuildStringMacroOpt : u32 {
-  KRBuildStringMacroOpt_AsIs = 0,    ///< Write the text as it stands.
+  KRBuildStringMacroOpt_AsIs = 0,    ///< Write the text as it is.
   KRBuildStringMacroOpt_Escape = 1,  ///< Write '<', '>' and '&' as "&lt;", "&gt;" and "&amp;".
 };
 
@@ -78,9 +78,9 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
  public:
   static constexpr char KR_LEFT_BRACE = '<';     ///< Opens a tag.
   static constexpr char KR_RIGHT_BRACE = '>';    ///< Closes a tag.
-  static constexpr char KR_END_MARKER = '/';     ///< Stands before the name of an end tag.
+  static constexpr char KR_END_MARKER = '/';     ///< Is before the name of an end tag.
   static constexpr char KR_NEW_LINE[] = "\n";    ///< Ends each line of the body.
-  static constexpr char KR_HEADER_SEP = ':';     ///< Stands between a header's name and value.
+  static constexpr char KR_HEADER_SEP = ':';     ///< Is between a header's name and value.
   static constexpr char KR_BOOLEAN_TRUE = 'Y';   ///< The text of every boolean but 0.
   static constexpr char KR_BOOLEAN_FALSE = 'N';  ///< The text of the boolean 0.
 
@@ -97,13 +97,13 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   KRBuilder& operator=(const KRBuilder& other) = default;
   virtual ~KRBuilder() = default;
 
-  /// Writes `root` behind what `buffer` already holds.
+  /// Writes `root` after what `buffer` already holds.
   /// @param option        how strings that are not valid are treated.
   /// @param checkRequired when not 0, a tree that was written is also searched for missing required
   ///                      tags; its text stays in the buffer whatever is found.
   /// @return 0 done; 1 memory ran out, or this thread is not attached; 3 `buffer` or `root` is
   ///         null; 9 a required tag is missing; else the first status with which an object failed.
-  ///         On 1, 9 and every failure of an object GetFailingObject tells where. One recorded by
+  ///         On 1, 9 and every failure of an object GetFailingObject says where. One recorded by
   ///         an earlier build is kept, so take a new builder for each build.
   virtual KRBuildStatus Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringOpt option,
                               u16 checkRequired);
@@ -132,8 +132,8 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// Writes a number in decimal digits.
   virtual KRBuildStatus AddKRSShort(s16 value);
   /// Writes a number padded to a width.
-  /// @param fill  what stands in front of a shorter number: '0' zeros, '-' nothing and blanks stand
-  ///              behind it instead, any other character blanks.
+  /// @param fill  what is put in front of a shorter number: '0' zeros, '-' nothing and blanks
+  ///              after it instead, any other character blanks.
   /// @param width the least number of characters; a longer number is written in full.
   virtual KRBuildStatus AddKRUShort(u16 value, char fill, u16 width);
   /// Writes a number in decimal digits.
@@ -142,7 +142,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   virtual KRBuildStatus AddKRSLong(s32 value);
   /// Writes a number in decimal digits.
   virtual KRBuildStatus AddKRULong(u32 value);
-  /// Writes one character, as it stands.
+  /// Writes one character, as it is.
   virtual KRBuildStatus AddKRChar(char value);
   /// Writes "N" for 0 and "Y" for any other value.
   virtual KRBuildStatus AddKRBoolean(u16 value);
@@ -153,12 +153,12 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// "]]>", and never escaped. The doubled form is the wire form of such a text.
   ///
   /// Validity is asked of the string itself (KRString::IsValid), so its length before escaping
-  /// counts. In lenient mode an over-long string is cut to its spec length behind escaping, which
+  /// counts. In lenient mode an over-long string is cut to its spec length after escaping, which
   /// can leave fewer characters of the text and part of a macro at the end.
   /// @{
 
   /// Writes a text, which may be empty.
-  /// @param lineOption NewLine puts a line feed behind the text.
+  /// @param lineOption NewLine puts a line feed after the text.
   /// @return in strict mode, with nothing written: 5 for a text beyond its spec length, 8 for one
   ///         that its own class refuses.
   virtual KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt macroOption,
@@ -269,7 +269,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
 
   /// @name Tag and value
   /// AddTagElement, then the writer of the value; the first status that is not 0 is returned, so a
-  /// value without a text form leaves its tag behind.
+  /// value without a text form leaves its tag written.
   /// @{
 
   virtual KRBuildStatus AddTagKRBoolean(KRTagID tag, u16 value);  ///< See AddKRBoolean.
@@ -352,10 +352,10 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// @return 2 when the number is not valid or has no text; 1 when memory ran out.
   virtual KRBuildStatus AddPrecisionInteger(const KRPrecisionInteger& value);
   /// Writes a tag: '<', '/' for an end tag, the text, '>', and, unless it is an element's, a line
-  /// feed. With closeTags, "</text>" stands before that line feed.
+  /// feed. With closeTags, "</text>" comes before that line feed.
   /// @return 3 when there is no buffer or `text` is null.
   KRBuildStatus AddTag(KRTagType type, const char* text);
-  /// Writes `length` bytes of `text`, as they stand, and a line feed.
+  /// Writes `length` bytes of `text`, as they are, and a line feed.
   /// @return 3 when there is no buffer.
   KRBuildStatus AddLine(const char* text, std::size_t length);
 

@@ -4,9 +4,9 @@
 // written here, once, and the operations themselves are generated from the same rows.
 
 #include "krofx/build/builder.h"
-#include "krofx/build/writing.h"
+#include "krofx/build/internal/writing.h"
 #include "krofx/core/string.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 #include "krofx/values/keywords.h"
 
 using krofx::internal::KeywordTraits;

@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "krofx/build/builder.h"
-#include "krofx/build/writing.h"
+#include "krofx/build/internal/writing.h"
 #include "krofx/core/fixed_strings.h"
 #include "krofx/core/string.h"
 #include "krofx/values/language.h"

@@ -6,7 +6,7 @@
 #include <typeinfo>
 
 #include "krofx/build/builder.h"
-#include "krofx/build/writing.h"
+#include "krofx/build/internal/writing.h"
 #include "krofx/core/string.h"
 #include "krofx/values/date_time.h"
 #include "krofx/values/precision_integer.h"

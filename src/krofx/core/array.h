@@ -20,10 +20,10 @@
 
 #include <new>
 
-#include "krofx/core/element_source.h"
 #include "krofx/core/export.h"
+#include "krofx/core/internal/element_source.h"
+#include "krofx/core/internal/slot_block.h"
 #include "krofx/core/memory.h"
-#include "krofx/core/slot_block.h"
 #include "krofx/core/status.h"
 #include "krofx/core/types.h"
 
@@ -61,11 +61,13 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// Whether a copy of this array, or the array that this is a copy of, uses the same elements.
   bool IsShared() const { return m_block.IsShared(); }
 
-  /// Makes room for `index` and counts it as in use, without an element. Returns 1; 0 when memory
-  /// is exhausted or `index` is 65535, and then the array holds what it held.
+  /// Makes room for `index` and counts it as in use, without an element.
+  /// @return 1; 0 when memory is exhausted or `index` is 65535, and then the array holds what it
+  ///         held.
   u16 AllocatedTo(u16 index);
   /// Takes the element at `index` out; the later ones move down. The element is not destroyed: it
-  /// is the caller's, who must hold its pointer. Returns 1; 0 at or above the entries.
+  /// belongs to the caller, who must have its pointer.
+  /// @return 1; 0 at or above the entries.
   u16 UnSet(u16 index);
   /// Forgets all elements, destroying none, and keeps the memory. For elements that are owned
   /// elsewhere.
@@ -77,8 +79,9 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// Shares the source's elements.
   KRDynamicArray(KRDynamicArray const& source) = default;
 
-  /// One step of growth. Returns 1, or 0 when it failed: nothing has changed then. A failure of the
-  /// first allocation raises the fire alarm, one of a later step does not.
+  /// One step of growth. A failure of the first allocation raises the fire alarm, one of a later
+  /// step does not.
+  /// @return 1; 0 when it failed, and then nothing has changed.
   u16 Reallocate() { return m_block.GrowOneStep() ? 1 : 0; }
 
   /// The slots.
@@ -113,13 +116,14 @@ class KROFX_API ElementArray : public KRDynamicArray {
   T* Get(u16 index) const { return static_cast<T*>(m_block.Get(index)); }
 
   /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
-  /// success the array owns it. Returns 1; 0, with the array as it was and the element still the
-  /// caller's, when it is null, memory is exhausted, or `index` is 65535.
+  /// success the array owns it.
+  /// @return 1; 0, with the array as it was and the element still the caller's, when it is null,
+  ///         memory is exhausted, or `index` is 65535.
   virtual u16 Set(u16 index, T* element) { return m_block.Store(index, element, &Destroy) ? 1 : 0; }
-  /// Set behind the last entry.
+  /// As Set, after the last entry.
   virtual u16 Append(T* element) { return Set(Entries(), element); }
-  /// Puts a new element with a copy of `value` at `index`, and destroys what was there. Returns 1;
-  /// 0, with the array as it was, when memory is exhausted or `index` is 65535.
+  /// Puts a new element with a copy of `value` at `index`, and destroys what was there.
+  /// @return 1; 0, with the array as it was, when memory is exhausted or `index` is 65535.
   virtual u16 SetVal(u16 index, T value) {
     if (!m_block.GrowTo(index)) return 0;
     T* element = NewElement();
@@ -133,7 +137,7 @@ class KROFX_API ElementArray : public KRDynamicArray {
 
   /// The element at `index`, made if there is none. When that fails the fire alarm is raised and
   /// the reference is to a spare element of the thread, which belongs to no array and is made anew
-  /// at each failure; who must know uses Get and Set.
+  /// at each failure. Use Get and Set where the difference matters.
   T& operator[](u16 index) {
     if (m_block.GrowTo(index)) {
       void* held = m_block.At(index);
@@ -188,15 +192,17 @@ class KROFX_API PlainArray {
   T* Get(u16 index) const { return static_cast<T*>(m_block.Get(index)); }
 
   /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
-  /// success the array owns it. Returns 1; 0, with the array as it was and the element still the
-  /// caller's, when it is null, memory is exhausted, or `index` is 65535.
+  /// success the array owns it.
+  /// @return 1; 0, with the array as it was and the element still the caller's, when it is null,
+  ///         memory is exhausted, or `index` is 65535.
   u16 Set(u16 index, T* element) { return m_block.Store(index, element, &Destroy) ? 1 : 0; }
-  /// Gives up the element at `index`, leaving its slot empty; entries stay. Returns 1; 0 when the
-  /// array has no such slot.
+  /// Gives up the element at `index`, leaving its slot empty; entries stay.
+  /// @return 1; 0 when the array has no such slot.
   u16 UnSet(u16 index) { return m_block.Empty(index) ? 1 : 0; }
   /// Forgets all elements, destroying none, and keeps the memory.
   void Clear() { m_block.Clear(); }
-  /// One step of growth. Returns 1, or 0 when it failed: nothing has changed then.
+  /// One step of growth.
+  /// @return 1; 0 when it failed, and then nothing has changed.
   u16 Reallocate() { return m_block.GrowOneStep() ? 1 : 0; }
 
  private:

@@ -6,10 +6,10 @@
 #include <limits>
 #include <typeinfo>
 
-#include "krofx/core/parse_logger.h"
+#include "krofx/core/internal/logger_subjects.h"
+#include "krofx/core/internal/wipe.h"
 #include "krofx/core/string.h"
 #include "krofx/core/thread.h"
-#include "krofx/core/wipe.h"
 
 namespace {
 constexpr u32 kMaxBufferSize = 4000000000;
@@ -201,8 +201,8 @@ u32 KRBuffer::GrowBuffer(u32 need) {
   return added;
 }
 
-// Raises the allocation; new bytes are zero. The memory behind it at least doubles when it must be
-// had anew. It is not reallocated in place, which could leave sign-on text behind in freed memory.
+// Raises the allocation; new bytes are zero. When new memory is needed it at
+// least doubles. It is not reallocated in place, which could leave sign-on text in freed memory.
 bool KRBuffer::SetAllocation(u32 allocation) {
   if (allocation > m_capacity) {
     std::uint64_t const doubled =

@@ -1,7 +1,7 @@
 // The growable byte area through which all OFX text passes: the builder writes one, the transport
 // moves one, the parse engine reads one.
 //
-// One cursor serves reading and writing. A write ends the content: size and cursor are equal behind
+// One cursor serves reading and writing. A write ends the content: size and cursor are equal after
 // it, so a write inside the content cuts what followed. Memory is overwritten with zero before it
 // is given back, growth included, because buffers hold sign-on text.
 
@@ -29,9 +29,9 @@ enum KRBufferResult : s32 {
   KRBufferNoData = -9998,
 };
 
-/// A growable byte area with one cursor. Any byte may stand in it, NUL included.
+/// A growable byte area with one cursor. It may hold any byte, NUL included.
 ///
-/// The allocation grows by the grow size, or by what is needed if that is more; behind the
+/// The allocation grows by the grow size, or by what is needed if that is more; beyond the
 /// announced allocation the memory grows by doubling, so that long content costs few copies. When
 /// memory is exhausted the content is lost: the fire alarm is set and the buffer has no data.
 ///
@@ -56,19 +56,22 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   /// stays.
   virtual char GetCh(s32 index);
 
-  /// Makes the allocation at least `bytes`; size and cursor stay. KRBufferOK or KRBufferNoMemory.
+  /// Makes the allocation at least `bytes`; size and cursor stay.
+  /// @return KRBufferOK or KRBufferNoMemory.
   KRBufferResult AllocateTo(u32 bytes);
 
   /// Writes one byte at the cursor.
   KRBufferResult Write(char byte) { return PutBufData(&byte, 1); }
-  /// Writes `count` bytes at the cursor. A null pointer with a count gives KRBufferNoData.
+  /// Writes `count` bytes at the cursor.
+  /// @return as any write; KRBufferNoData for a null pointer with a count.
   KRBufferResult Write(char const* bytes, u16 count) { return PutBufData(bytes, count); }
   /// As += of a buffer.
   KRBufferResult Write(KRBuffer* source) { return *this += source; }
-  /// Writes the text and one NUL behind it, which counts in size and cursor. Of a text of 65536
+  /// Writes the text and one NUL after it, which counts in size and cursor. Of a text of 65536
   /// bytes or more only the length modulo 65536 is written; use WriteLarge for such.
   KRBufferResult WriteString(char const* text);
-  /// Writes any number of bytes, in blocks. The first block that fails ends it with its result.
+  /// Writes any number of bytes, in blocks.
+  /// @return the result of the first block that fails, which ends it; else KRBufferOK.
   KRBufferResult WriteLarge(char const* bytes, u32 count);
 
   /// Writes one byte at the cursor. A failure shows only in the fire alarm.
@@ -76,30 +79,32 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   /// Writes the text at the cursor, without a NUL; lengths as for WriteString. A failure shows only
   /// in the fire alarm.
   void operator+=(char const* text);
-  /// Writes the whole content of `source` at the cursor, wherever the source's own cursor stands.
-  /// KRBufferOK, also when a block of it could not be written (which ends the copy); KRBufferNoData
-  /// when the source is null or has content but no data.
+  /// Writes the whole content of `source` at the cursor, wherever the source's own cursor is.
+  /// @return KRBufferOK, also when a block of it could not be written (which ends the copy);
+  ///         KRBufferNoData when the source is null or has content but no data.
   KRBufferResult operator+=(KRBuffer const* source);
 
-  /// Reads one byte at the cursor. KRBufferOutOfRange at the end of the content.
+  /// Reads one byte at the cursor.
+  /// @return KRBufferOK; KRBufferOutOfRange at the end of the content.
   KRBufferResult Read(char* out) { return GetBufData(out, 1); }
-  /// Reads up to `max` bytes at the cursor and says in `got` how many. At the end of the content
-  /// KRBufferOutOfRange, with `got` left alone.
+  /// Reads up to `max` bytes at the cursor and says in `got` how many.
+  /// @return KRBufferOK; KRBufferOutOfRange at the end of the content, with `got` left alone.
   KRBufferResult Read(char* out, u16& got, u16 max);
 
-  /// Looks for `character` from position `start`. Found: stores its position and returns 1. A NUL
-  /// or the end of the content comes first: stores that position and returns 0. The cursor stays.
+  /// Looks for `character` from position `start`, up to a NUL or the end of the content, and stores
+  /// the position at which the search ended. The cursor stays.
+  /// @return 1 when it was found; 0 when the NUL or the end came first.
   u16 FindSubChar(s32 start, char character, s32* position);
   /// Copies up to `count` bytes from position `start` into `out`, ending at a NUL or at the end of
-  /// the content, and makes room for `count` characters (65534 at most) there. Returns the number
-  /// copied; 0 when memory is exhausted. The cursor stays.
+  /// the content, and makes room for `count` characters (65534 at most) there. The cursor stays.
+  /// @return the number copied; 0 when memory is exhausted.
   u16 GetData(KRString& out, s32 start, u16 count);
 
   /// Replaces the target's content by `count` bytes from position `start`, or by everything from
-  /// `start` when `count` is 0; the target's cursor stands at the end then. A range past the
-  /// content gives KRBufferOutOfRange, exhausted memory KRBufferNoMemory, a null target or missing
-  /// data KRBufferNoData. A copy of nothing makes the target's size its old cursor and its cursor
-  /// 0.
+  /// `start` when `count` is 0; the target's cursor is at the end then. A copy of nothing makes the
+  /// target's size its old cursor and its cursor 0.
+  /// @return KRBufferOK; KRBufferOutOfRange for a range past the content, KRBufferNoMemory for
+  ///         exhausted memory, KRBufferNoData for a null target or missing data.
   KRBufferResult CopyBuffer(KRBuffer* target, u32 start, u32 count) const;
   /// 1 when both buffers have data and the same content.
   u16 CompareBuffer(KRBuffer const* other) const;
@@ -109,7 +114,8 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   void ClearBuffer(char fill);
   /// Sets the size; 0 means the current cursor. Positions beyond the allocation read as no content.
   void SetBufferSize(u32 size) { m_size = size == 0 ? m_offset : size; }
-  /// Moves the cursor, up to the size. Returns 1, or 0 (nothing moves) beyond it.
+  /// Moves the cursor, up to the size.
+  /// @return 1; 0, and nothing moves, beyond the size.
   u16 SetBufferOffset(u32 offset);
 
   /// Bytes of content.

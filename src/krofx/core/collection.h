@@ -23,9 +23,9 @@ class KROFX_API KRCollectionItem : public krofx::internal::HeapObject {
   /// A new item of the same class, owned by the caller; null when memory is exhausted.
   virtual KRCollectionItem* Factory() const;
 
-  /// The item behind this one; null at the end.
+  /// The item after this one; null at the end.
   KRCollectionItem* Next() const { return m_next; }
-  /// Sets the item behind this one; the item is not owned.
+  /// Sets the item after this one; the item is not owned.
   void Next(KRCollectionItem* item) { m_next = item; }
   /// The item before this one, if whoever built the list set it.
   KRCollectionItem* Previous() const { return m_previous; }
@@ -57,7 +57,7 @@ class KROFX_API KRCollection {
   /// head is not set.
   KRCollection& operator+=(KRCollectionItem const& item);
   /// Removes the first element for which `item == element`, deleting it if the collection owns it.
-  /// An element behind the head goes only if its previous link was set. No match: nothing happens.
+  /// An element after the head goes only if its previous link was set. No match: nothing happens.
   KRCollection& operator-=(KRCollectionItem const& item);
   /// The item at `index`, 0 being the newest; null beyond the end.
   KRCollectionItem* operator[](u16 index) const;

@@ -18,20 +18,21 @@ namespace krofx::internal {
 KROFX_API void* Allocate(std::size_t size) noexcept;
 
 /// Resizes a block of Allocate (null makes a new one). Null on failure, and then the old block
-/// still stands and is still the caller's.
+/// is unchanged and still the caller's.
 KROFX_API void* Reallocate(void* block, std::size_t size) noexcept;
 
-/// Counts one allocation that does not go through the functions here, and tells if it must fail.
+/// Counts one allocation that does not go through the functions here, and says whether it must
+/// fail.
 KROFX_API bool AllocationMustFail() noexcept;
 
-/// Returns a block of Allocate or Reallocate; null is allowed.
+/// Gives a block of Allocate or Reallocate back; null is allowed.
 KROFX_API void Free(void* block) noexcept;
 
 /// Gives `size` bytes for an object or a short text, uninitialised, or null when memory is
 /// exhausted. Small blocks come from the pools of object_pool.h.
 KROFX_API void* AllocateSized(std::size_t size) noexcept;
 
-/// Returns a block that AllocateSized gave for `size` bytes; null is allowed.
+/// Gives a block back that AllocateSized gave for `size` bytes; null is allowed.
 KROFX_API void FreeSized(void* block, std::size_t size) noexcept;
 
 /// Makes a plain cell with new, so that a host may hand in and delete such cells itself; null when
@@ -45,7 +46,7 @@ T* NewCell() noexcept {
 class KROFX_API AllocationFailure {
  public:
   /// From now on the `nth` allocation of this thread (1 is the next) gives null, and with
-  /// `andAllLater` every one behind it too. 0 switches failing off.
+  /// `andAllLater` every later one too. 0 switches failing off.
   static void FailAt(std::size_t nth, bool andAllLater = false) noexcept;
   /// Allocations asked for by this thread since the last FailAt.
   static std::size_t Count() noexcept;

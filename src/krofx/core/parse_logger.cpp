@@ -1,14 +1,12 @@
-// The log of a parse: its records, its flags, and how buffers and parsers that are destroyed take
-// themselves out of it.
+// The log of a parse: its records and its flags.
 
 #include "krofx/core/parse_logger.h"
 
 #include <algorithm>
-#include <atomic>
 #include <limits>
-#include <mutex>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/hooks.h"
 
 namespace {
 
@@ -19,7 +17,7 @@ constexpr char const* kWarningNames[] = {
     "KRPW_EXTRAAGG",         "KRPW_EMPTYELEM",
 };
 
-// Overwrites the text where it stands, so that no copy of a secret is left in freed memory.
+// Overwrites the text in place, so that no copy of a secret is left in freed memory.
 void TurnIntoStars(KRString& text) {
   const u16 length = text.GetStrLength();
   text.Clear('*');
@@ -29,70 +27,6 @@ void TurnIntoStars(KRString& text) {
 }  // namespace
 
 namespace krofx::internal {
-
-KRDataObj* (*currentObjectOf)(KRParser*) = nullptr;
-
-// The loggers that name a buffer or a parser, of all threads. A buffer may be destroyed on another
-// thread than the one that parsed it, so what a logger names is read and written under the lock.
-struct LoggersInUse {
-  static constinit std::mutex mutex;
-  static constinit std::atomic<KRParseLogger*> first;
-
-  // Puts the logger in or takes it out, as it names something or not. The lock is held.
-  static void Update(KRParseLogger& logger) {
-    const bool inUse = logger.m_buffer != nullptr || logger.m_parser != nullptr;
-    if (inUse == logger.m_inUse) return;
-    logger.m_inUse = inUse;
-    KRParseLogger* head = first.load(std::memory_order_relaxed);
-    if (inUse) {
-      logger.m_nextInUse = head;
-      first.store(&logger, std::memory_order_release);
-    } else if (head == &logger) {
-      first.store(logger.m_nextInUse, std::memory_order_release);
-    } else {
-      KRParseLogger* before = head;
-      while (before->m_nextInUse != &logger) before = before->m_nextInUse;
-      before->m_nextInUse = logger.m_nextInUse;
-    }
-  }
-
-  template <class Named>
-  static void Name(KRParseLogger& logger, Named* KRParseLogger::*member, Named* named) {
-    const std::lock_guard lock(mutex);
-    logger.*member = named;
-    Update(logger);
-  }
-
-  template <class Named>
-  static void Forget(Named* KRParseLogger::*member, Named const* named) {
-    if (first.load(std::memory_order_acquire) == nullptr) return;
-    const std::lock_guard lock(mutex);
-    KRParseLogger* next = nullptr;
-    for (KRParseLogger* logger = first.load(std::memory_order_relaxed); logger != nullptr;
-         logger = next) {
-      next = logger->m_nextInUse;
-      if (logger->*member != named) continue;
-      logger->*member = nullptr;
-      Update(*logger);
-    }
-  }
-
-  static void Leave(KRParseLogger& logger) {
-    const std::lock_guard lock(mutex);
-    logger.m_buffer = nullptr;
-    logger.m_parser = nullptr;
-    Update(logger);
-  }
-
-  static void ForgetBuffer(KRBuffer const* buffer) { Forget(&KRParseLogger::m_buffer, buffer); }
-  static void ForgetParser(KRParser const* parser) { Forget(&KRParseLogger::m_parser, parser); }
-};
-
-constinit std::mutex LoggersInUse::mutex;
-constinit std::atomic<KRParseLogger*> LoggersInUse::first = nullptr;
-
-void ForgetInLoggers(KRBuffer const* buffer) noexcept { LoggersInUse::ForgetBuffer(buffer); }
-void ForgetInLoggers(KRParser const* parser) noexcept { LoggersInUse::ForgetParser(parser); }
 
 bool IsSecret(KRTagID tag) noexcept {
   return tag == KRTag_USERPASS || tag == KRTag_NEWUSERPASS || tag == KRTag_ONETIMEPASS;
@@ -113,15 +47,13 @@ u16 LogFixedText(KRParseWarning warning, char const* wording, KRString const& ta
 
 }  // namespace krofx::internal
 
-using krofx::internal::LoggersInUse;
-
 void KRParseException::WarningString(KRString& text) const {
   text = m_warning < std::size(kWarningNames) ? kWarningNames[m_warning] : kWarningNames[0];
 }
 
 KRParseLogger::KRParseLogger() : KRDynamicArrayParseException(1, 1) {}
 
-KRParseLogger::~KRParseLogger() { LoggersInUse::Leave(*this); }
+KRParseLogger::~KRParseLogger() = default;
 
 u16 KRParseLogger::AppendParseException(KRParseWarning warning, KRString value, KRString tagText,
                                         KRTagID tag, KRDataObj* object) {
@@ -135,7 +67,7 @@ u16 KRParseLogger::Log(KRParseWarning warning, KRString const& value, KRString c
   if (m_loggingEnabled == 0) return 1;
   if (IsFull()) return 0;
 
-  KRParseException* exception = krofx::internal::Elements().newParseException();
+  KRParseException* exception = krofx::internal::MakeElement<KRParseException>();
   if (exception != nullptr) {
     exception->m_warning = warning;
     exception->m_valueText = value;
@@ -169,15 +101,17 @@ u16 KRParseLogger::Store(KRParseException* exception) {
 }
 
 void KRParseLogger::AddContext(KRParseException* exception, bool withObject) const {
-  const std::lock_guard lock(LoggersInUse::mutex);
-  if (withObject && exception->m_object == nullptr && m_parser != nullptr &&
-      krofx::internal::currentObjectOf != nullptr) {
-    exception->m_object = krofx::internal::currentObjectOf(m_parser);
-  }
-  if (m_buffer != nullptr) {
-    constexpr u32 kLargestOffset = std::numeric_limits<s32>::max();
-    exception->m_offset = static_cast<s32>(std::min(m_buffer->GetBufferOffset(), kLargestOffset));
-  }
+  m_subjects.With([&](KRBuffer* buffer, KRParser* parser) {
+    const auto currentObjectOf = krofx::internal::hooks.currentObjectOf;
+    if (withObject && exception->m_object == nullptr && parser != nullptr &&
+        currentObjectOf != nullptr) {
+      exception->m_object = currentObjectOf(*parser);
+    }
+    if (buffer != nullptr) {
+      constexpr u32 kLargestOffset = std::numeric_limits<s32>::max();
+      exception->m_offset = static_cast<s32>(std::min(buffer->GetBufferOffset(), kLargestOffset));
+    }
+  });
 }
 
 bool KRParseLogger::PutLast(KRParseException* exception) {
@@ -192,13 +126,9 @@ u16 KRParseLogger::GetLoggingEnabled() const { return m_loggingEnabled; }
 
 u16 KRParseLogger::GetAnyParseExceptionsLogged() const { return m_anyLogged; }
 
-void KRParseLogger::SetBuffer(KRBuffer* buffer) {
-  LoggersInUse::Name(*this, &KRParseLogger::m_buffer, buffer);
-}
+void KRParseLogger::SetBuffer(KRBuffer* buffer) { m_subjects.SetBuffer(buffer); }
 
-void KRParseLogger::SetParser(KRParser* parser) {
-  LoggersInUse::Name(*this, &KRParseLogger::m_parser, parser);
-}
+void KRParseLogger::SetParser(KRParser* parser) { m_subjects.SetParser(parser); }
 
 krofx::internal::WarningListener* KRParseLogger::SetListener(
     krofx::internal::WarningListener* listener) {
@@ -220,7 +150,7 @@ u16 KRParseLogger::DeepCopyFrom(KRParseLogger* source) {
       m_anyLogged = 1;
       break;
     }
-    KRParseException* copy = krofx::internal::Elements().newParseException();
+    KRParseException* copy = krofx::internal::MakeElement<KRParseException>();
     if (copy == nullptr) {
       KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
       return 0;

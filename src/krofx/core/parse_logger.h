@@ -15,6 +15,7 @@
 
 #include "krofx/core/array.h"
 #include "krofx/core/export.h"
+#include "krofx/core/internal/logger_subjects.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tags.h"
@@ -30,8 +31,8 @@ class KRParser;
 enum KRParseWarning : u32 {
   KRPW_UNKNOWNEXCEPTION = 0,  ///< nothing yet: the default of a new record
   KRPW_UNKNOWNTAG = 1,        ///< a tag that is not in the dictionary, or an unreadable item
-  KRPW_INVALIDAGG = 2,        ///< an aggregate that may not stand here or that its parent refused
-  KRPW_INVALIDELEM = 3,       ///< an element that may not stand here or that its object refused
+  KRPW_INVALIDAGG = 2,        ///< an aggregate that is not allowed here or that its parent refused
+  KRPW_INVALIDELEM = 3,       ///< an element that is not allowed here or that its object refused
   KRPW_BADFORMAT = 4,         ///< a value, a header or a run of text that cannot be understood
   KRPW_OUTOFRANGE = 5,        ///< a number beyond its type
   KRPW_TOOLONG = 6,           ///< a text longer than the OFX standard allows for its element
@@ -67,8 +68,8 @@ class KROFX_API KRParseException : public krofx::internal::HeapObject {
   KRTagID m_tag = KRTag_None;
   /// The value that gave offence; empty when none applies, stars when it is a password.
   KRString m_valueText;
-  /// Where the cursor of the buffer stood, in bytes; -1 when there was no buffer. A parse does not
-  /// move that cursor, so this does not tell where in the text the warning arose.
+  /// Where the cursor of the buffer was, in bytes; -1 when there was no buffer. A parse does not
+  /// move that cursor, so this does not say where in the text the warning arose.
   s32 m_offset = -1;
 };
 
@@ -82,13 +83,12 @@ class KROFX_API KRDynamicArrayParseException
 };
 
 namespace krofx::internal {
-struct LoggersInUse;
 struct ThreadAccess;
 
 /// Hears of the records that a logger stores: for a parser, which knows the place in the text.
 class WarningListener {
  public:
-  /// Called behind the storing. Must not change the log.
+  /// Called after the storing. Must not change the log.
   virtual void OnStored(KRParseException const& exception) = 0;
 
  protected:
@@ -122,8 +122,8 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   /// @return null for a thread that was detached, or when memory did not suffice to attach it.
   static KRParseLogger* TheKRParseLogger();
 
-  /// Logs a warning. The record's object is `object`, or, when that is null, the object at which
-  /// the parser stands; its offset is the buffer's cursor.
+  /// Logs a warning. The record's object is `object`, or, when that is null, the object that
+  /// the parser is filling; its offset is the buffer's cursor.
   ///
   /// @param warning what happened.
   /// @param value the text that gave offence; for a password tag only its length is kept.
@@ -162,7 +162,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   krofx::internal::WarningListener* SetListener(krofx::internal::WarningListener* listener);
 
   /// Adds copies of all records of `source` to this log, and takes over the source's two flags.
-  /// What stands in this log already stays. When the source's logging is disabled so is this log's
+  /// What this log already holds stays. When the source's logging is disabled so is this log's
   /// from then on, and no records are copied.
   ///
   /// @return 1; 0 when `source` is null, memory did not suffice (the fire alarm is raised), or
@@ -173,7 +173,6 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   void DeleteAll() override;
 
  private:
-  friend struct krofx::internal::LoggersInUse;
   friend struct krofx::internal::ThreadAccess;
   friend u16 krofx::internal::LogFixedText(KRParseWarning warning, char const* wording,
                                            KRString const& tagText, KRTagID tag, KRDataObj* object);
@@ -188,29 +187,15 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
 
   u16 m_loggingEnabled = 1;
   u16 m_anyLogged = 0;
-  KRBuffer* m_buffer = nullptr;
-  KRParser* m_parser = nullptr;
+  krofx::internal::LoggerSubjects m_subjects;
   krofx::internal::WarningListener* m_listener = nullptr;
   KRFireAlarm m_fireAlarm = KRFireAlarm_None;
-  // Loggers that name a buffer or a parser form a list, where one that is destroyed finds them.
-  bool m_inUse = false;
-  KRParseLogger* m_nextInUse = nullptr;
 };
 
 namespace krofx::internal {
 
 /// Whether the value of a tag must never be seen: a password of any kind.
 KROFX_API bool IsSecret(KRTagID tag) noexcept;
-
-/// Takes a buffer that is being destroyed out of all loggers. Costs one load when no logger names
-/// any buffer or parser.
-KROFX_API void ForgetInLoggers(KRBuffer const* buffer) noexcept;
-/// Takes a parser that is being destroyed out of all loggers.
-KROFX_API void ForgetInLoggers(KRParser const* parser) noexcept;
-
-/// Tells at which object a parser stands; set by the parser's layer when it is linked in, null
-/// without it. Must not log.
-KROFX_API extern KRDataObj* (*currentObjectOf)(KRParser*);
 
 }  // namespace krofx::internal
 

@@ -1,5 +1,5 @@
 // The two result enumerations that cross every layer: what a parse operation and what a build
-// operation can answer. They stand here, below everything, because containers answer them too.
+// operation can answer. They are here, below everything, because containers answer them too.
 
 #ifndef KROFX_CORE_STATUS_H_
 #define KROFX_CORE_STATUS_H_
@@ -36,7 +36,7 @@ enum KRBuildStatus : u32 {
   KRBuildStatus_NoTextForm = 2,
   /// There is no buffer, no object, or no text for the tag.
   KRBuildStatus_NullArgument = 3,
-  /// An empty string or a null pointer stands where text is needed.
+  /// An empty string or a null pointer was given where text is needed.
   KRBuildStatus_EmptyText = 4,
   /// A string is longer than its spec length, in strict mode.
   KRBuildStatus_TooLong = 5,

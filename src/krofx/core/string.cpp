@@ -8,8 +8,8 @@
 #include <cstring>
 
 #include "krofx/core/fixed_strings.h"
+#include "krofx/core/internal/wipe.h"
 #include "krofx/core/thread.h"
-#include "krofx/core/wipe.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ void KRString::SetSpecLength(u16 length) { m_specLength = length; }
 
 void KRString::Truncate(u16 length) {
   if (m_buffer == nullptr || length == kNoSpecLength || length > m_allocated) return;
-  // A length equal to the allocated size names the byte behind the buffer.
+  // A length equal to the allocated size names the byte after the buffer.
   if (length < m_allocated) m_buffer[length] = '\0';
   UnlockBuffer();
 }
@@ -218,7 +218,7 @@ void KRString::ReleaseBuffer() {
   m_length = 0;
 }
 
-// Makes room for `size` bytes, keeping the text. Exact fit; 0 when there is no buffer behind it.
+// Makes room for `size` bytes, keeping the text. Exact fit; 0 when there is no buffer.
 u16 KRString::AllocStringBuffer(u16 size) {
   if (size <= m_allocated) return m_buffer != nullptr ? 1 : 0;
   auto* grown = static_cast<char*>(krofx::internal::AllocateSized(size));

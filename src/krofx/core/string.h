@@ -31,7 +31,7 @@ enum KRStringEncode : u32 {
 /// that was lost.
 class KROFX_API KRString : public krofx::internal::HeapObject {
  public:
-  /// The spec length that stands for no limit.
+  /// The spec length that means no limit.
   static constexpr u16 kNoSpecLength = 65535;
   /// The longest text that a string takes.
   static constexpr u16 kMaxLength = 65534;
@@ -58,7 +58,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   virtual u16 IsValid() const;
   /// Sets the spec length, in characters; 65535 is no limit. The text stays as it is.
   virtual void SetSpecLength(u16 length);
-  /// Cuts the text behind `length` characters, keeping the memory. Nothing happens when `length` is
+  /// Cuts the text after `length` characters, keeping the memory. Nothing happens when `length` is
   /// 65535 or above the allocated size, or when the string is null.
   virtual void Truncate(u16 length);
   /// Cuts the text to the spec length.
@@ -70,7 +70,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   KRString& operator=(char const* text);
   /// Takes a copy of `length` bytes, which need no terminator; text ends at a NUL among them. The
   /// spec length stays and the encoding becomes plain. No bytes, or a null pointer, free the text.
-  /// Returns 1, or 0 when memory is exhausted (null then) or the text is too long (kept then).
+  /// @return 1; 0 when memory is exhausted (null then) or the text is too long (kept then).
   u16 Assign(char const* text, u16 length);
   /// Appends `text`; null or empty does nothing.
   KRString& operator+=(char const* text);
@@ -171,7 +171,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   bool m_secret = false;
 };
 
-/// The text of `left` with that of `right` behind it, with the left's spec length; CDATA when
+/// The text of `left` followed by that of `right`, with the left's spec length; CDATA when
 /// either is. When the whole cannot be made, the left text alone.
 KROFX_API KRString operator+(KRString const& left, KRString const& right);
 

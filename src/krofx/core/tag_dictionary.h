@@ -5,7 +5,7 @@
 // TagDictionary does both over any constant table; KRTagDictionary is the one that the library
 // uses, over the table of all tags (generated from core/tags.schema).
 //
-// The order of texts. A shorter text stands before a longer one; texts of one length stand in the
+// The order of texts. A shorter text is before a longer one; texts of one length are in the
 // order of their bytes. So a search mostly compares two lengths and seldom looks at a text. An
 // exact lookup does not search at all: it goes through a hash of the text, with the same result.
 
@@ -50,7 +50,7 @@ struct KRMapTagStringToID {
 
 /// A row of a dictionary's lookup by id.
 struct KRMapTagIDToIndex {
-  u16 position;   ///< where the tag stands in the lookup by text
+  u16 position;   ///< where the tag is in the lookup by text
   KRTagID tagID;  ///< its id; only the low 16 bits take part in the order
 };
 
@@ -63,8 +63,8 @@ struct KRCompareInfo {
 /// Binary search over anything that can be compared with a key by index.
 class KROFX_API KRBinarySearch {
  public:
-  /// Compares the key with the item at `index`: negative when the key stands before it, 0 when they
-  /// match, positive when it stands behind.
+  /// Compares the key with the item at `index`: negative when the key is before it, 0 when they
+  /// match, positive when it is after it.
   virtual int Compare(u16 index) = 0;
   /// The number of items. Above 32767 nothing is found, since an index must fit 15 bits.
   virtual u16 GetNumberOfItems() = 0;
@@ -80,7 +80,7 @@ class KROFX_API KRBinarySearch {
 /// Search for a text in a lookup by text.
 class KROFX_API SearchDictionaryEntry final : public KRBinarySearch {
  public:
-  /// @param lookup `count` rows in the order that the top of this file tells; not owned.
+  /// @param lookup `count` rows in the order that the top of this file describes; not owned.
   /// @param text the key; need not be terminated.
   /// @param length characters of the key.
   /// @param type how texts of one length are compared.
@@ -130,7 +130,7 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
 
   /// Finds a tag by its text. Stores `type` in m_compareType.
   ///
-  /// @param text the text, which need not be terminated; no byte behind `length` is read.
+  /// @param text the text, which need not be terminated; no byte after `length` is read.
   /// @param length characters of it.
   /// @param id takes the id of the tag, or 0 when there is none. May be null.
   /// @param type exact, or without regard to case. A table with texts in small letters is out of
@@ -149,7 +149,7 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   /// @return the text, which belongs to the table, or null for an id that is no tag.
   char const* GetTagString(KRTagID id) const;
 
-  /// Orders two KRMapTagStringToID as the top of this file tells, texts of one length by
+  /// Orders two KRMapTagStringToID as the top of this file says, texts of one length by
   /// m_compareType.
   static int sCompareTag(void const* left, void const* right);
   /// Orders two KRMapTagIDToIndex by the low 16 bits of their ids.
@@ -189,7 +189,7 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   KRMapTagIDToIndex* m_lookupByID = nullptr;
   u16 m_lowestTagID = 0;
   LookupMode m_lookupMode = kLinearScan;
-  // The hash of the exact texts stands behind the lookup by text, in the same block.
+  // The hash of the exact texts is after the lookup by text, in the same block.
   krofx::internal::TagHashSlot* m_hash = nullptr;
   u32 m_hashMask = 0;
 };

@@ -11,7 +11,7 @@ enum KRTagType : s32 {
   KRTagType_Unreadable = -1,  ///< The item could not be read; never written.
   KRTagType_Start = 0,        ///< Start of an aggregate: no text follows the tag.
   KRTagType_End = 1,          ///< End of an aggregate.
-  KRTagType_Element = 2,      ///< An element: a tag with its text behind it.
+  KRTagType_Element = 2,      ///< An element: a tag followed by its text.
   KRTagType_EndOfInput = 3,   ///< Nothing more to read; never written.
 };
 

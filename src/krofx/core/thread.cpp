@@ -5,7 +5,7 @@
 // counts while its generation is the table's, which rises whenever a thread changes what the table
 // says of another thread.
 //
-// A thread that the library has not met yet counts as attached: its alarm stands in its slot, and
+// A thread that the library has not met yet counts as attached: its alarm is in its slot, and
 // it gets its row and its logger when it first asks for the logger or for its id. So raising the
 // alarm takes no memory on any thread.
 
@@ -60,7 +60,7 @@ struct ThreadSlot {
 constinit thread_local ThreadSlot slot;
 
 // Runs a function at the end of each thread that asked for it. The system's thread keys serve
-// better here than a thread_local destructor: they run behind all of those, so that the host's
+// better here than a thread_local destructor: they run after all of those, so that the host's
 // thread_local objects can still use the library in their destructors.
 class ThreadEndHook {
  public:

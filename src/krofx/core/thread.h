@@ -49,9 +49,8 @@ KROFX_API u16 KRAttachThread(u32 threadId);
 /// while it is inside the library is the caller's mistake.
 ///
 /// @param threadId the thread's key, as KRCurrentThreadId gives it on that thread.
-/// @return 1, also when the thread was not attached; 0 when the library is shut down and there is
-/// no
-///         table of threads.
+/// @return 1, also when the thread was not attached; 0 when the library is shut down, so that there
+///         is no table of threads.
 KROFX_API u16 KRDetachThread(u32 threadId);
 
 /// Sets the calling thread's fire alarm. Does nothing on a thread that is not attached. Takes no
@@ -73,12 +72,14 @@ KROFX_API KRFireAlarm KRGetFireAlarm();
 /// every thread counts as not attached, and no thread attaches itself again.
 ///
 /// - Process attach and thread attach: makes the table of threads when there is none and attaches
-///   the calling thread. 1, or 0 when memory did not suffice.
-/// - Thread detach: detaches the calling thread. 1, or 0 when there is no table.
+///   the calling thread.
+/// - Thread detach: detaches the calling thread.
 /// - Process detach: destroys the table. The loggers of threads that are still attached live on,
-///   since a thread may hold one. 1.
+///   since a thread may hold one.
 ///
-/// @param event a KRLibraryEvent; any other value does nothing and gives 0.
+/// @param event a KRLibraryEvent; any other value does nothing.
+/// @return 1; 0 when memory did not suffice to attach, when there is no table to detach from, and
+///         for a value that is no event.
 KROFX_API u16 KRLibraryNotification(u32 event);
 
 #endif  // KROFX_CORE_THREAD_H_

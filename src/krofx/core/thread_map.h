@@ -23,7 +23,7 @@ struct KROFX_API KRThreadMapRow : public krofx::internal::HeapObject {
 using _threadmap = KRThreadMapRow;  // NOLINT(bugprone-reserved-identifier)
 
 /// An array of owned rows of the table of threads, in the order of attachment. Destroying a row
-/// leaves its logger alone. Growth raises no alarm, since an alarm needs a row to stand in.
+/// leaves its logger alone. Growth raises no alarm, since an alarm needs a row to be kept in.
 class KROFX_API KRDynamicArrayKRThreadMapBase
     : public krofx::internal::ElementArray<KRThreadMapRow> {
  public:

@@ -9,7 +9,7 @@
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/model/factory.h"
-#include "krofx/parse/file_headers.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace {
 
@@ -17,18 +17,15 @@ bool IsOFXHeader(KRHeaderTag tag) {
   return tag >= KRHeaderTag_OFXHEADER && tag <= KRHeaderTag_NEWFILEUID;
 }
 
-// The parser meets files as data objects; it asks here what only a file can tell.
-u16 HeadersOf(KRDataObj& root) {
-  auto* file = dynamic_cast<KRFile*>(&root);
-  return file == nullptr ? static_cast<u16>(1) : file->ValidateHeaders();
-}
+// What the parser, which meets files as data objects, finds in every file.
+constexpr krofx::internal::AggregateTable kTable = {
+    .className = "KRFile",
+    .validateHeaders = [](KRDataObj& object) -> u16 {
+      return static_cast<KRFile&>(object).ValidateHeaders();
+    },
+};
 
-[[maybe_unused]] const bool validatesHeaders = [] {
-  krofx::internal::validateFileHeaders = &HeadersOf;
-  return true;
-}();
-
-// Assigns and tells whether the text arrived.
+// Assigns, and gives 1 when the text arrived.
 u16 Assign(KRString& target, const KRString& text) {
   target = text;
   return target.GetStrLength() == text.GetStrLength() ? 1 : 0;
@@ -58,6 +55,8 @@ KRBuildStatus KRMIMEHeader::Build(KRBuilder* builder) const {
 }
 
 KRFile::KRFile() { SetType(KRTag_MIME); }
+
+const krofx::internal::AggregateTable* KRFile::GetTable() const { return &kTable; }
 KRFile::KRFile(const KRFile& other) = default;
 KRFile& KRFile::operator=(const KRFile& other) = default;
 KRFile::~KRFile() = default;

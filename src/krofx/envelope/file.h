@@ -61,7 +61,7 @@ class KROFX_API KRFile : public KRDataObj {
   u16 SetHeader(KRHeaderTag tag, const KRString& value);
   /// A MIME header by name, without regard to case; null when there is none.
   const KRMIMEHeader* GetMIMEHeader(KRString* name) const;
-  /// A MIME header by position; null behind the last.
+  /// A MIME header by position; null after the last.
   const KRMIMEHeader* GetMIMEHeader(u16 index) const;
   /// The same for any other integer: a plain 0 would also be a null name.
   template <std::integral Integer>
@@ -81,12 +81,12 @@ class KROFX_API KRFile : public KRDataObj {
   /// @return 1; 0 when memory is exhausted.
   u16 SetMIMEBody(KRString body);
 
-  /// A subfile, still this file's; null behind the last.
+  /// A subfile, still this file's; null after the last.
   KRFile* GetSubfile(u16 index);
   /// Takes ownership of `subfile` in place of the one there. Its parent stays as it is.
   /// @return 1; 0 for null or no memory, and then it is still the caller's.
   u16 SetSubfile(u16 index, KRFile* subfile);
-  /// As SetSubfile, behind the last.
+  /// As SetSubfile, after the last.
   u16 AppendSubfile(KRFile* subfile);
   /// Number of subfiles.
   u16 GetNumberOfSubfiles() const;
@@ -126,11 +126,14 @@ class KROFX_API KRFile : public KRDataObj {
   virtual KRBuildStatus BuildHeaders(KRBuilder* builder) const;
   /// 1 when the OFX header is present.
   virtual u16 ValidateHeader(KRHeaderTag tag) const;
-  /// Tells whether the body may be read. 1 for a file without OFX headers.
+  /// Whether the body may be read. 1 for a file without OFX headers.
   virtual u16 ValidateHeaders() const;
   /// Makes `factory`, unless it is null, the one of the process.
   /// @return 0.
   virtual u16 SetFactory(KRDataObjFactory* factory);
+
+ protected:
+  const krofx::internal::AggregateTable* GetTable() const override;
 
  private:
   // Parts of Build.

@@ -7,30 +7,30 @@
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
 
+using krofx::internal::Direction;
+using krofx::internal::Side;
+
 namespace {
 
-KRRequest* Make(KRDataObjFactory& factory, KRRequest*) { return factory.NewRequest(0); }
-KRResponse* Make(KRDataObjFactory& factory, KRResponse*) { return factory.NewResponse(0); }
-
-// Makes a body through the factory in force.
-template <class Body>
-Body* MakeBody() {
+// Makes a body through the factory in force; null when it cannot.
+template <Side kSide>
+typename Direction<kSide>::Body* MakeBody() {
   KRDataObjFactory* factory = KRDataObj::GetFactory();
-  return factory == nullptr ? nullptr : Make(*factory, static_cast<Body*>(nullptr));
+  return factory == nullptr ? nullptr : Direction<kSide>::NewBody(*factory);
 }
 
 }  // namespace
 
-KRRequest* KRDynamicArrayRequest::NewElement() const { return MakeBody<KRRequest>(); }
-KRResponse* KRDynamicArrayResponse::NewElement() const { return MakeBody<KRResponse>(); }
+KRRequest* KRDynamicArrayRequest::NewElement() const { return MakeBody<Side::kRequest>(); }
+KRResponse* KRDynamicArrayResponse::NewElement() const { return MakeBody<Side::kResponse>(); }
 
 namespace krofx::internal {
 
-template <class Array, class Body>
-KRParseStatus BodyFile<Array, Body>::HandleTagStart(const KRTagDictionaryEntry* const entry) {
+template <Side kSide>
+KRParseStatus BodyFile<kSide>::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   if (GetParser() == nullptr || GetFactory() == nullptr) return KRParseStatus_Fatal;
   if (entry->tagID != KRTag_OFX) return KRParseStatus_Accepted;
-  Body* body = MakeBody<Body>();
+  Body* body = MakeBody<kSide>();
   if (body == nullptr) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return KRParseStatus_Fatal;
@@ -42,9 +42,9 @@ KRParseStatus BodyFile<Array, Body>::HandleTagStart(const KRTagDictionaryEntry* 
   return PushAndSetObject(body, KRTag_OFX);
 }
 
-template <class Array, class Body>
-KRParseStatus BodyFile<Array, Body>::HandleTagElement(const KRTagDictionaryEntry* const entry,
-                                                      const KRString& value) {
+template <Side kSide>
+KRParseStatus BodyFile<kSide>::HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                                const KRString& value) {
   // The warning carries the file's tag, by which a password would not be known.
   KRString shown(value);
   if (IsSecret(entry->tagID)) shown.Clear('*');
@@ -52,14 +52,14 @@ KRParseStatus BodyFile<Array, Body>::HandleTagElement(const KRTagDictionaryEntry
   return KRParseStatus_Invalid;
 }
 
-template <class Array, class Body>
-u16 BodyFile<Array, Body>::SetBody(u16 index, Body* body) {
+template <Side kSide>
+u16 BodyFile<kSide>::SetBody(u16 index, Body* body) {
   SetTag(KRTag_OFX);
   return m_bodies.Set(index, body);
 }
 
-template <class Array, class Body>
-KRBuildStatus BodyFile<Array, Body>::BuildBodies(KRBuilder* builder) const {
+template <Side kSide>
+KRBuildStatus BodyFile<kSide>::BuildBodies(KRBuilder* builder) const {
   for (u16 index = 0; index < m_bodies.Entries(); ++index) {
     const Body* body = m_bodies.Get(index);
     if (body == nullptr) continue;
@@ -69,15 +69,15 @@ KRBuildStatus BodyFile<Array, Body>::BuildBodies(KRBuilder* builder) const {
   return KRBuildStatus_Done;
 }
 
-template <class Array, class Body>
-u16 BodyFile<Array, Body>::CopyFileFrom(BodyFile* source) {
+template <Side kSide>
+u16 BodyFile<kSide>::CopyFileFrom(BodyFile* source) {
   if (source == nullptr) return 0;
   if (source == this) return 1;
   m_bodies.DeleteAll();
   for (u16 index = 0; index < source->m_bodies.Entries(); ++index) {
     Body* body = source->m_bodies.Get(index);
     if (body == nullptr) continue;
-    Body* copy = MakeBody<Body>();
+    Body* copy = MakeBody<kSide>();
     if (copy == nullptr || copy->DeepCopyFrom(body) == 0 || m_bodies.Set(index, copy) == 0) {
       delete copy;
       return 0;
@@ -86,8 +86,8 @@ u16 BodyFile<Array, Body>::CopyFileFrom(BodyFile* source) {
   return KRFile::DeepCopyFrom(source);
 }
 
-template class BodyFile<KRDynamicArrayRequest, KRRequest>;
-template class BodyFile<KRDynamicArrayResponse, KRResponse>;
+template class BodyFile<Side::kRequest>;
+template class BodyFile<Side::kResponse>;
 
 }  // namespace krofx::internal
 

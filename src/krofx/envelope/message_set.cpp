@@ -4,45 +4,19 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
-#include "krofx/envelope/multi_trans.h"
-#include "krofx/envelope/payroll.h"
 #include "krofx/messages/investment/securities.h"
-#include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace krofx::internal {
 
 namespace {
 
-// What the template asks of each direction: its tags and its factory operations.
+// The transactions that make a set complete whatever else it holds.
 template <Side kSide>
-struct Direction;
-
-template <>
-struct Direction<Side::kRequest> {
-  static constexpr KRTagID kSignOn = KRTag_SONRQ;
-  static constexpr KRTagID kProfile = KRTag_PROFTRNRQ;
-  static constexpr KRTagID kSecurities = KRTag_SECLISTTRNRQ;
-  static KRTransRq* Trans(KRDataObjFactory& factory, KRTagID tag) {
-    return tag == KRTag_MULTIINTERTRNRQ ? factory.NewMultiTransRq(0) : factory.NewTransRq(0);
-  }
-  static KRSyncRq* Sync(KRDataObjFactory& factory, KRTagID) { return factory.NewSyncRq(0); }
-  static KRSignOnRq* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRq(0); }
-};
-
-template <>
-struct Direction<Side::kResponse> {
-  static constexpr KRTagID kSignOn = KRTag_SONRS;
-  static constexpr KRTagID kProfile = KRTag_PROFTRNRS;
-  static constexpr KRTagID kSecurities = KRTag_SECLIST;
-  static KRTransRs* Trans(KRDataObjFactory& factory, KRTagID tag) {
-    return tag == KRTag_MULTIINTERTRNRS ? factory.NewMultiTransRs(0) : factory.NewTransRs(0);
-  }
-  static KRSyncRs* Sync(KRDataObjFactory& factory, KRTagID tag) {
-    return tag == KRTag_N_PAYROLLUPDATERS ? factory.NewPayrollUpdateRs(0) : factory.NewSyncRs(0);
-  }
-  static KRSignOnRs* SignOn(KRDataObjFactory& factory) { return factory.NewSignOnRs(0); }
-};
+constexpr KRTagID kProfile = kSide == Side::kRequest ? KRTag_PROFTRNRQ : KRTag_PROFTRNRS;
+template <Side kSide>
+constexpr KRTagID kSecurities = kSide == Side::kRequest ? KRTag_SECLISTTRNRQ : KRTag_SECLIST;
 
 KRParseStatus OutOfMemory() {
   KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
@@ -71,16 +45,15 @@ KRParseStatus ReplaceAndPush(KRDataObj& set, ChildSlot& slot, KRTagID tag, KRDat
 
 }  // namespace
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-u16 MessageSet<Trans, Sync, SignOn, kSide>::GetArrayOfValidTags(KRArrayOfTags& tags) const {
-  const MessageSetRoute* route = FindMessageSet(kSide, const_cast<MessageSet*>(this)->GetType());
+template <Side kSide>
+u16 MessageSet<kSide>::GetArrayOfValidTags(KRArrayOfTags& tags) const {
+  const MessageSetRoute* route = FindMessageSet(kSide, TypeOf(*this));
   tags = route == nullptr ? KRArrayOfTags() : route->valid;
   return 1;
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::HandleTagStart(
-    const KRTagDictionaryEntry* const entry) {
+template <Side kSide>
+KRParseStatus MessageSet<kSide>::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   const KRTagID tag = entry->tagID;
   if (GetFactory() == nullptr) return KRParseStatus_Fatal;
   if (tag == Direction<kSide>::kSignOn) return PushSignOn(tag);
@@ -89,28 +62,28 @@ KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::HandleTagStart(
   return KRParseStatus_Invalid;
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSignOn(KRTagID tag) {
-  return ReplaceAndPush(*this, m_signOn, tag, Direction<kSide>::SignOn(*GetFactory()));
+template <Side kSide>
+KRParseStatus MessageSet<kSide>::PushSignOn(KRTagID tag) {
+  return ReplaceAndPush(*this, m_signOn, tag, Direction<kSide>::NewSignOn(*GetFactory()));
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushTranObject(KRTagID tag) {
-  return StoreAndPush(*this, m_transactions, tag, Direction<kSide>::Trans(*GetFactory(), tag));
+template <Side kSide>
+KRParseStatus MessageSet<kSide>::PushTranObject(KRTagID tag) {
+  return StoreAndPush(*this, m_transactions, tag, Direction<kSide>::NewTrans(*GetFactory(), tag));
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-KRParseStatus MessageSet<Trans, Sync, SignOn, kSide>::PushSyncObject(KRTagID tag) {
-  return StoreAndPush(*this, m_syncs, tag, Direction<kSide>::Sync(*GetFactory(), tag));
+template <Side kSide>
+KRParseStatus MessageSet<kSide>::PushSyncObject(KRTagID tag) {
+  return StoreAndPush(*this, m_syncs, tag, Direction<kSide>::NewSync(*GetFactory(), tag));
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-u16 MessageSet<Trans, Sync, SignOn, kSide>::SetSignOn(SignOn* signOn) {
+template <Side kSide>
+u16 MessageSet<kSide>::SetSignOn(SignOn* signOn) {
   return SetChild(*this, m_signOn, Direction<kSide>::kSignOn, signOn);
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-KRBuildStatus MessageSet<Trans, Sync, SignOn, kSide>::Build(KRBuilder* builder) const {
+template <Side kSide>
+KRBuildStatus MessageSet<kSide>::Build(KRBuilder* builder) const {
   KRArrayOfTags tags;
   GetArrayOfValidTags(tags);
   KRBuildStatus status = KRBuildStatus_Done;
@@ -125,27 +98,26 @@ KRBuildStatus MessageSet<Trans, Sync, SignOn, kSide>::Build(KRBuilder* builder) 
   return status;
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-u16 MessageSet<Trans, Sync, SignOn, kSide>::AllRequiredPresent() {
-  using Its = Direction<kSide>;
+template <Side kSide>
+u16 MessageSet<kSide>::AllRequiredPresent() {
   const bool anyTransaction = m_transactions.Entries() != 0;
   switch (GetType()) {
     case KRTag_SIGNONMSGSRQV1:
     case KRTag_SIGNONMSGSRQV2:
     case KRTag_SIGNONMSGSRSV1:
     case KRTag_SIGNONMSGSRSV2:
-      return ValidateTag(Its::kSignOn);
+      return ValidateTag(Direction<kSide>::kSignOn);
     case KRTag_PROFMSGSRQV1:
     case KRTag_PROFMSGSRQV2:
     case KRTag_PROFMSGSRSV1:
     case KRTag_PROFMSGSRSV2:
-      return ValidateTag(Its::kProfile);
+      return ValidateTag(kProfile<kSide>);
     case KRTag_SECLISTMSGSRQV1:
     case KRTag_SECLISTMSGSRQV2:
-      return ValidateTag(Its::kSecurities) != 0 && anyTransaction ? 1 : 0;
+      return ValidateTag(kSecurities<kSide>) != 0 && anyTransaction ? 1 : 0;
     case KRTag_SECLISTMSGSRSV1:
     case KRTag_SECLISTMSGSRSV2:
-      return ValidateTag(Its::kSecurities) != 0 || anyTransaction ? 1 : 0;
+      return ValidateTag(kSecurities<kSide>) != 0 || anyTransaction ? 1 : 0;
     case KRTag_BILLPAYMSGSRQV1:
     case KRTag_BILLPAYMSGSRQV2:
     case KRTag_BILLPAYMSGSRSV1:
@@ -158,16 +130,16 @@ u16 MessageSet<Trans, Sync, SignOn, kSide>::AllRequiredPresent() {
   }
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-KRDataObj* MessageSet<Trans, Sync, SignOn, kSide>::GetChild(u16 index) const {
+template <Side kSide>
+KRDataObj* MessageSet<kSide>::GetChild(u16 index) const {
   if (index == 0) return m_signOn.Get();
   --index;
   if (index < m_transactions.Entries()) return m_transactions.Get(index);
   return m_syncs.Get(static_cast<u16>(index - m_transactions.Entries()));
 }
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-u16 MessageSet<Trans, Sync, SignOn, kSide>::GetNumberOfChildren() const {
+template <Side kSide>
+u16 MessageSet<kSide>::GetNumberOfChildren() const {
   const u32 count = 1u + m_transactions.Entries() + m_syncs.Entries();
   return static_cast<u16>(count < 0xffff ? count : 0xffff);
 }
@@ -188,8 +160,8 @@ u16 CopyElements(KRDynamicArrayDataObj& array, const KRDynamicArrayDataObj& sour
 
 }  // namespace
 
-template <class Trans, class Sync, class SignOn, Side kSide>
-u16 MessageSet<Trans, Sync, SignOn, kSide>::CopySetFrom(MessageSet* source) {
+template <Side kSide>
+u16 MessageSet<kSide>::CopySetFrom(MessageSet* source) {
   if (source == nullptr) return 0;
   if (source == this) return 1;
   if (CopyElements(m_transactions, source->m_transactions) == 0 ||
@@ -200,8 +172,8 @@ u16 MessageSet<Trans, Sync, SignOn, kSide>::CopySetFrom(MessageSet* source) {
   return CopyBaseMembersFrom(source);
 }
 
-template class MessageSet<KRTransRq, KRSyncRq, KRSignOnRq, Side::kRequest>;
-template class MessageSet<KRTransRs, KRSyncRs, KRSignOnRs, Side::kResponse>;
+template class MessageSet<Side::kRequest>;
+template class MessageSet<Side::kResponse>;
 
 }  // namespace krofx::internal
 

@@ -1,31 +1,34 @@
 // A message set: the transactions and synchronisations of one family, and the sign-on in the first.
 //
 // One class for each direction serves every message set of every version: the type of the object
-// chooses which children it accepts and in which order it writes them (krofx/envelope/routing.h).
-// Its version is the last character of its own tag. What both directions share stands once, in
-// MessageSet.
+// chooses which children it accepts and in which order it writes them
+// (krofx/envelope/internal/routing.h). Its version is the last character of its own tag. What both
+// directions share is written once, in MessageSet.
 
 #ifndef KROFX_ENVELOPE_MESSAGE_SET_H_
 #define KROFX_ENVELOPE_MESSAGE_SET_H_
 
 #include "krofx/envelope/envelope.h"
-#include "krofx/envelope/routing.h"
+#include "krofx/envelope/internal/direction.h"
 #include "krofx/messages/signon/signon.h"
-#include "krofx/model/child_slot.h"
+#include "krofx/model/internal/child_slot.h"
 #include "krofx/model/value_arrays.h"
 
 class KRSecList;
 
 namespace krofx::internal {
 
-/// A message set whose transactions are `Trans`, synchronisations `Sync` and sign-on `SignOn`.
-template <class Trans, class Sync, class SignOn, Side kSide>
+/// What the message sets of both directions share.
+template <Side kSide>
 class KROFX_API MessageSet : public KRDataObj {
+  using Trans = typename Direction<kSide>::Trans;
+  using Sync = typename Direction<kSide>::Sync;
+  using SignOn = typename Direction<kSide>::SignOn;
+
  public:
-  /// Takes ownership of `transaction` behind the others; its type becomes present.
-  /// @return 1; 0 when it could not be stored, and then it is still the caller's, or its type has
-  /// no
-  ///         place in this set.
+  /// Takes ownership of `transaction`, after the others; its type becomes present.
+  /// @return 1; 0 when it could not be stored, and then it is still the caller's, or when its type
+  ///         has no place in this set.
   u16 AppendTrans(Trans* transaction) { return SetTrans(m_transactions.Entries(), transaction); }
   /// As AppendTrans, in place of the one there.
   u16 SetTrans(u16 index, Trans* transaction) {
@@ -74,18 +77,17 @@ class KROFX_API MessageSet : public KRDataObj {
   KRParseStatus PushSignOn(KRTagID tag);
 };
 
-extern template class MessageSet<KRTransRq, KRSyncRq, KRSignOnRq, Side::kRequest>;
-extern template class MessageSet<KRTransRs, KRSyncRs, KRSignOnRs, Side::kResponse>;
+extern template class MessageSet<Side::kRequest>;
+extern template class MessageSet<Side::kResponse>;
 
 }  // namespace krofx::internal
 
 /// A message set of a request.
 class KROFX_API KRMessageSetRq
-    : public krofx::internal::MessageSet<KRTransRq, KRSyncRq, KRSignOnRq,
-                                         krofx::internal::Side::kRequest> {
+    : public krofx::internal::MessageSet<krofx::internal::Side::kRequest> {
  public:
   /// The family that a profile lists for a request's tag, in the form without a version; 0 for the
-  /// tags that are not told, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ, PAYEEMODRQ,
+  /// tags that have none, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ, PAYEEMODRQ,
   /// PAYEEDELRQ, STPCHKSYNCRQ, MAILRQ, GETMIMERQ, SECLISTRQ, PINCHRQ and ENROLLRQ.
   static KRTagID MsgIDToMsgSetID(KRTagID tag);
 
@@ -94,7 +96,7 @@ class KROFX_API KRMessageSetRq
   /// Takes ownership of `signOn` and deletes the one held before.
   /// @return 1; 0 when this is no sign-on set.
   u16 SetSignOnRq(KRSignOnRq* signOn) { return SetSignOn(signOn); }
-  /// Forgets the sign-on without deleting it; it is the caller's, who must hold its pointer.
+  /// Forgets the sign-on without deleting it; it belongs to the caller, who must have its pointer.
   void DisconnectSignOnRq() { m_signOn.Release(); }
   /// Forgets a transaction without deleting it; the later ones move down.
   /// @return 1; 0 when there is none.
@@ -109,8 +111,7 @@ class KROFX_API KRMessageSetRq
 
 /// A message set of a response. The security list set also holds the list itself.
 class KROFX_API KRMessageSetRs
-    : public krofx::internal::MessageSet<KRTransRs, KRSyncRs, KRSignOnRs,
-                                         krofx::internal::Side::kResponse> {
+    : public krofx::internal::MessageSet<krofx::internal::Side::kResponse> {
  public:
   /// The sign-on, still this object's; null when there is none.
   KRSignOnRs* GetSignOnRs() const;
@@ -124,7 +125,7 @@ class KROFX_API KRMessageSetRs
   u16 SetSecList(KRSecList* secList);
 
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
-  /// Writes the security list behind the transactions.
+  /// Writes the security list after the transactions.
   KRBuildStatus Build(KRBuilder* builder) const override;
   /// The security list is the last child.
   KRDataObj* GetChild(u16 index) const override;

@@ -22,11 +22,11 @@ class KROFX_API KRMIMEParser : public KRSimpleParser {
 
   /// Reads a MIME entity. The first header line must be the content type with the boundary; the
   /// parts follow, each with its headers. A subfile comes from the factory: a KRFileRs or KRFileRq
-  /// for a part of OFX, else a KRFile with a body. Its class tells which (GetType).
+  /// for a part of OFX, else a KRFile with a body. GetType says which.
   ///
   /// OFX parts are always checked for missing tags. Each empties the thread's log, so only the last
   /// one's warnings remain, and its object with error. A part with status 3 is passed over; any
-  /// other status but 0, warnings (7) included, ends the parse, and the parts behind stay unread.
+  /// other status but 0, warnings (7) included, ends the parse, and the later parts stay unread.
   ///
   /// @param file takes headers, boundary and subfiles, whatever the status. Stays the caller's.
   /// @param checkRequired is not looked at.

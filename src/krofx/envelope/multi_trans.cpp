@@ -4,7 +4,7 @@
 #include "krofx/envelope/multi_trans.h"
 
 #include "krofx/messages/banking/transfers.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 KRParseStatus KRMultiTransRq::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   return KRTransBase::HandleTagStart(entry);

@@ -1,7 +1,7 @@
-// What a payroll update tells beside its rows.
+// What a payroll update says besides its rows.
 
 #include "krofx/envelope/payroll.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/payroll/company.h"
 #include "krofx/payroll/employees.h"
 #include "krofx/payroll/items.h"

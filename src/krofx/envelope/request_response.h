@@ -1,25 +1,27 @@
-// What stands under the tag OFX: one request or one response, a list of message sets.
+// What is under the tag OFX: one request or one response, a list of message sets.
 //
-// The two are the same but for the class of their message sets; what they do stands once, in
-// MessageSets.
+// The two are the same but for the class of their message sets; what they do is written once, in
+// MessageSetHolder.
 
 #ifndef KROFX_ENVELOPE_REQUEST_RESPONSE_H_
 #define KROFX_ENVELOPE_REQUEST_RESPONSE_H_
 
+#include "krofx/envelope/internal/direction.h"
 #include "krofx/envelope/message_set.h"
-#include "krofx/envelope/routing.h"
 
 namespace krofx::internal {
 
-/// A list of message sets of class `Set`, of one direction. It owns them, and writes them in the
-/// fixed order of families, whatever order they were put in.
-template <class Set, Side kSide>
+/// A list of message sets of one direction. It owns them, and writes them in the fixed order of
+/// families, whatever order they were put in.
+template <Side kSide>
 class KROFX_API MessageSetHolder : public KRDataObj {
+  using Set = typename Direction<kSide>::MessageSet;
+
  public:
   /// An empty list of type OFX.
   MessageSetHolder();
 
-  /// Takes ownership of `set` behind the others; its type becomes present.
+  /// Takes ownership of `set`, after the others; its type becomes present.
   /// @return 1; 0 when it could not be stored, and then it is still the caller's, or its type is no
   ///         message set.
   u16 AppendMessageSet(Set* set) { return SetMessageSet(m_sets.Entries(), set); }
@@ -55,23 +57,23 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   KRDynamicArrayDataObj m_sets{5, 5};
 };
 
-extern template class MessageSetHolder<KRMessageSetRq, Side::kRequest>;
-extern template class MessageSetHolder<KRMessageSetRs, Side::kResponse>;
+extern template class MessageSetHolder<Side::kRequest>;
+extern template class MessageSetHolder<Side::kResponse>;
 
 }  // namespace krofx::internal
 
-/// A request: what stands under OFX in a request file.
+/// A request: what is under OFX in a request file.
 class KROFX_API KRRequest
-    : public krofx::internal::MessageSetHolder<KRMessageSetRq, krofx::internal::Side::kRequest> {
+    : public krofx::internal::MessageSetHolder<krofx::internal::Side::kRequest> {
  public:
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.
   u16 DeepCopyFrom(KRRequest* source) { return CopySetsFrom(source); }
 };
 
-/// A response: what stands under OFX in a response file.
+/// A response: what is under OFX in a response file.
 class KROFX_API KRResponse
-    : public krofx::internal::MessageSetHolder<KRMessageSetRs, krofx::internal::Side::kResponse> {
+    : public krofx::internal::MessageSetHolder<krofx::internal::Side::kResponse> {
  public:
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.

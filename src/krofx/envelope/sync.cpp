@@ -1,9 +1,9 @@
 // The synchronisation wrappers: what depends on the wrapper's type.
 
 #include "krofx/envelope/envelope.h"
-#include "krofx/envelope/routing.h"
+#include "krofx/envelope/internal/routing.h"
 #include "krofx/messages/banking/accounts.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::ChildSlot;
 using krofx::internal::FindSync;
@@ -13,7 +13,7 @@ using krofx::internal::SyncRoute;
 namespace {
 
 const SyncRoute* RouteOf(Side side, const KRDataObj& sync) {
-  return FindSync(side, const_cast<KRDataObj&>(sync).GetType());
+  return FindSync(side, krofx::internal::TypeOf(sync));
 }
 
 u16 ValidTagsOf(Side side, const KRDataObj& sync, KRArrayOfTags& tags) {

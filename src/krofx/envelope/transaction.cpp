@@ -2,9 +2,9 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/envelope/envelope.h"
-#include "krofx/envelope/routing.h"
+#include "krofx/envelope/internal/routing.h"
 #include "krofx/messages/signon/status.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::BuildRows;
 using krofx::internal::Excuse;
@@ -16,9 +16,9 @@ using krofx::internal::TransactionRoute;
 
 namespace {
 
-// The row of a wrapper by its type, which is const in all but its signature.
+// The row of a wrapper by its type.
 const TransactionRoute* RouteOf(Side side, const KRDataObj& wrapper) {
-  return FindTransaction(side, const_cast<KRDataObj&>(wrapper).GetType());
+  return FindTransaction(side, krofx::internal::TypeOf(wrapper));
 }
 
 u16 ValidTagsOf(Side side, const KRDataObj& wrapper, KRArrayOfTags& tags) {

@@ -1,6 +1,6 @@
 // The walks over an aggregate's table. See aggregate.h for the whole picture.
 
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
@@ -38,7 +38,7 @@ void ForEachChildMember(const KRDataObj& object, const AggregateTable& table, u8
 }
 
 // Room for the slots of any table: there are no more rows than presence bits.
-using LeadingSlots = ChildSlot* [96];
+using LeadingSlots = ChildSlot * [PresenceBits::kCount];
 
 u16 EntriesOf(const Row& row, const void* member) {
   return IsArray(row) ? row.array->entries(member) : static_cast<u16>(1);
@@ -159,7 +159,8 @@ Presence::Presence(const KRDataObj& object)
 
 bool Presence::Has(KRTagID tag) const {
   const int position = FindTagRow(m_valid, tag, m_version);
-  return position >= 0 && position < 96 && ObjectAccess::BitAt(m_object, position);
+  return position >= 0 && position < PresenceBits::kCount &&
+         ObjectAccess::BitAt(m_object, position);
 }
 
 KRDataObj* CreateElement(CreateChild create) {

@@ -6,17 +6,18 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
-#include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/tag_index.h"
 #include "krofx/model/parser.h"
-#include "krofx/model/tag_index.h"
 
 using krofx::internal::AggregateTable;
 using krofx::internal::FindTagRow;
+using krofx::internal::PresenceBits;
 
 namespace {
 
-// The default factory has no state, so it stands in static storage: a thread that asked for it can
+// The default factory has no state, so it is in static storage: a thread that asked for it can
 // never lose it to another thread's destructor.
 KRDataObjFactory& DefaultFactory() {
   static KRDataObjFactory factory(1);
@@ -52,7 +53,7 @@ KRDataObj::~KRDataObj() {
 
 void KRDataObj::CopyStateFrom(const KRDataObj& other) {
   m_parser = other.m_parser;
-  for (int word = 0; word < 3; ++word) m_presence[word] = other.m_presence[word];
+  m_presence = other.m_presence;
   m_type = other.m_type;
   m_version = other.m_version;
 }
@@ -142,8 +143,7 @@ KRBuildStatus KRDataObj::Build(KRBuilder* builder) const {
 }
 
 KRBuildStatus KRDataObj::BuildObject(KRBuilder* builder, KRTagID tag) const {
-  // GetType is not const in the contract, though it changes nothing.
-  if (tag == KRTag_None) tag = const_cast<KRDataObj*>(this)->GetType();
+  if (tag == KRTag_None) tag = krofx::internal::TypeOf(*this);
   KRBuildStatus status = builder->AddTagStart(tag);
   if (status != KRBuildStatus_Done) return status;
   status = Build(builder);
@@ -176,46 +176,33 @@ u16 KRDataObj::ProcessRequest(const ServerImpl* /*server*/) { return 1; }
 int KRDataObj::FindPosition(KRTagID tag) const {
   KRArrayOfTags tags;
   if (GetArrayOfValidTags(tags) == 0 || tags.count == 0) return -1;
-  return FindTagRow(tags, tag, GetMsgSetVersion());
+  const int position = FindTagRow(tags, tag, GetMsgSetVersion());
+  // Rows beyond the last bit cannot be told apart, so they are not valid.
+  return position < PresenceBits::kCount ? position : -1;
 }
 
-u16 KRDataObj::GetBitValue(KRTagID tag, u32* bits) const {
-  bits[0] = bits[1] = bits[2] = 0;
-  const int position = FindPosition(tag);
-  // More rows than bits cannot be told apart, so the rows behind the last bit are not valid.
-  if (position < 0 || position >= 96) return 0;
-  bits[position / 32] = 1u << (position % 32);
-  return 1;
-}
-
-u16 KRDataObj::IsValidTag(KRTagID tag) const {
-  u32 bits[3];
-  return GetBitValue(tag, bits);
-}
+u16 KRDataObj::IsValidTag(KRTagID tag) const { return FindPosition(tag) >= 0 ? 1 : 0; }
 
 u16 KRDataObj::SetTag(KRTagID tag) {
-  u32 bits[3];
-  if (GetBitValue(tag, bits) == 0) return 0;
-  for (int word = 0; word < 3; ++word) m_presence[word] |= bits[word];
+  const int position = FindPosition(tag);
+  if (position < 0) return 0;
+  m_presence.Set(position);
   return 1;
 }
 
 u16 KRDataObj::ClearTag(KRTagID tag) {
-  u32 bits[3];
-  if (GetBitValue(tag, bits) == 0) {
+  const int position = FindPosition(tag);
+  if (position < 0) {
     krofx::internal::LogWarning(KRPW_UNKNOWNTAG, KRString(), KRString(), tag, nullptr);
     return 0;
   }
-  for (int word = 0; word < 3; ++word) m_presence[word] &= ~bits[word];
+  m_presence.Clear(position);
   return 1;
 }
 
 u16 KRDataObj::ValidateTag(KRTagID tag) const {
-  u32 bits[3];
-  if (GetBitValue(tag, bits) == 0) return 0;
-  u32 present = 0;
-  for (int word = 0; word < 3; ++word) present |= m_presence[word] & bits[word];
-  return present != 0 ? 1 : 0;
+  const int position = FindPosition(tag);
+  return position >= 0 && m_presence.Has(position) ? 1 : 0;
 }
 
 u16 KRDataObj::AllRequiredPresent() {
@@ -299,7 +286,7 @@ u16 KRDataObj::SetMsgSetVersion(u16 version) {
 u16 KRDataObj::GetMsgSetVersion() const { return m_version; }
 
 u16 KRDataObj::GetMsgSetVersionFromTag() const {
-  const KRTagID type = const_cast<KRDataObj*>(this)->GetType();
+  const KRTagID type = krofx::internal::TypeOf(*this);
   if (type == KRTag_None) return 0;
   KRTagDictionary* dictionary = KRTagDictionary::TheKRTagDictionary();
   const char* text = dictionary == nullptr ? nullptr : dictionary->GetTagString(type);

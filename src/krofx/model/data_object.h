@@ -4,7 +4,7 @@
 // operations below. KRDataObj knows no OFX: a class brings a table of its tags (GetTable, normally
 // generated from a .schema file), and the defaults of the virtual operations are the pattern that
 // every aggregate follows, driven by that table. A class without a table holds nothing, and its
-// author overrides what it needs. krofx/model/aggregate.h describes the tables.
+// author overrides what it needs. krofx/model/internal/aggregate.h describes the tables.
 
 #ifndef KROFX_MODEL_DATA_OBJECT_H_
 #define KROFX_MODEL_DATA_OBJECT_H_
@@ -18,6 +18,7 @@
 #include "krofx/core/tag_dictionary.h"
 #include "krofx/core/tags.h"
 #include "krofx/core/types.h"
+#include "krofx/model/internal/presence_bits.h"
 #include "krofx/values/keywords.h"
 
 class KRBuilder;
@@ -35,7 +36,8 @@ struct TagIndex;
 }  // namespace krofx::internal
 
 #pragma pack(push, 2)
-/// One row of a tag table, packed to 6 bytes: a tag and the message-set versions it stands for.
+/// One row of a tag table, packed to 6 bytes: a tag and the message-set versions in which it is
+/// valid.
 struct KRTagTableEntry {
   KRTagID tag;   ///< The tag.
   u16 versions;  ///< Mask of versions: 0xffff all, 1 V1, 2 V2, 0xfffe V2 and later.
@@ -43,11 +45,11 @@ struct KRTagTableEntry {
 #pragma pack(pop)
 static_assert(sizeof(KRTagTableEntry) == 6);
 
-/// A reference to the constant tag table of a class. The same tag may stand in it twice with
+/// A reference to the constant tag table of a class. The same tag may be in it twice with
 /// different masks.
 struct KRArrayOfTags {
   const KRTagTableEntry* table = nullptr;  ///< First row; null when the class has no table.
-  u16 count = 0;                           ///< Number of rows, at most 96 in a valid table.
+  u16 count = 0;  ///< Number of rows; those beyond the 96th have no effect.
   /// A quicker way into the rows, or null. Used only while it belongs to `table`, so who fills in
   /// a table of his own may leave it alone.
   const krofx::internal::TagIndex* index = nullptr;
@@ -98,11 +100,11 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// @return 0.
   virtual KRParseStatus HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name);
 
-  /// Gives the tags that may stand in this object. A row's position is the index of its presence
+  /// Gives the tags that are allowed in this object. A row's position is the index of its presence
   /// bit.
   /// @return 1.
   virtual u16 GetArrayOfValidTags(KRArrayOfTags& tags) const;
-  /// Gives the tags that must stand in this object.
+  /// Gives the tags that are required in this object.
   /// @return 1.
   virtual u16 GetArrayOfRequiredTags(KRArrayOfTags& tags) const;
 
@@ -131,11 +133,11 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
 
   /// Tells if everything that must be present is, in this object alone.
   virtual u16 AllRequiredPresent();
-  /// Names the first required tag that is missing behind the missing tag `after`.
+  /// Names the first required tag that is missing after the missing tag `after`.
   /// @param after 0 for the first one.
   /// @return 0 when nothing more is missing, or when `after` is not itself missing.
   virtual KRTagID GetFirstMissingRequiredTag(KRTagID after);
-  /// Tells if `tag` may stand in an object of this version.
+  /// 1 when `tag` is allowed in an object of this version.
   virtual u16 IsValidTag(KRTagID tag) const;
   /// 1 when anything valid is present.
   virtual u16 AnyValidPresent();
@@ -149,7 +151,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   virtual u16 SetMsgSetVersion(u16 version);
   /// The version mask, 0 when not yet set.
   virtual u16 GetMsgSetVersion() const;
-  /// The version that the last character of the object's tag tells: 1, 2, or 0 for any other.
+  /// The version that the last character of the object's tag gives: 1, 2, or 0 for any other.
   virtual u16 GetMsgSetVersionFromTag() const;
 
   /// The tag that this object is written under, 0 when none.
@@ -212,15 +214,14 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
  private:
   friend struct krofx::internal::ObjectAccess;
 
-  // Finds the presence bit of a tag: three words of which one has one bit set.
-  u16 GetBitValue(KRTagID tag, u32* bits) const;
-  // The same as a position in the valid table, -1 when the tag is not valid here.
+  // Finds the presence bit of a tag, which is its position in the valid table; -1 when the tag is
+  // not valid here.
   int FindPosition(KRTagID tag) const;
 
   void CopyStateFrom(const KRDataObj& other);
 
   KRParser* m_parser = nullptr;
-  u32 m_presence[3] = {0, 0, 0};
+  krofx::internal::PresenceBits m_presence;
   KRTagID m_type = KRTag_None;
   u16 m_version = 0;
   // Guards the two forms of HandleTagElement against calling each other without end.

@@ -2,17 +2,11 @@
 
 #include "krofx/model/parser.h"
 
-#include "krofx/model/tag_index.h"
+#include "krofx/model/internal/tag_index.h"
 
 namespace {
 
 KRParseLogger* Log() { return KRParseLogger::TheKRParseLogger(); }
-
-// Warnings without an object get the one that the parser stands at.
-const bool knownToLoggers = [] {
-  krofx::internal::currentObjectOf = [](KRParser* parser) { return parser->GetCurrentObj(); };
-  return true;
-}();
 
 }  // namespace
 

@@ -35,7 +35,7 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
   /// As the copy constructor.
   KRParser& operator=(const KRParser& other) = default;
 
-  /// Makes `root` the current object and tells it so. Reads nothing: derived parsers do.
+  /// Makes `root` the current object and informs it. Reads nothing: derived parsers do.
   /// @return 0; 3 for a null root.
   virtual KRParseStatus Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired);
   /// Puts the current object on the stack and makes `object` current, with its table of valid tags.
@@ -57,7 +57,7 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
 
   /// The object that receives tags; null before the first parse.
   KRDataObj* GetCurrentObj() const { return m_current; }
-  /// The number of open aggregates below the root, 0 to kMaxDepth. 0 behind a parse that went well;
+  /// The number of open aggregates below the root, 0 to kMaxDepth. 0 after a parse that went well;
   /// one that failed leaves its stack as it was, to be taken back by PopObject.
   s16 GetDepth() const { return m_depth; }
 
@@ -86,7 +86,7 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
   u16 AppendParseException(KRParseWarning warning, KRString value, KRString tagText, KRTagID tag,
                            KRDataObj* object);
 
-  /// Makes `root` the current object and tells it so, without a look at the stack.
+  /// Makes `root` the current object and informs it, without a look at the stack.
   void SetRoot(KRDataObj* root);
 
  private:

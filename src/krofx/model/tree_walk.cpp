@@ -1,7 +1,7 @@
 // The helpers of KRUtility that walk object trees: what is missing in a tree, the repair of one
 // processor's invoices, and the search in an array of objects.
 
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/model/value_arrays.h"
 #include "krofx/model/value_kinds.h"
 #include "krofx/values/utility.h"
@@ -31,7 +31,7 @@ KRDataObj* FindIncomplete(KRDataObj& object) {
   return found;
 }
 
-// The value behind a tag, whether it is noted as present or not; null when the object's class keeps
+// The value of a tag, whether it is noted as present or not; null when the object's class keeps
 // none of this kind there.
 template <class Value>
 const Value* ValueBehind(KRDataObj& object, KRTagID tag, const ValueKind& kind) {

@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "krofx/build/builder.h"
-#include "krofx/build/writing.h"
+#include "krofx/build/internal/writing.h"
 #include "krofx/model/factory.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 #include "krofx/values/keywords.h"
 
 using krofx::internal::KeywordTraits;

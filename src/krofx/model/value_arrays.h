@@ -1,10 +1,10 @@
 // The arrays of repeated values that know how to write themselves: strings, numbers, keywords,
 // languages, and aggregates of any class.
 //
-// They are typed faces over the one array of core/array.h, so growth and ownership are told there.
-// What each adds is how its elements become text: Build writes one element line for each value, or
-// hands the work to the aggregate. A slot that holds nothing writes nothing. The arrays of one
-// aggregate class have no Build; their owner walks them.
+// They are typed faces over the one array of core/array.h, so growth and ownership are described
+// there. What each adds is how its elements become text: Build writes one element line for each
+// value, or hands the work to the aggregate. A slot that holds nothing writes nothing. The arrays
+// of one aggregate class have no Build; their owner walks them.
 
 #ifndef KROFX_MODEL_VALUE_ARRAYS_H_
 #define KROFX_MODEL_VALUE_ARRAYS_H_
@@ -54,7 +54,7 @@ class KROFX_API KRDynamicArrayString : public krofx::internal::ElementArray<KRSt
 };
 
 /// Texts that share one spec length: each element takes the array's when it is stored. As
-/// everywhere, a text over the limit is kept and its IsValid tells.
+/// everywhere, a text over the limit is kept, and its IsValid says so.
 class KROFX_API KRDynamicArrayStringLen : public KRDynamicArrayString {
  public:
   /// @param specLength the longest valid text; 65535 for no limit.

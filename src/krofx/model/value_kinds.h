@@ -10,7 +10,7 @@
 #include <type_traits>
 
 #include "krofx/build/builder.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/values/data_conversion.h"
 #include "krofx/values/date_time.h"
 #include "krofx/values/language.h"

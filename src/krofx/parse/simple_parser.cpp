@@ -4,21 +4,15 @@
 
 #include <optional>
 
-#include "krofx/core/element_source.h"
+#include "krofx/core/internal/element_source.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/file_headers.h"
 #include "krofx/parse/parse_run.h"
 #include "krofx/values/utility.h"
 
 using krofx::internal::IsSecret;
-
-namespace krofx::internal {
-
-u16 (*validateFileHeaders)(KRDataObj& root) = [](KRDataObj&) -> u16 { return 1; };
-
-}  // namespace krofx::internal
 
 namespace {
 
@@ -108,7 +102,7 @@ KRParseStatus KRSimpleParser::ReadHeaders(KRParseEngine& engine, KRDataObj& root
   engine.ResetToEndOfHeader();
   const KRTagID type = root.GetType();
   const bool isFile = type == KRTag_OFXFILERQ || type == KRTag_OFXFILERS;
-  if (isFile && krofx::internal::validateFileHeaders(root) == 0) return KRParseStatus_Invalid;
+  if (isFile && !krofx::internal::HeadersAllowBody(root)) return KRParseStatus_Invalid;
   return KRParseStatus_Accepted;
 }
 
@@ -167,7 +161,7 @@ KRParseStatus KRSimpleParser::TakeElement(const KRTagDictionaryEntry& entry, KRS
 // Logs a warning with a value. Without memory for it the alarm is raised and the answer is false.
 bool KRSimpleParser::LogValue(KRParseWarning warning, const KRTagDictionaryEntry& entry,
                               const KRString& value) {
-  KRParseException* exception = krofx::internal::Elements().newParseException();
+  KRParseException* exception = krofx::internal::MakeElement<KRParseException>();
   if (exception == nullptr) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return false;

@@ -14,9 +14,9 @@
 #include <string_view>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/wipe.h"
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
-#include "krofx/core/wipe.h"
 #include "krofx/parse/byte_search.h"
 #include "krofx/parse/search_memory.h"
 

@@ -2,7 +2,7 @@
 // than they are written under.
 
 #include "krofx/build/builder.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/payroll/sign_on.h"
 
 KRBuildStatus PayrollSignOnRq::Build(KRBuilder* builder) const {

@@ -1,6 +1,6 @@
 // The address in a tax summary: a part of the object, so that there is always one, and only one.
 
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/payroll/taxes.h"
 
 // A second address in a text is read over the first, where a child by pointer would be replaced.

@@ -4,9 +4,9 @@
 
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file.h"
-#include "krofx/envelope/routing.h"
+#include "krofx/envelope/internal/routing.h"
 #include "krofx/model/factory.h"
-#include "krofx/model/tag_index.h"
+#include "krofx/model/internal/tag_index.h"
 
 namespace krofx::internal {
 

@@ -8,7 +8,7 @@
 
 #include "krofx/core/tags.h"
 #include "krofx/core/types.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace krofx::internal {
 

@@ -11,7 +11,7 @@
 #include <iterator>
 
 #include "krofx/parse/end_tag_index.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

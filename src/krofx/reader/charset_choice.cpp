@@ -9,7 +9,7 @@
 #include "krofx/reader/recorder.h"
 #include "krofx/reader/references.h"
 #include "krofx/reader/working_text.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

@@ -14,7 +14,7 @@
 #include "krofx/reader/scanner.h"
 #include "krofx/reader/working_text.h"
 #include "krofx/values/data_conversion.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

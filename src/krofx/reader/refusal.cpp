@@ -7,7 +7,7 @@
 #include <cstddef>
 
 #include "krofx/parse/byte_search.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

@@ -5,7 +5,7 @@
 #include <functional>
 
 #include "krofx/parse/end_tag_index.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

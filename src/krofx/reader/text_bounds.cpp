@@ -7,7 +7,7 @@
 
 #include "krofx/parse/byte_search.h"
 #include "krofx/reader/header.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

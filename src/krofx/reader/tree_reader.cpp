@@ -11,7 +11,7 @@
 #include "krofx/parse/byte_search.h"
 #include "krofx/reader/charset.h"
 #include "krofx/values/data_conversion.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {

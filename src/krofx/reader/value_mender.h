@@ -20,7 +20,7 @@
 
 #include "krofx/core/string.h"
 #include "krofx/core/tags.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/reader/mending.h"
 
 namespace krofx::internal {

@@ -2,7 +2,7 @@
 
 #include "krofx/rewriting/whole_builder.h"
 
-#include "krofx/build/writing.h"
+#include "krofx/build/internal/writing.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/values/utility.h"
 

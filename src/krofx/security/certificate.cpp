@@ -8,8 +8,8 @@
 #include "krofx/security/base64.h"
 #include "krofx/security/internal/buffer_view.h"
 #include "krofx/security/internal/toolkit.h"
-#include "krofx/values/calendar.h"
 #include "krofx/values/date_time.h"
+#include "krofx/values/internal/calendar.h"
 
 using krofx::internal::ByteView;
 using krofx::internal::CertificateFields;

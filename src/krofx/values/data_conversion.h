@@ -2,7 +2,7 @@
 // dates, numbers.
 //
 // The conversions of the keywords are generated from keywords.schema into KRDataConversionBase;
-// those of everything else stand here.
+// those of everything else are here.
 
 #ifndef KROFX_VALUES_DATA_CONVERSION_H_
 #define KROFX_VALUES_DATA_CONVERSION_H_

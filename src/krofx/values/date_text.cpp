@@ -7,8 +7,8 @@
 #include <cstring>
 
 #include "krofx/values/date_time.h"
-#include "krofx/values/digits.h"
-#include "krofx/values/text_warning.h"
+#include "krofx/values/internal/digits.h"
+#include "krofx/values/internal/text_warning.h"
 
 using krofx::internal::IsDigit;
 using krofx::internal::ReadDigits;
@@ -219,7 +219,7 @@ u16 KRDateTimeBase::ParseTime(char const* text, std::size_t length) {
 bool KRDateTimeBase::ReadClock(char const* text, std::size_t length) noexcept {
   constexpr std::size_t kPointPosition = 6;
   constexpr s16 kMillisecondDigits = 3;
-  // From the end, each part taking what the ones behind it left.
+  // From the end, each part taking what the later ones left.
   if (length > kPointPosition && text[kPointPosition] == '.') {
     std::size_t const behind = kPointPosition + 1;
     if (!ReadDigits(text + behind, length - behind, m_millisecond, 0, kMillisecondDigits)) {
@@ -285,7 +285,7 @@ u16 KRDateTimeBase::GetDateString(KRString& out) {
   }
   if (hasZone) {
     *to++ = '[';
-    // The sign of a zone less than an hour behind GMT stands in the fraction alone.
+    // The sign of a zone less than an hour behind GMT is in the fraction alone.
     if (m_gmtOffset == 0 && m_gmtOffsetFraction < 0) *to++ = '-';
     to = WriteOffset(to, m_gmtOffset);
     if (m_gmtOffsetFraction != 0) to = WriteFraction(to, m_gmtOffsetFraction);

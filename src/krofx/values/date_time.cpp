@@ -6,9 +6,9 @@
 #include <cstring>
 #include <limits>
 
-#include "krofx/values/byte_order.h"
-#include "krofx/values/clock.h"
-#include "krofx/values/decimal_text.h"
+#include "krofx/values/internal/byte_order.h"
+#include "krofx/values/internal/clock.h"
+#include "krofx/values/internal/decimal_text.h"
 
 using krofx::internal::CalendarDate;
 using krofx::internal::Clock;

@@ -20,10 +20,10 @@
 #include "krofx/core/memory.h"
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
-#include "krofx/values/calendar.h"
-#include "krofx/values/lazy_block.h"
+#include "krofx/values/internal/calendar.h"
+#include "krofx/values/internal/lazy_block.h"
+#include "krofx/values/internal/zone_name.h"
 #include "krofx/values/precision_integer.h"
-#include "krofx/values/zone_name.h"
 
 /// The fields of a date and time with its zone, and what all dates and times can do. A value type:
 /// copies are independent. Text errors are logged as warnings and give 0; nothing throws.
@@ -36,7 +36,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
 
   /// All fields zero, no zone. Month 0 makes it no valid date.
   KRDateTimeBase() noexcept = default;
-  /// Copies all fields; the binary block stays behind.
+  /// Copies all fields; the binary block is not copied.
   KRDateTimeBase(KRDateTimeBase const&) noexcept = default;
   virtual ~KRDateTimeBase() = default;
 
@@ -104,7 +104,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   u16 GetMillisecond() const { return m_millisecond; }
   /// Whole hours by which the zone is ahead of GMT, -12 to 12.
   s16 GetGMTOffset() const { return m_gmtOffset; }
-  /// Hundredths of an hour to add to the offset; they carry its sign, so that they alone tell it
+  /// Hundredths of an hour to add to the offset; they carry its sign, so that they alone show it
   /// when the offset is 0.
   s16 GetGMTOffsetFraction() const { return m_gmtOffsetFraction; }
   /// The zone name; empty when there is none. It belongs to this object, follows its changes and
@@ -163,7 +163,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   void ConvertToLocalTime(s16 offset, s16 fraction);
 
   /// Seconds from 1970 in GMT with 3 decimals, with a year of 365.2425 days. Before 1970 the count
-  /// stands one second further back than the calendar, so that a difference across the start of
+  /// is one second further back than the calendar, so that a difference across the start of
   /// 1970 is one second too large.
   KRPrecisionInteger GetGMT() const;
   /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays.
@@ -274,7 +274,7 @@ class KROFX_API KRDateTime : public KRDateTimeBase {
   /// @return as ConvertStringToKRDateTime.
   u16 operator=(char const* text) override;
 
-  /// Reads a date YYYYMMDD with an optional time behind it, as ConvertStringToKRTime reads it. All
+  /// Reads a date YYYYMMDD with an optional time after it, as ConvertStringToKRTime reads it. All
   /// fields are cleared first.
   ///
   /// Logs KRPW_NULLPOINTER for null and KRPW_BADFORMAT for a text of another shape, for a time that

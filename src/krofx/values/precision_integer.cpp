@@ -6,8 +6,8 @@
 
 #include "krofx/values/precision_integer.h"
 
-#include "krofx/values/byte_order.h"
-#include "krofx/values/decimal_text.h"
+#include "krofx/values/internal/byte_order.h"
+#include "krofx/values/internal/decimal_text.h"
 
 namespace krofx::internal {
 
@@ -40,7 +40,7 @@ struct DecimalCore {
     fewer.m_decimals = decimals;
   }
 
-  /// Below 0, 0 or above 0, as a comparison of `a` and `b` tells.
+  /// Below 0, 0 or above 0, as a comparison of `a` and `b` gives.
   static int Compare(KRPrecisionInteger const& a, KRPrecisionInteger const& b) noexcept {
     if (a.m_sign != b.m_sign) return a.m_sign == -1 ? -1 : 1;
     u128 left = Magnitude(a);

@@ -2,7 +2,7 @@
 //
 // A number is sign x magnitude / 10^decimals, with a magnitude of 96 bits. Nothing passes through
 // floating point and nothing is rounded: whatever loses digits truncates the magnitude. Arithmetic
-// works modulo 2^96 and does not report overflow; the limit stands where text comes in, at 28
+// works modulo 2^96 and does not report overflow; the limit applies where text comes in, at 28
 // digits.
 //
 // Zero can carry a minus sign, when it was parsed from "-0" or came from a multiplication or a
@@ -17,7 +17,7 @@
 #include "krofx/core/export.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
-#include "krofx/values/lazy_block.h"
+#include "krofx/values/internal/lazy_block.h"
 
 namespace krofx::internal {
 struct DecimalCore;
@@ -34,7 +34,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   static constexpr u16 m_binaryLen = 20;
   /// Room for the longest text of a number with its terminator, in bytes.
   static constexpr u16 kTextSize = 32;
-  /// The most places behind the point that a valid number has.
+  /// The most places after the point that a valid number has.
   static constexpr u16 kMaxDecimals = 29;
 
   /// 0.
@@ -55,7 +55,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
         m_decimals(decimals) {}
   /// Parses `text`, as ConvertStringToKRPrecisionInteger of this class does.
   explicit KRPrecisionInteger(char const* text);
-  /// Copies the number; the text and the binary block stay behind.
+  /// Copies the number; the text and the binary block are not copied.
   constexpr KRPrecisionInteger(KRPrecisionInteger const&) noexcept = default;
   /// `value` / 10^`decimals`, for values beyond 32 bits.
   static KRPrecisionInteger FromInt64(std::int64_t value, u16 decimals) noexcept;
@@ -69,8 +69,8 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// Copies the number; text and binary block of both sides stay as they are.
   virtual KRPrecisionInteger& operator=(KRPrecisionInteger const&) noexcept = default;
 
-  /// Reads a number in OFX form: a sign, digits, one point. Commas are skipped wherever they stand,
-  /// but one behind the point counts as a place. Up to 28 digits, leading and trailing zeros
+  /// Reads a number in OFX form: a sign, digits, one point. Commas are skipped wherever they are,
+  /// but one after the point counts as a place. Up to 28 digits, leading and trailing zeros
   /// included; blanks and exponents are errors. A text of only a sign, a point or a comma is zero.
   ///
   /// The first error is logged as a warning with the whole text: KRPW_TOOLONG at the 29th digit,
@@ -113,7 +113,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// The difference, by the rules of +=.
   virtual KRPrecisionInteger operator-(KRPrecisionInteger const& other) const;
   /// The quotient of the magnitudes as integers, after this one was scaled up to the divisor's
-  /// decimals if it has fewer: no digits are made behind the point, so 7 / 2 is 3 and 1.00 / 3 is
+  /// decimals if it has fewer: no digits are made after the point, so 7 / 2 is 3 and 1.00 / 3 is
   /// 0.33. Its decimals are this number's less the divisor's, at least 0, and its sign is the
   /// product of the signs. A divisor whose magnitude is 0 or 1, whatever its sign and decimals,
   /// gives a copy of this number, and so does a magnitude of 0 in this one.
@@ -132,13 +132,13 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual KRPrecisionInteger abs() const;
   /// Turns the sign. Zero becomes or stays positive.
   virtual void Negate();
-  /// A copy without its places behind the point, truncated.
+  /// A copy without its places after the point, truncated.
   virtual KRPrecisionInteger Integer();
   /// A plain copy, the integer part included.
   virtual KRPrecisionInteger Fraction();
 
   /// The OFX text of the number: a minus sign for a negative one, no zero in front of the point, no
-  /// zeros at the end behind it, so 12.50 is "12.5" and 0.05 is ".05". Zero is "0" whatever its
+  /// zeros at the end after it, so 12.50 is "12.5" and 0.05 is ".05". Zero is "0" whatever its
   /// decimals, or "-0". A number of 30 or more decimals is "0".
   ///
   /// @return the text, which the object owns and the next call overwrites; null when memory is
@@ -150,7 +150,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// Changes the scale and keeps the value: multiplies by 10 or divides, truncating, until the
   /// number has `decimals` places.
   virtual void Decimal(u16 decimals);
-  /// The places behind the point.
+  /// The places after the point.
   virtual u16 Decimal() const { return m_decimals; }
 
   /// 1 when the magnitude fits 31 bits. Sign and decimals are not considered, here and in the next
@@ -233,10 +233,10 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   u16 MSD() const noexcept;
   /// Multiplies whichever of `a` and `b` has fewer decimals by 10 until the decimals agree.
   void RightAlign(KRPrecisionInteger& a, KRPrecisionInteger& b) const noexcept;
-  /// The memory behind `operator char*`: kTextSize bytes, made at first use. Null when memory is
-  /// exhausted, and then the thread's fire alarm is raised.
+  /// The memory that `operator char*` gives: kTextSize bytes, made at first use. Null when memory
+  /// is exhausted, and then the thread's fire alarm is raised.
   char* TextBuffer() const { return static_cast<char*>(m_text.Ensure(kTextSize)); }
-  /// The same as it stands: null when no text was made yet.
+  /// The same, but null when no text was made yet.
   char* CurrentText() const noexcept { return static_cast<char*>(m_text.Get()); }
 
  private:
@@ -313,9 +313,8 @@ class KROFX_API KRCommaSepPrecisionInteger : public KRPrecisionInteger {
   constexpr KRCommaSepPrecisionInteger() noexcept = default;
   using KRPrecisionInteger::operator=;
 
-  /// Parses `text` without its commas, so that a comma behind the point does not count as a place.
-  /// @return 1 when the number was read; 0 on any error, also when memory is exhausted, and then
-  /// the
+  /// Parses `text` without its commas, so that a comma after the point does not count as a place.
+  /// @return 1 when the number was read; 0 on any error. Exhausted memory is one, and then the
   ///         thread's fire alarm is raised and the number is zero.
   u16 ConvertStringToKRPrecisionInteger(char const* text) override;
 

@@ -4,9 +4,9 @@
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
-#include "krofx/values/decimal_text.h"
+#include "krofx/values/internal/decimal_text.h"
+#include "krofx/values/internal/text_warning.h"
 #include "krofx/values/precision_integer.h"
-#include "krofx/values/text_warning.h"
 
 using krofx::internal::u128;
 

@@ -2,8 +2,8 @@
 // standard's.
 //
 // An identifier is made of the time since 1582 in ten-thousandths of a second, a clock sequence
-// that moves on whenever the clock went backwards, and a node that stands for this process. Within
-// one second a counter takes the place of the fraction that the clock does not tell. After 10,000
+// that moves on whenever the clock went backwards, and a node that identifies this process. Within
+// one second a counter takes the place of the fraction that the clock does not give. After 10,000
 // identifiers in a second the counter runs into the next one; the clock then seems to go backwards
 // there, and the sequence keeps the identifiers apart.
 
@@ -14,7 +14,7 @@
 #include <ctime>
 #include <mutex>
 
-#include "krofx/values/clock.h"
+#include "krofx/values/internal/clock.h"
 #include "krofx/values/utility.h"
 
 u16 KRUtility::m_clockSequence = 0;

@@ -8,16 +8,16 @@
 
 #include "krofx/core/buffer.h"
 #include "krofx/core/tag_dictionary.h"
-#include "krofx/values/byte_order.h"
-#include "krofx/values/digits.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/byte_order.h"
+#include "krofx/values/internal/digits.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace {
 
 using namespace krofx::internal;
 
-// "nbsp" stands first, so that the search of a name takes all rows and that of a character, which
-// must leave blanks alone, begins behind it.
+// "nbsp" is first, so that the search of a name takes all rows and that of a character, which
+// must leave blanks alone, begins after it.
 constexpr struct {
   std::string_view name;
   char character;
@@ -35,7 +35,7 @@ u16 KRUtility::RemoveBadCharFromBuffer(KRBuffer* buffer) {
   if (buffer == nullptr) return 0;
   char* data = buffer->GetBufferPtr();
   if (data == nullptr) return 1;
-  // A host can have set a size that no memory stands behind.
+  // A host can have set a size that is larger than the memory.
   const u32 size = std::min(buffer->GetBufferSize(), buffer->GetBufferAllocation());
   for (u32 i = 0; i < size; ++i) {
     if (!MayStandInResponse(data[i])) data[i] = ' ';

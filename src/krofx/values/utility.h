@@ -1,7 +1,7 @@
 // Static helpers of several layers: transaction identifiers, walks over object trees, repair of
 // response text, fixed byte order, and the character macros of SGML text.
 //
-// The walks need the object model and stand in krofx/model/tree_walk.cpp; everything else is in
+// The walks need the object model and are in krofx/model/tree_walk.cpp; everything else is in
 // utility.cpp and transaction_id.cpp.
 
 #ifndef KROFX_VALUES_UTILITY_H_
@@ -78,7 +78,7 @@ class KROFX_API KRUtility {
   ///         matches or an empty slot comes first.
   static u16 Find(const KRDynamicArrayDataObj* array, KRTagID tag, u16 start);
 
-  /// Reads a number of up to 5 digits, modulo 65536; what stands behind the fifth is not looked at.
+  /// Reads a number of up to 5 digits, modulo 65536; what follows the fifth is not looked at.
   /// @param exactDigits when above 0, the number of digits there must be.
   /// @param scaleDigits when above the number of digits, the value is multiplied by 10 for each
   ///        that is missing.
@@ -100,7 +100,7 @@ class KROFX_API KRUtility {
 
   /// The character of a macro ("nbsp", "gt", "lt", "amp"), case respected; 0 when there is none.
   static char GetMacroChar(const char* name);
-  /// The name of the macro that must stand for a character: "gt", "lt" or "amp"; null for any
+  /// The name of the macro that must replace a character: "gt", "lt" or "amp"; null for any
   /// other, the blank included.
   static const char* GetMacroString(char c);
   /// The first '>', '<' or '&' of a text; null when there is none or the text is null.

@@ -2,8 +2,8 @@
 // not known.
 
 #include "krofx/messages/banking/accounts.h"
-#include "krofx/model/aggregate.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace {
 

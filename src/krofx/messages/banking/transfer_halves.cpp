@@ -3,7 +3,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/messages/banking/transfers.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::BuildRowsBetween;
 

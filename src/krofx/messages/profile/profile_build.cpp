@@ -2,7 +2,7 @@
 // versions of a message set keep their order.
 
 #include "krofx/messages/profile/profile.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 KRParseStatus KRMessageSetList::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   return GetParser() == nullptr ? KRParseStatus_Fatal : KRDataObj::HandleTagStart(entry);

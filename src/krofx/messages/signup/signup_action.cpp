@@ -3,7 +3,7 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/messages/signup/signup.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::ChildSlot;
 using krofx::internal::MissingTagOf;
@@ -74,7 +74,7 @@ KRParseStatus KRAction::HandleTagStart(const KRTagDictionaryEntry* const entry) 
 }
 
 KRBuildStatus KRAction::Build(KRBuilder* builder) const {
-  const KRTagID type = const_cast<KRAction*>(this)->GetType();
+  const KRTagID type = krofx::internal::TypeOf(*this);
   KRBuildStatus status = KRBuildStatus_Done;
   if (NamesSource(type)) status = BuildAccount(*this, m_accountFrom, *builder);
   if (status == KRBuildStatus_Done && NamesTarget(type)) {

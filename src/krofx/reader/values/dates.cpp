@@ -9,7 +9,7 @@
 #include "krofx/reader/values/plain_characters.h"
 #include "krofx/reader/values/survey.h"
 #include "krofx/reader/values/zone_text.h"
-#include "krofx/values/calendar.h"
+#include "krofx/values/internal/calendar.h"
 
 namespace krofx::internal {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "krofx/core/types.h"
-#include "krofx/values/digits.h"
+#include "krofx/values/internal/digits.h"
 
 namespace krofx::internal {
 

@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "krofx/reader/charset.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

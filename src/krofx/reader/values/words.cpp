@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "krofx/reader/values/plain_characters.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 #include "krofx/values/keywords.h"
 
 namespace krofx::internal {

@@ -3,7 +3,7 @@
 #include "krofx/reader/values/zone_text.h"
 
 #include "krofx/reader/values/digit_cursor.h"
-#include "krofx/values/keyword_table.h"
+#include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {
 

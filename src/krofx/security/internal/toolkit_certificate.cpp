@@ -14,7 +14,7 @@
 #include "krofx/core/memory.h"
 #include "krofx/security/internal/crypto_error_scope.h"
 #include "krofx/security/internal/toolkit.h"
-#include "krofx/values/calendar.h"
+#include "krofx/values/internal/calendar.h"
 
 namespace krofx::internal {
 

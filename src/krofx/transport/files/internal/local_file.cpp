@@ -12,8 +12,8 @@
 #include <limits>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/wipe.h"
 #include "krofx/core/memory.h"
-#include "krofx/core/wipe.h"
 
 namespace krofx::internal {
 namespace {

@@ -1,0 +1,137 @@
+// Growth, sharing and release of the slots of an array.
+
+#include "krofx/core/internal/slot_block.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+
+#include "krofx/core/thread.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr u32 kMaxSlots = SlotBlock::kMaxIndex + 1u;
+
+// Elements of a long array have left the caches when they are destroyed: the next one is fetched
+// while the one before it goes. Most are at most this large, and fetching what is not there is
+// harmless.
+void FetchAhead(void const* element) {
+  constexpr std::uintptr_t kBytes = 576;
+  constexpr std::uintptr_t kLine = 64;
+  auto const begin = reinterpret_cast<std::uintptr_t>(element);
+  for (std::uintptr_t at = begin; at < begin + kBytes; at += kLine) {
+    __builtin_prefetch(reinterpret_cast<void const*>(at));
+  }
+}
+
+}  // namespace
+
+SlotBlock::SlotBlock(u16 initialSize, u16 growStep, GrowthAlarm alarm) noexcept
+    : m_initialSize(std::max<u16>(initialSize, 1)),
+      m_growStep(std::max<u16>(growStep, 1)),
+      m_alarm(alarm) {}
+
+SlotBlock::SlotBlock(SlotBlock const& source) noexcept { ShareWith(source); }
+
+bool SlotBlock::GrowOneStep() {
+  bool const first = m_allocated == 0;
+  u32 const step = first ? m_initialSize : m_growStep;
+  auto const wanted = static_cast<u16>(std::min(m_allocated + step, kMaxSlots));
+  if (wanted == m_allocated) return false;
+  if (wanted > m_capacity && !Reserve(wanted)) {
+    if (first && m_alarm == GrowthAlarm::kRaised) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return false;
+  }
+  m_allocated = wanted;
+  return true;
+}
+
+bool SlotBlock::GrowTo(u16 index) {
+  if (index < m_allocated) return true;
+  if (index > kMaxIndex) return false;
+  while (index >= m_allocated) {
+    if (!GrowOneStep()) return false;
+  }
+  return true;
+}
+
+bool SlotBlock::Store(u16 index, void* element, void (*destroy)(void*)) {
+  if (element == nullptr || !GrowTo(index)) return false;
+  void* const held = m_slots[index];
+  Put(index, element);
+  if (held != nullptr && held != element) destroy(held);
+  return true;
+}
+
+bool SlotBlock::Remove(u16 index) {
+  if (index >= m_entries) return false;
+  --m_entries;
+  std::memmove(m_slots + index, m_slots + index + 1, (m_entries - index) * sizeof(void*));
+  m_slots[m_entries] = nullptr;
+  return true;
+}
+
+bool SlotBlock::Empty(u16 index) {
+  if (index >= m_allocated) return false;
+  m_slots[index] = nullptr;
+  return true;
+}
+
+void SlotBlock::Clear() {
+  std::fill_n(m_slots, m_allocated, nullptr);
+  m_entries = 0;
+}
+
+void SlotBlock::Release(void (*destroy)(void*)) {
+  void** const slots = m_slots;
+  u32 const capacity = m_capacity;
+  bool const shared = IsShared();
+  Unlink();
+  m_slots = nullptr;
+  m_allocated = m_entries = m_capacity = 0;
+  if (shared) return;
+  for (u32 i = 0; i < capacity; ++i) {
+    if (i + 1 < capacity) FetchAhead(slots[i + 1]);
+    if (slots[i] != nullptr) destroy(slots[i]);
+  }
+  Free(slots);
+}
+
+void SlotBlock::ShareWith(SlotBlock const& source) {
+  m_slots = source.m_slots;
+  m_allocated = source.m_allocated;
+  m_entries = source.m_entries;
+  m_initialSize = source.m_initialSize;
+  m_growStep = source.m_growStep;
+  m_capacity = source.m_capacity;
+  m_alarm = source.m_alarm;
+  if (m_slots == nullptr) return;
+  m_nextSharer = source.m_nextSharer;
+  source.m_nextSharer = this;
+}
+
+// Makes the memory at least `slots` long, for all that share it, with null in the new slots.
+bool SlotBlock::Reserve(u16 slots) {
+  auto const capacity = static_cast<u16>(std::clamp<u32>(u32{m_capacity} * 2, slots, kMaxSlots));
+  auto* grown = static_cast<void**>(Reallocate(m_slots, capacity * sizeof(void*)));
+  if (grown == nullptr) return false;
+  std::fill(grown + m_capacity, grown + capacity, nullptr);
+  SlotBlock* sharer = this;
+  do {
+    sharer->m_slots = grown;
+    sharer->m_capacity = capacity;
+    sharer = sharer->m_nextSharer;
+  } while (sharer != this);
+  return true;
+}
+
+void SlotBlock::Unlink() {
+  SlotBlock* before = m_nextSharer;
+  while (before->m_nextSharer != this) before = before->m_nextSharer;
+  before->m_nextSharer = m_nextSharer;
+  m_nextSharer = this;
+}
+
+}  // namespace krofx::internal

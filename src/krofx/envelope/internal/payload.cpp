@@ -1,0 +1,29 @@
+// Making, replacing and copying payloads.
+
+#include "krofx/envelope/internal/payload.h"
+
+#include "krofx/model/factory.h"
+
+namespace krofx::internal {
+
+KRParseStatus Payload::Make(Side side, KRTagID tag) {
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  if (factory == nullptr) return KRParseStatus_Fatal;
+  const PayloadRoute* route = FindPayload(side, tag);
+  if (route == nullptr) return KRParseStatus_Invalid;
+  KRDataObj* made = route->create(*factory);
+  if (made == nullptr) return KRParseStatus_Fatal;
+  if (KRDataObj* held = m_slot.Get()) {
+    if (m_replaced.Append(held) == 0) {
+      delete made;
+      return KRParseStatus_Fatal;
+    }
+    m_slot.Release();
+  }
+  m_slot.Set(made);
+  return KRParseStatus_Accepted;
+}
+
+u16 Payload::CopyFrom(const Payload& source) { return CopyChild(m_slot, source.m_slot.Get()); }
+
+}  // namespace krofx::internal

@@ -1,0 +1,49 @@
+// Days to dates and back. Both directions count years from March, so that a leap day is the last
+// day of its year, and work in cycles of 400 years, after which the calendar repeats.
+
+#include "krofx/values/internal/calendar.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr std::int64_t kDaysPerCycle = 146097;
+// From the start of March of year 0 to the start of 1970.
+constexpr std::int64_t kDaysToEpoch = 719468;
+
+constexpr std::int64_t FloorDivide(std::int64_t value, std::int64_t by) noexcept {
+  return value / by - (value % by < 0 ? 1 : 0);
+}
+
+}  // namespace
+
+std::int64_t DaysFromDate(std::int64_t year, std::int64_t month, std::int64_t day) noexcept {
+  std::int64_t const fromMarch = month - 3;
+  year += FloorDivide(fromMarch, 12);
+  std::int64_t const shiftedMonth = fromMarch - FloorDivide(fromMarch, 12) * 12;
+  std::int64_t const cycle = FloorDivide(year, 400);
+  std::int64_t const yearOfCycle = year - cycle * 400;
+  // Five months from March on, and from August on, have 153 days together.
+  std::int64_t const dayOfYear = (153 * shiftedMonth + 2) / 5 + day - 1;
+  std::int64_t const leapDays = yearOfCycle / 4 - yearOfCycle / 100;
+  return cycle * kDaysPerCycle + yearOfCycle * 365 + leapDays + dayOfYear - kDaysToEpoch;
+}
+
+CalendarDate DateFromDays(std::int64_t days) noexcept {
+  days += kDaysToEpoch;
+  std::int64_t const cycle = FloorDivide(days, kDaysPerCycle);
+  std::int64_t const dayOfCycle = days - cycle * kDaysPerCycle;
+  std::int64_t const yearOfCycle =
+      (dayOfCycle - dayOfCycle / 1460 + dayOfCycle / 36524 - dayOfCycle / 146096) / 365;
+  std::int64_t const dayOfYear =
+      dayOfCycle - (365 * yearOfCycle + yearOfCycle / 4 - yearOfCycle / 100);
+  std::int64_t const shiftedMonth = (5 * dayOfYear + 2) / 153;
+  std::int64_t const month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
+  return {
+      .year = yearOfCycle + cycle * 400 + (month <= 2 ? 1 : 0),
+      .month = static_cast<u16>(month),
+      .day = static_cast<u16>(dayOfYear - (153 * shiftedMonth + 2) / 5 + 1),
+  };
+}
+
+}  // namespace krofx::internal

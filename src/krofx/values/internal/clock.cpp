@@ -1,0 +1,42 @@
+// The system's clock, and the place that holds its replacement.
+
+#include "krofx/values/internal/clock.h"
+
+#include <atomic>
+#include <ctime>
+
+namespace krofx::internal {
+
+namespace {
+
+class SystemClock final : public Clock {
+ public:
+  std::int64_t Now() override { return static_cast<std::int64_t>(std::time(nullptr)); }
+
+  s32 LocalZoneOffset() override {
+    // A day's distance from the epoch keeps the local reading in range for every zone.
+    std::time_t const day = 86400;
+    std::tm parts{};
+    if (gmtime_r(&day, &parts) == nullptr) return 0;
+    std::time_t const local = std::mktime(&parts);
+    return static_cast<s32>(day - local);
+  }
+};
+
+constinit std::atomic<Clock*> replacement{nullptr};
+
+}  // namespace
+
+Clock::~Clock() = default;
+
+Clock& Clock::Current() noexcept {
+  if (Clock* clock = replacement.load(std::memory_order_acquire)) return *clock;
+  static SystemClock system;
+  return system;
+}
+
+Clock* Clock::Replace(Clock* clock) noexcept {
+  return replacement.exchange(clock, std::memory_order_acq_rel);
+}
+
+}  // namespace krofx::internal

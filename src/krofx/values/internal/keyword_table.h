@@ -1,0 +1,108 @@
+// The machinery under the enumerations of krofx/values/keywords.h: a table of texts, the caseless
+// search in it, and the traits through which other code converts an enumeration without knowing
+// its class.
+//
+// Everything about one enumeration is generated into a KeywordData; what is done with it is
+// written once, here.
+
+#ifndef KROFX_VALUES_INTERNAL_KEYWORD_TABLE_H_
+#define KROFX_VALUES_INTERNAL_KEYWORD_TABLE_H_
+
+#include <iterator>
+#include <string_view>
+
+#include "krofx/core/export.h"
+#include "krofx/core/types.h"
+
+class KRString;
+
+namespace krofx::internal {
+
+/// How the builder's operation for an enumeration writes its keyword.
+enum class KeywordWriter {
+  None,      ///< There is no such operation.
+  Direct,    ///< Straight into the buffer.
+  Text,      ///< Through AddString, unescaped.
+  Tolerant,  ///< Through AddString, escaped, and no failure is reported.
+};
+
+/// What is known of the enumeration E: its texts in the order of its values. Generated.
+template <class E>
+struct KeywordData;
+
+/// An enumeration that has a keyword table.
+template <class E>
+concept KeywordEnum = requires {
+  KeywordData<E>::kTexts;
+};
+
+/// A keyword table with the enumeration taken off, for code that is driven by tables.
+struct KeywordTable {
+  const std::string_view* texts;  ///< The keywords, each ended by a NUL.
+  u16 count;                      ///< Number of keywords.
+  u16 readFrom;                   ///< The first value that a text is compared with.
+  bool logsOutOfRange;            ///< A value beyond the table is warned about.
+};
+
+/// Compares two texts without regard to the case of the letters A to Z.
+KROFX_API bool EqualsWithoutCase(std::string_view a, std::string_view b) noexcept;
+
+/// Finds the value of a keyword, without regard to case and without a warning.
+/// @return the value, -1 when no keyword matches.
+KROFX_API s32 FindKeyword(const KeywordTable& table, std::string_view text) noexcept;
+
+/// Finds the value of a keyword, without regard to case.
+/// @return 1; 0, with `value` unchanged, after a KRPW_BADFORMAT warning, when there is none.
+KROFX_API u16 KeywordFromText(const KeywordTable& table, const KRString& text, u32& value);
+
+/// Assigns the keyword of a value to `out`.
+/// @return 1; 0, with `out` unchanged, for a value beyond the table, after a KRPW_BADFORMAT warning
+///         where the table asks for one.
+KROFX_API u16 KeywordToText(const KeywordTable& table, u32 value, KRString& out);
+
+/// Conversions of the enumeration E; what it has of data it has from KeywordData.
+template <KeywordEnum E>
+struct KeywordTraits : KeywordData<E> {
+  using Data = KeywordData<E>;
+
+  /// Number of keywords.
+  static constexpr u16 kCount = std::size(Data::kTexts);
+  /// The table, for code that does not know E.
+  static constexpr KeywordTable kTable{Data::kTexts, kCount, Data::kReadFrom,
+                                       Data::kLogsOutOfRange};
+
+  /// See KeywordFromText. An enumeration that has a None gets it when nothing matches.
+  static u16 FromText(const KRString& text, E& out) {
+    u32 value = 0;
+    if (KeywordFromText(kTable, text, value)) {
+      out = static_cast<E>(value);
+      return 1;
+    }
+    if constexpr (requires { Data::kNone; }) out = Data::kNone;
+    return 0;
+  }
+
+  /// See KeywordToText.
+  static u16 ToText(E value, KRString& out) {
+    return KeywordToText(kTable, static_cast<u32>(value), out);
+  }
+};
+
+/// Base of the conversion classes: the two conversions over a caller's own table.
+class KROFX_API KeywordConversion {
+ public:
+  /// Assigns entry `value` of `table` to `out`.
+  /// @param low,high the first and the last entry that may be asked for.
+  /// @return 1; 0, with `out` unchanged, after a KRPW_BADFORMAT warning, for a value outside `low`
+  ///         to `high`.
+  static u16 EnumToString(u16 value, KRString& out, u16 low, u16 high,
+                          const char* const* const table);
+  /// Finds `text` in the entries `low` to `high` of `table`, without regard to case.
+  /// @return 1; 0, with `out` unchanged, after a KRPW_BADFORMAT warning, when none matches.
+  static u16 StringToEnum(const KRString& text, u16& out, u16 low, u16 high,
+                          const char* const* const table);
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_KEYWORD_TABLE_H_

@@ -1,0 +1,17 @@
+// Warnings about the text of a value: makes strings of the parts and logs them.
+
+#include "krofx/values/internal/text_warning.h"
+
+#include "krofx/core/string.h"
+
+namespace krofx::internal {
+
+void WarnAboutText(KRParseWarning warning, char const* text, std::size_t length,
+                   char const* operation) {
+  KRString value;
+  value.Assign(text,
+               static_cast<u16>(length < KRString::kMaxLength ? length : KRString::kMaxLength));
+  LogWarning(warning, value, KRString(operation), KRTag_None, nullptr);
+}
+
+}  // namespace krofx::internal

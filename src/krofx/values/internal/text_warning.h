@@ -1,0 +1,24 @@
+// Warnings about the text of a value.
+
+#ifndef KROFX_VALUES_INTERNAL_TEXT_WARNING_H_
+#define KROFX_VALUES_INTERNAL_TEXT_WARNING_H_
+
+#include <cstddef>
+
+#include "krofx/core/parse_logger.h"
+
+namespace krofx::internal {
+
+/// Logs a warning on the thread's logger, if it has one. A function of its own and never inlined,
+/// so that the parsers of values stay small.
+///
+/// @param warning what is wrong.
+/// @param text the text that gave offence, becomes the value text; may be null when `length` is 0.
+/// @param length its characters; cut to what a KRString holds.
+/// @param operation becomes the tag text.
+[[gnu::cold, gnu::noinline]] void WarnAboutText(KRParseWarning warning, char const* text,
+                                                std::size_t length, char const* operation);
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_TEXT_WARNING_H_

@@ -1,0 +1,58 @@
+// The slow paths of ZoneName: setting a name, and the string that hosts see.
+
+#include "krofx/values/internal/zone_name.h"
+
+#include <cstring>
+
+#include "krofx/core/fixed_strings.h"
+#include "krofx/core/string.h"
+#include "krofx/core/thread.h"
+
+namespace krofx::internal {
+
+void ZoneName::Assign(char const* text, std::size_t length) noexcept {
+  // The string's own text may be what is assigned; it must not be read while it is replaced.
+  bool const isOwn = m_string != nullptr && text == static_cast<char const*>(*m_string);
+  std::size_t const kept = length < kShortSize ? length : kShortSize - 1;
+  if (kept != 0) std::memmove(m_short, text, kept);
+  m_short[kept] = '\0';
+  if (isOwn && length == m_string->GetStrLength()) return;
+
+  if (m_string == nullptr && length >= kShortSize) {
+    m_string = new KRString3;
+    if (m_string == nullptr) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  }
+  if (m_string != nullptr) {
+    std::size_t const most = KRString::kMaxLength;
+    m_string->Assign(kept == length ? m_short : text,
+                     static_cast<u16>(length < most ? length : most));
+  }
+}
+
+char const* ZoneName::Text() const noexcept {
+  return Length() < kShortSize ? m_short : static_cast<char const*>(*m_string);
+}
+
+std::size_t ZoneName::Length() const noexcept {
+  std::size_t const inString = m_string == nullptr ? 0 : m_string->GetStrLength();
+  return inString >= kShortSize ? inString : std::strlen(m_short);
+}
+
+KRString3 const& ZoneName::AsString() const noexcept {
+  static KRString3 const none;
+  if (m_string == nullptr) {
+    m_string = new KRString3;
+    if (m_string == nullptr) {
+      KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+      return none;
+    }
+  }
+  if (m_string->IsEmpty() && !IsEmpty()) {
+    m_string->Assign(m_short, static_cast<u16>(std::strlen(m_short)));
+  }
+  return *m_string;
+}
+
+void ZoneName::DropString() noexcept { delete m_string; }
+
+}  // namespace krofx::internal

@@ -1,0 +1,81 @@
+// The zone name inside a date: nearly always three letters, so it is held in place and a date with
+// a zone costs no memory. Hosts see it as the string that it is in OFX terms, made when asked for.
+
+#ifndef KROFX_VALUES_INTERNAL_ZONE_NAME_H_
+#define KROFX_VALUES_INTERNAL_ZONE_NAME_H_
+
+#include <cstddef>
+
+#include "krofx/core/export.h"
+#include "krofx/core/types.h"
+
+class KRString3;
+
+namespace krofx::internal {
+
+/// A zone name. Up to 7 characters are in the object; a longer one, which OFX does not allow but
+/// a host may set, is in the string.
+class KROFX_API ZoneName {
+ public:
+  /// The empty name.
+  ZoneName() noexcept = default;
+  /// Copies the name.
+  ZoneName(ZoneName const& other) noexcept {
+    if (other.m_string == nullptr) {
+      CopyShort(other);
+    } else {
+      Assign(other.Text(), other.Length());
+    }
+  }
+  /// Copies the name.
+  ZoneName& operator=(ZoneName const& other) noexcept {
+    if (m_string == nullptr && other.m_string == nullptr) {
+      CopyShort(other);
+    } else if (this != &other) {
+      Assign(other.Text(), other.Length());
+    }
+    return *this;
+  }
+  ~ZoneName() {
+    if (m_string != nullptr) DropString();
+  }
+
+  /// Empties the name.
+  void Clear() noexcept {
+    if (m_string == nullptr) {
+      m_short[0] = '\0';
+    } else {
+      Assign("", 0);
+    }
+  }
+  /// Takes `length` characters at `text`. A long name for which memory does not suffice is cut to
+  /// what the object holds, and the thread's fire alarm is raised.
+  void Assign(char const* text, std::size_t length) noexcept;
+
+  /// 1 when there is no name.
+  bool IsEmpty() const noexcept { return m_short[0] == '\0'; }
+  /// The name, valid until it is changed; never null.
+  char const* Text() const noexcept;
+  /// Characters in the name.
+  std::size_t Length() const noexcept;
+  /// The name as a string, which follows later changes of the name and lives as long as the object.
+  /// When memory does not suffice for it the fire alarm is raised and it is empty.
+  KRString3 const& AsString() const noexcept;
+
+ private:
+  static constexpr std::size_t kShortSize = 8;
+
+  void CopyShort(ZoneName const& other) noexcept {
+    for (std::size_t i = 0; i < kShortSize; ++i) m_short[i] = other.m_short[i];
+  }
+  void DropString() noexcept;
+
+  // The name and its terminator, or the start of a long one.
+  char m_short[kShortSize] = {};
+  // Made when a host asks for it, or for a long name.
+  mutable KRString3* m_string = nullptr;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_ZONE_NAME_H_
