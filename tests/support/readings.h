@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "krofx/envelope/file_rq_rs.h"
 #include "krofx/reader/reading.h"
 #include "support/ofx_text.h"
 

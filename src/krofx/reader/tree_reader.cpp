@@ -8,6 +8,7 @@
 #include "krofx/core/thread.h"
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file.h"
+#include "krofx/messages/signon/status.h"
 #include "krofx/parse/byte_search.h"
 #include "krofx/reader/charset.h"
 #include "krofx/values/data_conversion.h"

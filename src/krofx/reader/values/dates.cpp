@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "krofx/reader/value_survey.h"
 #include "krofx/reader/values/digit_cursor.h"
 #include "krofx/reader/values/plain_characters.h"
-#include "krofx/reader/values/survey.h"
 #include "krofx/reader/values/zone_text.h"
 #include "krofx/values/internal/calendar.h"
 

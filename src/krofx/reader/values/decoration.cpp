@@ -7,10 +7,10 @@
 #include <iterator>
 #include <string_view>
 
+#include "krofx/reader/value_survey.h"
 #include "krofx/reader/values/numbers.h"
 #include "krofx/reader/values/plain_characters.h"
 #include "krofx/reader/values/separators.h"
-#include "krofx/reader/values/survey.h"
 
 namespace krofx::internal {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "krofx/reader/value_survey.h"
 #include "krofx/reader/values/plain_characters.h"
 #include "krofx/reader/values/separators.h"
-#include "krofx/reader/values/survey.h"
 
 namespace krofx::internal {
 
