@@ -6,7 +6,7 @@
 #include <iterator>
 
 #include "input/parsed_file.h"
-#include "krofx/model/aggregate.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace krofx::command {
 
