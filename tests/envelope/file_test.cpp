@@ -343,7 +343,7 @@ TEST(KRFileRs, CopiesItsResponses) {
 }
 
 // Counts what is asked of it, and makes no requests.
-class HeaderFactory : public KRDataObjFactory {
+class CountingFactory : public KRDataObjFactory {
  public:
   KRMIMEHeader* NewMIMEHeader() override { return Count(), KRDataObjFactory::NewMIMEHeader(); }
   KRFile* NewFile(u16 version) override { return Count(), KRDataObjFactory::NewFile(version); }

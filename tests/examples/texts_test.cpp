@@ -9,6 +9,8 @@
 #include <iterator>
 #include <string>
 
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/envelope/message_set.h"
 #include "krofx/envelope/payroll.h"
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/payee.h"
