@@ -11,6 +11,7 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/buffer.h"
 #include "krofx/parse/simple_parser.h"
+#include "krofx/reader/reading.h"
 #include "statement_text.h"
 
 namespace {
@@ -57,6 +58,35 @@ BENCHMARK(ParseTyped)->Unit(benchmark::kMillisecond);
 
 void ParseTypedAndCheck(benchmark::State& state) { Parse(state, 1); }
 BENCHMARK(ParseTypedAndCheck)->Unit(benchmark::kMillisecond);
+
+// The same by the reader, which finds nothing to mend: what it costs over ParseTypedAndCheck is
+// what asking for it costs.
+void ReadClean(benchmark::State& state) {
+  KRBuffer buffer(static_cast<u32>(Ofx().size() + 1), 0);
+  Fill(buffer, Ofx());
+  for (auto _ : state) {
+    const krofx::Reading reading = krofx::Read(buffer);
+    if (reading.status != KRParseStatus_Accepted) state.SkipWithError("the statement is not clean");
+    benchmark::DoNotOptimize(reading.root);
+  }
+  SetRates(state, Ofx());
+}
+BENCHMARK(ReadClean)->Unit(benchmark::kMillisecond);
+
+// The same for a statement with a private tag, which is read a second time to mend it.
+void ReadMended(benchmark::State& state) {
+  std::string text = Ofx();
+  text.insert(text.find("<STMTTRN>"), "<INTU.BID>3000\n");
+  KRBuffer buffer(static_cast<u32>(text.size() + 1), 0);
+  Fill(buffer, text);
+  for (auto _ : state) {
+    const krofx::Reading reading = krofx::Read(buffer);
+    if (reading.mendings.size() != 1) state.SkipWithError("not one mending");
+    benchmark::DoNotOptimize(reading.root);
+  }
+  SetRates(state, text);
+}
+BENCHMARK(ReadMended)->Unit(benchmark::kMillisecond);
 
 // The same work by pugixml: parses text in memory into its tree and deletes the tree.
 void ParseXml(benchmark::State& state) {

@@ -157,6 +157,8 @@ TEST(Structure, LeavesStrayTextOut) {
 TEST(Structure, TakesTagsInSmallLettersAndWithBlanks) {
   ExpectWhole(With("<TRNAMT>", "<trnamt>"), {"letter-case"});
   ExpectWhole(With("<TRNAMT>", "< TRNAMT ><!-- > -->"), {"tag-form"});
+  ExpectWhole(With("</STMTTRN>", "\n</STMTTRN\n"), {"tag-form"});
+  ExpectWhole(With("<BANKTRANLIST>", "\n<BANKTRANLIST\n"), {"tag-form"});
   ExpectWhole(With("<TRNAMT>", "<ofx:TRNAMT id=\"1\">"), {"tag-form"});
 }
 
@@ -190,6 +192,14 @@ TEST(Structure, SaysWhereATextBreaksOff) {
   ASSERT_EQ(reading.mendings.size(), 1u);
   EXPECT_EQ(reading.mendings[0].place.offset, text.size());
   EXPECT_EQ(Str(reading.mendings[0].path), "OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/BANKTRANLIST");
+}
+
+TEST(Structure, ReadsTheSameUnderSeveralKindsOfDamageAtOnce) {
+  std::string text = kWhole.substr(kWhole.find('<'));
+  text.erase(text.find("</STMTTRN>"), 10);
+  text.insert(text.find("<NAME>"), "<INTU.BID>3000");
+  text.replace(text.find("<FITID>"), 7, "<fitid>");
+  ExpectWhole(text, {"header-missing", "letter-case", "private-tag", "missing-end"});
 }
 
 TEST(Structure, StopsAtNoDepth) {

@@ -30,6 +30,8 @@ std::string_view BytesOf(const KRBuffer& buffer) {
   return bytes == nullptr ? std::string_view() : std::string_view(bytes, size);
 }
 
+}  // namespace
+
 bool MakeRoot(OfxText& text) {
   switch (text.kind) {
     case TextKind::kResponse:
@@ -44,6 +46,8 @@ bool MakeRoot(OfxText& text) {
   }
   return text.root != nullptr;
 }
+
+namespace {
 
 // Says the warnings of a strict parse.
 class WarningTeller : public KRWarningObserver {
@@ -69,8 +73,9 @@ class WarningTeller : public KRWarningObserver {
 
 bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
 
-// The graver of two statuses: exhausted memory, then a text that was read in part, then warnings.
-KRParseStatus Graver(KRParseStatus left, KRParseStatus right) {
+}  // namespace
+
+KRParseStatus GraverStatus(KRParseStatus left, KRParseStatus right) {
   const auto weight = [](KRParseStatus status) {
     switch (status) {
       case KRParseStatus_Accepted:
@@ -85,8 +90,6 @@ KRParseStatus Graver(KRParseStatus left, KRParseStatus right) {
   };
   return weight(right) > weight(left) ? right : left;
 }
-
-}  // namespace
 
 FileReader::FileReader(KRBuffer& buffer, const ReadOptions& options)
     : m_buffer(buffer),
@@ -119,14 +122,14 @@ KRParseStatus FileReader::ReadTexts() {
   KRParseStatus status = m_recorder.AnyInText() ? KRParseStatus_Warnings : KRParseStatus_Accepted;
   do {
     if (m_position != 0) m_recorder.BeginText();
-    status = Graver(status, ReadNext());
+    status = GraverStatus(status, ReadNext());
     const bool ended = m_reading.texts.empty() || status == KRParseStatus_Fatal ||
                        m_reading.texts.back().kind == TextKind::kMultipart;
     if (ended || m_options.strict) return status;
     if (!HasText(Bytes(), m_position, *m_dictionary)) return status;
   } while (m_reading.texts.size() < m_options.maxTexts);
   m_reading.problem = "there are more texts in it than are to be read; take it apart";
-  return Graver(status, KRParseStatus_Invalid);
+  return GraverStatus(status, KRParseStatus_Invalid);
 }
 
 KRParseStatus FileReader::ReadNext() {
@@ -151,10 +154,11 @@ KRParseStatus FileReader::ReadNext() {
   } else if (AlarmIsSet()) {
     text.status = KRParseStatus_Fatal;
   } else {
-    end = FindTextEnd(Bytes(), from);
+    const bool parts = text.kind == TextKind::kMultipart;
+    if (!parts) end = FindTextEnd(Bytes(), from);
     m_position = end;
     if (!MakeRoot(text)) return KRParseStatus_Fatal;
-    text.status = ReadMending(text, from, end);
+    text.status = parts ? ReadMultipart(text, from, end) : ReadMending(text, from, end);
     // What holds nothing of OFX is no text.
     if (text.root == nullptr) return text.status;
   }
@@ -206,8 +210,6 @@ bool FileReader::ReadStrictly(OfxText& text, std::size_t from, std::size_t end, 
 }
 
 KRParseStatus FileReader::ReadMending(OfxText& text, std::size_t from, std::size_t end) {
-  // What the strict pass has warned of is read anew.
-  KRParseLogger::TheKRParseLogger()->DeleteAll();
   WorkingText working(Bytes().substr(from, end - from), from);
   for (const TextMender mend : TextMenders()) {
     const KRParseStatus status = mend(working, m_recorder);

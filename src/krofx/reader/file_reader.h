@@ -14,6 +14,13 @@
 
 namespace krofx::internal {
 
+/// Makes the root that a text of its kind has.
+/// @return false when memory is exhausted.
+bool MakeRoot(OfxText& text);
+
+/// The graver of two statuses: exhausted memory, then a text that was read in part, then warnings.
+KRParseStatus GraverStatus(KRParseStatus left, KRParseStatus right);
+
 /// One reading of one plain buffer.
 class FileReader {
  public:
@@ -36,6 +43,8 @@ class FileReader {
   KRParseStatus ReadNext();
   bool ReadStrictly(OfxText& text, std::size_t from, std::size_t end, StrictPass& pass);
   KRParseStatus ReadMending(OfxText& text, std::size_t from, std::size_t end);
+  KRParseStatus ReadMultipart(OfxText& text, std::size_t from, std::size_t end);
+  KRParseStatus ReadPart(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadForm(OfxText& text, WorkingText& working);
   bool FillClean(OfxText& text, std::string_view bytes);
   void Describe(KRParseStatus status);

@@ -190,11 +190,10 @@ class HeaderReader {
     return TakeBehind(front.substr(passed), inOrder) && TakeForm(front.substr(first));
   }
 
-  // What stands in front of the first field.
+  // What stands in front of the first field; an XML declaration or a comment is no text.
   bool TakeFront(std::string_view before) {
-    // An XML declaration or a comment is no text.
-    const std::string_view text =
-        Trimmed(before.substr(0, std::min(before.find('<'), before.size())));
+    std::string_view text = Trimmed(before);
+    if (text.starts_with("<?") || text.starts_with("<!")) text = {};
     if (!text.empty()) return Note(MendingKind::kTextInFront, text.data(), {}, text);
     return before.empty() || m_declared ||
            Note(MendingKind::kHeaderLayout, before.data(), {}, before);

@@ -95,10 +95,7 @@ void Recorder::BeginText() {
   m_begun = true;
   m_anyInText = false;
   m_forbidden = nullptr;
-  m_firstMending = m_reading.mendings.size();
-  m_firstWarning = m_reading.warnings.size();
-  m_mendingPaths.Clear();
-  m_warningPaths.Clear();
+  BeginTree();
   std::fill(std::begin(m_said), std::end(m_said), 0);
   m_saidCount = 0;
 }
@@ -175,7 +172,7 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   }
 }
 
-void Recorder::EndText(const PathLog& paths) {
+void Recorder::EndTree(const PathLog& paths) {
   if (m_failed) return;
   for (std::size_t index = 0; index < m_mendingPaths.size(); ++index) {
     m_reading.mendings[m_firstMending + index].path = paths.PathOf(m_mendingPaths[index]);
@@ -183,6 +180,14 @@ void Recorder::EndText(const PathLog& paths) {
   for (std::size_t index = 0; index < m_warningPaths.size(); ++index) {
     m_reading.warnings[m_firstWarning + index].path = paths.PathOf(m_warningPaths[index]);
   }
+  BeginTree();
+}
+
+void Recorder::BeginTree() {
+  m_firstMending = m_reading.mendings.size();
+  m_firstWarning = m_reading.warnings.size();
+  m_mendingPaths.Clear();
+  m_warningPaths.Clear();
 }
 
 void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {

@@ -45,8 +45,8 @@ class Recorder {
 
   /// Begins the next text.
   void BeginText();
-  /// Ends it: resolves the paths of what was said in it.
-  void EndText(const PathLog& paths);
+  /// Ends a tree of the text: resolves the paths of what was said in it.
+  void EndTree(const PathLog& paths);
   /// Fills in all places: offsets in the original bytes, lines and columns.
   /// @param file the file as a whole, which the offsets are of.
   void FindPlaces(const WorkingText& file, std::string_view original);
@@ -63,6 +63,7 @@ class Recorder {
  private:
   static constexpr std::size_t kSaidPlaces = 1024;
 
+  void BeginTree();
   bool SaysAgain(MendingKind kind, std::string_view tag);
   bool Set(KRString& target, std::string_view text);
 

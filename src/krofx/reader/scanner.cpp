@@ -62,12 +62,11 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
   const char next = At(place);
   if (next != '>' && next != '/' && !IsWhite(next)) return false;
   bool attributes = false;
-  while (At(place) != '>') {
-    const char c = At(place);
-    if (c == '<' || place >= End()) return false;
-    attributes = attributes || c == '=';
+  while (At(place) != '>' && At(place) != '<' && place < End()) {
+    attributes = attributes || At(place) == '=';
     ++place;
   }
+  if (At(place) != '>') return ReadOpenTag(start, place, tag);
   tag.behind = place + 1;
   tag.selfClosed = tag.type == ScannedTag::Type::kStart && At(place - 1) == '/';
   const u32 inside = place - (tag.selfClosed ? 1 : 0);
@@ -95,6 +94,20 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
   if (tag.entry != nullptr) return true;
   const bool dotted = tag.name.find('.') != std::string_view::npos;
   return !tag.otherForm && (!small || dotted);
+}
+
+// A tag that has lost its '>': a name of OFX at the end of its line, with another tag behind it.
+bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
+  const u32 end = start + static_cast<u32>(tag.name.size());
+  if (At(next) != '<' || SkipWhite(end) != next) return false;
+  if (m_bytes.substr(end, next - end).find_first_of("\r\n") == std::string_view::npos) return false;
+  KRTagID id;
+  tag.entry = m_dictionary.GetTagID(tag.name.data(), static_cast<u16>(tag.name.size()), &id,
+                                    KRCaseType_IgnoreCase);
+  tag.behind = next;
+  tag.otherForm = true;
+  tag.selfClosed = tag.otherCase = false;
+  return tag.entry != nullptr;
 }
 
 Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& behind, ScannedTag& tag) const {

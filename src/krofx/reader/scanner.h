@@ -97,6 +97,7 @@ class Scanner {
   char At(u32 position) const { return position < m_bytes.size() ? m_bytes[position] : '\0'; }
   u32 End() const { return static_cast<u32>(m_bytes.size()); }
   u32 SkipWhite(u32 position) const;
+  bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
   Piece Classify(u32 open, bool inText, u32& behind, ScannedTag& tag) const;
   u32 FindEnd(u32 from, std::string_view what, u32& noneFrom) const;
   TextRun ReadRun(u32 from, ScannedTag& tag) const;

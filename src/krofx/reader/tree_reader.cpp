@@ -116,13 +116,13 @@ KRParseStatus TreeReader::Read(KRFile& root, u32 body) {
   // Whatever is still open stays as it is; the objects keep no pointer to this parser in use.
   while (GetDepth() > 0) KRParser::PopObject();
   WarnOfMissing(root);
-  m_recorder.EndText(m_paths);
+  m_recorder.EndTree(m_paths);
   m_log->DeleteAll();
   return m_status;
 }
 
 bool TreeReader::ReadTag(ScannedTag& tag) {
-  if (!TakeFront(tag)) return false;
+  if (!TakeFront(tag) || !SayForm(tag)) return false;
   switch (tag.type) {
     case ScannedTag::Type::kStart:
       return TakeStart(tag);
@@ -138,9 +138,9 @@ bool TreeReader::TakeFront(const ScannedTag& tag) {
   return Note(MendingKind::kStrayText, tag.front.from, {}, Shown(tag.front));
 }
 
-bool TreeReader::TakeStart(ScannedTag& tag) {
-  m_endsSilently = {};
-  if (tag.entry == nullptr) return SkipUnknown(tag);
+// Says in which way a tag of OFX is written otherwise.
+bool TreeReader::SayForm(const ScannedTag& tag) {
+  if (tag.entry == nullptr) return true;
   if (tag.otherCase && !Note(MendingKind::kLetterCase, tag.at, tag.Name(), tag.name, tag.Name())) {
     return false;
   }
@@ -150,6 +150,12 @@ bool TreeReader::TakeStart(ScannedTag& tag) {
             m_text.Bytes().substr(tag.at, tag.behind - tag.at), tag.Name())) {
     return false;
   }
+  return true;
+}
+
+bool TreeReader::TakeStart(ScannedTag& tag) {
+  m_endsSilently = {};
+  if (tag.entry == nullptr) return SkipUnknown(tag);
   const TagRole role = RoleOf(*GetCurrentObj(), tag.Id());
   if (Fits(role, tag) && !BelongsFurtherOut(tag, role)) return Take(tag, role);
   bool taken = false;

@@ -80,6 +80,7 @@ class TreeReader final : public KRParser {
   // Each of these gives false when the reading ends, with the reason in m_status.
   bool ReadTag(ScannedTag& tag);
   bool TakeFront(const ScannedTag& tag);
+  bool SayForm(const ScannedTag& tag);
   bool TakeStart(ScannedTag& tag);
   bool TakeEnd(const ScannedTag& tag);
   bool Take(ScannedTag& tag, const TagRole& role);
