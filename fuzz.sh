@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # Builds a fuzz target and runs it for a while: ./fuzz.sh [SECONDS [SUBJECT]], 600 by default. The
-# subject is parse, which is the default, or security. It starts from the example texts, or from the
-# roots, and keeps what it learns in build/fuzz/corpus.
+# subject is parse, which is the default, read or security. It starts from the example texts, or from
+# the roots, and keeps what it learns in build/fuzz/corpus.
 set -euo pipefail
 cd "$(dirname "$0")"
 seconds=${1:-600} subject=${2:-parse}
 
 case $subject in
-parse) seeds=examples options='-max_len=20000 -dict=fuzz/ofx.dict' ;;
+parse | read) seeds=examples options='-max_len=20000 -dict=fuzz/ofx.dict' ;;
 security) seeds=src/krofx/security/roots options=-max_len=4000 ;;
 *)
-  echo "fuzz.sh: $subject is no subject: parse or security" >&2
+  echo "fuzz.sh: $subject is no subject: parse, read or security" >&2
   exit 64
   ;;
 esac

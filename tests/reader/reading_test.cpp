@@ -139,6 +139,16 @@ TEST(Reading, EndsInStatus3WhereverMemoryIsExhausted) {
   EXPECT_FALSE(failed);
 }
 
+TEST(Reading, DocumentsEveryKindOfDamage) {
+  const std::string page =
+      ReadAll(std::filesystem::path(KROFX_EXAMPLES) / ".." / "docs" / "reading.md");
+  for (const MendingKindInfo& info : AllMendingKinds()) {
+    const std::string name = info.once ? std::string("*") + info.name + "*" : info.name;
+    const std::string row = "| " + std::to_string(static_cast<u16>(info.kind)) + " " + name + " |";
+    EXPECT_NE(page.find(row), std::string::npos) << row;
+  }
+}
+
 TEST(Reading, ReadsEveryExampleAsTheParserDoesWhereThatIsClean) {
   for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
     if (entry.path().extension() != ".ofx") continue;
