@@ -29,7 +29,7 @@ for sample in examples/{checking,card,quirks,statement-v2}.ofx; do
 done
 
 # The server takes a free port of this machine, writes the certificate of its own authority, and then
-# tells where it listens.
+# says where it listens.
 work=$(mktemp -d)
 server=
 stop() {
@@ -49,5 +49,5 @@ request=(fetch statement --url "$url" --root "$work/ca.pem" --org HARBORFED --fi
   --bank 211370545 --account 00718220946)
 echo
 echo "\$ krofx ${request[*]}"
-# No proxy stands between this machine and itself.
+# No proxy is between this machine and itself.
 no_proxy=127.0.0.1 KROFX_PASSWORD=not-a-real-password "$krofx" "${request[@]}"

@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kNoParent = static_cast<std::size_t>(-1);
 // An aggregate has at most this many tags.
 constexpr std::size_t kMaxTags = 96;
-// More alternatives than these help nobody.
+// A longer list of alternatives does not help.
 constexpr std::size_t kMaxAlternatives = 12;
 
 std::vector<std::string> AlternativesOf(KRDataObj& object) {

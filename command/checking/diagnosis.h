@@ -1,4 +1,4 @@
-// Where in a text and in a tree something stands, and what a tree lacks.
+// Where in a text and in a tree something is, and what a tree lacks.
 
 #ifndef KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
 #define KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
@@ -36,8 +36,8 @@ struct MissingTag {
   std::string advice;                     ///< What to do then; empty when it is not known.
 };
 
-/// The paths of objects, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number, from 1, tells
-/// aggregates of one tag and parent apart.
+/// The paths of objects, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number, from 1,
+/// distinguishes aggregates of one tag and parent.
 class ObjectPaths {
  public:
   explicit ObjectPaths(const ParsedFile& file);

@@ -23,8 +23,8 @@ struct Report {
   ExitStatus verdict;
 };
 
-/// The value that a warning is about, as it may be shown: reports end up in logs and with whoever
-/// helps.
+/// The value that a warning is about, as it may be shown: reports end up in logs and with people
+/// who help.
 std::string ShownValueOf(const Report& report, const Warning& warning);
 
 /// The lines of a report.

@@ -12,6 +12,7 @@
 #include "exchange/exchange_progress.h"
 #include "exchange/url.h"
 #include "input/certificate_file.h"
+#include "krofx/transport/curl/curl_manager.h"
 #include "krofx/transport/exchange/vyn_net_access.h"
 #include "krofx/transport/exchange/vyn_net_request.h"
 #include "output/messages.h"
@@ -159,15 +160,17 @@ std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
     return nullptr;
   }
   VYNDefaultWaitPlatform platform(LookForSignal, nullptr);
-  VYNNetAccess access(nullptr, &platform);
+  VYNCurlManager manager;
+  VYNNetAccess access(&manager, &platform);
   access.SetAgentName(KRString("krofx"));
   access.SetTempFilePath(KRString(folder.GetPath().c_str()));
   if (m_options.log) access.SetLogCallback(Log);
   const ExchangeProgress progress(access, Url(m_url).host);
-  return RunWith(access, body);
+  return RunWith(access, manager, body);
 }
 
-std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, KRBuffer* body) {
+std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlManager& manager,
+                                            KRBuffer* body) {
   ExchangeEnd end{.timeout = m_options.timeout, .ownRoots = !m_roots.empty()};
   const auto fail = [&] {
     if (!Interruption::Came()) Complain(GetShownUrl(), DescribeExchangeProblem(end));
@@ -182,7 +185,9 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, KRBuffer* body
   }
   const KRString url(m_url.c_str());
   end.status = body == nullptr ? request->Get(url) : request->Send(url, body);
-  request->GetStatus(end.httpStatus, end.transportError);
+  u32 roughStatus = 0;
+  request->GetStatus(roughStatus, end.transportError);
+  end.httpStatus = manager.GetHttpStatus();
   if (!m_options.headerFile.empty() && request->GetSavedHeaders().GetBufferSize() > 0 &&
       WriteOutput(request->GetSavedHeaders(), m_options.headerFile, Privacy::kPrivate) !=
           kExitClean) {

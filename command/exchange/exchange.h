@@ -11,6 +11,7 @@
 #include "exit_status.h"
 #include "krofx/core/buffer.h"
 
+class VYNCurlManager;
 class VYNNetAccess;
 class VYNNetRequest;
 
@@ -42,11 +43,11 @@ class Exchange {
   explicit Exchange(const ExchangeOptions& options) : m_options(options) {}
 
   /// Finds out, before anything is asked for or sent, whether the options can be used.
-  /// @return kExitClean, or another exit status behind a complaint.
+  /// @return kExitClean, or another exit status after a complaint.
   ExitStatus Prepare(Direction direction);
 
-  /// Sends `body` as it stands, or fetches the URL when there is none. Prepare comes first.
-  /// @return the reply; null behind a complaint.
+  /// Sends `body` unchanged, or fetches the URL when there is none. Prepare comes first.
+  /// @return the reply; null after a complaint.
   std::unique_ptr<KRBuffer> Run(KRBuffer* body);
 
   /// The URL, without what may be secret in it.
@@ -54,7 +55,8 @@ class Exchange {
 
  private:
   std::string FindWrongUse(Direction direction);
-  std::unique_ptr<KRBuffer> RunWith(VYNNetAccess& access, KRBuffer* body);
+  std::unique_ptr<KRBuffer> RunWith(VYNNetAccess& access, const VYNCurlManager& manager,
+                                    KRBuffer* body);
   ExitStatus SetUp(VYNNetRequest& request) const;
 
   const ExchangeOptions& m_options;

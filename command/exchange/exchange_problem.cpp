@@ -1,4 +1,4 @@
-// One line for each status, with the numbers behind it.
+// One line for each status, with its numbers at the end.
 
 #include "exchange/exchange_problem.h"
 
@@ -22,11 +22,15 @@ constexpr u32 kNotModified = 1508;
 // The answer of the transport itself to a chain that ends at a root which only links others.
 constexpr u32 kLinkingRoot = 1671;
 
+// HTTP statuses that the transport has no code for, or one that means something else too.
+constexpr u32 kRequestTimedOut = 408;
+constexpr u32 kTooManyRequests = 429;
+
 constexpr char kRedirected[] =
     "the server sends to another address, which is not followed, since a request may hold a "
     "password; ask the institution for its address";
-constexpr char kNotLetIn[] = "the server does not let you in; check the address";
-constexpr char kNoOfx[] = "this address takes no OFX; check it";
+constexpr char kNotLetIn[] = "the server refuses access; check the address";
+constexpr char kNoOfx[] = "this address does not take OFX; check it";
 constexpr char kComeBack[] = "the server is not available now; try again later";
 constexpr char kBroken[] = "the connection broke; try again";
 
@@ -54,7 +58,7 @@ constexpr Text kCodeTexts[] = {
     {VYNCurlCode_MalformedUrl,
      "the address cannot be understood; write it as https://bank.example/ofx"},
     {VYNCurlCode_NotHttp, "what answers there does not speak HTTP; check the address"},
-    {VYNCurlCode_ConnectFailed, "there is no way to the server; check the address and the network"},
+    {VYNCurlCode_ConnectFailed, "the server cannot be reached; check the address and the network"},
     {VYNCurlCode_HandshakeFailed,
      "no secure connection could be made; the server may not speak TLS 1.2 at this address"},
     {VYNCurlCode_HostNotFound, "there is no server of this name; check the address"},
@@ -106,6 +110,12 @@ const char* Find(const Text (&texts)[kCount], u32 number) {
 }
 
 std::string Describe(const ExchangeEnd& end) {
+  if (end.httpStatus == kTooManyRequests) {
+    return "the server has had too many requests; wait a while before the next";
+  }
+  if (end.httpStatus == kRequestTimedOut) {
+    return "the server waited too long for the request; try again";
+  }
   if (end.status == KRNetStatus_TimedOut) {
     return "there was no reply within " + std::to_string(end.timeout) +
            " seconds; try again later, or give it more time with --timeout";
@@ -128,7 +138,7 @@ std::string Describe(const ExchangeEnd& end) {
 std::string DescribeExchangeProblem(const ExchangeEnd& end) {
   std::string text = Describe(end);
   if (end.status == KRNetStatus_Success) return text;
-  // The numbers are for whoever is asked for help.
+  // The numbers are for those who are asked for help.
   text += " (status " + std::to_string(end.status);
   if (end.httpStatus > 200) text += ", HTTP " + std::to_string(end.httpStatus);
   if (end.transportError != 0) text += ", code " + std::to_string(end.transportError);

@@ -1,4 +1,4 @@
-// What is told when an exchange did not work: what was wrong, and what to do about it.
+// What is said when an exchange did not work: what was wrong, and what to do about it.
 
 #ifndef KROFX_COMMAND_EXCHANGE_EXCHANGE_PROBLEM_H_
 #define KROFX_COMMAND_EXCHANGE_EXCHANGE_PROBLEM_H_

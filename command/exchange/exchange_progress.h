@@ -11,7 +11,7 @@
 namespace krofx::command {
 
 /// Shows the exchange of an access object when standard error is a terminal. The line is gone when
-/// the object is. Only one may stand at a time, since a transport hands no context to its callback.
+/// the object is. Only one may exist at a time, since a transport gives no context to its callback.
 class ExchangeProgress {
  public:
   /// @param where what the line calls the server.

@@ -20,7 +20,7 @@ constexpr std::string_view kEnd = "-----END CERTIFICATE-----";
 // What every DER certificate begins with: a sequence.
 constexpr char kSequence = 0x30;
 
-// Empty when the text is no base64.
+// Empty when the text is not base64.
 std::string FromBase64(std::string_view text) {
   KRBuffer encoded(0, 0);
   KRDecode decode;

@@ -8,7 +8,7 @@
 
 namespace krofx::command {
 
-/// Reads all certificates of a file: blocks of PEM, among which other blocks may stand, or the
+/// Reads all certificates of a file: blocks of PEM, among which other blocks may be, or the
 /// base64 text or the DER bytes of one certificate. "-" is standard input.
 /// @param problem takes what went wrong.
 /// @return the DER bytes of each; none when something went wrong.

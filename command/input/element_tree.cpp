@@ -19,7 +19,7 @@ bool AllDigits(std::string_view text) {
 }
 
 // OFX writes an amount without zeros around it; here it gets back the places that it was given
-// with, and a digit in front of the point.
+// with, and a digit before the point.
 std::string AmountText(const KRPrecisionInteger& value) {
   const char* const text = value;
   std::string out = text == nullptr ? "" : text;

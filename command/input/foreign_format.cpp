@@ -1,4 +1,4 @@
-// The first bytes of the formats that institutions and browsers hand out in place of OFX.
+// The first bytes of the formats that institutions and browsers deliver in place of OFX.
 
 #include "input/foreign_format.h"
 

@@ -47,7 +47,7 @@ std::string WordOf(const std::string& header) {
 }
 
 // Leaves letters, digits and a few marks of the last step of a path. A leading point or hyphen goes
-// too, so that no hidden file and no option comes of it.
+// too, so that the name is neither a hidden file nor an option.
 std::string SafeName(const std::string& text) {
   const std::size_t step = text.find_last_of("/\\:");
   std::string name;

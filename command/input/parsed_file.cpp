@@ -76,7 +76,7 @@ std::size_t FindWithoutCase(std::string_view text, std::string_view upperCase) {
                              : static_cast<std::size_t>(found - text.begin());
 }
 
-// A request has a sign-on request in it, and it comes first. What tells nothing is taken for a
+// A request has a sign-on request in it, and it comes first. What has neither is taken for a
 // response.
 bool IsRequest(std::string_view text) {
   const std::size_t request = FindWithoutCase(text, "<SONRQ");
@@ -93,8 +93,8 @@ bool IsMultipart(std::string_view text) {
          FindWithoutCase(line, "MULTIPART/") != std::string_view::npos;
 }
 
-// While it stands, new objects take tags of all versions: the parts of a multipart text come from
-// the factory, whose default knows the first version alone.
+// As long as it lives, new objects take tags of all versions: the parts of a multipart text come
+// from the factory, whose default knows the first version alone.
 class AllVersions {
  public:
   AllVersions() { KRDataObj::SetFactory(&m_factory); }

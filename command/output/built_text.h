@@ -1,4 +1,4 @@
-// The text of a tree of objects, and what is told when there is none.
+// The text of a tree of objects, and what is said when there is none.
 
 #ifndef KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_
 #define KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_

@@ -1,4 +1,4 @@
-// Progress on standard error, for work that takes a while in front of a person.
+// Progress on standard error, for a person who waits.
 
 #ifndef KROFX_COMMAND_OUTPUT_FILE_PROGRESS_H_
 #define KROFX_COMMAND_OUTPUT_FILE_PROGRESS_H_

@@ -4,7 +4,7 @@
 // (social security and tax numbers, the number of a bill-pay account), the numbers of cards, and in
 // a payroll the numbers of all accounts are shown by their last four characters, unless the user
 // asks for all. The numbers of bank and investment accounts are shown: they name what a statement
-// is of, and without them two statements could not be told apart.
+// is of, and without them two statements could not be distinguished.
 
 #ifndef KROFX_COMMAND_OUTPUT_MASKING_H_
 #define KROFX_COMMAND_OUTPUT_MASKING_H_

@@ -73,7 +73,7 @@ ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy pr
   const std::string target = TargetOf(name);
   struct stat status {};
   if (::stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-    Complain(name, "it is no plain file and is left alone; name another one");
+    Complain(name, "it is not a plain file and is left alone; name another one");
     return kExitUnusable;
   }
   if (WriteAside(text, target, privacy)) return kExitClean;

@@ -17,7 +17,7 @@ enum class Privacy {
 };
 
 /// Writes the buffer to `name`, or to standard output when that is empty or "-". A file is written
-/// beside its place and then renamed, so that whoever reads it sees the old or the new one whole.
+/// beside its place and then renamed, so that a reader sees the old or the new one whole.
 /// @return kExitClean, or kExitUnusable with a complaint.
 ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy);
 

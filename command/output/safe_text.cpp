@@ -1,4 +1,4 @@
-// Turns bytes that are no UTF-8, and what a terminal would obey, into text that can be shown.
+// Turns bytes that are not UTF-8, and what a terminal would obey, into text that can be shown.
 
 #include "output/safe_text.h"
 

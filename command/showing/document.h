@@ -43,7 +43,7 @@ struct Table {
   std::vector<std::vector<std::optional<Cell>>> rows;
 };
 
-/// One thing that a file tells: a sign-on, the statement of an account, an answer without content.
+/// One thing that a file says: a sign-on, the statement of an account, an answer without content.
 struct Section {
   std::string kind;
   std::string title;

@@ -16,7 +16,7 @@
 
 namespace krofx::command {
 
-/// An element: where it stands, its key in JSON and CSV, its label in text. A detail is left out of
+/// An element: where it is, its key in JSON and CSV, its label in text. A detail is left out of
 /// the text.
 struct FieldSpec {
   std::string_view path;
@@ -42,7 +42,7 @@ struct Layout {
   std::string_view subject;  ///< Paths separated by blanks: together they name the account.
   std::span<const FieldSpec> fields;
   std::span<const TableSpec> tables;
-  /// Paths, separated by blanks, of aggregates that become sections of their own behind this one,
+  /// Paths, separated by blanks, of aggregates that become sections of their own after this one,
   /// each by the layout of its tag. What is empty in such a section is left out.
   std::string_view parts = {};
 };

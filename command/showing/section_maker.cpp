@@ -22,7 +22,7 @@ std::string_view TakePart(std::string_view& text, char separator) {
   return part;
 }
 
-// The first element on a path of tags; "*" stands for any tag. Null when there is none.
+// The first element on a path of tags; "*" is any tag. Null when there is none.
 const Element* FindPath(const Element& element, std::string_view path) {
   if (path.empty()) return &element;
   const std::string_view tag = TakePart(path, '/');
@@ -80,7 +80,7 @@ class SectionMaker {
     }
   }
 
-  // What stands in a wrapper, each thing with the wrapper's fields. An answer may have nothing but
+  // What is in a wrapper, each thing with the wrapper's fields. An answer may have nothing but
   // its status.
   void AddTransaction(const Element& wrapper) {
     bool any = false;
@@ -232,7 +232,7 @@ class SectionMaker {
     return false;
   }
 
-  // The descriptions of securities, wherever in the file they stand.
+  // The descriptions of securities, wherever in the file they are.
   void NoteSecurities(const Element& element) {
     for (const Element& child : element.children) {
       if (child.tag == "SECINFO") {

@@ -1,5 +1,5 @@
 // krofx extract: saves the attachments of a multipart text, those in base64 as the bytes that they
-// stand for.
+// encode.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -18,7 +18,7 @@ namespace krofx::command {
 
 namespace {
 
-// As many files of one name are told apart.
+// The most files of one name.
 constexpr int kMaxTries = 10000;
 
 struct Options {
@@ -26,7 +26,7 @@ struct Options {
   std::string directory = ".";
 };
 
-// The name with a number in front of its extension.
+// The name with a number before its extension.
 std::string Numbered(const std::string& name, int number) {
   if (number == 1) return name;
   const std::size_t point = name.find_last_of('.');
@@ -34,7 +34,8 @@ std::string Numbered(const std::string& name, int number) {
   return name.substr(0, point) + "-" + std::to_string(number) + extension;
 }
 
-// The bytes of a part. A text that is no base64 though it says so is better than nothing.
+// The bytes of a part. A text that is not base64 although it says so is better than
+// nothing.
 std::string BodyOf(const Part& part) {
   const KRString& body = part.file->GetMIMEBody();
   std::string text(body, body.GetStrLength());
@@ -43,7 +44,7 @@ std::string BodyOf(const Part& part) {
   KRDecode decode;
   if (encoded.WriteLarge(text.data(), static_cast<u32>(text.size())) != KRBufferOK ||
       decode.SetInputData(&encoded) != KRSecStatus_Success) {
-    Complain(part.name, "it says that it is base64 and is not; it is saved as it stands");
+    Complain(part.name, "it says that it is base64 and is not; it is saved unchanged");
     return text;
   }
   const KRBuffer& bytes = *decode.GetOutputData();
@@ -87,7 +88,7 @@ ExitStatus Extract(const Options& options) {
       ::open(options.directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!directory) {
     Complain(options.directory,
-             std::string("it is no directory to save into: ") + std::strerror(errno));
+             std::string("it is not a directory to save into: ") + std::strerror(errno));
     return kExitUnusable;
   }
   ExitStatus exitStatus = kExitClean;
@@ -103,7 +104,7 @@ ExitStatus Extract(const Options& options) {
     }
   }
   if (!file.GetProblem().empty()) {
-    Complain(file.GetName(), file.GetProblem() + "; parts behind that place were not read");
+    Complain(file.GetName(), file.GetProblem() + "; parts after that place were not read");
     exitStatus = kExitUnusable;
   }
   return Worse(exitStatus, WriteStandardOutput(saved));
@@ -120,7 +121,7 @@ void AddExtract(const Subcommand& parent) {
                     "An existing directory to save into; else the current one");
   extract.SetFooter(
       "Names are made safe, and no file is overwritten. The names of what was saved are printed.\n"
-      "A part in base64 is decoded; other encodings are saved as they stand.\n"
+      "A part in base64 is decoded; other encodings are saved unchanged.\n"
       "Exit status: 0 saved, 2 not usable or not all saved, 64 wrong use.");
   extract.OnRun(options, Extract);
 }

@@ -15,7 +15,7 @@ namespace krofx::command {
 
 namespace {
 
-// Orders are no part of this: what moves money is to be looked at before it is sent.
+// Orders are left out: what moves money should be looked at before it is sent.
 constexpr AddRequestKind kRequests[] = {AddStatementRequest, AddInvestmentRequest,
                                         AddAccountsRequest, AddProfileRequest};
 

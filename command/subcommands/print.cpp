@@ -1,4 +1,4 @@
-// krofx print: what OFX files tell, as text, JSON or CSV.
+// krofx print: what OFX files hold, as text, JSON or CSV.
 
 #include <memory>
 

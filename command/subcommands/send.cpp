@@ -1,4 +1,4 @@
-// krofx send and krofx get: an OFX text goes to a server as it stands, or a URL is fetched.
+// krofx send and krofx get: an OFX text goes to a server unchanged, or a URL is fetched.
 
 #include <unistd.h>
 
@@ -77,7 +77,7 @@ void AddRest(const Subcommand& app, Options& options) {
 
 void AddSend(const Subcommand& parent) {
   const Subcommand send =
-      parent.Add("send", "Send a request to an institution, and give out the reply");
+      parent.Add("send", "Send a request to an institution, and write the reply");
   const auto options = std::make_shared<Options>();
   send.AddOption("URL", options->exchange.url, "The institution's address").Required();
   send.AddOption("FILE", options->file, "The request, or - for standard input").Required();

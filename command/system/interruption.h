@@ -1,4 +1,4 @@
-// Work that can be broken off by a signal and still cleans up behind itself.
+// Work that a signal can end and that still cleans up.
 
 #ifndef KROFX_COMMAND_SYSTEM_INTERRUPTION_H_
 #define KROFX_COMMAND_SYSTEM_INTERRUPTION_H_

@@ -1,4 +1,4 @@
-// A folder for files that nobody else may see and that are gone at the end.
+// A folder for files that no one else may see and that are gone at the end.
 
 #ifndef KROFX_COMMAND_SYSTEM_TEMPORARY_FOLDER_H_
 #define KROFX_COMMAND_SYSTEM_TEMPORARY_FOLDER_H_

@@ -111,7 +111,7 @@ refused 'request statement' '--password-fd: a whole number' request statement --
 lacks err hunter2
 refused print '--table takes one value' print --csv --table
 
-# What cannot be written is no success.
+# What cannot be written is not a success.
 if [ -w /dev/full ]; then
   for arguments in --help --version 'print --help' 'check --help'; do
     # shellcheck disable=SC2086

@@ -1,4 +1,4 @@
-// What is told of an exchange that failed: something of its own for each way to fail, in one line.
+// What is said of an exchange that failed: something of its own for each way to fail, in one line.
 
 #include "exchange/exchange_problem.h"
 
@@ -49,6 +49,17 @@ TEST(ExchangeProblem, KnowsWhoseRootsWereAsked) {
 TEST(ExchangeProblem, NamesTheTimeThatWasAllowed) {
   EXPECT_NE(DescribeExchangeProblem({.status = KRNetStatus_TimedOut, .timeout = 7})
                 .find("within 7 seconds"),
+            std::string::npos);
+}
+
+TEST(ExchangeProblem, NamesAnHttpStatusOnlyWhenOneCame) {
+  EXPECT_EQ(DescribeExchangeProblem(
+                {.status = KRNetStatus_TimedOut, .transportError = 1517, .timeout = 7})
+                .find("HTTP"),
+            std::string::npos);
+  EXPECT_NE(DescribeExchangeProblem(
+                {.status = KRNetStatus_ClientError, .httpStatus = 429, .transportError = 1509})
+                .find("too many requests"),
             std::string::npos);
 }
 

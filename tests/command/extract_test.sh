@@ -40,7 +40,7 @@ expect 0 print "$examples/multipart.mime"
 has out 'cancelled check'
 has out check-1042.gif
 
-# Encodings: base64 in any case and over several lines, none in it, others, and what is no base64.
+# Encodings: base64 in any case and over several lines, none in it, others, and what is not base64.
 {
   printf 'Content-Type: multipart/mixed; boundary=edge\r\n\r\n'
   part() {
@@ -62,7 +62,7 @@ has err 'cut.txt'
 lacks err 'lines.txt'
 lacks err 'plain.txt'
 [ "$(cat encoded/lines.txt)" = 'hello world' ] || fail 'several lines of base64'
-printf '\000\001\002' | cmp - encoded/zero.bin || fail 'bytes that are no text'
+printf '\000\001\002' | cmp - encoded/zero.bin || fail 'bytes that are not text'
 has encoded/quoted.txt 'a=3Db'
 has encoded/plain.txt 'aGVsbG8='
 has encoded/broken.txt 'this is no base64!'

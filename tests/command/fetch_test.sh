@@ -150,7 +150,7 @@ pin=$(sed -n 's/.*received "\(.*\)".*/\1/p' err)
 fetch accounts --pin "$pin"
 fetch accounts --pin $wrong_pin --pin "$pin"
 
-# A server that sends the request back is no bank.
+# A server that sends the request back is not a bank.
 start python3 "$here/http_server.py"
 expect 2 fetch statement --url "$url/echo" "${sign_on[@]}" "${account[@]}"
 has err 'the server sent a request back'

@@ -7,7 +7,7 @@ for version in '' -v2; do
   expect 0 check "$examples/brokerage-request$version.ofx"
   expect 0 print "$examples/brokerage$version.ofx"
   has out 'Investment statement: harbor.example 7-4401-22'
-  # A name and a ticker that stand only in the security list, beside positions, transactions, orders.
+  # A name and a ticker that are only in the security list, beside positions, transactions, orders.
   for row in 'POSSTOCK +Green Mills Incorporated +GRML ' 'BUYSTOCK +BUY +Green Mills Incorporated +GRML ' \
     'OOSWITCHMF +Harbor Balanced Fund +HRBLX +Lighthouse Small Companies' \
     'INVBANKTRAN +DEP +15000 ' 'Available cash +2318.47' 'Margin rate +Interest on margin'; do

@@ -21,7 +21,7 @@ for version in '' --v2; do
   done
 done
 
-# A profile can be asked for by nobody, which takes no password, and by a user.
+# A profile can be asked for anonymously, which takes no password, and by a user.
 for version in '' --v2; do
   # shellcheck disable=SC2086
   expect 0 request profile --org BANK --since 2026-01-31 $version -o rq.ofx

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# `krofx send` and `krofx get`: what goes out and comes back, and what is told when nothing does.
+# `krofx send` and `krofx get`: what goes out and comes back, and what is said when nothing does.
 here=$(cd "$(dirname "$0")" && pwd)
 source "$here/runner.sh" "$@"
 source "$here/servers.sh"
@@ -31,7 +31,7 @@ expect 2 get "$url/status/302" --save-headers headers
 has headers 'Location: /echo'
 lacks headers 'X-Got'
 
-# What goes wrong is told in one line, with the numbers for whoever helps.
+# What goes wrong is said in one line, with the numbers for those who help.
 refused() {
   local path=$1 message=$2
   shift 2
@@ -48,15 +48,18 @@ refused /status/302 'sends to another address'
 refused /status/303 'sends to another address'
 refused /status/304 'nothing has changed'
 refused '/status/400?key=secret-key' 'refuses the request'
-refused /status/401 'does not let you in'
-refused /status/403 'does not let you in'
+refused /status/401 'refuses access'
+refused /status/403 'refuses access'
 refused /status/404 'nothing at this address'
 refused /status/404 '(status 14, HTTP 404, code 1513)'
-refused /status/405 'takes no OFX'
-refused /status/406 'takes no OFX'
+refused /status/405 'does not take OFX'
+refused /status/406 'does not take OFX'
 refused /status/407 'the proxy wants a sign-on'
-refused /status/408 'no reply within 60 seconds'
-refused /status/429 'refuses the request'
+refused /status/408 'the server waited too long for the request'
+refused /status/408 'HTTP 408'
+refused /status/429 'too many requests'
+refused /status/429 'HTTP 429'
+refused /status/418 'HTTP 418'
 refused /status/500 'the server failed'
 refused /status/501 'the server failed'
 refused /status/502 'the server failed'
@@ -66,6 +69,7 @@ refused /empty 'reply is empty'
 refused /cut 'ended before the reply did'
 refused /garbage 'does not speak HTTP'
 refused /never 'no reply within 1 seconds' --timeout 1
+lacks err HTTP
 read -r -t 60 -u "$server_lines" line
 plain=$url
 url=http://no-such-host.invalid refused /echo 'no server of this name'

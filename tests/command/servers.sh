@@ -1,11 +1,11 @@
-# Servers for tests of the command's exchanges. Sourced behind runner.sh.
+# Servers for tests of the command's exchanges. Sourced after runner.sh.
 # shellcheck shell=bash
 servers=()
 trap 'stop_servers; rm -rf "$work"' EXIT
 # Every exchange keeps its files here, and leaves none behind.
 export TMPDIR=$work/temporary
 mkdir "$TMPDIR"
-# No proxy of whoever runs the tests takes part.
+# A proxy of the person who runs the tests takes no part.
 unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY
 
 stop_servers() {

@@ -1,7 +1,7 @@
 // Payroll: batches with their runs, what a server says has changed, and enrolments.
 //
 // A batch is too deep for one section: every run, paycheck, transaction and quarter of it is a part
-// with a section of its own, behind that of the batch.
+// with a section of its own, after that of the batch.
 
 #include "showing/layout.h"
 

@@ -41,6 +41,10 @@ void VYNCurlManager::SetReplyLimit(u32 bytes) {
   if (m_core != nullptr) m_core->SetReplyLimit(bytes);
 }
 
+u32 VYNCurlManager::GetHttpStatus() const {
+  return m_core == nullptr ? u32{0} : m_core->GetHttpStatus();
+}
+
 u16 VYNCurlManager::SetSystemRoots(char const* file, char const* folder) {
   return m_core == nullptr ? u16{0} : m_core->SetSystemRoots(file, folder);
 }

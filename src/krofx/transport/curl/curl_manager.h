@@ -57,6 +57,9 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// Sets how many bytes the body of a reply may have, for exchanges that are created from now on.
   /// A larger one ends in VYNCurlCode_ReplyTooLarge.
   void SetReplyLimit(u32 bytes);
+  /// The HTTP status of the exchange that ended last, exactly as the server or the proxy sent it; 0
+  /// when none came. The codes of finished records name only some statuses one by one.
+  u32 GetHttpStatus() const;
   /// Says where the system's roots are, which count for exchanges that have no roots of their own:
   /// a file of PEM certificates, a folder of them as `openssl rehash` lays it out, or both. Null or
   /// empty: none; both null: where libcurl looks by itself. The names are copied.

@@ -252,6 +252,7 @@ bool CurlCore::FinishTransfers(bool certificateRefused) {
 }
 
 void CurlCore::Finish(CurlExchange& exchange, u16 code) {
+  m_httpStatus = exchange.HttpStatus();
   Kill(exchange);
   VYFinishedRecord record;
   exchange.Finish(code, record);

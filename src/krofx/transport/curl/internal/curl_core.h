@@ -33,6 +33,8 @@ class CurlCore : public HeapObject {
 
   void SetReplyLimit(u32 bytes) { m_settings.replyLimit = bytes; }
   u16 SetSystemRoots(char const* file, char const* folder);
+  /// The HTTP status of the exchange that ended last, 0 for none.
+  u32 GetHttpStatus() const { return m_httpStatus; }
 
   void* OpenSession();
   u16 CloseSession(void* handle);
@@ -77,6 +79,7 @@ class CurlCore : public HeapObject {
   bool m_inCurl = false;
   // Whether an exchange ended or was given back since the last Work: nobody waits for a pause then.
   bool m_moved = false;
+  u32 m_httpStatus = 0;
   bool m_destroyed = false;
 };
 

@@ -146,6 +146,12 @@ u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
   return CodeOfTransfer(result, LongInfo(m_easy, CURLINFO_OS_ERRNO));
 }
 
+u32 CurlExchange::HttpStatus() const {
+  if (m_easy == nullptr) return 0;
+  long const status = LongInfo(m_easy, CURLINFO_RESPONSE_CODE);
+  return static_cast<u32>(status != 0 ? status : LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE));
+}
+
 void CurlExchange::Finish(u16 code, VYFinishedRecord& record) {
   bool const replyArrived = m_replyFile.Close();
   bool const headerArrived = m_headerFile.Close();

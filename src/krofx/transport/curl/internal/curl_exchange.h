@@ -84,6 +84,8 @@ class CurlExchange : public HeapObject {
   /// The code of a transfer that libcurl ended. Asks the certificate callback if the server's
   /// certificates were the reason; `certificateRefused` says that of a failed handshake.
   u16 Result(CURLcode result, bool certificateRefused);
+  /// The HTTP status that the server, or a proxy that refused, has sent; 0 for none.
+  u32 HttpStatus() const;
   /// Hands the files over and makes the finished record.
   void Finish(u16 code, VYFinishedRecord& record);
 
