@@ -1,5 +1,6 @@
 // Any bytes through the reader: nothing may crash, hang or leak; each mending has its place in the
-// bytes; what is written of a tree reads back with nothing mended, and is written the same again.
+// bytes; what is written of a tree is one text, and is written the same again when nothing is
+// mended in it. (The strict parser takes values that the reader would mend.)
 
 #include <cstddef>
 #include <cstdint>
@@ -30,10 +31,13 @@ void CheckRecords(const krofx::Reading& reading, std::size_t size) {
 }
 
 void CheckRewriting(const krofx::OfxText& text, krofx::TextForm form) {
+  // A file of no body, or of several, is written as no text, or as several.
+  if (text.root->GetNumberOfChildren() != 1) return;
   KRBuffer first(0, 0);
   if (krofx::Rewrite(text, first, {form, 203, false}) != KRBuildStatus_Done) return;
   const krofx::Reading again = krofx::Read(BytesOf(first));
   if (again.texts.size() != 1) std::abort();
+  if (!again.mendings.empty()) return;
   // A text that is put together of references may be one more reference.
   if (std::memchr(first.GetBufferPtr(), '&', first.GetBufferSize()) != nullptr) return;
   KRBuffer second(0, 0);

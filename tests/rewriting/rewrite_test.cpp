@@ -84,6 +84,16 @@ TEST(Rewrite, NamesTheCharacterSetThatItWrites) {
   EXPECT_EQ(NameLine(text), "<NAME>Caf\xC3\xA9</NAME>");
 }
 
+TEST(Rewrite, WritesNothingThatWouldBeTakenForAnotherCharacterSet) {
+  // Two characters whose bytes in 1252 are one character of UTF-8; the third shows that they are
+  // not.
+  const Reading reading = Read(Statement("\xC3\xA9 \xE9"));
+  ASSERT_EQ(Str(reading.texts[0].charset), "WINDOWS-1252");
+  std::string text = Rewritten(Read(Statement("&#195;&#169;<SIC/>")));
+  EXPECT_EQ(NameLine(text), "<NAME>\xC3\x83\xC2\xA9");
+  EXPECT_EQ(Rewritten(Read(text)), text);
+}
+
 TEST(Rewrite, CutsNothingThatIsOverItsLength) {
   const std::string name = "A name of more than thirty-two characters & more";
   const std::string text = Rewritten(Read(Statement(name)));

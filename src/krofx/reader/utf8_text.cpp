@@ -1,5 +1,7 @@
 // Texts of the tree as a person would read them.
 
+#include "krofx/reader/utf8_text.h"
+
 #include <algorithm>
 
 #include "krofx/core/buffer.h"
@@ -10,9 +12,9 @@
 
 namespace krofx {
 
-namespace {
+namespace internal {
 
-using internal::Charset;
+namespace {
 
 constexpr std::string_view kSectionOpen = "<![CDATA[";
 constexpr std::string_view kSectionClose = "]]>";
@@ -31,24 +33,25 @@ std::string_view WithoutSection(std::string_view text) {
                  : text;
 }
 
-// Appends a character of Unicode that is no control character.
-bool Append(KRBuffer& out, char32_t code) {
+// Appends a character of Unicode, unless it is a control character that is not wanted.
+bool Append(KRBuffer& out, char32_t code, Conversion conversion) {
   const bool control = (code < 0x20 && code != '\t' && code != '\n' && code != '\r') ||
                        (code >= 0x7F && code < 0xA0);
-  if (control) return true;
+  if (control && conversion == Conversion::kAsMeant) return true;
   char bytes[4];
-  const std::size_t count = internal::EncodeUtf8(code, bytes);
+  const std::size_t count = EncodeUtf8(code, bytes);
   return out.Write(bytes, static_cast<u16>(count)) == KRBufferOK;
 }
 
-bool Convert(std::string_view text, const Charset& charset, KRBuffer& out) {
+bool Convert(std::string_view text, const Charset& charset, Conversion conversion, KRBuffer& out) {
   Charset utf8;
   if (utf8.Open("UTF-8") != Charset::Opened::kYes) return false;
-  const internal::ReferenceReader references(text, utf8, true);
+  const ReferenceReader references(text, utf8, true);
   for (std::size_t at = 0; at < text.size();) {
     char bytes[Charset::kLongest];
-    if (const auto found =
-            text[at] == '&' ? references.Read(at, bytes) : internal::ReferenceReader::Found{};
+    if (const auto found = text[at] == '&' && conversion == Conversion::kAsMeant
+                               ? references.Read(at, bytes)
+                               : ReferenceReader::Found{};
         found.length != 0) {
       if (out.Write(bytes, static_cast<u16>(found.count)) != KRBufferOK) return false;
       at += found.length;
@@ -56,15 +59,16 @@ bool Convert(std::string_view text, const Charset& charset, KRBuffer& out) {
     }
     char32_t code;
     at += charset.Decode(text.substr(at), code);
-    if (!Append(out, code)) return false;
+    if (!Append(out, code, conversion)) return false;
   }
   return true;
 }
 
 }  // namespace
 
-KRString OfxText::ToUtf8(const KRString& text) const {
-  const std::string_view view = WithoutSection({text, text.GetStrLength()});
+KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion) {
+  std::string_view view(text, text.GetStrLength());
+  if (conversion == Conversion::kAsMeant) view = WithoutSection(view);
   KRString result;
   if (std::all_of(view.begin(), view.end(), &IsPlain)) {
     result.Assign(view.data(), static_cast<u16>(view.size()));
@@ -75,7 +79,7 @@ KRString OfxText::ToUtf8(const KRString& text) const {
   KRBuffer out(0, 256);
   const bool open = charset == set.Name() ||
                     set.Open({charset, charset.GetStrLength()}) != Charset::Opened::kNoMemory;
-  if (!open || !Convert(view, set, out) || out.GetBufferPtr() == nullptr) {
+  if (!open || !Convert(view, set, conversion, out) || out.GetBufferPtr() == nullptr) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return result;
   }
@@ -88,6 +92,12 @@ KRString OfxText::ToUtf8(const KRString& text) const {
   }
   result.Assign(bytes, static_cast<u16>(size));
   return result;
+}
+
+}  // namespace internal
+
+KRString OfxText::ToUtf8(const KRString& text) const {
+  return internal::ConvertToUtf8(text, charset, internal::Conversion::kAsMeant);
 }
 
 }  // namespace krofx

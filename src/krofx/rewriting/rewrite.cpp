@@ -12,6 +12,7 @@
 #include "krofx/core/thread.h"
 #include "krofx/parse/byte_search.h"
 #include "krofx/reader/charset.h"
+#include "krofx/reader/charset_choice.h"
 #include "krofx/rewriting/whole_builder.h"
 
 namespace krofx {
@@ -45,12 +46,7 @@ class Output {
   bool m_failed = false;
 };
 
-std::string_view HeaderOf(const KRFile& root, KRHeaderTag tag, std::string_view usual) {
-  const KRString* const value = root.GetHeader(tag);
-  return value == nullptr ? usual : std::string_view(*value, value->GetStrLength());
-}
-
-// The body in the character set 1252, when it can be.
+// The body in the character set 1252, when it can be, and when a reader does not take it for UTF-8.
 bool MakeWindows(std::string_view body, KRBuffer& out) {
   Charset windows;
   if (windows.Open("WINDOWS-1252") != Charset::Opened::kYes) return false;
@@ -64,7 +60,10 @@ bool MakeWindows(std::string_view body, KRBuffer& out) {
     output.Add({bytes, count});
     body.remove_prefix(width);
   }
-  return !output.HasFailed();
+  internal::ChosenCharset chosen;
+  return !output.HasFailed() &&
+         internal::ChooseCharset(BytesOf(out), {"USASCII", "1252", {}, false}, windows, chosen) &&
+         !chosen.lies;
 }
 
 // Writes the header of OFX 1 with the character set that the body is in.
@@ -93,9 +92,9 @@ bool WriteOfx1(std::string_view header, std::string_view body, Output& output) {
   return !output.HasFailed();
 }
 
-void AddAttribute(std::string_view name, std::string_view value, Output& output) {
+void AddAttribute(std::string_view name, const char* value, Output& output) {
   output.Add(" ").Add(name).Add("=\"");
-  for (const char c : value) {
+  for (const char c : std::string_view(value)) {
     if (c == '"' || c == '<' || c == '&' || c == '>') {
       output.Add(c == '"' ? "&quot;" : c == '<' ? "&lt;" : c == '>' ? "&gt;" : "&amp;");
     } else {
@@ -105,15 +104,21 @@ void AddAttribute(std::string_view name, std::string_view value, Output& output)
   output.Add("\"");
 }
 
+// A header field as an attribute of the header of OFX 2.
+void AddField(const OfxText& text, KRHeaderTag tag, std::string_view name, Output& output) {
+  const KRString* const value = text.root->GetHeader(tag);
+  AddAttribute(name, value == nullptr ? KRString("NONE") : text.ToUtf8(*value), output);
+}
+
 bool WriteOfx2(const OfxText& text, std::string_view body, u16 version, Output& output) {
   char number[8];
   std::snprintf(number, sizeof number, "%u", static_cast<unsigned>(version));
   output.Add("<?xml version=\"1.0\" encoding=\"UTF-8\" standalone=\"no\"?>\r\n<?OFX");
   AddAttribute("OFXHEADER", "200", output);
   AddAttribute("VERSION", number, output);
-  AddAttribute("SECURITY", HeaderOf(*text.root, KRHeaderTag_SECURITY, "NONE"), output);
-  AddAttribute("OLDFILEUID", HeaderOf(*text.root, KRHeaderTag_OLDFILEUID, "NONE"), output);
-  AddAttribute("NEWFILEUID", HeaderOf(*text.root, KRHeaderTag_NEWFILEUID, "NONE"), output);
+  AddField(text, KRHeaderTag_SECURITY, "SECURITY", output);
+  AddField(text, KRHeaderTag_OLDFILEUID, "OLDFILEUID", output);
+  AddField(text, KRHeaderTag_NEWFILEUID, "NEWFILEUID", output);
   output.Add("?>\r\n");
   // The element whose end tag has been written already.
   std::string_view closed;
@@ -158,7 +163,7 @@ KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out, const RewriteOptions& 
   const bool written = options.form == TextForm::kOfx1
                            ? WriteOfx1(whole.substr(0, body), whole.substr(body), output)
                            : WriteOfx2(text, whole.substr(body), options.version, output);
-  if (written) return KRBuildStatus_Done;
+  if (written && KRGetFireAlarm() == KRFireAlarm_None) return KRBuildStatus_Done;
   out.SetBufferOffset(before);
   out.SetBufferSize(before);
   KRSetFireAlarm(KRFireAlarm_MemoryExhausted);

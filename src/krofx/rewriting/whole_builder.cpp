@@ -4,6 +4,7 @@
 
 #include "krofx/build/internal/writing.h"
 #include "krofx/core/parse_logger.h"
+#include "krofx/reader/utf8_text.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {
@@ -21,7 +22,8 @@ KRBuildStatus WholeBuilder::AddString(const KRString& text, KRBuildStringMacroOp
     return text.ExceedsSpecLength() != 0 ? KRBuildStatus_TooLong : KRBuildStatus_NotValid;
   }
   // A password is what it is, letter by letter.
-  const KRString shown = m_secret ? KRString(text) : m_text.ToUtf8(text);
+  const KRString shown =
+      ConvertToUtf8(text, m_text.charset, m_secret ? Conversion::kAsWritten : Conversion::kAsMeant);
   for (const char* at = shown; *at != '\0'; ++at) {
     const char* const macro =
         macroOption == KRBuildStringMacroOpt_Escape ? KRUtility::GetMacroString(*at) : nullptr;
