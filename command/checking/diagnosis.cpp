@@ -1,8 +1,9 @@
-// Counts lines and columns, and numbers the aggregates of a tree to name their paths.
+// Numbers the aggregates of a tree to name their paths.
 
 #include "checking/diagnosis.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "checking/choices.h"
@@ -39,29 +40,13 @@ bool IsChoice(const std::vector<MissedChoice>& choices, KRTagID tag) {
 
 }  // namespace
 
-LineFinder::LineFinder(const KRBuffer* text) {
-  if (text == nullptr || text->GetBufferPtr() == nullptr) return;
-  const std::string_view all(text->GetBufferPtr(), text->GetBufferSize());
-  for (std::size_t index = 0; index < all.size(); ++index) {
-    const bool pair = all[index] == '\r' && index + 1 < all.size() && all[index + 1] == '\n';
-    if (all[index] == '\n' || (all[index] == '\r' && !pair)) m_starts.push_back(index + 1);
-  }
-}
-
-Place LineFinder::Find(s32 position) const {
-  const auto offset = static_cast<std::size_t>(position);
-  const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), offset);
-  return {static_cast<std::size_t>(next - m_starts.begin()), offset - *(next - 1) + 1};
-}
-
 ObjectPaths::ObjectPaths(const ParsedFile& file) {
-  for (KRFile* root : file.GetOfxFiles()) Add(root, kNoParent, 0);
+  for (const OfxFile& each : file.GetOfxFiles()) Add(each.file, kNoParent, 0);
 }
 
 void ObjectPaths::Add(KRDataObj* object, std::size_t parent, unsigned number) {
   const std::size_t self = m_nodes.size();
   m_nodes.push_back({object, parent, number});
-  m_index.emplace(object, self);
   // How many children have a tag, and how many were met.
   struct Count {
     unsigned all = 0;
@@ -80,26 +65,25 @@ void ObjectPaths::Add(KRDataObj* object, std::size_t parent, unsigned number) {
   }
 }
 
-std::string ObjectPaths::Find(const KRDataObj* object) const {
-  const auto found = m_index.find(object);
-  if (found == m_index.end()) return "";
+std::string ObjectPaths::PathOf(std::size_t node) const {
   std::string path;
-  for (std::size_t index = found->second; index != kNoParent; index = m_nodes[index].parent) {
-    const Node& node = m_nodes[index];
-    if (node.parent == kNoParent) break;  // The file itself has no tag in the text.
-    std::string step = ToText(KRUtility::ObjectToString(node.object));
-    if (node.number > 0) step.append("[").append(std::to_string(node.number)).append("]");
-    if (!path.empty()) step.append("/").append(path);
-    path = std::move(step);
+  for (std::size_t index = node; index != kNoParent; index = m_nodes[index].parent) {
+    const Node& step = m_nodes[index];
+    if (step.parent == kNoParent) break;  // The file itself has no tag in the text.
+    std::string name = ToText(KRUtility::ObjectToString(step.object));
+    if (step.number > 0) name.append("[").append(std::to_string(step.number)).append("]");
+    if (!path.empty()) name.append("/").append(path);
+    path = std::move(name);
   }
   return path;
 }
 
 std::vector<MissingTag> ObjectPaths::FindMissing() const {
   std::vector<MissingTag> missing;
-  for (const Node& node : m_nodes) {
+  for (std::size_t index = 0; index < m_nodes.size(); ++index) {
+    const Node& node = m_nodes[index];
     if (node.object->AllRequiredPresent() != 0) continue;
-    const std::string path = Find(node.object);
+    const std::string path = PathOf(index);
     const std::vector<MissedChoice> choices = FindMissedChoices(*node.object);
     for (const MissedChoice& choice : choices) {
       missing.push_back({path, "", choice.tags, choice.advice});

@@ -1,32 +1,15 @@
-// Where in a text and in a tree something is, and what a tree lacks.
+// What a tree lacks, and where in it.
 
 #ifndef KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
 #define KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "input/parsed_file.h"
 
 namespace krofx::command {
-
-/// A place in a text, counted from 1.
-struct Place {
-  std::size_t line;
-  std::size_t column;  ///< In bytes.
-};
-
-/// Finds lines; ends of lines are LF, CR LF or CR.
-class LineFinder {
- public:
-  explicit LineFinder(const KRBuffer* text);
-  Place Find(s32 position) const;
-
- private:
-  std::vector<std::size_t> m_starts{0};
-};
 
 /// Something that must be there and is not.
 struct MissingTag {
@@ -42,8 +25,6 @@ class ObjectPaths {
  public:
   explicit ObjectPaths(const ParsedFile& file);
 
-  /// The path of an object; empty when it is not in the tree.
-  std::string Find(const KRDataObj* object) const;
   /// All that is missing, in the order of the tree.
   std::vector<MissingTag> FindMissing() const;
 
@@ -55,9 +36,9 @@ class ObjectPaths {
   };
 
   void Add(KRDataObj* object, std::size_t parent, unsigned number);
+  std::string PathOf(std::size_t node) const;
 
   std::vector<Node> m_nodes;
-  std::unordered_map<const KRDataObj*, std::size_t> m_index;
 };
 
 }  // namespace krofx::command

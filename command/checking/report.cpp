@@ -2,8 +2,7 @@
 
 #include "checking/report.h"
 
-#include <algorithm>
-
+#include "checking/notes.h"
 #include "output/masking.h"
 #include "output/safe_text.h"
 
@@ -28,19 +27,10 @@ std::string At(const std::string& path) { return path.empty() ? "" : " in " + pa
 
 }  // namespace
 
-Report::Report(const std::string& name) : file(name), paths(file) {
-  missing = paths.FindMissing();
+Report::Report(const std::string& name, Reader reader) : file(name, reader) {
+  missing = ObjectPaths(file).FindMissing();
   verdict = file.GetVerdict();
   if (!missing.empty()) verdict = Worse(verdict, kExitWarnings);
-}
-
-std::string ShownValueOf(const Report& report, const Warning& warning) {
-  const std::string path = report.paths.Find(warning.object);
-  const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
-  std::string aggregate = path.substr(path.rfind('/') + 1);
-  aggregate.erase(std::min(aggregate.find('['), aggregate.size()));
-  const Disclosure disclosure = DisclosureOf(warning.tag, aggregate, inPayroll);
-  return WithoutPassword(Masked(warning.value, disclosure));
 }
 
 std::string TextOf(const Report& report) {
@@ -50,18 +40,21 @@ std::string TextOf(const Report& report) {
   out += "status " + std::to_string(file.GetStatus()) + ", " + file.GetMeaning() + "\n";
   if (!file.GetProblem().empty())
     out += file.GetName() + ": not usable: " + file.GetProblem() + "\n";
-  const LineFinder lines(file.GetText());
   for (const Warning& warning : file.GetWarnings()) {
     out += file.GetName() + ":";
-    if (warning.position >= 0) {
-      const Place place = lines.Find(warning.position);
-      out += std::to_string(place.line) + ":" + std::to_string(place.column) + ":";
+    if (warning.place.line > 0) {
+      out += std::to_string(warning.place.line) + ":" + std::to_string(warning.place.column) + ":";
     }
     out += " " + warning.name;
     if (!warning.tag.empty()) out += " <" + WithoutPassword(SafeLine(warning.tag)) + ">";
-    if (!warning.value.empty())
-      out += " \"" + Shortened(SafeLine(ShownValueOf(report, warning)), kShownValue) + "\"";
-    out += At(report.paths.Find(warning.object)) + "\n";
+    if (!warning.value.empty()) {
+      const std::string shown = ShownValue(warning.value, warning.tag, warning.path);
+      out += " \"" + Shortened(SafeLine(shown), kShownValue) + "\"";
+    }
+    out += At(warning.path) + "\n";
+  }
+  for (const ShownMending& mending : ShownMendings(file)) {
+    out += file.GetName() + ":" + TextOf(mending) + "\n";
   }
   for (const MissingTag& missing : report.missing) {
     out += file.GetName() + ": missing: " + Describe(missing) + At(missing.path) + "\n";

@@ -15,17 +15,12 @@ namespace krofx::command {
 
 /// One input, with everything that a report says of it.
 struct Report {
-  explicit Report(const std::string& name);
+  Report(const std::string& name, Reader reader);
 
   ParsedFile file;
-  ObjectPaths paths;
   std::vector<MissingTag> missing;
   ExitStatus verdict;
 };
-
-/// The value that a warning is about, as it may be shown: reports end up in logs and with people
-/// who help.
-std::string ShownValueOf(const Report& report, const Warning& warning);
 
 /// The lines of a report.
 std::string TextOf(const Report& report);

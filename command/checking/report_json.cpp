@@ -1,5 +1,6 @@
 // Reports as JSON.
 
+#include "checking/notes.h"
 #include "checking/report.h"
 #include "output/json.h"
 #include "output/masking.h"
@@ -9,17 +10,17 @@ namespace krofx::command {
 
 Json JsonOf(const Report& report) {
   const ParsedFile& file = report.file;
-  const LineFinder lines(file.GetText());
   Json warnings = Json::Array();
   for (const Warning& warning : file.GetWarnings()) {
     Json each = Json::Object();
     each.Set("name", warning.name)
         .Set("tag", WithoutPassword(SafeText(warning.tag)))
-        .Set("value", SafeText(ShownValueOf(report, warning)))
-        .Set("path", report.paths.Find(warning.object));
-    if (warning.position >= 0) {
-      const Place place = lines.Find(warning.position);
-      each.Set("line", place.line).Set("column", place.column).Set("offset", warning.position);
+        .Set("value", SafeText(ShownValue(warning.value, warning.tag, warning.path)))
+        .Set("path", warning.path);
+    if (warning.place.line > 0) {
+      each.Set("line", warning.place.line)
+          .Set("column", warning.place.column)
+          .Set("offset", warning.place.offset);
     }
     warnings.Append(std::move(each));
   }
@@ -44,7 +45,9 @@ Json JsonOf(const Report& report) {
       .Set("status", static_cast<unsigned>(file.GetStatus()))
       .Set("meaning", file.GetMeaning());
   if (!file.GetProblem().empty()) object.Set("problem", file.GetProblem());
-  object.Set("warnings", std::move(warnings)).Set("missing", std::move(missing));
+  object.Set("warnings", std::move(warnings))
+      .Set("mendings", JsonOf(ShownMendings(file)))
+      .Set("missing", std::move(missing));
   return object;
 }
 

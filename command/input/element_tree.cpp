@@ -73,7 +73,7 @@ std::string DateText(std::string_view text, bool isUniversal) {
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
-  explicit ElementGatherer(Element& root) : m_path{&root} {}
+  ElementGatherer(Element& root, const krofx::OfxText* text) : m_text(text), m_path{&root} {}
 
   void Gather(KRDataObj& object) {
     Build(&m_buffer, &object, KRBuildStringOpt_Lenient, 0);
@@ -104,8 +104,8 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt,
                           KRBuildStringCrLfOpt) override {
     if (m_element == nullptr || m_hasText || IsPassword(m_element->id)) return KRBuildStatus_Done;
-    KRString plain(text);
-    plain.FromCDATA();
+    KRString plain(m_text == nullptr ? text : m_text->ToUtf8(text));
+    if (m_text == nullptr) plain.FromCDATA();
     SetText(std::string(static_cast<const char*>(plain), plain.GetStrLength()));
     return KRBuildStatus_Done;
   }
@@ -207,6 +207,7 @@ class ElementGatherer : public KRPayrollBuilder {
     m_buffer.SetBufferSize(0);
   }
 
+  const krofx::OfxText* m_text;
   KRBuffer m_buffer{256, 256};
   std::vector<Element*> m_path;
   Element* m_element = nullptr;
@@ -224,10 +225,10 @@ const Element* Element::Find(std::string_view childTag) const {
   return nullptr;
 }
 
-Element ReadElements(KRDataObj& object) {
+Element ReadElements(KRDataObj& object, const krofx::OfxText* text) {
   Element root;
   root.isAggregate = true;
-  ElementGatherer(root).Gather(object);
+  ElementGatherer(root, text).Gather(object);
   return root;
 }
 

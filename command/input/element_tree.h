@@ -43,7 +43,9 @@ struct Element {
 
 /// Takes apart what `object` holds: the children of the result are its members, or, for a file, its
 /// bodies.
-Element ReadElements(KRDataObj& object);
+/// @param text the text that the object was read from, whose character set its values are in; null
+///        for one that was not read.
+Element ReadElements(KRDataObj& object, const krofx::OfxText* text = nullptr);
 
 }  // namespace krofx::command
 

@@ -1,4 +1,4 @@
-// An input, read and parsed: the objects, the status, and every warning with its place.
+// An input, read: the objects, the status, and every warning and mending with its place.
 
 #ifndef KROFX_COMMAND_INPUT_PARSED_FILE_H_
 #define KROFX_COMMAND_INPUT_PARSED_FILE_H_
@@ -13,21 +13,33 @@
 
 namespace krofx::command {
 
-/// A warning of a parse, copied when it was raised.
+/// Whether what is out of order in an input is mended where it can be.
+enum class Reader {
+  kMending,  ///< Whatever can be understood is read, and each mending is listed.
+  kStrict,   ///< The text is taken to the letter; the first value that is not acceptable ends it.
+};
+
+/// A warning: what is out of order and was not mended.
 struct Warning {
-  std::string name;             ///< Such as "KRPW_BADFORMAT".
-  std::string tag;              ///< The tag or header, or empty.
-  std::string value;            ///< What gave offence, or empty.
-  KRDataObj* object = nullptr;  ///< Where it happened. May be gone: only to be compared.
-  s32 position = -1;            ///< Byte in the text, or -1.
+  std::string name;    ///< Such as "KRPW_BADFORMAT".
+  std::string tag;     ///< The tag or header, or empty.
+  std::string value;   ///< What gave offence, or empty.
+  std::string path;    ///< The aggregates around it, or empty.
+  krofx::Place place;  ///< Line 0 for what has no place.
+};
+
+/// A file with OFX in it.
+struct OfxFile {
+  KRFile* file;
+  const krofx::OfxText* text;  ///< The text that it is of, which knows its character set.
 };
 
 /// An input. Whatever happened to it, the objects hold what was read up to there.
 class ParsedFile {
  public:
-  /// Reads and parses; "-" is standard input. Nothing fails but by GetProblem.
-  explicit ParsedFile(const std::string& name);
-  /// Parses a text that is there already, such as a reply. `name` is what messages call it.
+  /// Reads a file; "-" is standard input. Nothing fails but by GetProblem.
+  explicit ParsedFile(const std::string& name, Reader reader = Reader::kMending);
+  /// Reads a text that is there already, such as a reply. `name` is what messages call it.
   ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text);
 
   /// The name, fit for output.
@@ -38,31 +50,35 @@ class ParsedFile {
   std::string GetProblemWithAdvice() const;
   /// "request", "response", "multipart", or empty when there was nothing to parse.
   const std::string& GetKind() const { return m_kind; }
-  KRParseStatus GetStatus() const { return m_status; }
+  KRParseStatus GetStatus() const { return m_reading.status; }
   /// What the status means, in a few words.
   std::string GetMeaning() const;
   const std::vector<Warning>& GetWarnings() const { return m_warnings; }
+  /// What was mended, in the order of the file.
+  const krofx::List<krofx::Mending>& GetMendings() const { return m_reading.mendings; }
+  /// How many mendings and warnings, such as "3 mendings, 1 warning"; empty for none of both.
+  std::string CountNotes() const;
   /// The objects; null when there was nothing to parse.
-  KRFile* GetRoot() const { return m_root.get(); }
-  /// The files with OFX in them: the root, or, of a multipart text, the parts that are OFX.
-  std::vector<KRFile*> GetOfxFiles() const;
-  /// The text; null when it could not be read.
-  const KRBuffer* GetText() const { return m_text.get(); }
+  KRFile* GetRoot() const { return m_reading.root; }
+  /// The texts of the file, in order: one, but for files that were put together from several.
+  const krofx::List<krofx::OfxText>& GetTexts() const { return m_reading.texts; }
+  /// The files with OFX in them: the root of each text, or, of a multipart one, the parts that are
+  /// OFX.
+  std::vector<OfxFile> GetOfxFiles() const;
 
-  /// Clean, with warnings, or not usable.
+  /// Clean, with warnings or mendings, or not usable.
   ExitStatus GetVerdict() const;
 
  private:
-  void Parse();
+  void Parse(Reader reader);
   std::string FindProblem() const;
 
   std::string m_name;
   std::string m_kind;
   std::string m_problem;
-  KRParseStatus m_status = KRParseStatus_Accepted;
   std::vector<Warning> m_warnings;
   std::unique_ptr<KRBuffer> m_text;
-  std::unique_ptr<KRFile> m_root;
+  krofx::Reading m_reading;
 };
 
 /// The bytes of a buffer.

@@ -30,18 +30,28 @@ const char* Reason(KRBuildStatus status) {
   }
 }
 
+// Empty when there is none.
+std::string Problem(KRBuildStatus status, KRDataObj* failing) {
+  if (status == KRBuildStatus_Done) return "";
+  std::string problem = Reason(status);
+  if (failing != nullptr) problem += " in <" + ToText(KRUtility::ObjectToString(failing)) + ">";
+  return problem + " (build status " + std::to_string(status) + ")";
+}
+
 }  // namespace
 
 std::string BuildText(KRFile& root, bool strict, KRBuffer& text) {
   KRBuilder builder;
   const KRBuildStatus status = builder.Build(
       &text, &root, strict ? KRBuildStringOpt_Strict : KRBuildStringOpt_Lenient, strict ? 1 : 0);
-  if (status == KRBuildStatus_Done) return "";
-  std::string problem = Reason(status);
-  if (KRDataObj* const object = builder.GetFailingObject()) {
-    problem += " in <" + ToText(KRUtility::ObjectToString(object)) + ">";
-  }
-  return problem + " (build status " + std::to_string(status) + ")";
+  return Problem(status, builder.GetFailingObject());
+}
+
+std::string RewriteText(const krofx::OfxText& text, const krofx::RewriteOptions& options,
+                        KRBuffer& out) {
+  KRDataObj* failing = nullptr;
+  const KRBuildStatus status = krofx::Rewrite(text, out, options, &failing);
+  return Problem(status, failing);
 }
 
 }  // namespace krofx::command

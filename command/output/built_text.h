@@ -8,12 +8,22 @@
 class KRBuffer;
 class KRFile;
 
+namespace krofx {
+struct OfxText;
+struct RewriteOptions;
+}  // namespace krofx
+
 namespace krofx::command {
 
 /// Builds `root` into `text`.
 /// @param strict refuses texts that are not valid and trees that lack something.
 /// @return empty, or what is wrong and where.
 std::string BuildText(KRFile& root, bool strict, KRBuffer& text);
+
+/// Writes a text that was read after what `out` holds.
+/// @return empty, or what is wrong and where.
+std::string RewriteText(const krofx::OfxText& text, const krofx::RewriteOptions& options,
+                        KRBuffer& out);
 
 }  // namespace krofx::command
 

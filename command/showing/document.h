@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "checking/notes.h"
 #include "input/element_tree.h"
 
 namespace krofx::command {
@@ -60,6 +61,8 @@ struct Document {
   std::string meaning;
   std::string problem;  ///< Why it is not usable; empty when it is.
   std::size_t warnings = 0;
+  std::string notes;  ///< How many mendings and warnings, in words; empty for none.
+  std::vector<ShownMending> mendings;
   std::vector<Section> sections;
 };
 

@@ -5,6 +5,7 @@
 
 #include <iterator>
 
+#include "checking/notes.h"
 #include "input/mime_parts.h"
 #include "output/messages.h"
 #include "showing/layout.h"
@@ -43,10 +44,8 @@ ExitStatus Report(const Document& document) {
     Complain(document.file, document.problem);
     return kExitUnusable;
   }
-  if (document.warnings > 0) {
-    Complain(document.file, std::to_string(document.warnings) +
-                                (document.warnings == 1 ? " warning" : " warnings") +
-                                "; \"krofx check\" lists them");
+  if (!document.notes.empty()) {
+    Complain(document.file, document.notes + "; \"krofx check\" lists them");
   }
   return kExitClean;
 }
@@ -82,13 +81,17 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
                     file.GetMeaning(),
                     file.GetProblemWithAdvice(),
                     file.GetWarnings().size(),
+                    file.CountNotes(),
+                    ShownMendings(file),
                     {}};
-  for (KRFile* ofx : file.GetOfxFiles()) {
-    std::vector<Section> sections = MakeSections(ReadElements(*ofx), showIdentifiers);
+  for (const OfxFile& ofx : file.GetOfxFiles()) {
+    std::vector<Section> sections =
+        MakeSections(ReadElements(*ofx.file, ofx.text), showIdentifiers);
     std::move(sections.begin(), sections.end(), std::back_inserter(document.sections));
   }
-  if (file.GetKind() == "multipart") {
-    std::vector<Section> parts = MakePartSections(*file.GetRoot());
+  for (const krofx::OfxText& text : file.GetTexts()) {
+    if (text.kind != krofx::TextKind::kMultipart || text.root == nullptr) continue;
+    std::vector<Section> parts = MakePartSections(*text.root);
     std::move(parts.begin(), parts.end(), std::back_inserter(document.sections));
   }
   return document;

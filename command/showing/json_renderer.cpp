@@ -54,7 +54,7 @@ std::string RenderJson(const std::vector<Document>& documents) {
         .Set("warnings", document.warnings)
         .Set("usable", document.problem.empty());
     if (!document.problem.empty()) file.Set("problem", document.problem);
-    file.Set("sections", std::move(sections));
+    file.Set("mendings", JsonOf(document.mendings)).Set("sections", std::move(sections));
     files.Append(std::move(file));
   }
   return Json::TextOf("krofx-print", std::move(files));

@@ -16,6 +16,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   bool json = false;
+  bool strict = false;
 };
 
 ExitStatus Check(const Options& options) {
@@ -28,7 +29,7 @@ ExitStatus Check(const Options& options) {
     FileProgress progress(names.size());
     for (const std::string& name : names) {
       progress.Next(name);
-      const Report report(name);
+      const Report report(name, options.strict ? Reader::kStrict : Reader::kMending);
       exitStatus = Worse(exitStatus, report.verdict);
       if (options.json) {
         reports.Append(JsonOf(report));
@@ -51,8 +52,10 @@ void AddCheck(const Subcommand& parent) {
   check.AddOption("FILE", options->files, "OFX files, directories, or - for standard input")
       .Required();
   check.AddFlag("--json", options->json, "Print JSON");
+  check.AddFlag("--strict", options->strict, "Mend nothing: take the text to the letter");
   check.SetFooter(
-      "Exit status: 0 clean, 1 warnings or something missing, 2 not usable, 64 wrong use.");
+      "Exit status: 0 clean, 1 warnings, mendings or something missing, 2 not usable, 64 wrong "
+      "use.");
   check.OnRun(options, Check);
 }
 

@@ -53,8 +53,8 @@ class SendRequest : public RequestUse {
                "the server sent a request back, not a response; check the address");
       exitStatus = kExitUnusable;
     }
-    for (KRFile* const file : reply.GetOfxFiles()) {
-      for (const std::string& refusal : FindRefusals(ReadElements(*file))) {
+    for (const OfxFile& each : reply.GetOfxFiles()) {
+      for (const std::string& refusal : FindRefusals(ReadElements(*each.file, each.text))) {
         Complain(reply.GetName(), refusal);
         exitStatus = kExitUnusable;
       }

@@ -16,6 +16,7 @@ namespace {
 struct Options {
   std::vector<std::string> files;
   PrintOptions form;
+  bool strict = false;
 };
 
 ExitStatus Print(const Options& options) {
@@ -24,12 +25,13 @@ ExitStatus Print(const Options& options) {
   std::vector<std::string> problems;
   const std::vector<std::string> names = FindInputs(options.files, problems);
   ExitStatus exitStatus = problems.empty() ? kExitClean : kExitUnusable;
+  const Reader reader = options.strict ? Reader::kStrict : Reader::kMending;
   std::vector<Document> documents;
   {
     FileProgress progress(names.size());
     for (const std::string& name : names) {
       progress.Next(name);
-      documents.push_back(MakeDocument(ParsedFile(name), options.form.showIdentifiers));
+      documents.push_back(MakeDocument(ParsedFile(name, reader), options.form.showIdentifiers));
     }
   }
   for (const std::string& problem : problems) Complain("input", problem);
@@ -45,6 +47,7 @@ void AddPrint(const Subcommand& parent) {
   print.AddOption("FILE", options->files, "OFX files, directories, or - for standard input")
       .Required();
   AddPrintOptions(print, options->form);
+  print.AddFlag("--strict", options->strict, "Mend nothing: take the text to the letter");
   print.SetFooter("Exit status: 0 printed, 2 something was not usable, 64 wrong use.");
   print.OnRun(options, Print);
 }

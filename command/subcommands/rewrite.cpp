@@ -1,4 +1,4 @@
-// krofx rewrite: parses a file and writes it again, in order.
+// krofx rewrite: reads a file and writes what was understood, in order.
 
 #include <memory>
 
@@ -18,6 +18,8 @@ struct Options {
   std::string file;
   std::string output;
   bool strict = false;
+  bool ofx2 = false;
+  int version = 203;
 };
 
 ExitStatus Refuse(const ParsedFile& file, const std::string& problem) {
@@ -28,7 +30,7 @@ ExitStatus Refuse(const ParsedFile& file, const std::string& problem) {
 ExitStatus Rewrite(const Options& options) {
   FileProgress progress(1);
   progress.Next(options.file);
-  const ParsedFile file(options.file);
+  const ParsedFile file(options.file, options.strict ? Reader::kStrict : Reader::kMending);
   if (!file.GetProblem().empty()) return Refuse(file, file.GetProblemWithAdvice());
   if (file.GetKind() == "multipart") {
     return Refuse(file, "a multipart text is not rewritten; take it apart with \"krofx extract\"");
@@ -39,11 +41,17 @@ ExitStatus Rewrite(const Options& options) {
                   "them");
   }
   KRBuffer text(65536, 65536);
-  const std::string problem = BuildText(*file.GetRoot(), options.strict, text);
-  if (!problem.empty()) return Refuse(file, problem);
-  if (!file.GetWarnings().empty()) {
-    Complain(file.GetName(), std::to_string(file.GetWarnings().size()) +
-                                 " warnings; what they name may be missing from what is written");
+  krofx::RewriteOptions form;
+  form.form = options.ofx2 ? krofx::TextForm::kOfx2 : krofx::TextForm::kOfx1;
+  form.version = static_cast<u16>(options.version);
+  form.strict = options.strict;
+  for (const krofx::OfxText& each : file.GetTexts()) {
+    const std::string problem = RewriteText(each, form, text);
+    if (!problem.empty()) return Refuse(file, problem);
+  }
+  const std::string notes = file.CountNotes();
+  if (!notes.empty()) {
+    Complain(file.GetName(), notes + "; what they name may be missing from what is written");
   }
   // Requests hold a password.
   return WriteOutput(text, options.output,
@@ -61,6 +69,12 @@ void AddRewrite(const Subcommand& parent) {
   rewrite.AddFlag("--strict", options->strict,
                   "Write nothing unless all is in order: no warnings, no text over its length, "
                   "nothing missing");
+  const Option ofx2 =
+      rewrite.AddFlag("--ofx2", options->ofx2, "Write OFX 2: XML in UTF-8, with all tags closed");
+  rewrite
+      .AddNumber("--ofx2-version", options->version, 200, 299,
+                 "The version that the header of OFX 2 names, such as 203, the default, or 220")
+      .Needs(ofx2);
   rewrite.SetFooter("Exit status: 0 written, 2 not usable and nothing written, 64 wrong use.");
   rewrite.OnRun(options, Rewrite);
 }
