@@ -3,6 +3,8 @@
 #include "checking/notes.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 
 #include "output/masking.h"
 #include "output/safe_text.h"
@@ -18,9 +20,25 @@ std::string Quoted(const std::string& value) {
   return "\"" + Shortened(SafeLine(value), kShownValue) + "\"";
 }
 
+// The aggregates that passwords are in. A damaged tag in one of them can have a password as its
+// value, so only the values of tags that are known are quoted there.
+constexpr std::string_view kSecretive[] = {"SONRQ", "PINCHRQ"};
+
+bool MayBePassword(std::string_view tag, std::string_view path) {
+  const auto isIn = [path](std::string_view aggregate) {
+    return path.find(aggregate) != std::string_view::npos;
+  };
+  if (std::none_of(std::begin(kSecretive), std::end(kSecretive), isIn)) return false;
+  KRTagID id = KRTag_None;
+  KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()), &id,
+                                                  KRCaseType_IgnoreCase);
+  return id == KRTag_None || IsPassword(id);
+}
+
 }  // namespace
 
 std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path) {
+  if (MayBePassword(tag, path)) return "";
   const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
   std::string aggregate = path.substr(path.rfind('/') + 1);
   aggregate.erase(std::min(aggregate.find('['), aggregate.size()));

@@ -56,7 +56,10 @@ class ParsedFile {
   const std::vector<Warning>& GetWarnings() const { return m_warnings; }
   /// What was mended, in the order of the file.
   const krofx::List<krofx::Mending>& GetMendings() const { return m_reading.mendings; }
-  /// How many mendings and warnings, such as "3 mendings, 1 warning"; empty for none of both.
+  /// Whether a text ends too early, so that what follows is not there.
+  bool BreaksOff() const;
+  /// How many mendings and warnings, such as "3 mendings, 1 warning", and where a text breaks off;
+  /// empty when all is in order.
   std::string CountNotes() const;
   /// The objects; null when there was nothing to parse.
   KRFile* GetRoot() const { return m_reading.root; }

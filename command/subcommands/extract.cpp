@@ -103,6 +103,10 @@ ExitStatus Extract(const Options& options) {
       saved += name + "\n";
     }
   }
+  if (file.BreaksOff()) {
+    Complain(file.GetName(), file.CountNotes() + "; parts after that place were not read");
+    exitStatus = kExitUnusable;
+  }
   if (!file.GetProblem().empty()) {
     Complain(file.GetName(), file.GetProblem() + "; parts after that place were not read");
     exitStatus = kExitUnusable;

@@ -1,6 +1,8 @@
 // krofx rewrite: reads a file and writes what was understood, in order.
 
+#include <filesystem>
 #include <memory>
+#include <system_error>
 
 #include "command_line/command_line.h"
 #include "input/parsed_file.h"
@@ -27,11 +29,19 @@ ExitStatus Refuse(const ParsedFile& file, const std::string& problem) {
   return kExitUnusable;
 }
 
+bool IsSameFile(const std::string& left, const std::string& right) {
+  std::error_code error;
+  return !right.empty() && std::filesystem::equivalent(left, right, error) && !error;
+}
+
 ExitStatus Rewrite(const Options& options) {
   FileProgress progress(1);
   progress.Next(options.file);
   const ParsedFile file(options.file, options.strict ? Reader::kStrict : Reader::kMending);
   if (!file.GetProblem().empty()) return Refuse(file, file.GetProblemWithAdvice());
+  if (file.BreaksOff() && IsSameFile(options.file, options.output)) {
+    return Refuse(file, "it breaks off, and what is whole would take its place; name another file");
+  }
   if (file.GetKind() == "multipart") {
     return Refuse(file, "a multipart text is not rewritten; take it apart with \"krofx extract\"");
   }
