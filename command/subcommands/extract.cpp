@@ -24,6 +24,7 @@ constexpr int kMaxTries = 10000;
 struct Options {
   std::string file;
   std::string directory = ".";
+  bool strict = false;
 };
 
 // The name with a number before its extension.
@@ -76,7 +77,7 @@ std::string Save(int directory, const Part& part) {
 }
 
 ExitStatus Extract(const Options& options) {
-  const ParsedFile file(options.file);
+  const ParsedFile file(options.file, options.strict ? Reader::kStrict : Reader::kMending);
   if (file.GetKind() != "multipart") {
     Complain(file.GetName(),
              file.GetRoot() == nullptr
@@ -103,9 +104,8 @@ ExitStatus Extract(const Options& options) {
       saved += name + "\n";
     }
   }
-  if (file.BreaksOff()) {
-    Complain(file.GetName(), file.CountNotes() + "; parts after that place were not read");
-    exitStatus = kExitUnusable;
+  if (!file.GetMendings().empty()) {
+    Complain(file.GetName(), file.CountNotes() + "; \"krofx check\" lists them");
   }
   if (!file.GetProblem().empty()) {
     Complain(file.GetName(), file.GetProblem() + "; parts after that place were not read");
@@ -123,6 +123,7 @@ void AddExtract(const Subcommand& parent) {
   extract.AddOption("FILE", options->file, "A multipart text, or - for standard input").Required();
   extract.AddOption("-d,--directory", options->directory,
                     "An existing directory to save into; else the current one");
+  extract.AddFlag("--strict", options->strict, "Mend nothing: take the text to the letter");
   extract.SetFooter(
       "Names are made safe, and no file is overwritten. The names of what was saved are printed.\n"
       "A part in base64 is decoded; other encodings are saved unchanged.\n"

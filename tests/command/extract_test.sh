@@ -26,7 +26,10 @@ expect 2 extract plain.ofx
 has err 'no parts'
 sed '$d' parts.mime >open.mime
 mkdir other
-expect 2 extract open.mime -d other
+expect 2 extract --strict open.mime -d other
+expect 0 extract open.mime -d other
+has other/escape.txt first
+has err mending
 expect 64 extract
 
 # The example: a letter, a text and an image in base64.

@@ -121,7 +121,8 @@ Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& behind, ScannedTag&
       behind = FindEnd(open + 4, "-->", m_noCommentEnd);
       if (behind != 0) return Piece::kMarkup;
     }
-    if (IsLetter(At(open + 2)) || At(open + 2) == '-') {
+    // A declaration is between tags; in a text it is characters, and nothing after it is joined.
+    if (!inText && (IsLetter(At(open + 2)) || At(open + 2) == '-')) {
       behind = FindEnd(open + 1, ">", m_noInstructionEnd);
       if (behind != 0) return Piece::kMarkup;
     }
