@@ -71,12 +71,7 @@ u16 KRFile::SetHeader(KRHeaderTag tag, const KRString& value) {
 }
 
 KRMIMEHeader* KRFile::FindMIMEHeader(const KRString& name) const {
-  for (u16 index = 0; index < m_mimeHeaders.Entries(); ++index) {
-    KRMIMEHeader* header = m_mimeHeaders.Get(index);
-    if (header == nullptr) return nullptr;
-    if (header->name.strcmpi(name) != 0) return header;
-  }
-  return nullptr;
+  return m_headerIndex.Find(m_mimeHeaders, name);
 }
 
 const KRMIMEHeader* KRFile::GetMIMEHeader(KRString* name) const {
@@ -114,7 +109,12 @@ KRParseStatus KRFile::HandleTagElement(const KRTagDictionaryEntry* const /*entry
 
 KRParseStatus KRFile::HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name) {
   if (value.IsWhiteSpace() != 0) return KRParseStatus_Accepted;
-  if (IsOFXHeader(tag) && SetHeader(tag, value) != 0) return KRParseStatus_Accepted;
+  if (IsOFXHeader(tag)) {
+    if (SetHeader(tag, value) != 0) return KRParseStatus_Accepted;
+    // Only memory can be missing. As a MIME header it would look like a file without this one.
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return KRParseStatus_Fatal;
+  }
   if (name == nullptr || name->IsEmpty() != 0) return KRParseStatus_Fatal;
   KRMIMEHeader* known = FindMIMEHeader(*name);
   KRMIMEHeader* header = known;
@@ -240,6 +240,7 @@ u16 KRFile::DeepCopyFrom(KRFile* source) {
   if (source == this) return 1;
   if (Assign(m_boundary, source->m_boundary) == 0 || Assign(m_body, source->m_body) == 0) return 0;
   m_mimeHeaders.DeleteAll();
+  m_headerIndex.Clear();
   for (u16 index = 0; index < source->m_mimeHeaders.Entries(); ++index) {
     const KRMIMEHeader* header = source->m_mimeHeaders.Get(index);
     if (header != nullptr && m_mimeHeaders.SetVal(index, *header) == 0) return 0;

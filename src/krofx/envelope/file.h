@@ -11,6 +11,7 @@
 
 #include "krofx/core/array.h"
 #include "krofx/core/string.h"
+#include "krofx/envelope/header_index.h"
 #include "krofx/model/data_object.h"
 #include "krofx/model/value_arrays.h"
 
@@ -144,6 +145,7 @@ class KROFX_API KRFile : public KRDataObj {
 
   KRFile* m_parent = nullptr;
   KRDynamicArrayMIMEHeader m_mimeHeaders{1, 4};
+  mutable krofx::internal::HeaderIndex m_headerIndex;
   KRString m_boundary;
   KRString m_body;
   KRDynamicArrayFile m_subfiles{1, 1};
