@@ -221,4 +221,19 @@ TEST(KRDataObj, AlwaysHasAFactoryForItsChildren) {
   EXPECT_EQ(status->GetMsgSetVersion(), 1);
 }
 
+TEST(KRDataObjFactory, PutsItselfOutOfForceAtItsEnd) {
+  {
+    KRDataObjFactory own(2);
+    KRDataObj::SetFactory(&own);
+  }
+  EXPECT_EQ(KRDataObj::m_factoryObj.load(), nullptr);
+  const Parsed<KRFileRs> file(BankStatementFile(""));
+  EXPECT_EQ(file.Status(), KRParseStatus_Accepted);
+  KRDataObjFactory inForce(2);
+  KRDataObj::SetFactory(&inForce);
+  { const KRDataObjFactory copy(inForce); }
+  EXPECT_EQ(KRDataObj::GetFactory(), &inForce);
+  KRDataObj::SetFactory(nullptr);
+}
+
 }  // namespace

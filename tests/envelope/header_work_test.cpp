@@ -6,7 +6,7 @@
 #include <string>
 
 #include "krofx/envelope/file_rq_rs.h"
-#include "krofx/envelope/header_index.h"
+#include "krofx/envelope/internal/header_index.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 

@@ -8,6 +8,7 @@
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/envelope/request_response.h"
+#include "krofx/messages/banking/accounts.h"
 #include "krofx/model/factory.h"
 #include "krofx/payroll/company.h"
 #include "krofx/payroll/employees.h"
@@ -168,6 +169,8 @@ TEST(PayrollSetters, TakeTextsAndNatives) {
   EXPECT_EQ(enrollment->SetDateNextPayroll(KRPayrollDateTime("^@~*")), 1);
   EXPECT_EQ(enrollment->GetDateNextPayroll().IsEmpty(), 1);
   EXPECT_EQ(enrollment->SetDateNextPayroll("20260228"), 1);
+  EXPECT_EQ(enrollment->GetDateNextPayroll().IsEmpty(), 1) << "a text does not end the blank";
+  EXPECT_EQ(enrollment->SetDateNextPayroll(KRPayrollDateTime("20260228")), 1);
   EXPECT_EQ(enrollment->GetDateNextPayroll().IsEmpty(), 0);
 }
 
@@ -227,6 +230,32 @@ TEST(KRPayrollUpdateRs, HasTheTablesOfAnySynchronisation) {
   EXPECT_EQ(own.table, others.table);
   EXPECT_EQ(update.GetArrayOfRequiredTags(own), plain.GetArrayOfRequiredTags(others));
   EXPECT_EQ(TableLines(own), TableLines(others));
+}
+
+TEST(KRPayrollUpdateRs, KeepsWhatItsBaseKeeps) {
+  KRPayrollUpdateRs update;
+  KRSyncRs plain;
+  plain.SetType(KRTag_N_PAYROLLUPDATERS);
+  for (KRSyncRs* sync : {static_cast<KRSyncRs*>(&update), &plain}) {
+    sync->SetMsgSetVersion(1);
+    const auto element = [sync](KRTagID tag, const char* name, const char* value) {
+      const KRTagDictionaryEntry entry{tag, name};
+      return sync->HandleTagElement(&entry, KRString(value));
+    };
+    EXPECT_EQ(element(KRTag_LOSTSYNC, "LOSTSYNC", "Y"), KRParseStatus_Accepted);
+    EXPECT_EQ(sync->GetLostSync(), 1);
+    EXPECT_EQ(element(KRTag_TOKEN2, "TOKEN2", "second"), KRParseStatus_Accepted);
+    EXPECT_EQ(Str(sync->GetToken2()), "second");
+    EXPECT_EQ(element(KRTag_LOSTSYNC, "LOSTSYNC", "maybe"), KRParseStatus_Invalid);
+    EXPECT_EQ(element(KRTag_STMTTRN, "STMTTRN", "x"), KRParseStatus_Invalid);
+    EXPECT_EQ(sync->ValidateTag(KRTag_LOSTSYNC), 0) << "no tag of this synchronisation";
+    KRSimpleParser parser;
+    sync->SetupForParsing(&parser);
+    const KRTagDictionaryEntry account{KRTag_BANKACCTFROM, "BANKACCTFROM"};
+    EXPECT_EQ(sync->HandleTagStart(&account), KRParseStatus_Invalid);
+    ASSERT_NE(sync->GetAccount(), nullptr);
+    EXPECT_EQ(sync->GetAccount()->GetType(), KRTag_BANKACCTFROM);
+  }
 }
 
 TEST(KRPayrollUpdateRs, NeedsItsTokenAndTheNextIdentifiers) {
@@ -324,6 +353,17 @@ TEST(PayrollExchanges, PassOverWhatIsNoValue) {
   const Parsed<KRPayrollEnrollRq> enrollment("<N.TAXSERVICE>maybe<N.DTNEXTPAYROLL>soon<N.APPKEY>k");
   EXPECT_EQ(enrollment.Status(), KRParseStatus_Warnings);
   EXPECT_EQ(TextOf(*enrollment), "<N.APPKEY>k\n");
+}
+
+TEST(KRPayrollRq, KeepsAModificationOutOfTheListOfWholeEmployees) {
+  KRPayrollRq batch;
+  batch.SetMsgSetVersion(1);
+  auto change = std::make_unique<KREmployeeMod>();
+  EXPECT_EQ(batch.AppendEmployee(change.get()), 0)
+      << "it would be noted as a change, and not written";
+  EXPECT_EQ(batch.GetNumEmployee(), 0);
+  EXPECT_EQ(batch.AnyValidPresent(), 0);
+  EXPECT_EQ(batch.AppendEmployeeMod(change.release()), 1);
 }
 
 }  // namespace

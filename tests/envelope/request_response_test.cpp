@@ -70,8 +70,8 @@ TEST(KRRequest, RefusesToWriteTwoSetsOfATagWhereverTheyStand) {
 
 TEST(KRRequest, WritesNoSetThatItsVersionForbids) {
   auto request = Make<KRRequest>(1);
-  EXPECT_EQ(request->AppendMessageSet(MakeSet<KRMessageSetRq>("BANKMSGSRQV2")), 0);
-  EXPECT_EQ(request->AppendMessageSet(MakeSet<KRMessageSetRq>("STMTTRNRQ")), 0);
+  EXPECT_EQ(request->AppendMessageSet(MakeSet<KRMessageSetRq>("BANKMSGSRQV2")), 1);
+  EXPECT_EQ(request->AppendMessageSet(MakeSet<KRMessageSetRq>("STMTTRNRQ")), 1);
   EXPECT_EQ(request->GetNumMessageSet(), 2) << "both are held all the same";
   EXPECT_EQ(TextOf(*request), "");
 }

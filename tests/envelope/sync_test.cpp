@@ -210,7 +210,7 @@ TEST(KRSyncRq, WritesTransactionsGroupedByTag) {
   }
   auto* foreign = Make<KRTransRq>(2).release();
   foreign->SetType(KRTag_STMTTRNRQ);
-  EXPECT_EQ(sync->AppendTrans(foreign), 0) << "it is held, but its tag is not valid";
+  EXPECT_EQ(sync->AppendTrans(foreign), 1) << "it is held, though its tag is not valid";
   EXPECT_EQ(sync->GetNumTrans(), 3);
   EXPECT_EQ(TextOf(*sync), InLines("<N.PAYROLLTRNRQ><TRNUID>1</N.PAYROLLTRNRQ>"
                                    "<N.PAYROLLTRNRQ><TRNUID>2</N.PAYROLLTRNRQ>"));

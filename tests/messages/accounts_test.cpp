@@ -325,5 +325,15 @@ TEST(KRAccountInfo, TakesServicesFromTheHost) {
   EXPECT_EQ(info->GetNumAccountInfoBase(), 0);
 }
 
+// A host's account that writes what every account of a bank has, and nothing else.
+TEST(KRBankOrCCAccount, WritesItsTagsInAHostsClass) {
+  class OwnAccount : public KRBankOrCCAccount {};
+  OwnAccount account;
+  account.SetMsgSetVersion(1);
+  EXPECT_EQ(account.SetAccountKey(KRString("key")), 1);
+  EXPECT_EQ(account.SetAccountID(KRString("1029384756")), 1);
+  EXPECT_EQ(TextOf(account), InLines("<ACCTID>1029384756<ACCTKEY>key"));
+}
+
 }  // namespace
 }  // namespace krofx::testing

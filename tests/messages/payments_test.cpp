@@ -7,6 +7,7 @@
 
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/billpay/payees.h"
+#include "krofx/messages/billpay/recurring_payments.h"
 #include "krofx/values/utility.h"
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
@@ -381,6 +382,96 @@ TEST(InvoiceRepair, LeavesTheSecondVersionAlone) {
   const std::string before = TextOf(*parsed);
   EXPECT_EQ(Repair(parsed.Get()), 1);
   EXPECT_EQ(TextOf(*parsed), before);
+}
+
+TEST(KRPaymentInfo2, SetsWhatItInheritsButDoesNotList) {
+  KRPaymentInfo2 payment;
+  payment.SetMsgSetVersion(2);
+  EXPECT_EQ(payment.SetPayeeId(KRString("12")), 0);
+  EXPECT_EQ(Str(payment.GetPayeeId()), "12");
+  EXPECT_EQ(payment.SetPayeeId(KRString()), 3);
+  EXPECT_EQ(payment.GetPayeeId().IsEmpty(), 1);
+  EXPECT_EQ(payment.SetPayeeListId(KRString("7")), 0);
+  EXPECT_EQ(Str(payment.GetPayeeListId()), "7");
+  EXPECT_EQ(payment.SetMemo(KRString()), 3);
+  EXPECT_EQ(TextOf(payment), "");
+}
+
+// What holds a payment of either version: null and absence in each of its five places.
+template <class Holder>
+void ExpectPaymentCleared() {
+  for (const u16 version : {u16{1}, u16{2}}) {
+    SCOPED_TRACE(version);
+    const KRTagID tag = version == 2 ? KRTag_PMTINFO2 : KRTag_PMTINFO;
+    Holder holder;
+    TakeWarnings();
+    EXPECT_EQ(holder.ClearPmtInfo(), 0) << "no version, no tag";
+    EXPECT_EQ(TakeWarnings().size(), 1u);
+    EXPECT_EQ(holder.SetPmtInfo(nullptr), 0);
+    EXPECT_EQ(TakeWarnings(), Lines());
+    holder.SetMsgSetVersion(version);
+    EXPECT_EQ(holder.SetPmtInfo(nullptr), 1);
+    EXPECT_EQ(holder.ValidateTag(tag), 1);
+    EXPECT_EQ(TakeWarnings(), Lines());
+    EXPECT_EQ(TextOf(holder), "");
+    EXPECT_EQ(holder.ClearPmtInfo(), 1);
+    EXPECT_EQ(holder.ValidateTag(tag), 0);
+    auto payment =
+        version == 2 ? std::make_unique<KRPaymentInfo2>() : std::make_unique<KRPaymentInfo>();
+    EXPECT_EQ(holder.SetPmtInfo(payment.release()), 1);
+    EXPECT_EQ(holder.ClearPmtInfo(), 1);
+    EXPECT_EQ(holder.ValidateTag(tag), 0);
+    EXPECT_NE(holder.GetPmtInfo(), nullptr);
+    EXPECT_EQ(holder.SetPmtInfo(nullptr), 1);
+    EXPECT_EQ(holder.ValidateTag(tag), 1);
+    EXPECT_EQ(holder.GetPmtInfo(), nullptr);
+    EXPECT_EQ(TakeWarnings(), Lines());
+  }
+}
+
+TEST(PaymentHolders, ClearTheirPaymentAndTakeNull) {
+  ExpectPaymentCleared<KRPaymentRq>();
+  ExpectPaymentCleared<KRPaymentRs>();
+  ExpectPaymentCleared<KRPaymentModifyRs>();
+  ExpectPaymentCleared<KRRecPaymentRq>();
+  ExpectPaymentCleared<KRPaymentMailRq>();
+}
+
+TEST(KRExtendedPaymentInvoice, KeepsAnInvoiceOfTheSecondVersionOutOfTheListOfTheFirst) {
+  KRExtendedPaymentInvoice invoices;
+  invoices.SetMsgSetVersion(2);
+  auto second = std::make_unique<KRInvoice2>();
+  EXPECT_EQ(invoices.AppendInvoice(second.get()), 0) << "still the caller's";
+  EXPECT_EQ(invoices.SetInvoice(0, second.get()), 0);
+  EXPECT_EQ(invoices.GetNumInvoice(), 0);
+  EXPECT_EQ(invoices.AllRequiredPresent(), 0);
+  EXPECT_EQ(invoices.AppendInvoice2(second.release()), 1);
+  EXPECT_EQ(invoices.AllRequiredPresent(), 1);
+  EXPECT_EQ(TextOf(invoices), InLines(Aggregate("INVOICE2", "")));
+}
+
+TEST(KRExtendedPaymentInvoice, OwnsWhatItsAppendTookThoughTheVersionDoesNotKnowIt) {
+  KRExtendedPaymentInvoice invoices;
+  invoices.SetMsgSetVersion(2);
+  EXPECT_EQ(invoices.AppendInvoice(new KRInvoice), 1);
+  EXPECT_EQ(invoices.GetNumInvoice(), 1);
+  EXPECT_EQ(invoices.AllRequiredPresent(), 0);
+  EXPECT_EQ(invoices.SetInvoice(0, new KRInvoice), 0);
+  EXPECT_EQ(TextOf(invoices), "");
+}
+
+TEST(Amounts, AreRefusedWithMoreDecimalsThanATextHolds) {
+  const KRPrecisionInteger tooFine(1, 40);
+  KRPaymentInfo payment;
+  payment.SetMsgSetVersion(1);
+  EXPECT_EQ(payment.SetTransactionAmount(KRPrecisionInteger(125, 1)), 1);
+  EXPECT_EQ(payment.SetTransactionAmount(tooFine), 0);
+  EXPECT_EQ(TextOf(payment), "<TRNAMT>12.5\n");
+  KRDiscount discount;
+  discount.SetMsgSetVersion(1);
+  EXPECT_EQ(discount.SetDiscountRate(tooFine), 0);
+  EXPECT_EQ(discount.SetDiscountAmount(tooFine), 0);
+  EXPECT_EQ(discount.AnyValidPresent(), 0);
 }
 
 }  // namespace

@@ -347,5 +347,72 @@ TEST(KREmployeeTaxBase, EveryTaxTellsTheLawFirst) {
   EXPECT_EQ(Str(stateTax.GetState()), "NY");
 }
 
+TEST(BlankValues, StayBlankWhenADateIsSetByText) {
+  KREmployee employee;
+  employee.SetMsgSetVersion(1);
+  EXPECT_EQ(employee.SetDateRelease("^@~*"), 1);
+  EXPECT_EQ(employee.SetDateRelease("20260131"), 1);
+  EXPECT_EQ(employee.GetDateRelease().IsEmpty(), 1);
+  EXPECT_EQ(TextOf(employee), "<N.DTRELEASE>^@~*\n");
+  EXPECT_EQ(employee.SetDateRelease(KRPayrollDateTime("20260131")), 1);
+  EXPECT_EQ(TextOf(employee), "<N.DTRELEASE>20260131\n");
+}
+
+TEST(BlankValues, KeepTheAmountBelowTheBlank) {
+  KRSick sick;
+  sick.SetMsgSetVersion(1);
+  EXPECT_EQ(sick.SetHours("$12.50"), 1);
+  EXPECT_EQ(sick.SetHours("^@~*"), 1);
+  KRPayrollAmount hours = sick.GetHours();
+  EXPECT_EQ(hours.IsEmpty(), 1);
+  hours.SetEmpty(0);
+  EXPECT_STREQ(hours, "$12.50");
+  EXPECT_EQ(sick.SetHours("12x"), 0);
+  EXPECT_EQ(sick.GetHours().IsEmpty(), 1) << "a text that is no amount changes nothing";
+  EXPECT_EQ(sick.SetHours("7"), 1);
+  EXPECT_EQ(TextOf(sick), "<N.HRS>7\n");
+  KRParseLogger::TheKRParseLogger()->DeleteAll();
+}
+
+TEST(BlankValues, AreTakenWhateverNumberIsBelow) {
+  KRSick sick;
+  sick.SetMsgSetVersion(1);
+  KRPayrollAmount hours(KRPrecisionInteger(1, 40), 0, 0);
+  EXPECT_EQ(sick.SetHours(hours), 0);
+  hours.SetEmpty(1);
+  EXPECT_EQ(sick.SetHours(hours), 1);
+  EXPECT_EQ(TextOf(sick), "<N.HRS>^@~*\n");
+}
+
+// A host's own tax, which writes the law first and then what is its own.
+class OwnTax : public KREmployeeTaxBase {
+ public:
+  u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override {
+    static constexpr KRTagTableEntry kRows[] = {
+        {KRTag_N_TAXTBLMISCDATA, 0xffff}, {KRTag_N_W2NAME, 0xffff}, {KRTag_N_TAXLAWVER, 0xffff}};
+    tags = {kRows, 3};
+    return 1;
+  }
+  KRBuildStatus Build(KRBuilder* builder) const override {
+    const KRBuildStatus status = KREmployeeTaxBase::Build(builder);
+    return status != KRBuildStatus_Done ? status
+                                        : builder->AddTagKRString(KRTag_N_W2NAME, KRString("own"));
+  }
+};
+
+TEST(KREmployeeTaxBase, SetsAndWritesItsTagsInAHostsClass) {
+  OwnTax tax;
+  tax.SetMsgSetVersion(1);
+  EXPECT_EQ(tax.SetTaxLawVersion(KRString("2026")), 1);
+  EXPECT_EQ(tax.SetTaxLawVersion(KRString("late")), 0);
+  EXPECT_EQ(tax.GetTaxLawVersion(), 2026u);
+  EXPECT_EQ(tax.AppendTaxTableMiscData(KRString("A")), 1);
+  EXPECT_EQ(tax.AppendTaxTableMiscData(KRString("B")), 1);
+  EXPECT_EQ(tax.AppendTaxTableMiscData(KRString()), 3);
+  EXPECT_EQ(TextOf(tax),
+            InLines("<N.TAXLAWVER>2026<N.TAXTBLMISCDATA>A<N.TAXTBLMISCDATA>B<N.W2NAME>own"));
+  KRParseLogger::TheKRParseLogger()->DeleteAll();
+}
+
 }  // namespace
 }  // namespace krofx::testing

@@ -10,9 +10,8 @@
 namespace krofx::testing {
 namespace {
 
-// DTCLIENT to APPVER of a sign-on, in the order of writing.
-constexpr char kPlain[] =
-    "<DTCLIENT>20260105120000<USERID>ada<USERPASS>secret<LANGUAGE>ENG<APPID>KROFX<APPVER>0100";
+// A sign-on but for what names the application, in the order of writing.
+constexpr char kPlain[] = "<DTCLIENT>20260105120000<USERID>ada<USERPASS>secret<LANGUAGE>ENG";
 
 Lines Tags(const KRArrayOfTags& tags) {
   Lines lines = TableLines(tags);
@@ -46,11 +45,43 @@ TEST(PayrollSignOnRq, WritesItsTextsBehindTheSignOn) {
   EXPECT_EQ(Str(signOn->GetAppIdString()), "com.example.books");
   EXPECT_EQ(TextOf(*signOn),
             InLines(std::string(kPlain) + "<APPVER>12.5 R3<APPID>com.example.books"));
-  signOn->ClearAppId();
-  signOn->ClearAppVer();
+  // What a host sets of any sign-on is written where any sign-on has it.
+  EXPECT_EQ(signOn->SetAppId(KRString("KROFX")), 1);
+  EXPECT_EQ(signOn->SetAppVer(u16{100}), 1);
   EXPECT_EQ(TextOf(*signOn),
-            InLines("<DTCLIENT>20260105120000<USERID>ada<USERPASS>secret<LANGUAGE>ENG"
-                    "<APPVER>12.5 R3<APPID>com.example.books"));
+            InLines(std::string(kPlain) + "<APPID>KROFX<APPVER>0100"
+                                          "<APPVER>12.5 R3<APPID>com.example.books"));
+}
+
+TEST(PayrollSignOnRq, ReadsBackWhatItWroteOfTheApplication) {
+  const std::string text = std::string(kPlain) + "<APPVER>5.0 R2<APPID>com.example.books";
+  const Parsed<PayrollSignOnRq> signOn(text);
+  EXPECT_EQ(signOn.Status(), KRParseStatus_Accepted);
+  EXPECT_EQ(signOn->AllRequiredPresent(), 1);
+  EXPECT_EQ(Str(signOn->GetAppVerString()), "5.0 R2");
+  EXPECT_EQ(Str(signOn->GetAppIdString()), "com.example.books");
+  EXPECT_EQ(signOn->ValidateTag(KRTag_N_PAYROLL), 1);
+  EXPECT_EQ(signOn->ValidateTag(KRTag_N_ONSERVICE), 1);
+  EXPECT_EQ(signOn->ValidateTag(KRTag_APPVER), 0);
+  EXPECT_EQ(TextOf(*signOn), InLines(text));
+}
+
+TEST(PayrollSignOnRq, PassesOverValuesThatItCannotRead) {
+  const Parsed<PayrollSignOnRq> signOn("<APPVER>12.3.4<DTCLIENT>soon<GENUSERKEY>maybe<USERID>ada");
+  EXPECT_EQ(signOn.Status(), KRParseStatus_Warnings);
+  EXPECT_EQ(signOn.Warnings(), (Lines{"BADFORMAT " + TagNumber(KRTag_DTCLIENT) + " \"soon\"",
+                                      "BADFORMAT " + TagNumber(KRTag_GENUSERKEY) + " \"maybe\""}));
+  EXPECT_EQ(signOn->ValidateTag(KRTag_DTCLIENT), 0);
+  EXPECT_EQ(TextOf(*signOn), InLines("<USERID>ada<APPVER>12.3.4"));
+}
+
+TEST(PayrollSignOnRq, SetsWhatItInheritsButDoesNotList) {
+  PayrollSignOnRq signOn;
+  EXPECT_EQ(signOn.SetCountry(KRString("USA")), 0);
+  EXPECT_EQ(Str(signOn.GetCountry()), "USA");
+  EXPECT_EQ(signOn.SetCountry(KRString()), 3);
+  EXPECT_EQ(signOn.GetCountry().IsEmpty(), 1);
+  EXPECT_EQ(signOn.SetOneTimePass(KRString()), 3);
 }
 
 TEST(PayrollSignOnRq, MissesItsVersionUnderATagThatIsNeverWritten) {

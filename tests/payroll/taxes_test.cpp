@@ -180,11 +180,11 @@ TEST(KREmployeeTaxSummary, HoldsItsAddressAsAPartOfItself) {
   EXPECT_EQ(TextOf(*summary), "");
   auto address = Make<KRAddrInfo>();
   address->SetCity(KRString("Millbrook"));
-  EXPECT_EQ(summary->SetAddrInfo(address.get()), 1);
+  EXPECT_EQ(summary->SetAddrInfo(address.release()), 1);
   EXPECT_EQ(summary->GetAddrInfo().GetMsgSetVersion(), 2);
   EXPECT_EQ(summary->GetChild(0), &summary->GetAddrInfo());
   EXPECT_EQ(TextOf(*summary), InLines(Aggregate("N.ADDRINFO", "<N.CITY>Millbrook")));
-  address->SetCity(KRString("Amenia"));
+  EXPECT_EQ(summary->SetAddrInfo(&summary->GetAddrInfo()), 1) << "its own part stays in place";
   EXPECT_EQ(Str(summary->GetAddrInfo().GetCity()), "Millbrook");
   EXPECT_EQ(summary->SetAddrInfo(nullptr), 0);
   EXPECT_EQ(summary->ClearAddrInfo(), 1);
@@ -202,7 +202,32 @@ TEST(KREmployeeTaxSummary, ASecondAddressIsReadOverTheFirst) {
 TEST(KREmployeeTaxSummary, TakesNoAddressThatItsVersionDoesNotKnow) {
   KREmployeeTaxSummary summary;
   auto address = Make<KRAddrInfo>();
-  EXPECT_EQ(summary.SetAddrInfo(address.get()), 0);
+  EXPECT_EQ(summary.SetAddrInfo(address.release()), 0);
+}
+
+TEST(KREmployeeTaxSummary, TakesOwnershipOfAnAddressWhateverBecomesOfIt) {
+  struct Counted : KRAddrInfo {
+    explicit Counted(int& alive) : m_alive(alive) { ++m_alive; }
+    ~Counted() override { --m_alive; }
+    int& m_alive;
+  };
+  int alive = 0;
+  KREmployeeTaxSummary summary;
+  EXPECT_EQ(summary.SetAddrInfo(new Counted(alive)), 0);
+  EXPECT_EQ(alive, 0);
+  summary.SetMsgSetVersion(1);
+  EXPECT_EQ(summary.SetAddrInfo(new Counted(alive)), 1);
+  EXPECT_EQ(alive, 0);
+}
+
+TEST(KREmployeeTaxSummary, HasNoElementOfItsAddress) {
+  KREmployeeTaxSummary summary;
+  summary.SetMsgSetVersion(1);
+  KRParseLogger::TheKRParseLogger()->DeleteAll();
+  const KRTagDictionaryEntry entry{KRTag_N_ADDRINFO, "N.ADDRINFO"};
+  EXPECT_EQ(summary.HandleTagElement(&entry, KRString("12 Main St")), KRParseStatus_Invalid);
+  EXPECT_EQ(TakeWarnings(), Lines());
+  EXPECT_EQ(summary.ValidateTag(KRTag_N_ADDRINFO), 0);
 }
 
 TEST(KREmployeeQtrTotals, CopiesTheAddressesOfItsSummaries) {

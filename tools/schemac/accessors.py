@@ -7,7 +7,7 @@ row's type, use and versions.
 import re
 
 from cpp import definition, fill, inline
-from row_types import DATES, NUMBERS, REPEATED_NUMBERS, cpp_type, describe, is_text
+from row_types import DATES, NUMBERS, REPEATED_NUMBERS, cpp_type, describe, is_text, kind
 from tags import enumerator
 
 NOT_VALID = "0 when the tag is not valid in this version"
@@ -50,7 +50,8 @@ class AccessorWriter:
     def row(self, row):
         """The accessors of one row."""
         self.header += "\n"
-        self.about = "\n".join(filter(None, (meaning(row.comment), describe(row) + ".")))
+        use = describe(row) + self._elsewhere(row) + "."
+        self.about = "\n".join(filter(None, (meaning(row.comment), use)))
         getattr(self, f"_{row.kind}")(row, row.stem, enumerator(row.tag))
 
     def shared(self, shared, rows):
@@ -69,6 +70,19 @@ class AccessorWriter:
             self._array(shared.name, f"{shared.name} entries", shared.type, listed)
         else:
             self._slot(shared, listed)
+
+    def _elsewhere(self, row):
+        """Where a derived class has the row with another use, which its inherited accessors keep."""
+        use = "optional" if row.required else "required"
+        named = [
+            cls.name
+            for cls in self.model.classes.values()
+            if self.cls in self.model.ancestors(cls)
+            for other in cls.rows
+            if (other.owner, other.tag) == (row.owner, row.tag)
+            and bool(other.required) != bool(row.required)
+        ]
+        return f"; {use} in {', '.join(named)}" if named else ""
 
     # Parts that several kinds share
 
@@ -118,7 +132,8 @@ class AccessorWriter:
             native = "KRPrecisionInteger"
         reference = native.startswith("KR") and native not in self.model.keywords
         taken = f"const {native}& value" if reference else f"{native} value"
-        failure = NOT_VALID + (" or the value is not allowed" if native != cpp else "")
+        limited = row.type in NUMBERS and row.type != "paydate"
+        failure = NOT_VALID + (" or the value is not allowed" if limited else "")
         self.declare(f"Sets {row.tag}.", f"u16 Set{row.stem}({taken})", f"1; {failure}")
         body = f"return SetNative(*this, {enumerator(row.tag)}, {member(row.stem)}, value);"
         self.define("u16", f"Set{row.stem}", [taken], body)
@@ -134,8 +149,12 @@ class AccessorWriter:
         parameter = "const KRString& text"
         declaration = f"u16 Set{row.stem}({parameter})"
         self.declare(f"Sets {row.tag} from its text.", declaration, result)
-        body = f"return SetFromText(*this, {enumerator(row.tag)}, text);"
-        self.define("u16", f"Set{row.stem}", [parameter], body)
+        self.define("u16", f"Set{row.stem}", [parameter], self._from_text("SetFromText", row))
+
+    def _from_text(self, function, row):
+        """The call that stores a text into the row's member, whatever table the object has."""
+        own, value = member(row.stem), kind(self.model, row)
+        return (f"return {function}", ["*this", enumerator(row.tag), value, f"&{own}", "text"])
 
     def _set_characters(self, row):
         name = f"Set{row.stem}"
@@ -196,12 +215,19 @@ class AccessorWriter:
         self.define(f"{shared.type}*", f"Get{name}", [], body, True)
         self.declare(
             "Takes ownership of `child` and deletes the one held before. The child's type is the"
-            " tag that becomes present.",
+            " tag that becomes present. Null leaves the tag present with nothing to write.",
             f"u16 Set{name}({shared.type}* child)",
-            "1; 0 when that tag is not valid here",
+            "1; 0 when that tag is not valid here, and for null when nothing says which tag is"
+            " meant",
         )
         body = f"return SetSharedChild(*this, {own}, child);"
         self.define("u16", f"Set{name}", [f"{shared.type}* child"], body)
+        self.declare(
+            f"Makes {name} absent, whichever its tag is. The child stays.",
+            f"u16 Clear{name}()",
+            "1; 0, after a KRPW_UNKNOWNTAG warning, when none of the tags is valid in this version",
+        )
+        self.define("u16", f"Clear{name}", [], f"return ClearSharedChild(*this, {own});")
 
     def _children(self, row, name, tag):
         self._array(name, f"{row.tag} entries", row.type)
@@ -225,11 +251,15 @@ class AccessorWriter:
         self.declare(
             "Takes ownership of `child` as entry `index`, in place of the one there.",
             f"u16 Set{name}(u16 index, {child}* child)",
-            "1; 0 when it could not be stored (then it is still the caller's) or its type is not"
-            " valid in this version",
+            "1; 0 when it could not be stored or its type is that of another list of this object"
+            " (then it is still the caller's), or when its type is not valid in this version (then"
+            " it is this object's)",
         )
         self.declare(
-            "Adds `child` after the last entry, as Set does.", f"u16 Append{name}({child}* child)"
+            "Takes ownership of `child` as the entry after the last.",
+            f"u16 Append{name}({child}* child)",
+            "1, whether its type is valid in this version or not; 0 when it could not be stored or"
+            " its type is that of another list of this object: then it is still the caller's",
         )
         self.declare(
             "Removes an entry without deleting it; the later ones move down.",
@@ -239,9 +269,9 @@ class AccessorWriter:
         self._all_of(name, own, "entries")
         body = f"return static_cast<{child}*>({own}.Get(index));"
         self.define(f"{child}*", f"Get{name}", ["u16 index"], body, True)
-        body = f"return NoteElement(*this, {own}.Set(index, child), child);"
+        body = f"return SetElement(*this, {own}, index, child);"
         self.define("u16", f"Set{name}", ["u16 index", f"{child}* child"], body)
-        body = f"return NoteElement(*this, {own}.Append(child), child);"
+        body = f"return AppendElement(*this, {own}, child);"
         self.define("u16", f"Append{name}", [f"{child}* child"], body)
 
     def _all_of(self, name, own, entries):
@@ -278,26 +308,25 @@ class AccessorWriter:
             "u16",
             f"Append{name}",
             ["const KRString& text"],
-            f"return SetFromText(*this, {tag}, text);",
+            self._from_text("AppendFromText", row),
         )
         self._all_of(name, own, "values")
 
     def _set_repeated_native(self, row, own, tag, native):
         name, value = row.stem, f"{native} value"
-        cast = "static_cast<u16>(value)" if native.startswith("KR") else "value"
         self.declare(
             f"Sets {row.tag} value `index`, or adds one after the last.",
             f"u16 Set{name}(u16 index, {value})",
-            "1; 0 when it could not be stored",
+            f"1; {NOT_VALID} or it could not be stored",
         )
         self.declare(
             f"Adds a {row.tag} value.",
             f"u16 Append{name}({value})",
             "1; 0 when it could not be stored",
         )
-        body = ("return NoteValue", ["*this", f"{own}.SetVal(index, {cast})", tag])
+        body = ("return SetNativeEntry", ["*this", tag, own, "index", "value"])
         self.define("u16", f"Set{name}", ["u16 index", value], body)
-        body = f"return Set{name}({own}.Entries(), value);"
+        body = ("return AppendNativeEntry", ["*this", tag, own, "value"])
         self.define("u16", f"Append{name}", [value], body)
         self.declare(
             f"Adds a {row.tag} value from its text.",
@@ -310,7 +339,7 @@ class AccessorWriter:
         self.declare(
             f"Sets {row.tag} value `index`.",
             f"u16 Set{name}(u16 index, {text})",
-            "1; 0 when it could not be stored",
+            f"1; {NOT_VALID} or it could not be stored",
         )
         body = ("return NoteValue", ["*this", f"{own}.SetVal(index, text)", tag])
         self.define("u16", f"Set{name}", ["u16 index", text], body)

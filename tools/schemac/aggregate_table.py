@@ -31,6 +31,7 @@ def _row(model, cls, row):
         parts.append(f".value = &{kind(model, row)}")
         parts += [".closed = true"] if row.closed else []
         parts += [".lenient = true"] if row.lenient else []
+        parts += [".warnsOnce = true"] if cls.file.payroll else []
     else:
         child = model.classes[row.type]
         parts.append(f".create = &CreateBy<&KRDataObjFactory::New{child.bare}>")

@@ -105,6 +105,7 @@ class KROFX_API KRDataObjFactory : public krofx::internal::HeapObject {
   explicit KRDataObjFactory(u16 version = 1) : m_version(version) {}
   KRDataObjFactory(const KRDataObjFactory& other) = default;
   KRDataObjFactory& operator=(const KRDataObjFactory& other) = default;
+  /// A factory in force puts itself out of force.
   virtual ~KRDataObjFactory();
 
   /// The version that objects get when the caller gives 0.

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/internal/hooks.h"
 
 namespace {
@@ -57,6 +58,9 @@ KRParseLogger::~KRParseLogger() = default;
 
 u16 KRParseLogger::AppendParseException(KRParseWarning warning, KRString value, KRString tagText,
                                         KRTagID tag, KRDataObj* object) {
+  if (tag == KRTag_None && m_holder != nullptr && m_holder->Take(warning, value, tagText, object)) {
+    return 1;
+  }
   if (krofx::internal::IsSecret(tag)) TurnIntoStars(value);
   return Log(warning, value, tagText, tag, object);
 }

@@ -83,6 +83,7 @@ class KROFX_API KRDynamicArrayParseException
 };
 
 namespace krofx::internal {
+class HeldWarnings;
 struct ThreadAccess;
 
 /// Hears of the records that a logger stores: for a parser, which knows the place in the text.
@@ -173,6 +174,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   void DeleteAll() override;
 
  private:
+  friend class krofx::internal::HeldWarnings;
   friend struct krofx::internal::ThreadAccess;
   friend u16 krofx::internal::LogFixedText(KRParseWarning warning, char const* wording,
                                            KRString const& tagText, KRTagID tag, KRDataObj* object);
@@ -189,6 +191,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   u16 m_anyLogged = 0;
   krofx::internal::LoggerSubjects m_subjects;
   krofx::internal::WarningListener* m_listener = nullptr;
+  krofx::internal::HeldWarnings* m_holder = nullptr;
   KRFireAlarm m_fireAlarm = KRFireAlarm_None;
 };
 

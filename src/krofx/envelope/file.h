@@ -11,7 +11,7 @@
 
 #include "krofx/core/array.h"
 #include "krofx/core/string.h"
-#include "krofx/envelope/header_index.h"
+#include "krofx/envelope/internal/header_index.h"
 #include "krofx/model/data_object.h"
 #include "krofx/model/value_arrays.h"
 

@@ -131,6 +131,17 @@ u16 MessageSet<kSide>::AllRequiredPresent() {
 }
 
 template <Side kSide>
+KRTagID MessageSet<kSide>::GetFirstMissingRequiredTag(KRTagID after) {
+  if (after != KRTag_None || AllRequiredPresent() != 0) return KRTag_None;
+  for (const KRTagID tag : {Direction<kSide>::kSignOn, kProfile<kSide>, kSecurities<kSide>}) {
+    if (IsValidTag(tag) != 0) return tag;
+  }
+  KRArrayOfTags tags;
+  GetArrayOfValidTags(tags);
+  return tags.count == 0 ? KRTag_None : tags.table[0].tag;
+}
+
+template <Side kSide>
 KRDataObj* MessageSet<kSide>::GetChild(u16 index) const {
   if (index == 0) return m_signOn.Get();
   --index;

@@ -26,11 +26,14 @@ class KROFX_API MessageSet : public KRDataObj {
   using SignOn = typename Direction<kSide>::SignOn;
 
  public:
-  /// Takes ownership of `transaction`, after the others; its type becomes present.
-  /// @return 1; 0 when it could not be stored, and then it is still the caller's, or when its type
-  ///         has no place in this set.
-  u16 AppendTrans(Trans* transaction) { return SetTrans(m_transactions.Entries(), transaction); }
+  /// Takes ownership of `transaction` after the others; its type becomes present if it has a place
+  /// in this set.
+  /// @return 1; 0 when it could not be stored, and then it is still the caller's.
+  u16 AppendTrans(Trans* transaction) {
+    return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_transactions, transaction);
+  }
   /// As AppendTrans, in place of the one there.
+  /// @return 0 also when its type has no place in this set; it is this object's then.
   u16 SetTrans(u16 index, Trans* transaction) {
     return NoteElement(*this, m_transactions.Set(index, transaction), transaction);
   }
@@ -42,8 +45,10 @@ class KROFX_API MessageSet : public KRDataObj {
   void DeleteAllTrans() { m_transactions.DeleteAll(); }
 
   /// As AppendTrans, for a synchronisation.
-  u16 AppendSync(Sync* sync) { return SetSync(m_syncs.Entries(), sync); }
-  /// As AppendSync, in place of the one there.
+  u16 AppendSync(Sync* sync) {
+    return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_syncs, sync);
+  }
+  /// As SetTrans, for a synchronisation.
   u16 SetSync(u16 index, Sync* sync) { return NoteElement(*this, m_syncs.Set(index, sync), sync); }
   /// A synchronisation, still this object's; null when there is none.
   Sync* GetSync(u16 index) const { return static_cast<Sync*>(m_syncs.Get(index)); }
@@ -57,6 +62,9 @@ class KROFX_API MessageSet : public KRDataObj {
   /// Writes the sign-on first, and then the children in the set's order.
   KRBuildStatus Build(KRBuilder* builder) const override;
   u16 AllRequiredPresent() override;
+  /// The sign-on, the profile or the security list of a set that needs one; for any other set that
+  /// is empty, the first tag of those that it takes.
+  KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
   /// The last character of the set's tag.
   u16 GetMsgSetVersion() const override { return GetMsgSetVersionFromTag(); }
   /// Index 0 is the sign-on, which may be null; then the transactions, then the synchronisations.

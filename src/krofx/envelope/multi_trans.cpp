@@ -3,6 +3,7 @@
 
 #include "krofx/envelope/multi_trans.h"
 
+#include "krofx/envelope/internal/missing_tags.h"
 #include "krofx/messages/banking/transfers.h"
 #include "krofx/model/internal/aggregate.h"
 
@@ -16,6 +17,10 @@ KRBuildStatus KRMultiTransRq::Build(KRBuilder* builder) const {
 
 u16 KRMultiTransRq::AllRequiredPresent() {
   return m_actualTrans.Entries() == 0 ? static_cast<u16>(0) : KRTransBase::AllRequiredPresent();
+}
+
+KRTagID KRMultiTransRq::GetFirstMissingRequiredTag(KRTagID after) {
+  return KRDataObj::GetFirstMissingRequiredTag(after);
 }
 
 KRDataObj* KRMultiTransRq::GetChild(u16 index) const { return m_actualTrans.Get(index); }
@@ -32,6 +37,14 @@ KRBuildStatus KRMultiTransRs::Build(KRBuilder* builder) const {
 
 u16 KRMultiTransRs::AllRequiredPresent() {
   return ValidateTag(KRTag_TRNUID) == 0 ? static_cast<u16>(0) : KRTransBase::AllRequiredPresent();
+}
+
+KRTagID KRMultiTransRs::GetFirstMissingRequiredTag(KRTagID after) {
+  krofx::internal::MissingTags missing(after);
+  if (ValidateTag(KRTag_TRNUID) == 0) missing.Add(KRTag_TRNUID);
+  KRTagID tag = KRTag_None;
+  while ((tag = KRDataObj::GetFirstMissingRequiredTag(tag)) != KRTag_None) missing.Add(tag);
+  return missing.Found();
 }
 
 KRDataObj* KRMultiTransRs::GetChild(u16 index) const { return m_actualTrans.Get(index); }

@@ -19,6 +19,14 @@ u16 Holds(const KRDynamicArrayString& list, const KRString& id) {
 
 }  // namespace
 
+// What is not of the payroll's own is read as any synchronisation reads it, and as strictly.
+KRParseStatus KRPayrollUpdateRs::HandleTagElement(const KRTagDictionaryEntry* const entry,
+                                                  const KRString& value) {
+  const krofx::internal::AggregateTable& base = *KRSyncRs::GetTable();
+  const bool isOfBase = krofx::internal::FindRow(base, entry->tagID) != nullptr;
+  return krofx::internal::HandleElement(*this, isOfBase ? base : *GetTable(), *entry, value);
+}
+
 u16 KRPayrollUpdateRs::DeepCopyFrom(KRPayrollUpdateRs* source) {
   if (krofx::internal::CopyAggregate(*this, source) == 0) return 0;
   m_messageSet = source->m_messageSet;

@@ -28,6 +28,11 @@ MessageSetHolder<kSide>::MessageSetHolder() {
 }
 
 template <Side kSide>
+u16 MessageSetHolder<kSide>::AppendMessageSet(Set* set) {
+  return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_sets, set);
+}
+
+template <Side kSide>
 u16 MessageSetHolder<kSide>::SetMessageSet(u16 index, Set* set) {
   return NoteElement(*this, m_sets.Set(index, set), set);
 }
@@ -93,6 +98,16 @@ u16 MessageSetHolder<kSide>::AllRequiredPresent() {
   const auto& sets = Direction<kSide>::kSignOnSets;
   const bool signedOn = ValidateTag(sets[0]) != 0 || ValidateTag(sets[1]) != 0;
   return signedOn && m_sets.Entries() != 0 ? 1 : 0;
+}
+
+template <Side kSide>
+KRTagID MessageSetHolder<kSide>::GetFirstMissingRequiredTag(KRTagID after) {
+  if (after != KRTag_None || AllRequiredPresent() != 0) return KRTag_None;
+  bool second = GetMsgSetVersion() == 2;
+  for (u16 index = 0; index < m_sets.Entries() && !second; ++index) {
+    second = m_sets.Get(index) != nullptr && m_sets.Get(index)->GetMsgSetVersionFromTag() == 2;
+  }
+  return Direction<kSide>::kSignOnSets[second ? 1 : 0];
 }
 
 template <Side kSide>

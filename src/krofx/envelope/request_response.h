@@ -21,11 +21,11 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   /// An empty list of type OFX.
   MessageSetHolder();
 
-  /// Takes ownership of `set`, after the others; its type becomes present.
-  /// @return 1; 0 when it could not be stored, and then it is still the caller's, or its type is no
-  ///         message set.
-  u16 AppendMessageSet(Set* set) { return SetMessageSet(m_sets.Entries(), set); }
+  /// Takes ownership of `set` after the others; its type becomes present if it is a message set's.
+  /// @return 1; 0 when it could not be stored, and then it is still the caller's.
+  u16 AppendMessageSet(Set* set);
   /// As AppendMessageSet, in place of the one there.
+  /// @return 0 also when its type is no message set's; it is this object's then.
   u16 SetMessageSet(u16 index, Set* set);
   /// A message set, still this object's; null when there is none.
   Set* GetMessageSet(u16 index) const { return static_cast<Set*>(m_sets.Get(index)); }
@@ -44,6 +44,8 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   KRBuildStatus Build(KRBuilder* builder) const override;
   /// 1 when a sign-on set is present and any message set is held.
   u16 AllRequiredPresent() override;
+  /// The sign-on set, of the version of the sets that are held.
+  KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
   KRDataObj* GetChild(u16 index) const override { return m_sets.Get(index); }
   u16 GetNumberOfChildren() const override { return m_sets.Entries(); }
 

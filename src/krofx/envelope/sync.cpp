@@ -1,12 +1,14 @@
 // The synchronisation wrappers: what depends on the wrapper's type.
 
 #include "krofx/envelope/envelope.h"
+#include "krofx/envelope/internal/missing_tags.h"
 #include "krofx/envelope/internal/routing.h"
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::ChildSlot;
 using krofx::internal::FindSync;
+using krofx::internal::MissingTags;
 using krofx::internal::Side;
 using krofx::internal::SyncRoute;
 
@@ -22,17 +24,23 @@ u16 ValidTagsOf(Side side, const KRDataObj& sync, KRArrayOfTags& tags) {
   return 1;
 }
 
-u16 NeedsMet(Side side, const KRDataObj& sync) {
+// Adds what a wrapper of this type lacks beside its token. An account too many is named as one that
+// is missing: there is no other word for it.
+void AddNeeds(Side side, const KRDataObj& sync, MissingTags& missing) {
   const SyncRoute* route = RouteOf(side, sync);
-  if (route == nullptr) return 1;
+  if (route == nullptr) return;
   if (route->eitherAccount &&
       sync.ValidateTag(KRTag_CCACCTFROM) == sync.ValidateTag(KRTag_BANKACCTFROM)) {
-    return 0;
+    missing.Add(KRTag_BANKACCTFROM);
   }
   for (u8 i = 0; i < route->needsCount; ++i) {
-    if (sync.ValidateTag(route->needs[i]) == 0) return 0;
+    if (sync.ValidateTag(route->needs[i]) == 0) missing.Add(route->needs[i]);
   }
-  return 1;
+}
+
+// The token of the wrapper's version.
+KRTagID TokenOf(const KRDataObj& sync) {
+  return sync.IsValidTag(KRTag_TOKEN2) != 0 ? KRTag_TOKEN2 : KRTag_TOKEN;
 }
 
 // An investment account replaces what is there without a warning, unlike the other two.
@@ -54,12 +62,19 @@ KRParseStatus KRSyncRq::HandleTagStart(const KRTagDictionaryEntry* const entry) 
 }
 
 u16 KRSyncRq::AllRequiredPresent() {
-  if (ValidateTag(KRTag_REJECTIFMISSING) == 0) return 0;
+  return GetFirstMissingRequiredTag(KRTag_None) == KRTag_None ? 1 : 0;
+}
+
+KRTagID KRSyncRq::GetFirstMissingRequiredTag(KRTagID after) {
+  MissingTags missing(after);
   // Presence counts, not the value: a TOKENONLY of N is a way of synchronising too. Two tokens are
   // none.
   const int ways = (ValidateTag(KRTag_TOKEN) != ValidateTag(KRTag_TOKEN2) ? 1 : 0) +
                    ValidateTag(KRTag_TOKENONLY) + ValidateTag(KRTag_REFRESH);
-  return ways == 1 ? NeedsMet(Side::kRequest, *this) : u16{0};
+  if (ways != 1) missing.Add(TokenOf(*this));
+  if (ValidateTag(KRTag_REJECTIFMISSING) == 0) missing.Add(KRTag_REJECTIFMISSING);
+  AddNeeds(Side::kRequest, *this, missing);
+  return missing.Found();
 }
 
 u16 KRSyncRq::DeepCopyFrom(KRSyncRq* source) {
@@ -78,8 +93,14 @@ KRParseStatus KRSyncRs::HandleTagStart(const KRTagDictionaryEntry* const entry) 
 }
 
 u16 KRSyncRs::AllRequiredPresent() {
-  if (ValidateTag(KRTag_TOKEN) == 0 && ValidateTag(KRTag_TOKEN2) == 0) return 0;
-  return NeedsMet(Side::kResponse, *this);
+  return GetFirstMissingRequiredTag(KRTag_None) == KRTag_None ? 1 : 0;
+}
+
+KRTagID KRSyncRs::GetFirstMissingRequiredTag(KRTagID after) {
+  MissingTags missing(after);
+  if (ValidateTag(KRTag_TOKEN) == 0 && ValidateTag(KRTag_TOKEN2) == 0) missing.Add(TokenOf(*this));
+  AddNeeds(Side::kResponse, *this, missing);
+  return missing.Found();
 }
 
 u16 KRSyncRs::DeepCopyFrom(KRSyncRs* source) {

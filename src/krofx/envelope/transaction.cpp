@@ -2,6 +2,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/envelope/envelope.h"
+#include "krofx/envelope/internal/missing_tags.h"
 #include "krofx/envelope/internal/routing.h"
 #include "krofx/messages/signon/status.h"
 #include "krofx/model/internal/aggregate.h"
@@ -9,6 +10,7 @@
 using krofx::internal::BuildRows;
 using krofx::internal::Excuse;
 using krofx::internal::FindTransaction;
+using krofx::internal::MissingTags;
 using krofx::internal::Payload;
 using krofx::internal::PayloadRule;
 using krofx::internal::Side;
@@ -54,6 +56,17 @@ u16 PayloadsPresent(const KRDataObj& wrapper, const TransactionRoute& route) {
   return present;
 }
 
+// Adds the payload's tag: the first that may stand in the wrapper and does not.
+void AddPayload(const KRDataObj& wrapper, const TransactionRoute* route, MissingTags& missing) {
+  if (route == nullptr) return;
+  for (u8 i = 0; i < route->payloadCount; ++i) {
+    const KRTagID tag = route->payloads[i].tag;
+    if (wrapper.IsValidTag(tag) == 0 || wrapper.ValidateTag(tag) != 0) continue;
+    missing.Add(tag);
+    return;
+  }
+}
+
 u16 RuleHolds(const KRDataObj& wrapper, const TransactionRoute* route) {
   if (route == nullptr || route->rule == PayloadRule::kHeld) return 1;
   const u16 present = PayloadsPresent(wrapper, *route);
@@ -94,6 +107,16 @@ KRBuildStatus KRTransRq::Build(KRBuilder* builder) const {
 u16 KRTransRq::AllRequiredPresent() {
   if (m_payload.Get() == nullptr || ValidateTag(KRTag_TRNUID) == 0) return 0;
   return RuleHolds(*this, RouteOf(Side::kRequest, *this));
+}
+
+KRTagID KRTransRq::GetFirstMissingRequiredTag(KRTagID after) {
+  const TransactionRoute* route = RouteOf(Side::kRequest, *this);
+  MissingTags missing(after);
+  if (ValidateTag(KRTag_TRNUID) == 0) missing.Add(KRTag_TRNUID);
+  if (m_payload.Get() == nullptr || RuleHolds(*this, route) == 0) {
+    AddPayload(*this, route, missing);
+  }
+  return missing.Found();
 }
 
 KRDataObj* KRTransRq::GetChild(u16 index) const { return index == 0 ? m_payload.Get() : nullptr; }
@@ -156,19 +179,36 @@ u16 KRTransRs::IsUpToDate() const {
              : 0;
 }
 
-u16 KRTransRs::AllRequiredPresent() {
-  KRStatus* status = GetStatus();
-  if (status == nullptr || ValidateTag(KRTag_TRNUID) == 0) return 0;
-  const TransactionRoute* route = RouteOf(Side::kResponse, *this);
-  if (route == nullptr) return 1;
+namespace {
+
+// Whether the payload is there, or the status excuses its absence.
+u16 PayloadSettled(const KRTransRs& wrapper, const TransactionRoute* route) {
+  KRStatus* status = wrapper.GetStatus();
+  if (route == nullptr || status == nullptr) return 1;
   const bool error = route->error == Excuse::kShown
-                         ? IsErrorStatus() != 0
+                         ? wrapper.IsErrorStatus() != 0
                          : status->GetSeverity() == KRStatusSeverity_ERROR;
   if (route->error != Excuse::kNone && error) return 1;
   const bool upToDate =
-      route->upToDate == Excuse::kShown ? IsUpToDate() != 0 : status->GetCode() == 1;
+      route->upToDate == Excuse::kShown ? wrapper.IsUpToDate() != 0 : status->GetCode() == 1;
   if (route->upToDate != Excuse::kNone && upToDate) return 1;
-  return RuleHolds(*this, route);
+  return RuleHolds(wrapper, route);
+}
+
+}  // namespace
+
+u16 KRTransRs::AllRequiredPresent() {
+  if (GetStatus() == nullptr || ValidateTag(KRTag_TRNUID) == 0) return 0;
+  return PayloadSettled(*this, RouteOf(Side::kResponse, *this));
+}
+
+KRTagID KRTransRs::GetFirstMissingRequiredTag(KRTagID after) {
+  const TransactionRoute* route = RouteOf(Side::kResponse, *this);
+  MissingTags missing(after);
+  if (ValidateTag(KRTag_TRNUID) == 0) missing.Add(KRTag_TRNUID);
+  if (GetStatus() == nullptr) missing.Add(KRTag_STATUS);
+  if (PayloadSettled(*this, route) == 0) AddPayload(*this, route, missing);
+  return missing.Found();
 }
 
 KRDataObj* KRTransRs::GetChild(u16 index) const {

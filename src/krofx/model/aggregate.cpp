@@ -3,6 +3,7 @@
 #include "krofx/model/internal/aggregate.h"
 
 #include "krofx/build/builder.h"
+#include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
 
@@ -178,16 +179,31 @@ const Row* FindRow(const AggregateTable& table, KRTagID tag) {
   return nullptr;
 }
 
+namespace {
+
+// Stores a text into a row's member.
+StoreResult Read(KRDataObj& object, const Row& row, KRTagID tag, const KRString& text) {
+  if (!row.warnsOnce) return row.value->fromText(object, tag, row.member(object), text);
+  HeldWarnings warnings;
+  const StoreResult result = row.value->fromText(object, tag, row.member(object), text);
+  if (result == StoreResult::kBadFormat) warnings.Drop();
+  return result;
+}
+
+}  // namespace
+
 KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& table,
                             const KRTagDictionaryEntry& entry, const KRString& text) {
   const Row* row = FindRow(table, entry.tagID);
   if (row == nullptr || row->value == nullptr) return KRParseStatus_Invalid;
-  switch (row->value->fromText(object, entry.tagID, row->member(object), text)) {
+  switch (Read(object, *row, entry.tagID, text)) {
     case StoreResult::kStored:
       Note(object, table, *row, entry.tagID);
       return KRParseStatus_Accepted;
     case StoreResult::kNoText:
       return KRParseStatus_Accepted;
+    case StoreResult::kNoValue:
+      return KRParseStatus_Invalid;
     case StoreResult::kBadFormat:
       LogWarning(KRPW_BADFORMAT, text, KRString(), entry.tagID, &object);
       return row->lenient ? KRParseStatus_Accepted : KRParseStatus_Invalid;
@@ -253,6 +269,8 @@ KRBuildStatus BuildRowsBetween(const KRDataObj& object, const AggregateTable& ta
   const auto end = static_cast<u16>(FindRow(table, last) - table.rows + 1);
   return BuildPositions(object, table, begin, end, builder);
 }
+
+bool RuleHolds(const Presence& presence, const Rule& rule) { return Holds(presence, rule); }
 
 u16 RulesHold(const Presence& presence, const AggregateTable& table) {
   for (u8 i = 0; i < table.ruleCount; ++i) {
@@ -357,15 +375,17 @@ void NoteFailure(KRBuilder& builder, const KRDataObj& object) {
   }
 }
 
-u16 SetFromText(KRDataObj& object, KRTagID tag, const KRString& text) {
-  const AggregateTable* table = ObjectAccess::TableOf(object);
-  const Row* row = table == nullptr ? nullptr : FindRow(*table, tag);
-  if (row == nullptr || row->value == nullptr) return 0;
-  switch (row->value->fromText(object, tag, row->member(object), text)) {
+namespace {
+
+// What storing a text comes to for a setter; `noted` is its result when the member took the value.
+template <class Note>
+u16 ResultOf(StoreResult stored, KRDataObj& object, KRTagID tag, const KRString& text, Note noted) {
+  switch (stored) {
     case StoreResult::kStored:
-      return object.SetTag(tag);
+      return noted();
     case StoreResult::kNoText:
       return 3;
+    case StoreResult::kNoValue:
     case StoreResult::kBadFormat:
       return 0;
     case StoreResult::kCannotStore:
@@ -373,6 +393,22 @@ u16 SetFromText(KRDataObj& object, KRTagID tag, const KRString& text) {
       return 0;
   }
   return 0;
+}
+
+}  // namespace
+
+u16 SetFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* member,
+                const KRString& text) {
+  return ResultOf(kind.fromText(object, tag, member, text), object, tag, text,
+                  [&] { return object.SetTag(tag); });
+}
+
+u16 AppendFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* array,
+                   const KRString& text) {
+  return ResultOf(kind.fromText(object, tag, array, text), object, tag, text, [&] {
+    object.SetTag(tag);
+    return u16{1};
+  });
 }
 
 u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag) {
@@ -387,10 +423,59 @@ u16 SetChild(KRDataObj& object, ChildSlot& slot, KRTagID tag, KRDataObj* child) 
   return object.SetTag(tag);
 }
 
+namespace {
+
+// Calls `visit(tag)` for each tag that fills the slot.
+template <class Visit>
+void ForEachTagOf(KRDataObj& object, const ChildSlot& slot, Visit visit) {
+  const AggregateTable* table = ObjectAccess::TableOf(object);
+  if (table == nullptr) return;
+  for (u16 position = 0; position < table->valid.count; ++position) {
+    const Row& row = table->rows[position];
+    if (row.shared && row.member(object) == &slot) visit(table->valid.table[position].tag);
+  }
+}
+
+// The tag that is meant when a slot without a child is set to null; 0 when it could be several.
+KRTagID TagOfEmpty(KRDataObj& object, const ChildSlot& slot) {
+  KRTagID present = KRTag_None;
+  KRTagID valid = KRTag_None;
+  u16 validTags = 0;
+  ForEachTagOf(object, slot, [&](KRTagID tag) {
+    if (object.ValidateTag(tag) != 0 && present == KRTag_None) present = tag;
+    if (object.IsValidTag(tag) == 0) return;
+    valid = tag;
+    ++validTags;
+  });
+  if (present != KRTag_None) return present;
+  return validTags == 1 ? valid : KRTag_None;
+}
+
+}  // namespace
+
 u16 SetSharedChild(KRDataObj& object, ChildSlot& slot, KRDataObj* child) {
   KRDataObj* named = child != nullptr ? child : slot.Get();
-  const KRTagID tag = named == nullptr ? KRTag_None : named->GetType();
-  return SetChild(object, slot, tag, child);
+  const KRTagID tag = named != nullptr ? named->GetType() : TagOfEmpty(object, slot);
+  if (tag != KRTag_None) return SetChild(object, slot, tag, child);
+  slot.Set(child);
+  return 0;
+}
+
+u16 ClearSharedChild(KRDataObj& object, ChildSlot& slot) {
+  u16 cleared = 0;
+  KRTagID first = KRTag_None;
+  ForEachTagOf(object, slot, [&](KRTagID tag) {
+    if (first == KRTag_None) first = tag;
+    if (object.IsValidTag(tag) != 0) cleared |= object.ClearTag(tag);
+  });
+  return cleared != 0 || first == KRTag_None ? cleared : object.ClearTag(first);
+}
+
+bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* child) {
+  const AggregateTable* table = ObjectAccess::TableOf(object);
+  if (table == nullptr || child == nullptr || child->GetType() == KRTag_None) return false;
+  const Row* row = FindRow(*table, child->GetType());
+  return row != nullptr && row->member != nullptr && MemberOfConst(*row, object) != array;
 }
 
 }  // namespace krofx::internal

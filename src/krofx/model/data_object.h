@@ -181,7 +181,8 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   KRParser* GetParser();
 
   /// Makes `factory` the one that every new object of the process comes from. The caller keeps
-  /// owning it. Null goes back to the default.
+  /// owning it; one that is destroyed while it is in force goes back to the default, as null does.
+  /// No other thread may be using it then.
   /// @return 1.
   static u16 SetFactory(KRDataObjFactory* factory);
   /// The factory in force, making the default one (message-set version 1) when there is none; null

@@ -21,7 +21,11 @@ T* OrAlarm(T* made) {
 
 }  // namespace
 
-KRDataObjFactory::~KRDataObjFactory() = default;
+// What is made after the end of a host's factory comes from the default one.
+KRDataObjFactory::~KRDataObjFactory() {
+  KRDataObjFactory* current = this;
+  KRDataObj::m_factoryObj.compare_exchange_strong(current, nullptr, std::memory_order_acq_rel);
+}
 
 u16 KRDataObjFactory::GetVersion() { return m_version; }
 

@@ -73,6 +73,23 @@ void Patch(KRDataObj& object) {
   });
 }
 
+KRPresenceDemand DemandOf(RuleKind kind) {
+  switch (kind) {
+    case RuleKind::kNone:
+      return KRPresenceDemand_None;
+    case RuleKind::kAtMostOne:
+      return KRPresenceDemand_AtMostOne;
+    case RuleKind::kExactlyOne:
+    case RuleKind::kExclusiveOr:
+      return KRPresenceDemand_ExactlyOne;
+    case RuleKind::kAtLeastOne:
+      return KRPresenceDemand_AtLeastOne;
+    case RuleKind::kAll:
+      break;
+  }
+  return KRPresenceDemand_All;
+}
+
 }  // namespace
 
 u16 KRUtility::AllRequiredPresent(KRDataObj** object, KRTagID* missing) {
@@ -104,6 +121,23 @@ KRTagID KRUtility::GetNextMissingRequiredTag(KRDataObj* object, KRDataObj** hold
   }
   if (holder != nullptr) *holder = found;
   return tag;
+}
+
+u16 KRUtility::GetUnmetRule(const KRDataObj* object, u16 index, KRUnmetRule& rule) {
+  const AggregateTable* table = object == nullptr ? nullptr : ObjectAccess::TableOf(*object);
+  if (table == nullptr) return 0;
+  const Presence presence(*object);
+  for (u8 i = 0; i < table->ruleCount; ++i) {
+    const Rule& asked = table->rules[i];
+    if (RuleHolds(presence, asked) || index-- != 0) continue;
+    u16 present = 0;
+    for (u8 tag = 0; tag < asked.count; ++tag) {
+      if (presence.Has(asked.tags[tag])) ++present;
+    }
+    rule = {DemandOf(asked.kind), asked.tags, asked.count, present};
+    return 1;
+  }
+  return 0;
 }
 
 u16 KRUtility::PatchCheckFreeOFX(KRDataObj** object, KRTagID* missing) {

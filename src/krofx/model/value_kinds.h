@@ -53,6 +53,20 @@ struct Converted {
   static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<T>, Form};
 };
 
+/// As Converted, for a value that keeps a part of what it was when a text is read into it.
+template <class T, u16 (*Read)(const KRString&, T&),
+          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&)>
+struct ConvertedInPlace : Converted<T, Read, Write> {
+  static StoreResult FromText(KRDataObj&, KRTagID, void* member, const KRString& text) {
+    T& held = *static_cast<T*>(member);
+    T value = held;
+    if (Read(text, value) == 0) return StoreResult::kBadFormat;
+    held = value;
+    return StoreResult::kStored;
+  }
+  static constexpr ValueKind kKind{&FromText, &Converted<T, Read, Write>::Build, &CopyValue<T>};
+};
+
 /// Calls the builder's tag-and-value operation for a kind.
 template <class T, auto Operation>
 KRBuildStatus WriteBy(KRBuilder& builder, KRTagID tag, const T& value) {
@@ -148,6 +162,55 @@ template <class Enumeration>
 inline constexpr const ValueKind& kKeywordIndex =
     Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
               ValueForm::kKeyword>::kKind;
+
+/// Whether a value passes the rule of its own class, as a number has one. A blank payroll amount
+/// does.
+template <class Value>
+bool PassesItsRule(const Value& value) {
+  if constexpr (std::is_base_of_v<KRPrecisionInteger, Value>) {
+    if constexpr (requires { value.IsEmpty(); }) {
+      if (value.IsEmpty() != 0) return true;
+    }
+    return value.IsValid() != 0;
+  } else {
+    return true;
+  }
+}
+
+/// What a generated setter does with a value that needs no conversion: stores it when its class
+/// allows it, and notes the tag.
+/// @return 1; 0 when it is not allowed, or the tag is not valid in this object.
+template <class Member, class Value>
+u16 SetNative(KRDataObj& object, KRTagID tag, Member& member, const Value& value) {
+  if constexpr (std::is_same_v<Member, Value>) {
+    if (!PassesItsRule(value)) return 0;
+  } else {
+    Member candidate;
+    candidate = value;
+    if (!PassesItsRule(candidate)) return 0;
+  }
+  member = value;
+  return object.SetTag(tag);
+}
+
+/// As SetNative, for entry `index` of an array of values.
+template <class Array, class Value>
+u16 SetNativeEntry(KRDataObj& object, KRTagID tag, Array& array, u16 index, const Value& value) {
+  if constexpr (KeywordEnum<Value>) {
+    return NoteValue(object, array.SetVal(index, static_cast<u16>(value)), tag);
+  } else {
+    return NoteValue(object, array.SetVal(index, value), tag);
+  }
+}
+
+/// As SetNativeEntry, after the last entry.
+/// @return 1 when the array took the value, whether the tag is valid here or not; 0 otherwise.
+template <class Array, class Value>
+u16 AppendNativeEntry(KRDataObj& object, KRTagID tag, Array& array, const Value& value) {
+  const u16 entries = array.Entries();
+  SetNativeEntry(object, tag, array, entries, value);
+  return array.Entries() > entries ? 1 : 0;
+}
 
 /// Warns that a text is longer than its spec length.
 void WarnTooLong(KRTagID tag, const KRString& text);

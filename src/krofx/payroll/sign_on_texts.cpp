@@ -20,10 +20,19 @@ KRBuildStatus PayrollSignOnRq::Build(KRBuilder* builder) const {
 
 KRParseStatus PayrollSignOnRq::HandleTagElement(const KRTagDictionaryEntry* const entry,
                                                 const KRString& value) {
-  if (entry != nullptr && (entry->tagID == KRTag_N_PAYROLL || entry->tagID == KRTag_N_ONSERVICE)) {
-    return KRParseStatus_Invalid;
+  switch (entry->tagID) {
+    case KRTag_APPVER:
+      SetAppVerString(value);
+      return KRParseStatus_Accepted;
+    case KRTag_APPID:
+      SetAppIdString(value);
+      return KRParseStatus_Accepted;
+    case KRTag_N_PAYROLL:
+    case KRTag_N_ONSERVICE:
+      return KRParseStatus_Invalid;
+    default:
+      return KRSignOnRq::HandleTagElement(entry, value);
   }
-  return KRSignOnRq::HandleTagElement(entry, value);
 }
 
 u16 PayrollSignOnRq::SetMsgSetVersion(u16) { return KRSignOnRq::SetMsgSetVersion(1); }

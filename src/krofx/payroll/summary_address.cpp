@@ -24,13 +24,18 @@ KRDataObj* KREmployeeTaxSummary::GetChild(u16 index) const {
 }
 
 u16 KREmployeeTaxSummary::GetNumberOfChildren() const {
-  return static_cast<u16>(KRDataObj::GetNumberOfChildren() + 1);
+  const u16 others = KRDataObj::GetNumberOfChildren();
+  return others == 0xffff ? others : static_cast<u16>(others + 1);
 }
 
 u16 KREmployeeTaxSummary::SetAddrInfo(KRAddrInfo* address) {
-  if (address == nullptr || IsValidTag(KRTag_N_ADDRINFO) == 0) return 0;
-  if (m_addrInfo.DeepCopyFrom(address) == 0) return 0;
-  m_addrInfo.SetType(KRTag_N_ADDRINFO);
-  m_addrInfo.SetMsgSetVersion(GetMsgSetVersion());
-  return SetTag(KRTag_N_ADDRINFO);
+  if (address == nullptr) return 0;
+  u16 copied = 1;
+  if (address != &m_addrInfo) {
+    copied = m_addrInfo.DeepCopyFrom(address);
+    m_addrInfo.SetType(KRTag_N_ADDRINFO);
+    m_addrInfo.SetMsgSetVersion(GetMsgSetVersion());
+    delete address;
+  }
+  return copied == 0 ? copied : SetTag(KRTag_N_ADDRINFO);
 }

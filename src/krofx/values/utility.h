@@ -20,6 +20,23 @@ class KRBuffer;
 class KRDataObj;
 class KRDynamicArrayDataObj;
 
+/// How many tags of a group an object must hold.
+enum KRPresenceDemand : u32 {
+  KRPresenceDemand_None = 0,        ///< none, beside what the object holds
+  KRPresenceDemand_AtMostOne = 1,   ///< none or one
+  KRPresenceDemand_ExactlyOne = 2,  ///< one
+  KRPresenceDemand_AtLeastOne = 3,  ///< one or more
+  KRPresenceDemand_All = 4,         ///< every one
+};
+
+/// What an incomplete object asks of a group of its tags, and how many of them it holds.
+struct KRUnmetRule {
+  KRPresenceDemand demand = KRPresenceDemand_None;  ///< What is asked.
+  const KRTagID* tags = nullptr;                    ///< The group; constant data of the class.
+  u16 count = 0;                                    ///< Tags in the group.
+  u16 present = 0;                                  ///< How many of them the object holds.
+};
+
 /// The helpers; there is nothing to make an object for.
 class KROFX_API KRUtility {
  public:
@@ -60,6 +77,12 @@ class KROFX_API KRUtility {
   /// @param missing out, may be null: 0.
   /// @return 1; 0 for a null object.
   static u16 PatchCheckFreeOFX(KRDataObj** object, KRTagID* missing);
+
+  /// Describes what an incomplete object asks of a group of its tags beside the required ones, such
+  /// as one of three.
+  /// @param index from 0 up, for one rule after the other.
+  /// @return 1; 0, with `rule` unchanged, for a null object and when no more rules are unmet.
+  static u16 GetUnmetRule(const KRDataObj* object, u16 index, KRUnmetRule& rule);
 
   /// Cleans response text for a parse: every byte that is no printable ASCII character and no line
   /// end becomes a blank. The size stays, the cursor goes to the end.

@@ -19,7 +19,6 @@
 #define KROFX_MODEL_INTERNAL_AGGREGATE_H_
 
 #include <cstddef>
-#include <type_traits>
 #include <utility>
 
 #include "krofx/core/parse_logger.h"
@@ -35,6 +34,7 @@ enum class StoreResult : u8 {
   kStored,       ///< The value is held.
   kNoText,       ///< An empty text: nothing was stored, nothing is present.
   kBadFormat,    ///< The text is no value of this kind; the member keeps what it held.
+  kNoValue,      ///< What the member holds has no text: it is no element.
   kCannotStore,  ///< An array could not take one more value.
 };
 
@@ -84,6 +84,8 @@ struct Row {
   bool closed = false;
   /// A text that is no such value is warned about and passed over.
   bool lenient = false;
+  /// A text that is no such value is warned about once: its conversion's own warning is left out.
+  bool warnsOnce = false;
   /// The child shares its slot with other tags, and is under the one that is its type.
   bool shared = false;
 };
@@ -183,6 +185,8 @@ KROFX_API KRBuildStatus BuildRowsBetween(const KRDataObj& object, const Aggregat
 class Presence;
 /// 1 when every rule of the table holds.
 KROFX_API u16 RulesHold(const Presence& presence, const AggregateTable& table);
+/// Whether one rule holds.
+KROFX_API bool RuleHolds(const Presence& presence, const Rule& rule);
 /// The tag that represents a failing rule among the missing tags: the first of its list that is
 /// absent; the first of its list when all are there, one too many.
 /// @return 0 when the rule holds or is not reported.
@@ -206,33 +210,33 @@ KROFX_API void NoteFailure(KRBuilder& builder, const KRDataObj& object);
 /// The row that reads `tag`, whatever the version; null when the table has none.
 KROFX_API const Row* FindRow(const AggregateTable& table, KRTagID tag);
 
-/// What a generated setter does with a text: stores it, warns about what is wrong with it and
-/// notes the tag.
-/// @return 1 stored; 0 the text is no such value, or the tag is not valid in this version; 3 an
+/// What a generated setter does with a text: stores it into the member as a value of its kind,
+/// warns about what is wrong with it and notes the tag. The member takes the text whether the
+/// object's own table has the tag or not: a setter may be inherited.
+/// @return 1 stored; 0 the text is no such value, or the tag is not valid in this object; 3 an
 ///         empty text.
-KROFX_API u16 SetFromText(KRDataObj& object, KRTagID tag, const KRString& text);
+KROFX_API u16 SetFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* member,
+                          const KRString& text);
+
+/// As SetFromText, for a value that is added to an array.
+/// @return 1 when the array took it; 0 the text is no such value, or it could not be stored; 3 an
+///         empty text.
+KROFX_API u16 AppendFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* array,
+                             const KRString& text);
 
 /// What a generated setter does with a child: owns it in place of the one there and notes its tag.
 /// @return what SetTag gives. A null child clears the tag and then notes it all the same.
 KROFX_API u16 SetChild(KRDataObj& object, ChildSlot& slot, KRTagID tag, KRDataObj* child);
 
-/// As SetChild for a slot that several tags fill: the child's type is the tag. Null clears the slot
-/// and leaves the tag of the child that was there present.
+/// As SetChild for a slot that several tags fill: the child's type is the tag. Null clears the
+/// slot, and its tag is that of the child that was there; without one the tag of the slot that is
+/// present, or the only one that is valid in this version.
+/// @return what SetTag gives; 0, with nothing noted, for null when no one tag is meant.
 KROFX_API u16 SetSharedChild(KRDataObj& object, ChildSlot& slot, KRDataObj* child);
 
-/// What a generated setter does with a value that needs no conversion: stores it when its class
-/// allows it, and notes the tag.
-/// @return 1; 0 when it is not allowed, or the tag is not valid in this version.
-template <class Member, class Value>
-u16 SetNative(KRDataObj& object, KRTagID tag, Member& member, const Value& value) {
-  if constexpr (!std::is_same_v<Member, Value>) {
-    Member candidate;
-    candidate = value;
-    if (candidate.IsValid() == 0) return 0;
-  }
-  member = value;
-  return object.SetTag(tag);
-}
+/// Notes all tags that fill a slot as absent. The child stays.
+/// @return 1; 0, after a KRPW_UNKNOWNTAG warning, when none of them is valid in this version.
+KROFX_API u16 ClearSharedChild(KRDataObj& object, ChildSlot& slot);
 
 /// What a generated setter of a repeated value does when the array took it or not: notes the tag,
 /// or warns that the value could not be stored.
@@ -241,6 +245,30 @@ KROFX_API u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag);
 /// What a generated setter of an array element does when the array took the child or not.
 inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {
   return stored == 0 ? static_cast<u16>(0) : object.SetTag(child->GetType());
+}
+
+/// Whether a child's type is the tag of a row of the object that does not use this array. The array
+/// does not take the child: that row would count as present, and the child would never be written.
+KROFX_API bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* child);
+
+/// What a generated setter of an array element does: owns the child as entry `index`, and notes the
+/// tag that is its type.
+/// @return what SetTag gives; 0 when the child could not be stored, or belongs to another row: then
+///         it is still the caller's.
+template <class Array, class Child>
+u16 SetElement(KRDataObj& object, Array& array, u16 index, Child* child) {
+  if (BelongsElsewhere(object, &array, child)) return 0;
+  return NoteElement(object, array.Set(index, child), child);
+}
+
+/// As SetElement, after the last entry.
+/// @return what the array gives: 1 when it owns the child, whether the type is valid here or not;
+///         0 when the child is still the caller's.
+template <class Array, class Child>
+u16 AppendElement(KRDataObj& object, Array& array, Child* child) {
+  if (BelongsElsewhere(object, &array, child) || array.Append(child) == 0) return 0;
+  object.SetTag(child->GetType());
+  return 1;
 }
 
 /// What is present in an object, for code that asks of many tags at once: the virtual questions

@@ -17,7 +17,7 @@ template <class Child>
 struct Embedded {
   /// An aggregate has no text.
   static StoreResult FromText(KRDataObj&, KRTagID, void*, const KRString&) {
-    return StoreResult::kBadFormat;
+    return StoreResult::kNoValue;
   }
   static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
     return static_cast<const Child*>(member)->BuildObject(&builder, tag);

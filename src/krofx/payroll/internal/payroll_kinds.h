@@ -15,11 +15,11 @@ KRBuildStatus WritePayrollAmount(KRBuilder& builder, KRTagID tag, const KRPayrol
 KRBuildStatus WritePayrollDateTime(KRBuilder& builder, KRTagID tag, const KRPayrollDateTime& value);
 
 inline constexpr const ValueKind& kPayrollAmount =
-    Converted<KRPayrollAmount, &KRPayrollDataConversion::StringToPayrollAmount,
-              &WritePayrollAmount>::kKind;
+    ConvertedInPlace<KRPayrollAmount, &KRPayrollDataConversion::StringToPayrollAmount,
+                     &WritePayrollAmount>::kKind;
 inline constexpr const ValueKind& kPayrollDateTime =
-    Converted<KRPayrollDateTime, &KRPayrollDataConversion::StringToPayrollDateTime,
-              &WritePayrollDateTime>::kKind;
+    ConvertedInPlace<KRPayrollDateTime, &KRPayrollDataConversion::StringToPayrollDateTime,
+                     &WritePayrollDateTime>::kKind;
 
 }  // namespace krofx::internal
 

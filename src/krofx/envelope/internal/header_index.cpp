@@ -3,7 +3,7 @@
 // The names come from the text, which may be hostile. The hash is made of two polynomials in bases
 // that each process draws anew, so no text can be made whose names all fall on one place.
 
-#include "krofx/envelope/header_index.h"
+#include "krofx/envelope/internal/header_index.h"
 
 #include <chrono>
 #include <cstring>

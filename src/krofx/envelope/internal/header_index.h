@@ -1,8 +1,8 @@
 // Finds a MIME header by its name without looking through all headers, so that a text of many
 // thousand different header lines is read in a time that grows as its length does.
 
-#ifndef KROFX_ENVELOPE_HEADER_INDEX_H_
-#define KROFX_ENVELOPE_HEADER_INDEX_H_
+#ifndef KROFX_ENVELOPE_INTERNAL_HEADER_INDEX_H_
+#define KROFX_ENVELOPE_INTERNAL_HEADER_INDEX_H_
 
 #include <cstdint>
 
@@ -94,4 +94,4 @@ class HeaderIndex {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_ENVELOPE_HEADER_INDEX_H_
+#endif  // KROFX_ENVELOPE_INTERNAL_HEADER_INDEX_H_

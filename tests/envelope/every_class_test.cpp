@@ -1,0 +1,190 @@
+// What holds for every aggregate: found by walking the tables from the payloads of all exchanges
+// down to their last child.
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "krofx/aggregates.h"
+#include "krofx/core/internal/slot_block.h"
+#include "krofx/envelope/internal/routing.h"
+#include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/embedded_child.h"
+#include "krofx/model/factory.h"
+#include "support/ofx_text.h"
+
+namespace krofx::testing {
+namespace {
+
+using namespace krofx::internal;
+
+// One aggregate: how it is made, and its table.
+struct AnyClass {
+  CreateChild create;
+  const AggregateTable* table;
+
+  std::unique_ptr<KRDataObj> Make() const {
+    std::unique_ptr<KRDataObj> object(create(*KRDataObj::GetFactory()));
+    object->SetMsgSetVersion(1);
+    return object;
+  }
+};
+
+class EveryClass : public ::testing::Test {
+ protected:
+  EveryClass() {
+    for (const Side side : {Side::kRequest, Side::kResponse}) {
+      for (const TransactionRoute& route : Transactions(side)) {
+        for (u8 i = 0; i < route.payloadCount; ++i) Add(route.payloads[i].create);
+      }
+    }
+    Add(&CreateBy<&KRDataObjFactory::NewTransRq>);
+    Add(&CreateBy<&KRDataObjFactory::NewTransRs>);
+    Add(&CreateBy<&KRDataObjFactory::NewSyncRq>);
+    Add(&CreateBy<&KRDataObjFactory::NewSyncRs>);
+    Add(&CreateBy<&KRDataObjFactory::NewPayrollUpdateRs>);
+    Add(&CreateBy<&KRDataObjFactory::NewSignOnRq>);
+    Add(&CreateBy<&KRDataObjFactory::NewSignOnRs>);
+    Add(&CreateBy<&KRDataObjFactory::NewSecList>);
+    KRParseLogger::TheKRParseLogger()->DeleteAll();
+  }
+  ~EveryClass() override { KRParseLogger::TheKRParseLogger()->DeleteAll(); }
+
+  std::map<std::string, AnyClass> m_classes;
+
+ private:
+  void Add(CreateChild create) {
+    if (create == nullptr) return;
+    const std::unique_ptr<KRDataObj> object(create(*KRDataObj::GetFactory()));
+    const AggregateTable* table = ObjectAccess::TableOf(*object);
+    if (table == nullptr || !m_classes.emplace(table->className, AnyClass{create, table}).second) {
+      return;
+    }
+    for (u16 row = 0; row < table->valid.count; ++row) Add(table->rows[row].create);
+  }
+};
+
+TEST_F(EveryClass, IsFound) { EXPECT_GE(m_classes.size(), 280u); }
+
+TEST_F(EveryClass, CountsItsChildrenWithinSixteenBits) {
+  for (const auto& [name, any] : m_classes) {
+    SCOPED_TRACE(name);
+    const auto object = any.Make();
+    u32 lists = 0;
+    for (u8 i = 0; i < any.table->childRowCount; ++i) {
+      const Row& row = any.table->rows[any.table->childRows[i]];
+      if (row.array == nullptr) continue;
+      // The last place alone, as a host may set it.
+      KRDataObj* child = row.create(*KRDataObj::GetFactory());
+      ASSERT_EQ(row.array->set(row.member(*object), SlotBlock::kMaxIndex, child), 1);
+      ++lists;
+    }
+    const u16 count = object->GetNumberOfChildren();
+    if (lists == 0) {
+      EXPECT_LT(count, 100);
+    } else {
+      EXPECT_EQ(count, 65535);
+    }
+  }
+}
+
+TEST_F(EveryClass, TakesNoElementWhereAChildStands) {
+  for (const auto& [name, any] : m_classes) {
+    for (u16 position = 0; position < any.table->valid.count; ++position) {
+      const Row& row = any.table->rows[position];
+      const KRTagID tag = any.table->valid.table[position].tag;
+      const KRTagDictionaryEntry entry{tag, ""};
+      // A child that is a part of its parent is written as a value is, and read as a child is.
+      if (row.create == nullptr && row.value != &kEmbedded<KRAddrInfo>) continue;
+      SCOPED_TRACE(name + " " + std::to_string(tag));
+      EXPECT_EQ(any.Make()->HandleTagElement(&entry, KRString("x")), KRParseStatus_Invalid);
+    }
+  }
+}
+
+TEST_F(EveryClass, ReadsTextsOfItsOwnBackAsItHeldThem) {
+  for (const auto& [name, any] : m_classes) {
+    if (name == "PayrollSignOnRq") continue;
+    SCOPED_TRACE(name);
+    const auto object = any.Make();
+    for (u16 position = 0; position < any.table->valid.count; ++position) {
+      const Row& row = any.table->rows[position];
+      if (row.value == nullptr) continue;
+      const KRTagDictionaryEntry entry{any.table->valid.table[position].tag, ""};
+      for (const char* value : {"Y", "7", "20260131", "1.5", "ENG"}) {
+        if (object->HandleTagElement(&entry, KRString(value)) == KRParseStatus_Accepted) break;
+      }
+    }
+    const Built first = Build(*object, KRBuildStringOpt_Lenient);
+    ASSERT_EQ(first.status, KRBuildStatus_Done);
+    const auto again = any.Make();
+    again->SetType(object->GetType());
+    KRSimpleParser parser;
+    TextBuffer text(first.text);
+    parser.Parse(text.Get(), again.get(), 0);
+    EXPECT_EQ(Build(*again, KRBuildStringOpt_Lenient), first);
+  }
+}
+
+TEST_F(EveryClass, FillsASharedSlotUnderTheTagThatIsMeant) {
+  int slots = 0;
+  for (const auto& [name, any] : m_classes) {
+    for (u8 i = 0; i < any.table->childRowCount; ++i) {
+      const u8 position = any.table->childRows[i];
+      if (!any.table->rows[position].shared) continue;
+      SCOPED_TRACE(name);
+      ++slots;
+      const auto object = any.Make();
+      auto& slot = *static_cast<ChildSlot*>(any.table->rows[position].member(*object));
+      std::vector<KRTagID> valid;
+      for (u16 other = 0; other < any.table->valid.count; ++other) {
+        const Row& row = any.table->rows[other];
+        const KRTagID tag = any.table->valid.table[other].tag;
+        if (row.shared && row.member(*object) == &slot && object->IsValidTag(tag) != 0) {
+          valid.push_back(tag);
+        }
+      }
+      EXPECT_EQ(SetSharedChild(*object, slot, nullptr), valid.size() == 1 ? 1 : 0);
+      EXPECT_EQ(TakeWarnings(), Lines());
+      for (const KRTagID tag : valid) {
+        KRDataObj* child = any.table->rows[position].create(*KRDataObj::GetFactory());
+        child->SetType(tag);
+        EXPECT_EQ(SetSharedChild(*object, slot, child), 1);
+        EXPECT_EQ(object->ValidateTag(tag), 1);
+        EXPECT_EQ(ClearSharedChild(*object, slot), 1);
+        EXPECT_EQ(object->ValidateTag(tag), 0);
+        EXPECT_EQ(slot.Get(), child);
+        EXPECT_EQ(SetSharedChild(*object, slot, nullptr), 1);
+        EXPECT_EQ(object->ValidateTag(tag), 1) << "present over nothing";
+        EXPECT_EQ(ClearSharedChild(*object, slot), 1);
+      }
+      EXPECT_EQ(TakeWarnings(), Lines());
+    }
+  }
+  EXPECT_GE(slots, 30);
+}
+
+TEST_F(EveryClass, KeepsChildrenOutOfListsThatAreNotTheirs) {
+  for (const auto& [name, any] : m_classes) {
+    const auto object = any.Make();
+    for (u8 i = 0; i < any.table->childRowCount; ++i) {
+      const Row& list = any.table->rows[any.table->childRows[i]];
+      if (list.array == nullptr) continue;
+      for (u16 position = 0; position < any.table->valid.count; ++position) {
+        const Row& row = any.table->rows[position];
+        if (row.create == nullptr) continue;
+        const std::unique_ptr<KRDataObj> child(row.create(*KRDataObj::GetFactory()));
+        child->SetType(any.table->valid.table[position].tag);
+        EXPECT_EQ(BelongsElsewhere(*object, list.member(*object), child.get()),
+                  row.member(*object) != list.member(*object))
+            << name;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace krofx::testing
