@@ -310,11 +310,111 @@ TEST_F(FillSecInfoList, LeavesNothingDanglingBehindTheList) {
   for (u16 i = 0; i < securities.Entries(); ++i) EXPECT_EQ(securities.Get(i), nullptr);
 }
 
-TEST_F(FillSecInfoList, ServesSeveralArraysAndLetsGoOfWhatTheyHeld) {
+TEST_F(FillSecInfoList, AddsToWhatAnArrayHolds) {
+  auto list = NewList();
+  KRDynamicArrayDataObj securities(1, 1);
+  auto* own = new KRStockInfo;
+  EXPECT_EQ(securities.Append(own), 1);
+  EXPECT_EQ(list->FillSecInfoList(securities), 1);
+  ASSERT_EQ(securities.Entries(), 6);
+  EXPECT_EQ(securities.Get(0), own);
+  EXPECT_EQ(securities.Get(5), list->GetStockInfo(0));
+  list.reset();
+  ASSERT_EQ(securities.Entries(), 1);
+  EXPECT_EQ(securities.Get(0), own);
+}
+
+struct CountedStock : KRStockInfo {
+  explicit CountedStock(int& alive) : m_alive(alive) { ++m_alive; }
+  ~CountedStock() override { --m_alive; }
+  int& m_alive;
+};
+
+TEST_F(FillSecInfoList, LeavesAClearedArrayToItself) {
+  int alive = 0;
+  auto list = NewList();
+  {
+    KRDynamicArrayDataObj securities(1, 1);
+    EXPECT_EQ(list->FillSecInfoList(securities), 1);
+    securities.Clear();
+    EXPECT_EQ(securities.Append(new CountedStock(alive)), 1);
+    EXPECT_EQ(securities.IsShared(), false);
+    list->DeleteAllStockInfo();
+    EXPECT_EQ(securities.Get(0)->GetType(), KRTag_STOCKINFO);
+  }
+  EXPECT_EQ(alive, 0);
+  KRDynamicArrayDataObj later(1, 1);
+  EXPECT_EQ(list->FillSecInfoList(later), 1);
+  later.Clear();
+  EXPECT_EQ(later.Append(new CountedStock(alive)), 1);
+  list.reset();
+  ASSERT_EQ(later.Entries(), 1);
+  EXPECT_NE(later.Get(0), nullptr);
+  later.DeleteAll();
+  EXPECT_EQ(alive, 0);
+}
+
+TEST_F(FillSecInfoList, GivesUpABorrowedEntryThatIsReplacedOrTakenOut) {
+  int alive = 0;
+  const auto list = NewList();
+  KRDynamicArrayDataObj securities(1, 1);
+  EXPECT_EQ(list->FillSecInfoList(securities), 1);
+  EXPECT_EQ(securities.Set(0, new CountedStock(alive)), 1);
+  EXPECT_EQ(securities.UnSet(1), 1);
+  EXPECT_EQ(securities.Entries(), 4);
+  EXPECT_EQ(&securities[1], list->GetOptInfo(0));
+  securities.DeleteAll();
+  EXPECT_EQ(alive, 0);
+  KRDynamicArrayDataObj all(1, 1);
+  EXPECT_EQ(list->FillSecInfoList(all), 1);
+  ExpectAll(all);
+}
+
+TEST_F(FillSecInfoList, TiesCopiesOfAFilledArrayToTheListToo) {
+  auto list = NewList();
+  auto securities = std::make_unique<KRDynamicArrayDataObj>(1, 1);
+  EXPECT_EQ(list->FillSecInfoList(*securities), 1);
+  KRDynamicArrayDataObj copy(*securities);
+  KRDynamicArrayDataObj assigned(1, 1);
+  assigned = copy;
+  securities.reset();
+  ExpectAll(copy);
+  ExpectAll(assigned);
+  list.reset();
+  for (u16 i = 0; i < 5; ++i) {
+    EXPECT_EQ(copy.Get(i), nullptr);
+    EXPECT_EQ(assigned.Get(i), nullptr);
+  }
+}
+
+TEST_F(FillSecInfoList, RefusesAnArrayThatShowsAnotherList) {
+  const auto list = NewList();
+  const auto other = NewList();
+  KRDynamicArrayDataObj securities(1, 1);
+  EXPECT_EQ(list->FillSecInfoList(securities), 1);
+  EXPECT_EQ(other->FillSecInfoList(securities), 0);
+  ExpectAll(securities);
+  securities.Clear();
+  EXPECT_EQ(other->FillSecInfoList(securities), 1);
+  ExpectAll(securities);
+}
+
+TEST_F(FillSecInfoList, AddsAllOrNothingAtTheLimitOfAnArray) {
+  const auto list = NewList();
+  KRDynamicArrayDataObj securities(1, 1);
+  ASSERT_EQ(securities.AllocatedTo(65530), 1);
+  EXPECT_EQ(list->FillSecInfoList(securities), 0);
+  EXPECT_EQ(securities.Entries(), 65531);
+  EXPECT_EQ(securities.UnSet(0), 1);
+  EXPECT_EQ(list->FillSecInfoList(securities), 1);
+  EXPECT_EQ(securities.Entries(), 65535);
+  EXPECT_EQ(securities.Get(65534), list->GetStockInfo(0));
+}
+
+TEST_F(FillSecInfoList, ServesSeveralArrays) {
   const auto list = NewList();
   KRDynamicArrayDataObj first(1, 1);
   KRDynamicArrayDataObj second(1, 1);
-  EXPECT_EQ(second.Append(new KRStockInfo), 1);
   EXPECT_EQ(list->FillSecInfoList(first), 1);
   EXPECT_EQ(list->FillSecInfoList(second), 1);
   ExpectAll(first);
@@ -325,12 +425,12 @@ TEST_F(FillSecInfoList, ServesSeveralArraysAndLetsGoOfWhatTheyHeld) {
   ExpectAll(third);
 }
 
-TEST_F(FillSecInfoList, GivesNothingForAnEmptyList) {
+TEST_F(FillSecInfoList, AddsNothingFromAnEmptyList) {
   KRSecList list;
   KRDynamicArrayDataObj securities(1, 1);
   EXPECT_EQ(securities.Append(new KRStockInfo), 1);
   EXPECT_EQ(list.FillSecInfoList(securities), 1);
-  EXPECT_EQ(securities.Entries(), 0);
+  EXPECT_EQ(securities.Entries(), 1);
 }
 
 TEST_F(FillSecInfoList, SaysWhenMemoryIsExhausted) {
@@ -344,6 +444,27 @@ TEST_F(FillSecInfoList, SaysWhenMemoryIsExhausted) {
   EXPECT_EQ(filled, 0);
   EXPECT_EQ(securities.Entries(), 0);
   KRSetFireAlarm(KRFireAlarm_None);
+}
+
+TEST(KRSecRq, SaysThatOneOfThreeTagsIsMeant) {
+  KRSecRq request;
+  request.SetMsgSetVersion(1);
+  KRUnmetRule rule;
+  EXPECT_EQ(KRUtility::GetUnmetRule(&request, 0, rule), 1);
+  EXPECT_EQ(rule.present, 0);
+  request.SetTicker(KRString("KRO"));
+  EXPECT_EQ(KRUtility::GetUnmetRule(&request, 0, rule), 0);
+  request.SetFIID(KRString("77"));
+  EXPECT_EQ(request.AllRequiredPresent(), 0);
+  ASSERT_EQ(KRUtility::GetUnmetRule(&request, 0, rule), 1);
+  EXPECT_EQ(rule.demand, KRPresenceDemand_ExactlyOne);
+  ASSERT_EQ(rule.count, 3);
+  EXPECT_EQ(rule.tags[0], KRTag_TICKER);
+  EXPECT_EQ(rule.tags[1], KRTag_SECID);
+  EXPECT_EQ(rule.tags[2], KRTag_FIID);
+  EXPECT_EQ(rule.present, 2);
+  EXPECT_EQ(KRUtility::GetUnmetRule(&request, 1, rule), 0);
+  EXPECT_EQ(KRUtility::GetUnmetRule(nullptr, 0, rule), 0);
 }
 
 }  // namespace

@@ -141,9 +141,12 @@ class KROFX_API ElementArray : public KRDynamicArray {
   T& operator[](u16 index) {
     if (m_block.GrowTo(index)) {
       void* held = m_block.At(index);
-      if (held == nullptr) held = NewElement();
+      if (held == nullptr) {
+        held = NewElement();
+        if (held != nullptr) m_block.Put(index, held);
+      }
       if (held != nullptr) {
-        m_block.Put(index, held);
+        m_block.RaiseEntries(index);
         return *static_cast<T*>(held);
       }
     }

@@ -43,11 +43,81 @@ KRBuildStatus WriteKeywords(const KRDynamicArrayUShort& array, KRBuilder* builde
 
 }  // namespace
 
+namespace krofx::internal {
+
+Lender& Lender::operator=(const Lender& other) {
+  if (this != &other) TakeBack();
+  return *this;
+}
+
+bool Lender::MakeRoom(KRDynamicArrayDataObj& array, u32 count) const {
+  if (array.m_lender != nullptr && array.m_lender != this) return false;
+  const u32 entries = array.Entries() + count;
+  if (entries > SlotBlock::kMaxIndex + 1u) return false;
+  return count == 0 || array.m_block.GrowTo(static_cast<u16>(entries - 1));
+}
+
+void Lender::Lend(KRDynamicArrayDataObj& array, KRDataObj& element) {
+  if (array.m_lender == nullptr) Join(array);
+  array.m_block.PutBorrowed(array.Entries(), &element);
+}
+
+void Lender::TakeBack() {
+  while (m_first != nullptr) {
+    m_first->m_block.DropBorrowed();
+    Leave(*m_first);
+  }
+}
+
+void Lender::Join(KRDynamicArrayDataObj& array) {
+  array.m_lender = this;
+  array.m_nextBorrower = m_first;
+  m_first = &array;
+}
+
+void Lender::Leave(KRDynamicArrayDataObj& array) {
+  KRDynamicArrayDataObj** link = &m_first;
+  while (*link != &array) link = &(*link)->m_nextBorrower;
+  *link = array.m_nextBorrower;
+  array.m_lender = nullptr;
+  array.m_nextBorrower = nullptr;
+}
+
+}  // namespace krofx::internal
+
+// A copy shows what the source borrows, and so is tied to its lender as well.
+KRDynamicArrayDataObj::KRDynamicArrayDataObj(const KRDynamicArrayDataObj& source)
+    : ElementArray(source) {
+  if (source.m_lender != nullptr) source.m_lender->Join(*this);
+}
+
+KRDynamicArrayDataObj& KRDynamicArrayDataObj::operator=(const KRDynamicArrayDataObj& source) {
+  if (this == &source) return *this;
+  LeaveLender();
+  ElementArray::operator=(source);
+  if (source.m_lender != nullptr) source.m_lender->Join(*this);
+  return *this;
+}
+
+KRDynamicArrayDataObj::~KRDynamicArrayDataObj() { LeaveLender(); }
+
+void KRDynamicArrayDataObj::LeaveLender() {
+  if (m_lender != nullptr) m_lender->Leave(*this);
+}
+
 u16 KRDynamicArrayDataObj::OkToAlloc(u16 index) const { return index < Entries(); }
 
 KRDataObj* KRDynamicArrayDataObj::Get(u16 index) const { return ElementArray::Get(index); }
 
-void KRDynamicArrayDataObj::Clear() { ElementArray::Clear(); }
+void KRDynamicArrayDataObj::Clear() {
+  ElementArray::Clear();
+  LeaveLender();
+}
+
+void KRDynamicArrayDataObj::DeleteAll() {
+  ElementArray::DeleteAll();
+  LeaveLender();
+}
 
 KRBuildStatus KRDynamicArrayDataObj::Build(KRBuilder* builder, KRTagID tag) const {
   return WriteEach(*this, builder, [&](KRDataObj& element) {

@@ -21,10 +21,51 @@
 class KRBuilder;
 class KRDataObjFactory;
 
+class KRDynamicArrayDataObj;
+
+namespace krofx::internal {
+
+/// Shows the elements of an object in arrays that others own. The elements stay the object's: an
+/// array never deletes them, and has empty slots in their places once the lender is gone. A copy of
+/// the object has lent nothing.
+class KROFX_API Lender {
+ public:
+  Lender() = default;
+  Lender(const Lender&) : Lender() {}
+  /// What was lent may be gone: the arrays give it up.
+  Lender& operator=(const Lender& other);
+  ~Lender() { TakeBack(); }
+
+  /// Makes room in `array` for `count` more elements.
+  /// @return false, with the array holding what it held, when there is no memory, they are more
+  /// than
+  ///         an array holds, or the array still has elements of another lender.
+  bool MakeRoom(KRDynamicArrayDataObj& array, u32 count) const;
+  /// Adds `element` after the last entry of an array that has room.
+  void Lend(KRDynamicArrayDataObj& array, KRDataObj& element);
+  /// Takes everything that was lent out of the arrays.
+  void TakeBack();
+
+ private:
+  friend class ::KRDynamicArrayDataObj;
+
+  void Join(KRDynamicArrayDataObj& array);
+  void Leave(KRDynamicArrayDataObj& array);
+
+  KRDynamicArrayDataObj* m_first = nullptr;
+};
+
+}  // namespace krofx::internal
+
 /// Aggregates of any class, mixed. Empty slots are filled by KRDataObjFactory::NewDataObj.
 class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRDataObj> {
  public:
   using ElementArray::ElementArray;
+  /// Shares the source's elements.
+  KRDynamicArrayDataObj(const KRDynamicArrayDataObj& source);
+  /// Lets go of what the array held and shares the source's elements.
+  KRDynamicArrayDataObj& operator=(const KRDynamicArrayDataObj& source);
+  ~KRDynamicArrayDataObj() override;
 
   /// 1 only for an index that is in use.
   u16 OkToAlloc(u16 index) const override;
@@ -32,6 +73,9 @@ class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRD
   virtual KRDataObj* Get(u16 index) const;
   /// Forgets all elements, destroying none, and keeps the memory.
   virtual void Clear();
+  /// Destroys the elements that are this array's own, unless a copy shares them, and gives the
+  /// memory back. The array can be used again.
+  void DeleteAll() override;
 
   /// Writes the elements in order, each under its own type.
   /// @param tag writes only the elements of this type; 0 writes all.
@@ -40,6 +84,15 @@ class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRD
 
  protected:
   KRDataObj* NewElement() const override;
+
+ private:
+  friend class krofx::internal::Lender;
+
+  // Ends the tie to the lender of borrowed elements.
+  void LeaveLender();
+
+  krofx::internal::Lender* m_lender = nullptr;
+  KRDynamicArrayDataObj* m_nextBorrower = nullptr;
 };
 
 /// Texts without a limit.

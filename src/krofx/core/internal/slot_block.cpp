@@ -61,7 +61,7 @@ bool SlotBlock::Store(u16 index, void* element, void (*destroy)(void*)) {
   if (element == nullptr || !GrowTo(index)) return false;
   void* const held = m_slots[index];
   Put(index, element);
-  if (held != nullptr && held != element) destroy(held);
+  if (held != nullptr && held != element && !IsBorrowed(held)) destroy(held);
   return true;
 }
 
@@ -79,6 +79,13 @@ bool SlotBlock::Empty(u16 index) {
   return true;
 }
 
+void SlotBlock::DropBorrowed() {
+  for (u32 i = 0; i < m_allocated; ++i) {
+    if (IsBorrowed(m_slots[i])) m_slots[i] = nullptr;
+  }
+  while (m_entries > 0 && m_slots[m_entries - 1] == nullptr) --m_entries;
+}
+
 void SlotBlock::Clear() {
   std::fill_n(m_slots, m_allocated, nullptr);
   m_entries = 0;
@@ -94,7 +101,7 @@ void SlotBlock::Release(void (*destroy)(void*)) {
   if (shared) return;
   for (u32 i = 0; i < capacity; ++i) {
     if (i + 1 < capacity) FetchAhead(slots[i + 1]);
-    if (slots[i] != nullptr) destroy(slots[i]);
+    if (slots[i] != nullptr && !IsBorrowed(slots[i])) destroy(slots[i]);
   }
   Free(slots);
 }

@@ -4,9 +4,14 @@
 // doubling, so that filling a long array costs no reallocation per step. Copies of a block share
 // its memory; they know of each other, so that growth of one reaches all and the elements are
 // destroyed once, with the last of them.
+//
+// An element may be borrowed: it belongs to someone else, and the block never destroys it. The
+// lowest bit of its pointer, which is free in the address of anything aligned, is the mark.
 
 #ifndef KROFX_CORE_INTERNAL_SLOT_BLOCK_H_
 #define KROFX_CORE_INTERNAL_SLOT_BLOCK_H_
+
+#include <cstdint>
 
 #include "krofx/core/export.h"
 #include "krofx/core/memory.h"
@@ -40,14 +45,20 @@ class KROFX_API SlotBlock {
   bool IsShared() const { return m_nextSharer != this; }
 
   /// What the slot holds; null at or above the entries.
-  void* Get(u16 index) const { return index < m_entries ? m_slots[index] : nullptr; }
+  void* Get(u16 index) const { return index < m_entries ? Bare(m_slots[index]) : nullptr; }
   /// As Get, but for every slot that is allocated; `index` must be below Allocated().
-  void* At(u16 index) const { return m_slots[index]; }
+  void* At(u16 index) const { return Bare(m_slots[index]); }
   /// Stores into a slot; `index` must be below Allocated(). Raises the entries to hold it.
   void Put(u16 index, void* element) {
     m_slots[index] = element;
     RaiseEntries(index);
   }
+  /// As Put, for an element that stays someone else's.
+  void PutBorrowed(u16 index, void* element) {
+    Put(index, reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(element) | kBorrowed));
+  }
+  /// Nulls the slots of borrowed elements, and drops entries without an element from the end.
+  void DropBorrowed();
   /// Grows so that `index` has a slot, puts `element` there and destroys what it held, unless that
   /// is the same.
   /// @return false, with nothing changed, when the element is null or there can be no such index.
@@ -76,12 +87,21 @@ class KROFX_API SlotBlock {
   void Clear();
 
   /// Gives the slots back and starts anew. The elements go through `destroy`, unless another block
-  /// shares them.
+  /// shares them or they are borrowed.
   void Release(void (*destroy)(void*));
   /// Becomes a copy of `source`, sharing its slots. This block must have been released.
   void ShareWith(SlotBlock const& source);
 
  private:
+  static constexpr std::uintptr_t kBorrowed = 1;
+
+  static bool IsBorrowed(const void* slot) {
+    return (reinterpret_cast<std::uintptr_t>(slot) & kBorrowed) != 0;
+  }
+  static void* Bare(void* slot) {
+    return reinterpret_cast<void*>(reinterpret_cast<std::uintptr_t>(slot) & ~kBorrowed);
+  }
+
   bool Reserve(u16 slots);
   void Unlink();
 

@@ -2,17 +2,28 @@
 
 #include "krofx/messages/investment/securities.h"
 
-u16 KRSecList::FillSecInfoList(KRDynamicArrayDataObj& securities) {
-  m_view.Empty();
-  const auto borrow = [this](const auto& array) {
+namespace {
+
+// Calls `visit(security)` for each that is there, in the order of the arrays.
+template <class Visit, class... Arrays>
+void ForEachSecurity(Visit visit, const Arrays&... arrays) {
+  const auto walk = [&visit](const auto& array) {
     for (u16 index = 0; index < array.Entries(); ++index) {
-      if (array.Get(index) != nullptr && m_view.Add(array.Get(index)) == 0) return false;
+      if (array.Get(index) != nullptr) visit(*array.Get(index));
     }
-    return true;
   };
-  const bool complete = borrow(m_debtInfo) && borrow(m_mfInfo) && borrow(m_optInfo) &&
-                        borrow(m_otherInfo) && borrow(m_stockInfo);
-  if (!complete) m_view.Empty();
-  securities = m_view.Get();
-  return complete ? 1 : 0;
+  (walk(arrays), ...);
+}
+
+}  // namespace
+
+u16 KRSecList::FillSecInfoList(KRDynamicArrayDataObj& securities) {
+  const auto forEach = [this](auto visit) {
+    ForEachSecurity(visit, m_debtInfo, m_mfInfo, m_optInfo, m_otherInfo, m_stockInfo);
+  };
+  u32 count = 0;
+  forEach([&count](const KRDataObj&) { ++count; });
+  if (!m_lender.MakeRoom(securities, count)) return 0;
+  forEach([this, &securities](KRDataObj& security) { m_lender.Lend(securities, security); });
+  return 1;
 }
