@@ -11,9 +11,9 @@
 #include "krofx/aggregates.h"
 #include "krofx/core/internal/slot_block.h"
 #include "krofx/envelope/internal/routing.h"
+#include "krofx/model/factory.h"
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/model/internal/embedded_child.h"
-#include "krofx/model/factory.h"
 #include "support/ofx_text.h"
 
 namespace krofx::testing {
