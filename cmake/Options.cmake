@@ -17,6 +17,9 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# A host that wants another function than the library's overrides a virtual one; nobody replaces
+# exported functions when the program is loaded, so calls among them need not allow for it.
+add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
 endif()

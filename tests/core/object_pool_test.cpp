@@ -1,6 +1,6 @@
 // The pools of objects: what they give is apart, aligned and taken back, on whatever thread.
 
-#include "krofx/core/object_pool.h"
+#include "krofx/core/internal/object_pool.h"
 
 #include <gtest/gtest.h>
 

@@ -164,10 +164,12 @@ class TableNode : public Node {
 };
 
 using krofx::internal::AggregateTable;
+using krofx::internal::kFixedText;
 using krofx::internal::kNumber;
-using krofx::internal::kText;
 using krofx::internal::MemberOf;
 using krofx::internal::Row;
+using krofx::internal::StoredNumber;
+using krofx::internal::StoredText;
 
 AggregateTable MakeTable(const char* name, KRArrayOfTags valid, KRArrayOfTags required,
                          const Row* rows) {
@@ -183,15 +185,15 @@ class Invoice : public TableNode {
  public:
   explicit Invoice(KRTagID type = KRTag_INVOICE) : TableNode(Table(), type) {}
 
-  KRString32 m_number;
-  KRString80 m_description;
+  StoredText<KRString32> m_number;
+  StoredText<KRString80> m_description;
 
  private:
   static const AggregateTable& Table() {
     static const KRTagTableEntry tags[] = {{KRTag_INVNO, 0xffff}, {KRTag_INVDESC, 0xffff}};
     static const Row rows[] = {
-        {.member = &MemberOf<&Invoice::m_number>::Address, .value = &kText<KRString32>},
-        {.member = &MemberOf<&Invoice::m_description>::Address, .value = &kText<KRString80>}};
+        {.member = &MemberOf<&Invoice::m_number>::Address, .value = &kFixedText<KRString32>},
+        {.member = &MemberOf<&Invoice::m_description>::Address, .value = &kFixedText<KRString80>}};
     static const AggregateTable table =
         MakeTable("Invoice", {tags, 2, nullptr}, {tags, 2, nullptr}, rows);
     return table;
@@ -202,8 +204,8 @@ class Discount : public TableNode {
  public:
   explicit Discount(KRTagID type = KRTag_DISCOUNT) : TableNode(Table(), type) {}
 
-  KRPercent m_rate;
-  KRString80 m_description;
+  StoredNumber<KRPercent> m_rate;
+  StoredText<KRString80> m_description;
 
  private:
   static const AggregateTable& Table() {
@@ -211,7 +213,7 @@ class Discount : public TableNode {
     static const Row rows[] = {
         {.member = &MemberOf<&Discount::m_rate>::Address,
          .value = &kNumber<KRPercent, &KRBuilder::AddTagKRRate>},
-        {.member = &MemberOf<&Discount::m_description>::Address, .value = &kText<KRString80>}};
+        {.member = &MemberOf<&Discount::m_description>::Address, .value = &kFixedText<KRString80>}};
     static const AggregateTable table =
         MakeTable("Discount", {tags, 2, nullptr}, {tags + 1, 1, nullptr}, rows);
     return table;
@@ -233,8 +235,8 @@ TEST(PatchCheckFreeOFX, CompletesAnInvoiceAnywhereInTheTree) {
   Invoice* invoice = root.Add(new Node)->Add(new Invoice);
   EXPECT_EQ(Check(root).result, 0);
   EXPECT_EQ(Patch(root), 1);
-  EXPECT_STREQ(invoice->m_description, "An invoice");
-  EXPECT_STREQ(invoice->m_number, "0");
+  EXPECT_STREQ(invoice->m_description.Get(), "An invoice");
+  EXPECT_STREQ(invoice->m_number.Get(), "0");
   EXPECT_EQ(Check(root).result, 1);
 }
 
@@ -243,32 +245,32 @@ TEST(PatchCheckFreeOFX, LeavesAloneWhatTheInvoiceSays) {
   invoice.m_number = KRString("17");
   invoice.SetTag(KRTag_INVNO);
   EXPECT_EQ(Patch(invoice), 1);
-  EXPECT_STREQ(invoice.m_number, "17");
-  EXPECT_STREQ(invoice.m_description, "An invoice");
+  EXPECT_STREQ(invoice.m_number.Get(), "17");
+  EXPECT_STREQ(invoice.m_description.Get(), "An invoice");
 
   Invoice described;
   described.m_description = KRString("Water");
   described.SetTag(KRTag_INVDESC);
   EXPECT_EQ(Patch(described), 1);
-  EXPECT_STREQ(described.m_number, "0");
-  EXPECT_STREQ(described.m_description, "Water");
+  EXPECT_STREQ(described.m_number.Get(), "0");
+  EXPECT_STREQ(described.m_description.Get(), "Water");
 }
 
 TEST(PatchCheckFreeOFX, TakesATextThatWasClearedForOneThatIsThere) {
   Invoice invoice;
   invoice.m_description = KRString("Water");
   EXPECT_EQ(Patch(invoice), 1);
-  EXPECT_STREQ(invoice.m_description, "Water");
+  EXPECT_STREQ(invoice.m_description.Get(), "Water");
   EXPECT_EQ(invoice.ValidateTag(KRTag_INVDESC), 0);
 }
 
 TEST(PatchCheckFreeOFX, RepairsDescriptionAndRateOfADiscount) {
   Invoice invoice;
   Discount* discount = invoice.Add(new Discount);
-  discount->m_rate = "150";
+  discount->m_rate = KRPercent("150");
   EXPECT_EQ(Patch(invoice), 1);
-  EXPECT_STREQ(discount->m_description, "Discount applied");
-  EXPECT_EQ(discount->m_rate.IsZero(), 1);
+  EXPECT_STREQ(discount->m_description.Get(), "Discount applied");
+  EXPECT_EQ(static_cast<KRPercent>(discount->m_rate).IsZero(), 1);
   EXPECT_EQ(discount->ValidateTag(KRTag_DSCRATE), 1);
 }
 
@@ -285,7 +287,7 @@ TEST(PatchCheckFreeOFX, TouchesNoOtherAggregateAndNothingThatIsComplete) {
   EXPECT_EQ(second.AnyValidPresent(), 0);
 
   Discount complete;
-  complete.m_rate = "150";
+  complete.m_rate = KRPercent("150");
   complete.m_description = KRString("Half");
   complete.SetTag(KRTag_DSCDESC);
   EXPECT_EQ(Patch(complete), 1);

@@ -4,7 +4,7 @@ from accessors import AccessorWriter, meaning, member
 from aggregate_table import TableWriter, child_array
 from cpp import class_head, defaulted, definition, fill, inline_or_lines
 from model import SIGNATURES
-from row_types import cpp_type
+from row_types import stored_type
 from tags import enumerator
 
 SLOT = "krofx::internal::ChildSlot"
@@ -147,7 +147,7 @@ class ClassWriter:
         if row.kind == "repeated":
             grow = row.grow or 1
             return row.type, f"{{{grow}, {grow}}}"
-        cpp = cpp_type(row)
+        cpp = stored_type(row)
         if cpp in ("u16", "s16", "u32", "s32"):
             return cpp, " = 0"
         return cpp, "{}" if cpp in self.model.keywords else ""

@@ -13,6 +13,10 @@ from sources import SchemaError
 from tags import enumerator
 
 
+# The room for a tag in a Row, with its terminator.
+ELEMENT_SIZE = 24
+
+
 def child_array(model, row):
     """The class of the array that a repeated child lives in."""
     child = model.classes[row.type]
@@ -41,6 +45,9 @@ def _row(model, cls, row):
             parts.append(f".array = &ChildArray<{held}, {element}>::kKind")
         elif row.shared:
             parts.append(".shared = true")
+    element = f"<{row.tag}>"
+    if len(element) < ELEMENT_SIZE:
+        parts += [f".elementLength = {len(element)}", f'.element = "{element}"']
     return "{" + ", ".join(parts) + "}"
 
 
@@ -89,6 +96,8 @@ class TableWriter:
         if self.cls.made:
             create = f"&CreateBy<&KRDataObjFactory::New{self.cls.bare}>"
         self.fields.append(f".create = {create}")
+        self.fields.append(f".type = &typeid({self.cls.name})")
+        self.fields.append(f".plain = PlainOperations<{self.cls.name}>()")
         text = f"const AggregateTable* {self.cls.name}::GetTable() const {{\n{self.text}"
         text += "  static constexpr AggregateTable kTable = {\n"
         text += "".join(f"      {field},\n" for field in self.fields) + "  };\n"

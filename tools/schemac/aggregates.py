@@ -21,6 +21,7 @@ HEADER_INCLUDES = [
     "krofx/core/fixed_strings.h",
     "krofx/model/internal/child_slot.h",
     "krofx/model/data_object.h",
+    "krofx/model/internal/stored_values.h",
     "krofx/model/value_arrays.h",
     "krofx/values/date_time.h",
     "krofx/values/keywords.h",

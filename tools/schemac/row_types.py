@@ -54,6 +54,11 @@ def is_text(name):
     return name.startswith("KRString") or name in TEXTS
 
 
+def is_fixed_text(name):
+    """Whether the class holds text and adds nothing to it but a length."""
+    return re.fullmatch(r"KRString\d+", name) is not None
+
+
 def is_value_type(model, name):
     """Whether a row can have the type."""
     if name.startswith("index "):
@@ -64,7 +69,7 @@ def is_value_type(model, name):
 
 
 def cpp_type(row):
-    """The type of the member that holds a value."""
+    """The type of a value, as getters give it."""
     if row.type in NUMBERS:
         return NUMBERS[row.type][0]
     if row.type in SCALARS:
@@ -72,6 +77,18 @@ def cpp_type(row):
     if row.type.startswith("index "):
         return "u16"
     return row.type
+
+
+def stored_type(row):
+    """The type of the member that holds a value: krofx/model/internal/stored_values.h."""
+    cpp = cpp_type(row)
+    if is_fixed_text(cpp):
+        return f"krofx::internal::StoredText<{cpp}>"
+    if cpp == "KRDateTime":
+        return "krofx::internal::StoredDate"
+    if cpp in ("KRPrecisionInteger", "KRPosPrecisionInteger", "KRPercent"):
+        return f"krofx::internal::StoredNumber<{cpp}>"
+    return cpp
 
 
 def kind(model, row):
@@ -100,7 +117,7 @@ def kind(model, row):
         elif known.writer:
             operation = f"&KRBuilder::Add{known.bare}"
         return f"kKeyword<{row.type}, {operation}>"
-    return f"kText<{row.type}>"
+    return f"kFixedText<{row.type}>" if is_fixed_text(row.type) else f"kText<{row.type}>"
 
 
 def describe(row):

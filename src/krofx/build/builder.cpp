@@ -3,6 +3,7 @@
 #include "krofx/build/builder.h"
 
 #include <cstring>
+#include <typeinfo>
 
 #include "krofx/build/internal/writing.h"
 #include "krofx/core/internal/hooks.h"
@@ -55,6 +56,9 @@ KRBuildStatus KRBuilder::Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringO
   KRSetFireAlarm(KRFireAlarm_None);
   m_buffer = buffer;
   m_stringOption = option;
+  const bool isPlain = typeid(*this) == typeid(KRBuilder) && m_closeTags != 1;
+  const bool hasTags = KRTagDictionary::TheKRTagDictionary() != nullptr;
+  m_plainTarget = isPlain && hasTags && buffer->HasPlainBytes() != 0 ? buffer : nullptr;
 
   KRBuildStatus status = hooks.buildRoot(*root, *this);
   if (status == KRBuildStatus_Done && checkRequired != 0) {

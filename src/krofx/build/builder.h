@@ -342,6 +342,11 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// Sets the end of header lines and blank lines.
   void SetCRLFoption(KRBuildStringCrLfOpt option);
 
+  /// The buffer of the build at hand, when every object's values go into it as the operations above
+  /// describe it: for a builder and a buffer whose operations no host's class overrides, without
+  /// closed tags. Null otherwise.
+  KRBuffer* GetPlainTarget() const { return m_plainTarget; }
+
   /// The first object whose writing failed, null when none did. Not owned.
   KRDataObj* GetFailingObject() const { return m_failingObject; }
   /// Records the object whose writing failed. An aggregate calls it only when none is recorded yet.
@@ -373,6 +378,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   KRBuildStringOpt m_stringOption = KRBuildStringOpt_Strict;
   KRBuildStringCrLfOpt m_lineEnd;
   u16 m_closeTags;
+  KRBuffer* m_plainTarget = nullptr;
   KRDataObj* m_failingObject = nullptr;
 };
 

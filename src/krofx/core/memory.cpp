@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "krofx/core/object_pool.h"
+#include "krofx/core/internal/object_pool.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define KROFX_POOLS 0
@@ -27,7 +27,8 @@ struct FailurePlan {
   bool andAllLater = false;
 };
 
-thread_local FailurePlan plan;
+// Looked at for each allocation, so it must be found without a call.
+[[gnu::tls_model("initial-exec")]] constinit thread_local FailurePlan plan;
 
 }  // namespace
 

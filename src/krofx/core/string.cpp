@@ -35,11 +35,15 @@ KRString::KRString(KRString const& source)
 }
 
 KRString::KRString(KRString&& source) noexcept
-    : m_buffer(source.m_buffer),
-      m_specLength(source.m_specLength),
-      m_allocated(source.m_allocated),
-      m_length(source.m_length),
-      m_encoding(source.m_encoding) {
+    : m_specLength(source.m_specLength), m_encoding(source.m_encoding) {
+  if (source.HasTextBehind()) {
+    ReplaceText(source.m_buffer, source.m_length);
+    source.ReleaseBuffer();
+    return;
+  }
+  m_buffer = source.m_buffer;
+  m_allocated = source.m_allocated;
+  m_length = source.m_length;
   source.m_buffer = nullptr;
   source.m_allocated = 0;
   source.m_length = 0;
@@ -210,8 +214,8 @@ void KRString::FreeMemory() {
 // Frees the buffer, overwritten if it is a secret, and leaves the string null.
 void KRString::ReleaseBuffer() {
   if (m_buffer != nullptr) {
-    if (m_secret) krofx::internal::Wipe(m_buffer, m_allocated);
-    krofx::internal::FreeSized(m_buffer, m_allocated);
+    if (m_secret != 0) krofx::internal::Wipe(m_buffer, m_allocated);
+    if (!HasTextBehind()) krofx::internal::FreeSized(m_buffer, m_allocated);
   }
   m_buffer = nullptr;
   m_allocated = 0;

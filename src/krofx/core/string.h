@@ -10,9 +10,17 @@
 #ifndef KROFX_CORE_STRING_H_
 #define KROFX_CORE_STRING_H_
 
+#include <cstddef>
+#include <cstring>
+
 #include "krofx/core/export.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
+
+namespace krofx::internal {
+template <class Text>
+class StoredText;
+}  // namespace krofx::internal
 
 /// How the text of a string is meant.
 enum KRStringEncode : u32 {
@@ -147,10 +155,29 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// 1 when the texts are the same.
   u16 Equal(KRString const& other) const;
   /// From now on memory is overwritten before it is given back.
-  void KeepSecret() { m_secret = true; }
+  void KeepSecret() { m_secret = 1; }
 
  private:
+  template <class Text>
+  friend class krofx::internal::StoredText;
   friend KROFX_API KRString operator+(KRString const& left, KRString const& right);
+
+  // A string that was made in one block with its text has the text right behind itself.
+  char* TextBehind() { return reinterpret_cast<char*>(this) + sizeof(KRString); }
+  bool HasTextBehind() const {
+    return m_blockUnits != 0 && m_buffer == reinterpret_cast<const char*>(this) + sizeof(KRString);
+  }
+  // The text of a string that is made in a block of `bytes` bytes: up to kMostInBlock.
+  void PlaceText(char const* text, u16 length, std::size_t bytes) {
+    m_buffer = TextBehind();
+    m_allocated = static_cast<u16>(length + 1);
+    m_length = length;
+    m_blockUnits = ((bytes + kBlockUnit - 1) / kBlockUnit) & 0x7f;
+    std::memcpy(m_buffer, text, length);
+    m_buffer[length] = '\0';
+  }
+  static constexpr std::size_t kBlockUnit = 16;
+  static constexpr std::size_t kMostInBlock = 1024;
 
   void Init();
   void FreeMemory();
@@ -168,7 +195,10 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   u16 m_allocated = 0;
   u16 m_length = 0;
   unsigned char m_encoding = KRStringEncode_Plain;
-  bool m_secret = false;
+  // The size of the block that the string was made in with its text, in units; 0 for a string of
+  // its own.
+  unsigned char m_blockUnits : 7 = 0;
+  unsigned char m_secret : 1 = 0;
 };
 
 /// The text of `left` followed by that of `right`, with the left's spec length; CDATA when

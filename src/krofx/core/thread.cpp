@@ -57,7 +57,8 @@ struct ThreadSlot {
   bool isMet = false;
 };
 
-constinit thread_local ThreadSlot slot;
+// Looked at for each warning and each value that is read, so it must be found without a call.
+[[gnu::tls_model("initial-exec")]] constinit thread_local ThreadSlot slot;
 
 // Runs a function at the end of each thread that asked for it. The system's thread keys serve
 // better here than a thread_local destructor: they run after all of those, so that the host's

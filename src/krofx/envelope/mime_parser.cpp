@@ -9,7 +9,7 @@
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/model/factory.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/parse_run.h"
+#include "krofx/parse/internal/parse_run.h"
 
 namespace {
 

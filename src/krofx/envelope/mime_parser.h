@@ -7,6 +7,8 @@
 #ifndef KROFX_ENVELOPE_MIME_PARSER_H_
 #define KROFX_ENVELOPE_MIME_PARSER_H_
 
+#include <typeinfo>
+
 #include "krofx/core/export.h"
 #include "krofx/core/status.h"
 #include "krofx/core/types.h"
@@ -19,6 +21,9 @@ class KRString;
 class KROFX_API KRMIMEParser : public KRSimpleParser {
  public:
   using KRSimpleParser::Parse;
+
+  /// Makes a parser that uses an engine of its own for each parse.
+  KRMIMEParser() { SetPlainClass(typeid(KRMIMEParser)); }
 
   /// Reads a MIME entity. The first header line must be the content type with the boundary; the
   /// parts follow, each with its headers. A subfile comes from the factory: a KRFileRs or KRFileRq

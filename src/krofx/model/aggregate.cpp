@@ -6,28 +6,12 @@
 #include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/required_bits.h"
+#include "krofx/model/internal/row_access.h"
 
 namespace krofx::internal {
 
 namespace {
-
-// The members of a const object, for walks that only read.
-void* MemberOfConst(const Row& row, const KRDataObj& object) {
-  return row.member(const_cast<KRDataObj&>(object));
-}
-
-bool IsArray(const Row& row) { return row.array != nullptr; }
-
-ChildSlot& SlotOf(const Row& row, const KRDataObj& object) {
-  return *static_cast<ChildSlot*>(MemberOfConst(row, object));
-}
-
-// A host's subclass may bring valid tags of its own, and then the bits are not in our order.
-bool UsesOwnTable(const KRDataObj& object, const AggregateTable& table) {
-  KRArrayOfTags tags;
-  return object.GetArrayOfValidTags(tags) != 0 && tags.table == table.valid.table &&
-         tags.count == table.valid.count;
-}
 
 template <class Visit>
 void ForEachChildMember(const KRDataObj& object, const AggregateTable& table, u8 first,
@@ -43,38 +27,6 @@ using LeadingSlots = ChildSlot * [PresenceBits::kCount];
 
 u16 EntriesOf(const Row& row, const void* member) {
   return IsArray(row) ? row.array->entries(member) : static_cast<u16>(1);
-}
-
-KRParseStatus StartRepeated(KRDataObj& object, const Row& row, KRTagID tag,
-                            KRDataObjFactory& factory) {
-  void* array = row.member(object);
-  KRDataObj* child = row.create(factory);
-  if (child == nullptr) {
-    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-    return KRParseStatus_Fatal;
-  }
-  // Refused when memory ran out, and when the array holds as many entries as 16 bits can count.
-  if (row.array->set(array, row.array->entries(array), child) == 0) {
-    delete child;
-    return KRParseStatus_Fatal;
-  }
-  return object.PushAndSetObject(child, tag);
-}
-
-KRParseStatus StartSingle(KRDataObj& object, const Row& row, KRTagID tag,
-                          KRDataObjFactory& factory) {
-  ChildSlot& slot = SlotOf(row, object);
-  if (slot.Get() != nullptr) {
-    LogWarning(KRPW_EXTRAAGG, KRString(), KRString(), tag, &object);
-    slot.Set(nullptr);
-  }
-  KRDataObj* child = row.create(factory);
-  if (child == nullptr) {
-    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-    return KRParseStatus_Fatal;
-  }
-  slot.Set(child);
-  return object.PushAndSetObject(child, tag);
 }
 
 // Makes an object a deep copy of one of its own class. A payload class may copy more than its table
@@ -118,11 +70,30 @@ u8 CountPresent(const Presence& presence, const KRTagID* tags, u8 count) {
 }
 
 bool Holds(const Presence& presence, const Rule& rule) {
+  const u8 conditions = rule.condition == RuleCondition::kAlways
+                            ? u8{0}
+                            : CountPresent(presence, rule.conditionTags, rule.conditionCount);
+  return RuleHolds(rule, conditions, CountPresent(presence, rule.tags, rule.count));
+}
+
+// SetTag, without looking the tag up a second time where the row's place is the bit's.
+void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagID tag) {
+  const auto position = static_cast<u16>(&row - table.rows);
+  if (position < table.valid.count && UsesOwnTable(object, table) &&
+      (table.valid.table[position].versions & object.GetMsgSetVersion()) != 0) {
+    ObjectAccess::SetBitAt(object, position);
+  } else {
+    object.SetTag(tag);
+  }
+}
+
+}  // namespace
+
+bool RuleHolds(const Rule& rule, int conditions, int present) {
   if (rule.condition != RuleCondition::kAlways) {
-    const bool any = CountPresent(presence, rule.conditionTags, rule.conditionCount) != 0;
+    const bool any = conditions != 0;
     if (any != (rule.condition == RuleCondition::kWhenAny)) return true;
   }
-  const u8 present = CountPresent(presence, rule.tags, rule.count);
   switch (rule.kind) {
     case RuleKind::kNone:
       return present == 0;
@@ -139,19 +110,6 @@ bool Holds(const Presence& presence, const Rule& rule) {
   }
   return false;
 }
-
-// SetTag, without looking the tag up a second time where the row's place is the bit's.
-void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagID tag) {
-  const auto position = static_cast<u16>(&row - table.rows);
-  if (position < table.valid.count && UsesOwnTable(object, table) &&
-      (table.valid.table[position].versions & object.GetMsgSetVersion()) != 0) {
-    ObjectAccess::SetBitAt(object, position);
-  } else {
-    object.SetTag(tag);
-  }
-}
-
-}  // namespace
 
 Presence::Presence(const KRDataObj& object)
     : m_object(object), m_version(object.GetMsgSetVersion()) {
@@ -214,60 +172,37 @@ KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& table,
   return KRParseStatus_Invalid;
 }
 
+KRParseStatus MakeChild(KRDataObj& object, const Row& row, KRTagID tag, KRDataObj*& child) {
+  KRDataObjFactory* factory = KRDataObj::GetFactory();
+  if (factory == nullptr) return KRParseStatus_Fatal;
+  void* const member = row.member(object);
+  auto* const slot = IsArray(row) ? nullptr : static_cast<ChildSlot*>(member);
+  if (slot != nullptr && slot->Get() != nullptr) {
+    LogWarning(KRPW_EXTRAAGG, KRString(), KRString(), tag, &object);
+    slot->Set(nullptr);
+  }
+  child = row.create(*factory);
+  if (child == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return KRParseStatus_Fatal;
+  }
+  if (slot != nullptr) {
+    slot->Set(child);
+  } else if (row.array->set(member, row.array->entries(member), child) == 0) {
+    // Memory ran out, or the array holds as many entries as 16 bits can count.
+    delete child;
+    return KRParseStatus_Fatal;
+  }
+  return KRParseStatus_Accepted;
+}
+
 KRParseStatus HandleStart(KRDataObj& object, const AggregateTable& table,
                           const KRTagDictionaryEntry& entry) {
   const Row* row = FindRow(table, entry.tagID);
   if (row == nullptr || row->create == nullptr) return KRParseStatus_Invalid;
-  KRDataObjFactory* factory = KRDataObj::GetFactory();
-  if (factory == nullptr) return KRParseStatus_Fatal;
-  return IsArray(*row) ? StartRepeated(object, *row, entry.tagID, *factory)
-                       : StartSingle(object, *row, entry.tagID, *factory);
-}
-
-namespace {
-
-// Writes the present rows from position `begin` to the one before `end`.
-KRBuildStatus BuildPositions(const KRDataObj& object, const AggregateTable& table, u16 begin,
-                             u16 end, KRBuilder& builder) {
-  const bool ownTable = UsesOwnTable(object, table);
-  const u16 version = object.GetMsgSetVersion();
-  for (u16 position = begin; position < end; ++position) {
-    const KRTagTableEntry& entry = table.valid.table[position];
-    const bool present =
-        ownTable ? (entry.versions & version) != 0 && ObjectAccess::BitAt(object, position)
-                 : object.ValidateTag(entry.tag) != 0;
-    const Row& row = table.rows[position];
-    if (!present || row.member == nullptr) continue;
-    const void* member = MemberOfConst(row, object);
-    KRBuildStatus status = KRBuildStatus_Done;
-    if (row.value != nullptr) {
-      status = row.value->build(builder, entry.tag, member);
-      if (status == KRBuildStatus_Done && row.closed) status = builder.AddTagEnd(entry.tag);
-    } else if (IsArray(row)) {
-      status = row.array->build(member, builder, entry.tag);
-    } else if (KRDataObj* child = SlotOf(row, object).Get();
-               child != nullptr && (!row.shared || child->GetType() == entry.tag)) {
-      status = child->BuildObject(&builder, entry.tag);
-    }
-    if (status != KRBuildStatus_Done) {
-      NoteFailure(builder, object);
-      return status;
-    }
-  }
-  return KRBuildStatus_Done;
-}
-
-}  // namespace
-
-KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table, KRBuilder& builder) {
-  return BuildPositions(object, table, 0, table.valid.count, builder);
-}
-
-KRBuildStatus BuildRowsBetween(const KRDataObj& object, const AggregateTable& table, KRTagID first,
-                               KRTagID last, KRBuilder& builder) {
-  const auto begin = static_cast<u16>(FindRow(table, first) - table.rows);
-  const auto end = static_cast<u16>(FindRow(table, last) - table.rows + 1);
-  return BuildPositions(object, table, begin, end, builder);
+  KRDataObj* child = nullptr;
+  const KRParseStatus status = MakeChild(object, *row, entry.tagID, child);
+  return status == KRParseStatus_Accepted ? object.PushAndSetObject(child, entry.tagID) : status;
 }
 
 bool RuleHolds(const Presence& presence, const Rule& rule) { return Holds(presence, rule); }

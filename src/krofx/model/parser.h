@@ -17,6 +17,10 @@
 
 class KRBuffer;
 
+namespace krofx::internal {
+class PlainFeed;
+}  // namespace krofx::internal
+
 /// Base of all parsers. A parser and the tree that it fills belong to one thread, which must be
 /// attached; on a thread that is not, there are no warnings and nothing is parsed.
 ///
@@ -90,6 +94,8 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
   void SetRoot(KRDataObj* root);
 
  private:
+  friend class krofx::internal::PlainFeed;
+
   struct StackEntry {
     KRDataObj* object;
     KRArrayOfTags validTags;

@@ -2,6 +2,8 @@
 // processor's invoices, and the search in an array of objects.
 
 #include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/required_bits.h"
+#include "krofx/model/internal/row_access.h"
 #include "krofx/model/value_arrays.h"
 #include "krofx/model/value_kinds.h"
 #include "krofx/values/utility.h"
@@ -20,41 +22,74 @@ void ForEachChild(const KRDataObj& object, Visit visit) {
   }
 }
 
-// The deepest object that lacks something on the first path that does; null when none does.
-KRDataObj* FindIncomplete(KRDataObj& object) {
-  if (!object.AllRequiredPresent()) return &object;
-  KRDataObj* found = nullptr;
-  ForEachChild(object, [&](KRDataObj& child) {
-    found = FindIncomplete(child);
-    return found == nullptr;
-  });
-  return found;
-}
+// Searches one tree for an object that lacks something.
+class MissingSearch {
+ public:
+  // The deepest object that lacks something on the first path that does; null when none does.
+  KRDataObj* Find(KRDataObj& object) {
+    const AggregateTable* const table = ObjectAccess::PlainTableOf(object, kPlainCheck);
+    if (table != nullptr) return FindBy(*table, object);
+    if (!object.AllRequiredPresent()) return &object;
+    KRDataObj* found = nullptr;
+    ForEachChild(object, [&](KRDataObj& child) {
+      found = Find(child);
+      return found == nullptr;
+    });
+    return found;
+  }
+
+ private:
+  // The same for an object that is checked by its table.
+  KRDataObj* FindBy(const AggregateTable& table, KRDataObj& object) {
+    if (!m_required.AllPresentIn(object, table)) return &object;
+    KRDataObj* found = nullptr;
+    for (u8 i = 0; i < table.childRowCount && found == nullptr; ++i) {
+      const Row& row = table.rows[table.childRows[i]];
+      const void* const member = row.member(object);
+      if (!IsArray(row)) {
+        KRDataObj* const child = static_cast<const ChildSlot*>(member)->Get();
+        if (child != nullptr) found = Find(*child);
+        continue;
+      }
+      const u16 entries = row.array->entries(member);
+      for (u16 index = 0; index < entries && found == nullptr; ++index) {
+        if (KRDataObj* const child = row.array->get(member, index)) found = Find(*child);
+      }
+    }
+    return found;
+  }
+
+  RequiredBits m_required;
+};
+
+KRDataObj* FindIncomplete(KRDataObj& object) { return MissingSearch().Find(object); }
 
 // The value of a tag, whether it is noted as present or not; null when the object's class keeps
 // none of this kind there.
-template <class Value>
-const Value* ValueBehind(KRDataObj& object, KRTagID tag, const ValueKind& kind) {
+template <class Member>
+const Member* ValueBehind(KRDataObj& object, KRTagID tag, const ValueKind& kind) {
   const AggregateTable* table = ObjectAccess::TableOf(object);
   const Row* row = table == nullptr ? nullptr : FindRow(*table, tag);
   if (row == nullptr || row->value != &kind) return nullptr;
-  return static_cast<const Value*>(row->member(object));
+  return static_cast<const Member*>(row->member(object));
 }
 
 // Gives a text to an element of class `Text` that has none.
 template <class Text>
 void FillIn(KRDataObj& object, KRTagDictionaryEntry entry, const char* text) {
-  const Text* held = ValueBehind<Text>(object, entry.tagID, kText<Text>);
-  const bool empty = held != nullptr ? held->IsEmpty() != 0 : !object.ValidateTag(entry.tagID);
+  const auto* held = ValueBehind<StoredText<Text>>(object, entry.tagID, kFixedText<Text>);
+  const bool empty =
+      held != nullptr ? held->Get().IsEmpty() != 0 : !object.ValidateTag(entry.tagID);
   if (empty) object.HandleTagElement(&entry, KRString(text));
 }
 
 // A rate that was never set is a valid 0; one that a host set may be out of range.
 void MendRate(KRDataObj& object) {
   const KRTagDictionaryEntry entry{KRTag_DSCRATE, "DSCRATE"};
-  const KRPercent* rate =
-      ValueBehind<KRPercent>(object, entry.tagID, kNumber<KRPercent, &KRBuilder::AddTagKRRate>);
-  if (rate != nullptr && !rate->IsValid()) object.HandleTagElement(&entry, KRString("0.0"));
+  const auto* rate = ValueBehind<StoredNumber<KRPercent>>(
+      object, entry.tagID, kNumber<KRPercent, &KRBuilder::AddTagKRRate>);
+  if (rate != nullptr && !static_cast<KRPercent>(*rate).IsValid())
+    object.HandleTagElement(&entry, KRString("0.0"));
 }
 
 void Patch(KRDataObj& object) {

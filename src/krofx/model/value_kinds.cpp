@@ -2,7 +2,23 @@
 
 #include "krofx/model/value_kinds.h"
 
+#include "krofx/core/internal/byte_search.h"
+
 namespace krofx::internal {
+
+char* WriteCommonText(const KRString& text, char* out, char* end) {
+  const std::size_t length = text.GetStrLength();
+  // What is written is then looked at a block at a time, which may reach beyond its end.
+  if (text.GetEncoding() != KRStringEncode_Plain || length > text.SpecLength() ||
+      static_cast<std::size_t>(end - out) < length + ByteBlock::kSize) {
+    return nullptr;
+  }
+  const char* const characters = text;
+  // A text that begins with white space may be all of it.
+  if (length == 0 || IsWhite(*characters)) return nullptr;
+  std::memcpy(out, characters, length);
+  return FindMacroCharacter(out, out + length) == out + length ? out + length : nullptr;
+}
 
 namespace {
 

@@ -7,10 +7,16 @@
 #ifndef KROFX_MODEL_VALUE_KINDS_H_
 #define KROFX_MODEL_VALUE_KINDS_H_
 
+#include <cstddef>
+#include <cstring>
+#include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "krofx/build/builder.h"
+#include "krofx/core/fixed_strings.h"
 #include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/stored_values.h"
 #include "krofx/values/data_conversion.h"
 #include "krofx/values/date_time.h"
 #include "krofx/values/language.h"
@@ -38,19 +44,45 @@ constexpr ValueForm FormOf() {
 
 /// A kind whose text goes through `Read(text, value)` and which `Write(builder, tag, value)`
 /// writes.
+/// @tparam ReadCommon reads the texts that nearly all are, without warnings; null when the kind has
+///         no such: see ValueKind::fromCommonText.
+/// @tparam WriteCommon writes the value as ValueKind::writeCommon does; null likewise.
+/// @tparam Stored the class of the member, which gives and takes a T.
 template <class T, u16 (*Read)(const KRString&, T&),
-          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&), ValueForm Form = FormOf<T>()>
+          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&), ValueForm Form = FormOf<T>(),
+          class Stored = T, auto ReadCommon = nullptr, auto WriteCommon = nullptr>
 struct Converted {
   static StoreResult FromText(KRDataObj&, KRTagID, void* member, const KRString& text) {
     T value{};
     if (Read(text, value) == 0) return StoreResult::kBadFormat;
-    *static_cast<T*>(member) = value;
+    *static_cast<Stored*>(member) = value;
     return StoreResult::kStored;
   }
   static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
-    return Write(builder, tag, *static_cast<const T*>(member));
+    return Write(builder, tag, *static_cast<const Stored*>(member));
   }
-  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<T>, Form};
+  static bool FromCommonText(void* member, const char* text, std::size_t length) {
+    return ReadCommon(text, length, *static_cast<Stored*>(member));
+  }
+  static char* ToText(const void* member, char* out, char* end) {
+    return WriteCommon(*static_cast<const Stored*>(member), out, end);
+  }
+  static constexpr decltype(ValueKind::fromCommonText) CommonReader() {
+    if constexpr (std::is_null_pointer_v<decltype(ReadCommon)>) {
+      return nullptr;
+    } else {
+      return &FromCommonText;
+    }
+  }
+  static constexpr decltype(ValueKind::writeCommon) CommonWriter() {
+    if constexpr (std::is_null_pointer_v<decltype(WriteCommon)>) {
+      return nullptr;
+    } else {
+      return &ToText;
+    }
+  }
+  static constexpr ValueKind kKind{&FromText, &Build,         &CopyValue<Stored>,
+                                   Form,      CommonReader(), CommonWriter()};
 };
 
 /// As Converted, for a value that keeps a part of what it was when a text is read into it.
@@ -67,6 +99,12 @@ struct ConvertedInPlace : Converted<T, Read, Write> {
   static constexpr ValueKind kKind{&FromText, &Converted<T, Read, Write>::Build, &CopyValue<T>};
 };
 
+/// Has a stored value read a text of the form that nearly all have.
+template <class Stored>
+bool ReadStored(const char* text, std::size_t length, Stored& value) {
+  return value.AssignCommon(text, length);
+}
+
 /// Calls the builder's tag-and-value operation for a kind.
 template <class T, auto Operation>
 KRBuildStatus WriteBy(KRBuilder& builder, KRTagID tag, const T& value) {
@@ -79,14 +117,39 @@ u16 ReadNumber(const KRString& text, Number& value) {
   return value.ConvertStringToKRPrecisionInteger(text);
 }
 
+/// Writes a number that its class allows.
+template <class Number>
+char* WriteStoredNumber(const StoredNumber<Number>& value, char* out, char* end) {
+  if (end - out < KRPrecisionInteger::kTextSize) return nullptr;
+  if constexpr (std::is_same_v<Number, KRPrecisionInteger>) {
+    if (value.Plain().decimals > KRPrecisionInteger::kMaxDecimals) return nullptr;
+  } else {
+    const Number number = value;
+    if (number.IsValid() == 0) return nullptr;
+  }
+  return WriteDecimal(value.Plain(), out);
+}
+
 /// An exact decimal of class `Number`, written by the builder's `Operation`.
 template <class Number, auto Operation>
 inline constexpr const ValueKind& kNumber =
-    Converted<Number, &ReadNumber<Number>, &WriteBy<Number, Operation>>::kKind;
+    Converted<Number, &ReadNumber<Number>, &WriteBy<Number, Operation>, FormOf<Number>(),
+              StoredNumber<Number>, &ReadStored<StoredNumber<Number>>,
+              &WriteStoredNumber<Number>>::kKind;
+
+/// Writes a date that is valid.
+inline char* WriteStoredDate(const StoredDate& value, char* out, char* end) {
+  const PlainDate* const date = value.Plain();
+  if (date == nullptr || end - out < static_cast<std::ptrdiff_t>(PlainDate::kTextSize)) {
+    return nullptr;
+  }
+  return WriteDate(*date, out);
+}
 
 inline constexpr const ValueKind& kDateTime =
     Converted<KRDateTime, &KRDataConversion::StringToDateTime,
-              &WriteBy<KRDateTime, &KRBuilder::AddTagKRDateTime>>::kKind;
+              &WriteBy<KRDateTime, &KRBuilder::AddTagKRDateTime>, FormOf<KRDateTime>(), StoredDate,
+              &ReadStored<StoredDate>, &WriteStoredDate>::kKind;
 inline constexpr const ValueKind& kTime =
     Converted<KRTime, &KRDataConversion::StringToTime,
               &WriteBy<KRTime, &KRBuilder::AddTagKRTime>>::kKind;
@@ -125,6 +188,25 @@ u16 ReadKeyword(const KRString& text, Enumeration& value) {
   return KeywordTraits<Enumeration>::FromText(text, value);
 }
 
+/// The same without a warning for a text that is no keyword.
+template <class Enumeration>
+bool ReadKnownKeyword(const char* text, std::size_t length, Enumeration& value) {
+  const s32 found = FindKeyword(KeywordTraits<Enumeration>::kTable, std::string_view(text, length));
+  if (found >= 0) value = static_cast<Enumeration>(found);
+  return found >= 0;
+}
+
+/// Writes a known keyword, which holds no character that is escaped.
+template <class Enumeration>
+char* WriteKnownKeyword(const Enumeration& value, char* out, char* end) {
+  const auto index = static_cast<u32>(value);
+  if (index >= KeywordTraits<Enumeration>::kCount) return nullptr;
+  const std::string_view text = KeywordTraits<Enumeration>::kTexts[index];
+  if (text.empty() || end - out < static_cast<std::ptrdiff_t>(text.size())) return nullptr;
+  std::memcpy(out, text.data(), text.size());
+  return out + text.size();
+}
+
 /// Writes a keyword by the builder's operation for the enumeration: the one that writes tag and
 /// value where there is one, the one for the value behind the tag otherwise, and for an
 /// enumeration that the builder does not know as a text.
@@ -144,7 +226,9 @@ KRBuildStatus WriteKeyword(KRBuilder& builder, KRTagID tag, const Enumeration& v
 }
 template <class Enumeration, auto Operation>
 inline constexpr const ValueKind& kKeyword =
-    Converted<Enumeration, &ReadKeyword<Enumeration>, &WriteKeyword<Enumeration, Operation>>::kKind;
+    Converted<Enumeration, &ReadKeyword<Enumeration>, &WriteKeyword<Enumeration, Operation>,
+              FormOf<Enumeration>(), Enumeration, &ReadKnownKeyword<Enumeration>,
+              &WriteKnownKeyword<Enumeration>>::kKind;
 
 /// An enumeration that a u16 holds; the keyword stands on the wire.
 template <class Enumeration>
@@ -182,10 +266,11 @@ bool PassesItsRule(const Value& value) {
 /// @return 1; 0 when it is not allowed, or the tag is not valid in this object.
 template <class Member, class Value>
 u16 SetNative(KRDataObj& object, KRTagID tag, Member& member, const Value& value) {
-  if constexpr (std::is_same_v<Member, Value>) {
+  using Held = HeldIn<Member>::Type;
+  if constexpr (std::is_same_v<Held, Value>) {
     if (!PassesItsRule(value)) return 0;
   } else {
-    Member candidate;
+    Held candidate;
     candidate = value;
     if (!PassesItsRule(candidate)) return 0;
   }
@@ -215,23 +300,49 @@ u16 AppendNativeEntry(KRDataObj& object, KRTagID tag, Array& array, const Value&
 /// Warns that a text is longer than its spec length.
 void WarnTooLong(KRTagID tag, const KRString& text);
 
-/// A text; the member's own class says how long it may be. `Member` derives from KRString.
-template <class Member>
-struct Text {
+/// Writes a text that its class allows and that needs no escaping; null for any other.
+KROFX_API char* WriteCommonText(const KRString& text, char* out, char* end);
+
+/// A text; the class says how long it may be. `Text` derives from KRString.
+/// @tparam Stored the class of the member, which is a `Text` or gives one.
+template <class Text, class Stored>
+struct TextKind {
   static StoreResult FromText(KRDataObj&, KRTagID tag, void* member, const KRString& text) {
-    Member& own = *static_cast<Member*>(member);
-    own = text;
+    Stored& stored = *static_cast<Stored*>(member);
+    stored = text;
+    const Text& own = stored;
     if (own.IsEmpty()) return StoreResult::kNoText;
     if (own.ExceedsSpecLength()) WarnTooLong(tag, text);
     return StoreResult::kStored;
   }
   static KRBuildStatus Build(KRBuilder& builder, KRTagID tag, const void* member) {
-    return builder.AddTagKRString(tag, *static_cast<const Member*>(member));
+    const Text& own = *static_cast<const Stored*>(member);
+    return builder.AddTagKRString(tag, own);
   }
-  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<Member>};
+  static bool FromCommonText(void* member, const char* text, std::size_t length) {
+    return static_cast<Stored*>(member)->AssignCommon(text, length);
+  }
+  static char* ToText(const void* member, char* out, char* end) {
+    const Text& own = *static_cast<const Stored*>(member);
+    return WriteCommonText(own, out, end);
+  }
+  static constexpr ValueKind MakeKind() {
+    ValueKind kind{&FromText, &Build, &CopyValue<Stored>};
+    if constexpr (!std::is_same_v<Text, Stored>) {
+      kind.fromCommonText = &FromCommonText;
+      kind.writeCommon = &ToText;
+    }
+    return kind;
+  }
+  static constexpr ValueKind kKind = MakeKind();
 };
-template <class Member>
-inline constexpr const ValueKind& kText = Text<Member>::kKind;
+
+/// A text of a class that has more to say about it than its length.
+template <class Text>
+inline constexpr const ValueKind& kText = TextKind<Text, Text>::kKind;
+/// A text with a fixed length.
+template <class Text>
+inline constexpr const ValueKind& kFixedText = TextKind<Text, StoredText<Text>>::kKind;
 
 /// Appends one value to an array of repeated values. There is one for each kind of element.
 StoreResult AppendRepeated(KRDynamicArrayString& array, KRTagID tag, const KRString& text);
@@ -311,7 +422,8 @@ struct ChildArray {
       return KRBuildStatus_Done;
     }
   }
-  static constexpr ChildArrayKind kKind{&Entries, &Get, &Set, &Truncate, &Build};
+  static constexpr ChildArrayKind kKind{&Entries,  &Get,   &Set,
+                                        &Truncate, &Build, std::is_same_v<Child, KRDataObj>};
 };
 
 }  // namespace krofx::internal

@@ -7,11 +7,11 @@
 #include <string_view>
 
 #include "krofx/core/parse_logger.h"
-#include "krofx/parse/common_tag.h"
-#include "krofx/parse/end_tag_index.h"
-#include "krofx/parse/item_scanner.h"
-#include "krofx/parse/sgml_macros.h"
-#include "krofx/parse/text_source.h"
+#include "krofx/parse/internal/common_tag.h"
+#include "krofx/parse/internal/end_tag_index.h"
+#include "krofx/parse/internal/item_scanner.h"
+#include "krofx/parse/internal/sgml_macros.h"
+#include "krofx/parse/internal/text_source.h"
 
 using krofx::internal::BackOverWhite;
 using krofx::internal::CompareNames;
@@ -73,7 +73,6 @@ void KRParseEngine::ResetToEndOfHeader() {
 u16 KRParseEngine::SetDictionary(TagDictionary* dictionary) {
   if (dictionary == nullptr) return 0;
   m_dictionary = dictionary;
-  m_memo.Clear();
   return 1;
 }
 
@@ -207,7 +206,7 @@ const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::Pla
   if (m_nextItem.type != KrTagItemType_None || m_dictionary == nullptr) return nullptr;
   krofx::internal::CommonTag tag;
   const KRTagDictionaryEntry* entry =
-      krofx::internal::ReadCommonTag(text, m_currentItem.end, *m_dictionary, m_memo, tag);
+      krofx::internal::ReadCommonTag(text, m_currentItem.end, *m_dictionary, tag);
   if (entry == nullptr) return nullptr;
   if (tag.isElement) {
     const auto length = static_cast<u16>(tag.valueEnd - tag.value);

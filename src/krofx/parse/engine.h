@@ -20,11 +20,11 @@
 #include "krofx/core/tag_dictionary.h"
 #include "krofx/core/tag_type.h"
 #include "krofx/core/types.h"
-#include "krofx/parse/search_memory.h"
-#include "krofx/parse/tag_memo.h"
+#include "krofx/parse/internal/search_memory.h"
 #include "krofx/values/keywords.h"
 
 namespace krofx::internal {
+class PlainFeed;
 class PlainText;
 }  // namespace krofx::internal
 
@@ -150,6 +150,9 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   /// of its '<', of a text's or header's first character; -1 before anything was read.
   s32 GetItemPosition() const;
 
+  /// Whether the text is read from the memory of a plain buffer, not through a derived one's GetCh.
+  bool IsOverPlainBytes() const { return m_plain; }
+
   /// Reads one item of any kind from `position`. Of a CDATA section it reports the content, one
   /// character short unless it has only one.
   /// @param position where to begin; takes the item's first character.
@@ -200,6 +203,8 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   u16 ExpandSgmlMacros(const KRString& in, KRString& out) const;
 
  private:
+  friend class krofx::internal::PlainFeed;
+
   // These run over the source of text that the buffer calls for: see parse/text_source.h.
   template <class Text>
   bool MoveToNext(const Text& text);
@@ -236,7 +241,6 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   // as it is.
   s32 m_itemPosition = -1;
   krofx::internal::SearchMemory m_searches;
-  krofx::internal::TagMemo m_memo;
 };
 
 #endif  // KROFX_PARSE_ENGINE_H_

@@ -9,8 +9,8 @@
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/item_scanner.h"
-#include "krofx/parse/text_source.h"
+#include "krofx/parse/internal/item_scanner.h"
+#include "krofx/parse/internal/text_source.h"
 #include "krofx/values/data_conversion.h"
 
 using krofx::internal::BackOverWhite;

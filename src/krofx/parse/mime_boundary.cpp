@@ -4,8 +4,8 @@
 #include <string_view>
 
 #include "krofx/parse/engine.h"
-#include "krofx/parse/item_scanner.h"
-#include "krofx/parse/text_source.h"
+#include "krofx/parse/internal/item_scanner.h"
+#include "krofx/parse/internal/text_source.h"
 
 using krofx::internal::BackOverWhite;
 using krofx::internal::CapitalLetter;

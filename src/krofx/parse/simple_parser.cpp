@@ -9,7 +9,8 @@
 #include "krofx/core/thread.h"
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/parse_run.h"
+#include "krofx/parse/internal/parse_run.h"
+#include "krofx/parse/internal/plain_feed.h"
 #include "krofx/values/utility.h"
 
 using krofx::internal::IsSecret;
@@ -110,7 +111,13 @@ KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
   KRTagDictionaryEntry entry = {KRTag_None, ""};
   KRString value;
   KRTagID elementBefore = KRTag_None;
+  std::optional<krofx::internal::PlainFeed> feed;
+  if (MayFeed(engine)) feed.emplace(*this, engine);
   for (;;) {
+    if (feed) {
+      const KRParseStatus refused = feed->Run(entry, value, elementBefore);
+      if (refused != kGoOn) return NoteRefusedStart(refused, entry);
+    }
     const KRTagType type = engine.GetKRTag(entry, value);
     if (GetCurrentObj() == nullptr) return KRParseStatus_Fatal;
     KRParseStatus status = kGoOn;
@@ -138,13 +145,23 @@ KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
   }
 }
 
+// The short way passes the virtual operations by, so no class of a host's may have overridden them.
+bool KRSimpleParser::MayFeed(const KRParseEngine& engine) const {
+  return m_plainClass == &typeid(*this) && typeid(engine) == typeid(KRParseEngine) &&
+         engine.IsOverPlainBytes();
+}
+
+KRParseStatus KRSimpleParser::NoteRefusedStart(KRParseStatus status,
+                                               const KRTagDictionaryEntry& entry) {
+  AppendParseException(KRPW_INVALIDAGG, KRString(), KRString(entry.text), entry.tagID,
+                       GetCurrentObj());
+  return status;
+}
+
 KRParseStatus KRSimpleParser::TakeStart(const KRTagDictionaryEntry& entry, KRParseEngine& engine) {
   const bool valid = IsValidTag(entry.tagID) != 0;
   const KRParseStatus status = valid ? GetCurrentObj()->HandleTagStart(&entry) : kGoOn;
-  if (!valid || status != kGoOn) {
-    AppendParseException(KRPW_INVALIDAGG, KRString(), KRString(entry.text), entry.tagID,
-                         GetCurrentObj());
-  }
+  if (!valid || status != kGoOn) NoteRefusedStart(status, entry);
   if (!valid) engine.SkipCurrentTag();
   return status;
 }

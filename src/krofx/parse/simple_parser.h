@@ -8,6 +8,8 @@
 #ifndef KROFX_PARSE_SIMPLE_PARSER_H_
 #define KROFX_PARSE_SIMPLE_PARSER_H_
 
+#include <typeinfo>
+
 #include "krofx/core/export.h"
 #include "krofx/core/status.h"
 #include "krofx/core/types.h"
@@ -82,10 +84,15 @@ class KROFX_API KRSimpleParser : public KRParser {
   KRParseLogger* Open(KRBuffer* buffer, KRDataObj* root);
   /// The engine that SetParseEngine gave, or null.
   KRParseEngine* GetParseEngine() const { return m_engine; }
+  /// For the constructors of library classes that override no operation that takes part in the
+  /// reading of tags: parsers of exactly this class may take the short way.
+  void SetPlainClass(const std::type_info& type) { m_plainClass = &type; }
 
  private:
   KRParseStatus ReadHeaders(KRParseEngine& engine, KRDataObj& root);
   KRParseStatus ReadTags(KRParseEngine& engine);
+  bool MayFeed(const KRParseEngine& engine) const;
+  KRParseStatus NoteRefusedStart(KRParseStatus status, const KRTagDictionaryEntry& entry);
   KRParseStatus TakeStart(const KRTagDictionaryEntry& entry, KRParseEngine& engine);
   KRParseStatus TakeElement(const KRTagDictionaryEntry& entry, KRString& value);
   bool LogValue(KRParseWarning warning, const KRTagDictionaryEntry& entry, const KRString& value);
@@ -95,6 +102,7 @@ class KROFX_API KRSimpleParser : public KRParser {
   KRDataObj* m_objectWithError = nullptr;
   KRWarningObserver* m_observer = nullptr;
   const KRParseEngine* m_runningEngine = nullptr;
+  const std::type_info* m_plainClass = &typeid(KRSimpleParser);
 };
 
 #endif  // KROFX_PARSE_SIMPLE_PARSER_H_

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "krofx/parse/end_tag_index.h"
+#include "krofx/parse/internal/end_tag_index.h"
 #include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {

@@ -6,10 +6,10 @@
 #include <new>
 #include <utility>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/envelope/mime_parser.h"
-#include "krofx/parse/byte_search.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
 #include "krofx/reader/charset_choice.h"

@@ -6,8 +6,8 @@
 #include <cstddef>
 #include <iterator>
 
-#include "krofx/parse/byte_search.h"
-#include "krofx/parse/end_tag_index.h"
+#include "krofx/core/internal/byte_search.h"
+#include "krofx/parse/internal/end_tag_index.h"
 #include "krofx/reader/aggregate_role.h"
 #include "krofx/reader/charset.h"
 #include "krofx/reader/recorder.h"

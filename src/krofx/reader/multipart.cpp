@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <string_view>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
-#include "krofx/parse/byte_search.h"
 #include "krofx/reader/file_reader.h"
 #include "krofx/reader/header.h"
 #include "krofx/reader/text_bounds.h"

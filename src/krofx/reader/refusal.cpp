@@ -6,7 +6,7 @@
 #include <array>
 #include <cstddef>
 
-#include "krofx/parse/byte_search.h"
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "krofx/parse/byte_search.h"
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/reader/charset.h"
 #include "krofx/reader/references.h"
 

@@ -1,10 +1,10 @@
 // Reads the tags of a text whatever its form: OFX 1 as it is really written, OFX 2, and what is
 // neither quite.
 //
-// The strict tokenizer (krofx/parse/item_scanner.h) takes every '<' for the beginning of a tag.
-// Here a '<' begins a tag only when what follows looks like one; comments, processing instructions
-// and document types are passed over, and CDATA sections are text. It decides nothing about the
-// tree.
+// The strict tokenizer (krofx/parse/internal/item_scanner.h) takes every '<' for the beginning of a
+// tag. Here a '<' begins a tag only when what follows looks like one; comments, processing
+// instructions and document types are passed over, and CDATA sections are text. It decides nothing
+// about the tree.
 
 #ifndef KROFX_READER_SCANNER_H_
 #define KROFX_READER_SCANNER_H_

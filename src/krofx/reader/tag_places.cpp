@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "krofx/parse/end_tag_index.h"
+#include "krofx/parse/internal/end_tag_index.h"
 #include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "krofx/parse/byte_search.h"
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/reader/header.h"
 #include "krofx/values/internal/keyword_table.h"
 

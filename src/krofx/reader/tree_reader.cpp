@@ -4,12 +4,13 @@
 
 #include <utility>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file.h"
 #include "krofx/messages/signon/status.h"
-#include "krofx/parse/byte_search.h"
+#include "krofx/model/value_kinds.h"
 #include "krofx/reader/charset.h"
 #include "krofx/values/data_conversion.h"
 #include "krofx/values/internal/keyword_table.h"
@@ -239,8 +240,9 @@ bool TreeReader::IsInsideSpan(const ScannedTag& tag, const TagRole& role, const 
   KRDateTime given;
   const bool isDate = KRDataConversion::StringToDateTime(value, given) != 0;
   m_log->DeleteAll();
-  const KRDateTime& held = *static_cast<const KRDateTime*>(role.row->member(object));
-  return isDate && (id == KRTag_DTSTART ? given >= held : given <= held);
+  if (!isDate || role.row->value != &kDateTime) return false;
+  const KRDateTime held = *static_cast<const StoredDate*>(role.row->member(object));
+  return id == KRTag_DTSTART ? given >= held : given <= held;
 }
 
 // The last text of a text that breaks off: it may have lost its end, unless a tag has begun behind

@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
-#include "krofx/parse/byte_search.h"
 #include "krofx/reader/charset.h"
 #include "krofx/reader/charset_choice.h"
 #include "krofx/rewriting/whole_builder.h"

@@ -7,13 +7,18 @@
 #include <cstring>
 
 #include "krofx/values/date_time.h"
+#include "krofx/values/internal/date_writing.h"
 #include "krofx/values/internal/digits.h"
+#include "krofx/values/internal/named_zones.h"
 #include "krofx/values/internal/text_warning.h"
 
 using krofx::internal::IsDigit;
 using krofx::internal::ReadDigits;
 using krofx::internal::WarnAboutText;
+using krofx::internal::WriteClock;
 using krofx::internal::WriteDigits;
+using krofx::internal::WriteFraction;
+using krofx::internal::WriteOffset;
 
 namespace {
 
@@ -24,39 +29,8 @@ constexpr std::size_t kZoneNameLength = 3;
 constexpr std::size_t kDateTextSize = 39;
 constexpr std::size_t kTimeTextSize = 31;
 
-/// The names of a zone: standard time, and daylight time of the zone next to the west.
-struct NamedZone {
-  char standard[4];
-  char daylight[4];
-};
-
-// From the first offset westwards to the last, hour by hour.
-constexpr s16 kFirstNamedOffset = -4;
-constexpr s16 kLastNamedOffset = -8;
-constexpr NamedZone kNamedZones[kFirstNamedOffset - kLastNamedOffset + 1] = {
-    {"AST", "EDT"}, {"EST", "CDT"}, {"CST", "MDT"}, {"MST", "PDT"}, {"PST", "YDT"},
-};
-
 bool Contains(char const* text, std::size_t length, char c) noexcept {
   return length != 0 && std::memchr(text, c, length) != nullptr;
-}
-
-/// Writes ".NN" for a fraction of an offset.
-char* WriteFraction(char* to, s16 fraction) noexcept {
-  *to++ = '.';
-  return WriteDigits(to, static_cast<u32>(std::abs(int{fraction})), 2);
-}
-
-/// Writes an offset with a minus sign for a negative one.
-char* WriteOffset(char* to, s16 offset) noexcept {
-  if (offset < 0) *to++ = '-';
-  return WriteDigits(to, static_cast<u32>(std::abs(int{offset})), 1);
-}
-
-char* WriteClock(char* to, u16 hour, u16 minute, u16 second) noexcept {
-  to = WriteDigits(to, hour, 2);
-  to = WriteDigits(to, minute, 2);
-  return WriteDigits(to, second, 2);
 }
 
 /// A text under way: the digits up to the offset, whatever the fields hold.
@@ -100,11 +74,9 @@ u16 KRDateTimeBase::StoreZone(char const* name, std::size_t length, s16 offset, 
   m_gmtOffset = offset;
   m_gmtOffsetFraction = fraction;
 
-  bool const isNamed = offset <= kFirstNamedOffset && offset >= kLastNamedOffset && fraction == 0;
-  if (!isNamed || m_timeZone.IsEmpty()) return 1;
-  NamedZone const& known = kNamedZones[kFirstNamedOffset - offset];
+  if (fraction != 0 || m_timeZone.IsEmpty()) return 1;
   char const* const held = m_timeZone.Text();
-  if (std::strcmp(held, known.standard) != 0 && std::strcmp(held, known.daylight) != 0) {
+  if (!krofx::internal::IsNameOfOffset(held, offset)) {
     TextHead prefix;
     prefix.end = WriteOffset(prefix.end, offset);
     *prefix.end++ = ':';
@@ -270,27 +242,11 @@ u16 KRTime::operator=(char const* text) { return ConvertStringToKRTime(text); }
 
 u16 KRDateTimeBase::GetDateString(KRString& out) {
   if (IsValidDate() == 0 || IsValidTime() == 0) return 0;
-  bool const hasZone = m_gmtOffset != 0 || m_gmtOffsetFraction != 0;
-  bool const hasMilliseconds = hasZone || m_millisecond != 0;
-  bool const hasClock = hasMilliseconds || m_hour != 0 || m_minute != 0 || m_second != 0;
-
   TextHead head;
-  char* to = WriteDigits(head.text, m_year, 4);
-  to = WriteDigits(to, m_month, 2);
-  to = WriteDigits(to, m_day, 2);
-  if (hasClock) to = WriteClock(to, m_hour, m_minute, m_second);
-  if (hasMilliseconds) {
-    *to++ = '.';
-    to = WriteDigits(to, m_millisecond, 3);
-  }
-  if (hasZone) {
-    *to++ = '[';
-    // The sign of a zone less than an hour behind GMT is in the fraction alone.
-    if (m_gmtOffset == 0 && m_gmtOffsetFraction < 0) *to++ = '-';
-    to = WriteOffset(to, m_gmtOffset);
-    if (m_gmtOffsetFraction != 0) to = WriteFraction(to, m_gmtOffsetFraction);
-  }
-  head.end = to;
+  bool hasZone = false;
+  head.end = krofx::internal::WriteDateHead({m_year, m_month, m_day, m_hour, m_minute, m_second,
+                                             m_millisecond, m_gmtOffset, m_gmtOffsetFraction},
+                                            head.text, hasZone);
   return Store(out, kDateTextSize, head, hasZone ? &m_timeZone : nullptr, hasZone);
 }
 

@@ -3,6 +3,7 @@
 
 #include "krofx/values/date_time.h"
 
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 
@@ -104,6 +105,44 @@ void KRDateTimeBase::Invalidate() noexcept {
   m_minute = 0;
   m_second = 0;
   m_millisecond = 0;
+}
+
+bool KRDateTimeBase::AsPlain(krofx::internal::PlainDate& out) const noexcept {
+  constexpr u16 kMost = 99;
+  std::size_t const zoneLength = m_timeZone.Length();
+  bool const fits = m_month <= kMost && m_day <= kMost && m_hour <= kMost && m_minute <= kMost &&
+                    m_second <= kMost && std::abs(int{m_gmtOffset}) <= kMost &&
+                    std::abs(int{m_gmtOffsetFraction}) <= kMost &&
+                    zoneLength <= krofx::internal::PlainDate::kZoneSize;
+  if (!fits) return false;
+  krofx::internal::PlainDate plain;
+  plain.year = m_year;
+  plain.month = static_cast<std::uint8_t>(m_month);
+  plain.day = static_cast<std::uint8_t>(m_day);
+  plain.hour = static_cast<std::uint8_t>(m_hour);
+  plain.minute = static_cast<std::uint8_t>(m_minute);
+  plain.second = static_cast<std::uint8_t>(m_second);
+  plain.millisecond = m_millisecond;
+  plain.gmtOffset = static_cast<std::int8_t>(m_gmtOffset);
+  plain.gmtOffsetFraction = static_cast<std::int8_t>(m_gmtOffsetFraction);
+  std::memcpy(plain.zone, m_timeZone.Text(), zoneLength);
+  out = plain;
+  return true;
+}
+
+KRDateTime::KRDateTime(krofx::internal::PlainDate const& date) noexcept {
+  m_year = date.year;
+  m_month = date.month;
+  m_day = date.day;
+  m_hour = date.hour;
+  m_minute = date.minute;
+  m_second = date.second;
+  m_millisecond = date.millisecond;
+  m_gmtOffset = date.gmtOffset;
+  m_gmtOffsetFraction = date.gmtOffsetFraction;
+  std::size_t length = 0;
+  while (length < krofx::internal::PlainDate::kZoneSize && date.zone[length] != '\0') ++length;
+  if (length != 0) m_timeZone.Assign(date.zone, length);
 }
 
 void KRDateTimeBase::ClearZone() noexcept {

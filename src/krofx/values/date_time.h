@@ -22,6 +22,7 @@
 #include "krofx/core/types.h"
 #include "krofx/values/internal/calendar.h"
 #include "krofx/values/internal/lazy_block.h"
+#include "krofx/values/internal/plain_date.h"
 #include "krofx/values/internal/zone_name.h"
 #include "krofx/values/precision_integer.h"
 
@@ -71,6 +72,11 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   u16 GetDateString(KRString& out) const {
     return const_cast<KRDateTimeBase*>(this)->GetDateString(out);
   }
+
+  /// Gives the fields as plain data.
+  /// @return false, with `out` unchanged, when a field has a value that no valid date has, or the
+  ///         zone's name more than 3 characters.
+  bool AsPlain(krofx::internal::PlainDate& out) const noexcept;
 
   /// Copies all fields; the binary blocks stay as they are.
   KRDateTimeBase& operator=(KRDateTimeBase const&) noexcept = default;
@@ -252,6 +258,8 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   std::int64_t GMTMilliseconds() const noexcept;
   void ClearZone() noexcept;
 
+  friend class KRDateTime;
+
   krofx::internal::ZoneName m_timeZone;
   krofx::internal::LazyBlock m_binary;
 };
@@ -286,6 +294,8 @@ class KROFX_API KRDateTime : public KRDateTimeBase {
   /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
   /// no memory unless a warning is logged.
   u16 Parse(char const* text, std::size_t length);
+  /// Takes a date as plain data.
+  explicit KRDateTime(krofx::internal::PlainDate const& date) noexcept;
 };
 
 /// A time of day without a date.

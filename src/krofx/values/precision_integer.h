@@ -18,6 +18,7 @@
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
 #include "krofx/values/internal/lazy_block.h"
+#include "krofx/values/internal/plain_decimal.h"
 
 namespace krofx::internal {
 struct DecimalCore;
@@ -59,6 +60,13 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   constexpr KRPrecisionInteger(KRPrecisionInteger const&) noexcept = default;
   /// `value` / 10^`decimals`, for values beyond 32 bits.
   static KRPrecisionInteger FromInt64(std::int64_t value, u16 decimals) noexcept;
+  /// Takes a number as plain data.
+  constexpr explicit KRPrecisionInteger(krofx::internal::PlainDecimal const& number) noexcept
+      : m_low(number.low),
+        m_middle(number.middle),
+        m_high(number.high),
+        m_sign(number.sign),
+        m_decimals(number.decimals) {}
 
   virtual ~KRPrecisionInteger() = default;
 
@@ -194,12 +202,16 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// @return 1, or 0 for decimals above 29, and then nothing changes.
   u16 SetDecimal(u16 decimals) noexcept;
 
+  /// The number as plain data.
+  krofx::internal::PlainDecimal AsPlain() const noexcept {
+    return {m_low, m_middle, m_high, m_sign, m_decimals};
+  }
+
   /// Parses `length` characters at `text`, by the rules of this class's
   /// ConvertStringToKRPrecisionInteger, whichever class the object is of, with the virtual IsValid.
   /// Needs no terminator and takes no memory unless a warning is logged.
   /// @return 1 when the number was read, 0 on any error.
   u16 Parse(char const* text, std::size_t length);
-
   /// Writes the text of `operator char*` of this class and a terminator to `out`, which has room
   /// for kTextSize characters. Takes no memory.
   /// @return the characters written, without the terminator.

@@ -112,37 +112,9 @@ u16 KRPrecisionInteger::Parse(char const* text, std::size_t length) {
 }
 
 u16 KRPrecisionInteger::WriteText(char* out) const noexcept {
-  char digits[kTextSize];
-  char* end = digits + sizeof digits;
-  u128 const magnitude = (u128{m_high} << 64) | (std::uint64_t{m_middle} << 32) | m_low;
-  char* const first = krofx::internal::WriteDigitsBefore(end, magnitude);
-  char* to = out;
-
-  bool const writable = m_decimals <= kMaxDecimals;
-  if (writable && m_sign == -1) *to++ = '-';
-  if (!writable || first == end) {
-    *to++ = '0';
-  } else {
-    std::ptrdiff_t places = m_decimals;
-    while (places > 0 && end[-1] == '0') {
-      --end;
-      --places;
-    }
-    std::ptrdiff_t const whole = end - first - places;
-    if (whole > 0) {
-      std::memcpy(to, first, static_cast<std::size_t>(whole));
-      to += whole;
-    }
-    if (places > 0) {
-      *to++ = '.';
-      for (std::ptrdiff_t i = whole; i < 0; ++i) *to++ = '0';
-      char const* const behind = whole > 0 ? first + whole : first;
-      std::memcpy(to, behind, static_cast<std::size_t>(end - behind));
-      to += end - behind;
-    }
-  }
-  *to = '\0';
-  return static_cast<u16>(to - out);
+  char* const end = krofx::internal::WriteDecimal(AsPlain(), out);
+  *end = '\0';
+  return static_cast<u16>(end - out);
 }
 
 KRPrecisionInteger::operator char*() {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "krofx/core/export.h"
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
 
@@ -14,7 +15,7 @@ namespace krofx::internal {
 /// A hash table over the names in a list of headers, without regard to case. It holds places, not
 /// names, and can be lost at any time: a copy starts empty, and entries that it has no memory for
 /// are searched one by one.
-class HeaderIndex {
+class KROFX_API HeaderIndex {
  public:
   HeaderIndex() = default;
   HeaderIndex(const HeaderIndex&) : HeaderIndex() {}

@@ -19,6 +19,7 @@
 #define KROFX_MODEL_INTERNAL_AGGREGATE_H_
 
 #include <cstddef>
+#include <typeinfo>
 #include <utility>
 
 #include "krofx/core/parse_logger.h"
@@ -58,6 +59,14 @@ struct ValueKind {
   KRBuildStatus (*build)(KRBuilder& builder, KRTagID tag, const void* member);
   u16 (*copy)(void* to, const void* from);
   ValueForm form = ValueForm::kText;
+  /// Stores a text of the form that nearly all have, which needs no terminator. Logs nothing.
+  /// @return false, with nothing changed, for any other text, which is left to fromText.
+  bool (*fromCommonText)(void* member, const char* text, std::size_t length) = nullptr;
+  /// Writes the text that `build` would have the builder of the library write, without tag and line
+  /// end, to `out`, which has room up to `end`.
+  /// @return the end of the text; null, whatever was written, when there is too little room and for
+  ///         any value that is not of the ordinary kind, which is left to `build`.
+  char* (*writeCommon)(const void* member, char* out, char* end) = nullptr;
 };
 
 /// How an array of children is reached, whatever its element type.
@@ -68,6 +77,8 @@ struct ChildArrayKind {
   /// Deletes the entries after the first `entries`; leaves a shared array with none of its own.
   void (*truncate)(void* array, u16 entries);
   KRBuildStatus (*build)(const void* array, KRBuilder& builder, KRTagID tag);
+  /// An array for several tags: only the elements whose type is the tag are written under it.
+  bool isMixed;
 };
 
 /// Makes a child through the factory; null when that failed.
@@ -88,6 +99,10 @@ struct Row {
   bool warnsOnce = false;
   /// The child shares its slot with other tags, and is under the one that is its type.
   bool shared = false;
+  /// Characters of `element`; 0 for a tag that is too long for it.
+  u8 elementLength = 0;
+  /// The row's tag between '<' and '>'.
+  char element[24] = {};
 };
 
 /// What a rule asks of the presence of its tags.
@@ -141,7 +156,69 @@ struct AggregateTable {
   /// For a file: whether its headers allow its body to be read, 1 or 0. Null for a class that has
   /// no headers.
   u16 (*validateHeaders)(KRDataObj& object) = nullptr;
+  /// What typeid gives for an object of exactly this class, and which operations the class leaves
+  /// to its table: see PlainOperations.
+  const std::type_info* type = nullptr;
+  u8 plain = 0;
 };
+
+/// Accepts an operation that is KRDataObj's own and has this signature: no class below overrides
+/// it.
+template <class Signature>
+void IsInherited(Signature KRDataObj::*);
+
+/// A class that leaves all that a parser asks of an object as KRDataObj has it.
+template <class Class>
+concept TakesTagsByTable = requires {
+  IsInherited<KRParseStatus(KRParser*)>(&Class::SetupForParsing);
+  IsInherited<KRParseStatus(const KRTagDictionaryEntry*)>(&Class::HandleTagStart);
+  IsInherited<KRParseStatus(const KRTagDictionaryEntry*, const KRString&)>(
+      &Class::HandleTagElement);
+  IsInherited<KRParseStatus(const KRTagDictionaryEntry*)>(&Class::HandleTagEnd);
+  IsInherited<KRParseStatus(KRDataObj*, KRTagID)>(&Class::PushAndSetObject);
+  IsInherited<u16(KRArrayOfTags&) const>(&Class::GetArrayOfValidTags);
+  IsInherited<u16(KRTagID) const>(&Class::IsValidTag);
+  IsInherited<u16(u16)>(&Class::SetMsgSetVersion);
+  IsInherited<u16() const>(&Class::GetMsgSetVersion);
+  IsInherited<KRTagID()>(&Class::GetType);
+  IsInherited<void(KRTagID)>(&Class::SetType);
+};
+
+/// A class that leaves all that a builder asks of an object as KRDataObj has it.
+template <class Class>
+concept IsWrittenByTable = requires {
+  IsInherited<KRBuildStatus(KRBuilder*) const>(&Class::Build);
+  IsInherited<KRBuildStatus(KRBuilder*, KRTagID) const>(&Class::BuildObject);
+  IsInherited<u16(KRArrayOfTags&) const>(&Class::GetArrayOfValidTags);
+  IsInherited<u16() const>(&Class::GetMsgSetVersion);
+  IsInherited<KRTagID()>(&Class::GetType);
+};
+
+/// A class that leaves all that the search for missing tags asks of an object as KRDataObj has it.
+template <class Class>
+concept IsCheckedByTable = requires {
+  IsInherited<u16()>(&Class::AllRequiredPresent);
+  IsInherited<u16(KRArrayOfTags&) const>(&Class::GetArrayOfValidTags);
+  IsInherited<u16(KRArrayOfTags&) const>(&Class::GetArrayOfRequiredTags);
+  IsInherited<u16() const>(&Class::GetMsgSetVersion);
+  IsInherited<KRDataObj*(u16) const>(&Class::GetChild);
+  IsInherited<u16() const>(&Class::GetNumberOfChildren);
+};
+
+/// The bits of a table's `plain`.
+inline constexpr u8 kPlainParse = 1;
+inline constexpr u8 kPlainBuild = 2;
+inline constexpr u8 kPlainCheck = 4;
+
+/// A table's `plain`. An object of exactly this class can be filled, written or checked without the
+/// virtual operations, since they would all end in the table; one of a class that a host derived
+/// cannot.
+template <class Class>
+constexpr u8 PlainOperations() {
+  return static_cast<u8>((TakesTagsByTable<Class> ? kPlainParse : 0) |
+                         (IsWrittenByTable<Class> ? kPlainBuild : 0) |
+                         (IsCheckedByTable<Class> ? kPlainCheck : 0));
+}
 
 /// The address of a member: what a row's `member` is made of.
 template <auto Member>
@@ -170,6 +247,12 @@ KRDataObj* CreateBy(KRDataObjFactory& factory) {
 /// memory is exhausted.
 KROFX_API KRDataObj* CreateElement(CreateChild create);
 
+/// Makes the child that a row brings, through the factory in force, and puts it in its place. One
+/// that is there already is warned about and deleted, unless the row is an array.
+/// @param child takes the child.
+/// @return 0; 3 when there is no factory, or no memory.
+KROFX_API KRParseStatus MakeChild(KRDataObj& object, const Row& row, KRTagID tag,
+                                  KRDataObj*& child);
 /// KRDataObj::HandleTagStart over a table.
 KROFX_API KRParseStatus HandleStart(KRDataObj& object, const AggregateTable& table,
                                     const KRTagDictionaryEntry& entry);
@@ -238,6 +321,17 @@ KROFX_API u16 SetSharedChild(KRDataObj& object, ChildSlot& slot, KRDataObj* chil
 /// @return 1; 0, after a KRPW_UNKNOWNTAG warning, when none of them is valid in this version.
 KROFX_API u16 ClearSharedChild(KRDataObj& object, ChildSlot& slot);
 
+/// The class of the value that a member holds: its own, unless it is one of stored_values.h.
+template <class Member>
+struct HeldIn {
+  using Type = Member;
+};
+template <class Member>
+requires requires { typename Member::Value; }
+struct HeldIn<Member> {
+  using Type = Member::Value;
+};
+
 /// What a generated setter of a repeated value does when the array took it or not: notes the tag,
 /// or warns that the value could not be stored.
 KROFX_API u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag);
@@ -285,13 +379,28 @@ class Presence {
   u16 m_version;
 };
 
-/// The table of an object, for code that walks objects without knowing their class.
+/// The inside of an object, for code that fills and walks objects without knowing their class.
 struct ObjectAccess {
   static const AggregateTable* TableOf(const KRDataObj& object) { return object.GetTable(); }
   static bool BitAt(const KRDataObj& object, int position) {
     return object.m_presence.Has(position);
   }
   static void SetBitAt(KRDataObj& object, int position) { object.m_presence.Set(position); }
+  /// The table of an object that leaves `operations`, which are bits of `plain`, to it alone; null
+  /// for any other object.
+  static const AggregateTable* PlainTableOf(const KRDataObj& object, u8 operations) {
+    const AggregateTable* table = object.GetTable();
+    const bool isPlain =
+        table != nullptr && (table->plain & operations) != 0 && table->type == &typeid(object);
+    return isPlain ? table : nullptr;
+  }
+  /// What the virtual operations give and take, for an object of a plain class.
+  static KRTagID TypeOf(const KRDataObj& object) { return object.m_type; }
+  static const PresenceBits& PresenceOf(const KRDataObj& object) { return object.m_presence; }
+  static u16 VersionOf(const KRDataObj& object) { return object.m_version; }
+  static void SetType(KRDataObj& object, KRTagID tag) { object.m_type = tag; }
+  static void SetVersion(KRDataObj& object, u16 version) { object.m_version = version; }
+  static void SetParser(KRDataObj& object, KRParser* parser) { object.m_parser = parser; }
 };
 
 /// The type of an object: GetType, which is not const in the contract, though it changes nothing.

@@ -5,6 +5,7 @@
 
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace krofx::internal {
 
@@ -17,7 +18,13 @@ T* Make(KRDataObjFactory& factory, u16 version) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return nullptr;
   }
-  object->SetMsgSetVersion(version != 0 ? version : factory.GetVersion());
+  const u16 given = version != 0 ? version : factory.GetVersion();
+  if constexpr (TakesTagsByTable<T>) {
+    // It has no children yet to which the version would have to be passed.
+    ObjectAccess::SetVersion(*object, given);
+  } else {
+    object->SetMsgSetVersion(given);
+  }
   return object;
 }
 

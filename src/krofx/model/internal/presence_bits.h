@@ -3,6 +3,8 @@
 #ifndef KROFX_MODEL_INTERNAL_PRESENCE_BITS_H_
 #define KROFX_MODEL_INTERNAL_PRESENCE_BITS_H_
 
+#include <bit>
+
 #include "krofx/core/types.h"
 
 namespace krofx::internal {
@@ -22,11 +24,37 @@ class PresenceBits {
   /// Clears the bit at a position.
   constexpr void Clear(int position) { m_words[WordOf(position)] &= ~Bit(position); }
 
+  /// Whether all bits that are set in `other` are set here.
+  constexpr bool Contains(const PresenceBits& other) const {
+    u32 missing = 0;
+    for (int word = 0; word < kWords; ++word) missing |= other.m_words[word] & ~m_words[word];
+    return missing == 0;
+  }
+  /// The number of bits that are set both here and in `other`.
+  constexpr int CountCommon(const PresenceBits& other) const {
+    // There are few, so counting them one by one beats a general count of bits.
+    int count = 0;
+    for (int word = 0; word < kWords; ++word) {
+      for (u32 bits = m_words[word] & other.m_words[word]; bits != 0; bits &= bits - 1) ++count;
+    }
+    return count;
+  }
+  /// The first position from `position` on whose bit is set; kCount when there is none.
+  constexpr int NextFrom(int position) const {
+    while (position < kCount) {
+      const u32 bits = m_words[WordOf(position)] >> (position % 32);
+      if (bits != 0) return position + std::countr_zero(bits);
+      position = (WordOf(position) + 1) * 32;
+    }
+    return kCount;
+  }
+
  private:
+  static constexpr int kWords = kCount / 32;
   static constexpr int WordOf(int position) { return position / 32; }
   static constexpr u32 Bit(int position) { return 1u << (position % 32); }
 
-  u32 m_words[kCount / 32] = {};
+  u32 m_words[kWords] = {};
 };
 
 }  // namespace krofx::internal

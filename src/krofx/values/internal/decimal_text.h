@@ -8,6 +8,8 @@
 
 #include "krofx/core/types.h"
 
+#include "krofx/values/internal/digits.h"
+
 namespace krofx::internal {
 
 // A compiler extension, which the pedantic warnings let pass when it is marked as one.
@@ -58,7 +60,15 @@ constexpr char* WriteDigitsBefore(char* end, u128 magnitude) noexcept {
   } else {
     rest = static_cast<std::uint64_t>(magnitude);
   }
-  for (; rest != 0; rest /= 10) *--end = static_cast<char>('0' + rest % 10);
+  // Divisions of 32 bits are the quick ones, and enough for most amounts.
+  for (; rest > 0xffffffff; rest /= 10) *--end = static_cast<char>('0' + rest % 10);
+  auto low = static_cast<std::uint32_t>(rest);
+  for (; low >= 100; low /= 100) {
+    char const* const pair = kDigitPairs[low % 100];
+    *--end = pair[1];
+    *--end = pair[0];
+  }
+  for (; low != 0; low /= 10) *--end = static_cast<char>('0' + low % 10);
   return end;
 }
 

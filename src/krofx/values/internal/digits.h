@@ -3,7 +3,10 @@
 #ifndef KROFX_VALUES_INTERNAL_DIGITS_H_
 #define KROFX_VALUES_INTERNAL_DIGITS_H_
 
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include "krofx/core/types.h"
 
@@ -35,6 +38,36 @@ constexpr bool ReadDigits(char const* text, std::size_t length, u16& value, s16 
   value = static_cast<u16>(number);
   return true;
 }
+
+/// Reads eight digits at once, as four numbers of two digits.
+/// @return whether all of the eight characters at `text` were digits; `pairs` is left alone if not.
+inline bool ReadDigitPairs(char const* text, u16 (&pairs)[4]) noexcept {
+  constexpr std::uint64_t kZeros = 0x3030303030303030;
+  constexpr std::uint64_t kHighHalves = 0xf0f0f0f0f0f0f0f0;
+  constexpr std::uint64_t kUpToNine = 0x0606060606060606;
+  std::uint64_t word;
+  std::memcpy(&word, text, sizeof word);
+  // The first character is the lowest byte.
+  if constexpr (std::endian::native == std::endian::big) word = __builtin_bswap64(word);
+  if ((word & kHighHalves) != kZeros || ((word + kUpToNine) & kHighHalves) != kZeros) return false;
+  word -= kZeros;
+  word = word * 10 + (word >> 8);
+  for (int i = 0; i < 4; ++i) pairs[i] = static_cast<u16>((word >> (16 * i)) & 0xff);
+  return true;
+}
+
+/// The numbers 0 to 99 in two digits each.
+inline constexpr auto kDigitPairs = [] {
+  struct Pairs {
+    char digits[100][2] = {};
+    constexpr const char* operator[](unsigned value) const { return digits[value]; }
+  } pairs;
+  for (int i = 0; i < 100; ++i) {
+    pairs.digits[i][0] = static_cast<char>('0' + i / 10);
+    pairs.digits[i][1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
 
 /// Writes `value` with at least `width` digits, zeros in front, and gives the place after them. No
 /// terminator is written; `out` has room for 10 characters or `width`, whichever is more.

@@ -1,7 +1,7 @@
 // The character macros of SGML in element text: "&lt;", "&gt;", "&amp;" and "&nbsp;".
 
-#ifndef KROFX_PARSE_SGML_MACROS_H_
-#define KROFX_PARSE_SGML_MACROS_H_
+#ifndef KROFX_PARSE_INTERNAL_SGML_MACROS_H_
+#define KROFX_PARSE_INTERNAL_SGML_MACROS_H_
 
 #include <string_view>
 
@@ -16,4 +16,4 @@ bool ExpandMacros(std::string_view in, KRString& out);
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_SGML_MACROS_H_
+#endif  // KROFX_PARSE_INTERNAL_SGML_MACROS_H_

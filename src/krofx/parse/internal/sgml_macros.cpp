@@ -1,11 +1,11 @@
 // Replaces the character macros, in one pass over the text.
 
-#include "krofx/parse/sgml_macros.h"
+#include "krofx/parse/internal/sgml_macros.h"
 
 #include <cstddef>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/types.h"
-#include "krofx/parse/byte_search.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {

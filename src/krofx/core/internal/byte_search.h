@@ -1,8 +1,8 @@
 // Searches through memory, a block of bytes at a time, for the short stretches that OFX text is
 // made of: the call of a library search costs more than most of them.
 
-#ifndef KROFX_PARSE_BYTE_SEARCH_H_
-#define KROFX_PARSE_BYTE_SEARCH_H_
+#ifndef KROFX_CORE_INTERNAL_BYTE_SEARCH_H_
+#define KROFX_CORE_INTERNAL_BYTE_SEARCH_H_
 
 #include <bit>
 #include <cstddef>
@@ -129,6 +129,17 @@ inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros
   }
 }
 
+/// The first character of [at, end) that has a macro in SGML ('<', '>', '&'), or `end`. Bytes are
+/// read up to a block behind `end`.
+inline const char* FindMacroCharacter(const char* at, const char* end) {
+  for (; at < end; at += ByteBlock::kSize) {
+    const ByteBlock block(at);
+    const int place = (block.Equal('<') | block.Equal('>') | block.Equal('&')).First();
+    if (place != ByteBlock::kSize) return place < end - at ? at + place : end;
+  }
+  return end;
+}
+
 /// Whether a tag's name ends before this character.
 inline bool EndsName(char character) {
   return character == '>' || character == '\0' || IsWhite(character);
@@ -147,4 +158,4 @@ inline const char* FindNameEnd(const char* at, const char* end) {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_BYTE_SEARCH_H_
+#endif  // KROFX_CORE_INTERNAL_BYTE_SEARCH_H_

@@ -1,7 +1,7 @@
 // The state that a parser is in while it parses, from beginning to end.
 
-#ifndef KROFX_PARSE_PARSE_RUN_H_
-#define KROFX_PARSE_PARSE_RUN_H_
+#ifndef KROFX_PARSE_INTERNAL_PARSE_RUN_H_
+#define KROFX_PARSE_INTERNAL_PARSE_RUN_H_
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/parse/engine.h"
@@ -37,4 +37,4 @@ class KRSimpleParser::Run final : private krofx::internal::WarningListener {
   krofx::internal::WarningListener* m_outerListener;
 };
 
-#endif  // KROFX_PARSE_PARSE_RUN_H_
+#endif  // KROFX_PARSE_INTERNAL_PARSE_RUN_H_

@@ -4,21 +4,21 @@
 // is where a general allocator spends most of a parse's time: it looks for neighbours to merge with
 // on every free. Objects up to kMaxPooled bytes therefore come from pools, one for each size class.
 //
-//   A thread takes from and gives to a cache of its own, without a lock. The cache takes all that
-//   is free of one chunk of the class at a time, and spills over to the depot of the class a batch
-//   at a time, under a lock. An object may be destroyed on another thread than the one that made
-//   it; it then feeds that thread's cache.
+//   A chunk is an aligned block for objects of one size, which belongs to the thread that made it.
+//   That thread takes from its chunks and gives back to them without a lock. Pieces of a new chunk
+//   are cut one by one, in the order of addresses, so that no memory is touched before its time. A
+//   chunk whose objects have all come back is returned to the system, but for one that is kept.
 //
-//   A chunk is an aligned block for objects of one size. A new one is cut piece by piece, in the
-//   order of addresses, as objects are made, so that no memory is touched before its time. The
-//   depot holds those of which pieces came back; a chunk whose objects have all come back is
-//   returned to the system, but for one that is kept.
+//   An object may be destroyed on another thread than the one that made it. That
+//   thread uses the piece again or passes it on, with others, through the depot of the size class
+//   to the thread that owns its chunk. The depot also takes over the chunks of a thread that ends,
+//   and hands them to threads that need one.
 //
 // Under the sanitizers AllocateSized (memory.h) passes the pools by, so that they see every use of
 // a destroyed object.
 
-#ifndef KROFX_CORE_OBJECT_POOL_H_
-#define KROFX_CORE_OBJECT_POOL_H_
+#ifndef KROFX_CORE_INTERNAL_OBJECT_POOL_H_
+#define KROFX_CORE_INTERNAL_OBJECT_POOL_H_
 
 #include <cstddef>
 
@@ -37,4 +37,4 @@ KROFX_API void PoolFree(void* object, std::size_t size) noexcept;
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_CORE_OBJECT_POOL_H_
+#endif  // KROFX_CORE_INTERNAL_OBJECT_POOL_H_

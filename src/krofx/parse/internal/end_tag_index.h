@@ -5,8 +5,8 @@
 // each. So the first scan that ends in vain lists all end tags behind it, sorted by name, and each
 // later start tag asks the list first.
 
-#ifndef KROFX_PARSE_END_TAG_INDEX_H_
-#define KROFX_PARSE_END_TAG_INDEX_H_
+#ifndef KROFX_PARSE_INTERNAL_END_TAG_INDEX_H_
+#define KROFX_PARSE_INTERNAL_END_TAG_INDEX_H_
 
 #include <algorithm>
 #include <cstddef>
@@ -94,4 +94,4 @@ class KROFX_API EndTagIndex {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_END_TAG_INDEX_H_
+#endif  // KROFX_PARSE_INTERNAL_END_TAG_INDEX_H_

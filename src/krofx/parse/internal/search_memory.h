@@ -6,13 +6,13 @@
 // turns each of them into a scan to the end at every step, which squares the time. Each search here
 // answers from what the last one found where that settles the question, with the same result.
 
-#ifndef KROFX_PARSE_SEARCH_MEMORY_H_
-#define KROFX_PARSE_SEARCH_MEMORY_H_
+#ifndef KROFX_PARSE_INTERNAL_SEARCH_MEMORY_H_
+#define KROFX_PARSE_INTERNAL_SEARCH_MEMORY_H_
 
 #include <limits>
 
 #include "krofx/core/types.h"
-#include "krofx/parse/end_tag_index.h"
+#include "krofx/parse/internal/end_tag_index.h"
 
 namespace krofx::internal {
 
@@ -62,4 +62,4 @@ struct SearchMemory {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_SEARCH_MEMORY_H_
+#endif  // KROFX_PARSE_INTERNAL_SEARCH_MEMORY_H_

@@ -1,6 +1,6 @@
 // Searching memory block by block finds what searching it byte by byte finds.
 
-#include "krofx/parse/byte_search.h"
+#include "krofx/core/internal/byte_search.h"
 
 #include <gtest/gtest.h>
 

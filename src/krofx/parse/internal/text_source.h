@@ -5,8 +5,8 @@
 // end, and a search stops at the first NUL. A position is 32 bits with sign, so the last one counts
 // as the end of the text, however much there is.
 
-#ifndef KROFX_PARSE_TEXT_SOURCE_H_
-#define KROFX_PARSE_TEXT_SOURCE_H_
+#ifndef KROFX_PARSE_INTERNAL_TEXT_SOURCE_H_
+#define KROFX_PARSE_INTERNAL_TEXT_SOURCE_H_
 
 #include <algorithm>
 #include <cstddef>
@@ -14,11 +14,11 @@
 #include <string_view>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/internal/wipe.h"
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
-#include "krofx/parse/byte_search.h"
-#include "krofx/parse/search_memory.h"
+#include "krofx/parse/internal/search_memory.h"
 
 namespace krofx::internal {
 
@@ -143,4 +143,4 @@ auto WithText(KRBuffer& buffer, SearchMemory& searches, Use use) {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_TEXT_SOURCE_H_
+#endif  // KROFX_PARSE_INTERNAL_TEXT_SOURCE_H_

@@ -1,6 +1,6 @@
 // The growing list behind EndTagIndex.
 
-#include "krofx/parse/end_tag_index.h"
+#include "krofx/parse/internal/end_tag_index.h"
 
 namespace krofx::internal {
 

@@ -8,15 +8,15 @@
 // section behind it. Whatever else stands there is left to the scanner of items, which knows all
 // rules; the two answer alike where both answer.
 
-#ifndef KROFX_PARSE_COMMON_TAG_H_
-#define KROFX_PARSE_COMMON_TAG_H_
+#ifndef KROFX_PARSE_INTERNAL_COMMON_TAG_H_
+#define KROFX_PARSE_INTERNAL_COMMON_TAG_H_
 
 #include <cstddef>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/types.h"
-#include "krofx/parse/byte_search.h"
-#include "krofx/parse/tag_memo.h"
-#include "krofx/parse/text_source.h"
+#include "krofx/parse/internal/tag_key.h"
+#include "krofx/parse/internal/text_source.h"
 
 namespace krofx::internal {
 
@@ -37,8 +37,7 @@ struct CommonTag {
 /// @return the dictionary's entry of its name; null when it has none of the common shapes or the
 ///         dictionary does not know it.
 inline const KRTagDictionaryEntry* ReadCommonTag(const PlainText& text, s32 position,
-                                                 TagDictionary& dictionary, TagMemo& memo,
-                                                 CommonTag& tag) {
+                                                 TagDictionary& dictionary, CommonTag& tag) {
   const char* const bytes = text.Bytes();
   const char* const end = bytes + text.Size();
   // Room for the shortest tag and what must be looked at behind it.
@@ -51,7 +50,7 @@ inline const KRTagDictionaryEntry* ReadCommonTag(const PlainText& text, s32 posi
   tag.isEnd = *at == '/';
   if (tag.isEnd) ++at;
   tag.name = static_cast<s32>(at - bytes);
-  const KRTagDictionaryEntry* entry = memo.Find(dictionary, at, end, tag.nameLength);
+  const KRTagDictionaryEntry* entry = LookUpName(dictionary, at, end, tag.nameLength);
   if (entry == nullptr) return nullptr;
   at += tag.nameLength + 1;
   tag.behindTag = static_cast<s32>(at - bytes);
@@ -80,4 +79,4 @@ inline const KRTagDictionaryEntry* ReadCommonTag(const PlainText& text, s32 posi
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_COMMON_TAG_H_
+#endif  // KROFX_PARSE_INTERNAL_COMMON_TAG_H_

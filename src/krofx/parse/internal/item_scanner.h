@@ -10,17 +10,17 @@
 // What is malformed is still an item: a CDATA section or comment without its end is a start tag
 // with an odd name, which the dictionary does not know.
 
-#ifndef KROFX_PARSE_ITEM_SCANNER_H_
-#define KROFX_PARSE_ITEM_SCANNER_H_
+#ifndef KROFX_PARSE_INTERNAL_ITEM_SCANNER_H_
+#define KROFX_PARSE_INTERNAL_ITEM_SCANNER_H_
 
 #include <algorithm>
 #include <array>
 #include <string_view>
 
 #include "krofx/core/types.h"
-#include "krofx/parse/end_tag_index.h"
 #include "krofx/parse/engine.h"
-#include "krofx/parse/text_source.h"
+#include "krofx/parse/internal/end_tag_index.h"
+#include "krofx/parse/internal/text_source.h"
 
 namespace krofx::internal {
 
@@ -183,4 +183,4 @@ bool ReadTagItem(const Text& text, KRTagItemInfo& item, s32& noCDATAEndFrom) {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_PARSE_ITEM_SCANNER_H_
+#endif  // KROFX_PARSE_INTERNAL_ITEM_SCANNER_H_

@@ -1,0 +1,54 @@
+// What must be present in the objects of a class, as bits of their presence sets.
+//
+// A tree of tens of thousands of objects has a dozen classes. The search for missing tags works out
+// once for each of these, and for each version, which bits its table of required tags and its rules
+// are about, and then compares bits.
+
+#ifndef KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_
+#define KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_
+
+#include <cstddef>
+
+#include "krofx/core/types.h"
+#include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/presence_bits.h"
+
+namespace krofx::internal {
+
+/// Whether a rule holds for an object that has `conditions` of the rule's condition tags and
+/// `present` of its tags.
+bool RuleHolds(const Rule& rule, int conditions, int present);
+
+/// The answers of KRDataObj::AllRequiredPresent for objects that are checked by their table.
+class RequiredBits {
+ public:
+  /// Whether everything required is present in an object of which `table` is the plain table.
+  bool AllPresentIn(const KRDataObj& object, const AggregateTable& table);
+
+ private:
+  static constexpr std::size_t kPlaces = 8;
+  // Most classes have one rule or two; those with more are asked the ordinary way.
+  static constexpr std::size_t kMostRules = 4;
+
+  struct RuleBits {
+    PresenceBits tags;
+    PresenceBits condition;
+  };
+  struct Place {
+    const AggregateTable* table = nullptr;
+    u16 version = 0;
+    // A required tag is not valid in the version, or the version is unknown.
+    bool isNever = false;
+    PresenceBits required;
+    RuleBits rules[kMostRules];
+  };
+
+  static void Fill(Place& place, const AggregateTable& table, u16 version);
+  static bool RulesHoldIn(const Place& place, const KRDataObj& object);
+
+  Place m_places[kPlaces];
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_

@@ -1,0 +1,181 @@
+// The loop from text to members.
+
+#include "krofx/parse/internal/plain_feed.h"
+
+#include "krofx/core/internal/byte_search.h"
+#include "krofx/model/parser.h"
+#include "krofx/parse/engine.h"
+#include "krofx/parse/internal/sgml_macros.h"
+#include "krofx/parse/internal/text_source.h"
+
+namespace krofx::internal {
+
+bool RowMemo::Remember(TagDictionary& dictionary, KRDataObj& object, const AggregateTable* table,
+                       const char* text, const char* end, KnownTag& place) {
+  KnownTag tag;
+  tag.isEnd = *text == '/';
+  const char* const name = tag.isEnd ? text + 1 : text;
+  u16 nameLength = 0;
+  tag.entry = LookUpName(dictionary, name, end, nameLength);
+  if (tag.entry == nullptr) return false;
+  tag.table = table;
+  if (!tag.isEnd) {
+    // A password must leave no trace, which the ordinary way takes care of.
+    if (table->valid.index == nullptr || IsSecret(tag.entry->tagID)) return false;
+    const int position = table->valid.index->Find(tag.entry->tagID);
+    if (position < 0) return false;
+    const Row& row = table->rows[position];
+    if (row.create == nullptr && (row.value == nullptr || row.value->fromCommonText == nullptr)) {
+      return false;
+    }
+    tag.versions = table->valid.table[position].versions;
+    tag.position = static_cast<u8>(position);
+    tag.offset = static_cast<char*>(row.member(object)) - reinterpret_cast<char*>(&object);
+  }
+  tag.length = static_cast<u8>(name - text + nameLength);
+  tag.key = TagKey(text, tag.length + 1);
+  tag.keep = TagKey::Keep(tag.length + 1);
+  place = tag;
+  return true;
+}
+
+bool PlainFeed::FindTarget(Target& target) const {
+  target.object = m_parser.m_current;
+  if (target.object == nullptr) return false;
+  target.table = ObjectAccess::PlainTableOf(*target.object, kPlainParse);
+  if (target.table == nullptr) return false;
+  target.version = ObjectAccess::VersionOf(*target.object);
+  // A host may have put a table of its own in force.
+  const KRArrayOfTags& inForce = m_parser.m_validTags;
+  return inForce.table == target.table->valid.table && inForce.count == target.table->valid.count;
+}
+
+// What KRDataObj::PushAndSetObject and KRParser::PushObject do, the latter with room on the stack.
+void PlainFeed::Push(const Target& target, KRDataObj& child) {
+  if (target.version != 0) ObjectAccess::SetVersion(child, target.version);
+  m_parser.m_stack[m_parser.m_depth++] = {target.object, m_parser.m_validTags};
+  m_parser.m_current = &child;
+  ObjectAccess::SetParser(child, &m_parser);
+}
+
+KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag) {
+  KRDataObj* child = nullptr;
+  const KRTagID id = tag.entry->tagID;
+  const KRParseStatus status = MakeChild(*target.object, tag.RowOf(), id, child);
+  if (status != KRParseStatus_Accepted) return status;
+  const AggregateTable* table = ObjectAccess::PlainTableOf(*child, kPlainParse);
+  if (table == nullptr || m_parser.m_depth >= KRParser::kMaxDepth) {
+    return target.object->PushAndSetObject(child, id);
+  }
+  ObjectAccess::SetType(*child, id);
+  ObjectAccess::SetBitAt(*target.object, tag.position);
+  Push(target, *child);
+  m_parser.m_validTags = table->valid;
+  target = {child, table, ObjectAccess::VersionOf(*child)};
+  return KRParseStatus_Accepted;
+}
+
+KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore) {
+  // The longest stretch that is read without a look at the end of the text.
+  constexpr std::ptrdiff_t kMargin = TagKey::kBytes + 8;
+  Target target;
+  if (m_engine.m_nextItem.type != KrTagItemType_None || m_engine.m_dictionary == nullptr ||
+      !FindTarget(target)) {
+    return KRParseStatus_Accepted;
+  }
+  const PlainText text(*m_engine.m_buffer);
+  const char* const bytes = text.Bytes();
+  const char* const end = bytes + text.Size();
+  if (text.Size() - std::ptrdiff_t{m_engine.m_currentItem.end} < kMargin) {
+    return KRParseStatus_Accepted;
+  }
+  const char* const limit = end - kMargin;
+  TagDictionary& dictionary = *m_engine.m_dictionary;
+
+  const char* next = bytes + m_engine.m_currentItem.end;
+  const KRTagDictionaryEntry* lastEntry = nullptr;
+  const char* lastName = nullptr;
+  std::string_view lastValue;
+  KRParseStatus status = KRParseStatus_Accepted;
+  KnownTag none;
+  KnownTag* last = &none;
+  const auto advance = [&](KnownTag* tag, const char* name, const char* to) {
+    last->next = tag;
+    last = tag;
+    lastEntry = tag->entry;
+    lastName = name;
+    next = to;
+  };
+  const auto commit = [&] {
+    m_engine.m_currentItem.end = static_cast<s32>(next - bytes);
+    m_engine.m_itemPosition = static_cast<s32>(lastName - bytes);
+  };
+
+  for (;;) {
+    const char* at = next;
+    while (at < limit && IsWhite(*at)) ++at;
+    if (at >= limit || *at != '<') break;
+    const char* const name = ++at;
+    KnownTag* tag = last->next;
+    if (tag == nullptr || tag->table != target.table || !tag->IsAt(at)) {
+      tag = m_memo.Find(dictionary, *target.object, target.table, at, end);
+      if (tag == nullptr) break;
+    }
+    at += tag->length + 1;
+
+    if (tag->isEnd) {
+      const KRTagID id = tag->entry->tagID;
+      const bool closesElement = id == elementBefore;
+      if (!closesElement && (id != ObjectAccess::TypeOf(*target.object) || id == KRTag_OFX)) break;
+      elementBefore = KRTag_None;
+      advance(tag, name + 1, at);
+      if (closesElement) continue;
+      commit();
+      m_parser.KRParser::PopObject();
+      if (!FindTarget(target)) break;
+      continue;
+    }
+
+    if ((tag->versions & target.version) == 0) break;
+    const Row& row = tag->RowOf();
+    const char* const behindTag = at;
+    while (at < limit && IsWhite(*at)) ++at;
+    if (at >= limit) break;
+    if (*at == '<') {
+      // A section or a comment decides differently, and white space may hide either.
+      if (at[1] == '!' || IsWhite(at[1]) || row.create == nullptr) break;
+      elementBefore = KRTag_None;
+      advance(tag, name, behindTag);
+      commit();
+      status = Start(target, *tag);
+      if (status != KRParseStatus_Accepted || m_parser.m_current != target.object) break;
+      continue;
+    }
+
+    if (row.value == nullptr) break;
+    bool hasMacros = false;
+    const char* const stop = FindValueEnd(at, end, hasMacros);
+    if (stop == end || *stop == '\0') break;
+    const char* behind = stop;
+    while (IsWhite(behind[-1])) --behind;
+    std::string_view view(at, static_cast<std::size_t>(behind - at));
+    if (view.size() > KRString::kMaxLength) break;
+    if (hasMacros) {
+      if (!ExpandMacros(view, value)) break;
+      view = std::string_view(value, value.GetStrLength());
+    }
+    void* const member = reinterpret_cast<char*>(target.object) + tag->offset;
+    if (!row.value->fromCommonText(member, view.data(), view.size())) break;
+    ObjectAccess::SetBitAt(*target.object, tag->position);
+    elementBefore = tag->entry->tagID;
+    advance(tag, name, stop);
+    lastValue = hasMacros ? std::string_view() : view;
+  }
+  if (lastEntry == nullptr) return status;
+  entry = *lastEntry;
+  if (!lastValue.empty()) value.Assign(lastValue.data(), static_cast<u16>(lastValue.size()));
+  commit();
+  return status;
+}
+
+}  // namespace krofx::internal

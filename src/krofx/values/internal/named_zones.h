@@ -1,0 +1,36 @@
+// The names that go with the time zones of North America, by which a wrong one is noticed.
+
+#ifndef KROFX_VALUES_INTERNAL_NAMED_ZONES_H_
+#define KROFX_VALUES_INTERNAL_NAMED_ZONES_H_
+
+#include <string_view>
+
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// Whether a zone name, which is not empty, may go with an offset of whole hours. Offsets without
+/// known names take any.
+inline bool IsNameOfOffset(std::string_view name, s16 offset) noexcept {
+  constexpr s16 kFirst = -4;
+  // Standard time, and daylight time of the zone next to the west; westwards, hour by hour.
+  struct Names {
+    std::string_view standard;
+    std::string_view daylight;
+  };
+  constexpr Names kNames[] = {
+      {"AST", "EDT"}, {"EST", "CDT"}, {"CST", "MDT"}, {"MST", "PDT"}, {"PST", "YDT"},
+  };
+  constexpr s16 kLast = kFirst - static_cast<s16>(sizeof kNames / sizeof kNames[0]) + 1;
+  if (offset > kFirst || offset < kLast) return true;
+  Names const& known = kNames[kFirst - offset];
+  // The comparison of a known length takes no call.
+  const auto is = [name](std::string_view other) {
+    return name.size() == 3 && name[0] == other[0] && name[1] == other[1] && name[2] == other[2];
+  };
+  return is(known.standard) || is(known.daylight);
+}
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_NAMED_ZONES_H_

@@ -1,0 +1,99 @@
+// Reading and writing of plain dates.
+
+#include "krofx/values/internal/plain_date.h"
+
+#include <cstring>
+
+#include "krofx/values/internal/calendar.h"
+#include "krofx/values/internal/date_writing.h"
+#include "krofx/values/internal/digits.h"
+#include "krofx/values/internal/named_zones.h"
+
+namespace krofx::internal {
+
+namespace {
+
+constexpr int kMostHours = 12;
+
+// Reads "[-5:EST]" or "[-5]", with a name that goes with the offset.
+bool ReadCommonZone(char const* zone, std::size_t length, PlainDate& out) noexcept {
+  if (length < 3 || *zone != '[') return false;
+  char const* at = zone + 1;
+  char const* const end = zone + length - 1;
+  if (*end != ']') return false;
+  bool const negative = *at == '-';
+  if (negative || *at == '+') ++at;
+  if (!IsDigit(*at)) return false;
+  int hours = *at++ - '0';
+  if (IsDigit(*at)) hours = hours * 10 + (*at++ - '0');
+  if (hours > kMostHours) return false;
+  if (negative) hours = -hours;
+  out.gmtOffset = static_cast<std::int8_t>(hours);
+  if (at == end) return true;
+
+  static_assert(PlainDate::kZoneSize == 3);
+  if (*at++ != ':' || end - at != 3) return false;
+  if (at[0] == ']' || at[1] == ']' || at[2] == ']') return false;
+  std::memcpy(out.zone, at, 3);
+  return IsNameOfOffset({at, PlainDate::kZoneSize}, static_cast<s16>(hours));
+}
+
+}  // namespace
+
+bool ReadCommonDate(char const* text, std::size_t length, PlainDate& out) noexcept {
+  constexpr std::size_t kDateEnd = 8;
+  constexpr std::size_t kClockEnd = 14;
+  constexpr std::size_t kMillisecondsEnd = 18;
+  u16 digits[4];
+  if (length < kDateEnd || !ReadDigitPairs(text, digits)) return false;
+  PlainDate date;
+  date.year = static_cast<u16>(digits[0] * 100 + digits[1]);
+  date.month = static_cast<std::uint8_t>(digits[2]);
+  date.day = static_cast<std::uint8_t>(digits[3]);
+  if (date.day == 0 || date.day > DaysInMonth(date.month, date.year)) return false;
+  if (length == kDateEnd) {
+    out = date;
+    return true;
+  }
+
+  // The day once more, and the clock.
+  if (length < kClockEnd || !ReadDigitPairs(text + kDateEnd - 2, digits)) return false;
+  if (digits[1] > 23 || digits[2] > 59 || digits[3] > 59) return false;
+  date.hour = static_cast<std::uint8_t>(digits[1]);
+  date.minute = static_cast<std::uint8_t>(digits[2]);
+  date.second = static_cast<std::uint8_t>(digits[3]);
+  std::size_t at = kClockEnd;
+  if (length >= kMillisecondsEnd && text[at] == '.') {
+    char const* const digit = text + at + 1;
+    if (!IsDigit(digit[0]) || !IsDigit(digit[1]) || !IsDigit(digit[2])) return false;
+    date.millisecond =
+        static_cast<u16>((digit[0] - '0') * 100 + (digit[1] - '0') * 10 + digit[2] - '0');
+    at = kMillisecondsEnd;
+  }
+  if (at != length && !ReadCommonZone(text + at, length - at, date)) return false;
+  out = date;
+  return true;
+}
+
+char* WriteDate(PlainDate const& date, char* out) noexcept {
+  bool const isDate = date.day != 0 && date.day <= DaysInMonth(date.month, date.year);
+  bool const isTime = date.hour <= 23 && date.minute <= 59 && date.second <= 59 &&
+                      date.millisecond <= 999 && std::abs(int{date.gmtOffset}) <= kMostHours &&
+                      std::abs(int{date.gmtOffsetFraction}) <= 99;
+  if (!isDate || !isTime) return nullptr;
+  bool hasZone = false;
+  char* to = WriteDateHead({date.year, date.month, date.day, date.hour, date.minute, date.second,
+                            date.millisecond, date.gmtOffset, date.gmtOffsetFraction},
+                           out, hasZone);
+  if (!hasZone) return to;
+  if (date.zone[0] != '\0') {
+    *to++ = ':';
+    for (std::size_t i = 0; i < PlainDate::kZoneSize && date.zone[i] != '\0'; ++i) {
+      *to++ = date.zone[i];
+    }
+  }
+  *to++ = ']';
+  return to;
+}
+
+}  // namespace krofx::internal

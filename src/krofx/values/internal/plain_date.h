@@ -1,0 +1,50 @@
+// Dates as plain data: sixteen bytes for what a date of OFX text holds, for the members of
+// aggregates, of which a statement has tens of thousands.
+
+#ifndef KROFX_VALUES_INTERNAL_PLAIN_DATE_H_
+#define KROFX_VALUES_INTERNAL_PLAIN_DATE_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "krofx/core/export.h"
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// The fields of a date and time with its zone. All zero is no date.
+struct PlainDate {
+  /// The longest text of such a date.
+  static constexpr std::size_t kTextSize = 40;
+  /// Characters of a zone name, at most.
+  static constexpr std::size_t kZoneSize = 3;
+
+  u16 year = 0;
+  std::uint8_t month = 0;
+  std::uint8_t day = 0;
+  std::uint8_t hour = 0;
+  std::uint8_t minute = 0;
+  std::uint8_t second = 0;
+  std::int8_t gmtOffset = 0;          ///< Whole hours by which the zone is ahead of GMT.
+  std::int8_t gmtOffsetFraction = 0;  ///< Hundredths of an hour to add to it.
+  char zone[kZoneSize] = {};          ///< Zero behind a shorter name.
+  u16 millisecond = 0;
+  u16 extra = 0;  ///< For whoever stores the date.
+};
+static_assert(sizeof(PlainDate) == 16);
+
+/// Reads a date of a form that nearly all have: YYYYMMDD, alone or with HHMMSS behind it, that with
+/// .XXX, and either of these with a zone "[-5:EST]" in whole hours.
+/// @return false, with `out` unchanged, for a text of any other form and for one that
+///         KRDateTime::Parse would warn about.
+KROFX_API bool ReadCommonDate(char const* text, std::size_t length, PlainDate& out) noexcept;
+
+/// Writes the text of a valid date without a terminator, as KRDateTimeBase::GetDateString describes
+/// it.
+/// @param out room for PlainDate::kTextSize characters.
+/// @return the end of the text; null, with nothing written, for a date or time that is not valid.
+KROFX_API char* WriteDate(PlainDate const& date, char* out) noexcept;
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_PLAIN_DATE_H_

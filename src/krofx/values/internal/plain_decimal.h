@@ -1,0 +1,36 @@
+// Exact decimals as plain data: what a number holds without what its class adds, for the members of
+// aggregates, of which a statement has tens of thousands.
+
+#ifndef KROFX_VALUES_INTERNAL_PLAIN_DECIMAL_H_
+#define KROFX_VALUES_INTERNAL_PLAIN_DECIMAL_H_
+
+#include <cstddef>
+#include <cstdint>
+
+#include "krofx/core/export.h"
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// sign x (low + middle x 2^32 + high x 2^64) / 10^decimals.
+struct PlainDecimal {
+  u32 low = 0;
+  u32 middle = 0;
+  u32 high = 0;
+  s16 sign = 1;
+  u16 decimals = 0;
+};
+
+/// Reads a number of the form that nearly all have: a minus sign or none, up to 18 digits, and a
+/// point among them or none.
+/// @return false, with `out` unchanged, for a text of any other form.
+KROFX_API bool ReadCommonDecimal(char const* text, std::size_t length, PlainDecimal& out) noexcept;
+
+/// Writes the text of a number without a terminator, as KRPrecisionInteger::WriteText describes it.
+/// @param out room for KRPrecisionInteger::kTextSize characters.
+/// @return the end of the text.
+KROFX_API char* WriteDecimal(PlainDecimal const& number, char* out) noexcept;
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_PLAIN_DECIMAL_H_
