@@ -2,10 +2,12 @@
 
 #include "support/tls_server.h"
 
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <signal.h>
 #include <strings.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -97,6 +99,12 @@ void ServerConnection::Write(std::string const& bytes) {
             : send(m_socket, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
     if (count <= 0) return;
     done += static_cast<std::size_t>(count);
+  }
+}
+
+void ServerConnection::WaitUntilTaken() {
+  for (int left = 1; m_socket >= 0 && ioctl(m_socket, SIOCOUTQ, &left) == 0 && left > 0;) {
+    std::this_thread::yield();
   }
 }
 

@@ -26,6 +26,8 @@ class ServerConnection {
   /// Reads what comes next, empty at the end.
   std::string ReadSome();
   void Write(std::string const& bytes);
+  /// Waits until the client's side has received all that was written.
+  void WaitUntilTaken();
   /// Waits until the client is gone, or the server stops.
   void WaitForClient();
   /// Breaks the connection: without a TLS closure, and with a reset instead of an orderly end.

@@ -1,6 +1,7 @@
 // Requests over the manager that they get by default: from the real condition, on loopback, to the
 // KRNetStatus that names it.
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -332,6 +333,46 @@ TEST_F(CurlRequests, DoNotFollowRedirects) {
   EXPECT_EQ(StatusOf(HttpReply("301 Moved", "", "Location: " + other.Url() + "\r\n")),
             KRNetStatus_Other);
   EXPECT_EQ(other.Accepted(), 0);
+}
+
+// Counts events of a host that always has one.
+class BusyHost : public VYNWaitPlatform {
+ public:
+  VYNEventResult HandleOneEvent() override {
+    ++events;
+    return VYNEventResult_Handled;
+  }
+  void Pause(u32 milliseconds, VYNConnectionManager& manager) override {
+    manager.VCWork(milliseconds);
+  }
+  long events = 0;
+};
+
+TEST_F(CurlRequests, HandleOneEventInATenthOfASecondHoweverManyPiecesAReplyComesIn) {
+  TlsServer server({.script =
+                        [](ServerConnection& connection) {
+                          connection.ReadRequest();
+                          connection.Write("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n");
+                          for (int i = 0; i < 200; ++i) {
+                            connection.Write("1\r\nx\r\n");
+                            connection.WaitUntilTaken();
+                          }
+                          connection.Write("0\r\n\r\n");
+                        },
+                    .chain = {}});
+  BusyHost host;
+  VYNNetAccess access(&m_manager, &host);
+  access.SetTempFilePath(m_folder.c_str());
+  ASSERT_EQ(access.InitConnection(), KRNetStatus_Success);
+  KRNetRequest* const request = access.NewNetRequest();
+  auto const start = std::chrono::steady_clock::now();
+  EXPECT_EQ(request->Get(server.Url().c_str()), KRNetStatus_Success);
+  auto const tenths = std::chrono::duration_cast<std::chrono::milliseconds>(
+                          std::chrono::steady_clock::now() - start)
+                          .count() /
+                      100;
+  EXPECT_LE(host.events, tenths + 1);
+  access.DeleteNetRequest(request);
 }
 
 TEST_F(CurlRequests, AreAbortedByTheHostsEventCode) {

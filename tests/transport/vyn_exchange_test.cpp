@@ -227,6 +227,80 @@ TEST_F(VYNExchangeTest, KeepsTheReplyBeforeWhenTheNextExchangeIsNotStarted) {
   EXPECT_EQ(Content(target), "reply");
 }
 
+TEST_F(VYNExchangeTest, ForgetsTheReplyBeforeOnceTheNextExchangeIsCreated) {
+  std::string const der = RootBytes();
+  for (auto const& refuse : std::vector<std::function<void()>>{
+           [&] { manager.httpCode = 35; }, [&] { manager.httpCode = 0, manager.initiateCode = 36; },
+           [&] { manager.initiateCode = 0, manager.sslCode = 37; },
+           [&] {
+             manager.sslCode = 0;
+             ASSERT_EQ(request->AddTrustedRootBER(der.data(), static_cast<u16>(der.size()), 4000),
+                       1);
+             manager.refusedRoot = 4000;
+             manager.rootCode = 38;
+           }}) {
+    request->SetTimeout(0);
+    EXPECT_EQ(Get("http://bank/"),
+              manager.initiateCode == 0 ? KRNetStatus_Success : KRNetStatus_NotStarted);
+    request->SetTimeout(30);
+    refuse();
+    Get("https://bank/");
+    EXPECT_EQ(ReplySize(), -5);
+    KRBuffer target(0, 0);
+    EXPECT_EQ(request->LoadReply(&target), KRNetStatus_ReplyNotLoaded);
+    EXPECT_EQ(folder.Entries(), 0u);
+  }
+}
+
+TEST_F(VYNExchangeTest, KeepsTheFilesThatAManagerOpensUnderTheNamesOfTheReplyBefore) {
+  // As a manager that opens its files when it creates an exchange, and always under the same names.
+  class SameNames : public ScriptedManager {
+   public:
+    void* VCGetFileRequest(u16* error, void* session, char const* url, char const* tempPath,
+                           VYProgressCallback callback, void* userData) override {
+      m_reply.open(std::string(tempPath) + "same", std::ios::binary);
+      m_callback = callback;
+      m_userData = userData;
+      return ScriptedManager::VCGetFileRequest(error, session, url, tempPath, &Told, this);
+    }
+    std::string text;
+
+   private:
+    static u16 Told(VYCallbackStatus status, void* record) {
+      if (status != kVYFInished) return 0;
+      auto& finished = *static_cast<VYFinishedRecord*>(record);
+      auto& self = *static_cast<SameNames*>(finished.userData);
+      self.m_reply << self.text;
+      self.m_reply.close();
+      finished.userData = self.m_userData;
+      std::snprintf(finished.replyFile, sizeof finished.replyFile, "%s", self.m_replyName.c_str());
+      return self.m_callback(status, record);
+    }
+
+   public:
+    std::string m_replyName;
+
+   private:
+    std::ofstream m_reply;
+    VYProgressCallback m_callback = nullptr;
+    void* m_userData = nullptr;
+  } same;
+  same.m_replyName = folder.Name("same");
+  OpenAccess other(&same, &platform);
+  other.SetTempFilePath(folder.Name("").c_str());
+  request->SetAccess(&other);
+  for (char const* const text : {"first", "the second"}) {
+    same.text = text;
+    ASSERT_EQ(Get("http://bank/"), KRNetStatus_Success);
+    EXPECT_EQ(ReplySize(), static_cast<long>(same.text.size()));
+  }
+  KRBuffer target(0, 0);
+  EXPECT_EQ(request->LoadReply(&target), KRNetStatus_Success);
+  EXPECT_EQ(Content(target), "the second");
+  EXPECT_EQ(folder.Entries(), 0u);
+  request->SetAccess(nullptr);
+}
+
 TEST_F(VYNExchangeTest, SendsNothingForANullBodyOrOneThatLostItsMemory) {
   EXPECT_EQ(request->Send("http://bank/", nullptr), KRNetStatus_NotCreated);
   KRBuffer lost(0, 0);

@@ -204,9 +204,10 @@ class KROFX_API PlainArray {
   u16 UnSet(u16 index) { return m_block.Empty(index) ? 1 : 0; }
   /// Forgets all elements, destroying none, and keeps the memory.
   void Clear() { m_block.Clear(); }
-  /// One step of growth.
-  /// @return 1; 0 when it failed, and then nothing has changed.
-  u16 Reallocate() { return m_block.GrowOneStep() ? 1 : 0; }
+
+ protected:
+  /// One step of growth. When it fails nothing changes but the fire alarm, which is raised.
+  void Reallocate() { m_block.GrowOneStep(); }
 
  private:
   static void Destroy(void* element) { DestroyElement(static_cast<T*>(element)); }

@@ -13,3 +13,5 @@ void VYNConnectionManager::VCWork(u32 milliseconds) {
     // A signal came; the rest of the time is still to pass.
   }
 }
+
+void VYNConnectionManager::VCPaceWork() {}

@@ -154,6 +154,10 @@ class KROFX_API VYNConnectionManager {
   /// their callbacks, and returns as soon as one of them moved. A manager that works on its own
   /// only lets the time pass, which is what the default does.
   virtual void VCWork(u32 milliseconds);
+  /// Says that the next VCWork is a pause between two events of the host's: it is to last for its
+  /// whole time unless an exchange ends, however often one moves, so that no more events are
+  /// handled than time allows. The default does nothing, for a manager whose VCWork always does so.
+  virtual void VCPaceWork();
 };
 
 #endif  // KROFX_TRANSPORT_CONTRACT_CONNECTION_MANAGER_H_

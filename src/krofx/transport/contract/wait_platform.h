@@ -29,7 +29,8 @@ class KROFX_API VYNWaitPlatform {
   /// Takes at most one event of the calling thread, without blocking, and lets the host handle it.
   /// The host's code may call Abort on the request that waits.
   virtual VYNEventResult HandleOneEvent() = 0;
-  /// Pauses for `milliseconds`; it may end earlier, when the exchange has moved.
+  /// Pauses for `milliseconds`; earlier only when the exchange has ended, since at most one event
+  /// is handled between two pauses.
   virtual void Pause(u32 milliseconds, VYNConnectionManager& manager) = 0;
 };
 
@@ -37,7 +38,7 @@ class KROFX_API VYNWaitPlatform {
 using VYNEventSource = VYNEventResult (*)(void* context);
 
 /// The default: events come from a function of the host's, if it gave one, and a pause hands the
-/// thread to the connection manager, so that it ends as soon as the exchange moves.
+/// thread to the connection manager, so that it ends as soon as the exchange does.
 class KROFX_API VYNDefaultWaitPlatform : public VYNWaitPlatform {
  public:
   /// `source` null: there are no events.

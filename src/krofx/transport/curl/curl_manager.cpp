@@ -116,3 +116,7 @@ void VYNCurlManager::VCWork(u32 milliseconds) {
     VYNConnectionManager::VCWork(milliseconds);
   }
 }
+
+void VYNCurlManager::VCPaceWork() {
+  if (m_core != nullptr) m_core->PaceWork();
+}

@@ -103,6 +103,7 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// Returns at once when an exchange has ended since the last call, or was given back. Inside a
   /// certificate callback this does nothing; inside any other it works as usual.
   void VCWork(u32 milliseconds) override;
+  void VCPaceWork() override;
 
  private:
   krofx::internal::CurlCore* m_core;

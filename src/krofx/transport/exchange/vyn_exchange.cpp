@@ -103,11 +103,13 @@ KRNetStatus VYNNetRequest::CarryOut(Exchange const& exchange, ExchangeCall const
       (exchange.body == nullptr || exchange.body->GetBufferPtr() == nullptr)) {
     return KRNetStatus_NotCreated;
   }
+  m_reply.ClearNames();
   u16 code = Create(exchange, *manager);
   if (m_exchange.Handle() == nullptr) {
     LogLine(m_exchange.Log(), kLogImportant, exchange.lines.notCreated, code);
     return KRNetStatus_NotCreated;
   }
+  m_reply.Forget();
   KRNetStatus const status = SetTrust(exchange);
   if (status != KRNetStatus_Success) return status;
   if (m_timeout != 0) {
@@ -120,7 +122,6 @@ KRNetStatus VYNNetRequest::CarryOut(Exchange const& exchange, ExchangeCall const
     }
   }
 
-  m_reply.Forget();
   m_finished = 0;
   m_lastError = 0;
   code = manager->VCInitiate(m_exchange.Session()->Handle(), m_exchange.Handle());

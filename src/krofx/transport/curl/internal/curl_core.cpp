@@ -2,7 +2,9 @@
 
 #include "krofx/transport/curl/internal/curl_core.h"
 
+#include <chrono>
 #include <climits>
+#include <utility>
 
 #include "krofx/core/thread.h"
 #include "krofx/transport/curl/curl_code.h"
@@ -178,15 +180,24 @@ void CurlCore::Release(void* session, void* handle) {
 void CurlCore::Work(u32 milliseconds) {
   Scope const scope(*this);
   if (m_inCurl) return;
-  if (!Turn() && !m_moved && !m_destroyed) {
-    int const wait = milliseconds > INT_MAX ? INT_MAX : static_cast<int>(milliseconds);
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point const end = Clock::now() + std::chrono::milliseconds(milliseconds);
+  bool const paced = std::exchange(m_paced, false);
+  // A callback may work too, and know of an end before this call does.
+  u32 const known = m_knownEnds;
+  bool moved = Turn() && !paced;
+  while (!moved && m_ends == known && !m_destroyed) {
+    auto const left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    if (left <= 0) break;
+    int const wait = left > INT_MAX ? INT_MAX : static_cast<int>(left);
     curl_multi_poll(m_multi, nullptr, 0, wait, nullptr);
     Turn();
+    moved = !paced;
   }
-  m_moved = false;
+  m_knownEnds = m_ends;
 }
 
-// One step of everything; true when somebody was told of something.
+// One step of everything; true when a callback was made.
 bool CurlCore::Turn() {
   int running = 0;
   TakeCertificateRefusal();
@@ -261,7 +272,7 @@ void CurlCore::Finish(CurlExchange& exchange, u16 code) {
 }
 
 void CurlCore::Kill(CurlExchange& exchange) {
-  m_moved = true;
+  ++m_ends;
   exchange.m_state = ExchangeState::Dead;
   Detach(exchange);
 }

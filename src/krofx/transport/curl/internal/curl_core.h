@@ -48,6 +48,7 @@ class CurlCore : public HeapObject {
   u16 Cancel(void* session, void* handle);
   void Release(void* session, void* handle);
   void Work(u32 milliseconds);
+  void PaceWork() { m_paced = true; }
 
  private:
   class Scope;
@@ -77,8 +78,12 @@ class CurlCore : public HeapObject {
   std::uintptr_t m_lastHandle = 0;
   u32 m_depth = 0;
   bool m_inCurl = false;
-  // Whether an exchange ended or was given back since the last Work: nobody waits for a pause then.
-  bool m_moved = false;
+  // How many exchanges have ended or were given back, and how many of them a Work has seen: nobody
+  // waits for a pause to run out after an end.
+  u32 m_ends = 0;
+  u32 m_knownEnds = 0;
+  // Whether the next Work lasts for its whole time unless an exchange ends.
+  bool m_paced = false;
   u32 m_httpStatus = 0;
   bool m_destroyed = false;
 };

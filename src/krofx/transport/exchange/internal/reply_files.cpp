@@ -6,8 +6,6 @@
 
 #include <cstring>
 
-#include "krofx/transport/files/internal/local_file.h"
-
 namespace krofx::internal {
 
 namespace {
@@ -46,14 +44,26 @@ void ReplyFiles::Drop() {
   m_replySize = 0;
 }
 
-void ReplyFiles::Forget() {
-  Drop();
+void ReplyFiles::ClearNames() {
+  if (m_filesLeft && m_replySize != 0) m_unnamed.OpenToRead(m_replyFile);
+  Delete();
   m_replyFile[0] = '\0';
   m_headerFile[0] = '\0';
 }
 
+void ReplyFiles::Forget() {
+  ClearNames();
+  m_unnamed.Close();
+  m_replySize = 0;
+}
+
 bool ReplyFiles::Load(KRBuffer& target) {
-  if (m_replySize == 0 || !AppendLocalFile(m_replyFile, target)) return false;
+  if (m_replySize == 0) return false;
+  if (!m_unnamed.IsOpen() && !m_unnamed.OpenToRead(m_replyFile)) return false;
+  bool const loaded = m_unnamed.AppendTo(target);
+  // Without memory a later call may do better, if the file can still be reached.
+  if (loaded || m_filesLeft) m_unnamed.Close();
+  if (!loaded) return false;
   Delete();
   return target.GetBufferSize() == m_replySize;
 }

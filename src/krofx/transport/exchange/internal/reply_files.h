@@ -9,6 +9,7 @@
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
 #include "krofx/transport/contract/connection_manager.h"
+#include "krofx/transport/files/internal/local_file.h"
 
 namespace krofx::internal {
 
@@ -24,7 +25,10 @@ class KROFX_API ReplyFiles {
   void Take(VYFinishedRecord const& record);
   /// Deletes the files; there is no reply then.
   void Drop();
-  /// Deletes the files and forgets their names, for a new exchange.
+  /// Deletes the files before a new exchange is created, whose files may have the same names. The
+  /// reply can still be loaded until Forget, in case that the exchange cannot be created.
+  void ClearNames();
+  /// Forgets the reply, for a new exchange.
   void Forget();
 
   /// @return bytes of the reply; 0 when there is none.
@@ -53,6 +57,8 @@ class KROFX_API ReplyFiles {
   char m_headerFile[kNameRoom] = {};
   // Whether the files are there to be deleted.
   bool m_filesLeft = false;
+  // The reply itself, once its file has no name any more.
+  LocalFile m_unnamed;
   u32 m_replySize = 0;
   KRBuffer m_savedHeaders;
 };

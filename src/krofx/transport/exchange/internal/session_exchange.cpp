@@ -55,7 +55,9 @@ void SessionExchange::Wait(u16 const* finished) {
   // What `finished` points to may be gone with the request, so the call is asked first.
   while (!call.over && *finished == 0) {
     if (platform.HandleOneEvent() == VYNEventResult_Quit) break;
-    if (!call.over) platform.Pause(kRoundMilliseconds, *manager);
+    if (call.over) break;
+    manager->VCPaceWork();
+    platform.Pause(kRoundMilliseconds, *manager);
   }
   if (isOuter && !own.requestGone) m_call = nullptr;
 }

@@ -68,7 +68,17 @@ bool LocalFile::Open(char const* name, int flags) {
 
 bool LocalFile::OpenToRead(char const* name) { return Open(name, O_RDONLY); }
 
-bool LocalFile::OpenToWrite(char const* name) { return Open(name, O_WRONLY | O_CREAT | O_TRUNC); }
+// A link would lead the text elsewhere, and a file that others may read would show it.
+bool LocalFile::OpenToWrite(char const* name) {
+  if (!Open(name, O_WRONLY | O_CREAT | O_NOFOLLOW)) return false;
+  struct stat facts;
+  if (fstat(m_file, &facts) == 0 && facts.st_nlink == 1 && fchmod(m_file, kOwnerOnly) == 0 &&
+      ftruncate(m_file, 0) == 0) {
+    return true;
+  }
+  Close();
+  return false;
+}
 
 bool LocalFile::Size(u32& size) const {
   struct stat facts;
@@ -87,6 +97,18 @@ u32 LocalFile::Read(char* out, u32 count) {
     done += static_cast<u32>(got);
   }
   return done;
+}
+
+bool LocalFile::AppendTo(KRBuffer& target) {
+  if (m_file < 0) return false;
+  Chunk const chunk;
+  if (chunk.Bytes() == nullptr) return false;
+  for (u16 got = kFileChunk; got == kFileChunk;) {
+    got = static_cast<u16>(Read(chunk.Bytes(), kFileChunk));
+    // A write of nothing would still end the content at the cursor.
+    if (got > 0 && target.Write(chunk.Bytes(), got) != KRBufferOK) break;
+  }
+  return true;
 }
 
 bool LocalFile::Write(char const* bytes, u32 count) {
@@ -121,15 +143,7 @@ void DeleteLocalFile(char const* name) {
 
 bool AppendLocalFile(char const* name, KRBuffer& target) {
   LocalFile file;
-  if (!file.OpenToRead(name)) return false;
-  Chunk const chunk;
-  if (chunk.Bytes() == nullptr) return false;
-  for (u16 got = kFileChunk; got == kFileChunk;) {
-    got = static_cast<u16>(file.Read(chunk.Bytes(), kFileChunk));
-    // A write of nothing would still end the content at the cursor.
-    if (got > 0 && target.Write(chunk.Bytes(), got) != KRBufferOK) break;
-  }
-  return true;
+  return file.OpenToRead(name) && file.AppendTo(target);
 }
 
 bool SaveToLocalFile(char const* name, KRBuffer& source) {

@@ -1,6 +1,6 @@
 // The platform's side of local files: what the transports read replies from and write requests to.
 //
-// Names may stand in the form with a drive and backslashes, in which `file:` URLs come: here a
+// Names may have the form with a drive and backslashes, which comes out of `file:` URLs: here a
 // backslash is a slash. Only regular files are opened, so that no device or pipe can hold a thread.
 
 #ifndef KROFX_TRANSPORT_FILES_INTERNAL_LOCAL_FILE_H_
@@ -29,18 +29,35 @@ class KROFX_API LocalFile {
   LocalFile& operator=(LocalFile const&) = delete;
   ~LocalFile() { Close(); }
 
-  /// Opens a file for binary reading. False when it does not open, is no regular file, or the name
-  /// is null or too long.
+  /// Opens a file for binary reading, in place of the one that is open.
+  /// @return whether it did; false when it does not open, is no regular file, or the name is null
+  /// or
+  ///         too long.
   bool OpenToRead(char const* name);
-  /// Opens a file for binary writing, replacing what was there; a new one is its owner's only.
+  /// Opens a file for binary writing, and empties it. Only its owner can read it: a new one is made
+  /// so, and an existing one loses what others could do with it.
+  /// @return as OpenToRead; false also for a link, symbolic or hard, and for a file of another
+  /// owner.
   bool OpenToWrite(char const* name);
-  /// Gives the offset of the file's end. False when no file is open or the size passes 32 bits.
+  /// @return whether a file is open.
+  bool IsOpen() const { return m_file >= 0; }
+  /// Gives the offset of the file's end.
+  /// @return whether it is known; false when no file is open or the size exceeds 32 bits.
   bool Size(u32& size) const;
-  /// Reads up to `count` bytes and says how many; fewer only at the file's end or on an error.
+  /// Reads up to `count` bytes.
+  /// @return how many; fewer only at the file's end or on an error.
   u32 Read(char* out, u32 count);
-  /// Writes all of `count` bytes; false when the file does not take them.
+  /// Writes what is left to be read of the file at the cursor of `target`, in chunks, until one
+  /// comes back short or the target takes no more, which its size then shows.
+  /// @return true after that; false, with nothing read, when no file is open or there is no memory
+  /// for
+  ///         a chunk.
+  bool AppendTo(KRBuffer& target);
+  /// Writes all of `count` bytes.
+  /// @return whether the file took them.
   bool Write(char const* bytes, u32 count);
-  /// Closes the file; false when what was written may not have arrived. Nothing open is fine.
+  /// Closes the file, if one is open.
+  /// @return false when what was written may not have arrived.
   bool Close();
 
  private:
@@ -49,23 +66,26 @@ class KROFX_API LocalFile {
   int m_file = -1;
 };
 
-/// Gives the size of a file that could be opened for reading; false leaves `size` alone.
+/// Gives the size of a file that could be opened for reading.
+/// @return whether there is one; false leaves `size` alone.
 KROFX_API bool LocalFileSize(char const* name, u32& size);
 
-/// Whether there is a regular file that could be opened for reading.
+/// @return whether there is a regular file that could be opened for reading.
 KROFX_API bool LocalFileExists(char const* name);
 
 /// Removes a file, if there is one; an empty or null name is allowed.
 KROFX_API void DeleteLocalFile(char const* name);
 
-/// Writes a file's content at the cursor of `target`, in chunks, until one comes back short or the
-/// target takes no more, which its size then tells. False, and nothing is written, when the file
-/// does not open or there is no memory for a chunk.
+/// Writes the content of a file at the cursor of `target`.
+/// @return as LocalFile::AppendTo; false also when the file does not open.
 KROFX_API bool AppendLocalFile(char const* name, KRBuffer& target);
 
 /// Writes the whole content of `source` to a file, in chunks, replacing what was there; the cursor
-/// stands at the end then. False when the file does not open, takes no more, the source lost its
-/// data, or there is no memory for a chunk; only the last leaves an old file as it was.
+/// is at the end afterwards.
+/// @return false when the file does not open (see LocalFile::OpenToWrite), takes no more, the
+/// source
+///         lost its data, or there is no memory for a chunk; only the last leaves an old file as it
+///         was.
 KROFX_API bool SaveToLocalFile(char const* name, KRBuffer& source);
 
 }  // namespace krofx::internal
