@@ -139,7 +139,19 @@ std::string HttpReply(std::string const& status, std::string const& body,
 
 TlsServer::TlsServer(ServerPlan plan)
     : m_plan(std::move(plan)), m_context(NewContext(m_plan)), m_listener(ListenOnLoopback(m_port)) {
+  if (m_context != nullptr) {
+    SSL_CTX_set_tlsext_status_cb(m_context, &Staple);
+    SSL_CTX_set_tlsext_status_arg(m_context, &m_plan);
+  }
   m_thread = std::thread([this] { Serve(); });
+}
+
+int TlsServer::Staple(SSL* connection, void* plan) {
+  std::string const& answer = static_cast<ServerPlan*>(plan)->stapled;
+  if (answer.empty()) return SSL_TLSEXT_ERR_NOACK;
+  void* const copy = OPENSSL_memdup(answer.data(), answer.size());
+  SSL_set_tlsext_status_ocsp_resp(connection, copy, static_cast<long>(answer.size()));
+  return SSL_TLSEXT_ERR_OK;
 }
 
 TlsServer::~TlsServer() {

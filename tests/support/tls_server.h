@@ -53,6 +53,8 @@ struct ServerPlan {
   std::vector<TestCertificate> chain;
   /// The newest version of TLS that the server accepts; 0 for any.
   int newestTls = 0;
+  /// An answer on revocation to staple to the handshake, DER; empty for none.
+  std::string stapled = {};
   /// Whether a plain request for a tunnel comes before TLS, as to a proxy; takes what it said.
   std::string* tunnel = nullptr;
 };
@@ -73,6 +75,7 @@ class TlsServer {
 
  private:
   void Serve();
+  static int Staple(SSL* connection, void* plan);
 
   ServerPlan m_plan;
   SSL_CTX* m_context = nullptr;

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "support/failing_allocation.h"
+#include "support/scoped_variable.h"
 #include "transport/curl_probe.h"
 
 namespace {
@@ -157,13 +159,13 @@ TEST_F(CurlHttp, TakesAFolderWithASlashABackslashOrNothingAtItsEnd) {
   }
 }
 
-TEST_F(CurlHttp, TakesTheTemporaryFolderOfTheEnvironmentForAnEmptyOne) {
-  ASSERT_EQ(setenv("TMPDIR", m_folder.c_str(), 1), 0);
+TEST_F(CurlHttp, TakesTheSystemsTemporaryFolderForAnEmptyOneWhateverTheEnvironmentSays) {
+  ScopedVariable const folder("TMPDIR", m_folder);
   TlsServer server(Answer(HttpReply("200 OK", "x")));
   CurlProbe probe(m_manager, m_session, "");
   EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
-  EXPECT_EQ(m_temp.Entries(), 2U);
-  unsetenv("TMPDIR");
+  EXPECT_EQ(m_temp.Entries(), 0U);
+  EXPECT_TRUE(probe.replyFile.starts_with("/tmp/krofx-")) << probe.replyFile;
 }
 
 TEST_F(CurlHttp, RefusesAFolderWhoseFilesHaveTooLongNames) {
@@ -202,12 +204,13 @@ TEST_F(CurlHttp, GivesTheCodeOfEachStatus) {
   };
   constexpr Row kRows[] = {
       {"200 OK", 0},   {"201 A", 1501}, {"202 A", 1502}, {"203 A", 1503}, {"204 A", 1504},
-      {"206 A", 0},    {"299 A", 0},    {"301 A", 1505}, {"302 A", 1506}, {"303 A", 1507},
-      {"304 A", 1508}, {"305 A", 1506}, {"307 A", 1506}, {"308 A", 1505}, {"400 A", 1509},
-      {"401 A", 1510}, {"402 A", 1511}, {"403 A", 1512}, {"404 A", 1513}, {"405 A", 1514},
-      {"406 A", 1515}, {"407 A", 1516}, {"408 A", 1517}, {"409 A", 1509}, {"418 A", 1509},
-      {"429 A", 1509}, {"500 A", 1518}, {"501 A", 1519}, {"502 A", 1520}, {"503 A", 1521},
-      {"504 A", 1522}, {"505 A", 1518}, {"599 A", 1518}, {"600 A", 1535}, {"999 A", 1535},
+      {"205 A", 1688}, {"206 A", 1688}, {"226 A", 1688}, {"299 A", 1688}, {"301 A", 1505},
+      {"302 A", 1506}, {"303 A", 1507}, {"304 A", 1508}, {"305 A", 1506}, {"307 A", 1506},
+      {"308 A", 1505}, {"400 A", 1509}, {"401 A", 1510}, {"402 A", 1511}, {"403 A", 1512},
+      {"404 A", 1513}, {"405 A", 1514}, {"406 A", 1515}, {"407 A", 1516}, {"408 A", 1517},
+      {"409 A", 1509}, {"418 A", 1509}, {"429 A", 1509}, {"500 A", 1518}, {"501 A", 1519},
+      {"502 A", 1520}, {"503 A", 1521}, {"504 A", 1522}, {"505 A", 1518}, {"599 A", 1518},
+      {"600 A", 1535}, {"999 A", 1535},
   };
   for (Row const& row : kRows) {
     EXPECT_EQ(CodeOf(HttpReply(row.status, "")), row.code) << row.status;
@@ -304,24 +307,95 @@ TEST_F(CurlHttp, RefusesAReplyOverTheLimit) {
 TEST_F(CurlHttp, RefusesAFloodOfHeaders) {
   std::string reply = "HTTP/1.1 200 OK\r\n";
   for (int i = 0; i < 1200; ++i) reply += "X-Flood: " + std::string(1000, 'x') + "\r\n";
-  EXPECT_NE(CodeOf(reply + "Content-Length: 0\r\n\r\n"), 0);
+  EXPECT_EQ(CodeOf(reply + "Content-Length: 0\r\n\r\n"), VYNCurlCode_ReplyTooLarge);
 }
 
-TEST_F(CurlHttp, GoesThroughTheProxyOfTheEnvironment) {
+TEST_F(CurlHttp, TakesATooLongHeaderLineForALargeReplyAndNotForExhaustedMemory) {
+  KRSetFireAlarm(KRFireAlarm_None);
+  std::string const longText(200000, 'x');
+  for (std::string const& reply : {"HTTP/1.1 200 OK\r\nX-Long: " + longText + "\r\n\r\n",
+                                   "HTTP/1.1 200 " + longText + "\r\n\r\n"}) {
+    EXPECT_EQ(CodeOf(reply), VYNCurlCode_ReplyTooLarge);
+    EXPECT_FALSE(AlarmIsSet());
+  }
+}
+
+TEST_F(CurlHttp, TakesTrailersForNoHeaders) {
+  TlsServer server(
+      Answer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\nX-Key: value\r\n\r\n"
+             "3\r\nabc\r\n0\r\nX-Key: forged\r\nHTTP/1.1: x\r\n\r\n"));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Headers(), "Transfer-Encoding: chunked\r\nX-Key: value\r\n");
+}
+
+TEST_F(CurlHttp, ErasesNothingForAHeaderLineThatLooksLikeAStatusLine) {
+  TlsServer server(
+      Answer("HTTP/1.1 200 OK\r\nX-Key: value\r\nHTTP/: x\r\nContent-Length: 0\r\n\r\n"));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Headers(), "X-Key: value\r\nHTTP/: x\r\nContent-Length: 0\r\n");
+}
+
+TEST_F(CurlHttp, TakesAReplyThatIsCutInItsHeaderForCut) {
+  for (char const* const reply :
+       {"HTTP/1.1 200 OK\r\n", "HTTP/1.1 200 OK\r\nX-Key: value\r\n", "HTTP/1.1 200 OK\r\nX-K",
+        "HTTP/1.1 103 Early Hints\r\nLink: a\r\n\r\n"}) {
+    EXPECT_EQ(CodeOf(reply), VYNCurlCode_Cut) << reply;
+  }
+}
+
+TEST_F(CurlHttp, GoesThroughTheProxyThatTheHostSet) {
   TlsServer proxy(Echo());
-  ASSERT_EQ(setenv("http_proxy", proxy.Url().c_str(), 1), 0);
+  ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), nullptr), 1);
   CurlProbe probe(m_manager, m_session, m_folder);
   EXPECT_EQ(probe.Get("http://bank.invalid/ofx").Run(), 0);
-  unsetenv("http_proxy");
   EXPECT_TRUE(probe.Reply().starts_with("GET http://bank.invalid/ofx HTTP/1.1\r\n"));
+  EXPECT_EQ(m_manager.SetProxy(nullptr, nullptr), 1);
+}
+
+TEST_F(CurlHttp, ReachesTheExceptionsWithoutTheProxy) {
+  TlsServer proxy(Answer(HttpReply("200 OK", "from the proxy")));
+  TlsServer server(Answer(HttpReply("200 OK", "from the server")));
+  ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), "bank.invalid,127.0.0.1"), 1);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Reply(), "from the server");
+  EXPECT_EQ(proxy.Accepted(), 0);
+}
+
+TEST_F(CurlHttp, KeepsTheProxyWhileThereAreExchanges) {
+  CurlProbe probe(m_manager, m_session, m_folder);
+  probe.Get("http://bank.invalid/");
+  EXPECT_EQ(m_manager.SetProxy("http://127.0.0.1:1/", nullptr), 0);
+  m_manager.VCRelease(m_session, probe.exchange);
+}
+
+TEST_F(CurlHttp, TakesNoProxyFromTheEnvironment) {
+  TlsServer proxy(Answer(HttpReply("200 OK", "from the proxy")));
+  ScopedVariable const variables[] = {
+      {"http_proxy", proxy.Url()}, {"all_proxy", proxy.Url()}, {"ALL_PROXY", proxy.Url()}};
+  TlsServer server(Answer(HttpReply("200 OK", "from the server")));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
+  EXPECT_EQ(probe.Reply(), "from the server");
+  EXPECT_EQ(proxy.Accepted(), 0);
+}
+
+TEST_F(CurlHttp, TakesNoExceptionsFromTheEnvironment) {
+  TlsServer proxy(Answer(HttpReply("200 OK", "from the proxy")));
+  ScopedVariable const variable("no_proxy", "*");
+  ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), nullptr), 1);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get("http://bank.invalid/ofx").Run(), 0);
+  EXPECT_EQ(probe.Reply(), "from the proxy");
 }
 
 TEST_F(CurlHttp, SaysWhyAProxyRefusesATunnel) {
   TlsServer proxy(Answer(HttpReply("407 Proxy Authentication Required", "")));
-  ASSERT_EQ(setenv("https_proxy", proxy.Url().c_str(), 1), 0);
+  ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), nullptr), 1);
   CurlProbe probe(m_manager, m_session, m_folder);
   EXPECT_EQ(probe.Get("https://bank.invalid/ofx").Run(), 1516);
-  unsetenv("https_proxy");
   EXPECT_EQ(probe.asked, 0);
 }
 

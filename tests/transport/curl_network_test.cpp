@@ -33,9 +33,8 @@ TEST_F(CurlNetwork, SaysThatAHostHasNoAddress) {
 }
 
 TEST_F(CurlNetwork, SaysThatAProxyHasNoAddress) {
-  ASSERT_EQ(setenv("http_proxy", "http://krofx.invalid:1/", 1), 0);
+  ASSERT_EQ(m_manager.SetProxy("http://krofx.invalid:1/", nullptr), 1);
   EXPECT_EQ(CodeOfUrl("http://127.0.0.1/"), VYNCurlCode_ProxyNotFound);
-  unsetenv("http_proxy");
 }
 
 TEST_F(CurlNetwork, EndsWhenItsTimeIsOver) {
@@ -99,6 +98,45 @@ TEST_F(CurlNetwork, DoesNotTakeACutTlsConnectionForTheEndOfAReply) {
                       .chain = {authority.IssueForLoopback()}});
     CurlProbe probe(m_manager, m_session, m_folder);
     EXPECT_EQ(probe.Get(server.Url()).Root(authority, 7000).Run(), VYNCurlCode_Cut) << reply;
+  }
+}
+
+// A reply that ends with the connection, and how the connection ends.
+u16 CodeOfReplyUntilTheEnd(CurlProbe& probe, bool isClosed) {
+  TestCertificate const authority = TestCertificate::Authority("authority");
+  TlsServer server({.script =
+                        [isClosed](ServerConnection& connection) {
+                          connection.ReadRequest();
+                          connection.Write("HTTP/1.1 200 OK\r\n\r\nhalf");
+                          if (!isClosed) SSL_set_quiet_shutdown(connection.Tls(), 1);
+                        },
+                    .chain = {authority.IssueForLoopback()}});
+  return probe.Get(server.Url()).Root(authority, 7000).Run();
+}
+
+TEST_F(CurlNetwork, TakesAReplyUntilTheEndByTlsOnlyWhenTheServerClosedIt) {
+  CurlProbe cut(m_manager, m_session, m_folder);
+  EXPECT_EQ(CodeOfReplyUntilTheEnd(cut, false), VYNCurlCode_Cut);
+  CurlProbe whole(m_manager, m_session, m_folder);
+  EXPECT_EQ(CodeOfReplyUntilTheEnd(whole, true), VYNCurlCode_Success);
+  EXPECT_EQ(whole.Reply(), "half");
+}
+
+TEST_F(CurlNetwork, TakesAWholeReplyByTlsHoweverTheConnectionEnds) {
+  TestCertificate const authority = TestCertificate::Authority("authority");
+  for (char const* const reply :
+       {"HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nhalf",
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: Chunked\r\n\r\n4\r\nhalf\r\n0\r\n\r\n"}) {
+    TlsServer server({.script =
+                          [reply](ServerConnection& connection) {
+                            connection.ReadRequest();
+                            connection.Write(reply);
+                            SSL_set_quiet_shutdown(connection.Tls(), 1);
+                          },
+                      .chain = {authority.IssueForLoopback()}});
+    CurlProbe probe(m_manager, m_session, m_folder);
+    EXPECT_EQ(probe.Get(server.Url()).Root(authority, 7000).Run(), 0) << reply;
+    EXPECT_EQ(probe.Reply(), "half");
   }
 }
 

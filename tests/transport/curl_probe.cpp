@@ -4,7 +4,6 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -16,10 +15,6 @@ constexpr u32 kLongPause = 3600U * 1000;
 }  // namespace
 
 CurlTest::CurlTest() : m_folder(m_temp.Path().string()) {
-  for (char const* const name :
-       {"http_proxy", "https_proxy", "HTTPS_PROXY", "all_proxy", "ALL_PROXY", "no_proxy"}) {
-    unsetenv(name);
-  }
   u16 error = 1;
   m_session = m_manager.VCOpenInet(&error);
   EXPECT_NE(m_session, nullptr);

@@ -411,7 +411,6 @@ TEST_F(CurlRequests, ShowNoSecretInTheirLog) {
 }
 
 TEST(CurlDefault, IsWhatAnAccessObjectOfItsOwnUses) {
-  for (char const* const name : {"http_proxy", "all_proxy", "ALL_PROXY"}) unsetenv(name);
   TlsServer server({.script =
                         [](ServerConnection& connection) {
                           connection.Write(HttpReply("200 OK", connection.ReadRequest()));

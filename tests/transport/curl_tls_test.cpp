@@ -378,10 +378,9 @@ TEST_F(CurlTls, ShowsAProxyNothingButTheTunnel) {
   {
     TlsServer proxy(plan);
     std::string const url = "http" + proxy.Url().substr(5);
-    ASSERT_EQ(setenv("https_proxy", url.c_str(), 1), 0);
+    ASSERT_EQ(m_manager.SetProxy(url.c_str(), nullptr), 1);
     probe.Send("https://bank.invalid/ofx", "data").Root(m_authority, 7000);
     EXPECT_EQ(probe.Http("text/plain", "Authorization: secret\r\n").Run(), 0);
-    unsetenv("https_proxy");
   }
   EXPECT_TRUE(tunnel.starts_with("CONNECT bank.invalid:443 HTTP/1.1\r\n")) << tunnel;
   EXPECT_EQ(tunnel.find("secret"), std::string::npos) << tunnel;

@@ -117,6 +117,28 @@ TEST_F(LocalFileTest, ReplacesWhatWasThere) {
   EXPECT_EQ(folder.Get("out"), "ab");
 }
 
+TEST_F(LocalFileTest, WritesThroughNoLink) {
+  std::string const target = folder.Put("target", "what was there");
+  std::filesystem::create_symlink(target, folder.Name("symbolic"));
+  std::filesystem::create_symlink(folder.Name("nowhere"), folder.Name("dangling"));
+  std::filesystem::create_hard_link(target, folder.Name("hard"));
+  for (char const* const name : {"symbolic", "dangling", "hard"}) {
+    LocalFile file;
+    EXPECT_FALSE(file.OpenToWrite(folder.Name(name).c_str())) << name;
+  }
+  EXPECT_EQ(folder.Get("target"), "what was there");
+  EXPECT_FALSE(folder.Has("nowhere"));
+}
+
+TEST_F(LocalFileTest, TakesFromOthersWhatTheyCouldDoWithAFileThatItReplaces) {
+  std::string const name = folder.Put("out", "what was there");
+  std::filesystem::permissions(name, std::filesystem::perms(0666));
+  LocalFile file;
+  ASSERT_TRUE(file.OpenToWrite(name.c_str()));
+  EXPECT_EQ(std::filesystem::status(name).permissions(), std::filesystem::perms(0600));
+  EXPECT_EQ(folder.Get("out"), "");
+}
+
 TEST_F(LocalFileTest, MakesFilesThatOnlyTheirOwnerReads) {
   LocalFile file;
   ASSERT_TRUE(file.OpenToWrite(folder.Name("out").c_str()));

@@ -4,6 +4,9 @@
 
 #include <dlfcn.h>
 
+#include <atomic>
+#include <thread>
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -274,6 +277,23 @@ TEST(VYNTempPath, OfALoadedLibraryIsItsFolder) {
   VYNNetAccess::SetupTempPathFromHInst(library, path);
   EXPECT_TRUE(std::filesystem::exists(std::string(path) + "libcrypto.so.3")) << path;
   dlclose(library);
+}
+
+TEST(VYNTempPath, IsFoundWhileOtherThreadsLoadAndUnloadLibraries) {
+  std::atomic<bool> over = false;
+  std::thread loading([&] {
+    while (!over) {
+      if (void* const library = dlopen("libanl.so.1", RTLD_NOW)) dlclose(library);
+    }
+  });
+  char nothing = 0;
+  for (int i = 0; i < 20000; ++i) {
+    char name[krofx::internal::kModuleNameSize];
+    krofx::internal::ModuleFileName(&nothing, name);
+    ASSERT_STREQ(name, "");
+  }
+  over = true;
+  loading.join();
 }
 
 TEST(VYNTempPath, OfAHandleOfNothingIsTheRootOfADrive) {

@@ -11,6 +11,7 @@
 #include "krofx/core/memory.h"
 #include "krofx/security/internal/base64_coding.h"
 #include "krofx/security/internal/crypto_error_scope.h"
+#include "krofx/security/internal/crypto_start.h"
 
 namespace krofx::internal {
 
@@ -67,7 +68,10 @@ int CodeAll(Coder& coder, CodedOutput& out, char const* data, u32 length) {
 
 }  // namespace
 
-AlgorithmObject* CreateAlgorithmObject() { return new (std::nothrow) AlgorithmObject; }
+AlgorithmObject* CreateAlgorithmObject() {
+  StartCrypto();
+  return new (std::nothrow) AlgorithmObject;
+}
 
 void DestroyAlgorithmObject(AlgorithmObject* algorithm) { delete algorithm; }
 

@@ -13,6 +13,7 @@
 
 #include "krofx/core/memory.h"
 #include "krofx/security/internal/crypto_error_scope.h"
+#include "krofx/security/internal/crypto_start.h"
 #include "krofx/security/internal/toolkit.h"
 #include "krofx/values/internal/calendar.h"
 
@@ -59,7 +60,10 @@ X509_NAME const* ToName(NameObject const* name) { return reinterpret_cast<X509_N
 
 }  // namespace
 
-CertificateObject* CreateCertificateObject() { return new (std::nothrow) CertificateObject; }
+CertificateObject* CreateCertificateObject() {
+  StartCrypto();
+  return new (std::nothrow) CertificateObject;
+}
 
 CertificateObject* ShareCertificateObject(CertificateObject* certificate) {
   if (certificate != nullptr) certificate->holders.fetch_add(1, std::memory_order_relaxed);

@@ -8,7 +8,7 @@
 /// The codes of VYNCurlManager: what a finished record, an `*error` or a result says. Codes 1501 to
 /// 1522 stand for HTTP statuses: 201 to 204, 301 to 304, 400 to 408, 500 to 504, in this order.
 enum VYNCurlCode : u16 {
-  /// HTTP 200, and 2xx other than 201 to 204.
+  /// HTTP 200.
   VYNCurlCode_Success = 0,
   /// HTTP 301, and 308.
   VYNCurlCode_MovedPermanently = 1505,
@@ -46,7 +46,9 @@ enum VYNCurlCode : u16 {
   VYNCurlCode_SendFailed = 1606,
   /// Receiving failed.
   VYNCurlCode_ReceiveFailed = 1607,
-  /// The connection ended before the reply did.
+  /// The connection ended before the reply did, or by https without the server saying so, in a
+  /// reply
+  /// that does not say its length.
   VYNCurlCode_Cut = 1608,
   /// Another failure of the network, or of a proxy.
   VYNCurlCode_NetworkFailed = 1620,
@@ -71,6 +73,8 @@ enum VYNCurlCode : u16 {
   VYNCurlCode_NoTlsOptions = 1686,
   /// Anything else.
   VYNCurlCode_Other = 1687,
+  /// HTTP 205 to 299: no promise that the reply is there, or whole.
+  VYNCurlCode_UnexpectedSuccess = 1688,
 };
 
 #endif  // KROFX_TRANSPORT_CURL_CURL_CODE_H_

@@ -45,6 +45,10 @@ u32 VYNCurlManager::GetHttpStatus() const {
   return m_core == nullptr ? u32{0} : m_core->GetHttpStatus();
 }
 
+u16 VYNCurlManager::SetProxy(char const* url, char const* exceptions) {
+  return m_core == nullptr ? u16{0} : m_core->SetProxy(url, exceptions);
+}
+
 u16 VYNCurlManager::SetSystemRoots(char const* file, char const* folder) {
   return m_core == nullptr ? u16{0} : m_core->SetSystemRoots(file, folder);
 }

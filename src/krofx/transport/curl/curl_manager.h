@@ -5,26 +5,32 @@
 //
 // How it works: everything happens on the calling thread, inside the operations, and VCWork is
 // where exchanges move. Only http and https are spoken, HTTP/1.1, TLS from version 1.2 on; each
-// exchange has a connection of its own; redirects are not followed; proxies come from the
-// environment (http_proxy, https_proxy, no_proxy) as for every program over libcurl. There are no
-// cookies, no .netrc, no Expect header, no content codings.
+// exchange has a connection of its own; redirects are not followed; there are no cookies, no
+// .netrc, no Expect header, no content codings. Nothing is configured by the environment: no proxy,
+// no file for the secrets of TLS, no folder.
 //
 // Certificates. With roots added, they are the only ones that a chain may end at; without, the
-// system's are. The chain must be valid for the host name and for now. The certificate callback is
-// asked when all that holds, before a byte of the request is sent, with the verified chain and the
-// ID under which the root at its end was added, 0 for one of the system. When it does not hold, the
-// callback is told VYNCurlCode_Untrusted or VYNCurlCode_BadCertificate without a chain, and the
-// exchange ends whatever it says.
-// With `skipVerify` nobody checks the chain, its dates or the host name, and the roots of the
-// system play no part. The callback is asked with the chain as the server showed it, and with the
-// ID of an added root that the signatures lead to, 0 for none: a caller that holds roots or expects
-// certain certificates still decides by them.
+// system's are. The chain must be valid for the host and for now, and the server's certificate must
+// name the host in subjectAltName: the common name does not count. Revocation lists and responders
+// are not asked; an answer on revocation that the server staples must not contradict it. The
+// certificate callback is asked when all that holds, before a byte of the request is sent, with the
+// verified chain and the ID under which the root at its end was added, 0 for one of the system.
+// When it does not hold, the callback gets VYNCurlCode_Untrusted or VYNCurlCode_BadCertificate
+// without a chain, and the exchange ends whatever the callback answers. With `skipVerify` neither
+// the chain nor its dates, the host or revocation are checked, and the roots of the system play no
+// part. The callback is asked with the chain as the server showed it, and with the ID of an added
+// root that the signatures lead to, 0 for none: a caller that holds roots or expects certain
+// certificates still decides by them.
+//
+// Replies. A reply by https that neither says its length nor comes in chunks ends with the
+// connection. It is taken only when the server closed the connection by TLS, as VYNCurlCode_Cut
+// otherwise. By plain http the two cannot be told apart.
 //
 // Files. Reply and header file of an exchange are made when it is created, in its temporary folder
-// (TMPDIR, or /tmp, for an empty one; a backslash counts as a slash), under new names, readable by
-// their owner only. The header file holds the header lines of the final reply, without the status
-// line. The finished record hands both over; before that they are the manager's, which removes
-// them.
+// (/tmp for an empty one; a backslash counts as a slash), under new names, readable by their owner
+// only. The header file holds the header lines of the final reply, without the status line and
+// without trailers. The finished record hands both over; before that they are the manager's, which
+// removes them.
 
 #ifndef KROFX_TRANSPORT_CURL_CURL_MANAGER_H_
 #define KROFX_TRANSPORT_CURL_CURL_MANAGER_H_
@@ -57,14 +63,20 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// Sets how many bytes the body of a reply may have, for exchanges that are created from now on.
   /// A larger one ends in VYNCurlCode_ReplyTooLarge.
   void SetReplyLimit(u32 bytes);
-  /// The HTTP status of the exchange that ended last, exactly as the server or the proxy sent it; 0
-  /// when none came. The codes of finished records name only some statuses one by one.
+  /// @return the HTTP status of the exchange that ended last, exactly as the server or the proxy sent
+  ///         it; 0 when none came. The codes of finished records name only some statuses one by one.
   u32 GetHttpStatus() const;
+  /// Sets the proxy through which every host is reached but those of `exceptions`, for exchanges
+  /// that are created from now on: `url` as libcurl takes it ("http://proxy:3128"), `exceptions` a
+  /// list of names and addresses with commas between them, "*" for all. Null or empty, the default:
+  /// none. The texts are copied.
+  /// @return 1; 0 while there are exchanges, when memory is exhausted and for a text that is too
+  ///         long, and then nothing changes.
+  u16 SetProxy(char const* url, char const* exceptions);
   /// Says where the system's roots are, which count for exchanges that have no roots of their own:
   /// a file of PEM certificates, a folder of them as `openssl rehash` lays it out, or both. Null or
   /// empty: none; both null: where libcurl looks by itself. The names are copied.
-  /// Returns 1; 0 while there are exchanges, when memory is exhausted and for a name that is too
-  /// long, and then nothing changes.
+  /// @return as SetProxy.
   u16 SetSystemRoots(char const* file, char const* folder);
 
   /// Null with VYNCurlCode_NoMemory when memory is exhausted or libcurl does not start.
@@ -73,7 +85,7 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   u16 VCCloseInet(void* session) override;
   /// 0 for every open session: each exchange makes its own connection.
   u16 VCConnect(void* session) override;
-  /// A URL that cannot be used is told by the finished record, not here.
+  /// A URL that cannot be used is reported by the finished record, not here.
   void* VCSendDataRequest(u16* error, void* session, char const* url, char const* data, u32 size,
                           char const* tempPath, VYProgressCallback callback,
                           void* userData) override;
@@ -82,8 +94,9 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// Lines end with CR LF or LF; empty ones are passed over. A Content-Type line takes the place of
   /// `contentType`. A line that is no header line, or sets what frames the message (Content-Length,
   /// Transfer-Encoding, Expect), ends the exchange with VYNCurlCode_BadHeader before anything is
-  /// sent; that is told by the finished record. A `timeout` of 0 or less is no limit, but for the
-  /// 300 seconds that libcurl allows for connecting.
+  /// sent; the finished record says so. `timeout` is in seconds, for everything from the look-up of
+  /// the host's name to the last byte; 0 and less is no limit but the 300 seconds that libcurl
+  /// allows for connecting.
   u16 VCSetHTTPInfo(void* exchange, u32, u16 post, char const* contentType,
                     char const* extraHeaders, u32, s32 timeout) override;
   /// A null callback leaves the decision to the manager's own check.

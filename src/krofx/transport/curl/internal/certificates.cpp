@@ -10,6 +10,7 @@
 
 #include <climits>
 #include <cstring>
+#include <utility>
 
 #include "krofx/security/internal/crypto_error_scope.h"
 #include "krofx/transport/curl/curl_code.h"
@@ -41,7 +42,7 @@ u16 AddedRoots::Add(char const* der, u32 length, s16 rootID) {
   if (certificate == nullptr || at != start + length) return VYNCurlCode_BadRoot;
   auto* const root = new Root;
   if (root == nullptr) return VYNCurlCode_NoMemory;
-  root->certificate = static_cast<CryptoPointer<X509>&&>(certificate);
+  root->certificate = std::move(certificate);
   root->id = rootID;
   // At the end, so that the first ID of a certificate that was added twice stands.
   Root** end = &m_first;
@@ -182,6 +183,19 @@ void CallbackChain::Clear() {
     m_first = element->next;
     Free(element);
   }
+}
+
+bool NamesItsServers(X509 const* certificate) {
+  CryptoErrorScope const scope;
+  auto* const names = static_cast<GENERAL_NAMES*>(
+      X509_get_ext_d2i(certificate, NID_subject_alt_name, nullptr, nullptr));
+  bool named = false;
+  for (int i = 0; i < sk_GENERAL_NAME_num(names); ++i) {
+    int const kind = sk_GENERAL_NAME_value(names, i)->type;
+    named = named || kind == GEN_DNS || kind == GEN_IPADD;
+  }
+  GENERAL_NAMES_free(names);
+  return named;
 }
 
 bool TakeCertificateRefusal() {

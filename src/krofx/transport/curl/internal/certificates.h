@@ -104,6 +104,11 @@ class CallbackChain {
   SSLCertificateChain* m_first = nullptr;
 };
 
+/// @return whether a certificate names the hosts that it is for in subjectAltName. libcurl falls
+/// back
+///         on the common name of one that does not, which may be anything.
+bool NamesItsServers(X509 const* certificate);
+
 /// Empties the thread's queue of libcrypto errors. Whether a handshake failed over a certificate is
 /// among them: when a signature does not hold, libcurl's own answer hides that.
 bool TakeCertificateRefusal();

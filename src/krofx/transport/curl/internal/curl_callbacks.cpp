@@ -11,13 +11,12 @@ namespace krofx::internal {
 
 namespace {
 
-// Servers that send more header lines than this mean no good.
-constexpr std::size_t kHeaderLimit = 1U << 20U;
+// Servers that send more header lines than this mean no good. libcurl has a limit of its own for
+// all of them, which is higher, and one for a single line, which is lower.
+constexpr std::size_t kHeaderLimit = 256U * 1024;
 
-bool IsStatusLine(char const* line, std::size_t length) {
-  static constexpr char kStart[] = "HTTP/";
-  return length >= sizeof kStart - 1 && std::memcmp(line, kStart, sizeof kStart - 1) == 0;
-}
+// The lowest status of a reply that is not interim.
+constexpr long kFirstFinalStatus = 200;
 
 bool IsBlankLine(char const* line, std::size_t length) {
   return length == 0 || *line == '\r' || *line == '\n';
@@ -25,7 +24,7 @@ bool IsBlankLine(char const* line, std::size_t length) {
 
 }  // namespace
 
-// Comes behind the handshake, before the first byte of the request.
+// Called between the handshake and the first byte of the request.
 int CurlExchange::BeforeRequest(void* self, char*, char*, int, int) {
   auto& exchange = *static_cast<CurlExchange*>(self);
   if (!exchange.MustStop()) exchange.m_stopped = exchange.AskAboutCertificates();
@@ -49,12 +48,16 @@ u16 CurlExchange::AskAboutCertificates() {
                               : ChainToAddedRoots(chain, m_roots, ChainCheck::Valid);
     if (chain == nullptr) {
       error = VYNCurlCode_Untrusted;
+    } else if (!NamesItsServers(sk_X509_value(chain.get(), 0)) ||
+               !StapledAnswerHolds(m_easy, chain)) {
+      error = VYNCurlCode_BadCertificate;
+      chain.reset();
     } else {
       rootID = m_roots.IdOf(sk_X509_value(chain.get(), sk_X509_num(chain.get()) - 1));
     }
   }
   CallbackChain list(chain);
-  if (list.First() == nullptr) error = VYNCurlCode_Untrusted;
+  if (list.First() == nullptr && error == VYNCurlCode_Success) error = VYNCurlCode_Untrusted;
   u16 const answer = AskCallback(list.First(), rootID, error);
   return answer != 0 ? answer : error;
 }
@@ -101,21 +104,32 @@ std::size_t CurlExchange::TakeHeader(char* bytes, std::size_t size, std::size_t 
   auto& exchange = *static_cast<CurlExchange*>(self);
   std::size_t const length = size * count;
   if (exchange.MustStop()) return 0;
-  if (IsBlankLine(bytes, length)) return length;
-  bool written;
-  if (IsStatusLine(bytes, length)) {
+  return exchange.WriteHeader(bytes, length) ? length : 0;
+}
+
+bool CurlExchange::WriteHeader(char const* line, std::size_t length) {
+  // Lines after the body are trailers, which servers add unasked.
+  if (m_part == ReplyPart::Body) return true;
+  m_headerSize += length;
+  if (m_headerSize > kHeaderLimit) {
+    m_stopped = VYNCurlCode_ReplyTooLarge;
+    return false;
+  }
+  bool written = true;
+  if (m_part == ReplyPart::Status) {
     // What came before belongs to an interim reply. The line itself is left out: readers take lines
     // of a key, a colon and a value.
-    written = exchange.m_headerFile.Empty();
+    written = m_headerFile.Empty();
+    m_part = ReplyPart::Header;
+  } else if (IsBlankLine(line, length)) {
+    long status = 0;
+    curl_easy_getinfo(m_easy, CURLINFO_RESPONSE_CODE, &status);
+    m_part = status < kFirstFinalStatus ? ReplyPart::Status : ReplyPart::Body;
   } else {
-    if (length > kHeaderLimit - exchange.m_headerFile.Size()) {
-      exchange.m_stopped = VYNCurlCode_ReplyTooLarge;
-      return 0;
-    }
-    written = exchange.m_headerFile.Write(bytes, length);
+    written = m_headerFile.Write(line, length);
   }
-  if (!written) exchange.m_stopped = VYNCurlCode_FileFailed;
-  return written ? length : 0;
+  if (!written) m_stopped = VYNCurlCode_FileFailed;
+  return written;
 }
 
 }  // namespace krofx::internal

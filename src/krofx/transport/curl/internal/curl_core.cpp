@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "krofx/core/thread.h"
+#include "krofx/security/internal/crypto_start.h"
 #include "krofx/transport/curl/curl_code.h"
 
 namespace krofx::internal {
@@ -15,6 +16,7 @@ namespace {
 
 // Once for the process; libcurl has no way back that would be safe in a library.
 bool StartCurl() {
+  StartCrypto();
   static CURLcode const result = curl_global_init(CURL_GLOBAL_DEFAULT);
   return result == CURLE_OK;
 }
@@ -61,13 +63,23 @@ void CurlCore::Destroy() {
   }
 }
 
+u16 CurlCore::SetProxy(char const* url, char const* exceptions) {
+  if (m_exchanges != nullptr) return 0;
+  KRString urlCopy(url);
+  KRString exceptionsCopy(exceptions);
+  if (urlCopy != url || exceptionsCopy != exceptions) return 0;
+  m_settings.proxy = std::move(urlCopy);
+  m_settings.proxyExceptions = std::move(exceptionsCopy);
+  return 1;
+}
+
 u16 CurlCore::SetSystemRoots(char const* file, char const* folder) {
   if (m_exchanges != nullptr) return 0;
   KRString fileCopy(file);
   KRString folderCopy(folder);
   if (fileCopy != file || folderCopy != folder) return 0;
-  m_settings.rootFile = static_cast<KRString&&>(fileCopy);
-  m_settings.rootFolder = static_cast<KRString&&>(folderCopy);
+  m_settings.rootFile = std::move(fileCopy);
+  m_settings.rootFolder = std::move(folderCopy);
   m_settings.ownRoots = file != nullptr || folder != nullptr;
   return 1;
 }

@@ -32,6 +32,7 @@ class CurlCore : public HeapObject {
   void Destroy();
 
   void SetReplyLimit(u32 bytes) { m_settings.replyLimit = bytes; }
+  u16 SetProxy(char const* url, char const* exceptions);
   u16 SetSystemRoots(char const* file, char const* folder);
   /// The HTTP status of the exchange that ended last, 0 for none.
   u32 GetHttpStatus() const { return m_httpStatus; }

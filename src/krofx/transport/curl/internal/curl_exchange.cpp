@@ -18,6 +18,19 @@ u32 Saturated(curl_off_t count) {
   return count > UINT32_MAX ? UINT32_MAX : static_cast<u32>(count);
 }
 
+curl_off_t CountInfo(CURL* easy, CURLINFO info) {
+  curl_off_t value = -1;
+  curl_easy_getinfo(easy, info, &value);
+  return value;
+}
+
+bool MemoryIsLeft() {
+  constexpr std::size_t kPlenty = 512U * 1024;
+  void* const block = Allocate(kPlenty);
+  Free(block);
+  return block != nullptr;
+}
+
 long LongInfo(CURL* easy, CURLINFO info) {
   long value = 0;
   curl_easy_getinfo(easy, info, &value);
@@ -83,8 +96,8 @@ u16 CurlExchange::SetHttp(u16 post, char const* contentType, char const* extraHe
   m_timeout = timeout;
   if (contentType == nullptr && m_isSend) contentType = kDefaultContentType;
   u16 const code = m_headers.Set(contentType, extraHeaders);
-  // Callers may go on behind a failure here as though nothing had been sent for no reason, so what
-  // is wrong is told at the end, where the reason counts.
+  // Callers take a failure here for a success without a reply, so what is wrong is reported at the
+  // end, where the reason counts.
   if (code != VYNCurlCode_Success && m_verdict == 0) m_verdict = code;
   return VYNCurlCode_Success;
 }
@@ -132,7 +145,12 @@ VYProgressRecord CurlExchange::TakeNews() {
 
 u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
   if (m_stopped != 0) return m_stopped;
-  if (result == CURLE_OK) return CodeOfHttpStatus(LongInfo(m_easy, CURLINFO_RESPONSE_CODE));
+  if (result == CURLE_OK) return CodeOfReply();
+  // libcurl says so of a header line that is longer than it takes, too.
+  if (result == CURLE_OUT_OF_MEMORY && m_part != ReplyPart::Body &&
+      CountInfo(m_easy, CURLINFO_PRETRANSFER_TIME_T) > 0 && MemoryIsLeft()) {
+    return VYNCurlCode_ReplyTooLarge;
+  }
   bool const badSignature = result == CURLE_SSL_CONNECT_ERROR && certificateRefused;
   if (result == CURLE_PEER_FAILED_VERIFICATION || badSignature) {
     u16 const code = badSignature ? u16{VYNCurlCode_Untrusted}
@@ -150,6 +168,25 @@ u32 CurlExchange::HttpStatus() const {
   if (m_easy == nullptr) return 0;
   long const status = LongInfo(m_easy, CURLINFO_RESPONSE_CODE);
   return static_cast<u32>(status != 0 ? status : LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE));
+}
+
+u16 CurlExchange::CodeOfReply() const {
+  if (m_part != ReplyPart::Body) return VYNCurlCode_Cut;
+  u16 const code = CodeOfHttpStatus(LongInfo(m_easy, CURLINFO_RESPONSE_CODE));
+  return code == VYNCurlCode_Success && m_isHttps && !IsKnownWhole() ? u16{VYNCurlCode_Cut} : code;
+}
+
+// libcurl has counted a body that says its length, or comes in chunks. Any other one ends with the
+// connection, which anybody on the way can cut: only the server itself can close it by TLS.
+bool CurlExchange::IsKnownWhole() const {
+  if (m_tlsEnd.closed || CountInfo(m_easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T) >= 0) return true;
+  curl_header* coding = nullptr;
+  for (std::size_t i = 0;
+       curl_easy_header(m_easy, "Transfer-Encoding", i, CURLH_HEADER, -1, &coding) == CURLHE_OK;
+       ++i) {
+    if (strcasestr(coding->value, "chunked") != nullptr) return true;
+  }
+  return false;
 }
 
 void CurlExchange::Finish(u16 code, VYFinishedRecord& record) {

@@ -15,6 +15,7 @@
 #include "krofx/transport/curl/internal/certificates.h"
 #include "krofx/transport/curl/internal/request_headers.h"
 #include "krofx/transport/curl/internal/temporary_file.h"
+#include "krofx/transport/curl/internal/tls_hooks.h"
 
 namespace krofx::internal {
 
@@ -22,8 +23,11 @@ namespace krofx::internal {
 struct CurlSettings {
   /// Bytes that the body of a reply may have.
   u32 replyLimit = 0;
-  /// Whether the next two stand instead of libcurl's own places.
+  /// Whether rootFile and rootFolder take the place of what libcurl has by itself.
   bool ownRoots = false;
+  /// The proxy, empty for none, and the hosts that are reached without it.
+  KRString proxy;
+  KRString proxyExceptions;
   /// PEM file of the system's roots, empty for none.
   KRString rootFile;
   /// Folder of the system's roots, empty for none.
@@ -51,6 +55,16 @@ enum class ExchangeState {
   Ending,
   /// Over or given back: no handle leads here any more, no callback is made, the object goes soon.
   Dead,
+};
+
+/// Which part of a reply comes next.
+enum class ReplyPart {
+  /// A status line.
+  Status,
+  /// Header lines.
+  Header,
+  /// The body, and what may come after it.
+  Body,
 };
 
 /// An exchange. The core (curl_core.h) owns and moves it, and links it into its list.
@@ -103,6 +117,9 @@ class CurlExchange : public HeapObject {
   bool SetTrust();
   RootLocation SystemRoots() const;
   u16 AskAboutCertificates();
+  bool WriteHeader(char const* line, std::size_t length);
+  u16 CodeOfReply() const;
+  bool IsKnownWhole() const;
   u16 AskCallback(SSLCertificateChain* chain, u32 rootID, u16 error);
 
   static int BeforeRequest(void* self, char*, char*, int, int);
@@ -144,6 +161,10 @@ class CurlExchange : public HeapObject {
 
   // What stopped the transfer from inside one of libcurl's calls; 0 for nothing.
   u16 m_stopped = 0;
+  ReplyPart m_part = ReplyPart::Status;
+  // Bytes of header lines so far, those of interim replies included.
+  std::size_t m_headerSize = 0;
+  TlsEnd m_tlsEnd;
   bool m_toldConnecting = false;
   u32 m_toldSent = 0;
   std::size_t m_toldReceived = 0;

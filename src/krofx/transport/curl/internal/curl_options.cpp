@@ -1,4 +1,4 @@
-// What libcurl is told about an exchange before it starts.
+// The options of libcurl for an exchange, which are set before it starts.
 
 #include <curl/curl.h>
 #include <openssl/bio.h>
@@ -23,16 +23,18 @@ struct FixedOption {
 constexpr FixedOption kFixedOptions[] = {
     // Signals are the host's.
     {CURLOPT_NOSIGNAL, 1},
+    // A transfer that is over does not wait for the system to answer where the host is.
+    {CURLOPT_QUICK_EXIT, 1},
     {CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1},
     {CURLOPT_FOLLOWLOCATION, 0},
     {CURLOPT_NETRC, CURL_NETRC_IGNORED},
-    // Certificates are decided on for each exchange, so none may ride on what another one agreed.
+    // Certificates are decided on for each exchange, so none may use what another one agreed.
     {CURLOPT_FRESH_CONNECT, 1},
     {CURLOPT_FORBID_REUSE, 1},
     {CURLOPT_SSL_SESSIONID_CACHE, 0},
     {CURLOPT_SSLVERSION, CURL_SSLVERSION_TLSv1_2},
     {CURLOPT_PROXY_SSLVERSION, CURL_SSLVERSION_TLSv1_2},
-    // A proxy gets to see neither the extra headers nor do its answers pass for the server's.
+    // A proxy does not see the extra headers, and its answers are not taken for the server's.
     {CURLOPT_HEADEROPT, CURLHEADER_SEPARATE},
     {CURLOPT_SUPPRESS_CONNECT_HEADERS, 1},
 };
@@ -41,7 +43,11 @@ char const* TextOrNull(KRString const& text) {
   return text.IsEmpty() != 0 ? nullptr : static_cast<char const*>(text);
 }
 
-// Where libcurl looks when it is told nothing.
+char const* TextOrEmpty(KRString const& text) {
+  return text.IsEmpty() != 0 ? "" : static_cast<char const*>(text);
+}
+
+// Where libcurl looks by itself.
 char const* OwnPlace(CURL* easy, CURLINFO info) {
   char const* place = nullptr;
   curl_easy_getinfo(easy, info, &place);
@@ -54,7 +60,10 @@ bool CurlExchange::SetConnection() {
   for (FixedOption const& row : kFixedOptions) {
     if (!Set(m_easy, row.option, row.value)) return false;
   }
-  return Set(m_easy, CURLOPT_PROTOCOLS_STR, "http,https") && Set(m_easy, CURLOPT_CURLU, m_url) &&
+  // Empty texts, since libcurl asks the environment for what is not set.
+  return Set(m_easy, CURLOPT_PROXY, TextOrEmpty(m_settings->proxy)) &&
+         Set(m_easy, CURLOPT_NOPROXY, TextOrEmpty(m_settings->proxyExceptions)) &&
+         Set(m_easy, CURLOPT_PROTOCOLS_STR, "http,https") && Set(m_easy, CURLOPT_CURLU, m_url) &&
          (m_timeout <= 0 || Set(m_easy, CURLOPT_TIMEOUT_MS, m_timeout * 1000L));
 }
 
@@ -75,6 +84,8 @@ bool CurlExchange::SetRequest() {
 }
 
 bool CurlExchange::SetTrust() {
+  // A proxy may speak TLS too.
+  if (!HookTls(m_easy, m_tlsEnd)) return false;
   if (!m_isHttps) return true;
   long const verify = m_skipVerify ? 0 : 1;
   if (!Set(m_easy, CURLOPT_SSL_VERIFYPEER, verify) ||
@@ -83,8 +94,8 @@ bool CurlExchange::SetTrust() {
       !Set(m_easy, CURLOPT_PREREQDATA, this)) {
     return false;
   }
-  // Nothing of the system's is read when nothing of it counts; a folder would be trusted besides
-  // the roots in memory.
+  // The system's roots are not read when they do not count: a folder of them would be trusted in
+  // addition to the roots in memory.
   RootLocation location{nullptr, nullptr};
   if (!m_skipVerify && m_roots.IsEmpty()) location = SystemRoots();
   if (!Set(m_easy, CURLOPT_CAINFO, location.file) ||

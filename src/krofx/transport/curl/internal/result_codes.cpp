@@ -18,16 +18,14 @@ struct StatusRun {
 };
 
 constexpr StatusRun kStatusRuns[] = {
-    {201, 204, 1501},
-    {301, 304, VYNCurlCode_MovedPermanently},
-    {308, 308, VYNCurlCode_MovedPermanently},
-    {400, 408, VYNCurlCode_BadRequest},
-    {500, 504, VYNCurlCode_InternalServerError},
+    {200, 200, VYNCurlCode_Success},          {201, 204, 1501},
+    {301, 304, VYNCurlCode_MovedPermanently}, {308, 308, VYNCurlCode_MovedPermanently},
+    {400, 408, VYNCurlCode_BadRequest},       {500, 504, VYNCurlCode_InternalServerError},
 };
 
 // Codes of the classes 2xx to 5xx.
-constexpr u16 kClassCodes[] = {VYNCurlCode_Success, VYNCurlCode_Found, VYNCurlCode_BadRequest,
-                               VYNCurlCode_InternalServerError};
+constexpr u16 kClassCodes[] = {VYNCurlCode_UnexpectedSuccess, VYNCurlCode_Found,
+                               VYNCurlCode_BadRequest, VYNCurlCode_InternalServerError};
 
 struct TransferCode {
   CURLcode result;

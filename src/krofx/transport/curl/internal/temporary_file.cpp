@@ -24,7 +24,6 @@ TemporaryFile::~TemporaryFile() {
 }
 
 bool TemporaryFile::Create(char const* folder, char const* suffix) {
-  if (IsEmptyText(folder)) folder = secure_getenv("TMPDIR");
   if (IsEmptyText(folder)) folder = "/tmp";
   std::size_t const folderLength = std::strlen(folder);
   char const last = folder[folderLength - 1];

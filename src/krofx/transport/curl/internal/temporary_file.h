@@ -19,9 +19,10 @@ class TemporaryFile {
   TemporaryFile& operator=(TemporaryFile const&) = delete;
   ~TemporaryFile();
 
-  /// Makes the file, under a name that ends with `suffix`. An empty or null folder is TMPDIR, or
-  /// /tmp; a backslash in it counts as a slash. False, and there is no file, when the name would
-  /// not fit into a finished record, or the folder takes no file.
+  /// Makes the file, under a name that ends with `suffix`. An empty or null folder is /tmp;
+  /// a backslash in it counts as a slash.
+  /// @return false, and there is no file, when the name does not fit into a finished record, or the
+  ///         folder takes no file.
   bool Create(char const* folder, char const* suffix);
   /// Appends all of `count` bytes; false when the file does not take them.
   bool Write(char const* bytes, std::size_t count);

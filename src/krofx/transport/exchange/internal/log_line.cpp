@@ -2,13 +2,15 @@
 
 #include "krofx/transport/exchange/internal/log_line.h"
 
-#include <cctype>
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <string_view>
 
 #include "krofx/core/memory.h"
 #include "krofx/transport/contract/net_access.h"
+#include "krofx/transport/files/internal/file_url.h"
 
 namespace krofx::internal {
 
@@ -16,41 +18,68 @@ namespace {
 
 constexpr std::size_t kUsualLine = 2048;
 
+constexpr std::string_view kDigits = "0123456789";
+constexpr std::string_view kUserCharacters =
+    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~+";
+constexpr std::string_view kAddressCharacters = "0123456789ABCDEFabcdef:.";
+
+// A part of a text: from the first place up to the second.
 struct Span {
-  char const* begin;
-  char const* end;
+  std::size_t begin;
+  std::size_t end;
 };
 
-// Where user, host and port begin: behind the scheme and its slashes, of which HTTP libraries take
+// Where user, host and port begin: after the scheme and its slashes, of which HTTP libraries take
 // one to three, or at the front of a URL without a scheme.
-char const* AuthorityOf(char const* url) {
-  char const* rest = url;
-  while (std::isalnum(static_cast<unsigned char>(*rest)) != 0 || *rest == '+' || *rest == '-' ||
-         *rest == '.') {
-    ++rest;
-  }
-  if (rest[0] != ':' || rest[1] != '/') return url;
-  return rest + 1 + std::strspn(rest + 1, "/");
+std::size_t AuthorityOf(std::string_view url) {
+  std::size_t const scheme =
+      url.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+-.");
+  if (scheme == std::string_view::npos || url.substr(scheme, 2) != ":/") return 0;
+  std::size_t const after = url.find_first_not_of('/', scheme + 1);
+  return after == std::string_view::npos ? url.size() : after;
 }
 
-// Where the password of a URL stands; empty when there is none. User and password end at the last
-// '@' of the authority. A password that was not escaped may hold the very characters that end an
-// authority, which shows in a port that is no number: then it goes on to the last '@' of all.
-Span PasswordOf(char const* url) {
-  Span const none = {url, url};
-  char const* const begin = AuthorityOf(url);
-  char const* const lastAt = std::strrchr(begin, '@');
-  // The colons of a numeric address separate nothing.
-  char const* const address = begin[0] == '[' ? std::strchr(begin, ']') : nullptr;
-  char const* const colon = std::strchr(address == nullptr ? begin : address, ':');
-  if (colon == nullptr || lastAt == nullptr || lastAt < colon) return none;
-  char const* const end = begin + std::strcspn(begin, "/?#");
-  if (end < colon) return none;
-  char const* at = lastAt < end ? lastAt : end;
-  while (at > colon && *at != '@') --at;
-  if (at > colon) return {colon + 1, at};
-  bool const isPort = colon + 1 + std::strspn(colon + 1, "0123456789") == end;
-  return isPort ? none : Span{colon + 1, lastAt};
+// What of a URL is not shown. The rule looks at what could be a secret: when a text does not
+// plainly have the form scheme, slashes, user, colon, password, everything before the last '@'
+// goes.
+Span SecretOf(std::string_view url) {
+  constexpr auto kNone = std::string_view::npos;
+  Span const nothing = {0, 0};
+  if (HasFileScheme(url.data())) return nothing;
+  std::size_t const begin = AuthorityOf(url);
+  std::size_t const lastAt = url.rfind('@');
+  std::size_t const authorityEnd = std::min(url.find_first_of("/?#", begin), url.size());
+  bool const hasScheme = begin > 0;
+  std::size_t colon = url.find(':', begin);
+  if (url.substr(begin, 1) == "[") {
+    // The colons of a numeric address separate nothing.
+    std::size_t const address = url.find_first_not_of(kAddressCharacters, begin + 1);
+    if (address == kNone || url[address] != ']') {
+      return lastAt == kNone || lastAt < begin ? nothing : Span{begin, lastAt};
+    }
+    colon = url.find(':', address);
+  } else if (lastAt != kNone && lastAt > begin) {
+    std::size_t const user = std::min(url.find_first_not_of(kUserCharacters, begin), lastAt);
+    bool const plain = hasScheme ? user == lastAt || url[user] == ':' || user == authorityEnd
+                                 : user == lastAt || (url[user] == ':' && lastAt < authorityEnd);
+    if (!plain) return {hasScheme ? begin : 0, lastAt};
+  }
+  if (colon == kNone || colon >= authorityEnd) return nothing;
+  // User and password end at the last '@' of the authority. A password that was not escaped may
+  // hold the very characters that end an authority, which shows in a port that is no number: then
+  // it goes on to the last '@' of all.
+  std::size_t const at = url.substr(0, authorityEnd).rfind('@');
+  if (at != kNone && at > colon) return {colon + 1, at};
+  std::size_t const port = url.find_first_not_of(kDigits, colon + 1);
+  if (std::min(port, url.size()) >= authorityEnd) return nothing;
+  return {colon + 1, lastAt != kNone && lastAt > colon ? lastAt : authorityEnd};
+}
+
+// A line is one line, and moves no terminal.
+void ReplaceControlCharacters(char* text) {
+  for (; *text != '\0'; ++text) {
+    if (static_cast<unsigned char>(*text) < ' ' || *text == '\x7f') *text = '?';
+  }
 }
 
 }  // namespace
@@ -71,23 +100,26 @@ void LogLine(KRNetAccess* access, u16 level, char const* format, ...) {
     if (longer != nullptr) std::vsnprintf(longer, room, format, again);
   }
   va_end(again);
-  if (length >= 0) access->LogMessage(longer == nullptr ? usual : longer, level, nullptr);
+  char* const line = longer == nullptr ? usual : longer;
+  if (length >= 0) {
+    ReplaceControlCharacters(line);
+    access->LogMessage(line, level, nullptr);
+  }
   Free(longer);
 }
 
 LoggableUrl::LoggableUrl(char const* url) : m_text(url) {
-  Span const password = PasswordOf(url);
-  if (password.begin == password.end) return;
-  std::size_t const size = std::strlen(url) + 1;
-  m_copy = static_cast<char*>(Allocate(size));
+  std::string_view const text(url);
+  Span const secret = SecretOf(text);
+  if (secret.begin == secret.end) return;
+  m_copy = static_cast<char*>(Allocate(text.size() + 1));
   m_text = m_copy;
   if (m_copy == nullptr) {
     m_text = "***";
     return;
   }
-  std::memcpy(m_copy, url, size);
-  std::memset(m_copy + (password.begin - url), '*',
-              static_cast<std::size_t>(password.end - password.begin));
+  std::memcpy(m_copy, url, text.size() + 1);
+  std::memset(m_copy + secret.begin, '*', secret.end - secret.begin);
 }
 
 LoggableUrl::~LoggableUrl() { Free(m_copy); }

@@ -1,7 +1,7 @@
 // The lines that a transport writes to the host's log.
 //
-// A line is as long as it needs to be: URLs and certificate IDs are shown whole. What must not be
-// seen is masked before it gets here.
+// A line is as long as it needs to be: URLs and certificate IDs are shown whole. Secrets are masked
+// before they get here, by LoggableUrl.
 
 #ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_LOG_LINE_H_
 #define KROFX_TRANSPORT_EXCHANGE_INTERNAL_LOG_LINE_H_
@@ -18,12 +18,15 @@ inline constexpr u16 kLogImportant = 1;
 /// The level of details.
 inline constexpr u16 kLogDetail = 3;
 
-/// Formats a line as printf does and hands it to the access object's log, with no extra text. A
-/// null access object logs nothing. Without memory a line is cut behind 2047 characters.
+/// Formats a line as printf does and passes it to the log of the access object, with no extra text.
+/// Control characters in it become '?'. A null access object logs nothing. Without memory a line is
+/// cut after 2047 characters.
 KROFX_API void LogLine(KRNetAccess* access, u16 level, char const* format, ...)
     __attribute__((format(printf, 3, 4)));
 
-/// A URL as it may stand in a log: the password of its user is stars, one for each character.
+/// A URL for a log: the password of its user is stars, one for each character. Where a text is not
+/// plainly a URL with a user and a password, everything that could be a password is stars: all
+/// before the last '@', and what is in the place of a port without being a number.
 class KROFX_API LoggableUrl {
  public:
   /// `url` must live as long as the object does. Without memory for the masked copy the whole text

@@ -13,13 +13,24 @@ namespace krofx::internal {
 
 namespace {
 
+struct Wanted {
+  void* handle;
+  char (&name)[kModuleNameSize];
+};
+
 // A handle is looked for in the list of what is loaded instead of being followed, so that a stale
 // one does no harm.
-char const* NameOfLibrary(void* handle) {
-  for (link_map* loaded = _r_debug.r_map; loaded != nullptr; loaded = loaded->l_next) {
-    if (loaded == handle) return loaded->l_name;
+int CopyNameOf(dl_phdr_info*, std::size_t, void* argument) {
+  Wanted const& wanted = *static_cast<Wanted*>(argument);
+  link_map const* loaded = _r_debug.r_map;
+  while (loaded != nullptr && loaded != wanted.handle) loaded = loaded->l_next;
+  if (loaded != nullptr) {
+    std::size_t const length = strnlen(loaded->l_name, sizeof wanted.name - 1);
+    std::memcpy(wanted.name, loaded->l_name, length);
+    wanted.name[length] = '\0';
   }
-  return nullptr;
+  // Once is enough.
+  return 1;
 }
 
 bool IsProgram(void* module) { return module == nullptr || module == _r_debug.r_map; }
@@ -33,11 +44,9 @@ void ModuleFileName(void* module, char (&out)[kModuleNameSize]) {
     out[length > 0 ? length : 0] = '\0';
     return;
   }
-  char const* const name = NameOfLibrary(module);
-  if (name == nullptr) return;
-  std::size_t const length = strnlen(name, sizeof out - 1);
-  std::memcpy(out, name, length);
-  out[length] = '\0';
+  // What it calls holds the loader's lock, so that no other thread takes a library out of the list.
+  Wanted wanted{module, out};
+  dl_iterate_phdr(&CopyNameOf, &wanted);
 }
 
 void FolderOfFileName(char const* name, KRString& folder) {

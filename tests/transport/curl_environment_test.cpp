@@ -1,0 +1,44 @@
+// The manager over libcurl in a process whose environment tries to configure it from its start on.
+
+#include <filesystem>
+#include "support/scoped_variable.h"
+
+#include "transport/curl_probe.h"
+
+namespace {
+
+// A process of its own, since libcurl reads some of the environment once.
+class CurlEnvironmentDeathTest : public CurlTest {
+ protected:
+  CurlEnvironmentDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
+
+  [[noreturn]] void ExchangeAndExit() {
+    TestCertificate const authority = TestCertificate::Authority("authority");
+    u16 code = 1;
+    {
+      TlsServer server({.script =
+                            [](ServerConnection& connection) {
+                              connection.ReadRequest();
+                              connection.Write(HttpReply("200 OK", "x"));
+                            },
+                        .chain = {authority.IssueForLoopback()}});
+      CurlProbe probe(m_manager, m_session, m_folder);
+      code = probe.Get(server.Url()).Root(authority, 7000).Run();
+    }
+    std::_Exit(code == 0 ? 0 : 1);
+  }
+};
+
+TEST_F(CurlEnvironmentDeathTest, WritesNoSecretsOfASession) {
+  // The child finds the name in its environment, so it is not made from the child's own folder.
+  char const* const inherited = getenv("SSLKEYLOGFILE");
+  std::string const file = inherited != nullptr ? inherited : m_temp.Name("secrets");
+  {
+    ScopedVariable const variable("SSLKEYLOGFILE", file);
+    EXPECT_EXIT(ExchangeAndExit(), testing::ExitedWithCode(0), "");
+  }
+  EXPECT_EQ(m_temp.Get("secrets"), "");
+  std::filesystem::remove(file);
+}
+
+}  // namespace

@@ -1,0 +1,123 @@
+// The manager over libcurl and answers on revocation that a server staples to its handshake; and
+// what a certificate has to name.
+
+#include <openssl/ocsp.h>
+
+#include <memory>
+
+#include "transport/curl_probe.h"
+
+namespace {
+
+struct Answer {
+  int status = V_OCSP_CERTSTATUS_GOOD;
+  char const* from = "20000101000000Z";
+  char const* until = "99980101000000Z";
+  int responseStatus = OCSP_RESPONSE_STATUS_SUCCESSFUL;
+};
+
+// An answer on a certificate that `issuer` issued, signed by `signer`.
+std::string Sign(Answer const& answer, TestCertificate const& certificate,
+                 TestCertificate const& issuer, TestCertificate const& signer) {
+  std::unique_ptr<OCSP_BASICRESP, decltype(&OCSP_BASICRESP_free)> const basic(OCSP_BASICRESP_new(),
+                                                                              &OCSP_BASICRESP_free);
+  auto const time = [](char const* text) {
+    std::unique_ptr<ASN1_TIME, decltype(&ASN1_TIME_free)> made(ASN1_TIME_new(), &ASN1_TIME_free);
+    ASN1_TIME_set_string(made.get(), text);
+    return made;
+  };
+  OCSP_CERTID* const id =
+      OCSP_cert_to_id(EVP_sha256(), certificate.Certificate(), issuer.Certificate());
+  OCSP_basic_add1_status(basic.get(), id, answer.status, 0, time(answer.from).get(),
+                         time(answer.from).get(), time(answer.until).get());
+  OCSP_CERTID_free(id);
+  OCSP_basic_sign(basic.get(), signer.Certificate(), signer.Key(), EVP_sha256(), nullptr, 0);
+  std::unique_ptr<OCSP_RESPONSE, decltype(&OCSP_RESPONSE_free)> const response(
+      OCSP_response_create(
+          answer.responseStatus,
+          answer.responseStatus == OCSP_RESPONSE_STATUS_SUCCESSFUL ? basic.get() : nullptr),
+      &OCSP_RESPONSE_free);
+  unsigned char* der = nullptr;
+  int const length = i2d_OCSP_RESPONSE(response.get(), &der);
+  std::string bytes(reinterpret_cast<char*>(der), static_cast<std::size_t>(length));
+  OPENSSL_free(der);
+  return bytes;
+}
+
+class CurlRevocation : public CurlTest {
+ protected:
+  // The code of an exchange with a server that staples these bytes; none for an empty text.
+  u16 CodeOf(std::string const& stapled) {
+    TlsServer server({.script =
+                          [](ServerConnection& connection) {
+                            if (!connection.ReadRequest().empty()) {
+                              connection.Write(HttpReply("200 OK", "x"));
+                            }
+                          },
+                      .chain = {m_leaf},
+                      .stapled = stapled});
+    CurlProbe probe(m_manager, m_session, m_folder);
+    probe.skipVerify = m_skipVerify;
+    u16 const code = probe.Get(server.Url()).Root(m_authority, 7000).Run();
+    EXPECT_EQ(probe.asked, 1);
+    EXPECT_EQ(probe.certificateError, code);
+    return code;
+  }
+
+  TestCertificate m_authority = TestCertificate::Authority("authority");
+  TestCertificate m_leaf = m_authority.IssueForLoopback();
+  u16 m_skipVerify = 0;
+};
+
+TEST_F(CurlRevocation, TakesAServerWithoutAnAnswerOrWithAGoodOne) {
+  EXPECT_EQ(CodeOf(""), 0);
+  EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, m_authority)), 0);
+}
+
+TEST_F(CurlRevocation, RefusesARevokedServer) {
+  EXPECT_EQ(CodeOf(Sign({.status = V_OCSP_CERTSTATUS_REVOKED}, m_leaf, m_authority, m_authority)),
+            VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf(Sign({.status = V_OCSP_CERTSTATUS_REVOKED, .until = "20010101000000Z"}, m_leaf,
+                        m_authority, m_authority)),
+            VYNCurlCode_BadCertificate);
+}
+
+TEST_F(CurlRevocation, RefusesAServerThatTheResponderDoesNotKnow) {
+  EXPECT_EQ(CodeOf(Sign({.status = V_OCSP_CERTSTATUS_UNKNOWN}, m_leaf, m_authority, m_authority)),
+            VYNCurlCode_BadCertificate);
+}
+
+TEST_F(CurlRevocation, RefusesAnAnswerOfSomebodyElseOrOnAnotherCertificateOrThatIsNone) {
+  TestCertificate const other = TestCertificate::Authority("other");
+  TestCertificate const sibling = m_authority.IssueForLoopback();
+  EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, other)), VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, sibling)), VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf(Sign({}, sibling, m_authority, m_authority)), VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf("no answer"), VYNCurlCode_BadCertificate);
+}
+
+TEST_F(CurlRevocation, PassesOverAnAnswerThatIsOutOfDateOrSaysToTryLater) {
+  EXPECT_EQ(CodeOf(Sign({.until = "20010101000000Z"}, m_leaf, m_authority, m_authority)), 0);
+  EXPECT_EQ(CodeOf(Sign({.responseStatus = OCSP_RESPONSE_STATUS_TRYLATER}, m_leaf, m_authority,
+                        m_authority)),
+            0);
+}
+
+TEST_F(CurlRevocation, IsNotLookedAtWhenNothingIsVerified) {
+  m_skipVerify = 1;
+  EXPECT_EQ(CodeOf(Sign({.status = V_OCSP_CERTSTATUS_REVOKED}, m_leaf, m_authority, m_authority)),
+            0);
+}
+
+class CurlNames : public CurlRevocation {};
+
+TEST_F(CurlNames, DoNotCountInTheCommonName) {
+  m_leaf = m_authority.Issue({.name = "127.0.0.1"});
+  EXPECT_EQ(CodeOf(""), VYNCurlCode_BadCertificate);
+  m_leaf = m_authority.Issue({.name = "127.0.0.1", .hosts = "email:a@b.example"});
+  EXPECT_EQ(CodeOf(""), VYNCurlCode_BadCertificate);
+  m_leaf = m_authority.Issue({.name = "anything", .hosts = "IP:127.0.0.1"});
+  EXPECT_EQ(CodeOf(""), 0);
+}
+
+}  // namespace
