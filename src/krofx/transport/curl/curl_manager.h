@@ -63,8 +63,8 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// Sets how many bytes the body of a reply may have, for exchanges that are created from now on.
   /// A larger one ends in VYNCurlCode_ReplyTooLarge.
   void SetReplyLimit(u32 bytes);
-  /// @return the HTTP status of the exchange that ended last, exactly as the server or the proxy sent
-  ///         it; 0 when none came. The codes of finished records name only some statuses one by one.
+  /// @return the HTTP status of the exchange that ended last, as the server or the proxy sent it; 0
+  ///         when none came. The codes of finished records name only some statuses one by one.
   u32 GetHttpStatus() const;
   /// Sets the proxy through which every host is reached but those of `exceptions`, for exchanges
   /// that are created from now on: `url` as libcurl takes it ("http://proxy:3128"), `exceptions` a
