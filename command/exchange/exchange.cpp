@@ -76,6 +76,7 @@ void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options) {
   app.AddNumber("--timeout", options.timeout, 1, kLongestTimeout,
                 "Seconds that the exchange may take; 60 without this")
       .InGroup("Connection");
+  add("--proxy", options.proxy, "Proxy to go through, as http://proxy.example:3128");
   add("--save-headers", options.headerFile, "File to save the headers of the reply in");
   app.AddFlag("--log,-v", options.log, "Show the transport's log on standard error")
       .InGroup("Connection");
@@ -161,6 +162,10 @@ std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
   }
   VYNDefaultWaitPlatform platform(LookForSignal, nullptr);
   VYNCurlManager manager;
+  if (manager.SetProxy(m_options.proxy.c_str(), nullptr) == 0) {
+    Complain("exchange", "the address of the proxy is too long");
+    return nullptr;
+  }
   VYNNetAccess access(&manager, &platform);
   access.SetAgentName(KRString("krofx"));
   access.SetTempFilePath(KRString(folder.GetPath().c_str()));

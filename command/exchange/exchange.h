@@ -26,6 +26,7 @@ struct ExchangeOptions {
   std::vector<std::string> pins;       ///< IDs of the certificates that the server may show.
   std::vector<std::string> rootFiles;  ///< Files with the roots to trust, in place of the system's.
   int timeout = 60;                    ///< In seconds.
+  std::string proxy;                   ///< URL of the proxy to go through; empty for none.
   std::string headerFile;              ///< Where the reply's headers go; empty for nowhere.
   bool log = false;                    ///< The transport's log goes to standard error.
   bool allowHttp = false;              ///< A password may go over plain HTTP.
