@@ -26,7 +26,7 @@ def count(program):
     """{operation: instructions}."""
     with tempfile.TemporaryDirectory() as folder:
         command = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={folder}/out"]
-        command += ["--toggle-collect=bench::RunCounted*", "--dump-after=bench::RunCounted*"]
+        command += ["--toggle-collect=bench::RunCounted*", "--dump-after=bench::RunCounted(bench::Operation const&)"]
         run = subprocess.run(command + [program], capture_output=True, text=True, check=False)
         if run.returncode != 0:
             sys.exit(run.stderr)
@@ -45,8 +45,9 @@ def main():
         print("Skipped: there is no valgrind to count with")
         sys.exit(SKIPPED)
     if "--write" in sys.argv:
+        taken = {"compiler": compiler, "instructions": count(program)}
         with open(COUNTS, "w", encoding="utf-8") as file:
-            json.dump({"compiler": compiler, "instructions": count(program)}, file, indent=2)
+            json.dump(taken, file, indent=2)
             file.write("\n")
         return
     if not os.path.exists(COUNTS):

@@ -3,6 +3,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <memory>
 #include <pugixml.hpp>
 
 #include "operations.h"

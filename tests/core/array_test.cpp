@@ -17,8 +17,8 @@ namespace {
 class Counted : public krofx::internal::HeapObject {
  public:
   explicit Counted(int number = 0) : m_number(number) { ++s_alive; }
-  Counted(Counted const& source) : m_number(source.m_number) { ++s_alive; }
-  Counted& operator=(Counted const& source) = default;
+  Counted(const Counted& source) : m_number(source.m_number) { ++s_alive; }
+  Counted& operator=(const Counted& source) = default;
   virtual ~Counted() { --s_alive; }
 
   int m_number;
@@ -49,7 +49,7 @@ using Cells = krofx::internal::ElementArray<u16>;
 /// A plain struct, as arrays of it hold one in each cell.
 struct Row {
   u32 key;
-  char const* text;
+  const char* text;
 };
 
 struct ArrayTest : ::testing::Test {
@@ -64,7 +64,7 @@ void Fill(Numbers& array, int count) {
   for (int i = 0; i < count; ++i) ASSERT_EQ(array.Append(new Counted(i)), 1);
 }
 
-std::vector<int> NumbersIn(Numbers const& array) {
+std::vector<int> NumbersIn(const Numbers& array) {
   std::vector<int> numbers;
   for (u16 i = 0; i < array.Entries(); ++i) {
     numbers.push_back(array.Get(i) == nullptr ? -99 : array.Get(i)->m_number);
@@ -299,7 +299,7 @@ TEST_F(ArrayTest, HoldsStringsAndPlainStructs) {
 TEST_F(ArrayTest, AsksTheObjectModelForElements) {
   static int asked;
   asked = 0;
-  krofx::internal::Hooks const before = krofx::internal::hooks;
+  const krofx::internal::Hooks before = krofx::internal::hooks;
   krofx::internal::hooks.newUShort = []() -> u16* {
     ++asked;
     return nullptr;
@@ -316,7 +316,7 @@ TEST_F(ArrayTest, AsksTheObjectModelForElements) {
 
 TEST_F(ArrayTest, BaseCannotWriteItself) {
   Numbers array(1, 1);
-  KRDynamicArray const& base = array;
+  const KRDynamicArray& base = array;
   EXPECT_EQ(base.Build(nullptr, static_cast<KRTagID>(0)), KRBuildStatus_NoArrayWriter);
   EXPECT_EQ(static_cast<u32>(KRBuildStatus_NoArrayWriter), 6u);
   EXPECT_EQ(base.OkToAlloc(9), 1);
@@ -370,7 +370,7 @@ TEST_F(ArrayTest, AssignmentLetsGoOfWhatWasHeld) {
   other = array;
   EXPECT_EQ(Counted::s_alive, 2);
   EXPECT_EQ(other.GrowStep(), 1);
-  Numbers const& self = other;
+  const Numbers& self = other;
   other = self;
   EXPECT_EQ(NumbersIn(other), (std::vector<int>{0, 1}));
 }
@@ -410,7 +410,7 @@ TEST_F(ArrayTest, RaisesTheAlarmOnlyWhenItsFirstMemoryFails) {
 TEST_F(ArrayTest, KeepsItsElementWhenANewOneCannotBeMade) {
   Numbers array(2, 2);
   array.Set(0, new Counted(1));
-  Counted const value(5);
+  const Counted value(5);
   {
     FailingAllocation failing(1, true);
     EXPECT_EQ(array.SetVal(0, value), 0);

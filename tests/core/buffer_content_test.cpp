@@ -18,13 +18,13 @@ namespace {
 /// Serves a text of its own, NUL at its end.
 class ServingBuffer : public KRBuffer {
  public:
-  explicit ServingBuffer(char const* text) : KRBuffer(0, 0), m_text(text) {}
+  explicit ServingBuffer(const char* text) : KRBuffer(0, 0), m_text(text) {}
   char GetCh(s32 index) override {
     return index >= 0 && index < static_cast<s32>(std::strlen(m_text)) ? m_text[index] : '\0';
   }
 
  private:
-  char const* m_text;
+  const char* m_text;
 };
 
 // ---- Reading ----

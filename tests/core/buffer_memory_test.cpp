@@ -18,7 +18,7 @@ namespace {
 
 TEST(KRBuffer, IsOverwrittenBeforeItIsFreed) {
   WipedMemory wiped;
-  char const* data = nullptr;
+  const char* data = nullptr;
   {
     KRBuffer buffer(0, 0);
     Put(buffer, std::string(600, 'x'));
@@ -31,7 +31,7 @@ TEST(KRBuffer, IsOverwrittenWhereItGrew) {
   WipedMemory wiped;
   KRBuffer buffer(10, 0);
   buffer += "a secret!!";
-  char const* data = buffer.GetBufferPtr();
+  const char* data = buffer.GetBufferPtr();
   buffer += "more";
   EXPECT_TRUE(wiped.Covers(data, 10));
   EXPECT_EQ(Content(buffer), "a secret!!more");
@@ -43,7 +43,7 @@ TEST(KRBuffer, LosesItsDataWhenItCannotGrow) {
   WipedMemory wiped;
   KRBuffer buffer(0, 0);
   Put(buffer, std::string(512, 'x'));
-  char const* data = buffer.GetBufferPtr();
+  const char* data = buffer.GetBufferPtr();
   {
     FailingAllocation failing(1);
     EXPECT_EQ(buffer.Write('y'), KRBufferNoMemory);
@@ -99,7 +99,7 @@ TEST(KRBuffer, ReportsExhaustedMemoryOfAnAllocation) {
 
 // ---- Arrays of buffers ----
 
-KRBuffer* BufferOf(char const* text) {
+KRBuffer* BufferOf(const char* text) {
   auto* buffer = new KRBuffer(0, 0);
   *buffer += text;
   return buffer;

@@ -56,7 +56,7 @@ TEST(KRBuffer, StartsWithTheInitialSizeEvenBelowTheGrowSize) {
 
 TEST(KRBuffer, AnnouncesLinearGrowthHoweverLongItGets) {
   KRBuffer buffer(0, 0);
-  std::string const line(100, 'x');
+  const std::string line(100, 'x');
   for (u32 written = 100; written <= 100000; written += 100) {
     ASSERT_EQ(buffer.Write(line.data(), 100), KRBufferOK);
     ASSERT_EQ(buffer.GetBufferAllocation(), (written + 511) / 512 * 512);
@@ -156,7 +156,7 @@ TEST(KRBuffer, CutsTheContentEvenByAWriteOfNothing) {
 }
 
 TEST(KRBuffer, WritesTextsBy16BitLengths) {
-  std::string const text(65536 + 3, 'x');
+  const std::string text(65536 + 3, 'x');
   KRBuffer buffer(0, 0);
   buffer += text.c_str();
   EXPECT_EQ(buffer.GetBufferSize(), 3u);
@@ -171,7 +171,7 @@ TEST(KRBuffer, RefusesToWriteFromNull) {
   EXPECT_EQ(buffer.Write(nullptr, 3), KRBufferNoData);
   EXPECT_EQ(buffer.WriteString(nullptr), KRBufferNoData);
   EXPECT_EQ(buffer.WriteLarge(nullptr, 20000), KRBufferNoData);
-  buffer += static_cast<char const*>(nullptr);
+  buffer += static_cast<const char*>(nullptr);
   EXPECT_EQ(buffer.Write(static_cast<KRBuffer*>(nullptr)), KRBufferNoData);
   EXPECT_EQ(buffer.GetBufferSize(), 0u);
 }

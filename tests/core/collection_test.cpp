@@ -13,13 +13,13 @@ class Numbered : public KRCollectionItem {
  public:
   explicit Numbered(int number) : m_number(number) { ++s_alive; }
   ~Numbered() override { --s_alive; }
-  Numbered& operator=(KRCollectionItem const& source) override {
+  Numbered& operator=(const KRCollectionItem& source) override {
     KRCollectionItem::operator=(source);
-    m_number = static_cast<Numbered const&>(source).m_number;
+    m_number = static_cast<const Numbered&>(source).m_number;
     return *this;
   }
-  u16 operator==(KRCollectionItem const& other) const override {
-    return m_number == static_cast<Numbered const&>(other).m_number ? 1 : 0;
+  u16 operator==(const KRCollectionItem& other) const override {
+    return m_number == static_cast<const Numbered&>(other).m_number ? 1 : 0;
   }
   KRCollectionItem* Factory() const override { return new Numbered(0); }
 
@@ -28,7 +28,7 @@ class Numbered : public KRCollectionItem {
 };
 int Numbered::s_alive = 0;
 
-int NumberAt(KRCollection const& collection, u16 index) {
+int NumberAt(const KRCollection& collection, u16 index) {
   KRCollectionItem* item = collection[index];
   return item == nullptr ? -1 : static_cast<Numbered*>(item)->m_number;
 }
@@ -168,7 +168,7 @@ TEST(KRCollection, AssignmentDeletesWhatWasOwned) {
   EXPECT_EQ(other.NumberofItems(), 2);
   EXPECT_EQ(other[0], collection[0]);
   EXPECT_EQ(other[1], collection[1]);
-  KRCollection const& self = collection;
+  const KRCollection& self = collection;
   collection = self;
   EXPECT_EQ(collection.NumberofItems(), 2);
 }
@@ -183,7 +183,7 @@ TEST(KRCollection, HoldsNoMoreThanItCanCount) {
 TEST(KRCollection, RaisesTheAlarmWhenMemoryIsExhausted) {
   KRCollection collection;
   Add(collection, 1);
-  Numbered const item(5);
+  const Numbered item(5);
   FailingAllocation failing(1);
   collection += item;
   EXPECT_EQ(collection.NumberofItems(), 1);

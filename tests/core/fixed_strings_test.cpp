@@ -174,7 +174,7 @@ TEST(KRUserPassword, BringsItsLimitToACopyAndKeepsItWhenAssigned) {
   source = "secret";
   KRUserPassword copy(source);
   EXPECT_EQ(copy.SpecLength(), 32);
-  EXPECT_EQ(KRUserPassword(static_cast<KRString const&>(source)).SpecLength(), 171);
+  EXPECT_EQ(KRUserPassword(static_cast<const KRString&>(source)).SpecLength(), 171);
   KRUserPassword assigned;
   assigned = source;
   EXPECT_EQ(assigned.SpecLength(), 171);
@@ -183,7 +183,7 @@ TEST(KRUserPassword, BringsItsLimitToACopyAndKeepsItWhenAssigned) {
 
 TEST(KRUserPassword, IsOverwrittenBeforeItIsFreed) {
   WipedMemory wiped;
-  char const* text = nullptr;
+  const char* text = nullptr;
   {
     KRUserPassword password;
     password = "a long secret";
@@ -197,7 +197,7 @@ TEST(KRUserPassword, IsOverwrittenWhereItGrew) {
   WipedMemory wiped;
   KRUserPassword password;
   password = "secret";
-  char const* text = password;
+  const char* text = password;
   password += " and more";
   EXPECT_TRUE(password == "secret and more");
   EXPECT_TRUE(wiped.Covers(text, 7));
@@ -211,8 +211,8 @@ TEST(KRUserPassword, IsOverwrittenWhereItGrew) {
 
 TEST(KRUserPassword, IsOverwrittenThroughEveryCopyAndTheBase) {
   WipedMemory wiped;
-  char const* copied = nullptr;
-  char const* moved = nullptr;
+  const char* copied = nullptr;
+  const char* moved = nullptr;
   {
     KRUserPassword password;
     password = "secret";
@@ -224,7 +224,7 @@ TEST(KRUserPassword, IsOverwrittenThroughEveryCopyAndTheBase) {
   EXPECT_TRUE(wiped.Covers(copied, 7));
   EXPECT_TRUE(wiped.Covers(moved, 7));
   auto* heap = new KRUserPassword(KRString("secret"));
-  char const* text = *heap;
+  const char* text = *heap;
   KRString* base = heap;
   delete base;
   EXPECT_TRUE(wiped.Covers(text, 7));
@@ -246,7 +246,7 @@ TEST(KRUserPassword, IsOverwrittenWhenMemoryRunsOut) {
   WipedMemory wiped;
   KRUserPassword password;
   password = "secret";
-  char const* text = password;
+  const char* text = password;
   FailingAllocation failing(1);
   password += " and more";
   EXPECT_EQ(password.IsNull(), 1);
@@ -321,7 +321,7 @@ TEST(KREMailMsgBody, KeepsItsLimitWhenAssignedItself) {
   body.SetSpecLength10000();
   body = "abc";
   body.SetSpecLength10000();
-  KRString const& self = body;
+  const KRString& self = body;
   body = self;
   EXPECT_EQ(body.SpecLength(), 10000);
   EXPECT_TRUE(body == "abc");

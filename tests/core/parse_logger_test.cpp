@@ -37,12 +37,12 @@ class ParseLogger : public testing::Test {
     krofx::internal::hooks = m_hooks;
   }
 
-  u16 Log(char const* value = "value", KRTagID tag = KRTag_MEMO, KRDataObj* object = nullptr) {
+  u16 Log(const char* value = "value", KRTagID tag = KRTag_MEMO, KRDataObj* object = nullptr) {
     return m_logger.AppendParseException(KRPW_BADFORMAT, value, "MEMO", tag, object);
   }
-  KRParseException const& Last() { return *m_logger.Get(static_cast<u16>(m_logger.Entries() - 1)); }
+  const KRParseException& Last() { return *m_logger.Get(static_cast<u16>(m_logger.Entries() - 1)); }
 
-  krofx::internal::Hooks const m_hooks = krofx::internal::hooks;
+  const krofx::internal::Hooks m_hooks = krofx::internal::hooks;
   KRParseLogger m_logger;
 };
 
@@ -51,7 +51,7 @@ class ParseLogger : public testing::Test {
 struct WarningName {
   KRParseWarning warning;
   u32 code;
-  char const* name;
+  const char* name;
 };
 
 class Warnings : public testing::TestWithParam<WarningName> {};
@@ -116,8 +116,8 @@ TEST(KRParseException, CopiesAllFields) {
   const KRParseException constructed(original);
   KRParseException assigned;
   assigned = original;
-  for (KRParseException const* copy :
-       {&constructed, const_cast<KRParseException const*>(&assigned)}) {
+  for (const KRParseException* copy :
+       {&constructed, const_cast<const KRParseException*>(&assigned)}) {
     EXPECT_EQ(copy->m_warning, KRPW_EXTRAAGG);
     EXPECT_EQ(copy->m_object, Object(5));
     EXPECT_STREQ(copy->m_tagText, "STATUS");
@@ -142,14 +142,14 @@ TEST_F(ParseLogger, StoresWarningsInOrder) {
   EXPECT_EQ(m_logger.AppendParseException(KRPW_TOOLONG, "one", "MEMO", KRTag_MEMO, Object(1)), 1);
   EXPECT_EQ(m_logger.AppendParseException(KRPW_LOWERCASE, "", "memo", KRTag_None, nullptr), 1);
   ASSERT_EQ(m_logger.Entries(), 2);
-  KRParseException const& first = *m_logger.Get(0);
+  const KRParseException& first = *m_logger.Get(0);
   EXPECT_EQ(first.m_warning, KRPW_TOOLONG);
   EXPECT_STREQ(first.m_valueText, "one");
   EXPECT_STREQ(first.m_tagText, "MEMO");
   EXPECT_EQ(first.m_tag, KRTag_MEMO);
   EXPECT_EQ(first.m_object, Object(1));
   EXPECT_EQ(first.m_offset, -1);
-  KRParseException const& second = *m_logger.Get(1);
+  const KRParseException& second = *m_logger.Get(1);
   EXPECT_EQ(second.m_warning, KRPW_LOWERCASE);
   EXPECT_EQ(second.m_valueText.IsEmpty(), 1);
   EXPECT_EQ(second.m_object, nullptr);
@@ -307,12 +307,12 @@ TEST_F(ParseLogger, MayBeDestroyedBeforeItsBuffer) {
 }
 
 struct Listener final : krofx::internal::WarningListener {
-  void OnStored(KRParseException const& exception) override {
+  void OnStored(const KRParseException& exception) override {
     ++m_heard;
     m_last = &exception;
   }
   int m_heard = 0;
-  KRParseException const* m_last = nullptr;
+  const KRParseException* m_last = nullptr;
 };
 
 TEST_F(ParseLogger, TellsItsListenerOfEachRecordThatItStores) {
@@ -404,7 +404,7 @@ TEST_F(ParseLogger, CopiesAddUp) {
   EXPECT_EQ(m_logger.DeepCopyFrom(&source), 1);
   ASSERT_EQ(m_logger.Entries(), 3);
   EXPECT_STREQ(m_logger.Get(0)->m_valueText, "one");
-  KRParseException const& copy = *m_logger.Get(1);
+  const KRParseException& copy = *m_logger.Get(1);
   EXPECT_NE(&copy, source.Get(0));
   EXPECT_EQ(copy.m_warning, KRPW_MISSINGTAG);
   EXPECT_STREQ(copy.m_valueText, "two");

@@ -95,7 +95,7 @@ TEST(KRString, KeepsANullStringNullThroughCDATA) {
 
 TEST(KRString, HoldsUpTo65534Characters) {
   KRSetFireAlarm(KRFireAlarm_None);
-  std::string const longest = std::string(65534, 'a');
+  const std::string longest = std::string(65534, 'a');
   KRString string(longest.c_str());
   EXPECT_EQ(string.GetStrLength(), 65534);
   EXPECT_EQ(string.BufferSize(), 65535);
@@ -116,9 +116,9 @@ TEST(KRString, GrowsUpTo65534Characters) {
 }
 
 TEST(KRString, RefusesMoreThan65534CharactersAndKeepsItsText) {
-  std::string const tooLong = std::string(65535, 'a');
-  std::string const wrapping = std::string(65536 + 4, 'a');
-  for (std::string const& text : {tooLong, wrapping}) {
+  const std::string tooLong = std::string(65535, 'a');
+  const std::string wrapping = std::string(65536 + 4, 'a');
+  for (const std::string& text : {tooLong, wrapping}) {
     KRString string("abc");
     string.SetSpecLength(9);
     KRSetFireAlarm(KRFireAlarm_None);
@@ -153,7 +153,7 @@ TEST(KRString, RefusesToGrowBeyondItsLimit) {
   string.ToCDATA();
   EXPECT_EQ(string.GetStrLength(), 65534);
   EXPECT_EQ(string.GetEncoding(), KRStringEncode_Plain);
-  KRString const sum = string + KRString("x");
+  const KRString sum = string + KRString("x");
   EXPECT_TRUE(sum == string);
   EXPECT_TRUE(AlarmIsSet());
   KRSetFireAlarm(KRFireAlarm_None);
@@ -208,7 +208,7 @@ TEST(KRString, SumIsTheLeftTextWhenMemoryIsShort) {
   KRString right("def");
   right.SetEncoding(KRStringEncode_CDATA);
   FailingAllocation failing(1);
-  KRString const sum = left + right;
+  const KRString sum = left + right;
   EXPECT_TRUE(sum == "abc");
   EXPECT_EQ(sum.GetEncoding(), KRStringEncode_CDATA);
   EXPECT_TRUE(AlarmIsSet());

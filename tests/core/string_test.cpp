@@ -32,7 +32,7 @@ TEST(KRString, StaysSmall) { EXPECT_LE(sizeof(KRString), 24u); }
 
 TEST(KRString, ConvertsToAnEmptyTextWhenNull) {
   KRString string;
-  char const* text = string;
+  const char* text = string;
   ASSERT_NE(text, nullptr);
   EXPECT_STREQ(text, "");
 }
@@ -40,7 +40,7 @@ TEST(KRString, ConvertsToAnEmptyTextWhenNull) {
 TEST(KRString, SharesOneEmptyTextAmongNullStrings) {
   KRString one;
   KRString other;
-  EXPECT_EQ(static_cast<char const*>(one), static_cast<char const*>(other));
+  EXPECT_EQ(static_cast<const char*>(one), static_cast<const char*>(other));
 }
 
 TEST(KRString, FitsItsMemoryExactly) {
@@ -52,7 +52,7 @@ TEST(KRString, FitsItsMemoryExactly) {
 
 TEST(KRString, StaysNullWhenMadeOfNothing) {
   EXPECT_EQ(KRString("").IsNull(), 1);
-  EXPECT_EQ(KRString(static_cast<char const*>(nullptr)).IsNull(), 1);
+  EXPECT_EQ(KRString(static_cast<const char*>(nullptr)).IsNull(), 1);
 }
 
 TEST(KRString, CopiesTextEncodingAndSpecLength) {
@@ -63,7 +63,7 @@ TEST(KRString, CopiesTextEncodingAndSpecLength) {
   EXPECT_TRUE(copy == "abc");
   EXPECT_EQ(copy.SpecLength(), 9);
   EXPECT_EQ(copy.GetEncoding(), KRStringEncode_CDATA);
-  EXPECT_NE(static_cast<char const*>(copy), static_cast<char const*>(source));
+  EXPECT_NE(static_cast<const char*>(copy), static_cast<const char*>(source));
 }
 
 TEST(KRString, CopyOfAnEmptyStringAllocatesNothing) {
@@ -76,9 +76,9 @@ TEST(KRString, CopyOfAnEmptyStringAllocatesNothing) {
 
 TEST(KRString, HandsItsTextOverWhenMoved) {
   KRString source("abc");
-  char const* text = source;
+  const char* text = source;
   KRString target(std::move(source));
-  EXPECT_EQ(static_cast<char const*>(target), text);
+  EXPECT_EQ(static_cast<const char*>(target), text);
   EXPECT_EQ(source.IsNull(), 1);  // NOLINT: the moved-from state is promised
   EXPECT_EQ(source.BufferSize(), 0);
 }
@@ -96,7 +96,7 @@ TEST(KRString, AssignedTextKeepsSpecLengthAndEncoding) {
 }
 
 TEST(KRString, AssignedEmptyTextResetsEverything) {
-  for (char const* nothing : {static_cast<char const*>(""), static_cast<char const*>(nullptr)}) {
+  for (const char* nothing : {static_cast<const char*>(""), static_cast<const char*>(nullptr)}) {
     KRString string;
     string.SetSpecLength(10);
     string.SetEncoding(KRStringEncode_CDATA);
@@ -148,10 +148,10 @@ TEST(KRString, NeverShrinksItsMemory) {
 
 TEST(KRString, SurvivesAssignmentOfItself) {
   KRString string("abc");
-  KRString const& self = string;
+  const KRString& self = string;
   string = self;
   EXPECT_TRUE(string == "abc");
-  string = static_cast<char const*>(string) + 1;
+  string = static_cast<const char*>(string) + 1;
   EXPECT_TRUE(string == "bc");
 }
 
@@ -182,7 +182,7 @@ TEST(KRString, AppendsTextAndCharacters) {
   string += 'd';
   string += '\0';
   string += "";
-  string += static_cast<char const*>(nullptr);
+  string += static_cast<const char*>(nullptr);
   EXPECT_TRUE(string == "abcd");
   EXPECT_EQ(string.BufferSize(), 5);
 }
@@ -191,14 +191,14 @@ TEST(KRString, AppendsItself) {
   KRString string("abc");
   string += string;
   EXPECT_TRUE(string == "abcabc");
-  string += static_cast<char const*>(string) + 4;
+  string += static_cast<const char*>(string) + 4;
   EXPECT_TRUE(string == "abcabcbc");
 }
 
 TEST(KRString, SumStartsAsTheLeftOperand) {
   KRString left("abc");
   left.SetSpecLength(5);
-  KRString const sum = left + KRString("def");
+  const KRString sum = left + KRString("def");
   EXPECT_TRUE(sum == "abcdef");
   EXPECT_EQ(sum.SpecLength(), 5);
   EXPECT_EQ(sum.BufferSize(), 7);
@@ -226,12 +226,12 @@ TEST(KRString, SumOfNothingIsNull) {
 // ---- Comparison ----
 
 TEST(KRString, NullEmptyAndNothingAreEqual) {
-  KRString const null;
+  const KRString null;
   KRString empty("x");
   empty.Clear(0);
-  for (KRString const* string : {&null, static_cast<KRString const*>(&empty)}) {
+  for (const KRString* string : {&null, static_cast<const KRString*>(&empty)}) {
     EXPECT_EQ(*string == "", 1);
-    EXPECT_EQ(*string == static_cast<char const*>(nullptr), 1);
+    EXPECT_EQ(*string == static_cast<const char*>(nullptr), 1);
     EXPECT_EQ(*string == null, 1);
     EXPECT_EQ(*string != "", 0);
     EXPECT_EQ(*string == "x", 0);
@@ -239,7 +239,7 @@ TEST(KRString, NullEmptyAndNothingAreEqual) {
     EXPECT_EQ(string->strcmpi(nullptr), 1);
     EXPECT_EQ(string->strcmpi("x"), 0);
   }
-  EXPECT_EQ(KRString("x") == static_cast<char const*>(nullptr), 0);
+  EXPECT_EQ(KRString("x") == static_cast<const char*>(nullptr), 0);
   EXPECT_EQ(KRString("x").strcmpi(nullptr), 0);
 }
 
@@ -252,7 +252,7 @@ TEST(KRString, ComparesWithRegardToCaseUnlessAsked) {
 
 TEST(KRString, ComparesInEveryCombination) {
   KRString string("abc");
-  KRString32 const fixed(string);
+  const KRString32 fixed(string);
   EXPECT_TRUE(string == fixed);
   EXPECT_TRUE(fixed == string);
   EXPECT_TRUE("abc" == fixed);

@@ -19,11 +19,11 @@ namespace krofx::internal {
 
 // Shows what a dictionary keeps to itself.
 struct TagDictionaryInspector {
-  static u32 Mode(TagDictionary const& d) { return d.m_lookupMode; }
-  static u16 LowestTagID(TagDictionary const& d) { return d.m_lowestTagID; }
-  static u16 AreTagIDsContiguous(TagDictionary const& d) { return d.AreTagIDsContiguous(); }
-  static KRMapTagStringToID const* LookupByText(TagDictionary const& d) { return d.m_lookupByText; }
-  static KRMapTagIDToIndex const* LookupByID(TagDictionary const& d) { return d.m_lookupByID; }
+  static u32 Mode(const TagDictionary& d) { return d.m_lookupMode; }
+  static u16 LowestTagID(const TagDictionary& d) { return d.m_lowestTagID; }
+  static u16 AreTagIDsContiguous(const TagDictionary& d) { return d.AreTagIDsContiguous(); }
+  static const KRMapTagStringToID* LookupByText(const TagDictionary& d) { return d.m_lookupByText; }
+  static const KRMapTagIDToIndex* LookupByID(const TagDictionary& d) { return d.m_lookupByID; }
 };
 
 }  // namespace krofx::internal
@@ -40,11 +40,11 @@ constexpr u32 kLinearScan = 2;
 KRTagID Id(u32 id) { return static_cast<KRTagID>(id); }
 
 struct Found {
-  KRTagDictionaryEntry const* entry;
+  const KRTagDictionaryEntry* entry;
   KRTagID id;
 };
 
-Found Find(TagDictionary const& dictionary, std::string const& text,
+Found Find(const TagDictionary& dictionary, const std::string& text,
            KRCaseType type = KRCaseType_Exact) {
   Found found{nullptr, Id(99999)};
   found.entry = dictionary.GetTagID(text.data(), static_cast<u16>(text.size()), &found.id, type);
@@ -79,7 +79,7 @@ TEST_F(StandardDictionary, IndexesIdsDirectlyFromOne) {
 
 TEST_F(StandardDictionary, FindsEveryTagExactlyAndInSmallLetters) {
   for (u16 i = 0; i < NumberOfKRDictionaryEntry(); ++i) {
-    KRTagDictionaryEntry const& row = GetKRTagDictionary()[i];
+    const KRTagDictionaryEntry& row = GetKRTagDictionary()[i];
     const Found exact = Find(m_dictionary, row.text);
     EXPECT_EQ(exact.entry, &row) << row.text;
     EXPECT_EQ(exact.id, row.tagID) << row.text;
@@ -135,7 +135,7 @@ TEST_F(StandardDictionary, FindsNothingForATextWithANulInside) {
 }
 
 TEST_F(StandardDictionary, ReadsNoByteBehindTheLength) {
-  char const* buffer = "<BANKMSGSRSV1><STMTTRN>";
+  const char* buffer = "<BANKMSGSRSV1><STMTTRN>";
   for (KRCaseType type : {KRCaseType_Exact, KRCaseType_IgnoreCase}) {
     KRTagID id = KRTag_None;
     ASSERT_NE(m_dictionary.GetTagID(buffer + 15, 7, &id, type), nullptr);
@@ -143,7 +143,7 @@ TEST_F(StandardDictionary, ReadsNoByteBehindTheLength) {
   }
   // Heap blocks of the exact size: the address sanitizer sees a read behind them.
   for (u16 i = 0; i < NumberOfKRDictionaryEntry(); ++i) {
-    char const* text = GetKRTagDictionary()[i].text;
+    const char* text = GetKRTagDictionary()[i].text;
     const std::vector<char> exact(text, text + std::strlen(text));
     for (KRCaseType type : {KRCaseType_Exact, KRCaseType_IgnoreCase}) {
       EXPECT_NE(m_dictionary.GetTagID(exact.data(), static_cast<u16>(exact.size()), nullptr, type),
@@ -177,7 +177,7 @@ TEST_F(StandardDictionary, RemembersTheCaseTypeOfTheLatestLookup) {
 }
 
 TEST_F(StandardDictionary, OrdersItsLookupByLengthAndThenByBytes) {
-  KRMapTagStringToID const* rows = Inspector::LookupByText(m_dictionary);
+  const KRMapTagStringToID* rows = Inspector::LookupByText(m_dictionary);
   for (u16 i = 0; i < NumberOfKRDictionaryEntry(); ++i) {
     EXPECT_EQ(rows[i].length, std::strlen(rows[i].entry->text));
     if (i == 0) continue;
@@ -189,8 +189,8 @@ TEST_F(StandardDictionary, OrdersItsLookupByLengthAndThenByBytes) {
 }
 
 TEST_F(StandardDictionary, LeadsFromIdsToTheLookupByText) {
-  KRMapTagIDToIndex const* ids = Inspector::LookupByID(m_dictionary);
-  KRMapTagStringToID const* rows = Inspector::LookupByText(m_dictionary);
+  const KRMapTagIDToIndex* ids = Inspector::LookupByID(m_dictionary);
+  const KRMapTagStringToID* rows = Inspector::LookupByText(m_dictionary);
   for (u16 i = 0; i < NumberOfKRDictionaryEntry(); ++i) {
     EXPECT_EQ(ids[i].tagID, i + 1U);
     EXPECT_EQ(rows[ids[i].position].entry->tagID, ids[i].tagID);
@@ -298,11 +298,11 @@ TEST_F(TagDictionaryTest, FindsTextsOfEveryShape) {
     }
   }
   std::vector<KRTagDictionaryEntry> table;
-  for (std::string const& text : texts) {
+  for (const std::string& text : texts) {
     table.push_back({Id(static_cast<u32>(table.size() + 1)), text.c_str()});
   }
   TagDictionary dictionary(table.data(), static_cast<u16>(table.size()));
-  for (KRTagDictionaryEntry const& row : table) {
+  for (const KRTagDictionaryEntry& row : table) {
     EXPECT_EQ(Find(dictionary, row.text).entry, &row);
     EXPECT_EQ(Find(dictionary, LowerCase(row.text), KRCaseType_IgnoreCase).entry, &row);
     EXPECT_EQ(Find(dictionary, LowerCase(row.text)).entry, nullptr);

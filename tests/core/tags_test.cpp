@@ -14,7 +14,7 @@
 
 namespace {
 
-char const* TextAt(u32 id) { return GetKRTagDictionary()[id - 1].text; }
+const char* TextAt(u32 id) { return GetKRTagDictionary()[id - 1].text; }
 
 TEST(Tags, AreAsManyAsTheirLastIdSays) { EXPECT_EQ(NumberOfKRDictionaryEntry(), 1187); }
 
@@ -33,7 +33,7 @@ TEST(Tags, AreAllDifferent) {
 
 TEST(Tags, AreCapitalsDigitsAndPoints) {
   for (u32 i = 0; i < NumberOfKRDictionaryEntry(); ++i) {
-    char const* text = GetKRTagDictionary()[i].text;
+    const char* text = GetKRTagDictionary()[i].text;
     EXPECT_GT(std::strlen(text), 0U);
     EXPECT_EQ(std::strspn(text, "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789."), std::strlen(text))
         << text;
@@ -48,7 +48,7 @@ TEST(Tags, AreThoseOfTheListInItsOrder) {
 struct Spot {
   u32 id;
   KRTagID tag;
-  char const* text;
+  const char* text;
 };
 
 class TagsAt : public testing::TestWithParam<Spot> {};

@@ -23,7 +23,7 @@ class LimitedBuffer : public KRBuffer {
 };
 
 TEST(VirtualSlots, OfStrings) {
-  using Assign = KRString& (KRString::*)(KRString const&);
+  using Assign = KRString& (KRString::*)(const KRString&);
   ExpectSlotsInOrder(2, static_cast<Assign>(&KRString::operator=), &KRString::SetMsgSetVersion,
                      &KRString::IsValid, &KRString::SetSpecLength, &KRString::Truncate,
                      &KRString::TruncateToSpec);

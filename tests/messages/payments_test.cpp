@@ -365,7 +365,7 @@ class OverratedDiscount : public KRDiscount {
  public:
   OverratedDiscount() {
     SetMsgSetVersion(1);
-    m_discountRate = KRPercent("150");
+    m_discountRate = "150";
   }
 };
 

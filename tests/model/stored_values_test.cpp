@@ -76,7 +76,7 @@ TEST(StoredText, RefusesMoreThanItsLengthOnTheShortWay) {
 
 TEST(StoredText, StaysAbsentAndRaisesTheAlarmWithoutMemory) {
   StoredText<KRString32> stored;
-  KRString const text("text");
+  const KRString text("text");
   KRSetFireAlarm(KRFireAlarm_None);
   AllocationFailure::FailAt(1);
   stored = text;
@@ -118,6 +118,21 @@ TEST(StoredDate, KeepsWhatNoDateHas) {
     EXPECT_EQ(static_cast<KRDateTime>(stored).GetDay(), 2);
     EXPECT_STREQ(static_cast<KRDateTime>(stored).GetTimeZone(), "");
   }
+}
+
+TEST(StoredDate, TakesATextAsItsClassDoes) {
+  StoredDate stored;
+  EXPECT_EQ(stored = "20250203", 1);
+  EXPECT_EQ(static_cast<KRDateTime>(stored).GetDay(), 3);
+  EXPECT_EQ(stored = "no date", 0);
+}
+
+TEST(StoredNumber, TakesATextAndAnIntegerAsItsClassDoes) {
+  StoredNumber<KRPercent> stored;
+  stored = "12.5";
+  EXPECT_EQ(static_cast<KRPercent>(stored) == KRPrecisionInteger(125, 1), 1);
+  stored = 7;
+  EXPECT_EQ(static_cast<KRPercent>(stored) == KRPrecisionInteger(7, 0), 1);
 }
 
 TEST(StoredNumber, KeepsAllOfANumber) {

@@ -267,7 +267,7 @@ TEST(PatchCheckFreeOFX, TakesATextThatWasClearedForOneThatIsThere) {
 TEST(PatchCheckFreeOFX, RepairsDescriptionAndRateOfADiscount) {
   Invoice invoice;
   Discount* discount = invoice.Add(new Discount);
-  discount->m_rate = KRPercent("150");
+  discount->m_rate = "150";
   EXPECT_EQ(Patch(invoice), 1);
   EXPECT_STREQ(discount->m_description.Get(), "Discount applied");
   EXPECT_EQ(static_cast<KRPercent>(discount->m_rate).IsZero(), 1);

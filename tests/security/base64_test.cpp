@@ -27,7 +27,7 @@ int ChooseAStranger(unsigned char** description) {
 using Chooser = int (*)(unsigned char**);
 
 // The text of some bytes, or a word for a failure.
-std::string Encoded(std::string const& bytes) {
+std::string Encoded(const std::string& bytes) {
   KRBuffer input(0, 0);
   Put(input, bytes);
   KREncode encode;
@@ -35,13 +35,13 @@ std::string Encoded(std::string const& bytes) {
   return Content(*encode.GetOutputData());
 }
 
-KRSecStatus StatusOfDecoding(std::string const& text) {
+KRSecStatus StatusOfDecoding(const std::string& text) {
   KRBuffer input(0, 0);
   Put(input, text);
   return KRDecode().SetInputData(&input);
 }
 
-void ExpectDecoded(std::string const& text, std::string const& bytes) {
+void ExpectDecoded(const std::string& text, const std::string& bytes) {
   SCOPED_TRACE(text);
   KRBuffer input(0, 0);
   Put(input, text);
@@ -51,7 +51,7 @@ void ExpectDecoded(std::string const& text, std::string const& bytes) {
   EXPECT_EQ(decode.GetOutputData()->GetBufferOffset(), 0u);
 }
 
-void ExpectRefused(std::string const& text) {
+void ExpectRefused(const std::string& text) {
   EXPECT_EQ(StatusOfDecoding(text), KRSecStatus_DecodingFailed) << text;
 }
 
@@ -76,7 +76,7 @@ TEST(KREncode, WritesGroupsOfFour) {
 TEST(KREncode, UsesTheWholeAlphabetInOrder) {
   std::string groups;
   for (unsigned value = 0; value < 64; value += 4) {
-    unsigned const bits = value << 18 | (value + 1) << 12 | (value + 2) << 6 | (value + 3);
+    const unsigned bits = value << 18 | (value + 1) << 12 | (value + 2) << 6 | (value + 3);
     for (int place = 16; place >= 0; place -= 8) groups += static_cast<char>(bits >> place & 0xff);
   }
   EXPECT_EQ(Encoded(groups), "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/");
@@ -88,14 +88,14 @@ TEST(KREncode, MakesRoomForTheFourCharactersOfOneByte) {
 }
 
 TEST(KREncode, GivesTwentyBytesTwentyEightCharactersTheLastAnEqualsSign) {
-  std::string const text = Encoded(std::string(20, 'x'));
+  const std::string text = Encoded(std::string(20, 'x'));
   EXPECT_EQ(text.size(), 28u);
   EXPECT_EQ(text.back(), '=');
   EXPECT_NE(text[26], '=');
 }
 
 TEST(KREncode, BreaksNoLines) {
-  std::string const text = Encoded(std::string(100000, 'x'));
+  const std::string text = Encoded(std::string(100000, 'x'));
   EXPECT_EQ(text.size(), 133336u);
   EXPECT_EQ(text.find_first_of("\r\n"), std::string::npos);
 }
@@ -114,7 +114,7 @@ TEST(KREncode, EncodesInItsConstructor) {
 
 TEST(KREncode, ReplacesItsOutputEachTime) {
   KREncode encode;
-  for (std::string const& bytes : {std::string(300, 'a'), std::string("b"), std::string()}) {
+  for (const std::string& bytes : {std::string(300, 'a'), std::string("b"), std::string()}) {
     KRBuffer input(0, 0);
     Put(input, bytes);
     EXPECT_EQ(encode.SetInputData(&input), KRSecStatus_Success);
@@ -160,7 +160,7 @@ TEST(KRDecode, TurnsAnEmptyTextIntoAnEmptyOutput) {
 }
 
 TEST(KRDecode, ReturnsWhatWasEncoded) {
-  std::string const all = AllBytes();
+  const std::string all = AllBytes();
   for (std::size_t size = 0; size <= all.size(); ++size) {
     ExpectDecoded(Encoded(all.substr(0, size)), all.substr(0, size));
   }
@@ -173,9 +173,9 @@ TEST(KRDecode, SkipsLineEndsBlanksAndTabsWhereverTheyStand) {
 }
 
 TEST(KRDecode, RefusesEveryOtherCharacter) {
-  std::string const allowed =
+  const std::string allowed =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/= \t\r\n";
-  for (char const c : AllBytes()) {
+  for (const char c : AllBytes()) {
     if (allowed.find(c) != std::string::npos) continue;
     ExpectRefused(std::string("Zm9v") + c);
     ExpectRefused(c + std::string("Zm9v"));
@@ -186,7 +186,7 @@ TEST(KRDecode, RefusesEveryOtherCharacter) {
 }
 
 TEST(KRDecode, RefusesGroupsThatAreNotWhole) {
-  for (char const* text : {"Z", "Zm", "Zm9", "Zm9vZ", "Zm9vZm", "Zm9vZm9", "Zg=", "="}) {
+  for (const char* text : {"Z", "Zm", "Zm9", "Zm9vZ", "Zm9vZm", "Zm9vZm9", "Zg=", "="}) {
     ExpectRefused(text);
   }
 }
@@ -199,7 +199,7 @@ TEST(KRDecode, RefusesThreeCharactersInTheLastGroupHoweverTheRestLooks) {
 }
 
 TEST(KRDecode, AllowsPaddingInTheLastTwoPlacesOnly) {
-  for (char const* text : {"====", "Z===", "=AAA", "A=AA", "AA=A", "A==A", "AAA=AAAA", "AA==AAAA",
+  for (const char* text : {"====", "Z===", "=AAA", "A=AA", "AA=A", "A==A", "AAA=AAAA", "AA==AAAA",
                            "AA==AA==", "AAAA=", "AAAA====", "AA===", "AA==="}) {
     ExpectRefused(text);
   }
@@ -250,7 +250,7 @@ TEST(Base64Choosers, NameTheDefault) {
 TEST(Base64Choosers, FailInTheFirstUseWhenTheAlgorithmIsNotToBeHad) {
   KRBuffer input(0, 0);
   Put(input, "Zm9v");
-  for (Chooser const chooser : {static_cast<Chooser>(nullptr), &ChooseNothing, &ChooseSilently,
+  for (const Chooser chooser : {static_cast<Chooser>(nullptr), &ChooseNothing, &ChooseSilently,
                                 &ChooseAStranger, &KRChooseSHA1}) {
     KREncode encode(chooser);
     EXPECT_EQ(encode.SetInputData(&input), KRSecStatus_EncodingFailed);
@@ -284,7 +284,7 @@ TEST(Base64, RefusesItsOwnOutput) {
 }
 
 TEST(Base64, RefusesABufferThatLostItsMemory) {
-  FailingAllocation const failing(1, true);
+  const FailingAllocation failing(1, true);
   KRBuffer lost(100, 0);
   EXPECT_EQ(KREncode().SetInputData(&lost), KRSecStatus_EncodingFailed);
   EXPECT_EQ(KRDecode().SetInputData(&lost), KRSecStatus_DecodingFailed);
@@ -298,7 +298,7 @@ void ExpectOneStatusWhenMemoryRunsOut(KRSecStatus failed) {
   int failures = 0;
   KRSecStatus status = failed;
   for (std::size_t nth = 1; nth < 10; ++nth) {
-    FailingAllocation const failing(nth);
+    const FailingAllocation failing(nth);
     Coder coder;
     status = coder.SetInputData(&input);
     if (status == KRSecStatus_Success) continue;
@@ -329,7 +329,7 @@ TEST(Base64Toolkit, TakesDataPieceByPiece) {
   ASSERT_EQ(BindAlgorithm(object, KRChooseBase64), 0);
   ASSERT_EQ(EncodeInit(object), 0);
   std::string text;
-  for (char const c : std::string("fooba")) {
+  for (const char c : std::string("fooba")) {
     char piece[4];
     u32 written = 9;
     ASSERT_EQ(EncodeUpdate(object, piece, sizeof piece, &written, &c, 1), 0);

@@ -12,8 +12,8 @@ namespace {
 class Witness : public KRCert {
  public:
   explicit Witness(int& destroyed) : m_destroyed(destroyed) {}
-  Witness(Witness const&) = delete;
-  Witness& operator=(Witness const&) = delete;
+  Witness(const Witness&) = delete;
+  Witness& operator=(const Witness&) = delete;
   ~Witness() override { ++m_destroyed; }
 
  private:
@@ -154,7 +154,7 @@ TEST(KRDynamicArrayCert, LeavesTheElementToTheCallerWhenMemoryRunsOut) {
   auto* const refused = new Witness(destroyed);
   {
     KRDynamicArrayCert array(1, 1);
-    FailingAllocation const failing(1, true);
+    const FailingAllocation failing(1, true);
     EXPECT_EQ(array.Set(0, refused), 0);
     EXPECT_EQ(array.Entries(), 0);
     EXPECT_TRUE(AlarmIsSet());

@@ -16,13 +16,13 @@ namespace {
 // SHA-1 of "abc", known from the standard, in base64.
 constexpr char kOfAbc[] = "qZk+NkcGgWq6PiVxeFDCbJzQ2J0=";
 
-KRSecStatus AddBER(KRCertID& id, std::string const& bytes) {
+KRSecStatus AddBER(KRCertID& id, const std::string& bytes) {
   KRBuffer buffer(0, 0);
   Put(buffer, bytes);
   return id.SetCertBER(&buffer);
 }
 
-KRSecStatus AddEncoded(KRCertID& id, std::string const& text) {
+KRSecStatus AddEncoded(KRCertID& id, const std::string& text) {
   KRBuffer buffer(0, 0);
   Put(buffer, text);
   return id.SetEncodedCert(&buffer);
@@ -44,13 +44,13 @@ TEST(KRCertID, IsTheBase64OfTheDigest) {
 TEST(KRCertID, Has28CharactersTheLastAnEqualsSign) {
   KRCertID id;
   EXPECT_EQ(AddBER(id, MakeCertificate()), KRSecStatus_Success);
-  std::string const text = Content(*id.GetEncodedCertIDPtr());
+  const std::string text = Content(*id.GetEncodedCertIDPtr());
   EXPECT_EQ(text.size(), 28u);
   EXPECT_EQ(text.back(), '=');
 }
 
 TEST(KRCertID, IsTheSameForBothForms) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   KRCertID binary;
   KRCertID encoded;
   EXPECT_EQ(AddBER(binary, ber), KRSecStatus_Success);
@@ -98,7 +98,7 @@ TEST(KRCertID, HandsOnTheFailureOfTheDecoder) {
 }
 
 TEST(KRCertID, HandsOnTheFailureOfTheDigest) {
-  FailingAllocation const failing(1);
+  const FailingAllocation failing(1);
   KRBuffer lost(100, 0);
   KRCertID id;
   EXPECT_EQ(id.SetCertBER(&lost), KRSecStatus_DigestFailed);
@@ -112,8 +112,8 @@ TEST(KRCertID, TellsWhichStepHadNoMemory) {
   bool seen[16] = {};
   for (std::size_t nth = 1; nth < 20; ++nth) {
     KRCertID id;
-    FailingAllocation const failing(nth);
-    KRSecStatus const status = id.SetEncodedCert(&text);
+    const FailingAllocation failing(nth);
+    const KRSecStatus status = id.SetEncodedCert(&text);
     seen[status] = true;
     EXPECT_EQ(id.IsEmpty(), status == KRSecStatus_Success ? 0 : 1);
   }
@@ -131,7 +131,7 @@ TEST(KRCertID, SaysSoWhenTheIDCannotBeStored) {
   for (std::size_t nth = 1; nth < 20 && status != KRSecStatus_IDNotStored; ++nth) {
     KRCertID id;
     ASSERT_EQ(id.SetCertBER(&ber), KRSecStatus_Success);
-    FailingAllocation const failing(nth);
+    const FailingAllocation failing(nth);
     status = id.SetCertBER(&ber);
   }
   EXPECT_EQ(status, KRSecStatus_IDNotStored);

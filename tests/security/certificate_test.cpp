@@ -17,24 +17,24 @@
 
 namespace {
 
-KRSecStatus LoadBER(KRCert& certificate, std::string const& ber) {
+KRSecStatus LoadBER(KRCert& certificate, const std::string& ber) {
   KRBuffer buffer(0, 0);
   Put(buffer, ber);
   return certificate.SetCertBER(&buffer);
 }
 
-KRSecStatus LoadEncoded(KRCert& certificate, std::string const& text) {
+KRSecStatus LoadEncoded(KRCert& certificate, const std::string& text) {
   KRBuffer buffer(0, 0);
   Put(buffer, text);
   return certificate.SetEncodedCert(&buffer);
 }
 
-std::string BEROf(KRCert const& certificate) {
+std::string BEROf(const KRCert& certificate) {
   return std::string(certificate.GetCertBER(), certificate.GetCertBERLen());
 }
 
 // What WriteInfo prints of a certificate that is valid between two moments.
-std::string Info(std::string const& from, std::string const& to) {
+std::string Info(const std::string& from, const std::string& to) {
   CertificateParts parts;
   parts.from = from;
   parts.to = to;
@@ -52,11 +52,11 @@ std::string OrganizationOf(std::vector<Attribute> subject) {
   parts.subject = std::move(subject);
   KRCert certificate;
   EXPECT_EQ(LoadBER(certificate, MakeCertificate(parts)), KRSecStatus_Success);
-  KRString const name = certificate.GetSubjectName();
+  const KRString name = certificate.GetSubjectName();
   return std::string(name, name.GetStrLength());
 }
 
-void ExpectNoCertificate(KRCert const& certificate) {
+void ExpectNoCertificate(const KRCert& certificate) {
   EXPECT_EQ(certificate.GetCertBER(), nullptr);
   EXPECT_EQ(certificate.GetCertBERLen(), 0u);
   EXPECT_EQ(certificate.GetSubjectName().IsEmpty(), 1);
@@ -73,7 +73,7 @@ void ExpectNoCertificate(KRCert const& certificate) {
 // ---- Loading ----
 
 TEST(KRCert, BeginsWithoutCertificateAndRootID) {
-  KRCert const certificate;
+  const KRCert certificate;
   ExpectNoCertificate(certificate);
   EXPECT_EQ(certificate.GetCallbackID(), 0);
 }
@@ -85,14 +85,14 @@ TEST(KRCert, LoadsBytesAndKeepsThem) {
   EXPECT_EQ(BEROf(certificate), ber);
   KRCert other;
   EXPECT_EQ(other.SetCertBER(ber.data(), static_cast<u16>(ber.size())), KRSecStatus_Success);
-  std::string const before = ber;
+  const std::string before = ber;
   ber.assign(ber.size(), 'x');
   EXPECT_EQ(BEROf(other), before);
 }
 
 TEST(KRCert, LoadsBase64) {
-  std::string const ber = MakeCertificate();
-  std::string const text = Base64Of(ber);
+  const std::string ber = MakeCertificate();
+  const std::string text = Base64Of(ber);
   KRCert certificate;
   EXPECT_EQ(LoadEncoded(certificate, text), KRSecStatus_Success);
   EXPECT_EQ(BEROf(certificate), ber);
@@ -102,9 +102,9 @@ TEST(KRCert, LoadsBase64) {
 }
 
 TEST(KRCert, LoadsBase64WithLineEndsAndBlanks) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   std::string text;
-  for (char const c : Base64Of(ber)) {
+  for (const char c : Base64Of(ber)) {
     text += c;
     if (text.size() % 7 == 0) text += text.size() % 2 == 0 ? "\r\n" : " \t";
   }
@@ -130,8 +130,8 @@ TEST(KRCert, LoadsAlgorithmsThatNobodyKnows) {
 }
 
 TEST(KRCert, LoadsBEROfIndefiniteLengthAndKeepsItAsItCame) {
-  std::string const der = MakeCertificate();
-  std::string const ber = Bytes("\x30\x80") + der.substr(4) + Bytes("\0\0");
+  const std::string der = MakeCertificate();
+  const std::string ber = Bytes("\x30\x80") + der.substr(4) + Bytes("\0\0");
   ASSERT_EQ(der[1], '\x82');
   KRCert certificate;
   EXPECT_EQ(LoadBER(certificate, ber), KRSecStatus_Success);
@@ -140,8 +140,8 @@ TEST(KRCert, LoadsBEROfIndefiniteLengthAndKeepsItAsItCame) {
 }
 
 TEST(KRCert, RefusesWhatIsNoCertificate) {
-  std::string const ber = MakeCertificate();
-  std::string const others[] = {"",
+  const std::string ber = MakeCertificate();
+  const std::string others[] = {"",
                                 "x",
                                 "certificate",
                                 ber + "x",
@@ -149,7 +149,7 @@ TEST(KRCert, RefusesWhatIsNoCertificate) {
                                 std::string(500, '0'),
                                 Der(kSequence, ""),
                                 Der(kSequence, ber)};
-  for (std::string const& other : others) {
+  for (const std::string& other : others) {
     KRCert certificate;
     EXPECT_EQ(LoadBER(certificate, other), KRSecStatus_BERCertRejected);
     EXPECT_EQ(LoadEncoded(certificate, Base64Of(other)), KRSecStatus_EncodedCertRejected);
@@ -158,7 +158,7 @@ TEST(KRCert, RefusesWhatIsNoCertificate) {
 }
 
 TEST(KRCert, RefusesACertificateThatIsCutAnywhere) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   for (std::size_t size = 0; size < ber.size(); ++size) {
     KRCert certificate;
     EXPECT_EQ(certificate.SetCertBER(ber.data(), static_cast<u16>(size)),
@@ -167,9 +167,9 @@ TEST(KRCert, RefusesACertificateThatIsCutAnywhere) {
 }
 
 TEST(KRCert, SurvivesEveryChangedByte) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   for (std::size_t at = 0; at < ber.size(); ++at) {
-    for (int const change : {1, 0x80, 0xff}) {
+    for (const int change : {1, 0x80, 0xff}) {
       std::string changed = ber;
       changed[at] = static_cast<char>(changed[at] ^ change);
       KRCert certificate;
@@ -184,7 +184,7 @@ TEST(KRCert, SurvivesEveryChangedByte) {
 }
 
 TEST(KRCert, RefusesDatesThatAreNone) {
-  for (char const* date : {"981301000000Z", "980132000000Z", "98010100000Z", "soon", ""}) {
+  for (const char* date : {"981301000000Z", "980132000000Z", "98010100000Z", "soon", ""}) {
     CertificateParts parts;
     parts.to = Der(kUtcTime, date);
     KRCert certificate;
@@ -202,26 +202,26 @@ TEST(KRCert, RefusesNoInput) {
 }
 
 TEST(KRCert, RefusesALengthOfZeroWithAValidPointer) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   KRCert certificate;
   EXPECT_EQ(certificate.SetEncodedCert(Base64Of(ber).c_str(), 0), KRSecStatus_EncodedCertRejected);
   EXPECT_EQ(certificate.SetCertBER(ber.c_str(), 0), KRSecStatus_BERCertRejected);
 }
 
 TEST(KRCert, RefusesBase64ThatIsNone) {
-  std::string const text = Base64Of(MakeCertificate());
+  const std::string text = Base64Of(MakeCertificate());
   KRCert certificate;
-  for (std::string const& other :
+  for (const std::string& other :
        {text.substr(0, text.size() - 1), "-----BEGIN CERTIFICATE-----\n" + text, text + "."}) {
     EXPECT_EQ(LoadEncoded(certificate, other), KRSecStatus_EncodedCertRejected);
   }
 }
 
 TEST(KRCert, HoldsNoCertificateBehindAFailure) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   KRBuffer bad(0, 0);
   Put(bad, "no certificate");
-  auto const fails = [&](auto load) {
+  const auto fails = [&](auto load) {
     KRCert certificate;
     ASSERT_EQ(LoadBER(certificate, ber), KRSecStatus_Success);
     certificate.SetCallbackRootID(7);
@@ -238,7 +238,7 @@ TEST(KRCert, HoldsNoCertificateBehindAFailure) {
 }
 
 TEST(KRCert, LoadsItsOwnBytesAgain) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   KRCert certificate;
   ASSERT_EQ(LoadBER(certificate, ber), KRSecStatus_Success);
   EXPECT_EQ(certificate.SetCertBER(certificate.GetCertBER(),
@@ -291,7 +291,7 @@ TEST(KRCert, GivesNothingWithoutOrganization) {
 TEST(KRCert, GivesTheOrganizationWithItsExactLength) {
   EXPECT_EQ(OrganizationOf({Organization("A & B, Inc. ")}), "A & B, Inc. ");
   EXPECT_EQ(OrganizationOf({Organization("Z\xc3\xbcrich", kUtf8String)}), "Z\xc3\xbcrich");
-  std::string const longName(5000, 'n');
+  const std::string longName(5000, 'n');
   EXPECT_EQ(OrganizationOf({Organization(longName)}), longName);
 }
 
@@ -316,7 +316,7 @@ TEST(KRCert, AppendsThePublicKeyWithItsAlgorithm) {
 
 TEST(KRCert, HandsOverKeysOfUpTo65535Bytes) {
   CertificateParts parts;
-  auto const size = [&] { return PublicKeyInfo(parts.key).size(); };
+  const auto size = [&] { return PublicKeyInfo(parts.key).size(); };
   parts.key.assign(65000, 'k');
   parts.key.append(65535 - size(), 'k');
   ASSERT_EQ(size(), 65535u);
@@ -335,7 +335,7 @@ TEST(KRCert, SaysSoWhenTheKeyCannotBeWritten) {
   KRCert certificate;
   ASSERT_EQ(LoadBER(certificate, MakeCertificate()), KRSecStatus_Success);
   EXPECT_EQ(certificate.GetPublicKey(nullptr), KRSecStatus_NoPublicKey);
-  FailingAllocation const failing(1, true);
+  const FailingAllocation failing(1, true);
   KRBuffer out(10, 0);
   EXPECT_EQ(certificate.GetPublicKey(&out), KRSecStatus_NoPublicKey);
 }
@@ -374,11 +374,11 @@ TEST(KRCert, SaysSoWhenPrintingFails) {
 // ---- Copies ----
 
 TEST(KRCert, SharesItsCertificateWithCopies) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   auto* const first = new KRCert;
   ASSERT_EQ(LoadBER(*first, ber), KRSecStatus_Success);
   first->SetCallbackRootID(3000);
-  KRCert const copy(*first);
+  const KRCert copy(*first);
   KRCert assigned;
   assigned = copy;
   EXPECT_EQ(copy.GetCertBER(), first->GetCertBER());
@@ -392,10 +392,10 @@ TEST(KRCert, SharesItsCertificateWithCopies) {
 }
 
 TEST(KRCert, LeavesTheCopyItsCertificateWhenTheOriginalLoadsAnother) {
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   KRCert first;
   ASSERT_EQ(LoadBER(first, ber), KRSecStatus_Success);
-  KRCert const copy(first);
+  const KRCert copy(first);
   CertificateParts parts;
   parts.subject = {Organization("Another")};
   ASSERT_EQ(LoadBER(first, MakeCertificate(parts)), KRSecStatus_Success);
@@ -408,7 +408,7 @@ TEST(KRCert, LeavesTheCopyItsCertificateWhenTheOriginalLoadsAnother) {
 TEST(KRCert, CanBeAssignedToItselfAndEmptied) {
   KRCert certificate;
   ASSERT_EQ(LoadBER(certificate, MakeCertificate()), KRSecStatus_Success);
-  KRCert const& same = certificate;
+  const KRCert& same = certificate;
   certificate = same;
   EXPECT_STREQ(certificate.GetSubjectName(), "Harbor Federal");
   certificate = KRCert();
@@ -423,16 +423,16 @@ TEST(KRCert, HasOneVirtualOperation) {
 // ---- Memory ----
 
 TEST(KRCert, HoldsNoCertificateWhenMemoryRunsOut) {
-  std::string const ber = MakeCertificate();
-  std::string const text = Base64Of(ber);
-  auto const exhaust = [&](KRSecStatus failed, auto load) {
+  const std::string ber = MakeCertificate();
+  const std::string text = Base64Of(ber);
+  const auto exhaust = [&](KRSecStatus failed, auto load) {
     int failures = 0;
     KRSecStatus status = failed;
     for (std::size_t nth = 1; nth < 20; ++nth) {
       KRCert certificate;
       ASSERT_EQ(LoadBER(certificate, ber), KRSecStatus_Success);
       {
-        FailingAllocation const failing(nth);
+        const FailingAllocation failing(nth);
         status = load(certificate);
       }
       if (status == KRSecStatus_Success) {
@@ -457,7 +457,7 @@ TEST(KRCert, HoldsNoCertificateWhenMemoryRunsOut) {
 TEST(KRCert, GivesNoOrganizationWhenMemoryRunsOut) {
   KRCert certificate;
   ASSERT_EQ(LoadBER(certificate, MakeCertificate()), KRSecStatus_Success);
-  FailingAllocation const failing(1, true);
+  const FailingAllocation failing(1, true);
   EXPECT_EQ(certificate.GetSubjectName().IsEmpty(), 1);
   EXPECT_TRUE(AlarmIsSet());
 }

@@ -17,14 +17,14 @@
 
 /// A text with a NUL in it, or any other bytes.
 template <std::size_t size>
-std::string Bytes(char const (&text)[size]) {
+std::string Bytes(const char (&text)[size]) {
   return std::string(text, size - 1);
 }
 
 /// One DER value.
-inline std::string Der(int tag, std::string const& content) {
+inline std::string Der(int tag, const std::string& content) {
   std::string length;
-  std::size_t const size = content.size();
+  const std::size_t size = content.size();
   if (size < 0x80) {
     length += static_cast<char>(size);
   } else {
@@ -68,25 +68,25 @@ struct CertificateParts {
 };
 
 /// RSA's and the signature's algorithm identifiers.
-inline std::string AlgorithmIdentifier(std::string const& oid) {
+inline std::string AlgorithmIdentifier(const std::string& oid) {
   return Der(kSequence, Der(0x06, oid) + Der(0x05, ""));
 }
 
 /// The key with its algorithm, as it stands in the certificate.
-inline std::string PublicKeyInfo(std::string const& key) {
+inline std::string PublicKeyInfo(const std::string& key) {
   return Der(kSequence, AlgorithmIdentifier("\x2a\x86\x48\x86\xf7\x0d\x01\x01\x01") +
                             Der(0x03, std::string(1, '\0') + key));
 }
 
 /// The DER encoding of a certificate.
-inline std::string MakeCertificate(CertificateParts const& parts = {}) {
+inline std::string MakeCertificate(const CertificateParts& parts = {}) {
   std::string name;
-  for (Attribute const& attribute : parts.subject) {
+  for (const Attribute& attribute : parts.subject) {
     name +=
         Der(kSet, Der(kSequence, Der(0x06, attribute.oid) + Der(attribute.tag, attribute.value)));
   }
   name = Der(kSequence, name);
-  std::string const algorithm = AlgorithmIdentifier(parts.signatureAlgorithm);
+  const std::string algorithm = AlgorithmIdentifier(parts.signatureAlgorithm);
   std::string body;
   if (parts.version == 3) body += Der(0xa0, Bytes("\x02\x01\x02"));
   body += Der(0x02, "\x2a") + algorithm + name + Der(kSequence, parts.from + parts.to) + name +
@@ -96,7 +96,7 @@ inline std::string MakeCertificate(CertificateParts const& parts = {}) {
 }
 
 /// Base64 in one line.
-inline std::string Base64Of(std::string const& bytes) {
+inline std::string Base64Of(const std::string& bytes) {
   KRBuffer input(0, 0);
   Put(input, bytes);
   KREncode encode;

@@ -22,7 +22,7 @@ int ChooseNothing(unsigned char**) { return 1; }
 // The digest in hexadecimal.
 std::string Hex(KRDigest& digest) {
   std::string text;
-  for (char const c : Content(*digest.GetOutputData())) {
+  for (const char c : Content(*digest.GetOutputData())) {
     constexpr char kDigits[] = "0123456789abcdef";
     text += kDigits[static_cast<unsigned char>(c) >> 4];
     text += kDigits[static_cast<unsigned char>(c) & 15];
@@ -41,15 +41,15 @@ TEST(KRDigest, DigestsAnEmptyBuffer) {
 TEST(KRDigest, DigestsBuffersByTheStandard) {
   struct Known {
     std::string data;
-    char const* digest;
+    const char* digest;
   };
-  Known const known[] = {
+  const Known known[] = {
       {"abc", kOfAbc},
       {"abcdbcdecdefdefgefghfghighijhijkijkljklmklmnlmnomnopnopq",
        "84983e441c3bd26ebaae4aa1f95129e5e54670f1"},
       {std::string(1000000, 'a'), "34aa973cd4c4daa4f61eeb2bdbad27316534016f"},
   };
-  for (Known const& one : known) {
+  for (const Known& one : known) {
     KRBuffer input(0, 0);
     Put(input, one.data);
     KRDigest digest(&input, KRChooseSHA1);
@@ -58,7 +58,7 @@ TEST(KRDigest, DigestsBuffersByTheStandard) {
 }
 
 TEST(KRDigest, DigestsATextWithoutItsTerminator) {
-  KRString const text("abc");
+  const KRString text("abc");
   KRDigest digest;
   EXPECT_EQ(digest.SetInputStr(&text), KRSecStatus_Success);
   EXPECT_EQ(Hex(digest), kOfAbc);
@@ -67,7 +67,7 @@ TEST(KRDigest, DigestsATextWithoutItsTerminator) {
 }
 
 TEST(KRDigest, TakesANullTextForAnEmptyOne) {
-  KRString const text;
+  const KRString text;
   KRDigest digest;
   EXPECT_EQ(digest.SetInputStr(&text), KRSecStatus_Success);
   EXPECT_EQ(Hex(digest), kOfNothing);
@@ -84,7 +84,7 @@ TEST(KRDigest, FailsWithoutInput) {
 TEST(KRDigest, ForgetsTheOtherInput) {
   KRBuffer input(0, 0);
   Put(input, "abc");
-  KRString const text("abc");
+  const KRString text("abc");
   KRDigest digest;
   EXPECT_EQ(digest.SetInputStr(&text), KRSecStatus_Success);
   EXPECT_EQ(digest.SetInputData(nullptr), KRSecStatus_DigestFailed);
@@ -106,7 +106,7 @@ TEST(KRDigest, IsReadyForANewDigestBehindEach) {
 }
 
 TEST(KRDigest, PutsTheCursorOfItsOutputToTheStart) {
-  KRString const text("abc");
+  const KRString text("abc");
   KRDigest digest(&text, KRChooseSHA1);
   digest.GetOutputData()->SetBufferOffset(20);
   EXPECT_EQ(digest.SetInputStr(&text), KRSecStatus_Success);
@@ -114,7 +114,7 @@ TEST(KRDigest, PutsTheCursorOfItsOutputToTheStart) {
 }
 
 TEST(KRDigest, DigestsItsOwnOutput) {
-  KRString const text("abc");
+  const KRString text("abc");
   KRDigest twice(&text, KRChooseSHA1);
   KRDigest once(&text, KRChooseSHA1);
   KRDigest other(once.GetOutputData(), KRChooseSHA1);
@@ -123,9 +123,9 @@ TEST(KRDigest, DigestsItsOwnOutput) {
 }
 
 TEST(KRDigest, FailsInTheFirstUseWhenTheAlgorithmIsNotToBeHad) {
-  KRString const text("abc");
+  const KRString text("abc");
   using Chooser = int (*)(unsigned char**);
-  for (Chooser const chooser : {static_cast<Chooser>(nullptr), &ChooseNothing, &KRChooseBase64}) {
+  for (const Chooser chooser : {static_cast<Chooser>(nullptr), &ChooseNothing, &KRChooseBase64}) {
     KRDigest digest(chooser);
     EXPECT_EQ(digest.SetInputStr(&text), KRSecStatus_DigestFailed);
     EXPECT_EQ(digest.GetOutputData()->GetBufferSize(), 0u);
@@ -133,12 +133,12 @@ TEST(KRDigest, FailsInTheFirstUseWhenTheAlgorithmIsNotToBeHad) {
 }
 
 TEST(KRDigest, SaysSoWhenMemoryRunsOut) {
-  KRString const text("abc");
+  const KRString text("abc");
   int failures = 0;
   for (std::size_t nth = 1; nth < 10; ++nth) {
-    FailingAllocation const failing(nth);
+    const FailingAllocation failing(nth);
     KRDigest digest;
-    KRSecStatus const status = digest.SetInputStr(&text);
+    const KRSecStatus status = digest.SetInputStr(&text);
     if (status == KRSecStatus_Success) {
       EXPECT_EQ(Hex(digest), kOfAbc);
     } else {
@@ -151,8 +151,8 @@ TEST(KRDigest, SaysSoWhenMemoryRunsOut) {
 
 // The memory of the output, which is had anew behind the data, fails twice.
 TEST(KRDigest, TakesNothingOverFromADigestThatFailed) {
-  KRString const text("abc");
-  FailingAllocation const failing(1);
+  const KRString text("abc");
+  const FailingAllocation failing(1);
   KRDigest digest;
   krofx::internal::AllocationFailure::FailAt(1);
   EXPECT_EQ(digest.SetInputStr(&text), KRSecStatus_DigestFailed);

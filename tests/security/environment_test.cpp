@@ -22,8 +22,8 @@ namespace {
 // Without its own algorithms the digest could not be made.
 TEST(SecurityEnvironmentDeathTest, DoesNotChooseTheAlgorithms) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
-  TempFolder const folder;
-  ScopedVariable const variable("OPENSSL_CONF", folder.Put("openssl.cnf",
+  const TempFolder folder;
+  const ScopedVariable variable("OPENSSL_CONF", folder.Put("openssl.cnf",
                                                            "openssl_conf = all\n[all]\n"
                                                            "alg_section = algorithms\n"
                                                            "[algorithms]\n"

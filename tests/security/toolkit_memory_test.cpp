@@ -20,9 +20,9 @@ thread_local std::size_t t_untilFailure = 0;
 
 bool MustFail() { return t_untilFailure > 0 && --t_untilFailure == 0; }
 
-void* Take(std::size_t size, char const*, int) { return MustFail() ? nullptr : std::malloc(size); }
+void* Take(std::size_t size, const char*, int) { return MustFail() ? nullptr : std::malloc(size); }
 
-void* Resize(void* block, std::size_t size, char const*, int) {
+void* Resize(void* block, std::size_t size, const char*, int) {
   if (size == 0) {
     std::free(block);
     return nullptr;
@@ -30,10 +30,10 @@ void* Resize(void* block, std::size_t size, char const*, int) {
   return MustFail() ? nullptr : std::realloc(block, size);
 }
 
-void Return(void* block, char const*, int) { std::free(block); }
+void Return(void* block, const char*, int) { std::free(block); }
 
 // libcrypto takes other functions only before its first allocation.
-bool const g_replaced = CRYPTO_set_mem_functions(&Take, &Resize, &Return) == 1;
+const bool g_replaced = CRYPTO_set_mem_functions(&Take, &Resize, &Return) == 1;
 
 // Runs `step` with each allocation failing in turn, until there are no more of them.
 template <class Step>
@@ -41,8 +41,8 @@ int CountFailures(Step step) {
   int failures = 0;
   for (std::size_t nth = 1; nth < 10000; ++nth) {
     t_untilFailure = nth;
-    bool const succeeded = step();
-    bool const reached = t_untilFailure == 0;
+    const bool succeeded = step();
+    const bool reached = t_untilFailure == 0;
     t_untilFailure = 0;
     if (!reached) {
       EXPECT_TRUE(succeeded);
@@ -56,12 +56,12 @@ int CountFailures(Step step) {
 
 TEST(ToolkitMemory, LeavesACertificateUnloadedWhenLibcryptoHasNoMemory) {
   if (!g_replaced) GTEST_SKIP() << "libcrypto was used before the tests";
-  std::string const ber = MakeCertificate();
+  const std::string ber = MakeCertificate();
   KRCert().SetCertBER(ber.data(), static_cast<u16>(ber.size()));
   ERR_clear_error();
-  int const failures = CountFailures([&] {
+  const int failures = CountFailures([&] {
     KRCert certificate;
-    bool const loaded =
+    const bool loaded =
         certificate.SetCertBER(ber.data(), static_cast<u16>(ber.size())) == KRSecStatus_Success;
     EXPECT_EQ(certificate.GetCertBER() != nullptr, loaded);
     EXPECT_STREQ(certificate.GetSubjectName(), loaded ? "Harbor Federal" : "");
@@ -73,11 +73,11 @@ TEST(ToolkitMemory, LeavesACertificateUnloadedWhenLibcryptoHasNoMemory) {
 
 TEST(ToolkitMemory, FailsADigestWhenLibcryptoHasNoMemory) {
   if (!g_replaced) GTEST_SKIP() << "libcrypto was used before the tests";
-  KRString const text("abc");
+  const KRString text("abc");
   KRDigest(&text, KRChooseSHA1);
-  int const failures = CountFailures([&] {
+  const int failures = CountFailures([&] {
     KRDigest digest;
-    KRSecStatus const status = digest.SetInputStr(&text);
+    const KRSecStatus status = digest.SetInputStr(&text);
     if (status == KRSecStatus_Success) {
       EXPECT_EQ(Base64Of(Content(*digest.GetOutputData())), "qZk+NkcGgWq6PiVxeFDCbJzQ2J0=");
     } else {

@@ -26,19 +26,19 @@ constexpr char kSecureServer[] =
     "C=US, O=RSA Data Security, Inc., OU=Secure Server Certification Authority";
 
 struct Row {
-  TrustedRoot const& root;
+  const TrustedRoot& root;
   s16 id;
   u16 length;
-  char const* organization;
-  char const* subject;  // Begins with it; the rest is the certificate's own affair.
-  char const* issuer;
-  char const* from;
-  char const* to;
+  const char* organization;
+  const char* subject;  // Begins with it; the rest is the certificate's own affair.
+  const char* issuer;
+  const char* from;
+  const char* to;
   long version;  // As it is written: 0 for version 1, 2 for version 3.
   int signature;
 };
 
-Row const kRows[] = {
+const Row kRows[] = {
     {krofx::internal::kNorvikBrandingRoot, 1000, 820, "Norvik Inc.", kBranding, kBranding,
      "970903001310Z", "020903001310Z", 2, NID_md5WithRSAEncryption},
     {krofx::internal::kVeriSignOFXCARoot, 2000, 698, "VeriSign Trust Network",
@@ -53,31 +53,31 @@ Row const kRows[] = {
 };
 
 // "C=US, O=..."
-std::string NameText(X509_NAME const* name) {
+std::string NameText(const X509_NAME* name) {
   std::string text;
   for (int i = 0; i < X509_NAME_entry_count(name); ++i) {
-    X509_NAME_ENTRY const* const entry = X509_NAME_get_entry(name, i);
-    ASN1_STRING const* const value = X509_NAME_ENTRY_get_data(entry);
+    const X509_NAME_ENTRY* const entry = X509_NAME_get_entry(name, i);
+    const ASN1_STRING* const value = X509_NAME_ENTRY_get_data(entry);
     if (i > 0) text += ", ";
     text += OBJ_nid2sn(OBJ_obj2nid(X509_NAME_ENTRY_get_object(entry)));
     text += '=';
-    text.append(reinterpret_cast<char const*>(ASN1_STRING_get0_data(value)),
+    text.append(reinterpret_cast<const char*>(ASN1_STRING_get0_data(value)),
                 static_cast<std::size_t>(ASN1_STRING_length(value)));
   }
   return text;
 }
 
-std::string TimeText(ASN1_TIME const* time) {
-  return {reinterpret_cast<char const*>(ASN1_STRING_get0_data(time)),
+std::string TimeText(const ASN1_TIME* time) {
+  return {reinterpret_cast<const char*>(ASN1_STRING_get0_data(time)),
           static_cast<std::size_t>(ASN1_STRING_length(time))};
 }
 
-std::string Fingerprint(TrustedRoot const& root) {
+std::string Fingerprint(const TrustedRoot& root) {
   KRBuffer der(0, 0);
   der.Write(root.der, root.length);
   KRDigest digest(&der, KRChooseSHA1);
   std::string text;
-  for (char const c : Content(*digest.GetOutputData())) {
+  for (const char c : Content(*digest.GetOutputData())) {
     char byte[4];
     std::snprintf(byte, sizeof byte, "%02X:", static_cast<unsigned>(static_cast<unsigned char>(c)));
     text += byte;
@@ -86,14 +86,14 @@ std::string Fingerprint(TrustedRoot const& root) {
 }
 
 TEST(TrustedRoots, StandUnderTheirIDs) {
-  for (Row const& row : kRows) {
+  for (const Row& row : kRows) {
     EXPECT_EQ(row.root.id, row.id);
     EXPECT_EQ(row.root.length, row.length);
   }
 }
 
 TEST(TrustedRoots, Load) {
-  for (Row const& row : kRows) {
+  for (const Row& row : kRows) {
     SCOPED_TRACE(row.id);
     KRCert certificate;
     ASSERT_EQ(certificate.SetCertBER(row.root.der, row.root.length), KRSecStatus_Success);
@@ -103,13 +103,13 @@ TEST(TrustedRoots, Load) {
 }
 
 TEST(TrustedRoots, HaveTheNamesDatesVersionAndAlgorithmOfTheTable) {
-  for (Row const& row : kRows) {
+  for (const Row& row : kRows) {
     SCOPED_TRACE(row.id);
-    auto const* at = reinterpret_cast<unsigned char const*>(row.root.der);
-    std::unique_ptr<X509, void (*)(X509*)> const certificate(
+    const auto* at = reinterpret_cast<const unsigned char*>(row.root.der);
+    const std::unique_ptr<X509, void (*)(X509*)> certificate(
         d2i_X509(nullptr, &at, row.root.length), &X509_free);
     ASSERT_NE(certificate, nullptr);
-    std::string const subject = NameText(X509_get_subject_name(certificate.get()));
+    const std::string subject = NameText(X509_get_subject_name(certificate.get()));
     EXPECT_EQ(subject.substr(0, std::string(row.subject).size()), row.subject);
     if (row.id != 2000) {
       EXPECT_EQ(subject, row.subject);

@@ -17,8 +17,8 @@ class FailingAllocation {
     krofx::internal::AllocationFailure::FailAt(nth, andAllLater);
   }
   ~FailingAllocation() { krofx::internal::AllocationFailure::FailAt(0); }
-  FailingAllocation(FailingAllocation const&) = delete;
-  FailingAllocation& operator=(FailingAllocation const&) = delete;
+  FailingAllocation(const FailingAllocation&) = delete;
+  FailingAllocation& operator=(const FailingAllocation&) = delete;
 };
 
 /// Whether the thread's alarm is set.

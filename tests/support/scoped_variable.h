@@ -10,12 +10,12 @@
 /// Sets a variable, and puts back what it was.
 class ScopedVariable {
  public:
-  ScopedVariable(std::string name, std::string const& value) : m_name(std::move(name)) {
-    if (char const* const before = getenv(m_name.c_str())) m_before = before;
+  ScopedVariable(std::string name, const std::string& value) : m_name(std::move(name)) {
+    if (const char* const before = getenv(m_name.c_str())) m_before = before;
     setenv(m_name.c_str(), value.c_str(), 1);
   }
-  ScopedVariable(ScopedVariable const&) = delete;
-  ScopedVariable& operator=(ScopedVariable const&) = delete;
+  ScopedVariable(const ScopedVariable&) = delete;
+  ScopedVariable& operator=(const ScopedVariable&) = delete;
   ~ScopedVariable() {
     if (m_before.has_value()) {
       setenv(m_name.c_str(), m_before->c_str(), 1);

@@ -86,7 +86,7 @@ class ScriptedManager : public VYNConnectionManager {
   /// The names of the calls without their arguments.
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
-    for (std::string const& call : calls) names.push_back(call.substr(0, call.find('(')));
+    for (const std::string& call : calls) names.push_back(call.substr(0, call.find('(')));
     return names;
   }
 
@@ -103,21 +103,21 @@ class ScriptedManager : public VYNConnectionManager {
     calls.push_back("VCConnect(" + Session(session) + ")");
     return connectCode;
   }
-  void* VCSendDataRequest(u16* error, void* session, char const* url, char const* data, u32 size,
-                          char const* tempPath, VYProgressCallback callback,
+  void* VCSendDataRequest(u16* error, void* session, const char* url, const char* data, u32 size,
+                          const char* tempPath, VYProgressCallback callback,
                           void* userData) override {
     sent.assign(data, size);
     calls.push_back("VCSendDataRequest(" + Session(session) + ", " + url + ", " +
                     std::to_string(size) + ")");
     return Create(error, tempPath, callback, userData);
   }
-  void* VCGetFileRequest(u16* error, void* session, char const* url, char const* tempPath,
+  void* VCGetFileRequest(u16* error, void* session, const char* url, const char* tempPath,
                          VYProgressCallback callback, void* userData) override {
     calls.push_back("VCGetFileRequest(" + Session(session) + ", " + url + ")");
     return Create(error, tempPath, callback, userData);
   }
-  u16 VCSetHTTPInfo(void* exchange, u32 second, u16 post, char const* contentType,
-                    char const* extraHeaders, u32 sixth, s32 timeout) override {
+  u16 VCSetHTTPInfo(void* exchange, u32 second, u16 post, const char* contentType,
+                    const char* extraHeaders, u32 sixth, s32 timeout) override {
     calls.push_back("VCSetHTTPInfo(" + Handle(exchange) + ", " + std::to_string(second) + ", " +
                     std::to_string(post) + ", " + Text(contentType) + ", " + Text(extraHeaders) +
                     ", " + std::to_string(sixth) + ", " + std::to_string(timeout) + ")");
@@ -131,7 +131,7 @@ class ScriptedManager : public VYNConnectionManager {
     if (Exchange* const known = Find(exchange)) known->certificateCallback = callback;
     return sslCode;
   }
-  u16 VCAddTrustedRoot(void* exchange, char const* der, u32 length, s16 rootID) override {
+  u16 VCAddTrustedRoot(void* exchange, const char* der, u32 length, s16 rootID) override {
     calls.push_back("VCAddTrustedRoot(" + Handle(exchange) + ", " + std::to_string(length) + ", " +
                     std::to_string(rootID) + ")");
     roots.emplace_back(der, length);
@@ -165,7 +165,7 @@ class ScriptedManager : public VYNConnectionManager {
   void VCWork(u32 milliseconds) override {
     works.push_back(milliseconds);
     std::vector<void*> handles;
-    for (auto const& [handle, exchange] : m_exchanges) handles.push_back(handle);
+    for (const auto& [handle, exchange] : m_exchanges) handles.push_back(handle);
     for (void* const handle : handles) Move(handle);
   }
 
@@ -181,7 +181,7 @@ class ScriptedManager : public VYNConnectionManager {
     bool isCancelled = false;
   };
 
-  static std::string Text(char const* text) {
+  static std::string Text(const char* text) {
     return text == nullptr ? "null" : "\"" + std::string(text) + "\"";
   }
   std::string Session(void* session) const {
@@ -191,11 +191,11 @@ class ScriptedManager : public VYNConnectionManager {
   std::string Handle(void* exchange) { return Find(exchange) == nullptr ? "unknown" : "exchange"; }
 
   Exchange* Find(void* handle) {
-    auto const found = m_exchanges.find(handle);
+    const auto found = m_exchanges.find(handle);
     return found == m_exchanges.end() ? nullptr : &found->second;
   }
 
-  void* Create(u16* error, char const* tempPath, VYProgressCallback callback, void* userData) {
+  void* Create(u16* error, const char* tempPath, VYProgressCallback callback, void* userData) {
     *error = createError;
     if (createGivesNull) return nullptr;
     // No handle is used twice, so that use of a stale one is noticed.
@@ -231,7 +231,7 @@ class ScriptedManager : public VYNConnectionManager {
     for (std::size_t step = 0;; ++step) {
       Exchange* const exchange = Find(handle);
       if (exchange == nullptr || step >= exchange->script.progress.size()) return;
-      ScriptedProgress const progress = exchange->script.progress[step];
+      const ScriptedProgress progress = exchange->script.progress[step];
       VYProgressRecord record{};
       record.userData = exchange->userData;
       record.opCode = progress.opCode;
@@ -250,10 +250,10 @@ class ScriptedManager : public VYNConnectionManager {
         exchange->certificateCallback == nullptr) {
       return 0;
     }
-    ScriptedChain const chain = *exchange->script.chain;
+    const ScriptedChain chain = *exchange->script.chain;
     std::vector<SSLCertificateChain> elements(chain.certificates.size());
     for (std::size_t index = 0; index < elements.size(); ++index) {
-      std::string const& der = chain.certificates[index];
+      const std::string& der = chain.certificates[index];
       elements[index] = {index + 1 < elements.size() ? &elements[index + 1] : nullptr,
                          static_cast<u16>(der.size()), der.data()};
     }
@@ -264,7 +264,7 @@ class ScriptedManager : public VYNConnectionManager {
   }
 
   void Finish(void* handle, u16 result) {
-    Exchange const exchange = m_exchanges[handle];
+    const Exchange exchange = m_exchanges[handle];
     m_exchanges.erase(handle);
     VYFinishedRecord record{};
     record.result = result;
@@ -275,10 +275,10 @@ class ScriptedManager : public VYNConnectionManager {
   }
 
   template <std::size_t kRoom>
-  static void Write(char (&name)[kRoom], Exchange const& exchange, char const* kind,
-                    std::optional<std::string> const& content) {
+  static void Write(char (&name)[kRoom], const Exchange& exchange, const char* kind,
+                    const std::optional<std::string>& content) {
     if (!content.has_value()) return;
-    std::string const file = exchange.tempPath + kind + std::to_string(exchange.number);
+    const std::string file = exchange.tempPath + kind + std::to_string(exchange.number);
     std::ofstream(file, std::ios::binary) << *content;
     std::strncpy(name, file.c_str(), kRoom - 1);
   }

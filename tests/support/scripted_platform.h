@@ -36,7 +36,7 @@ class ScriptedPlatform : public VYNWaitPlatform {
   VYNEventResult HandleOneEvent() override {
     ++looks;
     if (events.empty()) return VYNEventResult_None;
-    auto const event = std::move(events.front());
+    const auto event = std::move(events.front());
     events.pop_front();
     return event();
   }

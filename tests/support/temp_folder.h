@@ -19,29 +19,29 @@ class TempFolder {
     EXPECT_NE(mkdtemp(name.data()), nullptr) << name;
     m_folder = name;
   }
-  TempFolder(TempFolder const&) = delete;
-  TempFolder& operator=(TempFolder const&) = delete;
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
   ~TempFolder() {
     std::error_code ignored;
     std::filesystem::remove_all(m_folder, ignored);
   }
 
   /// Where the folder is.
-  std::filesystem::path const& Path() const { return m_folder; }
+  const std::filesystem::path& Path() const { return m_folder; }
   /// The full path of a file in the folder.
-  std::string Name(std::string const& file) const { return (m_folder / file).string(); }
+  std::string Name(const std::string& file) const { return (m_folder / file).string(); }
   /// Makes a file, or replaces its content, and returns its full path.
-  std::string Put(std::string const& file, std::string const& content) const {
+  std::string Put(const std::string& file, const std::string& content) const {
     std::ofstream(m_folder / file, std::ios::binary) << content;
     return Name(file);
   }
   /// The content of a file; empty when there is none.
-  std::string Get(std::string const& file) const {
+  std::string Get(const std::string& file) const {
     std::ifstream stream(m_folder / file, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
   }
   /// Whether there is a file of that name.
-  bool Has(std::string const& file) const { return std::filesystem::exists(m_folder / file); }
+  bool Has(const std::string& file) const { return std::filesystem::exists(m_folder / file); }
   /// How many entries there are.
   std::size_t Entries() const {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(m_folder),
@@ -55,12 +55,12 @@ class TempFolder {
 /// Makes a folder the working folder of the process for the length of a scope.
 class WorkingFolder {
  public:
-  explicit WorkingFolder(std::filesystem::path const& folder)
+  explicit WorkingFolder(const std::filesystem::path& folder)
       : m_before(std::filesystem::current_path()) {
     std::filesystem::current_path(folder);
   }
-  WorkingFolder(WorkingFolder const&) = delete;
-  WorkingFolder& operator=(WorkingFolder const&) = delete;
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
   ~WorkingFolder() { std::filesystem::current_path(m_before); }
 
  private:

@@ -10,7 +10,7 @@
 
 namespace {
 
-void AddExtension(X509* certificate, X509* issuer, int nid, std::string const& value) {
+void AddExtension(X509* certificate, X509* issuer, int nid, const std::string& value) {
   X509V3_CTX context;
   X509V3_set_ctx_nodb(&context);
   X509V3_set_ctx(&context, issuer, certificate, nullptr, nullptr, 0);
@@ -21,22 +21,22 @@ void AddExtension(X509* certificate, X509* issuer, int nid, std::string const& v
 
 }  // namespace
 
-TestCertificate TestCertificate::Make(CertificateWish const& wish, TestCertificate const* issuer) {
+TestCertificate TestCertificate::Make(const CertificateWish& wish, const TestCertificate* issuer) {
   static std::atomic<long> serial{1};
   TestCertificate made;
   made.m_key.reset(EVP_EC_gen("P-256"), EVP_PKEY_free);
   made.m_certificate.reset(X509_new(), X509_free);
   X509* const certificate = made.m_certificate.get();
-  TestCertificate const& signer = issuer == nullptr ? made : *issuer;
+  const TestCertificate& signer = issuer == nullptr ? made : *issuer;
   X509_set_version(certificate, X509_VERSION_3);
   ASN1_INTEGER_set(X509_get_serialNumber(certificate), serial++);
   ASN1_TIME_set_string(X509_getm_notBefore(certificate), wish.notBefore);
   ASN1_TIME_set_string(X509_getm_notAfter(certificate), wish.notAfter);
   X509_NAME* const subject = X509_get_subject_name(certificate);
   X509_NAME_add_entry_by_txt(subject, "O", MBSTRING_ASC,
-                             reinterpret_cast<unsigned char const*>("krofx tests"), -1, -1, 0);
+                             reinterpret_cast<const unsigned char*>("krofx tests"), -1, -1, 0);
   X509_NAME_add_entry_by_txt(subject, "CN", MBSTRING_ASC,
-                             reinterpret_cast<unsigned char const*>(wish.name.c_str()), -1, -1, 0);
+                             reinterpret_cast<const unsigned char*>(wish.name.c_str()), -1, -1, 0);
   X509_set_issuer_name(certificate, X509_get_subject_name(signer.Certificate()));
   X509_set_pubkey(certificate, made.Key());
   AddExtension(certificate, signer.Certificate(), NID_basic_constraints,
@@ -51,15 +51,15 @@ TestCertificate TestCertificate::Make(CertificateWish const& wish, TestCertifica
   return made;
 }
 
-TestCertificate TestCertificate::SelfSigned(CertificateWish const& wish) {
+TestCertificate TestCertificate::SelfSigned(const CertificateWish& wish) {
   return Make(wish, nullptr);
 }
 
-TestCertificate TestCertificate::Authority(std::string const& name) {
+TestCertificate TestCertificate::Authority(const std::string& name) {
   return SelfSigned({.name = name, .isAuthority = true});
 }
 
-TestCertificate TestCertificate::Issue(CertificateWish const& wish) const {
+TestCertificate TestCertificate::Issue(const CertificateWish& wish) const {
   return Make(wish, this);
 }
 
@@ -78,7 +78,7 @@ std::string TestCertificate::Pem() const {
   BIO* const memory = BIO_new(BIO_s_mem());
   PEM_write_bio_X509(memory, Certificate());
   char* text = nullptr;
-  long const length = BIO_get_mem_data(memory, &text);
+  const long length = BIO_get_mem_data(memory, &text);
   std::string pem(text, static_cast<std::size_t>(length));
   BIO_free(memory);
   return pem;

@@ -20,8 +20,8 @@ struct CertificateWish {
   std::string hosts = {};
   /// Whether it may issue other certificates.
   bool isAuthority = false;
-  char const* notBefore = "20000101000000Z";
-  char const* notAfter = "99981231235959Z";
+  const char* notBefore = "20000101000000Z";
+  const char* notAfter = "99981231235959Z";
   /// What it may be used for, as an extension takes it: "serverAuth"; empty for anything.
   std::string usage = {};
 };
@@ -30,11 +30,11 @@ struct CertificateWish {
 class TestCertificate {
  public:
   /// A certificate that is its own issuer.
-  static TestCertificate SelfSigned(CertificateWish const& wish);
+  static TestCertificate SelfSigned(const CertificateWish& wish);
   /// An authority.
-  static TestCertificate Authority(std::string const& name);
+  static TestCertificate Authority(const std::string& name);
   /// A certificate that this one issues.
-  TestCertificate Issue(CertificateWish const& wish) const;
+  TestCertificate Issue(const CertificateWish& wish) const;
   /// A server's certificate for localhost and 127.0.0.1.
   TestCertificate IssueForLoopback() const;
 
@@ -44,7 +44,7 @@ class TestCertificate {
   std::string Pem() const;
 
  private:
-  static TestCertificate Make(CertificateWish const& wish, TestCertificate const* issuer);
+  static TestCertificate Make(const CertificateWish& wish, const TestCertificate* issuer);
 
   std::shared_ptr<X509> m_certificate;
   std::shared_ptr<EVP_PKEY> m_key;

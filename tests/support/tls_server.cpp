@@ -19,7 +19,7 @@ namespace {
 
 // A socket that has a port on loopback.
 int BindToLoopback(int& port) {
-  int const bound = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int bound = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   sockaddr_in address{};
   address.sin_family = AF_INET;
   address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
@@ -33,12 +33,12 @@ int BindToLoopback(int& port) {
 }
 
 int ListenOnLoopback(int& port) {
-  int const listener = BindToLoopback(port);
+  const int listener = BindToLoopback(port);
   if (listen(listener, 16) != 0) std::abort();
   return listener;
 }
 
-SSL_CTX* NewContext(ServerPlan const& plan) {
+SSL_CTX* NewContext(const ServerPlan& plan) {
   if (plan.chain.empty()) return nullptr;
   SSL_CTX* const context = SSL_CTX_new(TLS_server_method());
   // Old versions of TLS need a security level below the default.
@@ -52,7 +52,7 @@ SSL_CTX* NewContext(ServerPlan const& plan) {
   return context;
 }
 
-std::size_t ContentLength(std::string const& head) {
+std::size_t ContentLength(const std::string& head) {
   static constexpr char kName[] = "\r\ncontent-length:";
   for (std::size_t at = 0; at < head.size(); ++at) {
     if (strncasecmp(head.c_str() + at, kName, sizeof kName - 1) == 0) {
@@ -67,7 +67,7 @@ std::size_t ContentLength(std::string const& head) {
 std::string ServerConnection::ReadSome() {
   if (m_socket < 0) return "";
   char bytes[16384];
-  long const count = m_tls != nullptr ? SSL_read(m_tls, bytes, sizeof bytes)
+  const long count = m_tls != nullptr ? SSL_read(m_tls, bytes, sizeof bytes)
                                       : recv(m_socket, bytes, sizeof bytes, 0);
   return count > 0 ? std::string(bytes, static_cast<std::size_t>(count)) : "";
 }
@@ -76,24 +76,24 @@ std::string ServerConnection::ReadRequest() {
   std::string request;
   std::size_t end = std::string::npos;
   while ((end = request.find("\r\n\r\n")) == std::string::npos) {
-    std::string const more = ReadSome();
+    const std::string more = ReadSome();
     if (more.empty()) return request;
     request += more;
   }
-  std::size_t const whole = end + 4 + ContentLength(request.substr(0, end));
+  const std::size_t whole = end + 4 + ContentLength(request.substr(0, end));
   while (request.size() < whole) {
-    std::string const more = ReadSome();
+    const std::string more = ReadSome();
     if (more.empty()) return request;
     request += more;
   }
   return request;
 }
 
-void ServerConnection::Write(std::string const& bytes) {
+void ServerConnection::Write(const std::string& bytes) {
   if (m_socket < 0) return;
   std::size_t done = 0;
   while (done < bytes.size()) {
-    long const count =
+    const long count =
         m_tls != nullptr
             ? SSL_write(m_tls, bytes.data() + done, static_cast<int>(bytes.size() - done))
             : send(m_socket, bytes.data() + done, bytes.size() - done, MSG_NOSIGNAL);
@@ -115,11 +115,11 @@ void ServerConnection::WaitForClient() {
 
 void ServerConnection::Cut() {
   if (m_socket < 0) return;
-  linger const reset{1, 0};
+  const linger reset{1, 0};
   setsockopt(m_socket, SOL_SOCKET, SO_LINGER, &reset, sizeof reset);
   if (m_tls != nullptr) SSL_set_quiet_shutdown(m_tls, 1);
   // The descriptor stays open until the server closes it; only the connection ends.
-  int const other = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const int other = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
   dup2(other, m_socket);
   close(other);
   m_socket = -1;
@@ -131,8 +131,8 @@ bool ServerConnection::StartTls(SSL_CTX* context) {
   return SSL_accept(m_tls) == 1;
 }
 
-std::string HttpReply(std::string const& status, std::string const& body,
-                      std::string const& headerLines) {
+std::string HttpReply(const std::string& status, const std::string& body,
+                      const std::string& headerLines) {
   return "HTTP/1.1 " + status + "\r\n" + headerLines +
          "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
 }
@@ -147,7 +147,7 @@ TlsServer::TlsServer(ServerPlan plan)
 }
 
 int TlsServer::Staple(SSL* connection, void* plan) {
-  std::string const& answer = static_cast<ServerPlan*>(plan)->stapled;
+  const std::string& answer = static_cast<ServerPlan*>(plan)->stapled;
   if (answer.empty()) return SSL_TLSEXT_ERR_NOACK;
   void* const copy = OPENSSL_memdup(answer.data(), answer.size());
   SSL_set_tlsext_status_ocsp_resp(connection, copy, static_cast<long>(answer.size()));
@@ -156,7 +156,7 @@ int TlsServer::Staple(SSL* connection, void* plan) {
 
 TlsServer::~TlsServer() {
   {
-    std::lock_guard const lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_stopping = true;
     shutdown(m_listener, SHUT_RDWR);
     if (m_connection >= 0) shutdown(m_connection, SHUT_RDWR);
@@ -166,7 +166,7 @@ TlsServer::~TlsServer() {
   SSL_CTX_free(m_context);
 }
 
-std::string TlsServer::Url(std::string const& host) const {
+std::string TlsServer::Url(const std::string& host) const {
   return (m_context == nullptr ? "http://" : "https://") + host + ":" + std::to_string(m_port) +
          "/ofx";
 }
@@ -179,10 +179,10 @@ void TlsServer::Serve() {
   sigaddset(&pipe, SIGPIPE);
   pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
   for (;;) {
-    int const socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
+    const int socket = accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC);
     if (socket < 0) return;
     {
-      std::lock_guard const lock(m_mutex);
+      const std::lock_guard lock(m_mutex);
       m_connection = socket;
       if (m_stopping) shutdown(socket, SHUT_RDWR);
     }
@@ -197,7 +197,7 @@ void TlsServer::Serve() {
       SSL_shutdown(tls);
       SSL_free(tls);
     }
-    std::lock_guard const lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_connection = -1;
     close(socket);
   }
@@ -206,7 +206,7 @@ void TlsServer::Serve() {
 int UnusedPort() {
   // Held for as long as the program runs, so that no other server gets it meanwhile.
   static int port = 0;
-  static int const held = BindToLoopback(port);
+  static const int held = BindToLoopback(port);
   (void)held;
   return port;
 }

@@ -25,7 +25,7 @@ class ServerConnection {
   std::string ReadRequest();
   /// Reads what comes next, empty at the end.
   std::string ReadSome();
-  void Write(std::string const& bytes);
+  void Write(const std::string& bytes);
   /// Waits until the client's side has received all that was written.
   void WaitUntilTaken();
   /// Waits until the client is gone, or the server stops.
@@ -42,8 +42,8 @@ class ServerConnection {
 };
 
 /// A reply with a Content-Length.
-std::string HttpReply(std::string const& status, std::string const& body,
-                      std::string const& headerLines = "");
+std::string HttpReply(const std::string& status, const std::string& body,
+                      const std::string& headerLines = "");
 
 /// What a server is to do.
 struct ServerPlan {
@@ -64,12 +64,12 @@ class TlsServer {
  public:
   explicit TlsServer(ServerPlan plan);
   ~TlsServer();
-  TlsServer(TlsServer const&) = delete;
-  TlsServer& operator=(TlsServer const&) = delete;
+  TlsServer(const TlsServer&) = delete;
+  TlsServer& operator=(const TlsServer&) = delete;
 
   int Port() const { return m_port; }
   /// "http://127.0.0.1:port/ofx", with the scheme that the server speaks.
-  std::string Url(std::string const& host = "127.0.0.1") const;
+  std::string Url(const std::string& host = "127.0.0.1") const;
   /// Connections accepted so far.
   int Accepted() const { return m_accepted; }
 

@@ -13,30 +13,30 @@
 class WipedMemory {
  public:
   struct Block {
-    void const* start;
+    const void* start;
     std::size_t size;
     bool zero;
   };
 
   WipedMemory() {
     Blocks().clear();
-    krofx::internal::SetWipeObserver([](void const* block, std::size_t size) {
-      auto const* bytes = static_cast<char const*>(block);
-      bool const zero = std::all_of(bytes, bytes + size, [](char byte) { return byte == 0; });
+    krofx::internal::SetWipeObserver([](const void* block, std::size_t size) {
+      const auto* bytes = static_cast<const char*>(block);
+      const bool zero = std::all_of(bytes, bytes + size, [](char byte) { return byte == 0; });
       Blocks().push_back({block, size, zero});
     });
   }
   ~WipedMemory() { krofx::internal::SetWipeObserver(nullptr); }
-  WipedMemory(WipedMemory const&) = delete;
-  WipedMemory& operator=(WipedMemory const&) = delete;
+  WipedMemory(const WipedMemory&) = delete;
+  WipedMemory& operator=(const WipedMemory&) = delete;
 
   static std::vector<Block>& Blocks() {
     static thread_local std::vector<Block> blocks;
     return blocks;
   }
   /// Whether a block at this place was filled with zero over at least `size` bytes.
-  static bool Covers(void const* start, std::size_t size) {
-    return std::any_of(Blocks().begin(), Blocks().end(), [=](Block const& block) {
+  static bool Covers(const void* start, std::size_t size) {
+    return std::any_of(Blocks().begin(), Blocks().end(), [=](const Block& block) {
       return block.start == start && block.size >= size && block.zero;
     });
   }

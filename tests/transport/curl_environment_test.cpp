@@ -13,7 +13,7 @@ class CurlEnvironmentDeathTest : public CurlTest {
   CurlEnvironmentDeathTest() { GTEST_FLAG_SET(death_test_style, "threadsafe"); }
 
   [[noreturn]] void ExchangeAndExit() {
-    TestCertificate const authority = TestCertificate::Authority("authority");
+    const TestCertificate authority = TestCertificate::Authority("authority");
     u16 code = 1;
     {
       TlsServer server({.script =
@@ -31,10 +31,10 @@ class CurlEnvironmentDeathTest : public CurlTest {
 
 TEST_F(CurlEnvironmentDeathTest, WritesNoSecretsOfASession) {
   // The child finds the name in its environment, so it is not made from the child's own folder.
-  char const* const inherited = getenv("SSLKEYLOGFILE");
-  std::string const file = inherited != nullptr ? inherited : m_temp.Name("secrets");
+  const char* const inherited = getenv("SSLKEYLOGFILE");
+  const std::string file = inherited != nullptr ? inherited : m_temp.Name("secrets");
   {
-    ScopedVariable const variable("SSLKEYLOGFILE", file);
+    const ScopedVariable variable("SSLKEYLOGFILE", file);
     EXPECT_EXIT(ExchangeAndExit(), testing::ExitedWithCode(0), "");
   }
   EXPECT_EQ(m_temp.Get("secrets"), "");

@@ -21,7 +21,7 @@ ServerPlan Echo() {
           .chain = {}};
 }
 
-ServerPlan Answer(std::string const& reply) {
+ServerPlan Answer(const std::string& reply) {
   return {.script =
               [reply](ServerConnection& connection) {
                 connection.ReadRequest();
@@ -33,7 +33,7 @@ ServerPlan Answer(std::string const& reply) {
 class CurlHttp : public CurlTest {
  protected:
   // What a server saw of a send.
-  std::string Sent(char const* contentType, char const* headers) {
+  std::string Sent(const char* contentType, const char* headers) {
     TlsServer server(Echo());
     CurlProbe probe(m_manager, m_session, m_folder);
     probe.Send(server.Url(), kBody).Http(contentType, headers);
@@ -42,15 +42,15 @@ class CurlHttp : public CurlTest {
   }
 
   // The code of a send with header lines that are not to be sent.
-  u16 CodeOfHeaders(char const* contentType, char const* headers) {
+  u16 CodeOfHeaders(const char* contentType, const char* headers) {
     TlsServer server(Echo());
     CurlProbe probe(m_manager, m_session, m_folder);
-    u16 const code = probe.Send(server.Url(), kBody).Http(contentType, headers).Run();
+    const u16 code = probe.Send(server.Url(), kBody).Http(contentType, headers).Run();
     EXPECT_EQ(server.Accepted(), 0);
     return code;
   }
 
-  u16 CodeOf(std::string const& reply) {
+  u16 CodeOf(const std::string& reply) {
     TlsServer server(Answer(reply));
     CurlProbe probe(m_manager, m_session, m_folder);
     return probe.Get(server.Url()).Run();
@@ -61,7 +61,7 @@ TEST_F(CurlHttp, FetchesByGetWithoutABody) {
   TlsServer server(Echo());
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
-  std::string const seen = probe.Reply();
+  const std::string seen = probe.Reply();
   EXPECT_TRUE(seen.starts_with("GET /ofx HTTP/1.1\r\n")) << seen;
   EXPECT_TRUE(seen.ends_with("\r\n\r\n")) << seen;
 }
@@ -70,7 +70,7 @@ TEST_F(CurlHttp, SendsAnOfxPostWhenNoHttpOptionsAreSet) {
   TlsServer server(Echo());
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Send(server.Url(), kBody).Run(), 0);
-  std::string const seen = probe.Reply();
+  const std::string seen = probe.Reply();
   EXPECT_TRUE(seen.starts_with("POST /ofx HTTP/1.1\r\n")) << seen;
   EXPECT_NE(seen.find("\r\nContent-Type: application/x-ofx\r\n"), std::string::npos) << seen;
   EXPECT_NE(seen.find("\r\nContent-Length: 16\r\n"), std::string::npos) << seen;
@@ -81,8 +81,8 @@ TEST_F(CurlHttp, SendsNeitherExpectationNorCookieNorCodingNorAgent) {
   TlsServer server(Echo());
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Send(server.Url(), std::string(3000000, 'x')).Run(), 0);
-  std::string const head = probe.Reply().substr(0, 400);
-  for (char const* const name : {"Expect", "Cookie", "Accept-Encoding", "Authorization", "TE:"}) {
+  const std::string head = probe.Reply().substr(0, 400);
+  for (const char* const name : {"Expect", "Cookie", "Accept-Encoding", "Authorization", "TE:"}) {
     EXPECT_EQ(head.find(name), std::string::npos) << name;
   }
 }
@@ -95,8 +95,8 @@ TEST_F(CurlHttp, SendsNothingAtAll) {
 }
 
 TEST_F(CurlHttp, SendsTheContentTypeAndTheExtraHeaders) {
-  std::string const seen = Sent("text/plain", "X-One: 1\r\nX-Two:2\nX-Empty:\r\n\r\nX-Last: \t3 ");
-  for (char const* const line : {"Content-Type: text/plain", "X-One: 1", "X-Two: 2", "X-Last: 3"}) {
+  const std::string seen = Sent("text/plain", "X-One: 1\r\nX-Two:2\nX-Empty:\r\n\r\nX-Last: \t3 ");
+  for (const char* const line : {"Content-Type: text/plain", "X-One: 1", "X-Two: 2", "X-Last: 3"}) {
     EXPECT_NE(seen.find(std::string("\r\n") + line + "\r\n"), std::string::npos) << line << seen;
   }
   EXPECT_NE(seen.find("\r\nX-Empty:"), std::string::npos) << seen;
@@ -104,13 +104,13 @@ TEST_F(CurlHttp, SendsTheContentTypeAndTheExtraHeaders) {
 }
 
 TEST_F(CurlHttp, LetsAContentTypeLineTakeThePlaceOfTheArgument) {
-  std::string const seen = Sent("application/x-ofx", "content-type: multipart/x-mixed\r\n");
+  const std::string seen = Sent("application/x-ofx", "content-type: multipart/x-mixed\r\n");
   EXPECT_NE(seen.find("content-type: multipart/x-mixed\r\n"), std::string::npos) << seen;
   EXPECT_EQ(seen.find("application/x-ofx"), std::string::npos) << seen;
 }
 
 TEST_F(CurlHttp, SendsNothingWhenAHeaderWouldSmuggleAnother) {
-  for (char const* const headers :
+  for (const char* const headers :
        {"X-A: 1\rX-B: 2\r\n", "X-A: 1\r\r\n", "no header\r\n", " X-A: folded\r\n", ": no name\r\n",
         "X A: 1\r\n", "X-A : 1\r\n", "X-A: \x01\r\n", "X-A: 1\r", "GET / HTTP/1.1\r\n\r\n"}) {
     EXPECT_EQ(CodeOfHeaders("text/plain", headers), VYNCurlCode_BadHeader) << headers;
@@ -119,7 +119,7 @@ TEST_F(CurlHttp, SendsNothingWhenAHeaderWouldSmuggleAnother) {
 }
 
 TEST_F(CurlHttp, SendsNothingWhenAHeaderWouldFrameTheMessage) {
-  for (char const* const headers :
+  for (const char* const headers :
        {"Content-Length: 3\r\n", "transfer-encoding: chunked\r\n", "EXPECT: 100-continue\r\n"}) {
     EXPECT_EQ(CodeOfHeaders("text/plain", headers), VYNCurlCode_BadHeader) << headers;
   }
@@ -130,7 +130,7 @@ TEST_F(CurlHttp, MakesTwoFilesForTheOwnerOnly) {
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Get(server.Url()).Run(), 0);
   EXPECT_EQ(m_temp.Entries(), 2U);
-  for (std::string const& name : {probe.replyFile, probe.headerFile}) {
+  for (const std::string& name : {probe.replyFile, probe.headerFile}) {
     struct stat status {};
     ASSERT_EQ(stat(name.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777U, 0600U);
@@ -151,7 +151,7 @@ TEST_F(CurlHttp, KeepsTheHeadersOfTheFinalReplyOnly) {
 TEST_F(CurlHttp, TakesAFolderWithASlashABackslashOrNothingAtItsEnd) {
   TlsServer server(Answer(HttpReply("200 OK", "x")));
   std::string backslashes = m_folder + "\\";
-  for (std::string const& folder : {m_folder, m_folder + "/", backslashes}) {
+  for (const std::string& folder : {m_folder, m_folder + "/", backslashes}) {
     CurlProbe probe(m_manager, m_session, folder);
     ASSERT_EQ(probe.Get(server.Url()).Run(), 0) << folder;
     EXPECT_TRUE(probe.replyFile.starts_with(m_folder + "/krofx-")) << probe.replyFile;
@@ -160,7 +160,7 @@ TEST_F(CurlHttp, TakesAFolderWithASlashABackslashOrNothingAtItsEnd) {
 }
 
 TEST_F(CurlHttp, TakesTheSystemsTemporaryFolderForAnEmptyOneWhateverTheEnvironmentSays) {
-  ScopedVariable const folder("TMPDIR", m_folder);
+  const ScopedVariable folder("TMPDIR", m_folder);
   TlsServer server(Answer(HttpReply("200 OK", "x")));
   CurlProbe probe(m_manager, m_session, "");
   EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
@@ -179,7 +179,7 @@ TEST_F(CurlHttp, RefusesAFolderWhoseFilesHaveTooLongNames) {
 
 TEST_F(CurlHttp, TakesTheLongestNameThatFits) {
   TlsServer server(Answer(HttpReply("200 OK", "x")));
-  std::string const file = "krofx-XXXXXX.header";
+  const std::string file = "krofx-XXXXXX.header";
   std::string folder = m_folder;
   while (folder.size() + 1 + file.size() < VYFinishedRecord::kReplyFileSize - 1) folder += '/';
   CurlProbe longest(m_manager, m_session, folder.substr(1).insert(0, "/"));
@@ -199,7 +199,7 @@ TEST_F(CurlHttp, RefusesAFolderThatIsNotThere) {
 
 TEST_F(CurlHttp, GivesTheCodeOfEachStatus) {
   struct Row {
-    char const* status;
+    const char* status;
     u16 code;
   };
   constexpr Row kRows[] = {
@@ -212,7 +212,7 @@ TEST_F(CurlHttp, GivesTheCodeOfEachStatus) {
       {"502 A", 1520}, {"503 A", 1521}, {"504 A", 1522}, {"505 A", 1518}, {"599 A", 1518},
       {"600 A", 1535}, {"999 A", 1535},
   };
-  for (Row const& row : kRows) {
+  for (const Row& row : kRows) {
     EXPECT_EQ(CodeOf(HttpReply(row.status, "")), row.code) << row.status;
   }
 }
@@ -245,14 +245,14 @@ TEST_F(CurlHttp, MovesALargeBodyEachWay) {
 TEST_F(CurlHttp, TellsOfConnectingOnceThenOfSendingThenOfReceiving) {
   TlsServer server(Echo());
   CurlProbe probe(m_manager, m_session, m_folder);
-  std::string const data(1000000, 'x');
+  const std::string data(1000000, 'x');
   ASSERT_EQ(probe.Send(server.Url(), data).Run(), 0);
   EXPECT_EQ(probe.Phases(),
             (std::vector<u32>{KROpCode_Connecting, KROpCode_Sending, KROpCode_Receiving}));
   u32 sent = 0;
   u32 received = 0;
   u32 connecting = 0;
-  for (VYProgressRecord const& record : probe.progress) {
+  for (const VYProgressRecord& record : probe.progress) {
     if (record.opCode == KROpCode_Connecting) ++connecting;
     // Nothing is told twice: each record has moved the counter that it is about.
     EXPECT_TRUE(record.opCode != KROpCode_Sending || record.sent > sent);
@@ -261,7 +261,7 @@ TEST_F(CurlHttp, TellsOfConnectingOnceThenOfSendingThenOfReceiving) {
     received = record.received;
   }
   EXPECT_EQ(connecting, 1U);
-  VYProgressRecord const last = probe.progress.back();
+  const VYProgressRecord last = probe.progress.back();
   EXPECT_EQ(u32{last.sent}, 1000000U);
   EXPECT_EQ(u32{last.sendTotal}, 1000000U);
   EXPECT_EQ(u32{last.received}, std::filesystem::file_size(probe.replyFile));
@@ -312,8 +312,8 @@ TEST_F(CurlHttp, RefusesAFloodOfHeaders) {
 
 TEST_F(CurlHttp, TakesATooLongHeaderLineForALargeReplyAndNotForExhaustedMemory) {
   KRSetFireAlarm(KRFireAlarm_None);
-  std::string const longText(200000, 'x');
-  for (std::string const& reply : {"HTTP/1.1 200 OK\r\nX-Long: " + longText + "\r\n\r\n",
+  const std::string longText(200000, 'x');
+  for (const std::string& reply : {"HTTP/1.1 200 OK\r\nX-Long: " + longText + "\r\n\r\n",
                                    "HTTP/1.1 200 " + longText + "\r\n\r\n"}) {
     EXPECT_EQ(CodeOf(reply), VYNCurlCode_ReplyTooLarge);
     EXPECT_FALSE(AlarmIsSet());
@@ -338,7 +338,7 @@ TEST_F(CurlHttp, ErasesNothingForAHeaderLineThatLooksLikeAStatusLine) {
 }
 
 TEST_F(CurlHttp, TakesAReplyThatIsCutInItsHeaderForCut) {
-  for (char const* const reply :
+  for (const char* const reply :
        {"HTTP/1.1 200 OK\r\n", "HTTP/1.1 200 OK\r\nX-Key: value\r\n", "HTTP/1.1 200 OK\r\nX-K",
         "HTTP/1.1 103 Early Hints\r\nLink: a\r\n\r\n"}) {
     EXPECT_EQ(CodeOf(reply), VYNCurlCode_Cut) << reply;
@@ -373,7 +373,7 @@ TEST_F(CurlHttp, KeepsTheProxyWhileThereAreExchanges) {
 
 TEST_F(CurlHttp, TakesNoProxyFromTheEnvironment) {
   TlsServer proxy(Answer(HttpReply("200 OK", "from the proxy")));
-  ScopedVariable const variables[] = {
+  const ScopedVariable variables[] = {
       {"http_proxy", proxy.Url()}, {"all_proxy", proxy.Url()}, {"ALL_PROXY", proxy.Url()}};
   TlsServer server(Answer(HttpReply("200 OK", "from the server")));
   CurlProbe probe(m_manager, m_session, m_folder);
@@ -384,7 +384,7 @@ TEST_F(CurlHttp, TakesNoProxyFromTheEnvironment) {
 
 TEST_F(CurlHttp, TakesNoExceptionsFromTheEnvironment) {
   TlsServer proxy(Answer(HttpReply("200 OK", "from the proxy")));
-  ScopedVariable const variable("no_proxy", "*");
+  const ScopedVariable variable("no_proxy", "*");
   ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), nullptr), 1);
   CurlProbe probe(m_manager, m_session, m_folder);
   EXPECT_EQ(probe.Get("http://bank.invalid/ofx").Run(), 0);

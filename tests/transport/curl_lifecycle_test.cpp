@@ -29,14 +29,14 @@ class CurlLifecycle : public CurlTest {
   ServerPlan Answering(bool tls = false) const {
     ServerPlan plan = Hanging(tls);
     plan.script = [](ServerConnection& connection) {
-      std::string const request = connection.ReadRequest();
+      const std::string request = connection.ReadRequest();
       if (!request.empty()) connection.Write(HttpReply("200 OK", "reply"));
     };
     return plan;
   }
 
   static std::size_t OpenFiles() {
-    auto const folder = std::filesystem::directory_iterator("/proc/self/fd");
+    const auto folder = std::filesystem::directory_iterator("/proc/self/fd");
     return static_cast<std::size_t>(std::distance(folder, {}));
   }
 
@@ -83,7 +83,7 @@ TEST_F(CurlLifecycle, RefusesHandlesThatAreNotItsOwn) {
   EXPECT_EQ(m_manager.VCSetHTTPInfo(probe.exchange, 0, 0, nullptr, nullptr, 1, 1),
             VYNCurlCode_BadArgument);
   EXPECT_EQ(m_manager.VCSetSSLInfo(probe.exchange, 0, nullptr, 120), VYNCurlCode_BadArgument);
-  std::string const der = m_authority.Der();
+  const std::string der = m_authority.Der();
   EXPECT_EQ(m_manager.VCAddTrustedRoot(probe.exchange, der.data(), static_cast<u32>(der.size()), 1),
             VYNCurlCode_BadArgument);
   probe.Finish();
@@ -180,7 +180,7 @@ TEST_F(CurlLifecycle, CancelsAtOnce) {
 TEST_F(CurlLifecycle, CancelsFromAProgressCallback) {
   TlsServer server(Hanging());
   CurlProbe probe(m_manager, m_session, m_folder);
-  probe.onProgress = [&](VYProgressRecord const&) {
+  probe.onProgress = [&](const VYProgressRecord&) {
     EXPECT_EQ(m_manager.VCCancel(m_session, probe.exchange), 0);
     EXPECT_EQ(probe.finished, 1);
   };
@@ -233,7 +233,7 @@ TEST_F(CurlLifecycle, RunsAnotherExchangeFromAProgressCallback) {
   TlsServer innerServer(Answering());
   CurlProbe inner(m_manager, m_session, m_folder);
   CurlProbe probe(m_manager, m_session, m_folder);
-  probe.onProgress = [&](VYProgressRecord const&) {
+  probe.onProgress = [&](const VYProgressRecord&) {
     if (inner.exchange != nullptr) return;
     EXPECT_EQ(inner.Get(innerServer.Url()).Run(), 0);
   };
@@ -245,14 +245,14 @@ TEST_F(CurlLifecycle, RunsAnotherExchangeFromAProgressCallback) {
 
 TEST_F(CurlLifecycle, IsGivenBackFromEachCallback) {
   TlsServer server(Answering(true));
-  for (int const where : {0, 1, 2, 3}) {
+  for (const int where : {0, 1, 2, 3}) {
     CurlProbe probe(m_manager, m_session, m_folder);
     bool released = false;
-    auto const release = [&] {
+    const auto release = [&] {
       m_manager.VCRelease(m_session, probe.exchange);
       released = true;
     };
-    if (where == 0) probe.onProgress = [&](VYProgressRecord const&) { release(); };
+    if (where == 0) probe.onProgress = [&](const VYProgressRecord&) { release(); };
     if (where == 1 || where == 2) probe.onCertificate = release;
     if (where == 3) probe.onFinished = release;
     probe.Get(server.Url())
@@ -310,12 +310,12 @@ TEST_F(CurlLifecycle, ClosingASessionEndsWhatRunsInIt) {
 
 TEST_F(CurlLifecycle, ClosesItsSessionFromEachCallback) {
   TlsServer server(Answering(true));
-  for (int const where : {0, 1, 2}) {
+  for (const int where : {0, 1, 2}) {
     u16 error = 0;
     void* const session = m_manager.VCOpenInet(&error);
     CurlProbe probe(m_manager, session, m_folder);
-    auto const close = [&] { m_manager.VCCloseInet(session); };
-    if (where == 0) probe.onProgress = [&](VYProgressRecord const&) { close(); };
+    const auto close = [&] { m_manager.VCCloseInet(session); };
+    if (where == 0) probe.onProgress = [&](const VYProgressRecord&) { close(); };
     if (where == 1) probe.onCertificate = close;
     if (where == 2) probe.onFinished = close;
     probe.Get(server.Url()).Root(m_authority, 7000);
@@ -325,16 +325,16 @@ TEST_F(CurlLifecycle, ClosesItsSessionFromEachCallback) {
 
 TEST_F(CurlLifecycle, IsDeletedFromEachCallback) {
   TlsServer server(Answering(true));
-  for (int const where : {0, 1, 2, 3}) {
+  for (const int where : {0, 1, 2, 3}) {
     auto* manager = new VYNCurlManager;
     u16 error = 0;
     void* const session = manager->VCOpenInet(&error);
     CurlProbe probe(*manager, session, m_folder);
-    auto const destroy = [&manager] {
+    const auto destroy = [&manager] {
       delete manager;
       manager = nullptr;
     };
-    if (where == 0) probe.onProgress = [&](VYProgressRecord const&) { destroy(); };
+    if (where == 0) probe.onProgress = [&](const VYProgressRecord&) { destroy(); };
     if (where == 1 || where == 2) probe.onCertificate = destroy;
     if (where == 3) probe.onFinished = destroy;
     probe.Get(server.Url())
@@ -372,7 +372,7 @@ TEST_F(CurlLifecycle, RunsSeveralExchangesAtOnce) {
 }
 
 // What one exchange comes to, from the making of its manager to its start.
-u16 CodeOfSetup(std::string const& url, std::string const& der, std::string const& folder) {
+u16 CodeOfSetup(const std::string& url, const std::string& der, const std::string& folder) {
   VYNCurlManager manager;
   u16 error = 0;
   void* const session = manager.VCOpenInet(&error);
@@ -392,12 +392,12 @@ u16 CodeOfSetup(std::string const& url, std::string const& der, std::string cons
 
 TEST_F(CurlLifecycle, WithoutMemoryNothingStartsAndNothingLeaks) {
   TlsServer server(Answering(true));
-  std::string const url = server.Url();
-  std::string const der = m_authority.Der();
+  const std::string url = server.Url();
+  const std::string der = m_authority.Der();
   std::size_t nth = 1;
   for (;; ++nth) {
-    FailingAllocation const failing(nth);
-    u16 const code = CodeOfSetup(url, der, m_folder);
+    const FailingAllocation failing(nth);
+    const u16 code = CodeOfSetup(url, der, m_folder);
     if (krofx::internal::AllocationFailure::Count() < nth) {
       EXPECT_EQ(code, 0);
       break;

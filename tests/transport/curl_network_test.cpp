@@ -7,22 +7,22 @@ namespace {
 class CurlNetwork : public CurlTest {
  protected:
   // The code of a fetch from a plain server that does what the script says.
-  u16 CodeOf(std::function<void(ServerConnection&)> const& script) {
+  u16 CodeOf(const std::function<void(ServerConnection&)>& script) {
     TlsServer server({.script = script, .chain = {}});
     CurlProbe probe(m_manager, m_session, m_folder);
     return probe.Get(server.Url()).Run();
   }
 
-  u16 CodeOfUrl(std::string const& url) {
+  u16 CodeOfUrl(const std::string& url) {
     CurlProbe probe(m_manager, m_session, m_folder);
-    u16 const code = probe.Get(url).Run();
+    const u16 code = probe.Get(url).Run();
     EXPECT_TRUE(probe.progress.empty() || probe.progress[0].opCode == KROpCode_Connecting);
     return code;
   }
 };
 
 TEST_F(CurlNetwork, SaysThatAConnectionWasRefused) {
-  std::string const port = std::to_string(UnusedPort());
+  const std::string port = std::to_string(UnusedPort());
   EXPECT_EQ(CodeOfUrl("http://127.0.0.1:" + port + "/"), VYNCurlCode_Refused);
   EXPECT_EQ(CodeOfUrl("http://localhost:" + port + "/"), VYNCurlCode_Refused);
   EXPECT_EQ(CodeOfUrl("https://127.0.0.1:" + port + "/"), VYNCurlCode_Refused);
@@ -50,7 +50,7 @@ TEST_F(CurlNetwork, EndsWhenItsTimeIsOver) {
 }
 
 TEST_F(CurlNetwork, TakesNoAndNegativeTimesForNoLimit) {
-  for (s32 const timeout : {0, -1, INT32_MIN, INT32_MAX}) {
+  for (const s32 timeout : {0, -1, INT32_MIN, INT32_MAX}) {
     TlsServer server({.script =
                           [](ServerConnection& connection) {
                             connection.ReadRequest();
@@ -76,7 +76,7 @@ TEST_F(CurlNetwork, SaysThatTheConnectionEndedInTheBody) {
 }
 
 TEST_F(CurlNetwork, SaysThatTheConnectionWasReset) {
-  u16 const code = CodeOf([](ServerConnection& connection) {
+  const u16 code = CodeOf([](ServerConnection& connection) {
     connection.ReadRequest();
     connection.Write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf");
     connection.Cut();
@@ -85,8 +85,8 @@ TEST_F(CurlNetwork, SaysThatTheConnectionWasReset) {
 }
 
 TEST_F(CurlNetwork, DoesNotTakeACutTlsConnectionForTheEndOfAReply) {
-  TestCertificate const authority = TestCertificate::Authority("authority");
-  for (char const* const reply :
+  const TestCertificate authority = TestCertificate::Authority("authority");
+  for (const char* const reply :
        {"HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf",
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n4\r\nhalf\r\n"}) {
     TlsServer server({.script =
@@ -103,7 +103,7 @@ TEST_F(CurlNetwork, DoesNotTakeACutTlsConnectionForTheEndOfAReply) {
 
 // A reply that ends with the connection, and how the connection ends.
 u16 CodeOfReplyUntilTheEnd(CurlProbe& probe, bool isClosed) {
-  TestCertificate const authority = TestCertificate::Authority("authority");
+  const TestCertificate authority = TestCertificate::Authority("authority");
   TlsServer server({.script =
                         [isClosed](ServerConnection& connection) {
                           connection.ReadRequest();
@@ -123,8 +123,8 @@ TEST_F(CurlNetwork, TakesAReplyUntilTheEndByTlsOnlyWhenTheServerClosedIt) {
 }
 
 TEST_F(CurlNetwork, TakesAWholeReplyByTlsHoweverTheConnectionEnds) {
-  TestCertificate const authority = TestCertificate::Authority("authority");
-  for (char const* const reply :
+  const TestCertificate authority = TestCertificate::Authority("authority");
+  for (const char* const reply :
        {"HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nhalf",
         "HTTP/1.1 200 OK\r\nTransfer-Encoding: Chunked\r\n\r\n4\r\nhalf\r\n0\r\n\r\n"}) {
     TlsServer server({.script =
@@ -141,8 +141,8 @@ TEST_F(CurlNetwork, TakesAWholeReplyByTlsHoweverTheConnectionEnds) {
 }
 
 TEST_F(CurlNetwork, SurvivesAServerThatGoesWhileMuchIsSent) {
-  TestCertificate const authority = TestCertificate::Authority("authority");
-  for (bool const tls : {false, true}) {
+  const TestCertificate authority = TestCertificate::Authority("authority");
+  for (const bool tls : {false, true}) {
     ServerPlan plan;
     plan.script = [](ServerConnection& connection) {
       connection.ReadSome();
@@ -153,7 +153,7 @@ TEST_F(CurlNetwork, SurvivesAServerThatGoesWhileMuchIsSent) {
     CurlProbe probe(m_manager, m_session, m_folder);
     probe.Send(server.Url(), std::string(20000000, 'x'));
     if (tls) probe.Root(authority, 7000);
-    u16 const code = probe.Run();
+    const u16 code = probe.Run();
     EXPECT_TRUE(code == VYNCurlCode_SendFailed || code == VYNCurlCode_ReceiveFailed) << code;
   }
 }
@@ -173,7 +173,7 @@ TEST_F(CurlNetwork, SaysThatAReplyIsNotHttp) {
 }
 
 TEST_F(CurlNetwork, SpeaksOnlyHttp) {
-  for (char const* const url :
+  for (const char* const url :
        {"file:///etc/passwd", "ftp://127.0.0.1/", "gopher://127.0.0.1/", "dict://127.0.0.1/",
         "ldap://127.0.0.1/", "scp://127.0.0.1/", "what://127.0.0.1/"}) {
     EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_UnsupportedScheme) << url;
@@ -181,7 +181,7 @@ TEST_F(CurlNetwork, SpeaksOnlyHttp) {
 }
 
 TEST_F(CurlNetwork, RefusesUrlsThatCannotBeRead) {
-  for (char const* const url : {"", "localhost/ofx", "http://", "http:///", "http://a b/",
+  for (const char* const url : {"", "localhost/ofx", "http://", "http:///", "http://a b/",
                                 "http://127.0.0.1:99999/", "http://127.0.0.1/\r\nX-A: 1"}) {
     EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_MalformedUrl) << url;
   }
@@ -199,7 +199,7 @@ TEST_F(CurlNetwork, TakesTheSchemeInAnyCase) {
 
 TEST_F(CurlNetwork, EndsWithoutWaitingForAPauseToRunOut) {
   // A round of the probe would pause for an hour, so each must have ended by something that moved.
-  TestCertificate const authority = TestCertificate::Authority("authority");
+  const TestCertificate authority = TestCertificate::Authority("authority");
   TlsServer server({.script =
                         [](ServerConnection& connection) {
                           connection.Write(HttpReply("200 OK", connection.ReadRequest()));

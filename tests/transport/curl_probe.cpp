@@ -31,19 +31,19 @@ CurlProbe::~CurlProbe() {
   unlink(headerFile.c_str());
 }
 
-void CurlProbe::PrepareTls(std::string const& url) {
+void CurlProbe::PrepareTls(const std::string& url) {
   if (url.starts_with("https:")) {
     EXPECT_EQ(manager.VCSetSSLInfo(exchange, skipVerify, &Certificate, 120), 0);
   }
 }
 
-CurlProbe& CurlProbe::Get(std::string const& url) {
+CurlProbe& CurlProbe::Get(const std::string& url) {
   exchange = manager.VCGetFileRequest(&error, session, url.c_str(), folder.c_str(), &Record, this);
   if (exchange != nullptr) PrepareTls(url);
   return *this;
 }
 
-CurlProbe& CurlProbe::Send(std::string const& url, std::string const& data) {
+CurlProbe& CurlProbe::Send(const std::string& url, const std::string& data) {
   m_data = data;
   exchange =
       manager.VCSendDataRequest(&error, session, url.c_str(), m_data.data(),
@@ -52,14 +52,14 @@ CurlProbe& CurlProbe::Send(std::string const& url, std::string const& data) {
   return *this;
 }
 
-CurlProbe& CurlProbe::Http(char const* contentType, char const* headers, s32 timeout) {
-  u16 const post = contentType == nullptr && headers == nullptr ? 0 : 1;
+CurlProbe& CurlProbe::Http(const char* contentType, const char* headers, s32 timeout) {
+  const u16 post = contentType == nullptr && headers == nullptr ? 0 : 1;
   EXPECT_EQ(manager.VCSetHTTPInfo(exchange, 0, post, contentType, headers, 1, timeout), 0);
   return *this;
 }
 
-CurlProbe& CurlProbe::Root(TestCertificate const& root, s16 id) {
-  std::string const der = root.Der();
+CurlProbe& CurlProbe::Root(const TestCertificate& root, s16 id) {
+  const std::string der = root.Der();
   EXPECT_EQ(manager.VCAddTrustedRoot(exchange, der.data(), static_cast<u32>(der.size()), id), 0);
   return *this;
 }
@@ -78,15 +78,15 @@ void CurlProbe::Finish() {
   EXPECT_EQ(finished, 1);
 }
 
-std::string CurlProbe::Content(std::string const& name) {
+std::string CurlProbe::Content(const std::string& name) {
   std::ifstream file(name, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 std::vector<u32> CurlProbe::Phases() const {
   std::vector<u32> phases;
-  for (VYProgressRecord const& record : progress) {
-    u32 const code = record.opCode;
+  for (const VYProgressRecord& record : progress) {
+    const u32 code = record.opCode;
     if (phases.empty() || phases.back() != code) phases.push_back(code);
   }
   return phases;
@@ -94,14 +94,14 @@ std::vector<u32> CurlProbe::Phases() const {
 
 u16 CurlProbe::Record(VYCallbackStatus status, void* record) {
   if (status == kVYProgress) {
-    VYProgressRecord const copy = *static_cast<VYProgressRecord*>(record);
+    const VYProgressRecord copy = *static_cast<VYProgressRecord*>(record);
     auto& self = *static_cast<CurlProbe*>(copy.userData);
     EXPECT_EQ(self.finished, 0);
     self.progress.push_back(copy);
     if (self.onProgress) self.onProgress(copy);
     return 0;
   }
-  auto const& ended = *static_cast<VYFinishedRecord*>(record);
+  const auto& ended = *static_cast<VYFinishedRecord*>(record);
   auto& self = *static_cast<CurlProbe*>(ended.userData);
   ++self.finished;
   self.result = ended.result;

@@ -32,15 +32,15 @@ class CurlProbe {
       : manager(usedManager), session(usedSession), folder(std::move(usedFolder)) {}
   /// Removes the files that it was handed.
   ~CurlProbe();
-  CurlProbe(CurlProbe const&) = delete;
-  CurlProbe& operator=(CurlProbe const&) = delete;
+  CurlProbe(const CurlProbe&) = delete;
+  CurlProbe& operator=(const CurlProbe&) = delete;
 
   /// Create the exchange; for https the TLS options are set as well.
-  CurlProbe& Get(std::string const& url);
-  CurlProbe& Send(std::string const& url, std::string const& data);
+  CurlProbe& Get(const std::string& url);
+  CurlProbe& Send(const std::string& url, const std::string& data);
   /// Sets the HTTP options, with no limit of time unless one is given.
-  CurlProbe& Http(char const* contentType, char const* headers, s32 timeout = 0);
-  CurlProbe& Root(TestCertificate const& root, s16 id);
+  CurlProbe& Http(const char* contentType, const char* headers, s32 timeout = 0);
+  CurlProbe& Root(const TestCertificate& root, s16 id);
   /// Starts the exchange and works until it is over; gives its code.
   u16 Run();
   /// Starts the exchange.
@@ -48,7 +48,7 @@ class CurlProbe {
   /// Works until the exchange is over.
   void Finish();
   /// What stands in a file.
-  static std::string Content(std::string const& name);
+  static std::string Content(const std::string& name);
   std::string Reply() const { return Content(replyFile); }
   std::string Headers() const { return Content(headerFile); }
   /// The codes of the progress records, each run of equal ones once.
@@ -62,7 +62,7 @@ class CurlProbe {
   u16 answer = 0;
   /// Called from the certificate callback and for each progress record.
   std::function<void()> onCertificate;
-  std::function<void(VYProgressRecord const&)> onProgress;
+  std::function<void(const VYProgressRecord&)> onProgress;
   std::function<void()> onFinished;
 
   u16 error = 0;
@@ -81,7 +81,7 @@ class CurlProbe {
   std::vector<std::string> chain;
 
  private:
-  void PrepareTls(std::string const& url);
+  void PrepareTls(const std::string& url);
   static u16 Record(VYCallbackStatus status, void* record);
   static u16 Certificate(SSLCertificateChain* chain, u32 rootID, u16 error, void* request, u32,
                          u32);

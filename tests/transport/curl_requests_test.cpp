@@ -54,12 +54,12 @@ class CurlRequests : public CurlTest {
   ServerPlan Echo(std::vector<TestCertificate> chain = {}) const {
     return {.script =
                 [](ServerConnection& connection) {
-                  std::string const request = connection.ReadRequest();
+                  const std::string request = connection.ReadRequest();
                   if (!request.empty()) connection.Write(HttpReply("200 OK", request));
                 },
             .chain = std::move(chain)};
   }
-  ServerPlan Answer(std::string const& reply) const {
+  ServerPlan Answer(const std::string& reply) const {
     return {.script =
                 [reply](ServerConnection& connection) {
                   connection.ReadRequest();
@@ -68,24 +68,24 @@ class CurlRequests : public CurlTest {
             .chain = {}};
   }
 
-  KRNetStatus Send(std::string const& url, std::string const& text = "<OFX>") {
+  KRNetStatus Send(const std::string& url, const std::string& text = "<OFX>") {
     KRBuffer body(0, 0);
     Put(body, text);
     return m_request->Send(url.c_str(), &body);
   }
 
   // The status of a send to an https server with that certificate, the authority being trusted.
-  KRNetStatus SendTo(TestCertificate const& leaf, s16 rootID = 7000) {
+  KRNetStatus SendTo(const TestCertificate& leaf, s16 rootID = 7000) {
     TlsServer server(Echo({leaf}));
     Trust(m_authority, rootID);
     return Send(server.Url());
   }
 
-  void Trust(TestCertificate const& root, s16 id) {
-    std::string const der = root.Der();
+  void Trust(const TestCertificate& root, s16 id) {
+    const std::string der = root.Der();
     EXPECT_EQ(m_request->AddTrustedRootBER(der.data(), static_cast<u16>(der.size()), id), 1);
   }
-  void Expect(TestCertificate const& certificate) {
+  void Expect(const TestCertificate& certificate) {
     KRBuffer der(0, 0);
     Put(der, certificate.Der());
     KRCertID id;
@@ -113,9 +113,9 @@ class CurlRequests : public CurlTest {
     m_request->GetStatus(http, error);
     return http;
   }
-  KRNetStatus StatusOf(std::string const& reply) {
+  KRNetStatus StatusOf(const std::string& reply) {
     TlsServer server(Answer(reply));
-    KRNetStatus const status = m_request->Get(server.Url().c_str());
+    const KRNetStatus status = m_request->Get(server.Url().c_str());
     u32 size = 0;
     EXPECT_TRUE(status == KRNetStatus_Success ||
                 m_request->GetReplySize(size) == KRNetStatus_NoReplySize);
@@ -141,7 +141,7 @@ TEST_F(CurlRequests, SendAndLoadTheReplyOverHttps) {
   KRString name("content-length");
   KRString value;
   EXPECT_EQ(m_request->GetHeader(name, value), 1);
-  std::string const reply = Reply();
+  const std::string reply = Reply();
   EXPECT_TRUE(reply.starts_with("POST /ofx HTTP/1.1\r\n")) << reply;
   EXPECT_NE(reply.find("\r\nContent-Type: application/x-ofx\r\n"), std::string::npos) << reply;
   EXPECT_TRUE(reply.ends_with("\r\n\r\n<OFX>")) << reply;
@@ -157,8 +157,8 @@ TEST_F(CurlRequests, SendExtraHeadersWithATimeout) {
   m_request->SetTimeout(60);
   ASSERT_EQ(m_request->SendPlusHeadersContent(server.Url().c_str(), &body, headers, "text/plain"),
             KRNetStatus_Success);
-  std::string const reply = Reply();
-  for (char const* const line : {"X-One: 1", "X-Two: 2", "Content-Type: text/plain"}) {
+  const std::string reply = Reply();
+  for (const char* const line : {"X-One: 1", "X-Two: 2", "Content-Type: text/plain"}) {
     EXPECT_NE(reply.find(std::string("\r\n") + line + "\r\n"), std::string::npos) << line;
   }
 }
@@ -193,7 +193,7 @@ TEST_F(CurlRequests, NameEachHttpStatus) {
       {502, KRNetStatus_ServerError}, {503, KRNetStatus_Unavailable},
       {504, KRNetStatus_Unavailable},
   };
-  for (Row const& row : kRows) {
+  for (const Row& row : kRows) {
     EXPECT_EQ(StatusOf(HttpReply(std::to_string(row.http) + " Text", "x")), row.status) << row.http;
     EXPECT_EQ(HttpStatus(), row.http);
   }
@@ -278,7 +278,7 @@ TEST_F(CurlRequests, RefuseAChainThatEndsInTheFamily3000) {
 }
 
 TEST_F(CurlRequests, TakeAChainThatEndsBelowTheFamily3000) {
-  TestCertificate const between = m_authority.Issue({.name = "between", .isAuthority = true});
+  const TestCertificate between = m_authority.Issue({.name = "between", .isAuthority = true});
   TlsServer server(Echo({between.IssueForLoopback(), between}));
   Trust(between, 2000);
   Trust(m_authority, 3000);
@@ -301,7 +301,7 @@ TEST_F(CurlRequests, HoldToTheirRootsWhenNothingIsVerified) {
 }
 
 TEST_F(CurlRequests, HoldToTheExpectedCertificateWhenNothingIsVerified) {
-  TestCertificate const own = TestCertificate::SelfSigned({.name = "own"});
+  const TestCertificate own = TestCertificate::SelfSigned({.name = "own"});
   m_request->SetSSLVerifyCert(0);
   Expect(own);
   TlsServer right(Echo({own}));
@@ -365,9 +365,9 @@ TEST_F(CurlRequests, HandleOneEventInATenthOfASecondHoweverManyPiecesAReplyComes
   access.SetTempFilePath(m_folder.c_str());
   ASSERT_EQ(access.InitConnection(), KRNetStatus_Success);
   KRNetRequest* const request = access.NewNetRequest();
-  auto const start = std::chrono::steady_clock::now();
+  const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(request->Get(server.Url().c_str()), KRNetStatus_Success);
-  auto const tenths = std::chrono::duration_cast<std::chrono::milliseconds>(
+  const auto tenths = std::chrono::duration_cast<std::chrono::milliseconds>(
                           std::chrono::steady_clock::now() - start)
                           .count() /
                       100;
@@ -396,7 +396,7 @@ TEST_F(CurlRequests, ShowNoSecretInTheirLog) {
   log.clear();
   m_access.SetLogCallback([](const char* text, u16, const char*) { log += text; });
   TlsServer server(Echo());
-  std::string const url = server.Url();
+  const std::string url = server.Url();
   KRBuffer body(0, 0);
   Put(body, "secret-body");
   char headers[] = "Authorization: secret-header\r\n";

@@ -24,14 +24,14 @@ class SlowResolver {
     return resolver;
   }
   void Hold() {
-    std::lock_guard const lock(m_mutex);
+    const std::lock_guard lock(m_mutex);
     m_held = true;
     m_gaveUp = false;
   }
   // Lets the look-ups go and waits until they have left. Whether all were still held.
   bool Release() {
     std::unique_lock lock(m_mutex);
-    bool const wereHeld = m_waiting > 0 && !m_gaveUp;
+    const bool wereHeld = m_waiting > 0 && !m_gaveUp;
     m_held = false;
     m_change.notify_all();
     m_change.wait(lock, [this] { return m_waiting == 0; });
@@ -65,7 +65,7 @@ using CurlResolver = CurlTest;
 TEST_F(CurlResolver, DoesNotHoldATimeLimit) {
   SlowResolver::Get().Hold();
   CurlProbe probe(m_manager, m_session, m_folder);
-  u16 const code =
+  const u16 code =
       probe.Get(std::string("http://") + kSlowHost + "/").Http(nullptr, nullptr, 1).Run();
   EXPECT_EQ(code, VYNCurlCode_TimedOut);
   EXPECT_TRUE(SlowResolver::Get().Release());
@@ -85,15 +85,15 @@ TEST_F(CurlResolver, DoesNotHoldTheEndOfAWait) {
 }  // namespace
 
 // Takes the place of the system's for the whole program, libcurl included.
-extern "C" __attribute__((visibility("default"))) int getaddrinfo(char const* __restrict host,
-                                                                  char const* __restrict service,
-                                                                  addrinfo const* __restrict hints,
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* __restrict host,
+                                                                  const char* __restrict service,
+                                                                  const addrinfo* __restrict hints,
                                                                   addrinfo** __restrict out) {
   if (host != nullptr && std::strcmp(host, kSlowHost) == 0) {
     SlowResolver::Get().Wait();
     return EAI_NONAME;
   }
-  using Function = int(char const*, char const*, addrinfo const*, addrinfo**);
+  using Function = int(const char*, const char*, const addrinfo*, addrinfo**);
   static auto* const system = reinterpret_cast<Function*>(dlsym(RTLD_NEXT, "getaddrinfo"));
   return system(host, service, hints, out);
 }

@@ -11,17 +11,17 @@ namespace {
 
 struct Answer {
   int status = V_OCSP_CERTSTATUS_GOOD;
-  char const* from = "20000101000000Z";
-  char const* until = "99980101000000Z";
+  const char* from = "20000101000000Z";
+  const char* until = "99980101000000Z";
   int responseStatus = OCSP_RESPONSE_STATUS_SUCCESSFUL;
 };
 
 // An answer on a certificate that `issuer` issued, signed by `signer`.
-std::string Sign(Answer const& answer, TestCertificate const& certificate,
-                 TestCertificate const& issuer, TestCertificate const& signer) {
-  std::unique_ptr<OCSP_BASICRESP, decltype(&OCSP_BASICRESP_free)> const basic(OCSP_BASICRESP_new(),
+std::string Sign(const Answer& answer, const TestCertificate& certificate,
+                 const TestCertificate& issuer, const TestCertificate& signer) {
+  const std::unique_ptr<OCSP_BASICRESP, decltype(&OCSP_BASICRESP_free)> basic(OCSP_BASICRESP_new(),
                                                                               &OCSP_BASICRESP_free);
-  auto const time = [](char const* text) {
+  const auto time = [](const char* text) {
     std::unique_ptr<ASN1_TIME, decltype(&ASN1_TIME_free)> made(ASN1_TIME_new(), &ASN1_TIME_free);
     ASN1_TIME_set_string(made.get(), text);
     return made;
@@ -32,13 +32,13 @@ std::string Sign(Answer const& answer, TestCertificate const& certificate,
                          time(answer.from).get(), time(answer.until).get());
   OCSP_CERTID_free(id);
   OCSP_basic_sign(basic.get(), signer.Certificate(), signer.Key(), EVP_sha256(), nullptr, 0);
-  std::unique_ptr<OCSP_RESPONSE, decltype(&OCSP_RESPONSE_free)> const response(
+  const std::unique_ptr<OCSP_RESPONSE, decltype(&OCSP_RESPONSE_free)> response(
       OCSP_response_create(
           answer.responseStatus,
           answer.responseStatus == OCSP_RESPONSE_STATUS_SUCCESSFUL ? basic.get() : nullptr),
       &OCSP_RESPONSE_free);
   unsigned char* der = nullptr;
-  int const length = i2d_OCSP_RESPONSE(response.get(), &der);
+  const int length = i2d_OCSP_RESPONSE(response.get(), &der);
   std::string bytes(reinterpret_cast<char*>(der), static_cast<std::size_t>(length));
   OPENSSL_free(der);
   return bytes;
@@ -47,7 +47,7 @@ std::string Sign(Answer const& answer, TestCertificate const& certificate,
 class CurlRevocation : public CurlTest {
  protected:
   // The code of an exchange with a server that staples these bytes; none for an empty text.
-  u16 CodeOf(std::string const& stapled) {
+  u16 CodeOf(const std::string& stapled) {
     TlsServer server({.script =
                           [](ServerConnection& connection) {
                             if (!connection.ReadRequest().empty()) {
@@ -58,7 +58,7 @@ class CurlRevocation : public CurlTest {
                       .stapled = stapled});
     CurlProbe probe(m_manager, m_session, m_folder);
     probe.skipVerify = m_skipVerify;
-    u16 const code = probe.Get(server.Url()).Root(m_authority, 7000).Run();
+    const u16 code = probe.Get(server.Url()).Root(m_authority, 7000).Run();
     EXPECT_EQ(probe.asked, 1);
     EXPECT_EQ(probe.certificateError, code);
     return code;
@@ -88,8 +88,8 @@ TEST_F(CurlRevocation, RefusesAServerThatTheResponderDoesNotKnow) {
 }
 
 TEST_F(CurlRevocation, RefusesAnAnswerOfSomebodyElseOrOnAnotherCertificateOrThatIsNone) {
-  TestCertificate const other = TestCertificate::Authority("other");
-  TestCertificate const sibling = m_authority.IssueForLoopback();
+  const TestCertificate other = TestCertificate::Authority("other");
+  const TestCertificate sibling = m_authority.IssueForLoopback();
   EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, other)), VYNCurlCode_BadCertificate);
   EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, sibling)), VYNCurlCode_BadCertificate);
   EXPECT_EQ(CodeOf(Sign({}, sibling, m_authority, m_authority)), VYNCurlCode_BadCertificate);

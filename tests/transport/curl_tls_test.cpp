@@ -13,24 +13,24 @@ class CurlTls : public CurlTest {
   static ServerPlan Showing(std::vector<TestCertificate> chain) {
     return {.script =
                 [](ServerConnection& connection) {
-                  std::string const request = connection.ReadRequest();
+                  const std::string request = connection.ReadRequest();
                   if (!request.empty()) connection.Write(HttpReply("200 OK", request));
                 },
             .chain = std::move(chain)};
   }
 
   // The code of an exchange with a server that shows `leaf`, with the authority trusted as 7000.
-  u16 CodeOf(CertificateWish const& leaf) {
+  u16 CodeOf(const CertificateWish& leaf) {
     TlsServer server(Showing({m_authority.Issue(leaf)}));
     CurlProbe probe(m_manager, m_session, m_folder);
-    u16 const code = probe.Get(server.Url()).Root(m_authority, 7000).Run();
+    const u16 code = probe.Get(server.Url()).Root(m_authority, 7000).Run();
     EXPECT_EQ(probe.asked, 1);
     EXPECT_EQ(probe.certificateError, code);
     EXPECT_TRUE(code == 0 || probe.chain.empty());
     return code;
   }
 
-  std::string PutPem(std::string const& name, TestCertificate const& certificate) {
+  std::string PutPem(const std::string& name, const TestCertificate& certificate) {
     return m_roots.Put(name, certificate.Pem());
   }
 
@@ -41,7 +41,7 @@ class CurlTls : public CurlTest {
 constexpr char kHosts[] = "DNS:localhost,IP:127.0.0.1";
 
 TEST_F(CurlTls, ShowsTheVerifiedChainFromItsRootToTheServer) {
-  TestCertificate const leaf = m_authority.IssueForLoopback();
+  const TestCertificate leaf = m_authority.IssueForLoopback();
   TlsServer server(Showing({leaf}));
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Send(server.Url(), "data").Root(m_authority, 7000).Run(), 0);
@@ -59,7 +59,7 @@ TEST_F(CurlTls, TakesTheHostsNameAsWellAsItsAddress) {
 }
 
 TEST_F(CurlTls, GivesTheIdOfTheRootThatTheChainEndsAt) {
-  TestCertificate const other = TestCertificate::Authority("other");
+  const TestCertificate other = TestCertificate::Authority("other");
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
   CurlProbe probe(m_manager, m_session, m_folder);
   probe.Get(server.Url()).Root(other, 1000).Root(m_authority, 4001).Root(m_authority, 4000);
@@ -75,8 +75,8 @@ TEST_F(CurlTls, GivesANegativeIdAsItWidens) {
 }
 
 TEST_F(CurlTls, FollowsAnIntermediateThatTheServerShows) {
-  TestCertificate const between = m_authority.Issue({.name = "between", .isAuthority = true});
-  TestCertificate const leaf = between.IssueForLoopback();
+  const TestCertificate between = m_authority.Issue({.name = "between", .isAuthority = true});
+  const TestCertificate leaf = between.IssueForLoopback();
   TlsServer server(Showing({leaf, between}));
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), 0);
@@ -84,8 +84,8 @@ TEST_F(CurlTls, FollowsAnIntermediateThatTheServerShows) {
 }
 
 TEST_F(CurlTls, EndsAtAnIntermediateThatIsTrusted) {
-  TestCertificate const between = m_authority.Issue({.name = "between", .isAuthority = true});
-  TestCertificate const leaf = between.IssueForLoopback();
+  const TestCertificate between = m_authority.Issue({.name = "between", .isAuthority = true});
+  const TestCertificate leaf = between.IssueForLoopback();
   TlsServer server(Showing({leaf, between}));
   CurlProbe alone(m_manager, m_session, m_folder);
   ASSERT_EQ(alone.Get(server.Url()).Root(between, 2000).Run(), 0);
@@ -98,7 +98,7 @@ TEST_F(CurlTls, EndsAtAnIntermediateThatIsTrusted) {
 }
 
 TEST_F(CurlTls, TakesAServersOwnCertificateAsARoot) {
-  TestCertificate const own = TestCertificate::SelfSigned({.name = "own", .hosts = kHosts});
+  const TestCertificate own = TestCertificate::SelfSigned({.name = "own", .hosts = kHosts});
   TlsServer server(Showing({own}));
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Get(server.Url()).Root(own, 7000).Run(), 0);
@@ -121,7 +121,7 @@ TEST_F(CurlTls, EndsWithTheCodeOfTheCallbackBeforeAnythingIsSent) {
 }
 
 TEST_F(CurlTls, RefusesAnUnknownRoot) {
-  TestCertificate const other = TestCertificate::Authority("other");
+  const TestCertificate other = TestCertificate::Authority("other");
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
   CurlProbe probe(m_manager, m_session, m_folder);
   EXPECT_EQ(probe.Get(server.Url()).Root(other, 7000).Run(), VYNCurlCode_Untrusted);
@@ -132,7 +132,7 @@ TEST_F(CurlTls, RefusesAnUnknownRoot) {
 }
 
 TEST_F(CurlTls, RefusesARootOfTheSameNameWithAnotherKey) {
-  TestCertificate const impostor = TestCertificate::Authority("authority");
+  const TestCertificate impostor = TestCertificate::Authority("authority");
   TlsServer server(Showing({impostor.IssueForLoopback(), impostor}));
   CurlProbe probe(m_manager, m_session, m_folder);
   EXPECT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), VYNCurlCode_Untrusted);
@@ -144,7 +144,7 @@ TEST_F(CurlTls, EndsEvenWhenTheCallbackWouldAcceptWhatFailed) {
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
   CurlProbe probe(m_manager, m_session, m_folder);
   probe.Get(server.Url()).Root(TestCertificate::Authority("other"), 7000);
-  auto const acceptAll = [](SSLCertificateChain*, u32, u16, void*, u32, u32) -> u16 { return 0; };
+  const auto acceptAll = [](SSLCertificateChain*, u32, u16, void*, u32, u32) -> u16 { return 0; };
   EXPECT_EQ(m_manager.VCSetSSLInfo(probe.exchange, 0, acceptAll, 120), 0);
   EXPECT_EQ(probe.Run(), VYNCurlCode_Untrusted);
 }
@@ -168,7 +168,7 @@ TEST_F(CurlTls, RefusesASelfSignedServer) {
 }
 
 TEST_F(CurlTls, RefusesAnIssuerThatIsNoAuthority) {
-  TestCertificate const leaf = m_authority.IssueForLoopback();
+  const TestCertificate leaf = m_authority.IssueForLoopback();
   TlsServer server(Showing({leaf.IssueForLoopback(), leaf}));
   CurlProbe probe(m_manager, m_session, m_folder);
   EXPECT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), VYNCurlCode_Untrusted);
@@ -213,7 +213,7 @@ TEST_F(CurlTls, SpeaksVersion12) {
 }
 
 TEST_F(CurlTls, FailsWhereNoTlsIsSpoken) {
-  for (std::string const& greeting : {std::string("220 this is no TLS\r\n"), std::string(64, '\0'),
+  for (const std::string& greeting : {std::string("220 this is no TLS\r\n"), std::string(64, '\0'),
                                       std::string("\x15\x03\x03\x00\x02\x02\x28", 7)}) {
     TlsServer server({.script =
                           [greeting](ServerConnection& connection) {
@@ -241,8 +241,8 @@ TEST_F(CurlTls, RefusesToStartWithoutTlsOptions) {
 TEST_F(CurlTls, RefusesRootsThatAreNoCertificates) {
   CurlProbe probe(m_manager, m_session, m_folder);
   probe.Get("https://127.0.0.1/");
-  std::string const der = m_authority.Der();
-  auto const add = [&](std::string const& bytes, s16 id) {
+  const std::string der = m_authority.Der();
+  const auto add = [&](const std::string& bytes, s16 id) {
     return m_manager.VCAddTrustedRoot(probe.exchange, bytes.data(), static_cast<u32>(bytes.size()),
                                       id);
   };
@@ -259,9 +259,9 @@ TEST_F(CurlTls, RefusesRootsThatAreNoCertificates) {
 // The system's roots are stood in for by a file and by a folder.
 
 TEST_F(CurlTls, TrustsTheSystemsRootsUnderTheIdZero) {
-  TestCertificate const leaf = m_authority.IssueForLoopback();
+  const TestCertificate leaf = m_authority.IssueForLoopback();
   TlsServer server(Showing({leaf}));
-  std::string const file = PutPem("roots.pem", m_authority);
+  const std::string file = PutPem("roots.pem", m_authority);
   ASSERT_EQ(m_manager.SetSystemRoots(file.c_str(), nullptr), 1);
   CurlProbe byFile(m_manager, m_session, m_folder);
   EXPECT_EQ(byFile.Get(server.Url()).Run(), 0);
@@ -279,7 +279,7 @@ TEST_F(CurlTls, TrustsTheSystemsRootsUnderTheIdZero) {
 
 TEST_F(CurlTls, DoesNotTrustTheSystemsRootsBesideThoseThatWereAdded) {
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
-  std::string const file = PutPem("roots.pem", m_authority);
+  const std::string file = PutPem("roots.pem", m_authority);
   char hash[32];
   std::snprintf(hash, sizeof hash, "%08lx.0", X509_subject_name_hash(m_authority.Certificate()));
   PutPem(hash, m_authority);
@@ -312,7 +312,7 @@ TEST_F(CurlTls, SaysThatTheSystemsRootsCannotBeRead) {
 // Without verification: nothing is checked, and the callback is still asked.
 
 TEST_F(CurlTls, ShowsTheChainAsItCameWhenNothingIsVerified) {
-  TestCertificate const own = TestCertificate::SelfSigned(
+  const TestCertificate own = TestCertificate::SelfSigned(
       {.name = "own", .hosts = "DNS:elsewhere", .notAfter = "20010101000000Z"});
   TlsServer server(Showing({own, m_authority}));
   CurlProbe probe(m_manager, m_session, m_folder);
@@ -325,7 +325,7 @@ TEST_F(CurlTls, ShowsTheChainAsItCameWhenNothingIsVerified) {
 }
 
 TEST_F(CurlTls, FindsAnAddedRootByTheSignaturesWhenNothingIsVerified) {
-  TestCertificate const leaf =
+  const TestCertificate leaf =
       m_authority.Issue({.name = "old", .hosts = "DNS:elsewhere", .notAfter = "20010101000000Z"});
   TlsServer server(Showing({leaf}));
   CurlProbe probe(m_manager, m_session, m_folder);
@@ -337,7 +337,7 @@ TEST_F(CurlTls, FindsAnAddedRootByTheSignaturesWhenNothingIsVerified) {
 
 TEST_F(CurlTls, FindsNoRootWhereSignaturesDoNotLeadWhenNothingIsVerified) {
   // The same name as the real issuer, another key.
-  TestCertificate const impostor = TestCertificate::Authority("authority");
+  const TestCertificate impostor = TestCertificate::Authority("authority");
   TlsServer server(Showing({impostor.IssueForLoopback(), impostor}));
   CurlProbe probe(m_manager, m_session, m_folder);
   probe.skipVerify = 1;
@@ -363,7 +363,7 @@ TEST_F(CurlTls, VerifiesForAnyOtherValueOfTheFlag) {
 
 TEST_F(CurlTls, MovesALargeBodyEachWay) {
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
-  std::string const data(5000000, 'x');
+  const std::string data(5000000, 'x');
   CurlProbe probe(m_manager, m_session, m_folder);
   ASSERT_EQ(probe.Send(server.Url(), data).Root(m_authority, 7000).Run(), 0);
   EXPECT_TRUE(probe.Reply().ends_with("\r\n\r\n" + data));
@@ -371,13 +371,13 @@ TEST_F(CurlTls, MovesALargeBodyEachWay) {
 
 TEST_F(CurlTls, ShowsAProxyNothingButTheTunnel) {
   std::string tunnel;
-  TestCertificate const leaf = m_authority.Issue({.name = "bank", .hosts = "DNS:bank.invalid"});
+  const TestCertificate leaf = m_authority.Issue({.name = "bank", .hosts = "DNS:bank.invalid"});
   ServerPlan plan = Showing({leaf});
   plan.tunnel = &tunnel;
   CurlProbe probe(m_manager, m_session, m_folder);
   {
     TlsServer proxy(plan);
-    std::string const url = "http" + proxy.Url().substr(5);
+    const std::string url = "http" + proxy.Url().substr(5);
     ASSERT_EQ(m_manager.SetProxy(url.c_str(), nullptr), 1);
     probe.Send("https://bank.invalid/ofx", "data").Root(m_authority, 7000);
     EXPECT_EQ(probe.Http("text/plain", "Authorization: secret\r\n").Run(), 0);
@@ -397,7 +397,7 @@ TEST_F(CurlTls, RefusesWhenThereIsNoMemoryForTheChain) {
     probe.Get(server.Url()).Root(m_authority, 7000);
     ASSERT_EQ(probe.Start(), 0);
     {
-      FailingAllocation const failing(nth);
+      const FailingAllocation failing(nth);
       probe.Finish();
     }
     EXPECT_EQ(probe.result, VYNCurlCode_Untrusted) << nth;

@@ -11,9 +11,9 @@
 namespace {
 
 // The name, or "no" for a URL that names none.
-std::string NameOf(std::string const& url) {
+std::string NameOf(const std::string& url) {
   std::vector<char> out(url.size() + 1, '#');
-  u16 const result = KRNetRequest::ConvertFileURLToLocalFileName(out.data(), url.c_str());
+  const u16 result = KRNetRequest::ConvertFileURLToLocalFileName(out.data(), url.c_str());
   if (result == 0) {
     EXPECT_EQ(out[0], '\0') << url;
     return "no";
@@ -22,7 +22,7 @@ std::string NameOf(std::string const& url) {
   return out.data();
 }
 
-std::string UrlOf(std::string const& name) {
+std::string UrlOf(const std::string& name) {
   std::vector<char> out(name.size() + 8, '#');
   EXPECT_EQ(KRNetRequest::ConvertLocalFileNameToFileURL(out.data(), name.c_str()), 1);
   return out.data();

@@ -48,10 +48,10 @@ TEST_F(LocalFileTest, TakesABackslashAsASlash) {
 }
 
 TEST_F(LocalFileTest, FindsNoFileUnderNullEmptyMissingAndOverlongNames) {
-  std::string const overlong = folder.Path().string() + std::string(5000, '/') + "reply";
+  const std::string overlong = folder.Path().string() + std::string(5000, '/') + "reply";
   folder.Put("reply", "abc");
-  for (char const* name :
-       {static_cast<char const*>(nullptr), "", "/no/such/file", overlong.c_str()}) {
+  for (const char* name :
+       {static_cast<const char*>(nullptr), "", "/no/such/file", overlong.c_str()}) {
     u32 size = 42;
     EXPECT_FALSE(LocalFileExists(name));
     EXPECT_FALSE(LocalFileSize(name, size));
@@ -64,9 +64,9 @@ TEST_F(LocalFileTest, FindsNoFileUnderNullEmptyMissingAndOverlongNames) {
 }
 
 TEST_F(LocalFileTest, OpensNothingButRegularFiles) {
-  std::string const pipe = folder.Name("pipe");
+  const std::string pipe = folder.Name("pipe");
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-  for (std::string const& name : {folder.Path().string(), pipe, std::string("/dev/null")}) {
+  for (const std::string& name : {folder.Path().string(), pipe, std::string("/dev/null")}) {
     LocalFile file;
     EXPECT_FALSE(file.OpenToRead(name.c_str())) << name;
     EXPECT_FALSE(file.OpenToWrite(name.c_str())) << name;
@@ -75,7 +75,7 @@ TEST_F(LocalFileTest, OpensNothingButRegularFiles) {
 }
 
 TEST_F(LocalFileTest, HasNoSizeBeyond32Bits) {
-  std::string const name = folder.Put("large", "");
+  const std::string name = folder.Put("large", "");
   std::filesystem::resize_file(name, std::uintmax_t{0xffffffff});
   u32 size = 0;
   EXPECT_TRUE(LocalFileSize(name.c_str(), size));
@@ -107,7 +107,7 @@ TEST_F(LocalFileTest, DoesNothingWhileClosed) {
 }
 
 TEST_F(LocalFileTest, ReplacesWhatWasThere) {
-  std::string const name = folder.Put("out", "something longer");
+  const std::string name = folder.Put("out", "something longer");
   {
     LocalFile file;
     ASSERT_TRUE(file.OpenToWrite(name.c_str()));
@@ -118,11 +118,11 @@ TEST_F(LocalFileTest, ReplacesWhatWasThere) {
 }
 
 TEST_F(LocalFileTest, WritesThroughNoLink) {
-  std::string const target = folder.Put("target", "what was there");
+  const std::string target = folder.Put("target", "what was there");
   std::filesystem::create_symlink(target, folder.Name("symbolic"));
   std::filesystem::create_symlink(folder.Name("nowhere"), folder.Name("dangling"));
   std::filesystem::create_hard_link(target, folder.Name("hard"));
-  for (char const* const name : {"symbolic", "dangling", "hard"}) {
+  for (const char* const name : {"symbolic", "dangling", "hard"}) {
     LocalFile file;
     EXPECT_FALSE(file.OpenToWrite(folder.Name(name).c_str())) << name;
   }
@@ -131,7 +131,7 @@ TEST_F(LocalFileTest, WritesThroughNoLink) {
 }
 
 TEST_F(LocalFileTest, TakesFromOthersWhatTheyCouldDoWithAFileThatItReplaces) {
-  std::string const name = folder.Put("out", "what was there");
+  const std::string name = folder.Put("out", "what was there");
   std::filesystem::permissions(name, std::filesystem::perms(0666));
   LocalFile file;
   ASSERT_TRUE(file.OpenToWrite(name.c_str()));
@@ -142,7 +142,7 @@ TEST_F(LocalFileTest, TakesFromOthersWhatTheyCouldDoWithAFileThatItReplaces) {
 TEST_F(LocalFileTest, MakesFilesThatOnlyTheirOwnerReads) {
   LocalFile file;
   ASSERT_TRUE(file.OpenToWrite(folder.Name("out").c_str()));
-  auto const permissions = std::filesystem::status(folder.Name("out")).permissions();
+  const auto permissions = std::filesystem::status(folder.Name("out")).permissions();
   EXPECT_EQ(permissions & std::filesystem::perms::mask,
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
@@ -150,8 +150,8 @@ TEST_F(LocalFileTest, MakesFilesThatOnlyTheirOwnerReads) {
 class LocalFileSizes : public testing::TestWithParam<u32> {};
 
 TEST_P(LocalFileSizes, GoThroughTheChunksWhole) {
-  TempFolder const folder;
-  std::string const content = Bytes(GetParam());
+  const TempFolder folder;
+  const std::string content = Bytes(GetParam());
   KRBuffer target(0, 0);
   target += "before";
   ASSERT_TRUE(AppendLocalFile(folder.Put("in", content).c_str(), target));
@@ -195,7 +195,7 @@ TEST_F(LocalFileTest, SavesNoBufferThatLostItsContent) {
 }
 
 TEST_F(LocalFileTest, NeedsMemoryForAChunk) {
-  std::string const name = folder.Put("file", "kept");
+  const std::string name = folder.Put("file", "kept");
   KRBuffer buffer(100, 0);
   Put(buffer, "abc");
   FailingAllocation failing(1);
@@ -207,7 +207,7 @@ TEST_F(LocalFileTest, NeedsMemoryForAChunk) {
 }
 
 TEST_F(LocalFileTest, EndsTheCopyWhenTheTargetTakesNoMore) {
-  std::string const name = folder.Put("file", Bytes(5 * kFileChunk));
+  const std::string name = folder.Put("file", Bytes(5 * kFileChunk));
   KRBuffer target(100, 100);
   FailingAllocation failing(2, true);
   EXPECT_TRUE(AppendLocalFile(name.c_str(), target));

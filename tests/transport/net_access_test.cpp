@@ -83,7 +83,7 @@ TEST_F(KRNetAccessTest, HandsProgressOnUntouchedWhateverTheCode) {
   access.UpdateSessionStatus(KROpCode_Receiving, reinterpret_cast<void*>(7),
                              reinterpret_cast<void*>(9));
   access.UpdateSessionStatus(static_cast<KROpCode>(4711), nullptr, nullptr);
-  std::vector<std::vector<std::uintptr_t>> const expected = {{3, 7, 9}, {4711, 0, 0}};
+  const std::vector<std::vector<std::uintptr_t>> expected = {{3, 7, 9}, {4711, 0, 0}};
   EXPECT_EQ(g_progress, expected);
 }
 

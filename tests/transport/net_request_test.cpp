@@ -53,7 +53,7 @@ TEST(KRNetRequest, SendsWithoutTheHeadersAndTheContentTypeThatItIsGiven) {
   EXPECT_EQ(request.SendPlusHeadersContent("two", nullptr, headers, "text/plain"),
             KRNetStatus_TimedOut);
   EXPECT_EQ(request.sentBody, nullptr);
-  std::vector<std::string> const urls = {"one", "two"};
+  const std::vector<std::string> urls = {"one", "two"};
   EXPECT_EQ(request.sent, urls);
 }
 
@@ -117,14 +117,14 @@ INSTANTIATE_TEST_SUITE_P(
                     Refusal{4000, &KRNetRequest::AddRSAServerRoot, {4001, 4000}},
                     Refusal{2000, &KRNetRequest::AddVeriSignOFXCARoot, {2000}},
                     Refusal{3000, &KRNetRequest::AddVeriSignOFXCARoot, {2000, 3000}}),
-    [](auto const& test) { return std::to_string(test.param.refused); });
+    [](const auto& test) { return std::to_string(test.param.refused); });
 
 TEST(KRNetRequest, HandsTheBytesOfEachRootOn) {
   ProbeRequest request;
   request.AddNorvikBrandingRoot();
   request.AddRSAServerRoot();
   request.AddVeriSignOFXCARoot();
-  krofx::internal::TrustedRoot const* const expected[] = {
+  const krofx::internal::TrustedRoot* const expected[] = {
       &krofx::internal::kNorvikBrandingRoot, &krofx::internal::kRSAServerRootReissue,
       &krofx::internal::kRSAServerRoot, &krofx::internal::kVeriSignOFXCARoot,
       &krofx::internal::kVeriSignClass3Root};
@@ -147,7 +147,7 @@ std::string UrlOf(std::string name) {
 
 class FileUrlRequest : public testing::Test {
  protected:
-  void Get(std::string const& url) {
+  void Get(const std::string& url) {
     ASSERT_EQ(request.Get(url.c_str()), KRNetStatus_Success) << url;
   }
   // Expects that no file opens.
@@ -160,7 +160,7 @@ class FileUrlRequest : public testing::Test {
     EXPECT_EQ(request.LoadReply(&target), KRNetStatus_ReplyNotLoaded);
     EXPECT_EQ(Content(target), "kept");
   }
-  void ExpectReply(std::string const& content) {
+  void ExpectReply(const std::string& content) {
     u32 size = 42;
     EXPECT_EQ(request.GetReplySize(size), KRNetStatus_Success);
     EXPECT_EQ(size, content.size());
@@ -182,7 +182,7 @@ TEST_F(FileUrlRequest, FetchesNothingElse) {
 }
 
 TEST_F(FileUrlRequest, ReadsAFileByItsWholeName) {
-  std::string const url = "file://" + folder.Put("reply.ofx", "OFXHEADER:100\n");
+  const std::string url = "file://" + folder.Put("reply.ofx", "OFXHEADER:100\n");
   ASSERT_EQ(url.substr(0, 8), "file:///");
   Get(url);
   ExpectReply("OFXHEADER:100\n");
@@ -200,7 +200,7 @@ TEST_F(FileUrlRequest, ReadsAFileByTheUrlThatTheConversionMade) {
 
 TEST_F(FileUrlRequest, ReadsARelativeNameInTheWorkingFolder) {
   folder.Put("reply.ofx", "abc");
-  WorkingFolder const here(folder.Path());
+  const WorkingFolder here(folder.Path());
   Get("file:/reply.ofx");
   ExpectReply("abc");
 }
@@ -273,8 +273,8 @@ TEST_F(FileUrlRequest, OpensNeitherFoldersNorDevices) {
 
 // A name has room for 255 characters; one more is as a file that does not open.
 TEST_F(FileUrlRequest, RefusesANameThatIsTooLong) {
-  std::string const name = folder.Put("reply", "abc");
-  auto const padded = [&](std::size_t length) {
+  const std::string name = folder.Put("reply", "abc");
+  const auto padded = [&](std::size_t length) {
     return std::string(name).insert(name.rfind('/'), length - name.size(), '/');
   };
   Get("file://" + padded(255));
@@ -300,7 +300,7 @@ TEST_F(FileUrlRequest, SaysWhenTheTargetCannotHoldTheReply) {
 }
 
 TEST_F(FileUrlRequest, SaysWhenTheUrlCannotBeStored) {
-  KRString const url("file:///tmp/reply");
+  const KRString url("file:///tmp/reply");
   {
     FailingAllocation failing(1);
     EXPECT_EQ(request.Get(url), KRNetStatus_NoMemory);

@@ -35,7 +35,7 @@ class ProbeRequest : public KRNetRequest {
   /// The IDs of the roots, in order.
   std::vector<s16> RootIDs() const {
     std::vector<s16> ids;
-    for (GivenRoot const& root : roots) ids.push_back(root.id);
+    for (const GivenRoot& root : roots) ids.push_back(root.id);
     return ids;
   }
 

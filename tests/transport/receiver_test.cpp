@@ -63,7 +63,7 @@ TEST(LocalAccess, DestroysARequestWithWhatItsOwnClassHolds) {
 // Answers the prompt, and looks at the files at that moment.
 class AnsweringRequest : public ReceiverRequest {
  public:
-  explicit AnsweringRequest(TempFolder const& files) : m_folder(files) {}
+  explicit AnsweringRequest(const TempFolder& files) : m_folder(files) {}
 
   u16 answer = 1;
   std::string reply;
@@ -73,7 +73,7 @@ class AnsweringRequest : public ReceiverRequest {
 
  protected:
   void BuildFileSpec(const char* name, char* out) override {
-    std::string const file = m_folder.Name("") + namePadding + name;
+    const std::string file = m_folder.Name("") + namePadding + name;
     ASSERT_LT(file.size(), 4096u);
     std::strcpy(out, file.c_str());
   }
@@ -85,7 +85,7 @@ class AnsweringRequest : public ReceiverRequest {
   }
 
  private:
-  TempFolder const& m_folder;
+  const TempFolder& m_folder;
 };
 
 class ReceiverTest : public testing::Test {
@@ -140,13 +140,13 @@ TEST_F(ReceiverTest, HasNoChoicesAndNoStatusOfItsOwn) {
 }
 
 TEST_F(ReceiverTest, WritesTheRequestAndDeclinesWhenNobodyIsAsked) {
-  WorkingFolder const here(folder.Path());
+  const WorkingFolder here(folder.Path());
   ReceiverAccess access;
   KRNetRequest* const plain = access.NewNetRequest();
   folder.Put("SEND.DAT", "an older request, which was longer");
   folder.Put("RECV.DAT", "a reply");
   KRBuffer body(0, 0);
-  for (std::string const content : {"the request", "another"}) {
+  for (const std::string content : {"the request", "another"}) {
     body.SetBufferOffset(0);
     Put(body, content);
     EXPECT_EQ(plain->Send("https://127.0.0.1/", &body), KRNetStatus_Failed);
@@ -228,7 +228,7 @@ TEST_F(ReceiverTest, AsksNobodyWhenTheRequestCannotBeWritten) {
   EXPECT_EQ(request.Send("any", &body), KRNetStatus_Failed);
   request.namePadding = "";
   EXPECT_EQ(request.Send("any", nullptr), KRNetStatus_Failed);
-  KRString const url("any");
+  const KRString url("any");
   FailingAllocation failing(1);
   EXPECT_EQ(request.Send(url, &body), KRNetStatus_Failed);
   EXPECT_TRUE(request.prompts.empty());
@@ -242,8 +242,8 @@ TEST_F(ReceiverTest, GetsAMissingReplyWithoutComplaint) {
 
 TEST_F(ReceiverTest, IgnoresTheUrlOfAGet) {
   folder.Put("RECV.DAT", "abc");
-  std::string const other = "file://" + folder.Put("other", "another reply");
-  for (std::string const& url : {other, std::string(), std::string("https://127.0.0.1/")}) {
+  const std::string other = "file://" + folder.Put("other", "another reply");
+  for (const std::string& url : {other, std::string(), std::string("https://127.0.0.1/")}) {
     EXPECT_EQ(request.Get(url.c_str()), KRNetStatus_Success);
     u32 size = 0;
     EXPECT_EQ(request.GetReplySize(size), KRNetStatus_Success);
@@ -299,7 +299,7 @@ TEST_F(ReceiverTest, LoadsNothingWithoutMemory) {
 
 TEST_F(ReceiverTest, FindsNoReplyUnderANameThatIsTooLong) {
   folder.Put("RECV.DAT", "abc");
-  std::size_t const plain = folder.Name("RECV.DAT").size();
+  const std::size_t plain = folder.Name("RECV.DAT").size();
   request.namePadding = std::string(1024 - plain, '/');
   EXPECT_EQ(request.Get("any"), KRNetStatus_Success);
   ExpectNoReply();
@@ -330,7 +330,7 @@ TEST_F(ReceiverTest, AddsItsOperationsBehindThoseOfEveryRequest) {
     using ReceiverRequest::BuildFileSpec;
     using ReceiverRequest::YesNoMsg;
   };
-  std::ptrdiff_t const first = SlotOf(&ReceiverRequest::SetAccess);
+  const std::ptrdiff_t first = SlotOf(&ReceiverRequest::SetAccess);
   EXPECT_GT(first, SlotOf(&KRNetRequest::SetTimeout));
   EXPECT_EQ(SlotOf(&Open::BuildFileSpec), first + 1);
   EXPECT_EQ(SlotOf(&Open::YesNoMsg), first + 2);

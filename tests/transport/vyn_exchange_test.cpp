@@ -29,7 +29,7 @@ TEST_F(VYNExchangeTest, FetchesOverHttpWithoutRootsAndTlsOptions) {
 }
 
 TEST_F(VYNExchangeTest, SendsTheBodyWholeWithItsNulBytes) {
-  std::string const body("OFX\0HEADER", 10);
+  const std::string body("OFX\0HEADER", 10);
   EXPECT_EQ(Send("http://bank/", body), KRNetStatus_Success);
   EXPECT_EQ(manager.calls, (Calls{"VCSendDataRequest(session, http://bank/, 10)",
                                   "VCInitiate(session, exchange)"}));
@@ -50,7 +50,7 @@ TEST_F(VYNExchangeTest, HandsOverRootsInOrderAndThenTheTlsOptionsForHttps) {
 }
 
 TEST_F(VYNExchangeTest, KnowsHttpsInSmallLettersOnly) {
-  for (char const* url : {"HTTPS://x", "Https://x", "httpS://x"}) {
+  for (const char* url : {"HTTPS://x", "Https://x", "httpS://x"}) {
     manager.calls.clear();
     EXPECT_EQ(Get(url), KRNetStatus_Success);
     EXPECT_EQ(manager.Names(), (Calls{"VCGetFileRequest", "VCInitiate"})) << url;
@@ -61,7 +61,7 @@ TEST_F(VYNExchangeTest, KnowsHttpsInSmallLettersOnly) {
 }
 
 TEST_F(VYNExchangeTest, SkipsVerifyingForAnythingButOneAndPassesTheCallbackAllTheSame) {
-  for (u16 const verify : {u16{0}, u16{2}, u16{65535}}) {
+  for (const u16 verify : {u16{0}, u16{2}, u16{65535}}) {
     manager.calls.clear();
     EXPECT_EQ(request->SetSSLVerifyCert(verify), 1);
     EXPECT_EQ(Get("https://bank/"), KRNetStatus_Success);
@@ -124,16 +124,16 @@ TEST_F(VYNExchangeTest, UsesTheSessionAsItStandsAlsoWithoutOne) {
 // ---- The failure of each step ----
 
 struct FailedStep {
-  char const* what;
+  const char* what;
   void (*arrange)(ScriptedManager&);
   KRNetStatus status;
-  char const* getLine;
-  char const* sendLine;
+  const char* getLine;
+  const char* sendLine;
   Calls calls;
 };
 
 TEST_F(VYNExchangeTest, EndsAtTheFirstStepThatFailsAndGivesTheExchangeBack) {
-  std::vector<FailedStep> const steps = {
+  const std::vector<FailedStep> steps = {
       {"created with a code",
        [](ScriptedManager& m) { m.createError = 31; },
        KRNetStatus_NotCreated,
@@ -187,8 +187,8 @@ TEST_F(VYNExchangeTest, EndsAtTheFirstStepThatFailsAndGivesTheExchangeBack) {
   request->SetTimeout(5);
   AddRoot(4001);
   AddRoot(4000);
-  for (FailedStep const& step : steps) {
-    for (bool const isSend : {false, true}) {
+  for (const FailedStep& step : steps) {
+    for (const bool isSend : {false, true}) {
       SCOPED_TRACE(std::string(step.what) + (isSend ? ", send" : ", get"));
       ScriptedManager failing;
       step.arrange(failing);
@@ -199,8 +199,8 @@ TEST_F(VYNExchangeTest, EndsAtTheFirstStepThatFailsAndGivesTheExchangeBack) {
       request->SetAccess(&other);
       Lines().clear();
       EXPECT_EQ(isSend ? Send("https://bank/", "OFX") : Get("https://bank/"), step.status);
-      std::string const end = ", netstatus " + std::to_string(step.status);
-      Calls const lines = isSend ? Calls{"VYN: Beginning send to https://bank/", step.sendLine,
+      const std::string end = ", netstatus " + std::to_string(step.status);
+      const Calls lines = isSend ? Calls{"VYN: Beginning send to https://bank/", step.sendLine,
                                          "VYN: End send to https://bank/" + end}
                                  : Calls{"VYN: Beginning get from https://bank/", step.getLine,
                                          "VYN: End get from https://bank/" + end};
@@ -228,8 +228,8 @@ TEST_F(VYNExchangeTest, KeepsTheReplyBeforeWhenTheNextExchangeIsNotStarted) {
 }
 
 TEST_F(VYNExchangeTest, ForgetsTheReplyBeforeOnceTheNextExchangeIsCreated) {
-  std::string const der = RootBytes();
-  for (auto const& refuse : std::vector<std::function<void()>>{
+  const std::string der = RootBytes();
+  for (const auto& refuse : std::vector<std::function<void()>>{
            [&] { manager.httpCode = 35; }, [&] { manager.httpCode = 0, manager.initiateCode = 36; },
            [&] { manager.initiateCode = 0, manager.sslCode = 37; },
            [&] {
@@ -256,7 +256,7 @@ TEST_F(VYNExchangeTest, KeepsTheFilesThatAManagerOpensUnderTheNamesOfTheReplyBef
   // As a manager that opens its files when it creates an exchange, and always under the same names.
   class SameNames : public ScriptedManager {
    public:
-    void* VCGetFileRequest(u16* error, void* session, char const* url, char const* tempPath,
+    void* VCGetFileRequest(u16* error, void* session, const char* url, const char* tempPath,
                            VYProgressCallback callback, void* userData) override {
       m_reply.open(std::string(tempPath) + "same", std::ios::binary);
       m_callback = callback;
@@ -289,7 +289,7 @@ TEST_F(VYNExchangeTest, KeepsTheFilesThatAManagerOpensUnderTheNamesOfTheReplyBef
   OpenAccess other(&same, &platform);
   other.SetTempFilePath(folder.Name("").c_str());
   request->SetAccess(&other);
-  for (char const* const text : {"first", "the second"}) {
+  for (const char* const text : {"first", "the second"}) {
     same.text = text;
     ASSERT_EQ(Get("http://bank/"), KRNetStatus_Success);
     EXPECT_EQ(ReplySize(), static_cast<long>(same.text.size()));
@@ -305,7 +305,7 @@ TEST_F(VYNExchangeTest, SendsNothingForANullBodyOrOneThatLostItsMemory) {
   EXPECT_EQ(request->Send("http://bank/", nullptr), KRNetStatus_NotCreated);
   KRBuffer lost(0, 0);
   {
-    FailingAllocation const failing(1, true);
+    const FailingAllocation failing(1, true);
     Put(lost, std::string(5000, 'x'));
   }
   ASSERT_EQ(lost.GetBufferPtr(), nullptr);
@@ -318,7 +318,7 @@ TEST_F(VYNExchangeTest, SendsNothingForANullBodyOrOneThatLostItsMemory) {
 // ---- File URLs ----
 
 TEST_F(VYNExchangeTest, LogsOnlyTheBeginningOfAFileUrlAndThenReadsTheFile) {
-  std::string const url = "file://" + folder.Put("saved.ofx", "saved reply");
+  const std::string url = "file://" + folder.Put("saved.ofx", "saved reply");
   EXPECT_EQ(Get(url.c_str()), KRNetStatus_Success);
   EXPECT_EQ(Texts(), Calls{"VYN: Beginning get from " + url});
   EXPECT_EQ(manager.calls, Calls{});
@@ -329,7 +329,7 @@ TEST_F(VYNExchangeTest, LogsOnlyTheBeginningOfAFileUrlAndThenReadsTheFile) {
 }
 
 TEST_F(VYNExchangeTest, ReadsAFileUrlOnceFetchedEvenAfterAnExchange) {
-  std::string const url = "file://" + folder.Put("saved.ofx", "saved reply");
+  const std::string url = "file://" + folder.Put("saved.ofx", "saved reply");
   EXPECT_EQ(Get(url.c_str()), KRNetStatus_Success);
   EXPECT_EQ(Get("http://bank/"), KRNetStatus_Success);
   EXPECT_EQ(ReplySize(), 11);
@@ -344,9 +344,9 @@ TEST_F(VYNExchangeTest, SendsToAFileUrlAsToAnyOther) {
 }
 
 TEST_F(VYNExchangeTest, GoesNoFurtherWhenAFileUrlCannotBeStored) {
-  std::string const url = "file:/" + std::string(100, 'x');
-  KRString const text(url.c_str());
-  FailingAllocation const failing(1, true);
+  const std::string url = "file:/" + std::string(100, 'x');
+  const KRString text(url.c_str());
+  const FailingAllocation failing(1, true);
   EXPECT_EQ(request->Get(text), KRNetStatus_NoMemory);
   EXPECT_EQ(manager.calls, Calls{});
 }
@@ -360,7 +360,7 @@ TEST_F(VYNExchangeTest, TellsProgressWithTheCountersOfItsCode) {
   EXPECT_EQ(Progresses(),
             (std::vector<Progress>{
                 {1, 0, 0}, {2, 10, 300}, {3, 20, 0}, {3, 0xffffffff, 4000000000}, {77, 0, 0}}));
-  for (u16 const result : manager.callbackResults) EXPECT_EQ(result, 0);
+  for (const u16 result : manager.callbackResults) EXPECT_EQ(result, 0);
 }
 
 TEST_F(VYNExchangeTest, TakesTheFieldsOfARecordFromTheirPlaces) {
@@ -439,8 +439,8 @@ TEST_F(VYNExchangeTest, ForgetsTheReplyBeforeWhenItStarts) {
 }
 
 TEST_F(VYNExchangeTest, CreatesNothingWhenItHasNoMemoryForTheFolderOfReplies) {
-  KRString const url("http://bank/");
-  FailingAllocation const failing(1);
+  const KRString url("http://bank/");
+  const FailingAllocation failing(1);
   EXPECT_EQ(request->Get(url), KRNetStatus_NotCreated);
   EXPECT_EQ(manager.calls, Calls{});
   EXPECT_EQ(Texts()[1], "***VYN: VCGetFileRequest returns 0");
@@ -448,7 +448,7 @@ TEST_F(VYNExchangeTest, CreatesNothingWhenItHasNoMemoryForTheFolderOfReplies) {
 }
 
 TEST_F(VYNExchangeTest, LeavesTheFireAlarmAsItWas) {
-  for (KRFireAlarm const alarm : {KRFireAlarm_None, static_cast<KRFireAlarm>(1)}) {
+  for (const KRFireAlarm alarm : {KRFireAlarm_None, static_cast<KRFireAlarm>(1)}) {
     KRSetFireAlarm(alarm);
     EXPECT_EQ(Get("http://bank/"), KRNetStatus_Success);
     EXPECT_EQ(KRGetFireAlarm(), alarm);

@@ -5,7 +5,7 @@
 #include "krofx/security/internal/trusted_roots.h"
 
 std::string VYNTest::RootBytes(int which) {
-  krofx::internal::TrustedRoot const& root =
+  const krofx::internal::TrustedRoot& root =
       which == 0 ? krofx::internal::kRSAServerRoot : krofx::internal::kRSAServerRootReissue;
   return {root.der, root.length};
 }

@@ -59,7 +59,7 @@ class VYNTest : public testing::Test {
     std::string text;
     u16 level;
     bool hasExtra;
-    bool operator==(Line const&) const = default;
+    bool operator==(const Line&) const = default;
   };
   using Progress = std::tuple<u32, std::uintptr_t, std::uintptr_t>;
 
@@ -91,8 +91,8 @@ class VYNTest : public testing::Test {
     manager.calls.clear();
   }
 
-  KRNetStatus Get(char const* url) { return request->Get(url); }
-  KRNetStatus Send(char const* url, std::string const& text) {
+  KRNetStatus Get(const char* url) { return request->Get(url); }
+  KRNetStatus Send(const char* url, const std::string& text) {
     KRBuffer body(0, 0);
     Put(body, text);
     return request->Send(url, &body);
@@ -111,12 +111,12 @@ class VYNTest : public testing::Test {
   /// The size of the reply, or minus the status.
   long ReplySize() {
     u32 size = 0;
-    KRNetStatus const status = request->GetReplySize(size);
+    const KRNetStatus status = request->GetReplySize(size);
     return status == KRNetStatus_Success ? static_cast<long>(size) : -static_cast<long>(status);
   }
   /// Adds a root of the library's own under an ID.
   u16 AddRoot(s16 id) {
-    std::string const der = RootBytes();
+    const std::string der = RootBytes();
     return request->AddTrustedRootBER(der.data(), static_cast<u16>(der.size()), id);
   }
   /// A certificate to be used for whatever needs one, DER; with 1, another one.
@@ -127,7 +127,7 @@ class VYNTest : public testing::Test {
   /// The texts of the log.
   static std::vector<std::string> Texts() {
     std::vector<std::string> texts;
-    for (Line const& line : Lines()) texts.push_back(line.text);
+    for (const Line& line : Lines()) texts.push_back(line.text);
     return texts;
   }
   static std::vector<Line>& Lines() {
@@ -143,8 +143,8 @@ class VYNTest : public testing::Test {
     static std::function<void()> action;
     return action;
   }
-  static std::function<void(std::string const&)>& OnLine() {
-    static std::function<void(std::string const&)> action;
+  static std::function<void(const std::string&)>& OnLine() {
+    static std::function<void(const std::string&)> action;
     return action;
   }
 

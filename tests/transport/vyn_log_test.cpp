@@ -16,26 +16,26 @@ using krofx::internal::LogLine;
 
 class VYNLogTest : public VYNTest {
  public:
-  bool Logged(std::string const& text, u16 level) const {
-    Line const wanted{text, level, false};
+  bool Logged(const std::string& text, u16 level) const {
+    const Line wanted{text, level, false};
     return std::find(Lines().begin(), Lines().end(), wanted) != Lines().end();
   }
   void Judge(u32 rootID, u16 error) {
-    std::string const der = RootBytes();
+    const std::string der = RootBytes();
     SSLCertificateChain chain = {nullptr, static_cast<u16>(der.size()), der.data()};
     VYNNetRequest::VYNSSLCertificateCallback(&chain, rootID, error, request.get(), 0, 0);
   }
 };
 
 struct LineRow {
-  char const* where;
+  const char* where;
   std::function<void(VYNLogTest&)> act;
   std::string text;
   u16 level = 1;
 };
 
 std::vector<LineRow> EveryLine() {
-  std::string const received = "received \"DZdEYXA3E8t0ky0qday8cUsoEmY=\"";
+  const std::string received = "received \"DZdEYXA3E8t0ky0qday8cUsoEmY=\"";
   return {
       {"IsNetworkSetup",
        [](VYNLogTest& t) {
@@ -174,10 +174,10 @@ std::vector<LineRow> EveryLine() {
 class EveryVYNLine : public VYNLogTest, public testing::WithParamInterface<std::size_t> {};
 
 TEST_P(EveryVYNLine, IsWrittenWordForWordAtItsLevelWithoutExtra) {
-  LineRow const row = EveryLine()[GetParam()];
+  const LineRow row = EveryLine()[GetParam()];
   row.act(*this);
   std::string all;
-  for (std::string const& text : Texts()) all += text + "\n";
+  for (const std::string& text : Texts()) all += text + "\n";
   EXPECT_TRUE(Logged(row.text, row.level)) << row.where << ", which logged\n" << all;
 }
 
@@ -191,9 +191,9 @@ TEST_F(VYNLogTest, IsOptional) {
 }
 
 TEST_F(VYNLogTest, ShowsLongUrlsWhole) {
-  for (std::size_t const length : {1000u, 2023u, 2024u, 2025u, 2048u, 60000u}) {
+  for (const std::size_t length : {1000u, 2023u, 2024u, 2025u, 2048u, 60000u}) {
     Lines().clear();
-    std::string const url = "http://b/" + std::string(length - 9, 'p');
+    const std::string url = "http://b/" + std::string(length - 9, 'p');
     EXPECT_EQ(Get(url.c_str()), KRNetStatus_Success);
     EXPECT_EQ(Texts()[0], "VYN: Beginning get from " + url);
     EXPECT_EQ(Texts()[1], "VYN: End get from " + url + ", netstatus 0");
@@ -201,14 +201,14 @@ TEST_F(VYNLogTest, ShowsLongUrlsWhole) {
 }
 
 TEST_F(VYNLogTest, CutsALineItHasNoMemoryFor) {
-  std::string const text(5000, 't');
-  FailingAllocation const failing(1, true);
+  const std::string text(5000, 't');
+  const FailingAllocation failing(1, true);
   LogLine(access.get(), 1, "%s", text.c_str());
   EXPECT_EQ(Texts(), std::vector<std::string>{std::string(2047, 't')});
 }
 
 TEST_F(VYNLogTest, ShowsExpectedIdsOfAnyLength) {
-  std::string const id(3000, 'i');
+  const std::string id(3000, 'i');
   request->AddExpectedSSLCertID(id.data(), 3000);
   Judge(4000, 0);
   EXPECT_NE(Texts()[0].find("Expecting \"" + id + "\", received"), std::string::npos);
@@ -226,12 +226,12 @@ TEST_F(VYNLogTest, HidesThePasswordOfAUrlAndSendsItAllTheSame) {
 }
 
 struct UrlRow {
-  char const* url;
-  char const* shown;
+  const char* url;
+  const char* shown;
 };
 
 TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
-  for (UrlRow const& row :
+  for (const UrlRow& row :
        std::vector<UrlRow>{{"https://jo:pw@b/", "https://jo:**@b/"},
                            {"https://jo:pw@b", "https://jo:**@b"},
                            {"https://:pw@b/", "https://:**@b/"},
@@ -265,7 +265,7 @@ TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
 }
 
 TEST(LoggableUrl, HidesWhatCouldBeAPasswordInTextsThatAreNoPlainUrls) {
-  for (char const* const url : {" https://u:secret@h/",
+  for (const char* const url : {" https://u:secret@h/",
                                 "\thttps://u:secret@h/",
                                 "\"https://u:secret@h/\"",
                                 "<https://u:secret@h/>",
@@ -299,7 +299,7 @@ TEST_F(VYNLogTest, ShowsNoControlCharacters) {
 }
 
 TEST(LoggableUrl, ShowsNothingWithoutMemoryToMask) {
-  FailingAllocation const failing(1);
+  const FailingAllocation failing(1);
   EXPECT_STREQ(LoggableUrl("https://jo:pw@b/").Text(), "***");
 }
 

@@ -37,7 +37,7 @@ TEST_F(VYNNetAccessTest, LeavesSettingUpTheNetworkToTheManager) {
 }
 
 TEST_F(VYNNetAccessTest, TakesTheNetworkAsSetUpUnlessTheManagerSaysExactlyOne) {
-  for (u32 const needs : {0u, 2u, 0xffffffffu}) {
+  for (const u32 needs : {0u, 2u, 0xffffffffu}) {
     manager.needs = needs;
     EXPECT_EQ(access->IsNetworkSetup(), 1) << needs;
   }
@@ -200,7 +200,7 @@ TEST_F(VYNNetAccessTest, MakesRequestsThatKnowIt) {
 TEST_F(VYNNetAccessTest, FreesAllThatARequestHolds) {
   KRNetRequest* const made = access->NewNetRequest();
   ASSERT_NE(made, nullptr);
-  std::string const der = RootBytes();
+  const std::string der = RootBytes();
   EXPECT_EQ(made->AddTrustedRootBER(der.data(), static_cast<u16>(der.size()), 4000), 1);
   EXPECT_EQ(made->AddExpectedSSLCertID("abc", 3), 1);
   EXPECT_EQ(made->AddExpectedSSLCertName("Quillon Bank"), 1);
@@ -210,10 +210,10 @@ TEST_F(VYNNetAccessTest, FreesAllThatARequestHolds) {
 
 TEST_F(VYNNetAccessTest, MakesNoRequestWithoutMemory) {
   for (std::size_t nth = 1; nth <= 2; ++nth) {
-    FailingAllocation const failing(nth);
+    const FailingAllocation failing(nth);
     EXPECT_EQ(access->NewNetRequest(), nullptr) << nth;
   }
-  FailingAllocation const failing(3);
+  const FailingAllocation failing(3);
   KRNetRequest* const made = access->NewNetRequest();
   EXPECT_NE(made, nullptr);
   access->DeleteNetRequest(made);
@@ -244,7 +244,7 @@ TEST_F(VYNNetAccessTest, LetsARequestChangeItsAccessObject) {
 
 // ---- The folder of a module ----
 
-std::string FolderOf(std::string const& name) {
+std::string FolderOf(const std::string& name) {
   KRString folder("before");
   krofx::internal::FolderOfFileName(name.c_str(), folder);
   return std::string(folder);
@@ -266,7 +266,7 @@ TEST(VYNTempPath, IsTheRootOfADriveForANameWithoutAFolder) {
 TEST(VYNTempPath, OfTheProgramIsItsFolder) {
   KRString path;
   VYNNetAccess::SetupTempPathFromHInst(nullptr, path);
-  std::filesystem::path const program = std::filesystem::read_symlink("/proc/self/exe");
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe");
   EXPECT_EQ(std::string(path), program.parent_path().string() + "/");
 }
 
@@ -315,11 +315,11 @@ TEST(VYNTempPath, OfTheProgramsOwnHandleIsTheProgramsFolder) {
 
 TEST(VYNTempPath, LooksAtNoMoreThan1023CharactersOfAName) {
   // A library deep in folders: its name is cut, and with it the folder.
-  TempFolder const folder;
+  const TempFolder folder;
   std::filesystem::path deep = folder.Path();
   while (deep.string().size() < 1100) deep /= std::string(200, 'd');
   std::filesystem::create_directories(deep);
-  std::filesystem::path const copy = deep / "library.so";
+  const std::filesystem::path copy = deep / "library.so";
   Dl_info info;
   void* const crypto = dlopen("libcrypto.so.3", RTLD_NOW);
   ASSERT_NE(crypto, nullptr);

@@ -14,22 +14,22 @@ class VYNReplyTest : public VYNTest {
   void SetUp() override { Connect(); }
 
   /// Fetches a reply of that text.
-  void Fetch(std::string const& text) {
+  void Fetch(const std::string& text) {
     manager.script.reply = text;
     ASSERT_EQ(Get("http://bank/"), KRNetStatus_Success);
   }
   /// Makes `text` the headers of one exchange, behind those that are kept.
-  void FetchHeaders(std::string const& text) {
+  void FetchHeaders(const std::string& text) {
     request->SetSaveHeaders(1);
     manager.script.headers = text;
     Fetch("reply");
   }
   /// The value of a header, if there is one.
-  std::optional<std::string> Header(char const* name) {
-    KRString const before("before");
+  std::optional<std::string> Header(const char* name) {
+    const KRString before("before");
     KRString key(name);
     KRString value(before);
-    u16 const found = request->GetHeader(key, value);
+    const u16 found = request->GetHeader(key, value);
     if (found == 1) return std::string(value);
     EXPECT_EQ(std::string(value), "before");
     return std::nullopt;
@@ -60,7 +60,7 @@ TEST_F(VYNReplyTest, IsNotThereBeforeAnExchange) {
 }
 
 TEST_F(VYNReplyTest, IsWholeAtAndAroundTheSizeOfAChunk) {
-  for (std::size_t const size : {1u, 9999u, 10000u, 10001u, 20000u, 123457u}) {
+  for (const std::size_t size : {1u, 9999u, 10000u, 10001u, 20000u, 123457u}) {
     std::string text(size, '\0');
     for (std::size_t at = 0; at < size; ++at) text[at] = static_cast<char>(at * 31 % 251);
     Fetch(text);
@@ -107,7 +107,7 @@ TEST_F(VYNReplyTest, StaysOnDiskWhenThereIsNoMemoryForAChunk) {
   Fetch("the reply");
   KRBuffer target(0, 0);
   {
-    FailingAllocation const failing(1);
+    const FailingAllocation failing(1);
     EXPECT_EQ(request->LoadReply(&target), KRNetStatus_ReplyNotLoaded);
   }
   EXPECT_EQ(Lines().size(), 2u);
@@ -208,14 +208,14 @@ TEST_F(VYNReplyTest, KeepsHeadersAlsoOfAnExchangeThatFailed) {
 }
 
 TEST_F(VYNReplyTest, KeepsLongHeadersWhole) {
-  std::string const value(25000, 'v');
+  const std::string value(25000, 'v');
   FetchHeaders("Long:" + value + "\nNext: one\n");
   EXPECT_EQ(Header("Long"), value);
   EXPECT_EQ(Header("Next"), " one");
 }
 
 TEST_F(VYNReplyTest, GivesNoHeaderThatIsLongerThanATextMayBe) {
-  std::string const longest(65534, 'v');
+  const std::string longest(65534, 'v');
   FetchHeaders("Longest:" + longest + "\nLonger:" + longest + "v\nNext: one\n");
   EXPECT_EQ(Header("Longest"), longest);
   EXPECT_EQ(Header("Longer"), std::nullopt);
@@ -226,9 +226,9 @@ TEST_F(VYNReplyTest, LosesHeadersQuietlyWithoutMemory) {
   request->SetSaveHeaders(1);
   manager.script.headers = "Server: x\n";
   manager.script.reply = "reply";
-  KRString const url("http://bank/");
+  const KRString url("http://bank/");
   {
-    FailingAllocation const failing(2);
+    const FailingAllocation failing(2);
     EXPECT_EQ(request->Get(url), KRNetStatus_Success);
   }
   EXPECT_EQ(Lines().size(), 2u);

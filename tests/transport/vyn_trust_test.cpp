@@ -15,7 +15,7 @@ using Words = std::vector<std::string>;
 class VYNTrustTest : public VYNTest {
  protected:
   /// Asks the callback about a chain of these certificates, the server's last.
-  u16 Ask(u32 rootID, std::vector<std::string> const& ders, u16 error = 0) {
+  u16 Ask(u32 rootID, const std::vector<std::string>& ders, u16 error = 0) {
     std::vector<SSLCertificateChain> chain(ders.size());
     for (std::size_t index = 0; index < ders.size(); ++index) {
       chain[index] = {index + 1 < ders.size() ? &chain[index + 1] : nullptr,
@@ -25,7 +25,7 @@ class VYNTrustTest : public VYNTest {
                                                     error, request.get(), 0, 0);
   }
   u16 Ask(u32 rootID) { return Ask(rootID, {RootBytes()}); }
-  u16 Expect(std::string const& id) {
+  u16 Expect(const std::string& id) {
     return request->AddExpectedSSLCertID(id.data(), static_cast<u16>(id.size()));
   }
 };
@@ -36,8 +36,8 @@ TEST_F(VYNTrustTest, TakesRootsAsDerAndAsBase64) {
   EXPECT_EQ(AddRoot(4000), 1);
   std::string encoded;
   {
-    std::string const der = RootBytes(1);
-    static char const kDigits[] =
+    const std::string der = RootBytes(1);
+    static const char kDigits[] =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     for (std::size_t at = 0; at < der.size(); at += 3) {
       u32 bits = 0;
@@ -46,7 +46,7 @@ TEST_F(VYNTrustTest, TakesRootsAsDerAndAsBase64) {
             bits << 8 | (at + byte < der.size() ? static_cast<unsigned char>(der[at + byte]) : 0);
       }
       for (int digit = 0; digit < 4; ++digit) {
-        bool const isPadding = at + static_cast<std::size_t>(digit) > der.size();
+        const bool isPadding = at + static_cast<std::size_t>(digit) > der.size();
         encoded += isPadding ? '=' : kDigits[bits >> (18 - 6 * digit) & 63];
       }
     }
@@ -58,8 +58,8 @@ TEST_F(VYNTrustTest, TakesRootsAsDerAndAsBase64) {
 }
 
 TEST_F(VYNTrustTest, RefusesWhatIsNoCertificateAndAnIdOfZero) {
-  std::string const der = RootBytes();
-  auto const size = static_cast<u16>(der.size());
+  const std::string der = RootBytes();
+  const auto size = static_cast<u16>(der.size());
   EXPECT_EQ(request->AddTrustedRootBER(der.data(), size, 0), 0);
   EXPECT_EQ(request->AddTrustedRootBER(der.data(), static_cast<u16>(size - 1), 4000), 0);
   EXPECT_EQ(request->AddTrustedRootBER(der.data(), 0, 4000), 0);
@@ -82,7 +82,7 @@ TEST_F(VYNTrustTest, TakesTheLibrarysOwnRoots) {
   EXPECT_EQ(request->AddRSAServerRoot(), 1);
   EXPECT_EQ(request->AddVeriSignOFXCARoot(), 1);
   EXPECT_EQ(request->AddNorvikBrandingRoot(), 1);
-  for (u32 const id : {4001u, 4000u, 2000u, 3000u, 1000u}) {
+  for (const u32 id : {4001u, 4000u, 2000u, 3000u, 1000u}) {
     EXPECT_EQ(request->IsATrustedRoot(id), 1) << id;
   }
   EXPECT_EQ(request->IsATrustedRoot(4002), 0);
@@ -134,24 +134,24 @@ TEST_F(VYNTrustTest, RefusesNoIdAndAFullListForASubclassToo) {
 }
 
 TEST_F(VYNTrustTest, AddsNothingWithoutMemory) {
-  std::string const der = RootBytes();
-  KRString const name("Quillon");
-  auto const size = static_cast<u16>(der.size());
+  const std::string der = RootBytes();
+  const KRString name("Quillon");
+  const auto size = static_cast<u16>(der.size());
   struct Adding {
-    char const* what;
+    const char* what;
     std::function<u16()> add;
   };
-  std::vector<Adding> const addings = {
+  const std::vector<Adding> addings = {
       {"root", [&] { return request->AddTrustedRootBER(der.data(), size, 4000); }},
       {"ID", [&] { return request->AddExpectedSSLCertID("one", 3); }},
       {"second ID", [&] { return request->AddExpectedSSLCertID("two", 3); }},
       {"name", [&] { return request->AddExpectedSSLCertName(name); }},
   };
-  for (Adding const& adding : addings) {
+  for (const Adding& adding : addings) {
     std::size_t nth = 1;
     for (u16 added = 0; added == 0; ++nth) {
       ASSERT_LT(nth, 50u) << adding.what;
-      FailingAllocation const failing(nth, true);
+      const FailingAllocation failing(nth, true);
       added = adding.add();
       ASSERT_TRUE(added == 1 || krofx::internal::AllocationFailure::Count() >= nth);
     }
@@ -174,7 +174,7 @@ TEST_F(VYNTrustTest, ReturnsTheManagersOwnErrorFirst) {
 
 TEST_F(VYNTrustTest, RefusesEveryRootOfGroup3000EvenWhenItWasAdded) {
   AddRoot(3000);
-  for (u32 const id : {3000u, 3001u, 3999u}) {
+  for (const u32 id : {3000u, 3001u, 3999u}) {
     Lines().clear();
     EXPECT_EQ(Ask(id), 1671) << id;
     EXPECT_EQ(Texts(), Words{"***VYN: VeriSign Class 3 PCA is not accepted as a trusted root."});
@@ -212,7 +212,7 @@ TEST_F(VYNTrustTest, RefusesNoChainAndAnUnreadableCertificate) {
 }
 
 TEST_F(VYNTrustTest, RefusesAChainWithoutAnEnd) {
-  std::string const der = RootBytes();
+  const std::string der = RootBytes();
   SSLCertificateChain ring[2] = {{&ring[1], static_cast<u16>(der.size()), der.data()},
                                  {&ring[0], static_cast<u16>(der.size()), der.data()}};
   EXPECT_EQ(VYNNetRequest::VYNSSLCertificateCallback(ring, 4000, 0, request.get(), 0, 0), 1670);
@@ -253,9 +253,9 @@ TEST_F(VYNTrustTest, SaysWhatItExpectedAndWhatItReceived) {
 TEST_F(VYNTrustTest, AcceptsEveryChainButGroup3000WithoutRootsAndIds) {
   struct Row {
     u32 id;
-    char const* name;
+    const char* name;
   };
-  for (Row const& row : std::vector<Row>{{0, "none"},
+  for (const Row& row : std::vector<Row>{{0, "none"},
                                          {999, "none"},
                                          {1000, "Norvik Branding CA"},
                                          {1999, "Norvik Branding CA"},
@@ -279,7 +279,7 @@ TEST_F(VYNTrustTest, RefusesWhenThereIsNoMemoryToDecide) {
   std::size_t nth = 1;
   for (; answer != 0; ++nth) {
     ASSERT_LT(nth, 50u);
-    FailingAllocation const failing(nth);
+    const FailingAllocation failing(nth);
     answer = Ask(4000);
     EXPECT_TRUE(answer == 1670 || answer == 0) << answer;
   }

@@ -152,7 +152,7 @@ TEST_F(VYNWaitTest, AbortsNothingBeforeAndBehindAnExchange) {
 
 TEST_F(VYNWaitTest, AbortsNothingOnceTheExchangeIsOver) {
   manager.script.result = 1518;
-  OnLine() = [&](std::string const& line) {
+  OnLine() = [&](const std::string& line) {
     if (line.find("kVYFInished") != std::string::npos) request->Abort();
   };
   EXPECT_EQ(Get("http://bank/"), KRNetStatus_ServerError);
@@ -207,7 +207,7 @@ TEST_F(VYNWaitTest, EndsWhenTheRequestIsDestroyedByAnEvent) {
 }
 
 TEST_F(VYNWaitTest, EndsWhenTheRequestIsDestroyedByAProgressCallback) {
-  for (int const rounds : {0, 1}) {
+  for (const int rounds : {0, 1}) {
     request.reset(new OpenRequest);
     request->SetAccess(access.get());
     manager.script.rounds = rounds;
@@ -221,14 +221,14 @@ TEST_F(VYNWaitTest, EndsWhenTheRequestIsDestroyedByAProgressCallback) {
 }
 
 TEST_F(VYNWaitTest, EndsWhenTheRequestIsDestroyedByALogLine) {
-  for (std::string const line : {"Beginning", "kVYFInished", "End get"}) {
+  for (const std::string line : {"Beginning", "kVYFInished", "End get"}) {
     request.reset(new OpenRequest);
     request->SetAccess(access.get());
     manager.script.result = 1518;
-    OnLine() = [&](std::string const& text) {
+    OnLine() = [&](const std::string& text) {
       if (text.find(line) != std::string::npos) access->DeleteNetRequest(request.release());
     };
-    KRNetStatus const status = Get("http://bank/");
+    const KRNetStatus status = Get("http://bank/");
     OnLine() = nullptr;
     EXPECT_EQ(status, line == "End get" ? KRNetStatus_ServerError : KRNetStatus_Failed) << line;
     EXPECT_EQ(request, nullptr);

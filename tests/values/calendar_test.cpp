@@ -22,7 +22,7 @@ TEST(Calendar, EveryDayOfEightCenturiesFollowsTheOneBefore) {
     for (u16 month = 1; month <= 12; ++month) {
       for (u16 day = 1; day <= DaysInMonth(month, year); ++day, ++days) {
         ASSERT_EQ(DaysFromDate(year, month, day), days);
-        CalendarDate const date = DateFromDays(days);
+        const CalendarDate date = DateFromDays(days);
         ASSERT_EQ(date.year, year);
         ASSERT_EQ(date.month, month);
         ASSERT_EQ(date.day, day);
@@ -50,7 +50,7 @@ TEST(Calendar, LeapYearsAreThoseDividedBy4AndNotBy100UnlessBy400) {
 }
 
 TEST(Calendar, DaysBeforeAMonthAreTheSumOfTheMonthsBefore) {
-  for (u16 const year : {u16{1999}, u16{2000}}) {
+  for (const u16 year : {u16{1999}, u16{2000}}) {
     u16 sum = 0;
     for (u16 month = 1; month <= 12; ++month) {
       EXPECT_EQ(DaysBeforeMonth(month, year), sum);

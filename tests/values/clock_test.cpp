@@ -24,8 +24,8 @@ class FixedClock : public Clock {
 /// Puts the process into a zone for as long as it lives.
 class Zone {
  public:
-  explicit Zone(char const* name) {
-    if (char const* old = std::getenv("TZ")) {
+  explicit Zone(const char* name) {
+    if (const char* old = std::getenv("TZ")) {
       m_old = old;
       m_hadOne = true;
     }
@@ -56,23 +56,23 @@ TEST(Clock, CanBeReplacedAndPutBack) {
 }
 
 TEST(Clock, TheSystemsClockRunsForwards) {
-  std::int64_t const first = Clock::Current().Now();
+  const std::int64_t first = Clock::Current().Now();
   EXPECT_GT(first, 1700000000);
   EXPECT_GE(Clock::Current().Now(), first);
 }
 
 TEST(Clock, TheSystemsZoneIsAheadOfGMTWhenItLiesEast) {
-  Zone const west("XST5");
+  const Zone west("XST5");
   EXPECT_EQ(Clock::Current().LocalZoneOffset(), -5 * 3600);
-  Zone const east("XST-5:30");
+  const Zone east("XST-5:30");
   EXPECT_EQ(Clock::Current().LocalZoneOffset(), 5 * 3600 + 1800);
-  Zone const none("UTC0");
+  const Zone none("UTC0");
   EXPECT_EQ(KRDateTime().LocalTimeZoneOffset(), 0);
 }
 
 TEST(Clock, TheZoneOfTheMachineChangesNoDate) {
-  for (char const* const name : {"UTC0", "XST5", "XST-13", "XST5XDT,M3.2.0,M11.1.0"}) {
-    Zone const zone(name);
+  for (const char* const name : {"UTC0", "XST5", "XST-13", "XST5XDT,M3.2.0,M11.1.0"}) {
+    const Zone zone(name);
     KRDateTime date("20000701120000[-5:EST]");
     EXPECT_EQ(date.GetTimeT(), 962470800) << name;
     date = s32{962470800};

@@ -31,7 +31,7 @@ TEST_F(DateArithmetic, FieldsAreStoredAsGiven) {
   EXPECT_EQ(Shown(KRDateTime(2000, 2, 29, 1, 2, 3, 4, -3, -50)), "2000-2-29 1:2:3.4 -3/-50 ");
   EXPECT_EQ(Shown(KRTime(2000, 13, 32, 25, 61, 62, 1000, 99, 100)),
             "2000-13-32 25:61:62.1000 99/100 ");
-  KRDateTimeBase const base(KRDateTime(2000, 2, 29, 1, 2, 3, 4, -3, -50));
+  const KRDateTimeBase base(KRDateTime(2000, 2, 29, 1, 2, 3, 4, -3, -50));
   EXPECT_EQ(Shown(base), "2000-2-29 1:2:3.4 -3/-50 ");
   KRTime time;
   time = base;
@@ -57,7 +57,7 @@ struct ValidTimeCase {
 class ValidTime : public ValueTest, public testing::WithParamInterface<ValidTimeCase> {};
 
 TEST_P(ValidTime, HasItsLimits) {
-  ValidTimeCase const& c = GetParam();
+  const ValidTimeCase& c = GetParam();
   KRTime time(0, 0, 0, c.hour, c.minute, c.second, c.millisecond, c.offset, c.fraction);
   EXPECT_EQ(time.IsValidTime(), c.valid);
 }
@@ -104,15 +104,15 @@ TEST_F(DateArithmetic, ADayOfTheYearSetsMonthAndDayButNotTheYear) {
 // --- Comparison ----------------------------------------------------------------------------------
 
 TEST_F(DateArithmetic, InstantsCompareWithRespectToTheirZones) {
-  KRDateTime const newYork("19991231120000[-5:EST]");
-  KRDateTime const london("19991231170000[0:GMT]");
-  KRDateTime const stJohns("19991231133000[-3.5:NST]");
+  const KRDateTime newYork("19991231120000[-5:EST]");
+  const KRDateTime london("19991231170000[0:GMT]");
+  const KRDateTime stJohns("19991231133000[-3.5:NST]");
   EXPECT_EQ(newYork == london, 1);
   EXPECT_EQ(newYork != london, 0);
   EXPECT_EQ(stJohns == london, 1);
   EXPECT_EQ(newYork >= london, 1);
   EXPECT_EQ(newYork <= london, 1);
-  KRDateTime const later("19991231120000.001[-5:EST]");
+  const KRDateTime later("19991231120000.001[-5:EST]");
   EXPECT_EQ(later.compareDateTime(london), 1);
   EXPECT_EQ(london.compareDateTime(later), -1);
   EXPECT_EQ(london.compareDateTime(newYork), 0);
@@ -125,8 +125,8 @@ TEST_F(DateArithmetic, InstantsCompareWithRespectToTheirZones) {
 }
 
 TEST_F(DateArithmetic, InstantsBefore1970CompareToo) {
-  KRDateTime const newYork("19601231120000[-5:EST]");
-  KRDateTime const london("19601231170000[0:GMT]");
+  const KRDateTime newYork("19601231120000[-5:EST]");
+  const KRDateTime london("19601231170000[0:GMT]");
   EXPECT_EQ(newYork == london, 1);
   EXPECT_EQ(KRDateTime("19601231133000[-3.5:NST]") == london, 1);
   EXPECT_EQ(KRDateTime("19601230") < london, 1);
@@ -135,7 +135,7 @@ TEST_F(DateArithmetic, InstantsBefore1970CompareToo) {
 }
 
 TEST_F(DateArithmetic, EveryDayComesAfterTheOneBeforeWithinItsYear) {
-  for (char const* const year : {"1968", "1969", "1970", "1999", "2000", "9999"}) {
+  for (const char* const year : {"1968", "1969", "1970", "1999", "2000", "9999"}) {
     KRDateTime before((std::string(year) + "0101").c_str());
     for (u16 day = 2; day <= 365; ++day) {
       KRDateTime date(before);
@@ -149,8 +149,8 @@ TEST_F(DateArithmetic, EveryDayComesAfterTheOneBeforeWithinItsYear) {
 // --- The count with years of 365.2425 days -------------------------------------------------------
 
 struct CountCase {
-  char const* text;
-  char const* shown;
+  const char* text;
+  const char* shown;
 };
 
 class GMTCount : public ValueTest, public testing::WithParamInterface<CountCase> {};
@@ -177,8 +177,8 @@ INSTANTIATE_TEST_SUITE_P(
                     CountCase{"19680229120000", "-58017601000e3"}));
 
 TEST_F(DateArithmetic, DatesSubtractInSeconds) {
-  KRDateTime const later("20000301120000.250");
-  KRDateTime const earlier("20000229");
+  const KRDateTime later("20000301120000.250");
+  const KRDateTime earlier("20000229");
   EXPECT_EQ(Shown(later.SecondsBetween(earlier)), "129600250e3");
   EXPECT_EQ(Shown(earlier.SecondsBetween(later)), "-129600250e3");
   EXPECT_EQ(Shown(later.SecondsBetween(later)), "0e3");
@@ -187,13 +187,13 @@ TEST_F(DateArithmetic, DatesSubtractInSeconds) {
 }
 
 TEST_F(DateArithmetic, TheTimeBetweenDatesIsACopyOfTheFirst) {
-  KRDateTime const date("20000301120000.250[-5:EST]");
+  const KRDateTime date("20000301120000.250[-5:EST]");
   EXPECT_EQ(Shown(date.TimeBetween(KRDateTime("19990101"))), Shown(date));
 }
 
 struct FromCountCase {
-  char const* seconds;
-  char const* shown;
+  const char* seconds;
+  const char* shown;
 };
 
 class FromCount : public ValueTest, public testing::WithParamInterface<FromCountCase> {};
@@ -233,7 +233,7 @@ TEST_F(DateArithmetic, ACountOnNoDayClearsAllFields) {
   EXPECT_EQ(date.FromPrecInt(Number("31536000")), 0);
   EXPECT_EQ(Shown(date), "0-0-0 0:0:0.0 0/0 ");
   // Years beyond the field.
-  for (char const* const seconds :
+  for (const char* const seconds :
        {"9999999999999999999999999999", "-9999999999999999999999999999"}) {
     date = "20000101120000[-5:EST]";
     EXPECT_EQ(date.FromPrecInt(Number(seconds)), 0);
@@ -274,7 +274,7 @@ TEST_F(DateArithmetic, AddingACountClearsTheZone) {
 // --- The true count ------------------------------------------------------------------------------
 
 struct TimeTCase {
-  char const* text;
+  const char* text;
   s32 seconds;
 };
 
@@ -298,7 +298,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct FromTimeTCase {
   s32 seconds;
-  char const* shown;
+  const char* shown;
 };
 
 class FromTimeT : public ValueTest, public testing::WithParamInterface<FromTimeTCase> {};
@@ -353,14 +353,14 @@ struct FieldSumCase {
   KRDateTime date;
   KRDateTime amount;
   u16 result;
-  char const* shown;
+  const char* shown;
 };
 
 class FieldSum : public ValueTest, public testing::WithParamInterface<FieldSumCase> {};
 
 TEST_P(FieldSum, CarriesOnceAtEachField) {
   KRDateTime date(GetParam().date);
-  EXPECT_EQ((date += static_cast<KRDateTimeBase const&>(GetParam().amount)), GetParam().result);
+  EXPECT_EQ((date += static_cast<const KRDateTimeBase&>(GetParam().amount)), GetParam().result);
   EXPECT_EQ(Shown(date), GetParam().shown);
 }
 
@@ -396,7 +396,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(DateArithmetic, ADateCanBeAddedToItself) {
   KRDateTime date = Date(1000, 5, 10, 5, 5, 5, 5);
-  EXPECT_EQ((date += static_cast<KRDateTimeBase const&>(date)), 1);
+  EXPECT_EQ((date += static_cast<const KRDateTimeBase&>(date)), 1);
   EXPECT_EQ(Shown(date), "2000-10-20 10:10:10.10 0/0 ");
 }
 

@@ -17,8 +17,8 @@ class DateReading : public ValueTest {};
 // --- Dates ---------------------------------------------------------------------------------------
 
 struct ReadCase {
-  char const* text;
-  char const* shown;
+  const char* text;
+  const char* shown;
 };
 
 class GoodDate : public ValueTest, public testing::WithParamInterface<ReadCase> {};
@@ -55,8 +55,8 @@ INSTANTIATE_TEST_SUITE_P(
                     ReadCase{"19991231120000[1:CET]junk", "1999-12-31 12:0:0.0 1/0 CET"}));
 
 struct BadDateCase {
-  char const* text;
-  char const* shown;
+  const char* text;
+  const char* shown;
   bool timeTells;
 };
 
@@ -107,7 +107,7 @@ TEST_F(DateReading, ATimeOutOfRangeFailsTheDateToo) {
             (Warnings{{KRPW_OUTOFRANGE, "250000", "ConvertStringToKRTime"},
                       {KRPW_BADFORMAT, "19991231250000", "ConvertStringToKRDateTime"}}));
   EXPECT_EQ(Shown(date), "0-0-0 25:0:0.0 0/0 ");
-  for (char const* const text : {"19991231126000", "19991231120060", "19991231120000.1000",
+  for (const char* const text : {"19991231126000", "19991231120060", "19991231120000.1000",
                                  "19991231120000[13]", "19991231120000[-13]"}) {
     EXPECT_EQ(date.ConvertStringToKRDateTime(text), 0) << text;
     EXPECT_EQ(TakeCodes(), (Codes{KRPW_OUTOFRANGE, KRPW_BADFORMAT})) << text;
@@ -126,7 +126,7 @@ TEST_F(DateReading, ANullDateTextIsTold) {
 }
 
 TEST_F(DateReading, ADateIsReadFromTheMiddleOfAText) {
-  char const text[] = "<DTPOSTED>20000229120000[-5:EST]<TRNAMT>1";
+  const char text[] = "<DTPOSTED>20000229120000[-5:EST]<TRNAMT>1";
   KRDateTime date;
   EXPECT_EQ(date.Parse(text + 10, 22), 1);
   EXPECT_EQ(Shown(date), "2000-2-29 12:0:0.0 -5/0 EST");
@@ -142,7 +142,7 @@ TEST_F(DateReading, ADateIsReadFromTheMiddleOfAText) {
 TEST_F(DateReading, ReadingADateTakesNoMemory) {
   AllocationFailure::FailAt(1, true);
   KRDateTime date("20000229120000.125[-5:EST]");
-  KRDateTime const copy(date);
+  const KRDateTime copy(date);
   date = "19991231";
   EXPECT_EQ(AllocationFailure::Count(), 0U);
   AllocationFailure::FailAt(0);
@@ -189,7 +189,7 @@ TEST_F(DateReading, ABadTimeKeepsWhatWasRead) {
   EXPECT_EQ(TakeWarnings(), (Warnings{{KRPW_BADFORMAT, "xx3456.7", "ConvertStringToKRTime"}}));
   EXPECT_EQ((time = "246060"), 0);
   EXPECT_EQ(TakeWarnings(), (Warnings{{KRPW_OUTOFRANGE, "246060", "ConvertStringToKRTime"}}));
-  KRTime const made("12-00");
+  const KRTime made("12-00");
   EXPECT_EQ(TakeWarnings(), (Warnings{{KRPW_BADFORMAT, "12-00", "ConvertStringToKRTime"}}));
 }
 
@@ -202,9 +202,9 @@ TEST_F(DateReading, ATimeIsClearedWholeBeforeItIsRead) {
 // --- Zones ---------------------------------------------------------------------------------------
 
 struct ZoneCase {
-  char const* text;
+  const char* text;
   u16 result;
-  char const* shown;
+  const char* shown;
   std::size_t warnings;
 };
 
@@ -214,9 +214,9 @@ TEST_P(ZoneText, IsReadWithItsFlaws) {
   OpenDate date;
   EXPECT_EQ(date.ExtractTimeZone(GetParam().text), GetParam().result);
   EXPECT_EQ(Shown(date), std::string("0-0-0 0:0:0.0 ") + GetParam().shown);
-  Warnings const seen = TakeWarnings();
+  const Warnings seen = TakeWarnings();
   EXPECT_EQ(seen.size(), GetParam().warnings);
-  for (SeenWarning const& warning : seen) EXPECT_EQ(warning.code, KRPW_BADFORMAT);
+  for (const SeenWarning& warning : seen) EXPECT_EQ(warning.code, KRPW_BADFORMAT);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -265,7 +265,7 @@ TEST_F(DateReading, AnUnreadableZoneFailsTheDate) {
 
 TEST_F(DateReading, ManyDigitsOfAnOffsetDoNotWrapIntoRange) {
   KRTime time;
-  for (char const* const text : {"12[65541]", "12[-65531]", "12[4294967301]", "12[99999999999]"}) {
+  for (const char* const text : {"12[65541]", "12[-65531]", "12[4294967301]", "12[99999999999]"}) {
     EXPECT_EQ(time.ConvertStringToKRTime(text), 0) << text;
     EXPECT_EQ(TakeCodes(), Codes{KRPW_OUTOFRANGE}) << text;
   }
@@ -273,14 +273,14 @@ TEST_F(DateReading, ManyDigitsOfAnOffsetDoNotWrapIntoRange) {
 
 struct NamedZoneCase {
   s16 offset;
-  char const* standard;
-  char const* daylight;
+  const char* standard;
+  const char* daylight;
 };
 
 class NamedZone : public ValueTest, public testing::WithParamInterface<NamedZoneCase> {};
 
 TEST_P(NamedZone, IsKnownByBothItsNames) {
-  s16 const offset = GetParam().offset;
+  const s16 offset = GetParam().offset;
   KRDateTime date;
   EXPECT_EQ(date.SetTimeZone(GetParam().standard, offset, 0), 1);
   EXPECT_EQ(date.SetTimeZone(GetParam().daylight, offset, 0), 1);

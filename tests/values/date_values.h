@@ -8,12 +8,12 @@
 #include "krofx/values/date_time.h"
 
 /// All fields, as "year-month-day hour:minute:second.millisecond offset/fraction zone".
-inline std::string Shown(KRDateTimeBase const& d) {
-  auto const n = [](auto value) { return std::to_string(value); };
+inline std::string Shown(const KRDateTimeBase& d) {
+  const auto n = [](auto value) { return std::to_string(value); };
   return n(d.GetYear()) + '-' + n(d.GetMonth()) + '-' + n(d.GetDay()) + ' ' + n(d.GetHour()) + ':' +
          n(d.GetMinute()) + ':' + n(d.GetSecond()) + '.' + n(d.GetMillisecond()) + ' ' +
          n(d.GetGMTOffset()) + '/' + n(d.GetGMTOffsetFraction()) + ' ' +
-         static_cast<char const*>(d.GetTimeZone());
+         static_cast<const char*>(d.GetTimeZone());
 }
 
 /// Opens what derived classes may use.

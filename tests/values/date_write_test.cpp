@@ -16,14 +16,14 @@ using krofx::internal::AllocationFailure;
 class DateWriting : public ValueTest {};
 
 struct DateTextCase {
-  char const* read;
-  char const* written;
+  const char* read;
+  const char* written;
 };
 
 class DateText : public ValueTest, public testing::WithParamInterface<DateTextCase> {};
 
 TEST_P(DateText, HoldsNoMoreThanTheFieldsNeed) {
-  KRDateTime const date(GetParam().read);
+  const KRDateTime date(GetParam().read);
   KRString out;
   EXPECT_EQ(date.GetDateString(out), 1);
   EXPECT_STREQ(out, GetParam().written);
@@ -49,14 +49,14 @@ INSTANTIATE_TEST_SUITE_P(
                     DateTextCase{"19991231120000[5.05:NPT]", "19991231120000.000[5.05:NPT]"}));
 
 struct TimeTextCase {
-  char const* read;
-  char const* written;
+  const char* read;
+  const char* written;
 };
 
 class TimeText : public ValueTest, public testing::WithParamInterface<TimeTextCase> {};
 
 TEST_P(TimeText, WritesTheTimeInFullAndMillisecondsUnpadded) {
-  KRTime const time(GetParam().read);
+  const KRTime time(GetParam().read);
   KRString out;
   EXPECT_EQ(time.GetTimeString(out), 1);
   EXPECT_STREQ(out, GetParam().written);
@@ -118,7 +118,7 @@ TEST_F(DateWriting, NoMemoryForTheTextOfADateGives0AndTheAlarm) {
 }
 
 TEST_F(DateWriting, AZoneNameBeyondTheFixedRoomIsWrittenWhole) {
-  std::string const name(60, 'Z');
+  const std::string name(60, 'Z');
   KRDateTime date("19991231120000");
   date.SetTimeZone(name.c_str(), 1, 0);
   KRString out;
@@ -139,7 +139,7 @@ class AnythingGoes : public KRDateTime {
 };
 
 TEST_F(DateWriting, FieldsOutOfRangeAreWrittenWithoutHarm) {
-  s16 const all = -1;  // 65535
+  const s16 all = -1;  // 65535
   AnythingGoes date(all, all, all, all, all, all, all, -32768, -32768);
   date.SetTimeZone("ABC", -32768, -32768);
   KRString out;
@@ -160,8 +160,8 @@ class Marked : public KRDateTime {
 };
 
 TEST_F(DateWriting, AConstDateIsWrittenByItsOwnClass) {
-  Marked const marked;
-  KRDateTimeBase const& date = marked;
+  const Marked marked;
+  const KRDateTimeBase& date = marked;
   KRString out;
   EXPECT_EQ(date.GetDateString(out), 1);
   EXPECT_STREQ(out, "marked");
@@ -172,7 +172,7 @@ TEST_F(DateWriting, AConstDateIsWrittenByItsOwnClass) {
 
 TEST_F(DateWriting, TheZoneNameIsAStringOfThreeThatFollowsTheDate) {
   KRDateTime date("19991231120000[-5:EST]");
-  KRString3 const& zone = date.GetTimeZone();
+  const KRString3& zone = date.GetTimeZone();
   EXPECT_STREQ(zone, "EST");
   EXPECT_EQ(zone.SpecLength(), 3);
   EXPECT_EQ(&date.GetTimeZone(), &zone);
@@ -193,7 +193,7 @@ TEST_F(DateWriting, TheZoneNameIsAStringOfThreeThatFollowsTheDate) {
 
 TEST_F(DateWriting, CopiesHaveTheirOwnZoneName) {
   KRDateTime date("19991231120000[-5:EST]");
-  for (char const* const name : {"EST", "SEVENCH", "EIGHTCHR", "A RATHER LONG NAME"}) {
+  for (const char* const name : {"EST", "SEVENCH", "EIGHTCHR", "A RATHER LONG NAME"}) {
     date.SetTimeZone(name, 1, 0);
     KRDateTime copy(date);
     KRDateTime assigned("19991231120000[1:CET]");
@@ -209,7 +209,7 @@ TEST_F(DateWriting, CopiesHaveTheirOwnZoneName) {
     EXPECT_STREQ(copy.GetTimeZone(), name);
     copy = date;
     EXPECT_STREQ(copy.GetTimeZone(), "GMT");
-    KRDateTime const& self = copy;
+    const KRDateTime& self = copy;
     copy = self;
     EXPECT_STREQ(copy.GetTimeZone(), "GMT");
   }
@@ -237,13 +237,13 @@ TEST_F(DateWriting, ALongZoneNameWithoutMemoryIsCut) {
 // --- Binary form ---------------------------------------------------------------------------------
 
 TEST_F(DateWriting, TheBinaryFormOfADateHasVersion3WithoutAFraction) {
-  KRDateTime const date("20010203040506.789[-5:EST]");
+  const KRDateTime date("20010203040506.789[-5:EST]");
   unsigned char block[32];
   std::memset(block, 0xEE, sizeof block);
   u16 length = 0;
   date.ExportBinary(block, &length);
   EXPECT_EQ(length, 19);
-  unsigned char const expected[19] = {3, 0,    0xD1, 7,   2,   3,   4, 5, 6,   0x15,
+  const unsigned char expected[19] = {3, 0,    0xD1, 7,   2,   3,   4, 5, 6,   0x15,
                                       3, 0xFB, 0xFF, 'E', 'S', 'T', 0, 0, 0xEE};
   EXPECT_EQ(std::memcmp(block, expected, sizeof expected), 0);
 
@@ -253,13 +253,13 @@ TEST_F(DateWriting, TheBinaryFormOfADateHasVersion3WithoutAFraction) {
 }
 
 TEST_F(DateWriting, TheBinaryFormOfADateHasVersion4WithAFraction) {
-  KRDateTime const date("20010203040506.789[-3.5]");
+  const KRDateTime date("20010203040506.789[-3.5]");
   unsigned char block[32];
   std::memset(block, 0xEE, sizeof block);
   u16 length = 0;
   date.ExportBinary(block, &length);
   EXPECT_EQ(length, 21);
-  unsigned char const expected[21] = {4,    0,    0xD1, 7,    2,   3,   4,   5, 6, 0x15, 3,
+  const unsigned char expected[21] = {4,    0,    0xD1, 7,    2,   3,   4,   5, 6, 0x15, 3,
                                       0xFD, 0xFF, 0xCE, 0xFF, '*', '*', '*', 0, 0, 0xEE};
   EXPECT_EQ(std::memcmp(block, expected, sizeof expected), 0);
 
@@ -269,14 +269,14 @@ TEST_F(DateWriting, TheBinaryFormOfADateHasVersion4WithAFraction) {
 }
 
 TEST_F(DateWriting, BinaryBlocksOfOtherVersionsAreReadOrIgnored) {
-  KRDateTime const date("20010203040506.789[-5:EST]");
+  const KRDateTime date("20010203040506.789[-5:EST]");
   char block[32] = {};
   date.ExportBinary(block, nullptr);
   block[0] = 2;
   KRDateTime read;
   read.ImportBinary(block);
   EXPECT_EQ(Shown(read), Shown(date));
-  for (char const version : {char{0}, char{1}, char{5}}) {
+  for (const char version : {char{0}, char{1}, char{5}}) {
     block[0] = version;
     block[4] = 11;
     read.ImportBinary(block);

@@ -17,13 +17,13 @@ using krofx::internal::AllocationFailure;
 class NumberArithmetic : public ValueTest {};
 
 // Used before main, as another file's constants may do.
-KRPercent const checkedEarly(100, 0);
-u16 const validEarly = checkedEarly.IsValid();
+const KRPercent checkedEarly(100, 0);
+const u16 validEarly = checkedEarly.IsValid();
 
 /// Opens the protected helpers.
 class OpenNumber : public KRPrecisionInteger {
  public:
-  explicit OpenNumber(KRPrecisionInteger const& n) : KRPrecisionInteger(n) {}
+  explicit OpenNumber(const KRPrecisionInteger& n) : KRPrecisionInteger(n) {}
   using KRPrecisionInteger::Bit;
   using KRPrecisionInteger::MSD;
   using KRPrecisionInteger::RightAlign;
@@ -32,7 +32,7 @@ class OpenNumber : public KRPrecisionInteger {
 // --- Making and copying --------------------------------------------------------------------------
 
 TEST_F(NumberArithmetic, ANewNumberIsPositiveZero) {
-  KRPrecisionInteger const n;
+  const KRPrecisionInteger n;
   EXPECT_EQ(Shown(n), "0e0");
   EXPECT_EQ(n.Sign(), 1);
 }
@@ -95,17 +95,17 @@ TEST(KRPrecisionInteger, CannotBeTakenForItsTextInComparisonsAndSums) {
 // --- Comparison ----------------------------------------------------------------------------------
 
 struct CompareCase {
-  char const* left;
-  char const* right;
+  const char* left;
+  const char* right;
   int order;
 };
 
 class Comparison : public ValueTest, public testing::WithParamInterface<CompareCase> {};
 
 TEST_P(Comparison, OrdersBothWays) {
-  KRPrecisionInteger const a(GetParam().left);
-  KRPrecisionInteger const b(GetParam().right);
-  int const order = GetParam().order;
+  const KRPrecisionInteger a(GetParam().left);
+  const KRPrecisionInteger b(GetParam().right);
+  const int order = GetParam().order;
   EXPECT_EQ(a == b, order == 0);
   EXPECT_EQ(a != b, order != 0);
   EXPECT_EQ(a > b, order > 0);
@@ -142,17 +142,17 @@ TEST_F(NumberArithmetic, NumbersOfVeryDifferentScaleCompareAtOnce) {
 // --- Sums ----------------------------------------------------------------------------------------
 
 struct ArithmeticCase {
-  char const* left;
-  char const* right;
-  char const* sum;
-  char const* difference;
+  const char* left;
+  const char* right;
+  const char* sum;
+  const char* difference;
 };
 
 class Sum : public ValueTest, public testing::WithParamInterface<ArithmeticCase> {};
 
 TEST_P(Sum, TakesTheLargerScale) {
-  KRPrecisionInteger const a(GetParam().left);
-  KRPrecisionInteger const b(GetParam().right);
+  const KRPrecisionInteger a(GetParam().left);
+  const KRPrecisionInteger b(GetParam().right);
   EXPECT_EQ(Shown(a + b), GetParam().sum);
   EXPECT_EQ(Shown(a - b), GetParam().difference);
   KRPrecisionInteger n(a);
@@ -200,16 +200,16 @@ TEST_F(NumberArithmetic, ANumberCanBeAddedToItself) {
 // --- Products and quotients ----------------------------------------------------------------------
 
 struct ProductCase {
-  char const* left;
-  char const* right;
-  char const* result;
+  const char* left;
+  const char* right;
+  const char* result;
 };
 
 class Product : public ValueTest, public testing::WithParamInterface<ProductCase> {};
 
 TEST_P(Product, AddsTheDecimals) {
-  KRPrecisionInteger const a(GetParam().left);
-  KRPrecisionInteger const b(GetParam().right);
+  const KRPrecisionInteger a(GetParam().left);
+  const KRPrecisionInteger b(GetParam().right);
   EXPECT_EQ(Shown(a * b), GetParam().result);
   EXPECT_EQ(Shown(b * a), GetParam().result);
 }
@@ -240,8 +240,8 @@ TEST_F(NumberArithmetic, AProductOfManyDecimalsIsInvalidAndWrittenAsZero) {
 class Quotient : public ValueTest, public testing::WithParamInterface<ProductCase> {};
 
 TEST_P(Quotient, IsAnIntegerDivisionOfMagnitudes) {
-  KRPrecisionInteger const a(GetParam().left);
-  KRPrecisionInteger const b(GetParam().right);
+  const KRPrecisionInteger a(GetParam().left);
+  const KRPrecisionInteger b(GetParam().right);
   EXPECT_EQ(Shown(a / b), GetParam().result);
 }
 
@@ -373,7 +373,7 @@ TEST_F(NumberArithmetic, SignsTurn) {
 TEST_F(NumberArithmetic, BitsAreMasksWithinTheirWord) {
   KRPrecisionInteger n(5, 0);
   n <<= 64;
-  OpenNumber const open(n);
+  const OpenNumber open(n);
   EXPECT_EQ(open.Bit(64), 1U);
   EXPECT_EQ(open.Bit(65), 0U);
   EXPECT_EQ(open.Bit(66), 4U);
@@ -396,7 +396,7 @@ TEST_F(NumberArithmetic, DigitsOfTheValueAreCountedBeforeThePoint) {
 TEST_F(NumberArithmetic, AligningGivesBothTheLargerScale) {
   KRPrecisionInteger a("1.5");
   KRPrecisionInteger b("2.125");
-  OpenNumber const open{KRPrecisionInteger()};
+  const OpenNumber open{KRPrecisionInteger()};
   open.RightAlign(a, b);
   EXPECT_EQ(Shown(a), "1500e3");
   EXPECT_EQ(Shown(b), "2125e3");

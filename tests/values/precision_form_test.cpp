@@ -17,7 +17,7 @@ class NumberForm : public ValueTest {};
 // --- Fit and getters -----------------------------------------------------------------------------
 
 struct FitCase {
-  char const* text;
+  const char* text;
   u16 sshort;
   u16 ushort;
   u16 slong;
@@ -27,7 +27,7 @@ struct FitCase {
 class Fit : public ValueTest, public testing::WithParamInterface<FitCase> {};
 
 TEST_P(Fit, LooksAtTheMagnitudeAlone) {
-  KRPrecisionInteger const n(GetParam().text);
+  const KRPrecisionInteger n(GetParam().text);
   EXPECT_EQ(n.FitInASShort(), GetParam().sshort);
   EXPECT_EQ(n.FitInAUShort(), GetParam().ushort);
   EXPECT_EQ(n.FitInASLong(), GetParam().slong);
@@ -44,7 +44,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FitCase{"18446744073709551616", 0, 0, 0, 0}, FitCase{"3.2768", 0, 1, 1, 1}));
 
 TEST_F(NumberForm, GettersCutTheMagnitude) {
-  KRPrecisionInteger const n("-4295049729.5");  // 10 x 2^32 + 824335
+  const KRPrecisionInteger n("-4295049729.5");  // 10 x 2^32 + 824335
   EXPECT_EQ(n.GetLSBytes(), 42950497295U & 0xFFFFFFFFU);
   EXPECT_EQ(n.GetSSBytes(), 10U);
   EXPECT_EQ(n.GetMSBytes(), 0U);
@@ -78,7 +78,7 @@ TEST_F(NumberForm, DerivedNumbersTakeAnyNumberAndTellThatItIsNotTheirs) {
   EXPECT_EQ(positive.IsValid(), 1);
   positive = -1;
   EXPECT_EQ(positive.IsValid(), 0);
-  KRPosPrecisionInteger const copy(positive);
+  const KRPosPrecisionInteger copy(positive);
   EXPECT_EQ(Shown(copy), "-1e0");
 }
 
@@ -86,9 +86,9 @@ TEST_F(NumberForm, AWideIntegersOwnRuleIsNotTheOneThatReadingUses) {
   KRWideInteger wide;
   EXPECT_EQ(wide.ConvertStringToKRPrecisionInteger("1.5"), 1);
   EXPECT_EQ(wide.IsValid(), 0);
-  KRWideInteger const& fixed = wide;
+  const KRWideInteger& fixed = wide;
   EXPECT_EQ(fixed.IsValid(), 1);
-  KRPrecisionInteger const& base = wide;
+  const KRPrecisionInteger& base = wide;
   EXPECT_EQ(base.IsValid(), 1);
   wide = 7;
   EXPECT_EQ(wide.IsValid(), 1);
@@ -115,7 +115,7 @@ TEST_F(NumberForm, TheBinaryFormIsLittleEndianWithVersion1) {
   u16 length = 0;
   n.ExportBinary(block, &length);
   EXPECT_EQ(length, 20);
-  unsigned char const expected[20] = {1, 0, 9, 10, 11,   12,   5, 6, 7,    8,
+  const unsigned char expected[20] = {1, 0, 9, 10, 11,   12,   5, 6, 7,    8,
                                       1, 2, 3, 4,  0xFF, 0xFF, 7, 0, 0xEE, 0xEE};
   EXPECT_EQ(std::memcmp(block, expected, sizeof block), 0);
 

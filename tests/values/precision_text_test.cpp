@@ -15,9 +15,9 @@ using krofx::internal::AllocationFailure;
 class NumberText : public ValueTest {};
 
 struct TextCase {
-  char const* text;
-  char const* shown;
-  char const* written;
+  const char* text;
+  const char* shown;
+  const char* written;
 };
 
 // --- Reading -------------------------------------------------------------------------------------
@@ -60,8 +60,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "-9999999999999999999999999999"}));
 
 struct BadCase {
-  char const* text;
-  char const* shown;
+  const char* text;
+  const char* shown;
   KRParseWarning code;
 };
 
@@ -126,7 +126,7 @@ TEST_F(NumberText, ANullNumberTextIsAnEmptyOne) {
 
 TEST_F(NumberText, PlacesBeyond16BitsDoNotWrapIntoAValidNumber) {
   KRPrecisionInteger n;
-  std::string const text = "1." + std::string(65536, ',');
+  const std::string text = "1." + std::string(65536, ',');
   EXPECT_EQ(n.ConvertStringToKRPrecisionInteger(text.c_str()), 0);
   EXPECT_EQ(n.Decimal(), 65535);
   EXPECT_EQ(n.IsValid(), 0);
@@ -135,13 +135,13 @@ TEST_F(NumberText, PlacesBeyond16BitsDoNotWrapIntoAValidNumber) {
 TEST_F(NumberText, AWarningAboutAHugeTextKeepsWhatAStringHolds) {
   KRPrecisionInteger n;
   EXPECT_EQ(n.ConvertStringToKRPrecisionInteger(std::string(70000, 'x').c_str()), 0);
-  Warnings const seen = TakeWarnings();
+  const Warnings seen = TakeWarnings();
   ASSERT_EQ(seen.size(), 1U);
   EXPECT_EQ(seen[0].value.size(), 65534U);
 }
 
 TEST_F(NumberText, ANumberIsReadFromTheMiddleOfAText) {
-  char const text[] = "<TRNAMT>-12.50<NAME>";
+  const char text[] = "<TRNAMT>-12.50<NAME>";
   KRPrecisionInteger n;
   EXPECT_EQ(n.Parse(text + 8, 6), 1);
   EXPECT_EQ(Shown(n), "-1250e2");
@@ -173,13 +173,13 @@ TEST_F(NumberText, ConstructionAndAssignmentFromTextParse) {
 struct WriteCase {
   s32 value;
   u16 decimals;
-  char const* written;
+  const char* written;
 };
 
 class WrittenNumber : public ValueTest, public testing::WithParamInterface<WriteCase> {};
 
 TEST_P(WrittenNumber, HasNoZerosToSpare) {
-  KRPrecisionInteger const n(GetParam().value, GetParam().decimals);
+  const KRPrecisionInteger n(GetParam().value, GetParam().decimals);
   EXPECT_STREQ(n, GetParam().written);
 }
 
@@ -218,7 +218,7 @@ TEST_F(NumberText, TheTextBelongsToTheNumberAndIsOverwritten) {
   char* const second = n;
   EXPECT_EQ(first, second);
   EXPECT_STREQ(first, "25");
-  KRPrecisionInteger const copy(n);
+  const KRPrecisionInteger copy(n);
   char* const other = copy;
   EXPECT_NE(first, other);
   EXPECT_STREQ(other, "25");
@@ -243,7 +243,7 @@ TEST_F(NumberText, TheTextCanBeWrittenToTheCallersRoom) {
 
 TEST_F(NumberText, WhatIsWrittenReadsBackEqual) {
   u32 state = 12345;
-  auto const random = [&state] { return state = state * 1664525U + 1013904223U; };
+  const auto random = [&state] { return state = state * 1664525U + 1013904223U; };
   for (int i = 0; i < 2000; ++i) {
     KRPrecisionInteger n(static_cast<s32>(random()), 0);
     n = n * KRPrecisionInteger(static_cast<s32>(random() >> (random() % 32)), 0);
@@ -258,7 +258,7 @@ TEST_F(NumberText, WhatIsWrittenReadsBackEqual) {
 // --- The rules of the derived numbers at reading -------------------------------------------------
 
 struct RuleCase {
-  char const* text;
+  const char* text;
   u16 percent;
   u16 positive;
 };
@@ -292,7 +292,7 @@ TEST_F(NumberText, TheRuleAppliesInConstructorsAndAssignmentsToo) {
   EXPECT_EQ(TakeCodes(), Codes{KRPW_BADFORMAT});
   percent = "50";
   EXPECT_EQ(TakeCodes(), Codes{});
-  KRPosPrecisionInteger const positive("-1");
+  const KRPosPrecisionInteger positive("-1");
   EXPECT_EQ(Shown(positive), "-1e0");
   EXPECT_EQ(TakeCodes(), Codes{KRPW_BADFORMAT});
 }
@@ -352,7 +352,7 @@ TEST_F(NumberText, TheTextOfAGroupedNumberIsTheOneThatTheBaseMadeLast) {
   EXPECT_STREQ(n.KRPrecisionInteger::operator char*(), "1250.5");
   n = 7;
   EXPECT_STREQ(n, "1250.5");
-  KRCommaSepPrecisionInteger const copy(n);
+  const KRCommaSepPrecisionInteger copy(n);
   text = copy;
   EXPECT_EQ(text, nullptr);
 }

@@ -9,7 +9,7 @@
 
 /// A number as "sign magnitude e decimals", such as "-123450e2": unlike the OFX text it tells
 /// numbers of equal value and different scale apart, and shows invalid ones.
-inline std::string Shown(KRPrecisionInteger const& n) {
+inline std::string Shown(const KRPrecisionInteger& n) {
   __extension__ typedef unsigned __int128 Wide;
   Wide magnitude = (static_cast<Wide>(n.GetMSBytes()) << 64) |
                    (static_cast<Wide>(n.GetSSBytes()) << 32) | n.GetLSBytes();
@@ -22,13 +22,13 @@ inline std::string Shown(KRPrecisionInteger const& n) {
 }
 
 /// A number from a text that must be right.
-inline KRPrecisionInteger Number(char const* text) { return KRPrecisionInteger(text); }
+inline KRPrecisionInteger Number(const char* text) { return KRPrecisionInteger(text); }
 
 /// The largest magnitude, 2^96 - 1.
 inline KRPrecisionInteger Largest() {
   KRPrecisionInteger n(1, 0);
   n <<= 95;
-  KRPrecisionInteger const half(n);
+  const KRPrecisionInteger half(n);
   n -= KRPrecisionInteger(1, 0);
   n += half;
   return n;

@@ -18,10 +18,10 @@ struct SeenWarning {
   std::string value;
   std::string tag;
 
-  bool operator==(SeenWarning const&) const = default;
+  bool operator==(const SeenWarning&) const = default;
 };
 
-inline void PrintTo(SeenWarning const& warning, std::ostream* out) {
+inline void PrintTo(const SeenWarning& warning, std::ostream* out) {
   *out << '{' << warning.code << ", \"" << warning.value << "\", \"" << warning.tag << "\"}";
 }
 
@@ -43,9 +43,9 @@ class ValueTest : public testing::Test {
     KRParseLogger& logger = *KRParseLogger::TheKRParseLogger();
     std::vector<SeenWarning> seen;
     for (u16 i = 0; i < logger.Entries(); ++i) {
-      KRParseException const& e = *logger.Get(i);
-      seen.push_back({e.m_warning, static_cast<char const*>(e.m_valueText),
-                      static_cast<char const*>(e.m_tagText)});
+      const KRParseException& e = *logger.Get(i);
+      seen.push_back({e.m_warning, static_cast<const char*>(e.m_valueText),
+                      static_cast<const char*>(e.m_tagText)});
     }
     logger.DeleteAll();
     return seen;
@@ -54,7 +54,7 @@ class ValueTest : public testing::Test {
   /// The codes of the warnings, taken out of the log.
   static std::vector<KRParseWarning> TakeCodes() {
     std::vector<KRParseWarning> codes;
-    for (SeenWarning const& warning : TakeWarnings()) codes.push_back(warning.code);
+    for (const SeenWarning& warning : TakeWarnings()) codes.push_back(warning.code);
     return codes;
   }
 

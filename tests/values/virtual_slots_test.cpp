@@ -16,14 +16,14 @@ using Number = KRPrecisionInteger;
 using Date = KRDateTimeBase;
 
 TEST(VirtualSlots, OfNumbersKeepTheirPlaces) {
-  using Compare = u16 (Number::*)(Number const&) const;
+  using Compare = u16 (Number::*)(const Number&) const;
   using Shift = Number& (Number::*)(u16);
-  using Change = Number& (Number::*)(Number const&);
-  using Compute = Number (Number::*)(Number const&) const;
+  using Change = Number& (Number::*)(const Number&);
+  using Compute = Number (Number::*)(const Number&) const;
   ExpectSlotsInOrder(
-      2, static_cast<Number& (Number::*)(char const*)>(&Number::operator=),
+      2, static_cast<Number& (Number::*)(const char*)>(&Number::operator=),
       static_cast<Number& (Number::*)(s32)>(&Number::operator=),
-      static_cast<Number& (Number::*)(Number const&) noexcept>(&Number::operator=),
+      static_cast<Number& (Number::*)(const Number&) noexcept>(&Number::operator=),
       &Number::ConvertStringToKRPrecisionInteger, static_cast<Compare>(&Number::operator==),
       static_cast<Compare>(&Number::operator!=), static_cast<Compare>(&Number::operator>),
       static_cast<Compare>(&Number::operator>=), static_cast<Compare>(&Number::operator<),
@@ -50,7 +50,7 @@ TEST(VirtualSlots, OfAWideIntegersOwnRuleStandsBehindAllOthers) {
 
 TEST(VirtualSlots, OfDatesKeepTheirPlaces) {
   using Write = u16 (Date::*)(KRString&);
-  ExpectSlotsInOrder(2, static_cast<u16 (Date::*)(char const*)>(&Date::operator=),
+  ExpectSlotsInOrder(2, static_cast<u16 (Date::*)(const char*)>(&Date::operator=),
                      static_cast<Write>(&Date::GetTimeString),
                      static_cast<u16 (Date::*)()>(&Date::IsValidTime),
                      static_cast<Write>(&Date::GetDateString), &Date::IsValidDate);

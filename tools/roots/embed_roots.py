@@ -86,7 +86,7 @@ def source(roots):
         text += ";\n"
     text += "\n}  // namespace\n\n"
     for root, der in roots.items():
-        text += f"TrustedRoot const {ROOTS[root]} = {{k{root}, {len(der)}, {root}}};\n"
+        text += f"const TrustedRoot {ROOTS[root]} = {{k{root}, {len(der)}, {root}}};\n"
     return text + "\n}  // namespace krofx::internal\n"
 
 

@@ -38,7 +38,7 @@ constexpr KRTagDictionaryEntry kTags[] = {{
 
 }}  // namespace
 
-KRTagDictionaryEntry const* GetKRTagDictionary() {{ return kTags; }}
+const KRTagDictionaryEntry* GetKRTagDictionary() {{ return kTags; }}
 
 u16 NumberOfKRDictionaryEntry() {{ return static_cast<u16>(sizeof kTags / sizeof kTags[0]); }}
 """

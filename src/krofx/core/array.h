@@ -41,7 +41,7 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// the number added at each later one; 0 becomes 1 in either.
   KRDynamicArray(u16 initialSize, u16 growStep);
   /// Elements of an untyped array cannot be let go; the typed arrays are copied and assigned.
-  KRDynamicArray& operator=(KRDynamicArray const&) = delete;
+  KRDynamicArray& operator=(const KRDynamicArray&) = delete;
   virtual ~KRDynamicArray();
 
   /// 1 when a caller may have the array make room for `index`.
@@ -77,7 +77,7 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// For an array that chooses whether its growth may raise the alarm.
   KRDynamicArray(u16 initialSize, u16 growStep, krofx::internal::GrowthAlarm alarm);
   /// Shares the source's elements.
-  KRDynamicArray(KRDynamicArray const& source) = default;
+  KRDynamicArray(const KRDynamicArray& source) = default;
 
   /// One step of growth. A failure of the first allocation raises the fire alarm, one of a later
   /// step does not.
@@ -100,9 +100,9 @@ class KROFX_API ElementArray : public KRDynamicArray {
   using KRDynamicArray::KRDynamicArray;
 
   /// Shares the source's elements.
-  ElementArray(ElementArray const& source) = default;
+  ElementArray(const ElementArray& source) = default;
   /// Lets go of what the array held and shares the source's elements.
-  ElementArray& operator=(ElementArray const& source) {
+  ElementArray& operator=(const ElementArray& source) {
     if (this != &source) {
       m_block.Release(&Destroy);
       m_block.ShareWith(source.m_block);
@@ -182,8 +182,8 @@ class KROFX_API PlainArray {
   /// An empty array; 0 becomes 1 in either argument.
   PlainArray(u16 initialSize, u16 growStep)
       : m_block(initialSize, growStep, GrowthAlarm::kRaised) {}
-  PlainArray(PlainArray const&) = delete;
-  PlainArray& operator=(PlainArray const&) = delete;
+  PlainArray(const PlainArray&) = delete;
+  PlainArray& operator=(const PlainArray&) = delete;
   /// Destroys the elements.
   ~PlainArray() { m_block.Release(&Destroy); }
 

@@ -35,19 +35,19 @@ u16 KRBuffer::HasPlainBytes() const { return typeid(*this) == typeid(KRBuffer) ?
 
 KRBufferResult KRBuffer::AllocateTo(u32 bytes) {
   if (bytes <= m_allocation) return KRBufferOK;
-  u32 const missing = bytes - m_allocation;
+  const u32 missing = bytes - m_allocation;
   return GrowBuffer(missing) >= missing ? KRBufferOK : KRBufferNoMemory;
 }
 
-KRBufferResult KRBuffer::WriteString(char const* text) {
-  KRBufferResult const result = PutText(text);
+KRBufferResult KRBuffer::WriteString(const char* text) {
+  const KRBufferResult result = PutText(text);
   return result == KRBufferOK ? Write('\0') : result;
 }
 
-KRBufferResult KRBuffer::WriteLarge(char const* bytes, u32 count) {
+KRBufferResult KRBuffer::WriteLarge(const char* bytes, u32 count) {
   if (bytes == nullptr && count > 0) return KRBufferNoData;
   while (count > kBlockSize) {
-    KRBufferResult const result = PutBufData(bytes, kBlockSize);
+    const KRBufferResult result = PutBufData(bytes, kBlockSize);
     if (result != KRBufferOK) return result;
     bytes += kBlockSize;
     count -= kBlockSize;
@@ -55,16 +55,16 @@ KRBufferResult KRBuffer::WriteLarge(char const* bytes, u32 count) {
   return PutBufData(bytes, static_cast<u16>(count));
 }
 
-void KRBuffer::operator+=(char const* text) { PutText(text); }
+void KRBuffer::operator+=(const char* text) { PutText(text); }
 
-KRBufferResult KRBuffer::operator+=(KRBuffer const* source) {
+KRBufferResult KRBuffer::operator+=(const KRBuffer* source) {
   if (source == nullptr) return KRBufferNoData;
-  u32 const size = source->m_size;
+  const u32 size = source->m_size;
   if (size == 0) return KRBufferOK;
   if (source->m_data == nullptr) return KRBufferNoData;
   // The source may be this buffer, which a write can move and cut: look at it anew each time.
   for (u32 done = 0; done < std::min(size, source->m_allocation);) {
-    auto const block =
+    const auto block =
         static_cast<u16>(std::min<u32>(std::min(size, source->m_allocation) - done, kBlockSize));
     if (source->m_data == nullptr || PutBufData(source->m_data + done, block) != KRBufferOK) break;
     done += block;
@@ -74,8 +74,8 @@ KRBufferResult KRBuffer::operator+=(KRBuffer const* source) {
 
 KRBufferResult KRBuffer::Read(char* out, u16& got, u16 max) {
   if (m_offset >= m_size) return KRBufferOutOfRange;
-  auto const count = static_cast<u16>(std::min<u32>(max, m_size - m_offset));
-  KRBufferResult const result = GetBufData(out, count);
+  const auto count = static_cast<u16>(std::min<u32>(max, m_size - m_offset));
+  const KRBufferResult result = GetBufData(out, count);
   if (result == KRBufferOK) got = count;
   return result;
 }
@@ -86,13 +86,13 @@ u16 KRBuffer::FindSubChar(s32 start, char character, s32* position) {
   char found = '\0';
   if (HasPlainBytes() == 0) {
     while ((found = GetCh(at)) != character && found != '\0' && at < kLast) ++at;
-  } else if (u32 const end = std::min<u32>(Readable(), kLast);
+  } else if (const u32 end = std::min<u32>(Readable(), kLast);
              start >= 0 && static_cast<u32>(start) < end) {
-    char const* const from = m_data + start;
+    const char* const from = m_data + start;
     std::size_t left = end - static_cast<u32>(start);
-    auto const* nul = static_cast<char const*>(std::memchr(from, '\0', left));
+    const auto* nul = static_cast<const char*>(std::memchr(from, '\0', left));
     if (nul != nullptr) left = static_cast<std::size_t>(nul - from);
-    auto const* hit = static_cast<char const*>(std::memchr(from, character, left));
+    const auto* hit = static_cast<const char*>(std::memchr(from, character, left));
     if (hit != nullptr) {
       found = character;
       left = static_cast<std::size_t>(hit - from);
@@ -113,7 +113,7 @@ u16 KRBuffer::GetData(KRString& out, s32 start, u16 count) {
       if ((text[copied] = GetCh(at)) == '\0' || at == std::numeric_limits<s32>::max()) break;
     }
   } else if (start >= 0 && static_cast<u32>(start) < Readable()) {
-    u32 const left = std::min<u32>(count, Readable() - static_cast<u32>(start));
+    const u32 left = std::min<u32>(count, Readable() - static_cast<u32>(start));
     copied = static_cast<u16>(strnlen(m_data + start, left));
     std::memcpy(text, m_data + start, copied);
   }
@@ -125,7 +125,7 @@ u16 KRBuffer::GetData(KRString& out, s32 start, u16 count) {
 KRBufferResult KRBuffer::CopyBuffer(KRBuffer* target, u32 start, u32 count) const {
   if (start > m_size || count > m_size - start) return KRBufferOutOfRange;
   if (target == nullptr) return KRBufferNoData;
-  u32 const bytes = count > 0 ? count : m_size - start;
+  const u32 bytes = count > 0 ? count : m_size - start;
   if (m_data != nullptr && bytes > 0 && start + bytes > m_allocation) return KRBufferOutOfRange;
   if (target->AllocateTo(bytes) != KRBufferOK) return KRBufferNoMemory;
   if (m_data == nullptr || target->m_data == nullptr) return KRBufferNoData;
@@ -135,7 +135,7 @@ KRBufferResult KRBuffer::CopyBuffer(KRBuffer* target, u32 start, u32 count) cons
   return KRBufferOK;
 }
 
-u16 KRBuffer::CompareBuffer(KRBuffer const* other) const {
+u16 KRBuffer::CompareBuffer(const KRBuffer* other) const {
   if (other == nullptr || m_data == nullptr || other->m_data == nullptr) return 0;
   if (m_size != other->m_size || Readable() != other->Readable()) return 0;
   return std::memcmp(m_data, other->m_data, Readable()) == 0 ? 1 : 0;
@@ -168,11 +168,11 @@ KRBufferResult KRBuffer::GetBufData(char* out, u16 count) {
 }
 
 // A write that does not simply fit.
-KRBufferResult KRBuffer::PutGrowing(char const* bytes, u16 count) {
+KRBufferResult KRBuffer::PutGrowing(const char* bytes, u16 count) {
   if (bytes == nullptr && count > 0) return KRBufferNoData;
-  std::uint64_t const end = std::uint64_t{m_offset} + count;
-  bool const own = m_data != nullptr && bytes >= m_data && bytes < m_data + m_allocation;
-  std::size_t const place = own ? static_cast<std::size_t>(bytes - m_data) : 0;
+  const std::uint64_t end = std::uint64_t{m_offset} + count;
+  const bool own = m_data != nullptr && bytes >= m_data && bytes < m_data + m_allocation;
+  const std::size_t place = own ? static_cast<std::size_t>(bytes - m_data) : 0;
   if (end > m_allocation) {
     if (end >= GetMaxBufferSize()) return KRBufferOutOfRange;
     if (GrowBuffer(static_cast<u32>(end - m_allocation)) == 0) {
@@ -186,7 +186,7 @@ KRBufferResult KRBuffer::PutGrowing(char const* bytes, u16 count) {
 }
 
 // Writes a text without its NUL; its length goes through 16 bits.
-KRBufferResult KRBuffer::PutText(char const* text) {
+KRBufferResult KRBuffer::PutText(const char* text) {
   if (text == nullptr) return KRBufferNoData;
   return PutBufData(text, static_cast<u16>(std::strlen(text)));
 }
@@ -194,9 +194,9 @@ KRBufferResult KRBuffer::PutText(char const* text) {
 // Adds at least `need` bytes to the allocation and says how many; 0 when it cannot.
 u32 KRBuffer::GrowBuffer(u32 need) {
   if (need == 0 && m_growSize == 0) return 0;
-  u32 const limit = GetMaxBufferSize();
+  const u32 limit = GetMaxBufferSize();
   if (m_allocation >= limit) return 0;
-  u32 const added = std::min(std::max(m_growSize, need), limit - m_allocation);
+  const u32 added = std::min(std::max(m_growSize, need), limit - m_allocation);
   if (added < need || !SetAllocation(m_allocation + added)) return 0;
   return added;
 }
@@ -205,9 +205,9 @@ u32 KRBuffer::GrowBuffer(u32 need) {
 // least doubles. It is not reallocated in place, which could leave sign-on text in freed memory.
 bool KRBuffer::SetAllocation(u32 allocation) {
   if (allocation > m_capacity) {
-    std::uint64_t const doubled =
+    const std::uint64_t doubled =
         std::min<std::uint64_t>(std::uint64_t{m_capacity} * 2, kMaxBufferSize);
-    u32 const capacity = std::max(allocation, static_cast<u32>(doubled));
+    const u32 capacity = std::max(allocation, static_cast<u32>(doubled));
     auto* const fresh = static_cast<char*>(krofx::internal::Allocate(capacity));
     if (fresh != nullptr && m_data != nullptr) std::memcpy(fresh, m_data, m_allocation);
     if (fresh != nullptr && m_data == nullptr) std::memset(fresh, 0, m_allocation);

@@ -47,8 +47,8 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   /// Allocates `initialSize` bytes, or `growSize` when that is 0, or 512 when both are 0. A grow
   /// size of 0 means to grow by exactly what is needed.
   KRBuffer(u32 initialSize, u32 growSize);
-  KRBuffer(KRBuffer const&) = delete;
-  KRBuffer& operator=(KRBuffer const&) = delete;
+  KRBuffer(const KRBuffer&) = delete;
+  KRBuffer& operator=(const KRBuffer&) = delete;
   /// Overwrites the memory and frees it.
   ~KRBuffer();
 
@@ -64,25 +64,25 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   KRBufferResult Write(char byte) { return PutBufData(&byte, 1); }
   /// Writes `count` bytes at the cursor.
   /// @return as any write; KRBufferNoData for a null pointer with a count.
-  KRBufferResult Write(char const* bytes, u16 count) { return PutBufData(bytes, count); }
+  KRBufferResult Write(const char* bytes, u16 count) { return PutBufData(bytes, count); }
   /// As += of a buffer.
   KRBufferResult Write(KRBuffer* source) { return *this += source; }
   /// Writes the text and one NUL after it, which counts in size and cursor. Of a text of 65536
   /// bytes or more only the length modulo 65536 is written; use WriteLarge for such.
-  KRBufferResult WriteString(char const* text);
+  KRBufferResult WriteString(const char* text);
   /// Writes any number of bytes, in blocks.
   /// @return the result of the first block that fails, which ends it; else KRBufferOK.
-  KRBufferResult WriteLarge(char const* bytes, u32 count);
+  KRBufferResult WriteLarge(const char* bytes, u32 count);
 
   /// Writes one byte at the cursor. A failure shows only in the fire alarm.
   void operator+=(char byte) { PutBufData(&byte, 1); }
   /// Writes the text at the cursor, without a NUL; lengths as for WriteString. A failure shows only
   /// in the fire alarm.
-  void operator+=(char const* text);
+  void operator+=(const char* text);
   /// Writes the whole content of `source` at the cursor, wherever the source's own cursor is.
   /// @return KRBufferOK, also when a block of it could not be written (which ends the copy);
   ///         KRBufferNoData when the source is null or has content but no data.
-  KRBufferResult operator+=(KRBuffer const* source);
+  KRBufferResult operator+=(const KRBuffer* source);
 
   /// Reads one byte at the cursor.
   /// @return KRBufferOK; KRBufferOutOfRange at the end of the content.
@@ -107,7 +107,7 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   ///         exhausted memory, KRBufferNoData for a null target or missing data.
   KRBufferResult CopyBuffer(KRBuffer* target, u32 start, u32 count) const;
   /// 1 when both buffers have data and the same content.
-  u16 CompareBuffer(KRBuffer const* other) const;
+  u16 CompareBuffer(const KRBuffer* other) const;
 
   /// Fills the content with `fill`, makes the size the old cursor and puts the cursor to 0: room of
   /// the same size to be written anew. Nothing happens without data.
@@ -140,7 +140,7 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
 
  private:
   KRBufferResult GetBufData(char* out, u16 count);
-  KRBufferResult PutBufData(char const* bytes, u16 count) {
+  KRBufferResult PutBufData(const char* bytes, u16 count) {
     if (m_data != nullptr && bytes != nullptr && count <= m_allocation &&
         m_offset <= m_allocation - count) {
       std::memmove(m_data + m_offset, bytes, count);
@@ -150,8 +150,8 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
     }
     return PutGrowing(bytes, count);
   }
-  KRBufferResult PutGrowing(char const* bytes, u16 count);
-  KRBufferResult PutText(char const* text);
+  KRBufferResult PutGrowing(const char* bytes, u16 count);
+  KRBufferResult PutText(const char* text);
   u32 GrowBuffer(u32 need);
   bool SetAllocation(u32 allocation);
   u32 Readable() const;

@@ -6,18 +6,18 @@
 
 KRCollectionItem::~KRCollectionItem() = default;
 
-KRCollectionItem& KRCollectionItem::operator=(KRCollectionItem const& source) = default;
+KRCollectionItem& KRCollectionItem::operator=(const KRCollectionItem& source) = default;
 
-u16 KRCollectionItem::operator==(KRCollectionItem const& other) const {
+u16 KRCollectionItem::operator==(const KRCollectionItem& other) const {
   return this == &other ? 1 : 0;
 }
 
 KRCollectionItem* KRCollectionItem::Factory() const { return new KRCollectionItem; }
 
-KRCollection::KRCollection(KRCollection const& source)
+KRCollection::KRCollection(const KRCollection& source)
     : m_head(source.m_head), m_count(source.m_count) {}
 
-KRCollection& KRCollection::operator=(KRCollection const& source) {
+KRCollection& KRCollection::operator=(const KRCollection& source) {
   if (this == &source) return *this;
   RemoveOwned();
   m_head = source.m_head;
@@ -27,7 +27,7 @@ KRCollection& KRCollection::operator=(KRCollection const& source) {
 
 KRCollection::~KRCollection() { RemoveOwned(); }
 
-KRCollection& KRCollection::operator+=(KRCollectionItem const& item) {
+KRCollection& KRCollection::operator+=(const KRCollectionItem& item) {
   if (m_count == 65535) return *this;
   KRCollectionItem* const copy = item.Factory();
   if (copy == nullptr) {
@@ -43,7 +43,7 @@ KRCollection& KRCollection::operator+=(KRCollectionItem const& item) {
   return *this;
 }
 
-KRCollection& KRCollection::operator-=(KRCollectionItem const& item) {
+KRCollection& KRCollection::operator-=(const KRCollectionItem& item) {
   KRCollectionItem* before = nullptr;
   KRCollectionItem* element = m_head;
   u16 index = 0;

@@ -13,13 +13,13 @@ class KROFX_API KRCollectionItem : public krofx::internal::HeapObject {
   /// An item with no neighbours.
   KRCollectionItem() = default;
   /// A copy with the same links.
-  KRCollectionItem(KRCollectionItem const& source) = default;
+  KRCollectionItem(const KRCollectionItem& source) = default;
   virtual ~KRCollectionItem();
 
   /// Copies the links, and the content in a derived class.
-  virtual KRCollectionItem& operator=(KRCollectionItem const& source);
+  virtual KRCollectionItem& operator=(const KRCollectionItem& source);
   /// 1 when `other` is what this item looks for; here the very same object.
-  virtual u16 operator==(KRCollectionItem const& other) const;
+  virtual u16 operator==(const KRCollectionItem& other) const;
   /// A new item of the same class, owned by the caller; null when memory is exhausted.
   virtual KRCollectionItem* Factory() const;
 
@@ -46,19 +46,19 @@ class KROFX_API KRCollection {
   /// An empty collection.
   KRCollection() = default;
   /// Sees the source's items without owning them.
-  KRCollection(KRCollection const& source);
+  KRCollection(const KRCollection& source);
   /// Deletes the items that it owns, then sees the source's.
-  KRCollection& operator=(KRCollection const& source);
+  KRCollection& operator=(const KRCollection& source);
   /// Deletes the items that it owns.
   ~KRCollection();
 
   /// Puts a copy of `item`, made by its Factory, at the head. Nothing happens when memory is
   /// exhausted (the fire alarm is set then) or 65535 items are there. The previous link of the old
   /// head is not set.
-  KRCollection& operator+=(KRCollectionItem const& item);
+  KRCollection& operator+=(const KRCollectionItem& item);
   /// Removes the first element for which `item == element`, deleting it if the collection owns it.
   /// An element after the head goes only if its previous link was set. No match: nothing happens.
-  KRCollection& operator-=(KRCollectionItem const& item);
+  KRCollection& operator-=(const KRCollectionItem& item);
   /// The item at `index`, 0 being the newest; null beyond the end.
   KRCollectionItem* operator[](u16 index) const;
   /// How many items there are.

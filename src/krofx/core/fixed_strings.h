@@ -17,16 +17,16 @@ class KROFX_API FixedString : public KRMultiLenString {
   /// A null string.
   FixedString() noexcept : KRMultiLenString(OfLength{N}) {}
   /// A copy of the source's text and encoding, with spec length N.
-  FixedString(KRString const& source) : KRMultiLenString(source, OfLength{N}) {}
+  FixedString(const KRString& source) : KRMultiLenString(source, OfLength{N}) {}
   /// A copy, the source's spec length included.
-  FixedString(FixedString const& source) = default;
+  FixedString(const FixedString& source) = default;
   /// Takes the text over, and the source's spec length.
   FixedString(FixedString&& source) noexcept = default;
 
   using KRMultiLenString::operator=;
   /// Takes a copy of text and encoding; the spec length stays.
-  FixedString& operator=(FixedString const& source) {
-    operator=(static_cast<KRString const&>(source));
+  FixedString& operator=(const FixedString& source) {
+    operator=(static_cast<const KRString&>(source));
     return *this;
   }
 };
@@ -257,9 +257,9 @@ class KROFX_API KRUserPassword : public KRString171 {
   /// A null password with a limit of 171.
   KRUserPassword() { KeepSecret(); }
   /// A copy of the source's text and encoding, with a limit of 171.
-  KRUserPassword(KRString const& source) : KRString171(source) { KeepSecret(); }
+  KRUserPassword(const KRString& source) : KRString171(source) { KeepSecret(); }
   /// A copy, the source's limit included.
-  KRUserPassword(KRUserPassword const& source) : KRString171(source) { KeepSecret(); }
+  KRUserPassword(const KRUserPassword& source) : KRString171(source) { KeepSecret(); }
   /// Takes the text over, and the source's limit.
   KRUserPassword(KRUserPassword&& source) noexcept : KRString171(std::move(source)) {
     KeepSecret();
@@ -267,12 +267,12 @@ class KROFX_API KRUserPassword : public KRString171 {
 
   using KRString171::operator=;
   /// Takes a copy of text and encoding; the limit stays.
-  KRUserPassword& operator=(KRUserPassword const& source) {
-    operator=(static_cast<KRString const&>(source));
+  KRUserPassword& operator=(const KRUserPassword& source) {
+    operator=(static_cast<const KRString&>(source));
     return *this;
   }
   /// Takes a copy of a text; the limit stays. No copy of the text passes through other memory.
-  KRUserPassword& operator=(char const* text);
+  KRUserPassword& operator=(const char* text);
 
   /// Lowers the limit to the 32 characters of a password in the clear.
   void SetSpecLength32() { SetSpecLength(32); }
@@ -289,18 +289,18 @@ class KROFX_API KREMailMsgBody : public KRString2000 {
   /// A null body with a limit of 2000.
   KREMailMsgBody() = default;
   /// A copy of the source's text and encoding, with the limit of an assignment.
-  KREMailMsgBody(KRString const& source) { KREMailMsgBody::operator=(source); }
+  KREMailMsgBody(const KRString& source) { KREMailMsgBody::operator=(source); }
   /// A copy, the source's limit included.
-  KREMailMsgBody(KREMailMsgBody const& source) = default;
+  KREMailMsgBody(const KREMailMsgBody& source) = default;
   /// Takes the text over, and the source's limit.
   KREMailMsgBody(KREMailMsgBody&& source) noexcept = default;
 
   /// Takes a copy of text and encoding. The limit becomes 10000 when the source's is exactly that,
   /// and 2000 otherwise.
-  KREMailMsgBody& operator=(KRString const& source) override;
+  KREMailMsgBody& operator=(const KRString& source) override;
   /// As for any string.
-  KREMailMsgBody& operator=(KREMailMsgBody const& source) {
-    return operator=(static_cast<KRString const&>(source));
+  KREMailMsgBody& operator=(const KREMailMsgBody& source) {
+    return operator=(static_cast<const KRString&>(source));
   }
 
   /// 1 when the body is acceptable: not empty, and not longer than its limit, with a tolerance of

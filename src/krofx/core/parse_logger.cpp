@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr char const* kWarningNames[] = {
+constexpr const char* kWarningNames[] = {
     "KRPW_UNKNOWNEXCEPTION", "KRPW_UNKNOWNTAG",    "KRPW_INVALIDAGG", "KRPW_INVALIDELEM",
     "KRPW_BADFORMAT",        "KRPW_OUTOFRANGE",    "KRPW_TOOLONG",    "KRPW_SKIPFAILED",
     "KRPW_NULLPOINTER",      "KRPW_INVALIDENDAGG", "KRPW_MISSINGTAG", "KRPW_LOWERCASE",
@@ -33,14 +33,14 @@ bool IsSecret(KRTagID tag) noexcept {
   return tag == KRTag_USERPASS || tag == KRTag_NEWUSERPASS || tag == KRTag_ONETIMEPASS;
 }
 
-u16 LogWarning(KRParseWarning warning, KRString const& value, KRString const& tagText, KRTagID tag,
+u16 LogWarning(KRParseWarning warning, const KRString& value, const KRString& tagText, KRTagID tag,
                KRDataObj* object) {
   KRParseLogger* logger = KRParseLogger::TheKRParseLogger();
   if (logger == nullptr) return 0;
   return logger->AppendParseException(warning, value, tagText, tag, object);
 }
 
-u16 LogFixedText(KRParseWarning warning, char const* wording, KRString const& tagText, KRTagID tag,
+u16 LogFixedText(KRParseWarning warning, const char* wording, const KRString& tagText, KRTagID tag,
                  KRDataObj* object) {
   KRParseLogger* logger = KRParseLogger::TheKRParseLogger();
   return logger == nullptr ? u16{0} : logger->Log(warning, wording, tagText, tag, object);
@@ -65,7 +65,7 @@ u16 KRParseLogger::AppendParseException(KRParseWarning warning, KRString value, 
   return Log(warning, value, tagText, tag, object);
 }
 
-u16 KRParseLogger::Log(KRParseWarning warning, KRString const& value, KRString const& tagText,
+u16 KRParseLogger::Log(KRParseWarning warning, const KRString& value, const KRString& tagText,
                        KRTagID tag, KRDataObj* object) {
   m_anyLogged = 1;
   if (m_loggingEnabled == 0) return 1;
@@ -148,7 +148,7 @@ u16 KRParseLogger::DeepCopyFrom(KRParseLogger* source) {
   // Counted once, so that a log copied into itself ends.
   const u16 count = source->Entries();
   for (u16 i = 0; i < count; ++i) {
-    KRParseException const* original = source->Get(i);
+    const KRParseException* original = source->Get(i);
     if (original == nullptr) continue;
     if (m_loggingEnabled == 0) {
       m_anyLogged = 1;

@@ -50,8 +50,8 @@ class KROFX_API KRParseException : public krofx::internal::HeapObject {
  public:
   /// Nothing recorded: KRPW_UNKNOWNEXCEPTION, no object, no tag, empty texts, offset -1.
   KRParseException() = default;
-  KRParseException(KRParseException const&) = default;
-  KRParseException& operator=(KRParseException const&) = default;
+  KRParseException(const KRParseException&) = default;
+  KRParseException& operator=(const KRParseException&) = default;
   virtual ~KRParseException() = default;
 
   /// Puts the name of the warning, such as "KRPW_BADFORMAT", into `text`. A code that is none of
@@ -90,7 +90,7 @@ struct ThreadAccess;
 class WarningListener {
  public:
   /// Called after the storing. Must not change the log.
-  virtual void OnStored(KRParseException const& exception) = 0;
+  virtual void OnStored(const KRParseException& exception) = 0;
 
  protected:
   ~WarningListener() = default;
@@ -99,12 +99,12 @@ class WarningListener {
 /// Logs a warning on the calling thread's logger, as AppendParseException does; with no logger it
 /// is lost. The way for the library's own code, since a thread may have no logger.
 /// @return as AppendParseException; 0 with no logger.
-KROFX_API u16 LogWarning(KRParseWarning warning, KRString const& value, KRString const& tagText,
+KROFX_API u16 LogWarning(KRParseWarning warning, const KRString& value, const KRString& tagText,
                          KRTagID tag, KRDataObj* object);
 
 /// The same with a value text that is a fixed wording of the library and never comes from input or
 /// from the host: it is kept as it is, for a password tag too ("Password too long").
-KROFX_API u16 LogFixedText(KRParseWarning warning, char const* wording, KRString const& tagText,
+KROFX_API u16 LogFixedText(KRParseWarning warning, const char* wording, const KRString& tagText,
                            KRTagID tag, KRDataObj* object);
 }  // namespace krofx::internal
 
@@ -115,8 +115,8 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   /// An empty log with logging enabled, no buffer and no parser, and the fire alarm clear.
   KRParseLogger();
   ~KRParseLogger() override;
-  KRParseLogger(KRParseLogger const&) = delete;
-  KRParseLogger& operator=(KRParseLogger const&) = delete;
+  KRParseLogger(const KRParseLogger&) = delete;
+  KRParseLogger& operator=(const KRParseLogger&) = delete;
 
   /// The calling thread's logger. It belongs to the thread's attachment and goes with it. A thread
   /// that the library has not met yet is attached by this call.
@@ -176,10 +176,10 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
  private:
   friend class krofx::internal::HeldWarnings;
   friend struct krofx::internal::ThreadAccess;
-  friend u16 krofx::internal::LogFixedText(KRParseWarning warning, char const* wording,
-                                           KRString const& tagText, KRTagID tag, KRDataObj* object);
+  friend u16 krofx::internal::LogFixedText(KRParseWarning warning, const char* wording,
+                                           const KRString& tagText, KRTagID tag, KRDataObj* object);
 
-  u16 Log(KRParseWarning warning, KRString const& value, KRString const& tagText, KRTagID tag,
+  u16 Log(KRParseWarning warning, const KRString& value, const KRString& tagText, KRTagID tag,
           KRDataObj* object);
   u16 Store(KRParseException* exception);
   void AddContext(KRParseException* exception, bool withObject) const;

@@ -19,17 +19,17 @@ constexpr u16 kCDATAOpenLength = sizeof(kCDATAOpen) - 1;
 constexpr u16 kCDATACloseLength = sizeof(kCDATAClose) - 1;
 
 /// How much of `text` counts: its length, or one more than a string takes.
-std::size_t BoundedLength(char const* text) { return strnlen(text, KRString::kMaxLength + 1); }
+std::size_t BoundedLength(const char* text) { return strnlen(text, KRString::kMaxLength + 1); }
 
 void RaiseAlarm() { KRSetFireAlarm(KRFireAlarm_MemoryExhausted); }
 
 }  // namespace
 
-char const KRString::s_emptyText[1] = {'\0'};
+const char KRString::s_emptyText[1] = {'\0'};
 
-KRString::KRString(char const* text) { CopyString(text); }
+KRString::KRString(const char* text) { CopyString(text); }
 
-KRString::KRString(KRString const& source)
+KRString::KRString(const KRString& source)
     : m_specLength(source.m_specLength), m_encoding(source.m_encoding) {
   if (source.m_length > 0) ReplaceText(source.m_buffer, source.m_length);
 }
@@ -49,7 +49,7 @@ KRString::KRString(KRString&& source) noexcept
   source.m_length = 0;
 }
 
-KRString& KRString::operator=(KRString const& source) {
+KRString& KRString::operator=(const KRString& source) {
   // An empty source may have a buffer; it frees this one's all the same.
   ReplaceText(source.m_buffer, source.m_length);
   m_encoding = source.m_encoding;
@@ -72,7 +72,7 @@ void KRString::Truncate(u16 length) {
 
 void KRString::TruncateToSpec() { Truncate(m_specLength); }
 
-KRString& KRString::operator=(char const* text) {
+KRString& KRString::operator=(const char* text) {
   if (text != nullptr && *text != '\0') {
     CopyString(text);
   } else if (m_buffer != nullptr) {
@@ -81,16 +81,16 @@ KRString& KRString::operator=(char const* text) {
   return *this;
 }
 
-u16 KRString::Assign(char const* text, u16 length) {
-  u16 const counted = text == nullptr ? u16{0} : static_cast<u16>(strnlen(text, length));
-  u16 const result = ReplaceText(text, counted);
+u16 KRString::Assign(const char* text, u16 length) {
+  const u16 counted = text == nullptr ? u16{0} : static_cast<u16>(strnlen(text, length));
+  const u16 result = ReplaceText(text, counted);
   if (counted <= kMaxLength) m_encoding = KRStringEncode_Plain;
   return result;
 }
 
-KRString& KRString::operator+=(char const* text) {
+KRString& KRString::operator+=(const char* text) {
   if (text == nullptr || *text == '\0') return *this;
-  std::size_t const length = BoundedLength(text);
+  const std::size_t length = BoundedLength(text);
   if (length > kMaxLength) {
     RaiseAlarm();
   } else {
@@ -108,19 +108,19 @@ u16 KRString::IsWhiteSpace() const {
   return m_buffer == nullptr || std::strspn(m_buffer, " \n\r\t") == m_length ? 1 : 0;
 }
 
-u16 KRString::Equal(KRString const& other) const {
+u16 KRString::Equal(const KRString& other) const {
   if (m_length != other.m_length) return 0;
   return m_length == 0 || std::memcmp(m_buffer, other.m_buffer, m_length) == 0 ? 1 : 0;
 }
 
-u16 KRString::operator==(char const* text) const {
+u16 KRString::operator==(const char* text) const {
   if (m_length == 0 || text == nullptr) {
     return m_length == 0 && (text == nullptr || *text == '\0') ? 1 : 0;
   }
   return std::strcmp(m_buffer, text) == 0 ? 1 : 0;
 }
 
-u16 KRString::strcmpi(char const* text) const {
+u16 KRString::strcmpi(const char* text) const {
   return strcasecmp(*this, text == nullptr ? s_emptyText : text) == 0 ? 1 : 0;
 }
 
@@ -138,7 +138,7 @@ void KRString::TrimTrailingSpaces() {
 
 void KRString::TrimLeadingSpaces() {
   if (m_buffer == nullptr) return;
-  auto const blanks = static_cast<u16>(std::strspn(m_buffer, " "));
+  const auto blanks = static_cast<u16>(std::strspn(m_buffer, " "));
   m_length = static_cast<u16>(m_length - blanks);
   std::memmove(m_buffer, m_buffer + blanks, m_length + 1u);
 }
@@ -175,7 +175,7 @@ void KRString::ToCDATA() {
     }
     KRString wrapped;
     wrapped.m_secret = m_secret;
-    auto const size = static_cast<u16>(kCDATAOpenLength + m_length + kCDATACloseLength + 1);
+    const auto size = static_cast<u16>(kCDATAOpenLength + m_length + kCDATACloseLength + 1);
     if (wrapped.AllocStringBuffer(size) != 0) {
       wrapped.AppendText(kCDATAOpen, kCDATAOpenLength);
       wrapped.AppendText(m_buffer, m_length);
@@ -234,7 +234,7 @@ u16 KRString::AllocStringBuffer(u16 size) {
   if (m_buffer == nullptr) {
     std::memset(grown, 0, size);
   } else {
-    u16 const length = m_length;
+    const u16 length = m_length;
     std::memcpy(grown, m_buffer, m_allocated);
     ReleaseBuffer();
     m_length = length;
@@ -244,9 +244,9 @@ u16 KRString::AllocStringBuffer(u16 size) {
   return 1;
 }
 
-u16 KRString::CopyString(char const* text) {
+u16 KRString::CopyString(const char* text) {
   if (text == nullptr) return 1;
-  std::size_t const length = BoundedLength(text);
+  const std::size_t length = BoundedLength(text);
   if (length > kMaxLength) {
     RaiseAlarm();
     return 0;
@@ -256,7 +256,7 @@ u16 KRString::CopyString(char const* text) {
 
 // Puts a copy of `length` bytes in the place of the text; none free it. The bytes may be the
 // string's own.
-u16 KRString::ReplaceText(char const* text, u16 length) {
+u16 KRString::ReplaceText(const char* text, u16 length) {
   if (length > kMaxLength) {
     RaiseAlarm();
     return 0;
@@ -267,7 +267,7 @@ u16 KRString::ReplaceText(char const* text, u16 length) {
   }
   if (length >= m_allocated) {
     // The old text is not needed in the new place, so a fresh block is cheaper than moving it.
-    auto const size = static_cast<u16>(length + 1);
+    const auto size = static_cast<u16>(length + 1);
     auto* fresh = static_cast<char*>(krofx::internal::AllocateSized(size));
     if (fresh != nullptr) std::memcpy(fresh, text, length);
     if (m_buffer != nullptr) ReleaseBuffer();
@@ -286,13 +286,13 @@ u16 KRString::ReplaceText(char const* text, u16 length) {
 }
 
 // Appends `length` bytes, which may be the string's own.
-u16 KRString::AppendText(char const* text, u16 length) {
+u16 KRString::AppendText(const char* text, u16 length) {
   if (length > kMaxLength - m_length) {
     RaiseAlarm();
     return 0;
   }
-  bool const own = m_buffer != nullptr && text >= m_buffer && text < m_buffer + m_allocated;
-  std::size_t const place = own ? static_cast<std::size_t>(text - m_buffer) : 0;
+  const bool own = m_buffer != nullptr && text >= m_buffer && text < m_buffer + m_allocated;
+  const std::size_t place = own ? static_cast<std::size_t>(text - m_buffer) : 0;
   if (AllocStringBuffer(static_cast<u16>(m_length + length + 1)) == 0) return 0;
   std::memmove(m_buffer + m_length, own ? m_buffer + place : text, length);
   m_length = static_cast<u16>(m_length + length);
@@ -300,11 +300,11 @@ u16 KRString::AppendText(char const* text, u16 length) {
   return 1;
 }
 
-KRString operator+(KRString const& left, KRString const& right) {
+KRString operator+(const KRString& left, const KRString& right) {
   KRString sum;
   sum.m_specLength = left.m_specLength;
-  u32 const length = u32{left.m_length} + right.m_length;
-  bool const tooLong = length > KRString::kMaxLength;
+  const u32 length = u32{left.m_length} + right.m_length;
+  const bool tooLong = length > KRString::kMaxLength;
   if (tooLong) RaiseAlarm();
   if (length == 0) {
     // Null: an empty buffer is not copied.
@@ -319,26 +319,26 @@ KRString operator+(KRString const& left, KRString const& right) {
   return sum;
 }
 
-KRMultiLenString::KRMultiLenString(KRString const& source, OfLength specLength)
+KRMultiLenString::KRMultiLenString(const KRString& source, OfLength specLength)
     : KRString(specLength) {
   KRMultiLenString::operator=(source);
 }
 
-KRMultiLenString& KRMultiLenString::operator=(KRString const& source) {
-  u16 const own = SpecLength();
+KRMultiLenString& KRMultiLenString::operator=(const KRString& source) {
+  const u16 own = SpecLength();
   KRString::operator=(source);
   KRString::SetSpecLength(own);
   return *this;
 }
 
-KRUserPassword& KRUserPassword::operator=(char const* text) {
+KRUserPassword& KRUserPassword::operator=(const char* text) {
   Assign(text, text == nullptr ? u16{0} : static_cast<u16>(BoundedLength(text)));
   return *this;
 }
 
-KREMailMsgBody& KREMailMsgBody::operator=(KRString const& source) {
+KREMailMsgBody& KREMailMsgBody::operator=(const KRString& source) {
   // Read first: the source may be this very string.
-  u16 const limit = source.SpecLength() == 10000 ? 10000 : 2000;
+  const u16 limit = source.SpecLength() == 10000 ? 10000 : 2000;
   KRString::operator=(source);
   KRString::SetSpecLength(limit);
   return *this;
@@ -346,6 +346,6 @@ KREMailMsgBody& KREMailMsgBody::operator=(KRString const& source) {
 
 u16 KREMailMsgBody::IsValid() const {
   if (IsEmpty() != 0) return 0;
-  u32 const limit = SpecLength() == 2000 ? 2000 + kTolerance : SpecLength();
+  const u32 limit = SpecLength() == 2000 ? 2000 + kTolerance : SpecLength();
   return GetStrLength() <= limit ? 1 : 0;
 }

@@ -47,9 +47,9 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// A null string: no text, no spec length, plain.
   KRString() noexcept = default;
   /// A copy of `text`; a null or empty text makes a null string.
-  KRString(char const* text);
+  KRString(const char* text);
   /// A copy of text, encoding and spec length. An empty source makes a null string.
-  KRString(KRString const& source);
+  KRString(const KRString& source);
   /// Takes the text over; the source is left null, with its spec length and encoding.
   KRString(KRString&& source) noexcept;
   /// Frees the text.
@@ -59,7 +59,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
 
   /// Takes a copy of the source's text, encoding and spec length. An empty source frees the text.
   /// Classes with a spec length of their own keep it.
-  virtual KRString& operator=(KRString const& source);
+  virtual KRString& operator=(const KRString& source);
   /// For the message-set version of the owner: no string depends on it. Does nothing, returns 1.
   virtual u16 SetMsgSetVersion(u16 version);
   /// 1 when the text is acceptable to the OFX standard: not longer than the spec length.
@@ -75,13 +75,13 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// Takes a copy of `text`; spec length and encoding stay. A null or empty text frees what the
   /// string held and then also resets spec length (65535) and encoding (plain); on a null string it
   /// does nothing.
-  KRString& operator=(char const* text);
+  KRString& operator=(const char* text);
   /// Takes a copy of `length` bytes, which need no terminator; text ends at a NUL among them. The
   /// spec length stays and the encoding becomes plain. No bytes, or a null pointer, free the text.
   /// @return 1; 0 when memory is exhausted (null then) or the text is too long (kept then).
-  u16 Assign(char const* text, u16 length);
+  u16 Assign(const char* text, u16 length);
   /// Appends `text`; null or empty does nothing.
-  KRString& operator+=(char const* text);
+  KRString& operator+=(const char* text);
   /// Appends one character; a NUL does nothing.
   KRString& operator+=(char character);
 
@@ -102,21 +102,21 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// Says how the text is meant; the text stays as it is.
   void SetEncoding(KRStringEncode encoding) { m_encoding = static_cast<unsigned char>(encoding); }
   /// The text, never null: a null string gives an empty text. Valid until the string changes.
-  operator char const*() const { return m_buffer != nullptr ? m_buffer : s_emptyText; }
+  operator const char*() const { return m_buffer != nullptr ? m_buffer : s_emptyText; }
   /// 1 when there is no character but blank, line feed, carriage return and tab.
   u16 IsWhiteSpace() const;
 
   /// 1 when the texts are the same; null and empty are.
-  u16 operator==(KRString const& other) const { return Equal(other); }
+  u16 operator==(const KRString& other) const { return Equal(other); }
   /// 1 when the texts are the same; a null or empty string equals a null or empty pointer.
-  u16 operator==(char const* text) const;
+  u16 operator==(const char* text) const;
   /// The negation of ==.
-  u16 operator!=(KRString const& other) const { return Equal(other) == 0 ? 1 : 0; }
+  u16 operator!=(const KRString& other) const { return Equal(other) == 0 ? 1 : 0; }
   /// The negation of ==.
-  u16 operator!=(char const* text) const { return *this == text ? 0 : 1; }
+  u16 operator!=(const char* text) const { return *this == text ? 0 : 1; }
   /// As ==, without regard to case: 1 when the texts are equal and 0 when not, the reverse of the
   /// standard function of like name.
-  u16 strcmpi(char const* text) const;
+  u16 strcmpi(const char* text) const;
 
   /// Fills all allocated bytes but the last with `character`: Clear(0) empties the text and keeps
   /// the memory. A null string stays null.
@@ -153,14 +153,14 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   explicit KRString(OfLength specLength) noexcept : m_specLength(specLength.value) {}
 
   /// 1 when the texts are the same.
-  u16 Equal(KRString const& other) const;
+  u16 Equal(const KRString& other) const;
   /// From now on memory is overwritten before it is given back.
   void KeepSecret() { m_secret = 1; }
 
  private:
   template <class Text>
   friend class krofx::internal::StoredText;
-  friend KROFX_API KRString operator+(KRString const& left, KRString const& right);
+  friend KROFX_API KRString operator+(const KRString& left, const KRString& right);
 
   // A string that was made in one block with its text has the text right behind itself.
   char* TextBehind() { return reinterpret_cast<char*>(this) + sizeof(KRString); }
@@ -168,7 +168,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
     return m_blockUnits != 0 && m_buffer == reinterpret_cast<const char*>(this) + sizeof(KRString);
   }
   // The text of a string that is made in a block of `bytes` bytes: up to kMostInBlock.
-  void PlaceText(char const* text, u16 length, std::size_t bytes) {
+  void PlaceText(const char* text, u16 length, std::size_t bytes) {
     m_buffer = TextBehind();
     m_allocated = static_cast<u16>(length + 1);
     m_length = length;
@@ -182,13 +182,13 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   void Init();
   void FreeMemory();
   u16 AllocStringBuffer(u16 size);
-  u16 CopyString(char const* text);
-  u16 ReplaceText(char const* text, u16 length);
-  u16 AppendText(char const* text, u16 length);
+  u16 CopyString(const char* text);
+  u16 ReplaceText(const char* text, u16 length);
+  u16 AppendText(const char* text, u16 length);
   void ReleaseBuffer();
   void Recount();
 
-  static char const s_emptyText[1];
+  static const char s_emptyText[1];
 
   char* m_buffer = nullptr;
   u16 m_specLength = kNoSpecLength;
@@ -203,12 +203,12 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
 
 /// The text of `left` followed by that of `right`, with the left's spec length; CDATA when
 /// either is. When the whole cannot be made, the left text alone.
-KROFX_API KRString operator+(KRString const& left, KRString const& right);
+KROFX_API KRString operator+(const KRString& left, const KRString& right);
 
 /// 1 when the texts are the same.
-inline u16 operator==(char const* text, KRString const& string) { return string == text; }
+inline u16 operator==(const char* text, const KRString& string) { return string == text; }
 /// 1 when the texts differ.
-inline u16 operator!=(char const* text, KRString const& string) { return string != text; }
+inline u16 operator!=(const char* text, const KRString& string) { return string != text; }
 
 /// A string that keeps its own spec length whatever it is assigned. Used directly where the length
 /// depends on the message-set version.
@@ -217,24 +217,24 @@ class KROFX_API KRMultiLenString : public KRString {
   /// A null string with no limit.
   KRMultiLenString() noexcept = default;
   /// A copy of the source's text and encoding, with no limit.
-  KRMultiLenString(KRString const& source) : KRMultiLenString(source, OfLength{kNoSpecLength}) {}
+  KRMultiLenString(const KRString& source) : KRMultiLenString(source, OfLength{kNoSpecLength}) {}
   /// A copy, the spec length included.
-  KRMultiLenString(KRMultiLenString const& source) = default;
+  KRMultiLenString(const KRMultiLenString& source) = default;
   /// Takes the text over, and the spec length.
   KRMultiLenString(KRMultiLenString&& source) noexcept = default;
 
   /// Takes a copy of text and encoding; the spec length of this string stays.
-  KRMultiLenString& operator=(KRString const& source) override;
+  KRMultiLenString& operator=(const KRString& source) override;
   /// As for any string.
-  KRMultiLenString& operator=(KRMultiLenString const& source) {
-    return operator=(static_cast<KRString const&>(source));
+  KRMultiLenString& operator=(const KRMultiLenString& source) {
+    return operator=(static_cast<const KRString&>(source));
   }
 
  protected:
   /// A null string with a spec length.
   explicit KRMultiLenString(OfLength specLength) noexcept : KRString(specLength) {}
   /// A copy of the source's text and encoding with a spec length.
-  KRMultiLenString(KRString const& source, OfLength specLength);
+  KRMultiLenString(const KRString& source, OfLength specLength);
 };
 
 #endif  // KROFX_CORE_STRING_H_

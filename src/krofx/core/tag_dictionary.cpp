@@ -33,7 +33,7 @@ int Lower(char c) {
   return value >= 'A' && value <= 'Z' ? value + ('a' - 'A') : value;
 }
 
-int CompareIgnoringCase(char const* left, char const* right, u16 length) {
+int CompareIgnoringCase(const char* left, const char* right, u16 length) {
   for (u16 i = 0; i < length; ++i) {
     const int difference = Lower(left[i]) - Lower(right[i]);
     if (difference != 0 || left[i] == '\0') return difference;
@@ -41,24 +41,24 @@ int CompareIgnoringCase(char const* left, char const* right, u16 length) {
   return 0;
 }
 
-int CompareTexts(KRCompareInfo const& left, KRCompareInfo const& right, KRCaseType type) {
+int CompareTexts(const KRCompareInfo& left, const KRCompareInfo& right, KRCaseType type) {
   if (left.length != right.length) return left.length - right.length;
   if (left.length == 0) return 0;
   return type == KRCaseType_Exact ? std::strncmp(left.text, right.text, left.length)
                                   : CompareIgnoringCase(left.text, right.text, left.length);
 }
 
-KRCompareInfo TextOf(KRMapTagStringToID const& row) { return {row.entry->text, row.length}; }
+KRCompareInfo TextOf(const KRMapTagStringToID& row) { return {row.entry->text, row.length}; }
 
-int CompareRowsExactly(void const* left, void const* right) {
-  return CompareTexts(TextOf(*static_cast<KRMapTagStringToID const*>(left)),
-                      TextOf(*static_cast<KRMapTagStringToID const*>(right)), KRCaseType_Exact);
+int CompareRowsExactly(const void* left, const void* right) {
+  return CompareTexts(TextOf(*static_cast<const KRMapTagStringToID*>(left)),
+                      TextOf(*static_cast<const KRMapTagStringToID*>(right)), KRCaseType_Exact);
 }
 
 int LowBits(KRTagID id) { return static_cast<u16>(id); }
 
 template <typename Word>
-std::uint64_t LoadWord(char const* text) {
+std::uint64_t LoadWord(const char* text) {
   Word word;
   std::memcpy(&word, text, sizeof word);
   return word;
@@ -66,7 +66,7 @@ std::uint64_t LoadWord(char const* text) {
 
 // The first and the last eight characters, or less where the text is short, tell all but a few tags
 // of one length apart.
-u32 Hash(char const* text, u16 length) {
+u32 Hash(const char* text, u16 length) {
   std::uint64_t first = 0;
   std::uint64_t last = 0;
   if (length >= 8) {
@@ -112,8 +112,8 @@ s16 KRBinarySearch::Search() {
   return -1;
 }
 
-SearchDictionaryEntry::SearchDictionaryEntry(KRMapTagStringToID const* lookup, u16 count,
-                                             char const* text, u16 length, KRCaseType type)
+SearchDictionaryEntry::SearchDictionaryEntry(const KRMapTagStringToID* lookup, u16 count,
+                                             const char* text, u16 length, KRCaseType type)
     : m_lookup(lookup), m_text(text), m_length(length), m_count(count), m_type(type) {}
 
 int SearchDictionaryEntry::Compare(u16 index) {
@@ -122,7 +122,7 @@ int SearchDictionaryEntry::Compare(u16 index) {
 
 u16 SearchDictionaryEntry::GetNumberOfItems() { return m_count; }
 
-SearchDictionaryIndex::SearchDictionaryIndex(KRMapTagIDToIndex const* lookup, u16 count, KRTagID id)
+SearchDictionaryIndex::SearchDictionaryIndex(const KRMapTagIDToIndex* lookup, u16 count, KRTagID id)
     : m_lookup(lookup), m_id(id), m_count(count) {}
 
 int SearchDictionaryIndex::Compare(u16 index) {
@@ -133,7 +133,7 @@ u16 SearchDictionaryIndex::GetNumberOfItems() { return m_count; }
 
 std::atomic<KRCaseType> TagDictionary::m_compareType = KRCaseType_Exact;
 
-TagDictionary::TagDictionary(KRTagDictionaryEntry const* table, u16 count)
+TagDictionary::TagDictionary(const KRTagDictionaryEntry* table, u16 count)
     : m_table(table), m_count(table == nullptr ? u16{0} : count) {
   m_compareType.store(KRCaseType_Exact, std::memory_order_relaxed);
   if (MakeLookupByText() == 0) {
@@ -201,18 +201,18 @@ u16 TagDictionary::AreTagIDsContiguous() const {
   return 1;
 }
 
-KRTagDictionaryEntry const* TagDictionary::GetTagID(char const* text, u16 length, KRTagID* id,
+const KRTagDictionaryEntry* TagDictionary::GetTagID(const char* text, u16 length, KRTagID* id,
                                                     KRCaseType type) const {
   // Only a change is stored, so that threads with the same rule do not pass a cache line about.
   if (m_compareType.load(std::memory_order_relaxed) != type) {
     m_compareType.store(type, std::memory_order_relaxed);
   }
-  KRTagDictionaryEntry const* entry = FindDictionaryEntry(text, length, type);
+  const KRTagDictionaryEntry* entry = FindDictionaryEntry(text, length, type);
   if (id != nullptr) *id = entry == nullptr ? KRTag_None : entry->tagID;
   return entry;
 }
 
-KRTagDictionaryEntry const* TagDictionary::FindDictionaryEntry(char const* text, u16 length,
+const KRTagDictionaryEntry* TagDictionary::FindDictionaryEntry(const char* text, u16 length,
                                                                KRCaseType type) const {
   if (m_lookupByText == nullptr || text == nullptr) return nullptr;
   if (type == KRCaseType_Exact && m_hash != nullptr) return FindExact(text, length);
@@ -220,24 +220,24 @@ KRTagDictionaryEntry const* TagDictionary::FindDictionaryEntry(char const* text,
   return found < 0 ? nullptr : m_lookupByText[found].entry;
 }
 
-KRTagDictionaryEntry const* TagDictionary::FindExact(char const* text, u16 length) const {
+const KRTagDictionaryEntry* TagDictionary::FindExact(const char* text, u16 length) const {
   for (u32 place = Hash(text, length) & m_hashMask;; place = (place + 1) & m_hashMask) {
     const TagHashSlot slot = m_hash[place];
     if (slot.position == TagHashSlot::kFree) return nullptr;
     if (slot.length != length) continue;
-    KRTagDictionaryEntry const* entry = m_lookupByText[slot.position].entry;
+    const KRTagDictionaryEntry* entry = m_lookupByText[slot.position].entry;
     if (std::memcmp(entry->text, text, length) == 0) return entry;
   }
 }
 
-KRTagDictionaryEntry const* TagDictionary::FindDictionaryEntry(KRTagID id) const {
+const KRTagDictionaryEntry* TagDictionary::FindDictionaryEntry(KRTagID id) const {
   for (u16 i = 0; i < m_count; ++i) {
     if (m_table[i].tagID == id) return &m_table[i];
   }
   return nullptr;
 }
 
-char const* TagDictionary::GetTagString(KRTagID id) const {
+const char* TagDictionary::GetTagString(KRTagID id) const {
   switch (m_lookupMode) {
     case kDirectIndex: {
       const u32 index = id - m_lowestTagID;
@@ -250,21 +250,21 @@ char const* TagDictionary::GetTagString(KRTagID id) const {
     case kLinearScan:
       break;
   }
-  KRTagDictionaryEntry const* entry = FindDictionaryEntry(id);
+  const KRTagDictionaryEntry* entry = FindDictionaryEntry(id);
   return entry == nullptr ? nullptr : entry->text;
 }
 
-int TagDictionary::sCompareTag(void const* left, void const* right) {
-  return sCompare(TextOf(*static_cast<KRMapTagStringToID const*>(left)),
-                  TextOf(*static_cast<KRMapTagStringToID const*>(right)));
+int TagDictionary::sCompareTag(const void* left, const void* right) {
+  return sCompare(TextOf(*static_cast<const KRMapTagStringToID*>(left)),
+                  TextOf(*static_cast<const KRMapTagStringToID*>(right)));
 }
 
-int TagDictionary::sCompareTagID(void const* left, void const* right) {
-  return LowBits(static_cast<KRMapTagIDToIndex const*>(left)->tagID) -
-         LowBits(static_cast<KRMapTagIDToIndex const*>(right)->tagID);
+int TagDictionary::sCompareTagID(const void* left, const void* right) {
+  return LowBits(static_cast<const KRMapTagIDToIndex*>(left)->tagID) -
+         LowBits(static_cast<const KRMapTagIDToIndex*>(right)->tagID);
 }
 
-int TagDictionary::sCompare(KRCompareInfo const& left, KRCompareInfo const& right) {
+int TagDictionary::sCompare(const KRCompareInfo& left, const KRCompareInfo& right) {
   return CompareTexts(left, right, m_compareType.load(std::memory_order_relaxed));
 }
 

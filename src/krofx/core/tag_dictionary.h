@@ -33,18 +33,18 @@ enum KRCaseType : u32 {
 /// A row of a table of tags.
 struct KRTagDictionaryEntry {
   KRTagID tagID;     ///< the id
-  char const* text;  ///< the text on the wire, without "<" and ">"; constant
+  const char* text;  ///< the text on the wire, without "<" and ">"; constant
 };
 
 /// The table of all tags, in id order: NumberOfKRDictionaryEntry() rows. Constant, never freed.
-KROFX_API KRTagDictionaryEntry const* GetKRTagDictionary();
+KROFX_API const KRTagDictionaryEntry* GetKRTagDictionary();
 
 /// The number of rows of GetKRTagDictionary().
 KROFX_API u16 NumberOfKRDictionaryEntry();
 
 /// A row of a dictionary's lookup by text.
 struct KRMapTagStringToID {
-  KRTagDictionaryEntry const* entry;  ///< the row of the table
+  const KRTagDictionaryEntry* entry;  ///< the row of the table
   u16 length;                         ///< characters of its text
 };
 
@@ -56,7 +56,7 @@ struct KRMapTagIDToIndex {
 
 /// A text with its length, as a key for TagDictionary::sCompare.
 struct KRCompareInfo {
-  char const* text;  ///< need not be terminated
+  const char* text;  ///< need not be terminated
   u16 length;        ///< characters of it
 };
 
@@ -84,14 +84,14 @@ class KROFX_API SearchDictionaryEntry final : public KRBinarySearch {
   /// @param text the key; need not be terminated.
   /// @param length characters of the key.
   /// @param type how texts of one length are compared.
-  SearchDictionaryEntry(KRMapTagStringToID const* lookup, u16 count, char const* text, u16 length,
+  SearchDictionaryEntry(const KRMapTagStringToID* lookup, u16 count, const char* text, u16 length,
                         KRCaseType type);
   int Compare(u16 index) override;
   u16 GetNumberOfItems() override;
 
  private:
-  KRMapTagStringToID const* m_lookup;
-  char const* m_text;
+  const KRMapTagStringToID* m_lookup;
+  const char* m_text;
   u16 m_length;
   u16 m_count;
   KRCaseType m_type;
@@ -102,12 +102,12 @@ class KROFX_API SearchDictionaryIndex final : public KRBinarySearch {
  public:
   /// @param lookup `count` rows that rise by the low 16 bits of their ids; not owned.
   /// @param id the key; its low 16 bits count.
-  SearchDictionaryIndex(KRMapTagIDToIndex const* lookup, u16 count, KRTagID id);
+  SearchDictionaryIndex(const KRMapTagIDToIndex* lookup, u16 count, KRTagID id);
   int Compare(u16 index) override;
   u16 GetNumberOfItems() override;
 
  private:
-  KRMapTagIDToIndex const* m_lookup;
+  const KRMapTagIDToIndex* m_lookup;
   KRTagID m_id;
   u16 m_count;
 };
@@ -122,11 +122,11 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   ///
   /// @param table `count` rows, which must outlive the dictionary; at most 32767 of them can be
   ///        found by text. Ids should rise by 1 from row to row.
-  TagDictionary(KRTagDictionaryEntry const* table, u16 count);
+  TagDictionary(const KRTagDictionaryEntry* table, u16 count);
   /// Frees the lookups, never the table.
   ~TagDictionary();
-  TagDictionary(TagDictionary const&) = delete;
-  TagDictionary& operator=(TagDictionary const&) = delete;
+  TagDictionary(const TagDictionary&) = delete;
+  TagDictionary& operator=(const TagDictionary&) = delete;
 
   /// Finds a tag by its text. Stores `type` in m_compareType.
   ///
@@ -136,26 +136,26 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   /// @param type exact, or without regard to case. A table with texts in small letters is out of
   ///        order for a search without regard to case, which may then miss.
   /// @return the row of the table, or null.
-  KRTagDictionaryEntry const* GetTagID(char const* text, u16 length, KRTagID* id,
+  const KRTagDictionaryEntry* GetTagID(const char* text, u16 length, KRTagID* id,
                                        KRCaseType type) const;
 
   /// Finds a tag by its id, by a scan of the table.
   /// @return the row of the table, or null.
-  KRTagDictionaryEntry const* FindDictionaryEntry(KRTagID id) const;
+  const KRTagDictionaryEntry* FindDictionaryEntry(KRTagID id) const;
 
   /// The text of a tag, without a search when the table's ids are contiguous. When they are not,
   /// the table must be in id order: the answer is taken from the row whose place in the table is
   /// the place of the id among all ids, and only the low 16 bits of the id count.
   /// @return the text, which belongs to the table, or null for an id that is no tag.
-  char const* GetTagString(KRTagID id) const;
+  const char* GetTagString(KRTagID id) const;
 
   /// Orders two KRMapTagStringToID as the top of this file says, texts of one length by
   /// m_compareType.
-  static int sCompareTag(void const* left, void const* right);
+  static int sCompareTag(const void* left, const void* right);
   /// Orders two KRMapTagIDToIndex by the low 16 bits of their ids.
-  static int sCompareTagID(void const* left, void const* right);
+  static int sCompareTagID(const void* left, const void* right);
   /// Orders two texts as sCompareTag.
-  static int sCompare(KRCompareInfo const& left, KRCompareInfo const& right);
+  static int sCompare(const KRCompareInfo& left, const KRCompareInfo& right);
 
   /// The case type of the latest lookup by text, of all dictionaries and threads; what the
   /// comparison functions above go by. A lookup itself goes by its own argument, so threads do not
@@ -175,15 +175,15 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
     kLinearScan = 2,    // there is no lookup by id
   };
 
-  KRTagDictionaryEntry const* FindDictionaryEntry(char const* text, u16 length,
+  const KRTagDictionaryEntry* FindDictionaryEntry(const char* text, u16 length,
                                                   KRCaseType type) const;
-  KRTagDictionaryEntry const* FindExact(char const* text, u16 length) const;
+  const KRTagDictionaryEntry* FindExact(const char* text, u16 length) const;
   u16 AreTagIDsContiguous() const;
   u16 MakeLookupByText();
   void MakeHash();
   void MakeLookupByID();
 
-  KRTagDictionaryEntry const* m_table;
+  const KRTagDictionaryEntry* m_table;
   KRMapTagStringToID* m_lookupByText = nullptr;
   u16 m_count;
   KRMapTagIDToIndex* m_lookupByID = nullptr;

@@ -30,22 +30,22 @@ constexpr Direction kDecode = {DecodeInit, DecodeUpdate, DecodeFinal,
                                [](u32 input) { return std::uint64_t{input}; }};
 
 // Replaces the algorithm object by a fresh one that is ready for the direction.
-bool SetUp(AlgorithmObject*& algorithm, KRAlgorithmChooser chooser, Direction const& direction) {
+bool SetUp(AlgorithmObject*& algorithm, KRAlgorithmChooser chooser, const Direction& direction) {
   DestroyAlgorithmObject(algorithm);
   algorithm = CreateAlgorithmObject();
   return BindAlgorithm(algorithm, chooser) == 0 && direction.init(algorithm) == 0;
 }
 
 // Codes the whole input into the output.
-bool Code(AlgorithmObject* algorithm, KRBuffer const* input, KRBuffer& output,
-          Direction const& direction) {
+bool Code(AlgorithmObject* algorithm, const KRBuffer* input, KRBuffer& output,
+          const Direction& direction) {
   // An output that is its own input would be written over while it is read.
   if (input == &output) return false;
-  ByteView const bytes = ViewOf(input);
+  const ByteView bytes = ViewOf(input);
   if (bytes.data == nullptr) return false;
-  std::uint64_t const needed = direction.room(bytes.length);
+  const std::uint64_t needed = direction.room(bytes.length);
   if (needed > std::numeric_limits<u32>::max()) return false;
-  auto const room = static_cast<u32>(needed);
+  const auto room = static_cast<u32>(needed);
   char* const out = RoomIn(output, room);
   u32 written = 0;
   u32 rest = 0;

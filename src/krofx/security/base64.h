@@ -26,8 +26,8 @@ class KROFX_API KREncode : public krofx::internal::HeapObject {
   explicit KREncode(int (*chooser)(unsigned char**));
   /// Encodes a buffer at once. A failure shows in the output alone, which is empty then.
   KREncode(KRBuffer* input, int (*chooser)(unsigned char**));
-  KREncode(KREncode const&) = delete;
-  KREncode& operator=(KREncode const&) = delete;
+  KREncode(const KREncode&) = delete;
+  KREncode& operator=(const KREncode&) = delete;
   virtual ~KREncode();
 
   /// Encodes the whole content of a buffer, wherever its cursor stands.
@@ -61,8 +61,8 @@ class KROFX_API KRDecode : public krofx::internal::HeapObject {
   explicit KRDecode(int (*chooser)(unsigned char**));
   /// Decodes a buffer at once. A failure shows in the output alone, which is not to be used then.
   KRDecode(KRBuffer* input, int (*chooser)(unsigned char**));
-  KRDecode(KRDecode const&) = delete;
-  KRDecode& operator=(KRDecode const&) = delete;
+  KRDecode(const KRDecode&) = delete;
+  KRDecode& operator=(const KRDecode&) = delete;
   virtual ~KRDecode();
 
   /// Decodes the whole content of a buffer, wherever its cursor stands.

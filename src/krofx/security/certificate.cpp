@@ -21,8 +21,8 @@ constexpr u32 kMaxPublicKey = 65535;
 // The date of a count of seconds, which may lie outside the 32 bits that dates take by assignment.
 KRDateTime DateOf(std::int64_t seconds) {
   constexpr std::int64_t kSecondsInDay = 86400;
-  std::int64_t const days = seconds / kSecondsInDay - (seconds % kSecondsInDay < 0 ? 1 : 0);
-  krofx::internal::CalendarDate const date = krofx::internal::DateFromDays(days);
+  const std::int64_t days = seconds / kSecondsInDay - (seconds % kSecondsInDay < 0 ? 1 : 0);
+  const krofx::internal::CalendarDate date = krofx::internal::DateFromDays(days);
   return {static_cast<s16>(date.year),
           static_cast<s16>(date.month),
           static_cast<s16>(date.day),
@@ -34,20 +34,20 @@ KRDateTime DateOf(std::int64_t seconds) {
           0};
 }
 
-bool PrintDate(std::FILE* stream, char const* label, std::int64_t seconds) {
-  KRDateTime const date = DateOf(seconds);
+bool PrintDate(std::FILE* stream, const char* label, std::int64_t seconds) {
+  const KRDateTime date = DateOf(seconds);
   return std::fprintf(stream, "%s%02d %02d %4d\n", label, date.GetMonth(), date.GetDay(),
                       date.GetYear()) >= 0;
 }
 
 }  // namespace
 
-KRCert::KRCert(KRCert const& source) noexcept
+KRCert::KRCert(const KRCert& source) noexcept
     : m_certificate(krofx::internal::ShareCertificateObject(source.m_certificate)),
       m_fields(source.m_fields),
       m_callbackRootID(source.m_callbackRootID) {}
 
-KRCert& KRCert::operator=(KRCert const& source) noexcept {
+KRCert& KRCert::operator=(const KRCert& source) noexcept {
   krofx::internal::CertificateObject* const shared =
       krofx::internal::ShareCertificateObject(source.m_certificate);
   krofx::internal::DestroyCertificateObject(m_certificate);
@@ -68,24 +68,24 @@ KRSecStatus KRCert::SetEncodedCert(KRBuffer* text) {
   return Load(ber.data, ber.length) ? KRSecStatus_Success : KRSecStatus_EncodedCertRejected;
 }
 
-KRSecStatus KRCert::SetEncodedCert(char const* text, u16 length) {
+KRSecStatus KRCert::SetEncodedCert(const char* text, u16 length) {
   if (text == nullptr || length == 0) return SetEncodedCert(nullptr);
   KRBuffer copy(length, 0);
   return SetEncodedCert(copy.Write(text, length) == KRBufferOK ? &copy : nullptr);
 }
 
 KRSecStatus KRCert::SetCertBER(KRBuffer* ber) {
-  ByteView const bytes = krofx::internal::ViewOf(ber);
+  const ByteView bytes = krofx::internal::ViewOf(ber);
   return Load(bytes.data, bytes.length) ? KRSecStatus_Success : KRSecStatus_BERCertRejected;
 }
 
-KRSecStatus KRCert::SetCertBER(char const* ber, u16 length) {
+KRSecStatus KRCert::SetCertBER(const char* ber, u16 length) {
   return Load(ber, length) ? KRSecStatus_Success : KRSecStatus_BERCertRejected;
 }
 
 // Replaces the certificate, by none when the bytes are none. The old one goes last, since the bytes
 // may be its own.
-bool KRCert::Load(char const* ber, u32 length) {
+bool KRCert::Load(const char* ber, u32 length) {
   krofx::internal::CertificateObject* fresh = krofx::internal::CreateCertificateObject();
   CertificateFields fields;
   if (krofx::internal::SetCertificateBER(fresh, ber, length) != 0 ||
@@ -99,14 +99,14 @@ bool KRCert::Load(char const* ber, u32 length) {
   return fresh != nullptr;
 }
 
-char const* KRCert::GetCertBER() const {
-  char const* ber = nullptr;
+const char* KRCert::GetCertBER() const {
+  const char* ber = nullptr;
   u32 length = 0;
   return krofx::internal::GetCertificateBER(m_certificate, &ber, &length) == 0 ? ber : nullptr;
 }
 
 u32 KRCert::GetCertBERLen() const {
-  char const* ber = nullptr;
+  const char* ber = nullptr;
   u32 length = 0;
   return krofx::internal::GetCertificateBER(m_certificate, &ber, &length) == 0 ? length : 0;
 }
@@ -118,7 +118,7 @@ KRSecStatus KRCert::SetCallbackRootID(s16 id) {
 }
 
 KRSecStatus KRCert::GetPublicKey(KRBuffer* out) const {
-  ByteView const key = {reinterpret_cast<char const*>(m_fields.publicKey),
+  const ByteView key = {reinterpret_cast<const char*>(m_fields.publicKey),
                         m_fields.publicKeyLength};
   if (out == nullptr || key.data == nullptr || key.length > kMaxPublicKey ||
       krofx::internal::AppendTo(*out, key) != KRBufferOK) {
@@ -132,7 +132,7 @@ KRString KRCert::GetSubjectName() const {
   krofx::internal::NameAttribute attribute;
   for (u32 i = 0; krofx::internal::GetNameAttribute(m_fields.subject, i, &attribute) == 0; ++i) {
     if (!krofx::internal::IsOrganizationName(attribute.type)) continue;
-    bool const whole = attribute.length <= KRString::kMaxLength &&
+    const bool whole = attribute.length <= KRString::kMaxLength &&
                        std::memchr(attribute.value, '\0', attribute.length) == nullptr;
     if (whole) organization.Assign(attribute.value, static_cast<u16>(attribute.length));
     break;
@@ -142,7 +142,7 @@ KRString KRCert::GetSubjectName() const {
 
 KRSecStatus KRCert::WriteInfo(std::FILE* stream) const {
   if (stream == nullptr || m_certificate == nullptr) return KRSecStatus_NotWritten;
-  bool const written = PrintDate(stream, "Start Date: ", m_fields.validFrom) &&
+  const bool written = PrintDate(stream, "Start Date: ", m_fields.validFrom) &&
                        PrintDate(stream, "End Date:   ", m_fields.validTo);
   return written ? KRSecStatus_Success : KRSecStatus_NotWritten;
 }

@@ -31,9 +31,9 @@ struct CertificateFields {
   /// End of validity, in the same count.
   std::int64_t validTo = 0;
   /// The subject's name.
-  NameObject const* subject = nullptr;
+  const NameObject* subject = nullptr;
   /// The DER encoding of the SubjectPublicKeyInfo: the algorithm and the key.
-  unsigned char const* publicKey = nullptr;
+  const unsigned char* publicKey = nullptr;
   /// Bytes of the public key.
   u32 publicKeyLength = 0;
 };
@@ -50,9 +50,9 @@ class KROFX_API KRCert : public krofx::internal::HeapObject {
   /// No certificate, callback root ID 0.
   KRCert() noexcept = default;
   /// Shares the source's certificate and copies its callback root ID.
-  KRCert(KRCert const& source) noexcept;
+  KRCert(const KRCert& source) noexcept;
   /// Lets go of the own certificate, shares the source's and copies its callback root ID.
-  KRCert& operator=(KRCert const& source) noexcept;
+  KRCert& operator=(const KRCert& source) noexcept;
   virtual ~KRCert();
 
   /// Loads a certificate from its base64 text (see KRDecode), without armour lines.
@@ -60,17 +60,17 @@ class KROFX_API KRCert : public krofx::internal::HeapObject {
   ///         whole certificate, and when memory is exhausted.
   KRSecStatus SetEncodedCert(KRBuffer* text);
   /// The same for `length` characters at `text`; 0 characters are rejected.
-  KRSecStatus SetEncodedCert(char const* text, u16 length);
+  KRSecStatus SetEncodedCert(const char* text, u16 length);
   /// Loads a certificate from its BER or DER bytes, which are copied.
   /// @return KRSecStatus_Success; KRSecStatus_BERCertRejected for null, for what is not one whole
   ///         certificate, and when memory is exhausted.
   KRSecStatus SetCertBER(KRBuffer* ber);
   /// The same for `length` bytes at `ber`; 0 bytes are rejected.
-  KRSecStatus SetCertBER(char const* ber, u16 length);
+  KRSecStatus SetCertBER(const char* ber, u16 length);
 
   /// The bytes of the certificate as they were given; null without a certificate. They belong to
   /// the certificate, which the copies of this object share.
-  char const* GetCertBER() const;
+  const char* GetCertBER() const;
   /// Number of those bytes; 0 without a certificate.
   u32 GetCertBERLen() const;
 
@@ -95,7 +95,7 @@ class KROFX_API KRCert : public krofx::internal::HeapObject {
   KRSecStatus WriteInfo(std::FILE* stream) const;
 
  private:
-  bool Load(char const* ber, u32 length);
+  bool Load(const char* ber, u32 length);
 
   krofx::internal::CertificateObject* m_certificate = nullptr;
   krofx::internal::CertificateFields m_fields;

@@ -28,17 +28,17 @@ KRSecStatus KRCertID::CreateCertID() {
   if (m_encodedCert == nullptr && m_certBER == nullptr) return KRSecStatus_MissingInput;
   KRDecode decode;
   if (m_certBER == nullptr) {
-    KRSecStatus const decoded = decode.SetInputData(m_encodedCert);
+    const KRSecStatus decoded = decode.SetInputData(m_encodedCert);
     if (decoded != KRSecStatus_Success) return decoded;
   }
   KRDigest digest;
-  KRSecStatus const digested =
+  const KRSecStatus digested =
       digest.SetInputData(m_certBER != nullptr ? m_certBER : decode.GetOutputData());
   if (digested != KRSecStatus_Success) return digested;
   KREncode encode;
-  KRSecStatus const encoded = encode.SetInputData(digest.GetOutputData());
+  const KRSecStatus encoded = encode.SetInputData(digest.GetOutputData());
   if (encoded != KRSecStatus_Success) return encoded;
-  KRBufferResult const stored =
+  const KRBufferResult stored =
       krofx::internal::AppendTo(m_encodedCertID, krofx::internal::ViewOf(encode.GetOutputData()));
   return stored == KRBufferOK ? KRSecStatus_Success : KRSecStatus_IDNotStored;
 }

@@ -20,8 +20,8 @@ class KROFX_API KRCertID : public krofx::internal::HeapObject {
  public:
   /// No ID.
   KRCertID();
-  KRCertID(KRCertID const&) = delete;
-  KRCertID& operator=(KRCertID const&) = delete;
+  KRCertID(const KRCertID&) = delete;
+  KRCertID& operator=(const KRCertID&) = delete;
 
   /// Appends the ID of a certificate that is given as base64 text.
   /// @return KRSecStatus_Success; KRSecStatus_MissingInput for null; the status of KRDecode,

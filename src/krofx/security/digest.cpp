@@ -20,7 +20,7 @@ KRDigest::KRDigest(KRBuffer* input, int (*chooser)(unsigned char**)) : KRDigest(
   SetInputData(input);
 }
 
-KRDigest::KRDigest(KRString const* input, int (*chooser)(unsigned char**)) : KRDigest(chooser) {
+KRDigest::KRDigest(const KRString* input, int (*chooser)(unsigned char**)) : KRDigest(chooser) {
   SetInputStr(input);
 }
 
@@ -32,7 +32,7 @@ KRSecStatus KRDigest::SetInputData(KRBuffer* input) {
   return DigestData();
 }
 
-KRSecStatus KRDigest::SetInputStr(KRString const* input) {
+KRSecStatus KRDigest::SetInputStr(const KRString* input) {
   m_inputData = nullptr;
   m_inputString = input;
   return DigestData();
@@ -41,7 +41,7 @@ KRSecStatus KRDigest::SetInputStr(KRString const* input) {
 KRSecStatus KRDigest::Initialize() {
   krofx::internal::DestroyAlgorithmObject(m_algorithm);
   m_algorithm = krofx::internal::CreateAlgorithmObject();
-  bool const ready = krofx::internal::BindAlgorithm(m_algorithm, m_chooser) == 0 &&
+  const bool ready = krofx::internal::BindAlgorithm(m_algorithm, m_chooser) == 0 &&
                      krofx::internal::DigestInit(m_algorithm) == 0;
   return ready ? KRSecStatus_Success : KRSecStatus_DigestSetupFailed;
 }

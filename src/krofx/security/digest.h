@@ -23,9 +23,9 @@ class KROFX_API KRDigest : public krofx::internal::HeapObject {
   /// Digests a buffer at once. A failure shows in the output alone, which is empty then.
   KRDigest(KRBuffer* input, int (*chooser)(unsigned char**));
   /// Digests a text at once. A failure shows in the output alone, which is empty then.
-  KRDigest(KRString const* input, int (*chooser)(unsigned char**));
-  KRDigest(KRDigest const&) = delete;
-  KRDigest& operator=(KRDigest const&) = delete;
+  KRDigest(const KRString* input, int (*chooser)(unsigned char**));
+  KRDigest(const KRDigest&) = delete;
+  KRDigest& operator=(const KRDigest&) = delete;
   virtual ~KRDigest();
 
   /// Digests the whole content of a buffer, wherever its cursor stands.
@@ -34,7 +34,7 @@ class KROFX_API KRDigest : public krofx::internal::HeapObject {
   KRSecStatus SetInputData(KRBuffer* input);
   /// Digests a text, without its terminator.
   /// @return as SetInputData.
-  KRSecStatus SetInputStr(KRString const* input);
+  KRSecStatus SetInputStr(const KRString* input);
   /// The digest, 20 bytes with SHA-1, with the cursor at its start. It belongs to this object and
   /// lives as long. After a failure its content means nothing.
   KRBuffer* GetOutputData() { return &m_output; }
@@ -44,7 +44,7 @@ class KROFX_API KRDigest : public krofx::internal::HeapObject {
   KRSecStatus DigestData();
 
   KRBuffer* m_inputData = nullptr;
-  KRString const* m_inputString = nullptr;
+  const KRString* m_inputString = nullptr;
   KRAlgorithmChooser m_chooser;
   krofx::internal::AlgorithmObject* m_algorithm = nullptr;
   KRBuffer m_output;

@@ -29,7 +29,7 @@ constexpr std::size_t kZoneNameLength = 3;
 constexpr std::size_t kDateTextSize = 39;
 constexpr std::size_t kTimeTextSize = 31;
 
-bool Contains(char const* text, std::size_t length, char c) noexcept {
+bool Contains(const char* text, std::size_t length, char c) noexcept {
   return length != 0 && std::memchr(text, c, length) != nullptr;
 }
 
@@ -41,11 +41,11 @@ struct TextHead {
 
 /// Puts the head, ":" and the zone name if there is one, and the bracket that closes it into `out`,
 /// which is given at least `size` bytes.
-u16 Store(KRString& out, std::size_t size, TextHead const& head,
-          krofx::internal::ZoneName const* zone, bool closeBracket) {
-  std::size_t const headLength = static_cast<std::size_t>(head.end - head.text);
-  std::size_t const zoneLength = zone == nullptr ? 0 : zone->Length();
-  std::size_t const needed = headLength + zoneLength + 3;
+u16 Store(KRString& out, std::size_t size, const TextHead& head,
+          const krofx::internal::ZoneName* zone, bool closeBracket) {
+  const std::size_t headLength = static_cast<std::size_t>(head.end - head.text);
+  const std::size_t zoneLength = zone == nullptr ? 0 : zone->Length();
+  const std::size_t needed = headLength + zoneLength + 3;
   if (needed > KRString::kMaxLength) return 0;
 
   char* to = out.LockBuffer(static_cast<u16>(needed > size ? needed : size));
@@ -65,17 +65,17 @@ u16 Store(KRString& out, std::size_t size, TextHead const& head,
 
 }  // namespace
 
-u16 KRDateTimeBase::SetTimeZone(char const* name, s16 offset, s16 fraction) {
+u16 KRDateTimeBase::SetTimeZone(const char* name, s16 offset, s16 fraction) {
   return StoreZone(name, name == nullptr ? 0 : std::strlen(name), offset, fraction);
 }
 
-u16 KRDateTimeBase::StoreZone(char const* name, std::size_t length, s16 offset, s16 fraction) {
+u16 KRDateTimeBase::StoreZone(const char* name, std::size_t length, s16 offset, s16 fraction) {
   m_timeZone.Assign(name, length);
   m_gmtOffset = offset;
   m_gmtOffsetFraction = fraction;
 
   if (fraction != 0 || m_timeZone.IsEmpty()) return 1;
-  char const* const held = m_timeZone.Text();
+  const char* const held = m_timeZone.Text();
   if (!krofx::internal::IsNameOfOffset(held, offset)) {
     TextHead prefix;
     prefix.end = WriteOffset(prefix.end, offset);
@@ -88,25 +88,25 @@ u16 KRDateTimeBase::StoreZone(char const* name, std::size_t length, s16 offset, 
   return 1;
 }
 
-u16 KRDateTimeBase::ExtractTimeZone(char const* zone) {
+u16 KRDateTimeBase::ExtractTimeZone(const char* zone) {
   return ReadZone(zone, zone == nullptr ? 0 : std::strlen(zone));
 }
 
-u16 KRDateTimeBase::ReadZone(char const* zone, std::size_t length) {
+u16 KRDateTimeBase::ReadZone(const char* zone, std::size_t length) {
   // Past this many hours an offset is out of range whatever follows, so digits no longer count.
   constexpr s16 kMostHours = 999;
   constexpr int kMostFractionDigits = 2;
 
   if (length == 0) return 1;
-  char const* const end = zone + length;
-  char const* at = zone;
+  const char* const end = zone + length;
+  const char* at = zone;
   bool logged = false;
-  auto const warn = [&] {
+  const auto warn = [&] {
     WarnAboutText(KRPW_BADFORMAT, zone, length, "ExtractTimeZone");
     logged = true;
   };
-  auto const next = [&] { return at < end ? *at : '\0'; };
-  auto const fail = [&] {
+  const auto next = [&] { return at < end ? *at : '\0'; };
+  const auto fail = [&] {
     if (!logged) warn();
     return u16{0};
   };
@@ -122,7 +122,7 @@ u16 KRDateTimeBase::ReadZone(char const* zone, std::size_t length) {
   char sign = '\0';
   bool pointSeen = false;
   for (; next() != ':' && next() != ']'; ++at) {
-    char const c = next();
+    const char c = next();
     if (IsDigit(c) && !pointSeen) {
       if (hours <= kMostHours) hours = static_cast<s16>(hours * 10 + (c - '0'));
     } else if (IsDigit(c) && fractionDigits < kMostFractionDigits) {
@@ -137,7 +137,7 @@ u16 KRDateTimeBase::ReadZone(char const* zone, std::size_t length) {
     }
   }
 
-  char const* name = at;
+  const char* name = at;
   std::size_t nameLength = 0;
   if (next() == ':') {
     name = ++at;
@@ -157,7 +157,7 @@ u16 KRDateTimeBase::ReadZone(char const* zone, std::size_t length) {
   return StoreZone(name, nameLength, hours, fraction);
 }
 
-u16 KRDateTimeBase::ConvertStringToKRTime(char const* text) {
+u16 KRDateTimeBase::ConvertStringToKRTime(const char* text) {
   if (text == nullptr) {
     InitKRTime();
     WarnAboutText(KRPW_NULLPOINTER, nullptr, 0, "ConvertStringToKRTime");
@@ -166,12 +166,12 @@ u16 KRDateTimeBase::ConvertStringToKRTime(char const* text) {
   return ParseTime(text, std::strlen(text));
 }
 
-u16 KRDateTimeBase::ParseTime(char const* text, std::size_t length) {
+u16 KRDateTimeBase::ParseTime(const char* text, std::size_t length) {
   InitKRTime();
   std::size_t clockLength = length;
   bool wellFormed = true;
-  char const* const bracket =
-      length == 0 ? nullptr : static_cast<char const*>(std::memchr(text, '[', length));
+  const char* const bracket =
+      length == 0 ? nullptr : static_cast<const char*>(std::memchr(text, '[', length));
   if (bracket != nullptr) {
     clockLength = static_cast<std::size_t>(bracket - text);
     if (ReadZone(bracket, length - clockLength) == 0) return 0;
@@ -188,12 +188,12 @@ u16 KRDateTimeBase::ParseTime(char const* text, std::size_t length) {
   return 0;
 }
 
-bool KRDateTimeBase::ReadClock(char const* text, std::size_t length) noexcept {
+bool KRDateTimeBase::ReadClock(const char* text, std::size_t length) noexcept {
   constexpr std::size_t kPointPosition = 6;
   constexpr s16 kMillisecondDigits = 3;
   // From the end, each part taking what the later ones left.
   if (length > kPointPosition && text[kPointPosition] == '.') {
-    std::size_t const behind = kPointPosition + 1;
+    const std::size_t behind = kPointPosition + 1;
     if (!ReadDigits(text + behind, length - behind, m_millisecond, 0, kMillisecondDigits)) {
       return false;
     }
@@ -203,7 +203,7 @@ bool KRDateTimeBase::ReadClock(char const* text, std::size_t length) noexcept {
     std::size_t position;
     u16& value;
   };
-  for (Field const& field : {Field{4, m_second}, Field{2, m_minute}, Field{0, m_hour}}) {
+  for (const Field& field : {Field{4, m_second}, Field{2, m_minute}, Field{0, m_hour}}) {
     if (length <= field.position) continue;
     if (!ReadDigits(text + field.position, length - field.position, field.value, 2, 0))
       return false;
@@ -212,11 +212,11 @@ bool KRDateTimeBase::ReadClock(char const* text, std::size_t length) noexcept {
   return true;
 }
 
-KRDateTime::KRDateTime(char const* text) { ConvertStringToKRDateTime(text); }
+KRDateTime::KRDateTime(const char* text) { ConvertStringToKRDateTime(text); }
 
-u16 KRDateTime::operator=(char const* text) { return ConvertStringToKRDateTime(text); }
+u16 KRDateTime::operator=(const char* text) { return ConvertStringToKRDateTime(text); }
 
-u16 KRDateTime::ConvertStringToKRDateTime(char const* text) {
+u16 KRDateTime::ConvertStringToKRDateTime(const char* text) {
   if (text == nullptr) {
     InitKRDateTime();
     WarnAboutText(KRPW_NULLPOINTER, nullptr, 0, "ConvertStringToKRDateTime");
@@ -225,7 +225,7 @@ u16 KRDateTime::ConvertStringToKRDateTime(char const* text) {
   return Parse(text, std::strlen(text));
 }
 
-u16 KRDateTime::Parse(char const* text, std::size_t length) {
+u16 KRDateTime::Parse(const char* text, std::size_t length) {
   InitKRDateTime();
   if (length >= kDateLength && ParseTime(text + kDateLength, length - kDateLength) != 0 &&
       ReadDigits(text + 6, 2, m_day, 2, 0) && ReadDigits(text + 4, 2, m_month, 2, 0) &&
@@ -236,9 +236,9 @@ u16 KRDateTime::Parse(char const* text, std::size_t length) {
   return 0;
 }
 
-KRTime::KRTime(char const* text) { ConvertStringToKRTime(text); }
+KRTime::KRTime(const char* text) { ConvertStringToKRTime(text); }
 
-u16 KRTime::operator=(char const* text) { return ConvertStringToKRTime(text); }
+u16 KRTime::operator=(const char* text) { return ConvertStringToKRTime(text); }
 
 u16 KRDateTimeBase::GetDateString(KRString& out) {
   if (IsValidDate() == 0 || IsValidTime() == 0) return 0;
@@ -258,7 +258,7 @@ u16 KRDateTimeBase::GetTimeString(KRString& out) {
     *to++ = '.';
     to = WriteDigits(to, m_millisecond, 1);
   }
-  bool const hasZone = m_gmtOffset != 0;
+  const bool hasZone = m_gmtOffset != 0;
   if (hasZone) {
     *to++ = '[';
     to = WriteOffset(to, m_gmtOffset);

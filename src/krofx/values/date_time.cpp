@@ -36,15 +36,15 @@ s32 ClampToS32(std::int64_t value) noexcept {
 /// Adds `amount` and the carry to a field; a field that reaches `limit` loses it once.
 /// @return the carry into the next field.
 u32 AddWithCarry(u16& field, u16 amount, u32 carry, u32 limit) noexcept {
-  u32 const sum = u32{field} + amount + carry;
-  bool const carries = sum >= limit;
+  const u32 sum = u32{field} + amount + carry;
+  const bool carries = sum >= limit;
   field = static_cast<u16>(carries ? sum - limit : sum);
   return carries ? 1 : 0;
 }
 
 }  // namespace
 
-char const* const KRDateTimeBase::m_timeZoneNotInitialized = "***";
+const char* const KRDateTimeBase::m_timeZoneNotInitialized = "***";
 
 KRDateTimeBase::KRDateTimeBase(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second,
                                s16 millisecond, s16 offset, s16 fraction) noexcept
@@ -58,7 +58,7 @@ KRDateTimeBase::KRDateTimeBase(s16 year, s16 month, s16 day, s16 hour, s16 minut
       m_gmtOffset(offset),
       m_gmtOffsetFraction(fraction) {}
 
-KRDateTime::KRDateTime(KRPrecisionInteger const& seconds) { FromPrecInt(seconds); }
+KRDateTime::KRDateTime(const KRPrecisionInteger& seconds) { FromPrecInt(seconds); }
 
 KRDateTime::KRDateTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second,
                        s16 millisecond, s16 offset, s16 fraction) noexcept
@@ -68,7 +68,7 @@ KRTime::KRTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s
                s16 offset, s16 fraction) noexcept
     : KRDateTimeBase(year, month, day, hour, minute, second, millisecond, offset, fraction) {}
 
-u16 KRDateTimeBase::operator=(char const*) { return 0; }
+u16 KRDateTimeBase::operator=(const char*) { return 0; }
 
 u16 KRDateTimeBase::operator=(s32 seconds) {
   std::int64_t days = seconds / kSecondsPerDay;
@@ -77,7 +77,7 @@ u16 KRDateTimeBase::operator=(s32 seconds) {
     rest += kSecondsPerDay;
     --days;
   }
-  CalendarDate const date = krofx::internal::DateFromDays(days);
+  const CalendarDate date = krofx::internal::DateFromDays(days);
   m_year = static_cast<u16>(date.year);
   m_month = date.month;
   m_day = date.day;
@@ -90,7 +90,7 @@ u16 KRDateTimeBase::operator=(s32 seconds) {
   return 1;
 }
 
-u16 KRDateTimeBase::operator=(KRPrecisionInteger const& seconds) { return FromPrecInt(seconds); }
+u16 KRDateTimeBase::operator=(const KRPrecisionInteger& seconds) { return FromPrecInt(seconds); }
 
 void KRDateTimeBase::InitKRTime() noexcept {
   Invalidate();
@@ -109,8 +109,8 @@ void KRDateTimeBase::Invalidate() noexcept {
 
 bool KRDateTimeBase::AsPlain(krofx::internal::PlainDate& out) const noexcept {
   constexpr u16 kMost = 99;
-  std::size_t const zoneLength = m_timeZone.Length();
-  bool const fits = m_month <= kMost && m_day <= kMost && m_hour <= kMost && m_minute <= kMost &&
+  const std::size_t zoneLength = m_timeZone.Length();
+  const bool fits = m_month <= kMost && m_day <= kMost && m_hour <= kMost && m_minute <= kMost &&
                     m_second <= kMost && std::abs(int{m_gmtOffset}) <= kMost &&
                     std::abs(int{m_gmtOffsetFraction}) <= kMost &&
                     zoneLength <= krofx::internal::PlainDate::kZoneSize;
@@ -130,7 +130,7 @@ bool KRDateTimeBase::AsPlain(krofx::internal::PlainDate& out) const noexcept {
   return true;
 }
 
-KRDateTime::KRDateTime(krofx::internal::PlainDate const& date) noexcept {
+KRDateTime::KRDateTime(const krofx::internal::PlainDate& date) noexcept {
   m_year = date.year;
   m_month = date.month;
   m_day = date.day;
@@ -158,7 +158,7 @@ u16 KRDateTimeBase::IsValidTime() {
 
 u16 KRDateTimeBase::IsValidDate() const { return m_day >= 1 && m_day <= DaysInMonth(); }
 
-u16 KRDateTimeBase::LeapYearsBetween(KRDateTimeBase const&) const { return 0; }
+u16 KRDateTimeBase::LeapYearsBetween(const KRDateTimeBase&) const { return 0; }
 
 u16 KRDateTimeBase::SetDay(u16 dayOfYear, u16 year) {
   if (dayOfYear < 1 || dayOfYear > krofx::internal::DaysInYear(year)) return 0;
@@ -169,17 +169,17 @@ u16 KRDateTimeBase::SetDay(u16 dayOfYear, u16 year) {
   return 1;
 }
 
-s16 KRDateTimeBase::compareDateTime(KRDateTimeBase const& other) const {
-  std::int64_t const left = GMTMilliseconds();
-  std::int64_t const right = other.GMTMilliseconds();
+s16 KRDateTimeBase::compareDateTime(const KRDateTimeBase& other) const {
+  const std::int64_t left = GMTMilliseconds();
+  const std::int64_t right = other.GMTMilliseconds();
   return left == right ? s16{0} : left > right ? s16{1} : s16{-1};
 }
 
 s32 KRDateTimeBase::GetTimeT() const {
   if (m_year < 1902) return std::numeric_limits<s32>::min();
-  std::int64_t const days = krofx::internal::DaysFromDate(m_year, m_month, m_day);
-  std::int64_t const hours = days * 24 + m_hour - m_gmtOffset;
-  std::int64_t const minutes = hours * 60 + m_minute;
+  const std::int64_t days = krofx::internal::DaysFromDate(m_year, m_month, m_day);
+  const std::int64_t hours = days * 24 + m_hour - m_gmtOffset;
+  const std::int64_t minutes = hours * 60 + m_minute;
   return ClampToS32(minutes * 60 + m_second - std::int64_t{m_gmtOffsetFraction} * 36);
 }
 
@@ -188,15 +188,15 @@ s32 KRDateTimeBase::LocalTimeZoneOffset() const { return Clock::Current().LocalZ
 void KRDateTimeBase::ConvertToGMT() { KRDateTimeBase::operator=(GetTimeT()); }
 
 void KRDateTimeBase::ConvertToLocalTime(s16 offset, s16 fraction) {
-  std::int64_t const ahead = (fraction + std::int64_t{offset} * 100) * 36;
+  const std::int64_t ahead = (fraction + std::int64_t{offset} * 100) * 36;
   KRDateTimeBase::operator=(ClampToS32(GetTimeT() + ahead));
   m_gmtOffset = offset;
   m_gmtOffsetFraction = fraction;
 }
 
 std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
-  bool const beforeEpoch = m_year < kEpochYear;
-  std::int64_t const dayOfYear =
+  const bool beforeEpoch = m_year < kEpochYear;
+  const std::int64_t dayOfYear =
       std::int64_t{m_day} + krofx::internal::DaysBeforeMonth(m_month, m_year);
   std::int64_t hours = 0;
   std::int64_t minutes = 0;
@@ -204,7 +204,7 @@ std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
   std::int64_t milliseconds = 0;
   std::int64_t years = 0;
   // How far the zone moves the count, along the direction of counting.
-  std::int64_t const direction = beforeEpoch ? -1 : 1;
+  const std::int64_t direction = beforeEpoch ? -1 : 1;
   if (!beforeEpoch) {
     years = m_year - kEpochYear;
     hours = (dayOfYear - 1) * 24 + m_hour;
@@ -221,7 +221,7 @@ std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
     milliseconds = 1000 - m_millisecond;
   }
   hours += years * kYearLength / kPartsPerDay * 24 - direction * m_gmtOffset;
-  std::int64_t const count = ((hours * 60 + minutes) * 60 + seconds) * 1000 + milliseconds -
+  const std::int64_t count = ((hours * 60 + minutes) * 60 + seconds) * 1000 + milliseconds -
                              direction * m_gmtOffsetFraction * 36000;
   return direction * count;
 }
@@ -230,21 +230,21 @@ KRPrecisionInteger KRDateTimeBase::GetGMT() const {
   return KRPrecisionInteger::FromInt64(GMTMilliseconds(), 3);
 }
 
-KRPrecisionInteger KRDateTimeBase::SecondsBetween(KRDateTimeBase const& other) const {
+KRPrecisionInteger KRDateTimeBase::SecondsBetween(const KRDateTimeBase& other) const {
   return KRPrecisionInteger::FromInt64(GMTMilliseconds() - other.GMTMilliseconds(), 3);
 }
 
-KRDateTimeBase KRDateTimeBase::TimeBetween(KRDateTimeBase const&) const { return *this; }
+KRDateTimeBase KRDateTimeBase::TimeBetween(const KRDateTimeBase&) const { return *this; }
 
-u16 KRDateTimeBase::FromPrecInt(KRPrecisionInteger const& seconds) {
-  u16 const decimals = seconds.Decimal();
+u16 KRDateTimeBase::FromPrecInt(const KRPrecisionInteger& seconds) {
+  const u16 decimals = seconds.Decimal();
   if (decimals > KRPrecisionInteger::kMaxDecimals) {
     InitKRTime();
     return 0;
   }
   // With 29 decimals four years are just under 2^124 units, so nothing here overflows.
-  u128 const unit = krofx::internal::kPowersOfTen[decimals];
-  u128 const fourYears = unit * kSecondsPerFourYears;
+  const u128 unit = krofx::internal::kPowersOfTen[decimals];
+  const u128 fourYears = unit * kSecondsPerFourYears;
   u128 count = (u128{seconds.GetMSBytes()} << 64) | (std::uint64_t{seconds.GetSSBytes()} << 32) |
                seconds.GetLSBytes();
   u128 blocks = 0;
@@ -253,18 +253,18 @@ u16 KRDateTimeBase::FromPrecInt(KRPrecisionInteger const& seconds) {
     count = blocks * fourYears - count;
   }
 
-  u128 const days = count / (unit * kSecondsPerDay);
-  u128 const partOfDay = count % (unit * kSecondsPerDay);
-  u128 const years = days * kPartsPerDay / kYearLength;
-  u128 const dayOfYear = (days * kPartsPerDay - years * kYearLength) / kPartsPerDay + 1;
-  s128 const year = static_cast<s128>(years) + kEpochYear - 4 * static_cast<s128>(blocks);
+  const u128 days = count / (unit * kSecondsPerDay);
+  const u128 partOfDay = count % (unit * kSecondsPerDay);
+  const u128 years = days * kPartsPerDay / kYearLength;
+  const u128 dayOfYear = (days * kPartsPerDay - years * kYearLength) / kPartsPerDay + 1;
+  const s128 year = static_cast<s128>(years) + kEpochYear - 4 * static_cast<s128>(blocks);
 
-  bool const yearFits = year >= 0 && year <= std::numeric_limits<u16>::max();
+  const bool yearFits = year >= 0 && year <= std::numeric_limits<u16>::max();
   if (!yearFits || SetDay(static_cast<u16>(dayOfYear), static_cast<u16>(year)) == 0) {
     InitKRTime();
     return 0;
   }
-  u32 const secondOfDay = static_cast<u32>(partOfDay / unit);
+  const u32 secondOfDay = static_cast<u32>(partOfDay / unit);
   m_year = static_cast<u16>(year);
   m_hour = static_cast<u16>(secondOfDay / 3600);
   m_minute = static_cast<u16>(secondOfDay / 60 % 60);
@@ -279,34 +279,34 @@ u16 KRDateTimeBase::operator+=(s32 seconds) {
   return 1;
 }
 
-u16 KRDateTimeBase::operator+=(KRPrecisionInteger const& seconds) {
+u16 KRDateTimeBase::operator+=(const KRPrecisionInteger& seconds) {
   KRPrecisionInteger sum = GetGMT();
   sum += seconds;
-  u16 const result = FromPrecInt(sum);
+  const u16 result = FromPrecInt(sum);
   ClearZone();
   return result;
 }
 
-u16 KRDateTimeBase::operator+=(KRDateTimeBase const& other) {
+u16 KRDateTimeBase::operator+=(const KRDateTimeBase& other) {
   // A copy, since an object may be added to itself.
-  KRDateTimeBase const amount(other);
+  const KRDateTimeBase amount(other);
   u32 carry = AddWithCarry(m_millisecond, amount.m_millisecond, 0, 1000);
   carry = AddWithCarry(m_second, amount.m_second, carry, 60);
   carry = AddWithCarry(m_minute, amount.m_minute, carry, 60);
   carry = AddWithCarry(m_hour, amount.m_hour, carry, 24);
 
-  u32 const day = u32{m_day} + amount.m_day + carry;
+  const u32 day = u32{m_day} + amount.m_day + carry;
   if (day > krofx::internal::CommonMonthLength(m_month)) {
     ++m_month;
     m_day = static_cast<u16>(day - krofx::internal::CommonMonthLength(m_month));
   } else {
     m_day = static_cast<u16>(day);
   }
-  u32 const month = u32{m_month} + amount.m_month;
+  const u32 month = u32{m_month} + amount.m_month;
   carry = month > 12 ? 1 : 0;
   m_month = static_cast<u16>(month - 12 * carry);
 
-  u32 const year = u32{m_year} + amount.m_year + carry;
+  const u32 year = u32{m_year} + amount.m_year + carry;
   if (year > 9999) return 0;
   m_year = static_cast<u16>(year);
   return 1;
@@ -329,12 +329,12 @@ void KRDateTimeBase::ExportBinary(void* target, u16* length) const {
   u16 written = 0;
   if (target != nullptr) {
     char* const block = static_cast<char*>(target);
-    bool const hasFraction = m_gmtOffsetFraction != 0;
+    const bool hasFraction = m_gmtOffsetFraction != 0;
     krofx::internal::PackU16(block, hasFraction ? kVersionWithFraction : kVersionWithoutFraction);
     krofx::internal::PackU16(block + 2, m_year);
-    u16 const bytes[] = {m_month, m_day, m_hour, m_minute, m_second};
+    const u16 bytes[] = {m_month, m_day, m_hour, m_minute, m_second};
     char* to = block + 4;
-    for (u16 const value : bytes) krofx::internal::PackBytes(to++, value, 1);
+    for (const u16 value : bytes) krofx::internal::PackBytes(to++, value, 1);
     krofx::internal::PackU16(to, m_millisecond);
     krofx::internal::PackU16(to + 2, static_cast<u16>(m_gmtOffset));
     to += 4;
@@ -351,13 +351,13 @@ void KRDateTimeBase::ExportBinary(void* target, u16* length) const {
   if (length != nullptr) *length = written;
 }
 
-void KRDateTimeBase::ImportBinary(void const* source) {
+void KRDateTimeBase::ImportBinary(const void* source) {
   if (source == nullptr) return;
-  char const* const block = static_cast<char const*>(source);
-  u16 const version = krofx::internal::UnpackU16(block);
+  const char* const block = static_cast<const char*>(source);
+  const u16 version = krofx::internal::UnpackU16(block);
   if (version < kOldestVersion || version > kVersionWithFraction) return;
   m_year = krofx::internal::UnpackU16(block + 2);
-  char const* from = block + 4;
+  const char* from = block + 4;
   for (u16* const field : {&m_month, &m_day, &m_hour, &m_minute, &m_second}) {
     *field = static_cast<u16>(krofx::internal::UnpackBytes(from++, 1));
   }
@@ -369,7 +369,7 @@ void KRDateTimeBase::ImportBinary(void const* source) {
     m_gmtOffsetFraction = static_cast<s16>(krofx::internal::UnpackU16(from));
     from += 2;
   }
-  std::size_t const zoneLength = strnlen(from, kBinaryZoneSize - 1);
+  const std::size_t zoneLength = strnlen(from, kBinaryZoneSize - 1);
   if (std::strncmp(from, m_timeZoneNotInitialized, kBinaryZoneSize - 1) == 0) {
     m_timeZone.Clear();
   } else {

@@ -31,19 +31,19 @@
 class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
  public:
   /// What the binary form holds in place of an empty zone name: "***".
-  static char const* const m_timeZoneNotInitialized;
+  static const char* const m_timeZoneNotInitialized;
   /// Size of the block that LockBuffer gives, in bytes.
   static constexpr u16 kBinaryBlockSize = 32;
 
   /// All fields zero, no zone. Month 0 makes it no valid date.
   KRDateTimeBase() noexcept = default;
   /// Copies all fields; the binary block is not copied.
-  KRDateTimeBase(KRDateTimeBase const&) noexcept = default;
+  KRDateTimeBase(const KRDateTimeBase&) noexcept = default;
   virtual ~KRDateTimeBase() = default;
 
   /// Parses, in the derived classes. Here it does nothing.
   /// @return 0.
-  virtual u16 operator=(char const* text);
+  virtual u16 operator=(const char* text);
 
   /// Writes the time alone: HHMMSS, the milliseconds without padding when there are any (5
   /// milliseconds are ".5"), then the zone in brackets when the offset is not 0. With offset 0 a
@@ -79,13 +79,13 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   bool AsPlain(krofx::internal::PlainDate& out) const noexcept;
 
   /// Copies all fields; the binary blocks stay as they are.
-  KRDateTimeBase& operator=(KRDateTimeBase const&) noexcept = default;
+  KRDateTimeBase& operator=(const KRDateTimeBase&) noexcept = default;
   /// Takes seconds from 1970 in GMT. Millisecond and offset become 0; the zone name stays.
   /// @return 1.
   u16 operator=(s32 seconds);
   /// Takes a count of GetGMT, by FromPrecInt.
   /// @return as FromPrecInt.
-  u16 operator=(KRPrecisionInteger const& seconds);
+  u16 operator=(const KRPrecisionInteger& seconds);
 
   /// All fields zero, no zone.
   void InitKRTime() noexcept;
@@ -115,7 +115,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   s16 GetGMTOffsetFraction() const { return m_gmtOffsetFraction; }
   /// The zone name; empty when there is none. It belongs to this object, follows its changes and
   /// goes with it.
-  KRString3 const& GetTimeZone() const { return m_timeZone.AsString(); }
+  const KRString3& GetTimeZone() const { return m_timeZone.AsString(); }
 
   /// 1 when `year` is divisible by 4, and not by 100 unless by 400.
   u16 IsLeapYear(u16 year) const { return krofx::internal::IsLeapYear(year); }
@@ -125,7 +125,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   u16 DaysInMonth(u16 month, u16 year) const { return krofx::internal::DaysInMonth(month, year); }
   /// Not supported.
   /// @return 0 always.
-  u16 LeapYearsBetween(KRDateTimeBase const& other) const;
+  u16 LeapYearsBetween(const KRDateTimeBase& other) const;
 
   /// Sets month and day from the number of a day in `year`, counted from 1. The year of this date
   /// stays as it was.
@@ -138,23 +138,23 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// @param offset whole hours ahead of GMT.
   /// @param fraction hundredths of an hour, of the same sign.
   /// @return 1 always.
-  u16 SetTimeZone(char const* name, s16 offset, s16 fraction);
+  u16 SetTimeZone(const char* name, s16 offset, s16 fraction);
 
   /// Compares instants by GetGMT, so zones are respected: 0 when equal, 1 when this is later, -1
   /// when it is earlier.
-  s16 compareDateTime(KRDateTimeBase const& other) const;
+  s16 compareDateTime(const KRDateTimeBase& other) const;
   /// 1 for the same instant.
-  u16 operator==(KRDateTimeBase const& other) const { return compareDateTime(other) == 0; }
+  u16 operator==(const KRDateTimeBase& other) const { return compareDateTime(other) == 0; }
   /// 1 for different instants.
-  u16 operator!=(KRDateTimeBase const& other) const { return compareDateTime(other) != 0; }
+  u16 operator!=(const KRDateTimeBase& other) const { return compareDateTime(other) != 0; }
   /// 1 when this is later.
-  u16 operator>(KRDateTimeBase const& other) const { return compareDateTime(other) > 0; }
+  u16 operator>(const KRDateTimeBase& other) const { return compareDateTime(other) > 0; }
   /// 1 when this is earlier.
-  u16 operator<(KRDateTimeBase const& other) const { return compareDateTime(other) < 0; }
+  u16 operator<(const KRDateTimeBase& other) const { return compareDateTime(other) < 0; }
   /// 1 when this is not earlier.
-  u16 operator>=(KRDateTimeBase const& other) const { return compareDateTime(other) >= 0; }
+  u16 operator>=(const KRDateTimeBase& other) const { return compareDateTime(other) >= 0; }
   /// 1 when this is not later.
-  u16 operator<=(KRDateTimeBase const& other) const { return compareDateTime(other) <= 0; }
+  u16 operator<=(const KRDateTimeBase& other) const { return compareDateTime(other) <= 0; }
 
   /// Seconds from 1970 in GMT, by the true calendar. Does not depend on the machine's zone. A year
   /// below 1902 gives the lowest value, and an instant past 32 bits the highest.
@@ -178,11 +178,11 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// their year does not have.
   /// @return 1, or 0 when there is no such day or year or the number is not valid; all fields and
   ///         the zone are cleared then.
-  u16 FromPrecInt(KRPrecisionInteger const& seconds);
+  u16 FromPrecInt(const KRPrecisionInteger& seconds);
   /// Seconds from `other` to this, with 3 decimals: the difference of the two GetGMT.
-  KRPrecisionInteger SecondsBetween(KRDateTimeBase const& other) const;
+  KRPrecisionInteger SecondsBetween(const KRDateTimeBase& other) const;
   /// A copy of this; `other` plays no part.
-  KRDateTimeBase TimeBetween(KRDateTimeBase const& other) const;
+  KRDateTimeBase TimeBetween(const KRDateTimeBase& other) const;
 
   /// Adds seconds by the calendar (GetTimeT). The result is in GMT with no zone and no
   /// milliseconds.
@@ -190,13 +190,13 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   u16 operator+=(s32 seconds);
   /// Adds seconds by GetGMT and FromPrecInt. The result is in GMT with no zone.
   /// @return as FromPrecInt.
-  u16 operator+=(KRPrecisionInteger const& seconds);
+  u16 operator+=(const KRPrecisionInteger& seconds);
   /// Adds field by field from the milliseconds up, each with at most one carry. Days carry by the
   /// length of the month in a common year, and lose then the length of the month that they carry
   /// into.
   /// @return 1, or 0 when the year would pass 9999: it stays as it was then, and the other fields
   ///         are added.
-  u16 operator+=(KRDateTimeBase const& other);
+  u16 operator+=(const KRDateTimeBase& other);
 
   /// Reads a time HHMMSS.XXX[gmt:tz], of which HH, HHMM and nothing at all (midnight) will do too.
   /// All fields are cleared first. Up to 5 digits of milliseconds are read, and fewer than 3 are
@@ -207,10 +207,10 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// operation.
   ///
   /// @return 1 when the text was read; otherwise 0, and the fields stay as far as they were read.
-  u16 ConvertStringToKRTime(char const* text);
+  u16 ConvertStringToKRTime(const char* text);
   /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
   /// no memory unless a warning is logged.
-  u16 ParseTime(char const* text, std::size_t length);
+  u16 ParseTime(const char* text, std::size_t length);
 
   /// The block for the binary form, kBinaryBlockSize bytes, owned by the object and made at first
   /// use.
@@ -227,7 +227,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   void ExportBinary(void* target, u16* length) const;
   /// Reads the binary form in version 4, 3 or 2, the latter two having the same layout. A block of
   /// another version and null leave the object as it is.
-  void ImportBinary(void const* source);
+  void ImportBinary(const void* source);
 
  protected:
   /// Stores the fields.
@@ -239,7 +239,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// cannot.
   /// @param zone the text from "[" on; null and empty are no zone.
   /// @return 1, or 0 when there is a flaw that leaves no zone to read.
-  u16 ExtractTimeZone(char const* zone);
+  u16 ExtractTimeZone(const char* zone);
 
   u16 m_year = 0;
   u16 m_month = 0;
@@ -252,9 +252,9 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   s16 m_gmtOffsetFraction = 0;
 
  private:
-  u16 ReadZone(char const* zone, std::size_t length);
-  u16 StoreZone(char const* name, std::size_t length, s16 offset, s16 fraction);
-  bool ReadClock(char const* text, std::size_t length) noexcept;
+  u16 ReadZone(const char* zone, std::size_t length);
+  u16 StoreZone(const char* name, std::size_t length, s16 offset, s16 fraction);
+  bool ReadClock(const char* text, std::size_t length) noexcept;
   std::int64_t GMTMilliseconds() const noexcept;
   void ClearZone() noexcept;
 
@@ -270,9 +270,9 @@ class KROFX_API KRDateTime : public KRDateTimeBase {
   /// All fields zero, no zone: no valid date.
   KRDateTime() noexcept = default;
   /// Parses `text`, as ConvertStringToKRDateTime.
-  explicit KRDateTime(char const* text);
+  explicit KRDateTime(const char* text);
   /// Takes a count of GetGMT, by FromPrecInt.
-  explicit KRDateTime(KRPrecisionInteger const& seconds);
+  explicit KRDateTime(const KRPrecisionInteger& seconds);
   /// Stores the fields; offset in hours and fraction in hundredths of an hour ahead of GMT.
   KRDateTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
              s16 offset, s16 fraction) noexcept;
@@ -280,7 +280,7 @@ class KROFX_API KRDateTime : public KRDateTimeBase {
   using KRDateTimeBase::operator=;
   /// Parses `text`.
   /// @return as ConvertStringToKRDateTime.
-  u16 operator=(char const* text) override;
+  u16 operator=(const char* text) override;
 
   /// Reads a date YYYYMMDD with an optional time after it, as ConvertStringToKRTime reads it. All
   /// fields are cleared first.
@@ -290,12 +290,12 @@ class KROFX_API KRDateTime : public KRDateTimeBase {
   /// text the name of the operation.
   ///
   /// @return 1 when the text was read; otherwise 0, and the fields stay as far as they were read.
-  u16 ConvertStringToKRDateTime(char const* text);
+  u16 ConvertStringToKRDateTime(const char* text);
   /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
   /// no memory unless a warning is logged.
-  u16 Parse(char const* text, std::size_t length);
+  u16 Parse(const char* text, std::size_t length);
   /// Takes a date as plain data.
-  explicit KRDateTime(krofx::internal::PlainDate const& date) noexcept;
+  explicit KRDateTime(const krofx::internal::PlainDate& date) noexcept;
 };
 
 /// A time of day without a date.
@@ -304,7 +304,7 @@ class KROFX_API KRTime : public KRDateTimeBase {
   /// Midnight, no zone.
   KRTime() noexcept = default;
   /// Parses `text`, as ConvertStringToKRTime.
-  explicit KRTime(char const* text);
+  explicit KRTime(const char* text);
   /// Stores the fields; offset in hours and fraction in hundredths of an hour ahead of GMT.
   KRTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
          s16 offset, s16 fraction) noexcept;
@@ -312,7 +312,7 @@ class KROFX_API KRTime : public KRDateTimeBase {
   using KRDateTimeBase::operator=;
   /// Parses `text`.
   /// @return as ConvertStringToKRTime.
-  u16 operator=(char const* text) override;
+  u16 operator=(const char* text) override;
 };
 
 #endif  // KROFX_VALUES_DATE_TIME_H_

@@ -13,7 +13,7 @@ namespace krofx::internal {
 
 /// The arithmetic on whole magnitudes, next to the class that holds them as words.
 struct DecimalCore {
-  static u128 Magnitude(KRPrecisionInteger const& n) noexcept {
+  static u128 Magnitude(const KRPrecisionInteger& n) noexcept {
     return (u128{n.m_high} << 64) | (std::uint64_t{n.m_middle} << 32) | n.m_low;
   }
 
@@ -26,8 +26,8 @@ struct DecimalCore {
   /// Multiplies by 10 `places` times. As a sum that comes out as zero, a magnitude that overflows
   /// to exactly zero turns positive.
   static void Multiply(KRPrecisionInteger& n, u32 places) noexcept {
-    u128 const magnitude = Magnitude(n);
-    u128 const scaled = ScaleUp(magnitude, places);
+    const u128 magnitude = Magnitude(n);
+    const u128 scaled = ScaleUp(magnitude, places);
     if (magnitude != 0 && scaled == 0) n.m_sign = 1;
     SetMagnitude(n, scaled);
   }
@@ -35,13 +35,13 @@ struct DecimalCore {
   /// Gives the number with fewer decimals those of the other.
   static void Align(KRPrecisionInteger& a, KRPrecisionInteger& b) noexcept {
     KRPrecisionInteger& fewer = a.m_decimals < b.m_decimals ? a : b;
-    u16 const decimals = a.m_decimals < b.m_decimals ? b.m_decimals : a.m_decimals;
+    const u16 decimals = a.m_decimals < b.m_decimals ? b.m_decimals : a.m_decimals;
     Multiply(fewer, static_cast<u32>(decimals - fewer.m_decimals));
     fewer.m_decimals = decimals;
   }
 
   /// Below 0, 0 or above 0, as a comparison of `a` and `b` gives.
-  static int Compare(KRPrecisionInteger const& a, KRPrecisionInteger const& b) noexcept {
+  static int Compare(const KRPrecisionInteger& a, const KRPrecisionInteger& b) noexcept {
     if (a.m_sign != b.m_sign) return a.m_sign == -1 ? -1 : 1;
     u128 left = Magnitude(a);
     u128 right = Magnitude(b);
@@ -57,8 +57,8 @@ struct DecimalCore {
   /// Adds `b`, whose content is used up.
   static void Add(KRPrecisionInteger& a, KRPrecisionInteger& b) noexcept {
     if (a.m_decimals != b.m_decimals) Align(a, b);
-    u128 const left = Magnitude(a);
-    u128 const right = Magnitude(b);
+    const u128 left = Magnitude(a);
+    const u128 right = Magnitude(b);
     u128 sum = 0;
     if (a.m_sign == b.m_sign) {
       sum = (left + right) & kMagnitudeMask;
@@ -80,11 +80,11 @@ struct DecimalCore {
     SetMagnitude(n, bits < 96 ? Magnitude(n) >> bits : u128{0});
   }
 
-  static s16 ProductOfSigns(KRPrecisionInteger const& a, KRPrecisionInteger const& b) noexcept {
+  static s16 ProductOfSigns(const KRPrecisionInteger& a, const KRPrecisionInteger& b) noexcept {
     return static_cast<s16>(a.m_sign * b.m_sign);
   }
 
-  static bool FitsBits(KRPrecisionInteger const& n, int bits) noexcept {
+  static bool FitsBits(const KRPrecisionInteger& n, int bits) noexcept {
     return (Magnitude(n) >> bits) == 0;
   }
 };
@@ -94,17 +94,17 @@ struct DecimalCore {
 using krofx::internal::DecimalCore;
 using krofx::internal::u128;
 
-constinit KRPrecisionInteger const KRPrecisionInteger::KRZero;
-constinit KRPrecisionInteger const KRPrecisionInteger::KROneHundred(100, 0);
+constinit const KRPrecisionInteger KRPrecisionInteger::KRZero;
+constinit const KRPrecisionInteger KRPrecisionInteger::KROneHundred(100, 0);
 // 10^27 and 10^19, as their words from the low one.
-constinit KRPrecisionInteger const KRPrecisionInteger::KRPIOctillion(0xE8000000U, 0x9FD0803CU,
+constinit const KRPrecisionInteger KRPrecisionInteger::KRPIOctillion(0xE8000000U, 0x9FD0803CU,
                                                                      0x033B2E3CU);
-constinit KRPrecisionInteger const KRPrecisionInteger::KRPITenPentillion(0x89E80000U, 0x8AC72304U,
+constinit const KRPrecisionInteger KRPrecisionInteger::KRPITenPentillion(0x89E80000U, 0x8AC72304U,
                                                                          0U);
 
 KRPrecisionInteger KRPrecisionInteger::FromInt64(std::int64_t value, u16 decimals) noexcept {
   KRPrecisionInteger result;
-  auto const bits = static_cast<std::uint64_t>(value);
+  const auto bits = static_cast<std::uint64_t>(value);
   DecimalCore::SetMagnitude(result, value < 0 ? 0 - bits : bits);
   result.m_sign = value < 0 ? s16{-1} : s16{1};
   result.m_decimals = decimals;
@@ -115,27 +115,27 @@ KRPrecisionInteger& KRPrecisionInteger::operator=(s32 value) {
   return KRPrecisionInteger::operator=(KRPrecisionInteger(value, 0));
 }
 
-u16 KRPrecisionInteger::operator==(KRPrecisionInteger const& other) const {
+u16 KRPrecisionInteger::operator==(const KRPrecisionInteger& other) const {
   return DecimalCore::Compare(*this, other) == 0;
 }
 
-u16 KRPrecisionInteger::operator!=(KRPrecisionInteger const& other) const {
+u16 KRPrecisionInteger::operator!=(const KRPrecisionInteger& other) const {
   return DecimalCore::Compare(*this, other) != 0;
 }
 
-u16 KRPrecisionInteger::operator>(KRPrecisionInteger const& other) const {
+u16 KRPrecisionInteger::operator>(const KRPrecisionInteger& other) const {
   return DecimalCore::Compare(*this, other) > 0;
 }
 
-u16 KRPrecisionInteger::operator>=(KRPrecisionInteger const& other) const {
+u16 KRPrecisionInteger::operator>=(const KRPrecisionInteger& other) const {
   return DecimalCore::Compare(*this, other) >= 0;
 }
 
-u16 KRPrecisionInteger::operator<(KRPrecisionInteger const& other) const {
+u16 KRPrecisionInteger::operator<(const KRPrecisionInteger& other) const {
   return DecimalCore::Compare(*this, other) < 0;
 }
 
-u16 KRPrecisionInteger::operator<=(KRPrecisionInteger const& other) const {
+u16 KRPrecisionInteger::operator<=(const KRPrecisionInteger& other) const {
   return DecimalCore::Compare(*this, other) <= 0;
 }
 
@@ -159,34 +159,34 @@ KRPrecisionInteger& KRPrecisionInteger::operator>>=(u16 bits) {
   return *this;
 }
 
-KRPrecisionInteger& KRPrecisionInteger::operator+=(KRPrecisionInteger const& other) {
+KRPrecisionInteger& KRPrecisionInteger::operator+=(const KRPrecisionInteger& other) {
   KRPrecisionInteger operand(other);
   DecimalCore::Add(*this, operand);
   return *this;
 }
 
-KRPrecisionInteger& KRPrecisionInteger::operator-=(KRPrecisionInteger const& other) {
+KRPrecisionInteger& KRPrecisionInteger::operator-=(const KRPrecisionInteger& other) {
   KRPrecisionInteger operand(other);
   operand.KRPrecisionInteger::Negate();
   DecimalCore::Add(*this, operand);
   return *this;
 }
 
-KRPrecisionInteger KRPrecisionInteger::operator+(KRPrecisionInteger const& other) const {
+KRPrecisionInteger KRPrecisionInteger::operator+(const KRPrecisionInteger& other) const {
   KRPrecisionInteger result(*this);
   result += other;
   return result;
 }
 
-KRPrecisionInteger KRPrecisionInteger::operator-(KRPrecisionInteger const& other) const {
+KRPrecisionInteger KRPrecisionInteger::operator-(const KRPrecisionInteger& other) const {
   KRPrecisionInteger result(*this);
   result -= other;
   return result;
 }
 
-KRPrecisionInteger KRPrecisionInteger::operator/(KRPrecisionInteger const& other) const {
+KRPrecisionInteger KRPrecisionInteger::operator/(const KRPrecisionInteger& other) const {
   KRPrecisionInteger result(*this);
-  u128 const divisor = DecimalCore::Magnitude(other);
+  const u128 divisor = DecimalCore::Magnitude(other);
   u128 dividend = DecimalCore::Magnitude(*this);
   if (divisor <= 1 || dividend == 0) return result;
 
@@ -201,7 +201,7 @@ KRPrecisionInteger KRPrecisionInteger::operator/(KRPrecisionInteger const& other
   return result;
 }
 
-KRPrecisionInteger KRPrecisionInteger::operator*(KRPrecisionInteger const& other) const {
+KRPrecisionInteger KRPrecisionInteger::operator*(const KRPrecisionInteger& other) const {
   KRPrecisionInteger result;
   DecimalCore::SetMagnitude(result, DecimalCore::Magnitude(*this) * DecimalCore::Magnitude(other));
   result.m_sign = DecimalCore::ProductOfSigns(*this, other);
@@ -268,12 +268,12 @@ u16 KRPrecisionInteger::SetDecimal(u16 decimals) noexcept {
 
 u32 KRPrecisionInteger::Bit(u16 n) const noexcept {
   if (n >= 96) return 0;
-  u32 const words[] = {m_low, m_middle, m_high};
+  const u32 words[] = {m_low, m_middle, m_high};
   return words[n / 32] & (u32{1} << (n % 32));
 }
 
 u16 KRPrecisionInteger::MSD() const noexcept {
-  u128 const whole = krofx::internal::ScaleDown(DecimalCore::Magnitude(*this), m_decimals);
+  const u128 whole = krofx::internal::ScaleDown(DecimalCore::Magnitude(*this), m_decimals);
   for (u16 digits = 0; digits < 29; ++digits) {
     if (whole < krofx::internal::kPowersOfTen[digits]) return digits;
   }
@@ -306,11 +306,11 @@ void KRPrecisionInteger::ExportBinary(void* target, u16* length) const {
   if (length != nullptr) *length = m_binaryLen;
 }
 
-void KRPrecisionInteger::ImportBinary(void const* source) {
+void KRPrecisionInteger::ImportBinary(const void* source) {
   if (source == nullptr) return;
-  char const* const block = static_cast<char const*>(source);
+  const char* const block = static_cast<const char*>(source);
   if (krofx::internal::UnpackU16(block) != kBinaryVersion) return;
-  s16 const sign = static_cast<s16>(krofx::internal::UnpackU16(block + 14));
+  const s16 sign = static_cast<s16>(krofx::internal::UnpackU16(block + 14));
   if (sign != 1 && sign != -1) return;
   m_low = krofx::internal::UnpackU32(block + 2);
   m_middle = krofx::internal::UnpackU32(block + 6);

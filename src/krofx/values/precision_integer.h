@@ -39,13 +39,13 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   static constexpr u16 kMaxDecimals = 29;
 
   /// 0.
-  static KRPrecisionInteger const KRZero;
+  static const KRPrecisionInteger KRZero;
   /// 100.
-  static KRPrecisionInteger const KROneHundred;
+  static const KRPrecisionInteger KROneHundred;
   /// 10^27.
-  static KRPrecisionInteger const KRPIOctillion;
+  static const KRPrecisionInteger KRPIOctillion;
   /// 10^19.
-  static KRPrecisionInteger const KRPITenPentillion;
+  static const KRPrecisionInteger KRPITenPentillion;
 
   /// Zero: sign +1, no decimals.
   constexpr KRPrecisionInteger() noexcept = default;
@@ -55,13 +55,13 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
         m_sign(value < 0 ? s16{-1} : s16{1}),
         m_decimals(decimals) {}
   /// Parses `text`, as ConvertStringToKRPrecisionInteger of this class does.
-  explicit KRPrecisionInteger(char const* text);
+  explicit KRPrecisionInteger(const char* text);
   /// Copies the number; the text and the binary block are not copied.
-  constexpr KRPrecisionInteger(KRPrecisionInteger const&) noexcept = default;
+  constexpr KRPrecisionInteger(const KRPrecisionInteger&) noexcept = default;
   /// `value` / 10^`decimals`, for values beyond 32 bits.
   static KRPrecisionInteger FromInt64(std::int64_t value, u16 decimals) noexcept;
   /// Takes a number as plain data.
-  constexpr explicit KRPrecisionInteger(krofx::internal::PlainDecimal const& number) noexcept
+  constexpr explicit KRPrecisionInteger(const krofx::internal::PlainDecimal& number) noexcept
       : m_low(number.low),
         m_middle(number.middle),
         m_high(number.high),
@@ -71,11 +71,11 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual ~KRPrecisionInteger() = default;
 
   /// Parses `text` by the virtual ConvertStringToKRPrecisionInteger and ignores its result.
-  virtual KRPrecisionInteger& operator=(char const* text);
+  virtual KRPrecisionInteger& operator=(const char* text);
   /// Takes an integer; decimals become 0.
   virtual KRPrecisionInteger& operator=(s32 value);
   /// Copies the number; text and binary block of both sides stay as they are.
-  virtual KRPrecisionInteger& operator=(KRPrecisionInteger const&) noexcept = default;
+  virtual KRPrecisionInteger& operator=(const KRPrecisionInteger&) noexcept = default;
 
   /// Reads a number in OFX form: a sign, digits, one point. Commas are skipped wherever they are,
   /// but one after the point counts as a place. Up to 28 digits, leading and trailing zeros
@@ -86,21 +86,21 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// IsValid refuses the number or the text is null or empty. After KRPW_BADFORMAT reading goes on.
   ///
   /// @return 1 when the number was read; 0 on any error, and then the number holds what was read.
-  virtual u16 ConvertStringToKRPrecisionInteger(char const* text);
+  virtual u16 ConvertStringToKRPrecisionInteger(const char* text);
 
   /// 1 when sign and value are equal; 2.50 equals 2.5, and negative zero is unequal to zero.
   /// Comparing numbers of different decimals may overflow 96 bits and then answers wrongly.
-  virtual u16 operator==(KRPrecisionInteger const& other) const;
+  virtual u16 operator==(const KRPrecisionInteger& other) const;
   /// The negation of ==.
-  virtual u16 operator!=(KRPrecisionInteger const& other) const;
+  virtual u16 operator!=(const KRPrecisionInteger& other) const;
   /// 1 when this number is greater.
-  virtual u16 operator>(KRPrecisionInteger const& other) const;
+  virtual u16 operator>(const KRPrecisionInteger& other) const;
   /// 1 when this number is greater or equal.
-  virtual u16 operator>=(KRPrecisionInteger const& other) const;
+  virtual u16 operator>=(const KRPrecisionInteger& other) const;
   /// 1 when this number is less.
-  virtual u16 operator<(KRPrecisionInteger const& other) const;
+  virtual u16 operator<(const KRPrecisionInteger& other) const;
   /// 1 when this number is less or equal.
-  virtual u16 operator<=(KRPrecisionInteger const& other) const;
+  virtual u16 operator<=(const KRPrecisionInteger& other) const;
 
   /// Moves the magnitude left by `bits` in this object, as <<= does; it makes no copy. Bits beyond
   /// 96 are lost; sign and decimals stay.
@@ -113,22 +113,22 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual KRPrecisionInteger& operator>>=(u16 bits);
 
   /// Adds. The decimals become the larger of the two; a zero result gets sign +1.
-  virtual KRPrecisionInteger& operator+=(KRPrecisionInteger const& other);
+  virtual KRPrecisionInteger& operator+=(const KRPrecisionInteger& other);
   /// Subtracts, by the rules of +=.
-  virtual KRPrecisionInteger& operator-=(KRPrecisionInteger const& other);
+  virtual KRPrecisionInteger& operator-=(const KRPrecisionInteger& other);
   /// The sum, by the rules of +=.
-  virtual KRPrecisionInteger operator+(KRPrecisionInteger const& other) const;
+  virtual KRPrecisionInteger operator+(const KRPrecisionInteger& other) const;
   /// The difference, by the rules of +=.
-  virtual KRPrecisionInteger operator-(KRPrecisionInteger const& other) const;
+  virtual KRPrecisionInteger operator-(const KRPrecisionInteger& other) const;
   /// The quotient of the magnitudes as integers, after this one was scaled up to the divisor's
   /// decimals if it has fewer: no digits are made after the point, so 7 / 2 is 3 and 1.00 / 3 is
   /// 0.33. Its decimals are this number's less the divisor's, at least 0, and its sign is the
   /// product of the signs. A divisor whose magnitude is 0 or 1, whatever its sign and decimals,
   /// gives a copy of this number, and so does a magnitude of 0 in this one.
-  virtual KRPrecisionInteger operator/(KRPrecisionInteger const& other) const;
+  virtual KRPrecisionInteger operator/(const KRPrecisionInteger& other) const;
   /// The product. Its decimals are the sum of both, which may make it invalid; its sign is the
   /// product of the signs, also for zero.
-  virtual KRPrecisionInteger operator*(KRPrecisionInteger const& other) const;
+  virtual KRPrecisionInteger operator*(const KRPrecisionInteger& other) const;
 
   /// A copy with the magnitude times 10.
   virtual KRPrecisionInteger Mul10() const;
@@ -211,7 +211,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// ConvertStringToKRPrecisionInteger, whichever class the object is of, with the virtual IsValid.
   /// Needs no terminator and takes no memory unless a warning is logged.
   /// @return 1 when the number was read, 0 on any error.
-  u16 Parse(char const* text, std::size_t length);
+  u16 Parse(const char* text, std::size_t length);
   /// Writes the text of `operator char*` of this class and a terminator to `out`, which has room
   /// for kTextSize characters. Takes no memory.
   /// @return the characters written, without the terminator.
@@ -230,10 +230,10 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   void ExportBinary(void* target, u16* length) const;
   /// Reads the binary form. A block of another version, one with a sign that is neither +1 nor -1,
   /// and null leave the number as it is.
-  void ImportBinary(void const* source);
+  void ImportBinary(const void* source);
 
-  u16 operator==(char const*) const = delete;
-  u16 operator!=(char const*) const = delete;
+  u16 operator==(const char*) const = delete;
+  u16 operator!=(const char*) const = delete;
   KRPrecisionInteger operator+(s32) const = delete;
   KRPrecisionInteger operator-(s32) const = delete;
 
@@ -276,9 +276,9 @@ class KROFX_API KRPercent : public KRPrecisionInteger {
   /// `value` / 10^`decimals`.
   constexpr KRPercent(s32 value, u16 decimals) noexcept : KRPrecisionInteger(value, decimals) {}
   /// Parses `text`.
-  explicit KRPercent(char const* text);
+  explicit KRPercent(const char* text);
   /// Takes a number, valid here or not.
-  KRPercent(KRPrecisionInteger const& number) noexcept : KRPrecisionInteger(number) {}
+  KRPercent(const KRPrecisionInteger& number) noexcept : KRPrecisionInteger(number) {}
   using KRPrecisionInteger::operator=;
 
   /// 1 when the number is from 0 to 100 and the base's rule holds. Negative zero is below 0.
@@ -294,9 +294,9 @@ class KROFX_API KRPosPrecisionInteger : public KRPrecisionInteger {
   constexpr KRPosPrecisionInteger(s32 value, u16 decimals) noexcept
       : KRPrecisionInteger(value, decimals) {}
   /// Parses `text`.
-  explicit KRPosPrecisionInteger(char const* text);
+  explicit KRPosPrecisionInteger(const char* text);
   /// Takes a number, valid here or not.
-  KRPosPrecisionInteger(KRPrecisionInteger const& number) noexcept : KRPrecisionInteger(number) {}
+  KRPosPrecisionInteger(const KRPrecisionInteger& number) noexcept : KRPrecisionInteger(number) {}
   using KRPrecisionInteger::operator=;
 
   /// 1 when the sign is +1 and the base's rule holds: zero is allowed, negative zero is not.
@@ -309,7 +309,7 @@ class KROFX_API KRWideInteger : public KRPrecisionInteger {
   /// Zero.
   constexpr KRWideInteger() noexcept = default;
   /// Takes a number, with decimals or not.
-  KRWideInteger(KRPrecisionInteger const& number) noexcept : KRPrecisionInteger(number) {}
+  KRWideInteger(const KRPrecisionInteger& number) noexcept : KRPrecisionInteger(number) {}
   using KRPrecisionInteger::operator=;
 
   using KRPrecisionInteger::IsValid;
@@ -328,7 +328,7 @@ class KROFX_API KRCommaSepPrecisionInteger : public KRPrecisionInteger {
   /// Parses `text` without its commas, so that a comma after the point does not count as a place.
   /// @return 1 when the number was read; 0 on any error. Exhausted memory is one, and then the
   ///         thread's fire alarm is raised and the number is zero.
-  u16 ConvertStringToKRPrecisionInteger(char const* text) override;
+  u16 ConvertStringToKRPrecisionInteger(const char* text) override;
 
   /// The text that the base class's conversion last made on this object, or null when it was never
   /// called. The number is not formatted here.

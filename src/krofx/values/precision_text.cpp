@@ -21,7 +21,7 @@ struct DecimalReading {
   KRParseWarning error = KRPW_UNKNOWNEXCEPTION;
 };
 
-DecimalReading ReadDecimal(char const* text, std::size_t length) noexcept {
+DecimalReading ReadDecimal(const char* text, std::size_t length) noexcept {
   constexpr unsigned kMostDigits = 28;
   // So many digits fit 64 bits, where nearly all numbers end.
   constexpr unsigned kWordDigits = 19;
@@ -33,8 +33,8 @@ DecimalReading ReadDecimal(char const* text, std::size_t length) noexcept {
   bool malformed = false;
 
   for (std::size_t i = 0; i < length; ++i) {
-    char const c = text[i];
-    unsigned const digit = static_cast<unsigned char>(c) - unsigned{'0'};
+    const char c = text[i];
+    const unsigned digit = static_cast<unsigned char>(c) - unsigned{'0'};
     if (digit < 10) {
       if (digits < kWordDigits) {
         word = word * 10 + digit;
@@ -65,7 +65,7 @@ DecimalReading ReadDecimal(char const* text, std::size_t length) noexcept {
           malformed = true;
         } else {
           pointSeen = true;
-          std::size_t const places = length - i - 1;
+          const std::size_t places = length - i - 1;
           reading.decimals = static_cast<u16>(places < 65535 ? places : 65535);
         }
         break;
@@ -81,21 +81,21 @@ DecimalReading ReadDecimal(char const* text, std::size_t length) noexcept {
 
 }  // namespace
 
-KRPrecisionInteger::KRPrecisionInteger(char const* text) {
+KRPrecisionInteger::KRPrecisionInteger(const char* text) {
   KRPrecisionInteger::ConvertStringToKRPrecisionInteger(text);
 }
 
-KRPrecisionInteger& KRPrecisionInteger::operator=(char const* text) {
+KRPrecisionInteger& KRPrecisionInteger::operator=(const char* text) {
   ConvertStringToKRPrecisionInteger(text);
   return *this;
 }
 
-u16 KRPrecisionInteger::ConvertStringToKRPrecisionInteger(char const* text) {
+u16 KRPrecisionInteger::ConvertStringToKRPrecisionInteger(const char* text) {
   return Parse(text, text == nullptr ? 0 : std::strlen(text));
 }
 
-u16 KRPrecisionInteger::Parse(char const* text, std::size_t length) {
-  DecimalReading const reading = ReadDecimal(text, length);
+u16 KRPrecisionInteger::Parse(const char* text, std::size_t length) {
+  const DecimalReading reading = ReadDecimal(text, length);
   m_low = static_cast<u32>(reading.magnitude);
   m_middle = static_cast<u32>(reading.magnitude >> 32);
   m_high = static_cast<u32>(reading.magnitude >> 64);
@@ -128,18 +128,18 @@ KRPrecisionInteger::operator char*() const {
   return const_cast<KRPrecisionInteger*>(this)->operator char*();
 }
 
-KRPercent::KRPercent(char const* text) { KRPercent::ConvertStringToKRPrecisionInteger(text); }
+KRPercent::KRPercent(const char* text) { KRPercent::ConvertStringToKRPrecisionInteger(text); }
 
-KRPosPrecisionInteger::KRPosPrecisionInteger(char const* text) {
+KRPosPrecisionInteger::KRPosPrecisionInteger(const char* text) {
   KRPosPrecisionInteger::ConvertStringToKRPrecisionInteger(text);
 }
 
-u16 KRCommaSepPrecisionInteger::ConvertStringToKRPrecisionInteger(char const* text) {
+u16 KRCommaSepPrecisionInteger::ConvertStringToKRPrecisionInteger(const char* text) {
   if (text == nullptr) return Parse(nullptr, 0);
 
   // Numbers fit here; only a text that is wrong anyway or full of commas needs more.
   char room[64];
-  std::size_t const length = std::strlen(text);
+  const std::size_t length = std::strlen(text);
   krofx::internal::LazyBlock heap;
   char* const bare = length <= sizeof room ? room : static_cast<char*>(heap.Ensure(length));
   if (bare == nullptr) {

@@ -24,7 +24,7 @@ void HeldWarnings::Drop() {
   for (std::optional<Held>& held : m_held) held.reset();
 }
 
-bool HeldWarnings::Take(KRParseWarning warning, KRString const& value, KRString const& tagText,
+bool HeldWarnings::Take(KRParseWarning warning, const KRString& value, const KRString& tagText,
                         KRDataObj* object) {
   for (std::optional<Held>& held : m_held) {
     if (held) continue;

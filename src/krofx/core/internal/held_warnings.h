@@ -16,8 +16,8 @@ namespace krofx::internal {
 class KROFX_API HeldWarnings {
  public:
   HeldWarnings();
-  HeldWarnings(HeldWarnings const&) = delete;
-  HeldWarnings& operator=(HeldWarnings const&) = delete;
+  HeldWarnings(const HeldWarnings&) = delete;
+  HeldWarnings& operator=(const HeldWarnings&) = delete;
   ~HeldWarnings();
 
   /// Forgets what was held back.
@@ -34,7 +34,7 @@ class KROFX_API HeldWarnings {
   };
 
   // Takes a warning; false when it holds as many as a conversion gives.
-  bool Take(KRParseWarning warning, KRString const& value, KRString const& tagText,
+  bool Take(KRParseWarning warning, const KRString& value, const KRString& tagText,
             KRDataObj* object);
 
   KRParseLogger* m_logger;

@@ -51,7 +51,7 @@ void LoggerSubjects::UpdateList() {
 }
 
 template <class Subject>
-void LoggerSubjects::Forget(Subject* LoggerSubjects::*member, Subject const* subject) noexcept {
+void LoggerSubjects::Forget(Subject* LoggerSubjects::*member, const Subject* subject) noexcept {
   if (first.load(std::memory_order_acquire) == nullptr) return;
   const std::lock_guard lock(s_mutex);
   LoggerSubjects* next = nullptr;
@@ -64,11 +64,11 @@ void LoggerSubjects::Forget(Subject* LoggerSubjects::*member, Subject const* sub
   }
 }
 
-void ForgetInLoggers(KRBuffer const* buffer) noexcept {
+void ForgetInLoggers(const KRBuffer* buffer) noexcept {
   LoggerSubjects::Forget(&LoggerSubjects::m_buffer, buffer);
 }
 
-void ForgetInLoggers(KRParser const* parser) noexcept {
+void ForgetInLoggers(const KRParser* parser) noexcept {
   LoggerSubjects::Forget(&LoggerSubjects::m_parser, parser);
 }
 

@@ -20,8 +20,8 @@ namespace krofx::internal {
 class LoggerSubjects {
  public:
   LoggerSubjects() = default;
-  LoggerSubjects(LoggerSubjects const&) = delete;
-  LoggerSubjects& operator=(LoggerSubjects const&) = delete;
+  LoggerSubjects(const LoggerSubjects&) = delete;
+  LoggerSubjects& operator=(const LoggerSubjects&) = delete;
   ~LoggerSubjects();
 
   /// Names a buffer; null for none.
@@ -38,13 +38,13 @@ class LoggerSubjects {
   }
 
  private:
-  friend void ForgetInLoggers(KRBuffer const* buffer) noexcept;
-  friend void ForgetInLoggers(KRParser const* parser) noexcept;
+  friend void ForgetInLoggers(const KRBuffer* buffer) noexcept;
+  friend void ForgetInLoggers(const KRParser* parser) noexcept;
 
   // Puts this in the list of those that name something, or takes it out. The lock is held.
   void UpdateList();
   template <class Subject>
-  static void Forget(Subject* LoggerSubjects::*member, Subject const* subject) noexcept;
+  static void Forget(Subject* LoggerSubjects::*member, const Subject* subject) noexcept;
 
   static std::mutex s_mutex;
 
@@ -56,9 +56,9 @@ class LoggerSubjects {
 
 /// Takes a buffer that is being destroyed out of all loggers. Costs one load when no logger names
 /// any buffer or parser.
-KROFX_API void ForgetInLoggers(KRBuffer const* buffer) noexcept;
+KROFX_API void ForgetInLoggers(const KRBuffer* buffer) noexcept;
 /// Takes a parser that is being destroyed out of all loggers.
-KROFX_API void ForgetInLoggers(KRParser const* parser) noexcept;
+KROFX_API void ForgetInLoggers(const KRParser* parser) noexcept;
 
 }  // namespace krofx::internal
 

@@ -17,12 +17,12 @@ constexpr u32 kMaxSlots = SlotBlock::kMaxIndex + 1u;
 // Elements of a long array have left the caches when they are destroyed: the next one is fetched
 // while the one before it goes. Most are at most this large, and fetching what is not there is
 // harmless.
-void FetchAhead(void const* element) {
+void FetchAhead(const void* element) {
   constexpr std::uintptr_t kBytes = 576;
   constexpr std::uintptr_t kLine = 64;
-  auto const begin = reinterpret_cast<std::uintptr_t>(element);
+  const auto begin = reinterpret_cast<std::uintptr_t>(element);
   for (std::uintptr_t at = begin; at < begin + kBytes; at += kLine) {
-    __builtin_prefetch(reinterpret_cast<void const*>(at));
+    __builtin_prefetch(reinterpret_cast<const void*>(at));
   }
 }
 
@@ -33,12 +33,12 @@ SlotBlock::SlotBlock(u16 initialSize, u16 growStep, GrowthAlarm alarm) noexcept
       m_growStep(std::max<u16>(growStep, 1)),
       m_alarm(alarm) {}
 
-SlotBlock::SlotBlock(SlotBlock const& source) noexcept { ShareWith(source); }
+SlotBlock::SlotBlock(const SlotBlock& source) noexcept { ShareWith(source); }
 
 bool SlotBlock::GrowOneStep() {
-  bool const first = m_allocated == 0;
-  u32 const step = first ? m_initialSize : m_growStep;
-  auto const wanted = static_cast<u16>(std::min(m_allocated + step, kMaxSlots));
+  const bool first = m_allocated == 0;
+  const u32 step = first ? m_initialSize : m_growStep;
+  const auto wanted = static_cast<u16>(std::min(m_allocated + step, kMaxSlots));
   if (wanted == m_allocated) return false;
   if (wanted > m_capacity && !Reserve(wanted)) {
     if (first && m_alarm == GrowthAlarm::kRaised) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
@@ -93,8 +93,8 @@ void SlotBlock::Clear() {
 
 void SlotBlock::Release(void (*destroy)(void*)) {
   void** const slots = m_slots;
-  u32 const capacity = m_capacity;
-  bool const shared = IsShared();
+  const u32 capacity = m_capacity;
+  const bool shared = IsShared();
   Unlink();
   m_slots = nullptr;
   m_allocated = m_entries = m_capacity = 0;
@@ -106,7 +106,7 @@ void SlotBlock::Release(void (*destroy)(void*)) {
   Free(slots);
 }
 
-void SlotBlock::ShareWith(SlotBlock const& source) {
+void SlotBlock::ShareWith(const SlotBlock& source) {
   m_slots = source.m_slots;
   m_allocated = source.m_allocated;
   m_entries = source.m_entries;
@@ -121,7 +121,7 @@ void SlotBlock::ShareWith(SlotBlock const& source) {
 
 // Makes the memory at least `slots` long, for all that share it, with null in the new slots.
 bool SlotBlock::Reserve(u16 slots) {
-  auto const capacity = static_cast<u16>(std::clamp<u32>(u32{m_capacity} * 2, slots, kMaxSlots));
+  const auto capacity = static_cast<u16>(std::clamp<u32>(u32{m_capacity} * 2, slots, kMaxSlots));
   auto* grown = static_cast<void**>(Reallocate(m_slots, capacity * sizeof(void*)));
   if (grown == nullptr) return false;
   std::fill(grown + m_capacity, grown + capacity, nullptr);

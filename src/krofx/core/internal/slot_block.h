@@ -31,9 +31,9 @@ class KROFX_API SlotBlock {
   /// Takes no memory. `initialSize` and `growStep` of 0 become 1.
   SlotBlock(u16 initialSize, u16 growStep, GrowthAlarm alarm) noexcept;
   /// Shares the source's slots.
-  SlotBlock(SlotBlock const& source) noexcept;
+  SlotBlock(const SlotBlock& source) noexcept;
   /// Blocks are released, with a way to destroy the elements, before they take another's slots.
-  SlotBlock& operator=(SlotBlock const&) = delete;
+  SlotBlock& operator=(const SlotBlock&) = delete;
   /// The slots must have been released, unless another block shares them.
   ~SlotBlock() { Unlink(); }
 
@@ -90,7 +90,7 @@ class KROFX_API SlotBlock {
   /// shares them or they are borrowed.
   void Release(void (*destroy)(void*));
   /// Becomes a copy of `source`, sharing its slots. This block must have been released.
-  void ShareWith(SlotBlock const& source);
+  void ShareWith(const SlotBlock& source);
 
  private:
   static constexpr std::uintptr_t kBorrowed = 1;

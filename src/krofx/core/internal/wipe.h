@@ -16,7 +16,7 @@ KROFX_API void Wipe(void* block, std::size_t size) noexcept;
 KROFX_API void WipeAndFree(void* block, std::size_t size) noexcept;
 
 /// Called after each Wipe of this thread, with the block still allocated. For tests.
-using WipeObserver = void (*)(void const* block, std::size_t size);
+using WipeObserver = void (*)(const void* block, std::size_t size);
 
 /// Sets this thread's observer; null takes it away.
 KROFX_API void SetWipeObserver(WipeObserver observer) noexcept;

@@ -26,6 +26,13 @@ StoredDate& StoredDate::operator=(const KRDateTime& value) {
   return *this;
 }
 
+u16 StoredDate::operator=(const char* text) {
+  KRDateTime value = *this;
+  const u16 read = value = text;
+  *this = value;
+  return read;
+}
+
 void StoredDate::Drop() {
   delete Whole();
   m_date = PlainDate();

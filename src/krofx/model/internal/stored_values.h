@@ -120,6 +120,14 @@ class StoredNumber {
     m_number = value.AsPlain();
     return *this;
   }
+  /// As the assignment of `Number`.
+  StoredNumber& operator=(const char* text) {
+    Number value(*this);
+    value = text;
+    return *this = value;
+  }
+  /// As the assignment of `Number`.
+  StoredNumber& operator=(s32 value) { return *this = KRPrecisionInteger(value, 0); }
   operator Number() const { return Number(KRPrecisionInteger(m_number)); }
 
   /// Reads a number of the form that nearly all have, if its class allows it.
@@ -158,6 +166,8 @@ class KROFX_API StoredDate {
     return *this;
   }
   StoredDate& operator=(const KRDateTime& value);
+  /// As the assignment of KRDateTime.
+  u16 operator=(const char* text);
   ~StoredDate() {
     if (IsWhole()) Drop();
   }

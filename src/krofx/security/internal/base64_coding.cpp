@@ -21,7 +21,7 @@ constexpr std::array<u8, 256> kMeanings = [] {
   for (u8 value = 0; value < 64; ++value) {
     meanings[static_cast<unsigned char>(kAlphabet[value])] = value;
   }
-  for (char const blank : {'\r', '\n', ' ', '\t'}) {
+  for (const char blank : {'\r', '\n', ' ', '\t'}) {
     meanings[static_cast<unsigned char>(blank)] = kSkipped;
   }
   meanings['='] = kPadding;
@@ -39,9 +39,9 @@ bool Base64Encoder::Finish(CodedOutput& out) { return m_bytes == 0 || PutGroup(o
 
 // Each byte beyond what is there costs one character of the group.
 bool Base64Encoder::PutGroup(CodedOutput& out) {
-  u32 const bits = m_bits << 8 * (kBytesInGroup - m_bytes);
+  const u32 bits = m_bits << 8 * (kBytesInGroup - m_bytes);
   for (u32 place = 0; place < kCharactersInGroup; ++place) {
-    u32 const value = bits >> 6 * (kCharactersInGroup - 1 - place) & 0x3f;
+    const u32 value = bits >> 6 * (kCharactersInGroup - 1 - place) & 0x3f;
     if (!out.Put(static_cast<unsigned char>(place <= m_bytes ? kAlphabet[value] : '='))) {
       return false;
     }
@@ -51,7 +51,7 @@ bool Base64Encoder::PutGroup(CodedOutput& out) {
 }
 
 bool Base64Decoder::Take(unsigned char character, CodedOutput& out) {
-  u8 const meaning = kMeanings[character];
+  const u8 meaning = kMeanings[character];
   if (meaning == kSkipped) return true;
   if (meaning == kRefused || m_ended) return false;
   if (meaning == kPadding ? m_characters < 2 : m_padding > 0) return false;

@@ -12,13 +12,13 @@ namespace krofx::internal {
 
 /// A run of bytes that belongs to somebody else. Null data is no run at all, not even an empty one.
 struct ByteView {
-  char const* data = nullptr;
+  const char* data = nullptr;
   u32 length = 0;
 };
 
 /// The content of a buffer, as far as there is memory behind it; none for a null buffer and for one
 /// that lost its memory.
-inline ByteView ViewOf(KRBuffer const* buffer) {
+inline ByteView ViewOf(const KRBuffer* buffer) {
   if (buffer == nullptr || buffer->GetBufferPtr() == nullptr) return {};
   return {buffer->GetBufferPtr(), std::min(buffer->GetBufferSize(), buffer->GetBufferAllocation())};
 }

@@ -13,8 +13,8 @@ namespace krofx::internal {
 class CryptoErrorScope {
  public:
   CryptoErrorScope() { ERR_set_mark(); }
-  CryptoErrorScope(CryptoErrorScope const&) = delete;
-  CryptoErrorScope& operator=(CryptoErrorScope const&) = delete;
+  CryptoErrorScope(const CryptoErrorScope&) = delete;
+  CryptoErrorScope& operator=(const CryptoErrorScope&) = delete;
   ~CryptoErrorScope() { ERR_pop_to_mark(); }
 };
 

@@ -35,11 +35,11 @@ int Describe(unsigned char** description, unsigned char* algorithm) {
 /// One object for all directions: it is bound to an algorithm and then made ready for one.
 struct AlgorithmObject : HeapObject {
   AlgorithmObject() = default;
-  AlgorithmObject(AlgorithmObject const&) = delete;
-  AlgorithmObject& operator=(AlgorithmObject const&) = delete;
+  AlgorithmObject(const AlgorithmObject&) = delete;
+  AlgorithmObject& operator=(const AlgorithmObject&) = delete;
   ~AlgorithmObject() { EVP_MD_CTX_free(digest); }
 
-  unsigned char const* algorithm = nullptr;
+  const unsigned char* algorithm = nullptr;
   EVP_MD_CTX* digest = nullptr;
   Base64Encoder encoder;
   Base64Decoder decoder;
@@ -47,21 +47,21 @@ struct AlgorithmObject : HeapObject {
 
 namespace {
 
-bool IsBoundTo(AlgorithmObject const* object, unsigned char const* algorithm) {
+bool IsBoundTo(const AlgorithmObject* object, const unsigned char* algorithm) {
   return object != nullptr && object->algorithm == algorithm;
 }
 
 // Runs `step` with the output, and counts what it wrote.
 template <class Step>
-int Code(AlgorithmObject const* object, CodedOutput out, u32* written, Step step) {
-  char const* const begin = out.at;
+int Code(const AlgorithmObject* object, CodedOutput out, u32* written, Step step) {
+  const char* const begin = out.at;
   if (!IsBoundTo(object, g_base64) || !step(out)) return kFailed;
   *written = static_cast<u32>(out.at - begin);
   return kDone;
 }
 
 template <class Coder>
-int CodeAll(Coder& coder, CodedOutput& out, char const* data, u32 length) {
+int CodeAll(Coder& coder, CodedOutput& out, const char* data, u32 length) {
   return std::all_of(data, data + length,
                      [&](char c) { return coder.Take(static_cast<unsigned char>(c), out); });
 }
@@ -85,7 +85,7 @@ int BindAlgorithm(AlgorithmObject* algorithm, KRAlgorithmChooser chooser) {
 
 int DigestInit(AlgorithmObject* algorithm) {
   if (!IsBoundTo(algorithm, g_sha1)) return kFailed;
-  CryptoErrorScope const mark;
+  const CryptoErrorScope mark;
   if (algorithm->digest == nullptr) algorithm->digest = EVP_MD_CTX_new();
   if (algorithm->digest == nullptr) return kFailed;
   if (EVP_DigestInit_ex(algorithm->digest, EVP_sha1(), nullptr) == 1) return kDone;
@@ -95,15 +95,15 @@ int DigestInit(AlgorithmObject* algorithm) {
   return kFailed;
 }
 
-int DigestUpdate(AlgorithmObject* algorithm, char const* data, u32 length) {
+int DigestUpdate(AlgorithmObject* algorithm, const char* data, u32 length) {
   if (!IsBoundTo(algorithm, g_sha1) || algorithm->digest == nullptr) return kFailed;
-  CryptoErrorScope const mark;
+  const CryptoErrorScope mark;
   return EVP_DigestUpdate(algorithm->digest, data, length) == 1 ? kDone : kFailed;
 }
 
 int DigestFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
   if (!IsBoundTo(algorithm, g_sha1) || algorithm->digest == nullptr) return kFailed;
-  CryptoErrorScope const mark;
+  const CryptoErrorScope mark;
   unsigned char digest[EVP_MAX_MD_SIZE];
   unsigned int length = 0;
   if (EVP_DigestFinal_ex(algorithm->digest, digest, &length) != 1 || length > room) return kFailed;
@@ -118,7 +118,7 @@ int EncodeInit(AlgorithmObject* algorithm) {
   return kDone;
 }
 
-int EncodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
+int EncodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, const char* data,
                  u32 length) {
   return Code(algorithm, {out, out + room}, written,
               [&](CodedOutput& area) { return CodeAll(algorithm->encoder, area, data, length); });
@@ -135,7 +135,7 @@ int DecodeInit(AlgorithmObject* algorithm) {
   return kDone;
 }
 
-int DecodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
+int DecodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, const char* data,
                  u32 length) {
   return Code(algorithm, {out, out + room}, written,
               [&](CodedOutput& area) { return CodeAll(algorithm->decoder, area, data, length); });

@@ -27,21 +27,21 @@ int BindAlgorithm(AlgorithmObject* algorithm, KRAlgorithmChooser chooser);
 /// Makes the object ready for the data of a new digest.
 int DigestInit(AlgorithmObject* algorithm);
 /// Takes data into the digest.
-int DigestUpdate(AlgorithmObject* algorithm, char const* data, u32 length);
+int DigestUpdate(AlgorithmObject* algorithm, const char* data, u32 length);
 /// Writes the digest and says its length. Fails when `room` is too small.
 int DigestFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
 
 /// One call of a base64 coder that takes data: writes as much as whole groups give and says how
 /// many bytes. Fails on bad input and when `room` is too small.
 using CodeUpdate = int (*)(AlgorithmObject* algorithm, char* out, u32 room, u32* written,
-                           char const* data, u32 length);
+                           const char* data, u32 length);
 /// The last call: writes what is left. Fails when a group is not whole or `room` is too small.
 using CodeFinal = int (*)(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
 
 /// Makes the object ready to encode.
 int EncodeInit(AlgorithmObject* algorithm);
 /// See CodeUpdate.
-int EncodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
+int EncodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, const char* data,
                  u32 length);
 /// See CodeFinal.
 int EncodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
@@ -49,7 +49,7 @@ int EncodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
 /// Makes the object ready to decode.
 int DecodeInit(AlgorithmObject* algorithm);
 /// See CodeUpdate.
-int DecodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, char const* data,
+int DecodeUpdate(AlgorithmObject* algorithm, char* out, u32 room, u32* written, const char* data,
                  u32 length);
 /// See CodeFinal.
 int DecodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
@@ -64,29 +64,29 @@ CertificateObject* ShareCertificateObject(CertificateObject* certificate);
 void DestroyCertificateObject(CertificateObject* certificate);
 /// Reads a certificate and keeps a copy of its bytes. Fails on anything that is not exactly one
 /// X.509 certificate, and on a handle that has one.
-int SetCertificateBER(CertificateObject* certificate, char const* data, u32 length);
+int SetCertificateBER(CertificateObject* certificate, const char* data, u32 length);
 /// Gives the bytes, which live as long as the handle.
-int GetCertificateBER(CertificateObject const* certificate, char const** data, u32* length);
+int GetCertificateBER(const CertificateObject* certificate, const char** data, u32* length);
 /// Gives the fields. Fails when a date of validity is none.
-int GetCertificateFields(CertificateObject const* certificate, CertificateFields* fields);
+int GetCertificateFields(const CertificateObject* certificate, CertificateFields* fields);
 
 // Names: the attributes of the subject, in order.
 
 /// One attribute of a name. The pointers live as long as the name.
 struct NameAttribute {
   /// What the value is, for IsOrganizationName.
-  void const* type;
+  const void* type;
   /// The value's bytes, without a terminator.
-  char const* value;
+  const char* value;
   u32 length;
 };
 
 /// Number of attributes; 0 for null.
-u32 CountNameAttributes(NameObject const* name);
+u32 CountNameAttributes(const NameObject* name);
 /// Gives an attribute, counted from 0. Fails past the end.
-int GetNameAttribute(NameObject const* name, u32 index, NameAttribute* attribute);
+int GetNameAttribute(const NameObject* name, u32 index, NameAttribute* attribute);
 /// Whether the type of an attribute is organizationName, 2.5.4.10.
-bool IsOrganizationName(void const* type);
+bool IsOrganizationName(const void* type);
 
 }  // namespace krofx::internal
 

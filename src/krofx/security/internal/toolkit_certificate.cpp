@@ -29,8 +29,8 @@ constexpr int kFailed = 1;
 /// A certificate as libcrypto holds it, and the bytes that it came from.
 struct CertificateObject : HeapObject {
   CertificateObject() = default;
-  CertificateObject(CertificateObject const&) = delete;
-  CertificateObject& operator=(CertificateObject const&) = delete;
+  CertificateObject(const CertificateObject&) = delete;
+  CertificateObject& operator=(const CertificateObject&) = delete;
   ~CertificateObject() {
     X509_free(certificate);
     OPENSSL_free(publicKey);
@@ -48,15 +48,15 @@ struct CertificateObject : HeapObject {
 namespace {
 
 // Seconds from the start of 1970, GMT.
-bool ToSeconds(ASN1_TIME const* time, std::int64_t& seconds) {
+bool ToSeconds(const ASN1_TIME* time, std::int64_t& seconds) {
   std::tm fields{};
   if (time == nullptr || ASN1_TIME_to_tm(time, &fields) != 1) return false;
-  std::int64_t const days = DaysFromDate(fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday);
+  const std::int64_t days = DaysFromDate(fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday);
   seconds = ((days * 24 + fields.tm_hour) * 60 + fields.tm_min) * 60 + fields.tm_sec;
   return true;
 }
 
-X509_NAME const* ToName(NameObject const* name) { return reinterpret_cast<X509_NAME const*>(name); }
+const X509_NAME* ToName(const NameObject* name) { return reinterpret_cast<const X509_NAME*>(name); }
 
 }  // namespace
 
@@ -74,12 +74,12 @@ void DestroyCertificateObject(CertificateObject* certificate) {
   if (certificate != nullptr && certificate->holders.fetch_sub(1) == 1) delete certificate;
 }
 
-int SetCertificateBER(CertificateObject* certificate, char const* data, u32 length) {
+int SetCertificateBER(CertificateObject* certificate, const char* data, u32 length) {
   if (certificate == nullptr || certificate->certificate != nullptr) return kFailed;
   if (data == nullptr || length == 0) return kFailed;
-  CryptoErrorScope const mark;
-  auto const* const begin = reinterpret_cast<unsigned char const*>(data);
-  auto const* at = begin;
+  const CryptoErrorScope mark;
+  const auto* const begin = reinterpret_cast<const unsigned char*>(data);
+  const auto* at = begin;
   X509* const read = d2i_X509(nullptr, &at, length);
   unsigned char* key = nullptr;
   int keyLength = 0;
@@ -102,45 +102,45 @@ int SetCertificateBER(CertificateObject* certificate, char const* data, u32 leng
   return kDone;
 }
 
-int GetCertificateBER(CertificateObject const* certificate, char const** data, u32* length) {
+int GetCertificateBER(const CertificateObject* certificate, const char** data, u32* length) {
   if (certificate == nullptr || certificate->certificate == nullptr) return kFailed;
   *data = certificate->ber;
   *length = certificate->length;
   return kDone;
 }
 
-int GetCertificateFields(CertificateObject const* certificate, CertificateFields* fields) {
+int GetCertificateFields(const CertificateObject* certificate, CertificateFields* fields) {
   if (certificate == nullptr || certificate->certificate == nullptr) return kFailed;
-  CryptoErrorScope const mark;
+  const CryptoErrorScope mark;
   CertificateFields read;
   if (!ToSeconds(X509_get0_notBefore(certificate->certificate), read.validFrom)) return kFailed;
   if (!ToSeconds(X509_get0_notAfter(certificate->certificate), read.validTo)) return kFailed;
   read.subject =
-      reinterpret_cast<NameObject const*>(X509_get_subject_name(certificate->certificate));
+      reinterpret_cast<const NameObject*>(X509_get_subject_name(certificate->certificate));
   read.publicKey = certificate->publicKey;
   read.publicKeyLength = certificate->publicKeyLength;
   *fields = read;
   return kDone;
 }
 
-u32 CountNameAttributes(NameObject const* name) {
-  int const count = name != nullptr ? X509_NAME_entry_count(ToName(name)) : 0;
+u32 CountNameAttributes(const NameObject* name) {
+  const int count = name != nullptr ? X509_NAME_entry_count(ToName(name)) : 0;
   return count > 0 ? static_cast<u32>(count) : 0;
 }
 
-int GetNameAttribute(NameObject const* name, u32 index, NameAttribute* attribute) {
+int GetNameAttribute(const NameObject* name, u32 index, NameAttribute* attribute) {
   if (index >= CountNameAttributes(name)) return kFailed;
-  X509_NAME_ENTRY const* const entry = X509_NAME_get_entry(ToName(name), static_cast<int>(index));
-  ASN1_STRING const* const value = X509_NAME_ENTRY_get_data(entry);
+  const X509_NAME_ENTRY* const entry = X509_NAME_get_entry(ToName(name), static_cast<int>(index));
+  const ASN1_STRING* const value = X509_NAME_ENTRY_get_data(entry);
   if (value == nullptr) return kFailed;
   attribute->type = X509_NAME_ENTRY_get_object(entry);
-  attribute->value = reinterpret_cast<char const*>(ASN1_STRING_get0_data(value));
+  attribute->value = reinterpret_cast<const char*>(ASN1_STRING_get0_data(value));
   attribute->length = static_cast<u32>(ASN1_STRING_length(value));
   return kDone;
 }
 
-bool IsOrganizationName(void const* type) {
-  return OBJ_obj2nid(static_cast<ASN1_OBJECT const*>(type)) == NID_organizationName;
+bool IsOrganizationName(const void* type) {
+  return OBJ_obj2nid(static_cast<const ASN1_OBJECT*>(type)) == NID_organizationName;
 }
 
 }  // namespace krofx::internal

@@ -15,7 +15,7 @@ namespace krofx::internal {
 /// One root: what KRNetRequest::AddTrustedRootBER takes.
 struct TrustedRoot {
   /// The DER encoding of the certificate.
-  char const* der;
+  const char* der;
   /// Bytes of the encoding.
   u16 length;
   /// The root ID.
@@ -23,15 +23,15 @@ struct TrustedRoot {
 };
 
 /// 1000: the root of branding servers.
-extern TrustedRoot const kNorvikBrandingRoot;
+extern const TrustedRoot kNorvikBrandingRoot;
 /// 2000: the authority of OFX servers.
-extern TrustedRoot const kVeriSignOFXCARoot;
+extern const TrustedRoot kVeriSignOFXCARoot;
 /// 3000: the issuer of 2000, which chains need on their way but must not end at.
-extern TrustedRoot const kVeriSignClass3Root;
+extern const TrustedRoot kVeriSignClass3Root;
 /// 4000: the secure server authority, in its first issue.
-extern TrustedRoot const kRSAServerRoot;
+extern const TrustedRoot kRSAServerRoot;
 /// 4001: the secure server authority, issued again.
-extern TrustedRoot const kRSAServerRootReissue;
+extern const TrustedRoot kRSAServerRootReissue;
 
 }  // namespace krofx::internal
 

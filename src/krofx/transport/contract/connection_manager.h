@@ -86,7 +86,7 @@ struct SSLCertificateChain {
   /// Bytes of `der`.
   u16 length;
   /// The certificate, DER.
-  char const* der;
+  const char* der;
 };
 
 /// Takes a VYProgressRecord or a VYFinishedRecord; the result is not used.
@@ -118,24 +118,24 @@ class KROFX_API VYNConnectionManager {
   /// over or given back. Reply and header file are made in `tempPath`, which ends with its
   /// separator and in which a backslash is a slash, as in the names that `callback` is told. Null,
   /// or a nonzero `*error`, means failure: there is no exchange then.
-  virtual void* VCSendDataRequest(u16* error, void* session, char const* url, char const* data,
-                                  u32 size, char const* tempPath, VYProgressCallback callback,
+  virtual void* VCSendDataRequest(u16* error, void* session, const char* url, const char* data,
+                                  u32 size, const char* tempPath, VYProgressCallback callback,
                                   void* userData) = 0;
   /// Creates an exchange that fetches `url`. As VCSendDataRequest, without data.
-  virtual void* VCGetFileRequest(u16* error, void* session, char const* url, char const* tempPath,
+  virtual void* VCGetFileRequest(u16* error, void* session, const char* url, const char* tempPath,
                                  VYProgressCallback callback, void* userData) = 0;
 
   /// Sets the HTTP options. `post` is 1 for a send; `contentType` and `extraHeaders` (lines ended
   /// by CR LF) may be null; `timeout` is in seconds for the whole exchange. The second and the
   /// sixth argument are always 0 and 1. An exchange without options has no limit of its own, and a
   /// send is then a post of application/x-ofx.
-  virtual u16 VCSetHTTPInfo(void* exchange, u32, u16 post, char const* contentType,
-                            char const* extraHeaders, u32, s32 timeout) = 0;
+  virtual u16 VCSetHTTPInfo(void* exchange, u32, u16 post, const char* contentType,
+                            const char* extraHeaders, u32, s32 timeout) = 0;
   /// Sets the TLS options. With `skipVerify` 1 the manager checks nothing itself; the callback is
   /// asked all the same. The last argument is always 120.
   virtual u16 VCSetSSLInfo(void* exchange, u16 skipVerify, VYCertificateCallback callback, u32) = 0;
   /// Adds a root that the server's chain may end at. `der` must live through the call only.
-  virtual u16 VCAddTrustedRoot(void* exchange, char const* der, u32 length, s16 rootID) = 0;
+  virtual u16 VCAddTrustedRoot(void* exchange, const char* der, u32 length, s16 rootID) = 0;
 
   /// Starts the exchange. Behind a failure there is no finished record.
   virtual u16 VCInitiate(void* session, void* exchange) = 0;

@@ -33,9 +33,9 @@ class KROFX_API KRNetAccess : public krofx::internal::HeapObject {
   /// No callbacks, the agent name "NONAME", and no path.
   KRNetAccess();
   /// Copies every setting.
-  KRNetAccess(KRNetAccess const&) = default;
+  KRNetAccess(const KRNetAccess&) = default;
   /// Copies every setting.
-  KRNetAccess& operator=(KRNetAccess const&) = default;
+  KRNetAccess& operator=(const KRNetAccess&) = default;
 
   /// 1 when DoNetworkSetup can do something.
   virtual u16 CanDoNetworkSetup() = 0;
@@ -49,7 +49,7 @@ class KROFX_API KRNetAccess : public krofx::internal::HeapObject {
   /// Stores the folder in which a transport keeps its reply files, with the separator at its end.
   virtual void SetTempFilePath(const KRString& path);
   /// @return the folder in which reply files are kept, as it was set; it stays this object's.
-  KRString const& GetTempFilePath() const { return m_tempFilePath; }
+  const KRString& GetTempFilePath() const { return m_tempFilePath; }
   /// Stores the function that takes log lines; null means no logging.
   virtual void SetLogCallback(void (*callback)(const char*, u16, const char*));
   /// Hands the three values to the log callback; nothing happens without one.

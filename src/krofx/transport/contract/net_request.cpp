@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kUrlFileNameSize = 256;
 
 // Opens the file that `url` names.
-bool OpenFileOf(KRString const& url, krofx::internal::LocalFile& file) {
+bool OpenFileOf(const KRString& url, krofx::internal::LocalFile& file) {
   char name[kUrlFileNameSize];
   return krofx::internal::FileUrlToName(name, sizeof name, url) && file.OpenToRead(name);
 }
@@ -44,7 +44,7 @@ KRNetStatus KRNetRequest::Abort() { return KRNetStatus_AbortNotSupported; }
 
 KRNetStatus KRNetRequest::GetReplySize(u32& size) {
   krofx::internal::LocalFile file;
-  bool const known = OpenFileOf(m_url, file) && file.Size(size);
+  const bool known = OpenFileOf(m_url, file) && file.Size(size);
   return known ? KRNetStatus_Success : KRNetStatus_NoReplySize;
 }
 
@@ -57,7 +57,7 @@ KRNetStatus KRNetRequest::LoadReply(KRBuffer* target) {
   if (target->AllocateTo(size) != KRBufferOK || target->GetBufferPtr() == nullptr) {
     return KRNetStatus_NoMemory;
   }
-  u32 const got = file.Read(target->GetBufferPtr(), size);
+  const u32 got = file.Read(target->GetBufferPtr(), size);
   // A size of 0 can only be set as that of the cursor.
   if (got == 0) target->SetBufferOffset(0);
   target->SetBufferSize(got);

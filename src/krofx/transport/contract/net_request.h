@@ -25,9 +25,9 @@ class KROFX_API KRNetRequest : public krofx::internal::HeapObject {
   /// No URL.
   KRNetRequest() = default;
   /// Copies the URL.
-  KRNetRequest(KRNetRequest const&) = default;
+  KRNetRequest(const KRNetRequest&) = default;
   /// Copies the URL.
-  KRNetRequest& operator=(KRNetRequest const&) = default;
+  KRNetRequest& operator=(const KRNetRequest&) = default;
 
   /// Adds a root that a server's chain may end at, as base64 text of `length` characters. `rootID`
   /// names it from then on; its thousands tell the family of roots.

@@ -10,8 +10,8 @@ namespace internal = krofx::internal;
 namespace {
 
 // In this order, until one is refused.
-u16 AddRoots(KRNetRequest& request, std::initializer_list<internal::TrustedRoot const*> roots) {
-  for (internal::TrustedRoot const* root : roots) {
+u16 AddRoots(KRNetRequest& request, std::initializer_list<const internal::TrustedRoot*> roots) {
+  for (const internal::TrustedRoot* root : roots) {
     if (request.AddTrustedRootBER(root->der, root->length, root->id) == 0) return 0;
   }
   return 1;

@@ -22,7 +22,7 @@ u16 Ask(CurlCore* core, u16 (CurlCore::*operation)(Parameters...), Arguments... 
 }
 
 void* Create(CurlCore* core, u16* error, void* session,
-             krofx::internal::ExchangeParameters const& parameters) {
+             const krofx::internal::ExchangeParameters& parameters) {
   u16 code = VYNCurlCode_BadArgument;
   void* const exchange = core == nullptr ? nullptr : core->Create(code, session, parameters);
   if (error != nullptr) *error = Noted(code);
@@ -45,17 +45,17 @@ u32 VYNCurlManager::GetHttpStatus() const {
   return m_core == nullptr ? u32{0} : m_core->GetHttpStatus();
 }
 
-u16 VYNCurlManager::SetProxy(char const* url, char const* exceptions) {
+u16 VYNCurlManager::SetProxy(const char* url, const char* exceptions) {
   return m_core == nullptr ? u16{0} : m_core->SetProxy(url, exceptions);
 }
 
-u16 VYNCurlManager::SetSystemRoots(char const* file, char const* folder) {
+u16 VYNCurlManager::SetSystemRoots(const char* file, const char* folder) {
   return m_core == nullptr ? u16{0} : m_core->SetSystemRoots(file, folder);
 }
 
 void* VYNCurlManager::VCOpenInet(u16* error) {
   void* const session = m_core == nullptr ? nullptr : m_core->OpenSession();
-  u16 const code = session == nullptr ? VYNCurlCode_NoMemory : VYNCurlCode_Success;
+  const u16 code = session == nullptr ? VYNCurlCode_NoMemory : VYNCurlCode_Success;
   if (error != nullptr) *error = code;
   Noted(code);
   return session;
@@ -68,20 +68,20 @@ u16 VYNCurlManager::VCCloseInet(void* session) {
 
 u16 VYNCurlManager::VCConnect(void* session) { return Ask(m_core, &CurlCore::Connect, session); }
 
-void* VYNCurlManager::VCSendDataRequest(u16* error, void* session, char const* url,
-                                        char const* data, u32 size, char const* tempPath,
+void* VYNCurlManager::VCSendDataRequest(u16* error, void* session, const char* url,
+                                        const char* data, u32 size, const char* tempPath,
                                         VYProgressCallback callback, void* userData) {
   return Create(m_core, error, session, {url, data, size, true, tempPath, callback, userData});
 }
 
-void* VYNCurlManager::VCGetFileRequest(u16* error, void* session, char const* url,
-                                       char const* tempPath, VYProgressCallback callback,
+void* VYNCurlManager::VCGetFileRequest(u16* error, void* session, const char* url,
+                                       const char* tempPath, VYProgressCallback callback,
                                        void* userData) {
   return Create(m_core, error, session, {url, nullptr, 0, false, tempPath, callback, userData});
 }
 
-u16 VYNCurlManager::VCSetHTTPInfo(void* exchange, u32, u16 post, char const* contentType,
-                                  char const* extraHeaders, u32, s32 timeout) {
+u16 VYNCurlManager::VCSetHTTPInfo(void* exchange, u32, u16 post, const char* contentType,
+                                  const char* extraHeaders, u32, s32 timeout) {
   return Ask(m_core, &CurlCore::SetHttp, exchange, post, contentType, extraHeaders, timeout);
 }
 
@@ -90,7 +90,7 @@ u16 VYNCurlManager::VCSetSSLInfo(void* exchange, u16 skipVerify, VYCertificateCa
   return Ask(m_core, &CurlCore::SetTls, exchange, skipVerify == 1, callback);
 }
 
-u16 VYNCurlManager::VCAddTrustedRoot(void* exchange, char const* der, u32 length, s16 rootID) {
+u16 VYNCurlManager::VCAddTrustedRoot(void* exchange, const char* der, u32 length, s16 rootID) {
   return Ask(m_core, &CurlCore::AddRoot, exchange, der, length, rootID);
 }
 

@@ -56,8 +56,8 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   static constexpr u32 kDefaultReplyLimit = 256U * 1024 * 1024;
 
   VYNCurlManager();
-  VYNCurlManager(VYNCurlManager const&) = delete;
-  VYNCurlManager& operator=(VYNCurlManager const&) = delete;
+  VYNCurlManager(const VYNCurlManager&) = delete;
+  VYNCurlManager& operator=(const VYNCurlManager&) = delete;
   ~VYNCurlManager() override;
 
   /// Sets how many bytes the body of a reply may have, for exchanges that are created from now on.
@@ -72,12 +72,12 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// none. The texts are copied.
   /// @return 1; 0 while there are exchanges, when memory is exhausted and for a text that is too
   ///         long, and then nothing changes.
-  u16 SetProxy(char const* url, char const* exceptions);
+  u16 SetProxy(const char* url, const char* exceptions);
   /// Says where the system's roots are, which count for exchanges that have no roots of their own:
   /// a file of PEM certificates, a folder of them as `openssl rehash` lays it out, or both. Null or
   /// empty: none; both null: where libcurl looks by itself. The names are copied.
   /// @return as SetProxy.
-  u16 SetSystemRoots(char const* file, char const* folder);
+  u16 SetSystemRoots(const char* file, const char* folder);
 
   /// Null with VYNCurlCode_NoMemory when memory is exhausted or libcurl does not start.
   void* VCOpenInet(u16* error) override;
@@ -86,10 +86,10 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// 0 for every open session: each exchange makes its own connection.
   u16 VCConnect(void* session) override;
   /// A URL that cannot be used is reported by the finished record, not here.
-  void* VCSendDataRequest(u16* error, void* session, char const* url, char const* data, u32 size,
-                          char const* tempPath, VYProgressCallback callback,
+  void* VCSendDataRequest(u16* error, void* session, const char* url, const char* data, u32 size,
+                          const char* tempPath, VYProgressCallback callback,
                           void* userData) override;
-  void* VCGetFileRequest(u16* error, void* session, char const* url, char const* tempPath,
+  void* VCGetFileRequest(u16* error, void* session, const char* url, const char* tempPath,
                          VYProgressCallback callback, void* userData) override;
   /// Lines end with CR LF or LF; empty ones are passed over. A Content-Type line takes the place of
   /// `contentType`. A line that is no header line, or sets what frames the message (Content-Length,
@@ -97,12 +97,12 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// sent; the finished record says so. `timeout` is in seconds, for everything from the look-up of
   /// the host's name to the last byte; 0 and less is no limit but the 300 seconds that libcurl
   /// allows for connecting.
-  u16 VCSetHTTPInfo(void* exchange, u32, u16 post, char const* contentType,
-                    char const* extraHeaders, u32, s32 timeout) override;
+  u16 VCSetHTTPInfo(void* exchange, u32, u16 post, const char* contentType,
+                    const char* extraHeaders, u32, s32 timeout) override;
   /// A null callback leaves the decision to the manager's own check.
   u16 VCSetSSLInfo(void* exchange, u16 skipVerify, VYCertificateCallback callback, u32) override;
   /// VYNCurlCode_BadRoot for bytes that are not one certificate, and for the ID 0.
-  u16 VCAddTrustedRoot(void* exchange, char const* der, u32 length, s16 rootID) override;
+  u16 VCAddTrustedRoot(void* exchange, const char* der, u32 length, s16 rootID) override;
   /// An https exchange without VCSetSSLInfo is refused with VYNCurlCode_NoTlsOptions, so that roots
   /// and expectations that nobody told of here cannot be passed over. So is every start from inside
   /// a certificate callback, with VYNCurlCode_BadArgument, since nothing could move it there.

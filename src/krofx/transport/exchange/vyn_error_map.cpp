@@ -47,12 +47,12 @@ constexpr CodeRange kCodeRanges[] = {
 }  // namespace
 
 u32 VYNNetRequest::MapVYNErrorToHttpStatus(u16 code) {
-  u32 const place = u32{code} - kFirstHttpCode;
+  const u32 place = u32{code} - kFirstHttpCode;
   return place < sizeof kHttpStatuses / sizeof *kHttpStatuses ? kHttpStatuses[place] : kHttpOk;
 }
 
 KRNetStatus VYNNetRequest::MapVYNErrorToNetStatus(u16 code) {
-  for (CodeRange const& range : kCodeRanges) {
+  for (const CodeRange& range : kCodeRanges) {
     if (code >= range.first && code <= range.last) return range.status;
   }
   return KRNetStatus_Other;

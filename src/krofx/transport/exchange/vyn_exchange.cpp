@@ -17,18 +17,18 @@ using krofx::internal::LogLine;
 
 namespace {
 
-constexpr char const kDefaultContentType[] = "application/x-ofx";
+constexpr const char kDefaultContentType[] = "application/x-ofx";
 // Only in these letters: a URL that spells its scheme otherwise is passed on without TLS options.
-constexpr char const kSecureScheme[] = "https:";
+constexpr const char kSecureScheme[] = "https:";
 
 // What a fetch and a send say in the log.
 struct Lines {
-  char const* begin;
-  char const* end;
-  char const* notCreated;
-  char const* rootRejected;
-  char const* sslRejected;
-  char const* notStarted;
+  const char* begin;
+  const char* end;
+  const char* notCreated;
+  const char* rootRejected;
+  const char* sslRejected;
+  const char* notStarted;
 };
 
 constexpr Lines kGetLines = {
@@ -43,7 +43,7 @@ constexpr Lines kSendLines = {
     "***VYN VCSetSSLInfo:  %d (Send)", "***VYN VCInitiate:  %d",
 };
 
-constexpr char const kHttpRejected[] = "***VYN VCSetHTTPInfo:  %d";
+constexpr const char kHttpRejected[] = "***VYN VCSetHTTPInfo:  %d";
 
 void* Counter(u32 count) { return reinterpret_cast<void*>(static_cast<uintptr_t>(count)); }
 
@@ -51,12 +51,12 @@ void* Counter(u32 count) { return reinterpret_cast<void*>(static_cast<uintptr_t>
 
 // What is to be done. A fetch has no body, no headers and no content type.
 struct VYNNetRequest::Exchange {
-  Lines const& lines;
+  const Lines& lines;
   u16 isPost;
-  KRString const& url;
-  KRBuffer const* body;
-  char const* headers;
-  char const* contentType;
+  const KRString& url;
+  const KRBuffer* body;
+  const char* headers;
+  const char* contentType;
 };
 
 KRNetStatus VYNNetRequest::Get(const KRString& url) {
@@ -77,16 +77,16 @@ KRNetStatus VYNNetRequest::SendPlusHeadersContent(const KRString& url, KRBuffer*
               contentType == nullptr ? kDefaultContentType : contentType});
 }
 
-KRNetStatus VYNNetRequest::Run(Exchange const& exchange) {
+KRNetStatus VYNNetRequest::Run(const Exchange& exchange) {
   if (m_exchange.HasCall()) return KRNetStatus_NotCreated;
   ExchangeCall call;
   m_exchange.SetCall(&call);
-  LoggableUrl const url(exchange.url);
+  const LoggableUrl url(exchange.url);
   LogLine(m_exchange.Log(), kLogImportant, exchange.lines.begin, url.Text());
   if (call.requestGone) return KRNetStatus_Failed;
   KRNetStatus status = KRNetStatus_NotFileUrl;
   if (exchange.isPost == 0) status = KRNetRequest::Get(exchange.url);
-  bool const isLocal = status == KRNetStatus_Success;
+  const bool isLocal = status == KRNetStatus_Success;
   if (status == KRNetStatus_NotFileUrl) status = CarryOut(exchange, call);
   if (call.requestGone) return KRNetStatus_Failed;
   if (!isLocal) LogLine(m_exchange.Log(), kLogImportant, exchange.lines.end, url.Text(), status);
@@ -96,7 +96,7 @@ KRNetStatus VYNNetRequest::Run(Exchange const& exchange) {
   return status;
 }
 
-KRNetStatus VYNNetRequest::CarryOut(Exchange const& exchange, ExchangeCall const& call) {
+KRNetStatus VYNNetRequest::CarryOut(const Exchange& exchange, const ExchangeCall& call) {
   VYNConnectionManager* const manager = m_exchange.Manager();
   if (manager == nullptr) return KRNetStatus_NotCreated;
   if (exchange.isPost != 0 &&
@@ -110,7 +110,7 @@ KRNetStatus VYNNetRequest::CarryOut(Exchange const& exchange, ExchangeCall const
     return KRNetStatus_NotCreated;
   }
   m_reply.Forget();
-  KRNetStatus const status = SetTrust(exchange);
+  const KRNetStatus status = SetTrust(exchange);
   if (status != KRNetStatus_Success) return status;
   if (m_timeout != 0) {
     code = manager->VCSetHTTPInfo(m_exchange.Handle(), 0, exchange.isPost, exchange.contentType,
@@ -138,11 +138,11 @@ KRNetStatus VYNNetRequest::CarryOut(Exchange const& exchange, ExchangeCall const
   return MapVYNErrorToNetStatus(m_lastError);
 }
 
-u16 VYNNetRequest::Create(Exchange const& exchange, VYNConnectionManager& manager) {
+u16 VYNNetRequest::Create(const Exchange& exchange, VYNConnectionManager& manager) {
   ConnectionSession& session = *m_exchange.Session();
   // A copy, since the manager may lead to host code that sets another path. One that failed must
   // not pass for an empty path, which would put replies elsewhere.
-  KRString const path(session.Access().GetTempFilePath());
+  const KRString path(session.Access().GetTempFilePath());
   u16 error = 0;
   m_exchange.SetHandle(nullptr);
   if (path != session.Access().GetTempFilePath()) return error;
@@ -157,7 +157,7 @@ u16 VYNNetRequest::Create(Exchange const& exchange, VYNConnectionManager& manage
   return error;
 }
 
-KRNetStatus VYNNetRequest::SetTrust(Exchange const& exchange) {
+KRNetStatus VYNNetRequest::SetTrust(const Exchange& exchange) {
   if (std::strncmp(exchange.url, kSecureScheme, sizeof kSecureScheme - 1) != 0) {
     return KRNetStatus_Success;
   }
@@ -184,21 +184,21 @@ u16 VYNNetRequest::VYNNetRequestCallback(VYCallbackStatus status, void* record) 
   static_assert(offsetof(VYProgressRecord, userData) == offsetof(VYFinishedRecord, userData));
   if (record == nullptr) return 0;
   auto* const request =
-      static_cast<VYNNetRequest*>(static_cast<VYProgressRecord const*>(record)->userData);
+      static_cast<VYNNetRequest*>(static_cast<const VYProgressRecord*>(record)->userData);
   return request == nullptr ? 0 : request->DoCallback(status, record);
 }
 
 u16 VYNNetRequest::DoCallback(VYCallbackStatus status, void* record) {
   if (record == nullptr) return 0;
-  if (status == kVYProgress) TakeProgress(*static_cast<VYProgressRecord const*>(record));
-  if (status == kVYFInished) TakeEnd(*static_cast<VYFinishedRecord const*>(record));
+  if (status == kVYProgress) TakeProgress(*static_cast<const VYProgressRecord*>(record));
+  if (status == kVYFInished) TakeEnd(*static_cast<const VYFinishedRecord*>(record));
   return 0;
 }
 
-void VYNNetRequest::TakeProgress(VYProgressRecord const& record) {
+void VYNNetRequest::TakeProgress(const VYProgressRecord& record) {
   KRNetAccess* const access = m_exchange.Log();
   if (access == nullptr) return;
-  auto const code = static_cast<KROpCode>(record.opCode);
+  const auto code = static_cast<KROpCode>(record.opCode);
   void* first = nullptr;
   void* second = nullptr;
   if (code == KROpCode_Sending) {
@@ -211,11 +211,11 @@ void VYNNetRequest::TakeProgress(VYProgressRecord const& record) {
   access->UpdateSessionStatus(code, first, second);
 }
 
-void VYNNetRequest::TakeEnd(VYFinishedRecord const& record) {
+void VYNNetRequest::TakeEnd(const VYFinishedRecord& record) {
   // An exchange that is over has no handle that could be cancelled.
   m_exchange.SetHandle(nullptr);
   m_reply.Take(record);
-  u16 const result = record.result;
+  const u16 result = record.result;
   if (result != 0) m_lastError = result;
   m_httpStatus = MapVYNErrorToHttpStatus(result);
   m_finished = 1;

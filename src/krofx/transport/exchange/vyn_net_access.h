@@ -26,8 +26,8 @@ class KROFX_API VYNNetAccess : public KRNetAccess {
   /// fails.
   explicit VYNNetAccess(VYNConnectionManager* manager = nullptr,
                         VYNWaitPlatform* platform = nullptr);
-  VYNNetAccess(VYNNetAccess const&) = delete;
-  VYNNetAccess& operator=(VYNNetAccess const&) = delete;
+  VYNNetAccess(const VYNNetAccess&) = delete;
+  VYNNetAccess& operator=(const VYNNetAccess&) = delete;
   /// Ends what its requests are doing, takes them off this object, and closes a session that it
   /// opened itself. It may be destroyed by host code in an event or in a callback of its own.
   ~VYNNetAccess() override;

@@ -71,11 +71,11 @@ u16 VYNNetRequest::IsATrustedRoot(u32 rootID) const { return m_judge.IsTrustedRo
 u16 VYNNetRequest::AddAllTrustedRoots(void* exchange) {
   VYNConnectionManager* const manager = m_exchange.Manager();
   if (manager == nullptr) return kNoManager;
-  KRDynamicArrayCert const& roots = m_judge.Roots();
-  u16 const count = roots.Entries();
+  const KRDynamicArrayCert& roots = m_judge.Roots();
+  const u16 count = roots.Entries();
   for (u16 index = 0; index < count; ++index) {
-    KRCert const& root = *roots.Get(index);
-    u16 const code = manager->VCAddTrustedRoot(exchange, root.GetCertBER(), root.GetCertBERLen(),
+    const KRCert& root = *roots.Get(index);
+    const u16 code = manager->VCAddTrustedRoot(exchange, root.GetCertBER(), root.GetCertBERLen(),
                                                root.GetCallbackID());
     if (code != 0) return code;
   }
@@ -85,7 +85,7 @@ u16 VYNNetRequest::AddAllTrustedRoots(void* exchange) {
 u16 VYNNetRequest::SetSSLOptions(void* exchange) {
   VYNConnectionManager* const manager = m_exchange.Manager();
   if (manager == nullptr) return kNoManager;
-  u16 const skipVerify = m_verify == 1 ? 0 : 1;
+  const u16 skipVerify = m_verify == 1 ? 0 : 1;
   return manager->VCSetSSLInfo(exchange, skipVerify, &VYNSSLCertificateCallback, kSslConstant);
 }
 

@@ -35,8 +35,8 @@ class KROFX_API VYNNetRequest : public KRNetRequest {
  public:
   /// A request without an access object, which can only read local files.
   VYNNetRequest();
-  VYNNetRequest(VYNNetRequest const&) = delete;
-  VYNNetRequest& operator=(VYNNetRequest const&) = delete;
+  VYNNetRequest(const VYNNetRequest&) = delete;
+  VYNNetRequest& operator=(const VYNNetRequest&) = delete;
   /// Ends an exchange that still runs, and deletes the files of a reply that nobody loaded.
   ~VYNNetRequest() override;
 
@@ -88,7 +88,7 @@ class KROFX_API VYNNetRequest : public KRNetRequest {
   /// `value` left alone, when there is none.
   u16 GetHeader(KRString& name, KRString& value) override;
   /// All kept headers, as they came. The buffer stays this object's.
-  KRBuffer const& GetSavedHeaders() const { return m_reply.SavedHeaders(); }
+  const KRBuffer& GetSavedHeaders() const { return m_reply.SavedHeaders(); }
   /// Gives the manager's code of the last exchange, 0 for success, and the HTTP status of the last
   /// finished one. 0, with `httpStatus` left alone, when none has finished yet.
   u16 GetStatus(u32& httpStatus, u32& transportError) const override;
@@ -141,12 +141,12 @@ class KROFX_API VYNNetRequest : public KRNetRequest {
  private:
   struct Exchange;
 
-  KRNetStatus Run(Exchange const& exchange);
-  KRNetStatus CarryOut(Exchange const& exchange, krofx::internal::ExchangeCall const& call);
-  u16 Create(Exchange const& exchange, VYNConnectionManager& manager);
-  KRNetStatus SetTrust(Exchange const& exchange);
-  void TakeProgress(VYProgressRecord const& record);
-  void TakeEnd(VYFinishedRecord const& record);
+  KRNetStatus Run(const Exchange& exchange);
+  KRNetStatus CarryOut(const Exchange& exchange, const krofx::internal::ExchangeCall& call);
+  u16 Create(const Exchange& exchange, VYNConnectionManager& manager);
+  KRNetStatus SetTrust(const Exchange& exchange);
+  void TakeProgress(const VYProgressRecord& record);
+  void TakeEnd(const VYFinishedRecord& record);
 
   krofx::internal::ServerJudge m_judge;
   krofx::internal::ReplyFiles m_reply;

@@ -48,7 +48,7 @@ KRNetStatus ReceiverRequest::Get(const KRString& /*url*/) {
   m_replyFile[0] = '\0';
   char file[internal::kFileNameSize] = {};
   BuildFileSpec(kReplyFile, file);
-  std::size_t const length = strnlen(file, sizeof file);
+  const std::size_t length = strnlen(file, sizeof file);
   // A name without room opens nothing; half of one could open another file.
   if (length < sizeof m_replyFile) std::memcpy(m_replyFile, file, length + 1);
   internal::LocalFileSize(m_replyFile, m_replySize);
@@ -62,7 +62,7 @@ KRNetStatus ReceiverRequest::GetReplySize(u32& size) {
 }
 
 KRNetStatus ReceiverRequest::LoadReply(KRBuffer* target) {
-  bool const loaded = m_replySize != 0 && target != nullptr &&
+  const bool loaded = m_replySize != 0 && target != nullptr &&
                       internal::AppendLocalFile(m_replyFile, *target) &&
                       target->GetBufferSize() == m_replySize;
   return loaded ? KRNetStatus_Success : KRNetStatus_ReplyNotLoaded;

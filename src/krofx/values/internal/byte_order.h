@@ -16,7 +16,7 @@ constexpr void PackBytes(char* to, u32 value, int bytes) noexcept {
 }
 
 /// Reads `bytes` (at most 4) bytes at `from`, least significant first.
-constexpr u32 UnpackBytes(char const* from, int bytes) noexcept {
+constexpr u32 UnpackBytes(const char* from, int bytes) noexcept {
   u32 value = 0;
   for (int i = 0; i < bytes; ++i) {
     value |= static_cast<u32>(static_cast<unsigned char>(from[i])) << (8 * i);
@@ -29,11 +29,11 @@ constexpr void PackU16(char* to, u16 value) noexcept { PackBytes(to, value, 2); 
 /// Writes 32 bits at `to`.
 constexpr void PackU32(char* to, u32 value) noexcept { PackBytes(to, value, 4); }
 /// Reads 16 bits at `from`.
-constexpr u16 UnpackU16(char const* from) noexcept {
+constexpr u16 UnpackU16(const char* from) noexcept {
   return static_cast<u16>(UnpackBytes(from, 2));
 }
 /// Reads 32 bits at `from`.
-constexpr u32 UnpackU32(char const* from) noexcept { return UnpackBytes(from, 4); }
+constexpr u32 UnpackU32(const char* from) noexcept { return UnpackBytes(from, 4); }
 
 }  // namespace krofx::internal
 

@@ -18,27 +18,27 @@ constexpr std::int64_t FloorDivide(std::int64_t value, std::int64_t by) noexcept
 }  // namespace
 
 std::int64_t DaysFromDate(std::int64_t year, std::int64_t month, std::int64_t day) noexcept {
-  std::int64_t const fromMarch = month - 3;
+  const std::int64_t fromMarch = month - 3;
   year += FloorDivide(fromMarch, 12);
-  std::int64_t const shiftedMonth = fromMarch - FloorDivide(fromMarch, 12) * 12;
-  std::int64_t const cycle = FloorDivide(year, 400);
-  std::int64_t const yearOfCycle = year - cycle * 400;
+  const std::int64_t shiftedMonth = fromMarch - FloorDivide(fromMarch, 12) * 12;
+  const std::int64_t cycle = FloorDivide(year, 400);
+  const std::int64_t yearOfCycle = year - cycle * 400;
   // Five months from March on, and from August on, have 153 days together.
-  std::int64_t const dayOfYear = (153 * shiftedMonth + 2) / 5 + day - 1;
-  std::int64_t const leapDays = yearOfCycle / 4 - yearOfCycle / 100;
+  const std::int64_t dayOfYear = (153 * shiftedMonth + 2) / 5 + day - 1;
+  const std::int64_t leapDays = yearOfCycle / 4 - yearOfCycle / 100;
   return cycle * kDaysPerCycle + yearOfCycle * 365 + leapDays + dayOfYear - kDaysToEpoch;
 }
 
 CalendarDate DateFromDays(std::int64_t days) noexcept {
   days += kDaysToEpoch;
-  std::int64_t const cycle = FloorDivide(days, kDaysPerCycle);
-  std::int64_t const dayOfCycle = days - cycle * kDaysPerCycle;
-  std::int64_t const yearOfCycle =
+  const std::int64_t cycle = FloorDivide(days, kDaysPerCycle);
+  const std::int64_t dayOfCycle = days - cycle * kDaysPerCycle;
+  const std::int64_t yearOfCycle =
       (dayOfCycle - dayOfCycle / 1460 + dayOfCycle / 36524 - dayOfCycle / 146096) / 365;
-  std::int64_t const dayOfYear =
+  const std::int64_t dayOfYear =
       dayOfCycle - (365 * yearOfCycle + yearOfCycle / 4 - yearOfCycle / 100);
-  std::int64_t const shiftedMonth = (5 * dayOfYear + 2) / 153;
-  std::int64_t const month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
+  const std::int64_t shiftedMonth = (5 * dayOfYear + 2) / 153;
+  const std::int64_t month = shiftedMonth < 10 ? shiftedMonth + 3 : shiftedMonth - 9;
   return {
       .year = yearOfCycle + cycle * 400 + (month <= 2 ? 1 : 0),
       .month = static_cast<u16>(month),

@@ -15,10 +15,10 @@ class SystemClock final : public Clock {
 
   s32 LocalZoneOffset() override {
     // A day's distance from the epoch keeps the local reading in range for every zone.
-    std::time_t const day = 86400;
+    const std::time_t day = 86400;
     std::tm parts{};
     if (gmtime_r(&day, &parts) == nullptr) return 0;
-    std::time_t const local = std::mktime(&parts);
+    const std::time_t local = std::mktime(&parts);
     return static_cast<s32>(day - local);
   }
 };

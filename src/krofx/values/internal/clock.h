@@ -17,8 +17,8 @@ namespace krofx::internal {
 class KROFX_API Clock {
  public:
   Clock() = default;
-  Clock(Clock const&) = delete;
-  Clock& operator=(Clock const&) = delete;
+  Clock(const Clock&) = delete;
+  Clock& operator=(const Clock&) = delete;
   virtual ~Clock();
 
   /// Seconds since the start of 1970 in GMT.

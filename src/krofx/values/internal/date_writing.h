@@ -52,10 +52,10 @@ inline char* WriteClock(char* to, u16 hour, u16 minute, u16 second) noexcept {
 
 /// Writes a date with what it has of time and zone, up to the zone's offset.
 /// @param hasZone takes whether the bracket of a zone is open, which the name and "]" follow.
-inline char* WriteDateHead(DateFields const& date, char* to, bool& hasZone) noexcept {
+inline char* WriteDateHead(const DateFields& date, char* to, bool& hasZone) noexcept {
   hasZone = date.gmtOffset != 0 || date.gmtOffsetFraction != 0;
-  bool const hasMilliseconds = hasZone || date.millisecond != 0;
-  bool const hasClock = hasMilliseconds || date.hour != 0 || date.minute != 0 || date.second != 0;
+  const bool hasMilliseconds = hasZone || date.millisecond != 0;
+  const bool hasClock = hasMilliseconds || date.hour != 0 || date.minute != 0 || date.second != 0;
   to = date.year < 10000 ? WriteTwoDigits(WriteTwoDigits(to, static_cast<u16>(date.year / 100)),
                                           static_cast<u16>(date.year % 100))
                          : WriteDigits(to, date.year, 4);

@@ -32,7 +32,7 @@ constexpr u128 ScaleUp(u128 magnitude, u32 places) noexcept {
   constexpr u32 kLargest = static_cast<u32>(kPowersOfTen.size()) - 1;
   // 10^96 is a multiple of 2^96, so the loop ends early whatever the places.
   while (places > 0 && magnitude != 0) {
-    u32 const step = places < kLargest ? places : kLargest;
+    const u32 step = places < kLargest ? places : kLargest;
     magnitude = (magnitude * kPowersOfTen[step]) & kMagnitudeMask;
     places -= step;
   }
@@ -64,7 +64,7 @@ constexpr char* WriteDigitsBefore(char* end, u128 magnitude) noexcept {
   for (; rest > 0xffffffff; rest /= 10) *--end = static_cast<char>('0' + rest % 10);
   auto low = static_cast<std::uint32_t>(rest);
   for (; low >= 100; low /= 100) {
-    char const* const pair = kDigitPairs[low % 100];
+    const char* const pair = kDigitPairs[low % 100];
     *--end = pair[1];
     *--end = pair[0];
   }

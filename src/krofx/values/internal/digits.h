@@ -24,10 +24,10 @@ constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 /// @param scaleDigits when above the number of digits read, the value is multiplied by 10 for each
 ///        missing one: with 3, the text 5 is 500.
 /// @return whether every character read was a digit and the count was as asked.
-constexpr bool ReadDigits(char const* text, std::size_t length, u16& value, s16 exactDigits,
+constexpr bool ReadDigits(const char* text, std::size_t length, u16& value, s16 exactDigits,
                           s16 scaleDigits) noexcept {
   constexpr std::size_t kMostDigits = 5;
-  int const count = static_cast<int>(length < kMostDigits ? length : kMostDigits);
+  const int count = static_cast<int>(length < kMostDigits ? length : kMostDigits);
   u32 number = 0;
   for (int i = 0; i < count; ++i) {
     if (!IsDigit(text[i])) return false;
@@ -41,7 +41,7 @@ constexpr bool ReadDigits(char const* text, std::size_t length, u16& value, s16 
 
 /// Reads eight digits at once, as four numbers of two digits.
 /// @return whether all of the eight characters at `text` were digits; `pairs` is left alone if not.
-inline bool ReadDigitPairs(char const* text, u16 (&pairs)[4]) noexcept {
+inline bool ReadDigitPairs(const char* text, u16 (&pairs)[4]) noexcept {
   constexpr std::uint64_t kZeros = 0x3030303030303030;
   constexpr std::uint64_t kHighHalves = 0xf0f0f0f0f0f0f0f0;
   constexpr std::uint64_t kUpToNine = 0x0606060606060606;

@@ -18,9 +18,9 @@ class KROFX_API LazyBlock {
   /// Starts with no block.
   constexpr LazyBlock() noexcept = default;
   /// Starts with no block, whatever the other has.
-  constexpr LazyBlock(LazyBlock const&) noexcept {}
+  constexpr LazyBlock(const LazyBlock&) noexcept {}
   /// Keeps its own block.
-  LazyBlock& operator=(LazyBlock const&) noexcept { return *this; }
+  LazyBlock& operator=(const LazyBlock&) noexcept { return *this; }
   ~LazyBlock() { Release(); }
 
   /// The block, made zero-filled with `size` bytes if there is none yet. Stays owned here. Null

@@ -23,7 +23,7 @@ inline bool IsNameOfOffset(std::string_view name, s16 offset) noexcept {
   };
   constexpr s16 kLast = kFirst - static_cast<s16>(sizeof kNames / sizeof kNames[0]) + 1;
   if (offset > kFirst || offset < kLast) return true;
-  Names const& known = kNames[kFirst - offset];
+  const Names& known = kNames[kFirst - offset];
   // The comparison of a known length takes no call.
   const auto is = [name](std::string_view other) {
     return name.size() == 3 && name[0] == other[0] && name[1] == other[1] && name[2] == other[2];

@@ -16,12 +16,12 @@ namespace {
 constexpr int kMostHours = 12;
 
 // Reads "[-5:EST]" or "[-5]", with a name that goes with the offset.
-bool ReadCommonZone(char const* zone, std::size_t length, PlainDate& out) noexcept {
+bool ReadCommonZone(const char* zone, std::size_t length, PlainDate& out) noexcept {
   if (length < 3 || *zone != '[') return false;
-  char const* at = zone + 1;
-  char const* const end = zone + length - 1;
+  const char* at = zone + 1;
+  const char* const end = zone + length - 1;
   if (*end != ']') return false;
-  bool const negative = *at == '-';
+  const bool negative = *at == '-';
   if (negative || *at == '+') ++at;
   if (!IsDigit(*at)) return false;
   int hours = *at++ - '0';
@@ -40,7 +40,7 @@ bool ReadCommonZone(char const* zone, std::size_t length, PlainDate& out) noexce
 
 }  // namespace
 
-bool ReadCommonDate(char const* text, std::size_t length, PlainDate& out) noexcept {
+bool ReadCommonDate(const char* text, std::size_t length, PlainDate& out) noexcept {
   constexpr std::size_t kDateEnd = 8;
   constexpr std::size_t kClockEnd = 14;
   constexpr std::size_t kMillisecondsEnd = 18;
@@ -64,7 +64,7 @@ bool ReadCommonDate(char const* text, std::size_t length, PlainDate& out) noexce
   date.second = static_cast<std::uint8_t>(digits[3]);
   std::size_t at = kClockEnd;
   if (length >= kMillisecondsEnd && text[at] == '.') {
-    char const* const digit = text + at + 1;
+    const char* const digit = text + at + 1;
     if (!IsDigit(digit[0]) || !IsDigit(digit[1]) || !IsDigit(digit[2])) return false;
     date.millisecond =
         static_cast<u16>((digit[0] - '0') * 100 + (digit[1] - '0') * 10 + digit[2] - '0');
@@ -75,9 +75,9 @@ bool ReadCommonDate(char const* text, std::size_t length, PlainDate& out) noexce
   return true;
 }
 
-char* WriteDate(PlainDate const& date, char* out) noexcept {
-  bool const isDate = date.day != 0 && date.day <= DaysInMonth(date.month, date.year);
-  bool const isTime = date.hour <= 23 && date.minute <= 59 && date.second <= 59 &&
+char* WriteDate(const PlainDate& date, char* out) noexcept {
+  const bool isDate = date.day != 0 && date.day <= DaysInMonth(date.month, date.year);
+  const bool isTime = date.hour <= 23 && date.minute <= 59 && date.second <= 59 &&
                       date.millisecond <= 999 && std::abs(int{date.gmtOffset}) <= kMostHours &&
                       std::abs(int{date.gmtOffsetFraction}) <= 99;
   if (!isDate || !isTime) return nullptr;

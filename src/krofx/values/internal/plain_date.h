@@ -37,13 +37,13 @@ static_assert(sizeof(PlainDate) == 16);
 /// .XXX, and either of these with a zone "[-5:EST]" in whole hours.
 /// @return false, with `out` unchanged, for a text of any other form and for one that
 ///         KRDateTime::Parse would warn about.
-KROFX_API bool ReadCommonDate(char const* text, std::size_t length, PlainDate& out) noexcept;
+KROFX_API bool ReadCommonDate(const char* text, std::size_t length, PlainDate& out) noexcept;
 
 /// Writes the text of a valid date without a terminator, as KRDateTimeBase::GetDateString describes
 /// it.
 /// @param out room for PlainDate::kTextSize characters.
 /// @return the end of the text; null, with nothing written, for a date or time that is not valid.
-KROFX_API char* WriteDate(PlainDate const& date, char* out) noexcept;
+KROFX_API char* WriteDate(const PlainDate& date, char* out) noexcept;
 
 }  // namespace krofx::internal
 

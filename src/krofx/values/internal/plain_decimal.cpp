@@ -9,18 +9,18 @@
 
 namespace krofx::internal {
 
-bool ReadCommonDecimal(char const* text, std::size_t length, PlainDecimal& out) noexcept {
+bool ReadCommonDecimal(const char* text, std::size_t length, PlainDecimal& out) noexcept {
   constexpr std::ptrdiff_t kMostDigits = 18;
   // So many characters a number of 18 digits has with its sign and its point.
   constexpr std::size_t kMostCharacters = 20;
   if (length == 0 || length > kMostCharacters) return false;
-  char const* const end = text + length;
-  bool const negative = *text == '-';
-  char const* const first = negative ? text + 1 : text;
-  char const* point = nullptr;
+  const char* const end = text + length;
+  const bool negative = *text == '-';
+  const char* const first = negative ? text + 1 : text;
+  const char* point = nullptr;
   std::uint64_t magnitude = 0;
-  for (char const* at = first; at != end; ++at) {
-    unsigned const digit = static_cast<unsigned char>(*at) - unsigned{'0'};
+  for (const char* at = first; at != end; ++at) {
+    const unsigned digit = static_cast<unsigned char>(*at) - unsigned{'0'};
     if (digit < 10) {
       magnitude = magnitude * 10 + digit;
     } else if (*at == '.' && point == nullptr) {
@@ -29,7 +29,7 @@ bool ReadCommonDecimal(char const* text, std::size_t length, PlainDecimal& out) 
       return false;
     }
   }
-  std::ptrdiff_t const digits = end - first - (point != nullptr ? 1 : 0);
+  const std::ptrdiff_t digits = end - first - (point != nullptr ? 1 : 0);
   if (digits < 1 || digits > kMostDigits) return false;
   out = {static_cast<u32>(magnitude), static_cast<u32>(magnitude >> 32), 0,
          negative ? s16{-1} : s16{1},
@@ -37,14 +37,14 @@ bool ReadCommonDecimal(char const* text, std::size_t length, PlainDecimal& out) 
   return true;
 }
 
-char* WriteDecimal(PlainDecimal const& number, char* out) noexcept {
+char* WriteDecimal(const PlainDecimal& number, char* out) noexcept {
   char digits[KRPrecisionInteger::kTextSize];
   char* end = digits + sizeof digits;
-  u128 const magnitude =
+  const u128 magnitude =
       (u128{number.high} << 64) | (std::uint64_t{number.middle} << 32) | number.low;
   char* const first = WriteDigitsBefore(end, magnitude);
 
-  bool const writable = number.decimals <= KRPrecisionInteger::kMaxDecimals;
+  const bool writable = number.decimals <= KRPrecisionInteger::kMaxDecimals;
   if (writable && number.sign == -1) *out++ = '-';
   if (!writable || first == end) {
     *out++ = '0';
@@ -55,7 +55,7 @@ char* WriteDecimal(PlainDecimal const& number, char* out) noexcept {
     --end;
     --places;
   }
-  std::ptrdiff_t const whole = end - first - places;
+  const std::ptrdiff_t whole = end - first - places;
   if (whole > 0) {
     std::memcpy(out, first, static_cast<std::size_t>(whole));
     out += whole;
@@ -63,7 +63,7 @@ char* WriteDecimal(PlainDecimal const& number, char* out) noexcept {
   if (places > 0) {
     *out++ = '.';
     for (std::ptrdiff_t i = whole; i < 0; ++i) *out++ = '0';
-    char const* const behind = whole > 0 ? first + whole : first;
+    const char* const behind = whole > 0 ? first + whole : first;
     std::memcpy(out, behind, static_cast<std::size_t>(end - behind));
     out += end - behind;
   }

@@ -24,12 +24,12 @@ struct PlainDecimal {
 /// Reads a number of the form that nearly all have: a minus sign or none, up to 18 digits, and a
 /// point among them or none.
 /// @return false, with `out` unchanged, for a text of any other form.
-KROFX_API bool ReadCommonDecimal(char const* text, std::size_t length, PlainDecimal& out) noexcept;
+KROFX_API bool ReadCommonDecimal(const char* text, std::size_t length, PlainDecimal& out) noexcept;
 
 /// Writes the text of a number without a terminator, as KRPrecisionInteger::WriteText describes it.
 /// @param out room for KRPrecisionInteger::kTextSize characters.
 /// @return the end of the text.
-KROFX_API char* WriteDecimal(PlainDecimal const& number, char* out) noexcept;
+KROFX_API char* WriteDecimal(const PlainDecimal& number, char* out) noexcept;
 
 }  // namespace krofx::internal
 

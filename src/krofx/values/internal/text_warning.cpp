@@ -6,8 +6,8 @@
 
 namespace krofx::internal {
 
-void WarnAboutText(KRParseWarning warning, char const* text, std::size_t length,
-                   char const* operation) {
+void WarnAboutText(KRParseWarning warning, const char* text, std::size_t length,
+                   const char* operation) {
   KRString value;
   value.Assign(text,
                static_cast<u16>(length < KRString::kMaxLength ? length : KRString::kMaxLength));

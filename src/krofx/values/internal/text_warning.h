@@ -16,8 +16,8 @@ namespace krofx::internal {
 /// @param text the text that gave offence, becomes the value text; may be null when `length` is 0.
 /// @param length its characters; cut to what a KRString holds.
 /// @param operation becomes the tag text.
-[[gnu::cold, gnu::noinline]] void WarnAboutText(KRParseWarning warning, char const* text,
-                                                std::size_t length, char const* operation);
+[[gnu::cold, gnu::noinline]] void WarnAboutText(KRParseWarning warning, const char* text,
+                                                std::size_t length, const char* operation);
 
 }  // namespace krofx::internal
 

@@ -10,10 +10,10 @@
 
 namespace krofx::internal {
 
-void ZoneName::Assign(char const* text, std::size_t length) noexcept {
+void ZoneName::Assign(const char* text, std::size_t length) noexcept {
   // The string's own text may be what is assigned; it must not be read while it is replaced.
-  bool const isOwn = m_string != nullptr && text == static_cast<char const*>(*m_string);
-  std::size_t const kept = length < kShortSize ? length : kShortSize - 1;
+  const bool isOwn = m_string != nullptr && text == static_cast<const char*>(*m_string);
+  const std::size_t kept = length < kShortSize ? length : kShortSize - 1;
   if (kept != 0) std::memmove(m_short, text, kept);
   m_short[kept] = '\0';
   if (isOwn && length == m_string->GetStrLength()) return;
@@ -23,23 +23,23 @@ void ZoneName::Assign(char const* text, std::size_t length) noexcept {
     if (m_string == nullptr) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
   }
   if (m_string != nullptr) {
-    std::size_t const most = KRString::kMaxLength;
+    const std::size_t most = KRString::kMaxLength;
     m_string->Assign(kept == length ? m_short : text,
                      static_cast<u16>(length < most ? length : most));
   }
 }
 
-char const* ZoneName::Text() const noexcept {
-  return Length() < kShortSize ? m_short : static_cast<char const*>(*m_string);
+const char* ZoneName::Text() const noexcept {
+  return Length() < kShortSize ? m_short : static_cast<const char*>(*m_string);
 }
 
 std::size_t ZoneName::Length() const noexcept {
-  std::size_t const inString = m_string == nullptr ? 0 : m_string->GetStrLength();
+  const std::size_t inString = m_string == nullptr ? 0 : m_string->GetStrLength();
   return inString >= kShortSize ? inString : std::strlen(m_short);
 }
 
-KRString3 const& ZoneName::AsString() const noexcept {
-  static KRString3 const none;
+const KRString3& ZoneName::AsString() const noexcept {
+  static const KRString3 none;
   if (m_string == nullptr) {
     m_string = new KRString3;
     if (m_string == nullptr) {

@@ -20,7 +20,7 @@ class KROFX_API ZoneName {
   /// The empty name.
   ZoneName() noexcept = default;
   /// Copies the name.
-  ZoneName(ZoneName const& other) noexcept {
+  ZoneName(const ZoneName& other) noexcept {
     if (other.m_string == nullptr) {
       CopyShort(other);
     } else {
@@ -28,7 +28,7 @@ class KROFX_API ZoneName {
     }
   }
   /// Copies the name.
-  ZoneName& operator=(ZoneName const& other) noexcept {
+  ZoneName& operator=(const ZoneName& other) noexcept {
     if (m_string == nullptr && other.m_string == nullptr) {
       CopyShort(other);
     } else if (this != &other) {
@@ -50,22 +50,22 @@ class KROFX_API ZoneName {
   }
   /// Takes `length` characters at `text`. A long name for which memory does not suffice is cut to
   /// what the object holds, and the thread's fire alarm is raised.
-  void Assign(char const* text, std::size_t length) noexcept;
+  void Assign(const char* text, std::size_t length) noexcept;
 
   /// 1 when there is no name.
   bool IsEmpty() const noexcept { return m_short[0] == '\0'; }
   /// The name, valid until it is changed; never null.
-  char const* Text() const noexcept;
+  const char* Text() const noexcept;
   /// Characters in the name.
   std::size_t Length() const noexcept;
   /// The name as a string, which follows later changes of the name and lives as long as the object.
   /// When memory does not suffice for it the fire alarm is raised and it is empty.
-  KRString3 const& AsString() const noexcept;
+  const KRString3& AsString() const noexcept;
 
  private:
   static constexpr std::size_t kShortSize = 8;
 
-  void CopyShort(ZoneName const& other) noexcept {
+  void CopyShort(const ZoneName& other) noexcept {
     for (std::size_t i = 0; i < kShortSize; ++i) m_short[i] = other.m_short[i];
   }
   void DropString() noexcept;

@@ -31,13 +31,13 @@ AddedRoots::~AddedRoots() {
   }
 }
 
-u16 AddedRoots::Add(char const* der, u32 length, s16 rootID) {
-  CryptoErrorScope const scope;
+u16 AddedRoots::Add(const char* der, u32 length, s16 rootID) {
+  const CryptoErrorScope scope;
   if (der == nullptr || rootID == 0 || length > static_cast<u32>(INT_MAX)) {
     return VYNCurlCode_BadRoot;
   }
-  auto const* const start = reinterpret_cast<unsigned char const*>(der);
-  unsigned char const* at = start;
+  const auto* const start = reinterpret_cast<const unsigned char*>(der);
+  const unsigned char* at = start;
   CryptoPointer<X509> certificate(d2i_X509(nullptr, &at, static_cast<long>(length)));
   if (certificate == nullptr || at != start + length) return VYNCurlCode_BadRoot;
   auto* const root = new Root;
@@ -52,9 +52,9 @@ u16 AddedRoots::Add(char const* der, u32 length, s16 rootID) {
 }
 
 CryptoPointer<BIO> AddedRoots::Pem() const {
-  CryptoErrorScope const scope;
+  const CryptoErrorScope scope;
   CryptoPointer<BIO> text(BIO_new(BIO_s_mem()));
-  for (Root const* root = m_first; root != nullptr && text != nullptr; root = root->next) {
+  for (const Root* root = m_first; root != nullptr && text != nullptr; root = root->next) {
     if (PEM_write_bio_X509(text.get(), root->certificate.get()) != 1) text.reset();
   }
   return text;
@@ -62,21 +62,21 @@ CryptoPointer<BIO> AddedRoots::Pem() const {
 
 CryptoPointer<X509_STORE> AddedRoots::Store() const {
   CryptoPointer<X509_STORE> store(X509_STORE_new());
-  for (Root const* root = m_first; root != nullptr && store != nullptr; root = root->next) {
+  for (const Root* root = m_first; root != nullptr && store != nullptr; root = root->next) {
     if (X509_STORE_add_cert(store.get(), root->certificate.get()) != 1) store.reset();
   }
   return store;
 }
 
-u32 AddedRoots::IdOf(X509 const* certificate) const {
-  for (Root const* root = m_first; root != nullptr; root = root->next) {
+u32 AddedRoots::IdOf(const X509* certificate) const {
+  for (const Root* root = m_first; root != nullptr; root = root->next) {
     if (X509_cmp(root->certificate.get(), certificate) == 0) return static_cast<u32>(root->id);
   }
   return 0;
 }
 
 CertificateList PresentedCertificates(CURL* easy) {
-  CryptoErrorScope const scope;
+  const CryptoErrorScope scope;
   // libcurl's records are lines "name:value"; the certificate itself is PEM text under this name.
   static constexpr char kName[] = "Cert:";
   curl_certinfo* info = nullptr;
@@ -85,13 +85,13 @@ CertificateList PresentedCertificates(CURL* easy) {
   }
   CertificateList list(sk_X509_new_null());
   for (int i = 0; i < info->num_of_certs && list != nullptr; ++i) {
-    curl_slist const* line = info->certinfo[i];
+    const curl_slist* line = info->certinfo[i];
     while (line != nullptr && std::strncmp(line->data, kName, sizeof kName - 1) != 0) {
       line = line->next;
     }
     CryptoPointer<X509> certificate;
     if (line != nullptr) {
-      CryptoPointer<BIO> const text(BIO_new_mem_buf(line->data + sizeof kName - 1, -1));
+      const CryptoPointer<BIO> text(BIO_new_mem_buf(line->data + sizeof kName - 1, -1));
       if (text != nullptr) {
         certificate.reset(PEM_read_bio_X509(text.get(), nullptr, nullptr, nullptr));
       }
@@ -106,8 +106,8 @@ CertificateList PresentedCertificates(CURL* easy) {
 
 namespace {
 
-CertificateList BuildChain(CertificateList const& presented, X509_STORE* store, ChainCheck check) {
-  CryptoPointer<X509_STORE_CTX> const context(X509_STORE_CTX_new());
+CertificateList BuildChain(const CertificateList& presented, X509_STORE* store, ChainCheck check) {
+  const CryptoPointer<X509_STORE_CTX> context(X509_STORE_CTX_new());
   if (context == nullptr || presented == nullptr || store == nullptr) return nullptr;
   if (X509_STORE_CTX_init(context.get(), store, sk_X509_value(presented.get(), 0),
                           presented.get()) != 1) {
@@ -126,16 +126,16 @@ CertificateList BuildChain(CertificateList const& presented, X509_STORE* store, 
 
 }  // namespace
 
-CertificateList ChainToAddedRoots(CertificateList const& presented, AddedRoots const& roots,
+CertificateList ChainToAddedRoots(const CertificateList& presented, const AddedRoots& roots,
                                   ChainCheck check) {
-  CryptoErrorScope const scope;
-  CryptoPointer<X509_STORE> const store = roots.Store();
+  const CryptoErrorScope scope;
+  const CryptoPointer<X509_STORE> store = roots.Store();
   return BuildChain(presented, store.get(), check);
 }
 
-CertificateList ChainToRootsAt(CertificateList const& presented, RootLocation const& location) {
-  CryptoErrorScope const scope;
-  CryptoPointer<X509_STORE> const store(X509_STORE_new());
+CertificateList ChainToRootsAt(const CertificateList& presented, const RootLocation& location) {
+  const CryptoErrorScope scope;
+  const CryptoPointer<X509_STORE> store(X509_STORE_new());
   if (store == nullptr) return nullptr;
   // The folder first: of it only the certificates that are asked for are read, and usually it holds
   // what the file does.
@@ -150,8 +150,8 @@ CertificateList ChainToRootsAt(CertificateList const& presented, RootLocation co
   return chain;
 }
 
-CallbackChain::CallbackChain(CertificateList const& certificates) {
-  int const count = certificates == nullptr ? 0 : sk_X509_num(certificates.get());
+CallbackChain::CallbackChain(const CertificateList& certificates) {
+  const int count = certificates == nullptr ? 0 : sk_X509_num(certificates.get());
   for (int i = 0; i < count; ++i) {
     if (!Prepend(sk_X509_value(certificates.get(), i))) {
       Clear();
@@ -163,7 +163,7 @@ CallbackChain::CallbackChain(CertificateList const& certificates) {
 CallbackChain::~CallbackChain() { Clear(); }
 
 bool CallbackChain::Prepend(X509* certificate) {
-  int const length = i2d_X509(certificate, nullptr);
+  const int length = i2d_X509(certificate, nullptr);
   if (length <= 0 || length > UINT16_MAX) return false;
   // The bytes stand in the same block, behind the element.
   auto* const element = static_cast<SSLCertificateChain*>(
@@ -185,13 +185,13 @@ void CallbackChain::Clear() {
   }
 }
 
-bool NamesItsServers(X509 const* certificate) {
-  CryptoErrorScope const scope;
+bool NamesItsServers(const X509* certificate) {
+  const CryptoErrorScope scope;
   auto* const names = static_cast<GENERAL_NAMES*>(
       X509_get_ext_d2i(certificate, NID_subject_alt_name, nullptr, nullptr));
   bool named = false;
   for (int i = 0; i < sk_GENERAL_NAME_num(names); ++i) {
-    int const kind = sk_GENERAL_NAME_value(names, i)->type;
+    const int kind = sk_GENERAL_NAME_value(names, i)->type;
     named = named || kind == GEN_DNS || kind == GEN_IPADD;
   }
   GENERAL_NAMES_free(names);
@@ -200,7 +200,7 @@ bool NamesItsServers(X509 const* certificate) {
 
 bool TakeCertificateRefusal() {
   bool refused = false;
-  while (unsigned long const error = ERR_get_error()) {
+  while (const unsigned long error = ERR_get_error()) {
     if (ERR_GET_LIB(error) == ERR_LIB_SSL &&
         ERR_GET_REASON(error) == SSL_R_CERTIFICATE_VERIFY_FAILED) {
       refused = true;

@@ -40,12 +40,12 @@ using CertificateList = CryptoPointer<STACK_OF(X509)>;
 class AddedRoots {
  public:
   AddedRoots() = default;
-  AddedRoots(AddedRoots const&) = delete;
-  AddedRoots& operator=(AddedRoots const&) = delete;
+  AddedRoots(const AddedRoots&) = delete;
+  AddedRoots& operator=(const AddedRoots&) = delete;
   ~AddedRoots();
 
   /// Adds a root. 0, or a VYNCurlCode.
-  u16 Add(char const* der, u32 length, s16 rootID);
+  u16 Add(const char* der, u32 length, s16 rootID);
   /// Whether there is none.
   bool IsEmpty() const { return m_first == nullptr; }
   /// The roots as PEM text in memory; null when memory is exhausted.
@@ -53,7 +53,7 @@ class AddedRoots {
   /// A store that trusts the roots and nothing else; null when memory is exhausted.
   CryptoPointer<X509_STORE> Store() const;
   /// The ID of the first root that is this certificate; 0 for none.
-  u32 IdOf(X509 const* certificate) const;
+  u32 IdOf(const X509* certificate) const;
 
  private:
   struct Root;
@@ -63,9 +63,9 @@ class AddedRoots {
 /// Where roots are that were not added: PEM files, as OpenSSL finds them. Null for none.
 struct RootLocation {
   /// A file of certificates.
-  char const* file;
+  const char* file;
   /// A folder of certificates under the hashes of their subjects.
-  char const* folder;
+  const char* folder;
 };
 
 /// What libcurl kept of the server's certificates; null when it kept none, or memory is exhausted.
@@ -80,18 +80,18 @@ enum class ChainCheck {
 };
 
 /// The chain from the server's certificate to one of the added roots; null for none.
-CertificateList ChainToAddedRoots(CertificateList const& presented, AddedRoots const& roots,
+CertificateList ChainToAddedRoots(const CertificateList& presented, const AddedRoots& roots,
                                   ChainCheck check);
 
 /// The valid chain from the server's certificate to a root in one of the places; null for none.
-CertificateList ChainToRootsAt(CertificateList const& presented, RootLocation const& location);
+CertificateList ChainToRootsAt(const CertificateList& presented, const RootLocation& location);
 
 /// A list of certificates as the certificate callback takes it: the other way round, as DER.
 class CallbackChain {
  public:
-  explicit CallbackChain(CertificateList const& certificates);
-  CallbackChain(CallbackChain const&) = delete;
-  CallbackChain& operator=(CallbackChain const&) = delete;
+  explicit CallbackChain(const CertificateList& certificates);
+  CallbackChain(const CallbackChain&) = delete;
+  CallbackChain& operator=(const CallbackChain&) = delete;
   ~CallbackChain();
 
   /// The first element. Null when memory is exhausted or a certificate has more than 65535 bytes.
@@ -107,7 +107,7 @@ class CallbackChain {
 /// @return whether a certificate names the hosts that it is for in subjectAltName. libcurl falls
 /// back
 ///         on the common name of one that does not, which may be anything.
-bool NamesItsServers(X509 const* certificate);
+bool NamesItsServers(const X509* certificate);
 
 /// Empties the thread's queue of libcrypto errors. Whether a handshake failed over a certificate is
 /// among them: when a signature does not hold, libcurl's own answer hides that.

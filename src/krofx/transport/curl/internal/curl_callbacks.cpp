@@ -18,7 +18,7 @@ constexpr std::size_t kHeaderLimit = 256U * 1024;
 // The lowest status of a reply that is not interim.
 constexpr long kFirstFinalStatus = 200;
 
-bool IsBlankLine(char const* line, std::size_t length) {
+bool IsBlankLine(const char* line, std::size_t length) {
   return length == 0 || *line == '\r' || *line == '\n';
 }
 
@@ -38,7 +38,7 @@ u16 CurlExchange::AskAboutCertificates() {
   u32 rootID = 0;
   u16 error = VYNCurlCode_Success;
   if (m_skipVerify) {
-    CertificateList const leading =
+    const CertificateList leading =
         m_roots.IsEmpty() ? nullptr : ChainToAddedRoots(chain, m_roots, ChainCheck::SignaturesOnly);
     if (leading != nullptr) {
       rootID = m_roots.IdOf(sk_X509_value(leading.get(), sk_X509_num(leading.get()) - 1));
@@ -58,7 +58,7 @@ u16 CurlExchange::AskAboutCertificates() {
   }
   CallbackChain list(chain);
   if (list.First() == nullptr && error == VYNCurlCode_Success) error = VYNCurlCode_Untrusted;
-  u16 const answer = AskCallback(list.First(), rootID, error);
+  const u16 answer = AskCallback(list.First(), rootID, error);
   return answer != 0 ? answer : error;
 }
 
@@ -71,9 +71,9 @@ std::size_t CurlExchange::GiveData(char* out, std::size_t size, std::size_t coun
   auto& exchange = *static_cast<CurlExchange*>(self);
   // The data is no longer ours to read once the exchange was given back.
   if (exchange.MustStop()) return CURL_READFUNC_ABORT;
-  std::size_t const room = size * count;
-  u32 const left = exchange.m_size - exchange.m_position;
-  u32 const given = room < left ? static_cast<u32>(room) : left;
+  const std::size_t room = size * count;
+  const u32 left = exchange.m_size - exchange.m_position;
+  const u32 given = room < left ? static_cast<u32>(room) : left;
   if (given > 0) std::memcpy(out, exchange.m_data + exchange.m_position, given);
   exchange.m_position += given;
   return given;
@@ -90,7 +90,7 @@ int CurlExchange::Rewind(void* self, curl_off_t offset, int origin) {
 
 std::size_t CurlExchange::TakeBody(char* bytes, std::size_t size, std::size_t count, void* self) {
   auto& exchange = *static_cast<CurlExchange*>(self);
-  std::size_t const length = size * count;
+  const std::size_t length = size * count;
   if (exchange.MustStop()) return 0;
   if (length > exchange.m_replyLimit - exchange.m_replyFile.Size()) {
     exchange.m_stopped = VYNCurlCode_ReplyTooLarge;
@@ -102,12 +102,12 @@ std::size_t CurlExchange::TakeBody(char* bytes, std::size_t size, std::size_t co
 
 std::size_t CurlExchange::TakeHeader(char* bytes, std::size_t size, std::size_t count, void* self) {
   auto& exchange = *static_cast<CurlExchange*>(self);
-  std::size_t const length = size * count;
+  const std::size_t length = size * count;
   if (exchange.MustStop()) return 0;
   return exchange.WriteHeader(bytes, length) ? length : 0;
 }
 
-bool CurlExchange::WriteHeader(char const* line, std::size_t length) {
+bool CurlExchange::WriteHeader(const char* line, std::size_t length) {
   // Lines after the body are trailers, which servers add unasked.
   if (m_part == ReplyPart::Body) return true;
   m_headerSize += length;

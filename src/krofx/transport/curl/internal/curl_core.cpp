@@ -17,7 +17,7 @@ namespace {
 // Once for the process; libcurl has no way back that would be safe in a library.
 bool StartCurl() {
   StartCrypto();
-  static CURLcode const result = curl_global_init(CURL_GLOBAL_DEFAULT);
+  static const CURLcode result = curl_global_init(CURL_GLOBAL_DEFAULT);
   return result == CURLE_OK;
 }
 
@@ -32,8 +32,8 @@ struct CurlCore::Session : HeapObject {
 class CurlCore::Scope {
  public:
   explicit Scope(CurlCore& core) : m_core(core) { ++m_core.m_depth; }
-  Scope(Scope const&) = delete;
-  Scope& operator=(Scope const&) = delete;
+  Scope(const Scope&) = delete;
+  Scope& operator=(const Scope&) = delete;
   ~Scope() {
     if (--m_core.m_depth != 0) return;
     m_core.Sweep();
@@ -56,14 +56,14 @@ CurlCore::~CurlCore() {
 }
 
 void CurlCore::Destroy() {
-  Scope const scope(*this);
+  const Scope scope(*this);
   m_destroyed = true;
   for (CurlExchange* exchange = m_exchanges; exchange != nullptr; exchange = exchange->m_next) {
     Kill(*exchange);
   }
 }
 
-u16 CurlCore::SetProxy(char const* url, char const* exceptions) {
+u16 CurlCore::SetProxy(const char* url, const char* exceptions) {
   if (m_exchanges != nullptr) return 0;
   KRString urlCopy(url);
   KRString exceptionsCopy(exceptions);
@@ -73,7 +73,7 @@ u16 CurlCore::SetProxy(char const* url, char const* exceptions) {
   return 1;
 }
 
-u16 CurlCore::SetSystemRoots(char const* file, char const* folder) {
+u16 CurlCore::SetSystemRoots(const char* file, const char* folder) {
   if (m_exchanges != nullptr) return 0;
   KRString fileCopy(file);
   KRString folderCopy(folder);
@@ -94,7 +94,7 @@ void* CurlCore::OpenSession() {
 }
 
 u16 CurlCore::CloseSession(void* handle) {
-  Scope const scope(*this);
+  const Scope scope(*this);
   Session** const link = FindSession(handle);
   if (link == nullptr) return VYNCurlCode_BadArgument;
   Session* const session = *link;
@@ -113,7 +113,7 @@ u16 CurlCore::Connect(void* session) {
   return FindSession(session) == nullptr ? VYNCurlCode_BadArgument : VYNCurlCode_Success;
 }
 
-void* CurlCore::Create(u16& code, void* session, ExchangeParameters const& parameters) {
+void* CurlCore::Create(u16& code, void* session, const ExchangeParameters& parameters) {
   code = VYNCurlCode_BadArgument;
   if (FindSession(session) == nullptr) return nullptr;
   auto* const exchange = new CurlExchange(NewHandle(), session);
@@ -128,7 +128,7 @@ void* CurlCore::Create(u16& code, void* session, ExchangeParameters const& param
   return exchange->m_handle;
 }
 
-u16 CurlCore::SetHttp(void* handle, u16 post, char const* contentType, char const* extraHeaders,
+u16 CurlCore::SetHttp(void* handle, u16 post, const char* contentType, const char* extraHeaders,
                       s32 timeout) {
   CurlExchange* const exchange = FindCreated(handle);
   if (exchange == nullptr) return VYNCurlCode_BadArgument;
@@ -142,14 +142,14 @@ u16 CurlCore::SetTls(void* handle, bool skipVerify, VYCertificateCallback callba
   return VYNCurlCode_Success;
 }
 
-u16 CurlCore::AddRoot(void* handle, char const* der, u32 length, s16 rootID) {
+u16 CurlCore::AddRoot(void* handle, const char* der, u32 length, s16 rootID) {
   CurlExchange* const exchange = FindCreated(handle);
   if (exchange == nullptr) return VYNCurlCode_BadArgument;
   return exchange->AddRoot(der, length, rootID);
 }
 
 u16 CurlCore::Initiate(void* session, void* handle) {
-  Scope const scope(*this);
+  const Scope scope(*this);
   CurlExchange* const exchange = FindInSession(session, handle);
   if (exchange == nullptr || exchange->m_state != ExchangeState::Created || m_inCurl) {
     return VYNCurlCode_BadArgument;
@@ -168,7 +168,7 @@ u16 CurlCore::Initiate(void* session, void* handle) {
 }
 
 u16 CurlCore::Cancel(void* session, void* handle) {
-  Scope const scope(*this);
+  const Scope scope(*this);
   CurlExchange* const exchange = FindInSession(session, handle);
   if (exchange == nullptr || exchange->m_state == ExchangeState::Created) {
     return VYNCurlCode_BadArgument;
@@ -184,24 +184,24 @@ u16 CurlCore::Cancel(void* session, void* handle) {
 }
 
 void CurlCore::Release(void* session, void* handle) {
-  Scope const scope(*this);
+  const Scope scope(*this);
   CurlExchange* const exchange = FindInSession(session, handle);
   if (exchange != nullptr) Kill(*exchange);
 }
 
 void CurlCore::Work(u32 milliseconds) {
-  Scope const scope(*this);
+  const Scope scope(*this);
   if (m_inCurl) return;
   using Clock = std::chrono::steady_clock;
-  Clock::time_point const end = Clock::now() + std::chrono::milliseconds(milliseconds);
-  bool const paced = std::exchange(m_paced, false);
+  const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
+  const bool paced = std::exchange(m_paced, false);
   // A callback may work too, and know of an end before this call does.
-  u32 const known = m_knownEnds;
+  const u32 known = m_knownEnds;
   bool moved = Turn() && !paced;
   while (!moved && m_ends == known && !m_destroyed) {
-    auto const left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
     if (left <= 0) break;
-    int const wait = left > INT_MAX ? INT_MAX : static_cast<int>(left);
+    const int wait = left > INT_MAX ? INT_MAX : static_cast<int>(left);
     curl_multi_poll(m_multi, nullptr, 0, wait, nullptr);
     Turn();
     moved = !paced;
@@ -216,7 +216,7 @@ bool CurlCore::Turn() {
   m_inCurl = true;
   curl_multi_perform(m_multi, &running);
   m_inCurl = false;
-  bool const certificateRefused = TakeCertificateRefusal();
+  const bool certificateRefused = TakeCertificateRefusal();
   bool told = FinishVerdicts();
   told = TellProgress() || told;
   return FinishTransfers(certificateRefused) || told;
@@ -260,14 +260,14 @@ bool CurlCore::FinishVerdicts() {
 bool CurlCore::FinishTransfers(bool certificateRefused) {
   bool told = false;
   int left = 0;
-  while (CURLMsg const* const message = curl_multi_info_read(m_multi, &left)) {
+  while (const CURLMsg* const message = curl_multi_info_read(m_multi, &left)) {
     if (message->msg != CURLMSG_DONE) continue;
-    CURLcode const result = message->data.result;
+    const CURLcode result = message->data.result;
     CurlExchange* exchange = nullptr;
     curl_easy_getinfo(message->easy_handle, CURLINFO_PRIVATE, &exchange);
     if (exchange == nullptr || exchange->m_state != ExchangeState::Running) continue;
     exchange->m_state = ExchangeState::Ending;
-    u16 const code = exchange->Result(result, certificateRefused);
+    const u16 code = exchange->Result(result, certificateRefused);
     if (exchange->m_state == ExchangeState::Ending) Finish(*exchange, code);
     told = true;
   }

@@ -22,8 +22,8 @@ namespace krofx::internal {
 class CurlCore : public HeapObject {
  public:
   CurlCore();
-  CurlCore(CurlCore const&) = delete;
-  CurlCore& operator=(CurlCore const&) = delete;
+  CurlCore(const CurlCore&) = delete;
+  CurlCore& operator=(const CurlCore&) = delete;
 
   /// Whether libcurl started.
   bool IsReady() const { return m_multi != nullptr; }
@@ -32,19 +32,19 @@ class CurlCore : public HeapObject {
   void Destroy();
 
   void SetReplyLimit(u32 bytes) { m_settings.replyLimit = bytes; }
-  u16 SetProxy(char const* url, char const* exceptions);
-  u16 SetSystemRoots(char const* file, char const* folder);
+  u16 SetProxy(const char* url, const char* exceptions);
+  u16 SetSystemRoots(const char* file, const char* folder);
   /// The HTTP status of the exchange that ended last, 0 for none.
   u32 GetHttpStatus() const { return m_httpStatus; }
 
   void* OpenSession();
   u16 CloseSession(void* handle);
   u16 Connect(void* session);
-  void* Create(u16& code, void* session, ExchangeParameters const& parameters);
-  u16 SetHttp(void* handle, u16 post, char const* contentType, char const* extraHeaders,
+  void* Create(u16& code, void* session, const ExchangeParameters& parameters);
+  u16 SetHttp(void* handle, u16 post, const char* contentType, const char* extraHeaders,
               s32 timeout);
   u16 SetTls(void* handle, bool skipVerify, VYCertificateCallback callback);
-  u16 AddRoot(void* handle, char const* der, u32 length, s16 rootID);
+  u16 AddRoot(void* handle, const char* der, u32 length, s16 rootID);
   u16 Initiate(void* session, void* handle);
   u16 Cancel(void* session, void* handle);
   void Release(void* session, void* handle);

@@ -44,7 +44,7 @@ CurlExchange::~CurlExchange() {
   curl_url_cleanup(m_url);
 }
 
-u16 CurlExchange::Create(ExchangeParameters const& parameters, CurlSettings const& settings) {
+u16 CurlExchange::Create(const ExchangeParameters& parameters, const CurlSettings& settings) {
   if (parameters.url == nullptr || (parameters.data == nullptr && parameters.size != 0)) {
     return VYNCurlCode_BadArgument;
   }
@@ -56,7 +56,7 @@ u16 CurlExchange::Create(ExchangeParameters const& parameters, CurlSettings cons
   m_callback = parameters.callback;
   m_userData = parameters.userData;
   // libcurl's own default would call the body of a send a form.
-  u16 const code = m_headers.Set(m_isSend ? kDefaultContentType : nullptr, nullptr);
+  const u16 code = m_headers.Set(m_isSend ? kDefaultContentType : nullptr, nullptr);
   if (code != VYNCurlCode_Success) return code;
   ReadUrl(parameters.url);
   if (m_verdict == VYNCurlCode_NoMemory) return m_verdict;
@@ -67,13 +67,13 @@ u16 CurlExchange::Create(ExchangeParameters const& parameters, CurlSettings cons
 }
 
 // Strictly: a URL without a scheme would otherwise become one of plain http.
-void CurlExchange::ReadUrl(char const* url) {
+void CurlExchange::ReadUrl(const char* url) {
   m_url = curl_url();
   if (m_url == nullptr) {
     m_verdict = VYNCurlCode_NoMemory;
     return;
   }
-  CURLUcode const result = curl_url_set(m_url, CURLUPART_URL, url, 0);
+  const CURLUcode result = curl_url_set(m_url, CURLUPART_URL, url, 0);
   if (result != CURLUE_OK) {
     m_verdict = result == CURLUE_OUT_OF_MEMORY        ? VYNCurlCode_NoMemory
                 : result == CURLUE_UNSUPPORTED_SCHEME ? VYNCurlCode_UnsupportedScheme
@@ -90,12 +90,12 @@ void CurlExchange::ReadUrl(char const* url) {
   curl_free(scheme);
 }
 
-u16 CurlExchange::SetHttp(u16 post, char const* contentType, char const* extraHeaders,
+u16 CurlExchange::SetHttp(u16 post, const char* contentType, const char* extraHeaders,
                           s32 timeout) {
   if ((post != 0) != m_isSend) return VYNCurlCode_BadArgument;
   m_timeout = timeout;
   if (contentType == nullptr && m_isSend) contentType = kDefaultContentType;
-  u16 const code = m_headers.Set(contentType, extraHeaders);
+  const u16 code = m_headers.Set(contentType, extraHeaders);
   // Callers take a failure here for a success without a reply, so what is wrong is reported at the
   // end, where the reason counts.
   if (code != VYNCurlCode_Success && m_verdict == 0) m_verdict = code;
@@ -151,28 +151,28 @@ u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
       CountInfo(m_easy, CURLINFO_PRETRANSFER_TIME_T) > 0 && MemoryIsLeft()) {
     return VYNCurlCode_ReplyTooLarge;
   }
-  bool const badSignature = result == CURLE_SSL_CONNECT_ERROR && certificateRefused;
+  const bool badSignature = result == CURLE_SSL_CONNECT_ERROR && certificateRefused;
   if (result == CURLE_PEER_FAILED_VERIFICATION || badSignature) {
-    u16 const code = badSignature ? u16{VYNCurlCode_Untrusted}
+    const u16 code = badSignature ? u16{VYNCurlCode_Untrusted}
                                   : CodeOfVerification(LongInfo(m_easy, CURLINFO_SSL_VERIFYRESULT));
-    u16 const answer = AskCallback(nullptr, 0, code);
+    const u16 answer = AskCallback(nullptr, 0, code);
     return answer != 0 ? answer : code;
   }
   // A proxy that refuses a tunnel says why by an HTTP status.
-  long const proxyStatus = LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE);
+  const long proxyStatus = LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE);
   if (proxyStatus >= 400) return CodeOfHttpStatus(proxyStatus);
   return CodeOfTransfer(result, LongInfo(m_easy, CURLINFO_OS_ERRNO));
 }
 
 u32 CurlExchange::HttpStatus() const {
   if (m_easy == nullptr) return 0;
-  long const status = LongInfo(m_easy, CURLINFO_RESPONSE_CODE);
+  const long status = LongInfo(m_easy, CURLINFO_RESPONSE_CODE);
   return static_cast<u32>(status != 0 ? status : LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE));
 }
 
 u16 CurlExchange::CodeOfReply() const {
   if (m_part != ReplyPart::Body) return VYNCurlCode_Cut;
-  u16 const code = CodeOfHttpStatus(LongInfo(m_easy, CURLINFO_RESPONSE_CODE));
+  const u16 code = CodeOfHttpStatus(LongInfo(m_easy, CURLINFO_RESPONSE_CODE));
   return code == VYNCurlCode_Success && m_isHttps && !IsKnownWhole() ? u16{VYNCurlCode_Cut} : code;
 }
 
@@ -190,8 +190,8 @@ bool CurlExchange::IsKnownWhole() const {
 }
 
 void CurlExchange::Finish(u16 code, VYFinishedRecord& record) {
-  bool const replyArrived = m_replyFile.Close();
-  bool const headerArrived = m_headerFile.Close();
+  const bool replyArrived = m_replyFile.Close();
+  const bool headerArrived = m_headerFile.Close();
   record = VYFinishedRecord{};
   record.result = code;
   if (code == VYNCurlCode_Success && !(replyArrived && headerArrived)) {

@@ -36,11 +36,11 @@ struct CurlSettings {
 
 /// What an exchange is created with.
 struct ExchangeParameters {
-  char const* url;
-  char const* data;
+  const char* url;
+  const char* data;
   u32 size;
   bool isSend;
-  char const* tempPath;
+  const char* tempPath;
   VYProgressCallback callback;
   void* userData;
 };
@@ -72,19 +72,19 @@ class CurlExchange : public HeapObject {
  public:
   /// `handle` and `session` are the numbers that callers know the exchange and its session by.
   CurlExchange(void* handle, void* session) : m_handle(handle), m_session(session) {}
-  CurlExchange(CurlExchange const&) = delete;
-  CurlExchange& operator=(CurlExchange const&) = delete;
+  CurlExchange(const CurlExchange&) = delete;
+  CurlExchange& operator=(const CurlExchange&) = delete;
   ~CurlExchange();
 
   /// Takes the parameters over and makes the files. 0, or a VYNCurlCode; a URL that cannot be used
   /// becomes the verdict. `settings` must outlive the exchange.
-  u16 Create(ExchangeParameters const& parameters, CurlSettings const& settings);
+  u16 Create(const ExchangeParameters& parameters, const CurlSettings& settings);
   /// Sets the HTTP options. 0, or a VYNCurlCode; headers that cannot be used become the verdict.
-  u16 SetHttp(u16 post, char const* contentType, char const* extraHeaders, s32 timeout);
+  u16 SetHttp(u16 post, const char* contentType, const char* extraHeaders, s32 timeout);
   /// Sets the TLS options.
   void SetTls(bool skipVerify, VYCertificateCallback callback);
   /// Adds a root. 0, or a VYNCurlCode.
-  u16 AddRoot(char const* der, u32 length, s16 rootID) { return m_roots.Add(der, length, rootID); }
+  u16 AddRoot(const char* der, u32 length, s16 rootID) { return m_roots.Add(der, length, rootID); }
 
   /// Makes the transfer, unless there is a verdict. 0, or a VYNCurlCode.
   u16 Prepare();
@@ -111,13 +111,13 @@ class CurlExchange : public HeapObject {
 
   // Whether libcurl's calls are to stop the transfer at their next chance.
   bool MustStop() const { return m_state == ExchangeState::Dead || m_verdict != 0; }
-  void ReadUrl(char const* url);
+  void ReadUrl(const char* url);
   bool SetConnection();
   bool SetRequest();
   bool SetTrust();
   RootLocation SystemRoots() const;
   u16 AskAboutCertificates();
-  bool WriteHeader(char const* line, std::size_t length);
+  bool WriteHeader(const char* line, std::size_t length);
   u16 CodeOfReply() const;
   bool IsKnownWhole() const;
   u16 AskCallback(SSLCertificateChain* chain, u32 rootID, u16 error);
@@ -139,9 +139,9 @@ class CurlExchange : public HeapObject {
   CURL* m_easy = nullptr;
   CURLU* m_url = nullptr;
   bool m_isHttps = false;
-  CurlSettings const* m_settings = nullptr;
+  const CurlSettings* m_settings = nullptr;
 
-  char const* m_data = nullptr;
+  const char* m_data = nullptr;
   u32 m_size = 0;
   u32 m_position = 0;
   bool m_isSend = false;

@@ -39,17 +39,17 @@ constexpr FixedOption kFixedOptions[] = {
     {CURLOPT_SUPPRESS_CONNECT_HEADERS, 1},
 };
 
-char const* TextOrNull(KRString const& text) {
-  return text.IsEmpty() != 0 ? nullptr : static_cast<char const*>(text);
+const char* TextOrNull(const KRString& text) {
+  return text.IsEmpty() != 0 ? nullptr : static_cast<const char*>(text);
 }
 
-char const* TextOrEmpty(KRString const& text) {
-  return text.IsEmpty() != 0 ? "" : static_cast<char const*>(text);
+const char* TextOrEmpty(const KRString& text) {
+  return text.IsEmpty() != 0 ? "" : static_cast<const char*>(text);
 }
 
 // Where libcurl looks by itself.
-char const* OwnPlace(CURL* easy, CURLINFO info) {
-  char const* place = nullptr;
+const char* OwnPlace(CURL* easy, CURLINFO info) {
+  const char* place = nullptr;
   curl_easy_getinfo(easy, info, &place);
   return place;
 }
@@ -57,7 +57,7 @@ char const* OwnPlace(CURL* easy, CURLINFO info) {
 }  // namespace
 
 bool CurlExchange::SetConnection() {
-  for (FixedOption const& row : kFixedOptions) {
+  for (const FixedOption& row : kFixedOptions) {
     if (!Set(m_easy, row.option, row.value)) return false;
   }
   // Empty texts, since libcurl asks the environment for what is not set.
@@ -69,7 +69,7 @@ bool CurlExchange::SetConnection() {
 
 bool CurlExchange::SetRequest() {
   if (m_isSend) {
-    bool const done =
+    const bool done =
         Set(m_easy, CURLOPT_POST, 1L) &&
         Set(m_easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_size)) &&
         Set(m_easy, CURLOPT_READFUNCTION, &GiveData) && Set(m_easy, CURLOPT_READDATA, this) &&
@@ -87,7 +87,7 @@ bool CurlExchange::SetTrust() {
   // A proxy may speak TLS too.
   if (!HookTls(m_easy, m_tlsEnd)) return false;
   if (!m_isHttps) return true;
-  long const verify = m_skipVerify ? 0 : 1;
+  const long verify = m_skipVerify ? 0 : 1;
   if (!Set(m_easy, CURLOPT_SSL_VERIFYPEER, verify) ||
       !Set(m_easy, CURLOPT_SSL_VERIFYHOST, verify * 2) || !Set(m_easy, CURLOPT_CERTINFO, 1L) ||
       !Set(m_easy, CURLOPT_PREREQFUNCTION, &BeforeRequest) ||
@@ -103,10 +103,10 @@ bool CurlExchange::SetTrust() {
     return false;
   }
   if (m_skipVerify || m_roots.IsEmpty()) return true;
-  CryptoPointer<BIO> const pem = m_roots.Pem();
+  const CryptoPointer<BIO> pem = m_roots.Pem();
   if (pem == nullptr) return false;
   char* text = nullptr;
-  long const length = BIO_get_mem_data(pem.get(), &text);
+  const long length = BIO_get_mem_data(pem.get(), &text);
   curl_blob blob{text, static_cast<std::size_t>(length), CURL_BLOB_COPY};
   return Set(m_easy, CURLOPT_CAINFO_BLOB, &blob);
 }

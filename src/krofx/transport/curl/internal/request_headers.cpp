@@ -16,7 +16,7 @@ namespace {
 constexpr char kContentType[] = "Content-Type";
 
 // Whoever sets these says where a message ends, which is for libcurl to say.
-constexpr char const* kFraming[] = {"Content-Length", "Transfer-Encoding", "Expect"};
+constexpr const char* kFraming[] = {"Content-Length", "Transfer-Encoding", "Expect"};
 
 // The characters of a header's name.
 bool IsTokenCharacter(char character) {
@@ -32,21 +32,21 @@ bool IsValueCharacter(char character) {
 
 bool IsBlank(char character) { return character == ' ' || character == '\t'; }
 
-bool IsName(char const* text, std::size_t length, char const* name) {
+bool IsName(const char* text, std::size_t length, const char* name) {
   return std::strlen(name) == length && strncasecmp(text, name, length) == 0;
 }
 
 }  // namespace
 
-u16 RequestHeaders::Set(char const* contentType, char const* extraHeaders) {
+u16 RequestHeaders::Set(const char* contentType, const char* extraHeaders) {
   curl_slist_free_all(m_list);
   m_list = nullptr;
   m_hasContentType = false;
   u16 code = VYNCurlCode_Success;
-  char const* at = extraHeaders == nullptr ? "" : extraHeaders;
+  const char* at = extraHeaders == nullptr ? "" : extraHeaders;
   while (*at != '\0' && code == VYNCurlCode_Success) {
-    std::size_t const toEnd = std::strcspn(at, "\n");
-    std::size_t const length =
+    const std::size_t toEnd = std::strcspn(at, "\n");
+    const std::size_t length =
         toEnd > 0 && at[toEnd - 1] == '\r' && at[toEnd] == '\n' ? toEnd - 1 : toEnd;
     if (length > 0) code = AddExtra(at, length);
     at += at[toEnd] == '\0' ? toEnd : toEnd + 1;
@@ -67,20 +67,20 @@ u16 RequestHeaders::Set(char const* contentType, char const* extraHeaders) {
   return code;
 }
 
-u16 RequestHeaders::AddExtra(char const* line, std::size_t length) {
+u16 RequestHeaders::AddExtra(const char* line, std::size_t length) {
   std::size_t nameLength = 0;
   while (nameLength < length && IsTokenCharacter(line[nameLength])) ++nameLength;
   if (nameLength == 0 || nameLength == length || line[nameLength] != ':') {
     return VYNCurlCode_BadHeader;
   }
-  for (char const* const name : kFraming) {
+  for (const char* const name : kFraming) {
     if (IsName(line, nameLength, name)) return VYNCurlCode_BadHeader;
   }
   if (IsName(line, nameLength, kContentType)) m_hasContentType = true;
   return AddLine(line, nameLength, line + nameLength + 1, length - nameLength - 1);
 }
 
-u16 RequestHeaders::AddLine(char const* name, std::size_t nameLength, char const* value,
+u16 RequestHeaders::AddLine(const char* name, std::size_t nameLength, const char* value,
                             std::size_t valueLength) {
   while (valueLength > 0 && IsBlank(*value)) {
     ++value;
@@ -90,7 +90,7 @@ u16 RequestHeaders::AddLine(char const* name, std::size_t nameLength, char const
   for (std::size_t i = 0; i < valueLength; ++i) {
     if (!IsValueCharacter(value[i])) return VYNCurlCode_BadHeader;
   }
-  std::size_t const room = nameLength + valueLength + sizeof ": ";
+  const std::size_t room = nameLength + valueLength + sizeof ": ";
   auto* const line = static_cast<char*>(Allocate(room));
   if (line == nullptr) return VYNCurlCode_NoMemory;
   std::memcpy(line, name, nameLength);

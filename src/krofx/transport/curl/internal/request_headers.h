@@ -16,20 +16,20 @@ namespace krofx::internal {
 class RequestHeaders {
  public:
   RequestHeaders() = default;
-  RequestHeaders(RequestHeaders const&) = delete;
-  RequestHeaders& operator=(RequestHeaders const&) = delete;
+  RequestHeaders(const RequestHeaders&) = delete;
+  RequestHeaders& operator=(const RequestHeaders&) = delete;
   ~RequestHeaders() { curl_slist_free_all(m_list); }
 
   /// Replaces what was set. `contentType` null is none; `extraHeaders`, which may be null, are
   /// lines ended by CR LF or LF, the last end may be missing. 0, or a VYNCurlCode, and then there
   /// are no lines.
-  u16 Set(char const* contentType, char const* extraHeaders);
+  u16 Set(const char* contentType, const char* extraHeaders);
   /// The lines; null for none.
   curl_slist* List() const { return m_list; }
 
  private:
-  u16 AddExtra(char const* line, std::size_t length);
-  u16 AddLine(char const* name, std::size_t nameLength, char const* value, std::size_t valueLength);
+  u16 AddExtra(const char* line, std::size_t length);
+  u16 AddLine(const char* name, std::size_t nameLength, const char* value, std::size_t valueLength);
 
   curl_slist* m_list = nullptr;
   bool m_hasContentType = false;

@@ -93,7 +93,7 @@ constexpr long kNotValidErrors[] = {
 }  // namespace
 
 u16 CodeOfHttpStatus(long status) {
-  for (StatusRun const& run : kStatusRuns) {
+  for (const StatusRun& run : kStatusRuns) {
     if (status >= run.first && status <= run.last) {
       return static_cast<u16>(run.code + (status - run.first));
     }
@@ -106,14 +106,14 @@ u16 CodeOfTransfer(CURLcode result, long systemError) {
   if (result == CURLE_COULDNT_CONNECT) {
     return systemError == ECONNREFUSED ? VYNCurlCode_Refused : VYNCurlCode_ConnectFailed;
   }
-  for (TransferCode const& row : kTransferCodes) {
+  for (const TransferCode& row : kTransferCodes) {
     if (row.result == result) return row.code;
   }
   return VYNCurlCode_Other;
 }
 
 u16 CodeOfVerification(long verifyError) {
-  for (long const error : kNotValidErrors) {
+  for (const long error : kNotValidErrors) {
     if (error == verifyError) return VYNCurlCode_BadCertificate;
   }
   return VYNCurlCode_Untrusted;

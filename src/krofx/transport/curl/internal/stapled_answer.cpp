@@ -23,8 +23,8 @@ template <class T>
 using OcspPointer = std::unique_ptr<T, OcspDeleter>;
 
 // The issuer may sign itself, or have a responder sign whose certificate it issued for that.
-bool IsSignedFor(OCSP_BASICRESP* response, CertificateList const& chain) {
-  CryptoPointer<X509_STORE> const store(X509_STORE_new());
+bool IsSignedFor(OCSP_BASICRESP* response, const CertificateList& chain) {
+  const CryptoPointer<X509_STORE> store(X509_STORE_new());
   if (store == nullptr || X509_STORE_set_flags(store.get(), X509_V_FLAG_PARTIAL_CHAIN) != 1) {
     return false;
   }
@@ -36,38 +36,38 @@ bool IsSignedFor(OCSP_BASICRESP* response, CertificateList const& chain) {
 
 // Whether `single` is about the certificate: IDs are digests, of which the responder chose the
 // kind.
-bool IsAbout(OCSP_SINGLERESP const* single, X509* certificate, X509* issuer) {
-  OCSP_CERTID const* const id = OCSP_SINGLERESP_get0_id(single);
+bool IsAbout(const OCSP_SINGLERESP* single, X509* certificate, X509* issuer) {
+  const OCSP_CERTID* const id = OCSP_SINGLERESP_get0_id(single);
   ASN1_OBJECT* algorithm = nullptr;
   // The operation only reads the ID, though it does not say so.
   OCSP_id_get0_info(nullptr, &algorithm, nullptr, nullptr, const_cast<OCSP_CERTID*>(id));
-  EVP_MD const* const digest = EVP_get_digestbyobj(algorithm);
+  const EVP_MD* const digest = EVP_get_digestbyobj(algorithm);
   if (digest == nullptr) return false;
-  OcspPointer<OCSP_CERTID> const expected(OCSP_cert_to_id(digest, certificate, issuer));
+  const OcspPointer<OCSP_CERTID> expected(OCSP_cert_to_id(digest, certificate, issuer));
   return expected != nullptr && OCSP_id_cmp(expected.get(), id) == 0;
 }
 
 bool StatusHolds(OCSP_SINGLERESP* single) {
   ASN1_GENERALIZEDTIME* from = nullptr;
   ASN1_GENERALIZEDTIME* until = nullptr;
-  int const status = OCSP_single_get0_status(single, nullptr, nullptr, &from, &until);
+  const int status = OCSP_single_get0_status(single, nullptr, nullptr, &from, &until);
   // A revocation is not taken back.
   if (status == V_OCSP_CERTSTATUS_REVOKED) return false;
-  bool const isCurrent = OCSP_check_validity(from, until, kClockSeconds, -1) == 1;
+  const bool isCurrent = OCSP_check_validity(from, until, kClockSeconds, -1) == 1;
   return status == V_OCSP_CERTSTATUS_GOOD || !isCurrent;
 }
 
 }  // namespace
 
-bool StapledAnswerHolds(CertificateList const& chain, unsigned char const* answer, long length) {
-  CryptoErrorScope const scope;
+bool StapledAnswerHolds(const CertificateList& chain, const unsigned char* answer, long length) {
+  const CryptoErrorScope scope;
   // Without an issuer in the chain, nobody could have answered: the certificate itself is trusted.
   if (sk_X509_num(chain.get()) < 2) return true;
-  unsigned char const* at = answer;
-  OcspPointer<OCSP_RESPONSE> const response(d2i_OCSP_RESPONSE(nullptr, &at, length));
+  const unsigned char* at = answer;
+  const OcspPointer<OCSP_RESPONSE> response(d2i_OCSP_RESPONSE(nullptr, &at, length));
   if (response == nullptr || at != answer + length) return false;
   if (OCSP_response_status(response.get()) != OCSP_RESPONSE_STATUS_SUCCESSFUL) return true;
-  OcspPointer<OCSP_BASICRESP> const basic(OCSP_response_get1_basic(response.get()));
+  const OcspPointer<OCSP_BASICRESP> basic(OCSP_response_get1_basic(response.get()));
   if (basic == nullptr || !IsSignedFor(basic.get(), chain)) return false;
   X509* const certificate = sk_X509_value(chain.get(), 0);
   X509* const issuer = sk_X509_value(chain.get(), 1);

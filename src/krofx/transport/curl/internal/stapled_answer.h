@@ -15,7 +15,7 @@ namespace krofx::internal {
 /// answer that is out of date, or says that the responder could not answer, counts as none.
 /// @return false when the certificate has been revoked or is not known to the responder, and when
 ///         the answer cannot be read, is about another certificate, or is signed by somebody else.
-bool StapledAnswerHolds(CertificateList const& chain, unsigned char const* answer, long length);
+bool StapledAnswerHolds(const CertificateList& chain, const unsigned char* answer, long length);
 
 }  // namespace krofx::internal
 

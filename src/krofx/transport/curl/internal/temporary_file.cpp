@@ -14,7 +14,7 @@ namespace krofx::internal {
 
 namespace {
 
-bool IsEmptyText(char const* text) { return text == nullptr || *text == '\0'; }
+bool IsEmptyText(const char* text) { return text == nullptr || *text == '\0'; }
 
 }  // namespace
 
@@ -23,12 +23,12 @@ TemporaryFile::~TemporaryFile() {
   if (m_name[0] != '\0') unlink(m_name);
 }
 
-bool TemporaryFile::Create(char const* folder, char const* suffix) {
+bool TemporaryFile::Create(const char* folder, const char* suffix) {
   if (IsEmptyText(folder)) folder = "/tmp";
-  std::size_t const folderLength = std::strlen(folder);
-  char const last = folder[folderLength - 1];
-  char const* const separator = last == '/' || last == '\\' ? "" : "/";
-  int const length =
+  const std::size_t folderLength = std::strlen(folder);
+  const char last = folder[folderLength - 1];
+  const char* const separator = last == '/' || last == '\\' ? "" : "/";
+  const int length =
       std::snprintf(m_name, sizeof m_name, "%s%skrofx-XXXXXX%s", folder, separator, suffix);
   if (length < 0 || static_cast<std::size_t>(length) >= sizeof m_name) {
     m_name[0] = '\0';
@@ -42,9 +42,9 @@ bool TemporaryFile::Create(char const* folder, char const* suffix) {
   return m_file >= 0;
 }
 
-bool TemporaryFile::Write(char const* bytes, std::size_t count) {
+bool TemporaryFile::Write(const char* bytes, std::size_t count) {
   while (count > 0) {
-    ssize_t const written = write(m_file, bytes, count);
+    const ssize_t written = write(m_file, bytes, count);
     if (written < 0 && errno == EINTR) continue;
     if (written <= 0) return false;
     bytes += written;
@@ -61,7 +61,7 @@ bool TemporaryFile::Empty() {
 
 bool TemporaryFile::Close() {
   if (m_file < 0) return true;
-  int const result = close(m_file);
+  const int result = close(m_file);
   m_file = -1;
   return result == 0;
 }

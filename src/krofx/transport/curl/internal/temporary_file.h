@@ -15,17 +15,17 @@ namespace krofx::internal {
 class TemporaryFile {
  public:
   TemporaryFile() = default;
-  TemporaryFile(TemporaryFile const&) = delete;
-  TemporaryFile& operator=(TemporaryFile const&) = delete;
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
   /// Makes the file, under a name that ends with `suffix`. An empty or null folder is /tmp;
   /// a backslash in it counts as a slash.
   /// @return false, and there is no file, when the name does not fit into a finished record, or the
   ///         folder takes no file.
-  bool Create(char const* folder, char const* suffix);
+  bool Create(const char* folder, const char* suffix);
   /// Appends all of `count` bytes; false when the file does not take them.
-  bool Write(char const* bytes, std::size_t count);
+  bool Write(const char* bytes, std::size_t count);
   /// Removes what was written so far; false when that fails.
   bool Empty();
   /// Closes the file; false when what was written may not have arrived.

@@ -14,15 +14,15 @@ namespace {
 
 bool IsOpenSsl() {
   static constexpr char kName[] = "OpenSSL/";
-  char const* const library = curl_version_info(CURLVERSION_NOW)->ssl_version;
+  const char* const library = curl_version_info(CURLVERSION_NOW)->ssl_version;
   return library != nullptr && std::strncmp(library, kName, sizeof kName - 1) == 0;
 }
 
 // Sees each message of the protocol. A close is the alert 0 of the level of warnings, 1.
-void TakeMessage(int isOurs, int, int kind, void const* bytes, std::size_t length, SSL* connection,
+void TakeMessage(int isOurs, int, int kind, const void* bytes, std::size_t length, SSL* connection,
                  void* watched) {
   auto& end = *static_cast<TlsEnd*>(watched);
-  auto const* const alert = static_cast<unsigned char const*>(bytes);
+  const auto* const alert = static_cast<const unsigned char*>(bytes);
   if (isOurs == 0 && kind == SSL3_RT_ALERT && length == 2 && alert[0] == SSL3_AL_WARNING &&
       alert[1] == SSL_AD_CLOSE_NOTIFY && SSL_get_SSL_CTX(connection) == end.context) {
     end.closed = true;
@@ -47,14 +47,14 @@ bool HookTls(CURL* easy, TlsEnd& end) {
                           curl_easy_setopt(easy, CURLOPT_SSL_CTX_DATA, &end) == CURLE_OK);
 }
 
-bool StapledAnswerHolds(CURL* easy, CertificateList const& chain) {
+bool StapledAnswerHolds(CURL* easy, const CertificateList& chain) {
   curl_tlssessioninfo* session = nullptr;
   if (!IsOpenSsl() || curl_easy_getinfo(easy, CURLINFO_TLS_SSL_PTR, &session) != CURLE_OK ||
       session == nullptr || session->internals == nullptr) {
     return true;
   }
-  unsigned char const* answer = nullptr;
-  long const length =
+  const unsigned char* answer = nullptr;
+  const long length =
       SSL_get_tlsext_status_ocsp_resp(static_cast<SSL*>(session->internals), &answer);
   return answer == nullptr || length <= 0 || StapledAnswerHolds(chain, answer, length);
 }

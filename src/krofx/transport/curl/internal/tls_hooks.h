@@ -17,7 +17,7 @@ namespace krofx::internal {
 /// What the server's end of a TLS connection did.
 struct TlsEnd {
   /// Which connection this is about: with a proxy that speaks TLS there are two, the server's last.
-  void const* context = nullptr;
+  const void* context = nullptr;
   /// Whether the server said that nothing more comes.
   bool closed = false;
 };
@@ -28,7 +28,7 @@ bool HookTls(CURL* easy, TlsEnd& end);
 
 /// Judges the answer on revocation that the server of a transfer stapled, if it did.
 /// @return as StapledAnswerHolds; true without an answer.
-bool StapledAnswerHolds(CURL* easy, CertificateList const& chain);
+bool StapledAnswerHolds(CURL* easy, const CertificateList& chain);
 
 }  // namespace krofx::internal
 

@@ -84,7 +84,7 @@ void ConnectionSession::Adopt(void* session) {
 bool ConnectionSession::IsNetworkSetUp() {
   if (m_manager == nullptr) return false;
   u32 needs = 0;
-  u16 const code = m_manager->VY_IspConfig_NeedsToConfigure(&needs);
+  const u16 code = m_manager->VY_IspConfig_NeedsToConfigure(&needs);
   if (code != 0) Note(code, "***VYN: VY_IspConfig_NeedsToConfigure returns %d");
   return code == 0 && needs != 1;
 }
@@ -110,7 +110,7 @@ void ConnectionSession::EndExchanges() {
 }
 
 // The host's log may destroy this object, so the line comes last.
-void ConnectionSession::Note(u16 code, char const* line) {
+void ConnectionSession::Note(u16 code, const char* line) {
   m_lastError = code;
   LogLine(&m_access, kLogImportant, line, code);
 }

@@ -25,8 +25,8 @@ class KROFX_API ConnectionSession {
   /// and the platform are not owned; null means a libcurl manager of this object's own, and a
   /// platform without events.
   ConnectionSession(KRNetAccess& access, VYNConnectionManager* manager, VYNWaitPlatform* platform);
-  ConnectionSession(ConnectionSession const&) = delete;
-  ConnectionSession& operator=(ConnectionSession const&) = delete;
+  ConnectionSession(const ConnectionSession&) = delete;
+  ConnectionSession& operator=(const ConnectionSession&) = delete;
   /// Ends the exchanges, detaches them, and closes a session that was opened here.
   ~ConnectionSession();
 
@@ -62,7 +62,7 @@ class KROFX_API ConnectionSession {
  private:
   bool OwnsHandle() const;
   void EndExchanges();
-  void Note(u16 code, char const* line);
+  void Note(u16 code, const char* line);
 
   KRNetAccess& m_access;
   VYNConnectionManager* m_manager;

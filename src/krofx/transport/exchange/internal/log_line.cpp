@@ -32,10 +32,10 @@ struct Span {
 // Where user, host and port begin: after the scheme and its slashes, of which HTTP libraries take
 // one to three, or at the front of a URL without a scheme.
 std::size_t AuthorityOf(std::string_view url) {
-  std::size_t const scheme =
+  const std::size_t scheme =
       url.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+-.");
   if (scheme == std::string_view::npos || url.substr(scheme, 2) != ":/") return 0;
-  std::size_t const after = url.find_first_not_of('/', scheme + 1);
+  const std::size_t after = url.find_first_not_of('/', scheme + 1);
   return after == std::string_view::npos ? url.size() : after;
 }
 
@@ -44,23 +44,23 @@ std::size_t AuthorityOf(std::string_view url) {
 // goes.
 Span SecretOf(std::string_view url) {
   constexpr auto kNone = std::string_view::npos;
-  Span const nothing = {0, 0};
+  const Span nothing = {0, 0};
   if (HasFileScheme(url.data())) return nothing;
-  std::size_t const begin = AuthorityOf(url);
-  std::size_t const lastAt = url.rfind('@');
-  std::size_t const authorityEnd = std::min(url.find_first_of("/?#", begin), url.size());
-  bool const hasScheme = begin > 0;
+  const std::size_t begin = AuthorityOf(url);
+  const std::size_t lastAt = url.rfind('@');
+  const std::size_t authorityEnd = std::min(url.find_first_of("/?#", begin), url.size());
+  const bool hasScheme = begin > 0;
   std::size_t colon = url.find(':', begin);
   if (url.substr(begin, 1) == "[") {
     // The colons of a numeric address separate nothing.
-    std::size_t const address = url.find_first_not_of(kAddressCharacters, begin + 1);
+    const std::size_t address = url.find_first_not_of(kAddressCharacters, begin + 1);
     if (address == kNone || url[address] != ']') {
       return lastAt == kNone || lastAt < begin ? nothing : Span{begin, lastAt};
     }
     colon = url.find(':', address);
   } else if (lastAt != kNone && lastAt > begin) {
-    std::size_t const user = std::min(url.find_first_not_of(kUserCharacters, begin), lastAt);
-    bool const plain = hasScheme ? user == lastAt || url[user] == ':' || user == authorityEnd
+    const std::size_t user = std::min(url.find_first_not_of(kUserCharacters, begin), lastAt);
+    const bool plain = hasScheme ? user == lastAt || url[user] == ':' || user == authorityEnd
                                  : user == lastAt || (url[user] == ':' && lastAt < authorityEnd);
     if (!plain) return {hasScheme ? begin : 0, lastAt};
   }
@@ -68,9 +68,9 @@ Span SecretOf(std::string_view url) {
   // User and password end at the last '@' of the authority. A password that was not escaped may
   // hold the very characters that end an authority, which shows in a port that is no number: then
   // it goes on to the last '@' of all.
-  std::size_t const at = url.substr(0, authorityEnd).rfind('@');
+  const std::size_t at = url.substr(0, authorityEnd).rfind('@');
   if (at != kNone && at > colon) return {colon + 1, at};
-  std::size_t const port = url.find_first_not_of(kDigits, colon + 1);
+  const std::size_t port = url.find_first_not_of(kDigits, colon + 1);
   if (std::min(port, url.size()) >= authorityEnd) return nothing;
   return {colon + 1, lastAt != kNone && lastAt > colon ? lastAt : authorityEnd};
 }
@@ -84,18 +84,18 @@ void ReplaceControlCharacters(char* text) {
 
 }  // namespace
 
-void LogLine(KRNetAccess* access, u16 level, char const* format, ...) {
+void LogLine(KRNetAccess* access, u16 level, const char* format, ...) {
   if (access == nullptr) return;
   char usual[kUsualLine];
   va_list arguments;
   va_start(arguments, format);
   va_list again;
   va_copy(again, arguments);
-  int const length = std::vsnprintf(usual, sizeof usual, format, arguments);
+  const int length = std::vsnprintf(usual, sizeof usual, format, arguments);
   va_end(arguments);
   char* longer = nullptr;
   if (length >= static_cast<int>(sizeof usual)) {
-    std::size_t const room = static_cast<std::size_t>(length) + 1;
+    const std::size_t room = static_cast<std::size_t>(length) + 1;
     longer = static_cast<char*>(Allocate(room));
     if (longer != nullptr) std::vsnprintf(longer, room, format, again);
   }
@@ -108,9 +108,9 @@ void LogLine(KRNetAccess* access, u16 level, char const* format, ...) {
   Free(longer);
 }
 
-LoggableUrl::LoggableUrl(char const* url) : m_text(url) {
-  std::string_view const text(url);
-  Span const secret = SecretOf(text);
+LoggableUrl::LoggableUrl(const char* url) : m_text(url) {
+  const std::string_view text(url);
+  const Span secret = SecretOf(text);
   if (secret.begin == secret.end) return;
   m_copy = static_cast<char*>(Allocate(text.size() + 1));
   m_text = m_copy;

@@ -21,7 +21,7 @@ inline constexpr u16 kLogDetail = 3;
 /// Formats a line as printf does and passes it to the log of the access object, with no extra text.
 /// Control characters in it become '?'. A null access object logs nothing. Without memory a line is
 /// cut after 2047 characters.
-KROFX_API void LogLine(KRNetAccess* access, u16 level, char const* format, ...)
+KROFX_API void LogLine(KRNetAccess* access, u16 level, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
 /// A URL for a log: the password of its user is stars, one for each character. Where a text is not
@@ -31,16 +31,16 @@ class KROFX_API LoggableUrl {
  public:
   /// `url` must live as long as the object does. Without memory for the masked copy the whole text
   /// is "***".
-  explicit LoggableUrl(char const* url);
-  LoggableUrl(LoggableUrl const&) = delete;
-  LoggableUrl& operator=(LoggableUrl const&) = delete;
+  explicit LoggableUrl(const char* url);
+  LoggableUrl(const LoggableUrl&) = delete;
+  LoggableUrl& operator=(const LoggableUrl&) = delete;
   ~LoggableUrl();
 
   /// The text to show.
-  char const* Text() const { return m_text; }
+  const char* Text() const { return m_text; }
 
  private:
-  char const* m_text;
+  const char* m_text;
   char* m_copy = nullptr;
 };
 

@@ -21,11 +21,11 @@ struct Wanted {
 // A handle is looked for in the list of what is loaded instead of being followed, so that a stale
 // one does no harm.
 int CopyNameOf(dl_phdr_info*, std::size_t, void* argument) {
-  Wanted const& wanted = *static_cast<Wanted*>(argument);
-  link_map const* loaded = _r_debug.r_map;
+  const Wanted& wanted = *static_cast<Wanted*>(argument);
+  const link_map* loaded = _r_debug.r_map;
   while (loaded != nullptr && loaded != wanted.handle) loaded = loaded->l_next;
   if (loaded != nullptr) {
-    std::size_t const length = strnlen(loaded->l_name, sizeof wanted.name - 1);
+    const std::size_t length = strnlen(loaded->l_name, sizeof wanted.name - 1);
     std::memcpy(wanted.name, loaded->l_name, length);
     wanted.name[length] = '\0';
   }
@@ -40,7 +40,7 @@ bool IsProgram(void* module) { return module == nullptr || module == _r_debug.r_
 void ModuleFileName(void* module, char (&out)[kModuleNameSize]) {
   out[0] = '\0';
   if (IsProgram(module)) {
-    ssize_t const length = readlink("/proc/self/exe", out, sizeof out - 1);
+    const ssize_t length = readlink("/proc/self/exe", out, sizeof out - 1);
     out[length > 0 ? length : 0] = '\0';
     return;
   }
@@ -49,7 +49,7 @@ void ModuleFileName(void* module, char (&out)[kModuleNameSize]) {
   dl_iterate_phdr(&CopyNameOf, &wanted);
 }
 
-void FolderOfFileName(char const* name, KRString& folder) {
+void FolderOfFileName(const char* name, KRString& folder) {
   std::size_t length = std::strlen(name);
   while (length > 0 && name[length - 1] != '/' && name[length - 1] != '\\') --length;
   if (length == 0) {

@@ -18,7 +18,7 @@ inline constexpr u32 kModuleNameSize = 1024;
 KROFX_API void ModuleFileName(void* module, char (&out)[kModuleNameSize]);
 
 /// Gives everything of a file name through its last slash or backslash; without one, "c:\".
-KROFX_API void FolderOfFileName(char const* name, KRString& folder);
+KROFX_API void FolderOfFileName(const char* name, KRString& folder);
 
 }  // namespace krofx::internal
 

@@ -12,20 +12,20 @@ namespace {
 
 // Copies a name out of a record, which may lack its NUL.
 template <std::size_t kRoom>
-void CopyName(char (&to)[kRoom], char const* from, std::size_t size) {
-  std::size_t const length = strnlen(from, size < kRoom ? size : kRoom - 1);
+void CopyName(char (&to)[kRoom], const char* from, std::size_t size) {
+  const std::size_t length = strnlen(from, size < kRoom ? size : kRoom - 1);
   std::memcpy(to, from, length);
   to[length] = '\0';
 }
 
-char const* Find(char const* from, char const* end, char character) {
-  return static_cast<char const*>(
+const char* Find(const char* from, const char* end, char character) {
+  return static_cast<const char*>(
       std::memchr(from, character, static_cast<std::size_t>(end - from)));
 }
 
 }  // namespace
 
-void ReplyFiles::Take(VYFinishedRecord const& record) {
+void ReplyFiles::Take(const VYFinishedRecord& record) {
   CopyName(m_replyFile, record.replyFile, sizeof record.replyFile);
   CopyName(m_headerFile, record.headerFile, sizeof record.headerFile);
   m_filesLeft = true;
@@ -60,7 +60,7 @@ void ReplyFiles::Forget() {
 bool ReplyFiles::Load(KRBuffer& target) {
   if (m_replySize == 0) return false;
   if (!m_unnamed.IsOpen() && !m_unnamed.OpenToRead(m_replyFile)) return false;
-  bool const loaded = m_unnamed.AppendTo(target);
+  const bool loaded = m_unnamed.AppendTo(target);
   // Without memory a later call may do better, if the file can still be reached.
   if (loaded || m_filesLeft) m_unnamed.Close();
   if (!loaded) return false;
@@ -72,18 +72,18 @@ void ReplyFiles::SaveHeaders() {
   if (m_headerFile[0] != '\0') AppendLocalFile(m_headerFile, m_savedHeaders);
 }
 
-u16 ReplyFiles::FindHeader(KRString const& name, KRString& value) const {
-  char const* line = m_savedHeaders.GetBufferPtr();
+u16 ReplyFiles::FindHeader(const KRString& name, KRString& value) const {
+  const char* line = m_savedHeaders.GetBufferPtr();
   if (line == nullptr) return 0;
-  char const* const end = line + m_savedHeaders.GetBufferSize();
-  std::size_t const wanted = name.GetStrLength();
+  const char* const end = line + m_savedHeaders.GetBufferSize();
+  const std::size_t wanted = name.GetStrLength();
   for (;;) {
-    char const* const colon = Find(line, end, ':');
+    const char* const colon = Find(line, end, ':');
     if (colon == nullptr) return 0;
-    char const* const lineFeed = Find(line, end, '\n');
+    const char* const lineFeed = Find(line, end, '\n');
     if (static_cast<std::size_t>(colon - line) == wanted && strncasecmp(line, name, wanted) == 0) {
-      char const* const valueEnd = Find(colon, end, '\n');
-      auto const length =
+      const char* const valueEnd = Find(colon, end, '\n');
+      const auto length =
           static_cast<std::size_t>((valueEnd == nullptr ? end : valueEnd) - (colon + 1));
       if (length > KRString::kMaxLength) return 0;
       if (length != 0) return value.Assign(colon + 1, static_cast<u16>(length));

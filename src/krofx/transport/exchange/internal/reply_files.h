@@ -17,12 +17,12 @@ namespace krofx::internal {
 class KROFX_API ReplyFiles {
  public:
   ReplyFiles() : m_savedHeaders(0, 0) {}
-  ReplyFiles(ReplyFiles const&) = delete;
-  ReplyFiles& operator=(ReplyFiles const&) = delete;
+  ReplyFiles(const ReplyFiles&) = delete;
+  ReplyFiles& operator=(const ReplyFiles&) = delete;
   ~ReplyFiles() { Delete(); }
 
   /// Takes over the files that a record names, and measures the reply.
-  void Take(VYFinishedRecord const& record);
+  void Take(const VYFinishedRecord& record);
   /// Deletes the files; there is no reply then.
   void Drop();
   /// Deletes the files before a new exchange is created, whose files may have the same names. The
@@ -42,10 +42,10 @@ class KROFX_API ReplyFiles {
   void SaveHeaders();
   /// @return the saved headers. A buffer without memory means that memory was exhausted as this
   ///         object was made.
-  KRBuffer const& SavedHeaders() const { return m_savedHeaders; }
+  const KRBuffer& SavedHeaders() const { return m_savedHeaders; }
   /// Gives the value of the first saved header of a name, in letters of any case.
   /// @return 1; 0, with `value` left alone, when there is none.
-  u16 FindHeader(KRString const& name, KRString& value) const;
+  u16 FindHeader(const KRString& name, KRString& value) const;
 
  private:
   // Bytes of a file name, the NUL included.

@@ -23,7 +23,7 @@ constexpr u32 kMaxChain = 1000;
 
 struct Group {
   u32 first;
-  char const* name;
+  const char* name;
 };
 
 constexpr Group kGroups[] = {
@@ -35,15 +35,15 @@ constexpr Group kGroups[] = {
 
 u32 GroupOf(u32 rootID) { return rootID - rootID % kGroupSize; }
 
-char const* GroupName(u32 group) {
-  for (Group const& known : kGroups) {
+const char* GroupName(u32 group) {
+  for (const Group& known : kGroups) {
     if (known.first == group) return known.name;
   }
   return "unknown";
 }
 
 // The server's own certificate; null for a chain without an end.
-SSLCertificateChain const* LastOf(SSLCertificateChain const* chain) {
+const SSLCertificateChain* LastOf(const SSLCertificateChain* chain) {
   for (u32 step = 0; step < kMaxChain; ++step) {
     if (chain == nullptr || chain->next == nullptr) return chain;
     chain = chain->next;
@@ -51,11 +51,11 @@ SSLCertificateChain const* LastOf(SSLCertificateChain const* chain) {
   return nullptr;
 }
 
-int PrintLength(KRBuffer const& text) { return static_cast<int>(text.GetBufferSize()); }
+int PrintLength(const KRBuffer& text) { return static_cast<int>(text.GetBufferSize()); }
 
 }  // namespace
 
-u16 ServerJudge::AddRoot(Loader load, char const* bytes, u16 length, s16 rootID) {
+u16 ServerJudge::AddRoot(Loader load, const char* bytes, u16 length, s16 rootID) {
   auto* const root = new KRCert;
   if (root == nullptr) return 0;
   if ((root->*load)(bytes, length) == KRSecStatus_Success &&
@@ -68,14 +68,14 @@ u16 ServerJudge::AddRoot(Loader load, char const* bytes, u16 length, s16 rootID)
 }
 
 u16 ServerJudge::IsTrustedRoot(u32 rootID) const {
-  u16 const count = m_roots.Entries();
+  const u16 count = m_roots.Entries();
   for (u16 index = 0; index < count; ++index) {
     if (static_cast<u32>(m_roots.Get(index)->GetCallbackID()) == rootID) return 1;
   }
   return count == 0 ? 1 : 0;
 }
 
-u16 ServerJudge::AddID(KRDynamicArrayBuffer* expected, char const* certID, u16 length) {
+u16 ServerJudge::AddID(KRDynamicArrayBuffer* expected, const char* certID, u16 length) {
   if (expected == nullptr || certID == nullptr || expected->Entries() >= kMaxExpected) return 0;
   auto* const id = new KRBuffer(length, 0);
   if (id == nullptr) return 0;
@@ -86,9 +86,9 @@ u16 ServerJudge::AddID(KRDynamicArrayBuffer* expected, char const* certID, u16 l
   return 0;
 }
 
-u16 ServerJudge::IsExpectedID(KRDynamicArrayBuffer const* expected, KRBuffer const* certID) {
+u16 ServerJudge::IsExpectedID(const KRDynamicArrayBuffer* expected, const KRBuffer* certID) {
   if (expected == nullptr || certID == nullptr) return 0;
-  u16 const count = expected->Entries();
+  const u16 count = expected->Entries();
   for (u16 index = 0; index < count; ++index) {
     KRBuffer* const id = expected->Get(index);
     if (id != nullptr && id->CompareBuffer(certID) == 1) return 1;
@@ -96,7 +96,7 @@ u16 ServerJudge::IsExpectedID(KRDynamicArrayBuffer const* expected, KRBuffer con
   return count == 0 ? 1 : 0;
 }
 
-u16 ServerJudge::AddName(KRString const& name) {
+u16 ServerJudge::AddName(const KRString& name) {
   if (m_expectedNames.Entries() >= kMaxExpected) return 0;
   auto* const copy = new KRString(name);
   if (copy == nullptr) return 0;
@@ -105,33 +105,33 @@ u16 ServerJudge::AddName(KRString const& name) {
   return 0;
 }
 
-u16 ServerJudge::IsExpectedName(KRString const& name) const {
-  u16 const count = m_expectedNames.Entries();
+u16 ServerJudge::IsExpectedName(const KRString& name) const {
+  const u16 count = m_expectedNames.Entries();
   for (u16 index = 0; index < count; ++index) {
     if (*m_expectedNames.Get(index) == name) return 1;
   }
   return count == 0 ? 1 : 0;
 }
 
-u16 ServerJudge::Judge(KRNetAccess* log, SSLCertificateChain const* chain, u32 rootID,
+u16 ServerJudge::Judge(KRNetAccess* log, const SSLCertificateChain* chain, u32 rootID,
                        u16 error) const {
   if (error != 0) {
     LogLine(log, kLogImportant, "***VYN: SSL certificate error: %d", error);
     return error;
   }
-  u32 const group = GroupOf(rootID);
+  const u32 group = GroupOf(rootID);
   if (group == kIntermediateGroup) {
     LogLine(log, kLogImportant, "***VYN: VeriSign Class 3 PCA is not accepted as a trusted root.");
     return kRefusedGroup;
   }
   if (IsTrustedRoot(rootID) == 0) return kUntrusted;
-  SSLCertificateChain const* const server = LastOf(chain);
+  const SSLCertificateChain* const server = LastOf(chain);
   if (server == nullptr) return kUntrusted;
   KRCert certificate;
   if (certificate.SetCertBER(server->der, server->length) != KRSecStatus_Success) {
     return kUntrusted;
   }
-  u16 const answer = CheckExpectedID(log, server->der, server->length);
+  const u16 answer = CheckExpectedID(log, server->der, server->length);
   if (answer == 0) {
     LogLine(log, kLogDetail, "VYN: Received trusted root %d (%s)", static_cast<s32>(rootID),
             GroupName(group));
@@ -139,7 +139,7 @@ u16 ServerJudge::Judge(KRNetAccess* log, SSLCertificateChain const* chain, u32 r
   return answer;
 }
 
-u16 ServerJudge::CheckExpectedID(KRNetAccess* log, char const* der, u16 length) const {
+u16 ServerJudge::CheckExpectedID(KRNetAccess* log, const char* der, u16 length) const {
   if (m_expectedIDs.Entries() == 0) return 0;
   KRBuffer bytes(length, 0);
   KRCertID maker;
@@ -148,8 +148,8 @@ u16 ServerJudge::CheckExpectedID(KRNetAccess* log, char const* der, u16 length) 
   }
   KRBuffer& received = *maker.GetEncodedCertIDPtr();
   if (IsExpectedID(&m_expectedIDs, &received) == 1) return 0;
-  KRBuffer const& first = *m_expectedIDs.Get(0);
-  KRBuffer const* const second = m_expectedIDs.Get(1);
+  const KRBuffer& first = *m_expectedIDs.Get(0);
+  const KRBuffer* const second = m_expectedIDs.Get(1);
   if (second == nullptr) {
     LogLine(
         log, kLogImportant, "***VYN: SSL Cert ID failure: Expecting \"%.*s\", received \"%.*s\"",

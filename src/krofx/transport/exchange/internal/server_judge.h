@@ -21,7 +21,7 @@ namespace krofx::internal {
 class KROFX_API ServerJudge {
  public:
   /// Reads a certificate out of bytes: an operation of KRCert.
-  using Loader = KRSecStatus (KRCert::*)(char const*, u16);
+  using Loader = KRSecStatus (KRCert::*)(const char*, u16);
 
   /// The answer for a chain that is not to be trusted, without a finer one.
   static constexpr u16 kUntrusted = 1670;
@@ -31,9 +31,9 @@ class KROFX_API ServerJudge {
 
   /// Adds a root that `load` reads.
   /// @return 1; 0 when it is no certificate, `rootID` is 0, or memory is exhausted.
-  u16 AddRoot(Loader load, char const* bytes, u16 length, s16 rootID);
+  u16 AddRoot(Loader load, const char* bytes, u16 length, s16 rootID);
   /// @return the roots, in the order in which they were added.
-  KRDynamicArrayCert const& Roots() const { return m_roots; }
+  const KRDynamicArrayCert& Roots() const { return m_roots; }
   /// @return 1 when a root of exactly this ID was added, or when there are no roots.
   u16 IsTrustedRoot(u32 rootID) const;
 
@@ -41,23 +41,23 @@ class KROFX_API ServerJudge {
   KRDynamicArrayBuffer& ExpectedIDs() { return m_expectedIDs; }
   /// Adds a certificate ID to a list of at most two.
   /// @return 1; 0 for a third, for a null, and when memory is exhausted.
-  static u16 AddID(KRDynamicArrayBuffer* expected, char const* certID, u16 length);
+  static u16 AddID(KRDynamicArrayBuffer* expected, const char* certID, u16 length);
   /// @return 1 when an ID is one of a list, or when the list is empty.
-  static u16 IsExpectedID(KRDynamicArrayBuffer const* expected, KRBuffer const* certID);
+  static u16 IsExpectedID(const KRDynamicArrayBuffer* expected, const KRBuffer* certID);
 
   /// Adds a name to a list of at most two. No decision looks at them.
   /// @return 1; 0 for a third, and when memory is exhausted.
-  u16 AddName(KRString const& name);
+  u16 AddName(const KRString& name);
   /// @return 1 when a name is one of the expected ones, or when none is expected.
-  u16 IsExpectedName(KRString const& name) const;
+  u16 IsExpectedName(const KRString& name) const;
 
   /// Decides over a chain that ends at the root `rootID`, as the manager found it. The reason of a
   /// refusal is logged through `log`, which may be null, and may destroy this object.
   /// @return as VYNNetRequest::VYNSSLCertificateCallback.
-  u16 Judge(KRNetAccess* log, SSLCertificateChain const* chain, u32 rootID, u16 error) const;
+  u16 Judge(KRNetAccess* log, const SSLCertificateChain* chain, u32 rootID, u16 error) const;
 
  private:
-  u16 CheckExpectedID(KRNetAccess* log, char const* der, u16 length) const;
+  u16 CheckExpectedID(KRNetAccess* log, const char* der, u16 length) const;
 
   KRDynamicArrayCert m_roots;
   KRDynamicArrayBuffer m_expectedIDs;

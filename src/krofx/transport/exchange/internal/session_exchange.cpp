@@ -42,16 +42,16 @@ KRNetAccess* SessionExchange::Log() const {
   return m_session == nullptr ? nullptr : &m_session->Access();
 }
 
-void SessionExchange::Wait(u16 const* finished) {
+void SessionExchange::Wait(const u16* finished) {
   VYNConnectionManager* const manager = Manager();
   if (finished == nullptr || manager == nullptr) return;
   VYNWaitPlatform& platform = m_session->Platform();
   ExchangeCall own;
-  bool const isOuter = m_call == nullptr;
+  const bool isOuter = m_call == nullptr;
   // Laundered, since an optimising compiler takes the plain address for one that outlives its
   // object: it does not see that a request which is gone no longer holds it.
   if (isOuter) m_call = std::launder(&own);
-  ExchangeCall const& call = *m_call;
+  const ExchangeCall& call = *m_call;
   // What `finished` points to may be gone with the request, so the call is asked first.
   while (!call.over && *finished == 0) {
     if (platform.HandleOneEvent() == VYNEventResult_Quit) break;
@@ -64,7 +64,7 @@ void SessionExchange::Wait(u16 const* finished) {
 
 KRNetStatus SessionExchange::Cancel() {
   if (m_handle == nullptr) return KRNetStatus_Success;
-  u16 const code = Manager()->VCCancel(m_session->Handle(), m_handle);
+  const u16 code = Manager()->VCCancel(m_session->Handle(), m_handle);
   if (code == 0) return KRNetStatus_Success;
   LogLine(Log(), kLogImportant, "***VYN VCCancel:  %d", code);
   return KRNetStatus_CancelFailed;

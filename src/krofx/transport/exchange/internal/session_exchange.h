@@ -27,8 +27,8 @@ struct ExchangeCall {
 class KROFX_API SessionExchange {
  public:
   SessionExchange() = default;
-  SessionExchange(SessionExchange const&) = delete;
-  SessionExchange& operator=(SessionExchange const&) = delete;
+  SessionExchange(const SessionExchange&) = delete;
+  SessionExchange& operator=(const SessionExchange&) = delete;
   /// Ends the exchange, says so to the call that waits, and leaves the session.
   ~SessionExchange();
 
@@ -49,7 +49,7 @@ class KROFX_API SessionExchange {
   bool HasCall() const { return m_call != nullptr; }
   /// Waits until `*finished` is not 0, or the exchange or the host's event loop ends. In each round
   /// one event at most is handled, and then comes a pause.
-  void Wait(u16 const* finished);
+  void Wait(const u16* finished);
 
   /// Says under which handle the manager knows the exchange; null when it does not, or no longer.
   void SetHandle(void* handle) { m_handle = handle; }

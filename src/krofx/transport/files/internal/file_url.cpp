@@ -23,18 +23,18 @@ char UrlCharacter(char character) {
 
 }  // namespace
 
-bool HasFileScheme(char const* url) {
+bool HasFileScheme(const char* url) {
   if (url == nullptr) return false;
-  for (char const expected : kScheme) {
-    char const character = *url++;
-    bool const capital = character >= 'A' && character <= 'Z';
+  for (const char expected : kScheme) {
+    const char character = *url++;
+    const bool capital = character >= 'A' && character <= 'Z';
     if ((capital ? character - 'A' + 'a' : character) != expected) return false;
   }
   return true;
 }
 
-bool FileUrlToName(char* out, std::size_t room, char const* url) {
-  bool const isFile = HasFileScheme(url);
+bool FileUrlToName(char* out, std::size_t room, const char* url) {
+  const bool isFile = HasFileScheme(url);
   out[0] = '\0';
   if (!isFile) return false;
   url += kScheme.size();
@@ -46,7 +46,7 @@ bool FileUrlToName(char* out, std::size_t room, char const* url) {
   return true;
 }
 
-void NameToFileUrl(char* out, char const* name) {
+void NameToFileUrl(char* out, const char* name) {
   if (HasFileScheme(name)) {
     std::strcpy(out, name);
     return;

@@ -21,8 +21,8 @@ namespace {
 // A name in the form that this platform opens.
 class NativeName {
  public:
-  explicit NativeName(char const* name) {
-    std::size_t const length = name != nullptr ? strnlen(name, kFileNameSize) : 0;
+  explicit NativeName(const char* name) {
+    const std::size_t length = name != nullptr ? strnlen(name, kFileNameSize) : 0;
     m_usable = length > 0 && length < kFileNameSize;
     if (!m_usable) return;
     std::memcpy(m_text, name, length);
@@ -30,7 +30,7 @@ class NativeName {
     std::replace(m_text, m_text + length, '\\', '/');
   }
   bool IsUsable() const { return m_usable; }
-  char const* Text() const { return m_text; }
+  const char* Text() const { return m_text; }
 
  private:
   char m_text[kFileNameSize];
@@ -41,8 +41,8 @@ class NativeName {
 class Chunk {
  public:
   Chunk() : m_bytes(static_cast<char*>(Allocate(kFileChunk))) {}
-  Chunk(Chunk const&) = delete;
-  Chunk& operator=(Chunk const&) = delete;
+  Chunk(const Chunk&) = delete;
+  Chunk& operator=(const Chunk&) = delete;
   ~Chunk() { WipeAndFree(m_bytes, m_bytes != nullptr ? kFileChunk : 0); }
   char* Bytes() const { return m_bytes; }
 
@@ -54,9 +54,9 @@ constexpr mode_t kOwnerOnly = S_IRUSR | S_IWUSR;
 
 }  // namespace
 
-bool LocalFile::Open(char const* name, int flags) {
+bool LocalFile::Open(const char* name, int flags) {
   Close();
-  NativeName const native(name);
+  const NativeName native(name);
   if (!native.IsUsable()) return false;
   // Opening a pipe would wait for its other end.
   m_file = open(native.Text(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kOwnerOnly);
@@ -66,10 +66,10 @@ bool LocalFile::Open(char const* name, int flags) {
   return false;
 }
 
-bool LocalFile::OpenToRead(char const* name) { return Open(name, O_RDONLY); }
+bool LocalFile::OpenToRead(const char* name) { return Open(name, O_RDONLY); }
 
 // A link would lead the text elsewhere, and a file that others may read would show it.
-bool LocalFile::OpenToWrite(char const* name) {
+bool LocalFile::OpenToWrite(const char* name) {
   if (!Open(name, O_WRONLY | O_CREAT | O_NOFOLLOW)) return false;
   struct stat facts;
   if (fstat(m_file, &facts) == 0 && facts.st_nlink == 1 && fchmod(m_file, kOwnerOnly) == 0 &&
@@ -91,7 +91,7 @@ bool LocalFile::Size(u32& size) const {
 u32 LocalFile::Read(char* out, u32 count) {
   u32 done = 0;
   while (m_file >= 0 && done < count) {
-    ssize_t const got = read(m_file, out + done, count - done);
+    const ssize_t got = read(m_file, out + done, count - done);
     if (got < 0 && errno == EINTR) continue;
     if (got <= 0) break;
     done += static_cast<u32>(got);
@@ -101,7 +101,7 @@ u32 LocalFile::Read(char* out, u32 count) {
 
 bool LocalFile::AppendTo(KRBuffer& target) {
   if (m_file < 0) return false;
-  Chunk const chunk;
+  const Chunk chunk;
   if (chunk.Bytes() == nullptr) return false;
   for (u16 got = kFileChunk; got == kFileChunk;) {
     got = static_cast<u16>(Read(chunk.Bytes(), kFileChunk));
@@ -111,10 +111,10 @@ bool LocalFile::AppendTo(KRBuffer& target) {
   return true;
 }
 
-bool LocalFile::Write(char const* bytes, u32 count) {
+bool LocalFile::Write(const char* bytes, u32 count) {
   u32 done = 0;
   while (m_file >= 0 && done < count) {
-    ssize_t const put = write(m_file, bytes + done, count - done);
+    const ssize_t put = write(m_file, bytes + done, count - done);
     if (put < 0 && errno == EINTR) continue;
     if (put <= 0) break;
     done += static_cast<u32>(put);
@@ -124,30 +124,30 @@ bool LocalFile::Write(char const* bytes, u32 count) {
 
 bool LocalFile::Close() {
   if (m_file < 0) return true;
-  bool const closed = close(m_file) == 0;
+  const bool closed = close(m_file) == 0;
   m_file = -1;
   return closed;
 }
 
-bool LocalFileSize(char const* name, u32& size) {
+bool LocalFileSize(const char* name, u32& size) {
   LocalFile file;
   return file.OpenToRead(name) && file.Size(size);
 }
 
-bool LocalFileExists(char const* name) { return LocalFile().OpenToRead(name); }
+bool LocalFileExists(const char* name) { return LocalFile().OpenToRead(name); }
 
-void DeleteLocalFile(char const* name) {
-  NativeName const native(name);
+void DeleteLocalFile(const char* name) {
+  const NativeName native(name);
   if (native.IsUsable()) unlink(native.Text());
 }
 
-bool AppendLocalFile(char const* name, KRBuffer& target) {
+bool AppendLocalFile(const char* name, KRBuffer& target) {
   LocalFile file;
   return file.OpenToRead(name) && file.AppendTo(target);
 }
 
-bool SaveToLocalFile(char const* name, KRBuffer& source) {
-  Chunk const chunk;
+bool SaveToLocalFile(const char* name, KRBuffer& source) {
+  const Chunk chunk;
   LocalFile file;
   if (chunk.Bytes() == nullptr || !file.OpenToWrite(name)) return false;
   source.SetBufferOffset(0);

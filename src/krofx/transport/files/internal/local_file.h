@@ -25,20 +25,20 @@ inline constexpr u16 kFileChunk = 10000;
 class KROFX_API LocalFile {
  public:
   LocalFile() = default;
-  LocalFile(LocalFile const&) = delete;
-  LocalFile& operator=(LocalFile const&) = delete;
+  LocalFile(const LocalFile&) = delete;
+  LocalFile& operator=(const LocalFile&) = delete;
   ~LocalFile() { Close(); }
 
   /// Opens a file for binary reading, in place of the one that is open.
   /// @return whether it did; false when it does not open, is no regular file, or the name is null
   /// or
   ///         too long.
-  bool OpenToRead(char const* name);
+  bool OpenToRead(const char* name);
   /// Opens a file for binary writing, and empties it. Only its owner can read it: a new one is made
   /// so, and an existing one loses what others could do with it.
   /// @return as OpenToRead; false also for a link, symbolic or hard, and for a file of another
   /// owner.
-  bool OpenToWrite(char const* name);
+  bool OpenToWrite(const char* name);
   /// @return whether a file is open.
   bool IsOpen() const { return m_file >= 0; }
   /// Gives the offset of the file's end.
@@ -55,30 +55,30 @@ class KROFX_API LocalFile {
   bool AppendTo(KRBuffer& target);
   /// Writes all of `count` bytes.
   /// @return whether the file took them.
-  bool Write(char const* bytes, u32 count);
+  bool Write(const char* bytes, u32 count);
   /// Closes the file, if one is open.
   /// @return false when what was written may not have arrived.
   bool Close();
 
  private:
-  bool Open(char const* name, int flags);
+  bool Open(const char* name, int flags);
 
   int m_file = -1;
 };
 
 /// Gives the size of a file that could be opened for reading.
 /// @return whether there is one; false leaves `size` alone.
-KROFX_API bool LocalFileSize(char const* name, u32& size);
+KROFX_API bool LocalFileSize(const char* name, u32& size);
 
 /// @return whether there is a regular file that could be opened for reading.
-KROFX_API bool LocalFileExists(char const* name);
+KROFX_API bool LocalFileExists(const char* name);
 
 /// Removes a file, if there is one; an empty or null name is allowed.
-KROFX_API void DeleteLocalFile(char const* name);
+KROFX_API void DeleteLocalFile(const char* name);
 
 /// Writes the content of a file at the cursor of `target`.
 /// @return as LocalFile::AppendTo; false also when the file does not open.
-KROFX_API bool AppendLocalFile(char const* name, KRBuffer& target);
+KROFX_API bool AppendLocalFile(const char* name, KRBuffer& target);
 
 /// Writes the whole content of `source` to a file, in chunks, replacing what was there; the cursor
 /// is at the end afterwards.
@@ -86,7 +86,7 @@ KROFX_API bool AppendLocalFile(char const* name, KRBuffer& target);
 /// source
 ///         lost its data, or there is no memory for a chunk; only the last leaves an old file as it
 ///         was.
-KROFX_API bool SaveToLocalFile(char const* name, KRBuffer& source);
+KROFX_API bool SaveToLocalFile(const char* name, KRBuffer& source);
 
 }  // namespace krofx::internal
 
