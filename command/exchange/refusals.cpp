@@ -28,7 +28,7 @@ constexpr Meaning kMeanings[] = {
 
 std::string ValueOf(const Element& element, std::string_view tag) {
   const Element* const found = element.Find(tag);
-  return found == nullptr ? "" : found->value;
+  return std::string(found == nullptr ? "" : found->value);
 }
 
 std::string Describe(std::string_view where, const Element& status) {

@@ -73,7 +73,8 @@ std::string DateText(std::string_view text, bool isUniversal) {
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
-  ElementGatherer(Element& root, const krofx::OfxText* text) : m_text(text), m_path{&root} {}
+  ElementGatherer(Element& root, TextArena& arena, const krofx::OfxText* text)
+      : m_text(text), m_arena(arena), m_path{&root} {}
 
   void Gather(KRDataObj& object) {
     Build(&m_buffer, &object, KRBuildStringOpt_Lenient, 0);
@@ -106,7 +107,7 @@ class ElementGatherer : public KRPayrollBuilder {
     if (m_element == nullptr || m_hasText || IsPassword(m_element->id)) return KRBuildStatus_Done;
     KRString plain(m_text == nullptr ? text : m_text->ToUtf8(text));
     if (m_text == nullptr) plain.FromCDATA();
-    SetText(std::string(static_cast<const char*>(plain), plain.GetStrLength()));
+    SetText({static_cast<const char*>(plain), plain.GetStrLength()});
     return KRBuildStatus_Done;
   }
 
@@ -155,7 +156,8 @@ class ElementGatherer : public KRPayrollBuilder {
  private:
   Element& Append(KRTagID tag) {
     TakeValue();
-    Element& element = m_path.back()->children.emplace_back();
+    Element& element = m_arena.Make<Element>();
+    m_path.back()->children.Append(element);
     const char* const text = KRTagDictionary::TheKRTagDictionary()->GetTagString(tag);
     element.tag = text == nullptr ? "?" : text;
     element.id = tag;
@@ -166,8 +168,8 @@ class ElementGatherer : public KRPayrollBuilder {
   void Note(ValueKind kind) {
     if (m_element != nullptr) m_element->kind = kind;
   }
-  void SetText(std::string text) {
-    if (m_element != nullptr) m_element->value = std::move(text);
+  void SetText(std::string_view text) {
+    if (m_element != nullptr) m_element->value = m_arena.Copy(text);
     m_hasText = true;
   }
   KRBuildStatus Number(KRBuildStatus status, const KRPrecisionInteger& value) {
@@ -181,9 +183,9 @@ class ElementGatherer : public KRPayrollBuilder {
     SetText("(blank)");
     return KRBuildStatus_Done;
   }
-  KRBuildStatus Integer(std::string text) {
+  KRBuildStatus Integer(const std::string& text) {
     Note(ValueKind::kInteger);
-    SetText(std::move(text));
+    SetText(text);
     return KRBuildStatus_Done;
   }
 
@@ -194,11 +196,18 @@ class ElementGatherer : public KRPayrollBuilder {
       if (!m_hasText && !IsPassword(m_element->id) && m_buffer.GetBufferPtr() != nullptr) {
         std::string_view text(m_buffer.GetBufferPtr(), m_buffer.GetBufferSize());
         if (text.ends_with('\n')) text.remove_suffix(1);
-        m_element->value = text;
+        m_element->value = m_arena.Copy(text);
       }
-      m_element->value = m_element->kind == ValueKind::kDate
-                             ? DateText(m_element->value, m_isUniversal)
-                             : WithoutPassword(SafeText(m_element->value));
+      if (m_element->kind == ValueKind::kDate) {
+        m_element->value = m_arena.Copy(DateText(m_element->value, m_isUniversal));
+      } else {
+        if (!IsPlainText(m_element->value)) {
+          m_element->value = m_arena.Copy(SafeText(m_element->value));
+        }
+        if (MayNamePassword(m_element->value)) {
+          m_element->value = m_arena.Copy(WithoutPassword(m_element->value));
+        }
+      }
     }
     m_element = nullptr;
     m_hasText = false;
@@ -208,6 +217,7 @@ class ElementGatherer : public KRPayrollBuilder {
   }
 
   const krofx::OfxText* m_text;
+  TextArena& m_arena;
   KRBuffer m_buffer{256, 256};
   std::vector<Element*> m_path;
   Element* m_element = nullptr;
@@ -225,10 +235,10 @@ const Element* Element::Find(std::string_view childTag) const {
   return nullptr;
 }
 
-Element ReadElements(KRDataObj& object, const krofx::OfxText* text) {
-  Element root;
+const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text) {
+  Element& root = arena.Make<Element>();
   root.isAggregate = true;
-  ElementGatherer(root, text).Gather(object);
+  ElementGatherer(root, arena, text).Gather(object);
   return root;
 }
 

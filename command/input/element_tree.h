@@ -8,17 +8,16 @@
 #ifndef KROFX_COMMAND_INPUT_ELEMENT_TREE_H_
 #define KROFX_COMMAND_INPUT_ELEMENT_TREE_H_
 
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "krofx/krofx.h"
 #include "output/masking.h"
+#include "output/text_arena.h"
 
 namespace krofx::command {
 
 /// How a value is meant.
-enum class ValueKind {
+enum class ValueKind : u8 {
   kText,     ///< Text or a keyword.
   kAmount,   ///< An exact decimal, with all the places that it was given with.
   kDate,     ///< A date, in the form of ISO 8601.
@@ -27,25 +26,65 @@ enum class ValueKind {
   kBlank,    ///< A payroll value that says that it is blank, in words.
 };
 
-/// An aggregate with its children, or an element with its value.
+struct Element;
+
+/// The elements of an aggregate, in their order.
+class ElementList {
+ public:
+  class Iterator {
+   public:
+    explicit Iterator(const Element* at) : m_at(at) {}
+    const Element& operator*() const { return *m_at; }
+    inline Iterator& operator++();
+    bool operator==(const Iterator&) const = default;
+
+   private:
+    const Element* m_at;
+  };
+
+  Iterator begin() const { return Iterator(m_first); }
+  Iterator end() const { return Iterator(nullptr); }
+  bool empty() const { return m_first == nullptr; }
+  inline void Append(Element& element);
+
+ private:
+  Element* m_first = nullptr;
+  Element* m_last = nullptr;
+};
+
+/// An aggregate with its children, or an element with its value. The arena that it was made in owns
+/// its texts and its children.
 struct Element {
   std::string_view tag;
+  std::string_view value;
+  ElementList children;
+  Element* next = nullptr;  ///< The one after it in the same aggregate.
   KRTagID id = KRTag_None;
   bool isAggregate = false;
   ValueKind kind = ValueKind::kText;
   Disclosure disclosure = Disclosure::kAll;
-  std::string value;
-  std::vector<Element> children;
 
   /// The first child of this tag, or null.
   const Element* Find(std::string_view childTag) const;
 };
 
+inline ElementList::Iterator& ElementList::Iterator::operator++() {
+  m_at = m_at->next;
+  return *this;
+}
+
+inline void ElementList::Append(Element& element) {
+  (m_last == nullptr ? m_first : m_last->next) = &element;
+  m_last = &element;
+}
+
 /// Takes apart what `object` holds: the children of the result are its members, or, for a file, its
 /// bodies.
+/// @param arena owns the result.
 /// @param text the text that the object was read from, whose character set its values are in; null
 ///        for one that was not read.
-Element ReadElements(KRDataObj& object, const krofx::OfxText* text = nullptr);
+const Element& ReadElements(KRDataObj& object, TextArena& arena,
+                            const krofx::OfxText* text = nullptr);
 
 }  // namespace krofx::command
 

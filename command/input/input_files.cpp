@@ -3,6 +3,8 @@
 #include "input/input_files.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -50,7 +52,29 @@ void FindInDirectory(const std::string& name, std::vector<std::string>& inputs,
   inputs.insert(inputs.end(), found.begin(), found.end());
 }
 
+// Waits until somebody writes into a pipe or closes it. What is neither a file nor a pipe, such as
+// a terminal or the null device, holds nothing.
+bool HoldsAnything(int descriptor) {
+  struct stat status {};
+  if (::fstat(descriptor, &status) != 0) return false;
+  if (S_ISREG(status.st_mode)) return ::lseek(descriptor, 0, SEEK_CUR) < status.st_size;
+  if (!S_ISFIFO(status.st_mode) && !S_ISSOCK(status.st_mode)) return false;
+  struct pollfd waited {
+    descriptor, POLLIN, 0
+  };
+  while (::poll(&waited, 1, -1) < 0) {
+    if (errno != EINTR) return false;
+  }
+  int bytes = 0;
+  return ::ioctl(descriptor, FIONREAD, &bytes) == 0 && bytes > 0;
+}
+
 }  // namespace
+
+bool DefaultToStandardInput(std::vector<std::string>& files) {
+  if (files.empty() && HoldsAnything(STDIN_FILENO)) files.emplace_back("-");
+  return !files.empty();
+}
 
 std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
                                     std::vector<std::string>& problems) {

@@ -17,6 +17,11 @@ namespace krofx::command {
 std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
                                     std::vector<std::string>& problems);
 
+/// What a subcommand works on that was given no FILE: standard input, when that is no terminal and
+/// there is anything in it.
+/// @return false, with `files` empty, when there is nothing to work on.
+bool DefaultToStandardInput(std::vector<std::string>& files);
+
 /// Reads a file, or standard input for "-". The bytes may hold a password, so they are held only by
 /// the buffer, which wipes its memory.
 /// @param problem takes what went wrong.

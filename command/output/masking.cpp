@@ -56,6 +56,18 @@ std::string Masked(std::string_view value, Disclosure disclosure) {
   return std::string(hidden, '*') + std::string(value.substr(hidden));
 }
 
+bool MayNamePassword(std::string_view text) {
+  // All the words have these three letters.
+  const auto isLetter = [](char character, char small) { return (character | 0x20) == small; };
+  for (std::size_t index = 0; index + 3 < text.size(); ++index) {
+    if (isLetter(text[index], 'p') && isLetter(text[index + 1], 'a') &&
+        isLetter(text[index + 2], 's')) {
+      return true;
+    }
+  }
+  return false;
+}
+
 std::string WithoutPassword(std::string_view text) {
   std::size_t end = text.size();
   for (const std::string_view word : kPasswordWords) {

@@ -32,6 +32,10 @@ Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool i
 /// The value with the characters that are not shown replaced by stars.
 std::string Masked(std::string_view value, Disclosure disclosure);
 
+/// Whether there may be the name of a tag of passwords in a text. Quick, and true for some texts
+/// that have none.
+bool MayNamePassword(std::string_view text);
+
 /// The text up to the name of a tag of passwords, if there is one in it. In a damaged file that tag
 /// can have become part of a text, with the password after it.
 std::string WithoutPassword(std::string_view text);

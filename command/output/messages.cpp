@@ -14,6 +14,11 @@ void Complain(std::string_view where, std::string_view what) {
   std::fprintf(stderr, "krofx: %s: %s\n", SafeLine(where).c_str(), SafeLine(what).c_str());
 }
 
+ExitStatus ComplainOfNoFile(const std::string& subcommand) {
+  Complain(subcommand, "FILE is needed; see \"krofx " + subcommand + " --help\"");
+  return kExitWrongUse;
+}
+
 ExitStatus WriteStandardOutput(std::string_view text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (std::fflush(stdout) == 0 && written) return kExitClean;

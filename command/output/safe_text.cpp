@@ -24,6 +24,7 @@ bool IsHarmful(char32_t character) {
 }
 
 std::string Convert(std::string_view bytes, char lineEnd) {
+  if (IsPlainText(bytes)) return std::string(bytes);
   std::string out;
   out.reserve(bytes.size());
   const bool utf8 = IsUtf8(bytes);
@@ -47,11 +48,21 @@ std::string Convert(std::string_view bytes, char lineEnd) {
 
 }  // namespace
 
+bool IsPlainText(std::string_view bytes) {
+  // All of them are looked at, which a compiler turns into a few wide comparisons.
+  bool plain = true;
+  for (const char byte : bytes) {
+    plain &= static_cast<unsigned char>(byte - 0x20) <= 0x7E - 0x20;
+  }
+  return plain;
+}
+
 std::string SafeText(std::string_view bytes) { return Convert(bytes, '\n'); }
 
 std::string SafeLine(std::string_view bytes) { return Convert(bytes, ' '); }
 
 std::size_t DisplayWidth(std::string_view text) {
+  if (IsPlainText(text)) return text.size();
   std::size_t width = 0;
   char32_t character = 0;
   while (!text.empty() && TakeUtf8(text, character)) width += ColumnsOf(character);

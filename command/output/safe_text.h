@@ -14,6 +14,10 @@
 
 namespace krofx::command {
 
+/// Whether a text is of printable ASCII alone, so that it is harmless as it is and each of its
+/// bytes takes a column.
+bool IsPlainText(std::string_view bytes);
+
 /// The text as harmless UTF-8. Line ends stay, as line feeds; a tab becomes a blank.
 std::string SafeText(std::string_view bytes);
 

@@ -1,56 +1,67 @@
 // The neutral form of what `krofx print` shows: sections with fields and tables of typed cells.
 //
-// Layouts say what is in it (layout.h), and three renderers turn it into text, JSON and CSV
+// Layouts say what is in it (layout.h), and renderers turn it into text, JSON and CSV
 // (renderers.h). Neither knows the other.
 
 #ifndef KROFX_COMMAND_SHOWING_DOCUMENT_H_
 #define KROFX_COMMAND_SHOWING_DOCUMENT_H_
 
-#include <optional>
+#include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "checking/notes.h"
 #include "input/element_tree.h"
+#include "showing/layout.h"
 
 namespace krofx::command {
 
-/// One value, fit for output.
+/// One value, fit for output; or nothing, when it was not in the file. The arena of its document
+/// owns the text.
 struct Cell {
+  std::string_view text;
   ValueKind kind = ValueKind::kText;
-  std::string text;
+  bool isThere = false;
+
+  Cell() = default;
+  Cell(ValueKind valueKind, std::string_view value) : text(value), kind(valueKind), isThere(true) {}
+  explicit operator bool() const { return isThere; }
 };
 
 /// A named value. The key is part of the stable JSON form, the label is for people.
 struct Field {
-  std::string key;
-  std::string label;
+  std::string_view key;
+  std::string_view label;
   Cell cell;
   bool detail = false;  ///< Left out of the text.
 };
 
-/// A column of a table.
-struct Column {
-  std::string key;
-  std::string label;
-  bool detail = false;  ///< Left out of the text.
-};
+/// The cells of one row, one for each column of its table.
+using Row = std::span<const Cell>;
 
-/// Rows of cells; a cell without value was not in the file.
+/// Rows of cells.
 struct Table {
-  std::string key;
-  std::string title;
-  std::vector<Column> columns;
-  std::vector<std::vector<std::optional<Cell>>> rows;
+  const TableSpec* spec;
+  std::vector<Cell> cells = {};  ///< Those of the first row, of the second one, and so on.
+
+  std::size_t CountRows() const { return cells.size() / spec->columns.size(); }
+  Row GetRow(std::size_t index) const {
+    return Row(cells).subspan(index * spec->columns.size(), spec->columns.size());
+  }
 };
 
 /// One thing that a file says: a sign-on, the statement of an account, an answer without content.
 struct Section {
-  std::string kind;
-  std::string title;
-  std::string subject;  ///< The account or institution that it is about; may be empty.
-  std::vector<Field> fields;
-  std::vector<Table> tables;
+  std::string_view kind;
+  std::string_view title;
+  std::string subject = {};  ///< The account or institution that it is about; may be empty.
+  std::vector<Field> fields = {};
+  std::vector<Table> tables = {};
+
+  /// The value of a field; nothing when there is none of this key.
+  Cell Find(std::string_view key) const;
 };
 
 /// One input.
@@ -64,6 +75,7 @@ struct Document {
   std::string notes;  ///< How many mendings and warnings, in words; empty for none.
   std::vector<ShownMending> mendings;
   std::vector<Section> sections;
+  std::shared_ptr<TextArena> arena;  ///< Owns the texts of the sections.
 };
 
 }  // namespace krofx::command

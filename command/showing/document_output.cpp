@@ -1,11 +1,13 @@
 // The options of printing, and the documents that they print.
 
 #include "showing/document_output.h"
-#include "command_line/command_line.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "checking/notes.h"
+#include "command_line/command_line.h"
+#include "command_line/nearest_name.h"
 #include "input/mime_parts.h"
 #include "output/messages.h"
 #include "showing/layout.h"
@@ -17,26 +19,25 @@ namespace krofx::command {
 namespace {
 
 // A section that lists the parts of a multipart text.
-std::vector<Section> MakePartSections(KRFile& multipart) {
-  Section section{"parts", "Parts", "", {}, {}};
-  Table table{"parts", "Parts", {{"name", "Name"}, {"type", "Type"}, {"size", "Bytes"}}, {}};
+Section MakePartSection(KRFile& multipart, TextArena& arena) {
+  Table table{&kPartsTable};
   for (const Part& part : FindParts(multipart)) {
-    std::optional<Cell> size;
+    Cell size;
     if (part.file->GetType() == KRTag_MIME) {
-      size = Cell{ValueKind::kInteger, std::to_string(part.file->GetMIMEBody().GetStrLength())};
+      const std::string bytes = std::to_string(part.file->GetMIMEBody().GetStrLength());
+      size = {ValueKind::kInteger, arena.Copy(bytes)};
     }
-    table.rows.push_back(
-        {Cell{ValueKind::kText, part.name}, Cell{ValueKind::kText, part.type}, std::move(size)});
+    table.cells.insert(table.cells.end(), {Cell(ValueKind::kText, arena.Copy(part.name)),
+                                           Cell(ValueKind::kText, arena.Copy(part.type)), size});
   }
+  Section section{kPartsTable.key, kPartsTable.title};
   section.tables.push_back(std::move(table));
-  return {std::move(section)};
+  return section;
 }
 
-std::string ListOfTables() {
-  std::string list;
-  for (const std::string_view key : TableKeys())
-    list += (list.empty() ? "" : ", ") + std::string(key);
-  return list;
+std::unique_ptr<RowWriter> MakeRowWriter(const PrintOptions& options) {
+  if (options.csv) return std::make_unique<CsvWriter>(options.GetTable());
+  return std::make_unique<JsonLinesWriter>(options.GetTable());
 }
 
 ExitStatus Report(const Document& document) {
@@ -58,20 +59,50 @@ void AddPrintOptions(const Subcommand& app, PrintOptions& options) {
       app.AddFlag("--json", options.json, "Print JSON, with amounts as exact texts");
   const Option csv =
       app.AddFlag("--csv", options.csv, "Print the rows of one table as CSV").Excludes(json);
+  app.AddFlag("--json-lines", options.jsonLines,
+              "Print the rows of one table as JSON, one object on a line")
+      .Excludes(json)
+      .Excludes(csv);
   app.AddOption("--table", options.table,
-                "The table for --csv: transactions (the default), closings, ...")
-      .Needs(csv);
+                "The table for --csv and --json-lines: transactions (the default), closings, ...; "
+                "help lists them");
   app.AddFlag(
       "--show-identifiers", options.showIdentifiers,
       "Show the numbers of people, cards and payroll accounts in full, not just their last four "
       "characters");
 }
 
+const std::string& PrintOptions::GetTable() const {
+  static const std::string usual = "transactions";
+  return table.empty() ? usual : table;
+}
+
 ExitStatus CheckPrintOptions(const PrintOptions& options) {
-  if (IsTableKey(options.table)) return kExitClean;
-  Complain(options.subcommand,
-           "--table " + options.table + " is not a table; the tables are " + ListOfTables());
-  return kExitWrongUse;
+  if (!IsTableKey(options.GetTable())) {
+    std::string list;
+    for (const std::string_view key : TableKeys()) {
+      list.append(list.empty() ? "" : ", ").append(key);
+    }
+    Complain(options.subcommand, "--table " + options.table + " is not a table" +
+                                     SuggestNearest(options.table, TableKeys()) +
+                                     "; the tables are " + list);
+    return kExitWrongUse;
+  }
+  if (!options.table.empty() && !options.ShowsRows()) {
+    Complain(options.subcommand, "--table needs --csv or --json-lines");
+    return kExitWrongUse;
+  }
+  return kExitClean;
+}
+
+ExitStatus PrintTables() {
+  std::size_t width = 0;
+  for (const std::string_view key : TableKeys()) width = std::max(width, key.size());
+  std::string text;
+  for (const std::string_view key : TableKeys()) {
+    text.append(key).append(width + 2 - key.size(), ' ').append(OwnersOf(key)).append("\n");
+  }
+  return WriteStandardOutput(text);
 }
 
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
@@ -83,16 +114,17 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
                     file.GetWarnings().size(),
                     file.CountNotes(),
                     ShownMendings(file),
-                    {}};
+                    {},
+                    std::make_shared<TextArena>()};
+  TextArena& arena = *document.arena;
   for (const OfxFile& ofx : file.GetOfxFiles()) {
     std::vector<Section> sections =
-        MakeSections(ReadElements(*ofx.file, ofx.text), showIdentifiers);
+        MakeSections(ReadElements(*ofx.file, arena, ofx.text), arena, showIdentifiers);
     std::move(sections.begin(), sections.end(), std::back_inserter(document.sections));
   }
   for (const krofx::OfxText& text : file.GetTexts()) {
     if (text.kind != krofx::TextKind::kMultipart || text.root == nullptr) continue;
-    std::vector<Section> parts = MakePartSections(*text.root);
-    std::move(parts.begin(), parts.end(), std::back_inserter(document.sections));
+    document.sections.push_back(MakePartSection(*text.root, arena));
   }
   return document;
 }
@@ -100,9 +132,18 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
 ExitStatus PrintDocuments(const std::vector<Document>& documents, const PrintOptions& options) {
   ExitStatus exitStatus = kExitClean;
   for (const Document& document : documents) exitStatus = Worse(exitStatus, Report(document));
-  const std::string text = options.json  ? RenderJson(documents)
-                           : options.csv ? RenderCsv(documents, options.table)
-                                         : RenderText(documents);
+  std::string text;
+  if (options.json) {
+    text = RenderJson(documents);
+  } else if (options.ShowsRows()) {
+    const std::unique_ptr<RowWriter> writer = MakeRowWriter(options);
+    text = writer->Head();
+    for (const Document& document : documents) {
+      AppendRows(text, document, options.GetTable(), *writer);
+    }
+  } else {
+    text = RenderText(documents);
+  }
   return Worse(exitStatus, WriteStandardOutput(text));
 }
 

@@ -19,16 +19,26 @@ struct PrintOptions {
   std::string subcommand;  ///< What messages call the subcommand.
   bool json = false;
   bool csv = false;
+  bool jsonLines = false;
   bool showIdentifiers = false;
-  std::string table = "transactions";
+  std::string table;  ///< Empty for the transactions.
+
+  /// Whether the rows of one table are shown, not documents.
+  bool ShowsRows() const { return csv || jsonLines; }
+  /// Whether it is only asked which tables there are.
+  bool AsksForTables() const { return table == "help"; }
+  const std::string& GetTable() const;
 };
 
 /// Adds the options of the form to a command line.
 void AddPrintOptions(const Subcommand& app, PrintOptions& options);
 
-/// Finds out whether there is such a table as the options name.
+/// Finds out whether the options make sense: whether there is such a table as they name.
 /// @return kExitClean, or kExitWrongUse after a complaint.
 ExitStatus CheckPrintOptions(const PrintOptions& options);
+
+/// Lists the tables that there are on standard output.
+ExitStatus PrintTables();
 
 /// All that a file holds, as it is shown.
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers);

@@ -11,16 +11,17 @@ namespace {
 Json ToJson(const Cell& cell) {
   if (cell.kind == ValueKind::kBoolean) return cell.text == "true";
   if (cell.kind == ValueKind::kBlank) return {};
-  if (cell.kind == ValueKind::kInteger) return std::stoll(cell.text);
-  return cell.text;
+  if (cell.kind == ValueKind::kInteger) return std::stoll(std::string(cell.text));
+  return std::string(cell.text);
 }
 
 Json ToJson(const Table& table) {
   Json rows = Json::Array();
-  for (const auto& row : table.rows) {
+  for (std::size_t at = 0; at < table.CountRows(); ++at) {
+    const Row row = table.GetRow(at);
     Json object = Json::Object();
     for (std::size_t index = 0; index < row.size(); ++index) {
-      if (row[index]) object.Set(table.columns[index].key, ToJson(*row[index]));
+      if (row[index]) object.Set(std::string(table.spec->columns[index].key), ToJson(row[index]));
     }
     rows.Append(std::move(object));
   }
@@ -29,13 +30,14 @@ Json ToJson(const Table& table) {
 
 Json ToJson(const Section& section) {
   Json fields = Json::Object();
-  for (const Field& field : section.fields) fields.SetAgain(field.key, ToJson(field.cell));
+  for (const Field& field : section.fields)
+    fields.SetAgain(std::string(field.key), ToJson(field.cell));
   Json object = Json::Object();
-  object.Set("kind", section.kind)
-      .Set("title", section.title)
+  object.Set("kind", std::string(section.kind))
+      .Set("title", std::string(section.title))
       .Set("subject", section.subject)
       .Set("fields", std::move(fields));
-  for (const Table& table : section.tables) object.Set(table.key, ToJson(table));
+  for (const Table& table : section.tables) object.Set(std::string(table.spec->key), ToJson(table));
   return object;
 }
 

@@ -11,6 +11,7 @@
 #define KROFX_COMMAND_SHOWING_LAYOUT_H_
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -50,12 +51,25 @@ struct Layout {
 /// All layouts.
 std::span<const Layout> Layouts();
 
-/// The key of the table that lists the parts of a multipart text, which has no layout.
-inline constexpr std::string_view kPartsTable = "parts";
+/// The table that lists the parts of a multipart text, which has no layout.
+extern const TableSpec kPartsTable;
 /// The keys of all tables, each once, in the order of their names.
 const std::vector<std::string_view>& TableKeys();
 /// Whether some file can have a table of this key.
 bool IsTableKey(std::string_view key);
+/// The titles of the layouts that have a table of this key, separated by commas.
+std::string OwnersOf(std::string_view tableKey);
+
+/// A column of the rows of all tables that share a key.
+struct RowColumn {
+  std::string_view key;
+  /// The field of the section that the column repeats in each row; empty for a column of the table.
+  std::string_view field;
+};
+
+/// What the rows of all tables of one key have, whatever files they are of: the columns of each of
+/// these tables, then the account that the row is of.
+std::vector<RowColumn> RowColumnsOf(std::string_view tableKey);
 
 namespace layouts {
 extern const std::span<const Layout> kSignOn;

@@ -1,4 +1,4 @@
-// The three forms in which documents are shown.
+// The forms in which documents are shown.
 
 #ifndef KROFX_COMMAND_SHOWING_RENDERERS_H_
 #define KROFX_COMMAND_SHOWING_RENDERERS_H_
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "showing/document.h"
+#include "showing/row_writer.h"
 
 namespace krofx::command {
 
@@ -17,9 +18,9 @@ std::string RenderText(const std::vector<Document>& documents);
 /// The stable form that docs/json.md describes.
 std::string RenderJson(const std::vector<Document>& documents);
 
-/// All rows of the tables with this key, under one header line. The first columns say which file,
-/// kind of section and account a row belongs to.
-std::string RenderCsv(const std::vector<Document>& documents, std::string_view tableKey);
+/// All rows of the tables with this key, each after the other.
+void AppendRows(std::string& out, const Document& document, std::string_view tableKey,
+                RowWriter& writer);
 
 }  // namespace krofx::command
 

@@ -11,7 +11,8 @@
 namespace krofx::command {
 
 /// What a tree holds, section by section. Personal identifiers are masked unless asked for.
-std::vector<Section> MakeSections(const Element& file, bool showIdentifiers);
+/// @param arena takes the texts that are made; the sections need it and that of the tree.
+std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers);
 
 }  // namespace krofx::command
 

@@ -15,14 +15,14 @@ bool IsNumber(ValueKind kind) { return kind == ValueKind::kAmount || kind == Val
 
 std::string Readable(const Cell& cell) {
   if (cell.kind == ValueKind::kBoolean) return cell.text == "true" ? "yes" : "no";
-  if (cell.kind == ValueKind::kDate) return cell.text.substr(0, kDateCharacters);
+  if (cell.kind == ValueKind::kDate) return std::string(cell.text.substr(0, kDateCharacters));
   return SafeLine(cell.text);
 }
 
-std::string Padded(const std::string& text, std::size_t width, bool right) {
+std::string Padded(std::string_view text, std::size_t width, bool right) {
   const std::size_t have = DisplayWidth(text);
   const std::string blanks(width > have ? width - have : 0, ' ');
-  return right ? blanks + text : text + blanks;
+  return right ? blanks + std::string(text) : std::string(text) + blanks;
 }
 
 std::string WithoutTrailingBlanks(std::string line) {
@@ -40,24 +40,25 @@ struct Lane {
 // The columns that are for people and that hold anything.
 std::vector<Lane> LanesOf(const Table& table) {
   std::vector<Lane> lanes;
-  for (std::size_t index = 0; index < table.columns.size(); ++index) {
-    if (table.columns[index].detail) continue;
+  for (std::size_t index = 0; index < table.spec->columns.size(); ++index) {
+    if (table.spec->columns[index].detail) continue;
     Lane lane{index};
-    for (const auto& row : table.rows) {
-      if (!row[index] || row[index]->text.empty()) continue;
-      lane.width = std::max(lane.width, DisplayWidth(Readable(*row[index])));
-      lane.right = lane.right || IsNumber(row[index]->kind);
+    for (std::size_t at = 0; at < table.CountRows(); ++at) {
+      const Cell& cell = table.GetRow(at)[index];
+      if (cell.text.empty()) continue;
+      lane.width = std::max(lane.width, DisplayWidth(Readable(cell)));
+      lane.right = lane.right || IsNumber(cell.kind);
     }
     if (lane.width == 0) continue;
-    lane.width = std::max(lane.width, DisplayWidth(table.columns[index].label));
+    lane.width = std::max(lane.width, DisplayWidth(table.spec->columns[index].label));
     lanes.push_back(lane);
   }
   return lanes;
 }
 
 void AppendTable(std::string& out, const Table& table) {
-  if (table.rows.empty()) {
-    out += "  " + table.title + ": none\n";
+  if (table.cells.empty()) {
+    out += "  " + std::string(table.spec->title) + ": none\n";
     return;
   }
   const std::vector<Lane> lanes = LanesOf(table);
@@ -68,19 +69,20 @@ void AppendTable(std::string& out, const Table& table) {
     out += WithoutTrailingBlanks(std::move(line)) + "\n";
   };
   out += "\n";
-  appendLine([&](std::size_t index) { return table.columns[index].label; });
+  appendLine([&](std::size_t index) { return std::string(table.spec->columns[index].label); });
   appendLine([&](std::size_t index) {
     const auto lane = std::find_if(lanes.begin(), lanes.end(),
                                    [index](const Lane& each) { return each.index == index; });
     return std::string(lane->width, '-');
   });
-  for (const auto& row : table.rows) {
-    appendLine([&](std::size_t index) { return row[index] ? Readable(*row[index]) : ""; });
+  for (std::size_t at = 0; at < table.CountRows(); ++at) {
+    const Row row = table.GetRow(at);
+    appendLine([&](std::size_t index) { return row[index] ? Readable(row[index]) : ""; });
   }
 }
 
 void AppendSection(std::string& out, const Section& section) {
-  out += "\n" + section.title;
+  out += "\n" + std::string(section.title);
   if (!section.subject.empty()) out += ": " + section.subject;
   out += "\n";
   std::size_t width = 0;

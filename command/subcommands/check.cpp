@@ -20,8 +20,10 @@ struct Options {
 };
 
 ExitStatus Check(const Options& options) {
+  std::vector<std::string> files = options.files;
+  if (!DefaultToStandardInput(files)) return ComplainOfNoFile("check");
   std::vector<std::string> problems;
-  const std::vector<std::string> names = FindInputs(options.files, problems);
+  const std::vector<std::string> names = FindInputs(files, problems);
   ExitStatus exitStatus = problems.empty() ? kExitClean : kExitUnusable;
   Json reports = Json::Array();
   std::string text;
@@ -49,8 +51,7 @@ void AddCheck(const Subcommand& parent) {
   const Subcommand check =
       parent.Add("check", "Say whether OFX files are in order, and what is not");
   const auto options = std::make_shared<Options>();
-  check.AddOption("FILE", options->files, "OFX files, directories, or - for standard input")
-      .Required();
+  check.AddOption("FILE", options->files, "OFX files, directories, or - for standard input");
   check.AddFlag("--json", options->json, "Print JSON");
   check.AddFlag("--strict", options->strict, "Mend nothing: take the text to the letter");
   check.SetFooter(

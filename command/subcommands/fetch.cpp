@@ -54,7 +54,8 @@ class SendRequest : public RequestUse {
       exitStatus = kExitUnusable;
     }
     for (const OfxFile& each : reply.GetOfxFiles()) {
-      for (const std::string& refusal : FindRefusals(ReadElements(*each.file, each.text))) {
+      TextArena arena;
+      for (const std::string& refusal : FindRefusals(ReadElements(*each.file, arena, each.text))) {
         Complain(reply.GetName(), refusal);
         exitStatus = kExitUnusable;
       }

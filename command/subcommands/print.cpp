@@ -20,10 +20,13 @@ struct Options {
 };
 
 ExitStatus Print(const Options& options) {
+  if (options.form.AsksForTables()) return PrintTables();
   const ExitStatus checked = CheckPrintOptions(options.form);
   if (checked != kExitClean) return checked;
+  std::vector<std::string> files = options.files;
+  if (!DefaultToStandardInput(files)) return ComplainOfNoFile(options.form.subcommand);
   std::vector<std::string> problems;
-  const std::vector<std::string> names = FindInputs(options.files, problems);
+  const std::vector<std::string> names = FindInputs(files, problems);
   ExitStatus exitStatus = problems.empty() ? kExitClean : kExitUnusable;
   const Reader reader = options.strict ? Reader::kStrict : Reader::kMending;
   std::vector<Document> documents;
@@ -44,8 +47,7 @@ void AddPrint(const Subcommand& parent) {
   const Subcommand print =
       parent.Add("print", "Show institutions, accounts, balances and transactions of OFX files");
   const auto options = std::make_shared<Options>();
-  print.AddOption("FILE", options->files, "OFX files, directories, or - for standard input")
-      .Required();
+  print.AddOption("FILE", options->files, "OFX files, directories, or - for standard input");
   AddPrintOptions(print, options->form);
   print.AddFlag("--strict", options->strict, "Mend nothing: take the text to the letter");
   print.SetFooter("Exit status: 0 printed, 2 something was not usable, 64 wrong use.");

@@ -1,0 +1,64 @@
+// The paths of the layouts, taken apart once, so that a row costs a few comparisons of numbers.
+
+#ifndef KROFX_COMMAND_SHOWING_CELL_SOURCE_H_
+#define KROFX_COMMAND_SHOWING_CELL_SOURCE_H_
+
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "input/element_tree.h"
+#include "showing/layout.h"
+
+namespace krofx::command {
+
+/// Splits off the text up to a separator.
+std::string_view TakePart(std::string_view& text, char separator);
+
+/// Tags, one for each step down. The null tag is any tag.
+using TagPath = std::vector<KRTagID>;
+
+/// The first element at the end of a path. Null when there is none.
+const Element* FindPath(const Element& element, std::span<const KRTagID> path);
+
+/// Whether a tag is among some; the null tag among them is any tag.
+bool IsOneOf(KRTagID tag, std::span<const KRTagID> tags);
+
+/// Where the value of a cell comes from.
+struct CellSource {
+  enum class Kind : u8 {
+    kPaths,           ///< The first path that leads to something.
+    kOwnTag,          ///< The tag of the aggregate that the row is made of.
+    kFirstAggregate,  ///< The tag of the first aggregate in it.
+    kSum,             ///< The sum of one element over some aggregates in it.
+  };
+  struct Path {
+    TagPath steps;
+    TagPath ofSecurity;  ///< Where it leads in the description of the security, if it does.
+    bool leadsToSecurity = false;
+    bool all = false;  ///< All elements of the last step, not the first one.
+  };
+
+  Kind kind = Kind::kPaths;
+  std::vector<Path> paths;
+  TagPath summed;                ///< The aggregates of a sum.
+  KRTagID summand = KRTag_None;  ///< The element of a sum.
+};
+
+/// Where a table finds its rows.
+struct RowSource {
+  TagPath parent;  ///< The aggregate that holds them.
+  TagPath rows;    ///< Their tags.
+};
+
+/// The sources of some fields, in their order. They are made at the first call of a thread and live
+/// as long as it does.
+const std::vector<CellSource>& SourcesOf(std::span<const FieldSpec> fields);
+/// The source of the path of aggregates that repeat.
+RowSource RowSourceOf(std::string_view path);
+/// The sources of paths that are separated by blanks.
+std::vector<CellSource> SubjectSourcesOf(std::string_view paths);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_SHOWING_CELL_SOURCE_H_

@@ -1,0 +1,48 @@
+// Cells and rows out of elements, by the layouts. It needs nothing but one element at a time and
+// the descriptions of securities, so rows can be made one by one.
+
+#ifndef KROFX_COMMAND_SHOWING_ROW_MAKER_H_
+#define KROFX_COMMAND_SHOWING_ROW_MAKER_H_
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "showing/cell_source.h"
+#include "showing/document.h"
+
+namespace krofx::command {
+
+/// Makes the cells of one file.
+class RowMaker {
+ public:
+  /// @param arena owns the texts that are made for cells. Texts of elements are not copied: the
+  ///        arena of the elements must live as long as the cells.
+  RowMaker(TextArena& arena, bool showIdentifiers)
+      : m_arena(arena), m_showIdentifiers(showIdentifiers) {}
+
+  /// Notes the descriptions of securities that are below an element, which must live as long as
+  /// this.
+  void NoteSecurities(const Element& element);
+
+  /// Appends the cells of one row.
+  void AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table) const;
+  /// The cell that a source leads to from an element.
+  Cell Find(const Element& element, const CellSource& source) const;
+  /// The cell of an element: its value, masked unless identifiers are to be shown.
+  Cell CellOf(const Element& element) const;
+
+ private:
+  const Element* Follow(const Element& element, const CellSource::Path& path) const;
+  Cell JoinAll(const Element& element, const TagPath& steps) const;
+  Cell SumAll(const Element& element, const CellSource& source) const;
+
+  TextArena& m_arena;
+  const bool m_showIdentifiers;
+  std::map<std::string, const Element*> m_securities;
+};
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_SHOWING_ROW_MAKER_H_
