@@ -5,13 +5,23 @@
 
 namespace krofx::command {
 
-/// What the command answers to the shell.
+/// What the command answers to the shell. Of several, the higher one counts.
 enum ExitStatus : int {
-  kExitClean = 0,      ///< Done.
-  kExitWarnings = 1,   ///< Read, with warnings or with something missing; only `check` says so.
-  kExitUnusable = 2,   ///< Something could not be read or written.
-  kExitWrongUse = 64,  ///< The command line makes no sense.
+  kExitClean = 0,          ///< Done.
+  kExitWarnings = 1,       ///< Read, with warnings or with something missing; only `check` says so.
+  kExitUnusable = 2,       ///< Something could not be read or written.
+  kExitNetwork = 3,        ///< No reply came over the network: trying again may help.
+  kExitRefused = 4,        ///< The institution refused what was asked.
+  kExitSignOnRefused = 5,  ///< The institution refused user or password: trying again may lock.
+  kExitCancelled = 6,      ///< The user gave up at a prompt.
+  kExitWrongUse = 64,      ///< The command line makes no sense.
 };
+
+/// What help texts say of the statuses of an exchange, after those of the subcommand itself.
+inline constexpr char kExchangeStatuses[] =
+    "3 no reply came, try again,\n"
+    "4 the institution refused, 5 it refused the sign-on (do not try again), 6 cancelled, 64 wrong "
+    "use.";
 
 /// The worse of two exit statuses.
 inline ExitStatus Worse(ExitStatus left, ExitStatus right) { return left < right ? right : left; }

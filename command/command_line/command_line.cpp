@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 
+#include "command_line/nearest_name.h"
 #include "output/messages.h"
 
 namespace krofx::command {
@@ -24,6 +25,32 @@ std::string PathOf(const CLI::App& app) {
   return above.empty() ? app.get_name() : above + " " + app.get_name();
 }
 
+std::vector<std::string> NamesOfSubcommands(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const each : app.get_subcommands([](const CLI::App*) { return true; })) {
+    // Without a group it is not meant for people.
+    if (!each->get_group().empty()) names.push_back(each->get_name());
+  }
+  return names;
+}
+
+std::vector<std::string> NamesOfOptions(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+// What was meant by the first argument that nothing takes, as the end of a message.
+std::string SuggestInstead(const CLI::App& app, const CLI::App& last) {
+  const std::vector<std::string> left = app.remaining(true);
+  if (left.empty()) return "";
+  const std::string name = left.front().substr(0, left.front().find('='));
+  return SuggestNearest(name,
+                        name.starts_with("--") ? NamesOfOptions(last) : NamesOfSubcommands(last));
+}
+
 // The first argument that nothing takes. What comes after an option that is not known may be a
 // secret and is not named.
 std::string NameUnknown(const CLI::App& app, const CLI::App& last) {
@@ -32,8 +59,8 @@ std::string NameUnknown(const CLI::App& app, const CLI::App& last) {
   const std::string& first = left.front();
   if (first.starts_with("--")) return first.substr(0, first.find('=')) + " is not known";
   if (first.starts_with("-")) return first.substr(0, 2) + " is not known";
-  const bool hasSubcommands = !last.get_subcommands([](const CLI::App*) { return true; }).empty();
-  return hasSubcommands ? first + " is not a subcommand" : "there is an argument too many";
+  return NamesOfSubcommands(last).empty() ? "there is an argument too many"
+                                          : first + " is not a subcommand";
 }
 
 // The library's own words name the option but not always its value, which is left out then.
@@ -155,7 +182,8 @@ ExitStatus CommandLine::Run(int argc, char** argv) const {
     const std::string path = PathOf(last);
     const std::string whole = path.empty() ? m_app->get_name() : m_app->get_name() + " " + path;
     const std::string problem = Describe(*m_app, last, error);
-    Complain(path.empty() ? "command line" : path, problem + "; see \"" + whole + " --help\"");
+    Complain(path.empty() ? "command line" : path,
+             problem + "; see \"" + whole + " --help\"" + SuggestInstead(*m_app, last));
     return kExitWrongUse;
   }
 }

@@ -154,6 +154,7 @@ ExitStatus Exchange::SetUp(VYNNetRequest& request) const {
 }
 
 std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
+  m_exitStatus = kExitUnusable;
   const Interruption interruption;
   const TemporaryFolder folder;
   if (folder.GetPath().empty()) {
@@ -178,6 +179,7 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
                                             KRBuffer* body) {
   ExchangeEnd end{.timeout = m_options.timeout, .ownRoots = !m_roots.empty()};
   const auto fail = [&] {
+    m_exitStatus = Interruption::Came() ? kExitCancelled : ExitStatusOf(end);
     if (!Interruption::Came()) Complain(GetShownUrl(), DescribeExchangeProblem(end));
     return nullptr;
   };
@@ -207,6 +209,7 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
   auto reply = std::make_unique<KRBuffer>(size, 65536);
   end.status = request->LoadReply(reply.get());
   if (end.status != KRNetStatus_Success) return fail();
+  m_exitStatus = kExitClean;
   return reply;
 }
 

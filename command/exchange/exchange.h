@@ -48,8 +48,12 @@ class Exchange {
   ExitStatus Prepare(Direction direction);
 
   /// Sends `body` unchanged, or fetches the URL when there is none. Prepare comes first.
-  /// @return the reply; null after a complaint.
+  /// @return the reply; null after a complaint, and GetExitStatus says of what kind it was.
   std::unique_ptr<KRBuffer> Run(KRBuffer* body);
+
+  /// How the last exchange ended: kExitClean with a reply; kExitNetwork when trying again may help,
+  /// kExitCancelled after a signal, kExitUnusable when something must change first.
+  ExitStatus GetExitStatus() const { return m_exitStatus; }
 
   /// The URL, without what may be secret in it.
   std::string GetShownUrl() const;
@@ -63,6 +67,7 @@ class Exchange {
   const ExchangeOptions& m_options;
   std::string m_url;
   std::vector<std::string> m_roots;
+  ExitStatus m_exitStatus = kExitClean;
 };
 
 }  // namespace krofx::command

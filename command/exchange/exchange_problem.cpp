@@ -2,6 +2,9 @@
 
 #include "exchange/exchange_problem.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "krofx/transport/curl/curl_manager.h"
 
 namespace krofx::command {
@@ -109,6 +112,26 @@ const char* Find(const Text (&texts)[kCount], u32 number) {
   return nullptr;
 }
 
+// What passes without anybody's doing, by the number of what the transport or the server says.
+constexpr u32 kPassingCodes[] = {kUnavailable,
+                                 kGatewayTimedOut,
+                                 VYNCurlCode_ConnectFailed,
+                                 VYNCurlCode_HostNotFound,
+                                 VYNCurlCode_ProxyNotFound,
+                                 VYNCurlCode_SendFailed,
+                                 VYNCurlCode_ReceiveFailed,
+                                 VYNCurlCode_Cut};
+constexpr u32 kPassingStatuses[] = {KRNetStatus_Success,  // No reply, or an empty one.
+                                    KRNetStatus_Failed,      KRNetStatus_NoReplySize,
+                                    KRNetStatus_Unavailable, KRNetStatus_NetworkFailed,
+                                    KRNetStatus_Refused,     KRNetStatus_TimedOut,
+                                    KRNetStatus_ServerError};
+
+template <std::size_t kCount>
+bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
+  return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
+}
+
 std::string Describe(const ExchangeEnd& end) {
   if (end.httpStatus == kTooManyRequests) {
     return "the server has had too many requests; wait a while before the next";
@@ -143,6 +166,15 @@ std::string DescribeExchangeProblem(const ExchangeEnd& end) {
   if (end.httpStatus > 200) text += ", HTTP " + std::to_string(end.httpStatus);
   if (end.transportError != 0) text += ", code " + std::to_string(end.transportError);
   return text + ")";
+}
+
+ExitStatus ExitStatusOf(const ExchangeEnd& end) {
+  if (end.httpStatus == kTooManyRequests || end.httpStatus == kRequestTimedOut) return kExitNetwork;
+  // The code says more than the status, where the texts have one for it.
+  const bool passes = Find(kCodeTexts, end.transportError) != nullptr
+                          ? IsOneOf(kPassingCodes, end.transportError)
+                          : IsOneOf(kPassingStatuses, end.status);
+  return passes || end.status == KRNetStatus_TimedOut ? kExitNetwork : kExitUnusable;
 }
 
 }  // namespace krofx::command

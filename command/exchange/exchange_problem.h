@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "exit_status.h"
 #include "krofx/core/types.h"
 #include "krofx/transport/contract/net_status.h"
 
@@ -21,6 +22,10 @@ struct ExchangeEnd {
 
 /// One line on an exchange that failed or brought no reply.
 std::string DescribeExchangeProblem(const ExchangeEnd& end);
+
+/// kExitNetwork when the same exchange may work later, kExitUnusable when something must change
+/// first, such as the address or the certificate.
+ExitStatus ExitStatusOf(const ExchangeEnd& end);
 
 }  // namespace krofx::command
 

@@ -6,12 +6,25 @@
 #include <string>
 #include <vector>
 
+#include "exit_status.h"
 #include "input/element_tree.h"
 
 namespace krofx::command {
 
-/// One line for each status of severity ERROR, in the order of the reply.
-std::vector<std::string> FindRefusals(const Element& file);
+class ParsedFile;
+
+/// A status of severity ERROR.
+struct Refusal {
+  ExitStatus exitStatus;  ///< kExitSignOnRefused or kExitRefused.
+  std::string text;       ///< In one line.
+};
+
+/// One for each status of severity ERROR, in the order of the reply.
+std::vector<Refusal> FindRefusals(const Element& file);
+
+/// Complains of each refusal in a reply, and of a request that came back in place of a reply.
+/// @return the worst of them, or kExitClean.
+ExitStatus ComplainOfRefusals(const ParsedFile& reply);
 
 }  // namespace krofx::command
 

@@ -14,6 +14,7 @@
 
 #include "output/messages.h"
 #include "system/file_descriptor.h"
+#include "system/interruption.h"
 
 namespace krofx::command {
 
@@ -48,12 +49,21 @@ std::string TargetOf(const std::string& name) {
   return error ? name : target.string();
 }
 
-bool WriteAside(const KRBuffer& text, const std::string& target, Privacy privacy) {
+// A name for a file that has none yet; an existing one is left alone, with errno set.
+bool Rename(const std::string& from, const std::string& to, Existing existing) {
+  if (existing == Existing::kReplaced) return std::rename(from.c_str(), to.c_str()) == 0;
+  return ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0;
+}
+
+bool WriteAside(const KRBuffer& text, const std::string& target, Privacy privacy,
+                Existing existing) {
+  // A signal takes effect when the file is whole in its place, or gone.
+  const Interruption interruption;
   std::string aside = target + ".XXXXXX";
   FileDescriptor file(::mkostemp(aside.data(), O_CLOEXEC));
   if (!file) return false;
   if (WriteAll(file.Get(), text) && ::fchmod(file.Get(), ModeFor(target, privacy)) == 0 &&
-      ::fsync(file.Get()) == 0 && file.Close() && std::rename(aside.c_str(), target.c_str()) == 0) {
+      ::fsync(file.Get()) == 0 && file.Close() && Rename(aside, target, existing)) {
     return true;
   }
   const int reason = errno;
@@ -64,7 +74,8 @@ bool WriteAside(const KRBuffer& text, const std::string& target, Privacy privacy
 
 }  // namespace
 
-ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy) {
+ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy,
+                       Existing existing) {
   if (name.empty() || name == "-") {
     if (WriteAll(STDOUT_FILENO, text)) return kExitClean;
     Complain("standard output", std::strerror(errno));
@@ -76,7 +87,7 @@ ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy pr
     Complain(name, "it is not a plain file and is left alone; name another one");
     return kExitUnusable;
   }
-  if (WriteAside(text, target, privacy)) return kExitClean;
+  if (WriteAside(text, target, privacy, existing)) return kExitClean;
   Complain(name, std::string("it cannot be written: ") + std::strerror(errno));
   return kExitUnusable;
 }

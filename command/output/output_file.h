@@ -16,10 +16,18 @@ enum class Privacy {
   kPrivate  ///< The user alone: it holds a password.
 };
 
+/// What happens to a file that is there already.
+enum class Existing {
+  kReplaced,  ///< The new file takes its place.
+  kKept       ///< It stays, and nothing is written.
+};
+
 /// Writes the buffer to `name`, or to standard output when that is empty or "-". A file is written
-/// beside its place and then renamed, so that a reader sees the old or the new one whole.
+/// beside its place and then renamed, so that a reader sees the old or the new one whole, also when
+/// a signal ends the command.
 /// @return kExitClean, or kExitUnusable with a complaint.
-ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy);
+ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy,
+                       Existing existing = Existing::kReplaced);
 
 }  // namespace krofx::command
 

@@ -3,9 +3,17 @@
 #include "requests/account_options.h"
 
 #include "command_line/command_line.h"
+#include "command_line/nearest_name.h"
+#include "requests/arguments.h"
 #include "requests/request_maker.h"
 
 namespace krofx::command {
+
+namespace {
+
+constexpr std::string_view kTypes[] = {"CHECKING", "SAVINGS", "MONEYMRKT", "CREDITLINE"};
+
+}  // namespace
 
 void AddBankAccountOptions(const Subcommand& request, BankAccountOptions& options) {
   const std::string prefix = "--" + options.prefix;
@@ -31,7 +39,8 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
   if (known == 0) {
     maker.Fail(prefix + "type " + options.type +
                " is not an account type of this version; write CHECKING, SAVINGS, MONEYMRKT or "
-               "CREDITLINE");
+               "CREDITLINE" +
+               SuggestNearest(options.type, kTypes));
   }
   return account;
 }
@@ -43,8 +52,10 @@ std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const st
   return account;
 }
 
-std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& from, const std::string& to,
+std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& first, const std::string& last,
                                            bool include, RequestMaker& maker) {
+  const std::string from = ResolveDay(first);
+  const std::string to = ResolveDay(last);
   auto span = maker.Make<KRIncTransaction>(KRTag_INCTRAN);
   maker.SetDate("--from", from, *span, &KRIncTransaction::SetDtStart);
   maker.SetDate("--to", to, *span, &KRIncTransaction::SetDtEnd);

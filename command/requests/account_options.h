@@ -37,7 +37,7 @@ std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const st
                                              KRTagID tag, RequestMaker& maker);
 
 /// Which transactions a statement is to have. Empty texts leave a side of the span open.
-std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& from, const std::string& to,
+std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& first, const std::string& last,
                                            bool include, RequestMaker& maker);
 
 }  // namespace krofx::command

@@ -1,6 +1,7 @@
 // krofx request accounts: asks for the list of the user's accounts.
 
 #include "command_line/command_line.h"
+#include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
@@ -16,7 +17,7 @@ struct Options {
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
-  maker.SetDate("--since", options.since, *payload, &KRAccountInfoRq::SetDtAcctUp);
+  maker.SetDate("--since", ResolveDay(options.since), *payload, &KRAccountInfoRq::SetDtAcctUp);
   return maker.Finish(std::move(payload),
                       maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
 }

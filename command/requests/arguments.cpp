@@ -3,6 +3,7 @@
 #include "requests/arguments.h"
 
 #include <algorithm>
+#include <ctime>
 #include <string_view>
 
 namespace krofx::command {
@@ -12,6 +13,8 @@ namespace {
 constexpr std::size_t kMostPlaces = 2;
 constexpr std::size_t kDayDigits = 8;
 constexpr std::size_t kTimeDigits = 14;
+// That from which the system counts years.
+constexpr int kFirstYear = 1900;
 
 bool AllDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -73,6 +76,36 @@ std::string ToOfxDate(const std::string& text) {
   const bool hasTime = digits.size() == kTimeDigits;
   if ((digits.size() != kDayDigits && !hasTime) || !AllDigits(digits)) return "";
   return IsDay(digits) && (!hasTime || IsTime(digits)) ? digits : "";
+}
+
+std::string ResolveDay(const std::string& text) {
+  constexpr std::size_t kMostDigits = 5;
+  const bool today = text == "today";
+  if (!today && (text.size() < 3 || text.size() > kMostDigits + 2 || text.front() != '-' ||
+                 !AllDigits(std::string_view(text).substr(1, text.size() - 2)))) {
+    return text;
+  }
+  const char unit = today ? 'd' : text.back();
+  if (unit != 'd' && unit != 'w' && unit != 'm') return text;
+  const int count = today ? 0 : NumberAt(text, 1, text.size() - 2);
+  const std::time_t now = std::time(nullptr);
+  std::tm day{};
+  ::localtime_r(&now, &day);
+  day.tm_hour = 12;  // Far from the hours that a change of the clock skips or repeats.
+  if (unit == 'm') {
+    const int months = (day.tm_year + kFirstYear) * 12 + day.tm_mon - count;
+    if (months < 12) return text;
+    day.tm_year = months / 12 - kFirstYear;
+    day.tm_mon = months % 12;
+    day.tm_mday = std::min(day.tm_mday, DaysOf(months / 12, months % 12 + 1));
+  } else {
+    day.tm_mday -= unit == 'w' ? 7 * count : count;
+  }
+  day.tm_isdst = -1;
+  if (std::mktime(&day) == -1) return text;
+  char digits[16] = "";
+  std::strftime(digits, sizeof digits, "%Y%m%d", &day);
+  return digits;
 }
 
 bool IsHigherNumber(const std::string& first, const std::string& second) {

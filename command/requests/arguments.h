@@ -17,6 +17,12 @@ std::string FindAmountProblem(const std::string& text);
 /// @return empty when the text is no date or names a day that does not exist.
 std::string ToOfxDate(const std::string& text);
 
+/// The day that "-30d" (days), "-4w" (weeks) or "-6m" (months) before today is, or "today", in the
+/// user's time zone, as 20260131. A month before a day that its month lacks, as "-1m" on March 31,
+/// is that month's last day.
+/// @return any other text unchanged.
+std::string ResolveDay(const std::string& text);
+
 /// Whether the first of two numbers of checks is the higher one. Those with other characters than
 /// digits have no order.
 bool IsHigherNumber(const std::string& first, const std::string& second);

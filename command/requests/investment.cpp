@@ -2,6 +2,7 @@
 
 #include "command_line/command_line.h"
 #include "requests/account_options.h"
+#include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
@@ -35,7 +36,7 @@ std::unique_ptr<KRInvAcctFrom> MakeAccount(const Options& options, RequestMaker&
 
 std::unique_ptr<KRIncPos> MakePositions(const Options& options, RequestMaker& maker) {
   auto positions = maker.Make<KRIncPos>(KRTag_INCPOS);
-  maker.SetDate("--as-of", options.asOf, *positions, &KRIncPos::SetDtAsOf);
+  maker.SetDate("--as-of", ResolveDay(options.asOf), *positions, &KRIncPos::SetDtAsOf);
   positions->SetInclude(Unless(options.noPositions));
   return positions;
 }
@@ -61,7 +62,7 @@ void AddInvestmentRequest(const Subcommand& parent, const std::shared_ptr<Reques
   investment.AddOption("--broker", options->broker, "The broker's ID, often its web name")
       .Required();
   investment.AddOption("--account", options->account, "The account's number").Required();
-  investment.AddOption("--from", options->from, "First day of transactions, as 2026-01-31");
+  investment.AddOption("--from", options->from, "First day of transactions, as 2026-01-31 or -30d");
   investment.AddOption("--to", options->to, "Last day of transactions");
   investment.AddOption("--as-of", options->asOf, "The day that positions are wanted of");
   investment.AddFlag("--no-transactions", options->noTransactions, "Ask for no transactions");

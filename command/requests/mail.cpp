@@ -2,6 +2,7 @@
 
 #include "command_line/command_line.h"
 #include "requests/account_options.h"
+#include "requests/order_text.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
@@ -35,6 +36,16 @@ std::unique_ptr<KRMail> MakeLetter(const Options& options, RequestMaker& maker) 
   return mail;
 }
 
+std::string Describe(const Options& options) {
+  std::string order =
+      "letter to " + (options.to.empty() ? options.signOn.organisation : options.to);
+  if (!options.account.account.empty()) {
+    order += " about " + (options.card ? DescribeCard(options.account.account)
+                                       : DescribeAccount(options.account));
+  }
+  return order + ": " + options.subject;
+}
+
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   const bool about = !options.account.account.empty();
@@ -42,6 +53,7 @@ ExitStatus Request(const Options& options) {
             : options.card || !options.account.bank.empty()) {
     maker.Fail("name an account with --account and either --bank or --card");
   }
+  maker.SetOrder(Describe(options));
   const bool first = maker.GetVersion() == 1;
   auto letter = MakeLetter(options, maker);
   if (!about) {

@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "output/characters.h"
+#include "output/safe_text.h"
 #include "system/interruption.h"
 
 namespace krofx::command {
@@ -119,7 +120,8 @@ std::string Password::TakeFromEnvironment(const char* name) {
   return fits ? Check() : kTooLong;
 }
 
-std::string Password::Ask() {
+std::string Password::Ask(const std::string& whose) {
+  const std::string prompt = "Password of " + SafeLine(whose) + ": ";
   const FileDescriptor terminal(::open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY));
   if (!terminal) {
     return "there is no terminal to ask for the password; use --password-fd or --password-env";
@@ -133,10 +135,11 @@ std::string Password::Ask() {
       const PromptSignals signals;
       const SilentTerminal silent(terminal.Get());
       if (!silent.IsActive()) return "the terminal shows what is typed; use --password-fd";
-      Show(terminal.Get(), "Password: ");
+      Show(terminal.Get(), prompt.c_str());
       if (signals.WaitForInput(terminal.Get())) problem = ReadFrom(terminal.Get());
       Show(terminal.Get(), "\n");
-      if (Interruption::Came()) return "interrupted";
+      m_cancelled = Interruption::Came();
+      if (m_cancelled) return "interrupted";
     }
     if (!PromptSignals::HasStopped()) return problem;
     explicit_bzero(m_text.bytes, sizeof m_text.bytes);

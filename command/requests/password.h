@@ -24,7 +24,10 @@ class Password {
   /// Takes the value of an environment variable, which is wiped and removed.
   std::string TakeFromEnvironment(const char* name);
   /// Asks on the terminal, without showing what is typed.
-  std::string Ask();
+  /// @param whose what the prompt says of it, such as "ada.w at HARBORFED".
+  std::string Ask(const std::string& whose);
+  /// Whether the user gave up at the prompt.
+  bool WasCancelled() const { return m_cancelled; }
 
   /// The password in the character set of requests, Windows 1252; never null.
   const char* Get() const { return m_text.bytes; }
@@ -34,6 +37,7 @@ class Password {
   bool Encode();
 
   Wiped<kMaxBytes + 2> m_text;
+  bool m_cancelled = false;
 };
 
 }  // namespace krofx::command

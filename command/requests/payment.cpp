@@ -2,6 +2,7 @@
 
 #include "command_line/command_line.h"
 #include "requests/account_options.h"
+#include "requests/order_text.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
@@ -103,8 +104,22 @@ std::unique_ptr<KRPaymentInfo> MakeSecondVersion(const Options& options, Request
   return payment;
 }
 
+std::string DescribePayee(const Options& options) {
+  if (!options.payee.name.empty()) return options.payee.name;
+  return options.payeeId.empty() ? "payee " + options.payeeListId + " of the list"
+                                 : "payee " + options.payeeId;
+}
+
+std::string Describe(const Options& options) {
+  std::string order = DescribeMoney(options.amount, options.from.bank) + " from " +
+                      DescribeAccount(options.from) + " to " + DescribePayee(options);
+  if (!options.payeeAccount.empty()) order += ", account " + options.payeeAccount;
+  return order + DescribeDue(options.due);
+}
+
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
+  maker.SetOrder(Describe(options));
   const bool first = maker.GetVersion() == 1;
   auto payload = maker.Make<KRPaymentRq>(KRTag_PMTRQ);
   payload->SetPmtInfo(

@@ -1,6 +1,7 @@
 // krofx request profile: asks what an institution offers.
 
 #include "command_line/command_line.h"
+#include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
@@ -17,7 +18,7 @@ ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   auto payload = maker.Make<KRProfileRq>(KRTag_PROFRQ);
   payload->SetClientRouting(KRClientRouting_NONE);
-  maker.SetDate("--since", options.since, *payload, &KRProfileRq::SetDtProfUp);
+  maker.SetDate("--since", ResolveDay(options.since), *payload, &KRProfileRq::SetDtProfUp);
   return maker.Finish(std::move(payload),
                       maker.GetVersion() == 1 ? KRTag_PROFMSGSRQV1 : KRTag_PROFMSGSRQV2);
 }

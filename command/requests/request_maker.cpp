@@ -97,8 +97,9 @@ void RequestMaker::AddPassword(KRSignOnRq& signOn) {
   } else if (std::getenv(kPasswordVariable) != nullptr) {
     problem = password.TakeFromEnvironment(kPasswordVariable);
   } else {
-    problem = password.Ask();
+    problem = password.Ask(m_options.user + " at " + m_options.use->Where(m_options.organisation));
   }
+  if (password.WasCancelled()) return Fail(kExitCancelled, problem);
   if (!problem.empty()) return Fail(kExitUnusable, problem);
   KRUserPassword secret;  // Wipes its memory.
   secret = password.Get();
@@ -162,7 +163,10 @@ ExitStatus RequestMaker::Finish(std::unique_ptr<KRTransBase> payload, KRTagID me
     const std::string problem = BuildText(file, true, text);
     if (!problem.empty()) Fail(kExitUnusable, problem);
   }
-  if (m_problem.empty()) return m_options.use->Use(text);
+  if (m_problem.empty()) {
+    if (!m_order.empty()) Complain(m_options.subcommand, m_order);
+    return m_options.use->Use(text);
+  }
   Complain(m_options.subcommand, m_problem);
   return m_exitStatus;
 }

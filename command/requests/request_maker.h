@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "exit_status.h"
 #include "krofx/krofx.h"
@@ -62,6 +63,9 @@ class RequestMaker {
   /// Notes a span of days whose end is before its start.
   void RequireOrder(const std::string& from, const std::string& to);
 
+  /// Says what the request orders, which is shown before it is written or sent.
+  void SetOrder(std::string order) { m_order = std::move(order); }
+
   /// Puts a payload into its wrapper and message set, adds the sign-on with the password, and hands
   /// the text to its use.
   /// @param wrapper the wrapper's tag, for payloads that do not determine it.
@@ -86,6 +90,7 @@ class RequestMaker {
 
   const SignOnOptions& m_options;
   std::string m_problem;
+  std::string m_order;
   ExitStatus m_exitStatus = kExitClean;
 };
 

@@ -4,6 +4,7 @@
 #define KROFX_COMMAND_REQUESTS_REQUEST_USE_H_
 
 #include <memory>
+#include <string>
 
 #include "exit_status.h"
 
@@ -24,6 +25,9 @@ class RequestUse {
   /// Finds out, before the password is asked for, whether the request will be usable.
   /// @return kExitClean, or another exit status after a complaint.
   virtual ExitStatus Prepare() = 0;
+  /// Where the request goes, as a prompt says it.
+  /// @param institution the institution's name.
+  virtual std::string Where(const std::string& institution) const { return institution; }
   /// Takes the text, which holds the password.
   /// @return kExitClean, or another exit status after a complaint.
   virtual ExitStatus Use(KRBuffer& text) = 0;

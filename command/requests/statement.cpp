@@ -61,7 +61,7 @@ void AddStatementRequest(const Subcommand& parent, const std::shared_ptr<Request
   statement.AddOption("--type", options->bankAccount.type,
                       "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE");
   statement.AddFlag("--card", options->card, "The account is a card");
-  statement.AddOption("--from", options->from, "First day, as 2026-01-31");
+  statement.AddOption("--from", options->from, "First day, as 2026-01-31 or -30d");
   statement.AddOption("--to", options->to, "Last day");
   statement.AddFlag("--no-transactions", options->noTransactions, "Ask for balances only");
   AddSignOnOptions(statement, options->signOn, use);

@@ -3,6 +3,7 @@
 #include "command_line/command_line.h"
 #include "requests/account_options.h"
 #include "requests/arguments.h"
+#include "requests/order_text.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
@@ -46,11 +47,28 @@ std::unique_ptr<KRCheckDescription> MakeDescription(const Options& options, Requ
   return check;
 }
 
+std::string Describe(const Options& options) {
+  std::string checks;
+  if (options.payee.empty()) {
+    checks = "check " + options.first;
+    if (!options.last.empty()) checks = "checks " + options.first + " to " + options.last;
+  } else {
+    checks = "check";
+    if (!options.number.empty()) checks += " " + options.number;
+    checks += " to " + options.payee;
+    if (!options.amount.empty()) {
+      checks += " of " + DescribeMoney(options.amount, options.account.bank);
+    }
+  }
+  return "no payment of " + checks + " from " + DescribeAccount(options.account);
+}
+
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   if (options.first.empty() == options.payee.empty()) {
     maker.Fail("name the checks with --first (and --last), or one with --payee");
   }
+  maker.SetOrder(Describe(options));
   auto payload = maker.Make<KRStopCheckRq>(KRTag_STPCHKRQ);
   payload->SetBankAcctFrom(MakeBankAccount(options.account, maker).release());
   if (options.payee.empty()) {

@@ -1,13 +1,19 @@
 // krofx request transfer: asks for a transfer within the bank or to another, once or recurring.
 
 #include "command_line/command_line.h"
+#include "command_line/nearest_name.h"
 #include "requests/account_options.h"
+#include "requests/order_text.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
 
 namespace krofx::command {
 
 namespace {
+
+constexpr std::string_view kFrequencies[] = {"WEEKLY",    "BIWEEKLY",     "TWICEMONTHLY",
+                                             "MONTHLY",   "FOURWEEKS",    "BIMONTHLY",
+                                             "QUARTERLY", "SEMIANNUALLY", "ANNUALLY"};
 
 // OFX gives the number of transfers three digits.
 constexpr int kMostTimes = 999;
@@ -74,7 +80,8 @@ std::unique_ptr<KRTransBase> MakeModel(const Options& options, RequestMaker& mak
   if (instruction->SetFreq(KRString(options.every.c_str())) == 0) {
     maker.Fail("--every " + options.every +
                " is not a frequency; write WEEKLY, BIWEEKLY, TWICEMONTHLY, MONTHLY, FOURWEEKS, "
-               "BIMONTHLY, QUARTERLY, SEMIANNUALLY or ANNUALLY");
+               "BIMONTHLY, QUARTERLY, SEMIANNUALLY or ANNUALLY" +
+               SuggestNearest(options.every, kFrequencies));
   }
   if (options.times != 0) instruction->SetNInsts(static_cast<u16>(options.times));
   model->SetRecurrInst(instruction.release());
@@ -95,6 +102,20 @@ std::unique_ptr<KRTransBase> MakePayload(const Options& options, RequestMaker& m
   return MakeModel<Model>(options, maker, model, std::move(transfer));
 }
 
+std::string Describe(const End& end) {
+  return end.card.empty() ? DescribeAccount(end.bank) : DescribeCard(end.card);
+}
+
+std::string Describe(const Options& options) {
+  std::string order = DescribeMoney(options.amount, options.from.bank.bank) + " from " +
+                      Describe(options.from) + " to " + Describe(options.to) +
+                      DescribeDue(options.due);
+  if (options.every.empty()) return order;
+  order += ", " + options.every;
+  return order +
+         (options.times == 0 ? " without end" : ", " + std::to_string(options.times) + " times");
+}
+
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   if (!IsNamed(options.from) || !IsNamed(options.to)) {
@@ -105,6 +126,7 @@ ExitStatus Request(const Options& options) {
   if (IsSame(options.from, options.to)) {
     maker.Fail("the transfer is to the account that it comes from");
   }
+  maker.SetOrder(Describe(options));
   const bool first = maker.GetVersion() == 1;
   // Two banks make it interbank; a card is the bank's own.
   const bool inter = options.from.card.empty() && options.to.card.empty() &&

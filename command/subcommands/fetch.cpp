@@ -5,6 +5,7 @@
 #include "command_line/command_line.h"
 #include "exchange/exchange.h"
 #include "exchange/refusals.h"
+#include "exchange/url.h"
 #include "output/messages.h"
 #include "output/output_file.h"
 #include "requests/request_maker.h"
@@ -29,7 +30,9 @@ class SendRequest : public RequestUse {
   }
 
   const char* GetFooter() const override {
-    return "Exit status: 0 printed, 2 no usable reply or refused, 64 wrong use.";
+    static const std::string footer =
+        std::string("Exit status: 0 printed, 2 no usable reply, ") + kExchangeStatuses;
+    return footer.c_str();
   }
 
   ExitStatus Prepare() override {
@@ -37,9 +40,13 @@ class SendRequest : public RequestUse {
     return checked == kExitClean ? m_exchange.Prepare(Direction::kSend) : checked;
   }
 
+  std::string Where(const std::string& institution) const override {
+    return institution + " (" + Url(m_options.url).host + ")";
+  }
+
   ExitStatus Use(KRBuffer& text) override {
     std::unique_ptr<KRBuffer> reply = m_exchange.Run(&text);
-    if (reply == nullptr) return kExitUnusable;
+    if (reply == nullptr) return m_exchange.GetExitStatus();
     ExitStatus exitStatus = kExitClean;
     if (!m_replyFile.empty()) exitStatus = WriteOutput(*reply, m_replyFile, Privacy::kPrivate);
     return Worse(exitStatus, Show(ParsedFile(m_exchange.GetShownUrl(), std::move(reply))));
@@ -47,19 +54,7 @@ class SendRequest : public RequestUse {
 
  private:
   ExitStatus Show(const ParsedFile& reply) const {
-    ExitStatus exitStatus = kExitClean;
-    if (reply.GetKind() == "request") {
-      Complain(reply.GetName(),
-               "the server sent a request back, not a response; check the address");
-      exitStatus = kExitUnusable;
-    }
-    for (const OfxFile& each : reply.GetOfxFiles()) {
-      TextArena arena;
-      for (const std::string& refusal : FindRefusals(ReadElements(*each.file, arena, each.text))) {
-        Complain(reply.GetName(), refusal);
-        exitStatus = kExitUnusable;
-      }
-    }
+    const ExitStatus exitStatus = ComplainOfRefusals(reply);
     if (!reply.GetProblem().empty() && m_replyFile.empty()) {
       Complain(reply.GetName(),
                "the reply is not usable; --save-reply keeps it for \"krofx check\"");

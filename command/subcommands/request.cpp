@@ -4,6 +4,7 @@
 #include "command_line/command_line.h"
 #include "requests/request_maker.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "output/messages.h"
@@ -22,25 +23,38 @@ class WriteRequest : public RequestUse {
  public:
   void AddOptions(const Subcommand& request) override {
     request.AddOption("-o,--output", m_output, "The file to write; else standard output");
+    request.AddFlag("--force", m_force, "Replace the file if there is one");
   }
 
   const char* GetFooter() const override {
     return "The request holds the password: it is written for the user's eyes only.\n"
-           "Exit status: 0 written, 2 not written, 64 wrong use.";
+           "Exit status: 0 written, 2 not written, 6 cancelled at the prompt, 64 wrong use.";
   }
 
   ExitStatus Prepare() override {
-    if ((!m_output.empty() && m_output != "-") || ::isatty(STDOUT_FILENO) == 0) return kExitClean;
+    if (!m_output.empty() && m_output != "-") {
+      struct stat status {};
+      if (m_force || ::stat(m_output.c_str(), &status) != 0) return kExitClean;
+      Complain(m_output,
+               "there is such a file already, which may be a request that is still to be "
+               "sent; replace it with --force");
+      return kExitUnusable;
+    }
+    if (::isatty(STDOUT_FILENO) == 0) return kExitClean;
     Complain("request",
              "the request holds the password and is not shown on a terminal; name a file with -o, "
              "or redirect the output");
     return kExitUnusable;
   }
 
-  ExitStatus Use(KRBuffer& text) override { return WriteOutput(text, m_output, Privacy::kPrivate); }
+  ExitStatus Use(KRBuffer& text) override {
+    return WriteOutput(text, m_output, Privacy::kPrivate,
+                       m_force ? Existing::kReplaced : Existing::kKept);
+  }
 
  private:
   std::string m_output;
+  bool m_force = false;
 };
 
 }  // namespace

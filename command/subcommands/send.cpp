@@ -7,6 +7,7 @@
 
 #include "command_line/command_line.h"
 #include "exchange/exchange.h"
+#include "exchange/refusals.h"
 #include "input/input_files.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
@@ -38,6 +39,12 @@ bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
          ViewOf(request).find("<OFX>") != std::string_view::npos;
 }
 
+// What the institution refuses in the reply. A reply that is not OFX is the user's to judge.
+ExitStatus ComplainOfErrors(const std::string& where, std::unique_ptr<KRBuffer> text) {
+  const ParsedFile reply(where, std::move(text));
+  return reply.GetKind() == "request" ? kExitClean : ComplainOfRefusals(reply);
+}
+
 ExitStatus Send(const Options& options) {
   Exchange exchange(options.exchange);
   const ExitStatus prepared = exchange.Prepare(Direction::kSend);
@@ -49,10 +56,12 @@ ExitStatus Send(const Options& options) {
     Complain(DisplayName(options.file), problem);
     return kExitUnusable;
   }
-  const std::unique_ptr<KRBuffer> reply = exchange.Run(request.get());
-  if (reply == nullptr) return kExitUnusable;
+  std::unique_ptr<KRBuffer> reply = exchange.Run(request.get());
+  if (reply == nullptr) return exchange.GetExitStatus();
   const ExitStatus written = WriteReply(*reply, options.output);
-  if (!IsEcho(*request, *reply)) return written;
+  if (!IsEcho(*request, *reply)) {
+    return Worse(written, ComplainOfErrors(exchange.GetShownUrl(), std::move(reply)));
+  }
   Complain(exchange.GetShownUrl(),
            "the server sent the request back, not a response; check the address");
   return kExitUnusable;
@@ -63,14 +72,14 @@ ExitStatus Get(const Options& options) {
   const ExitStatus prepared = exchange.Prepare(Direction::kGet);
   if (prepared != kExitClean) return prepared;
   const std::unique_ptr<KRBuffer> reply = exchange.Run(nullptr);
-  return reply == nullptr ? kExitUnusable : WriteReply(*reply, options.output);
+  return reply == nullptr ? exchange.GetExitStatus() : WriteReply(*reply, options.output);
 }
 
 void AddRest(const Subcommand& app, Options& options) {
   app.AddOption("-o,--output", options.output,
                 "The file to save the reply in; else it goes to standard output");
   AddExchangeOptions(app, options.exchange);
-  app.SetFooter("Exit status: 0 done, 2 no reply, 64 wrong use.");
+  app.SetFooter(std::string("Exit status: 0 done, 2 no usable reply, ") + kExchangeStatuses);
 }
 
 }  // namespace

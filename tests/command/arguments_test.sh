@@ -2,7 +2,7 @@
 # What the command line takes, and what it refuses: amounts, dates, numbers, unknown words.
 source "$(dirname "$0")/runner.sh" "$@"
 
-sign_on_options=(--org BANK --fid 7 --user ada --password-env SECRET -o rq.ofx)
+sign_on_options=(--org BANK --fid 7 --user ada --password-env SECRET -o rq.ofx --force)
 bank=(--bank 123 --account 456)
 to=(--to-bank 123 --to-account 789)
 export SECRET=sesame-99

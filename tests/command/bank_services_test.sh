@@ -3,7 +3,7 @@
 # `krofx request` makes.
 source "$(dirname "$0")/runner.sh" "$@"
 
-sign_on_options=(--org BANK --fid 7 --user ada --password-env SECRET -o rq.ofx)
+sign_on_options=(--org BANK --fid 7 --user ada --password-env SECRET -o rq.ofx --force)
 bank=(--bank 123 --account 456)
 export SECRET=sesame-99
 

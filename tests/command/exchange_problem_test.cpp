@@ -67,5 +67,23 @@ TEST(ExchangeProblem, TellsAnEmptyReplyFromAFailure) {
   EXPECT_EQ(DescribeExchangeProblem({}), "the server's reply is empty; try again later");
 }
 
+TEST(ExchangeProblem, AsksForAnotherTryOnlyWhereThatMayHelp) {
+  EXPECT_EQ(ExitStatusOf({}), kExitNetwork);
+  EXPECT_EQ(ExitStatusOf({.status = KRNetStatus_TimedOut, .transportError = 1517}), kExitNetwork);
+  EXPECT_EQ(ExitStatusOf({.status = KRNetStatus_Refused}), kExitNetwork);
+  EXPECT_EQ(ExitStatusOf({.status = KRNetStatus_ClientError, .httpStatus = 429}), kExitNetwork);
+  EXPECT_EQ(ExitStatusOf({.status = KRNetStatus_ServerError, .httpStatus = 500}), kExitNetwork);
+  for (const KRNetStatus status :
+       {KRNetStatus_Untrusted, KRNetStatus_BadCertificate, KRNetStatus_UnexpectedCertificate,
+        KRNetStatus_NoMemory, KRNetStatus_SslFailed}) {
+    EXPECT_EQ(ExitStatusOf({.status = status}), kExitUnusable) << status;
+  }
+  // HTTP 404, and a redirection.
+  EXPECT_EQ(ExitStatusOf({.status = KRNetStatus_ClientError, .transportError = 1513}),
+            kExitUnusable);
+  EXPECT_EQ(ExitStatusOf({.status = KRNetStatus_Unavailable, .transportError = 1506}),
+            kExitUnusable);
+}
+
 }  // namespace
 }  // namespace krofx::command

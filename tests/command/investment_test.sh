@@ -44,7 +44,7 @@ sign_on_options=(--org HARBOR --user ada --password-env SECRET)
 account=(--broker harbor.example --account 7-4401-22)
 for version in '' --v2; do
   expect 0 request investment "${sign_on_options[@]}" "${account[@]}" $version --from 2026-01-01 --to 20260131 \
-    --as-of 2026-01-31 --no-orders -o rq.ofx
+    --as-of 2026-01-31 --no-orders -o rq.ofx --force
   expect 0 check rq.ofx
   for element in '<DTSTART>20260101' '<DTEND>20260131' '<INCOO>N' '<DTASOF>20260131' '<INCBAL>Y'; do
     has rq.ofx "$element"

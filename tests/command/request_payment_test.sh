@@ -11,7 +11,7 @@ address=(--payee 'Kestrel Timber' --payee-address '9 Mill Lane' --payee-city Har
 
 # complete [OPTION...]: the request can be made, has all that it needs, and shows what it asks for.
 complete() {
-  expect 0 request payment "${common[@]}" "$@" -o rq.ofx
+  expect 0 request payment "${common[@]}" "$@" -o rq.ofx --force
   expect 0 check rq.ofx
   expect 0 print rq.ofx
   has out 'Payment asked for: 123 456 CHECKING'

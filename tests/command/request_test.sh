@@ -8,7 +8,7 @@ export SECRET=sesame-99
 
 for version in '' --v2; do
   for account in "${bank[*]}" '--card --account 5500'; do
-    expect 0 request statement "${sign_on_options[@]}" $version $account --password-env SECRET -o rq.ofx
+    expect 0 request statement "${sign_on_options[@]}" $version $account --password-env SECRET -o rq.ofx --force
     [ "$(stat -c %a rq.ofx)" = 600 ] || fail 'others can read the request'
     has rq.ofx '<USERPASS>sesame-99'
     lacks out sesame-99
@@ -24,7 +24,7 @@ done
 # A profile can be asked for anonymously, which takes no password, and by a user.
 for version in '' --v2; do
   # shellcheck disable=SC2086
-  expect 0 request profile --org BANK --since 2026-01-31 $version -o rq.ofx
+  expect 0 request profile --org BANK --since 2026-01-31 $version -o rq.ofx --force
   has rq.ofx '<USERID>anonymous00000000000000000000000'
   has rq.ofx '<DTPROFUP>20260131'
   expect 0 check rq.ofx

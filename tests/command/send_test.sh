@@ -36,13 +36,14 @@ refused() {
   local path=$1 message=$2
   shift 2
   echo untouched >kept.ofx
-  expect 2 get "$url$path" -o kept.ofx "$@"
+  expect "$failure" get "$url$path" -o kept.ofx "$@"
   has kept.ofx untouched
   has err "$message"
   [ "$(wc -l <err)" -eq 1 ] || fail "more than one line for $path"
   lacks err 'secret-key'
   leaves_nothing
 }
+failure=2
 refused /status/301 'sends to another address'
 refused /status/302 'sends to another address'
 refused /status/303 'sends to another address'
@@ -55,11 +56,12 @@ refused /status/404 '(status 14, HTTP 404, code 1513)'
 refused /status/405 'does not take OFX'
 refused /status/406 'does not take OFX'
 refused /status/407 'the proxy wants a sign-on'
+failure=3
 refused /status/408 'the server waited too long for the request'
 refused /status/408 'HTTP 408'
 refused /status/429 'too many requests'
 refused /status/429 'HTTP 429'
-refused /status/418 'HTTP 418'
+failure=2 refused /status/418 'HTTP 418'
 refused /status/500 'the server failed'
 refused /status/501 'the server failed'
 refused /status/502 'the server failed'
@@ -67,7 +69,7 @@ refused /status/503 'not available now'
 refused /status/504 'not available now'
 refused /empty 'reply is empty'
 refused /cut 'ended before the reply did'
-refused /garbage 'does not speak HTTP'
+failure=2 refused /garbage 'does not speak HTTP'
 refused /never 'no reply within 1 seconds' --timeout 1
 lacks err HTTP
 read -r -t 60 -u "$server_lines" line

@@ -10,9 +10,10 @@ It prints what the terminal showed, and ends with the exit status of the command
 
 import os
 import pty
+import re
 import sys
 
-PROMPT = b"Password: "
+PROMPT = re.compile(rb"Password of [^\r\n]*: ")
 
 child, terminal = pty.fork()
 if child == 0:
@@ -28,7 +29,7 @@ while True:
     if not got:
         break
     shown += got
-    while answered < min(shown.count(PROMPT), len(answers)):
+    while answered < min(len(PROMPT.findall(shown)), len(answers)):
         answer = answers[answered]
         answered += 1
         os.write(terminal, answer if len(answer) == 1 and answer < b" " else answer + b"\n")
