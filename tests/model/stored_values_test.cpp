@@ -65,7 +65,7 @@ TEST(StoredText, LetsACopyOfTheStringBeMovedFrom) {
   EXPECT_STREQ(stored.Get(), "held");
 }
 
-TEST(StoredText, RefusesMoreThanItsLengthOnTheShortWay) {
+TEST(StoredText, RefusesMoreThanItsLengthAsACommonText) {
   StoredText<KRString3> stored;
   EXPECT_FALSE(stored.AssignCommon("USDX", 4));
   EXPECT_EQ(stored.Get().IsNull(), 1);
@@ -114,6 +114,8 @@ TEST(StoredDate, KeepsWhatNoDateHas) {
       EXPECT_EQ(back.GetGMTOffset(), date.GetGMTOffset());
       EXPECT_STREQ(back.GetTimeZone(), "a zone with a long name");
     }
+    EXPECT_FALSE(stored.AssignCommon("no date", 7));
+    EXPECT_EQ(static_cast<KRDateTime>(stored).GetMonth(), date.GetMonth());
     EXPECT_TRUE(stored.AssignCommon("20250102", 8));
     EXPECT_EQ(static_cast<KRDateTime>(stored).GetDay(), 2);
     EXPECT_STREQ(static_cast<KRDateTime>(stored).GetTimeZone(), "");

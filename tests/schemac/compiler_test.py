@@ -283,7 +283,7 @@ class Written(Probe):
         header = outputs["krofx/boxes/probe.h"]
         self.assertNotIn("m_memo", header.split("class KROFX_API KRProbe")[1])
         source = outputs["krofx/boxes/probe.cpp"].split("KRProbe::GetTable()")[1]
-        return re.findall(r"\{KRTag_(\w+), 0xffff\}", source.split("kSlots")[0])
+        return re.findall(r"\{KRTag_(\w+), 0xffff\}", source.split("kPositions")[0])
 
     def test_splices_rows_of_an_ancestor_where_the_wire_wants_them(self):
         self.assertEqual(

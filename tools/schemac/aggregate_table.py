@@ -52,21 +52,21 @@ def _row(model, cls, row):
 
 
 def perfect_hash(ids):
-    """Slots, multiplier and shift of a perfect hash over the keys of {tag id: position}; None when
+    """Positions, multiplier and shift of a perfect hash over the keys of {tag id: position}; None when
     none is found."""
     chance = random.Random(1)
     for bits in range(max(1, (len(ids) - 1).bit_length()), 9):
         shift = 32 - bits
         for _ in range(4000):
             multiplier = chance.getrandbits(32) | 1
-            slots = [255] * (1 << bits)
+            positions = [255] * (1 << bits)
             for tag_id, position in ids.items():
                 place = ((tag_id * multiplier) & 0xFFFFFFFF) >> shift
-                if slots[place] != 255:
+                if positions[place] != 255:
                     break
-                slots[place] = position
+                positions[place] = position
             else:
-                return slots, multiplier, shift
+                return positions, multiplier, shift
     return None
 
 
@@ -107,15 +107,16 @@ class TableWriter:
         """The valid tags, and the index that finds the row of a tag."""
         items = [f"{{{enumerator(r.tag)}, 0x{r.versions:x}}}" for r in self.listed]
         self.text += array("static constexpr KRTagTableEntry kValid[]", items)
+        self.text += "  static_assert(sizeof kValid / sizeof *kValid <= PresenceBits::kCount);\n"
         ids = {}
         for position, row in enumerate(self.listed):
             ids.setdefault(self.model.tags[row.tag], position)
         found = perfect_hash(ids)
         if found is None:
             raise SchemaError(self.cls.place, f"{self.cls.name}: no perfect hash found")
-        slots, multiplier, shift = found
-        self.text += array("static constexpr u8 kSlots[]", [str(slot) for slot in slots])
-        index = f"{{kValid, kSlots, 0x{multiplier:x}u, {shift}}}"
+        positions, multiplier, shift = found
+        self.text += array("static constexpr u8 kPositions[]", [str(place) for place in positions])
+        index = f"{{kValid, kPositions, 0x{multiplier:x}u, {shift}}}"
         self.text += f"  static constexpr TagIndex kIndex = {index};\n"
         self.fields.append(f".valid = {{kValid, {len(self.listed)}, &kIndex}}")
 

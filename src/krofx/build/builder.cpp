@@ -12,6 +12,7 @@
 #include "krofx/values/internal/keyword_table.h"
 
 using krofx::internal::hooks;
+using krofx::internal::KeywordTraits;
 using krofx::internal::Put;
 
 namespace {
@@ -124,7 +125,7 @@ KRBuildStatus KRBuilder::AddLine(const char* text, std::size_t length) {
 }
 
 KRBuildStatus KRBuilder::AddHeader(KRHeaderTag tag, const KRString& value) {
-  using Names = krofx::internal::KeywordTraits<KRHeaderTag>;
+  using Names = KeywordTraits<KRHeaderTag>;
   if (value.IsEmpty()) return KRBuildStatus_Done;
   if (m_buffer == nullptr) return KRBuildStatus_NullArgument;
   if (static_cast<u32>(tag) >= Names::kCount) return KRBuildStatus_NoTextForm;

@@ -11,6 +11,10 @@
 #include "krofx/core/string.h"
 #include "krofx/core/thread.h"
 
+using krofx::internal::Allocate;
+using krofx::internal::ForgetInLoggers;
+using krofx::internal::WipeAndFree;
+
 namespace {
 constexpr u32 kMaxBufferSize = 4000000000;
 }
@@ -21,8 +25,8 @@ KRBuffer::KRBuffer(u32 initialSize, u32 growSize) : m_growSize(growSize) {
 }
 
 KRBuffer::~KRBuffer() {
-  krofx::internal::ForgetInLoggers(this);
-  krofx::internal::WipeAndFree(m_data, m_capacity);
+  ForgetInLoggers(this);
+  WipeAndFree(m_data, m_capacity);
 }
 
 char KRBuffer::GetCh(s32 index) {
@@ -208,10 +212,10 @@ bool KRBuffer::SetAllocation(u32 allocation) {
     const std::uint64_t doubled =
         std::min<std::uint64_t>(std::uint64_t{m_capacity} * 2, kMaxBufferSize);
     const u32 capacity = std::max(allocation, static_cast<u32>(doubled));
-    auto* const fresh = static_cast<char*>(krofx::internal::Allocate(capacity));
+    auto* const fresh = static_cast<char*>(Allocate(capacity));
     if (fresh != nullptr && m_data != nullptr) std::memcpy(fresh, m_data, m_allocation);
     if (fresh != nullptr && m_data == nullptr) std::memset(fresh, 0, m_allocation);
-    krofx::internal::WipeAndFree(m_data, m_capacity);
+    WipeAndFree(m_data, m_capacity);
     m_data = fresh;
     m_capacity = fresh != nullptr ? capacity : 0;
     if (fresh == nullptr) {

@@ -9,6 +9,12 @@
 #include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/internal/hooks.h"
 
+using krofx::internal::hooks;
+using krofx::internal::IsSecret;
+using krofx::internal::MakeElement;
+using krofx::internal::SlotBlock;
+using krofx::internal::WarningListener;
+
 namespace {
 
 constexpr const char* kWarningNames[] = {
@@ -61,7 +67,7 @@ u16 KRParseLogger::AppendParseException(KRParseWarning warning, KRString value, 
   if (tag == KRTag_None && m_holder != nullptr && m_holder->Take(warning, value, tagText, object)) {
     return 1;
   }
-  if (krofx::internal::IsSecret(tag)) TurnIntoStars(value);
+  if (IsSecret(tag)) TurnIntoStars(value);
   return Log(warning, value, tagText, tag, object);
 }
 
@@ -71,7 +77,7 @@ u16 KRParseLogger::Log(KRParseWarning warning, const KRString& value, const KRSt
   if (m_loggingEnabled == 0) return 1;
   if (IsFull()) return 0;
 
-  KRParseException* exception = krofx::internal::MakeElement<KRParseException>();
+  KRParseException* exception = MakeElement<KRParseException>();
   if (exception != nullptr) {
     exception->m_warning = warning;
     exception->m_valueText = value;
@@ -86,11 +92,11 @@ u16 KRParseLogger::Log(KRParseWarning warning, const KRString& value, const KRSt
   return 0;
 }
 
-bool KRParseLogger::IsFull() const { return Entries() > krofx::internal::SlotBlock::kMaxIndex; }
+bool KRParseLogger::IsFull() const { return Entries() > SlotBlock::kMaxIndex; }
 
 u16 KRParseLogger::AppendParseException(KRParseException* exception) {
   if (exception == nullptr) return 0;
-  if (krofx::internal::IsSecret(exception->m_tag)) TurnIntoStars(exception->m_valueText);
+  if (IsSecret(exception->m_tag)) TurnIntoStars(exception->m_valueText);
   return Store(exception);
 }
 
@@ -106,7 +112,7 @@ u16 KRParseLogger::Store(KRParseException* exception) {
 
 void KRParseLogger::AddContext(KRParseException* exception, bool withObject) const {
   m_subjects.With([&](KRBuffer* buffer, KRParser* parser) {
-    const auto currentObjectOf = krofx::internal::hooks.currentObjectOf;
+    const auto currentObjectOf = hooks.currentObjectOf;
     if (withObject && exception->m_object == nullptr && parser != nullptr &&
         currentObjectOf != nullptr) {
       exception->m_object = currentObjectOf(*parser);
@@ -134,9 +140,8 @@ void KRParseLogger::SetBuffer(KRBuffer* buffer) { m_subjects.SetBuffer(buffer); 
 
 void KRParseLogger::SetParser(KRParser* parser) { m_subjects.SetParser(parser); }
 
-krofx::internal::WarningListener* KRParseLogger::SetListener(
-    krofx::internal::WarningListener* listener) {
-  krofx::internal::WarningListener* before = m_listener;
+WarningListener* KRParseLogger::SetListener(WarningListener* listener) {
+  WarningListener* before = m_listener;
   m_listener = listener;
   return before;
 }
@@ -154,7 +159,7 @@ u16 KRParseLogger::DeepCopyFrom(KRParseLogger* source) {
       m_anyLogged = 1;
       break;
     }
-    KRParseException* copy = krofx::internal::MakeElement<KRParseException>();
+    KRParseException* copy = MakeElement<KRParseException>();
     if (copy == nullptr) {
       KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
       return 0;

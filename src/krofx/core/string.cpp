@@ -11,6 +11,10 @@
 #include "krofx/core/internal/wipe.h"
 #include "krofx/core/thread.h"
 
+using krofx::internal::AllocateSized;
+using krofx::internal::FreeSized;
+using krofx::internal::Wipe;
+
 namespace {
 
 constexpr char kCDATAOpen[] = "<![CDATA[";
@@ -214,8 +218,8 @@ void KRString::FreeMemory() {
 // Frees the buffer, overwritten if it is a secret, and leaves the string null.
 void KRString::ReleaseBuffer() {
   if (m_buffer != nullptr) {
-    if (m_secret != 0) krofx::internal::Wipe(m_buffer, m_allocated);
-    if (!HasTextBehind()) krofx::internal::FreeSized(m_buffer, m_allocated);
+    if (m_secret != 0) Wipe(m_buffer, m_allocated);
+    if (!HasTextBehind()) FreeSized(m_buffer, m_allocated);
   }
   m_buffer = nullptr;
   m_allocated = 0;
@@ -225,7 +229,7 @@ void KRString::ReleaseBuffer() {
 // Makes room for `size` bytes, keeping the text. Exact fit; 0 when there is no buffer.
 u16 KRString::AllocStringBuffer(u16 size) {
   if (size <= m_allocated) return m_buffer != nullptr ? 1 : 0;
-  auto* grown = static_cast<char*>(krofx::internal::AllocateSized(size));
+  auto* grown = static_cast<char*>(AllocateSized(size));
   if (grown == nullptr) {
     ReleaseBuffer();
     RaiseAlarm();
@@ -268,7 +272,7 @@ u16 KRString::ReplaceText(const char* text, u16 length) {
   if (length >= m_allocated) {
     // The old text is not needed in the new place, so a fresh block is cheaper than moving it.
     const auto size = static_cast<u16>(length + 1);
-    auto* fresh = static_cast<char*>(krofx::internal::AllocateSized(size));
+    auto* fresh = static_cast<char*>(AllocateSized(size));
     if (fresh != nullptr) std::memcpy(fresh, text, length);
     if (m_buffer != nullptr) ReleaseBuffer();
     if (fresh == nullptr) {

@@ -12,7 +12,7 @@
 namespace krofx::internal {
 
 // One place of the hash: a text's length and its row in the lookup by text.
-struct TagHashSlot {
+struct TagHashEntry {
   static constexpr u16 kFree = 0xffff;
   u16 length;
   u16 position;
@@ -20,7 +20,9 @@ struct TagHashSlot {
 
 }  // namespace krofx::internal
 
-using krofx::internal::TagHashSlot;
+using krofx::internal::Allocate;
+using krofx::internal::Free;
+using krofx::internal::TagHashEntry;
 
 namespace {
 
@@ -144,14 +146,14 @@ TagDictionary::TagDictionary(const KRTagDictionaryEntry* table, u16 count)
 }
 
 TagDictionary::~TagDictionary() {
-  krofx::internal::Free(m_lookupByText);
-  krofx::internal::Free(m_lookupByID);
+  Free(m_lookupByText);
+  Free(m_lookupByID);
 }
 
 u16 TagDictionary::MakeLookupByText() {
   const u32 places = m_count <= kMostSearchableRows ? HashPlaces(m_count) : 0;
   const std::size_t rowBytes = m_count * sizeof(KRMapTagStringToID);
-  void* block = krofx::internal::Allocate(rowBytes + places * sizeof(TagHashSlot));
+  void* block = Allocate(rowBytes + places * sizeof(TagHashEntry));
   if (block == nullptr) return 0;
 
   m_lookupByText = static_cast<KRMapTagStringToID*>(block);
@@ -162,7 +164,7 @@ u16 TagDictionary::MakeLookupByText() {
   std::qsort(m_lookupByText, m_count, sizeof *m_lookupByText, CompareRowsExactly);
 
   if (places != 0) {
-    m_hash = reinterpret_cast<TagHashSlot*>(static_cast<char*>(block) + rowBytes);
+    m_hash = reinterpret_cast<TagHashEntry*>(static_cast<char*>(block) + rowBytes);
     m_hashMask = places - 1;
     MakeHash();
   }
@@ -170,18 +172,18 @@ u16 TagDictionary::MakeLookupByText() {
 }
 
 void TagDictionary::MakeHash() {
-  for (u32 place = 0; place <= m_hashMask; ++place) m_hash[place] = {0, TagHashSlot::kFree};
+  for (u32 place = 0; place <= m_hashMask; ++place) m_hash[place] = {0, TagHashEntry::kFree};
   for (u16 i = 0; i < m_count; ++i) {
     const KRCompareInfo text = TextOf(m_lookupByText[i]);
     u32 place = Hash(text.text, text.length) & m_hashMask;
-    while (m_hash[place].position != TagHashSlot::kFree) place = (place + 1) & m_hashMask;
+    while (m_hash[place].position != TagHashEntry::kFree) place = (place + 1) & m_hashMask;
     m_hash[place] = {text.length, i};
   }
 }
 
 void TagDictionary::MakeLookupByID() {
-  m_lookupByID = static_cast<KRMapTagIDToIndex*>(
-      krofx::internal::Allocate((m_count + 1U) * sizeof(KRMapTagIDToIndex)));
+  m_lookupByID =
+      static_cast<KRMapTagIDToIndex*>(Allocate((m_count + 1U) * sizeof(KRMapTagIDToIndex)));
   if (m_lookupByID == nullptr) return;
 
   for (u16 i = 0; i < m_count; ++i) m_lookupByID[i] = {i, m_lookupByText[i].entry->tagID};
@@ -222,10 +224,10 @@ const KRTagDictionaryEntry* TagDictionary::FindDictionaryEntry(const char* text,
 
 const KRTagDictionaryEntry* TagDictionary::FindExact(const char* text, u16 length) const {
   for (u32 place = Hash(text, length) & m_hashMask;; place = (place + 1) & m_hashMask) {
-    const TagHashSlot slot = m_hash[place];
-    if (slot.position == TagHashSlot::kFree) return nullptr;
-    if (slot.length != length) continue;
-    const KRTagDictionaryEntry* entry = m_lookupByText[slot.position].entry;
+    const TagHashEntry candidate = m_hash[place];
+    if (candidate.position == TagHashEntry::kFree) return nullptr;
+    if (candidate.length != length) continue;
+    const KRTagDictionaryEntry* entry = m_lookupByText[candidate.position].entry;
     if (std::memcmp(entry->text, text, length) == 0) return entry;
   }
 }

@@ -21,7 +21,7 @@
 
 namespace krofx::internal {
 struct TagDictionaryInspector;
-struct TagHashSlot;
+struct TagHashEntry;
 }  // namespace krofx::internal
 
 /// How texts of tags are compared.
@@ -190,7 +190,7 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   u16 m_lowestTagID = 0;
   LookupMode m_lookupMode = kLinearScan;
   // The hash of the exact texts is after the lookup by text, in the same block.
-  krofx::internal::TagHashSlot* m_hash = nullptr;
+  krofx::internal::TagHashEntry* m_hash = nullptr;
   u32 m_hashMask = 0;
 };
 

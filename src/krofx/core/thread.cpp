@@ -1,11 +1,10 @@
 // Attachment of threads and the fire alarm.
 //
-// The table of threads is the truth, under one lock. In front of it each thread has a slot with
-// what the table said of it last, so that finding its logger takes no lock and no search. A slot
-// counts while its generation is the table's, which rises whenever a thread changes what the table
-// says of another thread.
+// The table of threads has the state of all threads, under one lock. Each thread caches its own
+// row, so that finding its logger takes no lock and no search. A cache is current while its
+// generation is the table's, which rises whenever a thread changes the row of another thread.
 //
-// A thread that the library has not met yet counts as attached: its alarm is in its slot, and
+// A thread that the library has not met yet counts as attached: its alarm is in its cache, and
 // it gets its row and its logger when it first asks for the logger or for its id. So raising the
 // alarm takes no memory on any thread.
 
@@ -47,7 +46,7 @@ constinit std::mutex tableMutex;
 constinit bool isShutDown = false;
 constinit std::atomic<std::uint64_t> tableGeneration = 1;
 
-struct ThreadSlot {
+struct ThreadCache {
   std::uint64_t generation = 0;  // of the table when `logger` was read from it
   KRParseLogger* logger = nullptr;
   u32 threadId = 0;
@@ -58,7 +57,7 @@ struct ThreadSlot {
 };
 
 // Looked at for each warning and each value that is read, so it must be found without a call.
-[[gnu::tls_model("initial-exec")]] constinit thread_local ThreadSlot slot;
+[[gnu::tls_model("initial-exec")]] constinit thread_local ThreadCache cache;
 
 // Runs a function at the end of each thread that asked for it. The system's thread keys serve
 // better here than a thread_local destructor: they run after all of those, so that the host's
@@ -87,21 +86,23 @@ class ThreadEndHook {
 
 constinit ThreadEndHook threadEnd;
 
-void RefreshSlot(bool mayAttach);
+void RefreshCache(bool mayAttach);
 
 u32 ThreadId() {
-  if (slot.threadId == 0) slot.threadId = static_cast<u32>(gettid());
-  return slot.threadId;
+  if (cache.threadId == 0) cache.threadId = static_cast<u32>(gettid());
+  return cache.threadId;
 }
 
-bool SlotCounts() { return slot.generation == tableGeneration.load(std::memory_order_acquire); }
+bool CacheIsCurrent() {
+  return cache.generation == tableGeneration.load(std::memory_order_acquire);
+}
 
 void EndThread(void*) {
-  if (!SlotCounts()) RefreshSlot(false);
-  const bool wasAttached = slot.logger != nullptr;
+  if (!CacheIsCurrent()) RefreshCache(false);
+  const bool wasAttached = cache.logger != nullptr;
   KRLibraryNotification(KRLibraryEvent_ThreadDetach);
   // What still runs on this thread may attach it once more; the hook is then armed again too.
-  if (wasAttached) slot = {};
+  if (wasAttached) cache = {};
 }
 
 // --- With the table's lock held ------------------------------------------------------------------
@@ -148,17 +149,17 @@ KRParseLogger* RemoveRow(u32 threadId) {
   return logger;
 }
 
-void OutdateSlots() { tableGeneration.fetch_add(1, std::memory_order_release); }
+void OutdateCaches() { tableGeneration.fetch_add(1, std::memory_order_release); }
 
-// Notes in the calling thread's slot what the table says of it; null is not attached.
-void FillSlot(KRParseLogger* logger) {
+// Notes in the calling thread's cache what the table says of it; null is not attached.
+void FillCache(KRParseLogger* logger) {
   if (logger != nullptr) {
-    if (slot.alarm != KRFireAlarm_None) ThreadAccess::FireAlarm(*logger) = slot.alarm;
-    slot.alarm = KRFireAlarm_None;
+    if (cache.alarm != KRFireAlarm_None) ThreadAccess::FireAlarm(*logger) = cache.alarm;
+    cache.alarm = KRFireAlarm_None;
     threadEnd.Arm(EndThread);
   }
-  slot.logger = logger;
-  slot.generation = tableGeneration.load(std::memory_order_relaxed);
+  cache.logger = logger;
+  cache.generation = tableGeneration.load(std::memory_order_relaxed);
 }
 
 u16 Attach(u32 threadId) {
@@ -166,27 +167,27 @@ u16 Attach(u32 threadId) {
   KRParseLogger* logger = AddRow(threadId);
   if (logger == nullptr) return 0;
   const bool isOwn = threadId == ThreadId();
-  if (isShutDown || (!isOwn && !isKnown)) OutdateSlots();
+  if (isShutDown || (!isOwn && !isKnown)) OutdateCaches();
   isShutDown = false;
   if (isOwn) {
-    slot.isMet = true;
-    FillSlot(logger);
+    cache.isMet = true;
+    FillCache(logger);
   }
   return 1;
 }
 
 // --- Without it ----------------------------------------------------------------------------------
 
-// Makes the slot count, if the table can say what the thread is. It cannot of a thread that has not
-// been met, unless `mayAttach` lets that be attached now and memory suffices.
-void RefreshSlot(bool mayAttach) {
+// Makes the cache count, if the table can say what the thread is. It cannot of a thread that has
+// not been met, unless `mayAttach` lets that be attached now and memory suffices.
+void RefreshCache(bool mayAttach) {
   const std::lock_guard lock(tableMutex);
   const u16 index = FindRow(ThreadId());
   if (index != kNoRow) {
-    slot.isMet = true;
-    FillSlot(KRThreadMap->Get(index)->logger);
-  } else if (slot.isMet || isShutDown) {
-    FillSlot(nullptr);
+    cache.isMet = true;
+    FillCache(KRThreadMap->Get(index)->logger);
+  } else if (cache.isMet || isShutDown) {
+    FillCache(nullptr);
   } else if (mayAttach) {
     Attach(ThreadId());
   }
@@ -198,7 +199,7 @@ void RefreshSlot(bool mayAttach) {
 }  // namespace
 
 u32 KRCurrentThreadId() {
-  if (!SlotCounts()) RefreshSlot(true);
+  if (!CacheIsCurrent()) RefreshCache(true);
   return ThreadId();
 }
 
@@ -214,11 +215,11 @@ u16 KRDetachThread(u32 threadId) {
     if (KRThreadMap == nullptr) return 0;
     logger = RemoveRow(threadId);
     if (threadId == ThreadId()) {
-      slot.isMet = true;
-      slot.alarm = KRFireAlarm_None;
-      FillSlot(nullptr);
+      cache.isMet = true;
+      cache.alarm = KRFireAlarm_None;
+      FillCache(nullptr);
     } else if (logger != nullptr) {
-      OutdateSlots();
+      OutdateCaches();
     }
   }
   delete logger;
@@ -226,25 +227,25 @@ u16 KRDetachThread(u32 threadId) {
 }
 
 void KRSetFireAlarm(KRFireAlarm alarm) {
-  if (!SlotCounts()) RefreshSlot(false);
-  if (!SlotCounts()) {
-    slot.alarm = alarm;
-  } else if (slot.logger != nullptr) {
-    ThreadAccess::FireAlarm(*slot.logger) = alarm;
+  if (!CacheIsCurrent()) RefreshCache(false);
+  if (!CacheIsCurrent()) {
+    cache.alarm = alarm;
+  } else if (cache.logger != nullptr) {
+    ThreadAccess::FireAlarm(*cache.logger) = alarm;
   }
 }
 
 KRFireAlarm KRGetFireAlarm() {
-  if (!SlotCounts()) RefreshSlot(false);
-  if (!SlotCounts()) return slot.alarm;
-  return slot.logger == nullptr ? KRFireAlarm_MemoryExhausted
-                                : ThreadAccess::FireAlarm(*slot.logger);
+  if (!CacheIsCurrent()) RefreshCache(false);
+  if (!CacheIsCurrent()) return cache.alarm;
+  return cache.logger == nullptr ? KRFireAlarm_MemoryExhausted
+                                 : ThreadAccess::FireAlarm(*cache.logger);
 }
 
 KRParseLogger* KRParseLogger::TheKRParseLogger() {
-  if (SlotCounts()) return slot.logger;
-  RefreshSlot(true);
-  return SlotCounts() ? slot.logger : nullptr;
+  if (CacheIsCurrent()) return cache.logger;
+  RefreshCache(true);
+  return CacheIsCurrent() ? cache.logger : nullptr;
 }
 
 u16 KRLibraryNotification(u32 event) {
@@ -259,7 +260,7 @@ u16 KRLibraryNotification(u32 event) {
       delete KRThreadMap;
       KRThreadMap = nullptr;
       isShutDown = true;
-      OutdateSlots();
+      OutdateCaches();
       return 1;
     }
     default:

@@ -11,21 +11,23 @@
 #include "krofx/model/factory.h"
 #include "krofx/model/internal/aggregate.h"
 
+using krofx::internal::AggregateTable;
+
 namespace {
 
 bool IsOFXHeader(KRHeaderTag tag) {
   return tag >= KRHeaderTag_OFXHEADER && tag <= KRHeaderTag_NEWFILEUID;
 }
 
-// What the parser, which meets files as data objects, finds in every file.
-constexpr krofx::internal::AggregateTable kTable = {
+// The table of every file: the parser, for which a file is a data object, asks it for the headers.
+constexpr AggregateTable kTable = {
     .className = "KRFile",
     .validateHeaders = [](KRDataObj& object) -> u16 {
       return static_cast<KRFile&>(object).ValidateHeaders();
     },
 };
 
-// Assigns, and gives 1 when the text arrived.
+// Assigns. 1 when the text was stored; 0 when memory is exhausted.
 u16 Assign(KRString& target, const KRString& text) {
   target = text;
   return target.GetStrLength() == text.GetStrLength() ? 1 : 0;
@@ -56,7 +58,7 @@ KRBuildStatus KRMIMEHeader::Build(KRBuilder* builder) const {
 
 KRFile::KRFile() { SetType(KRTag_MIME); }
 
-const krofx::internal::AggregateTable* KRFile::GetTable() const { return &kTable; }
+const AggregateTable* KRFile::GetTable() const { return &kTable; }
 KRFile::KRFile(const KRFile& other) = default;
 KRFile& KRFile::operator=(const KRFile& other) = default;
 KRFile::~KRFile() = default;
@@ -111,7 +113,7 @@ KRParseStatus KRFile::HandleHeader(KRHeaderTag tag, const KRString& value, KRStr
   if (value.IsWhiteSpace() != 0) return KRParseStatus_Accepted;
   if (IsOFXHeader(tag)) {
     if (SetHeader(tag, value) != 0) return KRParseStatus_Accepted;
-    // Only memory can be missing. As a MIME header it would look like a file without this one.
+    // Only memory can be missing. Stored as a MIME header it would look absent.
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return KRParseStatus_Fatal;
   }
@@ -193,7 +195,7 @@ KRBuildStatus KRFile::Build(KRBuilder* builder) const {
     builder->AddString(&m_body, KRBuildStringMacroOpt_AsIs, KRBuildStringCrLfOpt_NewLine);
   }
   if (delimiter.IsEmpty() != 0) return KRBuildStatus_Done;
-  // The closing delimiter alone passes through the escaping of macros.
+  // Only the closing delimiter goes through the escaping of macros.
   delimiter += "--";
   return builder->AddString(&delimiter, KRBuildStringMacroOpt_Escape, KRBuildStringCrLfOpt_NewLine);
 }

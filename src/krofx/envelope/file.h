@@ -1,4 +1,4 @@
-// The root of every tree: the text around an OFX body.
+// Files, the roots of all trees: the text around an OFX body.
 //
 // A KRFile is a MIME entity: named headers, a boundary, a body that is not OFX, and subfiles. A
 // KRFileOFX adds the fixed block of OFX headers. The files with a body are in file_rq_rs.h.
@@ -17,10 +17,11 @@
 
 /// One MIME header.
 struct KROFX_API KRMIMEHeader : public krofx::internal::HeapObject {
-  KRString name;   ///< As it was written; compared without regard to case.
+  KRString name;   ///< As written; names are compared without regard to case.
   KRString value;  ///< Without the white space around it.
 
   /// Writes the header as one line: name, colon, blank, value, carriage return, line feed.
+  /// @return 0, or the first status of the builder that is not.
   KRBuildStatus Build(KRBuilder* builder) const;
 };
 
@@ -55,21 +56,22 @@ class KROFX_API KRFile : public KRDataObj {
   KRFile& operator=(const KRFile& other);
   ~KRFile() override;
 
-  /// An OFX header, still the file's; null when it is absent or `tag` is none of 2 to 10.
+  /// An OFX header, which the file keeps owning; null when it is absent or `tag` is not one of 2 to
+  /// 10.
   const KRString* GetHeader(KRHeaderTag tag) const;
   /// Stores an OFX header.
-  /// @return 1; 0 for a tag that is none of 2 to 10, a value of white space, or no memory.
+  /// @return 1; 0 for a tag that is not one of 2 to 10, a value of white space, or no memory.
   u16 SetHeader(KRHeaderTag tag, const KRString& value);
   /// A MIME header by name, without regard to case; null when there is none.
   const KRMIMEHeader* GetMIMEHeader(KRString* name) const;
   /// A MIME header by position; null after the last.
   const KRMIMEHeader* GetMIMEHeader(u16 index) const;
-  /// The same for any other integer: a plain 0 would also be a null name.
+  /// As above for any other integer type, since a plain 0 could also be a null name.
   template <std::integral Integer>
   const KRMIMEHeader* GetMIMEHeader(Integer index) const {
     return std::in_range<u16>(index) ? GetMIMEHeader(static_cast<u16>(index)) : nullptr;
   }
-  /// Number of MIME headers.
+  /// The number of MIME headers.
   u16 GetNumberMIMEHeaders() const;
   /// The boundary of a multipart file, without its hyphens; empty when it has none.
   const KRString& GetBoundary() { return m_boundary; }
@@ -82,16 +84,17 @@ class KROFX_API KRFile : public KRDataObj {
   /// @return 1; 0 when memory is exhausted.
   u16 SetMIMEBody(KRString body);
 
-  /// A subfile, still this file's; null after the last.
+  /// A subfile, which this file keeps owning; null after the last.
   KRFile* GetSubfile(u16 index);
-  /// Takes ownership of `subfile` in place of the one there. Its parent stays as it is.
-  /// @return 1; 0 for null or no memory, and then it is still the caller's.
+  /// Takes ownership of `subfile` and deletes the one at `index`. The parent of `subfile` stays as
+  /// it is.
+  /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetSubfile(u16 index, KRFile* subfile);
-  /// As SetSubfile, after the last.
+  /// As SetSubfile, for a new entry at the end.
   u16 AppendSubfile(KRFile* subfile);
-  /// Number of subfiles.
+  /// The number of subfiles.
   u16 GetNumberOfSubfiles() const;
-  /// The file that this one is a subfile of, null at the top. Not owned.
+  /// The file that this one is a subfile of, which is not owned; null at the top.
   KRFile* GetParent() const { return m_parent; }
   /// Sets the parent. A file with a parent writes no headers of its own.
   void SetParent(KRFile* parent) { m_parent = parent; }
@@ -104,32 +107,35 @@ class KROFX_API KRFile : public KRDataObj {
   /// @return 1; 0 for null, no factory or no memory.
   u16 DeepCopyFrom(KRFile* source);
 
-  /// A plain file has no tags.
+  /// Refuses the tag: a plain file has none.
   /// @return 1.
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
   using KRDataObj::HandleTagElement;
-  /// A plain file has no tags.
+  /// Refuses the tag: a plain file has none.
   /// @return 1.
   KRParseStatus HandleTagElement(const KRTagDictionaryEntry* const entry,
                                  const KRString& value) override;
-  /// Stores a header line: an OFX header by its tag, any other as a MIME header by its name, whose
-  /// last value wins.
+  /// Stores a header line: an OFX header by its tag, any other as a MIME header by its name. A
+  /// second header of the same name replaces the first.
   /// @return 0; 3 for a MIME header without a name, or no memory.
   KRParseStatus HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name) override;
   /// Writes headers (at the top only), subfiles, body and closing boundary. Stores the length and
   /// the type of each subfile in its headers.
+  /// @return 0, or the first status that is not.
   KRBuildStatus Build(KRBuilder* builder) const override;
   KRDataObj* GetChild(u16 index) const override;
   u16 GetNumberOfChildren() const override;
 
   /// Writes the MIME headers.
-  /// @return 3 for an empty slot, otherwise as the builder.
+  /// @return 0; 3 for an empty slot; or the first status of the builder that is not 0.
   virtual KRBuildStatus BuildHeaders(KRBuilder* builder) const;
-  /// 1 when the OFX header is present.
+  /// Says whether the OFX header is present.
+  /// @return 1 when it is; 0 when it is not.
   virtual u16 ValidateHeader(KRHeaderTag tag) const;
-  /// Whether the body may be read. 1 for a file without OFX headers.
+  /// Says whether the headers allow the body to be read.
+  /// @return 1 when they do, and for a file without OFX headers; 0 when they do not.
   virtual u16 ValidateHeaders() const;
-  /// Makes `factory`, unless it is null, the one of the process.
+  /// Calls KRDataObj::SetFactory with `factory`, unless it is null.
   /// @return 0.
   virtual u16 SetFactory(KRDataObjFactory* factory);
 
@@ -139,7 +145,7 @@ class KROFX_API KRFile : public KRDataObj {
  private:
   // Parts of Build.
   KRBuildStatus BuildSubfile(KRBuilder* builder, KRFile& subfile) const;
-  // The header of this name in the list before an empty slot; null when there is none.
+  // The header of this name among those before the first empty slot; null when there is none.
   KRMIMEHeader* FindMIMEHeader(const KRString& name) const;
   u16 CopySubfilesFrom(KRFile& source);
 
@@ -153,28 +159,27 @@ class KROFX_API KRFile : public KRDataObj {
 };
 
 /// A file with the OFX header block: OFXHEADER, DATA, VERSION, SECURITY, ENCODING, CHARSET,
-/// COMPRESSION, OLDFILEUID, NEWFILEUID, in this order. Made directly it takes tags of all versions;
-/// made by a factory it has the factory's version.
+/// COMPRESSION, OLDFILEUID, NEWFILEUID, in this order. One that is made directly takes tags of all
+/// versions; one that a factory makes has the factory's version.
 class KROFX_API KRFileOFX : public KRFile {
  public:
   /// A file without headers, of all versions.
   KRFileOFX();
 
-  /// Stores the default of each header that is absent; VERSION is 151 for version 2 and 102
-  /// otherwise.
-  /// @param version the message-set version; 0 takes the file's, or 1 when that is 0 too.
+  /// Stores the default of each absent header; VERSION is 151 for version 2 and 102 otherwise.
+  /// @param version the message-set version; 0 means the file's, or 1 when that is 0 too.
   /// @return 1.
   virtual u16 AddDefaultOFXHeaders(u16 version);
 
   u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override;
   u16 GetArrayOfRequiredTags(KRArrayOfTags& tags) const override;
-  /// 0 without an OFXHEADER, else the rule of all objects.
+  /// As KRDataObj::AllRequiredPresent; 0 also without an OFXHEADER.
   u16 AllRequiredPresent() override;
   /// Writes the OFX headers with their defaults and a blank line. MIME headers are not written, but
-  /// bring a blank line in front.
+  /// if there are any, a blank line is written first.
   KRBuildStatus BuildHeaders(KRBuilder* builder) const override;
-  /// Tests each header in order and warns about what is wrong. An absent one ends the walk.
-  /// @return 0 when a header is absent, or DATA, ENCODING or COMPRESSION is not known.
+  /// Tests each header in order and warns about what is wrong, up to the first absent one.
+  /// @return 1; 0 when a header is absent, or DATA, ENCODING or COMPRESSION is not known.
   u16 ValidateHeaders() const override;
 };
 

@@ -3,7 +3,11 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/envelope/file.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/values/data_conversion.h"
+
+using krofx::internal::LogWarning;
+using krofx::internal::TypeOf;
 
 namespace {
 
@@ -112,15 +116,14 @@ u16 KRFileOFX::ValidateHeaders() const {
   for (const HeaderDefault& header : kDefaults) {
     const KRString* stored = GetHeader(header.tag);
     if (stored == nullptr) {
-      krofx::internal::LogWarning(KRPW_MISSINGTAG, KRString(), NameOf(header.tag), self->GetType(),
-                                  self);
+      LogWarning(KRPW_MISSINGTAG, KRString(), NameOf(header.tag), TypeOf(*this), self);
       return 0;
     }
     KRString value(*stored);
     value.MakeUpper();
     const Verdict verdict = Judge(header.tag, value);
     if (verdict == Verdict::kFine) continue;
-    krofx::internal::LogWarning(KRPW_BADFORMAT, value, NameOf(header.tag), self->GetType(), self);
+    LogWarning(KRPW_BADFORMAT, value, NameOf(header.tag), TypeOf(*this), self);
     if (verdict == Verdict::kUnreadable) result = 0;
   }
   return result;

@@ -45,7 +45,7 @@ KRParseStatus BodyFile<kSide>::HandleTagStart(const KRTagDictionaryEntry* const 
 template <Side kSide>
 KRParseStatus BodyFile<kSide>::HandleTagElement(const KRTagDictionaryEntry* const entry,
                                                 const KRString& value) {
-  // The warning carries the file's tag, by which a password would not be known.
+  // The warning has the file's tag, by which the log cannot recognise a password.
   KRString shown(value);
   if (IsSecret(entry->tagID)) shown.Clear('*');
   LogWarning(KRPW_INVALIDELEM, shown, KRString(entry->text), GetType(), this);
@@ -94,7 +94,7 @@ template class BodyFile<Side::kResponse>;
 KRFileRq::KRFileRq() { SetType(KRTag_OFXFILERQ); }
 
 KRBuildStatus KRFileRq::Build(KRBuilder* builder) const {
-  // Unlike a response file, a request file goes on when the text around the body failed.
+  // Unlike a response file, a request file continues when the text around the body failed.
   KRFile::Build(builder);
   return BuildBodies(builder);
 }

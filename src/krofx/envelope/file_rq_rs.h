@@ -1,7 +1,6 @@
 // The files with an OFX body: requests to a server and responses from one.
 //
-// Both are the same file but for the class of their bodies, so what they do is written once, in
-// BodyFile, and the two classes name it.
+// They differ only in the class of their bodies, so what they do is written once, in BodyFile.
 
 #ifndef KROFX_ENVELOPE_FILE_RQ_RS_H_
 #define KROFX_ENVELOPE_FILE_RQ_RS_H_
@@ -36,10 +35,11 @@ class KROFX_API BodyFile : public KRFileOFX {
   using Body = typename Direction<kSide>::Body;
 
  public:
-  /// Makes a body for the tag OFX and descends into it; passes over any other tag.
+  /// Makes a body for the tag OFX and descends into it; skips any other tag.
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
   using KRDataObj::HandleTagElement;
-  /// A file has no elements: warns and answers 4.
+  /// Refuses the element, with a warning: a file has none.
+  /// @return 4.
   KRParseStatus HandleTagElement(const KRTagDictionaryEntry* const entry,
                                  const KRString& value) override;
   KRDataObj* GetChild(u16 index) const override { return m_bodies.Get(index); }
@@ -62,47 +62,49 @@ extern template class BodyFile<Side::kResponse>;
 /// A request file. Its type is OFXFILERQ.
 class KROFX_API KRFileRq : public krofx::internal::BodyFile<krofx::internal::Side::kRequest> {
  public:
-  /// A file without headers and requests, of all versions.
+  /// A file without headers or requests, of all versions.
   KRFileRq();
 
-  /// A request, still the file's; null after the last.
+  /// A request, which the file keeps owning; null after the last.
   KRRequest* GetRequest(u16 index) const { return m_bodies.Get(index); }
-  /// Takes ownership of `request` in place of the one there, and notes OFX as present.
-  /// @return 1; 0 for null or no memory, and then it is still the caller's.
+  /// Takes ownership of `request`, deletes the one at `index`, and notes OFX as present.
+  /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetRequest(u16 index, KRRequest* request) { return SetBody(index, request); }
-  /// As SetRequest, after the last.
+  /// As SetRequest, for a new entry at the end.
   u16 AppendRequest(KRRequest* request) { return SetBody(m_bodies.Entries(), request); }
-  /// Number of requests.
+  /// The number of requests.
   u16 GetNumberOfRequest() const { return m_bodies.Entries(); }
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.
   u16 DeepCopyFrom(KRFileRq* source) { return CopyFileFrom(source); }
 
-  /// Writes the file around the body, whatever that comes to, and then the requests.
+  /// Writes what KRFile::Build writes, and then the requests, even when the first part failed.
+  /// @return the status of the requests.
   KRBuildStatus Build(KRBuilder* builder) const override;
 };
 
 /// A response file. Its type is OFXFILERS.
 class KROFX_API KRFileRs : public krofx::internal::BodyFile<krofx::internal::Side::kResponse> {
  public:
-  /// A file without headers and responses, of all versions.
+  /// A file without headers or responses, of all versions.
   KRFileRs();
 
-  /// A response, still the file's; null after the last.
+  /// A response, which the file keeps owning; null after the last.
   KRResponse* GetResponse(u16 index) const { return m_bodies.Get(index); }
-  /// Takes ownership of `response` in place of the one there, and notes OFX as present.
-  /// @return 1; 0 for null or no memory, and then it is still the caller's.
+  /// Takes ownership of `response`, deletes the one at `index`, and notes OFX as present.
+  /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetResponse(u16 index, KRResponse* response) { return SetBody(index, response); }
-  /// As SetResponse, after the last.
+  /// As SetResponse, for a new entry at the end.
   u16 AppendResponse(KRResponse* response) { return SetBody(m_bodies.Entries(), response); }
-  /// Number of responses.
+  /// The number of responses.
   u16 GetNumberOfResponse() const { return m_bodies.Entries(); }
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.
   u16 DeepCopyFrom(KRFileRs* source) { return CopyFileFrom(source); }
 
-  /// Writes the file around the body, and, unlike a request file, the responses only when that
-  /// went well.
+  /// Writes what KRFile::Build writes, and then the responses. Unlike a request file it stops when
+  /// the first part fails.
+  /// @return 0, or the first status that is not.
   KRBuildStatus Build(KRBuilder* builder) const override;
 };
 

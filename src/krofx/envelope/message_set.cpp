@@ -188,7 +188,13 @@ template class MessageSet<Side::kResponse>;
 
 }  // namespace krofx::internal
 
-KRTagID KRMessageSetRq::MsgIDToMsgSetID(KRTagID tag) { return krofx::internal::FamilyOf(tag); }
+using krofx::internal::CopyChild;
+using krofx::internal::FamilyOf;
+using krofx::internal::NoteFailure;
+using krofx::internal::ReplaceAndPush;
+using krofx::internal::SetChild;
+
+KRTagID KRMessageSetRq::MsgIDToMsgSetID(KRTagID tag) { return FamilyOf(tag); }
 
 KRSignOnRq* KRMessageSetRq::GetSignOnRq() const { return static_cast<KRSignOnRq*>(m_signOn.Get()); }
 
@@ -197,14 +203,14 @@ KRSignOnRs* KRMessageSetRs::GetSignOnRs() const { return static_cast<KRSignOnRs*
 KRSecList* KRMessageSetRs::GetSecList() const { return static_cast<KRSecList*>(m_secList.Get()); }
 
 u16 KRMessageSetRs::SetSecList(KRSecList* secList) {
-  return krofx::internal::SetChild(*this, m_secList, KRTag_SECLIST, secList);
+  return SetChild(*this, m_secList, KRTag_SECLIST, secList);
 }
 
 KRParseStatus KRMessageSetRs::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   if (entry->tagID != KRTag_SECLIST) return MessageSet::HandleTagStart(entry);
   KRDataObjFactory* factory = GetFactory();
   if (factory == nullptr) return KRParseStatus_Fatal;
-  return krofx::internal::ReplaceAndPush(*this, m_secList, KRTag_SECLIST, factory->NewSecList(0));
+  return ReplaceAndPush(*this, m_secList, KRTag_SECLIST, factory->NewSecList(0));
 }
 
 KRBuildStatus KRMessageSetRs::Build(KRBuilder* builder) const {
@@ -212,7 +218,7 @@ KRBuildStatus KRMessageSetRs::Build(KRBuilder* builder) const {
   if (status != KRBuildStatus_Done || m_secList.Get() == nullptr) return status;
   if (ValidateTag(KRTag_SECLIST) == 0) return status;
   status = m_secList.Get()->BuildObject(builder, KRTag_None);
-  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  if (status != KRBuildStatus_Done) NoteFailure(*builder, *this);
   return status;
 }
 
@@ -229,6 +235,6 @@ u16 KRMessageSetRs::GetNumberOfChildren() const {
 u16 KRMessageSetRs::DeepCopyFrom(KRMessageSetRs* source) {
   if (source == nullptr) return 0;
   if (source == this) return 1;
-  if (krofx::internal::CopyChild(m_secList, source->m_secList.Get()) == 0) return 0;
+  if (CopyChild(m_secList, source->m_secList.Get()) == 0) return 0;
   return CopySetFrom(source);
 }

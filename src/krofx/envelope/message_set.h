@@ -1,8 +1,9 @@
-// A message set: the transactions and synchronisations of one family, and the sign-on in the first.
+// A message set: the transactions and synchronisations of one domain, such as banking. The first
+// set of a file has the sign-on.
 //
 // One class for each direction serves every message set of every version: the type of the object
-// chooses which children it accepts and in which order it writes them
-// (krofx/envelope/internal/routing.h). Its version is the last character of its own tag. What both
+// selects which children it accepts and in which order it writes them
+// (krofx/envelope/internal/routing.h). Its version is the last character of its tag. What both
 // directions share is written once, in MessageSet.
 
 #ifndef KROFX_ENVELOPE_MESSAGE_SET_H_
@@ -26,20 +27,21 @@ class KROFX_API MessageSet : public KRDataObj {
   using SignOn = typename Direction<kSide>::SignOn;
 
  public:
-  /// Takes ownership of `transaction` after the others; its type becomes present if it has a place
-  /// in this set.
-  /// @return 1; 0 when it could not be stored, and then it is still the caller's.
+  /// Takes ownership of `transaction` as the last one. Its type becomes present if it is valid in
+  /// this set.
+  /// @return 1; 0 when it could not be stored, and then the caller keeps it.
   u16 AppendTrans(Trans* transaction) {
     return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_transactions, transaction);
   }
-  /// As AppendTrans, in place of the one there.
-  /// @return 0 also when its type has no place in this set; it is this object's then.
+  /// As AppendTrans, but replaces the transaction at `index`, which is deleted.
+  /// @return 1; 0 when it could not be stored, and then the caller keeps it; 0 also when its type
+  ///         is not valid in this set, and then this object owns it.
   u16 SetTrans(u16 index, Trans* transaction) {
     return NoteElement(*this, m_transactions.Set(index, transaction), transaction);
   }
-  /// A transaction, still this object's; null when there is none.
+  /// A transaction, which this object keeps owning; null when there is none.
   Trans* GetTrans(u16 index) const { return static_cast<Trans*>(m_transactions.Get(index)); }
-  /// Number of transactions.
+  /// The number of transactions.
   u16 GetNumTrans() const { return m_transactions.Entries(); }
   /// Deletes all transactions.
   void DeleteAllTrans() { m_transactions.DeleteAll(); }
@@ -50,20 +52,20 @@ class KROFX_API MessageSet : public KRDataObj {
   }
   /// As SetTrans, for a synchronisation.
   u16 SetSync(u16 index, Sync* sync) { return NoteElement(*this, m_syncs.Set(index, sync), sync); }
-  /// A synchronisation, still this object's; null when there is none.
+  /// A synchronisation, which this object keeps owning; null when there is none.
   Sync* GetSync(u16 index) const { return static_cast<Sync*>(m_syncs.Get(index)); }
-  /// Number of synchronisations.
+  /// The number of synchronisations.
   u16 GetNumSync() const { return m_syncs.Entries(); }
   /// Deletes all synchronisations.
   void DeleteAllSync() { m_syncs.DeleteAll(); }
 
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
   u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override;
-  /// Writes the sign-on first, and then the children in the set's order.
+  /// Writes the sign-on first, and then the children in the order of the set's tags.
   KRBuildStatus Build(KRBuilder* builder) const override;
   u16 AllRequiredPresent() override;
-  /// The sign-on, the profile or the security list of a set that needs one; for any other set that
-  /// is empty, the first tag of those that it takes.
+  /// The sign-on, the profile or the security list that the set needs and does not have; for any
+  /// other set, if it is empty, the first of its tags.
   KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
   /// The last character of the set's tag.
   u16 GetMsgSetVersion() const override { return GetMsgSetVersionFromTag(); }
@@ -94,22 +96,22 @@ extern template class MessageSet<Side::kResponse>;
 class KROFX_API KRMessageSetRq
     : public krofx::internal::MessageSet<krofx::internal::Side::kRequest> {
  public:
-  /// The family that a profile lists for a request's tag, in the form without a version; 0 for the
-  /// tags that have none, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ, PAYEEMODRQ,
+  /// The message set that a profile lists for a request's tag, without a version; 0 for the tags
+  /// that have none, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ, PAYEEMODRQ,
   /// PAYEEDELRQ, STPCHKSYNCRQ, MAILRQ, GETMIMERQ, SECLISTRQ, PINCHRQ and ENROLLRQ.
   static KRTagID MsgIDToMsgSetID(KRTagID tag);
 
-  /// The sign-on, still this object's; null when there is none.
+  /// The sign-on, which this object keeps owning; null when there is none.
   KRSignOnRq* GetSignOnRq() const;
   /// Takes ownership of `signOn` and deletes the one held before.
-  /// @return 1; 0 when this is no sign-on set.
+  /// @return 1; 0 when this is not a sign-on set.
   u16 SetSignOnRq(KRSignOnRq* signOn) { return SetSignOn(signOn); }
-  /// Forgets the sign-on without deleting it; it belongs to the caller, who must have its pointer.
+  /// Gives up the sign-on without deleting it: the caller, who must have its pointer, owns it.
   void DisconnectSignOnRq() { m_signOn.Release(); }
-  /// Forgets a transaction without deleting it; the later ones move down.
+  /// Gives up a transaction without deleting it; the later ones move down.
   /// @return 1; 0 when there is none.
   u16 DisconnectTrans(u16 index) { return m_transactions.UnSet(index); }
-  /// Forgets a synchronisation without deleting it; the later ones move down.
+  /// Gives up a synchronisation without deleting it; the later ones move down.
   /// @return 1; 0 when there is none.
   u16 DisconnectSync(u16 index) { return m_syncs.UnSet(index); }
   /// Copies everything from `source`.
@@ -121,15 +123,15 @@ class KROFX_API KRMessageSetRq
 class KROFX_API KRMessageSetRs
     : public krofx::internal::MessageSet<krofx::internal::Side::kResponse> {
  public:
-  /// The sign-on, still this object's; null when there is none.
+  /// The sign-on, which this object keeps owning; null when there is none.
   KRSignOnRs* GetSignOnRs() const;
   /// Takes ownership of `signOn` and deletes the one held before.
-  /// @return 1; 0 when this is no sign-on set.
+  /// @return 1; 0 when this is not a sign-on set.
   u16 SetSignOnRs(KRSignOnRs* signOn) { return SetSignOn(signOn); }
-  /// The security list, still this object's; null when there is none.
+  /// The security list, which this object keeps owning; null when there is none.
   KRSecList* GetSecList() const;
   /// Takes ownership of `secList` and deletes the one held before.
-  /// @return 1; 0 when this is no security list set.
+  /// @return 1; 0 when this is not a security list set.
   u16 SetSecList(KRSecList* secList);
 
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;

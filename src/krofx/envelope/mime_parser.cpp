@@ -15,8 +15,8 @@ namespace {
 
 bool IsContentType(const KRString& name) { return name.strcmpi("content-type") != 0; }
 
-// Makes the file that a part of this type calls for; null with the fire alarm raised when it
-// cannot.
+// Makes the file for a part of this type; null, with the fire alarm raised, when memory is
+// exhausted.
 KRFile* NewSubfile(KRMIMEType type) {
   KRDataObjFactory* factory = KRDataObj::GetFactory();
   KRFile* subfile = nullptr;
@@ -80,8 +80,8 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   KRHeaderTag tag = KRHeaderTag_None;
   KRString value;
   KRString name;
-  // What there was no memory for must not go missing silently. An OFX part that failed before this
-  // one may have left the alarm set.
+  // A lack of memory must not lose a part silently. An OFX part that failed before this one may
+  // have left the alarm set.
   const auto unlessMemoryRanOut = [alarmBefore = AlarmIsSet()] {
     return !alarmBefore && AlarmIsSet() ? KRParseStatus_Fatal : KRParseStatus_Accepted;
   };
@@ -95,7 +95,7 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   if (hasHeader) {
     subfile->HandleHeader(tag, value, &name);
   } else {
-    // Without a name nothing is stored: the part is simply a plain file.
+    // A header without a name is not stored: the part is a plain file.
     subfile->HandleHeader(KRHeaderTag_None, "text/plain", nullptr);
   }
   subfile->SetParent(&file);
@@ -119,7 +119,7 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   const KRParseStatus status = KRSimpleParser::Parse(buffer, subfile, 1);
   SetParseEngine(ownEngine);
   if (!multipart || status != KRParseStatus_Fatal) return status;
-  // A part that failed does not spoil the others, nor do the aggregates that it left open.
+  // Neither a part that failed nor the aggregates that it left open affect the others.
   while (GetDepth() > depth) PopObject();
   return KRParseStatus_Accepted;
 }

@@ -26,17 +26,19 @@ class KROFX_API KRMIMEParser : public KRSimpleParser {
   KRMIMEParser() { SetPlainClass(typeid(KRMIMEParser)); }
 
   /// Reads a MIME entity. The first header line must be the content type with the boundary; the
-  /// parts follow, each with its headers. A subfile comes from the factory: a KRFileRs or KRFileRq
+  /// parts follow, each with its headers. The factory makes the subfiles: a KRFileRs or KRFileRq
   /// for a part of OFX, else a KRFile with a body. GetType says which.
   ///
-  /// OFX parts are always checked for missing tags. Each empties the thread's log, so only the last
-  /// one's warnings remain, and its object with error. A part with status 3 is passed over; any
-  /// other status but 0, warnings (7) included, ends the parse, and the later parts stay unread.
+  /// OFX parts are always checked for missing tags. Each empties the thread's log, so only the
+  /// warnings and the object with error of the last one remain. A part with status 3 is skipped;
+  /// any other status but 0, warnings (7) included, ends the parse, and the later parts are not
+  /// read.
   ///
-  /// @param file takes headers, boundary and subfiles, whatever the status. Stays the caller's.
-  /// @param checkRequired is not looked at.
+  /// @param file takes headers, boundary and subfiles, whatever the status. The caller keeps owning
+  ///        it.
+  /// @param checkRequired has no effect.
   /// @return 0 at the closing boundary; 4 when there is none, or no boundary at all; 3 exhausted
-  ///         memory, a null argument or a thread that is not attached; or what a part gave.
+  ///         memory, a null argument or a thread that is not attached; or the status of a part.
   virtual KRParseStatus Parse(KRBuffer* buffer, KRFile* file, u16 checkRequired);
 
  private:

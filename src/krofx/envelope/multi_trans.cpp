@@ -1,11 +1,13 @@
-// The wrappers of several transfers: their payloads are rows of their tables, so what the wrappers
-// of one payload do by hand goes by the table again.
+// The wrappers of several transfers. Their payloads are rows of their tables, so they use the table
+// for what the wrappers of one payload do by hand.
 
 #include "krofx/envelope/multi_trans.h"
 
 #include "krofx/envelope/internal/missing_tags.h"
 #include "krofx/messages/banking/transfers.h"
 #include "krofx/model/internal/aggregate.h"
+
+using krofx::internal::MissingTags;
 
 KRParseStatus KRMultiTransRq::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   return KRTransBase::HandleTagStart(entry);
@@ -40,7 +42,7 @@ u16 KRMultiTransRs::AllRequiredPresent() {
 }
 
 KRTagID KRMultiTransRs::GetFirstMissingRequiredTag(KRTagID after) {
-  krofx::internal::MissingTags missing(after);
+  MissingTags missing(after);
   if (ValidateTag(KRTag_TRNUID) == 0) missing.Add(KRTag_TRNUID);
   KRTagID tag = KRTag_None;
   while ((tag = KRDataObj::GetFirstMissingRequiredTag(tag)) != KRTag_None) missing.Add(tag);

@@ -1,4 +1,4 @@
-// What a payroll update says besides its rows.
+// What a payroll update does besides its rows.
 
 #include "krofx/envelope/payroll.h"
 #include "krofx/model/internal/aggregate.h"
@@ -6,6 +6,11 @@
 #include "krofx/payroll/employees.h"
 #include "krofx/payroll/items.h"
 #include "krofx/payroll/paychecks.h"
+
+using krofx::internal::AggregateTable;
+using krofx::internal::CopyAggregate;
+using krofx::internal::FindRow;
+using krofx::internal::HandleElement;
 
 namespace {
 
@@ -19,16 +24,16 @@ u16 Holds(const KRDynamicArrayString& list, const KRString& id) {
 
 }  // namespace
 
-// What is not of the payroll's own is read as any synchronisation reads it, and as strictly.
+// The tags of every synchronisation are read as KRSyncRs reads them, and as strictly.
 KRParseStatus KRPayrollUpdateRs::HandleTagElement(const KRTagDictionaryEntry* const entry,
                                                   const KRString& value) {
-  const krofx::internal::AggregateTable& base = *KRSyncRs::GetTable();
-  const bool isOfBase = krofx::internal::FindRow(base, entry->tagID) != nullptr;
-  return krofx::internal::HandleElement(*this, isOfBase ? base : *GetTable(), *entry, value);
+  const AggregateTable& base = *KRSyncRs::GetTable();
+  const bool isOfBase = FindRow(base, entry->tagID) != nullptr;
+  return HandleElement(*this, isOfBase ? base : *GetTable(), *entry, value);
 }
 
 u16 KRPayrollUpdateRs::DeepCopyFrom(KRPayrollUpdateRs* source) {
-  if (krofx::internal::CopyAggregate(*this, source) == 0) return 0;
+  if (CopyAggregate(*this, source) == 0) return 0;
   m_messageSet = source->m_messageSet;
   return 1;
 }

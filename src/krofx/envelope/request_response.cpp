@@ -11,7 +11,7 @@ namespace krofx::internal {
 
 namespace {
 
-// Makes a message set through the factory in force; null with the fire alarm raised when it cannot.
+// Makes a message set through the factory in force; null, with the fire alarm raised, on failure.
 template <Side kSide>
 typename Direction<kSide>::MessageSet* MakeSet() {
   KRDataObjFactory* factory = KRDataObj::GetFactory();

@@ -1,6 +1,6 @@
-// What is under the tag OFX: one request or one response, a list of message sets.
+// The content of the tag OFX: one request or one response, a list of message sets.
 //
-// The two are the same but for the class of their message sets; what they do is written once, in
+// The two differ only in the class of their message sets, so what they do is written once, in
 // MessageSetHolder.
 
 #ifndef KROFX_ENVELOPE_REQUEST_RESPONSE_H_
@@ -11,8 +11,8 @@
 
 namespace krofx::internal {
 
-/// A list of message sets of one direction. It owns them, and writes them in the fixed order of
-/// families, whatever order they were put in.
+/// A list of message sets of one direction. It owns them, and writes them in a fixed order, in
+/// whatever order they were added.
 template <Side kSide>
 class KROFX_API MessageSetHolder : public KRDataObj {
   using Set = typename Direction<kSide>::MessageSet;
@@ -21,28 +21,32 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   /// An empty list of type OFX.
   MessageSetHolder();
 
-  /// Takes ownership of `set` after the others; its type becomes present if it is a message set's.
-  /// @return 1; 0 when it could not be stored, and then it is still the caller's.
+  /// Takes ownership of `set` as the last one. Its type becomes present if it is the tag of a
+  /// message set.
+  /// @return 1; 0 when it could not be stored, and then the caller keeps it.
   u16 AppendMessageSet(Set* set);
-  /// As AppendMessageSet, in place of the one there.
-  /// @return 0 also when its type is no message set's; it is this object's then.
+  /// As AppendMessageSet, but replaces the message set at `index`, which is deleted.
+  /// @return 1; 0 when it could not be stored, and then the caller keeps it; 0 also when its type
+  ///         is not the tag of a message set, and then this object owns it.
   u16 SetMessageSet(u16 index, Set* set);
-  /// A message set, still this object's; null when there is none.
+  /// A message set, which this object keeps owning; null when there is none.
   Set* GetMessageSet(u16 index) const { return static_cast<Set*>(m_sets.Get(index)); }
-  /// Number of message sets.
+  /// The number of message sets.
   u16 GetNumMessageSet() const { return m_sets.Entries(); }
   /// Deletes all message sets.
   void DeleteAllMessageSet() { m_sets.DeleteAll(); }
 
-  /// Makes `factory`, unless it is null, the one of the process.
+  /// Calls KRDataObj::SetFactory with `factory`, unless it is null.
   /// @return 0.
   u16 SetFactory(KRDataObjFactory* factory);
 
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;
   u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override;
-  /// Writes the message sets; two of one tag give 7.
+  /// Writes the message sets.
+  /// @return 0; 7 when two have the same tag; or the first status that is not 0.
   KRBuildStatus Build(KRBuilder* builder) const override;
-  /// 1 when a sign-on set is present and any message set is held.
+  /// Says whether a sign-on set is present and any message set is held.
+  /// @return 1 when it is so; 0 when not.
   u16 AllRequiredPresent() override;
   /// The sign-on set, of the version of the sets that are held.
   KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
@@ -53,7 +57,7 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   u16 CopySetsFrom(MessageSetHolder* source);
 
  private:
-  // Makes a message set for a tag met in parsing; a second one of a tag is refused.
+  // Makes a message set for a tag in a parse; a second one for the same tag is refused.
   KRParseStatus PushMsgObject(KRTagID tag);
 
   KRDynamicArrayDataObj m_sets{5, 5};
@@ -64,7 +68,7 @@ extern template class MessageSetHolder<Side::kResponse>;
 
 }  // namespace krofx::internal
 
-/// A request: what is under OFX in a request file.
+/// A request: the content of OFX in a request file.
 class KROFX_API KRRequest
     : public krofx::internal::MessageSetHolder<krofx::internal::Side::kRequest> {
  public:
@@ -73,7 +77,7 @@ class KROFX_API KRRequest
   u16 DeepCopyFrom(KRRequest* source) { return CopySetsFrom(source); }
 };
 
-/// A response: what is under OFX in a response file.
+/// A response: the content of OFX in a response file.
 class KROFX_API KRResponse
     : public krofx::internal::MessageSetHolder<krofx::internal::Side::kResponse> {
  public:

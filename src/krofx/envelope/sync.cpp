@@ -7,16 +7,17 @@
 #include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::ChildSlot;
+using krofx::internal::CopyAggregate;
 using krofx::internal::FindSync;
 using krofx::internal::MissingTags;
 using krofx::internal::Side;
+using krofx::internal::SyncOfPayload;
 using krofx::internal::SyncRoute;
+using krofx::internal::TypeOf;
 
 namespace {
 
-const SyncRoute* RouteOf(Side side, const KRDataObj& sync) {
-  return FindSync(side, krofx::internal::TypeOf(sync));
-}
+const SyncRoute* RouteOf(Side side, const KRDataObj& sync) { return FindSync(side, TypeOf(sync)); }
 
 u16 ValidTagsOf(Side side, const KRDataObj& sync, KRArrayOfTags& tags) {
   const SyncRoute* route = RouteOf(side, sync);
@@ -24,8 +25,8 @@ u16 ValidTagsOf(Side side, const KRDataObj& sync, KRArrayOfTags& tags) {
   return 1;
 }
 
-// Adds what a wrapper of this type lacks beside its token. An account too many is named as one that
-// is missing: there is no other word for it.
+// Adds what is missing in a wrapper of this type besides its token. One account too many is also
+// reported as a missing one, since the contract has no other result for it.
 void AddNeeds(Side side, const KRDataObj& sync, MissingTags& missing) {
   const SyncRoute* route = RouteOf(side, sync);
   if (route == nullptr) return;
@@ -43,14 +44,14 @@ KRTagID TokenOf(const KRDataObj& sync) {
   return sync.IsValidTag(KRTag_TOKEN2) != 0 ? KRTag_TOKEN2 : KRTag_TOKEN;
 }
 
-// An investment account replaces what is there without a warning, unlike the other two.
+// An investment account replaces the account without a warning, unlike the other two.
 void MakeRoom(ChildSlot& account, KRTagID tag) {
   if (tag == KRTag_INVACCTFROM) account.Set(nullptr);
 }
 
 }  // namespace
 
-KRTagID KRSyncRq::MsgIDToSyncWrapper(KRTagID tag) { return krofx::internal::SyncOfPayload(tag); }
+KRTagID KRSyncRq::MsgIDToSyncWrapper(KRTagID tag) { return SyncOfPayload(tag); }
 
 u16 KRSyncRq::GetArrayOfValidTags(KRArrayOfTags& tags) const {
   return ValidTagsOf(Side::kRequest, *this, tags);
@@ -68,7 +69,7 @@ u16 KRSyncRq::AllRequiredPresent() {
 KRTagID KRSyncRq::GetFirstMissingRequiredTag(KRTagID after) {
   MissingTags missing(after);
   // Presence counts, not the value: a TOKENONLY of N is a way of synchronising too. Two tokens are
-  // none.
+  // as bad as none.
   const int ways = (ValidateTag(KRTag_TOKEN) != ValidateTag(KRTag_TOKEN2) ? 1 : 0) +
                    ValidateTag(KRTag_TOKENONLY) + ValidateTag(KRTag_REFRESH);
   if (ways != 1) missing.Add(TokenOf(*this));
@@ -78,7 +79,7 @@ KRTagID KRSyncRq::GetFirstMissingRequiredTag(KRTagID after) {
 }
 
 u16 KRSyncRq::DeepCopyFrom(KRSyncRq* source) {
-  if (krofx::internal::CopyAggregate(*this, source) == 0) return 0;
+  if (CopyAggregate(*this, source) == 0) return 0;
   m_messageSet = source->m_messageSet;
   return 1;
 }
@@ -104,7 +105,7 @@ KRTagID KRSyncRs::GetFirstMissingRequiredTag(KRTagID after) {
 }
 
 u16 KRSyncRs::DeepCopyFrom(KRSyncRs* source) {
-  if (krofx::internal::CopyAggregate(*this, source) == 0) return 0;
+  if (CopyAggregate(*this, source) == 0) return 0;
   m_messageSet = source->m_messageSet;
   return 1;
 }

@@ -7,20 +7,24 @@
 #include "krofx/messages/signon/status.h"
 #include "krofx/model/internal/aggregate.h"
 
+using krofx::internal::AggregateTable;
 using krofx::internal::BuildRows;
 using krofx::internal::Excuse;
 using krofx::internal::FindTransaction;
 using krofx::internal::MissingTags;
+using krofx::internal::NoteFailure;
 using krofx::internal::Payload;
 using krofx::internal::PayloadRule;
 using krofx::internal::Side;
 using krofx::internal::TransactionRoute;
+using krofx::internal::TypeOf;
+using krofx::internal::WrapperOfPayload;
 
 namespace {
 
-// The row of a wrapper by its type.
+// The routing row of a wrapper, by its type.
 const TransactionRoute* RouteOf(Side side, const KRDataObj& wrapper) {
-  return FindTransaction(side, krofx::internal::TypeOf(wrapper));
+  return FindTransaction(side, TypeOf(wrapper));
 }
 
 u16 ValidTagsOf(Side side, const KRDataObj& wrapper, KRArrayOfTags& tags) {
@@ -29,13 +33,13 @@ u16 ValidTagsOf(Side side, const KRDataObj& wrapper, KRArrayOfTags& tags) {
   return 1;
 }
 
-// The rows of the class, and then the payload under the tag of its own type.
-KRBuildStatus BuildWrapper(const KRDataObj& wrapper, const krofx::internal::AggregateTable& table,
+// Writes the rows of the class, and then the payload under the tag of its type.
+KRBuildStatus BuildWrapper(const KRDataObj& wrapper, const AggregateTable& table,
                            const Payload& payload, KRBuilder& builder) {
   KRBuildStatus status = BuildRows(wrapper, table, builder);
   if (status == KRBuildStatus_Done && payload.Get() != nullptr) {
     status = payload.Get()->BuildObject(&builder, KRTag_None);
-    if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(builder, wrapper);
+    if (status != KRBuildStatus_Done) NoteFailure(builder, wrapper);
   }
   return status;
 }
@@ -56,7 +60,7 @@ u16 PayloadsPresent(const KRDataObj& wrapper, const TransactionRoute& route) {
   return present;
 }
 
-// Adds the payload's tag: the first that may stand in the wrapper and does not.
+// Adds the tag of the payload: the first one that is valid in the wrapper and absent.
 void AddPayload(const KRDataObj& wrapper, const TransactionRoute* route, MissingTags& missing) {
   if (route == nullptr) return;
   for (u8 i = 0; i < route->payloadCount; ++i) {
@@ -70,7 +74,7 @@ void AddPayload(const KRDataObj& wrapper, const TransactionRoute* route, Missing
 u16 RuleHolds(const KRDataObj& wrapper, const TransactionRoute* route) {
   if (route == nullptr || route->rule == PayloadRule::kHeld) return 1;
   const u16 present = PayloadsPresent(wrapper, *route);
-  // A choice is an exclusive-or of bits, which three of three satisfy as one does.
+  // A choice is an exclusive-or of bits: three of three satisfy it, as one does.
   return route->rule == PayloadRule::kChoice ? present % 2 : static_cast<u16>(present != 0);
 }
 
@@ -78,9 +82,7 @@ u16 RuleHolds(const KRDataObj& wrapper, const TransactionRoute* route) {
 
 // Requests
 
-KRTagID KRTransRq::MsgIDToTranWrapper(KRTagID tag) {
-  return krofx::internal::WrapperOfPayload(tag);
-}
+KRTagID KRTransRq::MsgIDToTranWrapper(KRTagID tag) { return WrapperOfPayload(tag); }
 
 KRTransBase* KRTransRq::GetActualTrans() const { return m_payload.Get(); }
 

@@ -30,7 +30,7 @@ u16 EntriesOf(const Row& row, const void* member) {
 }
 
 // Makes an object a deep copy of one of its own class. A payload class may copy more than its table
-// tells.
+// describes.
 u16 CopyInto(KRDataObj& own, KRDataObj* source) {
   if (auto* payload = dynamic_cast<KRTransBase*>(&own)) {
     return payload->DeepCopyFrom(dynamic_cast<KRTransBase*>(source));
@@ -76,7 +76,7 @@ bool Holds(const Presence& presence, const Rule& rule) {
   return RuleHolds(rule, conditions, CountPresent(presence, rule.tags, rule.count));
 }
 
-// SetTag, without looking the tag up a second time where the row's place is the bit's.
+// SetTag, without a second search for the tag when the row's position is that of the bit.
 void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagID tag) {
   const auto position = static_cast<u16>(&row - table.rows);
   if (position < table.valid.count && UsesOwnTable(object, table) &&
@@ -312,7 +312,7 @@ void NoteFailure(KRBuilder& builder, const KRDataObj& object) {
 
 namespace {
 
-// What storing a text comes to for a setter; `noted` is its result when the member took the value.
+// The result of a setter that stored a text; `noted` is it when the member took the value.
 template <class Note>
 u16 ResultOf(StoreResult stored, KRDataObj& object, KRTagID tag, const KRString& text, Note noted) {
   switch (stored) {
@@ -371,7 +371,7 @@ void ForEachTagOf(KRDataObj& object, const ChildSlot& slot, Visit visit) {
   }
 }
 
-// The tag that is meant when a slot without a child is set to null; 0 when it could be several.
+// The tag that setting a slot without a child to null is about; 0 when it could be several.
 KRTagID TagOfEmpty(KRDataObj& object, const ChildSlot& slot) {
   KRTagID present = KRTag_None;
   KRTagID valid = KRTag_None;

@@ -1,5 +1,5 @@
-// Writing an aggregate by its table. What is ordinary goes straight into the memory of the buffer;
-// the rest through the builder's operations, with the same text.
+// Writing an aggregate by its table. Values of the common kinds go straight into the memory of the
+// buffer, the rest through the builder's operations. The text is the same.
 
 #include <algorithm>
 #include <cstring>
@@ -13,13 +13,13 @@ namespace krofx::internal {
 
 namespace {
 
-// Appends to the memory of a builder's plain target what surely fits. What may not fit is left to
-// the builder, which makes room. Without a plain target there is room for nothing.
+// Appends to the memory of a builder's plain target what certainly fits. The rest is left to the
+// builder, which makes room. Without a plain target nothing fits.
 class PlainOutput {
  public:
   explicit PlainOutput(KRBuilder& builder) : m_buffer(builder.GetPlainTarget()) { Reload(); }
 
-  // Whether objects may be written without their virtual operations.
+  // Whether objects can be written without their virtual operations.
   bool IsOpen() const { return m_buffer != nullptr; }
   bool HasRoom(std::size_t size) const { return static_cast<std::size_t>(m_end - m_at) >= size; }
   char* At() const { return m_at; }
@@ -27,14 +27,14 @@ class PlainOutput {
   // Takes what was written from At() up to `end`.
   void Take(char* end) { m_at = end; }
 
-  // Gives the buffer what was taken, before others write into it.
+  // Adds what was taken to the buffer's content, before others write into it.
   void Commit() const {
     if (m_at == m_committed) return;
     const auto size = static_cast<u32>(m_at - m_buffer->GetBufferPtr());
     m_buffer->SetBufferSize(size);
     m_buffer->SetBufferOffset(size);
   }
-  // Goes on where others have left the buffer.
+  // Continues at the end of the buffer's content, after others have written.
   void Reload() {
     m_at = m_end = m_committed = nullptr;
     char* const data = m_buffer == nullptr ? nullptr : m_buffer->GetBufferPtr();
@@ -51,7 +51,7 @@ class PlainOutput {
   char* m_committed = nullptr;
 };
 
-// Has the builder or an object write something by itself.
+// Calls the builder or an object to write something.
 template <class Write>
 KRBuildStatus WriteOutside(PlainOutput& output, Write write) {
   output.Commit();
@@ -63,8 +63,8 @@ KRBuildStatus WriteOutside(PlainOutput& output, Write write) {
 // Room for a tag, with its slash and its line end.
 constexpr std::size_t kTagRoom = sizeof Row::element + 2;
 
-// Writes an element whose value is of the ordinary kind. False, with nothing written, for any other
-// and when there may be too little room.
+// Writes an element whose value is of the common kind. False, with nothing written, for any other
+// value and when there may be too little room.
 bool WriteElement(PlainOutput& output, const Row& row, const void* member) {
   if (row.elementLength == 0 || row.value->writeCommon == nullptr || !output.HasRoom(kTagRoom)) {
     return false;
@@ -99,7 +99,7 @@ KRBuildStatus WriteTag(PlainOutput& output, const Row& row, KRTagID tag, bool is
 KRBuildStatus BuildPositions(const KRDataObj& object, const AggregateTable& table, u16 begin,
                              u16 end, KRBuilder& builder, PlainOutput& output);
 
-// Writes a child under its row's tag, which an element of a mixed array takes from its own type.
+// Writes a child under its row's tag; the tag of an element of a mixed array is its own type.
 KRBuildStatus BuildChild(const KRDataObj& child, const Row& row, KRTagID tag, KRBuilder& builder,
                          PlainOutput& output) {
   const AggregateTable* const table =
@@ -141,7 +141,7 @@ KRBuildStatus BuildRow(const KRDataObj& object, const Row& row, KRTagID tag, KRB
   }
   if (IsArray(row)) return BuildChildren(member, row, tag, builder, output);
   const KRDataObj* const child = static_cast<const ChildSlot*>(member)->Get();
-  if (child == nullptr || (row.shared && const_cast<KRDataObj*>(child)->GetType() != tag)) {
+  if (child == nullptr || (row.shared && TypeOf(*child) != tag)) {
     return KRBuildStatus_Done;
   }
   return BuildChild(*child, row, tag, builder, output);
@@ -154,7 +154,7 @@ KRBuildStatus BuildPositions(const KRDataObj& object, const AggregateTable& tabl
   const u16 version = object.GetMsgSetVersion();
   const PresenceBits& present = ObjectAccess::PresenceOf(object);
   for (int next = begin;; ++next) {
-    // Where a host's class has a table of its own the bits are not those of our rows.
+    // A host's class can have a table of its own; then the bits are not those of our rows.
     if (ownTable) next = present.NextFrom(next);
     if (next >= end) return KRBuildStatus_Done;
     const auto position = static_cast<u16>(next);

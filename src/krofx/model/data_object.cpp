@@ -1,5 +1,5 @@
-// The contract's own behaviour: presence bits, the required rule, descent and versions. What a
-// class's table drives is handed on to krofx/model/aggregate.cpp.
+// The behaviour of every data object: presence bits, the required rule, descent and versions. What
+// a class's table drives is in krofx/model/aggregate.cpp.
 
 #include "krofx/model/data_object.h"
 
@@ -12,8 +12,20 @@
 #include "krofx/model/parser.h"
 
 using krofx::internal::AggregateTable;
+using krofx::internal::BuildRows;
+using krofx::internal::ChildAt;
+using krofx::internal::CopyAggregate;
+using krofx::internal::CountChildren;
 using krofx::internal::FindTagRow;
+using krofx::internal::HandleElement;
+using krofx::internal::HandleStart;
+using krofx::internal::LogWarning;
+using krofx::internal::MissingTagOf;
+using krofx::internal::PassVersionDown;
+using krofx::internal::Presence;
 using krofx::internal::PresenceBits;
+using krofx::internal::RulesHold;
+using krofx::internal::TypeOf;
 
 namespace {
 
@@ -86,8 +98,7 @@ KRParseStatus KRDataObj::SetupForParsing(KRParser* const parser) {
 
 KRParseStatus KRDataObj::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   const AggregateTable* table = GetTable();
-  return table == nullptr ? KRParseStatus_Invalid
-                          : krofx::internal::HandleStart(*this, *table, *entry);
+  return table == nullptr ? KRParseStatus_Invalid : HandleStart(*this, *table, *entry);
 }
 
 KRParseStatus KRDataObj::HandleTagElement(const KRTagDictionaryEntry* const entry,
@@ -98,9 +109,9 @@ KRParseStatus KRDataObj::HandleTagElement(const KRTagDictionaryEntry* const entr
 KRParseStatus KRDataObj::HandleTagElement(const KRTagDictionaryEntry* const entry,
                                           const KRString& value) {
   if (const AggregateTable* table = GetTable()) {
-    return krofx::internal::HandleElement(*this, *table, *entry, value);
+    return HandleElement(*this, *table, *entry, value);
   }
-  // A class that overrides neither form would bounce between the two for ever.
+  // Without this, the two forms would call each other for ever in a class that overrides neither.
   if (m_inElement != 0) return KRParseStatus_Invalid;
   m_inElement = 1;
   const KRParseStatus status = HandleTagElement(entry, static_cast<const char*>(value));
@@ -114,8 +125,7 @@ KRParseStatus KRDataObj::HandleTagEnd(const KRTagDictionaryEntry* const entry) {
     m_parser->PopObject();
     return KRParseStatus_Accepted;
   }
-  krofx::internal::LogWarning(KRPW_INVALIDENDAGG, KRString(), KRString(entry->text), entry->tagID,
-                              this);
+  LogWarning(KRPW_INVALIDENDAGG, KRString(), KRString(entry->text), entry->tagID, this);
   return KRParseStatus_EndTagMismatch;
 }
 
@@ -138,12 +148,11 @@ u16 KRDataObj::GetArrayOfRequiredTags(KRArrayOfTags& tags) const {
 
 KRBuildStatus KRDataObj::Build(KRBuilder* builder) const {
   const AggregateTable* table = GetTable();
-  return table == nullptr ? KRBuildStatus_Done
-                          : krofx::internal::BuildRows(*this, *table, *builder);
+  return table == nullptr ? KRBuildStatus_Done : BuildRows(*this, *table, *builder);
 }
 
 KRBuildStatus KRDataObj::BuildObject(KRBuilder* builder, KRTagID tag) const {
-  if (tag == KRTag_None) tag = krofx::internal::TypeOf(*this);
+  if (tag == KRTag_None) tag = TypeOf(*this);
   KRBuildStatus status = builder->AddTagStart(tag);
   if (status != KRBuildStatus_Done) return status;
   status = Build(builder);
@@ -177,7 +186,7 @@ int KRDataObj::FindPosition(KRTagID tag) const {
   KRArrayOfTags tags;
   if (GetArrayOfValidTags(tags) == 0 || tags.count == 0) return -1;
   const int position = FindTagRow(tags, tag, GetMsgSetVersion());
-  // Rows beyond the last bit cannot be told apart, so they are not valid.
+  // Rows after the last bit have no presence bit, so they are not valid.
   return position < PresenceBits::kCount ? position : -1;
 }
 
@@ -193,7 +202,7 @@ u16 KRDataObj::SetTag(KRTagID tag) {
 u16 KRDataObj::ClearTag(KRTagID tag) {
   const int position = FindPosition(tag);
   if (position < 0) {
-    krofx::internal::LogWarning(KRPW_UNKNOWNTAG, KRString(), KRString(), tag, nullptr);
+    LogWarning(KRPW_UNKNOWNTAG, KRString(), KRString(), tag, nullptr);
     return 0;
   }
   m_presence.Clear(position);
@@ -206,7 +215,7 @@ u16 KRDataObj::ValidateTag(KRTagID tag) const {
 }
 
 u16 KRDataObj::AllRequiredPresent() {
-  const krofx::internal::Presence presence(*this);
+  const Presence presence(*this);
   const u16 version = GetMsgSetVersion();
   const AggregateTable* table = GetTable();
   KRArrayOfTags required;
@@ -218,7 +227,7 @@ u16 KRDataObj::AllRequiredPresent() {
       if ((entry.versions & version) != 0 && !presence.Has(entry.tag)) return 0;
     }
   }
-  return table == nullptr ? 1 : krofx::internal::RulesHold(presence, *table);
+  return table == nullptr ? 1 : RulesHold(presence, *table);
 }
 
 KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
@@ -235,9 +244,9 @@ KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
     }
   }
   if (table == nullptr || table->ruleCount == 0) return KRTag_None;
-  const krofx::internal::Presence presence(*this);
+  const Presence presence(*this);
   for (u8 rule = 0; rule < table->ruleCount; ++rule) {
-    const KRTagID tag = krofx::internal::MissingTagOf(presence, table->rules[rule]);
+    const KRTagID tag = MissingTagOf(presence, table->rules[rule]);
     if (tag == KRTag_None) continue;
     if (behind) return tag;
     behind = tag == after;
@@ -278,7 +287,7 @@ u16 KRDataObj::OneValidPresent() {
 u16 KRDataObj::SetMsgSetVersion(u16 version) {
   m_version = version;
   if (const AggregateTable* table = GetTable()) {
-    krofx::internal::PassVersionDown(*this, *table, version);
+    PassVersionDown(*this, *table, version);
   }
   return 1;
 }
@@ -286,7 +295,7 @@ u16 KRDataObj::SetMsgSetVersion(u16 version) {
 u16 KRDataObj::GetMsgSetVersion() const { return m_version; }
 
 u16 KRDataObj::GetMsgSetVersionFromTag() const {
-  const KRTagID type = krofx::internal::TypeOf(*this);
+  const KRTagID type = TypeOf(*this);
   if (type == KRTag_None) return 0;
   KRTagDictionary* dictionary = KRTagDictionary::TheKRTagDictionary();
   const char* text = dictionary == nullptr ? nullptr : dictionary->GetTagString(type);
@@ -301,12 +310,12 @@ void KRDataObj::SetType(KRTagID tag) { m_type = tag; }
 
 KRDataObj* KRDataObj::GetChild(u16 index) const {
   const AggregateTable* table = GetTable();
-  return table == nullptr ? nullptr : krofx::internal::ChildAt(*this, *table, index);
+  return table == nullptr ? nullptr : ChildAt(*this, *table, index);
 }
 
 u16 KRDataObj::GetNumberOfChildren() const {
   const AggregateTable* table = GetTable();
-  return table == nullptr ? static_cast<u16>(0) : krofx::internal::CountChildren(*this, *table);
+  return table == nullptr ? static_cast<u16>(0) : CountChildren(*this, *table);
 }
 
 u16 KRDataObj::CopyBaseMembersFrom(KRDataObj* source) {
@@ -319,6 +328,4 @@ const AggregateTable* KRDataObj::GetTable() const { return nullptr; }
 
 KRTransBase::KRTransBase() : KRDataObj(0) {}
 
-u16 KRTransBase::DeepCopyFrom(KRTransBase* source) {
-  return krofx::internal::CopyAggregate(*this, source);
-}
+u16 KRTransBase::DeepCopyFrom(KRTransBase* source) { return CopyAggregate(*this, source); }

@@ -25,7 +25,7 @@ class KRBuilder;
 class KRDataObjFactory;
 class KRParser;
 
-/// What a server hands to KRDataObj::ProcessRequest. The library only names it: a host that
+/// What a server passes to KRDataObj::ProcessRequest. The library only declares it: a host that
 /// answers requests defines the class.
 class ServerImpl;
 
@@ -49,9 +49,9 @@ static_assert(sizeof(KRTagTableEntry) == 6);
 /// different masks.
 struct KRArrayOfTags {
   const KRTagTableEntry* table = nullptr;  ///< First row; null when the class has no table.
-  u16 count = 0;  ///< Number of rows; those beyond the 96th have no effect.
-  /// A quicker way into the rows, or null. Used only while it belongs to `table`, so who fills in
-  /// a table of his own may leave it alone.
+  u16 count = 0;  ///< Number of rows; only the first PresenceBits::kCount have an effect.
+  /// An index of the rows, or null. It is used only when it belongs to `table`, so a host that
+  /// fills in a table of its own can leave it as it is.
   const krofx::internal::TagIndex* index = nullptr;
 };
 
@@ -65,8 +65,8 @@ struct KRArrayOfTags {
 class KROFX_API KRDataObj : public krofx::internal::HeapObject {
  public:
   /// Makes an object with no parser, no type and nothing present.
-  /// @param version the message-set version mask, 1 V1, 2 V2; 0 when it comes later, and until
-  ///        then no tag is valid.
+  /// @param version the message-set version mask, 1 V1, 2 V2; 0 when it is set later: no tag is
+  ///        valid until then.
   explicit KRDataObj(u16 version = 0);
   /// Copies parser, presence, type and version.
   KRDataObj(const KRDataObj& other);
@@ -74,12 +74,13 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   KRDataObj& operator=(const KRDataObj& other);
   virtual ~KRDataObj();
 
-  /// Tells the object which parser is now filling it.
+  /// Stores the parser that fills the object from now on.
   /// @return KRParseStatus_Accepted always.
   virtual KRParseStatus SetupForParsing(KRParser* const parser);
 
   /// Takes the start tag of a child aggregate: makes the child and descends into it.
-  /// @return 0 accepted; 3 no memory, no parser; 4 no such child here; 6 too many open aggregates.
+  /// @return 0 accepted; 3 no memory or no parser; 4 no such child here; 6 too many open
+  ///         aggregates.
   virtual KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry);
 
   /// Takes an element from a C text; calls the KRString form.
@@ -93,7 +94,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
 
   /// Takes an end tag.
   /// @return 0 when it closes this object, which leaves the parser's stack; 3 with no parser; 5,
-  ///         after a KRPW_INVALIDENDAGG warning, when it is another aggregate's.
+  ///         after a KRPW_INVALIDENDAGG warning, when it is the end tag of another aggregate.
   virtual KRParseStatus HandleTagEnd(const KRTagDictionaryEntry* const entry);
 
   /// Takes a header line. Only files do something with it.
@@ -131,22 +132,27 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// @return 1.
   virtual u16 ProcessRequest(const ServerImpl* server);
 
-  /// Tells if everything that must be present is, in this object alone.
+  /// Says whether everything that must be present is, in this object alone.
+  /// @return 1 when it is; 0 when it is not.
   virtual u16 AllRequiredPresent();
   /// Names the first required tag that is missing after the missing tag `after`.
   /// @param after 0 for the first one.
   /// @return 0 when nothing more is missing, or when `after` is not itself missing.
   virtual KRTagID GetFirstMissingRequiredTag(KRTagID after);
-  /// 1 when `tag` is allowed in an object of this version.
+  /// Says whether `tag` is allowed in an object of this version.
+  /// @return 1 when it is; 0 when it is not.
   virtual u16 IsValidTag(KRTagID tag) const;
-  /// 1 when anything valid is present.
+  /// Says whether any valid tag is present.
+  /// @return 1 when one is; 0 when none is.
   virtual u16 AnyValidPresent();
-  /// 1 when at least one required tag is present. The argument is not looked at.
+  /// Says whether at least one required tag is present. The argument has no effect.
+  /// @return 1 when one is; 0 when none is.
   virtual u16 IsTagRequired(KRTagID tag);
-  /// 1 when exactly one valid tag is present.
+  /// Says whether exactly one valid tag is present.
+  /// @return 1 when it is so; 0 when none or several are.
   virtual u16 OneValidPresent();
 
-  /// Stores the version mask and hands it to the children.
+  /// Stores the version mask and passes it to the children.
   /// @return 1.
   virtual u16 SetMsgSetVersion(u16 version);
   /// The version mask, 0 when not yet set.
@@ -159,9 +165,9 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// Sets the tag that this object is written under.
   virtual void SetType(KRTagID tag);
 
-  /// A child by position, in a stable order; null beyond the last and for a place that is empty.
+  /// A child by position, in a stable order; null after the last and for an empty place.
   virtual KRDataObj* GetChild(u16 index) const;
-  /// Number of places that GetChild knows.
+  /// The number of places that GetChild counts.
   virtual u16 GetNumberOfChildren() const;
 
   /// Notes a tag as present.
@@ -170,7 +176,8 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// Notes a tag as absent.
   /// @return 0, after a KRPW_UNKNOWNTAG warning, when the tag is not valid here.
   u16 ClearTag(KRTagID tag);
-  /// 1 when the tag is valid here and present.
+  /// Says whether the tag is valid here and present.
+  /// @return 1 when it is; 0 when it is not.
   u16 ValidateTag(KRTagID tag) const;
 
   /// Copies parser, presence, type and version; the last step of every DeepCopyFrom.
@@ -180,9 +187,9 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// The parser that fills this object. Null before the first parse; stale after it.
   KRParser* GetParser();
 
-  /// Makes `factory` the one that every new object of the process comes from. The caller keeps
-  /// owning it; one that is destroyed while it is in force goes back to the default, as null does.
-  /// No other thread may be using it then.
+  /// Makes `factory` the source of every new object of the process; null puts the default factory
+  /// in force. The caller keeps owning `factory`. When it is destroyed while it is in force, the
+  /// default one takes its place. No other thread may use a factory during the call.
   /// @return 1.
   static u16 SetFactory(KRDataObjFactory* factory);
   /// The factory in force, making the default one (message-set version 1) when there is none; null
@@ -192,7 +199,8 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   static const char* GetKRSDKVersion();
 
   /// @name State of the process
-  /// For looking at: SetFactory and GetFactory change it, and the lives of objects.
+  /// To be read only: SetFactory, GetFactory, and the construction and destruction of objects
+  /// change it.
   /// @{
 
   /// The factory in force; null until the first use of the default one.
@@ -229,7 +237,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   mutable u16 m_inElement = 0;
 };
 
-/// Base of the payloads of transactions: adds the copy that needs no knowledge of the class.
+/// Base of the payloads of transactions: adds a deep copy that is called through the base class.
 class KROFX_API KRTransBase : public KRDataObj {
  public:
   KRTransBase();

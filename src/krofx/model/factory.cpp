@@ -10,6 +10,7 @@
 #include "krofx/values/language.h"
 
 using krofx::internal::Make;
+using krofx::internal::NewCell;
 
 namespace {
 
@@ -21,7 +22,7 @@ T* OrAlarm(T* made) {
 
 }  // namespace
 
-// What is made after the end of a host's factory comes from the default one.
+// After the end of a host's factory the default one makes the objects.
 KRDataObjFactory::~KRDataObjFactory() {
   KRDataObjFactory* current = this;
   KRDataObj::m_factoryObj.compare_exchange_strong(current, nullptr, std::memory_order_acq_rel);
@@ -29,7 +30,7 @@ KRDataObjFactory::~KRDataObjFactory() {
 
 u16 KRDataObjFactory::GetVersion() { return m_version; }
 
-u16* KRDataObjFactory::NewUShort() { return OrAlarm(krofx::internal::NewCell<u16>()); }
+u16* KRDataObjFactory::NewUShort() { return OrAlarm(NewCell<u16>()); }
 
 KRString* KRDataObjFactory::NewString(u16 version) { return Make<KRString>(*this, version); }
 

@@ -1,4 +1,4 @@
-// The answers of the object model to the layers below it.
+// The functions of the object model that the layers below it call.
 
 #include "krofx/core/internal/hooks.h"
 
@@ -9,7 +9,7 @@
 
 namespace {
 
-// Elements come from whatever factory is in force when they are made.
+// Elements come from the factory that is in force when they are made.
 template <class T, class Create>
 T* ByFactory(Create create) {
   KRDataObjFactory* factory = KRDataObj::GetFactory();

@@ -1,8 +1,12 @@
-// The stack of open aggregates, and the way to the calling thread's warnings.
+// The stack of open aggregates, and access to the calling thread's warnings.
 
 #include "krofx/model/parser.h"
 
 #include "krofx/model/internal/tag_index.h"
+
+using krofx::internal::FindTagRow;
+using krofx::internal::ForgetInLoggers;
+using krofx::internal::LogWarning;
 
 namespace {
 
@@ -17,7 +21,7 @@ KRParser::KRParser() {
   log->DeleteAll();
 }
 
-KRParser::~KRParser() { krofx::internal::ForgetInLoggers(this); }
+KRParser::~KRParser() { ForgetInLoggers(this); }
 
 KRParseStatus KRParser::Parse(KRBuffer* /*buffer*/, KRDataObj* root, u16 /*checkRequired*/) {
   if (root == nullptr) return KRParseStatus_Fatal;
@@ -44,7 +48,7 @@ u16 KRParser::PopObject() {
   const StackEntry& top = m_stack[--m_depth];
   m_current = top.object;
   m_validTags = top.validTags;
-  // Null below an object that was pushed before the first parse.
+  // Null when an object was pushed before the first parse.
   if (m_current != nullptr) m_current->SetupForParsing(this);
   return 1;
 }
@@ -58,7 +62,7 @@ u16 KRParser::IsValidTag(KRTagID tag) {
   if (m_validTags.table == nullptr) return 1;
   if (m_current == nullptr) return 0;
   const u16 version = m_current->GetMsgSetVersion();
-  return krofx::internal::FindTagRow(m_validTags, tag, version) >= 0 ? 1 : 0;
+  return FindTagRow(m_validTags, tag, version) >= 0 ? 1 : 0;
 }
 
 u16 KRParser::GetAnyParseExceptionsLogged() const {
@@ -92,5 +96,5 @@ u16 KRParser::AppendParseException(KRParseException* exception) {
 
 u16 KRParser::AppendParseException(KRParseWarning warning, KRString value, KRString tagText,
                                    KRTagID tag, KRDataObj* object) {
-  return krofx::internal::LogWarning(warning, value, tagText, tag, object);
+  return LogWarning(warning, value, tagText, tag, object);
 }

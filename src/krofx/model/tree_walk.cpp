@@ -8,11 +8,27 @@
 #include "krofx/model/value_kinds.h"
 #include "krofx/values/utility.h"
 
+using krofx::internal::AggregateTable;
+using krofx::internal::ChildSlot;
+using krofx::internal::FindRow;
+using krofx::internal::IsArray;
+using krofx::internal::kFixedText;
+using krofx::internal::kNumber;
+using krofx::internal::kPlainCheck;
+using krofx::internal::ObjectAccess;
+using krofx::internal::Presence;
+using krofx::internal::RequiredBits;
+using krofx::internal::Row;
+using krofx::internal::Rule;
+using krofx::internal::RuleHolds;
+using krofx::internal::RuleKind;
+using krofx::internal::StoredNumber;
+using krofx::internal::StoredText;
+using krofx::internal::ValueKind;
+
 namespace {
 
-using namespace krofx::internal;
-
-// Calls `visit(child)` for the children in order, until it answers false.
+// Calls `visit(child)` for the children in order, until it returns false.
 template <class Visit>
 void ForEachChild(const KRDataObj& object, Visit visit) {
   const u16 count = object.GetNumberOfChildren();
@@ -22,10 +38,10 @@ void ForEachChild(const KRDataObj& object, Visit visit) {
   }
 }
 
-// Searches one tree for an object that lacks something.
+// Searches one tree for an object in which something is missing.
 class MissingSearch {
  public:
-  // The deepest object that lacks something on the first path that does; null when none does.
+  // The deepest incomplete object on the first path that has one; null when the tree is complete.
   KRDataObj* Find(KRDataObj& object) {
     const AggregateTable* const table = ObjectAccess::PlainTableOf(object, kPlainCheck);
     if (table != nullptr) return FindBy(*table, object);
@@ -39,7 +55,7 @@ class MissingSearch {
   }
 
  private:
-  // The same for an object that is checked by its table.
+  // As above, for an object that is checked by its table.
   KRDataObj* FindBy(const AggregateTable& table, KRDataObj& object) {
     if (!m_required.AllPresentIn(object, table)) return &object;
     KRDataObj* found = nullptr;
@@ -64,8 +80,8 @@ class MissingSearch {
 
 KRDataObj* FindIncomplete(KRDataObj& object) { return MissingSearch().Find(object); }
 
-// The value of a tag, whether it is noted as present or not; null when the object's class keeps
-// none of this kind there.
+// The value of a tag, whether it is noted as present or not; null when the tag has no value of this
+// kind in the object's class.
 template <class Member>
 const Member* ValueBehind(KRDataObj& object, KRTagID tag, const ValueKind& kind) {
   const AggregateTable* table = ObjectAccess::TableOf(object);

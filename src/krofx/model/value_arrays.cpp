@@ -85,7 +85,7 @@ void Lender::Leave(KRDynamicArrayDataObj& array) {
 
 }  // namespace krofx::internal
 
-// A copy shows what the source borrows, and so is tied to its lender as well.
+// A copy has the elements that the source borrows, so it joins their lender too.
 KRDynamicArrayDataObj::KRDynamicArrayDataObj(const KRDynamicArrayDataObj& source)
     : ElementArray(source) {
   if (source.m_lender != nullptr) source.m_lender->Join(*this);

@@ -1,10 +1,10 @@
 // The arrays of repeated values that know how to write themselves: strings, numbers, keywords,
 // languages, and aggregates of any class.
 //
-// They are typed faces over the one array of core/array.h, so growth and ownership are described
-// there. What each adds is how its elements become text: Build writes one element line for each
-// value, or hands the work to the aggregate. A slot that holds nothing writes nothing. The arrays
-// of one aggregate class have no Build; their owner walks them.
+// They are typed classes over the one array of core/array.h, where growth and ownership are
+// described. Each adds how its elements become text: Build writes one element line for each value,
+// or calls the aggregate. An empty slot writes nothing. The arrays of one aggregate class have no
+// Build; their owner walks them.
 
 #ifndef KROFX_MODEL_VALUE_ARRAYS_H_
 #define KROFX_MODEL_VALUE_ARRAYS_H_
@@ -25,21 +25,20 @@ class KRDynamicArrayDataObj;
 
 namespace krofx::internal {
 
-/// Shows the elements of an object in arrays that others own. The elements stay the object's: an
-/// array never deletes them, and has empty slots in their places once the lender is gone. A copy of
-/// the object has lent nothing.
+/// Lends the elements of an object to arrays that others own. The object keeps owning the elements:
+/// an array never deletes them, and their slots are empty once the lender is gone. A copy of the
+/// object has lent nothing.
 class KROFX_API Lender {
  public:
   Lender() = default;
   Lender(const Lender&) : Lender() {}
-  /// What was lent may be gone: the arrays give it up.
+  /// Takes back what was lent, since the assignment may delete it.
   Lender& operator=(const Lender& other);
   ~Lender() { TakeBack(); }
 
   /// Makes room in `array` for `count` more elements.
-  /// @return false, with the array holding what it held, when there is no memory, they are more
-  /// than
-  ///         an array holds, or the array still has elements of another lender.
+  /// @return false, with the array as it was, when there is no memory, when there would be more
+  ///         elements than an array can hold, or when the array has elements of another lender.
   bool MakeRoom(KRDynamicArrayDataObj& array, u32 count) const;
   /// Adds `element` after the last entry of an array that has room.
   void Lend(KRDynamicArrayDataObj& array, KRDataObj& element);
@@ -57,29 +56,30 @@ class KROFX_API Lender {
 
 }  // namespace krofx::internal
 
-/// Aggregates of any class, mixed. Empty slots are filled by KRDataObjFactory::NewDataObj.
+/// Aggregates of any class, mixed. KRDataObjFactory::NewDataObj makes the elements for empty slots.
 class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRDataObj> {
  public:
   using ElementArray::ElementArray;
   /// Shares the source's elements.
   KRDynamicArrayDataObj(const KRDynamicArrayDataObj& source);
-  /// Lets go of what the array held and shares the source's elements.
+  /// Gives up what the array held and shares the source's elements.
   KRDynamicArrayDataObj& operator=(const KRDynamicArrayDataObj& source);
   ~KRDynamicArrayDataObj() override;
 
-  /// 1 only for an index that is in use.
+  /// Says whether Alloc may make an element at `index`: only at an index that is in use.
+  /// @return 1 when it may; 0 when it may not.
   u16 OkToAlloc(u16 index) const override;
-  /// The element, still the array's; null for an empty slot and at or above the entries.
+  /// The element, which the array keeps owning; null for an empty slot and at or above the entries.
   virtual KRDataObj* Get(u16 index) const;
   /// Forgets all elements, destroying none, and keeps the memory.
   virtual void Clear();
-  /// Destroys the elements that are this array's own, unless a copy shares them, and gives the
-  /// memory back. The array can be used again.
+  /// Destroys the elements that this array owns, unless a copy shares them, and frees the memory.
+  /// The array can be used again.
   void DeleteAll() override;
 
   /// Writes the elements in order, each under its own type.
   /// @param tag writes only the elements of this type; 0 writes all.
-  /// @return the first status that is not 0, with which the walk ends.
+  /// @return the first status that is not 0, which ends the walk; 0 when there is none.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 
  protected:
@@ -88,7 +88,7 @@ class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRD
  private:
   friend class krofx::internal::Lender;
 
-  // Ends the tie to the lender of borrowed elements.
+  // Leaves the lender's list of arrays.
   void LeaveLender();
 
   krofx::internal::Lender* m_lender = nullptr;
@@ -101,29 +101,29 @@ class KROFX_API KRDynamicArrayString : public krofx::internal::ElementArray<KRSt
   using ElementArray::ElementArray;
 
   /// Writes each text as an element.
-  /// @return the first status that is not 0, with which the walk ends: 4 for an empty text, 5 and 8
-  ///         for one that is not valid, in strict mode.
+  /// @return the first status that is not 0, which ends the walk: 4 for an empty text, 5 and 8 for
+  ///         one that is not valid, in strict mode; 0 when all are written.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
-/// Texts that share one spec length: each element takes the array's when it is stored. As
-/// everywhere, a text over the limit is kept, and its IsValid says so.
+/// Texts that share one spec length: each element gets the array's when it is stored. As
+/// everywhere, a text over the limit is kept, and its IsValid gives 0.
 class KROFX_API KRDynamicArrayStringLen : public KRDynamicArrayString {
  public:
   /// @param specLength the longest valid text; 65535 for no limit.
   KRDynamicArrayStringLen(u16 initialSize, u16 growStep, u16 specLength = 0xffff);
 
-  /// Stores `text`, which the array then owns, and gives it the array's spec length. `index` counts
-  /// as in use from then on even when `text` is null.
-  /// @return 0 for null and when memory is exhausted; `text` stays the caller's then.
+  /// Takes ownership of `text` and gives it the array's spec length. `index` counts as in use from
+  /// then on even when `text` is null.
+  /// @return 1; 0 for null and when memory is exhausted, and then the caller keeps `text`.
   u16 Set(u16 index, KRString* text) override;
   /// Stores a copy and gives it the array's spec length.
-  /// @return 0 when memory is exhausted.
+  /// @return 1; 0 when memory is exhausted.
   u16 SetVal(u16 index, KRString text) override;
   /// As SetCopy.
   virtual u16 SetCopyVal(KRDataObjFactory* factory, u16 index, const KRString& text);
   /// Stores a copy that `factory` makes.
-  /// @return 0, with nothing stored, when `factory` or `text` is null and when memory is
+  /// @return 1; 0, with nothing stored, when `factory` or `text` is null and when memory is
   ///         exhausted.
   virtual u16 SetCopy(KRDataObjFactory* factory, u16 index, const KRString* const text);
 
@@ -189,13 +189,13 @@ class KROFX_API KRDynamicArrayString1024 : public krofx::internal::FixedStringAr
   using FixedStringArray::FixedStringArray;
 };
 
-/// Numbers, each in a cell of its own that the factory makes.
+/// Numbers. Each is an element of its own that the factory makes.
 class KROFX_API KRDynamicArrayUShort : public krofx::internal::ElementArray<u16> {
  public:
   using ElementArray::ElementArray;
 
   /// Writes each number as an element.
-  /// @return the first status that is not 0, with which the walk ends.
+  /// @return the first status that is not 0, which ends the walk; 0 when all are written.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
@@ -205,7 +205,8 @@ class KROFX_API KRDynamicArrayBankAccountType : public KRDynamicArrayUShort {
   using KRDynamicArrayUShort::KRDynamicArrayUShort;
 
   /// Writes each account type as an element.
-  /// @return as KRDynamicArrayUShort::Build; 2, with the tag written, for a value without keyword.
+  /// @return as KRDynamicArrayUShort::Build; 2, with the tag written, for a value that has no
+  ///         keyword.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
@@ -224,7 +225,8 @@ class KROFX_API KRDynamicArrayDayOfWeek : public KRDynamicArrayUShort {
   using KRDynamicArrayUShort::KRDynamicArrayUShort;
 
   /// Writes each day as an element.
-  /// @return as KRDynamicArrayUShort::Build; 2, with the tag written, for a value without keyword.
+  /// @return as KRDynamicArrayUShort::Build; 2, with the tag written, for a value that has no
+  ///         keyword.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
@@ -234,7 +236,8 @@ class KROFX_API KRDynamicArrayNorvService : public KRDynamicArrayUShort {
   using KRDynamicArrayUShort::KRDynamicArrayUShort;
 
   /// Writes each service as an element.
-  /// @return as KRDynamicArrayUShort::Build; 2, with no tag written, for a value without keyword.
+  /// @return as KRDynamicArrayUShort::Build; 2, with no tag written, for a value that has no
+  ///         keyword.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 };
 
@@ -253,7 +256,7 @@ class KROFX_API KRDynamicArrayLanguage : public krofx::internal::ElementArray<KR
   using ElementArray::ElementArray;
 
   /// Writes each language as an element.
-  /// @return the first status that is not 0, with which the walk ends.
+  /// @return the first status that is not 0, which ends the walk; 0 when all are written.
   KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const override;
 
  protected:

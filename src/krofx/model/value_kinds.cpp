@@ -1,4 +1,4 @@
-// Appending to arrays of repeated values: the conversion of the element and the array's own store.
+// Appending to arrays of repeated values, and the common form of texts.
 
 #include "krofx/model/value_kinds.h"
 
@@ -8,13 +8,13 @@ namespace krofx::internal {
 
 char* WriteCommonText(const KRString& text, char* out, char* end) {
   const std::size_t length = text.GetStrLength();
-  // What is written is then looked at a block at a time, which may reach beyond its end.
+  // The text is then searched a block at a time, and the last block may reach beyond its end.
   if (text.GetEncoding() != KRStringEncode_Plain || length > text.SpecLength() ||
       static_cast<std::size_t>(end - out) < length + ByteBlock::kSize) {
     return nullptr;
   }
   const char* const characters = text;
-  // A text that begins with white space may be all of it.
+  // A text that begins with white space may have nothing else.
   if (length == 0 || IsWhite(*characters)) return nullptr;
   std::memcpy(out, characters, length);
   return FindMacroCharacter(out, out + length) == out + length ? out + length : nullptr;
@@ -22,7 +22,7 @@ char* WriteCommonText(const KRString& text, char* out, char* end) {
 
 namespace {
 
-// Appends an enumeration's value, held as a number, read by the enumeration's own keywords.
+// Appends a value of an enumeration, as a number, read by the keywords of the enumeration.
 template <class Enumeration>
 StoreResult AppendKeyword(KRDynamicArrayUShort& array, const KRString& text) {
   u16 value = 0;

@@ -2,7 +2,7 @@
 // value becomes an element and how it is copied.
 //
 // Every kind is one constant ValueKind made from a template, named in rows as kAmount,
-// kKeyword<...> and so on. A text that is no value of the kind leaves the member as it was.
+// kKeyword<...> and so on. A text that is not a value of the kind leaves the member as it was.
 
 #ifndef KROFX_MODEL_VALUE_KINDS_H_
 #define KROFX_MODEL_VALUE_KINDS_H_
@@ -44,10 +44,12 @@ constexpr ValueForm FormOf() {
 
 /// A kind whose text goes through `Read(text, value)` and which `Write(builder, tag, value)`
 /// writes.
-/// @tparam ReadCommon reads the texts that nearly all are, without warnings; null when the kind has
-///         no such: see ValueKind::fromCommonText.
-/// @tparam WriteCommon writes the value as ValueKind::writeCommon does; null likewise.
-/// @tparam Stored the class of the member, which gives and takes a T.
+/// @tparam Form what the text of the value looks like.
+/// @tparam Stored the class of the member, which converts from and to a T.
+/// @tparam ReadCommon reads texts of the common form, without warnings; null when the kind has no
+///         such form: see ValueKind::fromCommonText.
+/// @tparam WriteCommon writes the value as ValueKind::writeCommon does; null when the kind has no
+///         such form.
 template <class T, u16 (*Read)(const KRString&, T&),
           KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&), ValueForm Form = FormOf<T>(),
           class Stored = T, auto ReadCommon = nullptr, auto WriteCommon = nullptr>
@@ -85,7 +87,7 @@ struct Converted {
                                    Form,      CommonReader(), CommonWriter()};
 };
 
-/// As Converted, for a value that keeps a part of what it was when a text is read into it.
+/// As Converted, for a value that keeps a part of its state when a text is read into it.
 template <class T, u16 (*Read)(const KRString&, T&),
           KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&)>
 struct ConvertedInPlace : Converted<T, Read, Write> {
@@ -99,19 +101,19 @@ struct ConvertedInPlace : Converted<T, Read, Write> {
   static constexpr ValueKind kKind{&FromText, &Converted<T, Read, Write>::Build, &CopyValue<T>};
 };
 
-/// Has a stored value read a text of the form that nearly all have.
+/// Reads a text of the common form into a stored value.
 template <class Stored>
 bool ReadStored(const char* text, std::size_t length, Stored& value) {
   return value.AssignCommon(text, length);
 }
 
-/// Calls the builder's tag-and-value operation for a kind.
+/// Writes tag and value by an operation of the builder.
 template <class T, auto Operation>
 KRBuildStatus WriteBy(KRBuilder& builder, KRTagID tag, const T& value) {
   return (builder.*Operation)(tag, value);
 }
 
-/// Reads an exact decimal under the rule of its own class.
+/// Reads an exact decimal by the rule of its class.
 template <class Number>
 u16 ReadNumber(const KRString& text, Number& value) {
   return value.ConvertStringToKRPrecisionInteger(text);
@@ -173,7 +175,7 @@ inline constexpr const ValueKind& kLanguage =
     Converted<KRLanguage, &KRDataConversion::StringToLanguage,
               &WriteBy<KRLanguage, &KRBuilder::AddTagKRLanguage>>::kKind;
 
-/// A u16 that is written with leading zeros to `Width` digits.
+/// Writes a u16 with leading zeros to `Width` digits.
 template <u16 Width>
 KRBuildStatus WritePadded(KRBuilder& builder, KRTagID tag, const u16& value) {
   return builder.AddTagKRUShort(tag, value, '0', Width);
@@ -188,7 +190,7 @@ u16 ReadKeyword(const KRString& text, Enumeration& value) {
   return KeywordTraits<Enumeration>::FromText(text, value);
 }
 
-/// The same without a warning for a text that is no keyword.
+/// As ReadKeyword, without a warning for a text that is not a keyword.
 template <class Enumeration>
 bool ReadKnownKeyword(const char* text, std::size_t length, Enumeration& value) {
   const s32 found = FindKeyword(KeywordTraits<Enumeration>::kTable, std::string_view(text, length));
@@ -196,7 +198,7 @@ bool ReadKnownKeyword(const char* text, std::size_t length, Enumeration& value) 
   return found >= 0;
 }
 
-/// Writes a known keyword, which holds no character that is escaped.
+/// Writes a known keyword; no keyword has a character that must be escaped.
 template <class Enumeration>
 char* WriteKnownKeyword(const Enumeration& value, char* out, char* end) {
   const auto index = static_cast<u32>(value);
@@ -207,9 +209,9 @@ char* WriteKnownKeyword(const Enumeration& value, char* out, char* end) {
   return out + text.size();
 }
 
-/// Writes a keyword by the builder's operation for the enumeration: the one that writes tag and
-/// value where there is one, the one for the value behind the tag otherwise, and for an
-/// enumeration that the builder does not know as a text.
+/// Writes a keyword by the builder's operation for the enumeration: by the one that writes tag and
+/// value if there is one, otherwise by the one that writes the value after the tag. For an
+/// enumeration without such an operation, null, the keyword is written as a text.
 template <class Enumeration, auto Operation>
 KRBuildStatus WriteKeyword(KRBuilder& builder, KRTagID tag, const Enumeration& value) {
   using Type = decltype(Operation);
@@ -230,7 +232,7 @@ inline constexpr const ValueKind& kKeyword =
               FormOf<Enumeration>(), Enumeration, &ReadKnownKeyword<Enumeration>,
               &WriteKnownKeyword<Enumeration>>::kKind;
 
-/// An enumeration that a u16 holds; the keyword stands on the wire.
+/// An enumeration that is held in a u16; the text has the keyword.
 template <class Enumeration>
 u16 ReadKeywordIndex(const KRString& text, u16& value) {
   Enumeration keyword{};
@@ -247,8 +249,8 @@ inline constexpr const ValueKind& kKeywordIndex =
     Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
               ValueForm::kKeyword>::kKind;
 
-/// Whether a value passes the rule of its own class, as a number has one. A blank payroll amount
-/// does.
+/// Whether a value is valid by the rule of its class. Only numbers have such a rule. A blank
+/// payroll amount is valid.
 template <class Value>
 bool PassesItsRule(const Value& value) {
   if constexpr (std::is_base_of_v<KRPrecisionInteger, Value>) {
@@ -261,8 +263,8 @@ bool PassesItsRule(const Value& value) {
   }
 }
 
-/// What a generated setter does with a value that needs no conversion: stores it when its class
-/// allows it, and notes the tag.
+/// The body of a generated setter that takes a value: stores it if its class allows it, and notes
+/// the tag.
 /// @return 1; 0 when it is not allowed, or the tag is not valid in this object.
 template <class Member, class Value>
 u16 SetNative(KRDataObj& object, KRTagID tag, Member& member, const Value& value) {
@@ -288,7 +290,7 @@ u16 SetNativeEntry(KRDataObj& object, KRTagID tag, Array& array, u16 index, cons
   }
 }
 
-/// As SetNativeEntry, after the last entry.
+/// As SetNativeEntry, for a new entry at the end.
 /// @return 1 when the array took the value, whether the tag is valid here or not; 0 otherwise.
 template <class Array, class Value>
 u16 AppendNativeEntry(KRDataObj& object, KRTagID tag, Array& array, const Value& value) {
@@ -303,8 +305,8 @@ void WarnTooLong(KRTagID tag, const KRString& text);
 /// Writes a text that its class allows and that needs no escaping; null for any other.
 KROFX_API char* WriteCommonText(const KRString& text, char* out, char* end);
 
-/// A text; the class says how long it may be. `Text` derives from KRString.
-/// @tparam Stored the class of the member, which is a `Text` or gives one.
+/// A text; its class says how long it may be. `Text` derives from KRString.
+/// @tparam Stored the class of the member: `Text`, or a class that converts to it.
 template <class Text, class Stored>
 struct TextKind {
   static StoreResult FromText(KRDataObj&, KRTagID tag, void* member, const KRString& text) {
@@ -337,14 +339,14 @@ struct TextKind {
   static constexpr ValueKind kKind = MakeKind();
 };
 
-/// A text of a class that has more to say about it than its length.
+/// A text whose class has more rules than its length.
 template <class Text>
 inline constexpr const ValueKind& kText = TextKind<Text, Text>::kKind;
-/// A text with a fixed length.
+/// A text with a fixed spec length.
 template <class Text>
 inline constexpr const ValueKind& kFixedText = TextKind<Text, StoredText<Text>>::kKind;
 
-/// Appends one value to an array of repeated values. There is one for each kind of element.
+/// Appends one value to an array of repeated values; one overload for each class of array.
 StoreResult AppendRepeated(KRDynamicArrayString& array, KRTagID tag, const KRString& text);
 StoreResult AppendRepeated(KRDynamicArrayUShort& array, KRTagID tag, const KRString& text);
 StoreResult AppendRepeated(KRDynamicArrayBankAccountType& array, KRTagID tag, const KRString& text);
@@ -399,7 +401,7 @@ struct ChildArray {
   }
   static void Truncate(void* array, u16 entries) {
     Array& own = *static_cast<Array*>(array);
-    // What a shallow copy shares is not this array's to change.
+    // Elements that a shallow copy shares must not be changed.
     if (own.IsShared()) own.DeleteAll();
     while (own.Entries() > entries) {
       const u16 last = static_cast<u16>(own.Entries() - 1);

@@ -14,20 +14,26 @@
 #include "krofx/parse/internal/text_source.h"
 
 using krofx::internal::BackOverWhite;
+using krofx::internal::CommonTag;
 using krofx::internal::CompareNames;
+using krofx::internal::EndTagIndex;
 using krofx::internal::ExpandMacros;
 using krofx::internal::IsComment;
 using krofx::internal::IsWhite;
+using krofx::internal::kLastPosition;
 using krofx::internal::KRTagItemInfo;
 using krofx::internal::LogWarning;
+using krofx::internal::PlainText;
+using krofx::internal::ReadCommonTag;
 using krofx::internal::ReadItem;
 using krofx::internal::ReadTagItem;
 using krofx::internal::SkipWhite;
+using krofx::internal::TagName;
 using krofx::internal::WithText;
 
 namespace {
 
-constexpr s32 kNothingKnown = krofx::internal::kLastPosition;
+constexpr s32 kNothingKnown = kLastPosition;
 
 bool IsTag(const KRTagItemInfo& item) {
   return item.type == KrTagItemType_StartTag || item.type == KrTagItemType_EndTag;
@@ -37,9 +43,9 @@ bool IsText(const KRTagItemInfo& item) {
   return item.type == KrTagItemType_Text || item.type == KrTagItemType_CDATA;
 }
 
-krofx::internal::TagName NameOf(const KRTagItemInfo& item) { return {item.start, item.length}; }
+TagName NameOf(const KRTagItemInfo& item) { return {item.start, item.length}; }
 
-// A copy of what an item holds, for a warning.
+// A copy of an item's text, for a warning.
 template <class Text>
 KRString TextOf(const Text& text, const KRTagItemInfo& item) {
   const u16 length = std::min(item.length, KRParseEngine::kMaxItemLength);
@@ -66,7 +72,7 @@ KRParseEngine::KRParseEngine(KRBuffer& buffer)
 
 void KRParseEngine::ResetToEndOfHeader() {
   m_currentItem.end = m_headerPos;
-  // Items may fall differently from here.
+  // The items can be different when they are read from here.
   m_searches.endTags.Drop();
 }
 
@@ -120,7 +126,7 @@ const KRTagDictionaryEntry* KRParseEngine::LookUp(const Text& text, KRTagID& id)
 template <class Text>
 const KRTagDictionaryEntry* KRParseEngine::FindTag(const Text& text, KRTagID& id) {
   id = KRTag_None;
-  // Without memory for the dictionary there are no tags; the alarm is raised already.
+  // Without memory for the dictionary there are no tags; the fire alarm is already raised.
   if (m_dictionary == nullptr) return nullptr;
   while (MoveToNext(text)) {
     const KRTagItemInfo item = m_currentItem;
@@ -157,9 +163,9 @@ bool KRParseEngine::Skip(const Text& text) {
 
 template <class Text>
 bool KRParseEngine::SkipToEndTag(const Text& text, const KRTagItemInfo& start) {
-  krofx::internal::EndTagIndex& endTags = m_searches.endTags;
+  EndTagIndex& endTags = m_searches.endTags;
   if (start.length > kMaxItemLength) return false;
-  if (endTags.IsReady() && !endTags.HasBehind(text, NameOf(start))) return false;
+  if (endTags.IsReady() && !endTags.HasAfter(text, NameOf(start))) return false;
   do {
     if (m_currentItem.type == KrTagItemType_EndTag &&
         CompareNames(text, NameOf(m_currentItem), NameOf(start)) == 0) {
@@ -187,7 +193,7 @@ bool KRParseEngine::CopyItem(const Text& text, KRString& out, bool expand) const
   });
 }
 
-// Leaves an element out whose text is too long to be handed on, with its end tag, if it has one.
+// Leaves out an element whose text is too long to be given, with its end tag, if it has one.
 template <class Text>
 void KRParseEngine::RefuseOverlong(const Text& text, const KRTagDictionaryEntry& entry) {
   const KRTagItemInfo tag = m_currentItem;
@@ -199,14 +205,13 @@ void KRParseEngine::RefuseOverlong(const Text& text, const KRTagDictionaryEntry&
   }
 }
 
-// Reads a tag of a common shape. Null, with nothing changed, when the next one is none or its name
-// is not in the dictionary.
-const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::PlainText& text,
-                                                      KRString& value, KRTagType& type) {
+// Reads a tag of a common shape. Null, with nothing changed, when the next tag has another shape or
+// its name is not in the dictionary.
+const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const PlainText& text, KRString& value,
+                                                      KRTagType& type) {
   if (m_nextItem.type != KrTagItemType_None || m_dictionary == nullptr) return nullptr;
-  krofx::internal::CommonTag tag;
-  const KRTagDictionaryEntry* entry =
-      krofx::internal::ReadCommonTag(text, m_currentItem.end, *m_dictionary, tag);
+  CommonTag tag;
+  const KRTagDictionaryEntry* entry = ReadCommonTag(text, m_currentItem.end, *m_dictionary, tag);
   if (entry == nullptr) return nullptr;
   if (tag.isElement) {
     const auto length = static_cast<u16>(tag.valueEnd - tag.value);
@@ -217,7 +222,7 @@ const KRTagDictionaryEntry* KRParseEngine::ReadCommon(const krofx::internal::Pla
     m_currentItem = {KrTagItemType_Text, length, tag.value, tag.next};
   } else {
     const KrTagItemType item = tag.isEnd ? KrTagItemType_EndTag : KrTagItemType_StartTag;
-    m_currentItem = {item, tag.nameLength, tag.name, tag.behindTag};
+    m_currentItem = {item, tag.nameLength, tag.name, tag.afterTag};
   }
   m_itemPosition = tag.name;
   type = tag.isEnd ? KRTagType_End : tag.isElement ? KRTagType_Element : KRTagType_Start;
@@ -252,7 +257,7 @@ KRTagType KRParseEngine::ReadTag(const Text& text, KRTagDictionaryEntry& entry, 
 KRTagType KRParseEngine::GetKRTag(KRTagDictionaryEntry& entry, KRString& value) {
   if (m_plain) {
     KRTagType type;
-    const krofx::internal::PlainText text(*m_buffer);
+    const PlainText text(*m_buffer);
     if (const KRTagDictionaryEntry* common = ReadCommon(text, value, type)) {
       entry = *common;
       return type;
@@ -292,7 +297,7 @@ u16 KRParseEngine::GetTagData(KRString& out, u16 expand, u16 wipe) {
 }
 
 u16 KRParseEngine::CopyCurrTagItemToBuffer(KRString& out, u16 expand, u16 /*wipe*/) const {
-  // The one copy that is made on the way, of a derived buffer's text, is always overwritten.
+  // The only copy on the way is made of a derived buffer's text, and is always overwritten.
   return WithText(*m_buffer, [&](const auto& text) { return CopyItem(text, out, expand != 0); })
              ? 1
              : 0;

@@ -1,8 +1,8 @@
-// The stream of header lines in front of the body.
+// Reading the header lines before the body.
 //
 // A header line is "name: value" up to the line's end: the next line feed or, in a text without
-// any, the next carriage return. A comment may stand before the colon or behind the value. The
-// first '<' that opens no comment begins the body.
+// any, the next carriage return. A comment may come before the colon or after the value. The first
+// '<' that does not open a comment begins the body.
 
 #include <algorithm>
 #include <string_view>
@@ -21,17 +21,17 @@ using krofx::internal::WithText;
 
 namespace {
 
-// What stands on the line at a position, as far as the kind of line depends on it. All searches run
-// on to the end of the text if need be, so they are remembered.
+// The parts of the line at a position that decide what kind of line it is. Each search can run to
+// the end of the text, so its result is remembered.
 struct Line {
   s32 end = 0;           // Position of its line end.
-  s32 colon = 0;         // The next ':', on this line or behind it.
-  bool opens = false;    // A '<' stands on it,
-  s32 open = 0;          // here,
-  bool comment = false;  // and opens a comment
-  s32 close = 0;         // that closes here, on this line or behind it.
+  s32 colon = 0;         // The next ':', on this line or a later one.
+  bool opens = false;    // Whether it has a '<',
+  s32 open = 0;          // at this position,
+  bool comment = false;  // which opens a comment
+  s32 close = 0;         // that closes here, on this line or a later one.
 
-  // False when no line is left that could be a header's.
+  // False when no line is left that could be a header line.
   template <class Text>
   bool Find(const Text& text, s32 position, SearchMemory& searches) {
     if (!searches.lineFeed.Find(text, position, '\n', end) &&
@@ -44,12 +44,12 @@ struct Line {
     return true;
   }
 
-  // The position behind the line and behind a comment on it.
-  s32 Behind() const { return comment ? std::max(end, close) + 1 : end + 1; }
+  // The position after the line and after a comment on it.
+  s32 Next() const { return comment ? std::max(end, close) + 1 : end + 1; }
 };
 
-// Takes what stands from `start` up to `end`, without white space around it.
-// Gives false when that is too long for a string.
+// Copies the text from `start` up to `end`, without white space around it. False when it is too
+// long for a string.
 template <class Text>
 bool TakeTrimmed(const Text& text, s32 start, s32 end, KRString& out) {
   start = SkipWhite(text, start);
@@ -82,7 +82,7 @@ bool KRParseEngine::ReadHeader(const Text& text, KRHeaderTag& tag, KRString& val
       continue;
     }
     m_itemPosition = start;
-    m_headerPos = line.Behind();
+    m_headerPos = line.Next();
     const s32 valueEnd = line.comment ? line.open : line.end;
     if (TakeTrimmed(text, start, line.colon, name) &&
         TakeTrimmed(text, line.colon + 1, valueEnd, value)) {
@@ -90,7 +90,7 @@ bool KRParseEngine::ReadHeader(const Text& text, KRHeaderTag& tag, KRString& val
       KRDataConversion::StringToHeaderTag(name, tag);
       return true;
     }
-    // Half a header might pass for a whole one, so the line is left out.
+    // A part of a header could be taken for a whole one, so the line is left out.
     LogWarning(KRPW_TOOLONG, KRString(), KRString(), KRTag_None, nullptr);
   }
   return false;

@@ -14,9 +14,9 @@ using krofx::internal::WithText;
 
 namespace {
 
-// How far behind the headers a sign-on aggregate may begin for the text to count as OFX.
+// A text counts as OFX if a sign-on aggregate begins at most this far after the headers.
 constexpr s32 kSignOnWithin = 200;
-// The longest boundary that is taken out of a content type.
+// The longest boundary that is read out of a content type.
 constexpr s32 kMaxBoundary = 71;
 
 std::string_view ViewOf(const KRString& string) { return {string, string.GetStrLength()}; }
@@ -25,7 +25,7 @@ bool Contains(std::string_view text, std::string_view word) {
   return text.find(word) != std::string_view::npos;
 }
 
-// Whether `word` stands at `place`, letter by letter.
+// Whether `word` is at `place`, in exactly these letters.
 template <class Text>
 bool StandsAt(const Text& text, s32 place, std::string_view word) {
   for (const char character : word) {
@@ -34,7 +34,7 @@ bool StandsAt(const Text& text, s32 place, std::string_view word) {
   return true;
 }
 
-// Moves behind the line at `position`.
+// Moves past the line at `position`.
 template <class Text>
 bool PassLine(const Text& text, s32& position) {
   s32 end;
@@ -47,7 +47,7 @@ template <class Text>
 KRBoundStatus FindBoundary(const Text& text, std::string_view boundary, s32& position) {
   constexpr std::string_view kHyphens = "--";
   LastSearch hyphen;
-  // Two hyphens far ahead are met again from each line before them; they are compared once.
+  // Each line before two hyphens finds them again; they are compared only once.
   s32 refused = -1;
   for (;;) {
     s32 place;
@@ -120,7 +120,7 @@ u16 KRParseEngine::GetMIMEBody(const KRString& boundary, KRString& body) const {
   if (status == KRBoundStatus_None) return 0;
   const s32 hyphens = status == KRBoundStatus_Closing ? 4 : 2;
   WithText(*m_buffer, [&](const auto& text) {
-    // Hosts know this limit: positions here are of 16 bits.
+    // The documented limit of this operation: positions are of 16 bits.
     const s32 lineEnd = BackOverWhite(text, position) & 0xffff;
     const s32 length = lineEnd - boundary.GetStrLength() - hyphens - m_headerPos;
     return text.View(m_headerPos, static_cast<u16>(std::max(length, 0)),

@@ -1,4 +1,4 @@
-// The parse itself: headers, then one pass for each tag, then what is to be said about the whole.
+// The parse: the headers, the tags one by one, and at the end the search for missing tags.
 
 #include "krofx/parse/simple_parser.h"
 
@@ -13,11 +13,14 @@
 #include "krofx/parse/internal/plain_feed.h"
 #include "krofx/values/utility.h"
 
+using krofx::internal::HeadersAllowBody;
 using krofx::internal::IsSecret;
+using krofx::internal::MakeElement;
+using krofx::internal::PlainFeed;
 
 namespace {
 
-// The answer that a tag gives when the loop is to go on.
+// The status of a tag after which the loop continues.
 constexpr KRParseStatus kGoOn = KRParseStatus_Accepted;
 
 }  // namespace
@@ -31,7 +34,7 @@ KRSimpleParser& KRSimpleParser::operator=(const KRSimpleParser& other) {
   m_engine = other.m_engine;
   m_objectWithError = other.m_objectWithError;
   m_observer = other.m_observer;
-  // A parse that is running is the other's alone.
+  // A parse that is running belongs to the source alone.
   return *this;
 }
 
@@ -88,7 +91,7 @@ KRParseStatus KRSimpleParser::Parse(KRBuffer* buffer, KRDataObj* root, u16 check
   return status;
 }
 
-// Two blocks, for a transport's headers with the file's own behind them. Only those of the first
+// Reads two blocks: a transport's headers can come before those of the file. Only the first block's
 // are kept by name.
 KRParseStatus KRSimpleParser::ReadHeaders(KRParseEngine& engine, KRDataObj& root) {
   KRHeaderTag tag = KRHeaderTag_None;
@@ -103,7 +106,7 @@ KRParseStatus KRSimpleParser::ReadHeaders(KRParseEngine& engine, KRDataObj& root
   engine.ResetToEndOfHeader();
   const KRTagID type = root.GetType();
   const bool isFile = type == KRTag_OFXFILERQ || type == KRTag_OFXFILERS;
-  if (isFile && !krofx::internal::HeadersAllowBody(root)) return KRParseStatus_Invalid;
+  if (isFile && !HeadersAllowBody(root)) return KRParseStatus_Invalid;
   return KRParseStatus_Accepted;
 }
 
@@ -111,7 +114,7 @@ KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
   KRTagDictionaryEntry entry = {KRTag_None, ""};
   KRString value;
   KRTagID elementBefore = KRTag_None;
-  std::optional<krofx::internal::PlainFeed> feed;
+  std::optional<PlainFeed> feed;
   if (MayFeed(engine)) feed.emplace(*this, engine);
   for (;;) {
     if (feed) {
@@ -126,7 +129,7 @@ KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
         status = TakeStart(entry, engine);
         break;
       case KRTagType_End:
-        // The end tag of the element just read says nothing.
+        // The end tag of the element that was just read is optional, and closes nothing else.
         if (elementBefore == entry.tagID && entry.tagID != KRTag_None) break;
         status = GetCurrentObj()->HandleTagEnd(&entry);
         if (entry.tagID == KRTag_OFX) return status;
@@ -145,7 +148,7 @@ KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
   }
 }
 
-// The short way passes the virtual operations by, so no class of a host's may have overridden them.
+// PlainFeed calls no virtual operations, so no host's class may have overridden them.
 bool KRSimpleParser::MayFeed(const KRParseEngine& engine) const {
   return m_plainClass == &typeid(*this) && typeid(engine) == typeid(KRParseEngine) &&
          engine.IsOverPlainBytes();
@@ -169,16 +172,16 @@ KRParseStatus KRSimpleParser::TakeStart(const KRTagDictionaryEntry& entry, KRPar
 KRParseStatus KRSimpleParser::TakeElement(const KRTagDictionaryEntry& entry, KRString& value) {
   const bool valid = IsValidTag(entry.tagID) != 0;
   const KRParseStatus status = valid ? GetCurrentObj()->HandleTagElement(&entry, value) : kGoOn;
-  // The object has its copy; nothing else may see or keep a password.
+  // The object has its copy; a password must not be kept or shown elsewhere.
   if (IsSecret(entry.tagID)) value.Clear('*');
   if (valid && status == kGoOn) return kGoOn;
   return LogValue(KRPW_INVALIDELEM, entry, value) ? status : KRParseStatus_Fatal;
 }
 
-// Logs a warning with a value. Without memory for it the alarm is raised and the answer is false.
+// Logs a warning with a value. False, with the fire alarm raised, when memory is exhausted.
 bool KRSimpleParser::LogValue(KRParseWarning warning, const KRTagDictionaryEntry& entry,
                               const KRString& value) {
-  KRParseException* exception = krofx::internal::MakeElement<KRParseException>();
+  KRParseException* exception = MakeElement<KRParseException>();
   if (exception == nullptr) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return false;

@@ -1,9 +1,9 @@
 // The object-tree parser: fills a tree of data objects from the text of a buffer.
 //
-// It feeds the root's header handler, then gives each tag of the engine to the current object, and
-// finishes with a status and the warnings in the thread's log. All knowledge of OFX stays in the
-// objects: the parser enforces validity, nesting and the closing rules. What is out of place is
-// warned about and skipped; only what an object itself refuses stops a parse.
+// It gives the header lines to the root, then each tag of the engine to the current object, and
+// ends with a status and the warnings in the thread's log. All knowledge of OFX is in the objects:
+// the parser enforces validity, nesting and the closing rules. A tag that is out of place is warned
+// about and skipped; only what an object refuses stops a parse.
 
 #ifndef KROFX_PARSE_SIMPLE_PARSER_H_
 #define KROFX_PARSE_SIMPLE_PARSER_H_
@@ -19,23 +19,23 @@ class KRBuffer;
 class KRParseEngine;
 struct KRTagDictionaryEntry;
 
-/// Hears of each warning of a parse when it is stored in the log, with its place in the text, which
-/// the record itself lacks: that holds only the buffer's cursor, which a parse does not move. With
-/// logging disabled, or a log that is full (65535 records), nothing is heard.
+/// Is called for each warning of a parse when it is stored in the log, with its place in the text.
+/// The record does not have that place: it has only the buffer's cursor, which a parse does not
+/// move. While logging is disabled, or the log is full (65535 records), there are no calls.
 class KROFX_API KRWarningObserver {
  public:
   /// Called on the parsing thread. Must not start a parse or change the log.
   /// @param warning the record; valid during the call.
   /// @param position where the tag or header line at fault begins in the buffer, counted in bytes
-  ///        from 0; -1 for what has no place, as a required tag that is missing.
+  ///        from 0; -1 for a warning without a place, such as that of a missing required tag.
   virtual void OnWarning(const KRParseException& warning, s32 position) = 0;
 
  protected:
   ~KRWarningObserver() = default;
 };
 
-/// Parses OFX text into a tree of objects. May be used again; one that failed keeps its stack, see
-/// KRParser::GetDepth.
+/// Parses OFX text into a tree of objects. It can be used several times; after a parse that failed
+/// it keeps its stack, see KRParser::GetDepth.
 class KROFX_API KRSimpleParser : public KRParser {
  public:
   /// Makes a parser that uses an engine of its own for each parse.
@@ -46,31 +46,32 @@ class KROFX_API KRSimpleParser : public KRParser {
   KRSimpleParser& operator=(const KRSimpleParser& other);
 
   /// Reads header lines and tags from `buffer` into `root`, up to the first end tag "OFX" or the
-  /// end of the text. Empties the thread's warnings first, and lowers its fire alarm. What was
-  /// filled stays filled, whatever the status.
+  /// end of the text. Empties the thread's warnings first, and lowers its fire alarm. What was read
+  /// stays in the tree, whatever the status.
   ///
-  /// @param buffer the text; its cursor plays no part and does not move.
-  /// @param root takes the headers and the outermost tags. Stays the caller's.
+  /// @param buffer the text; its cursor is not used and does not move.
+  /// @param root takes the headers and the outermost tags. The caller keeps owning it.
   /// @param checkRequired not 0 to search the tree for the first required tag that is missing, also
-  ///        behind a parse that failed; a find is a KRPW_MISSINGTAG warning.
+  ///        after a parse that failed; a missing one gives a KRPW_MISSINGTAG warning.
   /// @return 0 clean; 7 finished, with warnings; 3 exhausted memory, a null argument or a thread
   ///         that is not attached; 4 a refused header or tag, or a text that ends with aggregates
   ///         open; 5 an end tag of another aggregate; 6 more than KRParser::kMaxDepth open
-  ///         aggregates; or what else an object answered.
+  ///         aggregates; or another status that an object returned.
   KRParseStatus Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired) override;
 
   /// The object that stopped the last parse; the root when a finished parse had warnings or memory
-  /// ran out; null for a clean one.
+  /// was exhausted; null after a clean one.
   virtual KRDataObj* GetObjectWithError();
   /// Does nothing.
   /// @return 1.
   virtual u16 SetParseTable(KRTagDictionaryEntry* table);
-  /// Makes later parses read from `engine`, which stays the caller's and goes on where it stands.
-  /// Null goes back to an engine for each parse.
+  /// Makes later parses read from `engine`, from its cursors on. The caller keeps owning it. With
+  /// null the parser makes an engine for each parse again.
   /// @return 1.
   virtual u16 SetParseEngine(KRParseEngine* engine);
 
-  /// Makes `observer` hear of the warnings of later parses; null for none. It stays the caller's.
+  /// Makes later parses call `observer` for their warnings; null for none. The caller keeps owning
+  /// it.
   void SetWarningObserver(KRWarningObserver* observer) { m_observer = observer; }
   /// Where the tag or header line that is being handled begins in the buffer; -1 outside a parse.
   s32 GetCurrentOffset() const;
@@ -78,14 +79,14 @@ class KROFX_API KRSimpleParser : public KRParser {
  protected:
   class Run;
 
-  /// What every parse begins with: makes `root` current, empties the thread's log, lowers its
+  /// The first step of every parse: makes `root` current, empties the thread's log, lowers its fire
   /// alarm.
   /// @return the thread's log; null for a null argument or a thread that is not attached.
   KRParseLogger* Open(KRBuffer* buffer, KRDataObj* root);
   /// The engine that SetParseEngine gave, or null.
   KRParseEngine* GetParseEngine() const { return m_engine; }
-  /// For the constructors of library classes that override no operation that takes part in the
-  /// reading of tags: parsers of exactly this class may take the short way.
+  /// For the constructors of library classes that override no operation that reads tags: parsers of
+  /// exactly this class may use PlainFeed.
   void SetPlainClass(const std::type_info& type) { m_plainClass = &type; }
 
  private:

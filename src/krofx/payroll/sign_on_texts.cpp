@@ -5,16 +5,19 @@
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/payroll/sign_on.h"
 
+using krofx::internal::BuildRowsBetween;
+using krofx::internal::NoteFailure;
+
 KRBuildStatus PayrollSignOnRq::Build(KRBuilder* builder) const {
   KRBuildStatus status =
-      krofx::internal::BuildRowsBetween(*this, *GetTable(), KRTag_DTCLIENT, KRTag_APPVER, *builder);
+      BuildRowsBetween(*this, *GetTable(), KRTag_DTCLIENT, KRTag_APPVER, *builder);
   if (status == KRBuildStatus_Done && ValidateTag(KRTag_N_PAYROLL) != 0) {
     status = builder->AddTagKRString(KRTag_APPVER, m_appVerString);
   }
   if (status == KRBuildStatus_Done && ValidateTag(KRTag_N_ONSERVICE) != 0) {
     status = builder->AddTagKRString(KRTag_APPID, m_appIdString);
   }
-  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  if (status != KRBuildStatus_Done) NoteFailure(*builder, *this);
   return status;
 }
 

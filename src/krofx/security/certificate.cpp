@@ -11,8 +11,22 @@
 #include "krofx/values/date_time.h"
 #include "krofx/values/internal/calendar.h"
 
+using krofx::internal::AppendTo;
 using krofx::internal::ByteView;
+using krofx::internal::CalendarDate;
 using krofx::internal::CertificateFields;
+using krofx::internal::CertificateObject;
+using krofx::internal::CreateCertificateObject;
+using krofx::internal::DateFromDays;
+using krofx::internal::DestroyCertificateObject;
+using krofx::internal::GetCertificateBER;
+using krofx::internal::GetCertificateFields;
+using krofx::internal::GetNameAttribute;
+using krofx::internal::IsOrganizationName;
+using krofx::internal::NameAttribute;
+using krofx::internal::SetCertificateBER;
+using krofx::internal::ShareCertificateObject;
+using krofx::internal::ViewOf;
 
 namespace {
 
@@ -22,7 +36,7 @@ constexpr u32 kMaxPublicKey = 65535;
 KRDateTime DateOf(std::int64_t seconds) {
   constexpr std::int64_t kSecondsInDay = 86400;
   const std::int64_t days = seconds / kSecondsInDay - (seconds % kSecondsInDay < 0 ? 1 : 0);
-  const krofx::internal::CalendarDate date = krofx::internal::DateFromDays(days);
+  const CalendarDate date = DateFromDays(days);
   return {static_cast<s16>(date.year),
           static_cast<s16>(date.month),
           static_cast<s16>(date.day),
@@ -43,27 +57,26 @@ bool PrintDate(std::FILE* stream, const char* label, std::int64_t seconds) {
 }  // namespace
 
 KRCert::KRCert(const KRCert& source) noexcept
-    : m_certificate(krofx::internal::ShareCertificateObject(source.m_certificate)),
+    : m_certificate(ShareCertificateObject(source.m_certificate)),
       m_fields(source.m_fields),
       m_callbackRootID(source.m_callbackRootID) {}
 
 KRCert& KRCert::operator=(const KRCert& source) noexcept {
-  krofx::internal::CertificateObject* const shared =
-      krofx::internal::ShareCertificateObject(source.m_certificate);
-  krofx::internal::DestroyCertificateObject(m_certificate);
+  CertificateObject* const shared = ShareCertificateObject(source.m_certificate);
+  DestroyCertificateObject(m_certificate);
   m_certificate = shared;
   m_fields = source.m_fields;
   m_callbackRootID = source.m_callbackRootID;
   return *this;
 }
 
-KRCert::~KRCert() { krofx::internal::DestroyCertificateObject(m_certificate); }
+KRCert::~KRCert() { DestroyCertificateObject(m_certificate); }
 
 KRSecStatus KRCert::SetEncodedCert(KRBuffer* text) {
   KRDecode decode;
   ByteView ber;
   if (decode.SetInputData(text) == KRSecStatus_Success) {
-    ber = krofx::internal::ViewOf(decode.GetOutputData());
+    ber = ViewOf(decode.GetOutputData());
   }
   return Load(ber.data, ber.length) ? KRSecStatus_Success : KRSecStatus_EncodedCertRejected;
 }
@@ -75,7 +88,7 @@ KRSecStatus KRCert::SetEncodedCert(const char* text, u16 length) {
 }
 
 KRSecStatus KRCert::SetCertBER(KRBuffer* ber) {
-  const ByteView bytes = krofx::internal::ViewOf(ber);
+  const ByteView bytes = ViewOf(ber);
   return Load(bytes.data, bytes.length) ? KRSecStatus_Success : KRSecStatus_BERCertRejected;
 }
 
@@ -86,14 +99,13 @@ KRSecStatus KRCert::SetCertBER(const char* ber, u16 length) {
 // Replaces the certificate, by none when the bytes are none. The old one goes last, since the bytes
 // may be its own.
 bool KRCert::Load(const char* ber, u32 length) {
-  krofx::internal::CertificateObject* fresh = krofx::internal::CreateCertificateObject();
+  CertificateObject* fresh = CreateCertificateObject();
   CertificateFields fields;
-  if (krofx::internal::SetCertificateBER(fresh, ber, length) != 0 ||
-      krofx::internal::GetCertificateFields(fresh, &fields) != 0) {
-    krofx::internal::DestroyCertificateObject(fresh);
+  if (SetCertificateBER(fresh, ber, length) != 0 || GetCertificateFields(fresh, &fields) != 0) {
+    DestroyCertificateObject(fresh);
     fresh = nullptr;
   }
-  krofx::internal::DestroyCertificateObject(m_certificate);
+  DestroyCertificateObject(m_certificate);
   m_certificate = fresh;
   m_fields = fields;
   return fresh != nullptr;
@@ -102,13 +114,13 @@ bool KRCert::Load(const char* ber, u32 length) {
 const char* KRCert::GetCertBER() const {
   const char* ber = nullptr;
   u32 length = 0;
-  return krofx::internal::GetCertificateBER(m_certificate, &ber, &length) == 0 ? ber : nullptr;
+  return GetCertificateBER(m_certificate, &ber, &length) == 0 ? ber : nullptr;
 }
 
 u32 KRCert::GetCertBERLen() const {
   const char* ber = nullptr;
   u32 length = 0;
-  return krofx::internal::GetCertificateBER(m_certificate, &ber, &length) == 0 ? length : 0;
+  return GetCertificateBER(m_certificate, &ber, &length) == 0 ? length : 0;
 }
 
 KRSecStatus KRCert::SetCallbackRootID(s16 id) {
@@ -121,7 +133,7 @@ KRSecStatus KRCert::GetPublicKey(KRBuffer* out) const {
   const ByteView key = {reinterpret_cast<const char*>(m_fields.publicKey),
                         m_fields.publicKeyLength};
   if (out == nullptr || key.data == nullptr || key.length > kMaxPublicKey ||
-      krofx::internal::AppendTo(*out, key) != KRBufferOK) {
+      AppendTo(*out, key) != KRBufferOK) {
     return KRSecStatus_NoPublicKey;
   }
   return KRSecStatus_Success;
@@ -129,9 +141,9 @@ KRSecStatus KRCert::GetPublicKey(KRBuffer* out) const {
 
 KRString KRCert::GetSubjectName() const {
   KRString organization;
-  krofx::internal::NameAttribute attribute;
-  for (u32 i = 0; krofx::internal::GetNameAttribute(m_fields.subject, i, &attribute) == 0; ++i) {
-    if (!krofx::internal::IsOrganizationName(attribute.type)) continue;
+  NameAttribute attribute;
+  for (u32 i = 0; GetNameAttribute(m_fields.subject, i, &attribute) == 0; ++i) {
+    if (!IsOrganizationName(attribute.type)) continue;
     const bool whole = attribute.length <= KRString::kMaxLength &&
                        std::memchr(attribute.value, '\0', attribute.length) == nullptr;
     if (whole) organization.Assign(attribute.value, static_cast<u16>(attribute.length));

@@ -6,6 +6,9 @@
 #include "krofx/security/digest.h"
 #include "krofx/security/internal/buffer_view.h"
 
+using krofx::internal::AppendTo;
+using krofx::internal::ViewOf;
+
 namespace {
 constexpr u32 kIDLength = 28;
 }
@@ -38,7 +41,6 @@ KRSecStatus KRCertID::CreateCertID() {
   KREncode encode;
   const KRSecStatus encoded = encode.SetInputData(digest.GetOutputData());
   if (encoded != KRSecStatus_Success) return encoded;
-  const KRBufferResult stored =
-      krofx::internal::AppendTo(m_encodedCertID, krofx::internal::ViewOf(encode.GetOutputData()));
+  const KRBufferResult stored = AppendTo(m_encodedCertID, ViewOf(encode.GetOutputData()));
   return stored == KRBufferOK ? KRSecStatus_Success : KRSecStatus_IDNotStored;
 }

@@ -6,7 +6,16 @@
 #include "krofx/security/internal/buffer_view.h"
 #include "krofx/security/internal/toolkit.h"
 
+using krofx::internal::BindAlgorithm;
 using krofx::internal::ByteView;
+using krofx::internal::CreateAlgorithmObject;
+using krofx::internal::DestroyAlgorithmObject;
+using krofx::internal::DigestFinal;
+using krofx::internal::DigestInit;
+using krofx::internal::DigestUpdate;
+using krofx::internal::RoomIn;
+using krofx::internal::TakeContent;
+using krofx::internal::ViewOf;
 
 namespace {
 constexpr u32 kMaxDigest = 20;
@@ -24,7 +33,7 @@ KRDigest::KRDigest(const KRString* input, int (*chooser)(unsigned char**)) : KRD
   SetInputStr(input);
 }
 
-KRDigest::~KRDigest() { krofx::internal::DestroyAlgorithmObject(m_algorithm); }
+KRDigest::~KRDigest() { DestroyAlgorithmObject(m_algorithm); }
 
 KRSecStatus KRDigest::SetInputData(KRBuffer* input) {
   m_inputString = nullptr;
@@ -39,29 +48,27 @@ KRSecStatus KRDigest::SetInputStr(const KRString* input) {
 }
 
 KRSecStatus KRDigest::Initialize() {
-  krofx::internal::DestroyAlgorithmObject(m_algorithm);
-  m_algorithm = krofx::internal::CreateAlgorithmObject();
-  const bool ready = krofx::internal::BindAlgorithm(m_algorithm, m_chooser) == 0 &&
-                     krofx::internal::DigestInit(m_algorithm) == 0;
+  DestroyAlgorithmObject(m_algorithm);
+  m_algorithm = CreateAlgorithmObject();
+  const bool ready = BindAlgorithm(m_algorithm, m_chooser) == 0 && DigestInit(m_algorithm) == 0;
   return ready ? KRSecStatus_Success : KRSecStatus_DigestSetupFailed;
 }
 
 KRSecStatus KRDigest::DigestData() {
-  ByteView input = krofx::internal::ViewOf(m_inputData);
+  ByteView input = ViewOf(m_inputData);
   if (m_inputData == nullptr && m_inputString != nullptr) {
     input = {*m_inputString, m_inputString->GetStrLength()};
   }
   if (input.data == nullptr) return KRSecStatus_DigestFailed;
   // What a failed digest took in must not count in this one.
-  if (krofx::internal::DigestInit(m_algorithm) != 0 ||
-      krofx::internal::DigestUpdate(m_algorithm, input.data, input.length) != 0) {
+  if (DigestInit(m_algorithm) != 0 || DigestUpdate(m_algorithm, input.data, input.length) != 0) {
     return KRSecStatus_DigestFailed;
   }
-  char* const out = krofx::internal::RoomIn(m_output, kMaxDigest);
+  char* const out = RoomIn(m_output, kMaxDigest);
   u32 written = 0;
-  if (out == nullptr || krofx::internal::DigestFinal(m_algorithm, out, kMaxDigest, &written) != 0) {
+  if (out == nullptr || DigestFinal(m_algorithm, out, kMaxDigest, &written) != 0) {
     return KRSecStatus_DigestFailed;
   }
-  krofx::internal::TakeContent(m_output, written);
+  TakeContent(m_output, written);
   return KRSecStatus_Success;
 }

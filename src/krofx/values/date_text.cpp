@@ -13,12 +13,15 @@
 #include "krofx/values/internal/text_warning.h"
 
 using krofx::internal::IsDigit;
+using krofx::internal::IsNameOfOffset;
 using krofx::internal::ReadDigits;
 using krofx::internal::WarnAboutText;
 using krofx::internal::WriteClock;
+using krofx::internal::WriteDateHead;
 using krofx::internal::WriteDigits;
 using krofx::internal::WriteFraction;
 using krofx::internal::WriteOffset;
+using krofx::internal::ZoneName;
 
 namespace {
 
@@ -41,8 +44,8 @@ struct TextHead {
 
 /// Puts the head, ":" and the zone name if there is one, and the bracket that closes it into `out`,
 /// which is given at least `size` bytes.
-u16 Store(KRString& out, std::size_t size, const TextHead& head,
-          const krofx::internal::ZoneName* zone, bool closeBracket) {
+u16 Store(KRString& out, std::size_t size, const TextHead& head, const ZoneName* zone,
+          bool closeBracket) {
   const std::size_t headLength = static_cast<std::size_t>(head.end - head.text);
   const std::size_t zoneLength = zone == nullptr ? 0 : zone->Length();
   const std::size_t needed = headLength + zoneLength + 3;
@@ -76,7 +79,7 @@ u16 KRDateTimeBase::StoreZone(const char* name, std::size_t length, s16 offset, 
 
   if (fraction != 0 || m_timeZone.IsEmpty()) return 1;
   const char* const held = m_timeZone.Text();
-  if (!krofx::internal::IsNameOfOffset(held, offset)) {
+  if (!IsNameOfOffset(held, offset)) {
     TextHead prefix;
     prefix.end = WriteOffset(prefix.end, offset);
     *prefix.end++ = ':';
@@ -244,9 +247,9 @@ u16 KRDateTimeBase::GetDateString(KRString& out) {
   if (IsValidDate() == 0 || IsValidTime() == 0) return 0;
   TextHead head;
   bool hasZone = false;
-  head.end = krofx::internal::WriteDateHead({m_year, m_month, m_day, m_hour, m_minute, m_second,
-                                             m_millisecond, m_gmtOffset, m_gmtOffsetFraction},
-                                            head.text, hasZone);
+  head.end = WriteDateHead({m_year, m_month, m_day, m_hour, m_minute, m_second, m_millisecond,
+                            m_gmtOffset, m_gmtOffsetFraction},
+                           head.text, hasZone);
   return Store(out, kDateTextSize, head, hasZone ? &m_timeZone : nullptr, hasZone);
 }
 

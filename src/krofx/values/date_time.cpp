@@ -13,8 +13,19 @@
 
 using krofx::internal::CalendarDate;
 using krofx::internal::Clock;
+using krofx::internal::CommonMonthLength;
+using krofx::internal::DateFromDays;
+using krofx::internal::DaysBeforeMonth;
+using krofx::internal::DaysFromDate;
+using krofx::internal::DaysInYear;
+using krofx::internal::kPowersOfTen;
+using krofx::internal::PackBytes;
+using krofx::internal::PackU16;
+using krofx::internal::PlainDate;
 using krofx::internal::s128;
 using krofx::internal::u128;
+using krofx::internal::UnpackBytes;
+using krofx::internal::UnpackU16;
 
 namespace {
 
@@ -77,7 +88,7 @@ u16 KRDateTimeBase::operator=(s32 seconds) {
     rest += kSecondsPerDay;
     --days;
   }
-  const CalendarDate date = krofx::internal::DateFromDays(days);
+  const CalendarDate date = DateFromDays(days);
   m_year = static_cast<u16>(date.year);
   m_month = date.month;
   m_day = date.day;
@@ -107,15 +118,15 @@ void KRDateTimeBase::Invalidate() noexcept {
   m_millisecond = 0;
 }
 
-bool KRDateTimeBase::AsPlain(krofx::internal::PlainDate& out) const noexcept {
+bool KRDateTimeBase::AsPlain(PlainDate& out) const noexcept {
   constexpr u16 kMost = 99;
   const std::size_t zoneLength = m_timeZone.Length();
   const bool fits = m_month <= kMost && m_day <= kMost && m_hour <= kMost && m_minute <= kMost &&
                     m_second <= kMost && std::abs(int{m_gmtOffset}) <= kMost &&
                     std::abs(int{m_gmtOffsetFraction}) <= kMost &&
-                    zoneLength <= krofx::internal::PlainDate::kZoneSize;
+                    zoneLength <= PlainDate::kZoneSize;
   if (!fits) return false;
-  krofx::internal::PlainDate plain;
+  PlainDate plain;
   plain.year = m_year;
   plain.month = static_cast<std::uint8_t>(m_month);
   plain.day = static_cast<std::uint8_t>(m_day);
@@ -130,7 +141,7 @@ bool KRDateTimeBase::AsPlain(krofx::internal::PlainDate& out) const noexcept {
   return true;
 }
 
-KRDateTime::KRDateTime(const krofx::internal::PlainDate& date) noexcept {
+KRDateTime::KRDateTime(const PlainDate& date) noexcept {
   m_year = date.year;
   m_month = date.month;
   m_day = date.day;
@@ -141,7 +152,7 @@ KRDateTime::KRDateTime(const krofx::internal::PlainDate& date) noexcept {
   m_gmtOffset = date.gmtOffset;
   m_gmtOffsetFraction = date.gmtOffsetFraction;
   std::size_t length = 0;
-  while (length < krofx::internal::PlainDate::kZoneSize && date.zone[length] != '\0') ++length;
+  while (length < PlainDate::kZoneSize && date.zone[length] != '\0') ++length;
   if (length != 0) m_timeZone.Assign(date.zone, length);
 }
 
@@ -161,11 +172,11 @@ u16 KRDateTimeBase::IsValidDate() const { return m_day >= 1 && m_day <= DaysInMo
 u16 KRDateTimeBase::LeapYearsBetween(const KRDateTimeBase&) const { return 0; }
 
 u16 KRDateTimeBase::SetDay(u16 dayOfYear, u16 year) {
-  if (dayOfYear < 1 || dayOfYear > krofx::internal::DaysInYear(year)) return 0;
+  if (dayOfYear < 1 || dayOfYear > DaysInYear(year)) return 0;
   u16 month = 12;
-  while (krofx::internal::DaysBeforeMonth(month, year) >= dayOfYear) --month;
+  while (DaysBeforeMonth(month, year) >= dayOfYear) --month;
   m_month = month;
-  m_day = static_cast<u16>(dayOfYear - krofx::internal::DaysBeforeMonth(month, year));
+  m_day = static_cast<u16>(dayOfYear - DaysBeforeMonth(month, year));
   return 1;
 }
 
@@ -177,7 +188,7 @@ s16 KRDateTimeBase::compareDateTime(const KRDateTimeBase& other) const {
 
 s32 KRDateTimeBase::GetTimeT() const {
   if (m_year < 1902) return std::numeric_limits<s32>::min();
-  const std::int64_t days = krofx::internal::DaysFromDate(m_year, m_month, m_day);
+  const std::int64_t days = DaysFromDate(m_year, m_month, m_day);
   const std::int64_t hours = days * 24 + m_hour - m_gmtOffset;
   const std::int64_t minutes = hours * 60 + m_minute;
   return ClampToS32(minutes * 60 + m_second - std::int64_t{m_gmtOffsetFraction} * 36);
@@ -196,8 +207,7 @@ void KRDateTimeBase::ConvertToLocalTime(s16 offset, s16 fraction) {
 
 std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
   const bool beforeEpoch = m_year < kEpochYear;
-  const std::int64_t dayOfYear =
-      std::int64_t{m_day} + krofx::internal::DaysBeforeMonth(m_month, m_year);
+  const std::int64_t dayOfYear = std::int64_t{m_day} + DaysBeforeMonth(m_month, m_year);
   std::int64_t hours = 0;
   std::int64_t minutes = 0;
   std::int64_t seconds = 0;
@@ -215,7 +225,7 @@ std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
     // Backwards from the start of 1970. The seconds and the milliseconds each count their full
     // unit, which sets all these instants one second further back than the calendar does.
     years = kEpochYear - 1 - m_year;
-    hours = (krofx::internal::DaysInYear(m_year) - dayOfYear) * 24 + (23 - m_hour);
+    hours = (DaysInYear(m_year) - dayOfYear) * 24 + (23 - m_hour);
     minutes = 59 - m_minute;
     seconds = 60 - m_second;
     milliseconds = 1000 - m_millisecond;
@@ -243,7 +253,7 @@ u16 KRDateTimeBase::FromPrecInt(const KRPrecisionInteger& seconds) {
     return 0;
   }
   // With 29 decimals four years are just under 2^124 units, so nothing here overflows.
-  const u128 unit = krofx::internal::kPowersOfTen[decimals];
+  const u128 unit = kPowersOfTen[decimals];
   const u128 fourYears = unit * kSecondsPerFourYears;
   u128 count = (u128{seconds.GetMSBytes()} << 64) | (std::uint64_t{seconds.GetSSBytes()} << 32) |
                seconds.GetLSBytes();
@@ -296,9 +306,9 @@ u16 KRDateTimeBase::operator+=(const KRDateTimeBase& other) {
   carry = AddWithCarry(m_hour, amount.m_hour, carry, 24);
 
   const u32 day = u32{m_day} + amount.m_day + carry;
-  if (day > krofx::internal::CommonMonthLength(m_month)) {
+  if (day > CommonMonthLength(m_month)) {
     ++m_month;
-    m_day = static_cast<u16>(day - krofx::internal::CommonMonthLength(m_month));
+    m_day = static_cast<u16>(day - CommonMonthLength(m_month));
   } else {
     m_day = static_cast<u16>(day);
   }
@@ -330,16 +340,16 @@ void KRDateTimeBase::ExportBinary(void* target, u16* length) const {
   if (target != nullptr) {
     char* const block = static_cast<char*>(target);
     const bool hasFraction = m_gmtOffsetFraction != 0;
-    krofx::internal::PackU16(block, hasFraction ? kVersionWithFraction : kVersionWithoutFraction);
-    krofx::internal::PackU16(block + 2, m_year);
+    PackU16(block, hasFraction ? kVersionWithFraction : kVersionWithoutFraction);
+    PackU16(block + 2, m_year);
     const u16 bytes[] = {m_month, m_day, m_hour, m_minute, m_second};
     char* to = block + 4;
-    for (const u16 value : bytes) krofx::internal::PackBytes(to++, value, 1);
-    krofx::internal::PackU16(to, m_millisecond);
-    krofx::internal::PackU16(to + 2, static_cast<u16>(m_gmtOffset));
+    for (const u16 value : bytes) PackBytes(to++, value, 1);
+    PackU16(to, m_millisecond);
+    PackU16(to + 2, static_cast<u16>(m_gmtOffset));
     to += 4;
     if (hasFraction) {
-      krofx::internal::PackU16(to, static_cast<u16>(m_gmtOffsetFraction));
+      PackU16(to, static_cast<u16>(m_gmtOffsetFraction));
       to += 2;
     }
     std::memset(to, 0, kBinaryZoneSize);
@@ -354,19 +364,19 @@ void KRDateTimeBase::ExportBinary(void* target, u16* length) const {
 void KRDateTimeBase::ImportBinary(const void* source) {
   if (source == nullptr) return;
   const char* const block = static_cast<const char*>(source);
-  const u16 version = krofx::internal::UnpackU16(block);
+  const u16 version = UnpackU16(block);
   if (version < kOldestVersion || version > kVersionWithFraction) return;
-  m_year = krofx::internal::UnpackU16(block + 2);
+  m_year = UnpackU16(block + 2);
   const char* from = block + 4;
   for (u16* const field : {&m_month, &m_day, &m_hour, &m_minute, &m_second}) {
-    *field = static_cast<u16>(krofx::internal::UnpackBytes(from++, 1));
+    *field = static_cast<u16>(UnpackBytes(from++, 1));
   }
-  m_millisecond = krofx::internal::UnpackU16(from);
-  m_gmtOffset = static_cast<s16>(krofx::internal::UnpackU16(from + 2));
+  m_millisecond = UnpackU16(from);
+  m_gmtOffset = static_cast<s16>(UnpackU16(from + 2));
   from += 4;
   m_gmtOffsetFraction = 0;
   if (version == kVersionWithFraction) {
-    m_gmtOffsetFraction = static_cast<s16>(krofx::internal::UnpackU16(from));
+    m_gmtOffsetFraction = static_cast<s16>(UnpackU16(from));
     from += 2;
   }
   const std::size_t zoneLength = strnlen(from, kBinaryZoneSize - 1);

@@ -73,11 +73,11 @@ struct DecimalCore {
   }
 
   static void ShiftLeft(KRPrecisionInteger& n, u16 bits) noexcept {
-    SetMagnitude(n, bits < 96 ? Magnitude(n) << bits : u128{0});
+    SetMagnitude(n, bits < kMagnitudeBits ? Magnitude(n) << bits : u128{0});
   }
 
   static void ShiftRight(KRPrecisionInteger& n, u16 bits) noexcept {
-    SetMagnitude(n, bits < 96 ? Magnitude(n) >> bits : u128{0});
+    SetMagnitude(n, bits < kMagnitudeBits ? Magnitude(n) >> bits : u128{0});
   }
 
   static s16 ProductOfSigns(const KRPrecisionInteger& a, const KRPrecisionInteger& b) noexcept {
@@ -92,7 +92,15 @@ struct DecimalCore {
 }  // namespace krofx::internal
 
 using krofx::internal::DecimalCore;
+using krofx::internal::kMagnitudeBits;
+using krofx::internal::kPowersOfTen;
+using krofx::internal::PackU16;
+using krofx::internal::PackU32;
+using krofx::internal::ScaleDown;
+using krofx::internal::ScaleUp;
 using krofx::internal::u128;
+using krofx::internal::UnpackU16;
+using krofx::internal::UnpackU32;
 
 constinit const KRPrecisionInteger KRPrecisionInteger::KRZero;
 constinit const KRPrecisionInteger KRPrecisionInteger::KROneHundred(100, 0);
@@ -191,7 +199,7 @@ KRPrecisionInteger KRPrecisionInteger::operator/(const KRPrecisionInteger& other
   if (divisor <= 1 || dividend == 0) return result;
 
   if (other.m_decimals > m_decimals) {
-    dividend = krofx::internal::ScaleUp(dividend, static_cast<u32>(other.m_decimals - m_decimals));
+    dividend = ScaleUp(dividend, static_cast<u32>(other.m_decimals - m_decimals));
     result.m_decimals = 0;
   } else {
     result.m_decimals = static_cast<u16>(m_decimals - other.m_decimals);
@@ -245,9 +253,8 @@ void KRPrecisionInteger::Decimal(u16 decimals) {
   if (m_decimals < decimals) {
     DecimalCore::Multiply(*this, static_cast<u32>(decimals - m_decimals));
   } else {
-    DecimalCore::SetMagnitude(*this,
-                              krofx::internal::ScaleDown(DecimalCore::Magnitude(*this),
-                                                         static_cast<u32>(m_decimals - decimals)));
+    DecimalCore::SetMagnitude(
+        *this, ScaleDown(DecimalCore::Magnitude(*this), static_cast<u32>(m_decimals - decimals)));
   }
   m_decimals = decimals;
 }
@@ -267,15 +274,15 @@ u16 KRPrecisionInteger::SetDecimal(u16 decimals) noexcept {
 }
 
 u32 KRPrecisionInteger::Bit(u16 n) const noexcept {
-  if (n >= 96) return 0;
+  if (n >= kMagnitudeBits) return 0;
   const u32 words[] = {m_low, m_middle, m_high};
   return words[n / 32] & (u32{1} << (n % 32));
 }
 
 u16 KRPrecisionInteger::MSD() const noexcept {
-  const u128 whole = krofx::internal::ScaleDown(DecimalCore::Magnitude(*this), m_decimals);
+  const u128 whole = ScaleDown(DecimalCore::Magnitude(*this), m_decimals);
   for (u16 digits = 0; digits < 29; ++digits) {
-    if (whole < krofx::internal::kPowersOfTen[digits]) return digits;
+    if (whole < kPowersOfTen[digits]) return digits;
   }
   return 0;
 }
@@ -297,26 +304,26 @@ constexpr u16 kBinaryVersion = 1;
 void KRPrecisionInteger::ExportBinary(void* target, u16* length) const {
   if (target == nullptr) return;
   char* const block = static_cast<char*>(target);
-  krofx::internal::PackU16(block, kBinaryVersion);
-  krofx::internal::PackU32(block + 2, m_low);
-  krofx::internal::PackU32(block + 6, m_middle);
-  krofx::internal::PackU32(block + 10, m_high);
-  krofx::internal::PackU16(block + 14, static_cast<u16>(m_sign));
-  krofx::internal::PackU16(block + 16, m_decimals);
+  PackU16(block, kBinaryVersion);
+  PackU32(block + 2, m_low);
+  PackU32(block + 6, m_middle);
+  PackU32(block + 10, m_high);
+  PackU16(block + 14, static_cast<u16>(m_sign));
+  PackU16(block + 16, m_decimals);
   if (length != nullptr) *length = m_binaryLen;
 }
 
 void KRPrecisionInteger::ImportBinary(const void* source) {
   if (source == nullptr) return;
   const char* const block = static_cast<const char*>(source);
-  if (krofx::internal::UnpackU16(block) != kBinaryVersion) return;
-  const s16 sign = static_cast<s16>(krofx::internal::UnpackU16(block + 14));
+  if (UnpackU16(block) != kBinaryVersion) return;
+  const s16 sign = static_cast<s16>(UnpackU16(block + 14));
   if (sign != 1 && sign != -1) return;
-  m_low = krofx::internal::UnpackU32(block + 2);
-  m_middle = krofx::internal::UnpackU32(block + 6);
-  m_high = krofx::internal::UnpackU32(block + 10);
+  m_low = UnpackU32(block + 2);
+  m_middle = UnpackU32(block + 6);
+  m_high = UnpackU32(block + 10);
   m_sign = sign;
-  m_decimals = krofx::internal::UnpackU16(block + 16);
+  m_decimals = UnpackU16(block + 16);
 }
 
 u16 KRPercent::IsValid() const {

@@ -8,7 +8,10 @@
 #include "krofx/values/internal/text_warning.h"
 #include "krofx/values/precision_integer.h"
 
+using krofx::internal::LazyBlock;
 using krofx::internal::u128;
+using krofx::internal::WarnAboutText;
+using krofx::internal::WriteDecimal;
 
 namespace {
 
@@ -107,12 +110,12 @@ u16 KRPrecisionInteger::Parse(const char* text, std::size_t length) {
     if (length != 0 && IsValid() != 0) return 1;
     error = KRPW_BADFORMAT;
   }
-  krofx::internal::WarnAboutText(error, text, length, "");
+  WarnAboutText(error, text, length, "");
   return 0;
 }
 
 u16 KRPrecisionInteger::WriteText(char* out) const noexcept {
-  char* const end = krofx::internal::WriteDecimal(AsPlain(), out);
+  char* const end = WriteDecimal(AsPlain(), out);
   *end = '\0';
   return static_cast<u16>(end - out);
 }
@@ -140,7 +143,7 @@ u16 KRCommaSepPrecisionInteger::ConvertStringToKRPrecisionInteger(const char* te
   // Numbers fit here; only a text that is wrong anyway or full of commas needs more.
   char room[64];
   const std::size_t length = std::strlen(text);
-  krofx::internal::LazyBlock heap;
+  LazyBlock heap;
   char* const bare = length <= sizeof room ? room : static_cast<char*>(heap.Ensure(length));
   if (bare == nullptr) {
     KRPrecisionInteger::operator=(0);

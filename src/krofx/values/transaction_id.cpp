@@ -17,6 +17,8 @@
 #include "krofx/values/internal/clock.h"
 #include "krofx/values/utility.h"
 
+using krofx::internal::Clock;
+
 u16 KRUtility::m_clockSequence = 0;
 u16 KRUtility::m_nodeSet = 0;
 u32 KRUtility::m_node25 = 0;
@@ -61,7 +63,7 @@ u16 KRUtility::GenerateTransactionID(char* out) {
   if (out == nullptr) return 0;
   const std::lock_guard lock(generatorMutex);
 
-  const std::int64_t now = krofx::internal::Clock::Current().Now();
+  const std::int64_t now = Clock::Current().Now();
   std::uint64_t time = (kSecondsTo1970 + static_cast<std::uint64_t>(now)) * kUnitsPerSecond;
   if (static_cast<u32>(now) == m_lastSecond) {
     time += ++m_nextFracSec;

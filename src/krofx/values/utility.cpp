@@ -12,9 +12,14 @@
 #include "krofx/values/internal/digits.h"
 #include "krofx/values/internal/keyword_table.h"
 
-namespace {
+using krofx::internal::EqualsWithoutCase;
+using krofx::internal::PackU16;
+using krofx::internal::PackU32;
+using krofx::internal::ReadDigits;
+using krofx::internal::UnpackU16;
+using krofx::internal::UnpackU32;
 
-using namespace krofx::internal;
+namespace {
 
 // "nbsp" is first, so that the search of a name takes all rows and that of a character, which
 // must leave blanks alone, begins after it.
@@ -100,9 +105,13 @@ char* KRUtility::ContainsMacro(char* text) {
   return text == nullptr ? nullptr : std::strpbrk(text, "><&");
 }
 
-char krofx::internal::MacroCharWithoutCase(std::string_view name) noexcept {
+namespace krofx::internal {
+
+char MacroCharWithoutCase(std::string_view name) noexcept {
   for (const auto& macro : kMacros) {
     if (EqualsWithoutCase(macro.name, name)) return macro.character;
   }
   return '\0';
 }
+
+}  // namespace krofx::internal

@@ -1,8 +1,8 @@
 // What differs between the two directions of the envelope, requests and responses.
 //
 // Each class of the envelope that exists once for each direction is a template over its Side, or
-// calls functions that take one. What such code needs to know of its side is here and in the
-// routing tables (krofx/envelope/internal/routing.h).
+// calls functions that take one. What differs between the sides is here and in the routing tables
+// (krofx/envelope/internal/routing.h).
 
 #ifndef KROFX_ENVELOPE_INTERNAL_DIRECTION_H_
 #define KROFX_ENVELOPE_INTERNAL_DIRECTION_H_
@@ -26,8 +26,8 @@ class KRTransRs;
 
 namespace krofx::internal {
 
-/// The classes of a side, its tags, and its operations of the factory. Each New gives null when
-/// memory is exhausted.
+/// The classes of a side, its tags, and its operations of the factory. Each operation gives null
+/// when memory is exhausted.
 template <Side kSide>
 struct Direction;
 

@@ -1,7 +1,7 @@
 // The table of HeaderIndex, and its hash.
 //
-// The names come from the text, which may be hostile. The hash is made of two polynomials in bases
-// that each process draws anew, so no text can be made whose names all fall on one place.
+// The names come from the text, which may be hostile. The hash is made of two polynomials whose
+// bases differ in each process, so nobody can make a text whose names all get the same place.
 
 #include "krofx/envelope/internal/header_index.h"
 

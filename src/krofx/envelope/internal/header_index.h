@@ -1,5 +1,5 @@
-// Finds a MIME header by its name without looking through all headers, so that a text of many
-// thousand different header lines is read in a time that grows as its length does.
+// Finds a MIME header by its name without a search of all headers, so that the time to read a text
+// of many thousand different header lines is proportional to its length.
 
 #ifndef KROFX_ENVELOPE_INTERNAL_HEADER_INDEX_H_
 #define KROFX_ENVELOPE_INTERNAL_HEADER_INDEX_H_
@@ -13,8 +13,8 @@
 namespace krofx::internal {
 
 /// A hash table over the names in a list of headers, without regard to case. It holds places, not
-/// names, and can be lost at any time: a copy starts empty, and entries that it has no memory for
-/// are searched one by one.
+/// names, and can be built again at any time: a copy is empty at first, and entries for which there
+/// is no memory are searched one by one.
 class KROFX_API HeaderIndex {
  public:
   HeaderIndex() = default;
@@ -28,8 +28,8 @@ class KROFX_API HeaderIndex {
   /// Forgets all places.
   void Clear();
 
-  /// Finds the header `name` in `headers`, an array of pointers to KRMIMEHeader, as a search from
-  /// the first entry to the first empty slot does.
+  /// Finds the header `name` in `headers`, an array of pointers to KRMIMEHeader, with the result of
+  /// a search from the first entry to the first empty slot.
   /// @return the header, null when there is none.
   template <class Headers>
   auto Find(const Headers& headers, const KRString& name) -> decltype(headers.Get(0)) {
@@ -58,7 +58,7 @@ class KROFX_API HeaderIndex {
   }
   static u32 HashOf(const KRString& name);
 
-  // Takes in the entries that were added to the list.
+  // Adds the entries that were added to the list since the last call.
   template <class Headers>
   void Follow(const Headers& headers) {
     // A few names are compared faster than a table is made.
@@ -74,7 +74,7 @@ class KROFX_API HeaderIndex {
     }
   }
 
-  // Makes room for as many places again, and puts in those that were there.
+  // Doubles the table, and puts the places in again.
   template <class Headers>
   bool Grow(const Headers& headers) {
     if (!Reserve()) return false;
@@ -87,7 +87,7 @@ class KROFX_API HeaderIndex {
   bool Reserve();
   void Put(u32 hash, u16 place);
 
-  u32* m_places = nullptr;  // Each a place in the list and 1, or 0.
+  u32* m_places = nullptr;  // Each is a place in the list plus 1, or 0.
   u32 m_capacity = 0;
   u32 m_mask = 0;
   u32 m_count = 0;  // Entries of the list that are in the table.

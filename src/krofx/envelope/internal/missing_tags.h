@@ -1,5 +1,5 @@
-// Which of several missing tags comes after another, for classes whose completeness is more than a
-// table of required tags.
+// Which of several missing tags comes after a given one, for classes that need more than a table of
+// required tags.
 
 #ifndef KROFX_ENVELOPE_INTERNAL_MISSING_TAGS_H_
 #define KROFX_ENVELOPE_INTERNAL_MISSING_TAGS_H_
@@ -8,11 +8,11 @@
 
 namespace krofx::internal {
 
-/// Picks the answer of KRDataObj::GetFirstMissingRequiredTag out of the missing tags, which are
+/// Finds the result of KRDataObj::GetFirstMissingRequiredTag among the missing tags, which are
 /// added in order.
 class MissingTags {
  public:
-  /// @param after the missing tag to begin after; 0 to begin with the first.
+  /// @param after the missing tag after which to search; 0 for the first missing tag.
   explicit MissingTags(KRTagID after) : m_after(after), m_reached(after == KRTag_None) {}
 
   /// Adds a tag that is missing.
@@ -20,7 +20,7 @@ class MissingTags {
     if (m_reached && m_found == KRTag_None) m_found = tag;
     if (tag == m_after) m_reached = true;
   }
-  /// The answer; 0 when nothing more is missing.
+  /// The result; 0 when nothing more is missing.
   KRTagID Found() const { return m_found; }
 
  private:

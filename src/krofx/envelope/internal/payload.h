@@ -1,4 +1,4 @@
-// The payload of a transaction wrapper, and what becomes of one that is replaced in a parse.
+// The payload of a transaction wrapper, and those that a parse has replaced.
 
 #ifndef KROFX_ENVELOPE_INTERNAL_PAYLOAD_H_
 #define KROFX_ENVELOPE_INTERNAL_PAYLOAD_H_
@@ -10,20 +10,20 @@
 
 namespace krofx::internal {
 
-/// Owns the payload of a wrapper. A second payload that a parse brings takes the first one's place
-/// without a warning; whoever holds the first may keep using it until the wrapper is destroyed.
+/// Owns the payload of a wrapper. A second payload in a parse replaces the first one without a
+/// warning. A caller that has a pointer to the first can use it until the wrapper is destroyed.
 class KROFX_API Payload {
  public:
   /// The payload; null when there is none.
   KRTransBase* Get() const { return static_cast<KRTransBase*>(m_slot.Get()); }
   /// Takes ownership of `payload` and deletes the one held before.
   void Set(KRTransBase* payload) { m_slot.Set(payload); }
-  /// Forgets the payload without deleting it.
+  /// Gives up the payload without deleting it.
   void Disconnect() { m_slot.Release(); }
 
-  /// Makes the payload of a tag through the factory and puts it in the place of the one held, which
-  /// is kept aside.
-  /// @return 0; 3 no factory or no memory; 4 the tag names no payload.
+  /// Makes the payload of a tag through the factory. It replaces the one held, which exists until
+  /// this object is destroyed.
+  /// @return 0; 3 no factory or no memory; 4 the tag is not that of a payload.
   KRParseStatus Make(Side side, KRTagID tag);
   /// Makes this a deep copy of `source`.
   /// @return 1; 0 no factory or no memory.

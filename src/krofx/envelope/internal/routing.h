@@ -1,7 +1,7 @@
 // What travels in what: the tables of message sets and wrappers.
 //
 // One wrapper class serves every wrapper tag and one message-set class every set; the object's type
-// chooses its row here. The rows are compiled from routing.schema.
+// selects its row here. The rows are compiled from routing.schema.
 
 #ifndef KROFX_ENVELOPE_INTERNAL_ROUTING_H_
 #define KROFX_ENVELOPE_INTERNAL_ROUTING_H_
@@ -21,12 +21,12 @@ struct PayloadRoute {
   CreateChild create;
 };
 
-/// What a transaction wrapper asks of its payload's tags.
+/// What a transaction wrapper requires of the tags of its payloads.
 enum class PayloadRule : u8 {
-  kHeld,     ///< Nothing more than what every wrapper asks.
-  kPayload,  ///< Its one payload tag is present.
-  kChoice,   ///< An odd number of its payload tags is present.
-  kAny,      ///< At least one of them is.
+  kHeld,     ///< Nothing more than every wrapper requires.
+  kPayload,  ///< The tag of its only payload is present.
+  kChoice,   ///< An odd number of the tags is present.
+  kAny,      ///< At least one of them is present.
 };
 
 /// Whether a status of a response excuses a missing payload.
@@ -65,17 +65,17 @@ struct MessageSetRoute {
   KRArrayOfTags valid;
 };
 
-/// A request's tag and the family that a profile lists for it.
+/// A request's tag and the message set that a profile lists for it.
 struct FamilyRoute {
   KRTagID tag;
   KRTagID family;
 };
 
-/// A row of a table, or null.
+/// The row of a tag; null when the table has none.
 const TransactionRoute* FindTransaction(Side side, KRTagID wrapper);
 const SyncRoute* FindSync(Side side, KRTagID wrapper);
 const MessageSetRoute* FindMessageSet(Side side, KRTagID tag);
-/// The payload of a tag in any wrapper of its side; null when no wrapper carries it.
+/// The payload of a tag in any wrapper of the side; null when no wrapper carries it.
 const PayloadRoute* FindPayload(Side side, KRTagID tag);
 /// The tags of all message sets of a side, each with its version, in the order of writing.
 KRArrayOfTags MessageSetTags(Side side);
@@ -84,10 +84,10 @@ KRArrayOfTags MessageSetTags(Side side);
 KRTagID WrapperOfPayload(KRTagID payload);
 /// The synchronisation wrapper of a request's payload tag, 0 when it has none.
 KRTagID SyncOfPayload(KRTagID payload);
-/// The family of a request's tag, 0 when it has none.
+/// The message set, without a version, that a profile lists for a request's tag; 0 for none.
 KRTagID FamilyOf(KRTagID tag);
 
-/// The compiled tables, each ended by its count.
+/// A compiled table.
 template <class Row>
 struct Rows {
   const Row* rows;

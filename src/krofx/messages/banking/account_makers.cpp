@@ -5,6 +5,10 @@
 #include "krofx/model/factory.h"
 #include "krofx/model/internal/aggregate.h"
 
+using krofx::internal::ChildSlot;
+using krofx::internal::CopyAggregate;
+using krofx::internal::CopyChild;
+
 namespace {
 
 // Which tags a maker takes.
@@ -47,15 +51,13 @@ KRAccount* KRAccount::NewAcct(KRTagID tag) {
   return account != nullptr ? account : NewAcctTo(tag);
 }
 
-u16 KRAccount::DeepCopyFrom(KRAccount* source) {
-  return krofx::internal::CopyAggregate(*this, source);
-}
+u16 KRAccount::DeepCopyFrom(KRAccount* source) { return CopyAggregate(*this, source); }
 
 u16 KRAccount::DeepCopyTo(KRAccount* source, KRAccount** target) {
   if (target == nullptr) return 0;
-  krofx::internal::ChildSlot slot;
+  ChildSlot slot;
   slot.Set(*target);
-  const u16 copied = krofx::internal::CopyChild(slot, source);
+  const u16 copied = CopyChild(slot, source);
   *target = static_cast<KRAccount*>(slot.Release());
   return copied;
 }

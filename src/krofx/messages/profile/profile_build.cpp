@@ -4,12 +4,14 @@
 #include "krofx/messages/profile/profile.h"
 #include "krofx/model/internal/aggregate.h"
 
+using krofx::internal::NoteFailure;
+
 KRParseStatus KRMessageSetList::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   return GetParser() == nullptr ? KRParseStatus_Fatal : KRDataObj::HandleTagStart(entry);
 }
 
 KRBuildStatus KRMessageSetProfile::Build(KRBuilder* builder) const {
   const KRBuildStatus status = m_messageSetVersion.Build(builder, KRTag_None);
-  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  if (status != KRBuildStatus_Done) NoteFailure(*builder, *this);
   return status;
 }

@@ -6,11 +6,14 @@
 #include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::ChildSlot;
+using krofx::internal::LogWarning;
 using krofx::internal::MissingTagOf;
+using krofx::internal::NoteFailure;
 using krofx::internal::Presence;
 using krofx::internal::Rule;
 using krofx::internal::RuleCondition;
 using krofx::internal::RuleKind;
+using krofx::internal::TypeOf;
 
 namespace {
 
@@ -65,16 +68,16 @@ KRParseStatus KRAction::HandleTagStart(const KRTagDictionaryEntry* const entry) 
   const bool target = IsTarget(tag);
   if (target && NamesTarget(GetType())) return KRDataObj::HandleTagStart(entry);
   // A target that is out of place is warned about and then taken for a source, which it is not.
-  if (target) krofx::internal::LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
+  if (target) LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
   if (NamesSource(GetType())) {
     return target ? KRParseStatus_Fatal : KRDataObj::HandleTagStart(entry);
   }
-  krofx::internal::LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
+  LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
   return KRParseStatus_Invalid;
 }
 
 KRBuildStatus KRAction::Build(KRBuilder* builder) const {
-  const KRTagID type = krofx::internal::TypeOf(*this);
+  const KRTagID type = TypeOf(*this);
   KRBuildStatus status = KRBuildStatus_Done;
   if (NamesSource(type)) status = BuildAccount(*this, m_accountFrom, *builder);
   if (status == KRBuildStatus_Done && NamesTarget(type)) {
@@ -83,6 +86,6 @@ KRBuildStatus KRAction::Build(KRBuilder* builder) const {
   if (status == KRBuildStatus_Done && ValidateTag(KRTag_PREAUTHTOKEN) != 0) {
     status = builder->AddTagKRString(KRTag_PREAUTHTOKEN, m_preauthToken);
   }
-  if (status != KRBuildStatus_Done) krofx::internal::NoteFailure(*builder, *this);
+  if (status != KRBuildStatus_Done) NoteFailure(*builder, *this);
   return status;
 }

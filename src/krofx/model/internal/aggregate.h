@@ -30,16 +30,16 @@
 
 namespace krofx::internal {
 
-/// What storing a text into a member came to.
+/// The result of storing a text into a member.
 enum class StoreResult : u8 {
   kStored,       ///< The value is held.
   kNoText,       ///< An empty text: nothing was stored, nothing is present.
-  kBadFormat,    ///< The text is no value of this kind; the member keeps what it held.
-  kNoValue,      ///< What the member holds has no text: it is no element.
+  kBadFormat,    ///< The text is not a value of this kind; the member keeps what it held.
+  kNoValue,      ///< The row is an aggregate, which has no text.
   kCannotStore,  ///< An array could not take one more value.
 };
 
-/// What the text of a value looks like, for code that repairs texts which are no values. kAggregate
+/// What the text of a value looks like, for code that repairs texts that are not values. kAggregate
 /// is an aggregate that its parent holds by value.
 enum class ValueForm : u8 {
   kText,
@@ -59,13 +59,13 @@ struct ValueKind {
   KRBuildStatus (*build)(KRBuilder& builder, KRTagID tag, const void* member);
   u16 (*copy)(void* to, const void* from);
   ValueForm form = ValueForm::kText;
-  /// Stores a text of the form that nearly all have, which needs no terminator. Logs nothing.
-  /// @return false, with nothing changed, for any other text, which is left to fromText.
+  /// Stores a text of the common form, which needs no terminator. Logs nothing.
+  /// @return false, with nothing changed, for any other text; fromText must read it.
   bool (*fromCommonText)(void* member, const char* text, std::size_t length) = nullptr;
-  /// Writes the text that `build` would have the builder of the library write, without tag and line
-  /// end, to `out`, which has room up to `end`.
-  /// @return the end of the text; null, whatever was written, when there is too little room and for
-  ///         any value that is not of the ordinary kind, which is left to `build`.
+  /// Writes to `out`, which has room up to `end`, the text that the library's builder writes for
+  /// `build`, without tag and line end.
+  /// @return the end of the text; null, with some of it possibly written, when there is too little
+  ///         room and for a value that is not of the common kind: `build` must write it.
   char* (*writeCommon)(const void* member, char* out, char* end) = nullptr;
 };
 
@@ -74,18 +74,18 @@ struct ChildArrayKind {
   u16 (*entries)(const void* array);
   KRDataObj* (*get)(const void* array, u16 index);
   u16 (*set)(void* array, u16 index, KRDataObj* child);
-  /// Deletes the entries after the first `entries`; leaves a shared array with none of its own.
+  /// Deletes the entries after the first `entries`; gives up all entries of a shared array.
   void (*truncate)(void* array, u16 entries);
   KRBuildStatus (*build)(const void* array, KRBuilder& builder, KRTagID tag);
-  /// An array for several tags: only the elements whose type is the tag are written under it.
+  /// An array for several tags: only the elements whose type is the tag are written for a row.
   bool isMixed;
 };
 
 /// Makes a child through the factory; null when that failed.
 using CreateChild = KRDataObj* (*)(KRDataObjFactory& factory);
 
-/// One row of an aggregate: exactly one of `value`, `create` with no `array`, or `create` with
-/// `array` says what it is; a row with none is listed as valid, but neither read nor written.
+/// One row of an aggregate. A value has `value`, a child `create`, an array of children `create`
+/// and `array`; a row with none of them is listed as valid, but is neither read nor written.
 struct Row {
   void* (*member)(KRDataObj& object) = nullptr;
   const ValueKind* value = nullptr;
@@ -93,11 +93,11 @@ struct Row {
   const ChildArrayKind* array = nullptr;
   /// Writes the end tag after the value too.
   bool closed = false;
-  /// A text that is no such value is warned about and passed over.
+  /// A text that is not such a value is warned about and skipped.
   bool lenient = false;
-  /// A text that is no such value is warned about once: its conversion's own warning is left out.
+  /// A text that is not such a value causes one warning, not a second one by its conversion.
   bool warnsOnce = false;
-  /// The child shares its slot with other tags, and is under the one that is its type.
+  /// Several tags fill the slot; the child is present under the tag that is its type.
   bool shared = false;
   /// Characters of `element`; 0 for a tag that is too long for it.
   u8 elementLength = 0;
@@ -112,13 +112,13 @@ enum class RuleKind : u8 {
   kExactlyOne,   ///< One.
   kAtLeastOne,   ///< One or more.
   kAll,          ///< Every one.
-  kExclusiveOr,  ///< An odd number: three of three pass as one does.
+  kExclusiveOr,  ///< An odd number of them: three of three are allowed, as one is.
 };
 
-/// When a rule is asked at all.
+/// When a rule applies.
 enum class RuleCondition : u8 { kAlways, kWhenAny, kUnlessAny };
 
-/// A rule of presence beside the required table.
+/// A rule of presence, in addition to the required table.
 struct Rule {
   RuleKind kind;
   RuleCondition condition;
@@ -126,7 +126,7 @@ struct Rule {
   u8 conditionCount;
   const KRTagID* tags;
   u8 count;
-  /// A failing rule is named among the missing required tags.
+  /// When the rule fails, MissingTagOf names one of its tags.
   bool reported = false;
 };
 
@@ -135,39 +135,39 @@ struct AggregateTable {
   const char* className = nullptr;
   KRArrayOfTags valid = {};
   KRArrayOfTags required = {};
-  /// As many rows as `valid` has, in the same order, which is the wire order; then those of tags
-  /// that are read into a member though the valid table does not list them.
+  /// One row for each row of `valid`, in the same order, which is the wire order; then those of the
+  /// tags that are read into a member though the valid table does not list them.
   const Row* rows = nullptr;
   const KRTagID* unlistedTags = nullptr;
   u8 unlistedCount = 0;
   /// Positions of the rows that bring children, one for each member, in wire order.
   const u8* childRows = nullptr;
   u8 childRowCount = 0;
-  /// How many of childRows, from the first, are slots: their index is the child's. They are reached
-  /// all at once.
+  /// How many of childRows, from the first, are slots. Their position is the child's index.
   u8 leadingSlots = 0;
+  /// Gives the addresses of these slots.
   void (*slots)(KRDataObj& object, ChildSlot** out) = nullptr;
   const Rule* rules = nullptr;
   u8 ruleCount = 0;
-  /// Completeness is a matter of the rules alone: the required table is not consulted.
+  /// Only the rules say whether an object is complete; the required table is not used.
   bool rulesOnly = false;
   /// Makes an object of the class through the factory; null for a class that is only a base.
   CreateChild create = nullptr;
-  /// For a file: whether its headers allow its body to be read, 1 or 0. Null for a class that has
-  /// no headers.
+  /// For a file: gives 1 when its headers allow its body to be read, else 0. Null for a class
+  /// without headers.
   u16 (*validateHeaders)(KRDataObj& object) = nullptr;
-  /// What typeid gives for an object of exactly this class, and which operations the class leaves
-  /// to its table: see PlainOperations.
+  /// The typeid of an object of exactly this class.
   const std::type_info* type = nullptr;
+  /// Which operations the class leaves to its table: see PlainOperations.
   u8 plain = 0;
 };
 
-/// Accepts an operation that is KRDataObj's own and has this signature: no class below overrides
-/// it.
+/// Accepts the address of an operation of this signature that a class inherits from KRDataObj; it
+/// does not compile for one that the class or a base of it overrides.
 template <class Signature>
 void IsInherited(Signature KRDataObj::*);
 
-/// A class that leaves all that a parser asks of an object as KRDataObj has it.
+/// A class that overrides none of the operations that a parser calls.
 template <class Class>
 concept TakesTagsByTable = requires {
   IsInherited<KRParseStatus(KRParser*)>(&Class::SetupForParsing);
@@ -184,7 +184,7 @@ concept TakesTagsByTable = requires {
   IsInherited<void(KRTagID)>(&Class::SetType);
 };
 
-/// A class that leaves all that a builder asks of an object as KRDataObj has it.
+/// A class that overrides none of the operations that a builder calls.
 template <class Class>
 concept IsWrittenByTable = requires {
   IsInherited<KRBuildStatus(KRBuilder*) const>(&Class::Build);
@@ -194,7 +194,7 @@ concept IsWrittenByTable = requires {
   IsInherited<KRTagID()>(&Class::GetType);
 };
 
-/// A class that leaves all that the search for missing tags asks of an object as KRDataObj has it.
+/// A class that overrides none of the operations that the search for missing tags calls.
 template <class Class>
 concept IsCheckedByTable = requires {
   IsInherited<u16()>(&Class::AllRequiredPresent);
@@ -211,7 +211,7 @@ inline constexpr u8 kPlainBuild = 2;
 inline constexpr u8 kPlainCheck = 4;
 
 /// A table's `plain`. An object of exactly this class can be filled, written or checked without the
-/// virtual operations, since they would all end in the table; one of a class that a host derived
+/// virtual operations, since they only use the table. An object of a class that a host derives
 /// cannot.
 template <class Class>
 constexpr u8 PlainOperations() {
@@ -220,7 +220,7 @@ constexpr u8 PlainOperations() {
                          (IsCheckedByTable<Class> ? kPlainCheck : 0));
 }
 
-/// The address of a member: what a row's `member` is made of.
+/// A row's `member`: gives the address of a member.
 template <auto Member>
 struct MemberOf;
 template <class Class, class Type, Type Class::*Member>
@@ -228,7 +228,7 @@ struct MemberOf<Member> {
   static void* Address(KRDataObj& object) { return &(static_cast<Class&>(object).*Member); }
 };
 
-/// A table's `slots`: the first `Count` child rows, each in place.
+/// A table's `slots`: gives the addresses of the slots of the first `Count` child rows.
 template <const auto& Rows, const auto& ChildRows, std::size_t Count>
 void SlotsOf(KRDataObj& object, ChildSlot** out) {
   [&object, out ]<std::size_t... At>(std::index_sequence<At...>) {
@@ -247,10 +247,10 @@ KRDataObj* CreateBy(KRDataObjFactory& factory) {
 /// memory is exhausted.
 KROFX_API KRDataObj* CreateElement(CreateChild create);
 
-/// Makes the child that a row brings, through the factory in force, and puts it in its place. One
-/// that is there already is warned about and deleted, unless the row is an array.
+/// Makes the child of a row through the factory in force and stores it. A child that a slot holds
+/// already is warned about and deleted.
 /// @param child takes the child.
-/// @return 0; 3 when there is no factory, or no memory.
+/// @return 0; 3 when there is no factory or no memory.
 KROFX_API KRParseStatus MakeChild(KRDataObj& object, const Row& row, KRTagID tag,
                                   KRDataObj*& child);
 /// KRDataObj::HandleTagStart over a table.
@@ -262,17 +262,18 @@ KROFX_API KRParseStatus HandleElement(KRDataObj& object, const AggregateTable& t
 /// KRDataObj::Build over a table.
 KROFX_API KRBuildStatus BuildRows(const KRDataObj& object, const AggregateTable& table,
                                   KRBuilder& builder);
-/// As BuildRows, for the rows from that of tag `first` to that of tag `last`, which the table has.
+/// As BuildRows, for the rows from tag `first` to tag `last`. The table must have both.
 KROFX_API KRBuildStatus BuildRowsBetween(const KRDataObj& object, const AggregateTable& table,
                                          KRTagID first, KRTagID last, KRBuilder& builder);
 class Presence;
-/// 1 when every rule of the table holds.
+/// Says whether every rule of the table holds.
+/// @return 1 when it does; 0 when not.
 KROFX_API u16 RulesHold(const Presence& presence, const AggregateTable& table);
 /// Whether one rule holds.
 KROFX_API bool RuleHolds(const Presence& presence, const Rule& rule);
 /// The tag that represents a failing rule among the missing tags: the first of its list that is
-/// absent; the first of its list when all are there, one too many.
-/// @return 0 when the rule holds or is not reported.
+/// absent, or the first of its list when all are present, which is too many.
+/// @return the tag; 0 when the rule holds or is not reported.
 KROFX_API KRTagID MissingTagOf(const Presence& presence, const Rule& rule);
 /// Gives the version mask to every child that is held.
 KROFX_API void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version);
@@ -287,41 +288,42 @@ KROFX_API u16 CopyAggregate(KRDataObj& target, KRDataObj* source);
 /// Makes `slot` hold a deep copy of `source`, reusing a child of the same class; null empties it.
 KROFX_API u16 CopyChild(ChildSlot& slot, KRDataObj* source);
 
-/// Notes that the builder failed in `object`, unless an inner object is noted already.
+/// Records `object` as the one in which the builder failed, unless an inner object is recorded.
 KROFX_API void NoteFailure(KRBuilder& builder, const KRDataObj& object);
 
 /// The row that reads `tag`, whatever the version; null when the table has none.
 KROFX_API const Row* FindRow(const AggregateTable& table, KRTagID tag);
 
-/// What a generated setter does with a text: stores it into the member as a value of its kind,
-/// warns about what is wrong with it and notes the tag. The member takes the text whether the
-/// object's own table has the tag or not: a setter may be inherited.
-/// @return 1 stored; 0 the text is no such value, or the tag is not valid in this object; 3 an
+/// The body of a generated setter that takes a text: stores it into the member as a value of its
+/// kind, warns about what is wrong with it and notes the tag. The member takes the text whether the
+/// object's own table has the tag or not, since a setter may be inherited.
+/// @return 1 stored; 0 the text is not such a value, or the tag is not valid in this object; 3 an
 ///         empty text.
 KROFX_API u16 SetFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* member,
                           const KRString& text);
 
 /// As SetFromText, for a value that is added to an array.
-/// @return 1 when the array took it; 0 the text is no such value, or it could not be stored; 3 an
-///         empty text.
+/// @return 1 when the array took it; 0 the text is not such a value, or it could not be stored; 3
+///         an empty text.
 KROFX_API u16 AppendFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* array,
                              const KRString& text);
 
-/// What a generated setter does with a child: owns it in place of the one there and notes its tag.
-/// @return what SetTag gives. A null child clears the tag and then notes it all the same.
+/// The body of a generated setter of a child: takes ownership of it, deletes the one held before
+/// and notes its tag. A null child clears the tag and then notes it all the same.
+/// @return what SetTag gives.
 KROFX_API u16 SetChild(KRDataObj& object, ChildSlot& slot, KRTagID tag, KRDataObj* child);
 
-/// As SetChild for a slot that several tags fill: the child's type is the tag. Null clears the
-/// slot, and its tag is that of the child that was there; without one the tag of the slot that is
-/// present, or the only one that is valid in this version.
-/// @return what SetTag gives; 0, with nothing noted, for null when no one tag is meant.
+/// As SetChild, for a slot that several tags fill: the child's type is the tag. Null empties the
+/// slot. The tag that it clears and notes is then that of the child that was there; without a child
+/// the tag of the slot that is present, or the only one that is valid in this version.
+/// @return what SetTag gives; 0, with nothing noted, for null when it could be several tags.
 KROFX_API u16 SetSharedChild(KRDataObj& object, ChildSlot& slot, KRDataObj* child);
 
-/// Notes all tags that fill a slot as absent. The child stays.
+/// Notes all tags that can fill a slot as absent. The child stays.
 /// @return 1; 0, after a KRPW_UNKNOWNTAG warning, when none of them is valid in this version.
 KROFX_API u16 ClearSharedChild(KRDataObj& object, ChildSlot& slot);
 
-/// The class of the value that a member holds: its own, unless it is one of stored_values.h.
+/// The class of the value that a member holds: the member's own, unless it is of stored_values.h.
 template <class Member>
 struct HeldIn {
   using Type = Member;
@@ -332,32 +334,34 @@ struct HeldIn<Member> {
   using Type = Member::Value;
 };
 
-/// What a generated setter of a repeated value does when the array took it or not: notes the tag,
-/// or warns that the value could not be stored.
+/// The end of a generated setter of a repeated value: notes the tag when the array took the value,
+/// and warns when it did not.
+/// @return what SetTag gives; 0 when the array did not take the value.
 KROFX_API u16 NoteValue(KRDataObj& object, u16 stored, KRTagID tag);
 
-/// What a generated setter of an array element does when the array took the child or not.
+/// The end of a generated setter of an array element: notes the child's tag when the array took it.
+/// @return what SetTag gives; 0 when the array did not take the child.
 inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {
   return stored == 0 ? static_cast<u16>(0) : object.SetTag(child->GetType());
 }
 
 /// Whether a child's type is the tag of a row of the object that does not use this array. The array
-/// does not take the child: that row would count as present, and the child would never be written.
+/// must not take such a child: that row would count as present, and the child would not be written.
 KROFX_API bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* child);
 
-/// What a generated setter of an array element does: owns the child as entry `index`, and notes the
-/// tag that is its type.
-/// @return what SetTag gives; 0 when the child could not be stored, or belongs to another row: then
-///         it is still the caller's.
+/// The body of a generated setter of an array element: takes ownership of the child as entry
+/// `index`, and notes the tag that is its type.
+/// @return what SetTag gives; 0 when the child could not be stored or belongs to another row, and
+///         then the caller keeps it.
 template <class Array, class Child>
 u16 SetElement(KRDataObj& object, Array& array, u16 index, Child* child) {
   if (BelongsElsewhere(object, &array, child)) return 0;
   return NoteElement(object, array.Set(index, child), child);
 }
 
-/// As SetElement, after the last entry.
-/// @return what the array gives: 1 when it owns the child, whether the type is valid here or not;
-///         0 when the child is still the caller's.
+/// As SetElement, for a new entry at the end.
+/// @return 1 when the array owns the child, whether the type is valid here or not; 0 when the
+///         caller keeps it.
 template <class Array, class Child>
 u16 AppendElement(KRDataObj& object, Array& array, Child* child) {
   if (BelongsElsewhere(object, &array, child) || array.Append(child) == 0) return 0;
@@ -365,8 +369,8 @@ u16 AppendElement(KRDataObj& object, Array& array, Child* child) {
   return 1;
 }
 
-/// What is present in an object, for code that asks of many tags at once: the virtual questions
-/// of ValidateTag are asked once.
+/// What is present in an object, for code that asks for many tags: the virtual operations that
+/// ValidateTag calls each time are called once.
 class Presence {
  public:
   explicit Presence(const KRDataObj& object);
@@ -379,14 +383,14 @@ class Presence {
   u16 m_version;
 };
 
-/// The inside of an object, for code that fills and walks objects without knowing their class.
+/// Access to the state of an object, for code that fills and walks objects of any class.
 struct ObjectAccess {
   static const AggregateTable* TableOf(const KRDataObj& object) { return object.GetTable(); }
   static bool BitAt(const KRDataObj& object, int position) {
     return object.m_presence.Has(position);
   }
   static void SetBitAt(KRDataObj& object, int position) { object.m_presence.Set(position); }
-  /// The table of an object that leaves `operations`, which are bits of `plain`, to it alone; null
+  /// The table of an object whose class leaves `operations`, bits of `plain`, to the table; null
   /// for any other object.
   static const AggregateTable* PlainTableOf(const KRDataObj& object, u8 operations) {
     const AggregateTable* table = object.GetTable();
@@ -394,7 +398,7 @@ struct ObjectAccess {
         table != nullptr && (table->plain & operations) != 0 && table->type == &typeid(object);
     return isPlain ? table : nullptr;
   }
-  /// What the virtual operations give and take, for an object of a plain class.
+  /// What the virtual operations of the same names give and set, for an object of a plain class.
   static KRTagID TypeOf(const KRDataObj& object) { return object.m_type; }
   static const PresenceBits& PresenceOf(const KRDataObj& object) { return object.m_presence; }
   static u16 VersionOf(const KRDataObj& object) { return object.m_version; }
@@ -403,7 +407,7 @@ struct ObjectAccess {
   static void SetParser(KRDataObj& object, KRParser* parser) { object.m_parser = parser; }
 };
 
-/// The type of an object: GetType, which is not const in the contract, though it changes nothing.
+/// The type of a const object. GetType changes nothing, but is not const in the public contract.
 inline KRTagID TypeOf(const KRDataObj& object) { return const_cast<KRDataObj&>(object).GetType(); }
 
 /// Whether the headers of the root of a parse allow its body to be read; true when it has none.

@@ -1,7 +1,7 @@
 // Where an aggregate keeps one child that it holds by pointer.
 //
-// A slot owns its child. A copied slot borrows the child of its source and never deletes it, which
-// is what makes the shallow copies of aggregates safe to destroy.
+// A slot owns its child. A copied slot borrows the child of its source and never deletes it, so
+// that shallow copies of aggregates can be destroyed safely.
 
 #ifndef KROFX_MODEL_INTERNAL_CHILD_SLOT_H_
 #define KROFX_MODEL_INTERNAL_CHILD_SLOT_H_
@@ -38,7 +38,7 @@ class KROFX_API ChildSlot {
   /// there makes the slot its owner.
   void Set(KRDataObj* child);
 
-  /// Gives the child up without deleting it.
+  /// Gives up the child without deleting it. The caller owns it if the slot did.
   KRDataObj* Release() {
     KRDataObj* child = Get();
     m_bits = 0;

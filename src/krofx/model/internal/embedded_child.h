@@ -1,8 +1,7 @@
-// How a child that is a part of its parent, not an object of its own, is described in the parent's
-// table.
+// The rows of children that are members of their parent, not objects of their own.
 //
-// The table writes and copies it as it does a value. Reading it, and showing it as a child, is up
-// to the parent's class: its HandleTagStart pushes the member.
+// Such a child is written and copied by the table, as a value is. The parent's class reads it and
+// gives it as a child: its HandleTagStart pushes the member.
 
 #ifndef KROFX_MODEL_INTERNAL_EMBEDDED_CHILD_H_
 #define KROFX_MODEL_INTERNAL_EMBEDDED_CHILD_H_

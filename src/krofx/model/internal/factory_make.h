@@ -1,4 +1,4 @@
-// The one body of the factory's operations.
+// The body that the factory's operations share.
 
 #ifndef KROFX_MODEL_INTERNAL_FACTORY_MAKE_H_
 #define KROFX_MODEL_INTERNAL_FACTORY_MAKE_H_
@@ -9,8 +9,9 @@
 
 namespace krofx::internal {
 
-/// Makes a data object and gives it `version`, or the factory's own for 0; null, with the fire
-/// alarm raised, when memory is exhausted.
+/// Makes a data object and gives it `version`, or the factory's own for 0.
+/// @return the object, which the caller owns; null, with the fire alarm raised, when memory is
+///         exhausted.
 template <class T>
 T* Make(KRDataObjFactory& factory, u16 version) {
   T* object = new T;
@@ -20,7 +21,7 @@ T* Make(KRDataObjFactory& factory, u16 version) {
   }
   const u16 given = version != 0 ? version : factory.GetVersion();
   if constexpr (TakesTagsByTable<T>) {
-    // It has no children yet to which the version would have to be passed.
+    // It has no children yet, so the version need not be passed down.
     ObjectAccess::SetVersion(*object, given);
   } else {
     object->SetMsgSetVersion(given);

@@ -12,7 +12,7 @@ namespace krofx::internal {
 /// One bit for each row of a table of valid tags, clear at first. Positions are 0 to kCount - 1.
 class PresenceBits {
  public:
-  /// The number of bits, which is the most rows that a table can use.
+  /// The number of bits, and so the largest number of rows that a table can use.
   static constexpr int kCount = 96;
 
   /// Whether the bit at a position is set.
@@ -32,7 +32,7 @@ class PresenceBits {
   }
   /// The number of bits that are set both here and in `other`.
   constexpr int CountCommon(const PresenceBits& other) const {
-    // There are few, so counting them one by one beats a general count of bits.
+    // Few bits are set, so counting them one by one is faster than a general count of bits.
     int count = 0;
     for (int word = 0; word < kWords; ++word) {
       for (u32 bits = m_words[word] & other.m_words[word]; bits != 0; bits &= bits - 1) ++count;

@@ -1,4 +1,4 @@
-// The comparison of presence sets with what a table asks for.
+// Working out what a class requires, and the comparison of presence sets with it.
 
 #include "krofx/model/internal/required_bits.h"
 
@@ -8,7 +8,7 @@ namespace krofx::internal {
 
 namespace {
 
-// Adds the bit of a tag; nothing for one that is not valid in the version.
+// Adds the bit of a tag if the tag is valid in the version.
 void Add(PresenceBits& bits, const KRArrayOfTags& valid, KRTagID tag, u16 version) {
   const int position = FindTagRow(valid, tag, version);
   if (position >= 0 && position < PresenceBits::kCount) bits.Set(position);

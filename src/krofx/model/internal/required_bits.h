@@ -1,8 +1,8 @@
 // What must be present in the objects of a class, as bits of their presence sets.
 //
-// A tree of tens of thousands of objects has a dozen classes. The search for missing tags works out
-// once for each of these, and for each version, which bits its table of required tags and its rules
-// are about, and then compares bits.
+// A tree of tens of thousands of objects has a dozen classes. For each of them and each version,
+// the search for missing tags works out once which bits the table of required tags and the rules
+// name. After that it compares bits.
 
 #ifndef KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_
 #define KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_
@@ -27,7 +27,7 @@ class RequiredBits {
 
  private:
   static constexpr std::size_t kPlaces = 8;
-  // Most classes have one rule or two; those with more are asked the ordinary way.
+  // Most classes have one rule or two; the rules of a class with more are tested one by one.
   static constexpr std::size_t kMostRules = 4;
 
   struct RuleBits {
@@ -37,7 +37,7 @@ class RequiredBits {
   struct Place {
     const AggregateTable* table = nullptr;
     u16 version = 0;
-    // A required tag is not valid in the version, or the version is unknown.
+    // No object is complete: a required tag is not valid in the version, or the version is unknown.
     bool isNever = false;
     PresenceBits required;
     RuleBits rules[kMostRules];

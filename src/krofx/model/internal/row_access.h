@@ -1,4 +1,4 @@
-// What the walks over an aggregate's table ask of its rows.
+// Helpers of the walks over an aggregate's table.
 
 #ifndef KROFX_MODEL_INTERNAL_ROW_ACCESS_H_
 #define KROFX_MODEL_INTERNAL_ROW_ACCESS_H_
@@ -7,7 +7,7 @@
 
 namespace krofx::internal {
 
-// The members of a const object, for walks that only read.
+// The address of a row's member in a const object, for walks that only read.
 inline void* MemberOfConst(const Row& row, const KRDataObj& object) {
   return row.member(const_cast<KRDataObj&>(object));
 }
@@ -18,7 +18,8 @@ inline ChildSlot& SlotOf(const Row& row, const KRDataObj& object) {
   return *static_cast<ChildSlot*>(MemberOfConst(row, object));
 }
 
-// A host's subclass may bring valid tags of its own, and then the bits are not in our order.
+// Whether the object's valid tags are those of the table. A host's subclass may give others, and
+// then the presence bits are not in the order of the table's rows.
 inline bool UsesOwnTable(const KRDataObj& object, const AggregateTable& table) {
   KRArrayOfTags tags;
   return object.GetArrayOfValidTags(tags) != 0 && tags.table == table.valid.table &&

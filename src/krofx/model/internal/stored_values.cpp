@@ -1,4 +1,4 @@
-// The rare cases of stored values.
+// The cases of stored values that are rare enough to stay out of line.
 
 #include "krofx/model/internal/stored_values.h"
 

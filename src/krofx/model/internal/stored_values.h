@@ -1,9 +1,9 @@
-// How aggregates hold their values: without what a value's class brings along for its own use.
+// How aggregates hold their values in little memory.
 //
-// A transaction has room for a score of values, of which most are absent, and a statement has tens
-// of thousands of transactions. So a text that is absent takes a pointer, a present one stands in
-// one block with its characters, and dates and amounts are held as plain data, from which a getter
-// makes the value that a host sees.
+// A transaction has room for some twenty values, of which most are absent, and a statement has tens
+// of thousands of transactions. So an absent text takes one pointer, a present one is in one block
+// with its characters, and dates and amounts are held as plain data, from which a getter makes the
+// value that a host sees.
 
 #ifndef KROFX_MODEL_INTERNAL_STORED_VALUES_H_
 #define KROFX_MODEL_INTERNAL_STORED_VALUES_H_
@@ -22,11 +22,11 @@
 
 namespace krofx::internal {
 
-/// Raises the calling thread's fire alarm: there was no memory for a text.
+/// Raises the calling thread's fire alarm, because there was no memory for a text.
 KROFX_API void RaiseTextAlarm();
 
-/// A text of class `Text`, one of those with a fixed spec length. Once there it stays where it is
-/// for the life of the member, whatever is assigned, so that references to it stay good.
+/// A text of class `Text`, one of those with a fixed spec length. Once it exists it stays at its
+/// address for the life of the member, whatever is assigned, so references to it stay valid.
 template <class Text>
 class StoredText {
  public:
@@ -72,7 +72,7 @@ class StoredText {
   }
 
  private:
-  // Makes a string and its characters in one block, as far as the pools have such.
+  // Makes a string, in one block with its characters if the pools have blocks of that size.
   static Text* Make(const char* text, u16 length) {
     static_assert(sizeof(Text) == sizeof(KRString));
     const std::size_t size = sizeof(Text) + length + 1;
@@ -99,7 +99,7 @@ class StoredText {
   }
 
   static const Text& Empty() {
-    // Never destroyed, since objects may outlive the process's static ones.
+    // Never destroyed, since an object may outlive the static objects of the process.
     alignas(Text) static unsigned char storage[sizeof(Text)];
     static const Text* const empty = new (storage) Text;
     return *empty;
@@ -108,7 +108,7 @@ class StoredText {
   Text* m_text = nullptr;
 };
 
-/// A number of class `Number`, which adds nothing to what KRPrecisionInteger holds.
+/// A number of class `Number`, which holds no more than KRPrecisionInteger does.
 template <class Number>
 class StoredNumber {
  public:
@@ -130,7 +130,9 @@ class StoredNumber {
   StoredNumber& operator=(s32 value) { return *this = KRPrecisionInteger(value, 0); }
   operator Number() const { return Number(KRPrecisionInteger(m_number)); }
 
-  /// Reads a number of the form that nearly all have, if its class allows it.
+  /// Reads a number of the common form.
+  /// @return false, with nothing changed, for any other text and for a number that the class
+  ///         refuses.
   bool AssignCommon(const char* text, std::size_t length) {
     PlainDecimal number;
     if (!ReadCommonDecimal(text, length, number)) return false;
@@ -148,8 +150,7 @@ class StoredNumber {
   PlainDecimal m_number;
 };
 
-/// A date. One with fields or a zone that no date of OFX text has is held as the KRDateTime that it
-/// is.
+/// A date. One with fields or a zone that cannot come from OFX text is held as a KRDateTime.
 class KROFX_API StoredDate {
  public:
   /// What getters give.
@@ -173,16 +174,20 @@ class KROFX_API StoredDate {
   }
   operator KRDateTime() const { return IsWhole() ? *Whole() : KRDateTime(m_date); }
 
-  /// Reads a date of a form that nearly all have.
+  /// Reads a date of a common form.
+  /// @return false, with nothing changed, for any other text.
   bool AssignCommon(const char* text, std::size_t length) {
+    PlainDate date;
+    if (!ReadCommonDate(text, length, date)) return false;
     if (IsWhole()) Drop();
-    return ReadCommonDate(text, length, m_date);
+    m_date = date;
+    return true;
   }
-  /// The date as plain data; null when it cannot be had so.
+  /// The date as plain data; null when it is held as a KRDateTime.
   const PlainDate* Plain() const { return IsWhole() ? nullptr : &m_date; }
 
  private:
-  // A date that is held whole has its address in the place of the fields.
+  // A date that is held as a KRDateTime has the address of that object in place of the fields.
   bool IsWhole() const { return m_date.extra != 0; }
   KRDateTime* Whole() const {
     KRDateTime* whole;

@@ -1,7 +1,7 @@
-// A quick way from a tag to its row in a constant tag table.
+// The index from a tag to its row in a constant tag table.
 //
-// Tables are short, but every tag of a parse is looked for in one, so each generated table comes
-// with a perfect hash: one multiplication, one byte of a slot array, one comparison.
+// Tables are short, but every tag of a parse is looked up in one, so each generated table has a
+// perfect hash: a look-up is one multiplication, one byte of an array and one comparison.
 
 #ifndef KROFX_MODEL_INTERNAL_TAG_INDEX_H_
 #define KROFX_MODEL_INTERNAL_TAG_INDEX_H_
@@ -10,19 +10,19 @@
 
 namespace krofx::internal {
 
-/// The perfect hash of one tag table. `slots[(tag * multiplier) >> shift]` (in 32 bits) is the
+/// The perfect hash of one tag table. `positions[(tag * multiplier) >> shift]` (in 32 bits) is the
 /// position of the tag's first row, or kNoRow.
 struct TagIndex {
   static constexpr u8 kNoRow = 0xff;
 
   const KRTagTableEntry* table;  ///< The table that this index belongs to.
-  const u8* slots;               ///< 2^(32 - shift) positions.
+  const u8* positions;           ///< 2^(32 - shift) positions.
   u32 multiplier;
   u8 shift;
 
   /// Position of the first row of `tag`, -1 when the table has none.
   int Find(KRTagID tag) const {
-    const u8 position = slots[static_cast<u32>(tag * multiplier) >> shift];
+    const u8 position = positions[static_cast<u32>(tag * multiplier) >> shift];
     return position != kNoRow && table[position].tag == tag ? position : -1;
   }
 };

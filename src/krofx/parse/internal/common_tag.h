@@ -1,12 +1,12 @@
 // The shapes that nearly every tag of real OFX text has, read in one pass:
 //
 //   <NAME>value   up to the next '<'
-//   <NAME>        with another tag behind it
+//   <NAME>        before another tag
 //   </NAME>
 //
-// with a name of capitals, digits and points that ends at once in '>', and no comment or CDATA
-// section behind it. Whatever else stands there is left to the scanner of items, which knows all
-// rules; the two answer alike where both answer.
+// where NAME is of capitals, digits and points, '>' follows it at once, and no comment or CDATA
+// section follows the tag. Anything else is left to the scanner of items, which has all rules. For
+// these shapes the two give the same result.
 
 #ifndef KROFX_PARSE_INTERNAL_COMMON_TAG_H_
 #define KROFX_PARSE_INTERNAL_COMMON_TAG_H_
@@ -26,21 +26,21 @@ struct CommonTag {
   bool isElement = false;  ///< A value follows.
   bool hasMacros = false;  ///< The value holds a '&'.
   u16 nameLength = 0;
-  s32 name = 0;       ///< First character of the name.
-  s32 behindTag = 0;  ///< Behind the '>'.
-  s32 value = 0;      ///< First character of the value.
-  s32 valueEnd = 0;   ///< Behind its last character that is not white space.
-  s32 next = 0;       ///< Where the text behind the value goes on, at a '<'.
+  s32 name = 0;      ///< First character of the name.
+  s32 afterTag = 0;  ///< After the '>'.
+  s32 value = 0;     ///< First character of the value.
+  s32 valueEnd = 0;  ///< After its last character that is not white space.
+  s32 next = 0;      ///< The '<' after the value.
 };
 
-/// Reads the tag that begins, after white space, at `position`.
-/// @return the dictionary's entry of its name; null when it has none of the common shapes or the
-///         dictionary does not know it.
+/// Reads the tag that begins, after any white space, at `position`.
+/// @return the dictionary's entry for its name; null when the tag has none of the common shapes or
+///         the dictionary does not have it.
 inline const KRTagDictionaryEntry* ReadCommonTag(const PlainText& text, s32 position,
                                                  TagDictionary& dictionary, CommonTag& tag) {
   const char* const bytes = text.Bytes();
   const char* const end = bytes + text.Size();
-  // Room for the shortest tag and what must be looked at behind it.
+  // Room for the shortest tag and the character after it.
   constexpr std::ptrdiff_t kLeast = 4;
   if (position < 0 || end - bytes - position < kLeast) return nullptr;
   const char* at = bytes + position;
@@ -53,14 +53,14 @@ inline const KRTagDictionaryEntry* ReadCommonTag(const PlainText& text, s32 posi
   const KRTagDictionaryEntry* entry = LookUpName(dictionary, at, end, tag.nameLength);
   if (entry == nullptr) return nullptr;
   at += tag.nameLength + 1;
-  tag.behindTag = static_cast<s32>(at - bytes);
+  tag.afterTag = static_cast<s32>(at - bytes);
   tag.isElement = false;
   if (tag.isEnd) return entry;
 
   while (at != end && IsWhite(*at)) ++at;
   if (end - at < 2 || *at == '\0') return nullptr;
   if (*at == '<') {
-    // A section or a comment decides differently, and white space may hide either.
+    // A CDATA section or comment needs the scanner, and one may follow the white space.
     return at[1] != '!' && !IsWhite(at[1]) ? entry : nullptr;
   }
   const char* const value = at;

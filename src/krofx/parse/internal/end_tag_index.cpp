@@ -1,4 +1,4 @@
-// The growing list behind EndTagIndex.
+// The list of EndTagIndex, which grows.
 
 #include "krofx/parse/internal/end_tag_index.h"
 

@@ -1,9 +1,9 @@
-// Where the last end tag of each name stands in a text.
+// The places of the end tags of a text, by name.
 //
 // An unknown start tag is skipped up to its end tag, which may not exist. To find that out takes a
-// scan to the end of the text, and a text of nothing but unknown start tags would cost one for
-// each. So the first scan that ends in vain lists all end tags behind it, sorted by name, and each
-// later start tag asks the list first.
+// scan to the end of the text, and a text of nothing but unknown start tags would cost one scan for
+// each. So the first scan that finds nothing lists all end tags from there on, sorted by name, and
+// the list is searched for each later start tag.
 
 #ifndef KROFX_PARSE_INTERNAL_END_TAG_INDEX_H_
 #define KROFX_PARSE_INTERNAL_END_TAG_INDEX_H_
@@ -17,7 +17,7 @@
 
 namespace krofx::internal {
 
-/// Capital form of an ASCII letter; any other character as it is.
+/// The capital form of an ASCII letter; any other character as it is.
 inline char CapitalLetter(char character) {
   return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
                                               : character;
@@ -26,10 +26,11 @@ inline char CapitalLetter(char character) {
 /// A tag's name in a text.
 struct TagName {
   s32 start;   ///< Position of its first character.
-  u16 length;  ///< Characters of it.
+  u16 length;  ///< Number of its characters.
 };
 
-/// Orders names by length, then without regard to case; 0 for the same name.
+/// Orders names by length, then without regard to case.
+/// @return a number below 0, 0 for the same name, or a number above 0.
 template <class Text>
 int CompareNames(const Text& text, const TagName& left, const TagName& right) {
   if (left.length != right.length) return left.length < right.length ? -1 : 1;
@@ -41,8 +42,8 @@ int CompareNames(const Text& text, const TagName& left, const TagName& right) {
   return 0;
 }
 
-/// The end tags of a text from some place on. A copy starts out empty: it can be made again from
-/// the text. Exported because hosts make engines, which hold one.
+/// The end tags of a text from some place on. A copy is empty at first: it can be made again from
+/// the text.
 class KROFX_API EndTagIndex {
  public:
   EndTagIndex() = default;
@@ -53,24 +54,24 @@ class KROFX_API EndTagIndex {
   }
   ~EndTagIndex() { Drop(); }
 
-  /// Whether the list is complete and may be asked.
+  /// Whether the list is complete and can be searched.
   bool IsReady() const { return m_ready; }
   /// Empties the list.
   void Drop();
   /// Appends the name of an end tag.
-  /// @return false when memory does not suffice; the list is then to be dropped.
+  /// @return false when memory is exhausted; the caller must then drop the list.
   bool Append(TagName name);
 
-  /// Sorts the list, which may be asked from here on.
+  /// Sorts the list, which can be searched from then on.
   template <class Text>
   void Complete(const Text& text) {
     std::sort(m_names, m_names + m_count, Before(text));
     m_ready = true;
   }
 
-  /// Whether an end tag called `name` stands behind it in the text.
+  /// Whether an end tag of the same name follows `name` in the text.
   template <class Text>
-  bool HasBehind(const Text& text, TagName name) const {
+  bool HasAfter(const Text& text, TagName name) const {
     const TagName* begin = m_names;
     const TagName* end = begin + m_count;
     const TagName* next = std::upper_bound(begin, end, name, Before(text));

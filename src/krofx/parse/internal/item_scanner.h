@@ -1,14 +1,14 @@
 // Scanning of single items: tags, texts, CDATA sections and comments, over either source of text.
 //
-//   < TAG attributes >   a start tag: white space may stand behind '<', attributes are dropped
+//   < TAG attributes >   a start tag: white space may follow the '<', attributes are dropped
 //   </TAG>               an end tag
 //   text                 up to the next '<', without white space around it
-//   <![CDATA[...]...]>   a section whose content may hold '<'; its closing characters may stand
-//   apart
+//   <![CDATA[...]...]>   a section whose content can have '<'; other characters may be between the
+//                        closing ones
 //   <!--...-->           a comment, which closes at its first '>'
 //
-// What is malformed is still an item: a CDATA section or comment without its end is a start tag
-// with an odd name, which the dictionary does not know.
+// Malformed text is still an item: a CDATA section or comment without its end is a start tag with
+// an odd name, which the dictionary does not have.
 
 #ifndef KROFX_PARSE_INTERNAL_ITEM_SCANNER_H_
 #define KROFX_PARSE_INTERNAL_ITEM_SCANNER_H_
@@ -26,15 +26,15 @@ namespace krofx::internal {
 
 using KRTagItemInfo = KRParseEngine::KRTagItemInfo;
 
-/// The first position from `position` that holds no white space.
+/// The first position from `position` on without white space.
 template <class Text>
 s32 SkipWhite(const Text& text, s32 position) {
   while (IsWhite(text.At(position))) ++position;
   return position;
 }
 
-/// Steps back over white space, one character first: the position behind the character met, or that
-/// of a NUL met.
+/// Steps back over white space, one character first.
+/// @return the position after the character where it stops; at a NUL, the position of the NUL.
 template <class Text>
 s32 BackOverWhite(const Text& text, s32 position) {
   if (position <= 0) return position == 0 ? -1 : position;
@@ -44,23 +44,23 @@ s32 BackOverWhite(const Text& text, s32 position) {
   return character == '\0' ? position : position + 1;
 }
 
-/// The length of a stretch as an item tells it.
+/// The length of a stretch, as an item has it.
 inline u16 ItemLength(s32 start, s32 end) {
   return static_cast<u16>(std::clamp<s32>(end - start, 0, 65535));
 }
 
-/// Where the parts of a CDATA section stand.
+/// Where the parts of a CDATA section are.
 struct CDATASection {
-  s32 content;      ///< Behind the opening.
-  s32 firstClose;   ///< The first ']' behind that.
+  s32 content;      ///< After the opening.
+  s32 firstClose;   ///< The first ']' after that.
   s32 secondClose;  ///< The second one.
-  s32 close;        ///< The first '>' behind that.
+  s32 close;        ///< The first '>' after that.
 };
 
-/// Tells if a CDATA section begins at the '!' at `place`, and where its parts are.
-/// @param place when none does: the character that was looked at last.
-/// @param noEndFrom from here on no section has an end; learns it when one is sought in vain. That
-///        no end stands behind a place means that none stands behind any later one either.
+/// Says whether a CDATA section begins at the '!' at `place`, and where its parts are.
+/// @param place takes the last position that was read, when there is no section.
+/// @param noEndFrom no section from this position on has an end. A search that fails lowers it:
+///        where no end follows a position, none follows a later one.
 template <class Text>
 bool FindCDATA(const Text& text, s32& place, CDATASection& section, s32& noEndFrom) {
   const auto take = [&text, &place](char wanted) {
@@ -83,12 +83,12 @@ bool FindCDATA(const Text& text, s32& place, CDATASection& section, s32& noEndFr
                         text.Find(section.secondClose + 1, '>', section.close);
   if (complete) return true;
   noEndFrom = std::min(noEndFrom, place);
-  // The search ended at the end of the text, which is no '/'.
+  // The search ended at the end of the text, which is not a '/'.
   place = kLastPosition;
   return false;
 }
 
-/// Takes the name of a tag, which begins at item.start, and moves behind the tag.
+/// Measures the name of a tag, which begins at item.start, and sets item.end after the tag.
 template <class Text>
 void MeasureTag(const Text& text, KRTagItemInfo& item) {
   s32 place = text.NameEnd(item.start);
@@ -103,8 +103,8 @@ void MeasureText(const Text& text, KRTagItemInfo& item) {
   item.length = ItemLength(item.start, BackOverWhite(text, item.end));
 }
 
-/// Reads the CDATA section whose '<' stands at `open` and whose '!' stands at `place`.
-/// @return false when it is none; `place` is then the character that was looked at last.
+/// Reads the CDATA section whose '<' is at `open` and whose '!' is at `place`.
+/// @return false when it is not one; `place` is then the last position that was read.
 template <class Text>
 [[gnu::noinline]] bool ReadCDATA(const Text& text, KRTagItemInfo& item, s32 open, s32& place,
                                  bool contentOnly, s32& noCDATAEndFrom) {
@@ -124,8 +124,8 @@ template <class Text>
 }
 
 /// Reads the item that begins at item.end.
-/// @param contentOnly reports a CDATA section by its content, one character short of it unless it
-///        has only one.
+/// @param contentOnly gives the content of a CDATA section without its last character, unless the
+///        content is a single character.
 /// @param noCDATAEndFrom see FindCDATA.
 /// @return false at the end of the text.
 template <class Text>
@@ -160,7 +160,7 @@ bool ReadItem(const Text& text, KRTagItemInfo& item, bool contentOnly, s32& noCD
   return true;
 }
 
-/// Tells if an item is a comment. One that does not end in "--" at its first '>' is none.
+/// Says whether an item is a comment. One whose first '>' does not follow "--" is not.
 template <class Text>
 [[gnu::noinline]] bool IsComment(const Text& text, const KRTagItemInfo& item) {
   if (item.type != KrTagItemType_StartTag || text.At(item.start) != '!') return false;
@@ -172,7 +172,8 @@ template <class Text>
          text.At(end - 2) == '-' && text.At(end - 1) == '-';
 }
 
-/// Reads the next item that is no comment.
+/// Reads the next item that is not a comment.
+/// @return false at the end of the text.
 template <class Text>
 bool ReadTagItem(const Text& text, KRTagItemInfo& item, s32& noCDATAEndFrom) {
   do {

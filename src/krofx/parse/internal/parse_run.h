@@ -1,4 +1,4 @@
-// The state that a parser is in while it parses, from beginning to end.
+// The state of a parser during a parse.
 
 #ifndef KROFX_PARSE_INTERNAL_PARSE_RUN_H_
 #define KROFX_PARSE_INTERNAL_PARSE_RUN_H_
@@ -7,8 +7,8 @@
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
 
-/// While it lives the parser reads from an engine, and its observer hears of the thread's warnings.
-/// May be nested: the outer one is in force again afterwards.
+/// While it exists the parser reads from an engine, and its observer is called for the thread's
+/// warnings. Runs can be nested: the outer one is in force again afterwards.
 class KRSimpleParser::Run final : private krofx::internal::WarningListener {
  public:
   Run(KRSimpleParser& parser, KRParseLogger& log, const KRParseEngine& engine)
@@ -23,7 +23,7 @@ class KRSimpleParser::Run final : private krofx::internal::WarningListener {
     m_parser.m_runningEngine = m_outerEngine;
   }
 
-  /// What is logged from here on has no place in the text.
+  /// Warnings from now on have no place in the text.
   void LeaveText() { m_parser.m_runningEngine = nullptr; }
 
  private:

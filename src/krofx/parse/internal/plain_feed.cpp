@@ -20,7 +20,7 @@ bool RowMemo::Remember(TagDictionary& dictionary, KRDataObj& object, const Aggre
   if (tag.entry == nullptr) return false;
   tag.table = table;
   if (!tag.isEnd) {
-    // A password must leave no trace, which the ordinary way takes care of.
+    // A password must leave no copy; the virtual operations take care of that.
     if (table->valid.index == nullptr || IsSecret(tag.entry->tagID)) return false;
     const int position = table->valid.index->Find(tag.entry->tagID);
     if (position < 0) return false;
@@ -45,12 +45,12 @@ bool PlainFeed::FindTarget(Target& target) const {
   target.table = ObjectAccess::PlainTableOf(*target.object, kPlainParse);
   if (target.table == nullptr) return false;
   target.version = ObjectAccess::VersionOf(*target.object);
-  // A host may have put a table of its own in force.
+  // A host can have put a table of its own in force.
   const KRArrayOfTags& inForce = m_parser.m_validTags;
   return inForce.table == target.table->valid.table && inForce.count == target.table->valid.count;
 }
 
-// What KRDataObj::PushAndSetObject and KRParser::PushObject do, the latter with room on the stack.
+// Does what KRDataObj::PushAndSetObject and KRParser::PushObject do. The stack must have room.
 void PlainFeed::Push(const Target& target, KRDataObj& child) {
   if (target.version != 0) ObjectAccess::SetVersion(child, target.version);
   m_parser.m_stack[m_parser.m_depth++] = {target.object, m_parser.m_validTags};
@@ -76,7 +76,7 @@ KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag) {
 }
 
 KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore) {
-  // The longest stretch that is read without a look at the end of the text.
+  // The longest stretch that is read without a test for the end of the text.
   constexpr std::ptrdiff_t kMargin = TagKey::kBytes + 8;
   Target target;
   if (m_engine.m_nextItem.type != KrTagItemType_None || m_engine.m_dictionary == nullptr ||
@@ -138,14 +138,14 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
 
     if ((tag->versions & target.version) == 0) break;
     const Row& row = tag->RowOf();
-    const char* const behindTag = at;
+    const char* const afterTag = at;
     while (at < limit && IsWhite(*at)) ++at;
     if (at >= limit) break;
     if (*at == '<') {
-      // A section or a comment decides differently, and white space may hide either.
+      // A CDATA section or comment needs the scanner, and one may follow the white space.
       if (at[1] == '!' || IsWhite(at[1]) || row.create == nullptr) break;
       elementBefore = KRTag_None;
-      advance(tag, name, behindTag);
+      advance(tag, name, afterTag);
       commit();
       status = Start(target, *tag);
       if (status != KRParseStatus_Accepted || m_parser.m_current != target.object) break;

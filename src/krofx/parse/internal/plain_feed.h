@@ -1,14 +1,14 @@
-// The short way of a tag from the text to the object that it belongs to.
+// The fast path of a tag from the text to the object that it belongs to.
 //
-// The contract of data objects hands each tag through several virtual operations, any of which a
-// host may override. Nearly all objects of a parse override none: their class has a table, and what
-// the operations do is look into it. For these, and for text in memory that holds nothing unusual,
-// the feed does at once what the operations would do one by one: it finds the row of the tag, has
-// the text converted into the member, and sets the presence bit.
+// By the contract of data objects each tag goes through several virtual operations, any of which a
+// host can override. Nearly all objects of a parse override none: their class has a table, and the
+// operations only use the table. For these objects, and for text in memory of the common forms, the
+// feed does in one step what the operations would do: it finds the row of the tag, converts the
+// text into the member, and sets the presence bit.
 //
-// What it meets that is not of this kind it leaves as it is to the ordinary way: an object of a
-// class that overrides an operation, a tag that is unknown or out of place, a value of an unusual
-// form or over its length. So it logs nothing but what the making of a child may log.
+// It leaves everything else to those operations: an object of a class that overrides one, a tag
+// that is unknown or out of place, a value of an unusual form or over its length. So it logs
+// nothing itself; only the making of a child can log.
 
 #ifndef KROFX_PARSE_INTERNAL_PLAIN_FEED_H_
 #define KROFX_PARSE_INTERNAL_PLAIN_FEED_H_
@@ -31,16 +31,17 @@ namespace krofx::internal {
 /// Feeds the tags of one parse.
 class PlainFeed {
  public:
-  /// Serves a parser whose operations and whose engine's are those of the library: no host's class
-  /// overrides them.
+  /// Serves a parser and an engine of the library's own classes. No host's class may override their
+  /// operations.
   PlainFeed(KRParser& parser, KRParseEngine& engine) : m_parser(parser), m_engine(engine) {}
 
-  /// Takes tags from the engine and gives them to the current object of the parser, until one comes
-  /// that is left to the ordinary way.
+  /// Takes tags from the engine and gives them to the current object of the parser, up to the
+  /// first tag that must go through the virtual operations.
   /// @param entry takes the last tag that was read; untouched when none was.
   /// @param value takes the text of the last element; untouched when none was read.
-  /// @param elementBefore in and out: the tag of the element that was read last, when nothing came
-  ///        behind it; else KRTag_None.
+  /// @param elementBefore in and out: the tag of the element that was read last, if no other tag
+  /// was
+  ///        read after it; else KRTag_None.
   /// @return 0; else the status with which an object refused the start tag `entry`.
   KRParseStatus Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore);
 

@@ -1,9 +1,9 @@
-// The tags that a text brings again and again, found by the bytes of the text.
+// The tags that a text repeats, found by the bytes of the text.
 //
 // A statement repeats the same dozen tags of the same class thousands of times, nearly always in
-// the same order. The memo answers all questions of a tag at once: which entry of the dictionary it
-// is, which row of the object's table it fills and in which versions, and where the member is. Each
-// tag remembers which one came after it, so that most are found by one comparison with the text.
+// the same order. The memo keeps all that is known of a tag: its entry of the dictionary, the row
+// of the object's table that it fills, the versions of that row, and where the member is. Each tag
+// keeps which one came after it, so most tags are found by one comparison with the text.
 
 #ifndef KROFX_PARSE_INTERNAL_ROW_MEMO_H_
 #define KROFX_PARSE_INTERNAL_ROW_MEMO_H_
@@ -18,9 +18,9 @@
 
 namespace krofx::internal {
 
-/// A tag as it is in the text, and what it is in objects of one class.
+/// A tag as it is in the text, and what it means in objects of one class.
 struct KnownTag {
-  TagKey key;                                   ///< What is behind the '<', with the '>'.
+  TagKey key;                                   ///< What follows the '<', with the '>'.
   TagKey keep;                                  ///< All bits of the key's characters.
   const AggregateTable* table = nullptr;        ///< Of the object.
   const KRTagDictionaryEntry* entry = nullptr;  ///< Null in a free place.
@@ -29,20 +29,20 @@ struct KnownTag {
   u16 versions = 0;                             ///< The message-set versions that have the row.
   u8 position = 0;                              ///< Of the row in the table.
   u8 length = 0;                                ///< Characters between '<' and '>'.
-  bool isEnd = false;                           ///< An end tag, which no row concerns.
+  bool isEnd = false;                           ///< An end tag, which has no row.
 
   const Row& RowOf() const { return table->rows[position]; }
-  /// Whether it is the tag at `text`, behind the '<', where there are TagKey::kBytes bytes.
+  /// Whether it is the tag at `text`, after the '<', where TagKey::kBytes bytes can be read.
   bool IsAt(const char* text) const { return key.IsAt(text, keep); }
 };
 
-/// Remembers tags. It is filled by what it is asked for.
+/// Remembers tags. Find adds those that it does not have yet.
 class RowMemo {
  public:
-  /// The tag at `text`, behind the '<', where there are TagKey::kBytes bytes before `end`.
-  /// @param object of which `table` is the table.
-  /// @return null when the tag has no common form, when the dictionary does not have it, and when
-  ///         the table has no row for it.
+  /// Finds the tag at `text`, after the '<', where there are TagKey::kBytes bytes before `end`.
+  /// @param object an object of which `table` is the table.
+  /// @return the tag; null when it does not have the common form, when the dictionary does not have
+  ///         it, and when the table has no row for it.
   KnownTag* Find(TagDictionary& dictionary, KRDataObj& object, const AggregateTable* table,
                  const char* text, const char* end) {
     const int length = TagKey::LengthAt(text);
@@ -50,7 +50,7 @@ class RowMemo {
     const TagKey key(text, length + 1);
     const std::uint64_t hash = key.Hash() + reinterpret_cast<std::uintptr_t>(table) * kTableFactor;
     const auto index = static_cast<std::size_t>(hash >> (64 - kHashBits));
-    // Two tags that meet share the next place as well.
+    // Two tags with the same hash also share the next place.
     KnownTag* place = &m_places[index];
     if (place->key == key && place->table == table) return place;
     KnownTag* const other = &m_places[index ^ 1];

@@ -2,9 +2,9 @@
 // stretch again and again.
 //
 // Several rules of the tokenizer look ahead without a limit: for the end of a CDATA section, for
-// the end tag of an unknown aggregate, for the next '<' behind a header line. Text made for it
-// turns each of them into a scan to the end at every step, which squares the time. Each search here
-// answers from what the last one found where that settles the question, with the same result.
+// the end tag of an unknown aggregate, for the next '<' after a header line. In hostile text each
+// of them would scan to the end at every step, and the time would grow with the square of the
+// length. Each search here uses what the last one found where that is enough, with the same result.
 
 #ifndef KROFX_PARSE_INTERNAL_SEARCH_MEMORY_H_
 #define KROFX_PARSE_INTERNAL_SEARCH_MEMORY_H_
@@ -16,13 +16,15 @@
 
 namespace krofx::internal {
 
-/// The last search for one character: none stands from `from` up to `at`.
+/// The last search for one character: there is none from `from` up to, and not including, `at`.
 struct LastSearch {
   s32 from = 0;
   s32 at = -1;
   bool found = false;
 
-  /// Finds `character` from `position` on: its place, or that of the text's end.
+  /// Finds `character` from `position` on.
+  /// @param place takes its position, or that of the text's end.
+  /// @return whether it was found.
   template <class Text>
   bool Find(const Text& text, s32 position, char character, s32& place) {
     if (position < from || position > at) {
@@ -36,9 +38,9 @@ struct LastSearch {
 
 /// The memory of one engine.
 struct SearchMemory {
-  /// From here on no CDATA section has an end.
+  /// No CDATA section from this position on has an end.
   s32 noCDATAEndFrom = std::numeric_limits<s32>::max();
-  /// Made when the first skip has found no end tag.
+  /// Filled when a skip finds no end tag for the first time.
   EndTagIndex endTags;
 
   LastSearch lineFeed;
@@ -47,11 +49,11 @@ struct SearchMemory {
   LastSearch tagOpen;
   LastSearch tagClose;
 
-  /// What the memory was gathered from.
+  /// The text that the results are about.
   const char* bytes = nullptr;
   s32 size = 0;
 
-  /// Forgets all when the text is no longer the one it was.
+  /// Forgets everything when the text is not the same as before.
   void KeepOnlyFor(const char* currentBytes, s32 currentSize) {
     if (bytes == currentBytes && size == currentSize) return;
     *this = SearchMemory();

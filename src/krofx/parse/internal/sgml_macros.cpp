@@ -18,8 +18,8 @@ bool ExpandMacros(std::string_view in, KRString& out) {
   char* write = out.LockBuffer(static_cast<u16>(in.size() + 1));
   if (write == nullptr) return false;
 
-  // A name ends at the next ';' however far away. One such search serves all '&' before it, or a
-  // text of nothing but '&' would take a search for each.
+  // A name ends at the next ';', however far away. One search for it serves all '&' before it;
+  // otherwise a text of nothing but '&' would take one search for each.
   std::size_t semicolon = 0;
   std::size_t read = 0;
   while (read < in.size()) {

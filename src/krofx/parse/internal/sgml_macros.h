@@ -9,9 +9,9 @@
 
 namespace krofx::internal {
 
-/// Copies `in` into `out` with the macros replaced, in any case of letters. What is no known macro
-/// stands as it is. `in` may be the text of `out`.
-/// @return false when memory did not suffice.
+/// Copies `in` into `out` with the macros replaced, in any case of letters. What is not a known
+/// macro is copied as it is. `in` may be the text of `out`.
+/// @return false when memory is exhausted.
 bool ExpandMacros(std::string_view in, KRString& out);
 
 }  // namespace krofx::internal

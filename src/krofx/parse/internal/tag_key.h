@@ -1,5 +1,5 @@
-// The name of a tag as two machine words, so that a name that is met again is found without a look
-// at its characters.
+// The name of a tag as two machine words, so that a name is compared without a loop over its
+// characters.
 
 #ifndef KROFX_PARSE_INTERNAL_TAG_KEY_H_
 #define KROFX_PARSE_INTERNAL_TAG_KEY_H_
@@ -13,7 +13,7 @@
 
 namespace krofx::internal {
 
-/// A name of up to 15 characters with a '>' behind it: sixteen bytes of text, zero from the '>' on.
+/// A name of up to 15 characters with the '>' after it: sixteen bytes, zero after the '>'.
 struct TagKey {
   /// Bytes that are read for a key, whatever the name's length.
   static constexpr int kBytes = 16;
@@ -38,14 +38,14 @@ struct TagKey {
     return TagKey(kAll, length);
   }
 
-  /// Whether the kBytes bytes at `text` are those of the key, as far as `keep` has bits.
+  /// Whether the kBytes bytes at `text` equal the key in all bits of `keep`.
   bool IsAt(const char* text, const TagKey& keep) const {
     return (((Load(text) ^ head) & keep.head) | ((Load(text + 8) ^ tail) & keep.tail)) == 0;
   }
 
   bool operator==(const TagKey& other) const { return head == other.head && tail == other.tail; }
 
-  /// A hash, of which the highest bits are the best.
+  /// A hash. Its highest bits are spread best.
   std::uint64_t Hash() const { return head * 0x9e3779b97f4a7c15U ^ tail * 0xc2b2ae3d27d4eb4fU; }
 
   /// Where the first '>' of the kBytes bytes at `name` is; kBytes when there is none.
@@ -68,9 +68,10 @@ struct TagKey {
 };
 
 /// Looks up, in exactly these letters, the name of capitals, digits and points that begins at
-/// `name` and ends, before `end`, in a '>' at once.
+/// `name`. A '>' must follow it at once, before `end`.
 /// @param length takes the length of the name.
-/// @return null when no such name is there, or when the dictionary does not have it.
+/// @return the dictionary's entry; null when there is no such name, or when the dictionary does not
+///         have it.
 inline const KRTagDictionaryEntry* LookUpName(TagDictionary& dictionary, const char* name,
                                               const char* end, u16& length) {
   constexpr std::ptrdiff_t kLongestName = 64;

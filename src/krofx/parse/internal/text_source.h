@@ -1,9 +1,9 @@
 // The two ways to read a buffer's text, as sources for the scanners, which are templates over them.
 //
-// PlainText reads the memory of a plain KRBuffer; BufferText asks a buffer of a derived class for
-// each character through its virtual GetCh. Both answer alike: NUL outside the content and at its
-// end, and a search stops at the first NUL. A position is 32 bits with sign, so the last one counts
-// as the end of the text, however much there is.
+// PlainText reads the memory of a plain KRBuffer; BufferText reads each character of a buffer of a
+// derived class through its virtual GetCh. Both give the same results: NUL outside the content and
+// at its end, and a search stops at the first NUL. A position is a signed 32-bit number, so every
+// text ends at its largest value at the latest.
 
 #ifndef KROFX_PARSE_INTERNAL_TEXT_SOURCE_H_
 #define KROFX_PARSE_INTERNAL_TEXT_SOURCE_H_
@@ -22,7 +22,7 @@
 
 namespace krofx::internal {
 
-/// The position at which every text ends at the latest.
+/// Every text ends at this position at the latest.
 inline constexpr s32 kLastPosition = std::numeric_limits<s32>::max();
 
 /// A text in memory.
@@ -59,7 +59,7 @@ class PlainText {
     return static_cast<s32>(FindNameEnd(m_bytes + start, m_bytes + m_size) - m_bytes);
   }
 
-  /// Gives `use` a view of a stretch of the content that holds no NUL, and gives back its answer.
+  /// Calls `use` with a view of a stretch of the content that has no NUL, and returns its result.
   template <class Use>
   auto View(s32 start, u16 length, Use use) const {
     if (static_cast<u32>(start) >= static_cast<u32>(m_size)) return use(std::string_view());
@@ -72,12 +72,12 @@ class PlainText {
   s32 m_size;
 };
 
-/// A text behind a buffer's virtual GetCh.
+/// A text that is read through a buffer's virtual GetCh.
 class BufferText {
  public:
   explicit BufferText(KRBuffer& buffer) : m_buffer(&buffer) {}
 
-  /// Identifies nothing: a derived buffer's content cannot be compared.
+  /// Null: the content of a derived buffer cannot be identified.
   const char* Bytes() const { return nullptr; }
   s32 Size() const { return 0; }
 
@@ -125,14 +125,14 @@ class BufferText {
   KRBuffer* m_buffer;
 };
 
-/// Gives `use` the source that a buffer calls for, and gives back its answer.
+/// Calls `use` with the source for a buffer's class, and returns its result.
 template <class Use>
 auto WithText(KRBuffer& buffer, Use use) {
   if (buffer.HasPlainBytes() != 0) return use(PlainText(buffer));
   return use(BufferText(buffer));
 }
 
-/// The same for searches that are remembered, as long as the text is the one they were made in.
+/// As above, for searches that are remembered; those of another text are forgotten first.
 template <class Use>
 auto WithText(KRBuffer& buffer, SearchMemory& searches, Use use) {
   return WithText(buffer, [&searches, &use](const auto& text) {

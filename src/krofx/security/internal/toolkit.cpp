@@ -148,10 +148,10 @@ int DecodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written) {
 
 }  // namespace krofx::internal
 
-int KRChooseSHA1(unsigned char** description) {
-  return krofx::internal::Describe(description, krofx::internal::g_sha1);
-}
+using krofx::internal::Describe;
+using krofx::internal::g_base64;
+using krofx::internal::g_sha1;
 
-int KRChooseBase64(unsigned char** description) {
-  return krofx::internal::Describe(description, krofx::internal::g_base64);
-}
+int KRChooseSHA1(unsigned char** description) { return Describe(description, g_sha1); }
+
+int KRChooseBase64(unsigned char** description) { return Describe(description, g_base64); }

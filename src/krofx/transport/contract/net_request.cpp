@@ -8,15 +8,20 @@
 #include "krofx/transport/files/internal/file_url.h"
 #include "krofx/transport/files/internal/local_file.h"
 
+using krofx::internal::FileUrlToName;
+using krofx::internal::HasFileScheme;
+using krofx::internal::LocalFile;
+using krofx::internal::NameToFileUrl;
+
 namespace {
 
 // Bytes of the name of a file that a URL names, its NUL included.
 constexpr std::size_t kUrlFileNameSize = 256;
 
 // Opens the file that `url` names.
-bool OpenFileOf(const KRString& url, krofx::internal::LocalFile& file) {
+bool OpenFileOf(const KRString& url, LocalFile& file) {
   char name[kUrlFileNameSize];
-  return krofx::internal::FileUrlToName(name, sizeof name, url) && file.OpenToRead(name);
+  return FileUrlToName(name, sizeof name, url) && file.OpenToRead(name);
 }
 
 }  // namespace
@@ -43,13 +48,13 @@ KRNetStatus KRNetRequest::SendPlusHeadersContent(const KRString& url, KRBuffer* 
 KRNetStatus KRNetRequest::Abort() { return KRNetStatus_AbortNotSupported; }
 
 KRNetStatus KRNetRequest::GetReplySize(u32& size) {
-  krofx::internal::LocalFile file;
+  LocalFile file;
   const bool known = OpenFileOf(m_url, file) && file.Size(size);
   return known ? KRNetStatus_Success : KRNetStatus_NoReplySize;
 }
 
 KRNetStatus KRNetRequest::LoadReply(KRBuffer* target) {
-  krofx::internal::LocalFile file;
+  LocalFile file;
   u32 size = 0;
   if (target == nullptr || !OpenFileOf(m_url, file) || !file.Size(size)) {
     return KRNetStatus_ReplyNotLoaded;
@@ -72,17 +77,15 @@ u16 KRNetRequest::GetStatus(u32& /*httpStatus*/, u32& /*transportError*/) const 
 
 u16 KRNetRequest::SetTimeout(s32 /*seconds*/) { return 0; }
 
-u16 KRNetRequest::HasFileScheme(const char* url) {
-  return krofx::internal::HasFileScheme(url) ? 1 : 0;
-}
+u16 KRNetRequest::HasFileScheme(const char* url) { return HasFileScheme(url) ? 1 : 0; }
 
 u16 KRNetRequest::ConvertFileURLToLocalFileName(char* out, const char* url) {
   constexpr std::size_t kAnyRoom = std::numeric_limits<std::size_t>::max();
-  return out != nullptr && krofx::internal::FileUrlToName(out, kAnyRoom, url) ? 1 : 0;
+  return out != nullptr && FileUrlToName(out, kAnyRoom, url) ? 1 : 0;
 }
 
 u16 KRNetRequest::ConvertLocalFileNameToFileURL(char* out, const char* name) {
   if (out == nullptr || name == nullptr) return 0;
-  krofx::internal::NameToFileUrl(out, name);
+  NameToFileUrl(out, name);
   return 1;
 }

@@ -7,6 +7,7 @@
 #include "krofx/transport/curl/internal/curl_core.h"
 
 using krofx::internal::CurlCore;
+using krofx::internal::ExchangeParameters;
 
 namespace {
 
@@ -21,8 +22,7 @@ u16 Ask(CurlCore* core, u16 (CurlCore::*operation)(Parameters...), Arguments... 
   return core == nullptr ? u16{VYNCurlCode_BadArgument} : Noted((core->*operation)(arguments...));
 }
 
-void* Create(CurlCore* core, u16* error, void* session,
-             const krofx::internal::ExchangeParameters& parameters) {
+void* Create(CurlCore* core, u16* error, void* session, const ExchangeParameters& parameters) {
   u16 code = VYNCurlCode_BadArgument;
   void* const exchange = core == nullptr ? nullptr : core->Create(code, session, parameters);
   if (error != nullptr) *error = Noted(code);

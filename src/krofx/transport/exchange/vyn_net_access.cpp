@@ -6,6 +6,10 @@
 #include "krofx/transport/exchange/internal/module_path.h"
 #include "krofx/transport/exchange/vyn_net_request.h"
 
+using krofx::internal::FolderOfFileName;
+using krofx::internal::kModuleNameSize;
+using krofx::internal::ModuleFileName;
+
 VYNNetAccess::VYNNetAccess(VYNConnectionManager* manager, VYNWaitPlatform* platform)
     : m_session(*this, manager, platform) {}
 
@@ -50,7 +54,7 @@ u16 VYNNetAccess::GetStatus(u32& lastError) const {
 }
 
 void VYNNetAccess::SetupTempPathFromHInst(HINSTANCE module, KRString& path) {
-  char name[krofx::internal::kModuleNameSize];
-  krofx::internal::ModuleFileName(module, name);
-  krofx::internal::FolderOfFileName(name, path);
+  char name[kModuleNameSize];
+  ModuleFileName(module, name);
+  FolderOfFileName(name, path);
 }

@@ -16,8 +16,10 @@ namespace krofx::internal {
 __extension__ typedef unsigned __int128 u128;
 __extension__ typedef __int128 s128;
 
-/// The largest magnitude, 2^96 - 1; as a mask it cuts a result to 96 bits.
-inline constexpr u128 kMagnitudeMask = (u128{1} << 96) - 1;
+/// The bits of a magnitude.
+inline constexpr u16 kMagnitudeBits = 96;
+/// The largest magnitude; as a mask it cuts a result to its bits.
+inline constexpr u128 kMagnitudeMask = (u128{1} << kMagnitudeBits) - 1;
 
 /// 10^0 to 10^38, all powers that 128 bits hold.
 inline constexpr std::array<u128, 39> kPowersOfTen = [] {
