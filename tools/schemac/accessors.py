@@ -1,7 +1,7 @@
 """The accessors of a class: for each row, and for each slot or array that several rows share.
 
-Every accessor's comment says what it does, what the row means (the row's own `///` lines), and the
-row's type, use and versions.
+The comment of an accessor has three parts: what the accessor does, what the row means (the row's
+own `///` lines), and the row's type, use and versions.
 """
 
 import re
@@ -31,7 +31,7 @@ class AccessorWriter:
         self.model, self.cls = model, cls
         self.header, self.source = "", ""
         self.uses = set()  # generated classes whose header the source needs
-        self.about = ""  # what every comment says of the row at hand
+        self.about = ""  # what each comment says about the current row
 
     def declare(self, action, declaration, result=""):
         """A documented declaration: a prototype, or a (head, statement) that defines it at once."""
@@ -109,7 +109,7 @@ class AccessorWriter:
         text_class = is_text(cpp)
         shown = f"const {cpp}&" if text_class or cpp == "KRLanguage" else cpp
         self.declare(
-            f"Gets {row.tag} as it is held, present or not.",
+            f"Gets the value of {row.tag}, whether the tag is present or not.",
             (f"{shown} Get{name}() const", f"return {own};"),
         )
         self._has(name, tag, row.tag)
@@ -145,14 +145,16 @@ class AccessorWriter:
                 " KRPW_TOOLONG warning"
             )
         else:
-            result = "1; 0 when the text is no such value or the tag is not valid in this version"
+            result = (
+                "1; 0 when the text is not such a value or the tag is not valid in this version"
+            )
         parameter = "const KRString& text"
         declaration = f"u16 Set{row.stem}({parameter})"
         self.declare(f"Sets {row.tag} from its text.", declaration, result)
         self.define("u16", f"Set{row.stem}", [parameter], self._from_text("SetFromText", row))
 
     def _from_text(self, function, row):
-        """The call that stores a text into the row's member, whatever table the object has."""
+        """The call that stores a text into the row's member, even if the object's table differs."""
         own, value = member(row.stem), kind(self.model, row)
         return (f"return {function}", ["*this", enumerator(row.tag), value, f"&{own}", "text"])
 
@@ -165,7 +167,7 @@ class AccessorWriter:
         self.define("u16", name, ["const char* text"], f"return {name}(KRString(text));")
 
     def _set_int(self, row):
-        # A literal 0 is a number and a null pointer alike; an int of its own settles it.
+        # A literal 0 is both a number and a null pointer; a form for int resolves the call.
         name = f"Set{row.stem}"
         self.declare(
             f"Sets {row.tag}, as the form for u16 does: 0 is N, any other number is Y.",
@@ -183,14 +185,14 @@ class AccessorWriter:
         self.uses.add(child)
         slot = member(row.shared or row.stem)
         self.declare(
-            f"Gets the {row.tag} child, which this object keeps owning; null when there is none.",
+            f"Gets the {row.tag} child, which this object still owns; null when there is none.",
             f"{child}* Get{name}() const",
         )
         cast = "dynamic_cast" if shared else "static_cast"
         self.define(f"{child}*", f"Get{name}", [], f"return {cast}<{child}*>({slot}.Get());", True)
         self._has(name, tag, row.tag)
         self.declare(
-            f"Takes ownership of `child` and deletes the {row.tag} held before. Null leaves the tag"
+            f"Takes ownership of `child` and deletes the previous {row.tag}. Null leaves the tag"
             " present with nothing to write.",
             f"u16 Set{name}({child}* child)",
             f"1; {NOT_VALID}",
@@ -207,23 +209,23 @@ class AccessorWriter:
         about = self.about
         self.about = f"{about}\n{listed}" if listed else about
         self.declare(
-            "Gets the child, which this object keeps owning; null when there is none.",
+            "Gets the child, which this object still owns; null when there is none.",
             f"{shared.type}* Get{name}() const",
         )
         self.about = about
         body = f"return static_cast<{shared.type}*>({own}.Get());"
         self.define(f"{shared.type}*", f"Get{name}", [], body, True)
         self.declare(
-            "Takes ownership of `child` and deletes the one held before. The child's type is the"
+            "Takes ownership of `child` and deletes the previous one. The child's type is the"
             " tag that becomes present. Null leaves the tag present with nothing to write.",
             f"u16 Set{name}({shared.type}* child)",
-            "1; 0 when that tag is not valid here, and for null when nothing says which tag is"
+            "1; 0 when that tag is not valid here, and for null when it is not known which tag is"
             " meant",
         )
         body = f"return SetSharedChild(*this, {own}, child);"
         self.define("u16", f"Set{name}", [f"{shared.type}* child"], body)
         self.declare(
-            f"Makes {name} absent, whichever its tag is. The child stays.",
+            f"Makes {name} absent, whatever its tag is. The child stays.",
             f"u16 Clear{name}()",
             "1; 0, after a KRPW_UNKNOWNTAG warning, when none of the tags is valid in this version",
         )
@@ -244,22 +246,23 @@ class AccessorWriter:
         about = self.about
         self.about = f"{about}\n{listed}" if listed else about
         self.declare(
-            "Gets an entry, which this object keeps owning; null when there is none.",
+            "Gets an entry, which this object still owns; null when there is none.",
             f"{child}* Get{name}(u16 index) const",
         )
         self.about = about
         self.declare(
             "Takes ownership of `child` as entry `index`, in place of the one there.",
             f"u16 Set{name}(u16 index, {child}* child)",
-            "1; 0 when it could not be stored or its type is that of another list of this object"
-            " (then it is still the caller's), or when its type is not valid in this version (then"
-            " it is this object's)",
+            "1; 0 when it could not be stored or its type is that of another list of this object,"
+            " and then it still belongs to the caller; 0 when its type is not valid in this"
+            " version, and then it belongs to this object",
         )
         self.declare(
             "Takes ownership of `child` as the entry after the last.",
             f"u16 Append{name}({child}* child)",
             "1, whether its type is valid in this version or not; 0 when it could not be stored or"
-            " its type is that of another list of this object: then it is still the caller's",
+            " its type is that of another list of this object, and then it still belongs to the"
+            " caller",
         )
         self.declare(
             "Removes an entry without deleting it; the later ones move down.",
@@ -296,7 +299,7 @@ class AccessorWriter:
             (f"u16 GetNum{name}() const", f"return {own}.Entries();"),
         )
         self.declare(
-            "Gets a value, which this object keeps owning; null when there is none.",
+            "Gets a value, which this object still owns; null when there is none.",
             (f"{element}* Get{name}(u16 index) const", f"return {own}.Get(index);"),
         )
         self._has(name, tag, row.tag)
@@ -331,7 +334,7 @@ class AccessorWriter:
         self.declare(
             f"Adds a {row.tag} value from its text.",
             f"u16 Append{name}(const KRString& text)",
-            "1; 0 when the text is no such value",
+            "1; 0 when the text is not such a value",
         )
 
     def _set_repeated_text(self, row, own, tag):

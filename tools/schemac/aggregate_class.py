@@ -40,7 +40,7 @@ class ClassWriter:
             comment += f" Its tag is {self.cls.tag}."
         self.header += fill(comment, "")
         self.header += class_head(name, self.cls.base) + " public:\n"
-        self.header += "  /// Makes an object with nothing in it.\n"
+        self.header += "  /// Makes an empty object.\n"
         self.header += f"  {name}();\n"
         self.header += "  /// Shallow: the copy borrows children and shares arrays.\n"
         self.header += f"  {name}(const {name}& other);\n"
@@ -91,7 +91,9 @@ class ClassWriter:
         self.header += fill(
             "Copies everything from `source`, children included, which come from the factory."
         )
-        self.header += fill("@return 1; 0 for null, no factory or no memory.")
+        self.header += fill(
+            "@return 1; 0 when `source` is null, there is no factory, or memory is exhausted."
+        )
         self.header += f"  u16 DeepCopyFrom({name}* source);\n"
         if "DeepCopyFrom" not in self._overridden():
             head = f"u16 {name}::DeepCopyFrom"

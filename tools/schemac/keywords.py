@@ -189,20 +189,20 @@ def _keywords_header(path, owners):
 
 def _pair(k):
     traits = f"krofx::internal::KeywordTraits<{k.name}>"
-    failure = "0, and `out` unchanged, for a value beyond the list"
+    failure = "0, with `out` unchanged, for a value beyond the list"
     if k.owner.range_checked:
-        failure = "0, with a KRPW_BADFORMAT warning and `out` unchanged, beyond the list"
+        failure = "0, with `out` unchanged, after a KRPW_BADFORMAT warning, beyond the list"
     failure += "."
     parameters = ["const KRString& text", f"{k.name}& out"]
     reader = call(f"static u16 StringTo{k.stem}", parameters, " {", "  ")
-    missing = "`out` unchanged" if k.none is None else f"`out` {k.name}_None"
+    missing = "`out` unchanged" if k.none is None else f"`out` set to {k.name}_None"
     return f"""  /// Gives the keyword of a {k.name}.
   /// @return 1; {failure}
   static u16 {k.stem}ToString({k.name} value, KRString& out) {{
     return {traits}::ToText(value, out);
   }}
   /// Finds the {k.name} of a keyword, without regard to case.
-  /// @return 1; 0, and {missing}, after a KRPW_BADFORMAT warning, when there is none.
+  /// @return 1; 0, with {missing}, after a KRPW_BADFORMAT warning, when there is none.
 {reader}\
     return {traits}::FromText(text, out);
   }}

@@ -14,8 +14,9 @@ HEADER = """\
 
 #include "krofx/core/types.h"
 
-/// A tag as a number: {count} tags, ids 1 to {count} with no hole; 0 is no tag. An enumerator is
-/// named by the tag's text with each point as an underscore, so KRTag_NORV_BID is "NORV.BID".
+/// A tag as a number: {count} tags with consecutive ids from 1 to {count}; 0 is not a tag. The name
+/// of an enumerator is the tag's text with each point as an underscore: KRTag_NORV_BID is
+/// "NORV.BID".
 /// TagDictionary turns an id into the text on the wire and back.
 // clang-format off
 enum KRTagID : u32 {{

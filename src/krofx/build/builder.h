@@ -1,18 +1,18 @@
 // The writer of OFX text: turns a tree of data objects into the text of a KRBuffer.
 //
-// The tree drives. KRBuilder::Build calls the root's Build, each aggregate writes its present
-// members in wire order through the operations below, and the builder knows only how each kind of
-// value looks as text. The output is OFX in its SGML form, one tag or element on a line, elements
-// without an end tag, no indentation:
+// KRBuilder::Build calls the root's Build. Each aggregate writes its present members in wire order
+// through the operations below, so the builder needs to know only how each kind of value is written
+// as text. The output is OFX in its SGML form, one tag or element on a line, elements without an
+// end tag, no indentation:
 //
 //     <STATUS>
 //     <CODE>0
 //     <SEVERITY>INFO
 //     </STATUS>
 //
-// Lines of the body end in a line feed whatever the platform; only header lines follow the
-// builder's line-end option. Operations come in three layers: a tag (AddTagElement), a value with
-// its line feed (AddAmount), and both (AddTagKRAmount).
+// Lines of the body end in a line feed on every platform; only header lines follow the builder's
+// line-end option. There are operations for a tag (AddTagElement), for a value with its line feed
+// (AddAmount), and for both (AddTagKRAmount).
 
 #ifndef KROFX_BUILD_BUILDER_H_
 #define KROFX_BUILD_BUILDER_H_
@@ -38,21 +38,21 @@ class KRString12;
 class KRString36;
 class KRTime;
 
-/// How a builder treats strings that are not valid. Every value but 0 is lenient.
+/// How a builder treats strings that are not valid. Every value except 0 is lenient.
 enum KRBuildStringOpt : u32 {
   KRBuildStringOpt_Strict = 0,   ///< A string that is not valid stops the build.
   KRBuildStringOpt_Lenient = 1,  ///< An over-long string is cut, any other written as it is.
 };
 
-/// What a string writer does with the characters that mean something in SGML.
+/// What a string writer does with the characters that have a meaning in SGML.
 enum KRBuildStringMacroOpt : u32 {
   KRBuildStringMacroOpt_AsIs = 0,    ///< Write the text as it is.
   KRBuildStringMacroOpt_Escape = 1,  ///< Write '<', '>' and '&' as "&lt;", "&gt;" and "&amp;".
 };
 
-/// Line ends, in two uses. As the last argument of AddString, NewLine appends a line feed and any
-/// other value nothing. As the builder's option it is the end of header lines and blank lines, and
-/// there None and NewLine write nothing.
+/// Line ends, with two uses. As the last argument of AddString, NewLine appends a line feed and any
+/// other value appends nothing. As the builder's option, the value is the end of header lines and
+/// blank lines, for which None and NewLine write nothing.
 enum KRBuildStringCrLfOpt : u32 {
   KRBuildStringCrLfOpt_None = 0,     ///< Nothing.
   KRBuildStringCrLfOpt_NewLine = 1,  ///< AddString: a line feed. Header lines: nothing.
@@ -66,11 +66,10 @@ enum KRBuildStringCrLfOpt : u32 {
 
 /// Writes data objects as OFX text.
 ///
-/// A builder is light and can be copied. It owns neither the buffer nor the objects, and belongs to
+/// A builder is small and can be copied. It owns neither the buffer nor the objects, and is used by
 /// one thread, which must be attached. Every Add operation returns 0 (KRBuildStatus_Done) when it
-/// wrote, and 3 (KRBuildStatus_NullArgument) as long as Build has given no buffer. What was written
-/// before a failure stays in the buffer. A failed allocation shows at the end of Build, as
-/// status 1.
+/// wrote, and 3 (KRBuildStatus_NullArgument) until Build has set a buffer. What was written before
+/// a failure stays in the buffer. A failed allocation is reported at the end of Build, as status 1.
 ///
 /// Host classes may override any operation: the operations for a tag and its value go through the
 /// virtual operation for the tag and the one for the value.
@@ -78,15 +77,15 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
  public:
   static constexpr char KR_LEFT_BRACE = '<';     ///< Opens a tag.
   static constexpr char KR_RIGHT_BRACE = '>';    ///< Closes a tag.
-  static constexpr char KR_END_MARKER = '/';     ///< Is before the name of an end tag.
+  static constexpr char KR_END_MARKER = '/';     ///< Comes before the name of an end tag.
   static constexpr char KR_NEW_LINE[] = "\n";    ///< Ends each line of the body.
-  static constexpr char KR_HEADER_SEP = ':';     ///< Is between a header's name and value.
-  static constexpr char KR_BOOLEAN_TRUE = 'Y';   ///< The text of every boolean but 0.
+  static constexpr char KR_HEADER_SEP = ':';     ///< Separates a header's name and value.
+  static constexpr char KR_BOOLEAN_TRUE = 'Y';   ///< The text of every boolean except 0.
   static constexpr char KR_BOOLEAN_FALSE = 'N';  ///< The text of the boolean 0.
 
-  /// Makes a builder with no buffer and no failing object.
+  /// Makes a builder without a buffer and without a failing object.
   /// @param lineEnd   the end of header lines and blank lines.
-  /// @param closeTags when 1, every tag is followed at once by its end tag, elements included.
+  /// @param closeTags when 1, every tag is directly followed by its end tag, elements included.
   explicit KRBuilder(KRBuildStringCrLfOpt lineEnd = KRBuildStringCrLfOpt_CRLF, u16 closeTags = 0);
   /// The same, for hosts that keep the line end as a number.
   explicit KRBuilder(u32 lineEnd, u16 closeTags = 0)
@@ -99,17 +98,17 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
 
   /// Writes `root` after what `buffer` already holds.
   /// @param option        how strings that are not valid are treated.
-  /// @param checkRequired when not 0, a tree that was written is also searched for missing required
-  ///                      tags; its text stays in the buffer whatever is found.
+  /// @param checkRequired when not 0, the tree is also searched for missing required tags after it
+  ///                      was written; its text stays in the buffer whatever is found.
   /// @return 0 done; 1 memory ran out, or this thread is not attached; 3 `buffer` or `root` is
   ///         null; 9 a required tag is missing; else the first status with which an object failed.
-  ///         On 1, 9 and every failure of an object GetFailingObject says where. One recorded by
-  ///         an earlier build is kept, so take a new builder for each build.
+  ///         After 1, 9 and every failure of an object, GetFailingObject gives the object. An
+  ///         object recorded by an earlier build is kept, so use a new builder for each build.
   virtual KRBuildStatus Build(KRBuffer* buffer, KRDataObj* root, KRBuildStringOpt option,
                               u16 checkRequired);
 
   /// @name Structure
-  /// The tag operations return 3 for an id that is no tag.
+  /// The tag operations return 3 for an id that is not a tag.
   /// @{
 
   /// Writes a start tag and a line feed.
@@ -132,8 +131,8 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// Writes a number in decimal digits.
   virtual KRBuildStatus AddKRSShort(s16 value);
   /// Writes a number padded to a width.
-  /// @param fill  what is put in front of a shorter number: '0' zeros, '-' nothing and blanks
-  ///              after it instead, any other character blanks.
+  /// @param fill how a shorter number is padded: '0' with zeros before it, '-' with blanks after
+  ///              it, any other character with blanks before it.
   /// @param width the least number of characters; a longer number is written in full.
   virtual KRBuildStatus AddKRUShort(u16 value, char fill, u16 width);
   /// Writes a number in decimal digits.
@@ -152,15 +151,15 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// A string with encoding 1 (CDATA) is written twice, plain and then between "<![CDATA[" and
   /// "]]>", and never escaped. The doubled form is the wire form of such a text.
   ///
-  /// Validity is asked of the string itself (KRString::IsValid), so its length before escaping
-  /// counts. In lenient mode an over-long string is cut to its spec length after escaping, which
-  /// can leave fewer characters of the text and part of a macro at the end.
+  /// Validity is what the string's own IsValid returns, so the length before escaping counts. In
+  /// lenient mode an over-long string is cut to its spec length after escaping, which can leave
+  /// fewer characters of the text, and an incomplete macro at the end.
   /// @{
 
   /// Writes a text, which may be empty.
   /// @param lineOption NewLine puts a line feed after the text.
-  /// @return in strict mode, with nothing written: 5 for a text beyond its spec length, 8 for one
-  ///         that its own class refuses.
+  /// @return 0; in strict mode, with nothing written: 5 for a text beyond its spec length, 8 for
+  ///         one that its own IsValid refuses.
   virtual KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt macroOption,
                                   KRBuildStringCrLfOpt lineOption);
   /// The same.
@@ -188,9 +187,9 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// @}
 
   /// @name Keywords
-  /// Each writes the keyword of its value, without escaping, and returns 2 for a value that has
-  /// none. The first group writes straight into the buffer, the second goes through the virtual
-  /// AddString (except where a line says otherwise).
+  /// Each writes the keyword of its value, without escaping, and returns 2 for a value that does
+  /// not have one. The operations of this group write directly into the buffer, and those of the
+  /// second group through the virtual AddString, except where a comment says otherwise.
   /// @{
 
   virtual KRBuildStatus AddBankTxType(KRBankTxType value);            ///< Straight.
@@ -218,7 +217,8 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
 
   virtual KRBuildStatus AddTagKRDayOfWeek(KRTagID tag, KRDayOfWeek value);  ///< See AddDayOfWeek.
   virtual KRBuildStatus AddTagKRProcCode(KRTagID tag, KRProcCode value);    ///< See AddProcCode.
-  /// Writes a tag and a frequency's keyword. A value without one returns 2 with no tag written.
+  /// Writes a tag and a frequency's keyword. For a value without a keyword it returns 2 and writes
+  /// no tag.
   virtual KRBuildStatus AddTagKRFrequency(KRTagID tag, KRFrequency value);
   virtual KRBuildStatus AddTagKRServerID(KRTagID tag,
                                          const KRString36& value);  ///< See AddServerID.
@@ -227,7 +227,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// @}
 
   /// @name Keywords through AddString
-  /// As above; 2 for a value that has no keyword.
+  /// As above; 2 for a value that does not have a keyword.
   /// @{
 
   virtual KRBuildStatus AddBuyType(KRBuyType value);          ///< Writes the keyword.
@@ -240,7 +240,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   virtual KRBuildStatus AddMFType(KRMFType value);            ///< Writes the keyword.
   virtual KRBuildStatus AddOptAction(KROptAction value);      ///< Writes the keyword.
   virtual KRBuildStatus AddOptBuyType(KROptBuyType value);    ///< Writes the keyword.
-  /// Writes the keyword, or an empty text for a value that has none, with escaping.
+  /// Writes the keyword, or an empty text for a value without one, with escaping.
   /// @return 0 always.
   virtual KRBuildStatus AddFidelityOptBuyType(KRFidelityOptBuyType value);
   virtual KRBuildStatus AddSellReason(KRSellReason value);    ///< Writes the keyword.
@@ -283,7 +283,8 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   /// @return 4, with nothing written, for a text that is empty or all blanks and line ends; 5 and 8
   ///         as AddString, with the tag written.
   virtual KRBuildStatus AddTagKRString(KRTagID tag, const KRString& text);
-  /// The same; 4 for a null pointer too.
+  /// The same.
+  /// @return also 4 for a null pointer.
   virtual KRBuildStatus AddTagKRString(KRTagID tag, const KRString* text);
   virtual KRBuildStatus AddTagKRAmount(KRTagID tag,
                                        const KRPrecisionInteger& value);  ///< See AddAmount.
@@ -294,7 +295,8 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
                                          const KRPrecisionInteger& value);  ///< See AddQuantity.
   virtual KRBuildStatus AddTagKRUnitPrice(KRTagID tag,
                                           const KRPrecisionInteger& value);  ///< See AddUnitPrice.
-  /// Writes a tag and a number as a percentage; 2, with the tag written, outside 0 to 100.
+  /// Writes a tag and a number as a percentage.
+  /// @return 2, with the tag written, for a number outside 0 to 100.
   virtual KRBuildStatus AddTagKRRate(KRTagID tag, const KRPrecisionInteger& value);
   virtual KRBuildStatus AddTagKRInvAcctType(KRTagID tag,
                                             KRInvAcctType value);           ///< See AddInvAcctType.
@@ -335,21 +337,23 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
 
   /// The buffer of the last Build; null before the first. Not owned.
   virtual KRBuffer* GetBuffer();
-  /// Appends all of `source`, whatever its cursor.
+  /// Appends the whole content of `source`, wherever its cursor is.
   /// @return 1 when the append failed; 3 when `source` is null.
   virtual KRBuildStatus AddBuffer(KRBuffer* source);
 
   /// Sets the end of header lines and blank lines.
   void SetCRLFoption(KRBuildStringCrLfOpt option);
 
-  /// The buffer of the build at hand, when every object's values go into it as the operations above
-  /// describe it: for a builder and a buffer whose operations no host's class overrides, without
-  /// closed tags. Null otherwise.
+  /// The buffer of the current build, for objects that write their values into it directly. That is
+  /// possible when no host class overrides operations of the builder or of the buffer, and the
+  /// builder does not close tags.
+  /// @return the buffer; null when values must be written through the operations above.
   KRBuffer* GetPlainTarget() const { return m_plainTarget; }
 
-  /// The first object whose writing failed, null when none did. Not owned.
+  /// @return the first object whose writing failed, not owned; null when none failed.
   KRDataObj* GetFailingObject() const { return m_failingObject; }
-  /// Records the object whose writing failed. An aggregate calls it only when none is recorded yet.
+  /// Records the object whose writing failed. An aggregate calls it only when no object is recorded
+  /// yet.
   void SetFailingObject(KRDataObj* object) { m_failingObject = object; }
 
  protected:
@@ -365,10 +369,10 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   KRBuildStatus AddLine(const char* text, std::size_t length);
 
  private:
-  // Writes a keyword in the way that its enumeration's row in keywords.schema names.
+  // Writes a keyword in the way that keywords.schema gives for its enumeration.
   template <class E>
   KRBuildStatus AddKeyword(E value);
-  // The way of all strings that come from objects: escaped, with a line feed.
+  // Writes a string of an object: escaped, with a line feed.
   KRBuildStatus AddEscaped(const KRString& text);
   // Writes a number in decimal digits, and a line feed.
   template <class Integer>

@@ -1,8 +1,8 @@
-// Growable arrays of owned elements: the base class of the family and its one implementation.
+// Growable arrays of owned elements: the base class of all arrays, and their one implementation.
 //
-// A repeated OFX element or aggregate lives in an array. Each concrete class of the family is a
-// thin face over krofx::internal::ElementArray and holds one type of element, so that a field
-// declares what it holds:
+// A repeated OFX element or aggregate lives in an array. Each array class derives from
+// krofx::internal::ElementArray and holds one type of element, so that the type of a field says
+// what it holds:
 //
 //   class KRDynamicArrayRequest : public krofx::internal::ElementArray<KRRequest> {
 //    public:
@@ -12,8 +12,8 @@
 //     KRRequest* NewElement() const override;  // asks the object factory
 //   };
 //
-// A used index may hold null: the entries count the highest index touched, not the elements that
-// are there.
+// A slot in use may hold null: the number of entries is the highest index in use plus 1, not the
+// number of elements.
 
 #ifndef KROFX_CORE_ARRAY_H_
 #define KROFX_CORE_ARRAY_H_
@@ -40,47 +40,49 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// An empty array. `initialSize` is the number of slots of the first allocation and `growStep`
   /// the number added at each later one; 0 becomes 1 in either.
   KRDynamicArray(u16 initialSize, u16 growStep);
-  /// Elements of an untyped array cannot be let go; the typed arrays are copied and assigned.
+  /// An untyped array cannot destroy the elements that it holds, so only the typed arrays can be
+  /// assigned.
   KRDynamicArray& operator=(const KRDynamicArray&) = delete;
   virtual ~KRDynamicArray();
 
-  /// 1 when a caller may have the array make room for `index`.
+  /// @return 1 when a caller may make the array grow to `index`; in this class always.
   virtual u16 OkToAlloc(u16 index) const;
-  /// Writes the elements under `tag`. The base does not know how and answers
-  /// KRBuildStatus_NoArrayWriter.
+  /// Writes the elements under `tag`.
+  /// @return in this class KRBuildStatus_NoArrayWriter: it does not know how to write elements.
   virtual KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
 
   /// The highest index in use, plus 1.
   u16 Entries() const { return m_block.Entries(); }
-  /// Slots that the array has, by its steps of growth.
+  /// The number of slots that the growth so far has made.
   u16 Allocated() const { return m_block.Allocated(); }
   /// Slots of the first allocation.
   u16 InitialSize() const { return m_block.InitialSize(); }
   /// Slots added at each later allocation.
   u16 GrowStep() const { return m_block.GrowStep(); }
-  /// Whether a copy of this array, or the array that this is a copy of, uses the same elements.
+  /// @return whether a copy of this array, or the array that this is a copy of, uses the same
+  ///         elements.
   bool IsShared() const { return m_block.IsShared(); }
 
   /// Makes room for `index` and counts it as in use, without an element.
-  /// @return 1; 0 when memory is exhausted or `index` is 65535, and then the array holds what it
-  ///         held.
+  /// @return 1; 0 when memory is exhausted or `index` is 65535, and then the array is unchanged.
   u16 AllocatedTo(u16 index);
   /// Takes the element at `index` out; the later ones move down. The element is not destroyed: it
-  /// belongs to the caller, who must have its pointer.
-  /// @return 1; 0 at or above the entries.
+  /// then belongs to the caller, who gets it with Get before this call.
+  /// @return 1; 0 when `index` is not below the number of entries.
   u16 UnSet(u16 index);
-  /// Forgets all elements, destroying none, and keeps the memory. For elements that are owned
-  /// elsewhere.
+  /// Empties all slots without destroying the elements, and keeps the memory. For elements that
+  /// something else owns.
   void Clear();
 
  protected:
-  /// For an array that chooses whether its growth may raise the alarm.
+  /// As the public constructor. `alarm` says whether a failed first allocation raises the fire
+  /// alarm.
   KRDynamicArray(u16 initialSize, u16 growStep, krofx::internal::GrowthAlarm alarm);
   /// Shares the source's elements.
   KRDynamicArray(const KRDynamicArray& source) = default;
 
-  /// One step of growth. A failure of the first allocation raises the fire alarm, one of a later
-  /// step does not.
+  /// Grows by one step. If the first allocation fails the fire alarm is raised; a later failure
+  /// raises none.
   /// @return 1; 0 when it failed, and then nothing has changed.
   u16 Reallocate() { return m_block.GrowOneStep() ? 1 : 0; }
 
@@ -93,7 +95,7 @@ namespace krofx::internal {
 /// Sets the calling thread's fire alarm: an element could not be made.
 KROFX_API void RaiseElementAlarm();
 
-/// An array of owned elements of type T: a class, or a plain integer in a cell of its own.
+/// An array of owned elements of type T: a class, or a plain integer, each allocated by itself.
 template <class T>
 class KROFX_API ElementArray : public KRDynamicArray {
  public:
@@ -101,7 +103,8 @@ class KROFX_API ElementArray : public KRDynamicArray {
 
   /// Shares the source's elements.
   ElementArray(const ElementArray& source) = default;
-  /// Lets go of what the array held and shares the source's elements.
+  /// Destroys the elements that the array held, unless a copy shares them, and shares the source's
+  /// elements.
   ElementArray& operator=(const ElementArray& source) {
     if (this != &source) {
       m_block.Release(&Destroy);
@@ -109,10 +112,11 @@ class KROFX_API ElementArray : public KRDynamicArray {
     }
     return *this;
   }
-  /// Destroys the elements, if no copy shares them.
+  /// Destroys the elements, unless a copy shares them.
   ~ElementArray() override { m_block.Release(&Destroy); }
 
-  /// The element, still the array's; null when the slot is empty or at or above the entries.
+  /// @return the element, still the array's; null when the slot is empty or at or above the
+  ///         entries.
   T* Get(u16 index) const { return static_cast<T*>(m_block.Get(index)); }
 
   /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
@@ -120,7 +124,7 @@ class KROFX_API ElementArray : public KRDynamicArray {
   /// @return 1; 0, with the array as it was and the element still the caller's, when it is null,
   ///         memory is exhausted, or `index` is 65535.
   virtual u16 Set(u16 index, T* element) { return m_block.Store(index, element, &Destroy) ? 1 : 0; }
-  /// As Set, after the last entry.
+  /// As Set, at the index after the last entry.
   virtual u16 Append(T* element) { return Set(Entries(), element); }
   /// Puts a new element with a copy of `value` at `index`, and destroys what was there.
   /// @return 1; 0, with the array as it was, when memory is exhausted or `index` is 65535.
@@ -135,9 +139,10 @@ class KROFX_API ElementArray : public KRDynamicArray {
     return m_block.Store(index, element, &Destroy) ? 1 : 0;
   }
 
-  /// The element at `index`, made if there is none. When that fails the fire alarm is raised and
-  /// the reference is to a spare element of the thread, which belongs to no array and is made anew
-  /// at each failure. Use Get and Set where the difference matters.
+  /// @return the element at `index`, which is made if the slot is empty. When that fails the fire
+  ///         alarm is raised and the reference is to a spare element of the thread, which belongs
+  ///         to no array and is made anew at each failure. Code that must detect the failure uses
+  ///         Get and Set.
   T& operator[](u16 index) {
     if (m_block.GrowTo(index)) {
       void* held = m_block.At(index);
@@ -159,7 +164,8 @@ class KROFX_API ElementArray : public KRDynamicArray {
   virtual void DeleteAll() { m_block.Release(&Destroy); }
 
  protected:
-  /// Makes an element for SetVal and []. Null when memory is exhausted.
+  /// Makes an element for SetVal and [].
+  /// @return the element; null when memory is exhausted.
   virtual T* NewElement() const { return MakeElement<T>(); }
 
  private:
@@ -174,8 +180,8 @@ class KROFX_API ElementArray : public KRDynamicArray {
   }
 };
 
-/// An array of owned elements without virtual operations, for the byte-like values of the transport
-/// and security layers. UnSet leaves a hole instead of closing up.
+/// An array of owned elements without virtual operations, for buffers and certificates. UnSet
+/// leaves the slot empty instead of moving the later elements down.
 template <class T>
 class KROFX_API PlainArray {
  public:
@@ -189,9 +195,10 @@ class KROFX_API PlainArray {
 
   /// The highest index in use, plus 1.
   u16 Entries() const { return m_block.Entries(); }
-  /// Slots that the array has, by its steps of growth.
+  /// The number of slots that the growth so far has made.
   u16 Allocated() const { return m_block.Allocated(); }
-  /// The element, still the array's; null when the slot is empty or at or above the entries.
+  /// @return the element, still the array's; null when the slot is empty or at or above the
+  ///         entries.
   T* Get(u16 index) const { return static_cast<T*>(m_block.Get(index)); }
 
   /// Puts `element` at `index`, growing the array as needed, and destroys what was there. On
@@ -199,14 +206,14 @@ class KROFX_API PlainArray {
   /// @return 1; 0, with the array as it was and the element still the caller's, when it is null,
   ///         memory is exhausted, or `index` is 65535.
   u16 Set(u16 index, T* element) { return m_block.Store(index, element, &Destroy) ? 1 : 0; }
-  /// Gives up the element at `index`, leaving its slot empty; entries stay.
+  /// Empties the slot at `index` without destroying its element; the number of entries stays.
   /// @return 1; 0 when the array has no such slot.
   u16 UnSet(u16 index) { return m_block.Empty(index) ? 1 : 0; }
-  /// Forgets all elements, destroying none, and keeps the memory.
+  /// Empties all slots without destroying the elements, and keeps the memory.
   void Clear() { m_block.Clear(); }
 
  protected:
-  /// One step of growth. When it fails nothing changes but the fire alarm, which is raised.
+  /// Grows by one step. When that fails the fire alarm is raised and nothing else changes.
   void Reallocate() { m_block.GrowOneStep(); }
 
  private:

@@ -1,9 +1,9 @@
 // The growable byte area through which all OFX text passes: the builder writes one, the transport
 // moves one, the parse engine reads one.
 //
-// One cursor serves reading and writing. A write ends the content: size and cursor are equal after
-// it, so a write inside the content cuts what followed. Memory is overwritten with zero before it
-// is given back, growth included, because buffers hold sign-on text.
+// One cursor serves reading and writing. A write ends the content: after it the size equals the
+// cursor, so a write inside the content cuts off everything after it. Memory is overwritten with
+// zeros before it is freed, also when the buffer grows, because buffers hold sign-on text.
 
 #ifndef KROFX_CORE_BUFFER_H_
 #define KROFX_CORE_BUFFER_H_
@@ -25,23 +25,23 @@ enum KRBufferResult : s32 {
   KRBufferOutOfRange = -9996,
   /// The buffer could not grow.
   KRBufferNoMemory = -9997,
-  /// There is no memory to read from or write to.
+  /// The buffer has no memory to read from or write to, or a pointer is null.
   KRBufferNoData = -9998,
 };
 
 /// A growable byte area with one cursor. It may hold any byte, NUL included.
 ///
-/// The allocation grows by the grow size, or by what is needed if that is more; beyond the
-/// announced allocation the memory grows by doubling, so that long content costs few copies. When
-/// memory is exhausted the content is lost: the fire alarm is set and the buffer has no data.
+/// The allocation that GetBufferAllocation reports grows by the grow size, or by what is needed if
+/// that is more. The memory itself grows by doubling, so that long content costs few copies. When
+/// memory is exhausted the content is lost: the fire alarm is raised and the buffer has no data.
 ///
-/// A derived class may serve characters from elsewhere through GetCh. Deleting a derived buffer
-/// through a pointer to this class is not allowed, since the destructor is not virtual.
+/// A derived class may override GetCh to supply characters from another source. Deleting a derived
+/// buffer through a pointer to this class is not allowed, since the destructor is not virtual.
 class KROFX_API KRBuffer : public krofx::internal::HeapObject {
  public:
   /// Bytes of the blocks in which bulk data is moved.
   static constexpr u16 kBlockSize = 16384;
-  /// Grow size of a buffer that is made without one, and without an initial size.
+  /// Bytes allocated when the initial size and the grow size are both 0.
   static constexpr u32 kDefaultGrowSize = 512;
 
   /// Allocates `initialSize` bytes, or `growSize` when that is 0, or 512 when both are 0. A grow
@@ -52,8 +52,9 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   /// Overwrites the memory and frees it.
   ~KRBuffer();
 
-  /// The byte at position `index`; 0 when it is negative or not inside the content. The cursor
-  /// stays.
+  /// Reads one byte without moving the cursor.
+  /// @return the byte at position `index`; 0 when the position is negative or not inside the
+  ///         content.
   virtual char GetCh(s32 index);
 
   /// Makes the allocation at least `bytes`; size and cursor stay.
@@ -67,11 +68,11 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   KRBufferResult Write(const char* bytes, u16 count) { return PutBufData(bytes, count); }
   /// As += of a buffer.
   KRBufferResult Write(KRBuffer* source) { return *this += source; }
-  /// Writes the text and one NUL after it, which counts in size and cursor. Of a text of 65536
-  /// bytes or more only the length modulo 65536 is written; use WriteLarge for such.
+  /// Writes the text and one NUL after it, which counts in size and cursor. The length is taken
+  /// modulo 65536, so a text of 65536 bytes or more is not written whole: use WriteLarge.
   KRBufferResult WriteString(const char* text);
   /// Writes any number of bytes, in blocks.
-  /// @return the result of the first block that fails, which ends it; else KRBufferOK.
+  /// @return KRBufferOK, or the result of the first block that fails; later blocks are not written.
   KRBufferResult WriteLarge(const char* bytes, u32 count);
 
   /// Writes one byte at the cursor. A failure shows only in the fire alarm.
@@ -87,7 +88,7 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   /// Reads one byte at the cursor.
   /// @return KRBufferOK; KRBufferOutOfRange at the end of the content.
   KRBufferResult Read(char* out) { return GetBufData(out, 1); }
-  /// Reads up to `max` bytes at the cursor and says in `got` how many.
+  /// Reads up to `max` bytes at the cursor and stores their number in `got`.
   /// @return KRBufferOK; KRBufferOutOfRange at the end of the content, with `got` left alone.
   KRBufferResult Read(char* out, u16& got, u16 max);
 
@@ -101,21 +102,21 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   u16 GetData(KRString& out, s32 start, u16 count);
 
   /// Replaces the target's content by `count` bytes from position `start`, or by everything from
-  /// `start` when `count` is 0; the target's cursor is at the end then. A copy of nothing makes the
-  /// target's size its old cursor and its cursor 0.
+  /// `start` when `count` is 0; the target's cursor is at the end then. When there are no bytes to
+  /// copy, the target's size becomes its old cursor, and its cursor 0.
   /// @return KRBufferOK; KRBufferOutOfRange for a range past the content, KRBufferNoMemory for
   ///         exhausted memory, KRBufferNoData for a null target or missing data.
   KRBufferResult CopyBuffer(KRBuffer* target, u32 start, u32 count) const;
-  /// 1 when both buffers have data and the same content.
+  /// @return 1 when both buffers have data and the same content.
   u16 CompareBuffer(const KRBuffer* other) const;
 
-  /// Fills the content with `fill`, makes the size the old cursor and puts the cursor to 0: room of
-  /// the same size to be written anew. Nothing happens without data.
+  /// Fills the content with `fill`, then sets the size to the cursor and the cursor to 0. Nothing
+  /// happens when the buffer has no data.
   void ClearBuffer(char fill);
-  /// Sets the size; 0 means the current cursor. Positions beyond the allocation read as no content.
+  /// Sets the size; 0 means the current cursor. Positions beyond the allocation cannot be read.
   void SetBufferSize(u32 size) { m_size = size == 0 ? m_offset : size; }
   /// Moves the cursor, up to the size.
-  /// @return 1; 0, and nothing moves, beyond the size.
+  /// @return 1; 0, without a move, for an offset beyond the size.
   u16 SetBufferOffset(u32 offset);
 
   /// Bytes of content.
@@ -124,18 +125,19 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   u32 GetBufferOffset() const { return m_offset; }
   /// Bytes that can be held before the next growth.
   u32 GetBufferAllocation() const { return m_allocation; }
-  /// The memory, for direct reads and for writes that SetBufferSize closes. Null when memory was
-  /// exhausted. It moves when the buffer grows.
+  /// @return the memory, for direct reads, and for direct writes that end with SetBufferSize; null
+  ///         when memory was exhausted. The pointer is valid until the buffer grows.
   char* GetBufferPtr() const { return m_data; }
-  /// As GetBufferPtr, but null when the allocation is 65535 bytes or more: for 16-bit lengths.
+  /// @return as GetBufferPtr, but null when the allocation is 65535 bytes or more, for callers that
+  ///         count in 16 bits.
   char* GetSmallBufferPtr() const { return m_allocation < 65535 ? m_data : nullptr; }
 
-  /// 1 when the content is what the memory holds: the buffer is exactly of this class, so reading
-  /// GetBufferPtr is the same as reading through GetCh.
+  /// @return 1 when the content is what the memory holds: the buffer is exactly of this class, so
+  ///         reading GetBufferPtr is the same as reading through GetCh.
   u16 HasPlainBytes() const;
 
  protected:
-  /// The limit of the allocation; a write that would end at or above it is refused.
+  /// @return the limit of the allocation; a write that would end at or above it is refused.
   virtual u32 GetMaxBufferSize();
 
  private:

@@ -7,7 +7,7 @@
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
 
-/// A node of a KRCollection; derive from it to give it a content.
+/// A node of a KRCollection; derive from it to add content.
 class KROFX_API KRCollectionItem : public krofx::internal::HeapObject {
  public:
   /// An item with no neighbours.
@@ -18,12 +18,13 @@ class KROFX_API KRCollectionItem : public krofx::internal::HeapObject {
 
   /// Copies the links, and the content in a derived class.
   virtual KRCollectionItem& operator=(const KRCollectionItem& source);
-  /// 1 when `other` is what this item looks for; here the very same object.
+  /// @return 1 when `other` is what this item looks for; here the very same object.
   virtual u16 operator==(const KRCollectionItem& other) const;
-  /// A new item of the same class, owned by the caller; null when memory is exhausted.
+  /// Makes an empty item of the same class.
+  /// @return the item, owned by the caller; null when memory is exhausted.
   virtual KRCollectionItem* Factory() const;
 
-  /// The item after this one; null at the end.
+  /// @return the item after this one; null at the end.
   KRCollectionItem* Next() const { return m_next; }
   /// Sets the item after this one; the item is not owned.
   void Next(KRCollectionItem* item) { m_next = item; }
@@ -39,7 +40,7 @@ class KROFX_API KRCollectionItem : public krofx::internal::HeapObject {
 
 /// A list of copies of items, the newest first. It owns the copies that it made.
 ///
-/// A copy of a collection sees the same items and owns none of them: it must not be used once the
+/// A copy of a collection sees the same items and owns none of them: it must not be used after the
 /// original has removed them.
 class KROFX_API KRCollection {
  public:
@@ -53,13 +54,14 @@ class KROFX_API KRCollection {
   ~KRCollection();
 
   /// Puts a copy of `item`, made by its Factory, at the head. Nothing happens when memory is
-  /// exhausted (the fire alarm is set then) or 65535 items are there. The previous link of the old
-  /// head is not set.
+  /// exhausted (the fire alarm is raised then) or the list has 65535 items. The previous link of
+  /// the old head is not set.
   KRCollection& operator+=(const KRCollectionItem& item);
   /// Removes the first element for which `item == element`, deleting it if the collection owns it.
-  /// An element after the head goes only if its previous link was set. No match: nothing happens.
+  /// An element after the head goes only if its previous link was set. Nothing happens when no
+  /// element matches.
   KRCollection& operator-=(const KRCollectionItem& item);
-  /// The item at `index`, 0 being the newest; null beyond the end.
+  /// @return the item at `index`, 0 being the newest; null beyond the end.
   KRCollectionItem* operator[](u16 index) const;
   /// How many items there are.
   u16 NumberofItems() const { return m_count; }
@@ -70,7 +72,7 @@ class KROFX_API KRCollection {
 
   KRCollectionItem* m_head = nullptr;
   u16 m_count = 0;
-  /// Items at the head that this collection made itself.
+  /// The number of items at the head that this collection made itself.
   u16 m_owned = 0;
 };
 

@@ -250,8 +250,8 @@ class KROFX_API KRString10000 : public krofx::internal::FixedString<10000> {
   using FixedString::operator=;
 };
 
-/// A password. Its memory is overwritten whenever it is given back. The default limit of 171 leaves
-/// room for an encrypted password.
+/// A password. Its memory is overwritten before it is freed. The default limit of 171 leaves room
+/// for an encrypted password.
 class KROFX_API KRUserPassword : public KRString171 {
  public:
   /// A null password with a limit of 171.
@@ -283,7 +283,7 @@ class KROFX_API KRUserPassword : public KRString171 {
 /// The body of an e-mail message: 2000 characters, or 10000.
 class KROFX_API KREMailMsgBody : public KRString2000 {
  public:
-  /// What a body of the shorter kind may be longer than its limit and still be valid.
+  /// How many characters a body with the limit of 2000 may exceed it by and still be valid.
   static constexpr u16 kTolerance = 160;
 
   /// A null body with a limit of 2000.
@@ -303,8 +303,8 @@ class KROFX_API KREMailMsgBody : public KRString2000 {
     return operator=(static_cast<const KRString&>(source));
   }
 
-  /// 1 when the body is acceptable: not empty, and not longer than its limit, with a tolerance of
-  /// 160 characters over 2000.
+  /// @return 1 when the body is acceptable: not empty, and not longer than its limit, with a
+  ///         tolerance of 160 characters over 2000.
   u16 IsValid() const override;
 
   /// Sets the limit of 2000.

@@ -1,5 +1,5 @@
-// A growable list of values, for results that are handed to hosts: it throws nothing, and takes its
-// memory where the whole library does.
+// A growable list of values, for results that are handed to hosts: it throws nothing, and allocates
+// through the functions of memory.h.
 
 #ifndef KROFX_CORE_LIST_H_
 #define KROFX_CORE_LIST_H_
@@ -38,7 +38,7 @@ class List {
 
   /// Number of values.
   std::size_t size() const { return m_size; }
-  /// Whether there is none.
+  /// @return whether the list has no values.
   bool empty() const { return m_size == 0; }
   /// The value at `index`, which must be below the size.
   T& operator[](std::size_t index) { return m_values[index]; }

@@ -1,14 +1,14 @@
 // The log of a parse: what was skipped or doubtful in the text, as a list of records.
 //
 // The library throws nothing. A "parse exception" here is the record of one warning: what happened,
-// at which tag and object, and the text that gave offence. Each attached thread (thread.h) has one
+// at which tag and object, and the offending text. Each attached thread (thread.h) has one
 // KRParseLogger, so that any code on the thread, from the tokenizer to the setter of a date, can
-// warn without having the parser at hand. The host reads the list after the parse. Warnings raised
-// outside a parse collect in the same list, until the next parser is made or a parse starts.
+// log a warning without access to the parser. The host reads the list after the parse. Warnings
+// raised outside a parse collect in the same list, until the next parser is made or a parse starts.
 //
 // Secrets. The value text of a record for a password tag (USERPASS, NEWUSERPASS, ONETIMEPASS) is
-// stars, one for each character, whatever was passed. internal::LogFixedText is the one way round
-// that, for wordings of the library's own.
+// stars, one for each character, whatever was passed. Only internal::LogFixedText stores its text
+// as it is; that text is always one of the library's own messages.
 
 #ifndef KROFX_CORE_PARSE_LOGGER_H_
 #define KROFX_CORE_PARSE_LOGGER_H_
@@ -60,13 +60,14 @@ class KROFX_API KRParseException : public krofx::internal::HeapObject {
 
   /// What happened.
   KRParseWarning m_warning = KRPW_UNKNOWNEXCEPTION;
-  /// The object in which it happened, or null. Not owned; dangles once the object is gone.
+  /// The object in which it happened, or null. Not owned: the pointer dangles after the object is
+  /// destroyed.
   KRDataObj* m_object = nullptr;
   /// The tag as text; empty when none applies.
   KRString m_tagText;
   /// The tag; KRTag_None when none applies.
   KRTagID m_tag = KRTag_None;
-  /// The value that gave offence; empty when none applies, stars when it is a password.
+  /// The offending value; empty when none applies, stars when it is a password.
   KRString m_valueText;
   /// Where the cursor of the buffer was, in bytes; -1 when there was no buffer. A parse does not
   /// move that cursor, so this does not say where in the text the warning arose.
@@ -86,30 +87,31 @@ namespace krofx::internal {
 class HeldWarnings;
 struct ThreadAccess;
 
-/// Hears of the records that a logger stores: for a parser, which knows the place in the text.
+/// Is notified of each record that a logger stores. A parser uses this to add the place in the
+/// text.
 class WarningListener {
  public:
-  /// Called after the storing. Must not change the log.
+  /// Called after a record has been stored. Must not change the log.
   virtual void OnStored(const KRParseException& exception) = 0;
 
  protected:
   ~WarningListener() = default;
 };
 
-/// Logs a warning on the calling thread's logger, as AppendParseException does; with no logger it
-/// is lost. The way for the library's own code, since a thread may have no logger.
+/// Logs a warning on the calling thread's logger, as AppendParseException does. When the thread has
+/// no logger the warning is lost. The library's own code logs through this function.
 /// @return as AppendParseException; 0 with no logger.
 KROFX_API u16 LogWarning(KRParseWarning warning, const KRString& value, const KRString& tagText,
                          KRTagID tag, KRDataObj* object);
 
-/// The same with a value text that is a fixed wording of the library and never comes from input or
-/// from the host: it is kept as it is, for a password tag too ("Password too long").
+/// The same with a value text that is a fixed message of the library ("Password too long") and
+/// never comes from input or from the host: it is stored as it is, even for a password tag.
 KROFX_API u16 LogFixedText(KRParseWarning warning, const char* wording, const KRString& tagText,
                            KRTagID tag, KRDataObj* object);
 }  // namespace krofx::internal
 
-/// The warnings of one thread, with its fire alarm. A host may also make loggers of its own, to
-/// copy a thread's warnings into.
+/// The warnings of one thread, with its fire alarm. A host may also make loggers of its own and
+/// copy a thread's warnings into them.
 class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
  public:
   /// An empty log with logging enabled, no buffer and no parser, and the fire alarm clear.
@@ -118,59 +120,61 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   KRParseLogger(const KRParseLogger&) = delete;
   KRParseLogger& operator=(const KRParseLogger&) = delete;
 
-  /// The calling thread's logger. It belongs to the thread's attachment and goes with it. A thread
-  /// that the library has not met yet is attached by this call.
-  /// @return null for a thread that was detached, or when memory did not suffice to attach it.
+  /// The calling thread's logger. It is destroyed when the thread is detached. A thread that has
+  /// never been attached is attached by this call.
+  /// @return the logger; null for a thread that was detached, and when there is not enough memory
+  ///         to attach it.
   static KRParseLogger* TheKRParseLogger();
 
   /// Logs a warning. The record's object is `object`, or, when that is null, the object that
   /// the parser is filling; its offset is the buffer's cursor.
   ///
   /// @param warning what happened.
-  /// @param value the text that gave offence; for a password tag only its length is kept.
+  /// @param value the offending text; for a password tag only its length is kept.
   /// @param tagText the tag as text; may be empty.
   /// @param tag the tag; may be KRTag_None.
   /// @param object where it happened; may be null; not owned.
-  /// @return 1 when it was stored or logging is disabled; 0 when the warning is lost: memory did
-  ///         not suffice, and then the fire alarm is raised, or 65535 records are there.
+  /// @return 1 when it was stored or logging is disabled; 0 when the warning is lost, because
+  ///         memory is exhausted (the fire alarm is raised then) or the log has 65535 records.
   u16 AppendParseException(KRParseWarning warning, KRString value, KRString tagText, KRTagID tag,
                            KRDataObj* object);
 
-  /// Logs a ready-made record, which the logger owns from here on if the result is 1 and logging
-  /// is enabled; otherwise it stays the caller's. With a buffer set and no offset in the record the
-  /// offset is filled in, and for a password tag the value text becomes stars.
+  /// Logs a finished record. If the result is 1 and logging is enabled the logger owns the record;
+  /// otherwise it still belongs to the caller. The offset is filled in when a buffer is set and the
+  /// record has none. For a password tag the value text becomes stars.
   ///
-  /// @return 1 when it was stored or logging is disabled; 0 for null, and when it was not stored
-  ///         for one of the reasons above.
+  /// @return 1 when it was stored or logging is disabled; 0 for null, when memory is exhausted, and
+  ///         when the log has 65535 records.
   u16 AppendParseException(KRParseException* exception);
 
-  /// Switches storing on (1) or off (0). With storing off a warning is noted as seen
-  /// (GetAnyParseExceptionsLogged) and otherwise dropped.
+  /// Switches the storing of records on (1) or off (0). While it is off,
+  /// GetAnyParseExceptionsLogged still notes each warning, but no record is stored.
   void EnableLogging(u16 enable);
-  /// 1 when warnings are stored.
+  /// @return 1 when warnings are stored.
   u16 GetLoggingEnabled() const;
-  /// 1 when a warning has come since the log was last emptied, stored or not.
+  /// @return 1 when a warning has come since the log was last emptied, stored or not.
   u16 GetAnyParseExceptionsLogged() const;
 
-  /// Names the buffer that is being parsed, from which records take their offset; null for none.
-  /// Not owned. A buffer that is destroyed takes itself out.
+  /// Sets the buffer that is being parsed, from which records take their offset; null for none. Not
+  /// owned. A buffer that is destroyed is removed from all loggers.
   void SetBuffer(KRBuffer* buffer);
-  /// Names the parser at work, from which records take their object; null for none. Not owned. A
-  /// parser that is destroyed takes itself out.
+  /// Sets the parser at work, from which records take their object; null for none. Not owned. A
+  /// parser that is destroyed is removed from all loggers.
   void SetParser(KRParser* parser);
-  /// Makes `listener` hear of each record from now on; null for none. Not owned.
-  /// @return the listener before it.
+  /// Notifies `listener` of each record from now on; null for none. Not owned.
+  /// @return the previous listener.
   krofx::internal::WarningListener* SetListener(krofx::internal::WarningListener* listener);
 
-  /// Adds copies of all records of `source` to this log, and takes over the source's two flags.
-  /// What this log already holds stays. When the source's logging is disabled so is this log's
-  /// from then on, and no records are copied.
+  /// Adds copies of all records of `source` to this log, and copies the source's two flags. Records
+  /// that this log already has stay. When the source's logging is disabled, this log's is disabled
+  /// too, and no records are copied.
   ///
-  /// @return 1; 0 when `source` is null, memory did not suffice (the fire alarm is raised), or
-  ///         65535 records are there.
+  /// @return 1; 0 when `source` is null, memory is exhausted (the fire alarm is raised), or the log
+  ///         has 65535 records.
   u16 DeepCopyFrom(KRParseLogger* source);
 
-  /// Deletes all records and forgets that any warning came. The logging flag stays.
+  /// Deletes all records and clears the flag of GetAnyParseExceptionsLogged. The logging flag
+  /// stays.
   void DeleteAll() override;
 
  private:
@@ -184,7 +188,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
   u16 Store(KRParseException* exception);
   void AddContext(KRParseException* exception, bool withObject) const;
   bool PutLast(KRParseException* exception);
-  // A full list is no shortage of memory: it raises no alarm, and the parse need not fail for it.
+  // A full list is not a lack of memory: it raises no alarm, so it does not fail the parse.
   bool IsFull() const;
 
   u16 m_loggingEnabled = 1;
@@ -197,7 +201,7 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
 
 namespace krofx::internal {
 
-/// Whether the value of a tag must never be seen: a password of any kind.
+/// @return whether the value of a tag must never be seen: a password of any kind.
 KROFX_API bool IsSecret(KRTagID tag) noexcept;
 
 }  // namespace krofx::internal

@@ -1,5 +1,5 @@
-// The two result enumerations that cross every layer: what a parse operation and what a build
-// operation can answer. They are here, below everything, because containers answer them too.
+// The two result enumerations that every layer uses: the results of parse operations and of build
+// operations. They are in the lowest layer because containers return them too.
 
 #ifndef KROFX_CORE_STATUS_H_
 #define KROFX_CORE_STATUS_H_
@@ -8,11 +8,11 @@
 
 /// Result of every parse operation.
 enum KRParseStatus : u32 {
-  /// Taken in; parsing goes on.
+  /// Accepted; parsing continues.
   KRParseStatus_Accepted = 0,
   /// The tag was offered to a plain file, which holds no OFX body.
   KRParseStatus_PlainFile = 1,
-  /// Never produced; the number is taken.
+  /// Never produced; the number is reserved.
   KRParseStatus_Unused = 2,
   /// Memory is exhausted, no parser is attached, or a child is null.
   KRParseStatus_Fatal = 3,

@@ -1,9 +1,9 @@
 // Text of an OFX element, with the length that the OFX standard allows for it.
 //
 // The allowed length (the spec length) is advice: a string never refuses or cuts text because of
-// it, so an over-long value survives parsing, and whoever checks validity decides. Text is
-// single-byte and ends with a NUL; it holds none inside. A string that never held text (null) and
-// one that was emptied (empty) differ, but both convert to "".
+// it, so an over-long value survives parsing, and code that needs valid text asks IsValid. Text is
+// single-byte and ends at its first NUL. A string that never held text (null) and one that was
+// emptied (empty) differ, but both convert to "".
 //
 // The classes with a fixed spec length are in fixed_strings.h.
 
@@ -32,11 +32,11 @@ enum KRStringEncode : u32 {
 
 /// The library's only text value: owned, deep-copied, at most kMaxLength characters.
 ///
-/// Memory is fitted exactly: a string that grows takes as many bytes as the text and its
-/// terminator need, and never shrinks by itself. When memory is exhausted the string ends null and
-/// empty and the thread's fire alarm is set; no operation throws. Text of more than kMaxLength
-/// characters is refused: the string keeps what it held, and the fire alarm is set, as for any text
-/// that was lost.
+/// Memory is allocated exactly: a string that grows takes as many bytes as the text and its
+/// terminator need, and never shrinks by itself. When memory is exhausted the string becomes null
+/// and the thread's fire alarm is raised; no operation throws. Text of more than kMaxLength
+/// characters is refused: the string keeps its text, and the fire alarm is raised, as for any text
+/// that is lost.
 class KROFX_API KRString : public krofx::internal::HeapObject {
  public:
   /// The spec length that means no limit.
@@ -50,7 +50,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   KRString(const char* text);
   /// A copy of text, encoding and spec length. An empty source makes a null string.
   KRString(const KRString& source);
-  /// Takes the text over; the source is left null, with its spec length and encoding.
+  /// Moves the text; the source is left null, with its spec length and encoding.
   KRString(KRString&& source) noexcept;
   /// Frees the text.
   virtual ~KRString() {
@@ -60,9 +60,10 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// Takes a copy of the source's text, encoding and spec length. An empty source frees the text.
   /// Classes with a spec length of their own keep it.
   virtual KRString& operator=(const KRString& source);
-  /// For the message-set version of the owner: no string depends on it. Does nothing, returns 1.
+  /// Takes the message-set version of the owner, on which no string of the library depends.
+  /// @return 1.
   virtual u16 SetMsgSetVersion(u16 version);
-  /// 1 when the text is acceptable to the OFX standard: not longer than the spec length.
+  /// @return 1 when the text is acceptable to the OFX standard: not longer than the spec length.
   virtual u16 IsValid() const;
   /// Sets the spec length, in characters; 65535 is no limit. The text stays as it is.
   virtual void SetSpecLength(u16 length);
@@ -78,7 +79,8 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   KRString& operator=(const char* text);
   /// Takes a copy of `length` bytes, which need no terminator; text ends at a NUL among them. The
   /// spec length stays and the encoding becomes plain. No bytes, or a null pointer, free the text.
-  /// @return 1; 0 when memory is exhausted (null then) or the text is too long (kept then).
+  /// @return 1; 0 when memory is exhausted, and then the string is null, or the text is too long,
+  ///         and then the string keeps its text.
   u16 Assign(const char* text, u16 length);
   /// Appends `text`; null or empty does nothing.
   KRString& operator+=(const char* text);
@@ -91,31 +93,32 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   int BufferSize() const { return m_allocated; }
   /// The length that the OFX standard allows; 65535 is no limit.
   u16 SpecLength() const { return m_specLength; }
-  /// 1 when the string holds no buffer.
+  /// @return 1 when the string holds no buffer.
   u16 IsNull() const { return m_buffer == nullptr ? 1 : 0; }
-  /// 1 when the length is 0, with a buffer or without.
+  /// @return 1 when the length is 0, with a buffer or without.
   u16 IsEmpty() const { return m_length == 0 ? 1 : 0; }
-  /// 1 when the text is longer than the spec length.
+  /// @return 1 when the text is longer than the spec length.
   u16 ExceedsSpecLength() const { return m_length > m_specLength ? 1 : 0; }
   /// How the text is meant.
   KRStringEncode GetEncoding() const { return static_cast<KRStringEncode>(m_encoding); }
-  /// Says how the text is meant; the text stays as it is.
+  /// Sets how the text is meant; the text stays as it is.
   void SetEncoding(KRStringEncode encoding) { m_encoding = static_cast<unsigned char>(encoding); }
   /// The text, never null: a null string gives an empty text. Valid until the string changes.
   operator const char*() const { return m_buffer != nullptr ? m_buffer : s_emptyText; }
-  /// 1 when there is no character but blank, line feed, carriage return and tab.
+  /// @return 1 when every character is a blank, line feed, carriage return or tab.
   u16 IsWhiteSpace() const;
 
-  /// 1 when the texts are the same; null and empty are.
+  /// @return 1 when the texts are the same; null and empty count as the same.
   u16 operator==(const KRString& other) const { return Equal(other); }
-  /// 1 when the texts are the same; a null or empty string equals a null or empty pointer.
+  /// @return 1 when the texts are the same; a null or empty string equals a null or empty pointer.
   u16 operator==(const char* text) const;
   /// The negation of ==.
   u16 operator!=(const KRString& other) const { return Equal(other) == 0 ? 1 : 0; }
   /// The negation of ==.
   u16 operator!=(const char* text) const { return *this == text ? 0 : 1; }
-  /// As ==, without regard to case: 1 when the texts are equal and 0 when not, the reverse of the
-  /// standard function of like name.
+  /// Compares as ==, without regard to case.
+  /// @return 1 when the texts are equal, 0 when not: the reverse of the standard function of that
+  ///         name.
   u16 strcmpi(const char* text) const;
 
   /// Fills all allocated bytes but the last with `character`: Clear(0) empties the text and keeps
@@ -125,23 +128,24 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   void TrimTrailingSpaces();
   /// Removes blanks (0x20 only) at the start.
   void TrimLeadingSpaces();
-  /// Turns each character through the standard toupper.
+  /// Passes each character through the standard toupper.
   void MakeUpper();
-  /// Turns each character through the standard tolower.
+  /// Passes each character through the standard tolower.
   void MakeLower();
-  /// Makes room for `size` bytes, terminator included, and gives the buffer for the caller to fill;
-  /// null when there is none. Close with UnlockBuffer. Nothing is locked.
+  /// Makes room for `size` bytes, terminator included, for the caller to fill and then to end with
+  /// UnlockBuffer. Nothing is locked.
+  /// @return the buffer; null when there is none.
   char* LockBuffer(u16 size);
-  /// Ends a direct write: puts a NUL into the last allocated byte and counts the length anew.
+  /// Ends a direct write: puts a NUL into the last allocated byte and recounts the length.
   void UnlockBuffer();
 
-  /// Wraps the text as a CDATA section, unless it begins as one, and sets the encoding. A string
-  /// that is not of a fixed length loses its spec length by the wrapping. A null string gets the
+  /// Wraps the text as a CDATA section, unless it begins as one, and sets the encoding. The
+  /// wrapping resets the spec length of a string that does not keep its own. A null string gets the
   /// encoding only.
   void ToCDATA();
-  /// Unwraps a CDATA section: takes away its 9 opening characters and the last 3, and sets the
-  /// encoding to plain. Text that does not begin as one stays; a body of under 3 characters stays
-  /// whole.
+  /// Unwraps a CDATA section: removes its 9 opening characters and its last 3, and sets the
+  /// encoding to plain. Text that does not begin as a CDATA section stays as it is. When fewer than
+  /// 3 characters follow the opening, they all stay.
   void FromCDATA();
 
  protected:
@@ -152,9 +156,9 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// A null string with a spec length.
   explicit KRString(OfLength specLength) noexcept : m_specLength(specLength.value) {}
 
-  /// 1 when the texts are the same.
+  /// @return 1 when the texts are the same.
   u16 Equal(const KRString& other) const;
-  /// From now on memory is overwritten before it is given back.
+  /// From now on memory is overwritten before it is freed.
   void KeepSecret() { m_secret = 1; }
 
  private:
@@ -162,12 +166,12 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   friend class krofx::internal::StoredText;
   friend KROFX_API KRString operator+(const KRString& left, const KRString& right);
 
-  // A string that was made in one block with its text has the text right behind itself.
+  // A string that was made in one block with its text has the text directly after the object.
   char* TextBehind() { return reinterpret_cast<char*>(this) + sizeof(KRString); }
   bool HasTextBehind() const {
     return m_blockUnits != 0 && m_buffer == reinterpret_cast<const char*>(this) + sizeof(KRString);
   }
-  // The text of a string that is made in a block of `bytes` bytes: up to kMostInBlock.
+  // Stores the text of a string that is made in a block of `bytes` bytes, at most kMostInBlock.
   void PlaceText(const char* text, u16 length, std::size_t bytes) {
     m_buffer = TextBehind();
     m_allocated = static_cast<u16>(length + 1);
@@ -195,19 +199,18 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   u16 m_allocated = 0;
   u16 m_length = 0;
   unsigned char m_encoding = KRStringEncode_Plain;
-  // The size of the block that the string was made in with its text, in units; 0 for a string of
-  // its own.
+  // The size, in units, of the block that holds the string and its text; 0 when they are apart.
   unsigned char m_blockUnits : 7 = 0;
   unsigned char m_secret : 1 = 0;
 };
 
-/// The text of `left` followed by that of `right`, with the left's spec length; CDATA when
-/// either is. When the whole cannot be made, the left text alone.
+/// @return the text of `left` followed by that of `right`, with the left's spec length, as CDATA
+///         when either is; the left text alone when the whole cannot be made.
 KROFX_API KRString operator+(const KRString& left, const KRString& right);
 
-/// 1 when the texts are the same.
+/// @return 1 when the texts are the same.
 inline u16 operator==(const char* text, const KRString& string) { return string == text; }
-/// 1 when the texts differ.
+/// @return 1 when the texts differ.
 inline u16 operator!=(const char* text, const KRString& string) { return string != text; }
 
 /// A string that keeps its own spec length whatever it is assigned. Used directly where the length
@@ -220,7 +223,7 @@ class KROFX_API KRMultiLenString : public KRString {
   KRMultiLenString(const KRString& source) : KRMultiLenString(source, OfLength{kNoSpecLength}) {}
   /// A copy, the spec length included.
   KRMultiLenString(const KRMultiLenString& source) = default;
-  /// Takes the text over, and the spec length.
+  /// Moves the text; the spec length is copied.
   KRMultiLenString(KRMultiLenString&& source) noexcept = default;
 
   /// Takes a copy of text and encoding; the spec length of this string stays.

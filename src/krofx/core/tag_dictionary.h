@@ -1,13 +1,13 @@
 // The dictionary of tags: from the text of a tag to its id and back.
 //
-// A tag is an integer inside the library and a text only at its edges: the parse engine asks for
-// the id of a text, once for each tag that it reads, and the builder asks for the text of an id.
-// TagDictionary does both over any constant table; KRTagDictionary is the one that the library
-// uses, over the table of all tags (generated from core/tags.schema).
+// Inside the library a tag is an integer; it is a text only in OFX text. The parse engine looks up
+// the id of each tag that it reads, and the builder looks up the text of an id. TagDictionary does
+// both for any constant table. KRTagDictionary is the dictionary that the library uses, for the
+// table of all tags (generated from core/tags.schema).
 //
-// The order of texts. A shorter text is before a longer one; texts of one length are in the
-// order of their bytes. So a search mostly compares two lengths and seldom looks at a text. An
-// exact lookup does not search at all: it goes through a hash of the text, with the same result.
+// Texts are ordered by length first, then by their bytes, so a search mostly compares two lengths
+// and seldom looks at a text. An exact lookup does not search: it uses a hash of the text, with the
+// same result.
 
 #ifndef KROFX_CORE_TAG_DICTIONARY_H_
 #define KROFX_CORE_TAG_DICTIONARY_H_
@@ -63,13 +63,14 @@ struct KRCompareInfo {
 /// Binary search over anything that can be compared with a key by index.
 class KROFX_API KRBinarySearch {
  public:
-  /// Compares the key with the item at `index`: negative when the key is before it, 0 when they
-  /// match, positive when it is after it.
+  /// Compares the key with the item at `index`.
+  /// @return a negative number when the key is before the item, 0 when they match, a positive one
+  ///         when it is after.
   virtual int Compare(u16 index) = 0;
   /// The number of items. Above 32767 nothing is found, since an index must fit 15 bits.
   virtual u16 GetNumberOfItems() = 0;
 
-  /// Searches.
+  /// Searches for an item that matches.
   /// @return the index of an item that matches, or -1. With no items nothing is compared.
   s16 Search();
 
@@ -77,7 +78,7 @@ class KROFX_API KRBinarySearch {
   ~KRBinarySearch() = default;
 };
 
-/// Search for a text in a lookup by text.
+/// Searches for a text in a lookup by text.
 class KROFX_API SearchDictionaryEntry final : public KRBinarySearch {
  public:
   /// @param lookup `count` rows in the order that the top of this file describes; not owned.
@@ -97,7 +98,7 @@ class KROFX_API SearchDictionaryEntry final : public KRBinarySearch {
   KRCaseType m_type;
 };
 
-/// Search for an id in a lookup by id.
+/// Searches for an id in a lookup by id.
 class KROFX_API SearchDictionaryIndex final : public KRBinarySearch {
  public:
   /// @param lookup `count` rows that rise by the low 16 bits of their ids; not owned.
@@ -116,9 +117,9 @@ class KROFX_API SearchDictionaryIndex final : public KRBinarySearch {
 /// use one.
 class KROFX_API TagDictionary : public krofx::internal::HeapObject {
  public:
-  /// Makes the lookups. When memory does not suffice the fire alarm is raised and nothing is ever
-  /// found by text (the lookup by text failed), or ids are found by a scan (only the lookup by id
-  /// failed; no alarm).
+  /// Makes the lookups. When there is no memory for the lookup by text, the fire alarm is raised
+  /// and nothing is ever found by text. When there is none for the lookup by id, ids are found by a
+  /// scan and no alarm is raised.
   ///
   /// @param table `count` rows, which must outlive the dictionary; at most 32767 of them can be
   ///        found by text. Ids should rise by 1 from row to row.
@@ -132,9 +133,9 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   ///
   /// @param text the text, which need not be terminated; no byte after `length` is read.
   /// @param length characters of it.
-  /// @param id takes the id of the tag, or 0 when there is none. May be null.
+  /// @param id receives the id of the tag, or 0 when there is none. May be null.
   /// @param type exact, or without regard to case. A table with texts in small letters is out of
-  ///        order for a search without regard to case, which may then miss.
+  ///        order for a search without regard to case, which may then miss them.
   /// @return the row of the table, or null.
   const KRTagDictionaryEntry* GetTagID(const char* text, u16 length, KRTagID* id,
                                        KRCaseType type) const;
@@ -144,12 +145,12 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   const KRTagDictionaryEntry* FindDictionaryEntry(KRTagID id) const;
 
   /// The text of a tag, without a search when the table's ids are contiguous. When they are not,
-  /// the table must be in id order: the answer is taken from the row whose place in the table is
-  /// the place of the id among all ids, and only the low 16 bits of the id count.
+  /// the table must be in id order: the text is that of the row whose place in the table is the
+  /// place of the id among all ids, and only the low 16 bits of the id count.
   /// @return the text, which belongs to the table, or null for an id that is no tag.
   const char* GetTagString(KRTagID id) const;
 
-  /// Orders two KRMapTagStringToID as the top of this file says, texts of one length by
+  /// Orders two KRMapTagStringToID as the top of this file describes, texts of one length by
   /// m_compareType.
   static int sCompareTag(const void* left, const void* right);
   /// Orders two KRMapTagIDToIndex by the low 16 bits of their ids.
@@ -157,13 +158,12 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
   /// Orders two texts as sCompareTag.
   static int sCompare(const KRCompareInfo& left, const KRCompareInfo& right);
 
-  /// The case type of the latest lookup by text, of all dictionaries and threads; what the
-  /// comparison functions above go by. A lookup itself goes by its own argument, so threads do not
-  /// disturb each other.
+  /// The case type of the latest lookup by text, of all dictionaries and threads. The comparison
+  /// functions above use it. A lookup uses its own argument, so threads do not disturb each other.
   static std::atomic<KRCaseType> m_compareType;
 
  protected:
-  /// Whether texts can be found: memory sufficed for the lookup by text.
+  /// @return whether texts can be found, which needs memory for the lookup by text.
   bool IsUsable() const { return m_lookupByText != nullptr; }
 
  private:
@@ -198,8 +198,8 @@ class KROFX_API TagDictionary : public krofx::internal::HeapObject {
 class KROFX_API KRTagDictionary : public TagDictionary {
  public:
   /// The one instance, made at the first call; any thread may call.
-  /// @return the instance, which belongs to the library, or null when memory did not suffice; the
-  ///         fire alarm is raised then, and a later call tries again.
+  /// @return the instance, which belongs to the library, or null when memory is exhausted; the fire
+  ///         alarm is raised then, and a later call tries again.
   static KRTagDictionary* TheKRTagDictionary();
 
   /// Deletes the one instance, when there is one. The next TheKRTagDictionary() makes a new one. No
@@ -207,7 +207,7 @@ class KROFX_API KRTagDictionary : public TagDictionary {
   /// @return 0.
   static u16 Destroy();
 
-  /// The one instance; null while there is none. For looking at: the operations above change it.
+  /// The one instance; null while there is none. Only for reading: the operations above change it.
   static std::atomic<KRTagDictionary*> ms_theKRTagDictionary;
 
  private:

@@ -12,7 +12,7 @@ enum KRTagType : s32 {
   KRTagType_Start = 0,        ///< Start of an aggregate: no text follows the tag.
   KRTagType_End = 1,          ///< End of an aggregate.
   KRTagType_Element = 2,      ///< An element: a tag followed by its text.
-  KRTagType_EndOfInput = 3,   ///< Nothing more to read; never written.
+  KRTagType_EndOfInput = 3,   ///< The input has ended; never written.
 };
 
 #endif  // KROFX_CORE_TAG_TYPE_H_

@@ -19,11 +19,12 @@ struct KROFX_API KRThreadMapRow : public krofx::internal::HeapObject {
   KRParseLogger* logger = nullptr;  ///< never null in the table
 };
 
-/// The row's name in the interface of old hosts.
+/// The name that older hosts use for a row.
 using _threadmap = KRThreadMapRow;  // NOLINT(bugprone-reserved-identifier)
 
 /// An array of owned rows of the table of threads, in the order of attachment. Destroying a row
-/// leaves its logger alone. Growth raises no alarm, since an alarm needs a row to be kept in.
+/// leaves its logger alone. Failed growth raises no alarm, since the alarm is kept in the logger
+/// that the row would hold.
 class KROFX_API KRDynamicArrayKRThreadMapBase
     : public krofx::internal::ElementArray<KRThreadMapRow> {
  public:
@@ -31,13 +32,14 @@ class KROFX_API KRDynamicArrayKRThreadMapBase
   KRDynamicArrayKRThreadMapBase(u16 initialSize, u16 growStep)
       : ElementArray(initialSize, growStep, krofx::internal::GrowthAlarm::kSilent) {}
 
-  /// Refuses, with 0: rows come in by pointer only.
+  /// Not supported: rows are stored by pointer only.
+  /// @return 0.
   u16 SetVal(u16 index, KRThreadMapRow row) override;
 };
 
-/// The one table of threads; null while there is none. For looking at while no thread is attached
-/// or detached: it changes through KRAttachThread, KRDetachThread and KRLibraryNotification alone,
-/// which take a lock.
+/// The one table of threads; null while there is none. Only KRAttachThread, KRDetachThread and
+/// KRLibraryNotification change it, under a lock. It may be read while no thread is being attached
+/// or detached.
 KROFX_API extern KRDynamicArrayKRThreadMapBase* KRThreadMap;
 
 #endif  // KROFX_CORE_THREAD_MAP_H_

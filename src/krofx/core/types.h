@@ -1,5 +1,5 @@
-// The integer types of the whole library. Widths matter here: text lengths, array indices and
-// version masks are 16 bits by contract, and binary forms are written field by field.
+// The integer types of the whole library. Their widths are part of the interface: text lengths,
+// array indices and version masks are 16 bits, and binary forms are written field by field.
 
 #ifndef KROFX_CORE_TYPES_H_
 #define KROFX_CORE_TYPES_H_

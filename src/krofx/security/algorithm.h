@@ -1,8 +1,8 @@
-// How a caller of digests and of base64 says which algorithm he means.
+// How a caller of digests and of base64 chooses the algorithm.
 //
 // A chooser is a function that stores a pointer to an algorithm's description and returns 0, or
-// returns anything else when the algorithm is not to be had. Descriptions are opaque: the library
-// knows those of its own choosers by their address and reads no other.
+// returns anything else when the algorithm is not available. Descriptions are opaque: the library
+// recognises those of its own choosers by their address and reads no others.
 
 #ifndef KROFX_SECURITY_ALGORITHM_H_
 #define KROFX_SECURITY_ALGORITHM_H_

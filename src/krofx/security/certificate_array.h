@@ -1,4 +1,4 @@
-// A growing array of certificates, as a request holds its trusted roots.
+// A growable array of certificates, in which a request holds its trusted roots.
 
 #ifndef KROFX_SECURITY_CERTIFICATE_ARRAY_H_
 #define KROFX_SECURITY_CERTIFICATE_ARRAY_H_

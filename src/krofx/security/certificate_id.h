@@ -1,7 +1,7 @@
-// The certificate ID: a certificate in 28 characters.
+// The certificate ID: 28 characters that identify a certificate.
 //
 // It is the base64 text of the SHA-1 digest of the certificate's whole DER encoding, so its last
-// character is "=". A host pins the certificate of a server by it.
+// character is "=". A host uses it to pin the certificate of a server.
 
 #ifndef KROFX_SECURITY_CERTIFICATE_ID_H_
 #define KROFX_SECURITY_CERTIFICATE_ID_H_
@@ -11,11 +11,11 @@
 #include "krofx/core/memory.h"
 #include "krofx/security/status.h"
 
-/// Makes the ID of a certificate. IDs are appended, so an object serves for one certificate: after
-/// a second one it holds both IDs, end to end.
+/// Makes the ID of a certificate. Use one object for each certificate: a second ID is appended to
+/// the first.
 ///
-/// The certificate itself is not read, only digested. Inputs stay the caller's and need only live
-/// through the call that they are given to.
+/// The certificate is digested but not parsed. Inputs belong to the caller and need only live until
+/// the call returns.
 class KROFX_API KRCertID : public krofx::internal::HeapObject {
  public:
   /// No ID.
@@ -32,9 +32,9 @@ class KROFX_API KRCertID : public krofx::internal::HeapObject {
   /// @return as SetEncodedCert.
   KRSecStatus SetCertBER(KRBuffer* ber);
 
-  /// The ID, 28 characters without a terminator. It belongs to this object and lives as long.
+  /// The ID, 28 characters without a terminator. It belongs to this object.
   KRBuffer* GetEncodedCertIDPtr() { return &m_encodedCertID; }
-  /// 1 when there is no ID.
+  /// @return 1 when there is no ID.
   u16 IsEmpty() const { return m_encodedCertID.GetBufferSize() == 0 ? 1 : 0; }
 
  private:

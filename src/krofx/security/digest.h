@@ -11,32 +11,32 @@
 
 class KRString;
 
-/// Makes digests of up to 20 bytes, with SHA-1 unless told otherwise. One object serves for any
-/// number of digests; each replaces the one before.
+/// Makes digests of up to 20 bytes, with SHA-1 by default. An object can be used for any number of
+/// digests; each replaces the previous one.
 ///
-/// An algorithm that cannot be had shows in the first digest, not in the constructor. Inputs stay
-/// the caller's and need only live through the call that they are given to.
+/// The first digest fails, not the constructor, when the algorithm is not available. Inputs belong
+/// to the caller and need only live until the call returns.
 class KROFX_API KRDigest : public krofx::internal::HeapObject {
  public:
   /// Ready for input.
   explicit KRDigest(int (*chooser)(unsigned char**) = KRChooseSHA1);
-  /// Digests a buffer at once. A failure shows in the output alone, which is empty then.
+  /// Digests a buffer at once. A failure shows only in the output, which is then empty.
   KRDigest(KRBuffer* input, int (*chooser)(unsigned char**));
-  /// Digests a text at once. A failure shows in the output alone, which is empty then.
+  /// Digests a text at once. A failure shows only in the output, which is then empty.
   KRDigest(const KRString* input, int (*chooser)(unsigned char**));
   KRDigest(const KRDigest&) = delete;
   KRDigest& operator=(const KRDigest&) = delete;
   virtual ~KRDigest();
 
-  /// Digests the whole content of a buffer, wherever its cursor stands.
+  /// Digests the whole content of a buffer, wherever its cursor is.
   /// @return KRSecStatus_Success, or KRSecStatus_DigestFailed for null, for a buffer that lost its
-  ///         memory, and when the algorithm or the memory is not to be had.
+  ///         memory, when the algorithm is not available, and when memory is exhausted.
   KRSecStatus SetInputData(KRBuffer* input);
   /// Digests a text, without its terminator.
   /// @return as SetInputData.
   KRSecStatus SetInputStr(const KRString* input);
-  /// The digest, 20 bytes with SHA-1, with the cursor at its start. It belongs to this object and
-  /// lives as long. After a failure its content means nothing.
+  /// The digest, 20 bytes with SHA-1, with the cursor at its start. It belongs to this object.
+  /// After a failure its content is unspecified.
   KRBuffer* GetOutputData() { return &m_output; }
 
  private:

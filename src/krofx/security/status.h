@@ -1,5 +1,5 @@
-// The numbers that certificates, digests and base64 report. Hosts compare them, so they never move;
-// the gaps are reserved.
+// The results of certificates, digests and base64. Hosts compare the numbers, so they never change;
+// unused numbers are reserved.
 
 #ifndef KROFX_SECURITY_STATUS_H_
 #define KROFX_SECURITY_STATUS_H_
@@ -12,27 +12,27 @@ enum KRSecStatus : u32 {
   KRSecStatus_Success = 0,
   /// KRCertID was given no certificate.
   KRSecStatus_MissingInput = 1,
-  /// KRDigest could not be set up. Known inside it only: callers are told 3 by the first use.
+  /// KRDigest could not be set up. Used only inside it: callers get 3 from the first use.
   KRSecStatus_DigestSetupFailed = 2,
   /// KRDigest failed, or it has no input.
   KRSecStatus_DigestFailed = 3,
-  /// KREncode could not be set up. Known inside it only: callers are told 5 by the first use.
+  /// KREncode could not be set up. Used only inside it: callers get 5 from the first use.
   KRSecStatus_EncoderSetupFailed = 4,
   /// KREncode failed, or it has no input.
   KRSecStatus_EncodingFailed = 5,
-  /// KRDecode could not be set up. Known inside it only: callers are told 7 by the first use.
+  /// KRDecode could not be set up. Used only inside it: callers get 7 from the first use.
   KRSecStatus_DecoderSetupFailed = 6,
-  /// KRDecode failed, its text is no base64, or it has no input.
+  /// KRDecode failed, its text is not base64, or it has no input.
   KRSecStatus_DecodingFailed = 7,
   /// The certificate ID could not be stored.
   KRSecStatus_IDNotStored = 8,
   /// KRCert was given no base64 text, or the text holds no certificate.
   KRSecStatus_EncodedCertRejected = 9,
-  /// KRCert was given no bytes, or they are no certificate.
+  /// KRCert was given no bytes, or they are not a certificate.
   KRSecStatus_BERCertRejected = 10,
   /// A root ID must not be 0.
   KRSecStatus_NoRootID = 11,
-  /// The public key could not be handed over.
+  /// The public key could not be given.
   KRSecStatus_NoPublicKey = 12,
   /// Writing failed.
   KRSecStatus_NotWritten = 15,

@@ -1,13 +1,13 @@
-// Dates and times: broken-down fields with an optional zone, their OFX texts, comparison and
+// Dates and times as separate fields with an optional zone: their OFX text, comparison and
 // arithmetic.
 //
 // The text form is YYYYMMDD or YYYYMMDDHHMMSS.XXX[gmt:tz], such as
 // 19991231120000.000[-5:EST]: local time, then the zone's distance from GMT in hours with an
 // optional fraction, then its name.
 //
-// Two counts of seconds exist side by side. GetTimeT is the true calendar count from 1970 in 32
-// bits. GetGMT takes a year as 365.2425 days; it covers every year, carries milliseconds, and
-// serves to compare and subtract dates, but it is no calendar count and differs from GetTimeT.
+// There are two counts of seconds. GetTimeT is the true calendar count from 1970 in 32 bits. GetGMT
+// takes a year as 365.2425 days; it covers every year, includes milliseconds, and is for comparing
+// and subtracting dates, but it is not a calendar count and differs from GetTimeT.
 
 #ifndef KROFX_VALUES_DATE_TIME_H_
 #define KROFX_VALUES_DATE_TIME_H_
@@ -26,8 +26,9 @@
 #include "krofx/values/internal/zone_name.h"
 #include "krofx/values/precision_integer.h"
 
-/// The fields of a date and time with its zone, and what all dates and times can do. A value type:
-/// copies are independent. Text errors are logged as warnings and give 0; nothing throws.
+/// The fields of a date and time with its zone, and the operations that dates and times share. A
+/// value type: copies are independent. Text errors are logged as warnings and give 0; nothing
+/// throws.
 class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
  public:
   /// What the binary form holds in place of an empty zone name: "***".
@@ -35,7 +36,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// Size of the block that LockBuffer gives, in bytes.
   static constexpr u16 kBinaryBlockSize = 32;
 
-  /// All fields zero, no zone. Month 0 makes it no valid date.
+  /// All fields zero, no zone. It is not a valid date, because its month is 0.
   KRDateTimeBase() noexcept = default;
   /// Copies all fields; the binary block is not copied.
   KRDateTimeBase(const KRDateTimeBase&) noexcept = default;
@@ -47,11 +48,12 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
 
   /// Writes the time alone: HHMMSS, the milliseconds without padding when there are any (5
   /// milliseconds are ".5"), then the zone in brackets when the offset is not 0. With offset 0 a
-  /// zone name is written as ":NAME" without brackets, and a fraction of the offset not at all.
+  /// zone name is written as ":NAME" without brackets, and the fraction of the offset is not
+  /// written.
   /// @return 1, or 0 when IsValidTime fails or memory is exhausted, and then `out` is unchanged.
   virtual u16 GetTimeString(KRString& out);
-  /// 1 when hour is at most 23, minute and second at most 59, millisecond at most 999, the offset
-  /// from -12 to 12 and its fraction at most 99.
+  /// @return 1 when hour is at most 23, minute and second at most 59, millisecond at most 999, the
+  ///         offset from -12 to 12 and its fraction at most 99.
   virtual u16 IsValidTime();
   /// Writes the OFX text: the date, the time when it or the zone's offset is not zero, milliseconds
   /// when they or the offset are not zero, and the zone when its offset is not zero. A zone name
@@ -59,7 +61,8 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// @return 1, or 0 when IsValidDate or IsValidTime fails or memory is exhausted, and then `out`
   ///         is unchanged.
   virtual u16 GetDateString(KRString& out);
-  /// 1 when the month is from 1 to 12 and the day is in that month in that year. Any year will do.
+  /// @return 1 when the month is from 1 to 12 and the day is in that month in that year. Any year
+  ///         is valid.
   virtual u16 IsValidDate() const;
 
   /// The same for a const object; reaches the override of a derived class.
@@ -75,15 +78,16 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
 
   /// Gives the fields as plain data.
   /// @return false, with `out` unchanged, when a field has a value that no valid date has, or the
-  ///         zone's name more than 3 characters.
+  ///         zone's name has more than 3 characters.
   bool AsPlain(krofx::internal::PlainDate& out) const noexcept;
 
-  /// Copies all fields; the binary blocks stay as they are.
+  /// Copies all fields. The binary blocks of both objects stay as they are.
   KRDateTimeBase& operator=(const KRDateTimeBase&) noexcept = default;
-  /// Takes seconds from 1970 in GMT. Millisecond and offset become 0; the zone name stays.
+  /// Sets the date from seconds since 1970 in GMT. Millisecond and offset become 0; the zone name
+  /// stays.
   /// @return 1.
   u16 operator=(s32 seconds);
-  /// Takes a count of GetGMT, by FromPrecInt.
+  /// Sets the date from a count of GetGMT, by FromPrecInt.
   /// @return as FromPrecInt.
   u16 operator=(const KRPrecisionInteger& seconds);
 
@@ -91,7 +95,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   void InitKRTime() noexcept;
   /// All fields zero, no zone.
   void InitKRDateTime() noexcept { InitKRTime(); }
-  /// Zeroes year to millisecond; offset and zone stay.
+  /// Sets the fields from year to millisecond to zero; offset and zone name stay.
   void Invalidate() noexcept;
 
   /// Full year.
@@ -110,18 +114,18 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   u16 GetMillisecond() const { return m_millisecond; }
   /// Whole hours by which the zone is ahead of GMT, -12 to 12.
   s16 GetGMTOffset() const { return m_gmtOffset; }
-  /// Hundredths of an hour to add to the offset; they carry its sign, so that they alone show it
-  /// when the offset is 0.
+  /// Hundredths of an hour to add to the offset. They have the sign of the offset, which only they
+  /// show when the whole hours are 0.
   s16 GetGMTOffsetFraction() const { return m_gmtOffsetFraction; }
-  /// The zone name; empty when there is none. It belongs to this object, follows its changes and
-  /// goes with it.
+  /// @return the zone name; empty when there is none. The string belongs to this object and changes
+  ///         with it.
   const KRString3& GetTimeZone() const { return m_timeZone.AsString(); }
 
-  /// 1 when `year` is divisible by 4, and not by 100 unless by 400.
+  /// @return 1 when `year` is divisible by 4, and not by 100 unless by 400.
   u16 IsLeapYear(u16 year) const { return krofx::internal::IsLeapYear(year); }
-  /// Days of this date's month; 0 when the month is none.
+  /// @return days of this date's month; 0 when the month is not valid.
   u16 DaysInMonth() const { return DaysInMonth(m_month, m_year); }
-  /// Days of `month` (1 to 12) in `year`; 0 for any other month.
+  /// @return days of `month` (1 to 12) in `year`; 0 for any other month.
   u16 DaysInMonth(u16 month, u16 year) const { return krofx::internal::DaysInMonth(month, year); }
   /// Not supported.
   /// @return 0 always.
@@ -132,56 +136,58 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// @return 1, or 0 when the year has no such day, and then nothing changes.
   u16 SetDay(u16 dayOfYear, u16 year);
   /// Sets the zone. For whole offsets from -8 to -4 a name that is neither the standard nor the
-  /// daylight name known for the offset is logged as KRPW_BADFORMAT, and kept all the same.
+  /// daylight name known for the offset is logged as KRPW_BADFORMAT, but is stored.
   ///
-  /// @param name the zone name, up to 3 characters in OFX; a longer one is kept. Null is no name.
+  /// @param name the zone name, up to 3 characters in OFX; a longer one is stored whole. Null means
+  ///        no name.
   /// @param offset whole hours ahead of GMT.
   /// @param fraction hundredths of an hour, of the same sign.
   /// @return 1 always.
   u16 SetTimeZone(const char* name, s16 offset, s16 fraction);
 
-  /// Compares instants by GetGMT, so zones are respected: 0 when equal, 1 when this is later, -1
-  /// when it is earlier.
+  /// Compares instants by GetGMT, which takes the zones into account.
+  /// @return 0 when the instants are equal, 1 when this one is later, -1 when it is earlier.
   s16 compareDateTime(const KRDateTimeBase& other) const;
-  /// 1 for the same instant.
+  /// @return 1 for the same instant.
   u16 operator==(const KRDateTimeBase& other) const { return compareDateTime(other) == 0; }
-  /// 1 for different instants.
+  /// @return 1 for different instants.
   u16 operator!=(const KRDateTimeBase& other) const { return compareDateTime(other) != 0; }
-  /// 1 when this is later.
+  /// @return 1 when this is later.
   u16 operator>(const KRDateTimeBase& other) const { return compareDateTime(other) > 0; }
-  /// 1 when this is earlier.
+  /// @return 1 when this is earlier.
   u16 operator<(const KRDateTimeBase& other) const { return compareDateTime(other) < 0; }
-  /// 1 when this is not earlier.
+  /// @return 1 when this is not earlier.
   u16 operator>=(const KRDateTimeBase& other) const { return compareDateTime(other) >= 0; }
-  /// 1 when this is not later.
+  /// @return 1 when this is not later.
   u16 operator<=(const KRDateTimeBase& other) const { return compareDateTime(other) <= 0; }
 
-  /// Seconds from 1970 in GMT, by the true calendar. Does not depend on the machine's zone. A year
-  /// below 1902 gives the lowest value, and an instant past 32 bits the highest.
+  /// Seconds from 1970 in GMT, by the true calendar, whatever the machine's zone is. A year below
+  /// 1902 gives the lowest value, and an instant that does not fit 32 bits the highest.
   s32 GetTimeT() const;
-  /// Seconds by which the machine's zone is ahead of GMT, which is what a platform's count of local
-  /// time has to be corrected by.
+  /// Seconds by which the machine's zone is ahead of GMT: the correction for a platform's count of
+  /// local time.
   s32 LocalTimeZoneOffset() const;
-  /// Restates the instant in GMT, by GetTimeT: milliseconds are lost, the zone name stays.
+  /// Converts the fields to the same instant in GMT, by GetTimeT: milliseconds are lost, the zone
+  /// name stays.
   void ConvertToGMT();
-  /// Restates the instant in a zone `offset` hours and `fraction` hundredths of an hour ahead of
-  /// GMT, by GetTimeT: milliseconds are lost, the zone name stays.
+  /// Converts the fields to the same instant in a zone `offset` hours and `fraction` hundredths of
+  /// an hour ahead of GMT, by GetTimeT: milliseconds are lost, the zone name stays.
   void ConvertToLocalTime(s16 offset, s16 fraction);
 
   /// Seconds from 1970 in GMT with 3 decimals, with a year of 365.2425 days. Before 1970 the count
-  /// is one second further back than the calendar, so that a difference across the start of
-  /// 1970 is one second too large.
+  /// is one second lower than it should be, so a difference across the start of 1970 is one second
+  /// too large.
   KRPrecisionInteger GetGMT() const;
-  /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays.
-  /// Both directions drop parts of days, each in its own place, since a year of 365.2425 days ends
-  /// within a day: a date can come back as the day before, and some counts fall on a day 366 that
-  /// their year does not have.
-  /// @return 1, or 0 when there is no such day or year or the number is not valid; all fields and
-  ///         the zone are cleared then.
+  /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays. A
+  /// year of 365.2425 days does not end at midnight, and the two directions truncate parts of days
+  /// at different points. So a date can come back as the day before, and some counts give a day 366
+  /// that the year does not have.
+  /// @return 1; 0 when there is no such day or year or the number is not valid, and then all fields
+  ///         and the zone are cleared.
   u16 FromPrecInt(const KRPrecisionInteger& seconds);
   /// Seconds from `other` to this, with 3 decimals: the difference of the two GetGMT.
   KRPrecisionInteger SecondsBetween(const KRDateTimeBase& other) const;
-  /// A copy of this; `other` plays no part.
+  /// A copy of this date; `other` is not used.
   KRDateTimeBase TimeBetween(const KRDateTimeBase& other) const;
 
   /// Adds seconds by the calendar (GetTimeT). The result is in GMT with no zone and no
@@ -191,30 +197,31 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// Adds seconds by GetGMT and FromPrecInt. The result is in GMT with no zone.
   /// @return as FromPrecInt.
   u16 operator+=(const KRPrecisionInteger& seconds);
-  /// Adds field by field from the milliseconds up, each with at most one carry. Days carry by the
-  /// length of the month in a common year, and lose then the length of the month that they carry
-  /// into.
-  /// @return 1, or 0 when the year would pass 9999: it stays as it was then, and the other fields
-  ///         are added.
+  /// Adds field by field, from the milliseconds up, with at most one carry from each field. Days
+  /// carry when they pass the length of the month in a common year, and are then reduced by the
+  /// length of the month that they carry into.
+  /// @return 1; 0 when the year would pass 9999, and then the year is unchanged but the other
+  ///         fields are added.
   u16 operator+=(const KRDateTimeBase& other);
 
-  /// Reads a time HHMMSS.XXX[gmt:tz], of which HH, HHMM and nothing at all (midnight) will do too.
-  /// All fields are cleared first. Up to 5 digits of milliseconds are read, and fewer than 3 are
-  /// scaled up: .5 is 500.
+  /// Reads a time HHMMSS.XXX[gmt:tz]. HH, HHMM and an empty text (midnight) are accepted too. All
+  /// fields are cleared first. Up to 5 digits of milliseconds are read, and fewer than 3 are scaled
+  /// up: .5 is 500.
   ///
   /// Logs KRPW_NULLPOINTER for null, KRPW_BADFORMAT for a text of another shape and KRPW_OUTOFRANGE
   /// when IsValidTime refuses the fields; the value text is the text, the tag text the name of the
   /// operation.
   ///
-  /// @return 1 when the text was read; otherwise 0, and the fields stay as far as they were read.
+  /// @return 1 when the text was read; otherwise 0, and the fields keep what was read up to the
+  ///         error.
   u16 ConvertStringToKRTime(const char* text);
   /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
   /// no memory unless a warning is logged.
   u16 ParseTime(const char* text, std::size_t length);
 
-  /// The block for the binary form, kBinaryBlockSize bytes, owned by the object and made at first
-  /// use.
-  /// @return null when memory is exhausted, and then the thread's fire alarm is raised.
+  /// Gets the block for the binary form: kBinaryBlockSize bytes, owned by the object and made at
+  /// first use.
+  /// @return the block; null when memory is exhausted, and then the thread's fire alarm is raised.
   void* LockBuffer();
   /// Frees the block.
   void UnLockBuffer();
@@ -226,7 +233,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   ///        May be null.
   void ExportBinary(void* target, u16* length) const;
   /// Reads the binary form in version 4, 3 or 2, the latter two having the same layout. A block of
-  /// another version and null leave the object as it is.
+  /// another version, or null, leaves the object unchanged.
   void ImportBinary(const void* source);
 
  protected:
@@ -234,11 +241,11 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   KRDateTimeBase(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
                  s16 offset, s16 fraction) noexcept;
 
-  /// Reads a zone "[gmt:tz]" and sets it. Logs KRPW_BADFORMAT for each flaw that it can pass over
-  /// (empty brackets, a name that is not of 3 characters, a missing "]") and for the one that it
+  /// Reads a zone "[gmt:tz]" and sets it. Logs KRPW_BADFORMAT for each error that it can ignore
+  /// (empty brackets, a name that is not of 3 characters, a missing "]") and for one that it
   /// cannot.
-  /// @param zone the text from "[" on; null and empty are no zone.
-  /// @return 1, or 0 when there is a flaw that leaves no zone to read.
+  /// @param zone the text from "[" on; null or empty means no zone.
+  /// @return 1; 0 when the error leaves no zone to read.
   u16 ExtractTimeZone(const char* zone);
 
   u16 m_year = 0;
@@ -267,13 +274,13 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
 /// A date with an optional time.
 class KROFX_API KRDateTime : public KRDateTimeBase {
  public:
-  /// All fields zero, no zone: no valid date.
+  /// All fields zero, no zone: not a valid date.
   KRDateTime() noexcept = default;
   /// Parses `text`, as ConvertStringToKRDateTime.
   explicit KRDateTime(const char* text);
-  /// Takes a count of GetGMT, by FromPrecInt.
+  /// Sets the date from a count of GetGMT, by FromPrecInt.
   explicit KRDateTime(const KRPrecisionInteger& seconds);
-  /// Stores the fields; offset in hours and fraction in hundredths of an hour ahead of GMT.
+  /// Stores the fields; `offset` is in hours and `fraction` in hundredths of an hour ahead of GMT.
   KRDateTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
              s16 offset, s16 fraction) noexcept;
 
@@ -289,7 +296,8 @@ class KROFX_API KRDateTime : public KRDateTimeBase {
   /// could not be read and for fields that IsValidDate refuses; the value text is the text, the tag
   /// text the name of the operation.
   ///
-  /// @return 1 when the text was read; otherwise 0, and the fields stay as far as they were read.
+  /// @return 1 when the text was read; otherwise 0, and the fields keep what was read up to the
+  ///         error.
   u16 ConvertStringToKRDateTime(const char* text);
   /// The same for `length` characters at `text`, which is not null and needs no terminator. Takes
   /// no memory unless a warning is logged.
@@ -305,7 +313,7 @@ class KROFX_API KRTime : public KRDateTimeBase {
   KRTime() noexcept = default;
   /// Parses `text`, as ConvertStringToKRTime.
   explicit KRTime(const char* text);
-  /// Stores the fields; offset in hours and fraction in hundredths of an hour ahead of GMT.
+  /// Stores the fields; `offset` is in hours and `fraction` in hundredths of an hour ahead of GMT.
   KRTime(s16 year, s16 month, s16 day, s16 hour, s16 minute, s16 second, s16 millisecond,
          s16 offset, s16 fraction) noexcept;
 

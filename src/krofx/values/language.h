@@ -9,8 +9,8 @@
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
 
-/// A language: a plain value that holds the text of a three-letter code. The text is not checked
-/// against a list of languages, and one that is too long is kept whole.
+/// A language: a value that holds the text of a three-letter code. The text is not checked against
+/// a list of languages, and a text that is too long is stored whole.
 class KROFX_API KRLanguage : public krofx::internal::HeapObject {
  public:
   /// A language without a text.
@@ -21,12 +21,12 @@ class KROFX_API KRLanguage : public krofx::internal::HeapObject {
   /// Takes the text; the limit of three characters stays.
   KRLanguage& operator=(const KRString& text);
 
-  /// The text, which stays this object's.
+  /// The text, which belongs to this object.
   const KRString3& GetString() const { return m_text; }
-  /// 1 when the text is no longer than three characters.
+  /// @return 1 when the text is no longer than three characters.
   u16 IsValid() const;
 
-  /// 1 when both texts are the same, case respected.
+  /// @return 1 when both texts are the same, including case.
   u16 operator==(const KRLanguage& other) const;
   /// The negation of operator==.
   u16 operator!=(const KRLanguage& other) const;

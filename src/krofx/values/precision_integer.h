@@ -1,12 +1,12 @@
 // Exact decimals: every OFX amount, price, quantity, rate and count.
 //
-// A number is sign x magnitude / 10^decimals, with a magnitude of 96 bits. Nothing passes through
-// floating point and nothing is rounded: whatever loses digits truncates the magnitude. Arithmetic
-// works modulo 2^96 and does not report overflow; the limit applies where text comes in, at 28
-// digits.
+// A number is sign x magnitude / 10^decimals, with a magnitude of 96 bits. No floating point is
+// used and nothing is rounded: an operation that loses digits truncates the magnitude. Arithmetic
+// is modulo 2^96 and does not report overflow. Only the reading of text has a limit: 28 digits.
 //
-// Zero can carry a minus sign, when it was parsed from "-0" or came from a multiplication or a
-// division. Negative zero is unequal to zero, is less than it, and prints as "-0".
+// Zero has a minus sign when it was parsed from "-0" or is the result of a multiplication or
+// division with a negative sign. Negative zero is unequal to zero, is less than it, and is written
+// as "-0".
 
 #ifndef KROFX_VALUES_PRECISION_INTEGER_H_
 #define KROFX_VALUES_PRECISION_INTEGER_H_
@@ -24,18 +24,18 @@ namespace krofx::internal {
 struct DecimalCore;
 }  // namespace krofx::internal
 
-/// An exact decimal number. A value type: copies are independent. One object belongs to one thread
-/// at a time, for reading too, since the conversion to text keeps its text in the object.
+/// An exact decimal number. A value type: copies are independent. Only one thread at a time may use
+/// an object, even to read it, since the conversion to text stores its text in the object.
 ///
 /// The conversion to `char*` makes every number usable where a text is expected. Comparisons with a
-/// text and sums with a built-in integer would silently work on that pointer, so they are deleted.
+/// text and sums with a built-in integer would silently use that pointer, so they are deleted.
 class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
  public:
   /// Size of the block that LockBuffer gives and that ExportBinary reports, in bytes.
   static constexpr u16 m_binaryLen = 20;
   /// Room for the longest text of a number with its terminator, in bytes.
   static constexpr u16 kTextSize = 32;
-  /// The most places after the point that a valid number has.
+  /// The largest number of places after the point in a valid number.
   static constexpr u16 kMaxDecimals = 29;
 
   /// 0.
@@ -49,12 +49,12 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
 
   /// Zero: sign +1, no decimals.
   constexpr KRPrecisionInteger() noexcept = default;
-  /// `value` / 10^`decimals`. Decimals above 29 are stored as given and make an invalid number.
+  /// `value` / 10^`decimals`. Decimals above 29 are stored as given and make the number invalid.
   constexpr KRPrecisionInteger(s32 value, u16 decimals) noexcept
       : m_low(value < 0 ? 0U - static_cast<u32>(value) : static_cast<u32>(value)),
         m_sign(value < 0 ? s16{-1} : s16{1}),
         m_decimals(decimals) {}
-  /// Parses `text`, as ConvertStringToKRPrecisionInteger of this class does.
+  /// Parses `text`, as this class's ConvertStringToKRPrecisionInteger does.
   explicit KRPrecisionInteger(const char* text);
   /// Copies the number; the text and the binary block are not copied.
   constexpr KRPrecisionInteger(const KRPrecisionInteger&) noexcept = default;
@@ -74,38 +74,42 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual KRPrecisionInteger& operator=(const char* text);
   /// Takes an integer; decimals become 0.
   virtual KRPrecisionInteger& operator=(s32 value);
-  /// Copies the number; text and binary block of both sides stay as they are.
+  /// Copies the number; the text and the binary block of both objects stay as they are.
   virtual KRPrecisionInteger& operator=(const KRPrecisionInteger&) noexcept = default;
 
-  /// Reads a number in OFX form: a sign, digits, one point. Commas are skipped wherever they are,
-  /// but one after the point counts as a place. Up to 28 digits, leading and trailing zeros
-  /// included; blanks and exponents are errors. A text of only a sign, a point or a comma is zero.
+  /// Reads a number in OFX form: a sign, digits, one point. Commas are skipped everywhere, but a
+  /// comma after the point counts as a place. A number has up to 28 digits, leading and trailing
+  /// zeros included; blanks and exponents are errors. A text of only a sign, a point or a comma is
+  /// zero.
   ///
-  /// The first error is logged as a warning with the whole text: KRPW_TOOLONG at the 29th digit,
-  /// where reading stops with 28 digits taken, otherwise KRPW_BADFORMAT, also when the virtual
-  /// IsValid refuses the number or the text is null or empty. After KRPW_BADFORMAT reading goes on.
+  /// The first error is logged as a warning with the whole text. At the 29th digit it is
+  /// KRPW_TOOLONG, and reading stops with the first 28 digits. Every other error is KRPW_BADFORMAT,
+  /// and reading continues; a number that the virtual IsValid refuses and a null or empty text are
+  /// such errors.
   ///
-  /// @return 1 when the number was read; 0 on any error, and then the number holds what was read.
+  /// @return 1 when the number was read; 0 after any error, and then the number holds what was
+  ///         read.
   virtual u16 ConvertStringToKRPrecisionInteger(const char* text);
 
-  /// 1 when sign and value are equal; 2.50 equals 2.5, and negative zero is unequal to zero.
-  /// Comparing numbers of different decimals may overflow 96 bits and then answers wrongly.
+  /// @return 1 when sign and value are equal; 2.50 equals 2.5, and negative zero is unequal to
+  ///         zero. Comparing numbers with different decimals can overflow 96 bits, and then the
+  ///         result is wrong.
   virtual u16 operator==(const KRPrecisionInteger& other) const;
   /// The negation of ==.
   virtual u16 operator!=(const KRPrecisionInteger& other) const;
-  /// 1 when this number is greater.
+  /// @return 1 when this number is greater.
   virtual u16 operator>(const KRPrecisionInteger& other) const;
-  /// 1 when this number is greater or equal.
+  /// @return 1 when this number is greater or equal.
   virtual u16 operator>=(const KRPrecisionInteger& other) const;
-  /// 1 when this number is less.
+  /// @return 1 when this number is less.
   virtual u16 operator<(const KRPrecisionInteger& other) const;
-  /// 1 when this number is less or equal.
+  /// @return 1 when this number is less or equal.
   virtual u16 operator<=(const KRPrecisionInteger& other) const;
 
-  /// Moves the magnitude left by `bits` in this object, as <<= does; it makes no copy. Bits beyond
+  /// Shifts the magnitude left by `bits` in this object, as <<= does; it makes no copy. Bits beyond
   /// 96 are lost; sign and decimals stay.
   virtual KRPrecisionInteger& operator<<(u16 bits);
-  /// Moves the magnitude right by `bits` in this object, as >>= does; it makes no copy.
+  /// Shifts the magnitude right by `bits` in this object, as >>= does; it makes no copy.
   virtual KRPrecisionInteger& operator>>(u16 bits);
   /// Moves the magnitude left by `bits`.
   virtual KRPrecisionInteger& operator<<=(u16 bits);
@@ -120,14 +124,14 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual KRPrecisionInteger operator+(const KRPrecisionInteger& other) const;
   /// The difference, by the rules of +=.
   virtual KRPrecisionInteger operator-(const KRPrecisionInteger& other) const;
-  /// The quotient of the magnitudes as integers, after this one was scaled up to the divisor's
-  /// decimals if it has fewer: no digits are made after the point, so 7 / 2 is 3 and 1.00 / 3 is
-  /// 0.33. Its decimals are this number's less the divisor's, at least 0, and its sign is the
-  /// product of the signs. A divisor whose magnitude is 0 or 1, whatever its sign and decimals,
-  /// gives a copy of this number, and so does a magnitude of 0 in this one.
+  /// The quotient of the magnitudes as integers. If this number has fewer decimals than the divisor
+  /// it is first scaled up to the divisor's. No further digits are computed, so 7 / 2 is 3 and 1.00
+  /// / 3 is 0.33. The result's decimals are this number's less the divisor's, at least 0, and its
+  /// sign is the product of the signs. When the divisor's magnitude is 0 or 1, whatever its sign
+  /// and decimals, or this number's magnitude is 0, the result is a copy of this number.
   virtual KRPrecisionInteger operator/(const KRPrecisionInteger& other) const;
   /// The product. Its decimals are the sum of both, which may make it invalid; its sign is the
-  /// product of the signs, also for zero.
+  /// product of the signs, even for zero.
   virtual KRPrecisionInteger operator*(const KRPrecisionInteger& other) const;
 
   /// A copy with the magnitude times 10.
@@ -138,9 +142,9 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual KRPrecisionInteger Div10();
   /// A copy with sign +1.
   virtual KRPrecisionInteger abs() const;
-  /// Turns the sign. Zero becomes or stays positive.
+  /// Changes the sign. Zero becomes or stays positive.
   virtual void Negate();
-  /// A copy without its places after the point, truncated.
+  /// A copy without the places after the point, truncated.
   virtual KRPrecisionInteger Integer();
   /// A plain copy, the integer part included.
   virtual KRPrecisionInteger Fraction();
@@ -155,41 +159,40 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// The same for a const number; reaches the override of a derived class.
   operator char*() const;
 
-  /// Changes the scale and keeps the value: multiplies by 10 or divides, truncating, until the
-  /// number has `decimals` places.
+  /// Changes the number of decimals and keeps the value: multiplies or divides by 10, truncating,
+  /// until the number has `decimals` places.
   virtual void Decimal(u16 decimals);
   /// The places after the point.
   virtual u16 Decimal() const { return m_decimals; }
 
-  /// 1 when the magnitude fits 31 bits. Sign and decimals are not considered, here and in the next
-  /// three.
+  /// @return 1 when the magnitude fits 31 bits. This and the next three ignore sign and decimals.
   virtual u16 FitInASLong() const;
-  /// 1 when the magnitude fits 32 bits.
+  /// @return 1 when the magnitude fits 32 bits.
   virtual u16 FitInAULong() const;
-  /// 1 when the magnitude fits 15 bits.
+  /// @return 1 when the magnitude fits 15 bits.
   virtual u16 FitInASShort() const;
-  /// 1 when the magnitude fits 16 bits.
+  /// @return 1 when the magnitude fits 16 bits.
   virtual u16 FitInAUShort() const;
 
   /// +1 or -1.
   virtual s16 Sign() const { return m_sign; }
-  /// 1 when the magnitude is 0.
+  /// @return 1 when the magnitude is 0.
   virtual u16 IsZero() const { return (m_low | m_middle | m_high) == 0; }
-  /// 1 when the sign is +1, as that of plain zero is.
+  /// @return 1 when the sign is +1, as that of plain zero is.
   virtual u16 IsPositive() const { return m_sign == 1; }
-  /// 1 when the sign is -1, as that of negative zero is.
+  /// @return 1 when the sign is -1, as that of negative zero is.
   virtual u16 IsNegative() const { return m_sign == -1; }
-  /// 1 when the number has at most 29 decimals. Derived classes add their rule, which then holds
-  /// for parsing too.
+  /// @return 1 when the number has at most 29 decimals. Derived classes add rules, which parsing
+  ///         applies too.
   virtual u16 IsValid() const { return m_decimals <= kMaxDecimals; }
 
-  /// The low 32 bits of the magnitude. None of the seven getters from here on looks at decimals.
+  /// The low 32 bits of the magnitude. This and the next six getters ignore the decimals.
   virtual u32 GetKRULong() const { return m_low; }
-  /// The sign times the low 32 bits of the magnitude, cut to 32 bits.
+  /// The sign times the low 32 bits of the magnitude, truncated to 32 bits.
   virtual s32 GetKRSLong() const { return static_cast<s32>(SignedLow()); }
   /// The low 16 bits of the magnitude.
   virtual u16 GetKRUShort() const { return static_cast<u16>(m_low); }
-  /// The sign times the low 32 bits of the magnitude, cut to 16 bits.
+  /// The sign times the low 32 bits of the magnitude, truncated to 16 bits.
   virtual s16 GetKRSShort() const { return static_cast<s16>(SignedLow()); }
   /// Bits 0 to 31 of the magnitude.
   virtual u32 GetLSBytes() const { return m_low; }
@@ -199,7 +202,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual u32 GetMSBytes() const { return m_high; }
 
   /// Stores the decimals without touching the magnitude, which changes the value.
-  /// @return 1, or 0 for decimals above 29, and then nothing changes.
+  /// @return 1; 0 for decimals above 29, and then nothing changes.
   u16 SetDecimal(u16 decimals) noexcept;
 
   /// The number as plain data.
@@ -207,18 +210,19 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
     return {m_low, m_middle, m_high, m_sign, m_decimals};
   }
 
-  /// Parses `length` characters at `text`, by the rules of this class's
-  /// ConvertStringToKRPrecisionInteger, whichever class the object is of, with the virtual IsValid.
-  /// Needs no terminator and takes no memory unless a warning is logged.
-  /// @return 1 when the number was read, 0 on any error.
+  /// Parses `length` characters at `text` by the rules of this class's
+  /// ConvertStringToKRPrecisionInteger, even for an object of a derived class, and with the virtual
+  /// IsValid. Needs no terminator and takes no memory unless a warning is logged.
+  /// @return 1 when the number was read; 0 after any error.
   u16 Parse(const char* text, std::size_t length);
   /// Writes the text of `operator char*` of this class and a terminator to `out`, which has room
   /// for kTextSize characters. Takes no memory.
   /// @return the characters written, without the terminator.
   u16 WriteText(char* out) const noexcept;
 
-  /// The block for the binary form, m_binaryLen bytes, owned by the object and made at first use.
-  /// @return null when memory is exhausted, and then the thread's fire alarm is raised.
+  /// Gets the block for the binary form: m_binaryLen bytes, owned by the object and made at first
+  /// use.
+  /// @return the block; null when memory is exhausted, and then the thread's fire alarm is raised.
   void* LockBuffer();
   /// Frees the block.
   void UnLockBuffer();
@@ -228,8 +232,8 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// @param target room for m_binaryLen bytes.
   /// @param length receives m_binaryLen; may be null.
   void ExportBinary(void* target, u16* length) const;
-  /// Reads the binary form. A block of another version, one with a sign that is neither +1 nor -1,
-  /// and null leave the number as it is.
+  /// Reads the binary form. A block of another version, a block whose sign is neither +1 nor -1, or
+  /// null leaves the number unchanged.
   void ImportBinary(const void* source);
 
   u16 operator==(const char*) const = delete;
@@ -238,17 +242,19 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   KRPrecisionInteger operator-(s32) const = delete;
 
  protected:
-  /// Bit `n` of the magnitude as a mask within its word: 0 when clear or when `n` is above 95.
+  /// @return bit `n` of the magnitude as a mask within its word; 0 when the bit is clear or `n` is
+  ///         above 95.
   u32 Bit(u16 n) const noexcept;
-  /// How many digits the value has in front of the point, without regard to its sign; 0 for a value
-  /// below 1 and for one of 29 digits.
+  /// @return the number of digits before the point, whatever the sign; 0 for a value below 1 and
+  ///         for one of 29 digits.
   u16 MSD() const noexcept;
   /// Multiplies whichever of `a` and `b` has fewer decimals by 10 until the decimals agree.
   void RightAlign(KRPrecisionInteger& a, KRPrecisionInteger& b) const noexcept;
-  /// The memory that `operator char*` gives: kTextSize bytes, made at first use. Null when memory
-  /// is exhausted, and then the thread's fire alarm is raised.
+  /// Gets the memory that `operator char*` returns: kTextSize bytes, made at first use.
+  /// @return the memory; null when memory is exhausted, and then the thread's fire alarm is raised.
   char* TextBuffer() const { return static_cast<char*>(m_text.Ensure(kTextSize)); }
-  /// The same, but null when no text was made yet.
+  /// Gets the same memory.
+  /// @return the memory; null when no text has been made yet.
   char* CurrentText() const noexcept { return static_cast<char*>(m_text.Get()); }
 
  private:
@@ -281,7 +287,8 @@ class KROFX_API KRPercent : public KRPrecisionInteger {
   KRPercent(const KRPrecisionInteger& number) noexcept : KRPrecisionInteger(number) {}
   using KRPrecisionInteger::operator=;
 
-  /// 1 when the number is from 0 to 100 and the base's rule holds. Negative zero is below 0.
+  /// @return 1 when the number is from 0 to 100 and the base's rule holds. Negative zero is below
+  ///         0.
   u16 IsValid() const override;
 };
 
@@ -299,11 +306,12 @@ class KROFX_API KRPosPrecisionInteger : public KRPrecisionInteger {
   KRPosPrecisionInteger(const KRPrecisionInteger& number) noexcept : KRPrecisionInteger(number) {}
   using KRPrecisionInteger::operator=;
 
-  /// 1 when the sign is +1 and the base's rule holds: zero is allowed, negative zero is not.
+  /// @return 1 when the sign is +1 and the base's rule holds: zero is allowed, negative zero is
+  ///         not.
   u16 IsValid() const override;
 };
 
-/// A number meant to have no decimals.
+/// A number that should have no decimals.
 class KROFX_API KRWideInteger : public KRPrecisionInteger {
  public:
   /// Zero.
@@ -313,8 +321,8 @@ class KROFX_API KRWideInteger : public KRPrecisionInteger {
   using KRPrecisionInteger::operator=;
 
   using KRPrecisionInteger::IsValid;
-  /// 1 when the number has no decimals. Only a direct call on an object that is not const gets
-  /// here: parsing and building go by the const form, which is the base's.
+  /// @return 1 when the number has no decimals. Only a direct call on a non-const object calls this
+  ///         operation: parsing and building call the const one of the base class.
   virtual u16 IsValid();
 };
 
@@ -326,12 +334,13 @@ class KROFX_API KRCommaSepPrecisionInteger : public KRPrecisionInteger {
   using KRPrecisionInteger::operator=;
 
   /// Parses `text` without its commas, so that a comma after the point does not count as a place.
-  /// @return 1 when the number was read; 0 on any error. Exhausted memory is one, and then the
-  ///         thread's fire alarm is raised and the number is zero.
+  /// @return 1 when the number was read; 0 after any error. When memory is exhausted the result is
+  ///         0, the thread's fire alarm is raised, and the number is zero.
   u16 ConvertStringToKRPrecisionInteger(const char* text) override;
 
-  /// The text that the base class's conversion last made on this object, or null when it was never
-  /// called. The number is not formatted here.
+  /// Does not convert the number.
+  /// @return the text that the base class's conversion last made on this object; null when it was
+  ///         never called.
   operator char*() override;
   /// The same for a const number.
   operator char*() const { return KRPrecisionInteger::operator char*(); }

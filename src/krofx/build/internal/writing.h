@@ -1,4 +1,5 @@
-// What the builder's sources share: putting bytes into the buffer, and a tag before its value.
+// Functions that the builder's sources share: appending bytes to the buffer, and writing a tag
+// before its value.
 
 #ifndef KROFX_BUILD_INTERNAL_WRITING_H_
 #define KROFX_BUILD_INTERNAL_WRITING_H_
@@ -12,8 +13,8 @@
 
 namespace krofx::internal {
 
-/// Appends `length` bytes. A buffer that refuses them for any reason raises the fire alarm, so that
-/// a build never ends as done with text missing.
+/// Appends `length` bytes. When the buffer refuses them for any reason the fire alarm is raised, so
+/// that a build with text missing never succeeds.
 inline void Put(KRBuffer& buffer, const char* text, std::size_t length) {
   constexpr std::size_t kLargestWrite = 0xffff;
   const KRBufferResult result = length <= kLargestWrite
@@ -22,7 +23,7 @@ inline void Put(KRBuffer& buffer, const char* text, std::size_t length) {
   if (result != KRBufferOK) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
 }
 
-/// Writes the tag of an element and then, when that went well, its value.
+/// Writes the tag of an element and then, if that succeeded, its value.
 /// @param writeValue writes the value and returns its KRBuildStatus.
 template <class WriteValue>
 KRBuildStatus WithTag(KRBuilder& builder, KRTagID tag, WriteValue writeValue) {

@@ -1,5 +1,5 @@
-// Searches through memory, a block of bytes at a time, for the short stretches that OFX text is
-// made of: the call of a library search costs more than most of them.
+// Searches through memory, a block of bytes at a time. The runs in OFX text are short: calling a
+// library function for one costs more than the search itself.
 
 #ifndef KROFX_CORE_INTERNAL_BYTE_SEARCH_H_
 #define KROFX_CORE_INTERNAL_BYTE_SEARCH_H_
@@ -15,15 +15,15 @@
 
 namespace krofx::internal {
 
-/// The white space of OFX text. NUL is none.
+/// @return whether a character is white space in OFX text; NUL is not.
 inline bool IsWhite(char character) {
   return character == ' ' || character == '\n' || character == '\r' || character == '\t';
 }
 
 /// Eight bytes of text, compared at once. A word has a byte below n (1 to 128) where (word - n *
-/// 0x01..) & ~word & 0x80.. has a bit. The lowest such bit is exact, the ones above it need not be,
-/// so the first is all that is told. The first byte of a word is the lowest on little-endian
-/// machines; on others the word is turned.
+/// 0x01..) & ~word & 0x80.. has a bit. The lowest such bit is exact but those above it may be
+/// wrong, so only the first is reported. The first byte of a word is the lowest on little-endian
+/// machines; on others the bytes are swapped.
 class WordBlock {
  public:
   static constexpr std::ptrdiff_t kSize = 8;
@@ -33,7 +33,7 @@ class WordBlock {
    public:
     explicit Marks(std::uint64_t bits) : m_bits(bits) {}
     Marks operator|(Marks other) const { return Marks(m_bits | other.m_bits); }
-    /// The place of the first one, kSize when there is none.
+    /// @return the place of the first one; kSize when there is none.
     int First() const { return std::countr_zero(m_bits) / 8; }
 
    private:
@@ -60,7 +60,7 @@ class WordBlock {
 
 #if defined(__SSE2__)
 
-/// Sixteen bytes of text, compared at once: as WordBlock.
+/// Sixteen bytes of text, compared at once; otherwise as WordBlock.
 class VectorBlock {
  public:
   static constexpr std::ptrdiff_t kSize = 16;
@@ -96,8 +96,8 @@ using ByteBlock = WordBlock;
 
 #endif
 
-/// The first byte of [at, end) that `isHit` accepts, or `end`. `hits` marks the same bytes of a
-/// block.
+/// @return the first byte of [at, end) that `isHit` accepts, or `end`. `hits` marks the same bytes
+///         of a block.
 template <class Hits, class IsHit>
 const char* SearchBytes(const char* at, const char* end, Hits hits, IsHit isHit) {
   while (end - at >= ByteBlock::kSize) {
@@ -109,14 +109,15 @@ const char* SearchBytes(const char* at, const char* end, Hits hits, IsHit isHit)
   return at;
 }
 
-/// The first `character` or NUL of [at, end), or `end`.
+/// @return the first `character` or NUL of [at, end), or `end`.
 inline const char* FindOrNul(const char* at, const char* end, char character) {
   return SearchBytes(
       at, end, [character](ByteBlock block) { return block.Equal(character) | block.Equal('\0'); },
       [character](char c) { return c == character || c == '\0'; });
 }
 
-/// The '<' or NUL at which a value ends, or `end`; notes a '&' before it.
+/// Finds the '<' or NUL at which a value ends; sets `hasMacros` when a '&' comes before it.
+/// @return its place, or `end`.
 inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros) {
   for (;;) {
     at = SearchBytes(
@@ -129,8 +130,9 @@ inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros
   }
 }
 
-/// The first character of [at, end) that has a macro in SGML ('<', '>', '&'), or `end`. Bytes are
-/// read up to a block behind `end`.
+/// Finds the first character of [at, end) that has a macro in SGML ('<', '>', '&'). Up to one block
+/// after `end` is read.
+/// @return its place, or `end`.
 inline const char* FindMacroCharacter(const char* at, const char* end) {
   for (; at < end; at += ByteBlock::kSize) {
     const ByteBlock block(at);
@@ -140,12 +142,12 @@ inline const char* FindMacroCharacter(const char* at, const char* end) {
   return end;
 }
 
-/// Whether a tag's name ends before this character.
+/// @return whether a tag's name ends before this character.
 inline bool EndsName(char character) {
   return character == '>' || character == '\0' || IsWhite(character);
 }
 
-/// The first character of [at, end) before which a tag's name ends, or `end`.
+/// @return the first character of [at, end) before which a tag's name ends, or `end`.
 inline const char* FindNameEnd(const char* at, const char* end) {
   return SearchBytes(
       at, end,

@@ -14,7 +14,8 @@ class KRParseException;
 
 namespace krofx::internal {
 
-/// Makes an element for an array. Null when memory is exhausted, or when the type has no default.
+/// Makes an element for an array.
+/// @return the element; null when memory is exhausted, or when the type has no default constructor.
 template <class T>
 T* MakeElement() {
   if constexpr (std::is_default_constructible_v<T>) {
@@ -25,7 +26,7 @@ T* MakeElement() {
 }
 
 /// @name Elements that the object factory makes
-/// A host can substitute its own classes for these, so the object model is asked
+/// A host can substitute its own classes for these, so the object model makes them
 /// (krofx/core/internal/hooks.h).
 /// @{
 template <>
@@ -36,7 +37,7 @@ template <>
 KROFX_API KRParseException* MakeElement<KRParseException>();
 /// @}
 
-/// Destroys an element of an array, a class through its destructor.
+/// Destroys an element of an array.
 template <class T>
 void DestroyElement(T* element) {
   delete element;

@@ -1,4 +1,4 @@
-// Warnings of a conversion that are kept back until it is known whether it succeeds.
+// Holds back the warnings of a conversion until it has succeeded or failed.
 
 #ifndef KROFX_CORE_INTERNAL_HELD_WARNINGS_H_
 #define KROFX_CORE_INTERNAL_HELD_WARNINGS_H_
@@ -10,9 +10,8 @@
 
 namespace krofx::internal {
 
-/// Holds back the calling thread's warnings that name no tag, for code that warns better itself
-/// when a conversion fails. Those of a conversion that succeeds are logged when it ends its life.
-/// May be nested.
+/// Holds back the calling thread's warnings that name no tag, for code that logs a better warning
+/// itself when a conversion fails. The destructor logs what is still held. May be nested.
 class KROFX_API HeldWarnings {
  public:
   HeldWarnings();
@@ -20,7 +19,7 @@ class KROFX_API HeldWarnings {
   HeldWarnings& operator=(const HeldWarnings&) = delete;
   ~HeldWarnings();
 
-  /// Forgets what was held back.
+  /// Discards the warnings that are held back.
   void Drop();
 
  private:
@@ -33,7 +32,7 @@ class KROFX_API HeldWarnings {
     KRDataObj* object;
   };
 
-  // Takes a warning; false when it holds as many as a conversion gives.
+  // Takes a warning; false when it already holds two, the most that a conversion logs.
   bool Take(KRParseWarning warning, const KRString& value, const KRString& tagText,
             KRDataObj* object);
 

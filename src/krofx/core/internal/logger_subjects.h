@@ -1,7 +1,7 @@
-// What loggers name but do not own: the buffer that is parsed and the parser at work.
+// The buffer and the parser that a logger refers to but does not own.
 //
-// A buffer or a parser that is destroyed takes itself out of all loggers. This file knows neither
-// what a buffer is nor what a logger is, so both can use it.
+// When a buffer or a parser is destroyed it is removed from all loggers. This file depends on
+// neither buffers nor loggers, so both can use it.
 
 #ifndef KROFX_CORE_INTERNAL_LOGGER_SUBJECTS_H_
 #define KROFX_CORE_INTERNAL_LOGGER_SUBJECTS_H_
@@ -15,8 +15,8 @@ class KRParser;
 
 namespace krofx::internal {
 
-/// What one logger names. A buffer may be destroyed on another thread than the one that parsed it,
-/// so all of this is read and written under one lock.
+/// The buffer and parser of one logger. A buffer may be destroyed on a different thread from the
+/// one that parsed it, so everything here is read and written under one lock.
 class LoggerSubjects {
  public:
   LoggerSubjects() = default;
@@ -24,13 +24,13 @@ class LoggerSubjects {
   LoggerSubjects& operator=(const LoggerSubjects&) = delete;
   ~LoggerSubjects();
 
-  /// Names a buffer; null for none.
+  /// Sets the buffer; null for none.
   void SetBuffer(KRBuffer* buffer);
-  /// Names a parser; null for none.
+  /// Sets the parser; null for none.
   void SetParser(KRParser* parser);
 
-  /// Calls `use(buffer, parser)` with what is named, either of which may be null. Neither can be
-  /// destroyed before `use` returns.
+  /// Calls `use(buffer, parser)`; either may be null. Neither can be destroyed before `use`
+  /// returns.
   template <class Use>
   void With(Use use) const {
     const std::lock_guard lock(s_mutex);
@@ -41,7 +41,7 @@ class LoggerSubjects {
   friend void ForgetInLoggers(const KRBuffer* buffer) noexcept;
   friend void ForgetInLoggers(const KRParser* parser) noexcept;
 
-  // Puts this in the list of those that name something, or takes it out. The lock is held.
+  // Adds this to the list of those with a buffer or a parser, or removes it. Called under the lock.
   void UpdateList();
   template <class Subject>
   static void Forget(Subject* LoggerSubjects::*member, const Subject* subject) noexcept;
@@ -54,10 +54,10 @@ class LoggerSubjects {
   LoggerSubjects* m_next = nullptr;
 };
 
-/// Takes a buffer that is being destroyed out of all loggers. Costs one load when no logger names
-/// any buffer or parser.
+/// Removes a buffer that is being destroyed from all loggers. Costs one load when no logger has a
+/// buffer or a parser.
 KROFX_API void ForgetInLoggers(const KRBuffer* buffer) noexcept;
-/// Takes a parser that is being destroyed out of all loggers.
+/// Removes a parser that is being destroyed from all loggers.
 KROFX_API void ForgetInLoggers(const KRParser* parser) noexcept;
 
 }  // namespace krofx::internal

@@ -1,8 +1,8 @@
-// Base64, byte by byte: the coding itself, without memory of its own.
+// Base64, byte by byte: the coding itself. It allocates no memory.
 //
-// It is written here because what libcrypto has is another coding: its encoder breaks lines, its
-// decoder takes "-" for an end, allows blanks only in some places and counts in int. Checks in
-// front of it would be the whole decoder, but for the table below.
+// It does not use libcrypto, whose coding differs: the encoder breaks lines, and the decoder takes
+// "-" for an end, allows blanks only in some places and counts in int. Checks that made up for the
+// differences would be a whole decoder, except for the table.
 
 #ifndef KROFX_SECURITY_INTERNAL_BASE64_CODING_H_
 #define KROFX_SECURITY_INTERNAL_BASE64_CODING_H_
@@ -11,12 +11,13 @@
 
 namespace krofx::internal {
 
-/// Where coded bytes go: an area with an end.
+/// The area that coded bytes are written to.
 struct CodedOutput {
   char* at;
   char* end;
 
-  /// Puts one byte. False when the area is full.
+  /// Writes one byte.
+  /// @return false when the area is full.
   bool Put(u32 byte) {
     if (at == end) return false;
     *at++ = static_cast<char>(byte & 0xff);
@@ -24,12 +25,14 @@ struct CodedOutput {
   }
 };
 
-/// Turns bytes into text, as they come.
+/// Encodes bytes one at a time.
 class Base64Encoder {
  public:
-  /// Takes one byte; writes a group with every third. False when there is no room.
+  /// Takes one byte; writes a group after every third.
+  /// @return false when there is no room.
   bool Take(unsigned char byte, CodedOutput& out);
-  /// Writes the last group, filled with "=". False when there is no room.
+  /// Writes the last group, filled up with "=".
+  /// @return false when there is no room.
   bool Finish(CodedOutput& out);
 
  private:
@@ -39,13 +42,13 @@ class Base64Encoder {
   u32 m_bytes = 0;
 };
 
-/// Turns text into bytes, as it comes.
+/// Decodes text one character at a time.
 class Base64Decoder {
  public:
-  /// Takes one character; writes what is whole. False for a character that must not stand here, and
-  /// when there is no room.
+  /// Takes one character; writes the bytes that are complete.
+  /// @return false for a character that is not allowed here, and when there is no room.
   bool Take(unsigned char character, CodedOutput& out);
-  /// Whether all groups are whole.
+  /// @return whether all groups are complete.
   bool Finish() const { return m_characters == 0; }
 
  private:

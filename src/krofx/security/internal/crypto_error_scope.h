@@ -1,6 +1,5 @@
-// Leaves libcrypto's queue of errors as it was found. A failure here is reported by a status; an
-// error left in the queue would be taken by the host's own use of libcrypto, TLS above all, for its
-// own.
+// Leaves libcrypto's queue of errors as it was. A failure here is reported by a status; the host's
+// own use of libcrypto, TLS above all, would take an error left in the queue for its own.
 
 #ifndef KROFX_SECURITY_INTERNAL_CRYPTO_ERROR_SCOPE_H_
 #define KROFX_SECURITY_INTERNAL_CRYPTO_ERROR_SCOPE_H_
@@ -9,7 +8,7 @@
 
 namespace krofx::internal {
 
-/// Takes the errors of its lifetime out of the queue.
+/// Removes the errors of its lifetime from the queue.
 class CryptoErrorScope {
  public:
   CryptoErrorScope() { ERR_set_mark(); }

@@ -1,5 +1,5 @@
-// Starts libcrypto for the process before it would start itself and read a configuration file that
-// an environment variable names.
+// Starts libcrypto for the process before libcrypto starts itself, which would read a configuration
+// file that an environment variable names.
 
 #ifndef KROFX_SECURITY_INTERNAL_CRYPTO_START_H_
 #define KROFX_SECURITY_INTERNAL_CRYPTO_START_H_

@@ -1,10 +1,10 @@
-// The whole of what this layer asks of a cryptographic library, so that another library could take
-// its place behind this one file. Nothing else in the layer knows which it is.
+// Everything that this layer uses from a cryptographic library. Only the sources of this file know
+// which library it is, so it can be replaced by changing them alone.
 //
-// The operations answer 0 for success; any other value is plain failure, and the caller turns it
-// into a status of its own. A null handle is a failure too, so that an object whose set-up failed
-// fails in its first use. Handles belong to one thread at a time, but the certificate object, which
-// copies of a KRCert share, may be shared and destroyed from any.
+// The operations return 0 for success; any other value is a failure, which the caller turns into a
+// status of its own. A null handle is a failure too, so that an object whose set-up failed fails at
+// its first use. Only one thread at a time uses a handle, except that a certificate object, which
+// copies of a KRCert share, may be shared and destroyed on any thread.
 
 #ifndef KROFX_SECURITY_INTERNAL_TOOLKIT_H_
 #define KROFX_SECURITY_INTERNAL_TOOLKIT_H_
@@ -17,25 +17,26 @@ namespace krofx::internal {
 
 // Algorithm objects: a digest, an encoder or a decoder, bound to an algorithm once.
 
-/// Gives a new handle, bound to nothing; null when memory is exhausted.
+/// Makes a handle without an algorithm.
+/// @return the handle; null when memory is exhausted.
 AlgorithmObject* CreateAlgorithmObject();
-/// Releases a handle; null is harmless.
+/// Releases a handle; null is allowed.
 void DestroyAlgorithmObject(AlgorithmObject* algorithm);
-/// Sets the algorithm that the chooser names. Fails for an algorithm that is not known here.
+/// Sets the algorithm that the chooser names. Fails for an unknown algorithm.
 int BindAlgorithm(AlgorithmObject* algorithm, KRAlgorithmChooser chooser);
 
 /// Makes the object ready for the data of a new digest.
 int DigestInit(AlgorithmObject* algorithm);
-/// Takes data into the digest.
+/// Adds data to the digest.
 int DigestUpdate(AlgorithmObject* algorithm, const char* data, u32 length);
-/// Writes the digest and says its length. Fails when `room` is too small.
+/// Writes the digest and stores its length in `written`. Fails when `room` is too small.
 int DigestFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
 
-/// One call of a base64 coder that takes data: writes as much as whole groups give and says how
-/// many bytes. Fails on bad input and when `room` is too small.
+/// A call of a base64 coder that takes data: writes the output of all complete groups and stores
+/// the number of bytes in `written`. Fails on bad input and when `room` is too small.
 using CodeUpdate = int (*)(AlgorithmObject* algorithm, char* out, u32 room, u32* written,
                            const char* data, u32 length);
-/// The last call: writes what is left. Fails when a group is not whole or `room` is too small.
+/// The last call: writes what is left. Fails when a group is incomplete or `room` is too small.
 using CodeFinal = int (*)(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
 
 /// Makes the object ready to encode.
@@ -56,36 +57,38 @@ int DecodeFinal(AlgorithmObject* algorithm, char* out, u32 room, u32* written);
 
 // Certificate objects.
 
-/// Gives a new handle without a certificate; null when memory is exhausted.
+/// Makes a handle without a certificate.
+/// @return the handle; null when memory is exhausted.
 CertificateObject* CreateCertificateObject();
-/// Counts one more holder of the handle, and gives it back; null is harmless.
+/// Adds a holder to the handle; null is allowed.
+/// @return the handle.
 CertificateObject* ShareCertificateObject(CertificateObject* certificate);
-/// Counts one holder less, and releases the handle with the last; null is harmless.
+/// Removes a holder from the handle and releases it with the last one; null is allowed.
 void DestroyCertificateObject(CertificateObject* certificate);
-/// Reads a certificate and keeps a copy of its bytes. Fails on anything that is not exactly one
-/// X.509 certificate, and on a handle that has one.
+/// Reads a certificate and keeps a copy of its bytes. Fails for anything that is not exactly one
+/// X.509 certificate, and for a handle that already has one.
 int SetCertificateBER(CertificateObject* certificate, const char* data, u32 length);
-/// Gives the bytes, which live as long as the handle.
+/// Gets the bytes, which are valid as long as the handle.
 int GetCertificateBER(const CertificateObject* certificate, const char** data, u32* length);
-/// Gives the fields. Fails when a date of validity is none.
+/// Gets the fields. Fails when a date of validity is not a date.
 int GetCertificateFields(const CertificateObject* certificate, CertificateFields* fields);
 
 // Names: the attributes of the subject, in order.
 
-/// One attribute of a name. The pointers live as long as the name.
+/// One attribute of a name. The pointers are valid as long as the name.
 struct NameAttribute {
-  /// What the value is, for IsOrganizationName.
+  /// The type of the value, for IsOrganizationName.
   const void* type;
   /// The value's bytes, without a terminator.
   const char* value;
   u32 length;
 };
 
-/// Number of attributes; 0 for null.
+/// @return number of attributes; 0 for null.
 u32 CountNameAttributes(const NameObject* name);
-/// Gives an attribute, counted from 0. Fails past the end.
+/// Gets an attribute, counted from 0. Fails past the end.
 int GetNameAttribute(const NameObject* name, u32 index, NameAttribute* attribute);
-/// Whether the type of an attribute is organizationName, 2.5.4.10.
+/// @return whether the type of an attribute is organizationName, 2.5.4.10.
 bool IsOrganizationName(const void* type);
 
 }  // namespace krofx::internal

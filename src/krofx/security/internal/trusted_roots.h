@@ -1,9 +1,9 @@
 // The root certificates that the library carries, for KRNetRequest to register with a request.
 //
 // Their bytes are those of the files <ID>.der in the folder that the build option KROFX_ROOTS_DIR
-// names, by default roots/ beside this file, whose README.md says which of them are stand-ins. The
-// build writes them into a source file of its own. A root is known by its ID alone; the thousands
-// of an ID name its family.
+// names. The default is src/krofx/security/roots, whose README.md says which of them are stand-ins.
+// The build writes them into a generated source file. A root is identified by its ID; the thousands
+// digit of the ID is its family.
 
 #ifndef KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_
 #define KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_
@@ -26,7 +26,7 @@ struct TrustedRoot {
 extern const TrustedRoot kNorvikBrandingRoot;
 /// 2000: the authority of OFX servers.
 extern const TrustedRoot kVeriSignOFXCARoot;
-/// 3000: the issuer of 2000, which chains need on their way but must not end at.
+/// 3000: the issuer of 2000, which chains may contain but must not end at.
 extern const TrustedRoot kVeriSignClass3Root;
 /// 4000: the secure server authority, in its first issue.
 extern const TrustedRoot kRSAServerRoot;

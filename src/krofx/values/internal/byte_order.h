@@ -1,5 +1,5 @@
-// Fixed byte order for binary forms: multi-byte values are least significant byte first, whatever
-// the processor, so that a block written on one machine reads the same on another.
+// Fixed byte order for binary forms: multi-byte values are written least significant byte first on
+// every processor, so that a block written on one machine can be read on another.
 
 #ifndef KROFX_VALUES_INTERNAL_BYTE_ORDER_H_
 #define KROFX_VALUES_INTERNAL_BYTE_ORDER_H_

@@ -1,5 +1,6 @@
-// The Gregorian calendar, in plain integer arithmetic: lengths of months and years, and the count
-// of days from 1970 in both directions. No platform call, so no dependence on the machine's zone.
+// The Gregorian calendar, in integer arithmetic: lengths of months and years, and the conversion
+// between dates and days since 1970. It calls no platform function, so it does not depend on the
+// machine's zone.
 
 #ifndef KROFX_VALUES_INTERNAL_CALENDAR_H_
 #define KROFX_VALUES_INTERNAL_CALENDAR_H_
@@ -20,7 +21,7 @@ inline constexpr u16 kDaysBeforeMonth[2][12] = {
     {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335},
 };
 
-/// Whether `year` has 366 days.
+/// @return whether `year` has 366 days.
 constexpr bool IsLeapYear(u16 year) noexcept {
   return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
 }
@@ -28,24 +29,24 @@ constexpr bool IsLeapYear(u16 year) noexcept {
 /// Days in `year`.
 constexpr u16 DaysInYear(u16 year) noexcept { return IsLeapYear(year) ? 366 : 365; }
 
-/// Days of `month` (1 to 12) in `year`; 0 for any other month.
+/// @return days of `month` (1 to 12) in `year`; 0 for any other month.
 constexpr u16 DaysInMonth(u16 month, u16 year) noexcept {
   if (month < 1 || month > 12) return 0;
   return static_cast<u16>(kDaysInMonth[month - 1] + (month == 2 && IsLeapYear(year) ? 1 : 0));
 }
 
-/// Days of `year` before `month`; 0 for a month that is none.
+/// @return days of `year` before `month`; 0 for a month that is not 1 to 12.
 constexpr u16 DaysBeforeMonth(u16 month, u16 year) noexcept {
   if (month < 1 || month > 12) return 0;
   return kDaysBeforeMonth[IsLeapYear(year) ? 1 : 0][month - 1];
 }
 
-/// Length in a common year of the month `month`, where months count on past December and before
-/// January: 0 is December and 13 is January.
+/// Length of `month` in a common year, where months continue past December and before January: 0 is
+/// December and 13 is January.
 constexpr u16 CommonMonthLength(u16 month) noexcept { return kDaysInMonth[(month + 11U) % 12]; }
 
-/// Days from the start of 1970 to a date, by the calendar. A month or day beyond its range counts
-/// on into its neighbours, as the platform's time functions do.
+/// Days from the start of 1970 to a date, by the calendar. A month or day beyond its range carries
+/// into the neighbouring years or months, as in the platform's time functions.
 KROFX_API std::int64_t DaysFromDate(std::int64_t year, std::int64_t month,
                                     std::int64_t day) noexcept;
 
@@ -56,7 +57,7 @@ struct CalendarDate {
   u16 day;    ///< 1 to 31
 };
 
-/// The date that lies `days` from the start of 1970.
+/// The date `days` after the start of 1970.
 KROFX_API CalendarDate DateFromDays(std::int64_t days) noexcept;
 
 }  // namespace krofx::internal

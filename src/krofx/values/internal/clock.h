@@ -1,7 +1,7 @@
-// The seam to the platform's clock and time zone.
+// The interface to the platform's clock and time zone.
 //
-// Everything in the library that asks what time it is, or where the machine is, asks here. A
-// host or a test can put a clock of its own in place.
+// All code in the library that needs the current time or the machine's zone gets it here. A host or
+// a test can install a clock of its own.
 
 #ifndef KROFX_VALUES_INTERNAL_CLOCK_H_
 #define KROFX_VALUES_INTERNAL_CLOCK_H_
@@ -13,7 +13,8 @@
 
 namespace krofx::internal {
 
-/// What the library wants to know about time. Implementations may be called from any thread.
+/// A source of the current time and the machine's zone. Implementations may be called from any
+/// thread.
 class KROFX_API Clock {
  public:
   Clock() = default;
@@ -28,13 +29,13 @@ class KROFX_API Clock {
   /// is not considered.
   virtual s32 LocalZoneOffset() = 0;
 
-  /// The clock in use: the system's, unless another one was put in place.
+  /// The clock in use: the system's, unless another one was installed.
   static Clock& Current() noexcept;
 
-  /// Puts a clock in place for the whole process; null puts the system's back. The clock stays the
-  /// caller's and must live until it is replaced. Not to be called while other threads are inside
+  /// Installs a clock for the whole process; null restores the system's. The clock belongs to the
+  /// caller and must live until it is replaced. Must not be called while other threads are inside
   /// the library.
-  /// @return the replacement that was in place, or null.
+  /// @return the clock that was installed before, or null.
   static Clock* Replace(Clock* clock) noexcept;
 };
 

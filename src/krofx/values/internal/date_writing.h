@@ -1,4 +1,4 @@
-// The digits of dates and times in OFX text, written once for the classes that hold dates.
+// Writes dates and times as OFX text, for all classes that hold dates.
 
 #ifndef KROFX_VALUES_INTERNAL_DATE_WRITING_H_
 #define KROFX_VALUES_INTERNAL_DATE_WRITING_H_
@@ -11,7 +11,7 @@
 
 namespace krofx::internal {
 
-/// The fields of a date and time, and of its zone but for the name.
+/// The fields of a date and time, and the offset of its zone.
 struct DateFields {
   u16 year;
   u16 month;
@@ -50,8 +50,9 @@ inline char* WriteClock(char* to, u16 hour, u16 minute, u16 second) noexcept {
   return WriteTwoDigits(to, second);
 }
 
-/// Writes a date with what it has of time and zone, up to the zone's offset.
-/// @param hasZone takes whether the bracket of a zone is open, which the name and "]" follow.
+/// Writes a date, its time if it has one, and its zone up to the offset.
+/// @param hasZone receives whether a zone's bracket is open; the caller then writes the name and
+///        "]".
 inline char* WriteDateHead(const DateFields& date, char* to, bool& hasZone) noexcept {
   hasZone = date.gmtOffset != 0 || date.gmtOffsetFraction != 0;
   const bool hasMilliseconds = hasZone || date.millisecond != 0;
@@ -73,7 +74,7 @@ inline char* WriteDateHead(const DateFields& date, char* to, bool& hasZone) noex
   }
   if (hasZone) {
     *to++ = '[';
-    // The sign of a zone less than an hour behind GMT stands in the fraction alone.
+    // For a zone less than an hour behind GMT only the fraction has the sign.
     if (date.gmtOffset == 0 && date.gmtOffsetFraction < 0) *to++ = '-';
     to = WriteOffset(to, date.gmtOffset);
     if (date.gmtOffsetFraction != 0) to = WriteFraction(to, date.gmtOffsetFraction);

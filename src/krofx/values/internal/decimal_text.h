@@ -12,7 +12,7 @@
 
 namespace krofx::internal {
 
-// A compiler extension, which the pedantic warnings let pass when it is marked as one.
+// A compiler extension; -Wpedantic accepts it only when it is marked with __extension__.
 __extension__ typedef unsigned __int128 u128;
 __extension__ typedef __int128 s128;
 
@@ -62,7 +62,7 @@ constexpr char* WriteDigitsBefore(char* end, u128 magnitude) noexcept {
   } else {
     rest = static_cast<std::uint64_t>(magnitude);
   }
-  // Divisions of 32 bits are the quick ones, and enough for most amounts.
+  // Divisions of 32 bits are faster, and enough for most amounts.
   for (; rest > 0xffffffff; rest /= 10) *--end = static_cast<char>('0' + rest % 10);
   auto low = static_cast<std::uint32_t>(rest);
   for (; low >= 100; low /= 100) {

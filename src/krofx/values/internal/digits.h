@@ -12,18 +12,19 @@
 
 namespace krofx::internal {
 
-/// 1 for '0' to '9', independent of the locale.
+/// @return 1 for '0' to '9', independent of the locale.
 constexpr bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
-/// Reads an unsigned number of up to 5 digits; characters after the fifth are not looked at.
+/// Reads an unsigned number of up to 5 digits; characters after the fifth are ignored.
 ///
 /// @param text the digits; needs no terminator.
 /// @param length number of characters at `text`.
-/// @param value receives the number, modulo 65536; left alone on failure.
+/// @param value receives the number, modulo 65536; unchanged on failure.
 /// @param exactDigits when above 0, the number of digits that must have been read.
 /// @param scaleDigits when above the number of digits read, the value is multiplied by 10 for each
 ///        missing one: with 3, the text 5 is 500.
-/// @return whether every character read was a digit and the count was as asked.
+/// @return whether every character read was a digit and their number was `exactDigits`, if that is
+///         above 0.
 constexpr bool ReadDigits(const char* text, std::size_t length, u16& value, s16 exactDigits,
                           s16 scaleDigits) noexcept {
   constexpr std::size_t kMostDigits = 5;
@@ -40,7 +41,7 @@ constexpr bool ReadDigits(const char* text, std::size_t length, u16& value, s16 
 }
 
 /// Reads eight digits at once, as four numbers of two digits.
-/// @return whether all of the eight characters at `text` were digits; `pairs` is left alone if not.
+/// @return whether all of the eight characters at `text` were digits; if not, `pairs` is unchanged.
 inline bool ReadDigitPairs(const char* text, u16 (&pairs)[4]) noexcept {
   constexpr std::uint64_t kZeros = 0x3030303030303030;
   constexpr std::uint64_t kHighHalves = 0xf0f0f0f0f0f0f0f0;
@@ -69,8 +70,9 @@ inline constexpr auto kDigitPairs = [] {
   return pairs;
 }();
 
-/// Writes `value` with at least `width` digits, zeros in front, and gives the place after them. No
-/// terminator is written; `out` has room for 10 characters or `width`, whichever is more.
+/// Writes `value` with at least `width` digits, with leading zeros and without a terminator. `out`
+/// has room for 10 characters or `width`, whichever is more.
+/// @return the place after the digits.
 constexpr char* WriteDigits(char* out, u32 value, int width) noexcept {
   int count = 1;
   for (u32 rest = value / 10; rest != 0; rest /= 10) ++count;

@@ -1,6 +1,5 @@
 // A block of memory that a value makes at first use: the text of an amount, the binary form of a
-// date. Such a block is a convenience and no part of the value, so copying a value leaves it
-// behind.
+// date. The block is not part of the value, so copying the value does not copy it.
 
 #ifndef KROFX_VALUES_INTERNAL_LAZY_BLOCK_H_
 #define KROFX_VALUES_INTERNAL_LAZY_BLOCK_H_
@@ -12,7 +11,8 @@
 
 namespace krofx::internal {
 
-/// Owns one block or none. A copy starts with none, and assignment leaves both sides' blocks alone.
+/// Owns one block or none. A copy starts with none, and assignment leaves the blocks of both
+/// objects alone.
 class KROFX_API LazyBlock {
  public:
   /// Starts with no block.
@@ -23,11 +23,12 @@ class KROFX_API LazyBlock {
   LazyBlock& operator=(const LazyBlock&) noexcept { return *this; }
   ~LazyBlock() { Release(); }
 
-  /// The block, made zero-filled with `size` bytes if there is none yet. Stays owned here. Null
-  /// when memory is exhausted; the thread's fire alarm is raised then.
+  /// Gets the block; if there is none yet, makes one of `size` bytes, filled with zeros.
+  /// @return the block, owned by this object; null when memory is exhausted, and then the thread's
+  ///         fire alarm is raised.
   void* Ensure(std::size_t size) noexcept { return m_block != nullptr ? m_block : Make(size); }
 
-  /// The block, or null when none was made.
+  /// @return the block, or null when none was made.
   void* Get() const noexcept { return m_block; }
 
   /// Frees the block.

@@ -1,5 +1,5 @@
-// Dates as plain data: sixteen bytes for what a date of OFX text holds, for the members of
-// aggregates, of which a statement has tens of thousands.
+// Dates as plain data in sixteen bytes, for the members of aggregates: a statement has tens of
+// thousands of them.
 
 #ifndef KROFX_VALUES_INTERNAL_PLAIN_DATE_H_
 #define KROFX_VALUES_INTERNAL_PLAIN_DATE_H_
@@ -12,11 +12,11 @@
 
 namespace krofx::internal {
 
-/// The fields of a date and time with its zone. All zero is no date.
+/// The fields of a date and time with its zone. With all fields zero it is not a date.
 struct PlainDate {
-  /// The longest text of such a date.
+  /// The length of the longest text of such a date.
   static constexpr std::size_t kTextSize = 40;
-  /// Characters of a zone name, at most.
+  /// The most characters in a zone name.
   static constexpr std::size_t kZoneSize = 3;
 
   u16 year = 0;
@@ -27,14 +27,14 @@ struct PlainDate {
   std::uint8_t second = 0;
   std::int8_t gmtOffset = 0;          ///< Whole hours by which the zone is ahead of GMT.
   std::int8_t gmtOffsetFraction = 0;  ///< Hundredths of an hour to add to it.
-  char zone[kZoneSize] = {};          ///< Zero behind a shorter name.
+  char zone[kZoneSize] = {};          ///< A shorter name is followed by zeros.
   u16 millisecond = 0;
-  u16 extra = 0;  ///< For whoever stores the date.
+  u16 extra = 0;  ///< For the code that stores the date.
 };
 static_assert(sizeof(PlainDate) == 16);
 
-/// Reads a date of a form that nearly all have: YYYYMMDD, alone or with HHMMSS behind it, that with
-/// .XXX, and either of these with a zone "[-5:EST]" in whole hours.
+/// Reads a date in one of the common forms: YYYYMMDD, YYYYMMDDHHMMSS or YYYYMMDDHHMMSS.XXX, the
+/// latter two also with a zone "[-5:EST]" in whole hours.
 /// @return false, with `out` unchanged, for a text of any other form and for one that
 ///         KRDateTime::Parse would warn about.
 KROFX_API bool ReadCommonDate(const char* text, std::size_t length, PlainDate& out) noexcept;

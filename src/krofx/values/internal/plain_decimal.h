@@ -1,5 +1,5 @@
-// Exact decimals as plain data: what a number holds without what its class adds, for the members of
-// aggregates, of which a statement has tens of thousands.
+// Exact decimals as plain data, without the buffers of KRPrecisionInteger, for the members of
+// aggregates: a statement has tens of thousands of them.
 
 #ifndef KROFX_VALUES_INTERNAL_PLAIN_DECIMAL_H_
 #define KROFX_VALUES_INTERNAL_PLAIN_DECIMAL_H_
@@ -21,8 +21,8 @@ struct PlainDecimal {
   u16 decimals = 0;
 };
 
-/// Reads a number of the form that nearly all have: a minus sign or none, up to 18 digits, and a
-/// point among them or none.
+/// Reads a number in the common form: an optional minus sign, up to 18 digits, and an optional
+/// point.
 /// @return false, with `out` unchanged, for a text of any other form.
 KROFX_API bool ReadCommonDecimal(const char* text, std::size_t length, PlainDecimal& out) noexcept;
 

@@ -9,12 +9,12 @@
 
 namespace krofx::internal {
 
-/// Logs a warning on the thread's logger, if it has one. A function of its own and never inlined,
-/// so that the parsers of values stay small.
+/// Logs a warning on the thread's logger, if it has one. It is never inlined, so that the parsers
+/// of values stay small.
 ///
 /// @param warning what is wrong.
-/// @param text the text that gave offence, becomes the value text; may be null when `length` is 0.
-/// @param length its characters; cut to what a KRString holds.
+/// @param text the offending text, which becomes the value text; may be null when `length` is 0.
+/// @param length the number of its characters; a text that is too long for a KRString is cut.
 /// @param operation becomes the tag text.
 [[gnu::cold, gnu::noinline]] void WarnAboutText(KRParseWarning warning, const char* text,
                                                 std::size_t length, const char* operation);

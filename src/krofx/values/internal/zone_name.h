@@ -1,5 +1,5 @@
-// The zone name inside a date: nearly always three letters, so it is held in place and a date with
-// a zone costs no memory. Hosts see it as the string that it is in OFX terms, made when asked for.
+// The zone name inside a date. It is nearly always three letters, so it is held in the object and a
+// date with a zone allocates no memory. Hosts get it as a string, which is made on request.
 
 #ifndef KROFX_VALUES_INTERNAL_ZONE_NAME_H_
 #define KROFX_VALUES_INTERNAL_ZONE_NAME_H_
@@ -13,8 +13,8 @@ class KRString3;
 
 namespace krofx::internal {
 
-/// A zone name. Up to 7 characters are in the object; a longer one, which OFX does not allow but
-/// a host may set, is in the string.
+/// A zone name. Up to 7 characters are in the object; a longer one, which OFX does not allow but a
+/// host may set, is in a string.
 class KROFX_API ZoneName {
  public:
   /// The empty name.
@@ -48,18 +48,18 @@ class KROFX_API ZoneName {
       Assign("", 0);
     }
   }
-  /// Takes `length` characters at `text`. A long name for which memory does not suffice is cut to
-  /// what the object holds, and the thread's fire alarm is raised.
+  /// Takes `length` characters at `text`. When there is no memory for a long name it is cut to 7
+  /// characters, and the thread's fire alarm is raised.
   void Assign(const char* text, std::size_t length) noexcept;
 
-  /// 1 when there is no name.
+  /// @return 1 when there is no name.
   bool IsEmpty() const noexcept { return m_short[0] == '\0'; }
   /// The name, valid until it is changed; never null.
   const char* Text() const noexcept;
   /// Characters in the name.
   std::size_t Length() const noexcept;
-  /// The name as a string, which follows later changes of the name and lives as long as the object.
-  /// When memory does not suffice for it the fire alarm is raised and it is empty.
+  /// The name as a string, which changes with the name and lives as long as the object. When there
+  /// is no memory for it the string is empty and the fire alarm is raised.
   const KRString3& AsString() const noexcept;
 
  private:
