@@ -202,7 +202,7 @@ def _pair(k):
     return {traits}::ToText(value, out);
   }}
   /// Finds the {k.name} of a keyword, without regard to case.
-  /// @return 1; 0, with {missing} and a KRPW_BADFORMAT warning, when none matches.
+  /// @return 1; 0, with {missing} and a KRPW_BADFORMAT warning, for any other.
 {reader}\
     return {traits}::FromText(text, out);
   }}
