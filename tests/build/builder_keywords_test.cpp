@@ -17,7 +17,7 @@ using ValueOperation = KRBuildStatus (KRBuilder::*)(E);
 template <class E>
 using TagOperation = KRBuildStatus (KRBuilder::*)(KRTagID, E);
 
-// Counts what goes through the operations for strings and tags, as a host's own builder may.
+// Counts the calls of the operations for strings and tags, which a host's own builder may override.
 class WatchingBuilder : public KRBuilder {
  public:
   using KRBuilder::AddString;
@@ -42,7 +42,7 @@ class WatchingBuilder : public KRBuilder {
   KRBuildStringMacroOpt macros = KRBuildStringMacroOpt_AsIs;
 };
 
-// Values that have no keyword.
+// Values without a keyword.
 template <class E>
 std::initializer_list<E> Beyond() {
   static const auto values = {static_cast<E>(KeywordTraits<E>::kCount), static_cast<E>(0x7fffffff)};

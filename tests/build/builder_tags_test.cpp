@@ -15,7 +15,7 @@ namespace {
 
 constexpr KRTagID kNoSuchTag = static_cast<KRTagID>(60000);
 
-// Opens the protected operation for tags.
+// Makes the protected operation for tags public.
 class TagBuilder : public KRBuilder {
  public:
   using KRBuilder::AddTag;

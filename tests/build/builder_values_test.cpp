@@ -12,7 +12,7 @@ using krofx::testing::Write;
 
 namespace {
 
-// A number whose text cannot be made; on request because memory is exhausted.
+// A number whose text cannot be made, optionally because memory is exhausted.
 class Mute : public KRPrecisionInteger {
  public:
   explicit Mute(bool exhausted) : m_exhausted(exhausted) {}

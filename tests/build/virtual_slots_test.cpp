@@ -10,7 +10,7 @@
 
 namespace {
 
-// Opens the one that is protected.
+// Makes the protected operation public.
 class B : public KRBuilder {
  public:
   using KRBuilder::AddPrecisionInteger;

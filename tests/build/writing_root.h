@@ -1,8 +1,8 @@
 // A root that writes what a test wants.
 //
-// The builder knows data objects by name only, and these tests are linked without them. So the root
-// is the test's function itself, under the name of a data object; tests/support/lower_hooks.cpp
-// takes it back.
+// The builder uses data objects only through pointers, and these tests are linked without them. So
+// the root is the test's own function, cast to a data object; tests/support/lower_hooks.cpp casts
+// it back.
 
 #ifndef KROFX_TESTS_BUILD_WRITING_ROOT_H_
 #define KROFX_TESTS_BUILD_WRITING_ROOT_H_

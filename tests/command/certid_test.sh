@@ -2,7 +2,7 @@
 # `krofx certid`: the IDs of certificates in all their forms.
 source "$(dirname "$0")/runner.sh" "$@"
 
-# A root that everybody can have: its ID is its SHA-1 fingerprint in base64.
+# A publicly known root: its ID is its SHA-1 fingerprint in base64.
 root=$examples/../src/krofx/security/roots/4000.der
 other=$examples/../src/krofx/security/roots/4001.der
 id=$(printf '\x0D\x97\x44\x61\x70\x37\x13\xCB\x74\x93\x2D\x2A\x75\xAC\xBC\x71\x4B\x28\x12\x66' | base64)
@@ -40,7 +40,7 @@ $other_id  $other" ] || fail 'two files'
 expect 0 certid chain.pem
 [ "$(cat out)" = "$other_id" ] || fail 'the first of a chain'
 
-# What is none; the others are printed all the same.
+# Input that is not a certificate; the others are still printed.
 echo 'not a certificate' >letter.txt
 : >empty
 pem letter.txt >broken.pem

@@ -1,4 +1,4 @@
-// What is said of an exchange that failed: something of its own for each way to fail, in one line.
+// The messages for an exchange that failed: a distinct one, in one line, for each way to fail.
 
 #include "exchange/exchange_problem.h"
 

@@ -32,7 +32,7 @@ has other/escape.txt first
 has err mending
 expect 64 extract
 
-# The example: a letter, a text and an image in base64.
+# The example: a letter, a text, and an image in base64.
 mkdir example
 expect 0 extract "$examples/multipart.mime" -d example
 has example/how-to-read.txt 'last four digits'

@@ -1,6 +1,6 @@
 // The layouts of `krofx print`: every tag in their paths is in the dictionary, and every path can
-// be followed through the tables of the aggregates, so that a slip does not show as an empty
-// column.
+// be followed through the tables of the aggregates, so that no mistake in a path shows up as an
+// empty column.
 
 #include "showing/layout.h"
 
@@ -96,7 +96,7 @@ bool Leads(const Grammar& grammar, KRTagID from, const Tags& steps, std::size_t 
   if (!grammar.Has(from)) return false;
   for (const Grammar::Member& member : grammar.MembersOf(from)) {
     if (steps[at] != "*" && TextOf(member.tag) != steps[at]) continue;
-    // A member that is a part of its aggregate has no way to be made, but is known from elsewhere.
+    // A member that is a part of its aggregate cannot be made by itself, but its class is known.
     const bool isAggregate = member.isAggregate || grammar.Has(member.tag);
     if (at + 1 == steps.size()) {
       if (isAggregate == toAggregate) return true;
@@ -114,7 +114,7 @@ Tags PlainPaths(std::string_view path) {
   return Split(path, '|');
 }
 
-// Every path of the layouts, and whether it leads anywhere from one of the layouts that have it.
+// Every path of the layouts, and whether it can be followed from at least one layout that has it.
 class PathCheck {
  public:
   explicit PathCheck(const Grammar& grammar) : m_grammar(grammar) {}

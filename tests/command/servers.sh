@@ -2,10 +2,10 @@
 # shellcheck shell=bash
 servers=()
 trap 'stop_servers; rm -rf "$work"' EXIT
-# Every exchange keeps its files here, and leaves none behind.
+# Every exchange keeps its files here, and removes them all.
 export TMPDIR=$work/temporary
 mkdir "$TMPDIR"
-# A proxy of the person who runs the tests takes no part.
+# The proxy settings of the person who runs the tests are not used.
 unset http_proxy https_proxy all_proxy HTTP_PROXY HTTPS_PROXY ALL_PROXY
 
 stop_servers() {
@@ -32,7 +32,7 @@ start() {
   url=${line##* }
 }
 
-# Expects that no temporary file was left behind.
+# Expects that no temporary file is left.
 leaves_nothing() {
   [ -z "$(ls -A "$TMPDIR")" ] || fail "left behind: $(ls -A "$TMPDIR")"
 }

@@ -1,4 +1,4 @@
-// The parts of a URL that the command judges by.
+// The parts of a URL by which the command decides.
 
 #include "exchange/url.h"
 

@@ -1,5 +1,5 @@
-// The texts of all tags in the order of their ids, 1 first, written down apart from the schema that
-// the library's own table is made from.
+// The texts of all tags in the order of their ids, 1 first, independent of the schema from which
+// the library's own table is made.
 
 #ifndef KROFX_TESTS_CORE_ALL_TAGS_H_
 #define KROFX_TESTS_CORE_ALL_TAGS_H_

@@ -46,7 +46,7 @@ class Numbers : public krofx::internal::ElementArray<Counted> {
 
 using Cells = krofx::internal::ElementArray<u16>;
 
-/// A plain struct, as arrays of it hold one in each cell.
+/// A plain struct, of which an array holds one in each slot.
 struct Row {
   u32 key;
   const char* text;

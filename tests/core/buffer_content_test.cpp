@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Serves a text of its own, NUL at its end.
+/// Supplies a text of its own, with a NUL at its end.
 class ServingBuffer : public KRBuffer {
  public:
   explicit ServingBuffer(const char* text) : KRBuffer(0, 0), m_text(text) {}

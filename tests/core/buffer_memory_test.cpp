@@ -150,7 +150,7 @@ TEST(KRDynamicArrayBuffer, ClearGivesItsBuffersUp) {
   krofx::internal::DeleteBuffer(buffer);
 }
 
-// Opens the step of growth, which is for derived classes.
+// Makes the step of growth public, which is for derived classes.
 class GrowingBuffers : public KRDynamicArrayBuffer {
  public:
   using KRDynamicArrayBuffer::KRDynamicArrayBuffer;

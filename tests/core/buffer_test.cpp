@@ -94,7 +94,7 @@ TEST(KRBuffer, KeepsWhatWasWrittenThroughItsPointerWhenItGrows) {
 }
 
 TEST(KRBuffer, CutsAnInitialSizeToTheLimit) {
-  FailingAllocation failing(1);  // the memory itself is not wanted here
+  FailingAllocation failing(1);  // the memory itself is not used here
   KRBuffer buffer(4294967295u, 0);
   ExpectState(buffer, 0, 0, 0);
 }

@@ -1,4 +1,4 @@
-// Searching memory block by block finds what searching it byte by byte finds.
+// Searching memory block by block finds the same as searching it byte by byte.
 
 #include "krofx/core/internal/byte_search.h"
 
@@ -11,7 +11,7 @@ namespace {
 
 using namespace krofx::internal;
 
-// Bytes around those that are searched for: the marks must not spill over to neighbours.
+// Bytes next to those that are searched for: the marks must not affect neighbours.
 std::string RandomText(std::mt19937& random, std::size_t length) {
   static constexpr char kBytes[] = {'<',    ';', '=', '&',  '%',  '>',    '?',    '\0',
                                     '\x01', 'a', ' ', '\t', '\n', '\x80', '\xbc', '\xff'};

@@ -1,4 +1,4 @@
-// The numbers behind the enumerations of this layer, which hosts compare and store.
+// The numbers of this layer's enumerations, which hosts compare and store.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Strings with a spec length: the fixed-length family, passwords and message bodies.
+// Strings with a spec length: the fixed-length classes, passwords and message bodies.
 
 #include "krofx/core/fixed_strings.h"
 

@@ -1,4 +1,4 @@
-// The pools of objects: what they give is apart, aligned and taken back, on whatever thread.
+// The pools of objects: pieces do not overlap, are aligned, and can be freed on any thread.
 
 #include "krofx/core/internal/object_pool.h"
 
@@ -67,7 +67,7 @@ TEST(ObjectPool, GetsBackFromAThreadThatEndsWhatItHadNotUsed) {
     PoolFree(taken, kSize);
   });
   other.join();
-  // More than a chunk holds, so all of the other thread's chunk is among them.
+  // More than a chunk holds, so the whole chunk of the other thread is among them.
   std::set<void*> given;
   for (int i = 0; i < 200; ++i) given.insert(PoolAllocate(kSize));
   EXPECT_EQ(given.size(), 200u);

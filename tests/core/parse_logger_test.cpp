@@ -15,7 +15,7 @@ namespace {
 using krofx::internal::AllocationFailure;
 using krofx::internal::ForgetInLoggers;
 
-// Objects and parsers are only pointers to the log.
+// To the log, objects and parsers are only pointers.
 KRDataObj* Object(std::uintptr_t number) { return reinterpret_cast<KRDataObj*>(number * 16); }
 KRParser* Parser(std::uintptr_t number) { return reinterpret_cast<KRParser*>(number * 16); }
 

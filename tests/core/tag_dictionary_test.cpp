@@ -1,5 +1,5 @@
-// The dictionary of tags, over the standard table and over small tables that take it through each
-// of its ways of looking up.
+// The dictionary of tags, with the standard table and with small tables that test each way of
+// lookup.
 
 #include "krofx/core/tag_dictionary.h"
 
@@ -17,7 +17,7 @@
 
 namespace krofx::internal {
 
-// Shows what a dictionary keeps to itself.
+// Gives access to the private state of a dictionary.
 struct TagDictionaryInspector {
   static u32 Mode(const TagDictionary& d) { return d.m_lookupMode; }
   static u16 LowestTagID(const TagDictionary& d) { return d.m_lowestTagID; }
@@ -141,7 +141,7 @@ TEST_F(StandardDictionary, ReadsNoByteBehindTheLength) {
     ASSERT_NE(m_dictionary.GetTagID(buffer + 15, 7, &id, type), nullptr);
     EXPECT_EQ(id, KRTag_STMTTRN);
   }
-  // Heap blocks of the exact size: the address sanitizer sees a read behind them.
+  // Heap blocks of the exact size: the address sanitizer detects a read past their end.
   for (u16 i = 0; i < NumberOfKRDictionaryEntry(); ++i) {
     const char* text = GetKRTagDictionary()[i].text;
     const std::vector<char> exact(text, text + std::strlen(text));

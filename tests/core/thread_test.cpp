@@ -19,7 +19,7 @@ namespace {
 
 using krofx::internal::AllocationFailure;
 
-// Keys that no thread of the system has: thread numbers end far below.
+// A key that no thread of the system has: thread numbers are far lower.
 constexpr u32 kStranger = 0xf0000000U;
 
 u16 RowsOf(u32 threadId) {
@@ -225,7 +225,7 @@ void UseTheLibrary(void* hadLogger) {
 
 TEST_F(ThreadTest, LaterEndHandlersOfAThreadAttachItAgainAndNothingIsLeftBehind) {
   const u16 rows = Rows();
-  // Its handler runs behind the library's own, since its key was made later.
+  // Its handler runs after the library's own, since its key was made later.
   pthread_key_t key;
   ASSERT_EQ(pthread_key_create(&key, UseTheLibrary), 0);
   bool hadLogger = false;
@@ -358,7 +358,7 @@ TEST_F(ThreadTest, OtherEventsDoNothing) {
   EXPECT_EQ(Rows(), rows);
 }
 
-// What a process detach leaves: its loggers, which the caller then owns.
+// The loggers that a process detach leaves, which the test then owns.
 class ShutDown : public ThreadTest {
  protected:
   ShutDown() : m_logger(KRParseLogger::TheKRParseLogger()) {

@@ -1,5 +1,5 @@
 // The order of the virtual operations of the classes that hosts derive from: a new operation must
-// not move those that a host's compiled class overrides.
+// not move the operations that a compiled host class overrides.
 
 #include "support/virtual_slots.h"
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-// Opens the one that is protected.
+// Makes the protected operation public.
 class LimitedBuffer : public KRBuffer {
  public:
   using KRBuffer::GetMaxBufferSize;

@@ -1,5 +1,5 @@
-// What holds for every aggregate: found by walking the tables from the payloads of all exchanges
-// down to their last child.
+// Properties of every aggregate. The aggregates are found by walking the tables from the payloads
+// of all exchanges down to their last child.
 
 #include <gtest/gtest.h>
 
@@ -77,7 +77,7 @@ TEST_F(EveryClass, CountsItsChildrenWithinSixteenBits) {
     for (u8 i = 0; i < any.table->childRowCount; ++i) {
       const Row& row = any.table->rows[any.table->childRows[i]];
       if (row.array == nullptr) continue;
-      // The last place alone, as a host may set it.
+      // Only the last entry, as a host may set it.
       KRDataObj* child = row.create(*KRDataObj::GetFactory());
       ASSERT_EQ(row.array->set(row.member(*object), SlotBlock::kMaxIndex, child), 1);
       ++lists;

@@ -1,5 +1,5 @@
-// The factory's operations, each of them: their order, which is part of the interface, and the
-// version that each gives to what it makes.
+// All operations of the factory: their order, which is part of the interface, and the version that
+// each gives to its object.
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ namespace {
 
 using F = KRDataObjFactory;
 
-// What takes no version, or has none.
+// Operations that take no version, or whose objects have none.
 template <class Made>
 void ExpectVersion(F&, Made* (F::*)()) {}
 void ExpectVersion(F&, KRString* (F::*)(u16)) {}
@@ -36,7 +36,7 @@ u16 VersionOf(Object* made) {
   return version;
 }
 
-// Makes one object for none, and one for a version.
+// Makes one object without a version, and one with a version.
 template <class Object>
 void ExpectVersion(F& factory, Object* (F::*make)(u16)) {
   // The wrappers of message sets read theirs from their tag.
@@ -414,7 +414,7 @@ const Operation kOperations[] = {Make<&F::NewUShort>(),
 
 #ifdef KROFX_TESTS_KNOW_SLOTS
 TEST(KRDataObjFactory, KeepsTheOrderOfItsOperations) {
-  std::ptrdiff_t slot = 2;  // Behind the destructor's two.
+  std::ptrdiff_t slot = 2;  // After the destructor's two.
   EXPECT_EQ(SlotOf(&F::GetVersion), slot);
   for (const Operation& operation : kOperations) EXPECT_EQ(operation.slot, ++slot);
 }

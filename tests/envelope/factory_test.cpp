@@ -159,7 +159,7 @@ TEST(KRDataObj, TakesAFactoryInPlaceOfTheDefaultOne) {
   KRDataObj::GetFactory();
   KRDataObjFactory own(2);
   KRDataObj::SetFactory(&own);
-  object.reset();  // was made before the default factory, which is not in force any more
+  object.reset();  // was made before the default factory, which is no longer in use
   EXPECT_EQ(KRDataObj::GetFactory(), &own);
   KRDataObj::SetFactory(nullptr);
 }
@@ -209,8 +209,8 @@ TEST(KRDataObj, NeverEndsTheLifeOfAHostsFactory) {
 }
 
 TEST(KRDataObj, AlwaysHasAFactoryForItsChildren) {
-  // Destroying an object made before the default factory ends that factory's life; the next call
-  // gives one again.
+  // Destroying an object made before the default factory destroys that factory; the next call makes
+  // a new one.
   KRDataObj::SetFactory(nullptr);
   auto object = std::make_unique<KRDataObj>(1);
   ASSERT_NE(KRDataObj::GetFactory(), nullptr);

@@ -136,7 +136,7 @@ TEST_P(HeaderBlockCase, IsJudgedByItsOwnRule) {
       std::string upper(test.value);
       for (char& c : upper) c = static_cast<char>(std::toupper(c));
       expected.back() += " \"" + upper + "\"";
-      // A keyword that is none is warned about by its conversion too.
+      // The conversion also warns about an unknown keyword.
       const std::string name(test.name);
       if (name != "OFXHEADER" && name != "VERSION") {
         expected.insert(expected.begin(), "BADFORMAT \"" + upper + "\"");

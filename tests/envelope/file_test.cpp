@@ -59,7 +59,7 @@ TEST(KRFile, RefusesTagsAsAPlainFile) {
 TEST(KRFileRq, PassesOverTagsThatAreNotItsBody) {
   const Parsed<KRFileRq> file(HeaderBlock() + "<STATUS></STATUS>" +
                               Aggregate("OFX", SignOnRequestSet()));
-  // The end tag of STATUS is the file's to answer.
+  // The end tag of STATUS is handled by the file.
   EXPECT_EQ(file.Status(), KRParseStatus_EndTagMismatch);
   KRFileRq alone;
   const KRTagDictionaryEntry entry = {KRTag_STATUS, "STATUS"};
@@ -133,7 +133,7 @@ TEST(KRFile, GivesItsSubfilesAsChildren) {
   EXPECT_EQ(file.GetSubfile(1), nullptr);
   EXPECT_EQ(file.GetChild(0), subfile);
   EXPECT_EQ(subfile->GetParent(), nullptr) << "the owner sets it";
-  // The bodies of a file with bodies take the place of the subfiles.
+  // In a file with bodies, the bodies replace the subfiles.
   KRFileRq request;
   request.AppendSubfile(new KRFile);
   EXPECT_EQ(request.GetNumberOfChildren(), 0);
@@ -223,7 +223,7 @@ TEST(KRFile, WritesASubfileWhoseHeadersFailed) {
   part->SetMIMEBody(KRString("x"));
   file.AppendSubfile(part);
   EXPECT_EQ(TextOf(file), "x\n");
-  // At the top the headers count.
+  // At the top the headers are required.
   EXPECT_EQ(Build(HeaderlessPart()).status, KRBuildStatus_EmptyText);
 }
 
@@ -256,12 +256,12 @@ TEST(KRFile, GivesItsOFXSubfilesTheirType) {
   ASSERT_NE(part->GetMIMEHeader(&name), nullptr) << text;
   EXPECT_EQ(Str(part->GetMIMEHeader(&name)->value), "application/x-ofx");
   EXPECT_EQ(part->GetNumberMIMEHeaders(), 2);
-  // Its MIME headers are not written: a blank line, the OFX headers, the body.
+  // Its MIME headers are not written; the text is a blank line, the OFX headers and the body.
   EXPECT_EQ(text.substr(0, 2 + HeaderBlock().size() + 5), "\r\n" + HeaderBlock() + "<OFX>");
 }
 
 TEST(KRFileRq, BuildsItsBodyThoughASubfileFailed) {
-  // The subfile lacks what a strict build asks for.
+  // The subfile lacks what a strict build requires.
   for (const bool request : {true, false}) {
     std::unique_ptr<KRFile> file;
     if (request) {
@@ -342,7 +342,7 @@ TEST(KRFileRs, CopiesItsResponses) {
   EXPECT_NE(copy.GetResponse(0), file->GetResponse(0));
 }
 
-// Counts what is asked of it, and makes no requests.
+// Counts the calls, and makes no requests.
 class CountingFactory : public KRDataObjFactory {
  public:
   KRMIMEHeader* NewMIMEHeader() override { return Count(), KRDataObjFactory::NewMIMEHeader(); }
@@ -376,7 +376,7 @@ TEST(KRFile, TakesHeadersAndCopiesFromTheFactory) {
   KRFile copy;
   EXPECT_EQ(copy.DeepCopyFrom(&source), 1);
   EXPECT_EQ(factory.m_made, 5);
-  // What it does not make cannot be copied.
+  // An object that it does not make cannot be copied.
   auto* part = new KRFileRq;
   part->AppendRequest(new KRRequest);
   source.AppendSubfile(part);
@@ -482,7 +482,7 @@ TEST(Exhaustion, EndsAParseABuildAndACopyWithoutHarm) {
   }
 }
 
-// Counts the headers that arrays ask for, and gives none on demand.
+// Counts the headers that arrays ask for, and on request makes none.
 class HeaderFactory : public KRDataObjFactory {
  public:
   KRMIMEHeader* NewMIMEHeader() override {

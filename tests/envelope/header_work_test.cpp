@@ -1,5 +1,5 @@
-// Headers in great numbers: the work for a text grows as the text does, each header is kept, and a
-// shortage of memory is told from a bad file.
+// Large numbers of headers: the work grows linearly with the text, each header is kept, and
+// exhausted memory is distinguished from a bad file.
 
 #include <gtest/gtest.h>
 
@@ -21,7 +21,7 @@ std::string Headers(int count) {
   return text + "\r\n" + File(SignOnResponseSet());
 }
 
-// Names compared in reading so many different headers.
+// The number of names compared while reading `count` different headers.
 std::uint64_t ComparisonsFor(int count) {
   const std::uint64_t before = internal::HeaderIndex::Comparisons();
   const Parsed<KRFileRs> file(Headers(count));
@@ -98,7 +98,7 @@ TEST(ManyHeaders, AreRefusedBeyondWhatAFileHolds) {
   EXPECT_NE(file.GetMIMEHeader(&last), nullptr);
 }
 
-// Whichever allocation fails, alone or with all after it, the parse never calls the file bad.
+// Whichever allocation fails, alone or with all later ones, the parse never reports a bad file.
 TEST(Headers, WithoutMemoryEndAParseAsFatal) {
   const std::string text = BankStatementFile(
       "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260115"

@@ -20,7 +20,7 @@ KRParseStatus Survive(std::string_view text) {
   Build(*file, KRBuildStringOpt_Lenient, 1);
   file->ProcessResponse();
   const KRParseStatus status = file.Status();
-  // A parse answers with one of the statuses that it documents, and a clean one warns of nothing.
+  // A parse returns one of its documented statuses, and an accepted one logs no warnings.
   EXPECT_TRUE(status == KRParseStatus_Accepted ||
               (status >= KRParseStatus_Fatal && status <= KRParseStatus_Warnings))
       << status;
@@ -58,7 +58,7 @@ TEST(HostileInput, TruncatedAtEveryByte) {
   for (std::size_t length = 0; length < sample.size(); ++length) {
     SCOPED_TRACE(length);
     const KRParseStatus status = Survive(std::string_view(sample).substr(0, length));
-    // What is cut inside the body leaves aggregates open.
+    // A text that is cut inside the body leaves aggregates open.
     if (length > HeaderBlock().size() + 40 && length + 6 < sample.size()) {
       EXPECT_NE(status, KRParseStatus_Accepted);
     }
@@ -137,7 +137,7 @@ TEST(HostileInput, TenThousandNestedUnknownTags) {
   EXPECT_EQ(Survive(File(SignOnResponseSet() + nested)), KRParseStatus_Warnings);
   EXPECT_EQ(Survive(File(SignOnResponseSet() + Repeat("<ACME.NEST>", 10000))),
             KRParseStatus_Warnings);
-  // With names that all differ, each has an end tag of its own to be found.
+  // With names that all differ, an end tag must be found for each.
   std::string different;
   for (int i = 0; i < 10000; ++i) different += "<ACME.N" + std::to_string(i) + ">";
   EXPECT_EQ(Survive(File(SignOnResponseSet() + different)), KRParseStatus_Warnings);
@@ -175,7 +175,7 @@ TEST(HostileInput, AnEndTagForEveryStartTag) {
     closed += "<" + text + "</" + text.substr(0, text.find('>')) + ">";
   }
   EXPECT_EQ(Survive(BankStatementFile(Aggregate("STMTTRN", closed))), KRParseStatus_Accepted);
-  // A surplus end tag closes an aggregate that it does not name.
+  // An extra end tag closes an aggregate that it does not name.
   EXPECT_EQ(Survive(BankStatementFile(Aggregate("STMTTRN", closed + "</FITID>"))),
             KRParseStatus_EndTagMismatch);
 }

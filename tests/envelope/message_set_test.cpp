@@ -51,7 +51,7 @@ TEST(KRMessageSetRq, WritesItsChildrenInTheOrderOfItsFamily) {
     for (const std::string& tag : tags) {
       expected += Aggregate(Bare(tag), "");
     }
-    // The last first: the caller's order says nothing across types.
+    // In reverse order: the caller's order does not matter between types.
     for (auto tag = tags.rbegin(); tag != tags.rend(); ++tag) {
       if (*tag == "SONRQ") {
         EXPECT_EQ(set->SetSignOnRq(MakeChild<KRSignOnRq>(KRTag_SONRQ)), 1);
@@ -107,7 +107,7 @@ TEST(KRMessageSetRq, TakesAMultipleTransferOnlyInTheSecondVersion) {
 }
 
 TEST(KRMessageSetRq, IsCompleteByTheRuleOfItsFamily) {
-  // Families with a rule of their own; in every other any one child will do.
+  // Some families have a rule of their own; in all others any one child is enough.
   for (const TagList& row : kSets) {
     const std::string stem(row.name);
     const std::string type = stem + "MSGSRQV1";
@@ -149,7 +149,7 @@ TEST(KRMessageSetRs, IsCompleteByTheRuleOfItsFamily) {
       EXPECT_EQ(set->AllRequiredPresent(), expected) << type << " " << tag;
     }
   }
-  // Any transaction stands for the list.
+  // Any transaction represents the list.
   auto securities = MakeSet<KRMessageSetRs>("SECLISTMSGSRSV1");
   EXPECT_EQ(securities->AppendTrans(MakeChild<KRTransRs>(KRTag_STMTTRNRS)), 1);
   EXPECT_EQ(securities->AllRequiredPresent(), 1);

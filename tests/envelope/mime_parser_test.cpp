@@ -24,14 +24,14 @@ using krofx::testing::Warnings;
 
 constexpr char kMultipart[] = "Content-Type: multipart/mixed; boundary=b0\n\n";
 constexpr char kOFXType[] = "Content-Type: application/x-ofx\n";
-// Without a byte between it and what follows, so that the sign-on is seen in good time.
+// Without a byte between it and what follows, so that the sign-on is found early enough.
 constexpr char kOFXHeaders[] =
     "OFXHEADER:100\nDATA:OFXSGML\nVERSION:102\nSECURITY:NONE\nENCODING:USASCII\nCHARSET:1252\n"
     "COMPRESSION:NONE\nOLDFILEUID:NONE\nNEWFILEUID:NONE\n\n";
-// An empty response: the tags that make it one stand in a comment, where they do no harm.
+// An empty response: the tags that identify it are in a comment, where they are not parsed.
 constexpr char kResponse[] = "<!-- SONRS --><OFX></OFX>\n";
 
-// The colon makes all that stands before it possible headers, so that blank lines end their blocks.
+// With the colon, everything before it can be headers, so that blank lines end their blocks.
 constexpr char kClosing[] = "--b0--\nepilogue: none\n";
 
 class MimeParser : public testing::Test {
@@ -82,7 +82,7 @@ TEST_F(MimeParser, ReadsADerivedBufferAlike) {
 TEST_F(MimeParser, OFXPartBecomesATree) {
   EXPECT_EQ(Parse(kMultipart + Plain("text") + kClosing), KRParseStatus_Accepted);
   KRFile file;
-  // The sign-on must be seen within 200 characters, so the header block is short.
+  // The sign-on must be found within 200 characters, so the header block is short.
   const std::string text = std::string(kMultipart) + Plain("text") + "--b0\n" + kOFXType +
                            "\nOFXHEADER:100\nDATA:OFXSGML\n\n" + kResponse + kClosing;
   TextBuffer buffer(text);
@@ -101,7 +101,7 @@ TEST_F(MimeParser, WholeOFXPartIsParsed) {
   ASSERT_NE(response, nullptr);
   EXPECT_EQ(response->GetNumberOfResponse(), 1);
   EXPECT_EQ(response->GetParent(), &m_file);
-  // What an empty response lacks is warned about, and a part with warnings is the last.
+  // An empty response logs what it lacks, and a part with warnings is the last one.
   EXPECT_EQ(status, KRParseStatus_Warnings) << ::testing::PrintToString(Warnings());
   EXPECT_EQ(m_file.GetNumberOfSubfiles(), 1);
 }

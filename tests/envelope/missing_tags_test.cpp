@@ -1,4 +1,5 @@
-// What the classes around the payloads name as missing, and that a parse says so.
+// The tags that the classes around the payloads name as missing, and the warnings of a parse about
+// them.
 
 #include <gtest/gtest.h>
 
@@ -12,7 +13,7 @@ namespace {
 
 std::string Number(KRTagID tag) { return std::to_string(static_cast<u32>(tag)); }
 
-// The warnings of a parse of a response file that asks for what is missing.
+// The warnings of a parse of a response file that checks for missing tags.
 Lines MissingIn(const std::string& text) { return Parsed<KRFileRs>(text, 1, 1).Warnings(); }
 
 TEST(MissingTags, NameTheSignOnOfAFileWithoutOne) {

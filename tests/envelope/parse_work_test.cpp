@@ -1,5 +1,5 @@
-// The work of a parse grows as its text does, whatever the text: each kind of costly text is read
-// at two lengths through a buffer that counts what is asked of it.
+// The work of a parse grows linearly with any text: each kind of costly text is read at two
+// lengths, through a buffer that counts the reads.
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What travels in what, written down once for the tests of the envelope: message sets and their
 // children in the order of writing, wrappers and their payloads, synchronisations and their tags.
 //
-// "TOKEN2(V2+)" stands for a tag of the second version and later, "(V1)" for the first alone.
+// "TOKEN2(V2+)" means a tag of the second version and later, "(V1)" of the first only.
 
 #ifndef KROFX_TESTS_ENVELOPE_ROUTING_LISTS_H_
 #define KROFX_TESTS_ENVELOPE_ROUTING_LISTS_H_
@@ -190,7 +190,7 @@ inline std::string Bare(std::string_view word) {
   return std::string(word.substr(0, word.find('(')));
 }
 
-/// The id of a tag, whatever versions stand behind it.
+/// The id of a tag, without the versions after it.
 inline KRTagID Id(std::string_view word) {
   const std::string bare = Bare(word);
   KRTagID id = KRTag_None;

@@ -1,5 +1,5 @@
-// Sizes at the edges of their sixteen bits: what fits is kept whole, what does not is refused and
-// said, and nothing wraps around.
+// Sizes at the limits of their 16 bits: what fits is kept whole, what does not fit is refused and
+// reported, and nothing wraps around.
 
 #include <gtest/gtest.h>
 
@@ -125,7 +125,7 @@ TEST(Nesting, OfTagsThatDoNotBelongIsPassedOver) {
   EXPECT_NE(file.Status(), KRParseStatus_Fatal);
 }
 
-// A list of warnings ends at what its sixteen bits count, and costs nothing from there on.
+// A list of warnings is limited to what 16 bits count, and costs nothing beyond that.
 TEST(Warnings, ByTheMillionTakeNoMoreMemoryThanAFullList) {
   KRParseLogger* log = KRParseLogger::TheKRParseLogger();
   log->DeleteAll();

@@ -22,7 +22,7 @@ std::unique_ptr<Sync> MakeSync(std::string_view type, u16 version = 2) {
   return sync;
 }
 
-// Notes tags as present without values: completeness looks at presence alone.
+// Marks tags as present without values: completeness depends only on presence.
 template <class Sync>
 u16 CompleteWith(std::string_view type, std::string_view tags, u16 version = 2) {
   auto sync = MakeSync<Sync>(type, version);
@@ -30,8 +30,8 @@ u16 CompleteWith(std::string_view type, std::string_view tags, u16 version = 2) 
   return sync->AllRequiredPresent();
 }
 
-// What a synchronisation asks for beside its token, as alternatives that are complete and ones that
-// are not.
+// What a synchronisation needs besides its token: alternatives that are complete and alternatives
+// that are not.
 struct Needs {
   std::string_view types;
   std::vector<std::string> enough;
@@ -88,7 +88,7 @@ TEST(KRSyncRq, AsksForExactlyOneWayOfSynchronising) {
       {"TOKEN2 TOKENONLY REFRESH", 0},
   };
   for (const auto& [tags, complete] : cases) {
-    // A mask of both versions takes both tokens.
+    // With a mask of both versions, both tokens are valid.
     const std::string all = std::string("REJECTIFMISSING ") + tags;
     EXPECT_EQ(CompleteWith<KRSyncRq>("ACCTSYNCRQ", all, 0xffff), complete) << tags;
     EXPECT_EQ(CompleteWith<KRSyncRq>("ACCTSYNCRQ", tags, 0xffff), 0) << tags;

@@ -20,7 +20,7 @@ namespace {
 
 using namespace krofx::testing;
 
-// A payload of any type: what a wrapper asks of one is its type alone.
+// A payload of any type: a wrapper uses only its type.
 class AnyPayload : public KRTransBase {
  public:
   explicit AnyPayload(KRTagID type) { SetType(type); }
@@ -44,8 +44,8 @@ std::unique_ptr<KRTransRs> MakeResponse(std::string_view type, s32 code = 0,
   return wrapper;
 }
 
-// Whether the wrapper is complete with the payloads of `mask`, one bit for each of the row, set one
-// behind the other so that all their tags are present.
+// Whether the wrapper is complete with the payloads of `mask`, one bit for each of the row. They
+// are set one after another, so that all their tags are present.
 template <class Wrapper>
 u16 CompleteWith(Wrapper& wrapper, const std::vector<std::string>& payloads, unsigned mask) {
   for (std::size_t i = 0; i < payloads.size(); ++i) {
@@ -148,7 +148,7 @@ TEST(KRTransRq, MakesAnyPayloadWhateverItsOwnType) {
   EXPECT_EQ(wrapper.GetActualTrans(), first);
   EXPECT_EQ(wrapper.NewRq(KRTag_PAYEERQ), KRParseStatus_Accepted);
   EXPECT_NE(dynamic_cast<KRPayeeRq*>(wrapper.GetActualTrans()), nullptr);
-  // The first stays readable until the wrapper goes.
+  // The first stays readable until the wrapper is destroyed.
   EXPECT_EQ(first->GetType(), KRTag_STMTRQ);
 }
 
@@ -170,7 +170,7 @@ TEST(KRTransRs, MakesAnyPayloadWhateverItsOwnType) {
   EXPECT_EQ(first->GetType(), KRTag_STMTRS);
 }
 
-// Makes neither statements nor statuses, and says nothing about it.
+// Makes neither statements nor statuses, and reports nothing.
 class PoorFactory : public KRDataObjFactory {
  public:
   KRBankStatementRq* NewBankStatementRq(u16) override { return nullptr; }
@@ -241,9 +241,9 @@ TEST(KRTransRq, CopiesPayloadAndMessageSet) {
   EXPECT_EQ(TextOf(copy), TextOf(*source));
 }
 
-// What a response wrapper of a row is with nothing but a status. Each of the four letters says
-// whether it is complete: with an error shown, with an error not marked as present, with the code 1
-// shown, with the code 1 not marked as present.
+// Whether a response wrapper of a row is complete with only a status, in four letters: with an
+// error shown, with an error not marked as present, with the code 1 shown, with the code 1 not
+// marked as present.
 struct Excuses {
   std::string_view wrappers;
   std::string_view answers;

@@ -1,6 +1,6 @@
-// From end to end: the example server as a program, the default connection manager, and the
-// library between them. A statement arrives when the server is the right one, and each kind of
-// wrong one is told apart before it has seen the request.
+// From end to end: the example server as a program, the default connection manager, and the library
+// between them. A statement arrives when the server is the right one, and each kind of wrong server
+// is recognised before it has seen the request.
 
 #include <gtest/gtest.h>
 
@@ -17,14 +17,14 @@ namespace {
 using bank_server::kRequest;
 using bank_server::Program;
 
-// What one exchange came to.
+// The result of one exchange.
 struct Outcome {
   KRNetStatus status = KRNetStatus_Failed;
   u32 httpStatus = 0;
   std::string reply;
 };
 
-// Sends the request for a statement, as `prepare` sets the exchange up.
+// Sends the request for a statement in an exchange that `prepare` sets up.
 Outcome Ask(const std::string& url, const TempFolder& files,
             const std::function<void(KRNetRequest&)>& prepare) {
   VYNNetAccess access;
@@ -52,7 +52,7 @@ Outcome Ask(const std::string& url, const TempFolder& files,
 
 class BankExchange : public ::testing::Test {
  protected:
-  // Starts the server, with a certificate of that fault.
+  // Starts the server, with a certificate that has the given fault.
   void Start(const std::string& fault = "") {
     std::vector<std::string> options = {"--ca-der", m_certificates.Name("ca.der")};
     if (!fault.empty()) options.insert(options.end(), {"--fault", fault});

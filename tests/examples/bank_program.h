@@ -58,13 +58,13 @@ class Program {
     std::fclose(m_log);
   }
 
-  /// The line that tells the address, and the port in it.
+  /// The line with the address, and the port in it.
   const std::string& Line() const { return m_line; }
   int Port() const {
     const std::size_t at = m_line.rfind(':');
     return at != std::string::npos ? std::stoi(m_line.substr(at + 1)) : 0;
   }
-  /// Ends the program, and gives what it ended with.
+  /// Ends the program, and returns its exit status.
   int Stop(int signal) {
     kill(m_process, signal);
     return Wait();
@@ -75,7 +75,7 @@ class Program {
     m_process = 0;
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
-  /// All that it logged, once it has ended.
+  /// All that it logged, after it has ended.
   std::string Log() {
     std::string text;
     for (int each; (each = std::fgetc(m_log)) != EOF;) text += static_cast<char>(each);

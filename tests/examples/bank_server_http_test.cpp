@@ -18,7 +18,7 @@ using bank_server::kRequest;
 using bank_server::kType;
 using bank_server::Program;
 
-// A client that trusts what is in a file alone.
+// A client that trusts only what is in a file.
 std::unique_ptr<httplib::SSLClient> Client(const Program& program, const std::string& authority,
                                            const std::string& host = "127.0.0.1") {
   auto client = std::make_unique<httplib::SSLClient>(host, program.Port());
@@ -84,7 +84,7 @@ TEST(BankServerProgram, RefusesWhatIsNoRequest) {
 }
 
 TEST(BankServerProgram, TakesNoBodyInPiecesBeyondItsLimit) {
-  // The client writes on when the server has had enough.
+  // The client still writes when the server has closed the connection.
   std::signal(SIGPIPE, SIG_IGN);
   Program program({"--http"});
   httplib::Client client("127.0.0.1", program.Port());
@@ -101,7 +101,7 @@ TEST(BankServerProgram, TakesNoBodyInPiecesBeyondItsLimit) {
         return sink.write(piece.data(), piece.size());
       },
       kType);
-  // The server may close before the client has finished, and then no answer is seen.
+  // The server may close before the client has finished, and then there may be no answer.
   if (answer) {
     EXPECT_EQ(answer->status, 413);
   }

@@ -1,5 +1,5 @@
-// The example bank's answers, asked in the process: each family in both versions, refusals, and
-// what is no request at all.
+// The example bank's answers, in the test's own process: each family in both versions, refusals,
+// and texts that are not requests.
 
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ void ReplaceAll(std::string& text, const std::string& what, const std::string& w
   }
 }
 
-// How often a text stands in another.
+// How often a text occurs in another.
 std::size_t Times(const std::string& text, const std::string& what) {
   std::size_t count = 0;
   for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += what.size()) {
@@ -31,10 +31,10 @@ std::size_t Times(const std::string& text, const std::string& what) {
   return count;
 }
 
-// Asks one bank in one version. In texts '~' stands for the 2 of a V2 tag, '#' for the version.
+// Sends requests to one bank in one version. In texts '~' means the 2 of a V2 tag, '#' the version.
 class BankServer : public testing::TestWithParam<u16> {
  protected:
-  // The text of a request, with a sign-on in front of the message sets.
+  // The text of a request, with a sign-on before the message sets.
   std::string Request(const std::string& sets, const std::string& user = "ada.w",
                       const std::string& password = kPassword) const {
     std::string text =
@@ -53,7 +53,7 @@ class BankServer : public testing::TestWithParam<u16> {
            "</" + transaction + "TRNRQ></" + set + "MSGSRQV#>";
   }
 
-  // Parses what came back, without a warning, into m_file.
+  // Parses the answer, without a warning, into m_file.
   void Ask(const std::string& request) {
     KRBuffer asked(0, 0);
     asked.WriteLarge(request.data(), static_cast<u32>(request.size()));
@@ -74,7 +74,7 @@ class BankServer : public testing::TestWithParam<u16> {
     return answered;
   }
 
-  // The message set of the answer behind the sign-on.
+  // The message set of the answer after the sign-on.
   KRMessageSetRs& Set(u16 index = 1) const { return *m_file->GetResponse(0)->GetMessageSet(index); }
   KRSignOnRs& SignOn() const { return *Set(0).GetSignOnRs(); }
   // A transaction of that set, whose status must be `code`.
@@ -268,7 +268,7 @@ TEST_P(BankServer, HonoursTheDaysThatAreAsked) {
   EXPECT_EQ(Bookings(Answer<KRBankStatementRs>()), expected);
   EXPECT_EQ(Answer<KRBankStatementRs>().GetBankTranList()->GetDtStart(), KRDateTime("20251231"));
   EXPECT_EQ(Answer<KRBankStatementRs>().GetBankTranList()->GetDtEnd(), KRDateTime("20260109"));
-  // The balance is today's all the same.
+  // The balance is still today's.
   EXPECT_EQ(Answer<KRBankStatementRs>().GetLedgerBal()->GetBalAmt(), KRPrecisionInteger("3495.45"));
 }
 
@@ -333,7 +333,7 @@ TEST_P(BankServer, DescribesSecurities) {
 }
 
 TEST_P(BankServer, KnowsOnlyTheAccountsOfTheUser) {
-  // Somebody else's account, none at all, and one's own under another bank or type.
+  // Another customer's account, no account, and the customer's own under another bank or type.
   for (const std::string& account :
        {Checking("00718330011"), Checking("1"), BankAccount("FROM", "00718220946", "SAVINGS"),
         std::string("<BANKACCTFROM><BANKID>999999999<ACCTID>00718220946<ACCTTYPE~>CHECKING"

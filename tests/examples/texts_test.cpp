@@ -35,7 +35,8 @@ std::string Example(const std::string& name) {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-/// Parses an example that must end so, and expects its text to stay as it is from then on.
+/// Parses an example that must end with `status`, and expects its text to stay the same when it is
+/// built and read again.
 template <class Root>
 Parsed<Root> Read(const std::string& name, KRParseStatus status, const Lines& warnings = {}) {
   Parsed<Root> first(Example(name), 1, 1);
@@ -69,7 +70,7 @@ TEST(ExampleTexts, Checking) {
   EXPECT_EQ(savings->GetBankAcctFrom()->GetAccountType(), KRBankAccountType_SAVINGS);
 }
 
-// The booked amounts and the balance agree to the cent: exact decimals all the way.
+// The booked amounts and the balance agree to the cent, since decimals are exact.
 TEST(ExampleTexts, SavingsAddUpToTheirBalance) {
   const auto file = Read<KRFileRs>("checking.ofx", KRParseStatus_Accepted);
   const auto* savings =
@@ -174,8 +175,8 @@ Lines ChildTags(KRDataObj* root) {
   return tags;
 }
 
-// The first is in the order of time, and its securities and orders stand last first; both are
-// written kind by kind.
+// In the first the entries are in the order of time, and its securities and orders in reverse; both
+// are written kind by kind.
 TEST(ExampleTexts, BrokerageStatementsHaveOneOfEachKind) {
   for (const char* name : {"brokerage.ofx", "brokerage-v2.ofx"}) {
     SCOPED_TRACE(name);
@@ -208,14 +209,14 @@ TEST(ExampleTexts, BrokerageRequestsAreWrittenAsTheyStand) {
   }
 }
 
-// What stands behind the header block, whose line ends are the builder's own.
+// The text after the header block, whose line ends are the builder's own.
 std::string BodyOf(const std::string& text) {
   const std::size_t start = text.find("<OFX>");
   EXPECT_NE(start, std::string::npos);
   return text.substr(std::min(start, text.size()));
 }
 
-/// As Read, for an example that stands in the form that the builder gives it.
+/// As Read, for an example that is in the builder's own form.
 template <class Root>
 void ExpectFixedPoint(const std::string& name) {
   SCOPED_TRACE(name);

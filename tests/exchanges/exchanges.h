@@ -23,14 +23,14 @@ bool Is(const KRDataObj& object) {
 }
 
 /// One payload, complete with as little as it needs, in its wrapper. The tag of the wrapper says
-/// whether it is a request or a response. In the content, words in capitals after "@" stand for
-/// what recurs (Expanded), "~" after a tag for the 2 that the tag has in the second version, "#"
-/// for the version.
+/// whether it is a request or a response. In the content, a word in capitals after "@" is replaced
+/// by a recurring text (see Expanded), "~" after a tag means the 2 that the tag has in the second
+/// version, and "#" the version.
 struct Exchange {
   const char* set;  ///< "BANKMSGSRQ"; empty for a wrapper that travels in synchronisations alone.
   const char* wrapper;                  ///< "STMTTRNRQ"
   const char* payload;                  ///< "STMTRQ"; empty for a wrapper that has none.
-  bool (*isPayload)(const KRDataObj&);  ///< Is of the class that serves the payload.
+  bool (*isPayload)(const KRDataObj&);  ///< Whether an object is of the payload's class.
   const char* content = "";
   u16 versions = 3;  ///< Mask of the versions in which the exchange has this form.
 };
@@ -64,7 +64,7 @@ inline void PrintTo(const Family& family, std::ostream* out) { *out << family.na
 /// Whether a tag names the side of requests.
 inline bool IsRequest(std::string_view tag) { return tag.ends_with("RQ"); }
 
-/// The text that a content stands for.
+/// The text that a content means.
 std::string Expanded(std::string_view content, u16 version);
 
 /// An exchange as it appears in its message set.

@@ -1,6 +1,6 @@
-// A minimal complete exchange in every wrapper: each is read without a warning into the classes
-// that serve it, found complete, written as it was read, and copied whole. The tables leave out no
-// wrapper, payload or synchronisation of either version.
+// A minimal complete exchange in every wrapper: each is read without a warning into its classes, is
+// complete, is written as it was read, and is copied whole. The tables have every wrapper, payload
+// and synchronisation of both versions.
 
 #include "exchanges/exchanges.h"
 
@@ -126,7 +126,7 @@ TEST_P(ExchangesOf, AreReadAndWrittenWholeInSynchronisations) {
 }
 
 // With an error a wrapper needs no payload, except the wrapper for several transfers, which needs
-// it whatever the status says.
+// one whatever its status is.
 TEST_P(ExchangesOf, NeedNoPayloadBesideAnError) {
   const std::string error = "<TRNUID>1<STATUS><CODE>2000<SEVERITY>ERROR</STATUS>";
   for (const Exchange& exchange : GetParam().exchanges) {
@@ -156,7 +156,7 @@ TEST(Synchronisations, CopyTheirTransactionsOverOthers) {
   EXPECT_EQ(TextOf(*target), TextOf(*source));
 }
 
-// Completeness: what the lists of the routing name, compared with what the tables hold.
+// Completeness: the lists of the routing compared with the tables.
 
 using Names = std::set<std::string>;
 

@@ -1,6 +1,6 @@
-// The short way from the text to the objects comes to what the operations that hosts may override
-// come to: the same tree, the same status, the same warnings at the same places. Every example is
-// read in both ways, as it is, cut off at many places, and with characters changed.
+// The direct way from the text to the objects has the same result as the operations that hosts may
+// override: the same tree, the same status, the same warnings at the same places. Every example is
+// read in both ways: unchanged, cut off at many places, and with characters changed.
 
 #include "krofx/parse/internal/plain_feed.h"
 

@@ -1,4 +1,4 @@
-// What goes straight into the memory of a buffer is what the builder's operations write.
+// Writing directly into the memory of a buffer gives the same text as the builder's operations.
 
 #include <gtest/gtest.h>
 

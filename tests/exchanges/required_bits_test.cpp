@@ -1,4 +1,4 @@
-// The search for missing tags finds by bits what each object answers for itself.
+// The search for missing tags by bits gives the same result as each object's own operations.
 
 #include "krofx/model/internal/required_bits.h"
 
@@ -12,7 +12,7 @@ using krofx::internal::AggregateTable;
 using krofx::internal::ObjectAccess;
 using krofx::internal::RequiredBits;
 
-// Asks in both ways of an object with every set of two valid tags, and with all but two.
+// Compares both ways for an object with every set of two valid tags, and with all except two.
 void ExpectAgreement(KRDataObj& object) {
   const AggregateTable* const table = ObjectAccess::TableOf(object);
   ASSERT_NE(table, nullptr);

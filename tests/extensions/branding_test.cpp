@@ -166,7 +166,7 @@ TEST(BrandingTables, TierResponse) {
   )");
 }
 
-/// The required part of a directory entry, but for its addresses on the net.
+/// The required part of a directory entry, except its addresses on the net.
 const std::string kEntry =
     "<NORV.BRANDNAME>Millbrook Savings<NORV.STATUS>ACTIVE<NORV.NPCFLAG>OFX"
     "<NORV.MKTTIERTYPE>BANKING<NORV.MKTTIERCD>A1<ADDR1>1 Main St<CITY>Millbrook<STATE>NY"

@@ -1,4 +1,4 @@
-"""Compares what an installation lays down with a list that is checked in.
+"""Compares the installed files with a list that is checked in.
 
     installed_headers.py [--update] --list FILE --root DIR...
 

@@ -1,5 +1,5 @@
 #!/bin/sh
-# Tells what is missing from an installation, and what should not be in it.
+# Prints what is missing from an installation, and what should not be in it.
 #
 #   check_layout.sh PREFIX LIBDIR VERSION WITH_COMMAND
 set -eu
@@ -22,18 +22,18 @@ for file in $wanted; do
   [ -e "$prefix/$file" ] || complain "not installed: $file"
 done
 
-# The name that programs are linked to is the one of the major version.
+# Programs are linked to the name with the major version.
 objdump -p "$lib/libkrofx.so" | grep -q "SONAME *libkrofx.so.${version%%.*}\$" ||
   complain "the soname of libkrofx.so is not that of version $version"
 
-# Every symbol of our own that is exported has a name of ours in it. What is weak or unique comes
-# from templates that all C++ libraries share.
+# Every exported symbol of our own has one of our names in it. Weak and unique symbols come from
+# templates that all C++ libraries share.
 strangers=$(nm -DC --defined-only "$lib/libkrofx.so" | awk '$2 ~ /^[TDBR]$/' |
   grep -vE 'KR|krofx::|TagDictionary|SearchDictionary|PayrollSignOnRq|LocalAccess|Receiver|VYN' || true)
 [ -z "$strangers" ] || complain "exported without a name of ours:
 $strangers"
 
-# A header that only the library itself uses is not laid down.
+# A header that only the library itself uses is not installed.
 for file in model/internal/factory_make.h model/value_kinds.h values/internal/digits.h; do
   [ ! -e "$prefix/include/krofx/$file" ] || complain "installed, but not public: $file"
 done

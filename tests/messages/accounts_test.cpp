@@ -119,7 +119,7 @@ TEST(AccountTables, AccountInformation) {
   )");
 }
 
-// What each maker makes of each tag: the name of the class, empty for null.
+// What each maker makes for each tag: the name of the class, empty for null.
 std::string ClassOf(KRAccount* account, KRTagID tag) {
   const std::unique_ptr<KRAccount> owner(account);
   if (account == nullptr) return "";

@@ -136,7 +136,7 @@ TEST(Aggregate, HandsItsVersionToItsChildren) {
 }
 
 TEST(Aggregate, WritesByTheTableOfAHostsSubclass) {
-  // The subclass takes fewer tags, in another order, so the bits stand elsewhere.
+  // The subclass has fewer valid tags, in another order, so their bits are different.
   class Own : public KRBankTransactionList {
    public:
     u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override {

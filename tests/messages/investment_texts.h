@@ -204,7 +204,7 @@ inline Entries OrderTexts(u16 version) {
   };
 }
 
-/// `text` with the element or aggregate `piece` taken out, once.
+/// `text` with the first occurrence of the element or aggregate `piece` removed.
 inline std::string Without(std::string text, const std::string& piece) {
   const std::size_t at = text.find(piece);
   if (at == std::string::npos) {

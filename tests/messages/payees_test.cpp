@@ -174,7 +174,7 @@ TEST(KRPayeeModifyRs, NeedsAPayeeBesideAnAccount) {
   }
 }
 
-// An object of both versions can have both payees: the one place where the two rules differ.
+// An object of both versions can have both payees: only there do the two rules differ.
 TEST(PayeeResponses, DifferOverTwoPayeesBesideAnAccount) {
   const std::string both = "<PAYEELSTID>3<PAYEELSTID2>3" + Aggregate("PAYEE", "") +
                            Aggregate("PAYEE2", "") + Aggregate("BANKACCTTO", "");

@@ -207,7 +207,7 @@ TEST(KRPaymentInfo, NamesThePayeeByIdOrByAddress) {
   EXPECT_EQ(IsComplete<KRPaymentInfo>("<PAYEEID>7", 1), 0) << "the rest is missing";
 }
 
-// An object of both versions can note both payees; they count as one address.
+// In an object of both versions both payees can be present; they count as one address.
 TEST(KRPaymentInfo, CountsThePayeesOfBothVersionsAsOneAddress) {
   const Parsed<KRPaymentInfo> parsed(kPayment + kPayee, 3);
   EXPECT_EQ(parsed->AllRequiredPresent(), 1);
@@ -270,7 +270,7 @@ TEST(KRPaymentBase, HoldsThePaymentOfEitherVersionInOnePlace) {
   EXPECT_EQ(TextOf(*second), InLines("<PMTINFO2></PMTINFO2>"));
 }
 
-// The other aggregates take SRVRTID in the first version only.
+// In the other aggregates SRVRTID is valid in the first version only.
 TEST(KRPaymentModifyRs, TakesTheFirstVersionsIdInEveryVersion) {
   const Parsed<KRPaymentModifyRs> parsed("<SRVRTID>a<SRVRTID2>b" + Aggregate("PMTINFO2", ""), 2);
   ASSERT_EQ(parsed.Status(), KRParseStatus_Accepted);
@@ -397,7 +397,7 @@ TEST(KRPaymentInfo2, SetsWhatItInheritsButDoesNotList) {
   EXPECT_EQ(TextOf(payment), "");
 }
 
-// What holds a payment of either version: null and absence in each of its five places.
+// The holders of a payment of either version: null and absence in each of the five.
 template <class Holder>
 void ExpectPaymentCleared() {
   for (const u16 version : {u16{1}, u16{2}}) {

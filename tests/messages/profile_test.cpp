@@ -186,7 +186,7 @@ TEST(KRMessageSetProfile, SecondVersionIsNotKnownInAFirstVersionTree) {
 }
 
 TEST(KRMessageSetProfile, RefusesATagThatIsNoVersion) {
-  // At the root of a parse no table is consulted before the object.
+  // At the root of a parse the object is called without a check of its table.
   KRMessageSetProfile profile;
   profile.SetMsgSetVersion(1);
   TextBuffer buffer(Aggregate("BANKMSGSET", ""));

@@ -1,5 +1,5 @@
-// Recurring payments, letters about a payment, and the bill-pay profile: their tables, and what the
-// tables do not say.
+// Recurring payments, letters about a payment, and the bill-pay profile: their tables, and rules
+// that are not in the tables.
 
 #include "krofx/messages/billpay/recurring_payments.h"
 

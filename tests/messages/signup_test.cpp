@@ -1,4 +1,4 @@
-// Sign-up: the tables, and the action, whose type decides which of its accounts counts.
+// Sign-up: the tables, and the action, whose type decides which of its accounts is used.
 
 #include "krofx/messages/signup/signup.h"
 

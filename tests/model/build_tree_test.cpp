@@ -1,4 +1,4 @@
-// The build itself: what it takes, where it writes, how it ends and whom it blames.
+// The build itself: its arguments, where it writes, its result, and the object that failed.
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ class StrictObject : public WritingObject {
   }
 };
 
-// A buffer that takes no more than 600 bytes.
+// A buffer that accepts at most 600 bytes.
 class SmallBuffer : public KRBuffer {
  public:
   SmallBuffer() : KRBuffer(0, 0) {}

@@ -1,4 +1,4 @@
-// The place of one child: who owns it, and who only borrows.
+// The slot of one child: which objects own the child, and which only borrow it.
 
 #include "krofx/model/internal/child_slot.h"
 

@@ -1,5 +1,5 @@
 // The contract of every data object: presence bits, required tags, descent, versions, the factory's
-// life, and what hostile use comes to.
+// life, and misuse.
 
 #include "krofx/model/data_object.h"
 
@@ -309,7 +309,7 @@ TEST(KRDataObj, ReadsItsVersionFromItsTag) {
   }
 }
 
-// Claims any number of children, and counts what is asked of it.
+// Claims any number of children, and counts the calls.
 class Crowd : public KRDataObj {
  public:
   explicit Crowd(u16 children) : m_children(children) {}

@@ -1,4 +1,4 @@
-// The parser base: stack, valid tags, the way to the thread's warnings.
+// The parser's base class: stack, valid tags, access to the thread's warnings.
 
 #include "krofx/model/parser.h"
 

@@ -1,5 +1,5 @@
-// Rules of presence beside the table of required tags: what each asks, when it is asked, and which
-// missing tag stands for it.
+// Rules of presence in addition to the table of required tags: what each requires, when it applies,
+// and which missing tag is reported for it.
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ class Ruled : public KRDataObj {
     for (const KRTagID tag : tags) SetTag(tag);
     return *this;
   }
-  // Every missing tag, as a host lists them one behind the other.
+  // Every missing tag, as a host lists them one after another.
   std::vector<KRTagID> Missing() {
     std::vector<KRTagID> tags;
     for (KRTagID tag = KRTag_None; (tag = GetFirstMissingRequiredTag(tag)) != KRTag_None;) {

@@ -1,5 +1,5 @@
-// How aggregates hold their values: what goes in comes out, references stay good, and odd values
-// are kept as they are.
+// How aggregates store their values: values come out as they went in, references stay valid, and
+// unusual values are kept unchanged.
 
 #include "krofx/model/internal/stored_values.h"
 

@@ -14,8 +14,8 @@
 
 namespace {
 
-// An object that lacks the required tags that a test names. Owns its children; a null one is an
-// empty place.
+// An object that lacks the required tags that a test names. Owns its children; a null child is an
+// empty slot.
 class Node : public KRDataObj {
  public:
   explicit Node(KRTagID type = KRTag_None, std::initializer_list<KRTagID> missing = {})
@@ -49,7 +49,7 @@ class Node : public KRDataObj {
   std::vector<KRDataObj*> m_children;
 };
 
-// What AllRequiredPresent tells of a tree.
+// What AllRequiredPresent reports about a tree.
 struct Missing {
   u16 result;
   KRDataObj* object;
@@ -127,7 +127,7 @@ TEST(GetNextMissingRequiredTag, GoesOnInTheChildrenWhenTheObjectHasNoMore) {
   KRDataObj* holder = nullptr;
   EXPECT_EQ(KRUtility::GetNextMissingRequiredTag(&root, &holder, KRTag_None), KRTag_NAME);
   EXPECT_EQ(holder, &root);
-  // The first child with a lack has none behind NAME, the next one has.
+  // The first incomplete child lacks nothing after NAME, but the next one does.
   EXPECT_EQ(KRUtility::GetNextMissingRequiredTag(&root, &holder, KRTag_NAME), KRTag_VALUE);
   EXPECT_EQ(holder, second);
   EXPECT_EQ(KRUtility::GetNextMissingRequiredTag(first, &holder, KRTag_None), KRTag_DESC);
@@ -294,7 +294,7 @@ TEST(PatchCheckFreeOFX, TouchesNoOtherAggregateAndNothingThatIsComplete) {
   EXPECT_EQ(complete.ValidateTag(KRTag_DSCRATE), 0);
 }
 
-// A host's own invoice, which knows no tables.
+// A host's own invoice, which has no table.
 class HostInvoice : public Node {
  public:
   HostInvoice() : Node(KRTag_INVOICE) {}

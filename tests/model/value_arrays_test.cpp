@@ -26,7 +26,7 @@ Outcome Build(const Array& array, KRTagID tag, KRBuildStringOpt option = KRBuild
   return Write([&](KRBuilder& b) { return array.Build(&b, tag); }, option);
 }
 
-// Counts what arrays ask for, and gives nothing on demand.
+// Counts what arrays ask for, and on request makes nothing.
 class CountingFactory : public KRDataObjFactory {
  public:
   KRDataObj* NewDataObj(u16 version) override {
@@ -54,7 +54,7 @@ class CountingFactory : public KRDataObjFactory {
   bool refuses = false;
 };
 
-// Puts a factory in force for one test.
+// Installs a factory for one test.
 class WithFactory : public ::testing::Test {
  protected:
   WithFactory() {
@@ -72,7 +72,7 @@ using NumberArray = WithFactory;
 using LanguageArray = WithFactory;
 using WarningArray = WithFactory;
 
-// An aggregate that writes nothing but its tags, and says when it dies.
+// An aggregate that writes only its tags, and records its destruction.
 class Mortal : public KRDataObj {
  public:
   explicit Mortal(KRTagID tag, int* deaths = nullptr) : KRDataObj(1), m_deaths(deaths) {

@@ -151,7 +151,7 @@ TEST_F(PayrollAmounts, RefusesWhatItsBaseRefuses) {
 TEST_F(PayrollAmounts, HasNoMoreThanThirtyCharacters) {
   const std::string nines(28, '9');
   const auto shown = [](const std::string& text) { return Shown(Amount(text.c_str())); };
-  // From 29 characters on, no zero is put in front of the point.
+  // From 29 characters on, no zero is written before the point.
   EXPECT_EQ(shown("." + nines.substr(1)), "0." + nines.substr(1));
   EXPECT_EQ(shown("." + nines), "." + nines);
   EXPECT_EQ(shown("-." + nines), "-." + nines);

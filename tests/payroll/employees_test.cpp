@@ -384,7 +384,7 @@ TEST(BlankValues, AreTakenWhateverNumberIsBelow) {
   EXPECT_EQ(TextOf(sick), "<N.HRS>^@~*\n");
 }
 
-// A host's own tax, which writes the law first and then what is its own.
+// A host's own tax, which writes the law first and then its own elements.
 class OwnTax : public KREmployeeTaxBase {
  public:
   u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override {

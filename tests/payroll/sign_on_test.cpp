@@ -10,7 +10,7 @@
 namespace krofx::testing {
 namespace {
 
-// A sign-on but for what names the application, in the order of writing.
+// A sign-on without the elements that name the application, in the order of writing.
 constexpr char kPlain[] = "<DTCLIENT>20260105120000<USERID>ada<USERPASS>secret<LANGUAGE>ENG";
 
 Lines Tags(const KRArrayOfTags& tags) {
@@ -45,7 +45,7 @@ TEST(PayrollSignOnRq, WritesItsTextsBehindTheSignOn) {
   EXPECT_EQ(Str(signOn->GetAppIdString()), "com.example.books");
   EXPECT_EQ(TextOf(*signOn),
             InLines(std::string(kPlain) + "<APPVER>12.5 R3<APPID>com.example.books"));
-  // What a host sets of any sign-on is written where any sign-on has it.
+  // Elements of an ordinary sign-on that a host sets are written in their ordinary places.
   EXPECT_EQ(signOn->SetAppId(KRString("KROFX")), 1);
   EXPECT_EQ(signOn->SetAppVer(u16{100}), 1);
   EXPECT_EQ(TextOf(*signOn),

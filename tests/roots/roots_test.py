@@ -18,7 +18,7 @@ del sys.argv[1:]
 SCRIPT = PROJECT / "tools/roots/embed_roots.py"
 SHIPPED = PROJECT / "src/krofx/security/roots"
 IDS = ("1000", "2000", "3000", "4000", "4001")
-# Parts of the build that have no say in this.
+# Parts of the build that this test does not need.
 LEFT_OUT = [f"-DKROFX_BUILD_{part}=OFF" for part in ("TESTS", "TOOLS", "EXAMPLES")]
 
 

@@ -45,7 +45,7 @@ class Probe(SmallTree):
 
 
 class Refused(Probe):
-    """Mistakes that are no misspelt word."""
+    """Mistakes other than misspelt words."""
 
     def test_refuses_a_schema_without_its_language(self):
         self.refuse(GOOD.removeprefix("schema aggregates\n"), ":1:", "schema")
@@ -367,7 +367,7 @@ class OwnSchemas(unittest.TestCase):
         operations = re.findall(r"virtual \S+ New(\w+)\(", self.factory)
         expected = (HERE / "factory_operations.txt").read_text().split()
         self.assertEqual(operations[: len(expected)], expected)
-        # The sign-on of a payroll is made by the host that sends it, so it came last.
+        # The sign-on of a payroll is made by the host that sends it, so it is last.
         self.assertEqual(operations[len(expected) :], ["PayrollSignOnRq"])
 
     def test_makes_the_first_operations_of_the_factory_take_no_version(self):

@@ -290,7 +290,8 @@ TEST(Base64, RefusesABufferThatLostItsMemory) {
   EXPECT_EQ(KRDecode().SetInputData(&lost), KRSecStatus_DecodingFailed);
 }
 
-// The output is had again when its first memory failed, so not every failure is one.
+// The output's memory is requested again after a failure, so not every failed allocation makes the
+// coding fail.
 template <class Coder>
 void ExpectOneStatusWhenMemoryRunsOut(KRSecStatus failed) {
   KRBuffer input(0, 0);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Tells when it goes.
+// Records its destruction.
 class Witness : public KRCert {
  public:
   explicit Witness(int& destroyed) : m_destroyed(destroyed) {}
@@ -20,7 +20,7 @@ class Witness : public KRCert {
   int& m_destroyed;
 };
 
-// Grows when it is told to.
+// Makes the step of growth public.
 class GrowingArray : public KRDynamicArrayCert {
  public:
   using KRDynamicArrayCert::KRDynamicArrayCert;

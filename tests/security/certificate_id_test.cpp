@@ -105,7 +105,7 @@ TEST(KRCertID, HandsOnTheFailureOfTheDigest) {
   EXPECT_EQ(id.IsEmpty(), 1);
 }
 
-// Which step fails depends on which allocation does; every one of them is told apart.
+// The failing allocation decides which step fails; each has its own status.
 TEST(KRCertID, TellsWhichStepHadNoMemory) {
   KRBuffer text(0, 0);
   Put(text, Base64Of(MakeCertificate()));
@@ -126,7 +126,7 @@ TEST(KRCertID, TellsWhichStepHadNoMemory) {
 TEST(KRCertID, SaysSoWhenTheIDCannotBeStored) {
   KRBuffer ber(0, 0);
   Put(ber, "abc");
-  // The second ID is the first that needs more room, and asks for it last of all.
+  // The second ID is the first that needs more memory, and it is the last to ask for it.
   KRSecStatus status = KRSecStatus_Success;
   for (std::size_t nth = 1; nth < 20 && status != KRSecStatus_IDNotStored; ++nth) {
     KRCertID id;

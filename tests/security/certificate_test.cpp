@@ -1,4 +1,4 @@
-// Certificates: loading in both forms, what they tell, sharing, and what fails.
+// Certificates: loading in both forms, their fields, sharing, and failures.
 
 #include "krofx/security/certificate.h"
 

@@ -1,5 +1,5 @@
-// Certificates for tests, put together value by value, so that any form can be had. Their
-// signatures are no signatures: nothing that is tested here checks one.
+// Certificates for tests, composed value by value, so that any form can be made. Their signatures
+// are not valid: nothing that is tested here checks them.
 
 #ifndef KROFX_TESTS_SECURITY_CERTIFICATES_H_
 #define KROFX_TESTS_SECURITY_CERTIFICATES_H_
@@ -72,7 +72,7 @@ inline std::string AlgorithmIdentifier(const std::string& oid) {
   return Der(kSequence, Der(0x06, oid) + Der(0x05, ""));
 }
 
-/// The key with its algorithm, as it stands in the certificate.
+/// The key with its algorithm, as it is in the certificate.
 inline std::string PublicKeyInfo(const std::string& key) {
   return Der(kSequence, AlgorithmIdentifier("\x2a\x86\x48\x86\xf7\x0d\x01\x01\x01") +
                             Der(0x03, std::string(1, '\0') + key));

@@ -149,7 +149,7 @@ TEST(KRDigest, SaysSoWhenMemoryRunsOut) {
   EXPECT_EQ(failures, 1) << "the algorithm object; the output is had again";
 }
 
-// The memory of the output, which is had anew behind the data, fails twice.
+// The memory of the output, which is requested again after the data, fails twice.
 TEST(KRDigest, TakesNothingOverFromADigestThatFailed) {
   const KRString text("abc");
   const FailingAllocation failing(1);

@@ -1,5 +1,5 @@
-// Exhausted memory inside libcrypto: each of its allocations fails once, and what is reported and
-// held behind it is the same as for memory of our own.
+// Exhausted memory inside libcrypto: each of its allocations fails once. The result, and what the
+// object holds afterwards, are the same as for memory of our own.
 
 #include <gtest/gtest.h>
 #include <openssl/crypto.h>
@@ -32,7 +32,7 @@ void* Resize(void* block, std::size_t size, const char*, int) {
 
 void Return(void* block, const char*, int) { std::free(block); }
 
-// libcrypto takes other functions only before its first allocation.
+// libcrypto accepts other functions only before its first allocation.
 const bool g_replaced = CRYPTO_set_mem_functions(&Take, &Resize, &Return) == 1;
 
 // Runs `step` with each allocation failing in turn, until there are no more of them.

@@ -1,4 +1,4 @@
-// The roots that the library carries: each as its row of the table says, and the two real ones by
+// The roots that the library carries: each against its row of the table, and the two real ones by
 // their fingerprints.
 
 #include "krofx/security/internal/trusted_roots.h"
@@ -30,7 +30,7 @@ struct Row {
   s16 id;
   u16 length;
   const char* organization;
-  const char* subject;  // Begins with it; the rest is the certificate's own affair.
+  const char* subject;  // The subject begins with this; the rest is not checked.
   const char* issuer;
   const char* from;
   const char* to;

@@ -16,10 +16,9 @@
 //   versions  nothing for all; V1, V2+
 //   lenient   a text that is not a value is skipped, and the parse goes on; on a line by itself it
 //             applies to the rows below, which give one warning of such a text
-//   padN      the number is written with leading zeros to N digits
-//   closed    the element is written with its end tag
-//   other     a child that shares the place of the child of an earlier row
-//   asked     not in the required table, but reported as missing by a rule of the class; of several
+//   padN the number is written with leading zeros to N digits closed the element is written with
+//   its end tag other a child that shares the slot of the child of an earlier row asked not in the
+//   required table, but reported as missing by a rule of the class; of several
 //             rows under one rule, the first
 //
 // It tests the default tag, both tables, that the order of writing does not depend on the order of
@@ -317,8 +316,8 @@ class TableCheck {
     object.SetMsgSetVersion(version);
   }
 
-  // A child that shares its place with others is read and written by itself, and replaces the one
-  // before it with a warning.
+  // A child that shares its slot with others is read and written by itself, and replaces the
+  // previous one with a warning.
   void ExpectOthersInPlace(u16 version) const {
     std::string before;
     for (const TableRow& row : m_rows) {
@@ -396,7 +395,7 @@ class TableCheck {
     }
   }
 
-  // The required rows, and after them those that rules ask for.
+  // The required rows, and after them those that rules require.
   std::vector<TableRow> NeededIn(u16 version) const {
     std::vector<TableRow> needed;
     for (const bool asked : {false, true}) {
@@ -431,7 +430,7 @@ class TableCheck {
     EXPECT_EQ(object->GetFirstMissingRequiredTag(KRTag_None), KRTag_None);
   }
 
-  // Whichever allocation fails, the parse says so, and nothing is lost or read twice.
+  // Whichever allocation fails, the parse reports it, and nothing is lost or read twice.
   void ExpectMemoryFailures() const {
     const std::string text = AllRows(2, false);
     for (std::size_t nth = 1; nth < 5000; ++nth) {

@@ -8,7 +8,7 @@
 
 namespace krofx::testing {
 
-/// Makes `factory` the current one until the end of the scope, then the default one again.
+/// Makes `factory` the current one until the end of the scope, and then the default one again.
 class InForce {
  public:
   explicit InForce(KRDataObjFactory& factory) { KRDataObj::SetFactory(&factory); }

@@ -1,4 +1,4 @@
-"""Writes the operations of the object factory that a test program is not linked with.
+"""Writes stubs for the operations of the object factory that a test program is not linked with.
 
     factory_stubs.py FACTORY_H OUT FILE...
 

@@ -1,5 +1,5 @@
-// The answers that the object model gives in the library (krofx/core/internal/hooks.h), for test
-// programs that are linked without it.
+// The functions that the object model defines in the library (krofx/core/internal/hooks.h), for
+// test programs that are linked without it.
 
 #include "krofx/core/internal/hooks.h"
 

@@ -31,8 +31,8 @@ std::unique_ptr<T> Make(u16 version = 1) {
   return object;
 }
 
-/// Whether a class is that of a file and so judges its outermost tags itself. Files are in a layer
-/// above that of most tests, so one is known by what it can do.
+/// Whether a class is that of a file, which handles its outermost tags itself. Files are in a layer
+/// above that of most tests, so a file is recognised by its operations.
 template <class T>
 concept IsFile = requires(const T& object) {
   object.ValidateHeaders();
@@ -44,7 +44,7 @@ template <class Root>
 class Parsed {
  public:
   /// Parses `text` into a new root.
-  /// @param version       the version of an aggregate; a file keeps the one it comes with.
+  /// @param version       the version of an aggregate; a file keeps its own.
   /// @param checkRequired whether a missing required tag is warned about.
   explicit Parsed(std::string_view text, u16 version = 1, u16 checkRequired = 0)
       : m_root(std::make_unique<Root>()), m_buffer(text) {
@@ -239,7 +239,7 @@ inline Lines TakeWarnings() {
   return lines;
 }
 
-/// The number that stands for a tag in the lines of warnings: "INVALIDELEM <MEMO2> 123".
+/// The number of a tag in the lines of warnings: "INVALIDELEM <MEMO2> 123".
 inline std::string TagNumber(KRTagID tag) { return std::to_string(tag); }
 
 }  // namespace krofx::testing

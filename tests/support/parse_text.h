@@ -14,7 +14,7 @@
 
 namespace krofx::testing {
 
-/// A buffer that serves its characters from elsewhere, as a host's may.
+/// A buffer that supplies its characters through GetCh, as a host's may.
 class ServingBuffer : public KRBuffer {
  public:
   explicit ServingBuffer(std::string_view text) : KRBuffer(0, 0), m_text(text) {}

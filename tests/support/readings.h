@@ -1,5 +1,4 @@
-// Readings of texts, for tests of the reader: what was mended, as lines, and what came out, as
-// text.
+// Readings of texts, for tests of the reader: the mendings, as lines, and the result, as text.
 
 #ifndef KROFX_TESTS_SUPPORT_READINGS_H_
 #define KROFX_TESTS_SUPPORT_READINGS_H_
@@ -54,7 +53,7 @@ inline Lines WarningLines(const Reading& reading) {
   return lines;
 }
 
-/// Writes a tree leniently, so that what is over its length shows up too.
+/// Writes a tree leniently, so that over-long texts are written too.
 inline std::string Written(const KRDataObj* root) {
   return root == nullptr ? "nothing" : Build(*root, KRBuildStringOpt_Lenient).text;
 }

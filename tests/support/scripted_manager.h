@@ -22,13 +22,13 @@ struct ScriptedProgress {
 
 /// The certificates that a server shows.
 struct ScriptedChain {
-  /// DER, from the root's end to the server's own.
+  /// DER, from the root to the server's own.
   std::vector<std::string> certificates;
   u32 rootID = 0;
   u16 error = 0;
 };
 
-/// How an exchange goes, once it has been started.
+/// The course of an exchange, after it has been started.
 struct ExchangeScript {
   /// The body and the headers of the reply; no file is written without.
   std::optional<std::string> reply;
@@ -37,8 +37,8 @@ struct ExchangeScript {
   u16 result = 0;
   std::vector<ScriptedProgress> progress;
   std::optional<ScriptedChain> chain;
-  /// Pieces of work (VCWork) before it ends: 0 ends it while it is being started, kNever only when
-  /// it is cancelled.
+  /// The number of VCWork calls before it ends: 0 ends it while it is being started, kNever only
+  /// when it is cancelled.
   int rounds = 1;
   /// Whether cancelling is followed by a finished record at all.
   bool endsWhenCancelled = true;
@@ -46,13 +46,13 @@ struct ExchangeScript {
   static constexpr int kNever = -1;
 };
 
-/// Plays ExchangeScripts. The next exchange goes as `script` says when it starts.
+/// Plays ExchangeScripts. An exchange follows `script` as it is when the exchange starts.
 class ScriptedManager : public VYNConnectionManager {
  public:
   /// The code that a cancelled exchange ends with.
   static constexpr u16 kCancelled = 1549;
 
-  // What each operation answers.
+  // The result of each operation.
   u16 openError = 0;
   bool openGivesNull = false;
   u16 closeCode = 0;
@@ -71,17 +71,17 @@ class ScriptedManager : public VYNConnectionManager {
 
   /// Each operation with its arguments, VCWork left out.
   std::vector<std::string> calls;
-  /// How long each VCWork was given.
+  /// The duration of each VCWork.
   std::vector<u32> works;
-  /// What the certificate callback answered, and the progress callback.
+  /// The results of the certificate callback and of the progress callback.
   std::vector<u16> answers;
   std::vector<u16> callbackResults;
-  /// The roots that were handed over, DER.
+  /// The roots that were added, DER.
   std::vector<std::string> roots;
   /// What was sent.
   std::string sent;
 
-  /// Exchanges that have neither ended nor been given back.
+  /// Exchanges that have neither ended nor been released.
   std::size_t Live() const { return m_exchanges.size(); }
   /// The names of the calls without their arguments.
   std::vector<std::string> Names() const {
@@ -198,14 +198,14 @@ class ScriptedManager : public VYNConnectionManager {
   void* Create(u16* error, const char* tempPath, VYProgressCallback callback, void* userData) {
     *error = createError;
     if (createGivesNull) return nullptr;
-    // No handle is used twice, so that use of a stale one is noticed.
+    // No handle is used twice, so that the use of a stale one is detected.
     void* const handle = reinterpret_cast<void*>(static_cast<std::uintptr_t>(++m_created));
     if (createError != 0) return handle;
     m_exchanges[handle] = {m_created, tempPath, callback, nullptr, userData, script, false, false};
     return handle;
   }
 
-  // One piece of work for one exchange.
+  // One step of one exchange.
   void Move(void* handle) {
     Exchange* const exchange = Find(handle);
     if (exchange == nullptr || !exchange->isStarted) return;
@@ -226,7 +226,7 @@ class ScriptedManager : public VYNConnectionManager {
     }
   }
 
-  // A callback may lead to host code that gives the exchange back, so it is looked up each time.
+  // A callback may run host code that releases the exchange, so it is looked up each time.
   void TellProgress(void* handle) {
     for (std::size_t step = 0;; ++step) {
       Exchange* const exchange = Find(handle);

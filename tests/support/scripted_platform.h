@@ -11,10 +11,10 @@
 #include "krofx/transport/contract/connection_manager.h"
 #include "krofx/transport/contract/wait_platform.h"
 
-/// Takes events from the front of a list; a pause is one piece of the manager's work.
+/// Takes events from the front of a list; a pause is one VCWork of the manager.
 class ScriptedPlatform : public VYNWaitPlatform {
  public:
-  /// The host's queue. An event does something and says whether it quits the loop.
+  /// The host's queue. An event does something and returns whether it quits the loop.
   std::deque<std::function<VYNEventResult()>> events;
   /// How long each pause was.
   std::vector<u32> pauses;

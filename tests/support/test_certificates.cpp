@@ -1,4 +1,4 @@
-// Making certificates.
+// Makes certificates.
 
 #include "support/test_certificates.h"
 

@@ -1,4 +1,4 @@
-// Certificates made on the spot, for servers that tests start.
+// Certificates that tests make for the servers that they start.
 //
 // The dates are fixed, far in the past and far in the future, so that no test depends on the day.
 
@@ -15,14 +15,14 @@
 struct CertificateWish {
   /// The common name.
   std::string name;
-  /// Host names and addresses as an extension takes them: "DNS:localhost,IP:127.0.0.1"; empty for
+  /// Host names and addresses in the form of the extension: "DNS:localhost,IP:127.0.0.1"; empty for
   /// none.
   std::string hosts = {};
   /// Whether it may issue other certificates.
   bool isAuthority = false;
   const char* notBefore = "20000101000000Z";
   const char* notAfter = "99981231235959Z";
-  /// What it may be used for, as an extension takes it: "serverAuth"; empty for anything.
+  /// What it may be used for, in the form of the extension: "serverAuth"; empty for anything.
   std::string usage = {};
 };
 

@@ -172,8 +172,8 @@ std::string TlsServer::Url(const std::string& host) const {
 }
 
 void TlsServer::Serve() {
-  // A client that has gone must not end the program. SIGPIPE is blocked in this thread only, so
-  // that the client's own thread still gets it.
+  // A client that has closed its connection must not end the program. SIGPIPE is blocked in this
+  // thread only, so that the client's own thread still gets it.
   sigset_t pipe;
   sigemptyset(&pipe);
   sigaddset(&pipe, SIGPIPE);
@@ -204,7 +204,7 @@ void TlsServer::Serve() {
 }
 
 int UnusedPort() {
-  // Held for as long as the program runs, so that no other server gets it meanwhile.
+  // Held as long as the program runs, so that no other server gets it.
   static int port = 0;
   static const int held = BindToLoopback(port);
   (void)held;

@@ -26,9 +26,9 @@ class ServerConnection {
   /// Reads what comes next, empty at the end.
   std::string ReadSome();
   void Write(const std::string& bytes);
-  /// Waits until the client's side has received all that was written.
+  /// Waits until the client has received all that was written.
   void WaitUntilTaken();
-  /// Waits until the client is gone, or the server stops.
+  /// Waits until the client closes the connection, or the server stops.
   void WaitForClient();
   /// Breaks the connection: without a TLS closure, and with a reset instead of an orderly end.
   void Cut();
@@ -55,11 +55,11 @@ struct ServerPlan {
   int newestTls = 0;
   /// An answer on revocation to staple to the handshake, DER; empty for none.
   std::string stapled = {};
-  /// Whether a plain request for a tunnel comes before TLS, as to a proxy; takes what it said.
+  /// If not null, a plain request for a tunnel is read before TLS, as by a proxy, and stored here.
   std::string* tunnel = nullptr;
 };
 
-/// The server. It stops, and what it waits for ends, when the object goes.
+/// The server. When the object is destroyed the server stops, and its waits end.
 class TlsServer {
  public:
   explicit TlsServer(ServerPlan plan);
@@ -88,7 +88,7 @@ class TlsServer {
   std::thread m_thread;
 };
 
-/// A port on loopback where nobody listens.
+/// A port on loopback on which no server listens.
 int UnusedPort();
 
 #endif  // KROFX_TESTS_SUPPORT_TLS_SERVER_H_

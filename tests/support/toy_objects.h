@@ -1,4 +1,4 @@
-// A small hand-written aggregate for tests of parsers. It takes the few tags of its table, as
+// A small hand-written aggregate for tests of parsers. It accepts the few tags of its table, as
 // child, element or both, records every call, and refuses what a test wants refused.
 
 #ifndef KROFX_TESTS_SUPPORT_TOY_OBJECTS_H_
@@ -23,7 +23,7 @@ inline constexpr KRTagTableEntry kToyTags[] = {
     {KRTag_ONETIMEPASS, 0xffff}, {KRTag_NAME, 0xffff},
 };
 
-/// The calls that a group of toys got, in order, and what it is to answer.
+/// The calls that a group of toys got, in order, and the results that they must return.
 struct Notebook {
   std::vector<std::string> lines;
   /// Status for a start tag, an element or an end tag; what is not named here is accepted.

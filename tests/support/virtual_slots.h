@@ -1,4 +1,4 @@
-// The place of a virtual operation in its class, on which hosts that were compiled earlier depend.
+// The slot of a virtual operation in its class, on which hosts that were compiled earlier depend.
 
 #ifndef KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_
 #define KROFX_TESTS_SUPPORT_VIRTUAL_SLOTS_H_

@@ -1,4 +1,4 @@
-// The manager over libcurl in a process whose environment tries to configure it from its start on.
+// The libcurl manager in a process whose environment tries to configure it from the start.
 
 #include <filesystem>
 #include "support/scoped_variable.h"

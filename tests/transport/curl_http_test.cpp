@@ -1,4 +1,4 @@
-// The manager over libcurl and plain HTTP: what goes out, what comes back, and where it is kept.
+// The libcurl manager with plain HTTP: the request, the reply, and the files of the reply.
 
 #include <sys/stat.h>
 
@@ -41,7 +41,7 @@ class CurlHttp : public CurlTest {
     return probe.Reply();
   }
 
-  // The code of a send with header lines that are not to be sent.
+  // The code of a send with header lines that must not be sent.
   u16 CodeOfHeaders(const char* contentType, const char* headers) {
     TlsServer server(Echo());
     CurlProbe probe(m_manager, m_session, m_folder);
@@ -254,7 +254,7 @@ TEST_F(CurlHttp, TellsOfConnectingOnceThenOfSendingThenOfReceiving) {
   u32 connecting = 0;
   for (const VYProgressRecord& record : probe.progress) {
     if (record.opCode == KROpCode_Connecting) ++connecting;
-    // Nothing is told twice: each record has moved the counter that it is about.
+    // No progress is reported twice: each record has a higher counter than the one before.
     EXPECT_TRUE(record.opCode != KROpCode_Sending || record.sent > sent);
     EXPECT_TRUE(record.opCode != KROpCode_Receiving || record.received > received);
     sent = record.sent;

@@ -1,5 +1,5 @@
-// Sessions, exchanges and their handles in the manager over libcurl: who ends what, from where, and
-// that nothing stays behind.
+// Sessions, exchanges and their handles in the libcurl manager: how each can be ended, from which
+// calls, and that nothing is left.
 
 #include <fcntl.h>
 
@@ -371,7 +371,7 @@ TEST_F(CurlLifecycle, RunsSeveralExchangesAtOnce) {
   EXPECT_EQ(one.Reply() + two.Reply(), "replyreply");
 }
 
-// What one exchange comes to, from the making of its manager to its start.
+// The result of one exchange, from the construction of its manager to its start.
 u16 CodeOfSetup(const std::string& url, const std::string& der, const std::string& folder) {
   VYNCurlManager manager;
   u16 error = 0;
@@ -416,7 +416,7 @@ TEST_F(CurlLifecycle, AThousandExchangesLeaveNothingBehind) {
     CurlProbe probe(m_manager, m_session, m_folder);
     ASSERT_EQ(probe.Send(server.Url(), "data").Root(m_authority, 7000).Run(), 0);
     ASSERT_EQ(probe.Reply(), "reply");
-    // The first one may open what the process keeps.
+    // The first one may open files that the process keeps open.
     if (i == 0) files = OpenFiles();
   }
   EXPECT_EQ(m_temp.Entries(), 0U);

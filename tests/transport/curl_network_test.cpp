@@ -1,4 +1,4 @@
-// The manager over libcurl when the network fails: each condition has the code that names it.
+// The libcurl manager when the network fails: each condition has its own code.
 
 #include "transport/curl_probe.h"
 
@@ -198,7 +198,7 @@ TEST_F(CurlNetwork, TakesTheSchemeInAnyCase) {
 }
 
 TEST_F(CurlNetwork, EndsWithoutWaitingForAPauseToRunOut) {
-  // A round of the probe would pause for an hour, so each must have ended by something that moved.
+  // A round of the probe would pause for an hour, so each must have been ended by progress.
   const TestCertificate authority = TestCertificate::Authority("authority");
   TlsServer server({.script =
                         [](ServerConnection& connection) {

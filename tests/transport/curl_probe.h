@@ -1,4 +1,4 @@
-// A caller of the manager over libcurl that does nothing but keep what it is told.
+// A caller of the libcurl manager that records everything it gets.
 
 #ifndef KROFX_TESTS_TRANSPORT_CURL_PROBE_H_
 #define KROFX_TESTS_TRANSPORT_CURL_PROBE_H_
@@ -25,12 +25,12 @@ class CurlTest : public ::testing::Test {
   void* m_session = nullptr;
 };
 
-/// One exchange: created by Send or Get, started and moved to its end by Run.
+/// One exchange: created by Send or Get, started and run to its end by Run.
 class CurlProbe {
  public:
   CurlProbe(VYNCurlManager& usedManager, void* usedSession, std::string usedFolder)
       : manager(usedManager), session(usedSession), folder(std::move(usedFolder)) {}
-  /// Removes the files that it was handed.
+  /// Removes the files that it got.
   ~CurlProbe();
   CurlProbe(const CurlProbe&) = delete;
   CurlProbe& operator=(const CurlProbe&) = delete;
@@ -41,13 +41,13 @@ class CurlProbe {
   /// Sets the HTTP options, with no limit of time unless one is given.
   CurlProbe& Http(const char* contentType, const char* headers, s32 timeout = 0);
   CurlProbe& Root(const TestCertificate& root, s16 id);
-  /// Starts the exchange and works until it is over; gives its code.
+  /// Starts the exchange and works until it is over; returns its code.
   u16 Run();
   /// Starts the exchange.
   u16 Start() { return manager.VCInitiate(session, exchange); }
   /// Works until the exchange is over.
   void Finish();
-  /// What stands in a file.
+  /// The content of a file.
   static std::string Content(const std::string& name);
   std::string Reply() const { return Content(replyFile); }
   std::string Headers() const { return Content(headerFile); }
@@ -58,7 +58,7 @@ class CurlProbe {
   void* session;
   std::string folder;
   u16 skipVerify = 0;
-  /// What the certificate callback answers.
+  /// The result of the certificate callback.
   u16 answer = 0;
   /// Called from the certificate callback and for each progress record.
   std::function<void()> onCertificate;

@@ -1,5 +1,4 @@
-// Requests over the manager that they get by default: from the real condition, on loopback, to the
-// KRNetStatus that names it.
+// Requests with the default manager: real conditions, on loopback, and the KRNetStatus of each.
 
 #include <chrono>
 #include <functional>
@@ -50,7 +49,7 @@ class CurlRequests : public CurlTest {
     EXPECT_EQ(m_access.EndConnection(), KRNetStatus_Success);
   }
 
-  // A server that answers with what it was sent; by https with the given certificate.
+  // A server that replies with the text that it received; by https with the given certificate.
   ServerPlan Echo(std::vector<TestCertificate> chain = {}) const {
     return {.script =
                 [](ServerConnection& connection) {

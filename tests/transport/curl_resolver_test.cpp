@@ -1,5 +1,5 @@
-// The manager over libcurl while the system's resolver does not answer: neither a time limit nor
-// the end of a wait depends on it.
+// The libcurl manager while the system's resolver does not answer: neither a time limit nor the end
+// of a wait depends on it.
 
 #include <dlfcn.h>
 #include <netdb.h>
@@ -15,8 +15,8 @@ namespace {
 
 constexpr char kSlowHost[] = "slow.krofx.invalid";
 
-// Holds back the look-ups of one host until it is told to let them go. A test that fails to end
-// would wait for ever, so a look-up gives up in the end, and says so.
+// Holds back the look-ups of one host until Release. A look-up gives up after a long time, and
+// records that, so that a failing test does not wait for ever.
 class SlowResolver {
  public:
   static SlowResolver& Get() {
@@ -28,7 +28,7 @@ class SlowResolver {
     m_held = true;
     m_gaveUp = false;
   }
-  // Lets the look-ups go and waits until they have left. Whether all were still held.
+  // Releases the look-ups and waits until they have returned. Returns whether all were still held.
   bool Release() {
     std::unique_lock lock(m_mutex);
     const bool wereHeld = m_waiting > 0 && !m_gaveUp;
@@ -84,7 +84,7 @@ TEST_F(CurlResolver, DoesNotHoldTheEndOfAWait) {
 
 }  // namespace
 
-// Takes the place of the system's for the whole program, libcurl included.
+// Replaces the system's function for the whole program, libcurl included.
 extern "C" __attribute__((visibility("default"))) int getaddrinfo(const char* __restrict host,
                                                                   const char* __restrict service,
                                                                   const addrinfo* __restrict hints,

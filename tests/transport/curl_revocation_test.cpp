@@ -1,5 +1,5 @@
-// The manager over libcurl and answers on revocation that a server staples to its handshake; and
-// what a certificate has to name.
+// The libcurl manager and the revocation answers that a server staples to its handshake; and the
+// names that a certificate must have.
 
 #include <openssl/ocsp.h>
 
@@ -16,7 +16,7 @@ struct Answer {
   int responseStatus = OCSP_RESPONSE_STATUS_SUCCESSFUL;
 };
 
-// An answer on a certificate that `issuer` issued, signed by `signer`.
+// An answer about a certificate that `issuer` issued, signed by `signer`.
 std::string Sign(const Answer& answer, const TestCertificate& certificate,
                  const TestCertificate& issuer, const TestCertificate& signer) {
   const std::unique_ptr<OCSP_BASICRESP, decltype(&OCSP_BASICRESP_free)> basic(OCSP_BASICRESP_new(),

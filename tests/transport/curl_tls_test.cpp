@@ -1,5 +1,5 @@
-// The manager over libcurl and HTTPS: which certificates it takes, what the certificate callback is
-// shown, and which code each refusal has.
+// The libcurl manager with HTTPS: which certificates it accepts, what the certificate callback
+// gets, and the code of each refusal.
 
 #include "support/failing_allocation.h"
 #include "transport/curl_probe.h"
@@ -91,7 +91,7 @@ TEST_F(CurlTls, EndsAtAnIntermediateThatIsTrusted) {
   ASSERT_EQ(alone.Get(server.Url()).Root(between, 2000).Run(), 0);
   EXPECT_EQ(alone.rootID, 2000U);
   EXPECT_EQ(alone.chain, (std::vector<std::string>{between.Der(), leaf.Der()}));
-  // Its issuer, trusted too, does not draw the chain any further.
+  // Its issuer, which is trusted too, does not make the chain longer.
   CurlProbe both(m_manager, m_session, m_folder);
   ASSERT_EQ(both.Get(server.Url()).Root(between, 2000).Root(m_authority, 3000).Run(), 0);
   EXPECT_EQ(both.rootID, 2000U);
@@ -256,7 +256,7 @@ TEST_F(CurlTls, RefusesRootsThatAreNoCertificates) {
   m_manager.VCRelease(m_session, probe.exchange);
 }
 
-// The system's roots are stood in for by a file and by a folder.
+// A file and a folder replace the system's roots.
 
 TEST_F(CurlTls, TrustsTheSystemsRootsUnderTheIdZero) {
   const TestCertificate leaf = m_authority.IssueForLoopback();
@@ -309,7 +309,7 @@ TEST_F(CurlTls, SaysThatTheSystemsRootsCannotBeRead) {
   EXPECT_EQ(probe.Run(), VYNCurlCode_RootsUnreadable);
 }
 
-// Without verification: nothing is checked, and the callback is still asked.
+// Without verification: nothing is checked, but the callback is still called.
 
 TEST_F(CurlTls, ShowsTheChainAsItCameWhenNothingIsVerified) {
   const TestCertificate own = TestCertificate::SelfSigned(

@@ -1,4 +1,4 @@
-// What all connections have in common: settings, callbacks, answers of the base.
+// What all connections share: settings, callbacks, results of the base class.
 
 #include "krofx/transport/contract/net_access.h"
 

@@ -1,4 +1,4 @@
-// What a request does without a transport: answers of the base, the roots of the library, and
+// What a request does without a transport: results of the base class, the roots of the library, and
 // `file:` URLs.
 
 #include "krofx/transport/contract/net_request.h"
@@ -20,7 +20,7 @@
 
 namespace {
 
-// ---- The base's answers ----
+// ---- Results of the base class ----
 
 TEST(KRNetRequest, HasNoChoicesAndNoStatusOfItsOwn) {
   ProbeRequest request;
@@ -271,7 +271,7 @@ TEST_F(FileUrlRequest, OpensNeitherFoldersNorDevices) {
   ExpectNoReply();
 }
 
-// A name has room for 255 characters; one more is as a file that does not open.
+// A name may have 255 characters; a longer one counts as a file that does not open.
 TEST_F(FileUrlRequest, RefusesANameThatIsTooLong) {
   const std::string name = folder.Put("reply", "abc");
   const auto padded = [&](std::size_t length) {

@@ -1,4 +1,4 @@
-// The simplest connection and request that are not abstract: they record what reaches them.
+// The simplest connection and request that are not abstract: they record their calls.
 
 #ifndef KROFX_TESTS_TRANSPORT_PROBE_TRANSPORT_H_
 #define KROFX_TESTS_TRANSPORT_PROBE_TRANSPORT_H_
@@ -10,7 +10,7 @@
 #include "krofx/transport/contract/net_access.h"
 #include "krofx/transport/contract/net_request.h"
 
-/// A root as a request was given it.
+/// A root as a request received it.
 struct GivenRoot {
   std::string ber;
   s16 id;

@@ -1,4 +1,4 @@
-// Transports that stay on this machine: the one that does nothing, and the exchange by hand.
+// Transports that do not leave this machine: the one that does nothing, and the exchange by hand.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Many exchanges, and exchanges without memory: nothing is left behind.
+// Many exchanges, and exchanges without memory: nothing is left over.
 
 #include <filesystem>
 #include <string>

@@ -1,4 +1,4 @@
-// What the codes of the connection manager mean: every row of both maps, and every code in between.
+// The meaning of the connection manager's codes: every row of both maps, and every code in between.
 
 #include <map>
 

@@ -1,4 +1,4 @@
-// One exchange, step by step: what the manager is asked, what fails how, and how long it waits.
+// One exchange, step by step: the calls of the manager, the failure of each, and the waiting.
 
 #include <cstddef>
 #include <cstring>
@@ -253,7 +253,8 @@ TEST_F(VYNExchangeTest, ForgetsTheReplyBeforeOnceTheNextExchangeIsCreated) {
 }
 
 TEST_F(VYNExchangeTest, KeepsTheFilesThatAManagerOpensUnderTheNamesOfTheReplyBefore) {
-  // As a manager that opens its files when it creates an exchange, and always under the same names.
+  // Like a manager that opens its files when it creates an exchange, and always with the same
+  // names.
   class SameNames : public ScriptedManager {
    public:
     void* VCGetFileRequest(u16* error, void* session, const char* url, const char* tempPath,
@@ -351,7 +352,7 @@ TEST_F(VYNExchangeTest, GoesNoFurtherWhenAFileUrlCannotBeStored) {
   EXPECT_EQ(manager.calls, Calls{});
 }
 
-// ---- What comes back ----
+// ---- The reply ----
 
 TEST_F(VYNExchangeTest, TellsProgressWithTheCountersOfItsCode) {
   manager.script.progress = {

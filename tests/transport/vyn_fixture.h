@@ -1,5 +1,5 @@
-// What every test of the connection-manager transport stands on: a scripted manager and platform, a
-// folder for replies, and access objects and requests that show what a host's subclass sees.
+// What every test of the connection-manager transport uses: a scripted manager and platform, a
+// folder for replies, and access objects and requests that make protected operations public.
 
 #ifndef KROFX_TESTS_TRANSPORT_VYN_FIXTURE_H_
 #define KROFX_TESTS_TRANSPORT_VYN_FIXTURE_H_
@@ -22,7 +22,7 @@
 #include "support/scripted_platform.h"
 #include "support/temp_folder.h"
 
-/// An access object whose protected operations are open.
+/// An access object whose protected operations are public.
 class OpenAccess : public VYNNetAccess {
  public:
   using VYNNetAccess::GetVYNSession;
@@ -30,7 +30,7 @@ class OpenAccess : public VYNNetAccess {
   using VYNNetAccess::VYNNetAccess;
 };
 
-/// A request whose protected operations are open.
+/// A request whose protected operations are public.
 class OpenRequest : public VYNNetRequest {
  public:
   using VYNNetRequest::AddAllTrustedRoots;
@@ -45,7 +45,7 @@ class OpenRequest : public VYNNetRequest {
   using VYNNetRequest::WaitForReply;
 };
 
-/// What a request says of its last exchange.
+/// What a request reports about its last exchange.
 struct ExchangeState {
   u16 known = 0;
   u32 http = 0;
@@ -119,7 +119,7 @@ class VYNTest : public testing::Test {
     const std::string der = RootBytes();
     return request->AddTrustedRootBER(der.data(), static_cast<u16>(der.size()), id);
   }
-  /// A certificate to be used for whatever needs one, DER; with 1, another one.
+  /// A certificate for any purpose, DER; with 1, another one.
   static std::string RootBytes(int which = 0);
   /// The ID of that certificate.
   static std::string RootBytesID(int which = 0);

@@ -1,4 +1,4 @@
-// The session of the connection-manager transport: opening, connecting, closing, and whose it is.
+// The session of the connection-manager transport: opening, connecting, closing, and ownership.
 
 #include "krofx/transport/exchange/vyn_net_access.h"
 
@@ -86,7 +86,7 @@ TEST_F(VYNNetAccessTest, TakesACodeAsAFailureAlsoWithASession) {
   manager.openError = 7;
   EXPECT_EQ(access->InitConnection(), KRNetStatus_Failed);
   EXPECT_EQ(Texts(), Calls{"***VYN: VCOpenInet returns 7"});
-  // The session is kept all the same, so that the next attempt only connects.
+  // The session is still kept, so that the next attempt only connects.
   EXPECT_EQ(access->InitConnection(), KRNetStatus_Success);
   EXPECT_EQ(manager.calls, (Calls{"VCOpenInet()", "VCConnect(session)"}));
   EXPECT_EQ(AccessError(), 0u);
@@ -137,7 +137,7 @@ TEST_F(VYNNetAccessTest, ClosesItsSessionWhenItIsDestroyed) {
   EXPECT_EQ(manager.calls, Calls{"VCCloseInet(session)"});
 }
 
-// ---- A session of the host's ----
+// ---- A session of the host ----
 
 TEST_F(VYNNetAccessTest, ConnectsASessionOfTheHostsAndNeverOpensOrClosesIt) {
   char theirs = 0;
@@ -148,7 +148,7 @@ TEST_F(VYNNetAccessTest, ConnectsASessionOfTheHostsAndNeverOpensOrClosesIt) {
   EXPECT_EQ(access->EndConnection(), KRNetStatus_Success);
   EXPECT_EQ(manager.calls, Calls{"VCConnect(host's session)"});
   EXPECT_EQ(access->GetVYNSession(), nullptr);
-  // Forgotten, and so is that it was the host's.
+  // The session is forgotten, and also that it was the host's.
   EXPECT_EQ(access->InitConnection(), KRNetStatus_Success);
   EXPECT_EQ(manager.Names(), (Calls{"VCConnect", "VCOpenInet", "VCConnect"}));
 }
@@ -204,7 +204,7 @@ TEST_F(VYNNetAccessTest, FreesAllThatARequestHolds) {
   EXPECT_EQ(made->AddTrustedRootBER(der.data(), static_cast<u16>(der.size()), 4000), 1);
   EXPECT_EQ(made->AddExpectedSSLCertID("abc", 3), 1);
   EXPECT_EQ(made->AddExpectedSSLCertName("Quillon Bank"), 1);
-  // What is left behind is the leak checker's to find.
+  // The leak checker finds what is left over.
   EXPECT_EQ(access->DeleteNetRequest(made), KRNetStatus_Success);
 }
 

@@ -1,4 +1,4 @@
-// What an exchange brought: the reply, loaded once, and the headers that are kept.
+// The result of an exchange: the reply, which is loaded once, and the headers that are kept.
 
 #include <filesystem>
 #include <optional>
@@ -13,12 +13,12 @@ class VYNReplyTest : public VYNTest {
  protected:
   void SetUp() override { Connect(); }
 
-  /// Fetches a reply of that text.
+  /// Fetches a reply with the given text.
   void Fetch(const std::string& text) {
     manager.script.reply = text;
     ASSERT_EQ(Get("http://bank/"), KRNetStatus_Success);
   }
-  /// Makes `text` the headers of one exchange, behind those that are kept.
+  /// Makes `text` the headers of one exchange, after those that are kept.
   void FetchHeaders(const std::string& text) {
     request->SetSaveHeaders(1);
     manager.script.headers = text;
@@ -176,7 +176,7 @@ TEST_F(VYNReplyTest, FindsNothingBehindTheLastColonOrWithoutALineFeed) {
   FetchHeaders("a:1");
   EXPECT_EQ(Header("b"), std::nullopt);
   request->LoadHeaders();
-  // The file stands behind the first, in the same line.
+  // The second file comes after the first, on the same line.
   EXPECT_EQ(Header("a"), "1a:1");
 }
 

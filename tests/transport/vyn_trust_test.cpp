@@ -1,4 +1,4 @@
-// Which server is the right one: what may be added, and the decision over a chain in its order.
+// Which server is the right one: what may be added, and the checks of a chain in their order.
 
 #include <functional>
 #include <string>
@@ -14,7 +14,7 @@ using Words = std::vector<std::string>;
 
 class VYNTrustTest : public VYNTest {
  protected:
-  /// Asks the callback about a chain of these certificates, the server's last.
+  /// Calls the callback with a chain of these certificates, the server's last.
   u16 Ask(u32 rootID, const std::vector<std::string>& ders, u16 error = 0) {
     std::vector<SSLCertificateChain> chain(ders.size());
     for (std::size_t index = 0; index < ders.size(); ++index) {

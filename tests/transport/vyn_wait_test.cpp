@@ -1,4 +1,4 @@
-// How a call waits for its exchange, and what host code may do meanwhile.
+// How a call waits for its exchange, and what host code may do while it waits.
 
 #include <string>
 #include <vector>

@@ -1,4 +1,4 @@
-// The seam to the platform's clock and zone, and that no date depends on that zone.
+// The interface to the platform's clock and zone, and that no date depends on that zone.
 
 #include "krofx/values/internal/clock.h"
 
@@ -21,7 +21,7 @@ class FixedClock : public Clock {
   s32 LocalZoneOffset() override { return -12345; }
 };
 
-/// Puts the process into a zone for as long as it lives.
+/// Sets the zone of the process for the lifetime of the object.
 class Zone {
  public:
   explicit Zone(const char* name) {

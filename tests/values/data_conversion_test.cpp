@@ -20,7 +20,7 @@ class DataConversion : public ::testing::Test {
 
   static KRParseLogger& Log() { return *KRParseLogger::TheKRParseLogger(); }
 
-  // Takes the log's only warning out and gives its name and value, as "KRPW_BADFORMAT text".
+  // Removes the log's only warning and returns its name and value, as "KRPW_BADFORMAT text".
   static std::string OnlyWarning() {
     if (Log().Entries() != 1) return std::to_string(Log().Entries()) + " warnings";
     const KRParseException& warning = *Log().Get(0);
@@ -33,7 +33,7 @@ class DataConversion : public ::testing::Test {
     return text;
   }
 
-  // The whole of one enumeration: every keyword both ways, and what stands beyond.
+  // One whole enumeration: every keyword in both directions, and values beyond the last.
   template <class E>
   static void Check(u16 (*toString)(E, KRString&), u16 (*fromString)(const KRString&, E&),
                     const Words& words, bool warnsBeyond = false) {
@@ -335,7 +335,7 @@ TEST_F(DataConversion, AmountsFollowTheRuleOfTheTarget) {
   EXPECT_EQ(C::StringToRate("100.01", percent), 0);
 }
 
-// Reads `text` and gives the number, or the warning when there is one.
+// Reads `text` and returns the number, or the warning when there is one.
 template <class Number>
 std::string Read(u16 (*convert)(const KRString&, Number&), const char* text) {
   KRParseLogger& log = *KRParseLogger::TheKRParseLogger();

@@ -170,7 +170,7 @@ INSTANTIATE_TEST_SUITE_P(
                     // The year 1972 is not counted as a leap year until the parts of days add up.
                     CountCase{"19730101", "94608000000e3"}, CountCase{"20000301", "951868800000e3"},
                     CountCase{"99991231", "253402214400000e3"},
-                    // Before 1970, one second further back than the calendar.
+                    // Before 1970, one second lower than it should be.
                     CountCase{"19691231235959", "-2000e3"},
                     CountCase{"19691231235959.500", "-1500e3"},
                     CountCase{"19691231", "-86401000e3"}, CountCase{"19691231[-5]", "-68401000e3"},
@@ -182,7 +182,7 @@ TEST_F(DateArithmetic, DatesSubtractInSeconds) {
   EXPECT_EQ(Shown(later.SecondsBetween(earlier)), "129600250e3");
   EXPECT_EQ(Shown(earlier.SecondsBetween(later)), "-129600250e3");
   EXPECT_EQ(Shown(later.SecondsBetween(later)), "0e3");
-  // The second that the count before 1970 stands further back.
+  // The second by which the count before 1970 is too low.
   EXPECT_EQ(Shown(KRDateTime("19700101").SecondsBetween(KRDateTime("19691231235959"))), "2000e3");
 }
 
@@ -260,7 +260,7 @@ TEST_F(DateArithmetic, AddingACountClearsTheZone) {
   EXPECT_EQ(Shown(date), "1970-1-1 17:0:1.500 0/0 ");
   EXPECT_EQ((date += Number("-86400")), 1);
   EXPECT_EQ(Shown(date), "1969-12-31 17:0:1.500 0/0 ");
-  // The count before 1970 stands one second further back, and is read back as if it did not.
+  // The count before 1970 is one second too low, and is read back as if it were not.
   EXPECT_EQ((date += Number("0")), 1);
   EXPECT_EQ(Shown(date), "1969-12-31 17:0:0.500 0/0 ");
   date = "19700101120000[-3.5:NST]";
@@ -391,7 +391,7 @@ INSTANTIATE_TEST_SUITE_P(
         FieldSumCase{Date(9999, 12, 31), Date(0, 0, 0), 1, "9999-12-31 0:0:0.0 0/0 "},
         FieldSumCase{Date(9999, 12, 31), Date(0, 0, 1), 0, "9999-1-1 0:0:0.0 0/0 "},
         FieldSumCase{Date(9999, 6, 1), Date(1, 1, 0), 0, "9999-7-1 0:0:0.0 0/0 "},
-        // A month that is none has the length of the month that it would be counted on to.
+        // A month beyond 1 to 12 has the length of the month that it continues to.
         FieldSumCase{Date(2000, 0, 31), Date(0, 0, 1), 1, "2000-1-1 0:0:0.0 0/0 "}));
 
 TEST_F(DateArithmetic, ADateCanBeAddedToItself) {

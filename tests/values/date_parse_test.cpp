@@ -1,4 +1,4 @@
-// Reading dates, times and zones: every shape that is accepted, every flaw and its warning.
+// Reading dates, times and zones: every form that is accepted, every error and its warning.
 
 #include <gtest/gtest.h>
 
@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ReadCase{"19991231[-5:EST]", "1999-12-31 0:0:0.0 -5/0 EST"},
                     ReadCase{"1999123112[+1:CET]", "1999-12-31 12:0:0.0 1/0 CET"},
                     ReadCase{"19991231120000.000[12]", "1999-12-31 12:0:0.0 12/0 "},
-                    // What follows the zone is not looked at.
+                    // Text after the zone is ignored.
                     ReadCase{"19991231120000[1:CET]junk", "1999-12-31 12:0:0.0 1/0 CET"}));
 
 struct BadDateCase {
@@ -227,12 +227,12 @@ INSTANTIATE_TEST_SUITE_P(
                     ZoneCase{"[5.05]", 1, "5/5 ", 0}, ZoneCase{"[.5]", 1, "0/50 ", 0},
                     ZoneCase{"[5.]", 1, "5/0 ", 0}, ZoneCase{"[5-]", 1, "-5/0 ", 0},
                     ZoneCase{"[-]", 1, "0/0 ", 0}, ZoneCase{"[99]", 1, "99/0 ", 0},
-                    // Flaws that are passed over.
+                    // Errors that are ignored.
                     ZoneCase{"[]", 1, "0/0 ", 1}, ZoneCase{"[1:]", 1, "1/0 ", 1},
                     ZoneCase{"[1:AB]", 1, "1/0 AB", 1}, ZoneCase{"[1:ABCD]", 1, "1/0 ABC", 1},
                     ZoneCase{"[1:ABC", 1, "1/0 ABC", 1}, ZoneCase{"[1:AB", 1, "1/0 AB", 2},
                     ZoneCase{"[1:", 1, "1/0 ", 2},
-                    // Flaws that are not.
+                    // Errors that are not ignored.
                     ZoneCase{"-5:EST]", 0, "0/0 ", 1}, ZoneCase{"[:EST]", 0, "0/0 ", 1},
                     ZoneCase{"[EST]", 0, "0/0 ", 1}, ZoneCase{"[--5]", 0, "0/0 ", 1},
                     ZoneCase{"[5.-5]", 0, "0/0 ", 1}, ZoneCase{"[5.5.5]", 0, "0/0 ", 1},

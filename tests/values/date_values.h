@@ -16,7 +16,7 @@ inline std::string Shown(const KRDateTimeBase& d) {
          static_cast<const char*>(d.GetTimeZone());
 }
 
-/// Opens what derived classes may use.
+/// Makes the protected operations public.
 class OpenDate : public KRDateTime {
  public:
   using KRDateTime::KRDateTime;

@@ -130,7 +130,7 @@ TEST_F(DateWriting, AZoneNameBeyondTheFixedRoomIsWrittenWhole) {
   EXPECT_EQ(date.GetDateString(out), 0);
 }
 
-// A host may replace the rules, so no text may rest on them.
+// A host may replace the rules, so writing a text must not depend on them.
 class AnythingGoes : public KRDateTime {
  public:
   using KRDateTime::KRDateTime;

@@ -1,5 +1,5 @@
-// Plain dates and decimals are read and written as KRDateTime and KRPrecisionInteger read and write
-// them, without their warnings: what would be warned about is not read at all.
+// Plain dates and decimals are read and written like KRDateTime and KRPrecisionInteger, but a text
+// that would cause a warning there is not read here.
 
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ u16 WarningsSince(u16 before) {
   return static_cast<u16>(KRParseLogger::TheKRParseLogger()->Entries() - before);
 }
 
-// Reads a text in both ways; says whether the short one took it.
+// Reads a text in both ways; returns whether the plain form accepted it.
 bool TakesDate(const std::string& text) {
   PlainDate plain;
   const bool taken = ReadCommonDate(text.data(), text.size(), plain);

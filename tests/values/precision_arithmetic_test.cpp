@@ -20,7 +20,7 @@ class NumberArithmetic : public ValueTest {};
 const KRPercent checkedEarly(100, 0);
 const u16 validEarly = checkedEarly.IsValid();
 
-/// Opens the protected helpers.
+/// Makes the protected helpers public.
 class OpenNumber : public KRPrecisionInteger {
  public:
   explicit OpenNumber(const KRPrecisionInteger& n) : KRPrecisionInteger(n) {}

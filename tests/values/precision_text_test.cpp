@@ -85,15 +85,15 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{",-5", "-5e0", KRPW_BADFORMAT}, BadCase{"1e5", "15e0", KRPW_BADFORMAT},
         BadCase{"$5", "5e0", KRPW_BADFORMAT}, BadCase{"1:5", "15e0", KRPW_BADFORMAT},
         BadCase{"1/5", "15e0", KRPW_BADFORMAT}, BadCase{"\xB2", "0e0", KRPW_BADFORMAT},
-        // Of two errors the first is told.
+        // Of two errors the first is reported.
         BadCase{"x12345678901234567890123456789", "12345678901234567890123456789e0",
                 KRPW_BADFORMAT},
         BadCase{"12345678901234567890123456789x", "1234567890123456789012345678e0", KRPW_TOOLONG},
-        // The walk ends at the 29th digit, so the point behind it is not seen.
+        // Reading ends at the 29th digit, so the point after it is not read.
         BadCase{"12345678901234567890123456789.5", "1234567890123456789012345678e0", KRPW_TOOLONG},
         BadCase{"1.2345678901234567890123456789", "1234567890123456789012345678e28", KRPW_TOOLONG},
         BadCase{"00000000000000000000000000000", "0e0", KRPW_TOOLONG},
-        // The places are counted, not the digits: 30 of them are no valid number.
+        // The places are counted, not the digits: a number with 30 places is not valid.
         BadCase{".,,,,,,,,,,,,,,,,,,,,,,,,,,,,,5", "5e30", KRPW_BADFORMAT}));
 
 TEST_F(NumberText, AMalformedNumberIsReadOnPastTheLimitAndWraps) {
@@ -249,7 +249,7 @@ TEST_F(NumberText, WhatIsWrittenReadsBackEqual) {
     n = n * KRPrecisionInteger(static_cast<s32>(random() >> (random() % 32)), 0);
     EXPECT_EQ(n.SetDecimal(static_cast<u16>((random() >> 8) % 20)), 1);
     KRPrecisionInteger read;
-    // A whole number of 20 decimals can have more zeros in front than digits are allowed.
+    // A whole number of 20 decimals can have more leading zeros than digits are allowed.
     ASSERT_EQ(read.ConvertStringToKRPrecisionInteger(n), 1) << Shown(n);
     ASSERT_EQ(read == n, 1) << Shown(n);
   }

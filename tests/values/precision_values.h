@@ -7,8 +7,8 @@
 
 #include "krofx/values/precision_integer.h"
 
-/// A number as "sign magnitude e decimals", such as "-123450e2": unlike the OFX text it tells
-/// numbers of equal value and different scale apart, and shows invalid ones.
+/// A number as "sign magnitude e decimals", such as "-123450e2": unlike the OFX text, it
+/// distinguishes numbers of equal value and different scale, and shows invalid ones.
 inline std::string Shown(const KRPrecisionInteger& n) {
   __extension__ typedef unsigned __int128 Wide;
   Wide magnitude = (static_cast<Wide>(n.GetMSBytes()) << 64) |

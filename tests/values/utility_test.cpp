@@ -15,7 +15,7 @@
 
 namespace {
 
-// A clock that stands where it is put.
+// A clock that does not move by itself.
 class StoppedClock : public krofx::internal::Clock {
  public:
   StoppedClock() { krofx::internal::Clock::Replace(this); }
@@ -170,7 +170,7 @@ TEST_F(TransactionID, RefusesANullTarget) {
   EXPECT_EQ(KRUtility::GenerateTransactionID(nullptr), 0);
 }
 
-// The result, and the value or -1 when it was left alone.
+// The result, and the value, or -1 when it was not changed.
 std::pair<int, int> AscToUInt(const char* text, s16 exactDigits, s16 scaleDigits) {
   u16 value = 4711;
   const KRParseStatus status = KRUtility::AscToUInt(text, &value, exactDigits, scaleDigits);

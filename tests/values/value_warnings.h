@@ -38,7 +38,7 @@ class ValueTest : public testing::Test {
     KRParseLogger::TheKRParseLogger()->DeleteAll();
   }
 
-  /// Takes the warnings out of the log.
+  /// Removes the warnings from the log and returns them.
   static std::vector<SeenWarning> TakeWarnings() {
     KRParseLogger& logger = *KRParseLogger::TheKRParseLogger();
     std::vector<SeenWarning> seen;
@@ -51,7 +51,7 @@ class ValueTest : public testing::Test {
     return seen;
   }
 
-  /// The codes of the warnings, taken out of the log.
+  /// Removes the warnings from the log and returns their codes.
   static std::vector<KRParseWarning> TakeCodes() {
     std::vector<KRParseWarning> codes;
     for (const SeenWarning& warning : TakeWarnings()) codes.push_back(warning.code);

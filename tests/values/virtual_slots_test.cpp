@@ -1,5 +1,5 @@
-// The places of the virtual operations of numbers and dates, which hosts that were compiled earlier
-// go by.
+// The slots of the virtual operations of numbers and dates, on which hosts that were compiled
+// earlier depend.
 
 #include "support/virtual_slots.h"
 

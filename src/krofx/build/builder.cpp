@@ -1,4 +1,4 @@
-// The builder's frame: the build itself, tags, header lines, and lines of ready text.
+// The builder's core: the build itself, tags, header lines, and lines of finished text.
 
 #include "krofx/build/builder.h"
 
@@ -17,12 +17,12 @@ using krofx::internal::Put;
 
 namespace {
 
-// Room on the stack in which a short line is put together, so that it reaches the buffer in one
-// write. The longest tag of the dictionary fits with its end tag.
+// The size of the stack area in which a short line is composed, so that it is written to the buffer
+// at once. The longest tag of the dictionary fits, with its end tag.
 constexpr std::size_t kShortLine = 160;
 
-// The text of a tag; null for an id that is no tag. The dictionary is asked for each time because a
-// host may destroy it between two builds.
+// The text of a tag; null for an id that is not a tag. The dictionary is looked up each time
+// because a host may destroy it between two builds.
 const char* TagText(KRTagID tag) {
   const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
   return dictionary == nullptr ? nullptr : dictionary->GetTagString(tag);
@@ -87,7 +87,7 @@ KRBuildStatus KRBuilder::AddTag(KRTagType type, const char* text) {
   if (m_buffer == nullptr || text == nullptr) return KRBuildStatus_NullArgument;
   const std::size_t length = std::strlen(text);
   TagLine line;
-  // A caller's own text may be longer than any tag: then it goes to the buffer by itself.
+  // A caller's own text may be longer than any tag; it is then written to the buffer separately.
   const bool isShort = 2 * length + sizeof "</></>\n" <= kShortLine;
   const auto addText = [&] {
     if (isShort) return line.Add(text, length);
@@ -164,7 +164,7 @@ KRBuildStatus KRBuilder::AddBuffer(KRBuffer* source) {
   const u32 size = source->GetBufferSize();
   const u32 start = m_buffer->GetBufferOffset();
   if (m_buffer->Write(source) < 0) return KRBuildStatus_Fatal;
-  // An append that breaks off is not reported by the buffer.
+  // The buffer does not report an append that fails partway.
   if (m_buffer->GetBufferOffset() - start != size) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
   return KRBuildStatus_Done;
 }

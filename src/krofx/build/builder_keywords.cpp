@@ -1,7 +1,7 @@
 // How the builder writes keywords.
 //
-// keywords.schema says for each enumeration which of three ways its operation takes; the ways are
-// written here, once, and the operations themselves are generated from the same rows.
+// For each enumeration keywords.schema names one of three ways of writing. The three ways are here;
+// the operations themselves are generated from the same rows.
 
 #include "krofx/build/builder.h"
 #include "krofx/build/internal/writing.h"

@@ -1,7 +1,7 @@
 // How the builder writes strings: validity, escaping, CDATA, and the elements that are strings.
 //
-// Text is copied straight from the string into the buffer, in runs between the characters that need
-// a macro. Nothing is put together in between, so a text that needs nothing is one write.
+// Text is copied directly from the string into the buffer, in runs between the characters that need
+// a macro, so a text without such characters is one write.
 
 #include <cstring>
 
@@ -17,7 +17,7 @@ using krofx::internal::WithTag;
 
 namespace {
 
-// Writes up to a number of characters and drops what is beyond.
+// Writes up to a given number of characters and drops the rest.
 class LimitedOutput {
  public:
   LimitedOutput(KRBuffer& buffer, std::size_t limit) : m_buffer(buffer), m_left(limit) {}

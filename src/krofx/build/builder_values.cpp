@@ -16,7 +16,7 @@ using krofx::internal::WithTag;
 
 namespace {
 
-// Appends `count` times the same character.
+// Appends a character `count` times.
 void PutPadding(KRBuffer& buffer, char c, std::size_t count) {
   char block[64];
   std::memset(block, c, sizeof block);
@@ -24,8 +24,8 @@ void PutPadding(KRBuffer& buffer, char c, std::size_t count) {
   Put(buffer, block, count);
 }
 
-// Tells the classes whose text is that of KRPrecisionInteger. Their text can be written without
-// leaving a copy of it in the number; any other class may have a text of its own.
+// Whether the text of a value's class is that of KRPrecisionInteger. Such a text can be written
+// without storing a copy in the number; any other class may have a text of its own.
 bool HasTextOfBase(const KRPrecisionInteger& value) {
   const std::type_info& type = typeid(value);
   return type == typeid(KRPrecisionInteger) || type == typeid(KRPosPrecisionInteger) ||

@@ -1,4 +1,4 @@
-// The part of the arrays that does not depend on what they hold.
+// The part of arrays that does not depend on the type of their elements.
 
 #include "krofx/core/array.h"
 

@@ -66,7 +66,8 @@ KRBufferResult KRBuffer::operator+=(const KRBuffer* source) {
   const u32 size = source->m_size;
   if (size == 0) return KRBufferOK;
   if (source->m_data == nullptr) return KRBufferNoData;
-  // The source may be this buffer, which a write can move and cut: look at it anew each time.
+  // The source may be this buffer, whose memory and size change with a write: both are read again
+  // each time.
   for (u32 done = 0; done < std::min(size, source->m_allocation);) {
     const auto block =
         static_cast<u16>(std::min<u32>(std::min(size, source->m_allocation) - done, kBlockSize));
@@ -158,10 +159,10 @@ u16 KRBuffer::SetBufferOffset(u32 offset) {
   return 1;
 }
 
-// Bytes of content that are really there: SetBufferSize may have promised more.
+// Bytes of content that are in the memory: SetBufferSize may have set a larger size.
 u32 KRBuffer::Readable() const { return m_data != nullptr ? std::min(m_size, m_allocation) : 0; }
 
-// Exactly `count` bytes at the cursor, or none.
+// Reads exactly `count` bytes at the cursor, or none.
 KRBufferResult KRBuffer::GetBufData(char* out, u16 count) {
   if (m_offset > m_size || count > m_size - m_offset) return KRBufferOutOfRange;
   if (m_data == nullptr || out == nullptr) return KRBufferNoData;
@@ -171,7 +172,7 @@ KRBufferResult KRBuffer::GetBufData(char* out, u16 count) {
   return KRBufferOK;
 }
 
-// A write that does not simply fit.
+// A write that needs more allocation, or whose arguments are not valid.
 KRBufferResult KRBuffer::PutGrowing(const char* bytes, u16 count) {
   if (bytes == nullptr && count > 0) return KRBufferNoData;
   const std::uint64_t end = std::uint64_t{m_offset} + count;
@@ -189,13 +190,13 @@ KRBufferResult KRBuffer::PutGrowing(const char* bytes, u16 count) {
   return KRBufferOK;
 }
 
-// Writes a text without its NUL; its length goes through 16 bits.
+// Writes a text without its NUL; its length is taken modulo 65536.
 KRBufferResult KRBuffer::PutText(const char* text) {
   if (text == nullptr) return KRBufferNoData;
   return PutBufData(text, static_cast<u16>(std::strlen(text)));
 }
 
-// Adds at least `need` bytes to the allocation and says how many; 0 when it cannot.
+// Adds at least `need` bytes to the allocation. Returns how many; 0 when it cannot.
 u32 KRBuffer::GrowBuffer(u32 need) {
   if (need == 0 && m_growSize == 0) return 0;
   const u32 limit = GetMaxBufferSize();
@@ -205,8 +206,8 @@ u32 KRBuffer::GrowBuffer(u32 need) {
   return added;
 }
 
-// Raises the allocation; new bytes are zero. When new memory is needed it at
-// least doubles. It is not reallocated in place, which could leave sign-on text in freed memory.
+// Raises the allocation; new bytes are zero. When new memory is needed its size at least doubles.
+// It is not reallocated in place, which could leave sign-on text in freed memory.
 bool KRBuffer::SetAllocation(u32 allocation) {
   if (allocation > m_capacity) {
     const std::uint64_t doubled =

@@ -1,4 +1,4 @@
-// The allocation seam over malloc, with a per-thread failure plan for tests.
+// The allocation functions over malloc, with a per-thread failure plan for tests.
 
 #include "krofx/core/memory.h"
 
@@ -27,7 +27,7 @@ struct FailurePlan {
   bool andAllLater = false;
 };
 
-// Looked at for each allocation, so it must be found without a call.
+// Read at each allocation, so it must be accessible without a call.
 [[gnu::tls_model("initial-exec")]] constinit thread_local FailurePlan plan;
 
 }  // namespace
@@ -50,7 +50,8 @@ void Free(void* block) noexcept { std::free(block); }
 
 namespace {
 
-// A sanitizer sees the use of a destroyed object only if its memory went back to the system.
+// A sanitizer sees the use of a destroyed object only if its memory was freed by the system
+// allocator.
 bool IsPooled(std::size_t size) { return KROFX_POOLS != 0 && size <= kMaxPooled; }
 
 }  // namespace

@@ -150,7 +150,7 @@ u16 KRParseLogger::DeepCopyFrom(KRParseLogger* source) {
   if (source == nullptr) return 0;
   m_anyLogged = source->m_anyLogged;
   m_loggingEnabled = source->m_loggingEnabled;
-  // Counted once, so that a log copied into itself ends.
+  // Read once, so that copying a log into itself ends.
   const u16 count = source->Entries();
   for (u16 i = 0; i < count; ++i) {
     const KRParseException* original = source->Get(i);

@@ -22,7 +22,7 @@ constexpr char kCDATAClose[] = "]]>";
 constexpr u16 kCDATAOpenLength = sizeof(kCDATAOpen) - 1;
 constexpr u16 kCDATACloseLength = sizeof(kCDATAClose) - 1;
 
-/// How much of `text` counts: its length, or one more than a string takes.
+/// @return the length of `text`, or kMaxLength + 1 if it is longer than a string may be.
 std::size_t BoundedLength(const char* text) { return strnlen(text, KRString::kMaxLength + 1); }
 
 void RaiseAlarm() { KRSetFireAlarm(KRFireAlarm_MemoryExhausted); }
@@ -54,7 +54,7 @@ KRString::KRString(KRString&& source) noexcept
 }
 
 KRString& KRString::operator=(const KRString& source) {
-  // An empty source may have a buffer; it frees this one's all the same.
+  // An empty source may have a buffer, but this string's is freed in any case.
   ReplaceText(source.m_buffer, source.m_length);
   m_encoding = source.m_encoding;
   m_specLength = source.m_specLength;
@@ -69,7 +69,7 @@ void KRString::SetSpecLength(u16 length) { m_specLength = length; }
 
 void KRString::Truncate(u16 length) {
   if (m_buffer == nullptr || length == kNoSpecLength || length > m_allocated) return;
-  // A length equal to the allocated size names the byte after the buffer.
+  // A length equal to the allocated size would be the byte after the buffer.
   if (length < m_allocated) m_buffer[length] = '\0';
   UnlockBuffer();
 }
@@ -226,7 +226,7 @@ void KRString::ReleaseBuffer() {
   m_length = 0;
 }
 
-// Makes room for `size` bytes, keeping the text. Exact fit; 0 when there is no buffer.
+// Makes room for exactly `size` bytes, keeping the text. Returns 0 when there is no buffer.
 u16 KRString::AllocStringBuffer(u16 size) {
   if (size <= m_allocated) return m_buffer != nullptr ? 1 : 0;
   auto* grown = static_cast<char*>(AllocateSized(size));
@@ -258,8 +258,8 @@ u16 KRString::CopyString(const char* text) {
   return ReplaceText(text, static_cast<u16>(length));
 }
 
-// Puts a copy of `length` bytes in the place of the text; none free it. The bytes may be the
-// string's own.
+// Replaces the text by a copy of `length` bytes, which may be the string's own. With a length of 0
+// the text is freed.
 u16 KRString::ReplaceText(const char* text, u16 length) {
   if (length > kMaxLength) {
     RaiseAlarm();
@@ -270,7 +270,7 @@ u16 KRString::ReplaceText(const char* text, u16 length) {
     return 1;
   }
   if (length >= m_allocated) {
-    // The old text is not needed in the new place, so a fresh block is cheaper than moving it.
+    // The old text is not needed any more, so a new block is cheaper than moving the text.
     const auto size = static_cast<u16>(length + 1);
     auto* fresh = static_cast<char*>(AllocateSized(size));
     if (fresh != nullptr) std::memcpy(fresh, text, length);
@@ -311,7 +311,7 @@ KRString operator+(const KRString& left, const KRString& right) {
   const bool tooLong = length > KRString::kMaxLength;
   if (tooLong) RaiseAlarm();
   if (length == 0) {
-    // Null: an empty buffer is not copied.
+    // The result stays null: an empty buffer is not copied.
   } else if (tooLong || sum.AllocStringBuffer(static_cast<u16>(length + 1)) == 0) {
     sum.ReplaceText(left.m_buffer, left.m_length);
   } else {
@@ -341,7 +341,7 @@ KRUserPassword& KRUserPassword::operator=(const char* text) {
 }
 
 KREMailMsgBody& KREMailMsgBody::operator=(const KRString& source) {
-  // Read first: the source may be this very string.
+  // Read first, since the source may be this string.
   const u16 limit = source.SpecLength() == 10000 ? 10000 : 2000;
   KRString::operator=(source);
   KRString::SetSpecLength(limit);

@@ -1,5 +1,5 @@
-// The dictionary of tags: its two lookups, the hash in front of the lookup by text, and the one
-// instance over the table of all tags.
+// The dictionary of tags: its two lookups, the hash for exact lookups by text, and the one instance
+// with the table of all tags.
 
 #include "krofx/core/tag_dictionary.h"
 
@@ -29,7 +29,7 @@ namespace {
 // Indexes into a lookup by text must fit 15 bits.
 constexpr u16 kMostSearchableRows = 32767;
 
-// Not the platform's tolower: a tag means the same whatever the host's locale is.
+// Not the platform's tolower: the meaning of a tag must not depend on the host's locale.
 int Lower(char c) {
   const int value = static_cast<unsigned char>(c);
   return value >= 'A' && value <= 'Z' ? value + ('a' - 'A') : value;
@@ -66,8 +66,8 @@ std::uint64_t LoadWord(const char* text) {
   return word;
 }
 
-// The first and the last eight characters, or less where the text is short, tell all but a few tags
-// of one length apart.
+// The first and the last eight characters, or fewer in a short text, distinguish all but a few tags
+// of the same length.
 u32 Hash(const char* text, u16 length) {
   std::uint64_t first = 0;
   std::uint64_t last = 0;
@@ -87,7 +87,7 @@ u32 Hash(const char* text, u16 length) {
   return static_cast<u32>((sum ^ sum >> 29) >> 32);
 }
 
-// Half of the places stay free at least, so that a search for an unknown text ends soon.
+// At least half of the places stay free, so that a search for an unknown text ends soon.
 u32 HashPlaces(u16 rows) {
   u32 places = 1;
   while (places < 2U * rows) places *= 2;
@@ -160,7 +160,8 @@ u16 TagDictionary::MakeLookupByText() {
   for (u16 i = 0; i < m_count; ++i) {
     m_lookupByText[i] = {&m_table[i], static_cast<u16>(std::strlen(m_table[i].text))};
   }
-  // Not by sCompareTag: a lookup on another thread may change what that goes by in mid-sort.
+  // Not by sCompareTag, which uses m_compareType: a lookup on another thread may change it during
+  // the sort.
   std::qsort(m_lookupByText, m_count, sizeof *m_lookupByText, CompareRowsExactly);
 
   if (places != 0) {
@@ -205,7 +206,8 @@ u16 TagDictionary::AreTagIDsContiguous() const {
 
 const KRTagDictionaryEntry* TagDictionary::GetTagID(const char* text, u16 length, KRTagID* id,
                                                     KRCaseType type) const {
-  // Only a change is stored, so that threads with the same rule do not pass a cache line about.
+  // Stored only when it changes, so that threads with the same type do not contend for a cache
+  // line.
   if (m_compareType.load(std::memory_order_relaxed) != type) {
     m_compareType.store(type, std::memory_order_relaxed);
   }
@@ -298,7 +300,7 @@ KRTagDictionary* KRTagDictionary::TheKRTagDictionary() {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return nullptr;
   }
-  // One that finds nothing is not kept, or the process could never parse again.
+  // A dictionary that finds nothing is not kept: otherwise the process could never parse again.
   if (!dictionary->IsUsable()) {
     delete dictionary;
     return nullptr;

@@ -2,11 +2,11 @@
 //
 // The table of threads has the state of all threads, under one lock. Each thread caches its own
 // row, so that finding its logger takes no lock and no search. A cache is current while its
-// generation is the table's, which rises whenever a thread changes the row of another thread.
+// generation equals the table's, which rises whenever a thread changes the row of another thread.
 //
-// A thread that the library has not met yet counts as attached: its alarm is in its cache, and
-// it gets its row and its logger when it first asks for the logger or for its id. So raising the
-// alarm takes no memory on any thread.
+// A thread that has never been attached counts as attached: its alarm is in its cache, and it gets
+// its row and its logger when it first asks for the logger or for its id. So raising the alarm
+// takes no memory on any thread.
 
 #include "krofx/core/thread.h"
 
@@ -26,7 +26,7 @@ u16 KRDynamicArrayKRThreadMapBase::SetVal(u16, KRThreadMapRow) { return 0; }
 
 namespace krofx::internal {
 
-// The way to the alarm in a logger.
+// Access to the alarm in a logger.
 struct ThreadAccess {
   static KRFireAlarm& FireAlarm(KRParseLogger& logger) { return logger.m_fireAlarm; }
 };
@@ -42,7 +42,7 @@ constexpr u16 kTableGrowStep = 5;
 constexpr u16 kNoRow = 0xffff;
 
 constinit std::mutex tableMutex;
-// Set by the process detach: no thread attaches itself any more.
+// Set by the process detach; after it no thread attaches itself.
 constinit bool isShutDown = false;
 constinit std::atomic<std::uint64_t> tableGeneration = 1;
 
@@ -50,18 +50,18 @@ struct ThreadCache {
   std::uint64_t generation = 0;  // of the table when `logger` was read from it
   KRParseLogger* logger = nullptr;
   u32 threadId = 0;
-  // The alarm of a thread that has not been met.
+  // The alarm of a thread that has never been attached.
   KRFireAlarm alarm = KRFireAlarm_None;
-  // The thread has had a row or gave one up by itself; it does not attach itself again.
+  // The thread has had a row, or was detached explicitly; it does not attach itself again.
   bool isMet = false;
 };
 
-// Looked at for each warning and each value that is read, so it must be found without a call.
+// Read for each warning and each value that is parsed, so it must be accessible without a call.
 [[gnu::tls_model("initial-exec")]] constinit thread_local ThreadCache cache;
 
-// Runs a function at the end of each thread that asked for it. The system's thread keys serve
-// better here than a thread_local destructor: they run after all of those, so that the host's
-// thread_local objects can still use the library in their destructors.
+// Runs a function at the end of each thread that armed it. It uses the system's thread keys and not
+// a thread_local destructor: the keys' functions run after all such destructors, so that the host's
+// thread_local objects can still use the library in theirs.
 class ThreadEndHook {
  public:
   constexpr ThreadEndHook() = default;
@@ -71,10 +71,10 @@ class ThreadEndHook {
     m_state = kGone;
   }
 
-  // Has `function` called at the calling thread's end. The table's lock is held.
+  // Makes `function` run at the calling thread's end. Called with the table's lock held.
   void Arm(void (*function)(void*)) {
     if (m_state == kNotMade && pthread_key_create(&m_key, function) == 0) m_state = kMade;
-    // Any value but null has the function called.
+    // The function is called for any value except null.
     if (m_state == kMade) pthread_setspecific(m_key, this);
   }
 
@@ -101,7 +101,7 @@ void EndThread(void*) {
   if (!CacheIsCurrent()) RefreshCache(false);
   const bool wasAttached = cache.logger != nullptr;
   KRLibraryNotification(KRLibraryEvent_ThreadDetach);
-  // What still runs on this thread may attach it once more; the hook is then armed again too.
+  // Code that still runs on this thread may attach it once more, which arms the hook again.
   if (wasAttached) cache = {};
 }
 
@@ -122,7 +122,7 @@ bool MakeTable() {
   return KRThreadMap != nullptr;
 }
 
-// A thread's logger in the table, put there if need be; null when memory does not suffice.
+// Returns a thread's logger in the table, adding it if necessary; null when memory is exhausted.
 KRParseLogger* AddRow(u32 threadId) {
   if (!MakeTable()) return nullptr;
   const u16 index = FindRow(threadId);
@@ -137,7 +137,7 @@ KRParseLogger* AddRow(u32 threadId) {
   return nullptr;
 }
 
-// Takes a thread's row out. Gives its logger, for the caller to delete without the lock; null when
+// Removes a thread's row. Returns its logger, for the caller to delete without the lock; null when
 // there was no row.
 KRParseLogger* RemoveRow(u32 threadId) {
   const u16 index = FindRow(threadId);
@@ -151,7 +151,7 @@ KRParseLogger* RemoveRow(u32 threadId) {
 
 void OutdateCaches() { tableGeneration.fetch_add(1, std::memory_order_release); }
 
-// Notes in the calling thread's cache what the table says of it; null is not attached.
+// Stores the calling thread's row in its cache; null means not attached.
 void FillCache(KRParseLogger* logger) {
   if (logger != nullptr) {
     if (cache.alarm != KRFireAlarm_None) ThreadAccess::FireAlarm(*logger) = cache.alarm;
@@ -178,8 +178,8 @@ u16 Attach(u32 threadId) {
 
 // --- Without it ----------------------------------------------------------------------------------
 
-// Makes the cache count, if the table can say what the thread is. It cannot of a thread that has
-// not been met, unless `mayAttach` lets that be attached now and memory suffices.
+// Makes the cache current, if the thread has or had a row in the table. A thread that never had one
+// is attached now if `mayAttach` allows it and there is enough memory.
 void RefreshCache(bool mayAttach) {
   const std::lock_guard lock(tableMutex);
   const u16 index = FindRow(ThreadId());

@@ -1,4 +1,5 @@
-// Payroll amounts: their kinds, their text, and what the kinds mean for comparing and calculating.
+// Payroll amounts: their kinds, their text, and the effect of the kinds on comparisons and
+// arithmetic.
 
 #include "krofx/payroll/payroll_amount.h"
 
@@ -7,10 +8,11 @@
 
 namespace {
 
-// The most characters that the text of an amount has.
+// The most characters that the text of an amount may have.
 constexpr std::size_t kMostText = 30;
 
-// The text of an amount while it grows, in room for KRPrecisionInteger::kTextSize characters.
+// The text of an amount that is being written, with room for KRPrecisionInteger::kTextSize
+// characters.
 class Rendering {
  public:
   Rendering(char* text, std::size_t length) : m_text(text), m_length(length) {}
@@ -47,7 +49,7 @@ void RenderDollars(Rendering& text) {
     return;
   }
   text.Insert(0, '$');
-  // The base writes no point without digits behind it.
+  // The base class writes no point without digits after it.
   const std::size_t point = text.Find('.');
   if (point == text.Length()) {
     if (text.Length() + 3 <= kMostText) text.Append(".00");
@@ -128,7 +130,7 @@ KRPayrollAmount::operator char*() {
   if (m_dollarKind != 0) {
     RenderDollars(rendering);
   } else if (m_percent != 0) {
-    // No text of the base has a zero to spare for the sign.
+    // No text of the base class has room for both a zero and the sign.
     if (rendering.Length() < kMostText) {
       rendering.Append("%");
     } else {

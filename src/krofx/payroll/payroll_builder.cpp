@@ -1,4 +1,4 @@
-// How payroll values are written behind their tags.
+// Writes payroll values after their tags.
 
 #include "krofx/payroll/payroll_builder.h"
 
@@ -9,7 +9,7 @@
 #include "krofx/payroll/payroll_date_time.h"
 
 KRBuildStatus KRPayrollBuilder::AddPayrollAmount(const KRPayrollAmount& value) {
-  // Null when memory ran out, which the fire alarm reports.
+  // Null when memory was exhausted, which the fire alarm reports.
   const char* const text = value;
   return text == nullptr ? AddLine("", 0) : AddLine(text, std::strlen(text));
 }

@@ -1,7 +1,7 @@
-// The conversions between payroll values and their text.
+// Conversions between payroll values and their text.
 //
-// Those of the keywords are generated from keywords.schema into KRPayrollDataConversionBase; those
-// of amounts and dates stand here.
+// The conversions of keywords are generated from keywords.schema into KRPayrollDataConversionBase;
+// those of amounts and dates are here.
 
 #ifndef KROFX_PAYROLL_PAYROLL_DATA_CONVERSION_H_
 #define KROFX_PAYROLL_PAYROLL_DATA_CONVERSION_H_
@@ -12,8 +12,8 @@
 #include "krofx/payroll/payroll_amount.h"
 #include "krofx/payroll/payroll_date_time.h"
 
-/// Turns payroll values into text and back. All operations are static. The result is 1, or 0 after
-/// a warning in the thread's log; a failed conversion to a keyword leaves its target unchanged.
+/// Converts payroll values to text and back. All operations are static and return 1, or 0 after a
+/// warning in the thread's log. A failed conversion to a keyword leaves its target unchanged.
 class KROFX_API KRPayrollDataConversion : public krofx::internal::KRPayrollDataConversionBase {
  public:
   /// Reads an amount, a percentage, a number or a blank value by the virtual conversion of `out`.

@@ -28,6 +28,6 @@ u16 KRPayrollDateTime::operator=(const char* text) {
 u16 KRPayrollDateTime::GetDateString(KRString& out) {
   if (m_empty == 0) return KRDateTime::GetDateString(out);
   out = KRString(kBlankText);
-  // The text did not arrive when memory ran out.
+  // The text is missing when memory was exhausted.
   return out.IsEmpty() == 0;
 }

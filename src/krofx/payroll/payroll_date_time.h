@@ -9,10 +9,10 @@
 #include "krofx/values/date_time.h"
 
 /// A date with an optional time, which may be blank. Comparisons and arithmetic are those of the
-/// base and do not ask whether a date is blank.
+/// base class and ignore whether a date is blank.
 class KROFX_API KRPayrollDateTime : public KRDateTime {
  public:
-  /// All fields zero, no zone, not blank: no valid date.
+  /// All fields zero, no zone, not blank: not a valid date.
   KRPayrollDateTime() noexcept = default;
   /// Parses `text`; the texts of a blank value make a blank date with all fields zero.
   explicit KRPayrollDateTime(const char* text);
@@ -21,18 +21,18 @@ class KROFX_API KRPayrollDateTime : public KRDateTime {
                     s16 millisecond) noexcept;
 
   using KRDateTime::operator=;
-  /// Reads a date, or one of the texts of a blank value, which change nothing but that the date is
-  /// blank. A date that was blank stays blank, whatever is read, until SetEmpty(0).
+  /// Reads a date, or one of the texts of a blank value, which only make the date blank. A date
+  /// that was blank stays blank, whatever is read, until SetEmpty(0).
   /// @return 1 when the text was read; otherwise 0 after a warning.
   u16 operator=(const char* text) override;
 
   using KRDateTime::GetDateString;
   /// Writes "^@~*" for a blank date, otherwise the text of the base.
-  /// @return 1, or 0 when the date is not blank and not valid, or memory is exhausted; then `out`
-  ///         is unchanged.
+  /// @return 1; 0, with `out` unchanged, when the date is neither blank nor valid, or memory is
+  ///         exhausted.
   u16 GetDateString(KRString& out) override;
 
-  /// 1 when the date is blank.
+  /// @return 1 when the date is blank.
   u16 IsEmpty() const { return m_empty; }
   /// Makes the date blank or not; the fields stay.
   void SetEmpty(u16 empty) { m_empty = empty != 0; }

@@ -1,5 +1,5 @@
-// Where the payroll sign-on departs from the pattern: two texts that are present under other tags
-// than they are written under.
+// Operations of the payroll sign-on that differ from other aggregates': for two texts, the tag that
+// makes them present is not the tag under which they are written.
 
 #include "krofx/build/builder.h"
 #include "krofx/model/internal/aggregate.h"

@@ -1,9 +1,10 @@
-// The address in a tax summary: a part of the object, so that there is always one, and only one.
+// The address in a tax summary, which is a part of the object: there is always exactly one.
 
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/payroll/taxes.h"
 
-// A second address in a text is read over the first, where a child by pointer would be replaced.
+// A second address in a text is read into the same object, where an ordinary child would be
+// replaced.
 KRParseStatus KREmployeeTaxSummary::HandleTagStart(const KRTagDictionaryEntry* const entry) {
   if (entry->tagID == KRTag_N_ADDRINFO) {
     return PushAndSetObject(&m_addrInfo, KRTag_N_ADDRINFO);
@@ -16,7 +17,7 @@ u16 KREmployeeTaxSummary::SetMsgSetVersion(u16 version) {
   return KRDataObj::SetMsgSetVersion(version);
 }
 
-// An address that is not present is no child: nobody should look for what is missing in it.
+// An address that is not present is not a child, so that no search looks for missing tags in it.
 KRDataObj* KREmployeeTaxSummary::GetChild(u16 index) const {
   if (index > 0) return KRDataObj::GetChild(static_cast<u16>(index - 1));
   if (ValidateTag(KRTag_N_ADDRINFO) == 0) return nullptr;

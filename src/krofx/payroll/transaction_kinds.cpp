@@ -1,4 +1,4 @@
-// Which payroll transactions take a direct deposit back.
+// Which payroll transactions take back a direct deposit.
 
 #include "krofx/payroll/paychecks.h"
 

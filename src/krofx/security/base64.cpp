@@ -1,4 +1,4 @@
-// KREncode and KRDecode: a buffer in, a buffer out. What they share is written once, for both
+// KREncode and KRDecode, from a buffer to a buffer. What they share is written once, for both
 // directions.
 
 #include "krofx/security/base64.h"
@@ -19,17 +19,17 @@ struct Direction {
   int (*init)(AlgorithmObject*);
   CodeUpdate update;
   CodeFinal final;
-  // Bytes that the output of so many bytes of input may take.
+  // The most bytes of output for a number of bytes of input.
   std::uint64_t (*room)(u32);
 };
 
-// Twice the input is enough from two bytes on; one byte takes a group of four.
+// Twice the input is enough for two bytes or more; one byte needs a group of four.
 constexpr Direction kEncode = {EncodeInit, EncodeUpdate, EncodeFinal,
                                [](u32 input) { return input == 1 ? 4 : std::uint64_t{2} * input; }};
 constexpr Direction kDecode = {DecodeInit, DecodeUpdate, DecodeFinal,
                                [](u32 input) { return std::uint64_t{input}; }};
 
-// Replaces the algorithm object by a fresh one that is ready for the direction.
+// Replaces the algorithm object by a new one that is ready for the direction.
 bool SetUp(AlgorithmObject*& algorithm, KRAlgorithmChooser chooser, const Direction& direction) {
   DestroyAlgorithmObject(algorithm);
   algorithm = CreateAlgorithmObject();
@@ -39,7 +39,7 @@ bool SetUp(AlgorithmObject*& algorithm, KRAlgorithmChooser chooser, const Direct
 // Codes the whole input into the output.
 bool Code(AlgorithmObject* algorithm, const KRBuffer* input, KRBuffer& output,
           const Direction& direction) {
-  // An output that is its own input would be written over while it is read.
+  // An output that is also the input would be overwritten while it is read.
   if (input == &output) return false;
   const ByteView bytes = ViewOf(input);
   if (bytes.data == nullptr) return false;
@@ -49,7 +49,7 @@ bool Code(AlgorithmObject* algorithm, const KRBuffer* input, KRBuffer& output,
   char* const out = RoomIn(output, room);
   u32 written = 0;
   u32 rest = 0;
-  // What a failed use left behind must not count in this one, hence the fresh start.
+  // Initialised again, so that nothing from a failed use is left.
   if (out == nullptr || direction.init(algorithm) != 0 ||
       direction.update(algorithm, out, room, &written, bytes.data, bytes.length) != 0 ||
       direction.final(algorithm, out + written, room - written, &rest) != 0) {

@@ -1,4 +1,4 @@
-// KRCert: one certificate over the toolkit's.
+// KRCert: one certificate, on top of the toolkit's.
 
 #include "krofx/security/certificate.h"
 
@@ -32,7 +32,7 @@ namespace {
 
 constexpr u32 kMaxPublicKey = 65535;
 
-// The date of a count of seconds, which may lie outside the 32 bits that dates take by assignment.
+// The date of a count of seconds, which may exceed the 32 bits that a date's assignment takes.
 KRDateTime DateOf(std::int64_t seconds) {
   constexpr std::int64_t kSecondsInDay = 86400;
   const std::int64_t days = seconds / kSecondsInDay - (seconds % kSecondsInDay < 0 ? 1 : 0);
@@ -96,8 +96,8 @@ KRSecStatus KRCert::SetCertBER(const char* ber, u16 length) {
   return Load(ber, length) ? KRSecStatus_Success : KRSecStatus_BERCertRejected;
 }
 
-// Replaces the certificate, by none when the bytes are none. The old one goes last, since the bytes
-// may be its own.
+// Replaces the certificate; if the bytes are not a certificate there is none afterwards. The old
+// one is released last, since the bytes may belong to it.
 bool KRCert::Load(const char* ber, u32 length) {
   CertificateObject* fresh = CreateCertificateObject();
   CertificateFields fields;

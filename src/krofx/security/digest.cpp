@@ -1,4 +1,4 @@
-// KRDigest: a buffer or a text in, a digest out.
+// KRDigest: the digest of a buffer or a text.
 
 #include "krofx/security/digest.h"
 
@@ -60,7 +60,7 @@ KRSecStatus KRDigest::DigestData() {
     input = {*m_inputString, m_inputString->GetStrLength()};
   }
   if (input.data == nullptr) return KRSecStatus_DigestFailed;
-  // What a failed digest took in must not count in this one.
+  // Initialised again, so that nothing from a failed digest is left.
   if (DigestInit(m_algorithm) != 0 || DigestUpdate(m_algorithm, input.data, input.length) != 0) {
     return KRSecStatus_DigestFailed;
   }

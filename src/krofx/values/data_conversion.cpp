@@ -15,7 +15,7 @@ u16 Refuse(KRParseWarning warning, const KRString& text) {
   return 0;
 }
 
-// Reads a whole number, with its sign; decimals are allowed when they change nothing.
+// Reads a whole number, with its sign; decimals are allowed if they are all zero.
 u16 ReadWhole(const KRString& text, KRPrecisionInteger& number) {
   if (!number.ConvertStringToKRPrecisionInteger(text)) return 0;
   if (number.Decimal() > 0) {
@@ -26,7 +26,7 @@ u16 ReadWhole(const KRString& text, KRPrecisionInteger& number) {
   return 1;
 }
 
-// Reads a whole number that passes `fits`, by magnitude or with its sign as `get` has it.
+// Reads a whole number that passes `fits`; `get` takes its magnitude, or the number with its sign.
 template <class Number>
 u16 ReadWhole(const KRString& text, Number& out, u16 (KRPrecisionInteger::*fits)() const,
               Number (KRPrecisionInteger::*get)() const) {
@@ -80,7 +80,7 @@ u16 KRDataConversion::StringToRate(const KRString& text, KRPercent& out) {
 u16 KRDataConversion::StringToSShort(const KRString& text, s16& out) {
   KRPrecisionInteger number;
   if (!ReadWhole(text, number)) return 0;
-  // The magnitude of the lowest value is one beyond what FitInASShort takes.
+  // The magnitude of the lowest value is one more than FitInASShort allows.
   constexpr u16 kLowestMagnitude = 32768;
   if (number.FitInAUShort() && number.GetKRULong() == kLowestMagnitude && number.IsNegative()) {
     out = -32768;

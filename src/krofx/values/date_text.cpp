@@ -1,7 +1,7 @@
 // The text of dates and times: parsing and writing YYYYMMDDHHMMSS.XXX[gmt:tz].
 //
-// Parsing reads straight from the caller's text and writing formats in place, since statements
-// carry several dates for each transaction.
+// Parsing reads directly from the caller's text, and writing formats in place, since statements
+// have several dates for each transaction.
 
 #include <cstdlib>
 #include <cstring>
@@ -28,7 +28,7 @@ namespace {
 constexpr std::size_t kDateLength = 8;
 constexpr std::size_t kZoneNameLength = 3;
 
-// Room that the text forms take in the string that receives them, terminator included.
+// Bytes that the texts take in the string that receives them, terminator included.
 constexpr std::size_t kDateTextSize = 39;
 constexpr std::size_t kTimeTextSize = 31;
 
@@ -36,14 +36,14 @@ bool Contains(const char* text, std::size_t length, char c) noexcept {
   return length != 0 && std::memchr(text, c, length) != nullptr;
 }
 
-/// A text under way: the digits up to the offset, whatever the fields hold.
+/// A text that is being written: the digits up to the offset, whatever the fields hold.
 struct TextHead {
   char text[80];
   char* end = text;
 };
 
-/// Puts the head, ":" and the zone name if there is one, and the bracket that closes it into `out`,
-/// which is given at least `size` bytes.
+/// Writes the head, then ":" and the zone name if there is one, then the closing bracket into
+/// `out`, which gets at least `size` bytes.
 u16 Store(KRString& out, std::size_t size, const TextHead& head, const ZoneName* zone,
           bool closeBracket) {
   const std::size_t headLength = static_cast<std::size_t>(head.end - head.text);
@@ -96,7 +96,8 @@ u16 KRDateTimeBase::ExtractTimeZone(const char* zone) {
 }
 
 u16 KRDateTimeBase::ReadZone(const char* zone, std::size_t length) {
-  // Past this many hours an offset is out of range whatever follows, so digits no longer count.
+  // Beyond this many hours an offset is out of range whatever follows, so further digits are
+  // ignored.
   constexpr s16 kMostHours = 999;
   constexpr int kMostFractionDigits = 2;
 
@@ -194,7 +195,7 @@ u16 KRDateTimeBase::ParseTime(const char* text, std::size_t length) {
 bool KRDateTimeBase::ReadClock(const char* text, std::size_t length) noexcept {
   constexpr std::size_t kPointPosition = 6;
   constexpr s16 kMillisecondDigits = 3;
-  // From the end, each part taking what the later ones left.
+  // Read from the end: each part is what the later ones have left.
   if (length > kPointPosition && text[kPointPosition] == '.') {
     const std::size_t behind = kPointPosition + 1;
     if (!ReadDigits(text + behind, length - behind, m_millisecond, 0, kMillisecondDigits)) {

@@ -213,7 +213,7 @@ std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
   std::int64_t seconds = 0;
   std::int64_t milliseconds = 0;
   std::int64_t years = 0;
-  // How far the zone moves the count, along the direction of counting.
+  // How far the zone shifts the count, in the direction of counting.
   const std::int64_t direction = beforeEpoch ? -1 : 1;
   if (!beforeEpoch) {
     years = m_year - kEpochYear;
@@ -222,8 +222,8 @@ std::int64_t KRDateTimeBase::GMTMilliseconds() const noexcept {
     seconds = m_second;
     milliseconds = m_millisecond;
   } else {
-    // Backwards from the start of 1970. The seconds and the milliseconds each count their full
-    // unit, which sets all these instants one second further back than the calendar does.
+    // Counts backwards from the start of 1970. Seconds and milliseconds both count a full unit,
+    // which makes each of these counts one second lower than the calendar's.
     years = kEpochYear - 1 - m_year;
     hours = (DaysInYear(m_year) - dayOfYear) * 24 + (23 - m_hour);
     minutes = 59 - m_minute;

@@ -1,4 +1,4 @@
-// The language value: nothing but its text.
+// The language value, which is only a text.
 
 #include "krofx/values/language.h"
 

@@ -1,8 +1,9 @@
 // Exact decimals: arithmetic, comparison, conversion and the binary form. Their text is in
 // precision_text.cpp.
 //
-// The magnitude is three 32-bit words in the object and one 128-bit integer in here. Cutting a
-// 128-bit result to 96 bits gives the same as 96-bit arithmetic that loses its carries.
+// The magnitude is three 32-bit words in the object and one 128-bit integer in this file.
+// Truncating a 128-bit result to 96 bits gives the same as 96-bit arithmetic that drops its
+// carries.
 
 #include "krofx/values/precision_integer.h"
 
@@ -11,7 +12,7 @@
 
 namespace krofx::internal {
 
-/// The arithmetic on whole magnitudes, next to the class that holds them as words.
+/// The arithmetic on magnitudes as one integer, for the class that holds them as words.
 struct DecimalCore {
   static u128 Magnitude(const KRPrecisionInteger& n) noexcept {
     return (u128{n.m_high} << 64) | (std::uint64_t{n.m_middle} << 32) | n.m_low;
@@ -23,8 +24,8 @@ struct DecimalCore {
     n.m_high = static_cast<u32>(magnitude >> 64);
   }
 
-  /// Multiplies by 10 `places` times. As a sum that comes out as zero, a magnitude that overflows
-  /// to exactly zero turns positive.
+  /// Multiplies by 10 `places` times. A magnitude that overflows to exactly zero becomes positive,
+  /// as a sum of zero does.
   static void Multiply(KRPrecisionInteger& n, u32 places) noexcept {
     const u128 magnitude = Magnitude(n);
     const u128 scaled = ScaleUp(magnitude, places);
@@ -32,7 +33,7 @@ struct DecimalCore {
     SetMagnitude(n, scaled);
   }
 
-  /// Gives the number with fewer decimals those of the other.
+  /// Scales the number with fewer decimals up to the decimals of the other.
   static void Align(KRPrecisionInteger& a, KRPrecisionInteger& b) noexcept {
     KRPrecisionInteger& fewer = a.m_decimals < b.m_decimals ? a : b;
     const u16 decimals = a.m_decimals < b.m_decimals ? b.m_decimals : a.m_decimals;
@@ -40,7 +41,7 @@ struct DecimalCore {
     fewer.m_decimals = decimals;
   }
 
-  /// Below 0, 0 or above 0, as a comparison of `a` and `b` gives.
+  /// @return a number below 0, 0 or above 0, as `a` is less than, equal to or greater than `b`.
   static int Compare(const KRPrecisionInteger& a, const KRPrecisionInteger& b) noexcept {
     if (a.m_sign != b.m_sign) return a.m_sign == -1 ? -1 : 1;
     u128 left = Magnitude(a);
@@ -54,7 +55,7 @@ struct DecimalCore {
     return (left > right) == (a.m_sign != -1) ? 1 : -1;
   }
 
-  /// Adds `b`, whose content is used up.
+  /// Adds `b`, whose value is lost.
   static void Add(KRPrecisionInteger& a, KRPrecisionInteger& b) noexcept {
     if (a.m_decimals != b.m_decimals) Align(a, b);
     const u128 left = Magnitude(a);

@@ -15,7 +15,7 @@ using krofx::internal::WriteDecimal;
 
 namespace {
 
-/// What a number's text holds, read without regard to any rule about the number.
+/// The parts of a number's text, before any rule about the number is checked.
 struct DecimalReading {
   u128 magnitude = 0;
   s16 sign = 1;
@@ -26,7 +26,7 @@ struct DecimalReading {
 
 DecimalReading ReadDecimal(const char* text, std::size_t length) noexcept {
   constexpr unsigned kMostDigits = 28;
-  // So many digits fit 64 bits, where nearly all numbers end.
+  // This many digits fit 64 bits, and nearly all numbers have no more.
   constexpr unsigned kWordDigits = 19;
 
   DecimalReading reading;
@@ -49,7 +49,7 @@ DecimalReading ReadDecimal(const char* text, std::size_t length) noexcept {
         if (digits == kWordDigits) reading.magnitude = word;
         reading.magnitude = reading.magnitude * 10 + digit;
       }
-      // A malformed text is read on past the limit, and its magnitude may overflow.
+      // Reading of a malformed text continues beyond the limit, and its magnitude may overflow.
       if (digits < kMostDigits) ++digits;
       continue;
     }
@@ -127,7 +127,7 @@ KRPrecisionInteger::operator char*() {
 }
 
 KRPrecisionInteger::operator char*() const {
-  // Changes nothing but the text, which is no part of the value.
+  // Changes only the text, which is not part of the value.
   return const_cast<KRPrecisionInteger*>(this)->operator char*();
 }
 
@@ -140,7 +140,7 @@ KRPosPrecisionInteger::KRPosPrecisionInteger(const char* text) {
 u16 KRCommaSepPrecisionInteger::ConvertStringToKRPrecisionInteger(const char* text) {
   if (text == nullptr) return Parse(nullptr, 0);
 
-  // Numbers fit here; only a text that is wrong anyway or full of commas needs more.
+  // Every valid number fits here, unless it has many commas.
   char room[64];
   const std::size_t length = std::strlen(text);
   LazyBlock heap;

@@ -2,10 +2,10 @@
 // standard's.
 //
 // An identifier is made of the time since 1582 in ten-thousandths of a second, a clock sequence
-// that moves on whenever the clock went backwards, and a node that identifies this process. Within
-// one second a counter takes the place of the fraction that the clock does not give. After 10,000
-// identifiers in a second the counter runs into the next one; the clock then seems to go backwards
-// there, and the sequence keeps the identifiers apart.
+// that increases whenever the clock has gone backwards, and a node that identifies this process.
+// The clock gives whole seconds; within a second a counter replaces the fraction. After 10,000
+// identifiers in one second the counter reaches the next second; the clock then seems to go
+// backwards, and the sequence keeps the identifiers distinct.
 
 #include <sys/random.h>
 
@@ -40,8 +40,8 @@ constexpr u32 kLocalNode = 0x80000000;
 constexpr std::uint64_t kSecondsTo1970 = 10004083200 + 2208988800;
 constexpr std::uint64_t kUnitsPerSecond = 10000;
 
-// Not rand(): a host's own sequence stays undisturbed. When the system has no randomness yet, the
-// processor time and an address make two processes differ, which is all that is asked here.
+// Not rand(), so that a host's own sequence is not disturbed. When the system has no randomness
+// yet, the processor time and an address are used: two processes only have to differ.
 u32 Random() {
   u32 value = 0;
   if (getrandom(&value, sizeof value, GRND_NONBLOCK) != sizeof value) {
@@ -72,7 +72,7 @@ u16 KRUtility::GenerateTransactionID(char* out) {
   }
   m_lastSecond = static_cast<u32>(now);
 
-  // Equal times mean that the counter of the second before ended just here.
+  // Equal times mean that the counter of the previous second ended here.
   const s32 present = static_cast<s32>(static_cast<u32>(time));
   if (m_clockSequence == 0 || present <= m_lastTime) GetSequence();
   m_lastTime = present;

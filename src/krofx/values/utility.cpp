@@ -1,4 +1,5 @@
-// The helpers that need no object tree: response text, small numbers, byte order and macros.
+// The helper functions that need no object tree: response text, small numbers, byte order and
+// macros.
 
 #include "krofx/values/utility.h"
 
@@ -21,15 +22,15 @@ using krofx::internal::UnpackU32;
 
 namespace {
 
-// "nbsp" is first, so that the search of a name takes all rows and that of a character, which
-// must leave blanks alone, begins after it.
+// "nbsp" is first, so that the search for a name uses all rows, and the search for a character,
+// which must not find blanks, begins after it.
 constexpr struct {
   std::string_view name;
   char character;
 } kMacros[] = {{"nbsp", ' '}, {"gt", '>'}, {"lt", '<'}, {"amp", '&'}};
 constexpr std::size_t kFirstWritten = 1;
 
-// Fixed to ASCII: what a host's locale calls printable must not decide what reaches the parse.
+// Limited to ASCII: the host's locale must not decide which characters are parsed.
 constexpr bool MayStandInResponse(char c) {
   return (c >= ' ' && c <= '~') || c == '\r' || c == '\n';
 }
@@ -40,7 +41,7 @@ u16 KRUtility::RemoveBadCharFromBuffer(KRBuffer* buffer) {
   if (buffer == nullptr) return 0;
   char* data = buffer->GetBufferPtr();
   if (data == nullptr) return 1;
-  // A host can have set a size that is larger than the memory.
+  // A host may have set a size that is larger than the memory.
   const u32 size = std::min(buffer->GetBufferSize(), buffer->GetBufferAllocation());
   for (u32 i = 0; i < size; ++i) {
     if (!MayStandInResponse(data[i])) data[i] = ' ';

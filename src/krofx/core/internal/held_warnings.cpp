@@ -1,4 +1,4 @@
-// Holding warnings back, and logging them in the end.
+// Holds warnings back, and logs them at the end.
 
 #include "krofx/core/internal/held_warnings.h"
 

@@ -1,4 +1,4 @@
-// The list of the loggers that name a buffer or a parser, of all threads.
+// The list of the loggers, of all threads, that refer to a buffer or a parser.
 
 #include "krofx/core/internal/logger_subjects.h"
 

@@ -1,5 +1,5 @@
-// The pools: chunks that belong to a thread, and a depot for each size class for what passes
-// between threads.
+// The pools: chunks that belong to a thread, and for each size class a depot for pieces and chunks
+// that pass between threads.
 
 #include "krofx/core/internal/object_pool.h"
 
@@ -25,29 +25,29 @@ std::size_t ClassOf(std::size_t size) { return (size + kGranule - 1) / kGranule 
 
 std::size_t SizeOf(std::size_t sizeClass) { return (sizeClass + 1) * kGranule; }
 
-// Memory that is in no use holds the way to the next piece.
+// A free piece holds the pointer to the next one.
 struct Piece {
   Piece* next;
 };
 
 struct Cache;
 
-// The head of a chunk. It lies at an address that is a multiple of its size, so that a piece finds
-// the chunk it was cut from.
+// The head of a chunk. A chunk's address is a multiple of its size, so that the chunk of a piece
+// can be computed from the piece's address.
 struct Chunk {
   Chunk* next = nullptr;
   Chunk* previous = nullptr;
-  // The thread that takes pieces from it; null while it is the depot's.
+  // The thread that takes pieces from it; null while it is in the depot.
   std::atomic<Cache*> owner = nullptr;
   Piece* free = nullptr;
-  // Memory that no piece has been cut from.
+  // Memory from which no piece has been cut yet.
   char* uncut = nullptr;
   char* end = nullptr;
   u32 live = 0;
 
   bool IsFull() const { return free == nullptr && uncut == end; }
 
-  // A piece; the chunk must not be full.
+  // Takes a piece; the chunk must not be full.
   void* Take(std::size_t size) {
     ++live;
     if (Piece* const piece = free) {
@@ -64,7 +64,8 @@ struct Chunk {
     --live;
   }
 
-  // Makes a chunk without live pieces as new: pieces are cut in the order of addresses again.
+  // Makes a chunk without live pieces like a new one: pieces are cut in the order of addresses
+  // again.
   void Reset(std::size_t size);
 };
 constexpr std::size_t kHeadBytes = (sizeof(Chunk) + kGranule - 1) / kGranule * kGranule;
@@ -79,7 +80,7 @@ Chunk* ChunkOf(void* piece) {
   return reinterpret_cast<Chunk*>(reinterpret_cast<std::uintptr_t>(piece) & ~(kChunkBytes - 1));
 }
 
-// A new chunk. Null without memory.
+// Makes a chunk; null when memory is exhausted.
 Chunk* MakeChunk(std::size_t size, Cache* owner) {
   void* const block = std::aligned_alloc(kChunkBytes, kChunkBytes);
   if (block == nullptr) return nullptr;
@@ -107,29 +108,29 @@ struct ChunkList {
 // The chunks of one size class that a thread takes pieces from.
 struct Shelf {
   Chunk* current = nullptr;
-  // Those with pieces to give, those without, and one without live pieces that is kept.
+  // Chunks with free pieces, chunks without, and one without live pieces that is kept.
   ChunkList partial;
   ChunkList full;
   Chunk* spare = nullptr;
-  // Pieces of other threads' chunks that were given to this one, which uses them or passes them on.
+  // Pieces of other threads' chunks that this thread freed; it reuses them or passes them on.
   Piece* foreign = nullptr;
   u32 foreignCount = 0;
   // Pieces of its own chunks that other threads passed on, under the depot's lock.
   Piece* returned = nullptr;
 };
 
-// What a thread keeps for itself. It needs no destructor, so that using it costs no test; Returner
+// The pools of one thread. The type needs no destructor, so that using it costs no test; Returner
 // empties it when the thread ends.
 struct Cache {
   Shelf shelves[kClasses];
 };
 constinit thread_local Cache cacheOfThread = {};
 constinit thread_local bool isClosed = false;
-// The way to it, null before the first use and behind the last. Small enough for the memory that
-// the loader keeps for such variables, so that it is found without a call.
+// The thread's cache; null before its first use and after its last. The pointer is small enough for
+// the static TLS area, so that it is accessible without a call.
 [[gnu::tls_model("initial-exec")]] constinit thread_local Cache* cache = nullptr;
 
-// A piece goes back to its chunk, which is the calling thread's.
+// Returns a piece to its chunk, which belongs to the calling thread.
 void GiveOwn(Shelf& shelf, Chunk* chunk, void* piece, std::size_t sizeClass) {
   const bool wasFull = chunk->IsFull();
   chunk->Give(piece);
@@ -148,11 +149,11 @@ void GiveOwn(Shelf& shelf, Chunk* chunk, void* piece, std::size_t sizeClass) {
   }
 }
 
-// What passes between threads in one size class.
+// Pieces and chunks of one size class that pass between threads.
 class Depot {
  public:
-  // Takes back what other threads returned to a shelf, and then gives a chunk of a thread that
-  // ended, for which there is a new owner; null when there is none.
+  // Takes back the pieces that other threads returned to a shelf. Then gives the shelf's owner a
+  // chunk of a thread that ended; null when there is none.
   Chunk* Serve(Shelf& shelf, Cache* owner, std::size_t sizeClass) {
     Piece* returned = nullptr;
     Chunk* chunk = nullptr;
@@ -172,7 +173,7 @@ class Depot {
     return chunk;
   }
 
-  // Gives a piece to a thread that has no cache any more.
+  // Gives a piece to a thread that no longer has a cache.
   void* TakeOne(std::size_t size) {
     const std::lock_guard lock(m_mutex);
     Chunk* chunk = m_chunks.first;
@@ -186,7 +187,7 @@ class Depot {
     return piece;
   }
 
-  // Takes linked pieces back whose chunks are not the calling thread's.
+  // Takes back linked pieces whose chunks belong to other threads.
   void Give(Piece* pieces, std::size_t sizeClass) {
     const std::lock_guard lock(m_mutex);
     while (Piece* const piece = pieces) {
@@ -246,11 +247,11 @@ class Depot {
   }
 
   std::mutex m_mutex;
-  // Chunks of no thread that have pieces to give.
+  // Chunks that belong to no thread and have free pieces.
   ChunkList m_chunks;
 };
 
-// Never destroyed: objects may go after the process's static ones.
+// Never destroyed: objects may be destroyed after the process's static objects.
 Depot& DepotOf(std::size_t sizeClass) {
   alignas(Depot) static unsigned char storage[sizeof(Depot) * kClasses];
   static Depot* const depots = [] {
@@ -266,12 +267,12 @@ struct Returner {
     cache = nullptr;
     for (std::size_t i = 0; i < kClasses; ++i) DepotOf(i).TakeOver(cacheOfThread.shelves[i], i);
   }
-  // Makes sure that there is one for the thread.
+  // Makes sure that the thread has one.
   void Use() {}
 };
 thread_local Returner returner;
 
-// Makes sure that the thread has its cache. False at the thread's end, when it has none any more.
+// Makes sure that the thread has its cache. False at the thread's end, when it no longer has one.
 bool Open() {
   if (isClosed) return false;
   returner.Use();
@@ -279,7 +280,7 @@ bool Open() {
   return true;
 }
 
-// The next chunk to take pieces from; null without memory.
+// Returns the next chunk to take pieces from; null when memory is exhausted.
 Chunk* NextChunk(Shelf& shelf, std::size_t sizeClass) {
   if (shelf.partial.first == nullptr) {
     if (Chunk* const chunk = shelf.spare) {
@@ -299,7 +300,7 @@ Chunk* NextChunk(Shelf& shelf, std::size_t sizeClass) {
   return MakeChunk(SizeOf(sizeClass), cache);
 }
 
-// Kept apart, so that what is quick saves no registers for it.
+// A separate function, so that the fast path saves no registers for it.
 [[gnu::noinline]] void* Refill(std::size_t sizeClass) {
   if (!Open()) return DepotOf(sizeClass).TakeOne(SizeOf(sizeClass));
   Shelf& shelf = cache->shelves[sizeClass];
@@ -316,7 +317,7 @@ Chunk* NextChunk(Shelf& shelf, std::size_t sizeClass) {
   return shelf.current == nullptr ? nullptr : shelf.current->Take(SizeOf(sizeClass));
 }
 
-// Takes back a piece whose chunk is not the thread's.
+// Takes back a piece whose chunk belongs to another thread.
 [[gnu::noinline]] void GiveForeign(void* object, std::size_t sizeClass) {
   auto* const piece = new (object) Piece{nullptr};
   if (!Open()) return DepotOf(sizeClass).Give(piece, sizeClass);
@@ -341,7 +342,8 @@ void* PoolAllocate(std::size_t size) noexcept {
 void PoolFree(void* object, std::size_t size) noexcept {
   const std::size_t sizeClass = ClassOf(size);
   Chunk* const chunk = ChunkOf(object);
-  // An owner never changes while the thread that owns the chunk runs, and no other is this one's.
+  // The owner of this thread's chunks does not change while the thread runs, and no other chunk has
+  // this thread as its owner.
   if (cache != nullptr && chunk->owner.load(std::memory_order_relaxed) == cache) {
     GiveOwn(cache->shelves[sizeClass], chunk, object, sizeClass);
   } else {

@@ -14,9 +14,9 @@ namespace {
 
 constexpr u32 kMaxSlots = SlotBlock::kMaxIndex + 1u;
 
-// Elements of a long array have left the caches when they are destroyed: the next one is fetched
-// while the one before it goes. Most are at most this large, and fetching what is not there is
-// harmless.
+// The elements of a long array are no longer in the CPU's caches when they are destroyed, so the
+// next one is fetched while the previous one is destroyed. Most elements are at most this large,
+// and prefetching beyond one is harmless.
 void FetchAhead(const void* element) {
   constexpr std::uintptr_t kBytes = 576;
   constexpr std::uintptr_t kLine = 64;
@@ -119,7 +119,7 @@ void SlotBlock::ShareWith(const SlotBlock& source) {
   source.m_nextSharer = this;
 }
 
-// Makes the memory at least `slots` long, for all that share it, with null in the new slots.
+// Makes the memory at least `slots` long, for all blocks that share it, with null in the new slots.
 bool SlotBlock::Reserve(u16 slots) {
   const auto capacity = static_cast<u16>(std::clamp<u32>(u32{m_capacity} * 2, slots, kMaxSlots));
   auto* grown = static_cast<void**>(Reallocate(m_slots, capacity * sizeof(void*)));

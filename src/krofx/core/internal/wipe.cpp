@@ -1,4 +1,4 @@
-// Overwriting of memory that held secrets.
+// Overwrites memory that held secrets.
 
 #include "krofx/core/internal/wipe.h"
 

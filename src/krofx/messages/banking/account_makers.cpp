@@ -1,5 +1,5 @@
-// Accounts by tag: which class a FROM or TO tag stands for, and copies of an account whose class is
-// not known.
+// Accounts by tag: the class that belongs to a FROM or TO tag, and copies of an account whose class
+// is not known.
 
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/model/factory.h"
@@ -11,7 +11,7 @@ using krofx::internal::CopyChild;
 
 namespace {
 
-// Which tags a maker takes.
+// Which tags a maker accepts.
 enum class Direction { kFrom, kTo };
 
 template <class Account, Account* (KRDataObjFactory::*Make)(u16)>

@@ -1,5 +1,5 @@
-// How the answer to a transfer is written: in two halves, between which an interbank transfer puts
-// its reference number.
+// Writes the response to a transfer in two halves, between which an interbank transfer writes its
+// reference number.
 
 #include "krofx/build/builder.h"
 #include "krofx/messages/banking/transfers.h"

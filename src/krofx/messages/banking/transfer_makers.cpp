@@ -1,4 +1,4 @@
-// Transfers by tag: which class a request's or an answer's tag stands for.
+// Transfers by tag: the class that belongs to the tag of a request or a response.
 
 #include "krofx/messages/banking/transfers.h"
 #include "krofx/model/factory.h"

@@ -1,10 +1,10 @@
-// All securities of a list at once, whatever their kind.
+// Gives all securities of a list in one array, whatever their kind.
 
 #include "krofx/messages/investment/securities.h"
 
 namespace {
 
-// Calls `visit(security)` for each that is there, in the order of the arrays.
+// Calls `visit(security)` for each security, in the order of the arrays.
 template <class Visit, class... Arrays>
 void ForEachSecurity(Visit visit, const Arrays&... arrays) {
   const auto walk = [&visit](const auto& array) {

@@ -1,5 +1,5 @@
-// Where the profile departs from the pattern: the list makes nothing outside a parse, and the
-// versions of a message set keep their order.
+// Operations of the profile that differ from other aggregates': the list makes objects only in a
+// parse, and the versions of a message set keep their order.
 
 #include "krofx/messages/profile/profile.h"
 #include "krofx/model/internal/aggregate.h"

@@ -1,4 +1,5 @@
-// Where the sign-on request departs from the pattern: its password, set or read.
+// Operations of the sign-on request that differ from other aggregates': setting and reading its
+// password.
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/messages/signon/signon.h"
@@ -7,7 +8,7 @@ using krofx::internal::LogFixedText;
 
 u16 KRSignOnRq::SetUserPass(const KRString& text) {
   m_userPass = text;
-  // Memory ran out: the text did not arrive.
+  // Memory was exhausted: the text is missing.
   if (m_userPass.IsEmpty() != 0 && text.IsEmpty() == 0) return 3;
   if (m_userPass.ExceedsSpecLength() != 0) {
     LogFixedText(KRPW_TOOLONG, "Password too long", KRString(), KRTag_USERPASS, this);

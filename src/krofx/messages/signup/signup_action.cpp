@@ -1,4 +1,5 @@
-// Where an action departs from the pattern: its type tells which of its two accounts counts.
+// Operations of a sign-up action that differ from other aggregates': its type decides which of its
+// two accounts is used.
 
 #include "krofx/build/builder.h"
 #include "krofx/core/parse_logger.h"
@@ -51,7 +52,7 @@ KRTagID KRAction::GetFirstMissingRequiredTag(KRTagID after) {
   KRTagID missing[2] = {KRTag_None, KRTag_None};
   if (NamesTarget(type)) missing[0] = MissingTagOf(presence, kOneTarget);
   if (NamesSource(type)) missing[1] = MissingTagOf(presence, kOneSource);
-  // An action that is none of the three is never complete, whatever it holds.
+  // An action of any other type is never complete, whatever it holds.
   if (!NamesTarget(type) && !NamesSource(type)) missing[0] = kTargets[0];
   bool behind = after == KRTag_None;
   for (const KRTagID tag : missing) {
@@ -67,7 +68,8 @@ KRParseStatus KRAction::HandleTagStart(const KRTagDictionaryEntry* const entry) 
   const KRTagID tag = entry->tagID;
   const bool target = IsTarget(tag);
   if (target && NamesTarget(GetType())) return KRDataObj::HandleTagStart(entry);
-  // A target that is out of place is warned about and then taken for a source, which it is not.
+  // A target that is not allowed here logs a warning, and is then handled like a source, which also
+  // refuses it.
   if (target) LogWarning(KRPW_INVALIDAGG, KRString(), KRString(), tag, this);
   if (NamesSource(GetType())) {
     return target ? KRParseStatus_Fatal : KRDataObj::HandleTagStart(entry);

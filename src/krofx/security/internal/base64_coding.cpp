@@ -12,7 +12,7 @@ constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwx
 constexpr u32 kBytesInGroup = 3;
 constexpr u32 kCharactersInGroup = 4;
 
-// What a character stands for, or one of the classes behind the 64 values.
+// The value of a character, or one of the classes after the 64 values.
 enum Meaning : u8 { kPadding = 64, kSkipped, kRefused };
 
 constexpr std::array<u8, 256> kMeanings = [] {
@@ -37,7 +37,7 @@ bool Base64Encoder::Take(unsigned char byte, CodedOutput& out) {
 
 bool Base64Encoder::Finish(CodedOutput& out) { return m_bytes == 0 || PutGroup(out); }
 
-// Each byte beyond what is there costs one character of the group.
+// Each missing byte is one character less in the group.
 bool Base64Encoder::PutGroup(CodedOutput& out) {
   const u32 bits = m_bits << 8 * (kBytesInGroup - m_bytes);
   for (u32 place = 0; place < kCharactersInGroup; ++place) {

@@ -1,4 +1,4 @@
-// The start of libcrypto.
+// Starts libcrypto.
 
 #include "krofx/security/internal/crypto_start.h"
 

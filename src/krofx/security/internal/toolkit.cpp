@@ -1,4 +1,4 @@
-// Algorithm objects: SHA-1 over libcrypto, base64 over our own coding.
+// Algorithm objects: SHA-1 by libcrypto, base64 by our own coding.
 
 #include "krofx/security/internal/toolkit.h"
 
@@ -20,7 +20,7 @@ namespace {
 constexpr int kDone = 0;
 constexpr int kFailed = 1;
 
-// Known by their addresses; the text is for people who look at one in a debugger.
+// Recognised by their addresses; the text is only for debuggers.
 unsigned char g_sha1[] = "SHA-1";
 unsigned char g_base64[] = "base64";
 
@@ -32,7 +32,7 @@ int Describe(unsigned char** description, unsigned char* algorithm) {
 
 }  // namespace
 
-/// One object for all directions: it is bound to an algorithm and then made ready for one.
+/// One object for all directions: it is bound to an algorithm and then initialised for a direction.
 struct AlgorithmObject : HeapObject {
   AlgorithmObject() = default;
   AlgorithmObject(const AlgorithmObject&) = delete;
@@ -51,7 +51,7 @@ bool IsBoundTo(const AlgorithmObject* object, const unsigned char* algorithm) {
   return object != nullptr && object->algorithm == algorithm;
 }
 
-// Runs `step` with the output, and counts what it wrote.
+// Runs `step` with the output, and stores how many bytes it wrote.
 template <class Step>
 int Code(const AlgorithmObject* object, CodedOutput out, u32* written, Step step) {
   const char* const begin = out.at;
@@ -89,7 +89,7 @@ int DigestInit(AlgorithmObject* algorithm) {
   if (algorithm->digest == nullptr) algorithm->digest = EVP_MD_CTX_new();
   if (algorithm->digest == nullptr) return kFailed;
   if (EVP_DigestInit_ex(algorithm->digest, EVP_sha1(), nullptr) == 1) return kDone;
-  // A context that is not ready must not be given data.
+  // A context that is not initialised must not get data.
   EVP_MD_CTX_free(algorithm->digest);
   algorithm->digest = nullptr;
   return kFailed;

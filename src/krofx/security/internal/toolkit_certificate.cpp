@@ -1,5 +1,5 @@
-// Certificate objects and names over libcrypto, which reads certificates of any version and checks
-// no signature while it does.
+// Certificate objects and names on top of libcrypto, which reads certificates of any version and
+// does not check their signatures.
 
 #include <openssl/asn1.h>
 #include <openssl/crypto.h>
@@ -26,7 +26,7 @@ constexpr int kFailed = 1;
 
 }  // namespace
 
-/// A certificate as libcrypto holds it, and the bytes that it came from.
+/// A certificate in libcrypto's form, and the bytes that it was read from.
 struct CertificateObject : HeapObject {
   CertificateObject() = default;
   CertificateObject(const CertificateObject&) = delete;

@@ -10,7 +10,7 @@ void VYNConnectionManager::VCWork(u32 milliseconds) {
   timespec left{static_cast<time_t>(milliseconds / 1000),
                 static_cast<long>(milliseconds % 1000) * 1000000};
   while (nanosleep(&left, &left) != 0) {
-    // A signal came; the rest of the time is still to pass.
+    // Interrupted by a signal: sleep for the rest of the time.
   }
 }
 

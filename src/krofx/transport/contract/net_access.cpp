@@ -1,4 +1,4 @@
-// What all connections have in common: settings, and callbacks that may be missing.
+// What all connections share: settings, and callbacks that may be null.
 
 #include "krofx/transport/contract/net_access.h"
 

@@ -1,9 +1,9 @@
-// The contract of a connection to the outside world: it makes the requests that carry bytes.
+// The interface of a connection to the outside world, which makes the requests that carry bytes.
 //
 // A host makes the access object of the transport that it wants, sets names, paths and callbacks,
 // asks IsNetworkSetup, calls InitConnection, makes a request with NewNetRequest, carries out
-// exchanges with it (net_request.h), gives it back with DeleteNetRequest, and ends with
-// EndConnection. Nothing else in the library calls a transport.
+// exchanges with it (net_request.h), destroys it with DeleteNetRequest, and ends with
+// EndConnection. No other part of the library calls a transport.
 
 #ifndef KROFX_TRANSPORT_CONTRACT_NET_ACCESS_H_
 #define KROFX_TRANSPORT_CONTRACT_NET_ACCESS_H_
@@ -17,17 +17,17 @@
 class KRNetRequest;
 
 /// Takes one line of a transport's log: the text, its level (1 for what a user may care about, 3
-/// for details), and an extra text that may be null. The texts live through the call only.
+/// for details), and an extra text that may be null. The texts are valid only during the call.
 using KRLogCallback = void (*)(const char* text, u16 level, const char* extra);
 
-/// Takes how far an exchange has come. Codes 2 and 3 carry two counters, converted to pointers:
-/// bytes so far and bytes in all; the other codes carry null.
+/// Takes the progress of an exchange. With codes 2 and 3 come two counters, converted to pointers:
+/// the bytes so far and the total bytes. With the other codes both are null.
 using KRSessionCallback = void (*)(KROpCode code, void* a, void* b);
 
 /// A connection, with the settings that all its requests share.
 ///
-/// An access object and its requests belong to one thread; its requests must be given back before
-/// it is destroyed. Nothing throws; a failure is a KRNetStatus, a 0 or a null.
+/// An access object and its requests are used by one thread, and its requests must be destroyed
+/// before it. Nothing throws; a failure is reported by a KRNetStatus, 0 or null.
 class KROFX_API KRNetAccess : public krofx::internal::HeapObject {
  public:
   /// No callbacks, the agent name "NONAME", and no path.
@@ -37,14 +37,15 @@ class KROFX_API KRNetAccess : public krofx::internal::HeapObject {
   /// Copies every setting.
   KRNetAccess& operator=(const KRNetAccess&) = default;
 
-  /// 1 when DoNetworkSetup can do something.
+  /// @return 1 when DoNetworkSetup can do something.
   virtual u16 CanDoNetworkSetup() = 0;
-  /// 1 when the network is ready to be used.
+  /// @return 1 when the network is ready to be used.
   virtual u16 IsNetworkSetup() = 0;
-  /// Sets the network up; 1 when it did.
+  /// Sets up the network.
+  /// @return 1 when it was set up, else 0.
   virtual u16 DoNetworkSetup() = 0;
 
-  /// Stores the name of the host application. No transport of the library passes it on.
+  /// Stores the name of the host application. No transport of the library sends it.
   virtual void SetAgentName(const KRString& name);
   /// Stores the folder in which a transport keeps its reply files, with the separator at its end.
   virtual void SetTempFilePath(const KRString& path);
@@ -52,28 +53,28 @@ class KROFX_API KRNetAccess : public krofx::internal::HeapObject {
   const KRString& GetTempFilePath() const { return m_tempFilePath; }
   /// Stores the function that takes log lines; null means no logging.
   virtual void SetLogCallback(void (*callback)(const char*, u16, const char*));
-  /// Hands the three values to the log callback; nothing happens without one.
+  /// Passes the three values to the log callback; without one it does nothing.
   virtual void LogMessage(const char* text, u16 level, const char* extra);
-  /// Stores the function that is told how far an exchange has come; null means none.
+  /// Stores the function that takes the progress of exchanges; null means none.
   virtual void SetSessionCallback(void (*callback)(KROpCode, void*, void*));
-  /// Hands the three values to the session callback; nothing happens without one.
+  /// Passes the three values to the session callback; without one it does nothing.
   virtual void UpdateSessionStatus(KROpCode code, void* a, void* b);
 
   /// Opens the connection.
   virtual KRNetStatus InitConnection() = 0;
   /// Closes the connection.
   virtual KRNetStatus EndConnection() = 0;
-  /// Makes a request that belongs to this object and knows it; null when memory is exhausted. It is
-  /// given back with DeleteNetRequest.
+  /// Makes a request that belongs to this object and uses it. DeleteNetRequest destroys it.
+  /// @return the request; null when memory is exhausted.
   virtual KRNetRequest* NewNetRequest() = 0;
   /// Destroys a request of this object; null is allowed.
   virtual KRNetStatus DeleteNetRequest(KRNetRequest* request) = 0;
 
-  /// Takes over a session that the host opened, in the form that the transport knows; 1 when it
-  /// did. Here 0.
+  /// Takes a session that the host opened, in the form that the transport uses.
+  /// @return 1 when the session was taken; in this class 0.
   virtual u16 SetGlobalState(void* state);
-  /// Gives the transport's last error code; 1 when there is such a thing. Here 0, and `lastError`
-  /// is left alone.
+  /// Gets the transport's last error code.
+  /// @return 1 when the transport has error codes; in this class 0, with `lastError` unchanged.
   virtual u16 GetStatus(u32& lastError) const;
 
   /// An access object may be deleted through a pointer to this class.

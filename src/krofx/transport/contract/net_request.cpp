@@ -1,4 +1,4 @@
-// What a request does without a transport: reading `file:` URLs.
+// What a request does without a transport: it reads `file:` URLs.
 
 #include "krofx/transport/contract/net_request.h"
 
@@ -63,7 +63,7 @@ KRNetStatus KRNetRequest::LoadReply(KRBuffer* target) {
     return KRNetStatus_NoMemory;
   }
   const u32 got = file.Read(target->GetBufferPtr(), size);
-  // A size of 0 can only be set as that of the cursor.
+  // SetBufferSize(0) means the cursor's position.
   if (got == 0) target->SetBufferOffset(0);
   target->SetBufferSize(got);
   return KRNetStatus_Success;

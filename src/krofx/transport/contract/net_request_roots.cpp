@@ -1,4 +1,4 @@
-// The roots that the library carries, added to a request under the IDs that name them.
+// Adds the roots that the library carries to a request, with their IDs.
 
 #include <initializer_list>
 
@@ -9,7 +9,7 @@ namespace internal = krofx::internal;
 
 namespace {
 
-// In this order, until one is refused.
+// Adds roots in order, until one is refused.
 u16 AddRoots(KRNetRequest& request, std::initializer_list<const internal::TrustedRoot*> roots) {
   for (const internal::TrustedRoot* root : roots) {
     if (request.AddTrustedRootBER(root->der, root->length, root->id) == 0) return 0;

@@ -1,5 +1,5 @@
-// The numbers that an exchange reports: how it ended, and how far it has come. Hosts compare them,
-// so they never move; the gaps are reserved.
+// The numbers that an exchange reports: how it ended, and its progress. Hosts compare the numbers,
+// so they never change; unused numbers are reserved.
 
 #ifndef KROFX_TRANSPORT_CONTRACT_NET_STATUS_H_
 #define KROFX_TRANSPORT_CONTRACT_NET_STATUS_H_
@@ -10,7 +10,7 @@
 enum KRNetStatus : u32 {
   /// Done.
   KRNetStatus_Success = 0,
-  /// No finer reason is known: the network would not open or connect, a drop file cannot be
+  /// No more precise reason is known: the network did not open or connect, a request file cannot be
   /// written, or the user declined.
   KRNetStatus_Failed = 1,
   /// The URL does not name a local file, and this request can fetch nothing else.
@@ -27,11 +27,11 @@ enum KRNetStatus : u32 {
   KRNetStatus_NotStarted = 10,
   /// No memory for the reply.
   KRNetStatus_NoMemory = 12,
-  /// An error of the client's side or of the protocol, HTTP 4xx other than 408 among them.
+  /// An error of the client or of the protocol, such as HTTP 4xx other than 408.
   KRNetStatus_ClientError = 14,
   /// The server is unavailable, or a gateway timed out: HTTP 503 and 504.
   KRNetStatus_Unavailable = 15,
-  /// A trusted root could not be handed over.
+  /// A trusted root could not be added.
   KRNetStatus_RootRejected = 16,
   /// The TLS options could not be set.
   KRNetStatus_SslOptionsRejected = 17,
@@ -59,9 +59,8 @@ enum KRNetStatus : u32 {
   KRNetStatus_Other = 29,
 };
 
-/// How far an exchange has come, told to the session callback. Sending and receiving carry two
-/// counters, the bytes moved so far and the bytes in all (0 while that is unknown); the others
-/// carry none.
+/// The progress of an exchange, for the session callback. Sending and receiving come with two
+/// counters, the bytes moved so far and the total bytes (0 while unknown); the others have none.
 enum KROpCode : u32 {
   /// A connection is being made.
   KROpCode_Connecting = 1,

@@ -1,8 +1,8 @@
-// How a thread waits for its exchange while the host's events go on: the seam to the platform's
-// event queue and its sleep.
+// How a thread waits for its exchange while the host's events are handled: the interface to the
+// platform's event queue and its sleep.
 //
-// A waiting call turns in rounds. Each round takes at most one event, lets the host handle it, and
-// then pauses for 100 milliseconds at most.
+// A waiting call works in rounds. Each round takes at most one event, lets the host handle it, and
+// then pauses for at most 100 milliseconds.
 
 #ifndef KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_
 #define KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_
@@ -12,13 +12,13 @@
 
 class VYNConnectionManager;
 
-/// What one look at the event queue brought.
+/// What HandleOneEvent did.
 enum VYNEventResult : u32 {
   /// The queue was empty.
   VYNEventResult_None = 0,
   /// One event was taken and handled.
   VYNEventResult_Handled = 1,
-  /// The event that ends the host's event loop was taken: the wait ends too.
+  /// The event that ends the host's event loop was taken; the wait ends too.
   VYNEventResult_Quit = 2,
 };
 
@@ -29,19 +29,20 @@ class KROFX_API VYNWaitPlatform {
   /// Takes at most one event of the calling thread, without blocking, and lets the host handle it.
   /// The host's code may call Abort on the request that waits.
   virtual VYNEventResult HandleOneEvent() = 0;
-  /// Pauses for `milliseconds`; earlier only when the exchange has ended, since at most one event
-  /// is handled between two pauses.
+  /// Pauses for `milliseconds`. It must not return earlier unless the exchange has ended, since
+  /// only one event is handled between two pauses.
   virtual void Pause(u32 milliseconds, VYNConnectionManager& manager) = 0;
 };
 
-/// Takes at most one event of the host's own loop and handles it; `context` is what the host gave.
+/// Takes at most one event of the host's own loop and handles it; `context` is the one that the
+/// host supplied.
 using VYNEventSource = VYNEventResult (*)(void* context);
 
-/// The default: events come from a function of the host's, if it gave one, and a pause hands the
-/// thread to the connection manager, so that it ends as soon as the exchange does.
+/// The default: events come from a function of the host, if it supplied one, and a pause runs the
+/// connection manager, so that it ends as soon as the exchange does.
 class KROFX_API VYNDefaultWaitPlatform : public VYNWaitPlatform {
  public:
-  /// `source` null: there are no events.
+  /// With a null `source` there are no events.
   explicit VYNDefaultWaitPlatform(VYNEventSource source = nullptr, void* context = nullptr)
       : m_source(source), m_context(context) {}
   VYNEventResult HandleOneEvent() override;

@@ -1,5 +1,5 @@
-// The manager's operations, over the core that does the work and can outlive the manager while a
-// callback is under way.
+// The manager's operations. The core does the work, and can outlive the manager while a callback is
+// running.
 
 #include "krofx/transport/curl/curl_manager.h"
 
@@ -16,7 +16,7 @@ u16 Noted(u16 code) {
   return code;
 }
 
-// Without a core no session opens, so there is no handle that would be good.
+// Without a core no session opens, so no handle is valid.
 template <class... Parameters, class... Arguments>
 u16 Ask(CurlCore* core, u16 (CurlCore::*operation)(Parameters...), Arguments... arguments) {
   return core == nullptr ? u16{VYNCurlCode_BadArgument} : Noted((core->*operation)(arguments...));
@@ -112,7 +112,7 @@ u16 VYNCurlManager::VY_IspConfig_NeedsToConfigure(u32* needs) {
   return VYNCurlCode_Success;
 }
 
-// Without a core there is nothing to move, and the time passes as it does for any manager.
+// Without a core there are no exchanges, and the time passes as in any other manager.
 void VYNCurlManager::VCWork(u32 milliseconds) {
   if (m_core != nullptr && m_core->IsReady()) {
     m_core->Work(milliseconds);

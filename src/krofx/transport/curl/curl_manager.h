@@ -1,36 +1,36 @@
-// The connection manager that krofx brings along: HTTP and HTTPS through libcurl.
+// The connection manager that comes with krofx: HTTP and HTTPS through libcurl.
 //
-// An access object makes one of its own when it is given none, so a host needs this class only to
-// change what can be set here.
+// An access object that is given no manager makes one of these, so a host needs this class only to
+// change its settings.
 //
-// How it works: everything happens on the calling thread, inside the operations, and VCWork is
-// where exchanges move. Only http and https are spoken, HTTP/1.1, TLS from version 1.2 on; each
-// exchange has a connection of its own; redirects are not followed; there are no cookies, no
-// .netrc, no Expect header, no content codings. Nothing is configured by the environment: no proxy,
-// no file for the secrets of TLS, no folder.
+// Operation. Everything happens on the calling thread, inside the operations; exchanges advance in
+// VCWork. Only http and https are supported, with HTTP/1.1 and with TLS 1.2 or later. Each exchange
+// has a connection of its own. Redirects are not followed, and there are no cookies, no .netrc, no
+// Expect header and no content codings. The environment configures nothing: no proxy, no file for
+// the secrets of TLS, no folder.
 //
-// Certificates. With roots added, they are the only ones that a chain may end at; without, the
-// system's are. The chain must be valid for the host and for now, and the server's certificate must
-// name the host in subjectAltName: the common name does not count. Revocation lists and responders
-// are not asked; an answer on revocation that the server staples must not contradict it. The
-// certificate callback is asked when all that holds, before a byte of the request is sent, with the
-// verified chain and the ID under which the root at its end was added, 0 for one of the system.
-// When it does not hold, the callback gets VYNCurlCode_Untrusted or VYNCurlCode_BadCertificate
-// without a chain, and the exchange ends whatever the callback answers. With `skipVerify` neither
-// the chain nor its dates, the host or revocation are checked, and the roots of the system play no
-// part. The callback is asked with the chain as the server showed it, and with the ID of an added
-// root that the signatures lead to, 0 for none: a caller that holds roots or expects certain
-// certificates still decides by them.
+// Certificates. If roots were added, a chain must end at one of them; otherwise it must end at one
+// of the system's. The chain must be valid for the host at the current time, and the server's
+// certificate must name the host in subjectAltName: the common name does not count. Revocation
+// lists and responders are not queried, but a revocation answer that the server staples must not
+// contradict the certificate. When all of this holds, and before a byte of the request is sent, the
+// certificate callback is called with the verified chain and the ID of the root at its end, 0 for
+// one of the system's. Otherwise the callback gets VYNCurlCode_Untrusted or
+// VYNCurlCode_BadCertificate without a chain, and the exchange ends whatever the callback returns.
+// With `skipVerify` the chain, its dates, the host and revocation are not checked, and the roots of
+// the system are not used. The callback then gets the chain as the server showed it, and the ID of
+// an added root that the signatures lead to, 0 for none, so that a caller with roots or expected
+// certificates can still decide.
 //
-// Replies. A reply by https that neither says its length nor comes in chunks ends with the
-// connection. It is taken only when the server closed the connection by TLS, as VYNCurlCode_Cut
-// otherwise. By plain http the two cannot be told apart.
+// Replies. An https reply that has no length and is not chunked ends with the connection. It is
+// accepted only if the server closed the connection by TLS; otherwise the result is
+// VYNCurlCode_Cut. With plain http a closed connection and a cut one cannot be distinguished.
 //
-// Files. Reply and header file of an exchange are made when it is created, in its temporary folder
-// (/tmp for an empty one; a backslash counts as a slash), under new names, readable by their owner
-// only. The header file holds the header lines of the final reply, without the status line and
-// without trailers. The finished record hands both over; before that they are the manager's, which
-// removes them.
+// Files. The reply file and the header file of an exchange are made when it is created, in its
+// temporary folder (/tmp for an empty name; a backslash counts as a slash), with new names, and
+// readable by their owner only. The header file holds the header lines of the final reply, without
+// the status line and without trailers. The finished record passes both files to the caller; until
+// then they belong to the manager, which removes them.
 
 #ifndef KROFX_TRANSPORT_CURL_CURL_MANAGER_H_
 #define KROFX_TRANSPORT_CURL_CURL_MANAGER_H_
@@ -45,14 +45,14 @@ namespace krofx::internal {
 class CurlCore;
 }  // namespace krofx::internal
 
-/// HTTP and HTTPS through libcurl; the file's opening comment has the whole of it.
+/// HTTP and HTTPS through libcurl, as the comment at the top of this file describes.
 ///
-/// Handles are numbers that are never given twice: one that is dead, or belongs to another manager
-/// or session, is refused with VYNCurlCode_BadArgument. A manager may be deleted from inside its
-/// own callbacks. Its exchanges end then, and at every deletion, without a finished record.
+/// Handles are numbers that are never reused: one that is no longer valid, or belongs to another
+/// manager or session, is refused with VYNCurlCode_BadArgument. A manager may be deleted from
+/// inside its own callbacks. Whenever it is deleted, its exchanges end without a finished record.
 class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::internal::HeapObject {
  public:
-  /// Bytes that a reply may have unless SetReplyLimit says otherwise: 256 MiB.
+  /// Bytes that a reply may have unless SetReplyLimit sets another limit: 256 MiB.
   static constexpr u32 kDefaultReplyLimit = 256U * 1024 * 1024;
 
   VYNCurlManager();
@@ -64,26 +64,29 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// A larger one ends in VYNCurlCode_ReplyTooLarge.
   void SetReplyLimit(u32 bytes);
   /// @return the HTTP status of the exchange that ended last, as the server or the proxy sent it; 0
-  ///         when none came. The codes of finished records name only some statuses one by one.
+  ///         when none came. The codes of finished records distinguish only some statuses.
   u32 GetHttpStatus() const;
-  /// Sets the proxy through which every host is reached but those of `exceptions`, for exchanges
-  /// that are created from now on: `url` as libcurl takes it ("http://proxy:3128"), `exceptions` a
-  /// list of names and addresses with commas between them, "*" for all. Null or empty, the default:
+  /// Sets the proxy for all hosts except those of `exceptions`, for exchanges that are created from
+  /// now on. `url` is in the form of libcurl ("http://proxy:3128"); `exceptions` is a
+  /// comma-separated list of names and addresses, "*" for all. Null or empty, the default, means
   /// none. The texts are copied.
   /// @return 1; 0 while there are exchanges, when memory is exhausted and for a text that is too
   ///         long, and then nothing changes.
   u16 SetProxy(const char* url, const char* exceptions);
-  /// Says where the system's roots are, which count for exchanges that have no roots of their own:
-  /// a file of PEM certificates, a folder of them as `openssl rehash` lays it out, or both. Null or
-  /// empty: none; both null: where libcurl looks by itself. The names are copied.
+  /// Sets where the system's roots are, which exchanges without roots of their own use: a file of
+  /// PEM certificates, a folder of them in the layout of `openssl rehash`, or both. A null or empty
+  /// name means no file or no folder; if both are null, libcurl uses its default places. The names
+  /// are copied.
   /// @return as SetProxy.
   u16 SetSystemRoots(const char* file, const char* folder);
 
-  /// Null with VYNCurlCode_NoMemory when memory is exhausted or libcurl does not start.
+  /// @return the session; null, with VYNCurlCode_NoMemory, when memory is exhausted or libcurl does
+  ///         not start.
   void* VCOpenInet(u16* error) override;
-  /// Its running exchanges end with VYNCurlCode_Cancelled, those never started are given back.
+  /// Its running exchanges end with VYNCurlCode_Cancelled; those that were never started are
+  /// released.
   u16 VCCloseInet(void* session) override;
-  /// 0 for every open session: each exchange makes its own connection.
+  /// @return 0 for every open session: each exchange makes its own connection.
   u16 VCConnect(void* session) override;
   /// A URL that cannot be used is reported by the finished record, not here.
   void* VCSendDataRequest(u16* error, void* session, const char* url, const char* data, u32 size,
@@ -91,30 +94,31 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
                           void* userData) override;
   void* VCGetFileRequest(u16* error, void* session, const char* url, const char* tempPath,
                          VYProgressCallback callback, void* userData) override;
-  /// Lines end with CR LF or LF; empty ones are passed over. A Content-Type line takes the place of
-  /// `contentType`. A line that is no header line, or sets what frames the message (Content-Length,
-  /// Transfer-Encoding, Expect), ends the exchange with VYNCurlCode_BadHeader before anything is
-  /// sent; the finished record says so. `timeout` is in seconds, for everything from the look-up of
-  /// the host's name to the last byte; 0 and less is no limit but the 300 seconds that libcurl
+  /// Lines end with CR LF or LF; empty lines are ignored. A Content-Type line replaces
+  /// `contentType`. A line that is not a header line, or that sets the framing of the message
+  /// (Content-Length, Transfer-Encoding, Expect), ends the exchange before anything is sent, with
+  /// VYNCurlCode_BadHeader in the finished record. `timeout` is in seconds, from the look-up of the
+  /// host's name to the last byte. With 0 or less the only limit is the 300 seconds that libcurl
   /// allows for connecting.
   u16 VCSetHTTPInfo(void* exchange, u32, u16 post, const char* contentType,
                     const char* extraHeaders, u32, s32 timeout) override;
   /// A null callback leaves the decision to the manager's own check.
   u16 VCSetSSLInfo(void* exchange, u16 skipVerify, VYCertificateCallback callback, u32) override;
-  /// VYNCurlCode_BadRoot for bytes that are not one certificate, and for the ID 0.
+  /// @return 0; VYNCurlCode_BadRoot for bytes that are not one certificate, and for the ID 0.
   u16 VCAddTrustedRoot(void* exchange, const char* der, u32 length, s16 rootID) override;
-  /// An https exchange without VCSetSSLInfo is refused with VYNCurlCode_NoTlsOptions, so that roots
-  /// and expectations that nobody told of here cannot be passed over. So is every start from inside
-  /// a certificate callback, with VYNCurlCode_BadArgument, since nothing could move it there.
+  /// Refuses an https exchange without VCSetSSLInfo, with VYNCurlCode_NoTlsOptions, so that the
+  /// roots and expected certificates of a caller that forgot it are not silently ignored. Refuses
+  /// every start from inside a certificate callback, with VYNCurlCode_BadArgument, since exchanges
+  /// cannot advance there.
   u16 VCInitiate(void* session, void* exchange) override;
-  /// The finished record, with VYNCurlCode_Cancelled, comes inside this call; for a call from
-  /// inside a certificate callback, inside the VCWork that made the callback.
+  /// The finished record, with VYNCurlCode_Cancelled, is delivered during this call; for a call
+  /// from inside a certificate callback, during the VCWork that made the callback.
   u16 VCCancel(void* session, void* exchange) override;
   void VCRelease(void* session, void* exchange) override;
-  /// Always 0 and success: what the network needs is the system's affair.
+  /// Always sets `*needs` to 0 and succeeds: the operating system sets up the network.
   u16 VY_IspConfig_NeedsToConfigure(u32* needs) override;
-  /// Returns at once when an exchange has ended since the last call, or was given back. Inside a
-  /// certificate callback this does nothing; inside any other it works as usual.
+  /// Returns at once when an exchange has ended or was released since the last call. Inside a
+  /// certificate callback it does nothing; inside any other callback it works as usual.
   void VCWork(u32 milliseconds) override;
   void VCPaceWork() override;
 

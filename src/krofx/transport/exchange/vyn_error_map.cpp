@@ -1,4 +1,4 @@
-// What the codes of the connection manager mean.
+// The meaning of the connection manager's codes.
 
 #include "krofx/transport/exchange/vyn_net_request.h"
 
@@ -6,7 +6,7 @@ namespace {
 
 constexpr u32 kHttpOk = 200;
 
-// Codes from here on stand for the HTTP statuses of the table, one after another.
+// The codes from this one on mean the HTTP statuses of the table, in order.
 constexpr u16 kFirstHttpCode = 1501;
 
 constexpr u16 kHttpStatuses[] = {201, 202, 203, 204, 301, 302, 303, 304, 400, 401, 402,

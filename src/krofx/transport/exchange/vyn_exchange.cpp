@@ -18,10 +18,10 @@ using krofx::internal::LogLine;
 namespace {
 
 constexpr const char kDefaultContentType[] = "application/x-ofx";
-// Only in these letters: a URL that spells its scheme otherwise is passed on without TLS options.
+// Only in this spelling: a URL with another spelling of the scheme gets no TLS options.
 constexpr const char kSecureScheme[] = "https:";
 
-// What a fetch and a send say in the log.
+// The log lines of a fetch and of a send.
 struct Lines {
   const char* begin;
   const char* end;
@@ -49,7 +49,7 @@ void* Counter(u32 count) { return reinterpret_cast<void*>(static_cast<uintptr_t>
 
 }  // namespace
 
-// What is to be done. A fetch has no body, no headers and no content type.
+// The parameters of an exchange. A fetch has no body, no headers and no content type.
 struct VYNNetRequest::Exchange {
   const Lines& lines;
   u16 isPost;
@@ -116,7 +116,7 @@ KRNetStatus VYNNetRequest::CarryOut(const Exchange& exchange, const ExchangeCall
     code = manager->VCSetHTTPInfo(m_exchange.Handle(), 0, exchange.isPost, exchange.contentType,
                                   exchange.headers, 1, m_timeout);
     if (code != 0) {
-      // Hosts know this failure as a success without a reply.
+      // For hosts this failure is a success without a reply.
       LogLine(m_exchange.Log(), kLogImportant, kHttpRejected, code);
       return KRNetStatus_Success;
     }
@@ -140,8 +140,8 @@ KRNetStatus VYNNetRequest::CarryOut(const Exchange& exchange, const ExchangeCall
 
 u16 VYNNetRequest::Create(const Exchange& exchange, VYNConnectionManager& manager) {
   ConnectionSession& session = *m_exchange.Session();
-  // A copy, since the manager may lead to host code that sets another path. One that failed must
-  // not pass for an empty path, which would put replies elsewhere.
+  // A copy, since the manager may run host code that sets another path. A failed copy must not be
+  // taken for an empty path, which means another folder.
   const KRString path(session.Access().GetTempFilePath());
   u16 error = 0;
   m_exchange.SetHandle(nullptr);
@@ -174,7 +174,7 @@ KRNetStatus VYNNetRequest::SetTrust(const Exchange& exchange) {
   return KRNetStatus_Success;
 }
 
-// The callback writes what is only read here.
+// The callback writes `*finished`, which is only read here.
 // NOLINTNEXTLINE(readability-non-const-parameter)
 void VYNNetRequest::WaitForReply(u16* finished) { m_exchange.Wait(finished); }
 
@@ -212,7 +212,7 @@ void VYNNetRequest::TakeProgress(const VYProgressRecord& record) {
 }
 
 void VYNNetRequest::TakeEnd(const VYFinishedRecord& record) {
-  // An exchange that is over has no handle that could be cancelled.
+  // An exchange that is over can no longer be cancelled.
   m_exchange.SetHandle(nullptr);
   m_reply.Take(record);
   const u16 result = record.result;

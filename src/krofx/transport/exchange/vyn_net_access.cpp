@@ -1,4 +1,4 @@
-// The access object of the connection-manager transport, over its session.
+// The access object of the connection-manager transport.
 
 #include "krofx/transport/exchange/vyn_net_access.h"
 

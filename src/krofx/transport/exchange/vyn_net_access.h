@@ -1,8 +1,9 @@
 // HTTP and HTTPS through a connection manager: the access object, which holds the session.
 //
 // The session is opened and connected by InitConnection, or comes from the host through
-// SetGlobalState. What happens in the session is the requests' affair (vyn_net_request.h); the
-// bytes are the connection manager's (connection_manager.h), and so are the numbers in the log.
+// SetGlobalState. The requests carry out exchanges in the session (vyn_net_request.h). The
+// connection manager moves the bytes (connection_manager.h), and the numbers in the log are its
+// codes.
 
 #ifndef KROFX_TRANSPORT_EXCHANGE_VYN_NET_ACCESS_H_
 #define KROFX_TRANSPORT_EXCHANGE_VYN_NET_ACCESS_H_
@@ -17,46 +18,52 @@
 /// A module of the process: null for the program, else a handle of dlopen.
 using HINSTANCE = void*;
 
-/// The connection of VYNNetRequest objects.
+/// The connection that VYNNetRequest objects use.
 class KROFX_API VYNNetAccess : public KRNetAccess {
  public:
-  /// Works through the given manager and waits through the given platform. Neither is owned, and
-  /// both must outlive this object. Null means the default: a manager of this object's own over
-  /// libcurl, a platform without events. Without memory for the default manager every operation
+  /// Uses the given manager, and waits through the given platform. Neither is owned, and both must
+  /// outlive this object. Null means the default: a libcurl manager that this object makes, and a
+  /// platform without events. When there is no memory for the default manager every operation
   /// fails.
   explicit VYNNetAccess(VYNConnectionManager* manager = nullptr,
                         VYNWaitPlatform* platform = nullptr);
   VYNNetAccess(const VYNNetAccess&) = delete;
   VYNNetAccess& operator=(const VYNNetAccess&) = delete;
-  /// Ends what its requests are doing, takes them off this object, and closes a session that it
-  /// opened itself. It may be destroyed by host code in an event or in a callback of its own.
+  /// Ends the exchanges of its requests, detaches the requests, and closes a session that it opened
+  /// itself. Host code may destroy the object in an event or in one of its callbacks.
   ~VYNNetAccess() override;
 
-  /// 1.
+  /// @return 1.
   u16 CanDoNetworkSetup() override;
-  /// 1 unless the manager says that the network has yet to be configured, or fails to say.
+  /// @return 1; 0 when the manager reports that the network must still be configured, or fails.
   u16 IsNetworkSetup() override;
-  /// 0: the connection manager sets the network up by its own means.
+  /// @return 0: the connection manager sets up the network itself.
   u16 DoNetworkSetup() override;
   /// Opens a session, unless there is one, and connects it, unless it is connected.
-  /// KRNetStatus_Failed when either fails, KRNetStatus_Refused when the connection was refused.
+  /// @return KRNetStatus_Success; KRNetStatus_Failed when either fails; KRNetStatus_Refused when
+  ///         the connection was refused.
   KRNetStatus InitConnection() override;
-  /// Closes the session; one that came from the host is only forgotten. There is no session behind
-  /// it, also when closing failed with KRNetStatus_CloseFailed. Exchanges that still run end, with
-  /// KRNetStatus_Failed.
+  /// Closes the session, or only forgets one that came from the host. Exchanges that still run end
+  /// with KRNetStatus_Failed.
+  /// @return KRNetStatus_Success; KRNetStatus_CloseFailed when closing failed. There is no session
+  ///         afterwards in either case.
   KRNetStatus EndConnection() override;
-  /// Makes a VYNNetRequest of this object; null when memory is exhausted.
+  /// Makes a VYNNetRequest of this object.
+  /// @return the request; null when memory is exhausted.
   KRNetRequest* NewNetRequest() override;
-  /// Destroys a request with all that it holds; null is allowed. Always success.
+  /// Destroys a request; null is allowed.
+  /// @return KRNetStatus_Success.
   KRNetStatus DeleteNetRequest(KRNetRequest* request) override;
-  /// Takes a session that the host opened, which stays the host's. Returns 1. A session that this
-  /// object opened before is closed.
+  /// Takes a session that the host opened and still owns. A session that this object opened before
+  /// is closed.
+  /// @return 1.
   u16 SetGlobalState(void* session) override;
-  /// Gives the last code from the connection manager, 0 for success. Returns 1.
+  /// Gets the last code from the connection manager, 0 for success.
+  /// @return 1.
   u16 GetStatus(u32& lastError) const override;
 
-  /// Gives the folder of a module, with the separator at its end, as a folder for reply files. Of
-  /// the module's name at most 1023 characters count; one without a folder gives "c:\".
+  /// Gets the folder of a module, with a separator at its end, as a folder for reply files. At most
+  /// 1023 characters of the module's name are used; a name without a folder gives "c:\".
   static void SetupTempPathFromHInst(HINSTANCE module, KRString& path);
 
   /// @return the session as the requests of this object use it.

@@ -1,4 +1,4 @@
-// What a request is given and gives out: settings, roots, expected certificates, and the reply.
+// The settings of a request, its roots, its expected certificates, and its reply.
 
 #include "krofx/transport/exchange/vyn_net_request.h"
 
@@ -9,9 +9,9 @@ using krofx::internal::ServerJudge;
 
 namespace {
 
-// The manager's code for a failure of TLS without a finer one, here for want of a manager.
+// The manager's code for an unspecified TLS failure, used here when there is no manager.
 constexpr u16 kNoManager = 1699;
-// What the manager is given with the TLS options.
+// The last argument of VCSetSSLInfo.
 constexpr u32 kSslConstant = 120;
 
 }  // namespace

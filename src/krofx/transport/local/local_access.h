@@ -1,5 +1,5 @@
-// What every transport that stays on this machine has in common: there is no network to set up and
-// no connection to open.
+// The base class of transports that do not leave this machine: there is no network to set up and no
+// connection to open.
 
 #ifndef KROFX_TRANSPORT_LOCAL_LOCAL_ACCESS_H_
 #define KROFX_TRANSPORT_LOCAL_LOCAL_ACCESS_H_
@@ -8,20 +8,23 @@
 #include "krofx/core/types.h"
 #include "krofx/transport/contract/net_access.h"
 
-/// A connection that does nothing. A derived class says in NewNetRequest what its requests are.
+/// A connection that does nothing. A derived class makes its requests in NewNetRequest.
 class KROFX_API LocalAccess : public KRNetAccess {
  public:
-  /// 0: there is no network.
+  /// @return 0: there is no network.
   u16 CanDoNetworkSetup() override;
-  /// 0: there is no network.
+  /// @return 0: there is no network.
   u16 IsNetworkSetup() override;
-  /// 0: there is no network.
+  /// @return 0: there is no network.
   u16 DoNetworkSetup() override;
-  /// Success; nothing is opened.
+  /// Opens nothing.
+  /// @return KRNetStatus_Success.
   KRNetStatus InitConnection() override;
-  /// Success; nothing is closed.
+  /// Closes nothing.
+  /// @return KRNetStatus_Success.
   KRNetStatus EndConnection() override;
-  /// Destroys the request with all that it holds; null is allowed. Always success.
+  /// Destroys the request; null is allowed.
+  /// @return KRNetStatus_Success.
   KRNetStatus DeleteNetRequest(KRNetRequest* request) override;
 };
 

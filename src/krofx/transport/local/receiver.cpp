@@ -49,7 +49,7 @@ KRNetStatus ReceiverRequest::Get(const KRString& /*url*/) {
   char file[internal::kFileNameSize] = {};
   BuildFileSpec(kReplyFile, file);
   const std::size_t length = strnlen(file, sizeof file);
-  // A name without room opens nothing; half of one could open another file.
+  // A name that does not fit opens nothing; a part of it could open another file.
   if (length < sizeof m_replyFile) std::memcpy(m_replyFile, file, length + 1);
   internal::LocalFileSize(m_replyFile, m_replySize);
   return KRNetStatus_Success;

@@ -1,4 +1,5 @@
-// A transport by hand: requests go into a file, and a person puts the replies into another.
+// A transport by hand: requests are written to a file, and a person puts each reply into another
+// file.
 
 #ifndef KROFX_TRANSPORT_LOCAL_RECEIVER_ACCESS_H_
 #define KROFX_TRANSPORT_LOCAL_RECEIVER_ACCESS_H_
@@ -6,11 +7,11 @@
 #include "krofx/core/export.h"
 #include "krofx/transport/local/local_access.h"
 
-/// Makes the requests of receiver_request.h. A host that shows the prompt derives a request class
-/// of its own, and an access class that makes it.
+/// Makes the requests of receiver_request.h. A host that wants to show the prompt derives a request
+/// class of its own, and an access class that makes it.
 class KROFX_API ReceiverAccess : public LocalAccess {
  public:
-  /// A ReceiverRequest that knows this object; null when memory is exhausted.
+  /// @return a ReceiverRequest of this object; null when memory is exhausted.
   KRNetRequest* NewNetRequest() override;
 };
 

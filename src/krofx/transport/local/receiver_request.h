@@ -1,5 +1,5 @@
 // One exchange by hand: the request is written to SEND.DAT, a person is asked to put a reply into
-// RECV.DAT, and that file is read back. A host can be tried out so without a server.
+// RECV.DAT, and that file is read back. This way a host can be tried without a server.
 
 #ifndef KROFX_TRANSPORT_LOCAL_RECEIVER_REQUEST_H_
 #define KROFX_TRANSPORT_LOCAL_RECEIVER_REQUEST_H_
@@ -10,44 +10,49 @@
 
 class ReceiverAccess;
 
-/// Exchanges through two files in the working folder. The person is not asked here: YesNoMsg says
-/// no until a derived class shows the prompt.
+/// Exchanges through two files in the working folder. This class does not ask the person: YesNoMsg
+/// answers no unless a derived class overrides it to show the prompt.
 ///
-/// Roots and expected certificates are taken and have no effect. Nothing is logged.
+/// Roots and expected certificates are accepted but have no effect. Nothing is logged.
 class KROFX_API ReceiverRequest : public KRNetRequest {
  public:
-  /// 1.
+  /// @return 1.
   u16 AddTrustedRoot(const char* base64Cert, u16 length, s16 rootID) override;
-  /// 1.
+  /// @return 1.
   u16 AddTrustedRootBER(const char* ber, u16 length, s16 rootID) override;
-  /// 1.
+  /// @return 1.
   u16 AddExpectedSSLCertID(const char* certID, u16 length) override;
-  /// 1.
+  /// @return 1.
   u16 AddExpectedSSLCertName(const KRString& name) override;
 
-  /// Looks for RECV.DAT, whatever the URL; always success. When there is no such file the size of
-  /// an earlier reply stays.
+  /// Looks for RECV.DAT, whatever the URL is. If there is no such file the size of an earlier reply
+  /// stays.
+  /// @return KRNetStatus_Success.
   KRNetStatus Get(const KRString& url) override;
-  /// Writes the content of `body` to SEND.DAT (readable by its owner only when it is new), asks the
-  /// person, and on yes gives what Get gives. KRNetStatus_Failed when the file cannot be written or
-  /// the answer is no. The body's cursor is moved; the body must live until the next exchange.
+  /// Writes the content of `body` to SEND.DAT (a new file is readable by its owner only) and asks
+  /// the person. The body's cursor moves; the body must live until the next exchange.
+  /// @return as Get, if the answer is yes; KRNetStatus_Failed when the file cannot be written or
+  ///         the answer is no.
   KRNetStatus Send(const KRString& url, KRBuffer* body) override;
-  /// Gives the size of RECV.DAT as Get found it; KRNetStatus_NoReplySize, with `size` left alone,
-  /// when it found none or an empty one.
+  /// Gets the size of RECV.DAT as Get found it.
+  /// @return KRNetStatus_Success; KRNetStatus_NoReplySize, with `size` unchanged, when Get found no
+  ///         file or an empty one.
   KRNetStatus GetReplySize(u32& size) override;
-  /// Writes RECV.DAT at the cursor of `target`. KRNetStatus_ReplyNotLoaded when there is none, it
-  /// does not open, or the target's size is not the reply's then, as when it held something before.
-  /// The file stays.
+  /// Writes RECV.DAT at the cursor of `target`. The file stays.
+  /// @return KRNetStatus_Success; KRNetStatus_ReplyNotLoaded when there is no file, it does not
+  ///         open, or the target's size is then not the reply's, for example because it was not
+  ///         empty.
   KRNetStatus LoadReply(KRBuffer* target) override;
 
-  /// Says which object made this request.
+  /// Sets the object that made this request.
   virtual void SetAccess(ReceiverAccess* access);
 
  protected:
   /// Writes the name under which the file `name` is opened into `out`, which has room for 4096
-  /// bytes. Here the name as it stands; a derived class may put a folder in front.
+  /// bytes. In this class it is `name` itself; a derived class may put a folder before it.
   virtual void BuildFileSpec(const char* name, char* out);
-  /// Shows `text` and returns nonzero for yes. Here 0: nobody is asked.
+  /// Shows `text` to the person.
+  /// @return nonzero for yes; in this class 0, without asking.
   virtual u16 YesNoMsg(const char* text);
 
   /// The object that made this request, null until SetAccess. Not owned.
@@ -56,7 +61,7 @@ class KROFX_API ReceiverRequest : public KRNetRequest {
   char m_replyFile[1024] = {};
   /// Bytes of the reply that Get found, 0 for none.
   u32 m_replySize = 0;
-  /// What Send was given last. Not owned.
+  /// The body of the last Send. Not owned.
   KRBuffer* m_body = nullptr;
 };
 

@@ -1,5 +1,5 @@
-// Days to dates and back. Both directions count years from March, so that a leap day is the last
-// day of its year, and work in cycles of 400 years, after which the calendar repeats.
+// Conversion between days and dates. Both directions count years from March, so that a leap day is
+// the last day of its year, and use cycles of 400 years, after which the calendar repeats.
 
 #include "krofx/values/internal/calendar.h"
 
@@ -23,7 +23,7 @@ std::int64_t DaysFromDate(std::int64_t year, std::int64_t month, std::int64_t da
   const std::int64_t shiftedMonth = fromMarch - FloorDivide(fromMarch, 12) * 12;
   const std::int64_t cycle = FloorDivide(year, 400);
   const std::int64_t yearOfCycle = year - cycle * 400;
-  // Five months from March on, and from August on, have 153 days together.
+  // The five months from March, and the five from August, have 153 days in total.
   const std::int64_t dayOfYear = (153 * shiftedMonth + 2) / 5 + day - 1;
   const std::int64_t leapDays = yearOfCycle / 4 - yearOfCycle / 100;
   return cycle * kDaysPerCycle + yearOfCycle * 365 + leapDays + dayOfYear - kDaysToEpoch;

@@ -1,4 +1,4 @@
-// The system's clock, and the place that holds its replacement.
+// The system's clock, and the variable that holds its replacement.
 
 #include "krofx/values/internal/clock.h"
 
@@ -14,7 +14,7 @@ class SystemClock final : public Clock {
   std::int64_t Now() override { return static_cast<std::int64_t>(std::time(nullptr)); }
 
   s32 LocalZoneOffset() override {
-    // A day's distance from the epoch keeps the local reading in range for every zone.
+    // One day after the epoch, the local time is after the epoch in every zone.
     const std::time_t day = 86400;
     std::tm parts{};
     if (gmtime_r(&day, &parts) == nullptr) return 0;

@@ -11,12 +11,12 @@ namespace krofx::internal {
 
 namespace {
 
-// The host's locale must not decide what a keyword is, so this is not toupper.
+// Not toupper: the meaning of a keyword must not depend on the host's locale.
 constexpr char ToUpper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-// Most words of a table have another length, which settles it.
+// Most words of a table differ in length, which is quick to compare.
 inline bool Matches(std::string_view a, std::string_view b) {
   if (a.size() != b.size()) return false;
   for (std::size_t i = 0; i < a.size(); ++i) {

@@ -1,4 +1,4 @@
-// Reading and writing of plain dates.
+// Reads and writes plain dates.
 
 #include "krofx/values/internal/plain_date.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kMostHours = 12;
 
-// Reads "[-5:EST]" or "[-5]", with a name that goes with the offset.
+// Reads "[-5:EST]" or "[-5]"; a name must fit the offset.
 bool ReadCommonZone(const char* zone, std::size_t length, PlainDate& out) noexcept {
   if (length < 3 || *zone != '[') return false;
   const char* at = zone + 1;
@@ -56,7 +56,7 @@ bool ReadCommonDate(const char* text, std::size_t length, PlainDate& out) noexce
     return true;
   }
 
-  // The day once more, and the clock.
+  // The day again, and the clock.
   if (length < kClockEnd || !ReadDigitPairs(text + kDateEnd - 2, digits)) return false;
   if (digits[1] > 23 || digits[2] > 59 || digits[3] > 59) return false;
   date.hour = static_cast<std::uint8_t>(digits[1]);

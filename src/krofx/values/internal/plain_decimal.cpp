@@ -1,4 +1,4 @@
-// Reading and writing of plain decimals.
+// Reads and writes plain decimals.
 
 #include "krofx/values/internal/plain_decimal.h"
 
@@ -11,7 +11,7 @@ namespace krofx::internal {
 
 bool ReadCommonDecimal(const char* text, std::size_t length, PlainDecimal& out) noexcept {
   constexpr std::ptrdiff_t kMostDigits = 18;
-  // So many characters a number of 18 digits has with its sign and its point.
+  // The characters of a number of 18 digits, with its sign and its point.
   constexpr std::size_t kMostCharacters = 20;
   if (length == 0 || length > kMostCharacters) return false;
   const char* const end = text + length;

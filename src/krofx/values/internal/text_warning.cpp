@@ -1,4 +1,4 @@
-// Warnings about the text of a value: makes strings of the parts and logs them.
+// Warnings about the text of a value: makes strings from the parts and logs them.
 
 #include "krofx/values/internal/text_warning.h"
 

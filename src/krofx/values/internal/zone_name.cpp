@@ -1,4 +1,4 @@
-// The slow paths of ZoneName: setting a name, and the string that hosts see.
+// The slow paths of ZoneName: setting a name, and making the string for hosts.
 
 #include "krofx/values/internal/zone_name.h"
 
@@ -11,7 +11,7 @@
 namespace krofx::internal {
 
 void ZoneName::Assign(const char* text, std::size_t length) noexcept {
-  // The string's own text may be what is assigned; it must not be read while it is replaced.
+  // The assigned text may be the string's own; it must not be read while it is being replaced.
   const bool isOwn = m_string != nullptr && text == static_cast<const char*>(*m_string);
   const std::size_t kept = length < kShortSize ? length : kShortSize - 1;
   if (kept != 0) std::memmove(m_short, text, kept);

@@ -1,4 +1,4 @@
-// Reading certificates, building chains, and turning them into the callback's list.
+// Reads certificates, builds chains, and turns them into the callback's list.
 
 #include "krofx/transport/curl/internal/certificates.h"
 
@@ -44,7 +44,7 @@ u16 AddedRoots::Add(const char* der, u32 length, s16 rootID) {
   if (root == nullptr) return VYNCurlCode_NoMemory;
   root->certificate = std::move(certificate);
   root->id = rootID;
-  // At the end, so that the first ID of a certificate that was added twice stands.
+  // Added at the end, so that a certificate that is added twice keeps its first ID.
   Root** end = &m_first;
   while (*end != nullptr) end = &(*end)->next;
   *end = root;
@@ -96,7 +96,7 @@ CertificateList PresentedCertificates(CURL* easy) {
         certificate.reset(PEM_read_bio_X509(text.get(), nullptr, nullptr, nullptr));
       }
     }
-    // A list with a hole would show another certificate as the server's.
+    // In a list with a missing certificate another one would seem to be the server's.
     if (certificate == nullptr || sk_X509_push(list.get(), certificate.get()) == 0) return nullptr;
     (void)certificate.release();
   }
@@ -113,7 +113,7 @@ CertificateList BuildChain(const CertificateList& presented, X509_STORE* store, 
                           presented.get()) != 1) {
     return nullptr;
   }
-  // As libcurl has it: any trusted certificate may end a chain, not only a self-signed one.
+  // As in libcurl: any trusted certificate may end a chain, not only a self-signed one.
   X509_STORE_CTX_set_flags(context.get(), X509_V_FLAG_PARTIAL_CHAIN | X509_V_FLAG_TRUSTED_FIRST);
   if (check == ChainCheck::Valid) {
     if (X509_STORE_CTX_set_default(context.get(), "ssl_server") != 1) return nullptr;
@@ -137,8 +137,8 @@ CertificateList ChainToRootsAt(const CertificateList& presented, const RootLocat
   const CryptoErrorScope scope;
   const CryptoPointer<X509_STORE> store(X509_STORE_new());
   if (store == nullptr) return nullptr;
-  // The folder first: of it only the certificates that are asked for are read, and usually it holds
-  // what the file does.
+  // The folder first: only the certificates that are needed are read from it, and usually it has
+  // the same ones as the file.
   CertificateList chain;
   if (location.folder != nullptr && X509_STORE_load_path(store.get(), location.folder) == 1) {
     chain = BuildChain(presented, store.get(), ChainCheck::Valid);
@@ -165,7 +165,7 @@ CallbackChain::~CallbackChain() { Clear(); }
 bool CallbackChain::Prepend(X509* certificate) {
   const int length = i2d_X509(certificate, nullptr);
   if (length <= 0 || length > UINT16_MAX) return false;
-  // The bytes stand in the same block, behind the element.
+  // The bytes are in the same block, after the element.
   auto* const element = static_cast<SSLCertificateChain*>(
       Allocate(sizeof(SSLCertificateChain) + static_cast<std::size_t>(length)));
   if (element == nullptr) return false;

@@ -1,9 +1,9 @@
-// Certificates of an exchange: the roots that it was given, the chain that the server showed, and
-// the way from the one to the other.
+// Certificates of an exchange: the roots that were added to it, the chain that the server showed,
+// and the path from the chain to a root.
 //
-// libcurl, with its own TLS library, does the handshake and judges the chain. What it does not tell
-// is which root the chain ended at. So the chain is built once more here, by libcrypto and over the
-// same roots, to find that out.
+// libcurl, with its own TLS library, does the handshake and verifies the chain, but it does not
+// report which root the chain ended at. To find that out, the chain is built again here, by
+// libcrypto with the same roots.
 
 #ifndef KROFX_TRANSPORT_CURL_INTERNAL_CERTIFICATES_H_
 #define KROFX_TRANSPORT_CURL_INTERNAL_CERTIFICATES_H_
@@ -20,7 +20,7 @@
 
 namespace krofx::internal {
 
-/// Frees what libcrypto gave.
+/// Frees objects of libcrypto.
 struct CryptoDeleter {
   void operator()(BIO* bio) const { BIO_free(bio); }
   void operator()(X509* certificate) const { X509_free(certificate); }
@@ -29,7 +29,7 @@ struct CryptoDeleter {
   void operator()(STACK_OF(X509) * list) const { sk_X509_pop_free(list, X509_free); }
 };
 
-/// Something of libcrypto's, owned.
+/// An owned object of libcrypto.
 template <class T>
 using CryptoPointer = std::unique_ptr<T, CryptoDeleter>;
 
@@ -44,15 +44,16 @@ class AddedRoots {
   AddedRoots& operator=(const AddedRoots&) = delete;
   ~AddedRoots();
 
-  /// Adds a root. 0, or a VYNCurlCode.
+  /// Adds a root.
+  /// @return 0, or a VYNCurlCode.
   u16 Add(const char* der, u32 length, s16 rootID);
-  /// Whether there is none.
+  /// @return whether there are no roots.
   bool IsEmpty() const { return m_first == nullptr; }
-  /// The roots as PEM text in memory; null when memory is exhausted.
+  /// @return the roots as PEM text in memory; null when memory is exhausted.
   CryptoPointer<BIO> Pem() const;
-  /// A store that trusts the roots and nothing else; null when memory is exhausted.
+  /// @return a store that trusts only these roots; null when memory is exhausted.
   CryptoPointer<X509_STORE> Store() const;
-  /// The ID of the first root that is this certificate; 0 for none.
+  /// @return the ID of the first root that is this certificate; 0 for none.
   u32 IdOf(const X509* certificate) const;
 
  private:
@@ -60,33 +61,35 @@ class AddedRoots {
   Root* m_first = nullptr;
 };
 
-/// Where roots are that were not added: PEM files, as OpenSSL finds them. Null for none.
+/// Where the roots are that were not added: PEM files in OpenSSL's layout. Null for none.
 struct RootLocation {
   /// A file of certificates.
   const char* file;
-  /// A folder of certificates under the hashes of their subjects.
+  /// A folder of certificates named by the hashes of their subjects.
   const char* folder;
 };
 
-/// What libcurl kept of the server's certificates; null when it kept none, or memory is exhausted.
+/// @return the server's certificates as libcurl kept them; null when it kept none, or memory is
+///         exhausted.
 CertificateList PresentedCertificates(CURL* easy);
 
-/// What an added root has to do with the chain that a server showed.
+/// How a chain that a server showed is checked against an added root.
 enum class ChainCheck {
   /// The chain is valid for a server, now.
   Valid,
-  /// Its signatures lead to the root, whatever else may be wrong with it.
+  /// Its signatures lead to the root; nothing else is checked.
   SignaturesOnly,
 };
 
-/// The chain from the server's certificate to one of the added roots; null for none.
+/// @return the chain from the server's certificate to one of the added roots; null for none.
 CertificateList ChainToAddedRoots(const CertificateList& presented, const AddedRoots& roots,
                                   ChainCheck check);
 
-/// The valid chain from the server's certificate to a root in one of the places; null for none.
+/// @return the valid chain from the server's certificate to a root of one of the places; null for
+///         none.
 CertificateList ChainToRootsAt(const CertificateList& presented, const RootLocation& location);
 
-/// A list of certificates as the certificate callback takes it: the other way round, as DER.
+/// A list of certificates in the form for the certificate callback: in reverse order, as DER.
 class CallbackChain {
  public:
   explicit CallbackChain(const CertificateList& certificates);
@@ -94,7 +97,8 @@ class CallbackChain {
   CallbackChain& operator=(const CallbackChain&) = delete;
   ~CallbackChain();
 
-  /// The first element. Null when memory is exhausted or a certificate has more than 65535 bytes.
+  /// @return the first element; null when memory is exhausted or a certificate has more than 65535
+  ///         bytes.
   SSLCertificateChain* First() { return m_first; }
 
  private:
@@ -105,12 +109,12 @@ class CallbackChain {
 };
 
 /// @return whether a certificate names the hosts that it is for in subjectAltName. libcurl falls
-/// back
-///         on the common name of one that does not, which may be anything.
+///         back on the common name of one that does not, which may be anything.
 bool NamesItsServers(const X509* certificate);
 
-/// Empties the thread's queue of libcrypto errors. Whether a handshake failed over a certificate is
-/// among them: when a signature does not hold, libcurl's own answer hides that.
+/// Empties the thread's queue of libcrypto errors.
+/// @return whether one of them says that a handshake failed because of a certificate. For a wrong
+///         signature libcurl's own result does not show this.
 bool TakeCertificateRefusal();
 
 }  // namespace krofx::internal

@@ -1,5 +1,5 @@
-// What libcurl calls while an exchange runs: to send, to receive, and once the server has shown its
-// certificates.
+// The functions that libcurl calls while an exchange runs: to send, to receive, and after the
+// server has shown its certificates.
 
 #include <cstdio>
 #include <cstring>
@@ -11,8 +11,8 @@ namespace krofx::internal {
 
 namespace {
 
-// Servers that send more header lines than this mean no good. libcurl has a limit of its own for
-// all of them, which is higher, and one for a single line, which is lower.
+// A server that sends more header lines than this is taken to be hostile. libcurl's own limit for
+// all header lines is higher, and its limit for a single line is lower.
 constexpr std::size_t kHeaderLimit = 256U * 1024;
 
 // The lowest status of a reply that is not interim.
@@ -69,7 +69,7 @@ u16 CurlExchange::AskCallback(SSLCertificateChain* chain, u32 rootID, u16 error)
 
 std::size_t CurlExchange::GiveData(char* out, std::size_t size, std::size_t count, void* self) {
   auto& exchange = *static_cast<CurlExchange*>(self);
-  // The data is no longer ours to read once the exchange was given back.
+  // After the exchange was released its data must not be read.
   if (exchange.MustStop()) return CURL_READFUNC_ABORT;
   const std::size_t room = size * count;
   const u32 left = exchange.m_size - exchange.m_position;
@@ -108,7 +108,7 @@ std::size_t CurlExchange::TakeHeader(char* bytes, std::size_t size, std::size_t 
 }
 
 bool CurlExchange::WriteHeader(const char* line, std::size_t length) {
-  // Lines after the body are trailers, which servers add unasked.
+  // Lines after the body are trailers, which were not requested.
   if (m_part == ReplyPart::Body) return true;
   m_headerSize += length;
   if (m_headerSize > kHeaderLimit) {
@@ -117,8 +117,8 @@ bool CurlExchange::WriteHeader(const char* line, std::size_t length) {
   }
   bool written = true;
   if (m_part == ReplyPart::Status) {
-    // What came before belongs to an interim reply. The line itself is left out: readers take lines
-    // of a key, a colon and a value.
+    // The lines before this one belong to an interim reply. The status line itself is not written:
+    // readers expect lines with a key, a colon and a value.
     written = m_headerFile.Empty();
     m_part = ReplyPart::Header;
   } else if (IsBlankLine(line, length)) {

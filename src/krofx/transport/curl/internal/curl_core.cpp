@@ -1,4 +1,4 @@
-// Sessions, exchanges and their movement.
+// Sessions and exchanges, and how exchanges advance.
 
 #include "krofx/transport/curl/internal/curl_core.h"
 
@@ -14,7 +14,7 @@ namespace krofx::internal {
 
 namespace {
 
-// Once for the process; libcurl has no way back that would be safe in a library.
+// Once for the process; undoing this would not be safe in a library.
 bool StartCurl() {
   StartCrypto();
   static const CURLcode result = curl_global_init(CURL_GLOBAL_DEFAULT);
@@ -28,7 +28,7 @@ struct CurlCore::Session : HeapObject {
   Session* next = nullptr;
 };
 
-// Stands in every operation that can end exchanges or call back.
+// Used in every operation that can end exchanges or call back.
 class CurlCore::Scope {
  public:
   explicit Scope(CurlCore& core) : m_core(core) { ++m_core.m_depth; }
@@ -173,7 +173,7 @@ u16 CurlCore::Cancel(void* session, void* handle) {
   if (exchange == nullptr || exchange->m_state == ExchangeState::Created) {
     return VYNCurlCode_BadArgument;
   }
-  // One that is ending already gets its record without further ado.
+  // An exchange that is already ending gets its record anyway.
   if (exchange->m_state == ExchangeState::Ending) return VYNCurlCode_Success;
   if (m_inCurl) {
     exchange->m_verdict = VYNCurlCode_Cancelled;
@@ -195,7 +195,7 @@ void CurlCore::Work(u32 milliseconds) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
   const bool paced = std::exchange(m_paced, false);
-  // A callback may work too, and know of an end before this call does.
+  // A callback may call Work too, and see the end of an exchange before this call does.
   const u32 known = m_knownEnds;
   bool moved = Turn() && !paced;
   while (!moved && m_ends == known && !m_destroyed) {
@@ -209,7 +209,7 @@ void CurlCore::Work(u32 milliseconds) {
   m_knownEnds = m_ends;
 }
 
-// One step of everything; true when a callback was made.
+// Advances all exchanges by one step; true when a callback was made.
 bool CurlCore::Turn() {
   int running = 0;
   TakeCertificateRefusal();
@@ -222,8 +222,8 @@ bool CurlCore::Turn() {
   return FinishTransfers(certificateRefused) || told;
 }
 
-// Each of the next three looks from the start again behind every callback, which may have changed
-// the list.
+// Each of the next three functions starts again from the beginning of the list after every
+// callback, which may have changed the list.
 
 bool CurlCore::TellProgress() {
   bool told = false;
@@ -293,7 +293,7 @@ void CurlCore::Detach(CurlExchange& exchange) {
   if (!m_inCurl && exchange.Easy() != nullptr) curl_multi_remove_handle(m_multi, exchange.Easy());
 }
 
-// Deletes what is dead.
+// Deletes dead exchanges.
 void CurlCore::Sweep() {
   CurlExchange** link = &m_exchanges;
   while (*link != nullptr) {

@@ -1,9 +1,8 @@
-// The sessions and exchanges of a manager over libcurl, and the one place where they move.
+// The sessions and exchanges of a VYNCurlManager, and the code that advances them.
 //
-// Callbacks lead to host code, and host code may call any operation from there. So exchanges are
-// not deleted where they end but when the outermost operation is left (Scope), handles are looked
-// up rather than followed, and what cannot be done while libcurl itself is running (m_inCurl) is
-// noted down as a verdict and done behind it.
+// Callbacks run host code, which may call any operation. So exchanges are deleted only when the
+// outermost operation returns (Scope), handles are looked up and not dereferenced, and what cannot
+// be done while libcurl itself is running (m_inCurl) is recorded as a verdict and done afterwards.
 
 #ifndef KROFX_TRANSPORT_CURL_INTERNAL_CURL_CORE_H_
 #define KROFX_TRANSPORT_CURL_INTERNAL_CURL_CORE_H_
@@ -18,23 +17,24 @@
 
 namespace krofx::internal {
 
-/// What a VYNCurlManager is made of. The operations of the manager's name do what it says.
+/// The implementation of VYNCurlManager. Operations with names like the manager's do what its
+/// header describes.
 class CurlCore : public HeapObject {
  public:
   CurlCore();
   CurlCore(const CurlCore&) = delete;
   CurlCore& operator=(const CurlCore&) = delete;
 
-  /// Whether libcurl started.
+  /// @return whether libcurl started.
   bool IsReady() const { return m_multi != nullptr; }
-  /// Ends everything without a finished record and deletes the object: at once, or when the
-  /// callbacks have returned that this was called from.
+  /// Ends all exchanges without a finished record and deletes the object: at once or, when called
+  /// from a callback, after the callbacks have returned.
   void Destroy();
 
   void SetReplyLimit(u32 bytes) { m_settings.replyLimit = bytes; }
   u16 SetProxy(const char* url, const char* exceptions);
   u16 SetSystemRoots(const char* file, const char* folder);
-  /// The HTTP status of the exchange that ended last, 0 for none.
+  /// @return the HTTP status of the exchange that ended last; 0 for none.
   u32 GetHttpStatus() const { return m_httpStatus; }
 
   void* OpenSession();
@@ -79,8 +79,8 @@ class CurlCore : public HeapObject {
   std::uintptr_t m_lastHandle = 0;
   u32 m_depth = 0;
   bool m_inCurl = false;
-  // How many exchanges have ended or were given back, and how many of them a Work has seen: nobody
-  // waits for a pause to run out after an end.
+  // How many exchanges have ended or were released, and how many of them a Work has seen: a pause
+  // ends early after an end.
   u32 m_ends = 0;
   u32 m_knownEnds = 0;
   // Whether the next Work lasts for its whole time unless an exchange ends.

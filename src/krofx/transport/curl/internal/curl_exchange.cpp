@@ -1,4 +1,4 @@
-// The life of an exchange: what it is given, what it tells, and how it ends.
+// The life of an exchange: its parameters, its progress, and how it ends.
 
 #include "krofx/transport/curl/internal/curl_exchange.h"
 
@@ -55,7 +55,7 @@ u16 CurlExchange::Create(const ExchangeParameters& parameters, const CurlSetting
   m_isSend = parameters.isSend;
   m_callback = parameters.callback;
   m_userData = parameters.userData;
-  // libcurl's own default would call the body of a send a form.
+  // libcurl's own default is the content type of a form.
   const u16 code = m_headers.Set(m_isSend ? kDefaultContentType : nullptr, nullptr);
   if (code != VYNCurlCode_Success) return code;
   ReadUrl(parameters.url);
@@ -66,7 +66,7 @@ u16 CurlExchange::Create(const ExchangeParameters& parameters, const CurlSetting
              : VYNCurlCode_FileFailed;
 }
 
-// Strictly: a URL without a scheme would otherwise become one of plain http.
+// The URL must have a scheme: libcurl would otherwise assume plain http.
 void CurlExchange::ReadUrl(const char* url) {
   m_url = curl_url();
   if (m_url == nullptr) {
@@ -96,8 +96,8 @@ u16 CurlExchange::SetHttp(u16 post, const char* contentType, const char* extraHe
   m_timeout = timeout;
   if (contentType == nullptr && m_isSend) contentType = kDefaultContentType;
   const u16 code = m_headers.Set(contentType, extraHeaders);
-  // Callers take a failure here for a success without a reply, so what is wrong is reported at the
-  // end, where the reason counts.
+  // Callers treat a failure here as a success without a reply, so the error is reported at the end
+  // of the exchange.
   if (code != VYNCurlCode_Success && m_verdict == 0) m_verdict = code;
   return VYNCurlCode_Success;
 }
@@ -146,7 +146,7 @@ VYProgressRecord CurlExchange::TakeNews() {
 u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
   if (m_stopped != 0) return m_stopped;
   if (result == CURLE_OK) return CodeOfReply();
-  // libcurl says so of a header line that is longer than it takes, too.
+  // libcurl also gives this result for a header line that is too long for it.
   if (result == CURLE_OUT_OF_MEMORY && m_part != ReplyPart::Body &&
       CountInfo(m_easy, CURLINFO_PRETRANSFER_TIME_T) > 0 && MemoryIsLeft()) {
     return VYNCurlCode_ReplyTooLarge;
@@ -158,7 +158,7 @@ u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
     const u16 answer = AskCallback(nullptr, 0, code);
     return answer != 0 ? answer : code;
   }
-  // A proxy that refuses a tunnel says why by an HTTP status.
+  // A proxy that refuses a tunnel gives the reason as an HTTP status.
   const long proxyStatus = LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE);
   if (proxyStatus >= 400) return CodeOfHttpStatus(proxyStatus);
   return CodeOfTransfer(result, LongInfo(m_easy, CURLINFO_OS_ERRNO));
@@ -176,8 +176,8 @@ u16 CurlExchange::CodeOfReply() const {
   return code == VYNCurlCode_Success && m_isHttps && !IsKnownWhole() ? u16{VYNCurlCode_Cut} : code;
 }
 
-// libcurl has counted a body that says its length, or comes in chunks. Any other one ends with the
-// connection, which anybody on the way can cut: only the server itself can close it by TLS.
+// If the body has a length or is chunked, libcurl has checked it. Any other body ends with the
+// connection, which anybody on the network can cut; only the server itself can close it by TLS.
 bool CurlExchange::IsKnownWhole() const {
   if (m_tlsEnd.closed || CountInfo(m_easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T) >= 0) return true;
   curl_header* coding = nullptr;

@@ -1,5 +1,5 @@
-// One exchange of the manager over libcurl: its options, its files, and the calls that libcurl
-// makes while it runs.
+// One exchange of a VYNCurlManager: its options, its files, and the functions that libcurl calls
+// while it runs.
 
 #ifndef KROFX_TRANSPORT_CURL_INTERNAL_CURL_EXCHANGE_H_
 #define KROFX_TRANSPORT_CURL_INTERNAL_CURL_EXCHANGE_H_
@@ -19,11 +19,11 @@
 
 namespace krofx::internal {
 
-/// What can be set for a whole manager.
+/// The settings of a manager.
 struct CurlSettings {
   /// Bytes that the body of a reply may have.
   u32 replyLimit = 0;
-  /// Whether rootFile and rootFolder take the place of what libcurl has by itself.
+  /// Whether rootFile and rootFolder replace libcurl's default places.
   bool ownRoots = false;
   /// The proxy, empty for none, and the hosts that are reached without it.
   KRString proxy;
@@ -45,19 +45,20 @@ struct ExchangeParameters {
   void* userData;
 };
 
-/// How far an exchange has got.
+/// The state of an exchange.
 enum class ExchangeState {
   /// Being set up.
   Created,
-  /// Started; it will have a finished record.
+  /// Started; a finished record will follow.
   Running,
-  /// Ended, while the certificate callback is told why; the finished record is next.
+  /// Ended, while the certificate callback gets the reason; the finished record is next.
   Ending,
-  /// Over or given back: no handle leads here any more, no callback is made, the object goes soon.
+  /// Over or released: no handle is valid for it, no callback is made, and the object is deleted
+  /// soon.
   Dead,
 };
 
-/// Which part of a reply comes next.
+/// The part of a reply that comes next.
 enum class ReplyPart {
   /// A status line.
   Status,
@@ -67,49 +68,54 @@ enum class ReplyPart {
   Body,
 };
 
-/// An exchange. The core (curl_core.h) owns and moves it, and links it into its list.
+/// An exchange. The core (curl_core.h) owns it, advances it, and links it into its list.
 class CurlExchange : public HeapObject {
  public:
-  /// `handle` and `session` are the numbers that callers know the exchange and its session by.
+  /// `handle` and `session` are the numbers by which callers refer to the exchange and its session.
   CurlExchange(void* handle, void* session) : m_handle(handle), m_session(session) {}
   CurlExchange(const CurlExchange&) = delete;
   CurlExchange& operator=(const CurlExchange&) = delete;
   ~CurlExchange();
 
-  /// Takes the parameters over and makes the files. 0, or a VYNCurlCode; a URL that cannot be used
-  /// becomes the verdict. `settings` must outlive the exchange.
+  /// Takes the parameters and makes the files. A URL that cannot be used becomes the verdict.
+  /// `settings` must outlive the exchange.
+  /// @return 0, or a VYNCurlCode.
   u16 Create(const ExchangeParameters& parameters, const CurlSettings& settings);
-  /// Sets the HTTP options. 0, or a VYNCurlCode; headers that cannot be used become the verdict.
+  /// Sets the HTTP options. Headers that cannot be used become the verdict.
+  /// @return 0, or a VYNCurlCode.
   u16 SetHttp(u16 post, const char* contentType, const char* extraHeaders, s32 timeout);
   /// Sets the TLS options.
   void SetTls(bool skipVerify, VYCertificateCallback callback);
   /// Adds a root. 0, or a VYNCurlCode.
   u16 AddRoot(const char* der, u32 length, s16 rootID) { return m_roots.Add(der, length, rootID); }
 
-  /// Makes the transfer, unless there is a verdict. 0, or a VYNCurlCode.
+  /// Makes the transfer, unless there is a verdict.
+  /// @return 0, or a VYNCurlCode.
   u16 Prepare();
-  /// The transfer; null without one.
+  /// @return the transfer; null without one.
   CURL* Easy() const { return m_easy; }
 
-  /// Whether a progress record is due.
+  /// @return whether a progress record is due.
   bool HasNews() const;
-  /// Makes the next progress record; there must be one.
+  /// Makes the next progress record; one must be due.
   VYProgressRecord TakeNews();
-  /// The code of a transfer that libcurl ended. Asks the certificate callback if the server's
-  /// certificates were the reason; `certificateRefused` says that of a failed handshake.
+  /// Finds the code of a transfer that libcurl ended, and calls the certificate callback if the
+  /// server's certificates were the reason. `certificateRefused` says that they were the reason of
+  /// a failed handshake.
+  /// @return the code.
   u16 Result(CURLcode result, bool certificateRefused);
-  /// The HTTP status that the server, or a proxy that refused, has sent; 0 for none.
+  /// @return the HTTP status that the server, or a proxy that refused, has sent; 0 for none.
   u32 HttpStatus() const;
-  /// Hands the files over and makes the finished record.
+  /// Makes the finished record, and passes the files to its receiver.
   void Finish(u16 code, VYFinishedRecord& record);
 
-  /// Takes progress and finished records; may be null.
+  /// The callback for progress and finished records; may be null.
   VYProgressCallback Callback() const { return m_callback; }
 
  private:
   friend class CurlCore;
 
-  // Whether libcurl's calls are to stop the transfer at their next chance.
+  // Whether the functions that libcurl calls must stop the transfer.
   bool MustStop() const { return m_state == ExchangeState::Dead || m_verdict != 0; }
   void ReadUrl(const char* url);
   bool SetConnection();
@@ -128,8 +134,9 @@ class CurlExchange : public HeapObject {
   static std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t TakeHeader(char* bytes, std::size_t size, std::size_t count, void* self);
 
-  // The core's: who the exchange is, the next one in the list, and how far it has got. With a
-  // verdict, a code, it ends as soon as that can be done, whatever the transfer does.
+  // For the core: the exchange's numbers, the next one in the list, its state, and the verdict.
+  // With a verdict, a code other than 0, the exchange ends as soon as possible, whatever the
+  // transfer does.
   void* const m_handle;
   void* const m_session;
   CurlExchange* m_next = nullptr;
@@ -159,7 +166,7 @@ class CurlExchange : public HeapObject {
   bool m_skipVerify = false;
   VYCertificateCallback m_certificateCallback = nullptr;
 
-  // What stopped the transfer from inside one of libcurl's calls; 0 for nothing.
+  // The code with which a function that libcurl called stopped the transfer; 0 if none did.
   u16 m_stopped = 0;
   ReplyPart m_part = ReplyPart::Status;
   // Bytes of header lines so far, those of interim replies included.

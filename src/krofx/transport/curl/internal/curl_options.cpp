@@ -21,14 +21,15 @@ struct FixedOption {
 
 // The same for every exchange.
 constexpr FixedOption kFixedOptions[] = {
-    // Signals are the host's.
+    // Signals belong to the host.
     {CURLOPT_NOSIGNAL, 1},
-    // A transfer that is over does not wait for the system to answer where the host is.
+    // A transfer that has ended does not wait for the look-up of a host's name.
     {CURLOPT_QUICK_EXIT, 1},
     {CURLOPT_HTTP_VERSION, CURL_HTTP_VERSION_1_1},
     {CURLOPT_FOLLOWLOCATION, 0},
     {CURLOPT_NETRC, CURL_NETRC_IGNORED},
-    // Certificates are decided on for each exchange, so none may use what another one agreed.
+    // Certificates are checked for each exchange, so an exchange must not reuse another one's
+    // connection or TLS session.
     {CURLOPT_FRESH_CONNECT, 1},
     {CURLOPT_FORBID_REUSE, 1},
     {CURLOPT_SSL_SESSIONID_CACHE, 0},
@@ -47,7 +48,7 @@ const char* TextOrEmpty(const KRString& text) {
   return text.IsEmpty() != 0 ? "" : static_cast<const char*>(text);
 }
 
-// Where libcurl looks by itself.
+// libcurl's default place.
 const char* OwnPlace(CURL* easy, CURLINFO info) {
   const char* place = nullptr;
   curl_easy_getinfo(easy, info, &place);
@@ -60,7 +61,7 @@ bool CurlExchange::SetConnection() {
   for (const FixedOption& row : kFixedOptions) {
     if (!Set(m_easy, row.option, row.value)) return false;
   }
-  // Empty texts, since libcurl asks the environment for what is not set.
+  // Empty texts, since libcurl takes options that are not set from the environment.
   return Set(m_easy, CURLOPT_PROXY, TextOrEmpty(m_settings->proxy)) &&
          Set(m_easy, CURLOPT_NOPROXY, TextOrEmpty(m_settings->proxyExceptions)) &&
          Set(m_easy, CURLOPT_PROTOCOLS_STR, "http,https") && Set(m_easy, CURLOPT_CURLU, m_url) &&
@@ -77,14 +78,14 @@ bool CurlExchange::SetRequest() {
     if (!done) return false;
   }
   return Set(m_easy, CURLOPT_HTTPHEADER, m_headers.List()) && Set(m_easy, CURLOPT_PRIVATE, this) &&
-         // Ends a reply that says that it will be too large before its body comes.
+         // Ends a reply whose announced length is too large, before its body comes.
          Set(m_easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(m_replyLimit)) &&
          Set(m_easy, CURLOPT_WRITEFUNCTION, &TakeBody) && Set(m_easy, CURLOPT_WRITEDATA, this) &&
          Set(m_easy, CURLOPT_HEADERFUNCTION, &TakeHeader) && Set(m_easy, CURLOPT_HEADERDATA, this);
 }
 
 bool CurlExchange::SetTrust() {
-  // A proxy may speak TLS too.
+  // A proxy may use TLS too.
   if (!HookTls(m_easy, m_tlsEnd)) return false;
   if (!m_isHttps) return true;
   const long verify = m_skipVerify ? 0 : 1;
@@ -94,8 +95,8 @@ bool CurlExchange::SetTrust() {
       !Set(m_easy, CURLOPT_PREREQDATA, this)) {
     return false;
   }
-  // The system's roots are not read when they do not count: a folder of them would be trusted in
-  // addition to the roots in memory.
+  // The system's roots are not read when they must not be used: libcurl would trust a folder of
+  // them in addition to the roots in memory.
   RootLocation location{nullptr, nullptr};
   if (!m_skipVerify && m_roots.IsEmpty()) location = SystemRoots();
   if (!Set(m_easy, CURLOPT_CAINFO, location.file) ||

@@ -1,4 +1,4 @@
-// Taking header lines apart and putting them together again.
+// Parses header lines and composes them again.
 
 #include "krofx/transport/curl/internal/request_headers.h"
 
@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kContentType[] = "Content-Type";
 
-// Whoever sets these says where a message ends, which is for libcurl to say.
+// These headers determine where a message ends, which only libcurl may decide.
 constexpr const char* kFraming[] = {"Content-Length", "Transfer-Encoding", "Expect"};
 
 // The characters of a header's name.
@@ -25,7 +25,7 @@ bool IsTokenCharacter(char character) {
          (character != '\0' && std::strchr("!#$%&'*+-.^_`|~", character) != nullptr);
 }
 
-// Text and what lies beyond ASCII; no control character but the tab.
+// Text, also beyond ASCII; no control character except the tab.
 bool IsValueCharacter(char character) {
   return character == '\t' || (static_cast<unsigned char>(character) >= ' ' && character != 0x7f);
 }
@@ -54,7 +54,7 @@ u16 RequestHeaders::Set(const char* contentType, const char* extraHeaders) {
   if (code == VYNCurlCode_Success && contentType != nullptr && !m_hasContentType) {
     code = AddLine(kContentType, sizeof kContentType - 1, contentType, std::strlen(contentType));
   }
-  // An empty name switches libcurl's own line off: some servers never answer an expectation.
+  // An empty value switches off libcurl's own line: some servers never answer an expectation.
   if (code == VYNCurlCode_Success) {
     curl_slist* const longer = curl_slist_append(m_list, "Expect:");
     if (longer == nullptr) code = VYNCurlCode_NoMemory;
@@ -94,7 +94,7 @@ u16 RequestHeaders::AddLine(const char* name, std::size_t nameLength, const char
   auto* const line = static_cast<char*>(Allocate(room));
   if (line == nullptr) return VYNCurlCode_NoMemory;
   std::memcpy(line, name, nameLength);
-  // libcurl takes "Name:" for a wish to leave a line out and "Name;" for an empty value.
+  // For libcurl "Name:" means to leave out a line, and "Name;" is a line with an empty value.
   char* at = line + nameLength;
   *at++ = valueLength == 0 ? ';' : ':';
   if (valueLength != 0) *at++ = ' ';

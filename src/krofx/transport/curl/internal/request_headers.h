@@ -1,5 +1,5 @@
-// The header lines that a request sends besides those of libcurl: checked, so that nothing but
-// whole header lines goes out.
+// The header lines that a request sends in addition to libcurl's. They are checked, so that only
+// complete header lines are sent.
 
 #ifndef KROFX_TRANSPORT_CURL_INTERNAL_REQUEST_HEADERS_H_
 #define KROFX_TRANSPORT_CURL_INTERNAL_REQUEST_HEADERS_H_
@@ -12,7 +12,7 @@
 
 namespace krofx::internal {
 
-/// Header lines as libcurl takes them.
+/// Header lines in libcurl's form.
 class RequestHeaders {
  public:
   RequestHeaders() = default;
@@ -20,11 +20,11 @@ class RequestHeaders {
   RequestHeaders& operator=(const RequestHeaders&) = delete;
   ~RequestHeaders() { curl_slist_free_all(m_list); }
 
-  /// Replaces what was set. `contentType` null is none; `extraHeaders`, which may be null, are
-  /// lines ended by CR LF or LF, the last end may be missing. 0, or a VYNCurlCode, and then there
-  /// are no lines.
+  /// Replaces the lines. A null `contentType` means none; `extraHeaders`, which may be null, has
+  /// lines that end with CR LF or LF, except that the last end may be missing.
+  /// @return 0; a VYNCurlCode on failure, and then there are no lines.
   u16 Set(const char* contentType, const char* extraHeaders);
-  /// The lines; null for none.
+  /// @return the lines; null for none.
   curl_slist* List() const { return m_list; }
 
  private:

@@ -1,4 +1,4 @@
-// The tables behind the manager's codes.
+// The tables of the manager's codes.
 
 #include "krofx/transport/curl/internal/result_codes.h"
 
@@ -10,7 +10,7 @@ namespace krofx::internal {
 
 namespace {
 
-// A run of HTTP statuses whose codes run along.
+// A run of HTTP statuses whose codes are consecutive too.
 struct StatusRun {
   long first;
   long last;
@@ -35,7 +35,7 @@ struct TransferCode {
 constexpr TransferCode kTransferCodes[] = {
     {CURLE_OK, VYNCurlCode_Success},
     {CURLE_URL_MALFORMAT, VYNCurlCode_MalformedUrl},
-    // Schemes are looked at before a transfer starts, so this is about the reply.
+    // Schemes are checked before a transfer starts, so this is about the reply.
     {CURLE_UNSUPPORTED_PROTOCOL, VYNCurlCode_NotHttp},
     {CURLE_WEIRD_SERVER_REPLY, VYNCurlCode_NotHttp},
     {CURLE_BAD_CONTENT_ENCODING, VYNCurlCode_NotHttp},
@@ -70,7 +70,7 @@ constexpr TransferCode kTransferCodes[] = {
     {CURLE_OUT_OF_MEMORY, VYNCurlCode_NoMemory},
 };
 
-// What can be wrong with a chain that does lead to a trusted root.
+// The errors of a chain that does lead to a trusted root.
 constexpr long kNotValidErrors[] = {
     X509_V_OK,
     X509_V_ERR_UNSPECIFIED,

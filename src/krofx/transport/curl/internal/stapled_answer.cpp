@@ -1,4 +1,4 @@
-// Reading and checking an OCSP response.
+// Reads and checks an OCSP response.
 
 #include "krofx/transport/curl/internal/stapled_answer.h"
 
@@ -22,7 +22,8 @@ struct OcspDeleter {
 template <class T>
 using OcspPointer = std::unique_ptr<T, OcspDeleter>;
 
-// The issuer may sign itself, or have a responder sign whose certificate it issued for that.
+// The signer is the issuer itself, or a responder whose certificate the issuer has issued for this
+// purpose.
 bool IsSignedFor(OCSP_BASICRESP* response, const CertificateList& chain) {
   const CryptoPointer<X509_STORE> store(X509_STORE_new());
   if (store == nullptr || X509_STORE_set_flags(store.get(), X509_V_FLAG_PARTIAL_CHAIN) != 1) {
@@ -34,12 +35,11 @@ bool IsSignedFor(OCSP_BASICRESP* response, const CertificateList& chain) {
   return OCSP_basic_verify(response, chain.get(), store.get(), 0) == 1;
 }
 
-// Whether `single` is about the certificate: IDs are digests, of which the responder chose the
-// kind.
+// Whether `single` is about the certificate. IDs are digests of a kind that the responder chose.
 bool IsAbout(const OCSP_SINGLERESP* single, X509* certificate, X509* issuer) {
   const OCSP_CERTID* const id = OCSP_SINGLERESP_get0_id(single);
   ASN1_OBJECT* algorithm = nullptr;
-  // The operation only reads the ID, though it does not say so.
+  // The operation only reads the ID, although its parameter is not const.
   OCSP_id_get0_info(nullptr, &algorithm, nullptr, nullptr, const_cast<OCSP_CERTID*>(id));
   const EVP_MD* const digest = EVP_get_digestbyobj(algorithm);
   if (digest == nullptr) return false;
@@ -51,7 +51,7 @@ bool StatusHolds(OCSP_SINGLERESP* single) {
   ASN1_GENERALIZEDTIME* from = nullptr;
   ASN1_GENERALIZEDTIME* until = nullptr;
   const int status = OCSP_single_get0_status(single, nullptr, nullptr, &from, &until);
-  // A revocation is not taken back.
+  // A revocation is final, so its dates do not matter.
   if (status == V_OCSP_CERTSTATUS_REVOKED) return false;
   const bool isCurrent = OCSP_check_validity(from, until, kClockSeconds, -1) == 1;
   return status == V_OCSP_CERTSTATUS_GOOD || !isCurrent;
@@ -61,7 +61,8 @@ bool StatusHolds(OCSP_SINGLERESP* single) {
 
 bool StapledAnswerHolds(const CertificateList& chain, const unsigned char* answer, long length) {
   const CryptoErrorScope scope;
-  // Without an issuer in the chain, nobody could have answered: the certificate itself is trusted.
+  // Without an issuer in the chain the certificate itself is trusted, and no one else could sign an
+  // answer.
   if (sk_X509_num(chain.get()) < 2) return true;
   const unsigned char* at = answer;
   const OcspPointer<OCSP_RESPONSE> response(d2i_OCSP_RESPONSE(nullptr, &at, length));

@@ -1,8 +1,8 @@
-// What a server staples to its handshake: an answer of its certificate's issuer, signed and dated,
-// on whether the certificate has been revoked (OCSP).
+// The stapled revocation answer (OCSP) that a server sends in its handshake: a signed and dated
+// statement of its certificate's issuer that the certificate has or has not been revoked.
 //
-// Nobody is asked over the network. A server without an answer is taken as it is, and one with an
-// answer must not be contradicted by it.
+// No responder is queried over the network. A server without an answer is accepted without one; if
+// there is an answer, it must not contradict the certificate.
 
 #ifndef KROFX_TRANSPORT_CURL_INTERNAL_STAPLED_ANSWER_H_
 #define KROFX_TRANSPORT_CURL_INTERNAL_STAPLED_ANSWER_H_
@@ -11,10 +11,11 @@
 
 namespace krofx::internal {
 
-/// Judges the `length` bytes of an answer, DER, on the first certificate of a verified chain. An
-/// answer that is out of date, or says that the responder could not answer, counts as none.
-/// @return false when the certificate has been revoked or is not known to the responder, and when
-///         the answer cannot be read, is about another certificate, or is signed by somebody else.
+/// Checks an answer, `length` bytes of DER, about the first certificate of a verified chain. An
+/// answer that is out of date, or in which the responder reports an error, counts as no answer.
+/// @return false when the certificate has been revoked or is unknown to the responder, and when the
+///         answer cannot be read, is about another certificate, or is not signed by a proper
+///         signer.
 bool StapledAnswerHolds(const CertificateList& chain, const unsigned char* answer, long length);
 
 }  // namespace krofx::internal

@@ -1,4 +1,4 @@
-// Making, writing and removing temporary files.
+// Makes, writes and removes temporary files.
 
 #include "krofx/transport/curl/internal/temporary_file.h"
 

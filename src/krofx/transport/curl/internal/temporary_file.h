@@ -10,8 +10,8 @@
 
 namespace krofx::internal {
 
-/// A new file in a folder, readable by its owner only. It is removed with the object, unless it was
-/// handed over.
+/// A new file in a folder, readable by its owner only. It is removed with the object, unless
+/// HandOver was called.
 class TemporaryFile {
  public:
   TemporaryFile() = default;
@@ -21,18 +21,21 @@ class TemporaryFile {
 
   /// Makes the file, under a name that ends with `suffix`. An empty or null folder is /tmp;
   /// a backslash in it counts as a slash.
-  /// @return false, and there is no file, when the name does not fit into a finished record, or the
-  ///         folder takes no file.
+  /// @return false, and there is no file, when the name does not fit into a finished record, or no
+  ///         file can be made in the folder.
   bool Create(const char* folder, const char* suffix);
-  /// Appends all of `count` bytes; false when the file does not take them.
+  /// Appends `count` bytes.
+  /// @return false when they could not be written.
   bool Write(const char* bytes, std::size_t count);
-  /// Removes what was written so far; false when that fails.
+  /// Removes what was written so far.
+  /// @return false when that fails.
   bool Empty();
-  /// Closes the file; false when what was written may not have arrived.
+  /// Closes the file.
+  /// @return false when some of the written bytes may be lost.
   bool Close();
   /// Bytes written so far.
   std::size_t Size() const { return m_size; }
-  /// Closes the file and gives its name to a caller that is to remove it. `out` has room for
+  /// Closes the file and gives its name to the caller, who must remove it. `out` has room for
   /// VYFinishedRecord::kReplyFileSize bytes.
   void HandOver(char* out);
 

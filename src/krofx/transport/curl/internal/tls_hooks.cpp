@@ -18,7 +18,7 @@ bool IsOpenSsl() {
   return library != nullptr && std::strncmp(library, kName, sizeof kName - 1) == 0;
 }
 
-// Sees each message of the protocol. A close is the alert 0 of the level of warnings, 1.
+// Called for each message of the protocol. A close is the alert 0 with the level 1 (warning).
 void TakeMessage(int isOurs, int, int kind, const void* bytes, std::size_t length, SSL* connection,
                  void* watched) {
   auto& end = *static_cast<TlsEnd*>(watched);

@@ -1,9 +1,9 @@
-// What libcurl leaves to its callers about a TLS connection: that the session's secrets go into no
-// file, that the server is asked for an answer on revocation, and that a connection which is cut
-// can be told from one that the server closed.
+// What libcurl does not do by itself for a TLS connection: keep the session's secrets out of files,
+// ask the server for a revocation answer, and distinguish a connection that was cut from one that
+// the server closed.
 //
-// This is the one place that knows the TLS library. With a libcurl over another one than OpenSSL
-// nothing is hooked; then no answers come, and no connection counts as closed by the server.
+// Only this file depends on the TLS library. If libcurl uses a library other than OpenSSL, nothing
+// is hooked: there are no revocation answers, and no connection counts as closed by the server.
 
 #ifndef KROFX_TRANSPORT_CURL_INTERNAL_TLS_HOOKS_H_
 #define KROFX_TRANSPORT_CURL_INTERNAL_TLS_HOOKS_H_
@@ -14,19 +14,20 @@
 
 namespace krofx::internal {
 
-/// What the server's end of a TLS connection did.
+/// How the server ended a TLS connection.
 struct TlsEnd {
-  /// Which connection this is about: with a proxy that speaks TLS there are two, the server's last.
+  /// The connection that this is about: with a proxy that uses TLS there are two, and the server's
+  /// is the last.
   const void* context = nullptr;
-  /// Whether the server said that nothing more comes.
+  /// Whether the server announced the end of its data.
   bool closed = false;
 };
 
-/// Has libcurl call the hooks for a transfer. `end` must outlive the transfer.
+/// Makes libcurl call the hooks for a transfer. `end` must outlive the transfer.
 /// @return false when libcurl refuses.
 bool HookTls(CURL* easy, TlsEnd& end);
 
-/// Judges the answer on revocation that the server of a transfer stapled, if it did.
+/// Checks the revocation answer that the server of a transfer stapled, if any.
 /// @return as StapledAnswerHolds; true without an answer.
 bool StapledAnswerHolds(CURL* easy, const CertificateList& chain);
 

@@ -1,4 +1,4 @@
-// Opening, connecting and closing a session.
+// Opens, connects and closes a session.
 
 #include "krofx/transport/exchange/internal/connection_session.h"
 
@@ -11,7 +11,7 @@ namespace krofx::internal {
 
 namespace {
 
-// The code of VCConnect that has a status of its own.
+// The one code of VCConnect with a status of its own.
 constexpr u16 kConnectRefused = 2200;
 
 }  // namespace
@@ -60,7 +60,7 @@ KRNetStatus ConnectionSession::Open() {
 KRNetStatus ConnectionSession::Close() {
   EndExchanges();
   u16 code = 0;
-  // A session that never opened is closed too; a session of the host's is only forgotten.
+  // VCCloseInet is called even if no session was opened; a session of the host is only forgotten.
   if (!m_fromHost && m_manager != nullptr) code = m_manager->VCCloseInet(m_handle);
   m_handle = nullptr;
   m_connected = false;
@@ -72,7 +72,7 @@ KRNetStatus ConnectionSession::Close() {
 
 void ConnectionSession::Adopt(void* session) {
   if (session != m_handle) {
-    // Exchanges of the old session cannot go on in the new one, which is not connected yet.
+    // Exchanges of the old session cannot continue in the new one, which is not connected yet.
     EndExchanges();
     if (OwnsHandle()) m_manager->VCCloseInet(m_handle);
     m_connected = false;

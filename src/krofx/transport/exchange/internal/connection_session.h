@@ -1,8 +1,8 @@
-// The session that an access object and its requests share: opened, connected and closed over a
+// The session that an access object and its requests share, opened, connected and closed through a
 // connection manager.
 //
 // VYNNetAccess holds the session; each of its requests has a SessionExchange in it. The session
-// knows of the exchanges only that they have to end when it does.
+// does nothing with the exchanges except end them when it ends.
 
 #ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_CONNECTION_SESSION_H_
 #define KROFX_TRANSPORT_EXCHANGE_INTERNAL_CONNECTION_SESSION_H_
@@ -21,9 +21,9 @@ class SessionExchange;
 /// A session of a connection manager, with the exchanges that take place in it.
 class KROFX_API ConnectionSession {
  public:
-  /// No session is open. Lines are logged through `access`, which holds this object. The manager
-  /// and the platform are not owned; null means a libcurl manager of this object's own, and a
-  /// platform without events.
+  /// Opens no session yet. Lines are logged through `access`, of which this object is a member. The
+  /// manager and the platform are not owned. A null manager means a libcurl manager that this
+  /// object makes, a null platform means one without events.
   ConnectionSession(KRNetAccess& access, VYNConnectionManager* manager, VYNWaitPlatform* platform);
   ConnectionSession(const ConnectionSession&) = delete;
   ConnectionSession& operator=(const ConnectionSession&) = delete;
@@ -33,22 +33,23 @@ class KROFX_API ConnectionSession {
   /// Opens a session, unless there is one, and connects it, unless it is connected.
   /// @return as VYNNetAccess::InitConnection.
   KRNetStatus Open();
-  /// Ends the exchanges, and closes the session if it was opened here; there is none afterwards.
+  /// Ends the exchanges, and closes the session if it was opened here. Afterwards there is no
+  /// session.
   /// @return as VYNNetAccess::EndConnection.
   KRNetStatus Close();
-  /// Takes a session that the host opened and goes on owning. Another session that was opened here
+  /// Takes a session that the host opened and still owns. A different session that was opened here
   /// is closed first, and its exchanges end.
   void Adopt(void* session);
   /// Asks the manager whether the network has been configured.
-  /// @return whether it has; false also when the manager fails to say.
+  /// @return whether it has; false also when the manager fails.
   bool IsNetworkSetUp();
 
-  /// Puts an exchange into the session, which ends it when the session ends.
+  /// Adds an exchange to the session, which ends it when the session ends.
   void Add(SessionExchange& exchange);
-  /// Takes an exchange of the session out again.
+  /// Removes an exchange from the session.
   void Remove(SessionExchange& exchange);
 
-  /// @return the manager; null when memory was exhausted as the default one was made.
+  /// @return the manager; null when there was no memory for the default one.
   VYNConnectionManager* Manager() const { return m_manager; }
   /// @return the platform through which calls wait.
   VYNWaitPlatform& Platform() { return *m_platform; }

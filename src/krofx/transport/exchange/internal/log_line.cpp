@@ -29,8 +29,8 @@ struct Span {
   std::size_t end;
 };
 
-// Where user, host and port begin: after the scheme and its slashes, of which HTTP libraries take
-// one to three, or at the front of a URL without a scheme.
+// Where user, host and port begin: after the scheme and its slashes, of which HTTP libraries accept
+// one to three, or at the start of a URL without a scheme.
 std::size_t AuthorityOf(std::string_view url) {
   const std::size_t scheme =
       url.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+-.");
@@ -39,9 +39,8 @@ std::size_t AuthorityOf(std::string_view url) {
   return after == std::string_view::npos ? url.size() : after;
 }
 
-// What of a URL is not shown. The rule looks at what could be a secret: when a text does not
-// plainly have the form scheme, slashes, user, colon, password, everything before the last '@'
-// goes.
+// The part of a URL that is not shown. If the text does not clearly have the form scheme, slashes,
+// user, colon, password, that is everything before the last '@', since it could contain a secret.
 Span SecretOf(std::string_view url) {
   constexpr auto kNone = std::string_view::npos;
   const Span nothing = {0, 0};
@@ -52,7 +51,7 @@ Span SecretOf(std::string_view url) {
   const bool hasScheme = begin > 0;
   std::size_t colon = url.find(':', begin);
   if (url.substr(begin, 1) == "[") {
-    // The colons of a numeric address separate nothing.
+    // The colons in a numeric address are not separators.
     const std::size_t address = url.find_first_not_of(kAddressCharacters, begin + 1);
     if (address == kNone || url[address] != ']') {
       return lastAt == kNone || lastAt < begin ? nothing : Span{begin, lastAt};
@@ -66,8 +65,8 @@ Span SecretOf(std::string_view url) {
   }
   if (colon == kNone || colon >= authorityEnd) return nothing;
   // User and password end at the last '@' of the authority. A password that was not escaped may
-  // hold the very characters that end an authority, which shows in a port that is no number: then
-  // it goes on to the last '@' of all.
+  // contain the characters that end an authority. The port is then not a number, and the password
+  // extends to the last '@' of the whole text.
   const std::size_t at = url.substr(0, authorityEnd).rfind('@');
   if (at != kNone && at > colon) return {colon + 1, at};
   const std::size_t port = url.find_first_not_of(kDigits, colon + 1);
@@ -75,7 +74,7 @@ Span SecretOf(std::string_view url) {
   return {colon + 1, lastAt != kNone && lastAt > colon ? lastAt : authorityEnd};
 }
 
-// A line is one line, and moves no terminal.
+// Keeps a line to one line, and free of control sequences for terminals.
 void ReplaceControlCharacters(char* text) {
   for (; *text != '\0'; ++text) {
     if (static_cast<unsigned char>(*text) < ' ' || *text == '\x7f') *text = '?';

@@ -1,4 +1,4 @@
-// Where the program, or a library that it loaded, stands in the file system.
+// The file name and the folder of the program, or of a library that it loaded.
 
 #include "krofx/transport/exchange/internal/module_path.h"
 
@@ -18,7 +18,7 @@ struct Wanted {
   char (&name)[kModuleNameSize];
 };
 
-// A handle is looked for in the list of what is loaded instead of being followed, so that a stale
+// A handle is searched for in the list of loaded libraries and not dereferenced, so that a stale
 // one does no harm.
 int CopyNameOf(dl_phdr_info*, std::size_t, void* argument) {
   const Wanted& wanted = *static_cast<Wanted*>(argument);
@@ -29,7 +29,7 @@ int CopyNameOf(dl_phdr_info*, std::size_t, void* argument) {
     std::memcpy(wanted.name, loaded->l_name, length);
     wanted.name[length] = '\0';
   }
-  // Once is enough.
+  // The one call was only needed for its lock: ends the iteration.
   return 1;
 }
 
@@ -44,7 +44,8 @@ void ModuleFileName(void* module, char (&out)[kModuleNameSize]) {
     out[length > 0 ? length : 0] = '\0';
     return;
   }
-  // What it calls holds the loader's lock, so that no other thread takes a library out of the list.
+  // dl_iterate_phdr holds the loader's lock during the calls, so that no other thread unloads a
+  // library.
   Wanted wanted{module, out};
   dl_iterate_phdr(&CopyNameOf, &wanted);
 }

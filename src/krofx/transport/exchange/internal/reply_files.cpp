@@ -1,4 +1,4 @@
-// Reading the files of a reply, and removing them.
+// Reads the files of a reply, and removes them.
 
 #include "krofx/transport/exchange/internal/reply_files.h"
 
@@ -10,7 +10,7 @@ namespace krofx::internal {
 
 namespace {
 
-// Copies a name out of a record, which may lack its NUL.
+// Copies a name from a record; the NUL may be missing there.
 template <std::size_t kRoom>
 void CopyName(char (&to)[kRoom], const char* from, std::size_t size) {
   const std::size_t length = strnlen(from, size < kRoom ? size : kRoom - 1);
@@ -61,7 +61,7 @@ bool ReplyFiles::Load(KRBuffer& target) {
   if (m_replySize == 0) return false;
   if (!m_unnamed.IsOpen() && !m_unnamed.OpenToRead(m_replyFile)) return false;
   const bool loaded = m_unnamed.AppendTo(target);
-  // Without memory a later call may do better, if the file can still be reached.
+  // After exhausted memory a later call may succeed, if the file can still be reached.
   if (loaded || m_filesLeft) m_unnamed.Close();
   if (!loaded) return false;
   Delete();

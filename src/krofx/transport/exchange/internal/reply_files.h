@@ -1,5 +1,5 @@
 // The reply of an exchange, which the connection manager leaves in two files: the body, and the
-// header lines. They are read here, and removed once nobody needs them.
+// header lines. They are read here, and removed when they are no longer needed.
 
 #ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_REPLY_FILES_H_
 #define KROFX_TRANSPORT_EXCHANGE_INTERNAL_REPLY_FILES_H_
@@ -13,7 +13,7 @@
 
 namespace krofx::internal {
 
-/// The files of the last exchange of a request, and the headers that were saved over all of them.
+/// The files of the last exchange of a request, and the saved headers of all its exchanges.
 class KROFX_API ReplyFiles {
  public:
   ReplyFiles() : m_savedHeaders(0, 0) {}
@@ -26,25 +26,25 @@ class KROFX_API ReplyFiles {
   /// Deletes the files; there is no reply then.
   void Drop();
   /// Deletes the files before a new exchange is created, whose files may have the same names. The
-  /// reply can still be loaded until Forget, in case that the exchange cannot be created.
+  /// reply can still be loaded until Forget, in case the exchange cannot be created.
   void ClearNames();
   /// Forgets the reply, for a new exchange.
   void Forget();
 
-  /// @return bytes of the reply; 0 when there is none.
+  /// @return the bytes of the reply; 0 when there is none.
   u32 Size() const { return m_replySize; }
   /// Appends the reply at the cursor of `target` and deletes the files.
-  /// @return whether the target's size is the reply's then; false also when there is no reply, or
-  ///         its file does not open, and then the files stay.
+  /// @return whether the target's size is then the reply's. When there is no reply, or its file
+  ///         does not open, the result is false and the files stay.
   bool Load(KRBuffer& target);
 
   /// Appends the file of headers, if there is one, to the saved headers.
   void SaveHeaders();
-  /// @return the saved headers. A buffer without memory means that memory was exhausted as this
+  /// @return the saved headers. A buffer without memory means that memory was exhausted when this
   ///         object was made.
   const KRBuffer& SavedHeaders() const { return m_savedHeaders; }
-  /// Gives the value of the first saved header of a name, in letters of any case.
-  /// @return 1; 0, with `value` left alone, when there is none.
+  /// Gets the value of the first saved header of a name, whatever the case of its letters.
+  /// @return 1; 0, with `value` unchanged, when there is none.
   u16 FindHeader(const KRString& name, KRString& value) const;
 
  private:
@@ -55,9 +55,9 @@ class KROFX_API ReplyFiles {
 
   char m_replyFile[kNameRoom] = {};
   char m_headerFile[kNameRoom] = {};
-  // Whether the files are there to be deleted.
+  // Whether there are files to delete.
   bool m_filesLeft = false;
-  // The reply itself, once its file has no name any more.
+  // The open reply file, after its name was removed.
   LocalFile m_unnamed;
   u32 m_replySize = 0;
   KRBuffer m_savedHeaders;

@@ -1,4 +1,4 @@
-// The decision over a server's certificates.
+// Decides whether a server's certificates are accepted.
 
 #include "krofx/transport/exchange/internal/server_judge.h"
 
@@ -10,15 +10,15 @@ namespace krofx::internal {
 
 namespace {
 
-// Finer answers.
+// More precise results.
 constexpr u16 kRefusedGroup = 1671;
 constexpr u16 kUnexpected = 1673;
 
 constexpr u16 kMaxExpected = 2;
 constexpr u32 kGroupSize = 1000;
-// Chains may be built up to this family of roots but must not end there.
+// Chains may contain roots of this family but must not end at one.
 constexpr u32 kIntermediateGroup = 3000;
-// Longer lists are taken for endless ones.
+// Longer lists are assumed to be endless.
 constexpr u32 kMaxChain = 1000;
 
 struct Group {

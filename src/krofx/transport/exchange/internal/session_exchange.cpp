@@ -1,4 +1,4 @@
-// How an exchange is waited for, cancelled and given back.
+// Waits for an exchange, cancels it and releases it.
 
 #include "krofx/transport/exchange/internal/session_exchange.h"
 
@@ -48,11 +48,11 @@ void SessionExchange::Wait(const u16* finished) {
   VYNWaitPlatform& platform = m_session->Platform();
   ExchangeCall own;
   const bool isOuter = m_call == nullptr;
-  // Laundered, since an optimising compiler takes the plain address for one that outlives its
-  // object: it does not see that a request which is gone no longer holds it.
+  // Laundered, so that the compiler does not warn that the address outlives its object: it cannot
+  // see that a destroyed request no longer holds it.
   if (isOuter) m_call = std::launder(&own);
   const ExchangeCall& call = *m_call;
-  // What `finished` points to may be gone with the request, so the call is asked first.
+  // `finished` may point into a request that was destroyed, so the call's state is checked first.
   while (!call.over && *finished == 0) {
     if (platform.HandleOneEvent() == VYNEventResult_Quit) break;
     if (call.over) break;

@@ -1,4 +1,4 @@
-// The exchange that a request has under way in its session, and the call that waits for it.
+// The exchange that a request runs in its session, and the call that waits for it.
 
 #ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_SESSION_EXCHANGE_H_
 #define KROFX_TRANSPORT_EXCHANGE_INTERNAL_SESSION_EXCHANGE_H_
@@ -14,8 +14,8 @@ namespace krofx::internal {
 
 class ConnectionSession;
 
-/// A call that waits for an exchange: what it has to know when it goes on, whatever the host's code
-/// did meanwhile. It lives on the stack of the call, and so outlives the request.
+/// The state of a call that waits for an exchange, which host code may have changed before the call
+/// continues. It is on the stack of the call, and so outlives the request.
 struct ExchangeCall {
   /// The exchange was ended without a finished record.
   bool over = false;
@@ -23,16 +23,16 @@ struct ExchangeCall {
   bool requestGone = false;
 };
 
-/// The place of one request among the exchanges of a session.
+/// The entry of one request in its session's list of exchanges.
 class KROFX_API SessionExchange {
  public:
   SessionExchange() = default;
   SessionExchange(const SessionExchange&) = delete;
   SessionExchange& operator=(const SessionExchange&) = delete;
-  /// Ends the exchange, says so to the call that waits, and leaves the session.
+  /// Ends the exchange, notifies the call that waits, and leaves the session.
   ~SessionExchange();
 
-  /// Takes the place in a session, and leaves the one before; null only leaves.
+  /// Joins a session and leaves the previous one; null only leaves.
   void Join(ConnectionSession* session);
   /// Leaves the session, if there is one.
   void Leave();
@@ -43,22 +43,22 @@ class KROFX_API SessionExchange {
   /// @return the access object whose log takes the lines; null without a session.
   KRNetAccess* Log() const;
 
-  /// Says which call waits from now on; null for none any more.
+  /// Sets the call that waits from now on; null for none.
   void SetCall(ExchangeCall* call) { m_call = call; }
   /// @return whether a call waits.
   bool HasCall() const { return m_call != nullptr; }
-  /// Waits until `*finished` is not 0, or the exchange or the host's event loop ends. In each round
-  /// one event at most is handled, and then comes a pause.
+  /// Waits until `*finished` is not 0, or the exchange or the host's event loop ends. Each round
+  /// handles at most one event and then pauses.
   void Wait(const u16* finished);
 
-  /// Says under which handle the manager knows the exchange; null when it does not, or no longer.
+  /// Sets the manager's handle of the exchange; null when it has none, or no longer has one.
   void SetHandle(void* handle) { m_handle = handle; }
-  /// @return that handle.
+  /// @return the manager's handle of the exchange; null for none.
   void* Handle() const { return m_handle; }
-  /// Cancels the exchange, if there is one; its finished record still comes.
+  /// Cancels the exchange, if there is one; its finished record still follows.
   /// @return KRNetStatus_CancelFailed when the manager refuses.
   KRNetStatus Cancel();
-  /// Gives the exchange back to the manager, if there is one: no finished record comes.
+  /// Releases the exchange in the manager, if there is one; no finished record follows.
   void Release();
   /// Releases the exchange and ends the call that waits for it.
   void End();

@@ -1,4 +1,5 @@
-// Both ways between file names and `file:` URLs: '|' stands for the ':' of a drive, '/' for '\'.
+// Converts between file names and `file:` URLs: '|' replaces the ':' of a drive, and '/' replaces
+// '\'.
 
 #include "krofx/transport/files/internal/file_url.h"
 

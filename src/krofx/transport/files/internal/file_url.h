@@ -10,14 +10,15 @@
 
 namespace krofx::internal {
 
-/// Whether the URL begins with "file:", in letters of any case; a null URL does not.
+/// @return whether the URL begins with "file:", whatever the case of its letters; a null URL does
+///         not.
 KROFX_API bool HasFileScheme(const char* url);
 
-/// Writes the name that a `file:` URL names into `out`, which has room for `room` bytes, at
-/// least 1. False when the URL is no such URL or the name has no room; `out` is empty then.
+/// Writes the file name of a `file:` URL into `out`, which has room for `room` bytes, at least 1.
+/// @return false, with `out` empty, when the URL is not such a URL or the name does not fit.
 KROFX_API bool FileUrlToName(char* out, std::size_t room, const char* url);
 
-/// Writes the `file:` URL of a name, or the name itself if it is such a URL already. `out` has room
+/// Writes the `file:` URL of a name, or the name itself if it is already such a URL. `out` has room
 /// for 8 bytes more than the name has characters, and does not overlap it.
 KROFX_API void NameToFileUrl(char* out, const char* name);
 

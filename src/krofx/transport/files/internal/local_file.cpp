@@ -1,4 +1,4 @@
-// Local files through the system's own calls, which take no memory.
+// Local files through the system's own calls, which do not allocate memory.
 
 #include "krofx/transport/files/internal/local_file.h"
 
@@ -18,7 +18,7 @@
 namespace krofx::internal {
 namespace {
 
-// A name in the form that this platform opens.
+// A file name in this platform's form.
 class NativeName {
  public:
   explicit NativeName(const char* name) {
@@ -37,7 +37,7 @@ class NativeName {
   bool m_usable;
 };
 
-// One chunk of a file's content. It may hold sign-on text, so it is overwritten at its end.
+// One chunk of a file's content. It may hold sign-on text, so it is overwritten before it is freed.
 class Chunk {
  public:
   Chunk() : m_bytes(static_cast<char*>(Allocate(kFileChunk))) {}
@@ -68,7 +68,7 @@ bool LocalFile::Open(const char* name, int flags) {
 
 bool LocalFile::OpenToRead(const char* name) { return Open(name, O_RDONLY); }
 
-// A link would lead the text elsewhere, and a file that others may read would show it.
+// Refuses links, which would write the text elsewhere, and files that others could read.
 bool LocalFile::OpenToWrite(const char* name) {
   if (!Open(name, O_WRONLY | O_CREAT | O_NOFOLLOW)) return false;
   struct stat facts;
@@ -105,7 +105,7 @@ bool LocalFile::AppendTo(KRBuffer& target) {
   if (chunk.Bytes() == nullptr) return false;
   for (u16 got = kFileChunk; got == kFileChunk;) {
     got = static_cast<u16>(Read(chunk.Bytes(), kFileChunk));
-    // A write of nothing would still end the content at the cursor.
+    // A write of no bytes would still end the content at the cursor.
     if (got > 0 && target.Write(chunk.Bytes(), got) != KRBufferOK) break;
   }
   return true;
