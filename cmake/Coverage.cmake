@@ -1,5 +1,5 @@
-# The target coverage: runs all tests and writes which lines they reached, as a page of HTML and a
-# summary on the terminal.
+# The target coverage: runs all tests and reports which lines they executed, as an HTML page and as
+# a summary on the terminal.
 find_program(KROFX_GCOVR gcovr)
 if(KROFX_COVERAGE AND KROFX_GCOVR)
   add_custom_target(

@@ -16,19 +16,19 @@ install(
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/krofxConfig.cmake.in
                               ${PROJECT_BINARY_DIR}/krofxConfig.cmake
                               INSTALL_DESTINATION ${KROFX_CMAKE_DIR})
-# Before 1.0 a minor version may break what the one before it promised.
+# Before 1.0 a minor version may break compatibility with the previous one.
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/krofxConfigVersion.cmake
                                  COMPATIBILITY SameMinorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/krofxConfig.cmake
               ${PROJECT_BINARY_DIR}/krofxConfigVersion.cmake DESTINATION ${KROFX_CMAKE_DIR})
 
-# The way back from the .pc file to the prefix, so that a moved installation still works.
+# The path from the .pc file back to the prefix, so that a moved installation still works.
 file(RELATIVE_PATH KROFX_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/krofx.pc.in ${PROJECT_BINARY_DIR}/krofx.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/krofx.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# Which headers are public is only known once all generated ones exist, so it is worked out at
-# install time.
+# The public headers are known only when all generated ones exist, so they are determined at install
+# time.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/InstallHeaders.cmake.in
                ${PROJECT_BINARY_DIR}/InstallHeaders.cmake @ONLY)
 install(SCRIPT ${PROJECT_BINARY_DIR}/InstallHeaders.cmake)

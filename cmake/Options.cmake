@@ -1,4 +1,4 @@
-# What can be chosen, and the settings that hold for every target.
+# The options, and the settings for all targets.
 
 option(KROFX_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(KROFX_BUILD_PACKAGE_TESTS "Test the installed library from outside projects" OFF)
@@ -17,8 +17,8 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
-# A host that wants another function than the library's overrides a virtual one; nobody replaces
-# exported functions when the program is loaded, so calls among them need not allow for it.
+# A host changes the library's behaviour by overriding virtual functions, not by replacing exported
+# functions at load time, so calls between exported functions can be direct.
 add_compile_options($<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
   set(CMAKE_BUILD_TYPE Release)
@@ -30,7 +30,7 @@ endif()
 if(KROFX_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
-  # The many test programs are large; this linker takes a tenth of the time for each.
+  # There are many large test programs, and this linker needs a tenth of the time for each.
   find_program(KROFX_MOLD mold)
   if(KROFX_MOLD)
     add_link_options(-fuse-ld=mold)

@@ -1,6 +1,6 @@
 # The five trusted roots that the library carries: files of the folder KROFX_ROOTS_DIR, which
-# tools/roots writes into a source at build time. The README.md of the default folder says
-# what it holds, and how to use other roots.
+# tools/roots writes into a source at build time. The README.md of the default folder describes its
+# content, and how to use other roots.
 set(KROFX_ROOTS_DIR
     ${CMAKE_CURRENT_SOURCE_DIR}/src/krofx/security/roots
     CACHE PATH "Folder of the trusted roots: DER files <ID>.der")

@@ -3,7 +3,7 @@
 //   build_request 1|2 USER ACCOUNT START TIME      (OFX_PASSWORD holds the password)
 //
 // 1 or 2 is the version of the message sets, START the first day that is wanted, TIME the time of
-// the request; both as 20260131 or 20260131120000.
+// the request; both in the form 20260131 or 20260131120000.
 
 #include <krofx/krofx.h>
 
@@ -13,7 +13,7 @@
 
 namespace {
 
-// Objects come from the factory, so that a host's own classes take part.
+// Objects are made by the factory, so that a host's own classes are used.
 KRDataObjFactory& Factory() { return *KRDataObj::GetFactory(); }
 
 KRSignOnRq* MakeSignOn(u16 version, const char* user, const char* password, const char* time) {

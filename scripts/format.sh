@@ -1,5 +1,5 @@
 #!/bin/sh
-# Formats the project's C++ with clang-format, or says which files are not formatted.
+# Formats the project's C++ with clang-format, or reports which files are not formatted.
 #
 #   scripts/format.sh [--check] [CLANG_FORMAT] [FOLDER...]     the folders default to our sources
 set -eu

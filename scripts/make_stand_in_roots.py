@@ -2,13 +2,13 @@
 """Makes the stand-ins for the roots 1000, 2000 and 3000: python3 make_stand_in_roots.py FOLDER.
 
 The certificates that once had these IDs are not available. Each stand-in has the version, subject,
-issuer, validity, signature algorithm and length of the certificate that it replaces, and a key
-of its own, whose private half is lost when this script ends. The script was run once; what it made
-is in src/krofx/security/roots. Running it again makes other keys, and so other certificates.
+issuer, validity, signature algorithm and length of the certificate that it replaces, and a key of
+its own, whose private half is lost when this script ends. The script was run once; its output is in
+src/krofx/security/roots. Running it again makes other keys, and so other certificates.
 
-The roots 1000 and 2000 are really signed, with MD5. Root 3000 names MD2, which hardly any
-software computes any more, and has random bytes in place of the signature. This does no harm: a
-root is trusted because it is in the list, not because of its own signature.
+The roots 1000 and 2000 are really signed, with MD5. Root 3000 names MD2, which hardly any software
+supports any more, and has random bytes instead of a signature. This does no harm: a root is trusted
+because it is in the list, not because of its own signature.
 
 Only the standard library is used: DER is written by the few functions below.
 """
@@ -178,7 +178,7 @@ def certificate(key, signer, signature, subject, issuer, moments, comment, seria
 
 
 def of_length(length, comment, **parts):
-    """Version 3 has room in the words of its comment, version 1 in its serial number only."""
+    """Version 3 can be filled up in its comment, version 1 only in its serial number."""
     if comment is None:
         choices = ({"comment": None, "serial_bytes": count} for count in range(1, 21))
     else:

@@ -9,11 +9,11 @@ test_packages=("${build_packages[@]}" binutils clang-format libgtest-dev mold va
 # To run the benchmarks and take the counts.
 # shellcheck disable=SC2034
 bench_packages=("${build_packages[@]}" libbenchmark-dev libpugixml-dev valgrind)
-# For benchmarks, fuzzing, coverage and clang-tidy; no script asks for them all.
-# shellcheck disable=SC2034
+# For benchmarks, fuzzing, coverage and clang-tidy; no script needs them all. shellcheck
+# disable=SC2034
 work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
 
-# Installs those of the named packages that are missing, and says which.
+# Installs those of the named packages that are missing, and prints which.
 install_missing() {
   local package missing=()
   if ! command -v dpkg-query >/dev/null; then
@@ -36,7 +36,7 @@ install_missing() {
     "${missing[@]}"
 }
 
-# Runs a command and shows what it printed only when it failed.
+# Runs a command and shows its output only if it fails.
 quietly() {
   local output status
   output=$("$@" 2>&1) && return

@@ -1,4 +1,4 @@
-// Parsing a request, letting it answer itself, and writing what came of it.
+// Parses a request, lets it answer itself, and writes the answer.
 
 #include "answer.h"
 
@@ -39,7 +39,7 @@ Answered Answerer::Answer(KRBuffer& request, const KRDateTime& now, KRBuffer& re
   const ServerImpl server(exchange);
   asked.GetRequest(0)->ProcessRequest(&server);
 
-  // What the client sent and gets back, such as an identifier, may be longer than it should.
+  // Values of the client that the answer repeats, such as an identifier, may be too long.
   KRBuilder builder(KRBuildStringCrLfOpt_LF);
   const KRBuildStatus built = builder.Build(&reply, &file, KRBuildStringOpt_Lenient, 1);
   return built == KRBuildStatus_Done ? Answered::kYes : Answered::kFailed;

@@ -1,4 +1,4 @@
-// From the text of a request to the text of its answer: the whole bank behind one function.
+// Turns the text of a request into the text of its answer: one function for the whole bank.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_ANSWER_H_
 #define KROFX_EXAMPLES_BANK_SERVER_ANSWER_H_
@@ -12,13 +12,13 @@ namespace bank_server {
 
 /// How an exchange went.
 enum class Answered {
-  kYes,     ///< The answer is in the buffer, be it a refusal.
-  kNotOfx,  ///< The text is no OFX request with a sign-on.
+  kYes,     ///< The answer is in the buffer; it may be a refusal.
+  kNotOfx,  ///< The text is not an OFX request with a sign-on.
   kFailed,  ///< The answer could not be made.
 };
 
-/// Makes answers. While one exists the process's objects come from its factory, so there must not
-/// be two; it belongs to one thread at a time.
+/// Makes answers. While an Answerer exists, the objects of the process come from its factory, so
+/// there must not be two. Only one thread at a time may use it.
 class Answerer {
  public:
   explicit Answerer(Bank& bank);
@@ -26,8 +26,8 @@ class Answerer {
   Answerer& operator=(const Answerer&) = delete;
   ~Answerer();
 
-  /// Answers the text in `request` into `reply`, as of the time `now`. Each transaction is answered
-  /// in the version of its message set, the file in that of the sign-on.
+  /// Writes the answer to the text in `request` into `reply`, as of the time `now`. Each
+  /// transaction is answered in the version of its message set, the file in that of the sign-on.
   Answered Answer(KRBuffer& request, const KRDateTime& now, KRBuffer& reply);
 
  private:

@@ -1,6 +1,6 @@
-// What the bank tells, as OFX objects ready to be put into a response. Each maker gives an object
-// of the asked message-set version, which the caller owns. As in every example, memory is taken to
-// suffice.
+// Makes the bank's data into OFX objects for a response. Each function returns an object of the
+// given message-set version, which the caller owns. Like all examples, they assume that there is
+// enough memory.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_ANSWERS_H_
 #define KROFX_EXAMPLES_BANK_SERVER_ANSWERS_H_
@@ -14,7 +14,7 @@
 
 namespace bank_server {
 
-/// Objects come from the factory, as everywhere.
+/// The current factory, which makes all objects.
 inline KRDataObjFactory& Factory() { return *KRDataObj::GetFactory(); }
 
 /// A text for the library.
@@ -27,7 +27,7 @@ struct Days {
   bool Contain(const std::string& day) const;
 };
 
-/// The days that a request names: without a start from the first booking on, without an end until
+/// The days that a request names: without a start, from the first booking; without an end, until
 /// `now`. False when the end is before the start.
 bool WantedDays(const KRIncTransaction& wanted, const KRDateTime& now, Days& days);
 

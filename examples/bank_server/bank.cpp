@@ -1,4 +1,4 @@
-// Signing on, finding accounts, and moving money between them.
+// Signs users on, finds accounts, and moves money between them.
 
 #include "bank.h"
 
@@ -9,10 +9,10 @@
 namespace bank_server {
 namespace {
 
-// What the OFX standard gives users who have no name yet, as user and as password.
+// The user and the password of the OFX standard for users who have no name yet.
 constexpr char kAnonymous[] = "anonymous00000000000000000000000";
 
-// Takes the same time wherever the texts differ.
+// Compares in constant time, wherever the texts differ.
 bool SameSecret(const std::string& expected, const char* given) {
   const std::size_t length = std::strlen(given);
   unsigned different = length == expected.size() ? 0 : 1;
@@ -29,7 +29,7 @@ Element* FindIn(std::deque<Element>& elements, Matches matches) {
   return found != elements.end() ? &*found : nullptr;
 }
 
-// Each version has its own list of account types, in a tag of its own.
+// Each version has its own list of account types, in its own tag.
 bool IsOfType(const KRBankAccount& account, const std::string& type) {
   KRBankAccount expected;
   expected.SetMsgSetVersion(account.GetMsgSetVersion());

@@ -1,7 +1,7 @@
-// The example bank: who its users are, which accounts they have, and what was booked on them.
+// The example bank: its users, their accounts, and the bookings on these.
 //
-// Everything is data in memory (bank_data.cpp) and is gone when the program ends; a transfer
-// changes it until then. Amounts are kept as OFX texts and summed as exact decimals.
+// Everything is data in memory (bank_data.cpp). A transfer changes it until the program ends.
+// Amounts are kept as OFX texts and summed as exact decimals.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_BANK_H_
 #define KROFX_EXAMPLES_BANK_SERVER_BANK_H_
@@ -32,10 +32,10 @@ enum Code : s32 {
   kSignOnInvalid = 15500,
 };
 
-/// One booking on an account. All texts are as OFX writes them; an empty one is left out.
+/// One booking on an account. All texts are in OFX form; an empty one is left out.
 struct Booking {
   std::string id;
-  std::string posted;  ///< A day, as 20260131.
+  std::string posted;  ///< A day, such as 20260131.
   std::string type;    ///< A TRNTYPE.
   std::string amount;
   std::string name;
@@ -50,13 +50,13 @@ struct Account {
   std::string type;  ///< CHECKING, SAVINGS; empty for a card.
   std::string description;
   std::string opening;      ///< The balance before the first booking.
-  std::string creditLimit;  ///< What may be drawn below zero.
+  std::string creditLimit;  ///< How far the balance may be below zero.
   std::vector<Booking> bookings;
 
   bool IsCard() const { return type.empty(); }
   /// The sum of everything booked.
   KRPrecisionInteger Balance() const;
-  /// What can be drawn: the balance and the credit limit.
+  /// What can be withdrawn: the balance plus the credit limit.
   KRPrecisionInteger Available() const;
 };
 
@@ -84,7 +84,7 @@ struct Holding {
   std::string value;
 };
 
-/// A security that somebody holds or traded.
+/// A security that a user holds or has traded.
 struct Security {
   std::string cusip;
   std::string name;
@@ -118,20 +118,20 @@ struct Transfer {
   std::string serverId;
 };
 
-/// The bank. It belongs to one thread at a time.
+/// The bank. Only one thread at a time may use it.
 class Bank {
  public:
   /// Takes the example data.
   Bank();
 
-  /// The user of that name, when the password is right too; null otherwise. Users without a name
-  /// sign on as the OFX standard says, and have no accounts.
+  /// The user with this name, if the password is right; else null. Users without a name sign on as
+  /// in the OFX standard, and have no accounts.
   User* SignOn(const char* id, const char* password);
   /// The user's account that a request names; null when it is not this user's, or of another type.
   static Account* Find(User& user, const KRAccount& account);
   /// The user's account at the broker.
   static const InvestmentAccount* FindInvestment(const User& user, const KRInvAcctFrom& account);
-  /// A security by its CUSIP; null when the bank knows none.
+  /// A security by its CUSIP; null when the bank does not have it.
   const Security* FindSecurity(const std::string& cusip) const;
   /// A security by its ticker.
   const Security* FindTicker(const std::string& ticker) const;
@@ -140,7 +140,7 @@ class Bank {
   Transfer Book(Account& from, Account& to, const KRPrecisionInteger& amount,
                 const KRDateTime& when, const std::string& requestId);
 
-  /// Where the bank is reached; profiles tell it.
+  /// The bank's address, which profiles contain.
   const std::string& Url() const { return m_url; }
   void SetUrl(const std::string& url) { m_url = url; }
 
@@ -148,7 +148,7 @@ class Bank {
   static constexpr char kOrganisationId[] = "40711";
   static constexpr char kRealm[] = "HARBOR";
   static constexpr char kCurrency[] = "USD";
-  /// Since when the profile and the accounts are as they are.
+  /// The days on which the profile and the accounts were last changed.
   static constexpr char kProfileDay[] = "20251115";
   static constexpr char kAccountsDay[] = "20251201";
 
@@ -163,7 +163,7 @@ class Bank {
 std::deque<User> ExampleUsers();
 std::vector<Security> ExampleSecurities();
 
-/// A date as a number that orders days, 20260131; the time and the zone play no part.
+/// A date as a number that orders days, such as 20260131; the time and the zone are ignored.
 u32 DayOf(const KRDateTime& date);
 u32 DayOf(const std::string& day);
 

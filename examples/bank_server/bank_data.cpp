@@ -1,4 +1,4 @@
-// The example data: two customers of an invented bank, and what the first one's broker holds.
+// The example data: two customers of an invented bank, and the investments of the first.
 
 #include "bank.h"
 

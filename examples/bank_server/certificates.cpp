@@ -1,4 +1,4 @@
-// Making certificates with OpenSSL.
+// Makes certificates with OpenSSL.
 
 #include "certificates.h"
 
@@ -54,14 +54,14 @@ bool AddExtension(X509* certificate, X509* issuer, const Extension& extension) {
   return made && X509_add_ext(certificate, made.get(), -1) == 1;
 }
 
-// Who is certified, and from when on, in seconds from now, for a week.
+// The subject, and the start of validity in seconds from now; it lasts a week.
 struct Subject {
   const char* name;
   const char* hosts;
   long from;
 };
 
-// A certificate for `key`. The issuer signs; a null one means that it signs itself.
+// A certificate for `key`, signed by the issuer; with a null issuer it is self-signed.
 template <std::size_t kCount>
 Certificate Make(const Subject& subject, EVP_PKEY* key, X509* issuer, EVP_PKEY* issuerKey,
                  const Extension (&extensions)[kCount]) {
@@ -99,7 +99,7 @@ bool MakeIdentity(Fault fault, Identity& identity) {
   const Key authorityKey(EVP_EC_gen("P-256"));
   identity.serverKey.reset(EVP_EC_gen("P-256"));
   if (!authorityKey || !identity.serverKey) return false;
-  // Begun a little early, for clients whose clock is behind.
+  // Starts a little early, for clients whose clock is slow.
   const Subject authority = {"Harbor Federal example authority", nullptr, -kHour};
   identity.authority =
       Make(authority, authorityKey.get(), nullptr, authorityKey.get(), kAuthorityExtensions);

@@ -1,5 +1,5 @@
 // A certificate authority that lives as long as the program, and the certificate that it gives to
-// the server. The authority's key is gone once that is done; no key is ever written anywhere.
+// the server. The authority's key is destroyed afterwards; no key is ever written to a file.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_CERTIFICATES_H_
 #define KROFX_EXAMPLES_BANK_SERVER_CERTIFICATES_H_
@@ -23,14 +23,14 @@ struct Freeing {
 using Key = std::unique_ptr<EVP_PKEY, Freeing<EVP_PKEY_free>>;
 using Certificate = std::unique_ptr<X509, Freeing<X509_free>>;
 
-/// What the server shows, and who vouches for it.
+/// The server's certificate with its key, and the authority that issued it.
 struct Identity {
   Certificate authority;
   Certificate server;
   Key serverKey;
 };
 
-/// What is wrong with the server's certificate, for trying out how clients refuse it.
+/// What is wrong with the server's certificate, for testing how clients refuse it.
 enum class Fault {
   kNone,
   kExpired,      ///< It was valid a week ago.
@@ -38,8 +38,8 @@ enum class Fault {
   kOtherHost,    ///< It names another server.
 };
 
-/// Makes an authority and a certificate for 127.0.0.1 and localhost, valid for a week unless it is
-/// to have a fault; false when OpenSSL cannot.
+/// Makes an authority and a certificate for 127.0.0.1 and localhost, valid for a week unless it has
+/// a fault; false when OpenSSL fails.
 bool MakeIdentity(Fault fault, Identity& identity);
 
 /// Writes a certificate as PEM; false when the file cannot be written.

@@ -23,7 +23,7 @@ KRInvTran* MakeHead(u16 version, const Trade& trade) {
   return made;
 }
 
-// Purchases and sales have the same in common.
+// The parts that purchases and sales share.
 template <class Order>
 Order* FillOrder(Order* made, u16 version, const Trade& trade) {
   made->SetInvTran(MakeHead(version, trade));

@@ -1,21 +1,22 @@
-// An OFX server for trying clients out: an invented bank on this machine's loopback address.
+// An OFX server for testing clients: an invented bank on this machine's loopback address.
 //
 //   bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE] [--fault KIND]
 //               [--once | --requests N]
 //
-// It makes itself a certificate at start, and prints `listening on https://127.0.0.1:PORT/ofx`. A
-// client trusts it by the authority's certificate, which --ca-file writes as PEM and --ca-der as
-// DER. With --fault the certificate is one that no client should accept. It answers for the user
-// ada.w with the password not-a-real-password, whose accounts stand in bank_data.cpp, in both
-// versions of the message sets: sign-on, profile, list of accounts, bank, card and investment
-// statements, descriptions of securities, and transfers between own accounts, which change balances
-// until the program ends. Transactions are told from the first to the last day that a request
-// names, both included; times and zones play no part.
+// At its start it makes a certificate for itself, and prints `listening on
+// https://127.0.0.1:PORT/ofx`. A client has to trust the authority's certificate, which --ca-file
+// writes as PEM and --ca-der as DER. With --fault the server's certificate is one that no client
+// should accept. The server answers requests of the user ada.w with the password
+// not-a-real-password, whose accounts are in bank_data.cpp, in both versions of the message sets:
+// sign-on, profile, list of accounts, bank, card and investment statements, descriptions of
+// securities, and transfers between own accounts, which change balances until the program ends.
+// Statements have the transactions from the first to the last day that a request names, both
+// included; times and zones are ignored.
 //
 // The files: main.cpp reads the command line; server.cpp speaks HTTP; certificates.cpp makes the
-// certificates; answer.cpp turns a request's text into the answer's; request_classes.cpp says what
-// each part of a request does; statement_, investment_ and profile_answers.cpp make what answers
-// hold; bank.cpp and bank_data.cpp are the bank.
+// certificates; answer.cpp turns a request's text into the answer's; request_classes.cpp defines
+// how each part of a request is answered; statement_, investment_ and profile_answers.cpp make the
+// contents of answers; bank.cpp and bank_data.cpp are the bank.
 
 #include <cstdio>
 #include <cstdlib>

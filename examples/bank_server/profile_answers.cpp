@@ -1,4 +1,4 @@
-// What the bank offers, which accounts a user has, and the words for a status.
+// The bank's profile, a user's accounts, and the words for a status.
 
 #include "answers.h"
 
@@ -24,7 +24,7 @@ constexpr Wording kWordings[] = {
     {kSignOnInvalid, "User and password do not fit"},
 };
 
-// What every message set tells. In a profile of the second version all entries carry its tags.
+// What every message set contains. In a profile of the second version all entries have its tags.
 KRMessageSetCore* MakeCore(u16 version, s32 ver, const Bank& bank) {
   KRMessageSetCore* core = Factory().NewMessageSetCore(version);
   core->SetVer(ver);
@@ -84,7 +84,7 @@ void Describe(KRInvStmtMsgSetV1& set) {
 
 void Describe(KRSecListMsgSetV1& set) { set.SetSecListRqDnld("Y"); }
 
-// One family: its first version, and in a profile of the second version that one too.
+// One family: its first version, and in a profile of the second version also the second.
 template <class First, class Second>
 void AppendFamily(KRMessageSetList& list, const Bank& bank, KRTagID family,
                   First* (KRDataObjFactory::*newFirst)(u16),
@@ -120,7 +120,7 @@ KRMessageSetList* MakeMessageSets(u16 version, const Bank& bank) {
   return list;
 }
 
-// The state of a service, which each version says in a tag of its own.
+// The state of a service, for which each version has its own tag.
 template <class Info>
 Info* Active(Info* info) {
   info->SetSvcStatus("ACTIVE");

@@ -1,9 +1,9 @@
 // How each part of a request is answered.
 //
-// KRDataObj::ProcessRequest does nothing, and walks nowhere: what is to be answered is a class of
-// the bank's own here. The request signs on and goes through its message sets, a set through its
-// transactions, and a transaction lets its payload answer. A payload without a class of its own is
-// answered with the status of something that the bank cannot do.
+// KRDataObj::ProcessRequest does nothing and does not visit children, so every part of a request
+// that needs an answer has a class of the bank's own here. The request signs on and visits its
+// message sets, a set visits its transactions, and a transaction lets its payload answer. A payload
+// without a class of its own is answered with the status for an unsupported request.
 
 #include "request_classes.h"
 
@@ -13,7 +13,7 @@
 namespace bank_server {
 namespace {
 
-// Lets in, or does not, and says so.
+// Accepts or refuses the sign-on, and answers it.
 KRSignOnRs* SignOn(Exchange& exchange, KRSignOnRq& request, u16 version) {
   exchange.user = exchange.bank.SignOn(request.GetUserId(), request.GetUserPass());
   KRSignOnRs* answer = Factory().NewSignOnRs(version);
@@ -35,7 +35,7 @@ class OwnRequest : public KRRequest {
  public:
   u16 ProcessRequest(const ServerImpl* server) override {
     Exchange& exchange = server->Now();
-    // The sign-on decides over everything else, wherever it stands.
+    // The sign-on is processed before everything else, wherever it is in the text.
     for (u16 index = 0; index < GetNumMessageSet(); ++index) {
       KRMessageSetRq& set = *GetMessageSet(index);
       if (set.GetSignOnRq() == nullptr) continue;
@@ -54,7 +54,7 @@ class OwnRequest : public KRRequest {
     return 1;
   }
 
-  // The set of a tag in the answer, made when it is not there.
+  // The message set of a tag in the answer, made if there is none yet.
   static KRMessageSetRs* SetOf(Exchange& exchange, u16 version, KRTagID tag) {
     KRResponse& response = *exchange.response;
     for (u16 index = 0; index < response.GetNumMessageSet(); ++index) {
@@ -75,7 +75,7 @@ class OwnRequest : public KRRequest {
 
 class OwnMessageSet : public KRMessageSetRq {
  public:
-  // Synchronisations are passed over: this bank keeps no tokens.
+  // Synchronisations are ignored: this bank has no tokens.
   u16 ProcessRequest(const ServerImpl* server) override {
     Exchange& exchange = server->Now();
     for (u16 index = 0; index < GetNumTrans(); ++index) {
@@ -95,7 +95,7 @@ class OwnTransaction : public KRTransRq {
   u16 ProcessRequest(const ServerImpl* server) override {
     Exchange& exchange = server->Now();
     KRTransRs& answer = *exchange.transaction;
-    // An answer must have an identifier, also that to a request without one.
+    // Every answer must have an identifier, even if its request has none.
     answer.SetTransUserID(GetTransUserID().IsEmpty() != 0 ? KRString("0") : GetTransUserID());
     if (GetClientCookie().IsEmpty() == 0) answer.SetClientCookie(GetClientCookie());
 
@@ -137,8 +137,8 @@ class OwnAccountInfoRq : public KRAccountInfoRq {
   }
 };
 
-// A bank account and a card are asked for and answered alike; the account comes back as it was
-// asked for.
+// Requests for a bank account and for a card are answered alike; the answer repeats the account of
+// the request.
 void AnswerStatement(const ServerImpl& server, const KRGenericStatementRq& request,
                      KRGenericStatementRs* answer) {
   const Exchange& exchange = server.Now();

@@ -1,4 +1,4 @@
-// The bank's own classes of what stands in a request: each answers itself in ProcessRequest.
+// The bank's own classes for the parts of a request: each answers itself in ProcessRequest.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_REQUEST_CLASSES_H_
 #define KROFX_EXAMPLES_BANK_SERVER_REQUEST_CLASSES_H_
@@ -7,7 +7,7 @@
 
 namespace bank_server {
 
-/// Makes the bank's classes for requests, and everything else as the library does.
+/// Makes objects of the bank's classes for requests; all others as the library does.
 class RequestFactory : public KRDataObjFactory {
  public:
   KRRequest* NewRequest(u16 version) override;

@@ -1,7 +1,7 @@
-// The HTTP side, over cpp-httplib.
+// The HTTP server, with cpp-httplib.
 //
-// Bodies are read by hand, piece by piece, so that no request takes more memory than the limit,
-// however it is sent. Nothing of a body is ever logged: it holds a password.
+// Bodies are read piece by piece, so that no request takes more memory than the limit. Bodies are
+// never logged, since they contain a password.
 
 #include "server.h"
 
@@ -28,7 +28,7 @@ constexpr std::size_t kMaxBody = 1024 * 1024;
 constexpr std::size_t kThreads = 4;
 constexpr time_t kTimeout = 10;
 
-// Only this program may have its port.
+// No other program may use its port.
 void SetSocketOptions(socket_t socket) {
   const int yes = 1;
   setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
@@ -40,7 +40,7 @@ bool SetUpTls(SSL_CTX& context, const Identity& identity) {
          SSL_CTX_use_PrivateKey(&context, identity.serverKey.get()) == 1;
 }
 
-// Reads a body; the status for what went wrong, or 200.
+// Reads a body; returns 200, or the status of the error.
 int ReadBody(const httplib::ContentReader& reader, KRBuffer& body) {
   bool tooLong = false;
   const bool whole = reader([&](const char* bytes, std::size_t count) {
@@ -51,7 +51,8 @@ int ReadBody(const httplib::ContentReader& reader, KRBuffer& body) {
   return whole ? 200 : 400;
 }
 
-// The bank as a set of handlers. The bank belongs to one thread at a time, the server has several.
+// The bank as a set of handlers. The server has several threads, but only one at a time may use the
+// bank.
 class Handlers {
  public:
   explicit Handlers(Bank& bank) : m_answerer(bank) {}
@@ -66,7 +67,7 @@ class Handlers {
     server.Post(kPath, [this](const Request& request, Response& response, const Reader& reader) {
       Post(request, response, reader);
     });
-    // A method without a handler for bodies would have them read whole, without a limit.
+    // Without a handler for bodies they would be read whole, without a limit.
     server.Post(".*", refuse).Put(".*", refuse).Patch(".*", refuse).Delete(".*", refuse);
     const auto refuseWithoutBody = [](const Request& request, Response& response) {
       Refuse(request, response);
@@ -85,7 +86,7 @@ class Handlers {
   }
   static void Refuse(const httplib::Request& request, httplib::Response& response,
                      const httplib::ContentReader& reader) {
-    // What is left unread when the connection closes can take the answer with it.
+    // If data is left unread when the connection closes, the answer may be lost.
     if (!request.is_multipart_form_data()) {
       KRBuffer ignored(0, 0);
       ReadBody(reader, ignored);
@@ -137,7 +138,7 @@ std::unique_ptr<httplib::Server> MakeServer(const Options& options, const Identi
   server->set_socket_options(SetSocketOptions);
   server->set_payload_max_length(kMaxBody);
   server->set_read_timeout(kTimeout).set_write_timeout(kTimeout);
-  // A client that keeps its connection open would keep a thread from all others.
+  // A client that keeps its connection open would occupy a thread.
   server->set_keep_alive_max_count(1);
   server->new_task_queue = [] { return new httplib::ThreadPool(kThreads); };
   return server;
@@ -155,7 +156,7 @@ bool WriteAuthority(const Options& options, const Identity& identity) {
   return true;
 }
 
-// The signals that end the program, kept from all threads so that one can wait for them.
+// The signals that end the program, blocked in all threads so that one thread can wait for them.
 class EndSignals {
  public:
   EndSignals() : m_waiter(pthread_self()) {
@@ -168,7 +169,7 @@ class EndSignals {
     int signal = 0;
     sigwait(&m_set, &signal);
   }
-  // Ends the waiting from another thread.
+  // Ends the wait from another thread.
   void Raise() const { pthread_kill(m_waiter, SIGTERM); }
 
  private:
@@ -211,7 +212,7 @@ int Serve(Bank& bank, const Options& options) {
   const char* const scheme = options.plain ? "http" : "https";
   bank.SetUrl(std::string(scheme) + "://" + kHost + ":" + std::to_string(port) + kPath);
 
-  // The socket takes connections from here on; the thread only has to fetch them.
+  // From here on the socket accepts connections; the thread only has to fetch them.
   std::atomic<bool> ended = false;
   std::thread listener([&] {
     server->listen_after_bind();
@@ -222,7 +223,7 @@ int Serve(Bank& bank, const Options& options) {
   std::fflush(stdout);
   signals.Wait();
   const bool onItsOwn = ended;
-  // A server that has not begun to listen cannot be stopped.
+  // A server that is not yet listening cannot be stopped.
   while (!server->is_running() && !ended) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   server->stop();
   listener.join();

@@ -1,9 +1,8 @@
-// What a request finds when it is processed: the bank, the moment, who asks, and the answer in the
-// making.
+// What a request uses when it is processed: the bank, the time, the user, and the answer that is
+// being made.
 //
-// The library hands a `const ServerImpl*` to KRDataObj::ProcessRequest and leaves the class to the
-// host. Here it is the way from a request's objects to the exchange that they belong to, which they
-// change through it.
+// The library passes a `const ServerImpl*` to KRDataObj::ProcessRequest and leaves the class to the
+// host. Here it gives a request's objects access to their exchange, which they change.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_SERVER_IMPL_H_
 #define KROFX_EXAMPLES_BANK_SERVER_SERVER_IMPL_H_
@@ -24,17 +23,17 @@ struct Exchange {
 
   Bank& bank;
   KRDateTime now;
-  /// Who signed on; null for nobody.
+  /// The user who signed on; null for none.
   User* user = nullptr;
   /// Takes the message sets of the answer.
   KRResponse* response = nullptr;
   /// The transaction that is being answered.
   KRTransRs* transaction = nullptr;
-  /// The CUSIPs that the answers of each version speak of.
+  /// The CUSIPs in the answers of each version.
   std::map<u16, std::set<std::string>> securities;
 };
 
-/// The tag of the answer to a request's tag, as STMTTRNRS for STMTTRNRQ.
+/// The tag of the answer to a request's tag, such as STMTTRNRS for STMTTRNRQ.
 KRTagID AnswerTag(KRTagID request);
 
 }  // namespace bank_server
@@ -44,7 +43,7 @@ class ServerImpl {
  public:
   explicit ServerImpl(bank_server::Exchange& exchange) : m_exchange(exchange) {}
 
-  /// The exchange, which hooks change.
+  /// The exchange, which ProcessRequest changes.
   bank_server::Exchange& Now() const { return m_exchange; }
   /// Ends the transaction with a status; `payload`, which may be null, becomes its answer's.
   void Answer(s32 code, KRTransBase* payload = nullptr) const;

@@ -5,7 +5,7 @@
 namespace bank_server {
 namespace {
 
-// Of the two memos each version has one, and its setter alone is taken.
+// Each version has one of the two memos, and only its setter succeeds.
 KRBankStatementTx* MakeBooking(u16 version, const Booking& booking) {
   KRBankStatementTx* made = Factory().NewBankStatementTx(version);
   made->SetTxType(Text(booking.type));

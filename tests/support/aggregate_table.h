@@ -14,11 +14,12 @@
 //             written)
 //   use       required, or required(V2+) where that differs from the row's versions
 //   versions  nothing for all; V1, V2+
-//   lenient   a text that is not a value is skipped, and the parse goes on; on a line by itself it
-//             applies to the rows below, which give one warning of such a text
-//   padN the number is written with leading zeros to N digits closed the element is written with
-//   its end tag other a child that shares the slot of the child of an earlier row asked not in the
-//   required table, but reported as missing by a rule of the class; of several
+//   lenient   a text that is not a value is skipped, and the parse continues; on a line by itself
+//             it applies to the rows below, which log one warning for such a text
+//   padN      the number is written with leading zeros to N digits
+//   closed    the element is written with its end tag
+//   other     a child that shares the slot of the child of an earlier row
+//   asked     not in the required table, but reported as missing by a rule of the class; of several
 //             rows under one rule, the first
 //
 // It tests the default tag, both tables, that the order of writing does not depend on the order of
