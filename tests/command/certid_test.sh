@@ -27,7 +27,7 @@ for file in "$root" plain.b64 root.pem; do
   expect 0 certid "$file"
   [ "$(cat out)" = "$id" ] || fail "$file has another ID"
 done
-[ "$(wc -c <out)" -eq 29 ] || fail 'an ID has not 28 characters'
+[ "$(wc -c <out)" -eq 29 ] || fail 'an ID does not have 28 characters'
 
 # Standard input, and several files.
 "$krofx" certid - <root.pem >out 2>err || fail 'standard input'

@@ -26,7 +26,7 @@ expect 2 rewrite cut.ofx -o cut.ofx
 cmp -s cut.ofx before.ofx || fail 'a broken file was overwritten'
 expect 2 rewrite plain.ofx -o nowhere/out.ofx
 expect 2 rewrite plain.ofx -o /dev/null
-[ "$(find . -name '*.ofx.*' | wc -l)" -eq 0 ] || fail 'a file was left behind'
+[ "$(find . -name '*.ofx.*' | wc -l)" -eq 0 ] || fail 'a file is left over'
 
 # Strict.
 statement "$(head -c 60 /dev/zero | tr '\0' n)" >long.ofx

@@ -34,5 +34,5 @@ start() {
 
 # Expects that no temporary file is left.
 leaves_nothing() {
-  [ -z "$(ls -A "$TMPDIR")" ] || fail "left behind: $(ls -A "$TMPDIR")"
+  [ -z "$(ls -A "$TMPDIR")" ] || fail "left over: $(ls -A "$TMPDIR")"
 }

@@ -184,7 +184,7 @@ TEST(KRFile, StopsAtAnEmptyPlaceAmongItsSubfiles) {
   EXPECT_EQ(file.SetSubfile(1, part), 1);
   const Built built = Build(file);
   EXPECT_EQ(built.status, KRBuildStatus_NullArgument);
-  EXPECT_EQ(built.text, "") << "no delimiter stands in front of it";
+  EXPECT_EQ(built.text, "") << "no delimiter comes before it";
 }
 
 // A part that refuses one header, and one that cannot write any.

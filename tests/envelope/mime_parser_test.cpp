@@ -221,7 +221,7 @@ TEST_F(MimeParser, ReadsFromTheEngineItIsGivenAndKeepsIt) {
   EXPECT_EQ(m_parser.Parse(other.Get(), &m_file, 0), KRParseStatus_Warnings);
   EXPECT_EQ(m_file.GetNumberOfSubfiles(), 1);
   EXPECT_EQ(m_parser.Parse(other.Get(), &m_file, 0), KRParseStatus_Invalid)
-      << "it goes on where the engine stands";
+      << "it continues at the engine's position";
 }
 
 TEST_F(MimeParser, InheritedParseIsCallable) {

@@ -208,7 +208,7 @@ inline Entries OrderTexts(u16 version) {
 inline std::string Without(std::string text, const std::string& piece) {
   const std::size_t at = text.find(piece);
   if (at == std::string::npos) {
-    ADD_FAILURE() << piece << " does not stand in " << text;
+    ADD_FAILURE() << piece << " is not in " << text;
   } else {
     text.erase(at, piece.size());
   }

@@ -1,4 +1,4 @@
-// Texts that are too long, made to cost time, or met by exhausted memory.
+// Texts that are too long or made to cost time, and exhausted memory.
 
 #include "krofx/core/memory.h"
 #include "krofx/core/thread.h"
@@ -51,8 +51,8 @@ TEST_P(EngineLimits, OverlongStrayTextIsToldCut) {
   EXPECT_EQ(Warnings(), Lines{"BADFORMAT \"" + std::string(65534, 'x') + "\""});
 }
 
-// Each of these texts would make some search run to the end of the text again and again. Their
-// sizes are such that the test would last for hours then.
+// Each of these texts could make some search run to the end of the text again and again. They are
+// so large that the test would then last for hours.
 
 TEST_P(EngineLimits, ManyUnknownTagsWithoutEndTakeLinearTime) {
   std::string text;

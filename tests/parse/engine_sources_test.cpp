@@ -1,5 +1,5 @@
-// A plain buffer is scanned in its memory, with a short way for common tags; a derived one is read
-// character by character. Over any text, well-formed or not, both must tell the same.
+// A plain buffer is scanned in its memory, with a fast path for common tags; a derived one is read
+// character by character. For any text, well-formed or not, both must give the same result.
 
 #include <random>
 
@@ -30,7 +30,7 @@ std::string RandomText(std::mt19937& random) {
   return text;
 }
 
-// All that an engine tells about a text: tags with their places, header lines, boundaries,
+// Everything that an engine finds in a text: tags with their places, header lines, boundaries,
 // warnings.
 Lines Tell(const std::string& text, bool plain) {
   TextBuffer buffer(text, plain);

@@ -88,7 +88,7 @@ TEST_P(EngineTags, CommentsAreNotThere) {
 }
 
 TEST_P(EngineTags, CommentWithAnInnerCloseIsAnUnknownTag) {
-  // It has text behind it, so it counts as an element, and goes with that text.
+  // There is text after it, so it counts as an element, and is skipped with that text.
   EXPECT_EQ(Tags("<!-- a > b --><CODE>0"), Lines{"CODE=0"});
   EXPECT_EQ(Warnings(), Lines{"UNKNOWNTAG <!-->"});
 }
@@ -181,7 +181,7 @@ TEST_P(EngineTags, SkipFailsWithNothingToSkip) {
   Read("<STATUS>");
   EXPECT_EQ(Engine().SkipCurrentTag(), 0) << "nothing has been read";
   EXPECT_NE(Engine().GetTagID(nullptr), nullptr);
-  EXPECT_EQ(Engine().SkipCurrentTag(), 0) << "nothing stands behind it";
+  EXPECT_EQ(Engine().SkipCurrentTag(), 0) << "there is nothing after it";
 }
 
 TEST_P(EngineTags, FindsTagsById) {

@@ -101,7 +101,7 @@ TEST_P(HeaderLines, LinesWithoutAColonArePassedOver) {
 TEST_P(HeaderLines, CommentsBeforeTheColonArePassedOver) {
   EXPECT_EQ(Block("<!-- a:b --> DATA <!-- c:d --> VERSION:102\n<OFX>"),
             (Lines{"4 VERSION=102", "none 43"}))
-      << "what stands before a comment goes with it";
+      << "text before a comment is skipped with it";
   EXPECT_EQ(Block("<!-- a\n b:c\n --> DATA:1\n<OFX>"), (Lines{"3 DATA=1", "none 24"}))
       << "a comment may span lines";
   EXPECT_EQ(Block("<!-- a -->\nDATA:1\n<OFX>"), Lines{"none 11"})
@@ -113,7 +113,7 @@ TEST_P(HeaderLines, CommentBehindTheColonEndsTheValue) {
             (Lines{"3 DATA=1", "4 VERSION=102", "none 31"}));
   EXPECT_EQ(Block("DATA:1<!-- a\nb -->VERSION:102\n<OFX>"),
             (Lines{"3 DATA=1", "4 VERSION=102", "none 30"}))
-      << "a comment that goes on behind the line is passed with it";
+      << "a comment that continues after the line is skipped with it";
 }
 
 TEST_P(HeaderLines, CommentWithoutEndBeginsTheBody) {
@@ -156,8 +156,8 @@ TEST_P(HeaderLines, TellsWhereTheLineBegins) {
   EXPECT_EQ(Engine().GetItemPosition(), 10);
 }
 
-// In each of these some search runs to the end of the text for every line, unless the engine
-// remembers what it found.
+// In each of these some search would run to the end of the text for every line if the engine did
+// not remember what it found.
 TEST_P(HeaderLines, ManyLinesTakeLinearTime) {
   KRParseLogger::TheKRParseLogger()->EnableLogging(0);
   EXPECT_EQ(Block(Repeat("A:\n", 20000)).size(), 20001u);

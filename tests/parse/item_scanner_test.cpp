@@ -9,7 +9,7 @@ using krofx::testing::EngineTest;
 
 class ItemScanner : public EngineTest {
  protected:
-  // Reads the item at a position and tells it as "type start+length end".
+  // Reads the item at a position and gives it as "type start+length end".
   std::string Item(std::string_view text, s32 position = 0, u16 contentOnly = 0) {
     KRParseEngine::KRTagItemInfo item;
     item.end = position;
@@ -109,7 +109,7 @@ TEST_P(ItemScanner, ReadsCDATASectionsWhole) {
   EXPECT_EQ(Item("<![CDATA[a<b>&]]><C>"), "3 0+17 17");
   EXPECT_EQ(Item("< ! [ cdata [x]]><C>"), "3 0+17 17") << "white space and case do not matter";
   EXPECT_EQ(Item("<![CDATA[x]y]z>"), "3 0+15 15") << "the closing characters may stand apart";
-  EXPECT_EQ(Item("<![CDATA[x]]>junk \n<C>"), "3 0+17 19") << "what stands behind it belongs to it";
+  EXPECT_EQ(Item("<![CDATA[x]]>junk \n<C>"), "3 0+17 19") << "the text after it belongs to it";
 }
 
 TEST_P(ItemScanner, ReportsCDATAContentOneCharacterShort) {
@@ -121,7 +121,7 @@ TEST_P(ItemScanner, ReportsCDATAContentOneCharacterShort) {
 
 TEST_P(ItemScanner, UnfinishedCDATASectionIsAStartTag) {
   EXPECT_EQ(Item("<![CDATA[x>y"), "0 1+9 11") << "no ']'";
-  EXPECT_EQ(Item("<![CDATA[x]"), "0 1+10 11") << "nothing behind the first ']'";
+  EXPECT_EQ(Item("<![CDATA[x]"), "0 1+10 11") << "nothing after the first ']'";
   EXPECT_EQ(Item("<![CDATA[x]y>"), "0 1+11 13") << "no second ']'";
   EXPECT_EQ(Item("<![CDATA[x]]"), "0 1+11 12") << "no '>'";
   EXPECT_EQ(Item("<![CDATX[x]]>"), "0 1+11 13");

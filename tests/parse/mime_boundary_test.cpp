@@ -10,7 +10,7 @@ using krofx::testing::Str;
 
 class MimeBoundary : public EngineTest {
  protected:
-  // Searches from the header cursor: the result with the cursor behind it.
+  // Searches from the header cursor; gives the result and then the cursor.
   std::string Find(const char* boundary) {
     const KRBoundStatus status = Engine().FindMIMEBoundary(boundary);
     return std::to_string(status) + " " + std::to_string(Engine().GetHeaderPos());
@@ -75,7 +75,7 @@ TEST_P(MimeBoundary, LongerBoundaryMatchesByItsBeginning) {
 
 TEST_P(MimeBoundary, LineFeedIsNeededToBeginWith) {
   EXPECT_EQ(Find("--abc", "abc"), "0 0");
-  EXPECT_EQ(Find("x\n--abc--", "abc"), "2 9") << "but none behind the boundary";
+  EXPECT_EQ(Find("x\n--abc--", "abc"), "2 9") << "but none after the boundary";
 }
 
 TEST_P(MimeBoundary, EmptyBoundaryMatchesAnyTwoHyphens) {

@@ -38,7 +38,7 @@ class SimpleParser : public testing::Test {
     m_notebook.lines.clear();
     return m_parser.Parse(&buffer, &m_root, checkRequired);
   }
-  // A warning as Line tells it, for a tag of the dictionary.
+  // A warning as Line writes it, for a tag of the dictionary.
   static std::string Told(const char* warning, const char* tag, KRTagID id,
                           const char* value = nullptr) {
     std::string line = std::string(warning) + " <" + tag + "> " + std::to_string(id);

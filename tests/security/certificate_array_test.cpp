@@ -104,7 +104,7 @@ TEST(KRDynamicArrayCert, GivesUpAnElementAndKeepsItsPlace) {
     EXPECT_EQ(array.UnSet(0), 1);
     EXPECT_EQ(array.Get(0), nullptr);
     EXPECT_EQ(array.Entries(), 2);
-    EXPECT_EQ(array.UnSet(3), 1) << "a slot behind the entries";
+    EXPECT_EQ(array.UnSet(3), 1) << "a slot after the entries";
     EXPECT_EQ(array.UnSet(4), 0) << "no slot";
     EXPECT_EQ(destroyed, 0);
   }

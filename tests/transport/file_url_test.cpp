@@ -41,7 +41,7 @@ TEST(HasFileScheme, IsNotInANullUrl) { EXPECT_EQ(KRNetRequest::HasFileScheme(nul
 
 TEST(FileUrlToName, MatchesTheSchemeWithoutRegardToCase) {
   EXPECT_EQ(NameOf("FILE:/x"), "x");
-  EXPECT_EQ(NameOf("FILE:x"), "") << "the character behind the scheme is skipped";
+  EXPECT_EQ(NameOf("FILE:x"), "") << "the character after the scheme is skipped";
 }
 
 TEST(FileUrlToName, SkipsTheCharacterBehindTheSchemeWhateverItIs) {

@@ -44,7 +44,7 @@ TEST_F(VYNWaitTest, EndsTheWaitAtQuitWithSuccessAndNoReply) {
   manager.script.rounds = ExchangeScript::kNever;
   platform.Post([] {});
   platform.PostQuit();
-  platform.Post([] { FAIL() << "taken behind the quit"; });
+  platform.Post([] { FAIL() << "taken after the quit"; });
   EXPECT_EQ(Get("http://bank/"), KRNetStatus_Success);
   EXPECT_EQ(platform.pauses.size(), 1u);
   EXPECT_EQ(platform.events.size(), 1u);
