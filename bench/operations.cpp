@@ -31,6 +31,17 @@ class Sample {
     const bool isRead = reading.root != nullptr;
     return isRead ? static_cast<int>(reading.mendings.size()) : -1;
   }
+  // Streams the transactions; says how many there were, -1 when the text was not accepted.
+  int Stream(bool check) {
+    krofx::StreamOptions options;
+    options.checkRequired = check;
+    krofx::Stream stream(options);
+    stream.Want<KRBankStatementTx>();
+    stream.Open(m_buffer);
+    int count = 0;
+    while (stream.Next() != nullptr) ++count;
+    return stream.Status() == KRParseStatus_Accepted ? count : -1;
+  }
   bool Parse(KRFile& file, u16 check) {
     KRSimpleParser parser;
     return parser.Parse(&m_buffer, &file, check) == KRParseStatus_Accepted;
@@ -96,6 +107,14 @@ Operation ReadMended(int transactions) {
   return {"read and mend bank", [] {}, [sample] { return sample->Read() == 1; }, sample->Size()};
 }
 
+// One transaction after the other, to compare with a parse.
+Operation StreamBank(int transactions, bool check) {
+  auto sample = std::make_shared<Sample>(OfxStatement(transactions));
+  return {check ? "stream and check bank" : "stream bank", [] {},
+          [sample, transactions, check] { return sample->Stream(check) == transactions; },
+          sample->Size()};
+}
+
 std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
@@ -148,6 +167,8 @@ std::vector<Operation> AllOperations(int transactions, const std::string& exampl
   std::vector<Operation> operations;
   AddFileOperations<KRFileRs>(operations, "bank", OfxStatement(transactions));
   operations.push_back(ReadMended(transactions));
+  operations.push_back(StreamBank(transactions, false));
+  operations.push_back(StreamBank(transactions, true));
   AddFileOperations<KRFileRs>(operations, "investment", ReadFile(examples + "/brokerage.ofx"));
   AddFileOperations<KRFileRq>(operations, "payroll", ReadFile(examples + "/payroll-batch.ofx"));
   AddFileOperations<KRFileRq>(operations, "request", ReadFile(examples + "/mail-request.ofx"));

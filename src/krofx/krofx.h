@@ -43,6 +43,8 @@
 #include "krofx/parse/simple_parser.h"
 #include "krofx/reader/reading.h"
 #include "krofx/rewriting/rewrite.h"
+#include "krofx/stream/stream.h"
+#include "krofx/stream/stream_listener.h"
 
 // Carrying texts to a server and back.
 #include "krofx/transport/contract/connection_manager.h"

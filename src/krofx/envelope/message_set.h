@@ -43,6 +43,9 @@ class KROFX_API MessageSet : public KRDataObj {
   Trans* GetTrans(u16 index) const { return static_cast<Trans*>(m_transactions.Get(index)); }
   /// The number of transactions.
   u16 GetNumTrans() const { return m_transactions.Entries(); }
+  /// Gives up a transaction without deleting it; the later ones move down.
+  /// @return 1; 0 when there is none.
+  u16 DisconnectTrans(u16 index) { return m_transactions.UnSet(index); }
   /// Deletes all transactions.
   void DeleteAllTrans() { m_transactions.DeleteAll(); }
 
@@ -108,9 +111,6 @@ class KROFX_API KRMessageSetRq
   u16 SetSignOnRq(KRSignOnRq* signOn) { return SetSignOn(signOn); }
   /// Gives up the sign-on without deleting it: the caller, who must have its pointer, owns it.
   void DisconnectSignOnRq() { m_signOn.Release(); }
-  /// Gives up a transaction without deleting it; the later ones move down.
-  /// @return 1; 0 when there is none.
-  u16 DisconnectTrans(u16 index) { return m_transactions.UnSet(index); }
   /// Gives up a synchronisation without deleting it; the later ones move down.
   /// @return 1; 0 when there is none.
   u16 DisconnectSync(u16 index) { return m_syncs.UnSet(index); }

@@ -173,6 +173,7 @@ bool KRParseEngine::SkipToEndTag(const Text& text, const KRTagItemInfo& start) {
     }
   } while (MoveToNext(text));
 
+  m_searches.noEndTag = true;
   endTags.Drop();
   KRTagItemInfo item = start;
   while (ReadTagItem(text, item, m_searches.noCDATAEndFrom)) {

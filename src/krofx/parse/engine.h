@@ -25,6 +25,7 @@
 #include "krofx/values/keywords.h"
 
 namespace krofx::internal {
+class EngineWindow;
 class PlainFeed;
 class PlainText;
 }  // namespace krofx::internal
@@ -213,6 +214,7 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   u16 ExpandSgmlMacros(const KRString& in, KRString& out) const;
 
  private:
+  friend class krofx::internal::EngineWindow;
   friend class krofx::internal::PlainFeed;
 
   // These work on the source of text for the buffer's class: see parse/internal/text_source.h.

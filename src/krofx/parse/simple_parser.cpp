@@ -10,20 +10,14 @@
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/internal/parse_run.h"
-#include "krofx/parse/internal/plain_feed.h"
+#include "krofx/parse/internal/tag_pass.h"
 #include "krofx/values/utility.h"
 
+using krofx::internal::FeedUse;
 using krofx::internal::HeadersAllowBody;
 using krofx::internal::IsSecret;
+using krofx::internal::kGoOn;
 using krofx::internal::MakeElement;
-using krofx::internal::PlainFeed;
-
-namespace {
-
-// The status of a tag after which the loop continues.
-constexpr KRParseStatus kGoOn = KRParseStatus_Accepted;
-
-}  // namespace
 
 KRSimpleParser::KRSimpleParser() = default;
 
@@ -111,41 +105,12 @@ KRParseStatus KRSimpleParser::ReadHeaders(KRParseEngine& engine, KRDataObj& root
 }
 
 KRParseStatus KRSimpleParser::ReadTags(KRParseEngine& engine) {
-  KRTagDictionaryEntry entry = {KRTag_None, ""};
-  KRString value;
-  KRTagID elementBefore = KRTag_None;
-  std::optional<PlainFeed> feed;
-  if (MayFeed(engine)) feed.emplace(*this, engine);
-  for (;;) {
-    if (feed) {
-      const KRParseStatus refused = feed->Run(entry, value, elementBefore);
-      if (refused != kGoOn) return NoteRefusedStart(refused, entry);
-    }
-    const KRTagType type = engine.GetKRTag(entry, value);
-    if (GetCurrentObj() == nullptr) return KRParseStatus_Fatal;
-    KRParseStatus status = kGoOn;
-    switch (type) {
-      case KRTagType_Start:
-        status = TakeStart(entry, engine);
-        break;
-      case KRTagType_End:
-        // The end tag of the element that was just read is optional, and closes nothing else.
-        if (elementBefore == entry.tagID && entry.tagID != KRTag_None) break;
-        status = GetCurrentObj()->HandleTagEnd(&entry);
-        if (entry.tagID == KRTag_OFX) return status;
-        break;
-      case KRTagType_Element:
-        status = TakeElement(entry, value);
-        break;
-      case KRTagType_EndOfInput:
-        return GetDepth() > 0 ? KRParseStatus_Invalid : KRParseStatus_Accepted;
-      default:
-        return LogValue(KRPW_UNKNOWNTAG, entry, value) ? KRParseStatus_Invalid
-                                                       : KRParseStatus_Fatal;
-    }
-    if (status != kGoOn) return status;
-    elementBefore = type == KRTagType_Element ? entry.tagID : KRTag_None;
-  }
+  TagPass pass(*this, engine);
+  KRParseStatus status = kGoOn;
+  do {
+    status = pass.Feed<FeedUse::kTree>();
+  } while (status == kGoOn && pass.TakeTag(status));
+  return status;
 }
 
 // PlainFeed calls no virtual operations, so no host's class may have overridden them.

@@ -78,6 +78,7 @@ class KROFX_API KRSimpleParser : public KRParser {
 
  protected:
   class Run;
+  class TagPass;
 
   /// The first step of every parse: makes `root` current, empties the thread's log, lowers its fire
   /// alarm.
@@ -85,19 +86,22 @@ class KROFX_API KRSimpleParser : public KRParser {
   KRParseLogger* Open(KRBuffer* buffer, KRDataObj* root);
   /// The engine that SetParseEngine gave, or null.
   KRParseEngine* GetParseEngine() const { return m_engine; }
-  /// For the constructors of library classes that override no operation that reads tags: parsers of
-  /// exactly this class may use PlainFeed.
+  /// Reads the header lines into the root, and judges whether they allow its body to be read.
+  /// @return 0, or the status with which the parse ends.
+  KRParseStatus ReadHeaders(KRParseEngine& engine, KRDataObj& root);
+  /// Logs the first required tag that is missing in the tree, if there is one.
+  void WarnOfMissingTag(KRDataObj* root);
+  /// For the constructors of library classes that override no operation that reads tags, or only
+  /// those that PlainFeed calls for them: parsers of exactly this class may use PlainFeed.
   void SetPlainClass(const std::type_info& type) { m_plainClass = &type; }
 
  private:
-  KRParseStatus ReadHeaders(KRParseEngine& engine, KRDataObj& root);
   KRParseStatus ReadTags(KRParseEngine& engine);
   bool MayFeed(const KRParseEngine& engine) const;
   KRParseStatus NoteRefusedStart(KRParseStatus status, const KRTagDictionaryEntry& entry);
   KRParseStatus TakeStart(const KRTagDictionaryEntry& entry, KRParseEngine& engine);
   KRParseStatus TakeElement(const KRTagDictionaryEntry& entry, KRString& value);
   bool LogValue(KRParseWarning warning, const KRTagDictionaryEntry& entry, const KRString& value);
-  void WarnOfMissingTag(KRDataObj* root);
 
   KRParseEngine* m_engine = nullptr;
   KRDataObj* m_objectWithError = nullptr;

@@ -75,6 +75,22 @@ bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
 
 }  // namespace
 
+bool DescribeText(OfxText& text, std::string_view bytes) {
+  const auto field = [&text](KRHeaderTag tag) {
+    const KRString* const value = text.root->GetHeader(tag);
+    return value == nullptr ? std::string_view() : std::string_view(*value, value->GetStrLength());
+  };
+  const std::string_view version = field(KRHeaderTag_VERSION).substr(0, 16);
+  text.version.Assign(version.data(), static_cast<u16>(version.size()));
+  Charset charset;
+  ChosenCharset chosen;
+  const DeclaredCharset declared{
+      field(KRHeaderTag_ENCODING), field(KRHeaderTag_CHARSET), {}, false};
+  if (!ChooseCharset(bytes, declared, charset, chosen)) return false;
+  text.charset = charset.Name();
+  return true;
+}
+
 KRParseStatus GraverStatus(KRParseStatus left, KRParseStatus right) {
   const auto weight = [](KRParseStatus status) {
     switch (status) {
@@ -150,7 +166,7 @@ KRParseStatus FileReader::ReadNext() {
   } else if (pass.status == KRParseStatus_Accepted &&
              !MayHaveCommaAmount(Bytes().substr(from, pass.end - from))) {
     m_position = pass.end;
-    if (!FillClean(text, Bytes().substr(from, pass.end - from))) return KRParseStatus_Fatal;
+    if (!DescribeText(text, Bytes().substr(from, pass.end - from))) return KRParseStatus_Fatal;
   } else if (AlarmIsSet()) {
     text.status = KRParseStatus_Fatal;
   } else {
@@ -239,23 +255,6 @@ KRParseStatus FileReader::ReadForm(OfxText& text, WorkingText& working) {
   status = reader.Read(*text.root, header.body);
   if (status != KRParseStatus_Accepted) return status;
   return m_recorder.AnyInText() ? KRParseStatus_Warnings : KRParseStatus_Accepted;
-}
-
-// What is known of a text that the strict parser has read.
-bool FileReader::FillClean(OfxText& text, std::string_view bytes) {
-  const auto field = [&text](KRHeaderTag tag) {
-    const KRString* const value = text.root->GetHeader(tag);
-    return value == nullptr ? std::string_view() : std::string_view(*value, value->GetStrLength());
-  };
-  const std::string_view version = field(KRHeaderTag_VERSION).substr(0, 16);
-  text.version.Assign(version.data(), static_cast<u16>(version.size()));
-  Charset charset;
-  ChosenCharset chosen;
-  const DeclaredCharset declared{
-      field(KRHeaderTag_ENCODING), field(KRHeaderTag_CHARSET), {}, false};
-  if (!ChooseCharset(bytes, declared, charset, chosen)) return false;
-  text.charset = charset.Name();
-  return true;
 }
 
 void FileReader::Describe(KRParseStatus status) {

@@ -18,6 +18,11 @@ namespace krofx::internal {
 /// @return false when memory is exhausted.
 bool MakeRoot(OfxText& text);
 
+/// Fills in what is known of a text whose headers are in its tree: version and character set.
+/// @param bytes the text, or a part of it that tells its character set.
+/// @return false when memory is exhausted.
+bool DescribeText(OfxText& text, std::string_view bytes);
+
 /// The graver of two statuses: exhausted memory, then a text that was read in part, then warnings.
 KRParseStatus GraverStatus(KRParseStatus left, KRParseStatus right);
 
@@ -46,7 +51,6 @@ class FileReader {
   KRParseStatus ReadMultipart(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadPart(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadForm(OfxText& text, WorkingText& working);
-  bool FillClean(OfxText& text, std::string_view bytes);
   void Describe(KRParseStatus status);
   std::string_view Bytes() const { return m_file.Bytes(); }
 

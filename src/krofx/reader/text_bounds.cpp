@@ -84,6 +84,12 @@ bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dict
 }
 
 TextKind FindKind(std::string_view text) {
+  bool told;
+  return FindKind(text, told);
+}
+
+TextKind FindKind(std::string_view text, bool& told) {
+  told = true;
   std::string_view start = text;
   while (!start.empty() && IsWhite(start.front())) start.remove_prefix(1);
   if (StartsWithoutCase(start, "CONTENT-TYPE:")) {
@@ -104,6 +110,7 @@ TextKind FindKind(std::string_view text) {
     if (EqualsWithoutCase(end, kResponse)) return TextKind::kResponse;
     if (EqualsWithoutCase(end, kRequest)) return TextKind::kRequest;
   }
+  told = false;
   return TextKind::kResponse;
 }
 

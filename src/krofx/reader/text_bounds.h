@@ -22,6 +22,11 @@ bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dict
 /// line. A text that tells nothing is taken for a response.
 TextKind FindKind(std::string_view text);
 
+/// As FindKind.
+/// @param told takes whether the text tells what it is, and does not have to be taken for
+/// something.
+TextKind FindKind(std::string_view text, bool& told);
+
 /// Whether there may be an amount with a comma in a text: a value of nothing but digits, signs,
 /// points and commas. The parser passes over commas, so that it takes "-11,76" for -1176.
 bool MayHaveCommaAmount(std::string_view text);

@@ -58,6 +58,7 @@ void PlainFeed::Push(const Target& target, KRDataObj& child) {
   ObjectAccess::SetParser(child, &m_parser);
 }
 
+template <FeedUse kUse>
 KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag) {
   KRDataObj* child = nullptr;
   const KRTagID id = tag.entry->tagID;
@@ -69,12 +70,18 @@ KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag) {
   }
   ObjectAccess::SetType(*child, id);
   ObjectAccess::SetBitAt(*target.object, tag.position);
-  Push(target, *child);
-  m_parser.m_validTags = table->valid;
+  if constexpr (kUse == FeedUse::kTree) {
+    Push(target, *child);
+    m_parser.m_validTags = table->valid;
+  } else {
+    if (target.version != 0) ObjectAccess::SetVersion(*child, target.version);
+    m_parser.PushObject(child);
+  }
   target = {child, table, ObjectAccess::VersionOf(*child)};
   return KRParseStatus_Accepted;
 }
 
+template <FeedUse kUse>
 KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore) {
   // The longest stretch that is read without a test for the end of the text.
   constexpr std::ptrdiff_t kMargin = TagKey::kBytes + 8;
@@ -131,7 +138,13 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
       advance(tag, name + 1, at);
       if (closesElement) continue;
       commit();
-      m_parser.KRParser::PopObject();
+      if constexpr (kUse == FeedUse::kTree) {
+        m_parser.KRParser::PopObject();
+      } else {
+        m_halted = false;
+        m_parser.PopObject();
+        if (m_halted) break;
+      }
       if (!FindTarget(target)) break;
       continue;
     }
@@ -147,7 +160,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
       elementBefore = KRTag_None;
       advance(tag, name, afterTag);
       commit();
-      status = Start(target, *tag);
+      status = Start<kUse>(target, *tag);
       if (status != KRParseStatus_Accepted || m_parser.m_current != target.object) break;
       continue;
     }
@@ -177,5 +190,8 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
   commit();
   return status;
 }
+
+template KRParseStatus PlainFeed::Run<FeedUse::kTree>(KRTagDictionaryEntry&, KRString&, KRTagID&);
+template KRParseStatus PlainFeed::Run<FeedUse::kStream>(KRTagDictionaryEntry&, KRString&, KRTagID&);
 
 }  // namespace krofx::internal

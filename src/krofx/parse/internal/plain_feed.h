@@ -28,6 +28,12 @@ class KRParser;
 
 namespace krofx::internal {
 
+/// Who is fed.
+enum class FeedUse : u8 {
+  kTree,    ///< A parser with KRParser's stack.
+  kStream,  ///< A parser that overrides PushObject and PopObject, and may halt the feed there.
+};
+
 /// Feeds the tags of one parse.
 class PlainFeed {
  public:
@@ -43,7 +49,12 @@ class PlainFeed {
   /// was
   ///        read after it; else KRTag_None.
   /// @return 0; else the status with which an object refused the start tag `entry`.
+  template <FeedUse kUse = FeedUse::kTree>
   KRParseStatus Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore);
+
+  /// Makes a feed for a stream leave its loop behind the end tag that is being taken. For the
+  /// parser's PopObject.
+  void Halt() { m_halted = true; }
 
  private:
   // The object that receives tags.
@@ -54,12 +65,14 @@ class PlainFeed {
   };
 
   bool FindTarget(Target& target) const;
+  template <FeedUse kUse>
   KRParseStatus Start(Target& target, const KnownTag& tag);
   void Push(const Target& target, KRDataObj& child);
 
   KRParser& m_parser;
   KRParseEngine& m_engine;
   RowMemo m_memo;
+  bool m_halted = false;
 };
 
 }  // namespace krofx::internal

@@ -40,6 +40,8 @@ struct LastSearch {
 struct SearchMemory {
   /// No CDATA section from this position on has an end.
   s32 noCDATAEndFrom = std::numeric_limits<s32>::max();
+  /// Whether a skip has found no end tag.
+  bool noEndTag = false;
   /// Filled when a skip finds no end tag for the first time.
   EndTagIndex endTags;
 

@@ -1,0 +1,88 @@
+// A window over a text that arrives piece by piece, with the engine that reads it.
+//
+// The engine takes what is in its buffer for the whole text. Over a part of a text it would take
+// the end of the part for the end of the text, so it may read only what would be read alike if more
+// followed. PlainFeed leaves by itself what it does not see to its end. Before a tag is read the
+// ordinary way, which may look ahead without a limit, a copy of the engine tries whether the end of
+// the window plays a part.
+
+#ifndef KROFX_PARSE_INTERNAL_ENGINE_WINDOW_H_
+#define KROFX_PARSE_INTERNAL_ENGINE_WINDOW_H_
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/export.h"
+#include "krofx/parse/engine.h"
+
+class KRParser;
+
+namespace krofx::internal {
+
+/// The window of one text. Memory is taken for what has not been read yet, and for one refill.
+class KROFX_API EngineWindow {
+ public:
+  /// @param usual bytes that the window has at first.
+  /// @param most bytes up to which it grows for what must be seen as a whole.
+  EngineWindow(u32 usual, u32 most);
+  EngineWindow(const EngineWindow&) = delete;
+  EngineWindow& operator=(const EngineWindow&) = delete;
+
+  KRParseEngine& Engine() { return m_engine; }
+  KRBuffer& Buffer() { return m_buffer; }
+  /// What is in the window.
+  std::string_view Text() const;
+  /// Offset in the whole text of the window's first byte.
+  std::size_t Base() const { return m_base; }
+  /// Offset in the whole text of the tag or header line that was read last.
+  std::size_t ItemOffset() const;
+  /// Bytes that have been read and can be dropped.
+  u32 CountRead() const;
+
+  /// Drops what has been read.
+  void Slide();
+  /// Room for bytes behind what is there: `Added` says how many were put there.
+  std::span<char> Room();
+  void Added(std::size_t count);
+  /// The text has no more bytes.
+  void End() { m_ended = true; }
+  bool IsEnded() const { return m_ended; }
+  /// Makes room when the window is full.
+  /// @return false when it has its greatest size already, or memory is exhausted.
+  bool Grow();
+  /// Whether it is full at its greatest size.
+  bool IsAtLimit() const { return m_buffer.GetBufferSize() >= m_most; }
+
+  /// Whether another look is worth while. What is only partly there is not looked at again for each
+  /// byte, or a long item that comes byte by byte would take a time that grows with its square.
+  bool MayLook() const { return m_ended || Unread() >= m_wanted; }
+  /// Begins a look.
+  void Look() { m_wanted = 0; }
+  /// The look has shown that more is needed.
+  void AskForMore();
+  /// Whether the header lines can be read as in the whole text.
+  bool HasWholeHeaders();
+  /// Begins the body: from here on what has been read can be dropped.
+  void BeginBody() { m_inBody = true; }
+  /// Whether the next tag, and what a parser that cannot take it would skip, can be read as in the
+  /// whole text.
+  bool HasWholeTag(KRParser& parser);
+
+ private:
+  u32 Unread() const { return m_buffer.GetBufferSize() - CountRead(); }
+  bool DependsOnEnd(const KRParseEngine& engine) const;
+
+  KRBuffer m_buffer;
+  KRParseEngine m_engine;
+  u32 m_most;
+  u32 m_wanted = 0;
+  std::size_t m_base = 0;
+  bool m_inBody = false;
+  bool m_ended = false;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_PARSE_INTERNAL_ENGINE_WINDOW_H_

@@ -1,0 +1,64 @@
+// Where the bytes of a stream come from.
+
+#ifndef KROFX_STREAM_INTERNAL_BYTE_SOURCE_H_
+#define KROFX_STREAM_INTERNAL_BYTE_SOURCE_H_
+
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+/// Closes a file.
+struct FileCloser {
+  void operator()(std::FILE* file) const { std::fclose(file); }
+};
+/// A file that is open.
+using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
+
+/// A text's bytes from their beginning to their end.
+class ByteSource {
+ public:
+  /// What the source has to give.
+  enum class Supply : u8 {
+    kBytes,   ///< It gave some.
+    kLater,   ///< Nothing until the next piece.
+    kNone,    ///< No more at all.
+    kFailed,  ///< The file could not be read: errno says why.
+  };
+
+  /// Gives the bytes of memory, which must stay; they are all, or one of several pieces.
+  void SetBytes(std::string_view bytes, bool all) {
+    m_bytes = bytes;
+    m_all = all;
+  }
+  /// Gives what a buffer of a derived class serves, up to the first NUL.
+  void SetBuffer(KRBuffer& buffer) { m_buffer = &buffer; }
+  /// Gives the bytes of a file.
+  void SetFile(OpenFile file) { m_file = std::move(file); }
+  /// There are no more pieces.
+  void Finish() { m_all = true; }
+
+  /// Whether it takes another piece: the one before it has been read, and it was not the last.
+  bool TakesPiece() const {
+    return m_bytes.empty() && !m_all && m_file == nullptr && m_buffer == nullptr;
+  }
+  /// Puts bytes into `room`, which is not empty, and counts them.
+  Supply Read(std::span<char> room, std::size_t& count);
+
+ private:
+  std::string_view m_bytes;
+  bool m_all = false;
+  KRBuffer* m_buffer = nullptr;
+  s32 m_position = 0;
+  OpenFile m_file;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_STREAM_INTERNAL_BYTE_SOURCE_H_

@@ -1,0 +1,118 @@
+// The steps of a strict stream.
+
+#include "krofx/stream/internal/element_parser.h"
+
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/thread.h"
+#include "krofx/envelope/file.h"
+#include "krofx/parse/internal/parse_run.h"
+#include "krofx/values/utility.h"
+
+namespace krofx::internal {
+
+ElementParser::ElementParser(EngineWindow& window, LineCounter& lines, ElementTrack& track,
+                             RecordKeeper& records)
+    : m_window(window), m_lines(lines), m_track(track), m_records(records) {
+  SetPlainClass(typeid(ElementParser));
+  SetWarningObserver(this);
+}
+
+u16 ElementParser::PushObject(KRDataObj* object) {
+  if (KRSimpleParser::PushObject(object) == 0) return 0;
+  const std::size_t offset = m_window.ItemOffset();
+  m_track.Opened(GetDepth(), *object, m_lines.Find(m_window.Text(), m_window.Base(), offset));
+  return 1;
+}
+
+u16 ElementParser::PopObject() {
+  const s16 depth = GetDepth();
+  if (KRSimpleParser::PopObject() == 0) return 0;
+  if (!m_track.Closed(depth)) return 1;
+  m_halted = true;
+  if (m_pass && m_pass->GetFeed() != nullptr) m_pass->GetFeed()->Halt();
+  return 1;
+}
+
+void ElementParser::OnWarning(const KRParseException& warning, s32 position) {
+  ReadWarning record = RecordOf(warning);
+  if (position >= 0) {
+    const std::size_t offset = m_window.Base() + static_cast<std::size_t>(position);
+    record.place = m_lines.Find(m_window.Text(), m_window.Base(), offset);
+    record.path = m_track.Path();
+  }
+  m_records.Add(std::move(record));
+}
+
+void ElementParser::Begin(KRFile& root, bool checkRequired) {
+  m_root = &root;
+  m_checkRequired = checkRequired;
+  m_track.Begin(root);
+  if (Open(&m_window.Buffer(), &root) == nullptr) End(KRParseStatus_Fatal);
+}
+
+StreamStep ElementParser::End(KRParseStatus status) {
+  m_pass.reset();
+  if (m_checkRequired && status != KRParseStatus_Fatal) WarnOfMissingTag(m_root);
+  const bool warned = m_records.Any() || GetAnyParseExceptionsLogged() != 0;
+  if (status == KRParseStatus_Accepted && warned) status = KRParseStatus_Warnings;
+  if (KRGetFireAlarm() != KRFireAlarm_None) status = KRParseStatus_Fatal;
+  m_status = status;
+  m_root = nullptr;
+  return StreamStep::kEnded;
+}
+
+// The check of the whole tree no longer finds what an element lacks.
+void ElementParser::CheckElement() {
+  KRDataObj* object = m_track.Element();
+  KRTagID missing = KRTag_None;
+  if (KRUtility::AllRequiredPresent(&object, &missing) != 0) return;
+  if (missing == KRTag_None) missing = object->GetFirstMissingRequiredTag(KRTag_None);
+  AppendParseException(KRPW_MISSINGTAG, KRString(), KRString(), missing, object);
+}
+
+StreamStep ElementParser::Next() {
+  if (m_root == nullptr) return StreamStep::kEnded;
+  KRParseLogger* const log = KRParseLogger::TheKRParseLogger();
+  if (log == nullptr) return End(KRParseStatus_Fatal);
+  // The host may have used the thread's log since.
+  const u16 enabled = log->GetLoggingEnabled();
+  log->EnableLogging(1);
+  log->DeleteAll();
+  log->SetBuffer(nullptr);
+  log->SetParser(this);
+  StreamStep step;
+  {
+    Run run(*this, *log, m_window.Engine());
+    step = Step();
+  }
+  log->SetParser(nullptr);
+  log->DeleteAll();
+  log->EnableLogging(enabled);
+  return step;
+}
+
+StreamStep ElementParser::Step() {
+  KRParseStatus status = KRParseStatus_Accepted;
+  if (!m_headersRead) {
+    status = ReadHeaders(m_window.Engine(), *m_root);
+    m_headersRead = true;
+    m_window.BeginBody();
+    if (status != kGoOn) return End(status);
+    m_pass.emplace(*this, m_window.Engine());
+  }
+  m_halted = false;
+  for (;;) {
+    status = m_pass->Feed<FeedUse::kStream>();
+    bool going = status == kGoOn;
+    if (going && !m_halted) {
+      if (!m_window.HasWholeTag(*this)) return StreamStep::kNeedsMore;
+      going = m_pass->TakeTag(status);
+    }
+    if (!going || KRGetFireAlarm() != KRFireAlarm_None) return End(status);
+    if (!m_halted) continue;
+    if (m_checkRequired) CheckElement();
+    return StreamStep::kElement;
+  }
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,158 @@
+// Following the open aggregates.
+
+#include "krofx/stream/internal/element_track.h"
+
+#include <cstdint>
+#include <cstdio>
+
+#include "krofx/envelope/message_set.h"
+#include "krofx/model/internal/aggregate.h"
+#include "krofx/values/utility.h"
+
+namespace krofx::internal {
+
+namespace {
+
+// The row of the list that holds an object under a tag; null when it is no element of a list that a
+// table describes.
+const Row* ListRow(const KRDataObj& parent, KRTagID tag) {
+  const AggregateTable* const table = ObjectAccess::TableOf(parent);
+  const Row* const row = table == nullptr ? nullptr : FindRow(*table, tag);
+  return row != nullptr && row->array != nullptr ? row : nullptr;
+}
+
+// The wrappers of a message set are no rows of a table. Calls `use(set)` for a message set.
+template <class Use>
+bool WithMessageSet(KRDataObj& object, Use use) {
+  if (auto* const response = dynamic_cast<KRMessageSetRs*>(&object)) return use(*response);
+  if (auto* const request = dynamic_cast<KRMessageSetRq*>(&object)) return use(*request);
+  return false;
+}
+
+bool IsInList(KRDataObj& parent, KRTagID tag) {
+  if (ListRow(parent, tag) != nullptr) return true;
+  return tag != KRTag_SONRS && tag != KRTag_SONRQ && tag != KRTag_SECLIST &&
+         WithMessageSet(parent, [](auto&) { return true; });
+}
+
+// A message set without wrappers is incomplete, so it keeps the last one: when the next is dropped,
+// the one before it goes.
+template <class Set>
+bool DropWrapperBefore(Set& set, const KRDataObj& element, WantedClasses& wanted) {
+  const u16 count = set.GetNumTrans();
+  if (count < 2 || set.GetTrans(static_cast<u16>(count - 1)) != &element) return false;
+  const auto before = static_cast<u16>(count - 2);
+  KRDataObj* const object = set.GetTrans(before);
+  if (object == nullptr || !wanted.Has(*object, set)) return false;
+  set.DisconnectTrans(before);
+  delete object;
+  return true;
+}
+
+}  // namespace
+
+bool WantedClasses::Has(const KRDataObj& element, const KRDataObj& list) {
+  const std::type_info& type = typeid(element);
+  const std::type_info& listType = typeid(list);
+  Answer& answer = m_answers[(reinterpret_cast<std::uintptr_t>(&type) / sizeof(void*) +
+                              reinterpret_cast<std::uintptr_t>(&listType) / 16) %
+                             kAnswers];
+  if (answer.element == &type && answer.list == &listType) return answer.wanted;
+  answer = {&type, &listType, false};
+  for (const IsOfClass is : m_elements) answer.wanted = answer.wanted || is(element);
+  for (const IsOfClass is : m_lists) answer.wanted = answer.wanted || is(list);
+  return answer.wanted;
+}
+
+void ElementTrack::Begin(KRDataObj& root) {
+  m_levels[0].object = &root;
+  m_levels[0].countOfTags = 0;
+  m_open = 0;
+  m_element = nullptr;
+}
+
+std::size_t ElementTrack::CountOne(Level& level, KRTagID tag) {
+  for (u8 index = 0; index < level.countOfTags; ++index) {
+    if (level.counts[index].tag == tag) return ++level.counts[index].count;
+  }
+  if (level.countOfTags == kMostCounts) return 1;
+  level.counts[level.countOfTags++] = {tag, 1};
+  return 1;
+}
+
+void ElementTrack::Opened(s16 depth, KRDataObj& object, const Place& place) {
+  Level& level = m_levels[depth];
+  level.object = &object;
+  level.tag = object.GetType();
+  level.place = place;
+  level.number = CountOne(m_levels[depth - 1], level.tag);
+  level.countOfTags = 0;
+  m_open = depth;
+}
+
+bool ElementTrack::Closed(s16 depth) {
+  m_open = static_cast<s16>(depth - 1);
+  const Level& level = m_levels[depth];
+  KRDataObj& parent = *m_levels[m_open].object;
+  if (!m_wanted.Has(*level.object, parent) || !IsInList(parent, level.tag)) return false;
+  m_element = level.object;
+  m_depth = depth;
+  return true;
+}
+
+KRDataObj* ElementTrack::Around(u16 levels) const {
+  return m_element == nullptr || levels > m_depth ? nullptr : m_levels[m_depth - levels].object;
+}
+
+const KRAccount* ElementTrack::AccountOfElement() const {
+  for (u16 levels = 1; KRDataObj* const object = Around(levels); ++levels) {
+    const AggregateTable* const table = ObjectAccess::TableOf(*object);
+    if (table == nullptr) continue;
+    for (u8 index = 0; index < table->childRowCount; ++index) {
+      const u8 position = table->childRows[index];
+      const Row& row = table->rows[position];
+      const KRTagID tag = table->valid.table[position].tag;
+      const bool isOwn =
+          tag == KRTag_BANKACCTFROM || tag == KRTag_CCACCTFROM || tag == KRTag_INVACCTFROM;
+      if (!isOwn || row.array != nullptr) continue;
+      KRDataObj* const child = static_cast<ChildSlot*>(row.member(*object))->Get();
+      if (const auto* const account = dynamic_cast<const KRAccount*>(child)) return account;
+    }
+  }
+  return nullptr;
+}
+
+KRString ElementTrack::Path() const {
+  KRString path;
+  const s16 deepest = m_element != nullptr ? m_depth : m_open;
+  for (s16 depth = 1; depth <= deepest; ++depth) {
+    const Level& level = m_levels[depth];
+    if (depth > 1) path += '/';
+    path += KRUtility::TagToString(level.tag);
+    if (!IsInList(*m_levels[depth - 1].object, level.tag)) continue;
+    char number[24];
+    std::snprintf(number, sizeof number, "[%zu]", level.number);
+    path += number;
+  }
+  return path;
+}
+
+void ElementTrack::Drop() {
+  KRDataObj* const element = m_element;
+  m_element = nullptr;
+  if (element == nullptr) return;
+  KRDataObj& parent = *m_levels[m_depth - 1].object;
+  if (const Row* const row = ListRow(parent, m_levels[m_depth].tag)) {
+    void* const array = row->member(parent);
+    const u16 entries = row->array->entries(array);
+    // A host may have taken it out by itself.
+    if (entries == 0) return;
+    const auto last = static_cast<u16>(entries - 1);
+    if (row->array->get(array, last) == element) row->array->truncate(array, last);
+    return;
+  }
+  WithMessageSet(parent,
+                 [this, element](auto& set) { return DropWrapperBefore(set, *element, m_wanted); });
+}
+
+}  // namespace krofx::internal

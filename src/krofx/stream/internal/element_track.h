@@ -1,0 +1,112 @@
+// What a stream keeps while a text is read: which aggregates are open and where they begin, which
+// elements are wanted, and how a list lets go of one.
+
+#ifndef KROFX_STREAM_INTERNAL_ELEMENT_TRACK_H_
+#define KROFX_STREAM_INTERNAL_ELEMENT_TRACK_H_
+
+#include <cstddef>
+#include <typeinfo>
+
+#include "krofx/core/list.h"
+#include "krofx/core/string.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/types.h"
+#include "krofx/messages/banking/accounts.h"
+#include "krofx/model/data_object.h"
+#include "krofx/model/parser.h"
+#include "krofx/reader/mending.h"
+
+namespace krofx::internal {
+
+/// Whether an object is of a class that a host has named.
+using IsOfClass = bool (*)(const KRDataObj& object);
+
+/// The classes of the elements that a host wants.
+class WantedClasses {
+ public:
+  /// Adds a class of elements.
+  /// @return false when memory is exhausted.
+  bool Add(IsOfClass element) { return m_elements.Append(element); }
+  /// Adds a class of lists, all of whose elements are wanted.
+  /// @return false when memory is exhausted.
+  bool AddList(IsOfClass list) { return m_lists.Append(list); }
+  bool IsEmpty() const { return m_elements.empty() && m_lists.empty(); }
+
+  /// Whether an element of a list is wanted.
+  bool Has(const KRDataObj& element, const KRDataObj& list);
+
+ private:
+  // Answers, by the classes of both objects.
+  struct Answer {
+    const std::type_info* element = nullptr;
+    const std::type_info* list = nullptr;
+    bool wanted = false;
+  };
+  static constexpr std::size_t kAnswers = 64;
+
+  List<IsOfClass> m_elements;
+  List<IsOfClass> m_lists;
+  Answer m_answers[kAnswers];
+};
+
+/// The open aggregates of one text.
+class ElementTrack {
+ public:
+  explicit ElementTrack(WantedClasses& wanted) : m_wanted(wanted) {}
+  ElementTrack(const ElementTrack&) = delete;
+  ElementTrack& operator=(const ElementTrack&) = delete;
+
+  /// Begins a tree.
+  void Begin(KRDataObj& root);
+  /// An aggregate was opened.
+  /// @param depth the number of open aggregates, with this one.
+  void Opened(s16 depth, KRDataObj& object, const Place& place);
+  /// An aggregate was closed. When it is a wanted element of a list, it becomes the current
+  /// element.
+  /// @param depth the number of aggregates that were open, with this one.
+  /// @return whether it did.
+  bool Closed(s16 depth);
+
+  /// The current element; null when there is none.
+  KRDataObj* Element() const { return m_element; }
+  /// Where the current element begins.
+  const Place& PlaceOfElement() const { return m_levels[m_depth].place; }
+  /// Which of its tag the current element is in its list, from 1.
+  std::size_t NumberOfElement() const { return m_levels[m_depth].number; }
+  /// The aggregate around the current element that is `levels` further out; null beyond the root.
+  KRDataObj* Around(u16 levels) const;
+  /// The account of the nearest aggregate around the current element that has one; null without.
+  const KRAccount* AccountOfElement() const;
+  /// The path of the current element, or, without one, of the innermost open aggregate.
+  KRString Path() const;
+  /// Takes the current element out of its list and deletes it.
+  void Drop();
+
+ private:
+  // How many aggregates of one tag an open one has had.
+  struct Count {
+    KRTagID tag;
+    std::size_t count;
+  };
+  static constexpr u8 kMostCounts = 96;
+  struct Level {
+    KRDataObj* object = nullptr;
+    KRTagID tag = KRTag_None;
+    Place place;
+    std::size_t number = 1;
+    u8 countOfTags = 0;
+    Count counts[kMostCounts];
+  };
+
+  static std::size_t CountOne(Level& level, KRTagID tag);
+
+  WantedClasses& m_wanted;
+  Level m_levels[KRParser::kMaxDepth + 1];
+  s16 m_open = 0;
+  s16 m_depth = 0;
+  KRDataObj* m_element = nullptr;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_STREAM_INTERNAL_ELEMENT_TRACK_H_

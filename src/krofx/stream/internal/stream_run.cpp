@@ -1,0 +1,178 @@
+// Reading from element to element, and refilling the window between.
+
+#include "krofx/stream/internal/stream_run.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/thread.h"
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/reader/file_reader.h"
+#include "krofx/reader/text_bounds.h"
+
+namespace krofx::internal {
+
+namespace {
+
+// Less is no window: the short way of the parser leaves the last bytes of it alone.
+constexpr u32 kLeastWindow = 4096;
+constexpr u32 kMostWindow = 1u << 30;
+
+}  // namespace
+
+ReadWarning RecordOf(const KRParseException& warning) {
+  ReadWarning record;
+  record.warning = warning.m_warning;
+  record.tag = warning.m_tag;
+  record.tagText = warning.m_tagText;
+  record.value = warning.m_valueText;
+  return record;
+}
+
+StreamRun::StreamRun(const StreamOptions& options)
+    : m_options(options),
+      m_window(std::clamp(options.window, kLeastWindow, kMostWindow),
+               std::clamp(options.largestItem, kLeastWindow, kMostWindow)),
+      m_track(m_wanted),
+      m_records(options.maxRecords),
+      m_parser(m_window, m_lines, m_track, m_records) {
+  m_element.m_run = this;
+}
+
+void StreamRun::Want(IsOfClass is, bool list) {
+  if (list ? m_wanted.AddList(is) : m_wanted.Add(is)) return;
+  Fail(KRParseStatus_Fatal, "memory was exhausted");
+}
+
+void StreamRun::Fail(KRParseStatus status, const char* problem) {
+  m_status = status;
+  m_problem = problem;
+  m_state = StreamState::kEnded;
+}
+
+bool StreamRun::Feed(std::string_view piece) {
+  if (m_state == StreamState::kEnded || !m_source.TakesPiece()) return false;
+  m_source.SetBytes(piece, false);
+  m_state = StreamState::kReading;
+  return true;
+}
+
+void StreamRun::Stop() {
+  m_track.Drop();
+  if (m_state != StreamState::kEnded && m_records.Any()) m_status = KRParseStatus_Warnings;
+  m_state = StreamState::kEnded;
+}
+
+KRParseStatus StreamRun::Status() const {
+  const bool warned = m_status == KRParseStatus_Accepted && m_records.Any();
+  return warned ? KRParseStatus_Warnings : m_status;
+}
+
+void StreamRun::End(KRParseStatus status) {
+  m_state = StreamState::kEnded;
+  m_status = status;
+  m_text.status = status;
+  if (m_problem.IsEmpty() == 0 || status != KRParseStatus_Fatal) return;
+  m_problem =
+      KRGetFireAlarm() != KRFireAlarm_None
+          ? "memory was exhausted while reading"
+          : "a list that is kept has more than 65535 entries, which is the most that a list "
+            "takes; take its elements from the stream";
+}
+
+// Chooses the root by what is in the window. False when that does not tell yet.
+bool StreamRun::Begin() {
+  if (!m_window.HasWholeHeaders()) return false;
+  bool told = false;
+  m_text.kind = FindKind(m_window.Text(), told);
+  if (!told && !m_window.IsEnded() && !m_window.IsAtLimit()) return false;
+  m_begun = true;
+  if (m_text.kind == TextKind::kMultipart) {
+    Fail(KRParseStatus_Invalid, "it is a multipart text, whose parts have to be taken apart first");
+  } else if (!MakeRoot(m_text)) {
+    End(KRParseStatus_Fatal);
+  } else {
+    m_parser.Begin(*m_text.root, m_options.checkRequired);
+  }
+  return true;
+}
+
+const StreamElement* StreamRun::Next() {
+  m_track.Drop();
+  if (m_state == StreamState::kIdle) m_state = StreamState::kHungry;
+  if (m_state != StreamState::kEnded) KRSetFireAlarm(KRFireAlarm_None);
+  while (m_state != StreamState::kEnded) {
+    if (m_window.MayLook()) {
+      m_window.Look();
+      StreamStep step = StreamStep::kNeedsMore;
+      if (m_begun || Begin()) {
+        if (m_state == StreamState::kEnded) break;
+        step = m_parser.Next();
+      }
+      if (step == StreamStep::kElement) {
+        m_state = StreamState::kReading;
+        return &m_element;
+      }
+      if (step == StreamStep::kEnded) {
+        End(m_parser.Status());
+        break;
+      }
+      m_window.AskForMore();
+    }
+    if (!Refill()) break;
+  }
+  return nullptr;
+}
+
+// False when there is nothing more for now, or at all.
+bool StreamRun::Refill() {
+  m_lines.Pass(m_window.Text(), m_window.Base(), m_window.Base() + m_window.CountRead());
+  m_window.Slide();
+  if (m_window.Room().empty() && !m_window.Grow()) {
+    const bool full = m_window.IsAtLimit();
+    if (full) m_problem = "something in it is longer than what is looked at as a whole";
+    End(KRParseStatus_Fatal);
+    return false;
+  }
+  const std::span<char> room = m_window.Room();
+  std::size_t count = 0;
+  switch (m_source.Read(room, count)) {
+    case ByteSource::Supply::kBytes: {
+      // A text ends at its first NUL.
+      const void* const nul = std::memchr(room.data(), '\0', count);
+      if (nul != nullptr) {
+        count = static_cast<std::size_t>(static_cast<const char*>(nul) - room.data());
+        m_window.End();
+      }
+      m_window.Added(count);
+      return true;
+    }
+    case ByteSource::Supply::kNone:
+      m_window.End();
+      return true;
+    case ByteSource::Supply::kLater:
+      m_state = StreamState::kHungry;
+      return false;
+    case ByteSource::Supply::kFailed:
+      break;
+  }
+  m_problem = "it cannot be read: ";
+  m_problem += std::strerror(errno);
+  End(KRParseStatus_Invalid);
+  return false;
+}
+
+KRString StreamRun::ToUtf8(const KRString& text) {
+  const std::size_t from = m_window.Base();
+  if (from != m_judgedFrom || Position() != m_judgedTo) {
+    m_judgedFrom = from;
+    m_judgedTo = Position();
+    if (m_text.root == nullptr || !DescribeText(m_text, m_window.Text())) return {};
+  }
+  return m_text.ToUtf8(text);
+}
+
+}  // namespace krofx::internal

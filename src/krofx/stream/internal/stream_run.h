@@ -1,0 +1,75 @@
+// The inside of a stream.
+
+#ifndef KROFX_STREAM_INTERNAL_STREAM_RUN_H_
+#define KROFX_STREAM_INTERNAL_STREAM_RUN_H_
+
+#include <string_view>
+
+#include "krofx/core/memory.h"
+#include "krofx/core/string.h"
+#include "krofx/parse/internal/engine_window.h"
+#include "krofx/reader/reading.h"
+#include "krofx/stream/internal/byte_source.h"
+#include "krofx/stream/internal/element_parser.h"
+#include "krofx/stream/internal/element_track.h"
+#include "krofx/stream/internal/line_counter.h"
+#include "krofx/stream/internal/record_keeper.h"
+#include "krofx/stream/stream.h"
+
+namespace krofx::internal {
+
+/// One reading of one text: see Stream, whose operations these are.
+class StreamRun : public HeapObject {
+ public:
+  explicit StreamRun(const StreamOptions& options);
+  StreamRun(const StreamRun&) = delete;
+  StreamRun& operator=(const StreamRun&) = delete;
+
+  void Want(IsOfClass is, bool list);
+  void SetListener(StreamListener* listener) { m_records.SetListener(listener); }
+  ByteSource& Source() { return m_source; }
+  /// Begins to read.
+  void Start() { m_state = StreamState::kReading; }
+  bool Feed(std::string_view piece);
+  const StreamElement* Next();
+  void Stop();
+  /// Ends with a status, and a sentence that says why.
+  void Fail(KRParseStatus status, const char* problem);
+
+  StreamState State() const { return m_state; }
+  KRParseStatus Status() const;
+  KRString& Problem() { return m_problem; }
+  OfxText& Text() { return m_text; }
+  const RecordKeeper& Records() const { return m_records; }
+  ElementTrack& Track() { return m_track; }
+  std::size_t Position() const { return m_window.Base() + m_window.Text().size(); }
+  /// See StreamElement::ToUtf8.
+  KRString ToUtf8(const KRString& text);
+
+ private:
+  bool Begin();
+  bool Refill();
+  void End(KRParseStatus status);
+
+  StreamOptions m_options;
+  WantedClasses m_wanted;
+  EngineWindow m_window;
+  LineCounter m_lines;
+  ElementTrack m_track;
+  RecordKeeper m_records;
+  ByteSource m_source;
+  OfxText m_text;
+  ElementParser m_parser;
+  bool m_begun = false;
+  StreamState m_state = StreamState::kIdle;
+  KRParseStatus m_status = KRParseStatus_Accepted;
+  KRString m_problem;
+  StreamElement m_element;
+  // The part of the text that the character set was found from.
+  std::size_t m_judgedFrom = static_cast<std::size_t>(-1);
+  std::size_t m_judgedTo = 0;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_STREAM_INTERNAL_STREAM_RUN_H_

@@ -1,0 +1,419 @@
+// A stream hands out what a parse of the same text puts into lists, one by one, and leaves the rest
+// as the parse has it.
+
+#include "krofx/stream/stream.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+#include "krofx/parse/simple_parser.h"
+#include "stream/streamed.h"
+#include "support/failing_allocation.h"
+#include "support/temp_folder.h"
+
+namespace {
+
+using krofx::Stream;
+using krofx::StreamElement;
+using krofx::StreamOptions;
+using krofx::StreamState;
+using namespace krofx::testing;
+
+StreamOptions Unchecked() {
+  StreamOptions options;
+  options.checkRequired = false;
+  return options;
+}
+
+// The texts of the wanted elements that are in a tree.
+void CollectElements(KRDataObj& object, Lines& out) {
+  const u16 count = object.GetNumberOfChildren();
+  for (u16 index = 0; index < count; ++index) {
+    KRDataObj* const child = object.GetChild(index);
+    if (child == nullptr) continue;
+    const bool inInvestments = dynamic_cast<KRInvTranList*>(&object) != nullptr;
+    const bool wanted =
+        inInvestments || dynamic_cast<KRClosing*>(child) != nullptr ||
+        dynamic_cast<KRCCClosing*>(child) != nullptr ||
+        dynamic_cast<KRPosDebt*>(child) != nullptr || dynamic_cast<KRPosMF*>(child) != nullptr ||
+        dynamic_cast<KRPosOpt*>(child) != nullptr || dynamic_cast<KRPosOther*>(child) != nullptr ||
+        dynamic_cast<KRPosStock*>(child) != nullptr ||
+        dynamic_cast<KRSalaryLine*>(child) != nullptr ||
+        dynamic_cast<KRHourlyWageLine*>(child) != nullptr ||
+        dynamic_cast<KRAdjustmentLine*>(child) != nullptr ||
+        dynamic_cast<KRTaxLine*>(child) != nullptr ||
+        dynamic_cast<KRDirectDepositLine*>(child) != nullptr ||
+        dynamic_cast<KRTxLine*>(child) != nullptr ||
+        (dynamic_cast<KRBankStatementTx*>(child) != nullptr &&
+         dynamic_cast<KRBankTransactionList*>(&object) != nullptr);
+    if (wanted) {
+      out.push_back(Written(child));
+    } else {
+      CollectElements(*child, out);
+    }
+  }
+}
+
+// A stream against a parse of the same text.
+void ExpectAsParsed(const std::string& text) {
+  SCOPED_TRACE(text);
+  std::unique_ptr<KRFile> file;
+  TextBuffer buffer(text);
+  Stream stream(Unchecked());
+  WantMuch(stream);
+  stream.Open(*buffer);
+  Streamed streamed;
+  TakeAll(stream, streamed);
+  TakeEnd(stream, streamed);
+  ASSERT_NE(stream.Root(), nullptr);
+  if (dynamic_cast<KRFileRq*>(stream.Root()) != nullptr) {
+    file = std::make_unique<KRFileRq>();
+  } else {
+    file = std::make_unique<KRFileRs>();
+  }
+  KRSimpleParser parser;
+  EXPECT_EQ(parser.Parse(buffer.Get(), file.get(), 0), streamed.status);
+  EXPECT_EQ(parser.GetNumberParseExceptions(), streamed.warnings.size());
+  Lines expected;
+  CollectElements(*file, expected);
+  Lines got = streamed.texts;
+  CollectElements(*stream.Root(), got);
+  std::sort(expected.begin(), expected.end());
+  std::sort(got.begin(), got.end());
+  EXPECT_EQ(got, expected);
+}
+
+TEST(Stream, GivesTheElementsOfEveryExampleAsAParseDoes) {
+  std::size_t elements = 0;
+  for (const std::string& text : Examples()) {
+    ExpectAsParsed(text);
+    elements += StreamText(text).elements.size();
+  }
+  EXPECT_GT(elements, 100u);
+}
+
+TEST(Stream, TellsAccountPlaceAndPathOfAnElement) {
+  const std::string text =
+      BankStatementFile("\r\n" + NumberedTransaction(1) + NumberedTransaction(2));
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  ASSERT_NE(stream.Next(), nullptr);
+  const StreamElement* const element = stream.Next();
+  ASSERT_NE(element, nullptr);
+  EXPECT_EQ(Str(element->Path()), "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[2]");
+  EXPECT_EQ(element->Number(), 2u);
+  EXPECT_EQ(element->Tag(), KRTag_STMTTRN);
+  EXPECT_EQ(element->Where().offset, text.rfind("<STMTTRN>"));
+  EXPECT_EQ(element->Where().line, 20u);
+  EXPECT_EQ(element->Where().column, 1u);
+  ASSERT_NE(element->Account(), nullptr);
+  EXPECT_EQ(Str(element->Account()->GetAccountID()), "1029384756");
+  ASSERT_NE(element->Within<KRGenericStatementRs>(), nullptr);
+  EXPECT_EQ(Str(element->Within<KRGenericStatementRs>()->GetCurrencyDefault()), "USD");
+  EXPECT_EQ(element->Within<KRTransRs>()->GetActualTrans(),
+            element->Within<KRGenericStatementRs>());
+  ASSERT_NE(element->As<KRBankStatementTx>(), nullptr);
+  EXPECT_EQ(element->As<KRClosing>(), nullptr);
+  EXPECT_EQ(Str(element->As<KRBankStatementTx>()->GetFITId()), "2");
+}
+
+TEST(Stream, KeepsTheStatementWithoutItsTransactions) {
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  stream.Open(std::string_view(text));
+  EXPECT_EQ(stream.ForEach([](const StreamElement&) {}), KRParseStatus_Accepted);
+  EXPECT_EQ(stream.State(), StreamState::kEnded);
+  const auto* const statement = FindIn<KRGenericStatementRs>(stream.Root());
+  ASSERT_NE(statement, nullptr);
+  ASSERT_NE(statement->GetBankTranList(), nullptr);
+  EXPECT_EQ(statement->GetBankTranList()->GetNumStatementTx(), 0);
+  EXPECT_EQ(Str(KRString(static_cast<const char*>(statement->GetLedgerBal()->GetBalAmt()))),
+            "1523.75");
+  const std::unique_ptr<KRFile> root = stream.TakeRoot();
+  EXPECT_NE(root, nullptr);
+  EXPECT_EQ(stream.Root(), nullptr);
+}
+
+TEST(Stream, LeavesInTheTreeWhatNobodyWants) {
+  Stream stream;
+  stream.Want<KRClosing>();
+  const std::string text = BankStatementFile(NumberedTransaction(1));
+  stream.Open(std::string_view(text));
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(FindIn<KRBankTransactionList>(stream.Root())->GetNumStatementTx(), 1);
+}
+
+TEST(Stream, CountsBeyondSixteenBits) {
+  constexpr std::size_t kCount = 70000;
+  std::string transactions;
+  for (std::size_t number = 1; number <= kCount; ++number) {
+    transactions += NumberedTransaction(number);
+  }
+  const std::string text = BankStatementFile(transactions);
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  std::size_t count = 0;
+  std::string path;
+  for (const StreamElement& element : stream) {
+    ++count;
+    ASSERT_EQ(Str(element.As<KRBankStatementTx>()->GetFITId()), std::to_string(count));
+    ASSERT_EQ(element.Number(), count);
+    if (count == kCount) path = Str(element.Path());
+  }
+  EXPECT_EQ(count, kCount);
+  EXPECT_EQ(path, "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[70000]");
+  EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+  EXPECT_TRUE(stream.Problem().IsEmpty());
+}
+
+TEST(Stream, SaysWhenAListThatIsKeptIsFull) {
+  std::string transactions;
+  for (std::size_t number = 1; number <= 66000; ++number) {
+    transactions += NumberedTransaction(number);
+  }
+  const std::string text = BankStatementFile(transactions);
+  Stream stream;
+  stream.Open(std::string_view(text));
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Fatal);
+  EXPECT_NE(Str(stream.Problem()).find("65535"), std::string::npos);
+}
+
+TEST(Stream, GivesAnElementAsSoonAsItsEndTagIsThere) {
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  const std::size_t end = text.find("</STMTTRN>") + std::string("</STMTTRN>").size();
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  ASSERT_TRUE(stream.Feed(std::string_view(text).substr(0, end - 1)));
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.State(), StreamState::kHungry);
+  ASSERT_TRUE(stream.Feed(std::string_view(text).substr(end - 1, 1)));
+  EXPECT_NE(stream.Next(), nullptr);
+  EXPECT_EQ(stream.State(), StreamState::kReading);
+  EXPECT_EQ(stream.Next(), nullptr);
+  ASSERT_TRUE(stream.Feed(std::string_view(text).substr(end)));
+  EXPECT_NE(stream.Next(), nullptr);
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.State(), StreamState::kEnded);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+}
+
+TEST(Stream, RefusesAPieceBeforeTheOneBeforeItIsRead) {
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  EXPECT_TRUE(stream.Feed("<OFX>"));
+  EXPECT_FALSE(stream.Feed("<BANKMSGSRSV1>"));
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_TRUE(stream.Feed("<BANKMSGSRSV1>"));
+  stream.Finish();
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_FALSE(stream.Feed("<STMTTRNRS>"));
+  EXPECT_EQ(stream.Status(), KRParseStatus_Invalid);
+}
+
+TEST(Stream, StopsWhenTheHostHasEnough) {
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  int count = 0;
+  EXPECT_EQ(stream.ForEach([&count](const StreamElement&) { return ++count < 1; }),
+            KRParseStatus_Accepted);
+  EXPECT_EQ(count, 1);
+  EXPECT_EQ(stream.State(), StreamState::kEnded);
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_NE(FindIn<KRGenericStatementRs>(stream.Root()), nullptr);
+}
+
+TEST(Stream, ReadsABufferOfADerivedClass) {
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  ServingBuffer buffer(text);
+  Stream stream;
+  WantMuch(stream);
+  stream.Open(buffer);
+  Streamed streamed;
+  TakeAll(stream, streamed);
+  TakeEnd(stream, streamed);
+  EXPECT_EQ(streamed, StreamText(text));
+}
+
+TEST(Stream, ReadsAFile) {
+  const TempFolder folder;
+  const std::string name = folder.Name("statement.ofx");
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  std::ofstream(name, std::ios::binary) << text;
+  Stream stream;
+  WantMuch(stream);
+  ASSERT_TRUE(stream.OpenFile(name.c_str()));
+  Streamed streamed;
+  TakeAll(stream, streamed);
+  TakeEnd(stream, streamed);
+  EXPECT_EQ(streamed, StreamText(text));
+}
+
+TEST(Stream, SaysWhyAFileCannotBeOpened) {
+  Stream stream;
+  EXPECT_FALSE(stream.OpenFile("/no/such/file.ofx"));
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.State(), StreamState::kEnded);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Invalid);
+  EXPECT_NE(Str(stream.Problem()).find("cannot be opened"), std::string::npos);
+}
+
+TEST(Stream, CannotReadAFolder) {
+  const TempFolder folder;
+  Stream stream;
+  stream.OpenFile(folder.Name("").c_str());
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Invalid);
+  EXPECT_FALSE(stream.Problem().IsEmpty());
+}
+
+TEST(Stream, WarnsOfWhatAnElementLacks) {
+  const std::string text =
+      BankStatementFile("<STMTTRN><TRNTYPE>DEBIT<TRNAMT>-1</STMTTRN>" + NumberedTransaction(2));
+  const Streamed streamed = StreamText(text);
+  EXPECT_EQ(streamed.status, KRParseStatus_Warnings);
+  EXPECT_EQ(streamed.elements.size(), 2u);
+  ASSERT_EQ(streamed.warnings.size(), 1u);
+  EXPECT_NE(streamed.warnings[0].find("STMTTRN[1]"), std::string::npos);
+  EXPECT_EQ(StreamText(text, 0, Unchecked()).status, KRParseStatus_Accepted);
+}
+
+class Counting : public krofx::StreamListener {
+ public:
+  void OnWarning(const krofx::ReadWarning&) override { ++m_count; }
+  int m_count = 0;
+};
+
+TEST(Stream, KeepsSomeWarningsAndTellsAll) {
+  std::string transactions;
+  for (std::size_t number = 1; number <= 30; ++number) {
+    transactions += NumberedTransaction(number) + "<UNKNOWN>1";
+  }
+  const std::string text = BankStatementFile(transactions);
+  StreamOptions options;
+  options.maxRecords = 10;
+  Counting counting;
+  Stream stream(options);
+  stream.SetListener(&counting);
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  EXPECT_EQ(stream.ForEach([](const StreamElement&) {}), KRParseStatus_Warnings);
+  EXPECT_EQ(counting.m_count, 30);
+  EXPECT_EQ(stream.Warnings().size(), 10u);
+  EXPECT_EQ(stream.Unrecorded(), 20u);
+}
+
+TEST(Stream, LetsTheHostParseBetweenElements) {
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  Lines ids;
+  for (const StreamElement& element : stream) {
+    EXPECT_EQ(Parsed<KRFileRs>(BankStatementFile("<STMTTRN><TRNTYPE>X</STMTTRN>")).Status(),
+              KRParseStatus_Invalid);
+    ids.push_back(Str(element.As<KRBankStatementTx>()->GetFITId()));
+  }
+  EXPECT_EQ(ids, (Lines{"1", "2"}));
+  EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+}
+
+TEST(Stream, DropsWholeStatements) {
+  std::string wrappers;
+  for (int number = 0; number < 5; ++number) {
+    wrappers += ResponseWrapper(
+        "STMTTRNRS", Aggregate("STMTRS", "<CURDEF>USD" + BankAccountText("BANKACCTFROM") +
+                                             Aggregate("LEDGERBAL", "<BALAMT>1<DTASOF>20260131")));
+  }
+  const std::string text = ResponseFile("BANKMSGSRS", wrappers);
+  Stream stream;
+  stream.Want<KRTransRs>();
+  stream.Open(std::string_view(text));
+  std::size_t count = 0;
+  for (const StreamElement& element : stream) {
+    EXPECT_EQ(element.Number(), ++count);
+    EXPECT_NE(element.As<KRTransRs>()->GetActualTrans(), nullptr);
+  }
+  EXPECT_EQ(count, 5u);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+  std::size_t kept = 0;
+  for (KRMessageSetRs* set = nullptr; kept == 0;) {
+    set = FindIn<KRMessageSetRs>(stream.Root()->GetChild(0)->GetChild(1));
+    ASSERT_NE(set, nullptr);
+    kept = set->GetNumTrans();
+  }
+  EXPECT_EQ(kept, 1u);
+}
+
+TEST(Stream, ReadsTextsInOtherCharacters) {
+  std::string text = BankStatementFile(
+      "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250101<TRNAMT>1<FITID>1"
+      "<NAME>Caf\xE9</STMTTRN>");
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  const StreamElement* const element = stream.Next();
+  ASSERT_NE(element, nullptr);
+  EXPECT_EQ(Str(element->ToUtf8(element->As<KRBankStatementTx>()->GetName())), "Caf\xC3\xA9");
+}
+
+TEST(Stream, RefusesWhatIsLongerThanItsLimit) {
+  StreamOptions options;
+  options.window = 4096;
+  options.largestItem = 8192;
+  const std::string text =
+      BankStatementFile("<UNKNOWN><A>" + std::string(20000, 'x') + "</UNKNOWN>");
+  const Streamed streamed = StreamText(text, 0, options);
+  EXPECT_EQ(streamed.status, KRParseStatus_Fatal);
+  options.largestItem = 1 << 20;
+  EXPECT_EQ(StreamText(text, 0, options).status, KRParseStatus_Warnings);
+}
+
+TEST(Stream, GivesTheSameInSmallWindows) {
+  std::string transactions;
+  for (std::size_t number = 1; number <= 500; ++number) transactions += NumberedTransaction(number);
+  const std::string text = BankStatementFile(transactions);
+  StreamOptions small;
+  small.window = 4096;
+  EXPECT_EQ(StreamText(text, 0, small), StreamText(text));
+}
+
+TEST(Stream, EndsWithoutMemory) {
+  const std::string text =
+      BankStatementFile(NumberedTransaction(1) + "<UNKNOWN>1" + NumberedTransaction(2));
+  const Streamed whole = StreamText(text);
+  ASSERT_EQ(whole.elements.size(), 2u);
+  for (const bool andAllLater : {false, true}) {
+    for (std::size_t nth = 1; nth < 100000; ++nth) {
+      std::size_t count = 0;
+      KRParseStatus status;
+      bool failed;
+      {
+        FailingAllocation failing(nth, andAllLater);
+        Stream stream;
+        stream.Want<KRBankStatementTx>();
+        stream.Open(std::string_view(text));
+        while (const StreamElement* const element = stream.Next()) {
+          ++count;
+          ASSERT_EQ(element->As<KRBankStatementTx>()->ValidateTag(KRTag_NAME), 1);
+        }
+        status = stream.Status();
+        failed = krofx::internal::AllocationFailure::Count() >= nth;
+      }
+      if (status != KRParseStatus_Fatal) {
+        ASSERT_EQ(count, 2u) << nth;
+        ASSERT_EQ(status, KRParseStatus_Warnings) << nth;
+      }
+      if (!failed) break;
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,111 @@
+// Streams of texts and what came out of them, for tests.
+
+#ifndef KROFX_TESTS_STREAM_STREAMED_H_
+#define KROFX_TESTS_STREAM_STREAMED_H_
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <vector>
+
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/messages/banking/accounts.h"
+#include "krofx/messages/banking/statements.h"
+#include "krofx/messages/investment/statement.h"
+#include "krofx/messages/investment/transactions.h"
+#include "krofx/payroll/paychecks.h"
+#include "krofx/reader/reading.h"
+#include "krofx/stream/stream.h"
+#include "support/ofx_text.h"
+#include "support/readings.h"
+
+namespace krofx::testing {
+
+/// Wants the elements of all kinds of lists that the examples have.
+inline void WantMuch(Stream& stream) {
+  stream.Want<KRBankStatementTx>().Want<KRClosing>().Want<KRCCClosing>();
+  stream.WantAllOf<KRInvTranList>();
+  stream.Want<KRPosDebt>().Want<KRPosMF>().Want<KRPosOpt>().Want<KRPosOther>().Want<KRPosStock>();
+  stream.Want<KRSalaryLine>().Want<KRHourlyWageLine>().Want<KRAdjustmentLine>().Want<KRTaxLine>();
+  stream.Want<KRDirectDepositLine>().Want<KRTxLine>();
+}
+
+/// What a host sees of a stream.
+struct Streamed {
+  std::vector<std::string> elements;  ///< Place, path, account, text.
+  Lines texts;                        ///< The texts alone.
+  KRParseStatus status = KRParseStatus_Accepted;
+  Lines warnings;
+  std::string rest;  ///< The tree at the end.
+
+  friend bool operator==(const Streamed&, const Streamed&) = default;
+};
+
+inline std::string AtPlace(const Place& place) {
+  return std::to_string(place.line) + ":" + std::to_string(place.column) + "@" +
+         std::to_string(place.offset);
+}
+
+/// Takes the elements that the stream can give now.
+inline void TakeAll(Stream& stream, Streamed& out) {
+  while (const StreamElement* const element = stream.Next()) {
+    const KRAccount* const account = element->Account();
+    out.texts.push_back(Written(&element->Object()));
+    out.elements.push_back(AtPlace(element->Where()) + " " + Str(element->Path()) + " " +
+                           (account == nullptr ? "-" : Str(account->GetAccountID())) + "\n" +
+                           out.texts.back());
+  }
+}
+
+/// Notes what is there at the end.
+inline void TakeEnd(Stream& stream, Streamed& out) {
+  out.status = stream.Status();
+  for (const ReadWarning& warning : stream.Warnings()) {
+    out.warnings.push_back(std::to_string(warning.warning) + " " + AtPlace(warning.place) + " <" +
+                           Str(warning.tagText) + "> \"" + Str(warning.value) + "\" " +
+                           Str(warning.path));
+  }
+  out.rest = Written(stream.Root());
+}
+
+/// Streams a text in pieces of `size` bytes; 0 for the whole text from memory.
+inline Streamed StreamText(const std::string& text, std::size_t size = 0,
+                           StreamOptions options = {}) {
+  Stream stream(options);
+  WantMuch(stream);
+  Streamed out;
+  if (size == 0) stream.Open(std::string_view(text));
+  for (std::size_t at = 0; size != 0 && at < text.size(); at += size) {
+    const std::string piece = text.substr(at, size);
+    if (!stream.Feed(piece)) break;
+    TakeAll(stream, out);
+  }
+  if (size != 0) stream.Finish();
+  TakeAll(stream, out);
+  TakeEnd(stream, out);
+  return out;
+}
+
+/// The texts of all examples.
+inline std::vector<std::string> Examples() {
+  std::vector<std::string> texts;
+  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
+    if (entry.path().extension() != ".ofx") continue;
+    std::ifstream in(entry.path(), std::ios::binary);
+    texts.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
+  return texts;
+}
+
+/// One transaction with a number in it.
+inline std::string NumberedTransaction(std::size_t number) {
+  const std::string digits = std::to_string(number);
+  return "<STMTTRN>\n<TRNTYPE>DEBIT\n<DTPOSTED>20250203120000\n<TRNAMT>-" + digits +
+         ".25\n<FITID>" + digits + "\n<NAME>Grocer and Sons\n<MEMO>card 1234\n</STMTTRN>\n";
+}
+
+}  // namespace krofx::testing
+
+#endif  // KROFX_TESTS_STREAM_STREAMED_H_
