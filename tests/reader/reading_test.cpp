@@ -105,6 +105,18 @@ TEST(Reading, MendsNothingWhenItIsStrict) {
   EXPECT_EQ(reading.warnings[0].place.line, 11u);
 }
 
+TEST(Reading, KnowsThePathsOfWarningsWhenItIsStrict) {
+  ReadOptions options;
+  options.strict = true;
+  const std::string bad = "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105<TRNAMT>-1<FITID>a<CURDEF>X";
+  const Reading reading =
+      Read(BankStatementFile(Transaction("1.00") + "<INTU.BID>3000" + bad + "</STMTTRN>"), options);
+  ASSERT_EQ(reading.warnings.size(), 2u);
+  const std::string list = "OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/BANKTRANLIST";
+  EXPECT_EQ(Str(reading.warnings[0].path), list);
+  EXPECT_EQ(Str(reading.warnings[1].path), list + "/STMTTRN[2]");
+}
+
 TEST(Reading, StopsAtWhatMustNotBeMended) {
   ReadOptions options;
   options.mend.Remove(MendingKind::kDecimalComma);

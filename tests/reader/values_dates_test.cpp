@@ -54,6 +54,19 @@ TEST(ReadDates, TakesADayInFrontOnlyWhenItCanBeNoMonth) {
   EXPECT_EQ(Date("13/13/2026"), (ReadValue{"absent", {"date-refused"}}));
 }
 
+TEST(ReadDates, TakesTheDayFirstBetweenPoints) {
+  EXPECT_EQ(Date("02.01.2026"), (ReadValue{"20260102", {"date-form"}}));
+  EXPECT_EQ(Date("31.01.2026"), (ReadValue{"20260131", {"date-form"}}));
+}
+
+TEST(ReadDates, JudgesTheOrderOfADateByTheOtherDates) {
+  const Lines judged = {"date-order", "date-form"};
+  EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", "31/01/2026"})[0], (ReadValue{"20260201", judged}));
+  EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", "01/31/2026"})[0], (ReadValue{"20260102", judged}));
+  EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", "01/31/2026", "31/01/2026"})[0],
+            (ReadValue{"absent", {"date-refused"}}));
+}
+
 TEST(ReadDates, TakesAnySignInFrontOfTheFraction) {
   EXPECT_EQ(Date("20260131101112:345[-5:EST]"),
             (ReadValue{"20260131101112.345[-5:EST]", {"date-form"}}));

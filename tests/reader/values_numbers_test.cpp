@@ -160,6 +160,24 @@ TEST(ReadNumbers, RefusesLettersThatMayBeAFactorOrASign) {
   }
 }
 
+TEST(ReadNumbers, WritesOutExponents) {
+  const Lines kinds = {"number-exponent"};
+  EXPECT_EQ(Amount("1.05E1"), (ReadValue{"10.5", kinds}));
+  EXPECT_EQ(Amount("-12E-2"), (ReadValue{"-.12", kinds}));
+  EXPECT_EQ(Amount("0E-8"), (ReadValue{"0", kinds}));
+  EXPECT_EQ(Amount("1.5e+3"), (ReadValue{"1500", kinds}));
+  EXPECT_EQ(Amount("1E-400"), (ReadValue{"absent", {"number-refused"}}));
+  EXPECT_EQ(Amount("1E"), (ReadValue{"absent", {"number-refused"}}));
+  EXPECT_EQ(Amount("1EUR5"), (ReadValue{"absent", {"number-refused"}}));
+}
+
+TEST(ReadNumbers, TakesOutQuotes) {
+  const Lines kinds = {"amount-decoration"};
+  EXPECT_EQ(Amount("\"-5.00\""), (ReadValue{"-5", kinds}));
+  EXPECT_EQ(Amount("'5.00'"), (ReadValue{"5", kinds}));
+  EXPECT_EQ(Amount("\"5.00"), (ReadValue{"absent", {"number-refused"}}));
+}
+
 TEST(ReadNumbers, TakesWordsAndSignsForNothingAsAbsent) {
   for (const char* const text : {"None", "null", "NaN", "N/A", "-", ".", ",", "--"}) {
     EXPECT_EQ(Amounts({text, "5,00"})[0], (ReadValue{"absent", {"amount-absent"}})) << text;

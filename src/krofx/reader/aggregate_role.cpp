@@ -2,6 +2,11 @@
 
 #include "krofx/reader/aggregate_role.h"
 
+#include <algorithm>
+#include <iterator>
+#include <string_view>
+
+#include "krofx/core/tag_dictionary.h"
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file.h"
 #include "krofx/envelope/internal/routing.h"
@@ -32,10 +37,20 @@ bool HoldsAggregates(KRDataObj& object) {
          IsMessageSet(type) || IsWrapper(type);
 }
 
-// The message set of version 1 that a side carries a tag in.
-KRTagID SetAround(Side side, KRTagID tag) {
+// The version of a message set: the last character of its tag.
+u16 VersionOfSet(KRTagID set) {
+  KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
+  const char* const name = dictionary == nullptr ? nullptr : dictionary->GetTagString(set);
+  const std::string_view text = name == nullptr ? std::string_view() : name;
+  return text.empty() ? u16{0} : static_cast<u16>(text.back() - '0');
+}
+
+// The message set of a version that a side carries a tag in.
+KRTagID SetAround(Side side, KRTagID tag, u16 version = 1) {
   for (const MessageSetRoute& set : MessageSets(side)) {
-    if (FindTagRow(set.valid, tag, 1) >= 0) return set.tag;
+    if (FindTagRow(set.valid, tag, version) >= 0 && VersionOfSet(set.tag) == version) {
+      return set.tag;
+    }
   }
   return KRTag_None;
 }
@@ -50,9 +65,47 @@ KRTagID WrapperAround(Side side, KRTagID tag) {
   return KRTag_None;
 }
 
-// What stands next inside `object`, of the envelope, on the way to a tag.
+// A child as it would be made, for a question to it.
+class Sample {
+ public:
+  Sample(KRDataObj& parent, CreateChild create, KRTagID tag) {
+    KRDataObjFactory* const factory = KRDataObj::GetFactory();
+    m_object = factory == nullptr ? nullptr : create(*factory);
+    if (m_object == nullptr) return;
+    m_object->SetType(tag);
+    if (const u16 version = parent.GetMsgSetVersion(); version != 0) {
+      m_object->SetMsgSetVersion(version);
+    }
+  }
+  Sample(const Sample&) = delete;
+  Sample& operator=(const Sample&) = delete;
+  ~Sample() { delete m_object; }
+  KRDataObj* Get() const { return m_object; }
+
+ private:
+  KRDataObj* m_object = nullptr;
+};
+
+// The payload of a wrapper that holds a tag, if exactly one can.
+KRTagID PayloadAround(KRDataObj& wrapper, KRTagID tag) {
+  KRTagID around = KRTag_None;
+  for (const Side side : {Side::kResponse, Side::kRequest}) {
+    const TransactionRoute* const route = FindTransaction(side, wrapper.GetType());
+    for (u8 index = 0; route != nullptr && index < route->payloadCount; ++index) {
+      const PayloadRoute& payload = route->payloads[index];
+      const Sample sample(wrapper, payload.create, payload.tag);
+      if (sample.Get() == nullptr || RoleOf(*sample.Get(), tag).role == Role::kNone) continue;
+      if (around != KRTag_None) return KRTag_None;
+      around = payload.tag;
+    }
+  }
+  return around;
+}
+
+// What comes next inside `object`, of the envelope, on the way to a tag.
 KRTagID EnvelopeAround(KRDataObj& object, KRTagID tag) {
   const KRTagID type = object.GetType();
+  if (IsWrapper(type)) return PayloadAround(object, tag);
   if (type == KRTag_OFXFILERS || type == KRTag_OFXFILERQ) {
     for (const Side side : {Side::kResponse, Side::kRequest}) {
       if ((side == Side::kResponse) != (type == KRTag_OFXFILERS)) continue;
@@ -74,27 +127,6 @@ KRTagID EnvelopeAround(KRDataObj& object, KRTagID tag) {
   return KRTag_None;
 }
 
-// A child as a row would make it, for a question to it.
-class Sample {
- public:
-  Sample(KRDataObj& parent, const Row& row, KRTagID tag) {
-    KRDataObjFactory* const factory = KRDataObj::GetFactory();
-    m_object = factory == nullptr ? nullptr : row.create(*factory);
-    if (m_object == nullptr) return;
-    m_object->SetType(tag);
-    if (const u16 version = parent.GetMsgSetVersion(); version != 0) {
-      m_object->SetMsgSetVersion(version);
-    }
-  }
-  Sample(const Sample&) = delete;
-  Sample& operator=(const Sample&) = delete;
-  ~Sample() { delete m_object; }
-  KRDataObj* Get() const { return m_object; }
-
- private:
-  KRDataObj* m_object = nullptr;
-};
-
 // How many of an object's aggregates can hold a tag, and the last of them. Goes `depth` aggregates
 // deep at most.
 int CountAround(KRDataObj& object, KRTagID tag, int depth, KRTagID& around) {
@@ -106,7 +138,7 @@ int CountAround(KRDataObj& object, KRTagID tag, int depth, KRTagID& around) {
     const KRTagID child = table->valid.table[position].tag;
     const Row* const row = RoleOf(object, child).row;
     if (row == nullptr || row->create == nullptr) continue;
-    const Sample sample(object, *row, child);
+    const Sample sample(object, row->create, child);
     if (sample.Get() == nullptr) return 0;
     KRTagID unused = KRTag_None;
     const bool holds = RoleOf(*sample.Get(), tag).role != Role::kNone ||
@@ -181,6 +213,27 @@ KRTagID AggregateAround(KRDataObj& object, KRTagID tag) {
     const int count = CountAround(object, tag, depth, around);
     if (count == 1) return around;
     if (count > 1) return KRTag_None;
+  }
+  return KRTag_None;
+}
+
+Home HomeOf(KRDataObj& body, KRTagID tag, u16 version) {
+  for (const Side side : {Side::kResponse, Side::kRequest}) {
+    const KRTagID wrapper = WrapperAround(side, tag);
+    const KRTagID set = SetAround(side, wrapper != KRTag_None ? wrapper : tag, version);
+    if (set != KRTag_None && body.IsValidTag(set) != 0) return {set, wrapper};
+  }
+  return {};
+}
+
+KRTagID AccountInPlaceOf(KRDataObj& object, KRTagID tag) {
+  constexpr KRTagID kAccounts[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVACCTFROM};
+  if (std::find(std::begin(kAccounts), std::end(kAccounts), tag) == std::end(kAccounts)) {
+    return KRTag_None;
+  }
+  for (const KRTagID account : kAccounts) {
+    const bool holds = account != tag && RoleOf(object, account).role == Role::kAggregate;
+    if (holds) return object.ValidateTag(account) == 0 ? account : KRTag_None;
   }
   return KRTag_None;
 }

@@ -48,6 +48,22 @@ bool IsList(KRDataObj& object);
 /// @return KRTag_None when there is none, or more than one.
 KRTagID AggregateAround(KRDataObj& object, KRTagID tag);
 
+/// Where a tag of the envelope belongs.
+struct Home {
+  KRTagID set = KRTag_None;      ///< The message set; KRTag_None when there is none.
+  KRTagID wrapper = KRTag_None;  ///< The wrapper of a payload; else KRTag_None.
+};
+
+/// Where a wrapper, a payload or another tag that message sets hold belongs.
+/// @param body the request or response that has the message sets.
+/// @param version of the message set.
+Home HomeOf(KRDataObj& body, KRTagID tag, u16 version);
+
+/// The tag of an account that an object has in place of `tag`, which is an account of another kind:
+/// CCACCTFROM in a card's statement for BANKACCTFROM.
+/// @return KRTag_None when `tag` is no account, and when the object has none.
+KRTagID AccountInPlaceOf(KRDataObj& object, KRTagID tag);
+
 }  // namespace krofx::internal
 
 #endif  // KROFX_READER_AGGREGATE_ROLE_H_

@@ -9,9 +9,6 @@
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
-#include "krofx/envelope/mime_parser.h"
-#include "krofx/parse/engine.h"
-#include "krofx/parse/simple_parser.h"
 #include "krofx/reader/charset_choice.h"
 #include "krofx/reader/header.h"
 #include "krofx/reader/refusal.h"
@@ -48,28 +45,6 @@ bool MakeRoot(OfxText& text) {
 }
 
 namespace {
-
-// Says the warnings of a strict parse.
-class WarningTeller : public KRWarningObserver {
- public:
-  WarningTeller(Recorder& recorder, std::size_t base) : m_recorder(recorder), m_base(base) {}
-
-  void OnWarning(const KRParseException& warning, s32 position) override {
-    Spot spot;
-    spot.offset = position < 0 ? Spot::kNowhere : m_base + static_cast<std::size_t>(position);
-    std::string_view tag(warning.m_tagText, warning.m_tagText.GetStrLength());
-    const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
-    const char* const known =
-        dictionary == nullptr ? nullptr : dictionary->GetTagString(warning.m_tag);
-    if (tag.empty() && known != nullptr) tag = known;
-    m_recorder.Warn(warning.m_warning, spot, warning.m_tag, tag,
-                    {warning.m_valueText, warning.m_valueText.GetStrLength()});
-  }
-
- private:
-  Recorder& m_recorder;
-  std::size_t m_base;
-};
 
 bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
 
@@ -129,6 +104,12 @@ Reading FileReader::Read() {
   return std::move(m_reading);
 }
 
+// Whether a strict pass has read all that a text says, as it is meant.
+bool FileReader::IsWhole(const StrictResult& strict, std::size_t from) const {
+  return strict.status == KRParseStatus_Accepted && strict.lossless &&
+         !MayHaveCommaAmount(Bytes().substr(from, strict.end));
+}
+
 KRParseStatus FileReader::ReadTexts() {
   m_recorder.BeginText();
   if (!m_options.strict) {
@@ -158,18 +139,19 @@ KRParseStatus FileReader::ReadNext() {
   text.kind = FindKind(Bytes().substr(from, end - from));
   if (!MakeRoot(text)) return KRParseStatus_Fatal;
 
-  StrictPass pass;
-  if (!ReadStrictly(text, from, end, pass)) return KRParseStatus_Fatal;
-  text.status = pass.status;
+  OwnedBuffer copy;
+  KRBuffer* const buffer = BufferOf(from, end, copy);
+  if (buffer == nullptr) return KRParseStatus_Fatal;
   if (m_options.strict) {
+    text.status = ReadStrictly(*buffer, text, from, m_recorder).status;
     m_position = end;
-  } else if (pass.status == KRParseStatus_Accepted &&
-             !MayHaveCommaAmount(Bytes().substr(from, pass.end - from))) {
-    m_position = pass.end;
-    if (!DescribeText(text, Bytes().substr(from, pass.end - from))) return KRParseStatus_Fatal;
+  } else if (const StrictResult strict = TryStrictly(*buffer, text); IsWhole(strict, from)) {
+    m_position = from + strict.end;
+    if (!DescribeText(text, Bytes().substr(from, strict.end))) return KRParseStatus_Fatal;
   } else if (AlarmIsSet()) {
     text.status = KRParseStatus_Fatal;
   } else {
+    copy.reset();
     const bool parts = text.kind == TextKind::kMultipart;
     if (!parts) end = FindTextEnd(Bytes(), from);
     m_position = end;
@@ -184,45 +166,15 @@ KRParseStatus FileReader::ReadNext() {
   return status;
 }
 
-bool FileReader::ReadStrictly(OfxText& text, std::size_t from, std::size_t end, StrictPass& pass) {
-  // The parser reads from the start of a buffer.
-  OwnedBuffer copy;
-  KRBuffer* buffer = &m_buffer;
+// The strict parsers read from the start of a buffer to its end: a part of the file is copied.
+KRBuffer* FileReader::BufferOf(std::size_t from, std::size_t end, OwnedBuffer& copy) {
   const bool whole = from == 0 && end == Bytes().size() && Bytes().data() == m_original.data();
-  if (!whole) {
-    const std::string_view bytes = Bytes().substr(from, end - from);
-    copy.reset(new KRBuffer(static_cast<u32>(bytes.size()) + 1, 65536));
-    if (copy == nullptr ||
-        copy->WriteLarge(bytes.data(), static_cast<u32>(bytes.size())) != KRBufferOK) {
-      return false;
-    }
-    buffer = copy.get();
-  }
-  WarningTeller teller(m_recorder, from);
-  if (text.kind == TextKind::kMultipart) {
-    KRMIMEParser parser;
-    if (m_options.strict) parser.SetWarningObserver(&teller);
-    pass.status = parser.Parse(buffer, text.root.get(), 1);
-    pass.end = end;
-    return true;
-  }
-  KRParseEngine engine(*buffer);
-  KRSimpleParser parser;
-  parser.SetParseEngine(&engine);
-  if (m_options.strict) {
-    parser.SetWarningObserver(&teller);
-  } else {
-    // Whether there are any warnings is all that matters.
-    parser.EnableLogging(0);
-  }
-  pass.status = parser.Parse(buffer, static_cast<KRDataObj*>(text.root.get()), 1);
-  parser.EnableLogging(1);
-  if (KRParseLogger* const log = KRParseLogger::TheKRParseLogger()) log->SetBuffer(nullptr);
-  const s32 last = engine.GetItemPosition();
-  const std::size_t close =
-      last < 0 ? std::string_view::npos : Bytes().find('>', from + static_cast<std::size_t>(last));
-  pass.end = close == std::string_view::npos ? end : std::min(close + 1, end);
-  return true;
+  if (whole) return &m_buffer;
+  const std::string_view bytes = Bytes().substr(from, end - from);
+  copy.reset(new KRBuffer(static_cast<u32>(bytes.size()) + 1, 65536));
+  const bool copied = copy != nullptr &&
+                      copy->WriteLarge(bytes.data(), static_cast<u32>(bytes.size())) == KRBufferOK;
+  return copied ? copy.get() : nullptr;
 }
 
 KRParseStatus FileReader::ReadMending(OfxText& text, std::size_t from, std::size_t end) {

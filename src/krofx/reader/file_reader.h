@@ -10,6 +10,7 @@
 #include "krofx/core/tag_dictionary.h"
 #include "krofx/reader/reading.h"
 #include "krofx/reader/recorder.h"
+#include "krofx/reader/strict_pass.h"
 #include "krofx/reader/working_text.h"
 
 namespace krofx::internal {
@@ -37,16 +38,11 @@ class FileReader {
   Reading Read();
 
  private:
-  // How a strict pass over one text went.
-  struct StrictPass {
-    KRParseStatus status = KRParseStatus_Accepted;
-    std::size_t end = 0;  // Where the text ends, when the status is 0.
-  };
-
   KRParseStatus ReadTexts();
   // Reads the text that begins at m_position, and moves behind it.
   KRParseStatus ReadNext();
-  bool ReadStrictly(OfxText& text, std::size_t from, std::size_t end, StrictPass& pass);
+  KRBuffer* BufferOf(std::size_t from, std::size_t end, OwnedBuffer& copy);
+  bool IsWhole(const StrictResult& strict, std::size_t from) const;
   KRParseStatus ReadMending(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadMultipart(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadPart(OfxText& text, std::size_t from, std::size_t end);

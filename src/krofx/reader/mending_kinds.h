@@ -36,6 +36,7 @@
   X(306, kNumberRefused, "number-refused", Each, "a text that is no number was left out")                              \
   X(307, kAmountUndecided, "amount-undecided", Each, "what a comma means cannot be known; the number was left out")    \
   X(308, kNumberZeros, "number-zeros", Each, "zeros that do not change a number were taken out of it")                 \
+  X(309, kNumberExponent, "number-exponent", Each, "a number with an exponent was written out")                        \
   /* Dates and times. */                                                                                               \
   X(400, kDateAbsent, "date-absent", Each, "a date that stands for none was taken as absent")                          \
   X(401, kDateForm, "date-form", Each, "a date in another form was taken in the form of OFX")                          \
@@ -43,6 +44,7 @@
   X(403, kDateRefused, "date-refused", Each, "a text that is no date was left out")                                    \
   X(404, kDateZoneLost, "date-zone-lost", Each, "a time zone that OFX cannot hold was left out of a date")             \
   X(405, kDateTimeLost, "date-time-lost", Each, "a time that does not exist was left out of a date")                   \
+  X(406, kDateOrder, "date-order", Each, "what is the day of a date and what the month was judged by the other dates of the text")\
   /* Words. */                                                                                                         \
   X(500, kTransactionType, "transaction-type", Each, "a transaction type that OFX does not have was taken as OTHER")   \
   X(501, kBoolean, "boolean", Each, "a word for yes or no was taken as Y or N")                                        \
@@ -69,6 +71,8 @@
   X(616, kIncomplete, "incomplete", Each, "an aggregate that the end of the text cut was left out")                    \
   X(617, kTextRefused, "text-refused", Each, "a text that its element does not take was left out")                     \
   X(618, kEarlyEnd, "early-end", Each, "an end tag came too early; what follows was put where it belongs")             \
+  X(619, kMoved, "moved", Each, "an answer in the wrong message set was put into the one where it belongs")             \
+  X(620, kAccountKind, "account-kind", Each, "an account of another kind was taken as the kind that belongs here")     \
   /* The text as a whole. */                                                                                           \
   X(700, kMultipartDamage, "multipart", Each, "a multipart text whose parts are not in order was taken apart")
 // clang-format on

@@ -2,6 +2,7 @@
 
 #include "krofx/reader/path_log.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <iterator>
 
@@ -46,6 +47,48 @@ s32 PathLog::AddBelow(s32 parent, KRDataObj& object, const KRDataObj* wanted, in
 
 s32 PathLog::AddTo(KRDataObj& root, const KRDataObj* object) {
   return object == &root ? kNoPath : AddBelow(kNoPath, root, object, KRParser::kMaxDepth);
+}
+
+// Adds those of the wanted objects that are below another, and what is on the way to them.
+// @param any whether there are any.
+bool PathLog::AddAllBelow(s32 parent, KRDataObj& object, std::span<WantedObject> wanted, int depth,
+                          bool& any) {
+  struct Siblings {
+    KRTagID tag;
+    u32 count;
+    s32 first;
+  };
+  List<Siblings> all;
+  for (u16 index = 0; index < object.GetNumberOfChildren(); ++index) {
+    KRDataObj* const child = object.GetChild(index);
+    if (child == nullptr) continue;
+    const KRTagID tag = child->GetType();
+    Siblings* siblings = std::find_if(all.begin(), all.end(),
+                                      [tag](const Siblings& each) { return each.tag == tag; });
+    if (siblings == all.end()) {
+      if (!all.Append({tag, 0, kNoPath})) return false;
+      siblings = &all.back();
+    }
+    const std::size_t before = m_nodes.size();
+    const s32 node = Add(parent, tag, ++siblings->count);
+    if (node == kNoPath) return false;
+    const auto same = std::equal_range(wanted.begin(), wanted.end(), WantedObject{child, 0});
+    for (auto each = same.first; each != same.second; ++each) each->node = node;
+    bool found = same.first != same.second;
+    if (depth > 0 && !AddAllBelow(node, *child, wanted, depth - 1, found)) return false;
+    while (!found && m_nodes.size() > before) m_nodes.RemoveLast();
+    if (found && siblings->count == 1) siblings->first = node;
+    any = any || found;
+  }
+  for (const Siblings& each : all) {
+    if (each.count > 1 && each.first != kNoPath) NotAlone(each.first);
+  }
+  return true;
+}
+
+bool PathLog::AddAll(KRDataObj& root, std::span<WantedObject> wanted) {
+  bool any = false;
+  return AddAllBelow(kNoPath, root, wanted, KRParser::kMaxDepth, any);
 }
 
 KRString PathLog::PathOf(s32 node) const {

@@ -8,6 +8,8 @@
 #define KROFX_READER_PATH_LOG_H_
 
 #include <cstddef>
+#include <functional>
+#include <span>
 
 #include "krofx/core/list.h"
 #include "krofx/core/string.h"
@@ -17,6 +19,17 @@
 class KRDataObj;
 
 namespace krofx::internal {
+
+/// An object whose path is wanted.
+struct WantedObject {
+  const KRDataObj* object;
+  std::size_t number;  ///< For the one who asks.
+  s32 node = -1;       ///< Takes its node.
+
+  bool operator<(const WantedObject& other) const {
+    return std::less<const KRDataObj*>()(object, other.object);
+  }
+};
 
 /// Nodes of paths.
 class PathLog {
@@ -33,6 +46,10 @@ class PathLog {
   /// Adds an object of a tree that is complete.
   /// @return its node; kNoPath for the root, for what is not in the tree, and without memory.
   s32 AddTo(KRDataObj& root, const KRDataObj* object);
+  /// Adds several objects of a tree that is complete, in one walk over it.
+  /// @param wanted in the order of their operator; takes the nodes, kNoPath as of AddTo.
+  /// @return false when memory is exhausted.
+  bool AddAll(KRDataObj& root, std::span<WantedObject> wanted);
   /// The path of an aggregate; empty for kNoPath.
   KRString PathOf(s32 node) const;
 
@@ -44,6 +61,8 @@ class PathLog {
     bool alone;
   };
 
+  bool AddAllBelow(s32 parent, KRDataObj& object, std::span<WantedObject> wanted, int depth,
+                   bool& any);
   s32 AddBelow(s32 parent, KRDataObj& object, const KRDataObj* wanted, int depth);
 
   List<Node> m_nodes;

@@ -5,9 +5,10 @@
 //   if (reading.root == nullptr) return Complain(reading.problem);
 //   for (const krofx::Mending& mending : reading.mendings) ...
 //
-// A text that KRSimpleParser reads with status 0 gives the same tree, and nothing is mended. The
-// one exception is an amount with a comma, which the parser reads with another value than the one
-// that is written there. docs/reading.md lists every kind of damage.
+// A text that KRSimpleParser reads with status 0 gives the same tree, and nothing is mended. There
+// are two exceptions: an amount with a comma, which the parser reads with another value than the
+// one that is written there, and a second answer in one wrapper, for which it drops the first one.
+// docs/reading.md lists every kind of damage.
 
 #ifndef KROFX_READER_READING_H_
 #define KROFX_READER_READING_H_

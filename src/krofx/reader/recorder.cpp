@@ -154,7 +154,7 @@ bool Recorder::Note(MendingKind kind, Spot spot, std::string_view tag, std::stri
 }
 
 void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_view tagText,
-                    std::string_view value) {
+                    std::string_view value, const KRDataObj* object) {
   m_anyInText = true;
   if (m_reading.warnings.size() >= m_options.maxRecords) {
     ++m_reading.unrecorded;
@@ -167,9 +167,18 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   record.tag = tag;
   if (!Set(record.tagText, tagText) || !Set(record.value, value)) return;
   if (IsSecret(tag)) record.value.Clear('*');
+  const std::size_t number = m_warningPaths.size();
+  if (object != nullptr && !m_warningObjects.Append({object, number})) m_failed = true;
   if (!m_warningPaths.Append(spot.path) || !m_reading.warnings.Append(std::move(record))) {
     m_failed = true;
   }
+}
+
+void Recorder::FindObjects(KRDataObj& root, PathLog& paths) {
+  if (m_failed || m_warningObjects.empty()) return;
+  std::sort(m_warningObjects.begin(), m_warningObjects.end());
+  if (!paths.AddAll(root, {m_warningObjects.begin(), m_warningObjects.size()})) m_failed = true;
+  for (const WantedObject& wanted : m_warningObjects) m_warningPaths[wanted.number] = wanted.node;
 }
 
 void Recorder::EndTree(const PathLog& paths) {
@@ -188,6 +197,7 @@ void Recorder::BeginTree() {
   m_firstWarning = m_reading.warnings.size();
   m_mendingPaths.Clear();
   m_warningPaths.Clear();
+  m_warningObjects.Clear();
 }
 
 void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {

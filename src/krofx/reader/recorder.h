@@ -40,8 +40,11 @@ class Recorder {
   bool Note(MendingKind kind, Spot spot, std::string_view tag, std::string_view was,
             std::string_view taken);
   /// Notes a warning; with `path` where it happened.
+  /// @param object the one that it happened in, when its path has to be found later.
   void Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_view tagText,
-            std::string_view value);
+            std::string_view value, const KRDataObj* object = nullptr);
+  /// Finds the objects in a tree that warnings were given with.
+  void FindObjects(KRDataObj& root, PathLog& paths);
 
   /// Begins the next text.
   void BeginText();
@@ -71,6 +74,7 @@ class Recorder {
   const ReadOptions& m_options;
   List<s32> m_mendingPaths;
   List<s32> m_warningPaths;
+  List<WantedObject> m_warningObjects;
   std::size_t m_firstMending = 0;
   std::size_t m_firstWarning = 0;
   std::size_t m_text = 0;

@@ -7,9 +7,7 @@
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
-#include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file.h"
-#include "krofx/messages/signon/status.h"
 #include "krofx/model/value_kinds.h"
 #include "krofx/reader/charset.h"
 #include "krofx/values/data_conversion.h"
@@ -38,6 +36,8 @@ u16 TreeReader::PushObject(KRDataObj* object) {
   level.object = object;
   level.row = m_openingRow;
   level.implicit = m_openingImplicit;
+  level.written = m_openingWritten;
+  m_openingWritten = KRTag_None;
   Level& parent = m_levels[GetDepth() - 1];
   if (Sibling* const sibling = FindSibling(parent, object->GetType())) {
     level.number = ++sibling->count;
@@ -157,11 +157,13 @@ bool TreeReader::SayForm(const ScannedTag& tag) {
 bool TreeReader::TakeStart(ScannedTag& tag) {
   m_endsSilently = {};
   if (tag.entry == nullptr) return SkipUnknown(tag);
+  if (!TakeAsOtherAccount(tag)) return false;
   const TagRole role = RoleOf(*GetCurrentObj(), tag.Id());
   if (Fits(role, tag) && !BelongsFurtherOut(tag, role)) return Take(tag, role);
   bool taken = false;
   if (!TakeInAncestor(tag, taken) || taken) return taken;
   if (!TakeWithMissingStart(tag, taken) || taken) return taken;
+  if (!TakeElsewhere(tag, taken) || taken) return taken;
   return SkipMisplaced(tag);
 }
 
@@ -395,36 +397,6 @@ bool TreeReader::TakeAggregate(const ScannedTag& tag, const TagRole& role) {
   return true;
 }
 
-// A wrapper holds one payload. A second one is an answer of its own, whose wrapper was left out.
-bool TreeReader::GiveOwnWrapper(const ScannedTag& tag) {
-  const KRTagID id = tag.Id();
-  if (GetDepth() < 2 || id == KRTag_STATUS) return true;
-  KRDataObj* const wrapper = GetCurrentObj();
-  const KRTagID type = wrapper->GetType();
-  auto* const response = dynamic_cast<KRTransRs*>(wrapper);
-  auto* const request = dynamic_cast<KRTransRq*>(wrapper);
-  const bool holds = (response != nullptr && response->GetActualTrans() != nullptr) ||
-                     (request != nullptr && request->GetActualTrans() != nullptr);
-  if (!holds) return true;
-  if (!Note(MendingKind::kOwnWrapper, tag.at, tag.Name())) return false;
-  const Row* const row = Current().row;
-  PopObject();
-  const KRParseStatus status = Open(type, row);
-  if (status != KRParseStatus_Accepted) return Stop(status);
-  if (auto* const made = dynamic_cast<KRTransRs*>(GetCurrentObj());
-      made != nullptr && response != nullptr) {
-    made->SetTransUserID(response->GetTransUserID());
-    ChildSlot copy;
-    if (CopyChild(copy, response->GetStatus()) == 0) return Stop(KRParseStatus_Fatal);
-    if (copy.Get() != nullptr) made->SetStatus(static_cast<KRStatus*>(copy.Release()));
-  }
-  if (auto* const made = dynamic_cast<KRTransRq*>(GetCurrentObj());
-      made != nullptr && request != nullptr) {
-    made->SetTransUserID(request->GetTransUserID());
-  }
-  return true;
-}
-
 // End tags
 
 bool TreeReader::TakeEnd(const ScannedTag& tag) {
@@ -434,10 +406,19 @@ bool TreeReader::TakeEnd(const ScannedTag& tag) {
   if (tag.entry == nullptr) return Note(MendingKind::kStrayEnd, tag.at, tag.name);
   const KRTagID id = tag.Id();
   s16 depth = GetDepth();
-  while (depth > 0 && m_levels[depth].object->GetType() != id) --depth;
-  if (depth == 0) return Note(MendingKind::kStrayEnd, tag.at, tag.Name());
+  const auto ends = [id](const Level& level) {
+    return level.object->GetType() == id || level.written == id;
+  };
+  while (depth > 0 && !ends(m_levels[depth])) --depth;
+  if (depth == 0) {
+    bool passed = false;
+    if (!PassLeft(id, tag.at, passed)) return false;
+    return passed || Note(MendingKind::kStrayEnd, tag.at, tag.Name());
+  }
   if (!CloseDownTo(depth, tag.at, false)) return false;
-  GetCurrentObj()->HandleTagEnd(tag.entry);
+  const KRTagID type = GetCurrentObj()->GetType();
+  const KRTagDictionaryEntry own{type, m_dictionary.GetTagString(type)};
+  GetCurrentObj()->HandleTagEnd(type == id ? tag.entry : &own);
   SayWarnings(tag.at, false);
   if (id == KRTag_OFX) m_ended = true;
   return true;

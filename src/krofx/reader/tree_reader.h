@@ -60,8 +60,9 @@ class TreeReader final : public KRParser {
     const Row* row = nullptr;  // Its row in the object around it.
     KRDataObj* lastClosed = nullptr;
     const Row* lastClosedRow = nullptr;
-    bool implicit = false;  // Its start tag is missing.
-    bool joined = false;    // It was there already, and goes on.
+    KRTagID written = KRTag_None;  // The tag that it is written with, when that is another.
+    bool implicit = false;         // Its start tag is missing.
+    bool joined = false;           // It was there already, and goes on.
     u32 number = 1;
     s32 node = PathLog::kNoPath;
     u8 siblingCount = 0;
@@ -75,6 +76,10 @@ class TreeReader final : public KRParser {
   bool Note(MendingKind kind, u32 position, std::string_view tag, std::string_view was = {},
             std::string_view taken = {});
   std::string_view TagName(KRTagID tag) const;
+  // The name that the tags of a level are written with.
+  std::string_view NameOf(const Level& level) const {
+    return TagName(level.written != KRTag_None ? level.written : level.object->GetType());
+  }
   std::string_view Shown(const TextRun& run) const { return m_scanner.View(run); }
 
   // Each of these gives false when the reading ends, with the reason in m_status.
@@ -90,6 +95,15 @@ class TreeReader final : public KRParser {
   bool TakeWithMissingStart(ScannedTag& tag, bool& taken);
   bool EnterLast(const ScannedTag& tag, bool& entered);
   bool GiveOwnWrapper(const ScannedTag& tag);
+  KRParseStatus OpenLike(KRDataObj& wrapper, KRTagID type, const Row* row);
+  bool TakeElsewhere(ScannedTag& tag, bool& taken);
+  bool TakeWrapperElsewhere(const ScannedTag& tag, s16 body, const Home& home);
+  bool TakePayloadElsewhere(const ScannedTag& tag, s16 body, const Home& home);
+  bool OpenSet(const ScannedTag& tag, s16 body, KRTagID set);
+  bool TakeAsOtherAccount(ScannedTag& tag);
+  bool PassLeft(KRTagID tag, u32 position, bool& passed);
+  void Rename(s16 depth, KRTagID type);
+  void Leave(s16 depth);
   bool SkipUnknown(const ScannedTag& tag);
   bool SkipMisplaced(const ScannedTag& tag);
   bool CloseDownTo(s16 depth, u32 position, bool silently);
@@ -129,8 +143,13 @@ class TreeReader final : public KRParser {
   KRParseLogger* m_log = nullptr;
 
   Level m_levels[kMaxDepth + 1];
+  // The aggregates that were left for others to be put where they belong: their end tags say
+  // nothing.
+  KRTagID m_left[kMaxDepth] = {};
+  u8 m_leftCount = 0;
   const Row* m_openingRow = nullptr;
   bool m_openingImplicit = false;
+  KRTagID m_openingWritten = KRTag_None;
   KRParseStatus m_status = KRParseStatus_Accepted;
   bool m_ended = false;
   bool m_cut = false;

@@ -11,11 +11,10 @@ namespace krofx::internal {
 // before the next one of its kind begins: then what does not fit in it stands in the wrong place,
 // and it is not its end tag that is missing.
 bool TreeReader::EndsInside(s16 depth, s16 ancestor, u32 position) {
-  const std::string_view name = TagName(m_levels[depth].object->GetType());
+  const std::string_view name = NameOf(m_levels[depth]);
   const u32 end = m_places.NextEnd(name, position);
   if (end == TagPlaces::kNone || end > m_places.NextStart(name, position)) return false;
-  return ancestor == 0 ||
-         end < m_places.NextEnd(TagName(m_levels[ancestor].object->GetType()), position);
+  return ancestor == 0 || end < m_places.NextEnd(NameOf(m_levels[ancestor]), position);
 }
 
 // Whether a tag that fits in the current aggregate, which has one already and whose end tag is
@@ -153,7 +152,7 @@ bool TreeReader::TakeWithMissingStart(ScannedTag& tag, bool& taken) {
 u32 TreeReader::EndOfOpen(u32 position) {
   u32 end = m_text.Size();
   for (s16 depth = GetDepth(); depth > 0; --depth) {
-    end = std::min(end, m_places.NextEnd(TagName(m_levels[depth].object->GetType()), position));
+    end = std::min(end, m_places.NextEnd(NameOf(m_levels[depth]), position));
   }
   return end;
 }

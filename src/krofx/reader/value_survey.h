@@ -21,6 +21,13 @@ enum class DecimalSign : u8 {
   kComma,
 };
 
+/// What comes first in a date such as "01/02/2026".
+enum class DayOrder : u8 {
+  kUnknown,  ///< No date shows it, or some show the one and some the other.
+  kDayFirst,
+  kMonthFirst,
+};
+
 /// The tags of all elements whose values are decimal numbers.
 std::span<const KRTagID> DecimalTags();
 
@@ -40,6 +47,9 @@ class ValueSurvey {
   /// when they show none, the one that all numbers of the text show.
   DecimalSign DecimalSignOf(KRTagID tag) const;
 
+  /// What comes first in the dates of the text that can be read in one way only.
+  DayOrder OrderOfDays() const;
+
   /// Calls `visit(tag, text)` for each element that the dictionary knows, with its text as written.
   template <class Visit>
   void ForEachElement(Visit visit) const {
@@ -58,6 +68,7 @@ class ValueSurvey {
   static constexpr std::size_t kMostDecimalTags = 128;
 
   void LookAtNumbers() const;
+  void LookAtDates() const;
 
   std::string_view m_text;
   const TagDictionary& m_dictionary;
@@ -65,6 +76,9 @@ class ValueSurvey {
   mutable bool m_looked = false;
   mutable u8 m_shown[kMostDecimalTags] = {};
   mutable u8 m_shownByAny = 0;
+  mutable bool m_lookedAtDates = false;
+  mutable bool m_dayFirst = false;
+  mutable bool m_monthFirst = false;
 };
 
 }  // namespace krofx::internal

@@ -2,9 +2,15 @@
 
 #include "krofx/envelope/internal/payload.h"
 
+#include "krofx/envelope/internal/replaced_payloads.h"
 #include "krofx/model/factory.h"
 
 namespace krofx::internal {
+
+std::size_t& ReplacedPayloads() {
+  static thread_local std::size_t count = 0;
+  return count;
+}
 
 KRParseStatus Payload::Make(Side side, KRTagID tag) {
   KRDataObjFactory* factory = KRDataObj::GetFactory();
@@ -19,6 +25,7 @@ KRParseStatus Payload::Make(Side side, KRTagID tag) {
       return KRParseStatus_Fatal;
     }
     m_slot.Release();
+    ++ReplacedPayloads();
   }
   m_slot.Set(made);
   return KRParseStatus_Accepted;

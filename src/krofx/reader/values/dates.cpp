@@ -28,6 +28,7 @@ struct Moment {
   bool hasZone = false;
   ZoneText zone;
   bool otherForm = false;
+  bool judged = false;  // Which number is the day was judged by the other dates.
   bool timeLost = false;
   bool zoneLost = false;
 
@@ -56,19 +57,25 @@ class AsciiText {
 
 bool IsDateSign(char c) { return c == '-' || c == '/' || c == '.'; }
 
-// "31/01/2026" in either order, when only one is possible.
-bool DecideOrder(u32 first, u32 second, Moment& moment) {
+// "31/01/2026" in either order, when only one is possible, or the other dates decide. With points
+// between its numbers a date begins with the day wherever it is written.
+bool DecideOrder(u32 first, u32 second, char sign, const ValueSurvey& survey, Moment& moment) {
   constexpr u32 kMonths = 12;
-  const bool dayFirst = second <= kMonths;
+  bool dayFirst = second <= kMonths;
   const bool monthFirst = first <= kMonths;
-  if (dayFirst && monthFirst && first != second) return false;
+  if (dayFirst && monthFirst && first != second && sign != '.') {
+    const DayOrder order = survey.OrderOfDays();
+    if (order == DayOrder::kUnknown) return false;
+    dayFirst = order == DayOrder::kDayFirst;
+    moment.judged = true;
+  }
   moment.day = dayFirst ? first : second;
   moment.month = dayFirst ? second : first;
   return true;
 }
 
 // Three numbers with a sign between them: the year is the one with four digits.
-bool ReadDividedDate(DigitCursor& cursor, Moment& moment) {
+bool ReadDividedDate(DigitCursor& cursor, const ValueSurvey& survey, Moment& moment) {
   const std::size_t first = cursor.CountDigits();
   u32 numbers[3];
   cursor.TakeDigits(first, numbers[0]);
@@ -84,7 +91,7 @@ bool ReadDividedDate(DigitCursor& cursor, Moment& moment) {
   moment.otherForm = true;
   if (first != 4) {
     moment.year = numbers[2];
-    return DecideOrder(numbers[0], numbers[1], moment);
+    return DecideOrder(numbers[0], numbers[1], sign, survey, moment);
   }
   moment.year = numbers[0];
   moment.month = numbers[1];
@@ -92,11 +99,11 @@ bool ReadDividedDate(DigitCursor& cursor, Moment& moment) {
   return true;
 }
 
-bool ReadDate(DigitCursor& cursor, Moment& moment) {
+bool ReadDate(DigitCursor& cursor, const ValueSurvey& survey, Moment& moment) {
   constexpr std::size_t kDigits = 8;
   const std::size_t count = cursor.CountDigits();
   if (count == 0 || (count > 4 && count < kDigits) || count == 3) return false;
-  if (count <= 4) return ReadDividedDate(cursor, moment);
+  if (count <= 4) return ReadDividedDate(cursor, survey, moment);
   // With hours, minutes, seconds and milliseconds; any other count says that digits are missing.
   const std::size_t time = count - kDigits;
   if (time != 0 && time != 2 && time != 4 && time != 6 && time != 9) return false;
@@ -250,6 +257,7 @@ bool TakeMoment(const Moment& moment, bool date, MendedValue& out) {
   const bool zoneForm = moment.hasZone && moment.zone.otherForm;
   const std::pair<bool, MendingKind> said[] = {
       {moment.timeLost, MendingKind::kDateTimeLost},
+      {moment.judged, MendingKind::kDateOrder},
       {moment.otherForm, MendingKind::kDateForm},
       {zoneForm && !moment.timeLost, MendingKind::kDateZone},
       {moment.zoneLost, MendingKind::kDateZoneLost},
@@ -274,7 +282,7 @@ bool MendDate(const DoubtfulValue& value, MendedValue& out) {
   const AsciiText text(value.text, value.survey.CharsetOfText());
   DigitCursor cursor(text.Text());
   Moment moment;
-  if (!ReadDate(cursor, moment) || !moment.IsDate()) return false;
+  if (!ReadDate(cursor, value.survey, moment) || !moment.IsDate()) return false;
   ReadAfterDate(cursor, moment);
   return TakeMoment(moment, true, out);
 }

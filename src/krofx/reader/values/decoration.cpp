@@ -1,7 +1,7 @@
-// What stands around a number: its sign wherever it is, the currency, blanks.
+// What is around a number: its sign wherever it is, the currency, blanks, quotes.
 //
 // Only what is known is taken out. A letter that is not known may be a factor, such as the K of
-// "5K" and the E of "1E3", or a sign, such as the S of "5,00 S": such a number is refused.
+// "5K", or a sign, such as the S of "5,00 S": such a number is refused.
 
 #include <algorithm>
 #include <iterator>
@@ -65,17 +65,24 @@ struct Surroundings {
   int closed = 0;
   int currencies = 0;
   int blanks = 0;
+  int quotesBefore = 0;
+  int quotesAfter = 0;
   bool signAfter = false;
 
   // A number has one sign at most, however it is written.
   bool MakeSense() const {
-    return plus + minus + debit + credit + opened <= 1 && opened == closed && currencies <= 2;
+    return plus + minus + debit + credit + opened <= 1 && opened == closed && currencies <= 2 &&
+           quotesBefore == quotesAfter && quotesBefore <= 1;
   }
   bool IsNegative() const { return minus + debit + opened > 0; }
   bool HasMovedSign() const { return signAfter || debit + credit + opened > 0; }
 };
 
-bool IsMark(char32_t c) { return c == ' ' || c == '+' || c == '-' || c == '(' || c == ')'; }
+bool IsQuote(char32_t c) { return c == '"' || c == '\''; }
+
+bool IsMark(char32_t c) {
+  return c == ' ' || c == '+' || c == '-' || c == '(' || c == ')' || IsQuote(c);
+}
 
 bool ReadWord(std::u32string_view word, bool after, Surroundings& found) {
   if (after && (word == U"DR" || word == U"D")) {
@@ -108,6 +115,7 @@ bool ReadAround(std::u32string_view text, bool after, Surroundings& found) {
     found.minus += c == '-' ? 1 : 0;
     found.opened += c == '(' ? 1 : 0;
     found.closed += c == ')' ? 1 : 0;
+    (after ? found.quotesAfter : found.quotesBefore) += IsQuote(c) ? 1 : 0;
     found.signAfter = found.signAfter || (after && (c == '+' || c == '-'));
   }
   return true;
@@ -137,9 +145,10 @@ bool MendDecoration(const DoubtfulValue& value, MendedValue& out) {
   // A minus sign that was no '-' of ASCII is written in another way as well.
   const bool otherMinus = found.minus > 0 && value.text.find('-') == std::string_view::npos;
   const bool sign = found.HasMovedSign() || otherMinus;
-  if (!sign && found.currencies + found.blanks == 0) return false;
+  const bool decorated = found.currencies + found.blanks + found.quotesBefore > 0;
+  if (!sign && !decorated) return false;
   out.Take(sign ? MendingKind::kAmountSign : MendingKind::kAmountDecoration, {bytes, size});
-  if (found.currencies + found.blanks > 0) out.Say(MendingKind::kAmountDecoration);
+  if (decorated) out.Say(MendingKind::kAmountDecoration);
   return true;
 }
 

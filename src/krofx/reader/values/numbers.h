@@ -19,6 +19,8 @@ bool MendSeparators(const DoubtfulValue& value, MendedValue& out);
 bool MendSeparatorsOfInteger(const DoubtfulValue& value, MendedValue& out);
 /// Takes out currencies and blanks, and moves a sign to the front: "(5.00)", "5.00-", "5.00 DR".
 bool MendDecoration(const DoubtfulValue& value, MendedValue& out);
+/// Writes a number with an exponent out: "1.05E1" is "10.5".
+bool MendExponent(const DoubtfulValue& value, MendedValue& out);
 /// Takes out zeros that do not change a number but make it too long.
 bool MendZeros(const DoubtfulValue& value, MendedValue& out);
 /// Takes a word for no number as absent.

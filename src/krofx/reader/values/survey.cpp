@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "krofx/reader/values/digit_cursor.h"
 #include "krofx/reader/values/separators.h"
 
 namespace krofx::internal {
@@ -117,6 +118,18 @@ u8 ShownBy(std::string_view text, const Charset& charset, u8 point, u8 comma) {
   return layout.decimal == ',' || layout.group == '.' ? comma : 0;
 }
 
+// The first two numbers of a text such as "31/01/2026"; false for any other text.
+bool ReadFirstNumbers(std::string_view text, u32& first, u32& second) {
+  DigitCursor cursor(text);
+  for (u32* const number : {&first, &second}) {
+    const std::size_t count = cursor.CountDigits();
+    if (count < 1 || count > 2) return false;
+    cursor.TakeDigits(count, *number);
+    if (!cursor.Take('/') && !cursor.Take('-')) return false;
+  }
+  return cursor.CountDigits() == 4;
+}
+
 }  // namespace
 
 std::span<const KRTagID> DecimalTags() { return kDecimalTags; }
@@ -131,6 +144,25 @@ void ValueSurvey::LookAtNumbers() const {
     m_shown[found - std::begin(kDecimalTags)] |= shown;
     m_shownByAny |= shown;
   });
+}
+
+void ValueSurvey::LookAtDates() const {
+  constexpr u32 kMonths = 12;
+  m_lookedAtDates = true;
+  ForEachElement([this](KRTagID, std::string_view text) {
+    u32 first;
+    u32 second;
+    if (!ReadFirstNumbers(text, first, second)) return;
+    m_dayFirst = m_dayFirst || (first > kMonths && second <= kMonths);
+    m_monthFirst = m_monthFirst || (second > kMonths && first <= kMonths);
+  });
+}
+
+DayOrder ValueSurvey::OrderOfDays() const {
+  if (!m_lookedAtDates) LookAtDates();
+  return m_dayFirst == m_monthFirst ? DayOrder::kUnknown
+         : m_dayFirst               ? DayOrder::kDayFirst
+                                    : DayOrder::kMonthFirst;
 }
 
 DecimalSign ValueSurvey::DecimalSignOf(KRTagID tag) const {

@@ -13,6 +13,7 @@ constexpr ValueMender kMenders[] = {
     {ValueForm::kDecimal, true, &MendSeparators},
     {ValueForm::kDecimal, false, &MendNoNumber},
     {ValueForm::kDecimal, false, &MendDecoration},
+    {ValueForm::kDecimal, false, &MendExponent},
     {ValueForm::kDecimal, false, &MendZeros},
     {ValueForm::kInteger, true, &MendSeparatorsOfInteger},
     {ValueForm::kInteger, false, &MendNoNumber},

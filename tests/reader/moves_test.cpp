@@ -1,0 +1,128 @@
+// Answers in the wrong message set or wrapper, several in one wrapper, and accounts of the wrong
+// kind: each is read, and is where it belongs.
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "krofx/reader/reading.h"
+#include "support/readings.h"
+
+namespace krofx::testing {
+namespace {
+
+const std::string kList =
+    "<BANKTRANLIST><DTSTART>20260101<DTEND>20260131<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105"
+    "<TRNAMT>-1.50<FITID>a<NAME>Grocer</STMTTRN></BANKTRANLIST>"
+    "<LEDGERBAL><BALAMT>10.00<DTASOF>20260131</LEDGERBAL>";
+
+std::string Account(const std::string& number) {
+  return "<BANKACCTFROM><BANKID>1<ACCTID>" + number + "<ACCTTYPE>CHECKING</BANKACCTFROM>";
+}
+std::string Statement(const std::string& number) {
+  return "<STMTRS><CURDEF>USD" + Account(number) + kList + "</STMTRS>";
+}
+const std::string kCardStatement =
+    "<CCSTMTRS><CURDEF>USD<CCACCTFROM><ACCTID>4111</CCACCTFROM>" + kList + "</CCSTMTRS>";
+
+// A response with these message sets beside the sign-on.
+std::string Whole(const std::string& sets) { return File(SignOnResponseSet(1) + sets, 1); }
+
+const std::string kBank = Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1")));
+const std::string kCard =
+    Aggregate("CREDITCARDMSGSRSV1", ResponseWrapper("CCSTMTTRNRS", kCardStatement));
+
+// Expects the tree of a whole text, and the kinds of mendings.
+void ExpectAs(const std::string& text, const std::string& whole, const Lines& kinds) {
+  const Reading reading = Read(text);
+  const Reading expected = Read(whole);
+  EXPECT_EQ(expected.mendings.size(), 0u);
+  EXPECT_EQ(Written(reading.root), Written(expected.root)) << text;
+  EXPECT_EQ(MendingNames(reading), kinds) << text;
+  EXPECT_EQ(WarningLines(reading), WarningLines(expected)) << text;
+}
+
+TEST(Moves, ReadsACardStatementAmongThoseOfBanks) {
+  const std::string wrapper = ResponseWrapper("CCSTMTTRNRS", kCardStatement);
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", wrapper)), Whole(kCard), {"moved"});
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1")) + wrapper)),
+           Whole(kBank + kCard), {"moved"});
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", wrapper + ResponseWrapper("STMTTRNRS", Statement("1")))),
+           Whole(kBank + kCard), {"moved", "moved"});
+}
+
+TEST(Moves, ReadsABankStatementAmongThoseOfCards) {
+  ExpectAs(Whole(Aggregate("CREDITCARDMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1")))),
+           Whole(kBank), {"moved"});
+}
+
+TEST(Moves, ReadsAStatementInTheWrapperOfAnotherKind) {
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", kCardStatement))),
+           Whole(kCard), {"moved"});
+  ExpectAs(Whole(Aggregate("CREDITCARDMSGSRSV1", ResponseWrapper("CCSTMTTRNRS", Statement("1")))),
+           Whole(kBank), {"moved"});
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", kCardStatement)),
+           Whole(Aggregate("CREDITCARDMSGSRSV1", Aggregate("CCSTMTTRNRS", kCardStatement))),
+           {"moved"});
+}
+
+TEST(Moves, ReadsBothStatementsOfOneWrapper) {
+  const std::string both = ResponseWrapper("STMTTRNRS", Statement("1") + kCardStatement);
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", both)), Whole(kBank + kCard), {"moved"});
+}
+
+TEST(Moves, ReadsASecurityListAmongTheStatements) {
+  const std::string list = Aggregate(
+      "SECLIST",
+      Aggregate("STOCKINFO",
+                Aggregate("SECINFO", Aggregate("SECID", "<UNIQUEID>123<UNIQUEIDTYPE>CUSIP") +
+                                         "<SECNAME>Mills")));
+  const std::string error =
+      Aggregate("INVSTMTTRNRS", "<TRNUID>7<STATUS><CODE>2000<SEVERITY>ERROR</STATUS>");
+  ExpectAs(Whole(Aggregate("INVSTMTMSGSRSV1", error + list)),
+           Whole(Aggregate("INVSTMTMSGSRSV1", error) + Aggregate("SECLISTMSGSRSV1", list)),
+           {"moved"});
+}
+
+TEST(Moves, GivesEachStatementOfOneWrapperItsOwn) {
+  // The strict parser keeps the last one, without a warning.
+  const std::string text = Whole(
+      Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1") + Statement("2"))));
+  const std::string whole =
+      Whole(Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1")) +
+                                          ResponseWrapper("STMTTRNRS", Statement("2"))));
+  ExpectAs(text, whole, {"own-wrapper"});
+  ReadOptions strict;
+  strict.strict = true;
+  EXPECT_EQ(Read(text, strict).status, KRParseStatus_Accepted);
+}
+
+TEST(Moves, ReadsAStatementWithoutItsOwnTag) {
+  const std::string inside = "<CURDEF>USD" + Account("1") + kList;
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", inside))), Whole(kBank),
+           {"missing-start"});
+}
+
+TEST(Moves, TakesAnAccountOfAnotherKind) {
+  const std::string inside =
+      "<CURDEF>USD" + Aggregate("CCACCTFROM", "<BANKID>1<ACCTID>1<ACCTTYPE>CHECKING") + kList;
+  ExpectAs(
+      Whole(Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Aggregate("STMTRS", inside)))),
+      Whole(kBank), {"account-kind"});
+  const std::string card = "<CURDEF>USD" + Aggregate("BANKACCTFROM", "<ACCTID>4111") + kList;
+  ExpectAs(Whole(Aggregate("CREDITCARDMSGSRSV1",
+                           ResponseWrapper("CCSTMTTRNRS", Aggregate("CCSTMTRS", card)))),
+           Whole(kCard), {"account-kind"});
+}
+
+TEST(Moves, LeavesWhatAnAccountOfAnotherKindCannotHold) {
+  const std::string card =
+      "<CURDEF>USD" + Aggregate("BANKACCTFROM", "<BANKID>1<ACCTID>4111") + kList;
+  ExpectAs(Whole(Aggregate("CREDITCARDMSGSRSV1",
+                           ResponseWrapper("CCSTMTTRNRS", Aggregate("CCSTMTRS", card)))),
+           Whole(kCard), {"account-kind", "misplaced"});
+}
+
+}  // namespace
+}  // namespace krofx::testing
