@@ -56,7 +56,7 @@ class FileReader {
   Recorder m_recorder;
   std::string_view m_original;
   WorkingText m_file;
-  const TagDictionary* m_dictionary = nullptr;
+  TagDictionary* m_dictionary = nullptr;
   std::size_t m_position = 0;
 };
 

@@ -53,12 +53,30 @@ std::size_t HeaderBefore(std::string_view bytes, std::size_t from, std::size_t t
   return tag;
 }
 
+// What the tag OFX and instructions may begin with.
+constexpr std::string_view kMayBeOfx = "Oo?/ \t\r\n";
+
+// Whether there may be a tag OFX with a prefix.
+bool HasPrefixedOfx(std::string_view text) {
+  constexpr std::string_view kName = "OFX";
+  for (std::size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1)) {
+    if (EqualsWithoutCase(text.substr(at + 1, kName.size()), kName)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 std::size_t FindTextEnd(std::string_view bytes, std::size_t from) {
   bool inBody = false;
+  const bool hasPrefixes = HasPrefixedOfx(bytes.substr(from));
   for (std::size_t at = bytes.find('<', from); at != std::string_view::npos;
        at = bytes.find('<', at + 1)) {
+    // Most tags of a body have other first letters.
+    if (inBody && !hasPrefixes && at + 2 < bytes.size() &&
+        kMayBeOfx.find(bytes[at + (bytes[at + 1] == '/' ? 2 : 1)]) == std::string_view::npos) {
+      continue;
+    }
     std::string_view rest = bytes.substr(at + 1);
     while (!rest.empty() && IsWhite(rest.front())) rest.remove_prefix(1);
     if (rest.starts_with('/')) {

@@ -16,8 +16,8 @@
 
 namespace krofx::internal {
 
-TreeReader::TreeReader(const WorkingText& text, const TagDictionary& dictionary,
-                       const Charset& charset, bool xml, Recorder& recorder)
+TreeReader::TreeReader(const WorkingText& text, TagDictionary& dictionary, const Charset& charset,
+                       bool xml, Recorder& recorder)
     : m_text(text),
       m_dictionary(dictionary),
       m_charset(charset),
@@ -25,6 +25,7 @@ TreeReader::TreeReader(const WorkingText& text, const TagDictionary& dictionary,
       m_recorder(recorder),
       m_scanner(text.Bytes(), dictionary, xml),
       m_places(m_scanner),
+      m_feed(text.Bytes(), dictionary),
       m_survey(text.Bytes(), dictionary, charset) {}
 
 // Levels
@@ -110,6 +111,7 @@ KRParseStatus TreeReader::Read(KRFile& root, u32 body) {
   ScannedTag tag;
   bool going = true;
   while (going && !m_ended) {
+    FeedElements();
     m_scanner.Next(tag);
     going = ReadTag(tag);
     if (m_recorder.HasFailed() || m_places.HasFailed()) going = Stop(KRParseStatus_Fatal);
@@ -120,6 +122,21 @@ KRParseStatus TreeReader::Read(KRFile& root, u32 body) {
   m_recorder.EndTree(m_paths);
   m_log->DeleteAll();
   return m_status;
+}
+
+// Takes the elements that come next as long as they are in order.
+void TreeReader::FeedElements() {
+  const Level& level = Current();
+  // What has lost its start tag, or goes on, is looked at element by element.
+  if (level.implicit || level.joined) return;
+  u32 position = m_scanner.Position();
+  while (IsWhite(m_text.At(position))) ++position;
+  if (m_text.At(position) != '<') return;
+  std::string_view last;
+  const u32 next = m_feed.Run(*level.object, position, last);
+  if (next == position) return;
+  m_scanner.GoTo(next);
+  m_endsSilently = last;
 }
 
 bool TreeReader::ReadTag(ScannedTag& tag) {
@@ -268,8 +285,19 @@ void TreeReader::ReadCutText(ScannedTag& tag) {
 bool TreeReader::Offer(const KRTagDictionaryEntry& entry, const KRString& value, u32 position) {
   const KRParseStatus status = GetCurrentObj()->HandleTagElement(&entry, value);
   if (status == KRParseStatus_Fatal) m_status = status;
-  SayWarnings(position, status != KRParseStatus_Accepted);
-  return status == KRParseStatus_Accepted;
+  const bool taken = status == KRParseStatus_Accepted && !HasLoggedRefusal(entry.tagID);
+  SayWarnings(position, !taken);
+  return taken;
+}
+
+// Whether the current object has passed over a text of this element: some refuse one with a warning
+// only.
+bool TreeReader::HasLoggedRefusal(KRTagID tag) const {
+  for (u16 index = 0; index < m_log->Entries(); ++index) {
+    const KRParseException& warning = *m_log->Get(index);
+    if (warning.m_warning == KRPW_BADFORMAT && warning.m_tag == tag) return true;
+  }
+  return false;
 }
 
 // Takes what the objects have logged out of the log: says it, or, when it is about a text that is

@@ -14,6 +14,7 @@
 
 #include "krofx/model/parser.h"
 #include "krofx/reader/aggregate_role.h"
+#include "krofx/reader/element_feed.h"
 #include "krofx/reader/path_log.h"
 #include "krofx/reader/recorder.h"
 #include "krofx/reader/scanner.h"
@@ -34,8 +35,8 @@ class TreeReader final : public KRParser {
   /// @param text what is left of it once the text menders are done; it ends where the text ends.
   /// @param charset the one that it is in.
   /// @param xml whether it is OFX 2.
-  TreeReader(const WorkingText& text, const TagDictionary& dictionary, const Charset& charset,
-             bool xml, Recorder& recorder);
+  TreeReader(const WorkingText& text, TagDictionary& dictionary, const Charset& charset, bool xml,
+             Recorder& recorder);
 
   /// Reads from `body` on.
   /// @return 0 when it was read; 3 when memory, or a list, is exhausted; 4 at damage that must not
@@ -84,6 +85,7 @@ class TreeReader final : public KRParser {
 
   // Each of these gives false when the reading ends, with the reason in m_status.
   bool ReadTag(ScannedTag& tag);
+  void FeedElements();
   bool TakeFront(const ScannedTag& tag);
   bool SayForm(const ScannedTag& tag);
   bool TakeStart(ScannedTag& tag);
@@ -127,6 +129,7 @@ class TreeReader final : public KRParser {
   // Offers a text to the current object.
   // @return whether it took it.
   bool Offer(const KRTagDictionaryEntry& entry, const KRString& value, u32 position);
+  bool HasLoggedRefusal(KRTagID tag) const;
   bool MendValue(const ScannedTag& tag, const TagRole& role, KRString& value);
   void SayWarnings(u32 position, bool refused);
   void WarnOfMissing(KRFile& root);
@@ -139,6 +142,7 @@ class TreeReader final : public KRParser {
   PathLog m_paths;
   Scanner m_scanner;
   TagPlaces m_places;
+  ElementFeed m_feed;
   ValueSurvey m_survey;
   KRParseLogger* m_log = nullptr;
 

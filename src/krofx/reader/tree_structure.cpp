@@ -195,8 +195,23 @@ bool TreeReader::EndText(u32 position) {
   return CloseDownTo(0, position, true);
 }
 
-// Takes the last of several aggregates out when the end of the text has cut it: when it lacks what
-// the one before it has.
+namespace {
+
+// Whether an aggregate lacks so much that it cannot be whole: something that the one before it has,
+// or, when it is the first, two of the tags that are required.
+bool IsCut(KRDataObj& object, const KRDataObj* before) {
+  int missing = 0;
+  for (KRTagID tag = object.GetFirstMissingRequiredTag(KRTag_None); tag != KRTag_None;
+       tag = object.GetFirstMissingRequiredTag(tag)) {
+    if (before != nullptr && before->ValidateTag(tag) != 0) return true;
+    ++missing;
+  }
+  return before == nullptr && missing >= 2;
+}
+
+}  // namespace
+
+// Takes the last of several aggregates out when the end of the text has cut it.
 bool TreeReader::DropIncomplete(u32 position) {
   for (s16 depth = GetDepth(); depth > 1; --depth) {
     Level& level = m_levels[depth];
@@ -204,9 +219,9 @@ bool TreeReader::DropIncomplete(u32 position) {
     KRDataObj& parent = *m_levels[depth - 1].object;
     void* const array = level.row->member(parent);
     const u16 entries = level.row->array->entries(array);
-    KRDataObj* const before =
+    const KRDataObj* const before =
         entries < 2 ? nullptr : level.row->array->get(array, static_cast<u16>(entries - 2));
-    if (before == nullptr || before->AllRequiredPresent() == 0) continue;
+    if (!IsCut(*level.object, before)) continue;
     if (!CloseDownTo(depth, position, true)) return false;
     if (!Note(MendingKind::kIncomplete, position, TagName(level.object->GetType()))) return false;
     const Row* const row = level.row;
