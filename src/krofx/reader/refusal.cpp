@@ -152,7 +152,7 @@ const char* DescribeZip(std::string_view text) {
   return "this is a ZIP archive; unpack it and read what is in it";
 }
 
-const char* DescribeText(std::string_view text) {
+const char* DescribePlainText(std::string_view text) {
   for (const Words& words : kWords) {
     if (Contains(text, words.first) && (words.second.empty() || Contains(text, words.second))) {
       return words.sentence;
@@ -195,7 +195,7 @@ KRString DescribeForeignFile(std::string_view bytes) {
   if (!IsText(text.substr(0, 4096))) {
     return "this is no text, and so not OFX; download the statement as OFX or QFX";
   }
-  return IsHtml(text) ? DescribeHtml(text) : KRString(DescribeText(text));
+  return IsHtml(text) ? DescribeHtml(text) : KRString(DescribePlainText(text));
 }
 
 }  // namespace krofx::internal
