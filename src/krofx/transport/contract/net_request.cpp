@@ -9,7 +9,6 @@
 #include "krofx/transport/files/internal/local_file.h"
 
 using krofx::internal::FileUrlToName;
-using krofx::internal::HasFileScheme;
 using krofx::internal::LocalFile;
 using krofx::internal::NameToFileUrl;
 
@@ -77,7 +76,9 @@ u16 KRNetRequest::GetStatus(u32& /*httpStatus*/, u32& /*transportError*/) const 
 
 u16 KRNetRequest::SetTimeout(s32 /*seconds*/) { return 0; }
 
-u16 KRNetRequest::HasFileScheme(const char* url) { return HasFileScheme(url) ? 1 : 0; }
+u16 KRNetRequest::HasFileScheme(const char* url) {
+  return krofx::internal::HasFileScheme(url) ? 1 : 0;
+}
 
 u16 KRNetRequest::ConvertFileURLToLocalFileName(char* out, const char* url) {
   constexpr std::size_t kAnyRoom = std::numeric_limits<std::size_t>::max();
