@@ -1,7 +1,8 @@
 // The one include of a host: everything that krofx promises.
 //
-// What this file reaches is what `cmake --install` lays down. The headers named here are for hosts;
-// those in folders `internal/` are there because these need them, and may change at any time.
+// `cmake --install` installs what this file includes, directly or not. The headers named here are
+// for hosts; those in folders `internal/` are installed because these need them, and may change at
+// any time. A test checks that there are no others.
 
 #ifndef KROFX_KROFX_H_
 #define KROFX_KROFX_H_
@@ -12,6 +13,7 @@
 #include "krofx/core/collection.h"
 #include "krofx/core/export.h"
 #include "krofx/core/fixed_strings.h"
+#include "krofx/core/list.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/status.h"
@@ -26,6 +28,7 @@
 // Amounts, dates, keywords.
 #include "krofx/values/data_conversion.h"
 #include "krofx/values/date_time.h"
+#include "krofx/values/keyword_conversions.h"
 #include "krofx/values/keywords.h"
 #include "krofx/values/language.h"
 #include "krofx/values/precision_integer.h"
@@ -41,6 +44,8 @@
 #include "krofx/build/builder.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
+#include "krofx/reader/mending.h"
+#include "krofx/reader/mending_kinds.h"
 #include "krofx/reader/reading.h"
 #include "krofx/rewriting/rewrite.h"
 #include "krofx/stream/stream.h"
@@ -52,6 +57,7 @@
 #include "krofx/transport/contract/net_request.h"
 #include "krofx/transport/contract/net_status.h"
 #include "krofx/transport/contract/wait_platform.h"
+#include "krofx/transport/curl/curl_code.h"
 #include "krofx/transport/curl/curl_manager.h"
 #include "krofx/transport/exchange/vyn_net_access.h"
 #include "krofx/transport/exchange/vyn_net_request.h"
@@ -60,6 +66,7 @@
 #include "krofx/transport/local/receiver_request.h"
 
 // Payroll values, which can be blank.
+#include "krofx/payroll/keyword_conversions.h"
 #include "krofx/payroll/keywords.h"
 #include "krofx/payroll/payroll_amount.h"
 #include "krofx/payroll/payroll_builder.h"

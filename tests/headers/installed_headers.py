@@ -5,7 +5,8 @@
 What krofx/krofx.h reaches is installed. The list has a line for each such header: whether hosts may
 include it (`public`: krofx/krofx.h or krofx/aggregates.h names it) or it is only there because a public
 header needs it (`internal`), and below it each header that it includes, the standard library's too. A
-header that is new, gone, or pulls in something else is a difference; --update writes the list anew.
+header that is new, gone, or pulls in something else is a difference; --update writes the list anew. A
+header that is installed must be public or in a folder `internal/`.
 """
 
 import argparse
@@ -50,6 +51,10 @@ def main():
     parser.add_argument("--root", action="append", required=True)
     arguments = parser.parse_args()
     found = [line + "\n" for line in describe(arguments.root)]
+    misplaced = [line.split()[1] for line in found if line.startswith("internal ")]
+    misplaced = [header for header in misplaced if "/internal/" not in header]
+    if misplaced:
+        sys.exit(f"neither named in krofx/krofx.h nor in a folder internal/: {', '.join(misplaced)}")
     if arguments.update:
         with open(arguments.list, "w", encoding="utf-8") as file:
             file.writelines(found)

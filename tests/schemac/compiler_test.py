@@ -160,6 +160,19 @@ class Refused(Probe):
         text = "schema aggregates\n\nclass KRElse in krofx/envelope/file.h\n"
         self.refuse(text, ":3:", "KRElse")
 
+    def test_refuses_to_derive_via_a_class_that_its_header_does_not_declare(self):
+        self.refuse(self.row("via Lid in krofx/boxes/none.h"), ":8:", "Lid")
+        self.refuse(self.row("via"), ":8:")
+        self.refuse(self.row("via Lid"), ":8:", "in")
+
+    def test_derives_via_a_class_that_is_written_by_hand(self):
+        header = self.source / "krofx/boxes/lid.h"
+        header.write_text("class KROFX_API Lid : public KRDataObj {\n};\n")
+        probe = self.compile(self.row("via Lid in krofx/boxes/lid.h"))
+        probe = probe["krofx/boxes/probe.h"]
+        self.assertIn("class KROFX_API KRProbe : public krofx::internal::Lid {", probe)
+        self.assertIn('#include "krofx/boxes/lid.h"', probe)
+
     def test_refuses_lines_for_the_class_that_do_not_end(self):
         self.refuse(self.row("declare\n    u16 Ask();"), ":8:", "end")
         self.refuse(self.row("members\n    u16 m_ask;\n\n/// Next.\nbase KRNext : KRBox"), "end")

@@ -24,6 +24,7 @@ HAND_WRITTEN = {
     "model/factory.cpp": "u16* KRDataObjFactory::NewUShort();\n"
     "KRString22* KRDataObjFactory::NewString(u16 version);\n",
     "boxes/rules.h": "",
+    "boxes/entry.h": "class KROFX_API Entry : public KRPerson {};\n",
     "boxes/rules.cpp": "KRParseStatus KRBox::HandleTagStart(int);\n"
     "KRBuildStatus KRBox::Build(int) const;\n",
 }

@@ -39,7 +39,8 @@ class ClassWriter:
         if self.cls.tag:
             comment += f" Its tag is {self.cls.tag}."
         self.header += fill(comment, "")
-        self.header += class_head(name, self.cls.base) + " public:\n"
+        parent = f"krofx::internal::{self.cls.via}" if self.cls.via else self.cls.base
+        self.header += class_head(name, parent) + " public:\n"
         self.header += "  /// Makes an empty object.\n"
         self.header += f"  {name}();\n"
         self.header += "  /// Shallow: the copy borrows children and shares arrays.\n"

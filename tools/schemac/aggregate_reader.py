@@ -220,6 +220,13 @@ class Reader:
         self._once(words, header in [other for other, _ in cls.includes], header)
         cls.includes.append((header, words.place))
 
+    def _read_via(self, cls, words):
+        self._once(words, cls.via, "via")
+        cls.via = words.take("a class")
+        words.expect("in")
+        cls.via_header = words.take("a header")
+        cls.via_place = words.place
+
     def _read_typed_array(self, cls, words):
         self._once(words, cls.typed_array, "typed_array")
         cls.typed_array = True

@@ -81,6 +81,8 @@ class FileWriter:
             if base is not None:
                 includes.add(base.header)
             includes |= {header for header, _ in writer.cls.includes}
+            if writer.cls.via:
+                includes.add(writer.cls.via_header)
             for row in writer.cls.rows:
                 if row.type in self.model.keywords:
                     includes.add(self.model.keywords[row.type].owner.header)

@@ -110,6 +110,9 @@ class Class:
     file: "File"
     place: Place
     base: str = ""
+    via: str = ""  # a hand-written class between the base and this one
+    via_header: str = ""
+    via_place: Place = None
     tag: str = ""
     comment: list = field(default_factory=list)
     rows: list = field(default_factory=list)

@@ -4,6 +4,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
+#include "krofx/envelope/internal/routing.h"
 #include "krofx/messages/investment/securities.h"
 #include "krofx/model/factory.h"
 #include "krofx/model/internal/aggregate.h"
@@ -44,6 +45,26 @@ KRParseStatus ReplaceAndPush(KRDataObj& set, ChildSlot& slot, KRTagID tag, KRDat
 }
 
 }  // namespace
+
+template <Side kSide>
+u16 MessageSet<kSide>::AppendTrans(Trans* transaction) {
+  return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_transactions, transaction);
+}
+
+template <Side kSide>
+u16 MessageSet<kSide>::SetTrans(u16 index, Trans* transaction) {
+  return NoteElement(*this, m_transactions.Set(index, transaction), transaction);
+}
+
+template <Side kSide>
+u16 MessageSet<kSide>::AppendSync(Sync* sync) {
+  return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_syncs, sync);
+}
+
+template <Side kSide>
+u16 MessageSet<kSide>::SetSync(u16 index, Sync* sync) {
+  return NoteElement(*this, m_syncs.Set(index, sync), sync);
+}
 
 template <Side kSide>
 u16 MessageSet<kSide>::GetArrayOfValidTags(KRArrayOfTags& tags) const {

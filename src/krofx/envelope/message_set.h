@@ -30,15 +30,11 @@ class KROFX_API MessageSet : public KRDataObj {
   /// Takes ownership of `transaction` as the last one. Its type becomes present if it is valid in
   /// this set.
   /// @return 1; 0 when it could not be stored, and then the caller keeps it.
-  u16 AppendTrans(Trans* transaction) {
-    return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_transactions, transaction);
-  }
+  u16 AppendTrans(Trans* transaction);
   /// As AppendTrans, but replaces the transaction at `index`, which is deleted.
   /// @return 1; 0 when it could not be stored, and then the caller keeps it; 0 also when its type
   ///         is not valid in this set, and then this object owns it.
-  u16 SetTrans(u16 index, Trans* transaction) {
-    return NoteElement(*this, m_transactions.Set(index, transaction), transaction);
-  }
+  u16 SetTrans(u16 index, Trans* transaction);
   /// A transaction, which this object keeps owning; null when there is none.
   Trans* GetTrans(u16 index) const { return static_cast<Trans*>(m_transactions.Get(index)); }
   /// The number of transactions.
@@ -50,11 +46,9 @@ class KROFX_API MessageSet : public KRDataObj {
   void DeleteAllTrans() { m_transactions.DeleteAll(); }
 
   /// As AppendTrans, for a synchronisation.
-  u16 AppendSync(Sync* sync) {
-    return AppendElement<KRDynamicArrayDataObj, KRDataObj>(*this, m_syncs, sync);
-  }
+  u16 AppendSync(Sync* sync);
   /// As SetTrans, for a synchronisation.
-  u16 SetSync(u16 index, Sync* sync) { return NoteElement(*this, m_syncs.Set(index, sync), sync); }
+  u16 SetSync(u16 index, Sync* sync);
   /// A synchronisation, which this object keeps owning; null when there is none.
   Sync* GetSync(u16 index) const { return static_cast<Sync*>(m_syncs.Get(index)); }
   /// The number of synchronisations.

@@ -8,7 +8,6 @@
 #include "krofx/payroll/paychecks.h"
 
 using krofx::internal::AggregateTable;
-using krofx::internal::CopyAggregate;
 using krofx::internal::FindRow;
 using krofx::internal::HandleElement;
 
@@ -32,11 +31,7 @@ KRParseStatus KRPayrollUpdateRs::HandleTagElement(const KRTagDictionaryEntry* co
   return HandleElement(*this, isOfBase ? base : *GetTable(), *entry, value);
 }
 
-u16 KRPayrollUpdateRs::DeepCopyFrom(KRPayrollUpdateRs* source) {
-  if (CopyAggregate(*this, source) == 0) return 0;
-  m_messageSet = source->m_messageSet;
-  return 1;
-}
+u16 KRPayrollUpdateRs::DeepCopyFrom(KRPayrollUpdateRs* source) { return CopySyncFrom(source); }
 
 u16 KRPayrollUpdateData::EmployeeWasDeleted(const KRString& id) const {
   return Holds(m_employeeDelID, id);

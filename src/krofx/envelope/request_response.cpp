@@ -4,7 +4,9 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/thread.h"
+#include "krofx/envelope/internal/routing.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {

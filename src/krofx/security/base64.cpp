@@ -10,9 +10,24 @@
 #include "krofx/security/internal/buffer_view.h"
 #include "krofx/security/internal/toolkit.h"
 
-namespace {
+using krofx::internal::AlgorithmObject;
+using krofx::internal::BindAlgorithm;
+using krofx::internal::ByteView;
+using krofx::internal::CodeFinal;
+using krofx::internal::CodeUpdate;
+using krofx::internal::CreateAlgorithmObject;
+using krofx::internal::DecodeFinal;
+using krofx::internal::DecodeInit;
+using krofx::internal::DecodeUpdate;
+using krofx::internal::DestroyAlgorithmObject;
+using krofx::internal::EncodeFinal;
+using krofx::internal::EncodeInit;
+using krofx::internal::EncodeUpdate;
+using krofx::internal::RoomIn;
+using krofx::internal::TakeContent;
+using krofx::internal::ViewOf;
 
-using namespace krofx::internal;
+namespace {
 
 // One direction.
 struct Direction {

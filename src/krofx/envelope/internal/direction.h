@@ -8,7 +8,7 @@
 #define KROFX_ENVELOPE_INTERNAL_DIRECTION_H_
 
 #include "krofx/core/tags.h"
-#include "krofx/envelope/internal/routing.h"
+#include "krofx/envelope/internal/side.h"
 
 class KRDataObjFactory;
 class KRDynamicArrayRequest;

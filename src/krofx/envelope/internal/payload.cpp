@@ -3,7 +3,9 @@
 #include "krofx/envelope/internal/payload.h"
 
 #include "krofx/envelope/internal/replaced_payloads.h"
+#include "krofx/envelope/internal/routing.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/aggregate.h"
 
 namespace krofx::internal {
 

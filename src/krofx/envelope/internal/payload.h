@@ -3,7 +3,7 @@
 #ifndef KROFX_ENVELOPE_INTERNAL_PAYLOAD_H_
 #define KROFX_ENVELOPE_INTERNAL_PAYLOAD_H_
 
-#include "krofx/envelope/internal/routing.h"
+#include "krofx/envelope/internal/side.h"
 #include "krofx/model/data_object.h"
 #include "krofx/model/internal/child_slot.h"
 #include "krofx/model/value_arrays.h"

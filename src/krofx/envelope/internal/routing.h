@@ -6,13 +6,11 @@
 #ifndef KROFX_ENVELOPE_INTERNAL_ROUTING_H_
 #define KROFX_ENVELOPE_INTERNAL_ROUTING_H_
 
+#include "krofx/envelope/internal/side.h"
 #include "krofx/model/data_object.h"
 #include "krofx/model/internal/aggregate.h"
 
 namespace krofx::internal {
-
-/// The two directions, each with tables of its own.
-enum class Side : u8 { kRequest, kResponse };
 
 /// A payload tag and its class.
 struct PayloadRoute {
