@@ -1,6 +1,8 @@
 // Checks what the command line says of an exchange, and carries it out over the transport.
 
 #include "exchange/exchange.h"
+
+#include "banks/bank.h"
 #include "command_line/command_line.h"
 
 #include <algorithm>
@@ -34,6 +36,7 @@ constexpr std::size_t kPinLength = 28;
 constexpr s16 kFirstRootId = 9001;
 constexpr std::size_t kMaxRoots = 999;
 
+constexpr int kUsualTimeout = 60;
 constexpr int kLongestTimeout = 24 * 60 * 60;
 
 bool IsPin(const std::string& text) {
@@ -85,6 +88,14 @@ void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options) {
       .InGroup("Connection");
 }
 
+void FillExchange(ExchangeOptions& options, const Bank& bank) {
+  if (options.url.empty()) options.url = bank.url;
+  if (options.rootFiles.empty()) options.rootFiles = bank.rootFiles;
+  if (options.pins.empty()) options.pins = bank.pins;
+  if (options.timeout == 0) options.timeout = bank.timeout;
+  if (options.proxy.empty()) options.proxy = bank.proxy;
+}
+
 std::string Exchange::GetShownUrl() const { return Url(m_options.url).Shown(); }
 
 // What makes no sense on the command line; empty when all does.
@@ -121,6 +132,7 @@ ExitStatus Exchange::Prepare(Direction direction) {
     Complain(m_options.subcommand, GetShownUrl() + ": " + wrongUse);
     return kExitWrongUse;
   }
+  m_roots.clear();
   for (const std::string& name : m_options.rootFiles) {
     std::string problem;
     std::vector<std::string> roots = ReadCertificates(name, problem);
@@ -136,6 +148,10 @@ ExitStatus Exchange::Prepare(Direction direction) {
   return kExitClean;
 }
 
+int Exchange::GetTimeout() const {
+  return m_options.timeout == 0 ? kUsualTimeout : m_options.timeout;
+}
+
 ExitStatus Exchange::SetUp(VYNNetRequest& request) const {
   s16 id = kFirstRootId;
   for (const std::string& root : m_roots) {
@@ -148,7 +164,7 @@ ExitStatus Exchange::SetUp(VYNNetRequest& request) const {
       return kExitUnusable;
     }
   }
-  request.SetTimeout(m_options.timeout);
+  request.SetTimeout(GetTimeout());
   request.SetSaveHeaders(m_options.headerFile.empty() ? 0 : 1);
   return kExitClean;
 }
@@ -177,7 +193,7 @@ std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
 
 std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlManager& manager,
                                             KRBuffer* body) {
-  ExchangeEnd end{.timeout = m_options.timeout, .ownRoots = !m_roots.empty()};
+  ExchangeEnd end{.timeout = GetTimeout(), .ownRoots = !m_roots.empty()};
   const auto fail = [&] {
     m_exitStatus = Interruption::Came() ? kExitCancelled : ExitStatusOf(end);
     if (!Interruption::Came()) Complain(GetShownUrl(), DescribeExchangeProblem(end));

@@ -18,6 +18,7 @@ class VYNNetRequest;
 namespace krofx::command {
 
 class Subcommand;
+struct Bank;
 
 /// What the command line says of an exchange.
 struct ExchangeOptions {
@@ -25,7 +26,7 @@ struct ExchangeOptions {
   std::string url;
   std::vector<std::string> pins;       ///< IDs of the certificates that the server may show.
   std::vector<std::string> rootFiles;  ///< Files with the roots to trust, in place of the system's.
-  int timeout = 60;                    ///< In seconds.
+  int timeout = 0;                     ///< In seconds; 0 for what is usual.
   std::string proxy;                   ///< URL of the proxy to go through; empty for none.
   std::string headerFile;              ///< Where the reply's headers go; empty for nowhere.
   bool log = false;                    ///< The transport's log goes to standard error.
@@ -34,6 +35,9 @@ struct ExchangeOptions {
 
 /// Adds the options of an exchange, without the URL, to a command line.
 void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options);
+
+/// Takes what a bank says of the connection, where the command line leaves it open.
+void FillExchange(ExchangeOptions& options, const Bank& bank);
 
 /// What an exchange does.
 enum class Direction { kSend, kGet };
@@ -62,6 +66,7 @@ class Exchange {
   std::string FindWrongUse(Direction direction);
   std::unique_ptr<KRBuffer> RunWith(VYNNetAccess& access, const VYNCurlManager& manager,
                                     KRBuffer* body);
+  int GetTimeout() const;
   ExitStatus SetUp(VYNNetRequest& request) const;
 
   const ExchangeOptions& m_options;

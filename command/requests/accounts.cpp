@@ -4,6 +4,7 @@
 #include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
+#include "requests/statement_request.h"
 
 namespace krofx::command {
 
@@ -15,14 +16,18 @@ struct Options {
 };
 
 ExitStatus Request(const Options& options) {
-  RequestMaker maker(options.signOn);
-  auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
-  maker.SetDate("--since", ResolveDay(options.since), *payload, &KRAccountInfoRq::SetDtAcctUp);
-  return maker.Finish(std::move(payload),
-                      maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
+  return RequestAccounts(options.signOn, options.since);
 }
 
 }  // namespace
+
+ExitStatus RequestAccounts(const SignOnOptions& signOn, const std::string& since) {
+  RequestMaker maker(signOn);
+  auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
+  maker.SetDate("--since", ResolveDay(since), *payload, &KRAccountInfoRq::SetDtAcctUp);
+  return maker.Finish(std::move(payload),
+                      maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
+}
 
 void AddAccountsRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
   const Subcommand accounts = parent.Add("accounts", "Ask for the list of accounts");
@@ -30,7 +35,7 @@ void AddAccountsRequest(const Subcommand& parent, const std::shared_ptr<RequestU
   accounts.AddOption("--since", options->since,
                      "Day of the list at hand, as 2026-01-31; without it all is asked for");
   AddSignOnOptions(accounts, options->signOn, use);
-  accounts.OnRun(options, Request);
+  OnRequest(accounts, options, Request);
 }
 
 }  // namespace krofx::command

@@ -1,76 +1,105 @@
 // krofx request investment: asks for the statement of an investment account.
 
 #include "command_line/command_line.h"
+#include "requests/account_choice.h"
 #include "requests/account_options.h"
 #include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
+#include "requests/statement_request.h"
 
 namespace krofx::command {
 
 namespace {
 
-struct Options {
-  SignOnOptions signOn;
-  std::string broker;
-  std::string account;
-  std::string from;
-  std::string to;
+// Which parts of a statement are wanted, beside the transactions.
+struct Parts {
   std::string asOf;
-  bool noTransactions = false;
   bool noOrders = false;
   bool noPositions = false;
   bool noBalances = false;
 };
 
+struct Options {
+  SignOnOptions signOn;
+  std::string broker;
+  std::string account;
+  StatementSpan span;
+  Parts parts;
+};
+
 u16 Unless(bool declined) { return declined ? 0 : 1; }
 
-std::unique_ptr<KRInvAcctFrom> MakeAccount(const Options& options, RequestMaker& maker) {
+std::unique_ptr<KRInvAcctFrom> MakeAccount(const Account& given, RequestMaker& maker) {
   auto account = maker.Make<KRInvAcctFrom>(KRTag_INVACCTFROM);
-  maker.SetText("--broker", options.broker, *account, &KRInvAcctFrom::SetBrokerID,
+  maker.SetText("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
                 &KRInvAcctFrom::GetBrokerID);
-  maker.SetText("--account", options.account, *account, &KRInvAcctFrom::SetAccountID,
+  maker.SetText("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
                 &KRInvAcctFrom::GetAccountID);
   return account;
 }
 
-std::unique_ptr<KRIncPos> MakePositions(const Options& options, RequestMaker& maker) {
+std::unique_ptr<KRIncPos> MakePositions(const Parts& parts, RequestMaker& maker) {
   auto positions = maker.Make<KRIncPos>(KRTag_INCPOS);
-  maker.SetDate("--as-of", ResolveDay(options.asOf), *positions, &KRIncPos::SetDtAsOf);
-  positions->SetInclude(Unless(options.noPositions));
+  maker.SetDate("--as-of", ResolveDay(parts.asOf), *positions, &KRIncPos::SetDtAsOf);
+  positions->SetInclude(Unless(parts.noPositions));
   return positions;
+}
+
+// The account that the options name, or those of the bank that they name.
+std::vector<Account> FindAccounts(const Options& options, RequestMaker& maker) {
+  if (options.signOn.bank.has_value() && options.broker.empty()) {
+    return ChooseAccounts(options.signOn, options.account, StatementKind::kInvestment, maker);
+  }
+  if (options.account.empty()) maker.Fail("--account is required, or a bank, as @harbor");
+  if (options.broker.empty()) maker.Fail("--broker is required, or a bank, as @harbor");
+  return {{AccountKind::kInvestment, options.account, options.broker, "", ""}};
+}
+
+ExitStatus Finish(const std::vector<Account>& accounts, const StatementSpan& span,
+                  const Parts& parts, RequestMaker& maker) {
+  for (const Account& account : accounts) {
+    auto payload = maker.Make<KRInvStmtRq>(KRTag_INVSTMTRQ);
+    payload->SetInvAcctFrom(MakeAccount(account, maker).release());
+    payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
+    payload->SetIncOO(Unless(parts.noOrders));
+    payload->SetIncPos(MakePositions(parts, maker).release());
+    payload->SetIncBal(Unless(parts.noBalances));
+    maker.Add(std::move(payload),
+              maker.GetVersion() == 1 ? KRTag_INVSTMTMSGSRQV1 : KRTag_INVSTMTMSGSRQV2);
+  }
+  return maker.Finish();
 }
 
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
-  auto payload = maker.Make<KRInvStmtRq>(KRTag_INVSTMTRQ);
-  payload->SetInvAcctFrom(MakeAccount(options, maker).release());
-  payload->SetIncTran(MakeSpan(options.from, options.to, !options.noTransactions, maker).release());
-  payload->SetIncOO(Unless(options.noOrders));
-  payload->SetIncPos(MakePositions(options, maker).release());
-  payload->SetIncBal(Unless(options.noBalances));
-  return maker.Finish(std::move(payload),
-                      maker.GetVersion() == 1 ? KRTag_INVSTMTMSGSRQV1 : KRTag_INVSTMTMSGSRQV2);
+  return Finish(FindAccounts(options, maker), options.span, options.parts, maker);
 }
 
 }  // namespace
+
+ExitStatus FinishInvestments(const std::vector<Account>& accounts, const StatementSpan& span,
+                             RequestMaker& maker) {
+  return Finish(accounts, span, {}, maker);
+}
 
 void AddInvestmentRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
   const Subcommand investment =
       parent.Add("investment", "Ask for the statement of an investment account");
   const auto options = std::make_shared<Options>();
-  investment.AddOption("--broker", options->broker, "The broker's ID, often its web name")
-      .Required();
-  investment.AddOption("--account", options->account, "The account's number").Required();
-  investment.AddOption("--from", options->from, "First day of transactions, as 2026-01-31 or -30d");
-  investment.AddOption("--to", options->to, "Last day of transactions");
-  investment.AddOption("--as-of", options->asOf, "The day that positions are wanted of");
-  investment.AddFlag("--no-transactions", options->noTransactions, "Ask for no transactions");
-  investment.AddFlag("--no-orders", options->noOrders, "Ask for no open orders");
-  investment.AddFlag("--no-positions", options->noPositions, "Ask for no positions");
-  investment.AddFlag("--no-balances", options->noBalances, "Ask for no balances");
+  investment.AddOption("--broker", options->broker, "The broker's ID, often its web name");
+  investment.AddOption("--account", options->account,
+                       "The account's number; of a bank's accounts its end will do");
+  investment.AddOption("--from", options->span.from,
+                       "First day of transactions, as 2026-01-31 or -30d");
+  investment.AddOption("--to", options->span.to, "Last day of transactions");
+  investment.AddOption("--as-of", options->parts.asOf, "The day that positions are wanted of");
+  investment.AddFlag("--no-transactions", options->span.noTransactions, "Ask for no transactions");
+  investment.AddFlag("--no-orders", options->parts.noOrders, "Ask for no open orders");
+  investment.AddFlag("--no-positions", options->parts.noPositions, "Ask for no positions");
+  investment.AddFlag("--no-balances", options->parts.noBalances, "Ask for no balances");
   AddSignOnOptions(investment, options->signOn, use);
-  investment.OnRun(options, Request);
+  OnRequest(investment, options, Request);
 }
 
 }  // namespace krofx::command

@@ -86,7 +86,7 @@ void AddMailRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>&
   mail.AddOption("--text", options->text, "The letter, up to 2160 characters").Required();
   mail.AddFlag("--html", options->html, "The letter is HTML");
   AddSignOnOptions(mail, options->signOn, use);
-  mail.OnRun(options, Request);
+  OnRequest(mail, options, Request);
 }
 
 }  // namespace krofx::command

@@ -154,7 +154,7 @@ void AddPaymentRequest(const Subcommand& parent, const std::shared_ptr<RequestUs
   add("--memo", options->memo, "A note to the payee");
   add("--bill", options->bill, "What the bill is called");
   AddSignOnOptions(payment, options->signOn, use);
-  payment.OnRun(options, Request);
+  OnRequest(payment, options, Request);
 }
 
 }  // namespace krofx::command

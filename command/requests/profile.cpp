@@ -32,7 +32,7 @@ void AddProfileRequest(const Subcommand& parent, const std::shared_ptr<RequestUs
   profile.AddOption("--since", options->since,
                     "Day of the profile at hand, as 2026-01-31; without it all is asked for");
   AddSignOnOptions(profile, options->signOn, use);
-  profile.OnRun(options, Request);
+  OnRequest(profile, options, Request);
 }
 
 }  // namespace krofx::command

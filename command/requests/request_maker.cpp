@@ -3,9 +3,12 @@
 
 #include "requests/request_maker.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <ctime>
 
+#include "banks/client_id.h"
+#include "banks/password_command.h"
 #include "input/parsed_file.h"
 #include "output/built_text.h"
 #include "output/characters.h"
@@ -83,24 +86,33 @@ void RequestMaker::RequireCode(const char* option, const std::string& given) {
   Fail(std::string(option) + " " + given + " is not a code of three capital letters, such as ENG");
 }
 
+// What the command line names comes first, then what the bank is described with. A variable that is
+// meant for one bank is not sent to another that has its own.
+std::string RequestMaker::ReadPassword(Password& password) const {
+  if (m_options.passwordFd >= 0) return password.ReadFrom(m_options.passwordFd);
+  if (!m_options.passwordVariable.empty()) {
+    return password.TakeFromEnvironment(m_options.passwordVariable.c_str());
+  }
+  if (m_options.bank.has_value() && !m_options.bank->passwordCommand.empty()) {
+    return ReadFromCommand(m_options.bank->passwordCommand, password);
+  }
+  if (std::getenv(kPasswordVariable) != nullptr) {
+    return password.TakeFromEnvironment(kPasswordVariable);
+  }
+  return password.Ask(m_options.user + " at " + m_options.use->Where(m_options.organisation));
+}
+
 void RequestMaker::AddPassword(KRSignOnRq& signOn) {
   if (IsAnonymous()) {
     signOn.SetUserPass(KRString(kAnonymous));
     return;
   }
-  Password password;
-  std::string problem;
-  if (m_options.passwordFd >= 0) {
-    problem = password.ReadFrom(m_options.passwordFd);
-  } else if (!m_options.passwordVariable.empty()) {
-    problem = password.TakeFromEnvironment(m_options.passwordVariable.c_str());
-  } else if (std::getenv(kPasswordVariable) != nullptr) {
-    problem = password.TakeFromEnvironment(kPasswordVariable);
-  } else {
-    problem = password.Ask(m_options.user + " at " + m_options.use->Where(m_options.organisation));
+  Password& password = *m_options.password;
+  if (*password.Get() == '\0') {
+    const std::string problem = ReadPassword(password);
+    if (password.WasCancelled()) return Fail(kExitCancelled, problem);
+    if (!problem.empty()) return Fail(kExitUnusable, problem);
   }
-  if (password.WasCancelled()) return Fail(kExitCancelled, problem);
-  if (!problem.empty()) return Fail(kExitUnusable, problem);
   KRUserPassword secret;  // Wipes its memory.
   secret = password.Get();
   if (signOn.SetUserPass(secret) != 1) Fail(kExitUnusable, "the password cannot be used");
@@ -128,47 +140,72 @@ std::unique_ptr<KRSignOnRq> RequestMaker::MakeSignOn() {
   return signOn;
 }
 
-std::unique_ptr<KRMessageSetRq> RequestMaker::Wrap(std::unique_ptr<KRTransBase> payload,
-                                                   KRTagID messageSet, KRTagID wrapperTag) {
+void RequestMaker::Add(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
+                       KRTagID wrapperTag) {
   if (wrapperTag == KRTag_None) wrapperTag = KRTransRq::MsgIDToTranWrapper(payload->GetType());
   auto wrapper = Make<KRTransRq>(wrapperTag);
   char id[37] = "";
   KRUtility::GenerateTransactionID(id);
   wrapper->SetTransUserID(id);
   wrapper->SetActualTrans(payload.release());
-  auto set = Make<KRMessageSetRq>(messageSet);
-  set->AppendTrans(wrapper.release());
-  return set;
+  const auto set = std::find_if(m_sets.begin(), m_sets.end(), [messageSet](const auto& each) {
+    return each->GetType() == messageSet;
+  });
+  if (set != m_sets.end()) {
+    (*set)->AppendTrans(wrapper.release());
+    return;
+  }
+  m_sets.push_back(Make<KRMessageSetRq>(messageSet));
+  m_sets.back()->AppendTrans(wrapper.release());
 }
 
 ExitStatus RequestMaker::Finish(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
                                 KRTagID wrapper) {
+  Add(std::move(payload), messageSet, wrapper);
+  return Finish();
+}
+
+ExitStatus RequestMaker::Finish() {
   auto signOn = MakeSignOn();
   if (m_problem.empty()) {
     const ExitStatus prepared = m_options.use->Prepare();
     if (prepared != kExitClean) return prepared;
     AddPassword(*signOn);
   }
-  KRBuffer text(4096, 4096);
+  auto text = std::make_unique<KRBuffer>(4096, 4096);
   if (m_problem.empty()) {
     auto first =
         Make<KRMessageSetRq>(GetVersion() == 1 ? KRTag_SIGNONMSGSRQV1 : KRTag_SIGNONMSGSRQV2);
     first->SetSignOnRq(signOn.release());
     auto request = Make<KRRequest>(KRTag_OFX);
     request->AppendMessageSet(first.release());
-    request->AppendMessageSet(Wrap(std::move(payload), messageSet, wrapper).release());
+    for (auto& set : m_sets) request->AppendMessageSet(set.release());
     KRFileRq file;
     file.AddDefaultOFXHeaders(GetVersion());
     file.AppendRequest(request.release());
-    const std::string problem = BuildText(file, true, text);
+    const std::string problem = BuildText(file, true, *text);
     if (!problem.empty()) Fail(kExitUnusable, problem);
   }
-  if (m_problem.empty()) {
-    if (!m_order.empty()) Complain(m_options.subcommand, m_order);
-    return m_options.use->Use(text);
-  }
+  if (m_problem.empty()) return HandOver(std::move(text));
   Complain(m_options.subcommand, m_problem);
   return m_exitStatus;
+}
+
+ExitStatus RequestMaker::HandOver(std::unique_ptr<KRBuffer> text) {
+  const bool sendsId = m_options.bank.has_value() && !IsAnonymous() &&
+                       (m_options.bank->makesClientId || !m_options.bank->clientId.empty());
+  if (sendsId) {
+    std::string problem;
+    const std::string id = ClientIdOf(*m_options.bank, problem);
+    if (problem.empty()) text = WithClientId(*text, id);
+    if (text == nullptr) problem = "not enough memory for the request";
+    if (!problem.empty()) {
+      Complain(m_options.subcommand, problem);
+      return kExitUnusable;
+    }
+  }
+  if (!m_order.empty()) Complain(m_options.subcommand, m_order);
+  return m_options.use->Use(*text);
 }
 
 }  // namespace krofx::command

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "exit_status.h"
 #include "krofx/krofx.h"
@@ -66,10 +67,13 @@ class RequestMaker {
   /// Says what the request orders, which is shown before it is written or sent.
   void SetOrder(std::string order) { m_order = std::move(order); }
 
-  /// Puts a payload into its wrapper and message set, adds the sign-on with the password, and hands
-  /// the text to its use.
+  /// Puts a payload into its wrapper and message set. Payloads of the same set share it.
   /// @param wrapper the wrapper's tag, for payloads that do not determine it.
+  void Add(std::unique_ptr<KRTransBase> payload, KRTagID messageSet, KRTagID wrapper = KRTag_None);
+  /// Adds the sign-on with the password, and hands the text to its use.
   /// @return the use's exit status, or another one after a complaint.
+  ExitStatus Finish();
+  /// Both, for a request with one payload.
   ExitStatus Finish(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
                     KRTagID wrapper = KRTag_None);
 
@@ -83,14 +87,15 @@ class RequestMaker {
 
   void RequireCode(const char* option, const std::string& given);
   std::unique_ptr<KRSignOnRq> MakeSignOn();
-  std::unique_ptr<KRMessageSetRq> Wrap(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
-                                       KRTagID wrapper);
+  std::string ReadPassword(Password& password) const;
+  ExitStatus HandOver(std::unique_ptr<KRBuffer> text);
   bool IsAnonymous() const { return m_options.mayBeAnonymous && m_options.user.empty(); }
   void AddPassword(KRSignOnRq& signOn);
 
   const SignOnOptions& m_options;
   std::string m_problem;
   std::string m_order;
+  std::vector<std::unique_ptr<KRMessageSetRq>> m_sets;
   ExitStatus m_exitStatus = kExitClean;
 };
 

@@ -5,7 +5,9 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "banks/bank.h"
 #include "exit_status.h"
 
 class KRBuffer;
@@ -13,6 +15,7 @@ class KRBuffer;
 namespace krofx::command {
 
 class Subcommand;
+struct SignOnOptions;
 
 /// What becomes of a request once it is made: it is written to a file, or sent.
 class RequestUse {
@@ -25,6 +28,13 @@ class RequestUse {
   /// Finds out, before the password is asked for, whether the request will be usable.
   /// @return kExitClean, or another exit status after a complaint.
   virtual ExitStatus Prepare() = 0;
+  /// Takes what a bank says of the connection, where the command line leaves it open.
+  virtual void TakeBank(const Bank&) {}
+  /// The option that is missing on the command line, or an empty text.
+  virtual std::string FindMissing() const { return ""; }
+  /// Asks the institution for the user's accounts there.
+  /// @return empty when there are none, or this use has no institution to ask.
+  virtual std::vector<Account> ListAccounts(const SignOnOptions&) { return {}; }
   /// Where the request goes, as a prompt says it.
   /// @param institution the institution's name.
   virtual std::string Where(const std::string& institution) const { return institution; }

@@ -4,7 +4,9 @@
 
 #include <climits>
 
+#include "banks/bank_file.h"
 #include "command_line/command_line.h"
+#include "output/messages.h"
 
 namespace krofx::command {
 
@@ -13,7 +15,64 @@ namespace {
 // OFX gives the version of an application four digits.
 constexpr int kMostApplicationVersion = 9999;
 
+constexpr int kUsualApplicationVersion = 100;
+
+void FillIfEmpty(std::string& text, const std::string& other) {
+  if (text.empty()) text = other;
+}
+
+ExitStatus TakeNamedBank(SignOnOptions& options) {
+  if (!options.bankName.starts_with('@')) {
+    // It may be a secret and is not repeated.
+    Complain(options.subcommand, "there is an argument too many; a bank is named as @harbor");
+    return kExitWrongUse;
+  }
+  const BankList list = ReadBanks();
+  if (!list.problem.empty()) {
+    Complain(options.subcommand, list.problem);
+    return kExitUnusable;
+  }
+  std::string problem;
+  const Bank* const bank = FindBank(list, options.bankName, problem);
+  if (bank == nullptr) {
+    Complain(options.subcommand, problem);
+    return kExitWrongUse;
+  }
+  FillSignOn(options, *bank);
+  return kExitClean;
+}
+
 }  // namespace
+
+void FillSignOn(SignOnOptions& options, const Bank& bank) {
+  options.bank = bank;
+  FillIfEmpty(options.organisation, bank.organisation);
+  FillIfEmpty(options.institutionId, bank.institutionId);
+  FillIfEmpty(options.user, bank.user);
+  FillIfEmpty(options.applicationId, bank.applicationId);
+  if (options.applicationVersion == 0) options.applicationVersion = bank.applicationVersion;
+  FillIfEmpty(options.language, bank.language);
+  FillIfEmpty(options.country, bank.country);
+  options.secondVersion |= bank.version == 2;
+  options.use->TakeBank(bank);
+}
+
+ExitStatus CompleteSignOn(SignOnOptions& options) {
+  if (!options.bankName.empty()) {
+    const ExitStatus taken = TakeNamedBank(options);
+    if (taken != kExitClean) return taken;
+  }
+  FillIfEmpty(options.applicationId, "KROFX");
+  if (options.applicationVersion == 0) options.applicationVersion = kUsualApplicationVersion;
+  FillIfEmpty(options.language, "ENG");
+  std::string missing = options.use->FindMissing();
+  if (options.user.empty() && !options.mayBeAnonymous) missing = "--user";
+  if (options.organisation.empty()) missing = "--org";
+  if (missing.empty()) return kExitClean;
+  Complain(options.subcommand, missing + " is required, or a bank, as @harbor; see \"krofx " +
+                                   options.subcommand + " --help\"");
+  return kExitWrongUse;
+}
 
 void AddSignOnOptions(const Subcommand& request, SignOnOptions& options,
                       const std::shared_ptr<RequestUse>& use) {
@@ -23,13 +82,14 @@ void AddSignOnOptions(const Subcommand& request, SignOnOptions& options,
   const auto add = [&](const char* name, std::string& value, const char* help) {
     return request.AddOption(name, value, help).InGroup(kGroup);
   };
-  add("--org", options.organisation, "The institution's name in OFX").Required();
+  request.AddOption("BANK", options.bankName,
+                    "A bank of \"krofx bank list\", as @harbor; else --org and --user");
+  add("--org", options.organisation, "The institution's name in OFX");
   add("--fid", options.institutionId, "The institution's number in OFX");
   add("--user", options.user,
       options.mayBeAnonymous ? "The user's name at the institution; without it the sign-on is "
                                "anonymous"
-                             : "The user's name at the institution")
-      .Required(!options.mayBeAnonymous);
+                             : "The user's name at the institution");
   add("--app-id", options.applicationId, "Name of the application, up to 5 characters");
   request
       .AddNumber("--app-version", options.applicationVersion, 1, kMostApplicationVersion,
@@ -48,9 +108,10 @@ void AddSignOnOptions(const Subcommand& request, SignOnOptions& options,
   use->AddOptions(request);
   request.SetFooter(
       std::string(
-          "The password comes from --password-fd, from --password-env, from the variable\n"
-          "KROFX_PASSWORD, or from a prompt, in this order; there is no option for it, since\n"
-          "everybody on the machine can see the arguments of a command.\n") +
+          "The password comes from --password-fd, from --password-env, from what is described for\n"
+          "the bank (keyring, password-command), from the variable KROFX_PASSWORD, or from a\n"
+          "prompt, in this order; there is no option for it, since everybody on the machine can\n"
+          "see the arguments of a command.\n") +
       use->GetFooter());
 }
 

@@ -4,7 +4,13 @@
 #define KROFX_COMMAND_REQUESTS_SIGN_ON_OPTIONS_H_
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
+
+#include "banks/bank.h"
+#include "command_line/command_line.h"
+#include "requests/password.h"
 
 #include "requests/request_use.h"
 
@@ -12,24 +18,52 @@ namespace krofx::command {
 
 /// What the command line says of a sign-on, and what becomes of the request.
 struct SignOnOptions {
-  std::string subcommand;  ///< What messages call the request, such as "request transfer".
+  std::string subcommand;    ///< What messages call the request, such as "request transfer".
+  std::string bankName;      ///< "@" and the name of one of the user's banks; may be empty.
+  std::optional<Bank> bank;  ///< That bank.
   std::string organisation;
   std::string institutionId;
   std::string user;
-  std::string applicationId = "KROFX";
-  int applicationVersion = 100;
-  std::string language = "ENG";
+  std::string applicationId;
+  int applicationVersion = 0;
+  std::string language;
   std::string country;
   bool secondVersion = false;
   int passwordFd = -1;
   std::string passwordVariable;
   bool mayBeAnonymous = false;  ///< Without a user the sign-on is anonymous.
+  /// Read when it is first needed, and kept for the requests to the same bank that follow.
+  std::shared_ptr<Password> password = std::make_shared<Password>();
   std::shared_ptr<RequestUse> use;
 };
+
+/// Takes what the command line leaves open from the bank that it names, and from what is usual.
+/// @return kExitClean, or another exit status after a complaint that something is missing.
+ExitStatus CompleteSignOn(SignOnOptions& options);
+/// The same for a bank that is at hand.
+void FillSignOn(SignOnOptions& options, const Bank& bank);
 
 /// Adds the options of the sign-on, and those of the use, to a request's command line.
 void AddSignOnOptions(const Subcommand& request, SignOnOptions& options,
                       const std::shared_ptr<RequestUse>& use);
+
+/// Says what runs when this request is asked for: a function of its options, whose sign-on is
+/// complete by then.
+template <class Options>
+void OnRequest(const Subcommand& request, const std::shared_ptr<Options>& options,
+               ExitStatus (*run)(const Options&)) {
+  struct Call final : Action {
+    Call(std::shared_ptr<Options> given, ExitStatus (*function)(const Options&))
+        : kept(std::move(given)), called(function) {}
+    ExitStatus Run() override {
+      const ExitStatus complete = CompleteSignOn(kept->signOn);
+      return complete == kExitClean ? called(*kept) : complete;
+    }
+    std::shared_ptr<Options> kept;
+    ExitStatus (*called)(const Options&);
+  };
+  request.OnRun(std::make_unique<Call>(options, run));
+}
 
 }  // namespace krofx::command
 

@@ -94,7 +94,7 @@ void AddStopCheckRequest(const Subcommand& parent, const std::shared_ptr<Request
   stop.AddOption("--amount", options->amount, "The amount on it, as 12.50").Needs(payee);
   for (const char* const name : {"--account", "--bank"}) stop.GetOption(name).Required();
   AddSignOnOptions(stop, options->signOn, use);
-  stop.OnRun(options, Request);
+  OnRequest(stop, options, Request);
 }
 
 }  // namespace krofx::command

@@ -162,7 +162,7 @@ void AddTransferRequest(const Subcommand& parent, const std::shared_ptr<RequestU
                  "How many times; without it there is no end")
       .Needs(every);
   AddSignOnOptions(transfer, options->signOn, use);
-  transfer.OnRun(options, Request);
+  OnRequest(transfer, options, Request);
 }
 
 }  // namespace krofx::command

@@ -5,7 +5,7 @@
 #include "command_line/command_line.h"
 #include "exchange/exchange.h"
 #include "exchange/refusals.h"
-#include "exchange/url.h"
+#include "exchange/reply_keeper.h"
 #include "output/messages.h"
 #include "output/output_file.h"
 #include "requests/request_maker.h"
@@ -23,7 +23,7 @@ constexpr AddRequestKind kRequests[] = {AddStatementRequest, AddInvestmentReques
 class SendRequest : public RequestUse {
  public:
   void AddOptions(const Subcommand& request) override {
-    request.AddOption("--url", m_options.url, "The institution's address").Required();
+    request.AddOption("--url", m_options.url, "The institution's address");
     request.AddOption("--save-reply", m_replyFile, "File to save the reply's text in");
     AddExchangeOptions(request, m_options);
     AddPrintOptions(request, m_form);
@@ -41,7 +41,15 @@ class SendRequest : public RequestUse {
   }
 
   std::string Where(const std::string& institution) const override {
-    return institution + " (" + Url(m_options.url).host + ")";
+    return NameServer(institution, m_options.url);
+  }
+  void TakeBank(const Bank& bank) override { FillExchange(m_options, bank); }
+  std::string FindMissing() const override { return m_options.url.empty() ? "--url" : ""; }
+
+  std::vector<Account> ListAccounts(const SignOnOptions& signOn) override {
+    std::vector<Account> accounts;
+    AskForAccounts(signOn, m_options, accounts);
+    return accounts;
   }
 
   ExitStatus Use(KRBuffer& text) override {

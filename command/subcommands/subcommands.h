@@ -18,6 +18,7 @@ void AddCertID(const Subcommand& command);
 void AddSend(const Subcommand& command);
 void AddGet(const Subcommand& command);
 void AddFetch(const Subcommand& command);
+void AddBank(const Subcommand& command);
 
 }  // namespace krofx::command
 

@@ -1,0 +1,19 @@
+// The accounts that an institution lists.
+
+#ifndef KROFX_COMMAND_BANKS_ACCOUNT_LIST_H_
+#define KROFX_COMMAND_BANKS_ACCOUNT_LIST_H_
+
+#include <vector>
+
+#include "banks/bank.h"
+
+namespace krofx::command {
+
+class ParsedFile;
+
+/// The bank, card and investment accounts that a reply lists, in its order, each once.
+std::vector<Account> AccountsIn(const ParsedFile& reply);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_BANKS_ACCOUNT_LIST_H_

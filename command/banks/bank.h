@@ -1,0 +1,54 @@
+// A bank of the user, as the file of banks describes it.
+
+#ifndef KROFX_COMMAND_BANKS_BANK_H_
+#define KROFX_COMMAND_BANKS_BANK_H_
+
+#include <string>
+#include <vector>
+
+namespace krofx::command {
+
+/// What an account is.
+enum class AccountKind { kBank, kCard, kInvestment };
+
+/// An account of the user.
+struct Account {
+  AccountKind kind = AccountKind::kBank;
+  std::string number;
+  std::string bank;  ///< The bank's routing number, or the broker's ID; empty for a card.
+  std::string branch;
+  std::string type;  ///< Of a bank account, such as CHECKING.
+
+  bool operator==(const Account&) const = default;
+};
+
+/// An institution, and how it is asked. What is empty or 0 is not given.
+struct Bank {
+  std::string name;  ///< By which the command line names it, after "@".
+  std::string url;
+  std::string organisation;
+  std::string institutionId;
+  std::string user;
+  std::string passwordCommand;  ///< A command of the shell that prints the password.
+  bool keyring = false;         ///< The password is in the keyring of the desktop.
+  std::string clientId;         ///< The client identifier that is sent.
+  bool makesClientId = false;   ///< One is made when it is first needed, and kept.
+  int version = 0;              ///< Of the message sets: 1 or 2; 0 for what the profile offers.
+  std::vector<std::string> rootFiles;
+  std::vector<std::string> pins;
+  std::string proxy;
+  int timeout = 0;
+  std::string applicationId;
+  int applicationVersion = 0;
+  std::string language;
+  std::string country;
+  std::vector<Account> accounts;
+  int line = 0;  ///< Where the file describes it, from 1.
+};
+
+/// Whether the text can be the name of a bank: letters, digits, "-" and "_", and a letter first.
+bool IsBankName(const std::string& text);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_BANKS_BANK_H_

@@ -1,0 +1,19 @@
+// A password from a program that the user named, such as a manager of passwords.
+
+#ifndef KROFX_COMMAND_BANKS_PASSWORD_COMMAND_H_
+#define KROFX_COMMAND_BANKS_PASSWORD_COMMAND_H_
+
+#include <string>
+
+namespace krofx::command {
+
+class Password;
+
+/// Runs a command of the shell, and takes the first line that it prints. What it writes on standard
+/// error is shown as it is; the line is not.
+/// @return empty, or what went wrong.
+std::string ReadFromCommand(const std::string& command, Password& password);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_BANKS_PASSWORD_COMMAND_H_

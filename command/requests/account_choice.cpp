@@ -1,0 +1,56 @@
+// Finds accounts by the ends of their numbers.
+
+#include "requests/account_choice.h"
+
+#include "output/masking.h"
+#include "requests/request_maker.h"
+
+namespace krofx::command {
+
+BankAccountOptions ToOptions(const Account& account) {
+  BankAccountOptions options;
+  options.account = account.number;
+  options.bank = account.bank;
+  options.branch = account.branch;
+  if (!account.type.empty()) options.type = account.type;
+  return options;
+}
+
+std::string NameOf(const Account& account) {
+  if (account.kind == AccountKind::kCard)
+    return "card " + Masked(account.number, Disclosure::kCard);
+  return account.kind == AccountKind::kInvestment ? account.number + " at " + account.bank
+                                                  : account.number + " " + account.type;
+}
+
+std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::string& number,
+                                    StatementKind kind, RequestMaker& maker) {
+  std::vector<Account> all = signOn.bank->accounts;
+  if (all.empty()) all = signOn.use->ListAccounts(signOn);
+  std::vector<Account> found;
+  std::string others;
+  for (const Account& account : all) {
+    if ((account.kind == AccountKind::kInvestment) != (kind == StatementKind::kInvestment))
+      continue;
+    if (account.number.ends_with(number)) {
+      found.push_back(account);
+    } else {
+      others += (others.empty() ? "" : ", ") + NameOf(account);
+    }
+  }
+  const std::string& bank = signOn.bank->name;
+  if (found.empty()) {
+    maker.Fail(others.empty()
+                   ? "no such account of " + bank +
+                         " is known; name one with all its options, or list them with "
+                         "\"krofx bank check " +
+                         bank + " --add-accounts\""
+                   : bank + " has no account that ends in " + number + "; it has " + others);
+  } else if (found.size() > 1 && !number.empty()) {
+    maker.Fail(bank + " has several accounts that end in " + number + ": " + NameOf(found[0]) +
+               ", " + NameOf(found[1]));
+  }
+  return found;
+}
+
+}  // namespace krofx::command

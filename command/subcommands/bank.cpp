@@ -1,0 +1,247 @@
+// krofx bank: the user's banks, by the names that other subcommands take after "@".
+
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+#include "banks/bank_file.h"
+#include "banks/places.h"
+#include "command_line/command_line.h"
+#include "exchange/reply_keeper.h"
+#include "exchange/url.h"
+#include "output/messages.h"
+#include "output/safe_text.h"
+#include "requests/account_choice.h"
+#include "requests/sign_on_options.h"
+#include "subcommands/subcommands.h"
+
+namespace krofx::command {
+
+namespace {
+
+struct AddOptions {
+  Bank bank;
+  Account account;
+  bool card = false;
+  std::string broker;
+};
+
+struct NameOptions {
+  std::string name;
+  bool addAccounts = false;
+};
+
+ExitStatus Fail(const char* subcommand, const std::string& problem, ExitStatus exitStatus) {
+  Complain(subcommand, problem);
+  return exitStatus;
+}
+
+// The bank of that name, or null after a complaint.
+const Bank* Find(const char* subcommand, const BankList& list, const std::string& name) {
+  std::string problem = list.problem;
+  const Bank* const bank = problem.empty() ? FindBank(list, name, problem) : nullptr;
+  if (bank == nullptr) Complain(subcommand, problem);
+  return bank;
+}
+
+// The status of a bank that Find does not find.
+ExitStatus NotFound(const BankList& list) {
+  return list.problem.empty() ? kExitWrongUse : kExitUnusable;
+}
+
+ExitStatus Add(const AddOptions& options) {
+  Bank bank = options.bank;
+  if (bank.name.starts_with('@')) bank.name.erase(0, 1);
+  if (!IsBankName(bank.name)) {
+    return Fail("bank add", "a bank's name has letters, digits, - and _, and begins with a letter",
+                kExitWrongUse);
+  }
+  const BankList list = ReadBanks();
+  if (!list.problem.empty()) return Fail("bank add", list.problem, kExitUnusable);
+  std::string ignored;
+  if (FindBank(list, bank.name, ignored) != nullptr) {
+    return Fail("bank add",
+                "there is a bank " + bank.name +
+                    " already; remove it first with \"krofx bank "
+                    "remove " +
+                    bank.name + "\", or edit " + BanksFile(),
+                kExitUnusable);
+  }
+  for (std::string& file : bank.rootFiles) file = std::filesystem::absolute(file).string();
+  if (!options.account.number.empty()) {
+    Account account = options.account;
+    if (options.card) account.kind = AccountKind::kCard;
+    if (!options.broker.empty()) {
+      account.kind = AccountKind::kInvestment;
+      account.bank = options.broker;
+    }
+    bank.accounts.push_back(account);
+  }
+  const std::string problem = AddToBanks(TextOf(bank));
+  if (!problem.empty()) return Fail("bank add", problem, kExitUnusable);
+  Complain("bank add", bank.name + " is added to " + BanksFile() +
+                           "; try it with \"krofx bank check " + bank.name + "\"");
+  return kExitClean;
+}
+
+ExitStatus List(const NameOptions&) {
+  const BankList list = ReadBanks();
+  if (!list.problem.empty()) return Fail("bank list", list.problem, kExitUnusable);
+  if (list.banks.empty()) {
+    Complain("bank list", "no bank is known; add one with \"krofx bank add\"");
+  }
+  std::string text;
+  std::size_t width = 0;
+  for (const Bank& bank : list.banks) width = std::max(width, bank.name.size());
+  for (const Bank& bank : list.banks) {
+    text += bank.name + std::string(width - bank.name.size(), ' ') + "  " +
+            SafeLine(bank.organisation) + "  " + SafeLine(Url(bank.url).Shown()) + "  " +
+            SafeLine(bank.user) + "\n";
+  }
+  return WriteStandardOutput(text);
+}
+
+std::string DescribePasswordSource(const Bank& bank) {
+  if (!bank.passwordCommand.empty()) return "from password-command";
+  return bank.keyring ? "in the keyring" : "asked for";
+}
+
+ExitStatus Show(const NameOptions& options) {
+  const BankList list = ReadBanks();
+  const Bank* const bank = Find("bank show", list, options.name);
+  if (bank == nullptr) return NotFound(list);
+  std::string text = bank->name + "\n";
+  const auto add = [&text](const std::string& label, const std::string& value) {
+    if (!value.empty())
+      text += "  " + label + std::string(13 - label.size(), ' ') + SafeLine(value) + "\n";
+  };
+  add("institution", bank->organisation);
+  add("number", bank->institutionId);
+  add("address", Url(bank->url).Shown());
+  add("user", bank->user);
+  add("password", DescribePasswordSource(*bank));
+  for (const Account& account : bank->accounts) add("account", NameOf(account));
+  return WriteStandardOutput(text);
+}
+
+ExitStatus Remove(const NameOptions& options) {
+  const BankList list = ReadBanks();
+  const Bank* const bank = Find("bank remove", list, options.name);
+  if (bank == nullptr) return NotFound(list);
+  const std::string problem = RemoveFromBanks(bank->name);
+  if (!problem.empty()) return Fail("bank remove", problem, kExitUnusable);
+  Complain("bank remove", bank->name + " is no longer in " + BanksFile());
+  return kExitClean;
+}
+
+// Lists what the institution has, and adds what the file lacks of it when that is wanted.
+ExitStatus CompareAccounts(const Bank& bank, const std::vector<Account>& accounts,
+                           bool addAccounts) {
+  std::string text = bank.name + ": the sign-on works; " + std::to_string(accounts.size()) +
+                     (accounts.size() == 1 ? " account\n" : " accounts\n");
+  std::string missing;
+  std::size_t count = 0;
+  for (const Account& account : accounts) {
+    const bool known =
+        std::find(bank.accounts.begin(), bank.accounts.end(), account) != bank.accounts.end();
+    text += "  " + SafeLine(NameOf(account)) +
+            (known         ? ""
+             : addAccounts ? "  (added)"
+                           : "  (not in banks.toml)") +
+            "\n";
+    if (known) continue;
+    missing += TextOf(bank.name, account);
+    ++count;
+  }
+  if (count > 0 && addAccounts) {
+    const std::string problem = AddToBanks(missing);
+    if (!problem.empty()) return Fail("bank check", problem, kExitUnusable);
+  }
+  return WriteStandardOutput(text);
+}
+
+ExitStatus Check(const NameOptions& options) {
+  const BankList list = ReadBanks();
+  const Bank* const bank = Find("bank check", list, options.name);
+  if (bank == nullptr) return NotFound(list);
+  ExchangeOptions exchange;
+  exchange.subcommand = "bank check";
+  SignOnOptions signOn;
+  signOn.subcommand = "bank check";
+  signOn.use = std::make_shared<ReplyKeeper>(exchange);
+  FillSignOn(signOn, *bank);
+  const ExitStatus complete = CompleteSignOn(signOn);
+  if (complete != kExitClean) return complete;
+  FillExchange(exchange, *bank);
+  std::vector<Account> accounts;
+  const ExitStatus asked = AskForAccounts(signOn, exchange, accounts);
+  if (asked != kExitClean) return asked;
+  return CompareAccounts(*bank, accounts, options.addAccounts);
+}
+
+void AddAdd(const Subcommand& parent) {
+  const Subcommand add = parent.Add("add", "Add a bank");
+  const auto options = std::make_shared<AddOptions>();
+  Bank& bank = options->bank;
+  const auto text = [&](const char* name, auto& value, const char* help) {
+    return add.AddOption(name, value, help);
+  };
+  text("NAME", bank.name, "What you call it, such as harbor").Required();
+  text("--url", bank.url, "The institution's address").Required();
+  text("--org", bank.organisation, "The institution's name in OFX").Required();
+  text("--fid", bank.institutionId, "The institution's number in OFX");
+  text("--user", bank.user, "Your name there").Required();
+  const Option command = text("--password-command", bank.passwordCommand,
+                              "A command that prints the password, as \"pass show harbor\"");
+  (void)command;
+  add.AddFlag("--client-id", bank.makesClientId, "Make a client identifier, and send it");
+  add.AddNumber("--version", bank.version, 1, 2, "The version of its message sets");
+  text("--root", bank.rootFiles, "File with certificates to trust, and no others")
+      .OneValueEachTime();
+  text("--pin", bank.pins, "ID of the certificate that its server may show").OneValueEachTime();
+  text("--proxy", bank.proxy, "Proxy to go through");
+  add.AddNumber("--timeout", bank.timeout, 1, 24 * 60 * 60, "Seconds that an exchange may take");
+  text("--account", options->account.number, "The number of an account there")
+      .InGroup("An account; \"krofx bank check NAME --add-accounts\" adds those that there are");
+  const char* const group =
+      "An account; \"krofx bank check NAME --add-accounts\" adds those that there are";
+  const Option account = add.GetOption("--account");
+  const Option routing = text("--bank", options->account.bank, "Its bank's routing number");
+  const Option card = add.AddFlag("--card", options->card, "It is a card");
+  const Option broker = text("--broker", options->broker, "Or its broker's ID");
+  for (const Option& each :
+       {routing, card, broker, text("--branch", options->account.branch, "Its branch"),
+        text("--type", options->account.type,
+             "CHECKING (the default), SAVINGS, MONEYMRKT, "
+             "CREDITLINE")}) {
+    each.Needs(account).InGroup(group);
+  }
+  add.OnRun(options, Add);
+}
+
+Subcommand AddNamed(const Subcommand& parent, const char* name, const char* purpose,
+                    ExitStatus (*run)(const NameOptions&)) {
+  const Subcommand command = parent.Add(name, purpose);
+  const auto options = std::make_shared<NameOptions>();
+  if (run != List) command.AddOption("NAME", options->name, "The bank's name").Required();
+  if (run == Check) {
+    command.AddFlag("--add-accounts", options->addAccounts, "Add the accounts that it lists");
+  }
+  command.OnRun(options, run);
+  return command;
+}
+
+}  // namespace
+
+void AddBank(const Subcommand& parent) {
+  const Subcommand bank = parent.Add("bank", "Your banks by name, for \"krofx fetch WHAT @NAME\"");
+  bank.RequireSubcommand();
+  AddAdd(bank);
+  AddNamed(bank, "list", "List the banks", List);
+  AddNamed(bank, "show", "Show what is known of a bank", Show);
+  AddNamed(bank, "check", "Sign on to a bank, and list its accounts", Check);
+  AddNamed(bank, "remove", "Forget a bank", Remove);
+  bank.SetFooter("The banks are in banks.toml, which you can edit; \"man krofx\" says where.");
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,12 @@
+# Banks of one's own for tests of the command. Sourced after runner.sh.
+# shellcheck shell=bash
+export HOME=$work/home XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state XDG_CACHE_HOME=$work/cache
+# shellcheck disable=SC2034
+banks=$XDG_CONFIG_HOME/krofx/banks.toml
+
+# Writes the file of banks from standard input.
+write_banks() {
+  mkdir -p "${banks%/*}"
+  cat >"$banks"
+  chmod 600 "$banks"
+}

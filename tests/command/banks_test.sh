@@ -1,0 +1,182 @@
+#!/usr/bin/env bash
+# Banks by name: `krofx bank`, and what `@NAME` takes from the file of banks.
+here=$(cd "$(dirname "$0")" && pwd)
+source "$here/runner.sh" "$@"
+source "$here/servers.sh"
+source "$here/banks.sh"
+start "$3" --ca-file "$work/ca.pem"
+
+# No bank, and none that can be.
+expect 0 bank list
+has err 'no bank is known; add one with "krofx bank add"'
+expect 64 fetch statement @harbor
+has err 'krofx: fetch statement: there is no bank harbor; none is known'
+expect 64 fetch statement hunter2
+has err 'there is an argument too many; a bank is named as @harbor'
+lacks err hunter2
+for name in '' 7bank 'a b' a.b; do
+  expect 64 bank add "$name" --url "$url" --org O --user u
+done
+expect 64 bank add harbor --url "$url" --org O
+[ ! -e "$banks" ] || fail 'a file of banks without banks'
+
+# Added, listed, shown.
+printf '#!/bin/sh\necho not-a-real-password\necho a second line\n' >secret
+chmod +x secret
+add=(bank add harbor --url "$url" --org HARBORFED --fid 40711 --user ada.w --root ca.pem)
+expect 0 "${add[@]}" --password-command "$work/secret" --client-id
+has err 'harbor is added'
+[ "$(stat -c %a "$banks")" = 600 ] || fail 'others can read the file of banks'
+[ "$(stat -c %a "${banks%/*}")" = 700 ] || fail 'others can enter the folder of banks'
+lacks "$banks" not-a-real-password
+expect 2 "${add[@]}"
+has err 'there is a bank harbor already'
+expect 0 bank add other --url https://other.example/ofx --org "O \"quoted\" \\ & co" --user bob \
+  --account 12 --bank 34 --type SAVINGS
+expect 0 bank list
+has out "harbor  HARBORFED  $url  ada.w"
+has out 'other   O "quoted" \ & co  https://other.example/ofx  bob'
+expect 0 bank show @other
+has out '12 SAVINGS'
+has out 'asked for'
+expect 0 bank show harbor
+has out 'from password-command'
+expect 64 bank show habor
+has err 'there is no bank habor; did you mean harbor?'
+
+# Checked, and its accounts added.
+expect 0 bank check harbor
+has out 'harbor: the sign-on works; 4 accounts'
+has out '00718220946 CHECKING  (not in banks.toml)'
+has out 'card ************4410'
+lacks out 5500111122224410
+lacks "$banks" 00718220946
+# Without accounts in the file the institution is asked for them.
+expect 0 fetch statement @harbor --account 0946
+has out 'PINE & OAK BOOKS'
+expect 0 bank check harbor --add-accounts
+expect 0 bank check harbor
+lacks out 'not in banks.toml'
+
+# Statements: of all accounts, of one by the end of its number, of some days.
+expect 0 fetch statement @harbor --json
+[ "$(grep -c '"kind": "bank-statement"' out)" -eq 2 ] || fail 'not both bank accounts'
+has out '"kind": "card-statement"'
+expect 0 fetch statement @harbor --account 0946 --from 2026-01-01 --csv
+has out 'PINE & OAK BOOKS'
+lacks out 'TWO RIVERS DINER'
+lacks out 'NORTHSIDE HARDWARE'
+expect 0 fetch statement @harbor --account 4410
+has out 'NORTHSIDE HARDWARE'
+lacks out 'PINE & OAK BOOKS'
+expect 0 fetch investment @harbor
+has out 'Monthly plan'
+expect 0 fetch accounts @harbor
+expect 0 fetch profile @harbor
+for version in '' --v2; do
+  # shellcheck disable=SC2086
+  expect 0 fetch statement @harbor --account 0946 $version
+done
+expect 64 fetch statement @harbor --account 777
+has err 'harbor has no account that ends in 777; it has 00718220946 CHECKING'
+expect 64 fetch investment @harbor --account 0946
+expect 64 fetch statement @habor
+has err 'did you mean harbor?'
+# What the command line says comes first.
+expect 5 fetch statement @harbor --account 0946 --user grace.h
+SECRET=wrong expect 5 fetch statement @harbor --account 0946 --password-env SECRET
+SECRET=wrong-password expect 5 fetch statement @harbor --account 0946 --password-env SECRET
+KROFX_PASSWORD=of-another-bank expect 0 fetch statement @harbor --account 0946
+# Requests are made for named banks too.
+expect 0 request statement @harbor
+has out '<ACCTID>00718220954'
+has out '<CCSTMTTRNRQ>'
+has out '<USERPASS>not-a-real-password'
+expect 0 request transfer @harbor --account 1 --bank 2 --to-card 3 --amount 4
+lacks err not-a-real-password
+
+# The client identifier is made once, kept for the user alone, and sent after the application.
+identifier=$(cat "$XDG_STATE_HOME/krofx/client-ids/harbor")
+[ "${#identifier}" -eq 36 ] || fail "a client identifier of ${#identifier} characters"
+[ "$(stat -c %a "$XDG_STATE_HOME/krofx/client-ids/harbor")" = 600 ] || fail 'others can read it'
+expect 0 request accounts @harbor
+[ "$(grep -A1 '<APPVER>' out | tail -n 1)" = "<CLIENTUID>$identifier" ] || fail 'not sent in its place'
+has out 'VERSION:103'
+cp out identified.ofx
+"$krofx" check identified.ofx >out 2>err
+[ $? -le 1 ] || fail 'a request with a client identifier cannot be read'
+expect 0 request profile @harbor
+has out "$identifier"
+expect 0 request accounts @other --password-fd 0 <<<pw-of-bob
+lacks out CLIENTUID
+has out 'VERSION:102'
+
+# Comments and other banks stay when one is removed.
+sed -i '1i # mine' "$banks"
+sed -i 's/^\[other\]/# bob\n&/' "$banks"
+expect 0 bank remove harbor
+has "$banks" '# mine'
+has "$banks" '[other]'
+has "$banks" '[[other.account]]'
+lacks "$banks" harbor
+lacks "$banks" 00718220946
+expect 64 bank remove harbor
+expect 0 bank list
+has out other
+
+# A password-command that fails; what it prints is not shown.
+failing() {
+  write_banks <<END
+[harbor]
+url = "$url"
+org = "HARBORFED"
+user = "ada.w"
+root = "$work/ca.pem"
+password-command = "$1"
+END
+  expect "$2" fetch accounts @harbor
+  lacks err hidden-secret
+  lacks out hidden-secret
+}
+failing 'echo hidden-secret; exit 3' 2
+has err 'password-command ended with status 3'
+failing /nowhere/at/all 2
+has err 'password-command cannot be run'
+failing true 2
+failing 'echo hidden-secret' 5
+failing 'echo not-a-real-password; yes' 0
+
+# In front of a person the prompt says whose password it is and where it goes.
+sed -i '/password-command/d' "$banks"
+python3 "$here/with_terminal.py" not-a-real-password "$krofx" fetch accounts @harbor >out 2>err ||
+  fail 'no answer to a password that was typed'
+has out 'Password of ada.w at HARBORFED (127.0.0.1): '
+lacks out not-a-real-password
+
+# What is wrong in the file is named with its line and without its value.
+wrong() {
+  write_banks
+  expect 2 bank list
+  has err "banks.toml: $1"
+  lacks err hidden-secret
+}
+wrong 'line 2: colour is not known' <<<$'[a]\ncolour = "hidden-secret"\nurl = "u"\norg = "o"\nuser = "v"'
+wrong 'line 5: usr is not known; did you mean user?' <<<$'[a]\nurl = "u"\norg = "o"\nuser = "v"\nusr = "x"'
+wrong 'line 3: password is not known; a password has no place in this file' \
+  <<<$'[a]\nurl = "u"\npassword = "hidden-secret"\norg = "o"\nuser = "v"'
+wrong 'line 2: this is not TOML' <<<$'[a]\nhidden-secret\n'
+wrong 'line 2: url needs a text in quotes' <<<$'[a]\nurl = 7\norg = "o"\nuser = "v"'
+wrong 'line 1: a needs user' <<<$'[a]\nurl = "u"\norg = "o"'
+wrong 'line 5: timeout needs a whole number from 1' <<<$'[a]\nurl = "u"\norg = "o"\nuser = "v"\ntimeout = 0'
+wrong 'line 1: a is not a table' <<<'a = "hidden-secret"'
+wrong 'line 5: an account needs one of bank, broker, and card' \
+  <<<$'[a]\nurl = "u"\norg = "o"\nuser = "v"\n[[a.account]]\naccount = "1"'
+chmod 644 "$banks"
+expect 2 bank list
+has err "others can read or change it; say chmod 600 $banks"
+unset XDG_CONFIG_HOME
+expect 0 bank list
+unset HOME
+expect 2 "${add[@]}"
+has err 'set HOME'
+finish
