@@ -12,23 +12,12 @@ namespace {
 
 constexpr std::size_t kShownValue = 60;
 
-std::string Describe(const MissingTag& missing) {
-  if (!missing.tag.empty()) return "<" + missing.tag + "> is missing";
-  if (!missing.advice.empty()) return missing.advice;
-  std::string text = "it is incomplete: a choice that must be made is not";
-  for (std::size_t index = 0; index < missing.alternatives.size(); ++index) {
-    text +=
-        (index == 0 ? "; it lacks one or more of <" : ", <") + missing.alternatives[index] + ">";
-  }
-  return text;
-}
-
 std::string At(const std::string& path) { return path.empty() ? "" : " in " + path; }
 
 }  // namespace
 
 Report::Report(const std::string& name, Reader reader) : file(name, reader) {
-  missing = ObjectPaths(file).FindMissing();
+  missing = FindMissing(file);
   verdict = file.GetVerdict();
   if (!missing.empty()) verdict = Worse(verdict, kExitWarnings);
 }
@@ -57,7 +46,7 @@ std::string TextOf(const Report& report) {
     out += file.GetName() + ":" + TextOf(mending) + "\n";
   }
   for (const MissingTag& missing : report.missing) {
-    out += file.GetName() + ": missing: " + Describe(missing) + At(missing.path) + "\n";
+    out += file.GetName() + ": missing: " + missing.sentence + At(missing.path) + "\n";
   }
   return out;
 }

@@ -32,7 +32,7 @@ Json JsonOf(const Report& report) {
       Json alternatives = Json::Array();
       for (const std::string& alternative : each.alternatives) alternatives.Append(alternative);
       object.Set("alternatives", std::move(alternatives));
-      if (!each.advice.empty()) object.Set("advice", each.advice);
+      object.Set("advice", each.sentence);
     } else {
       object.Set("tag", each.tag);
     }

@@ -5,112 +5,20 @@
 #include <algorithm>
 #include <iterator>
 
+#include "krofx/host/outcome.h"
 #include "krofx/transport/curl/curl_manager.h"
 
 namespace krofx::command {
 
 namespace {
 
-// Codes for single HTTP statuses, in their order: see VYNCurlCode.
-constexpr u32 kUnauthorized = 1510;
-constexpr u32 kForbidden = 1512;
-constexpr u32 kNotFound = 1513;
-constexpr u32 kNotAllowed = 1514;
-constexpr u32 kNotAcceptable = 1515;
-constexpr u32 kProxyUnauthorized = 1516;
+// Codes of HTTP 503 and 504.
 constexpr u32 kUnavailable = 1521;
 constexpr u32 kGatewayTimedOut = 1522;
-constexpr u32 kSeeOther = 1507;
-constexpr u32 kNotModified = 1508;
-// The answer of the transport itself to a chain that ends at a root which only links others.
-constexpr u32 kLinkingRoot = 1671;
 
 // HTTP statuses that the transport has no code for, or one that means something else too.
 constexpr u32 kRequestTimedOut = 408;
 constexpr u32 kTooManyRequests = 429;
-
-constexpr char kRedirected[] =
-    "the server sends to another address, which is not followed, since a request may hold a "
-    "password; ask the institution for its address";
-constexpr char kNotLetIn[] = "the server refuses access; check the address";
-constexpr char kNoOfx[] = "this address does not take OFX; check it";
-constexpr char kComeBack[] = "the server is not available now; try again later";
-constexpr char kBroken[] = "the connection broke; try again";
-
-struct Text {
-  u32 number;
-  const char* text;
-};
-
-// What the codes of the connection manager say more than the statuses below.
-constexpr Text kCodeTexts[] = {
-    {VYNCurlCode_MovedPermanently, kRedirected},
-    {VYNCurlCode_Found, kRedirected},
-    {kSeeOther, kRedirected},
-    {kNotModified, "the server says that nothing has changed, so there is no reply"},
-    {VYNCurlCode_BadRequest,
-     "the server refuses the request; check the address, and the request with \"krofx check\""},
-    {kUnauthorized, kNotLetIn},
-    {kForbidden, kNotLetIn},
-    {kNotFound, "the server has nothing at this address; check it"},
-    {kNotAllowed, kNoOfx},
-    {kNotAcceptable, kNoOfx},
-    {kProxyUnauthorized, "the proxy wants a sign-on; check the settings of your proxy"},
-    {kUnavailable, kComeBack},
-    {kGatewayTimedOut, kComeBack},
-    {VYNCurlCode_MalformedUrl,
-     "the address cannot be understood; write it as https://bank.example/ofx"},
-    {VYNCurlCode_NotHttp, "what answers there does not speak HTTP; check the address"},
-    {VYNCurlCode_ConnectFailed, "the server cannot be reached; check the address and the network"},
-    {VYNCurlCode_HandshakeFailed,
-     "no secure connection could be made; the server may not speak TLS 1.2 at this address"},
-    {VYNCurlCode_HostNotFound, "there is no server of this name; check the address"},
-    {VYNCurlCode_ProxyNotFound, "there is no proxy of this name; check the settings of your proxy"},
-    {VYNCurlCode_SendFailed, kBroken},
-    {VYNCurlCode_ReceiveFailed, kBroken},
-    {VYNCurlCode_Cut, "the connection ended before the reply did; try again"},
-    {VYNCurlCode_ReplyTooLarge,
-     "the reply is larger than 256 MiB and was dropped; ask for a shorter span of time"},
-    {VYNCurlCode_FileFailed,
-     "the reply could not be kept; check that there is room for temporary files"},
-    {VYNCurlCode_NoMemory, "there is not enough memory for the exchange"},
-    {kLinkingRoot,
-     "the server's certificate leads to a root that is never accepted; nothing was sent; ask the "
-     "institution"},
-};
-
-constexpr Text kStatusTexts[] = {
-    {KRNetStatus_Success, "the server's reply is empty; try again later"},
-    {KRNetStatus_Failed, "no connection could be opened; check the network"},
-    {KRNetStatus_NoReplySize, "there is no reply"},
-    {KRNetStatus_ReplyNotLoaded, "the reply cannot be read"},
-    {KRNetStatus_NotCreated, "the exchange could not be started; check the address"},
-    {KRNetStatus_NotStarted, "the exchange could not be started; check the address"},
-    {KRNetStatus_NoMemory, "there is not enough memory for the exchange"},
-    {KRNetStatus_ClientError, "the server does not answer as expected; check the address"},
-    {KRNetStatus_Unavailable, kComeBack},
-    {KRNetStatus_RootRejected, "the roots to trust could not be set up"},
-    {KRNetStatus_SslOptionsRejected, "the certificates to trust could not be set up"},
-    {KRNetStatus_NetworkFailed, "the network failed; try again"},
-    {KRNetStatus_SslFailed, "the secure connection failed; check the address"},
-    {KRNetStatus_BadCertificate,
-     "the server's certificate is not valid: it is of another name, or today is not within its "
-     "dates; nothing was sent; check the address and the clock"},
-    {KRNetStatus_UnexpectedCertificate,
-     "the server's certificate is none of those given with --pin; nothing was sent; ask the "
-     "institution whether it has a new one (--log shows the ID of what was received)"},
-    {KRNetStatus_Refused,
-     "nothing takes connections there; check the address, and that the server runs"},
-    {KRNetStatus_ServerError, "the server failed; try again later"},
-};
-
-template <std::size_t kCount>
-const char* Find(const Text (&texts)[kCount], u32 number) {
-  for (const Text& text : texts) {
-    if (text.number == number) return text.text;
-  }
-  return nullptr;
-}
 
 // What passes without anybody's doing, by the number of what the transport or the server says.
 constexpr u32 kPassingCodes[] = {kUnavailable,
@@ -132,28 +40,34 @@ bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
   return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
 }
 
-std::string Describe(const ExchangeEnd& end) {
-  if (end.httpStatus == kTooManyRequests) {
-    return "the server has had too many requests; wait a while before the next";
-  }
-  if (end.httpStatus == kRequestTimedOut) {
-    return "the server waited too long for the request; try again";
-  }
-  if (end.status == KRNetStatus_TimedOut) {
-    return "there was no reply within " + std::to_string(end.timeout) +
-           " seconds; try again later, or give it more time with --timeout";
-  }
+// What the command line can do about it; null where the library's own words suffice.
+const char* Advise(const ExchangeEnd& end) {
   if (end.status == KRNetStatus_Untrusted) {
     return end.ownRoots
                ? "the server's certificate does not lead to a root given with --root; nothing was "
                  "sent; check that this is the institution's server"
                : "the server's certificate does not lead to a root that this system trusts; "
-                 "nothing "
-                 "was sent; give the institution's own root with --root, if it has one";
+                 "nothing was sent; give the institution's own root with --root, if it has one";
   }
-  if (const char* const text = Find(kCodeTexts, end.transportError)) return text;
-  if (const char* const text = Find(kStatusTexts, end.status)) return text;
-  return "the exchange failed; check the address and the network";
+  if (end.status == KRNetStatus_UnexpectedCertificate) {
+    return "the server's certificate is none of those given with --pin; nothing was sent; ask the "
+           "institution whether it has a new one (--log shows the ID of what was received)";
+  }
+  if (end.transportError == VYNCurlCode_BadRequest) {
+    return "the server refuses the request; check the address, and the request with \"krofx "
+           "check\"";
+  }
+  return nullptr;
+}
+
+std::string Describe(const ExchangeEnd& end) {
+  if (end.status == KRNetStatus_TimedOut && end.httpStatus != kRequestTimedOut) {
+    return "there was no reply within " + std::to_string(end.timeout) +
+           " seconds; try again later, or give it more time with --timeout";
+  }
+  const char* const advice = end.httpStatus == kTooManyRequests ? nullptr : Advise(end);
+  return advice != nullptr ? advice
+                           : krofx::ReasonOf(end.status, end.httpStatus, end.transportError);
 }
 
 }  // namespace
@@ -170,10 +84,9 @@ std::string DescribeExchangeProblem(const ExchangeEnd& end) {
 
 ExitStatus ExitStatusOf(const ExchangeEnd& end) {
   if (end.httpStatus == kTooManyRequests || end.httpStatus == kRequestTimedOut) return kExitNetwork;
-  // The code says more than the status, where the texts have one for it.
-  const bool passes = Find(kCodeTexts, end.transportError) != nullptr
-                          ? IsOneOf(kPassingCodes, end.transportError)
-                          : IsOneOf(kPassingStatuses, end.status);
+  // No code of what stays has the status of something that passes.
+  const bool passes =
+      IsOneOf(kPassingCodes, end.transportError) || IsOneOf(kPassingStatuses, end.status);
   return passes || end.status == KRNetStatus_TimedOut ? kExitNetwork : kExitUnusable;
 }
 

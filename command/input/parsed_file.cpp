@@ -17,22 +17,6 @@ namespace {
 // A list of the library takes this many entries.
 constexpr u16 kListLimit = 65535;
 
-// What the library's conversions of dates put in the place of a tag.
-constexpr std::string_view kOperations[] = {"ConvertStringToKRTime", "ConvertStringToKRDateTime",
-                                            "ExtractTimeZone", "SetTimeZone (time zone mismatch"};
-
-// Warnings of conversions name an operation of the library; what they are about is the tag at their
-// place.
-std::string TagOf(const krofx::ReadWarning& warning, std::string_view text) {
-  std::string tag = ToText(warning.tagText);
-  if (std::find(std::begin(kOperations), std::end(kOperations), tag) == std::end(kOperations)) {
-    return tag;
-  }
-  if (warning.place.line == 0 || warning.place.offset >= text.size()) return "";
-  const std::string_view rest = text.substr(warning.place.offset);
-  return std::string(rest.starts_with('<') ? rest.substr(1, rest.find('>') - 1) : "");
-}
-
 // What the kind of a text is called.
 const char* NameOf(krofx::TextKind kind) {
   switch (kind) {
@@ -93,8 +77,8 @@ void ParsedFile::Parse(Reader reader) {
     exception.m_warning = each.warning;
     KRString name;
     exception.WarningString(name);
-    m_warnings.push_back({ToText(name), TagOf(each, ViewOf(*m_text)), ToText(each.value),
-                          ToText(each.path), each.place});
+    m_warnings.push_back(
+        {ToText(name), ToText(each.tagText), ToText(each.value), ToText(each.path), each.place});
   }
   // The status of a multipart text is that of its last part; the warnings are those of all.
   if (m_reading.status == KRParseStatus_Accepted && !m_warnings.empty()) {

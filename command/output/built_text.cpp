@@ -3,37 +3,17 @@
 #include "output/built_text.h"
 
 #include "input/parsed_file.h"
+#include "krofx/host/build_reason.h"
 #include "krofx/krofx.h"
 
 namespace krofx::command {
 
 namespace {
 
-const char* Reason(KRBuildStatus status) {
-  switch (status) {
-    case KRBuildStatus_Fatal:
-      return "memory was exhausted";
-    case KRBuildStatus_NoTextForm:
-      return "a value has no text form";
-    case KRBuildStatus_EmptyText:
-      return "a text is empty";
-    case KRBuildStatus_TooLong:
-      return "a text is longer than OFX allows";
-    case KRBuildStatus_TreeNotAllowed:
-      return "two message sets of the same kind";
-    case KRBuildStatus_NotValid:
-      return "a text is not valid";
-    case KRBuildStatus_MissingTag:
-      return "something required is missing";
-    default:
-      return "it cannot be written";
-  }
-}
-
 // Empty when there is none.
 std::string Problem(KRBuildStatus status, KRDataObj* failing) {
   if (status == KRBuildStatus_Done) return "";
-  std::string problem = Reason(status);
+  std::string problem = krofx::ReasonOf(status);
   if (failing != nullptr) problem += " in <" + ToText(KRUtility::ObjectToString(failing)) + ">";
   return problem + " (build status " + std::to_string(status) + ")";
 }

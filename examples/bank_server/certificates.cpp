@@ -2,6 +2,7 @@
 
 #include "certificates.h"
 
+#include <krofx/krofx.h>
 #include <openssl/bn.h>
 #include <openssl/pem.h>
 #include <openssl/x509v3.h>
@@ -119,6 +120,22 @@ bool WritePem(X509* certificate, const std::string& file) {
 
 bool WriteDer(X509* certificate, const std::string& file) {
   return WriteFile(file, [&](std::FILE* out) { return i2d_X509_fp(out, certificate); });
+}
+
+bool WriteId(X509* certificate, const std::string& file) {
+  unsigned char* bytes = nullptr;
+  const int length = i2d_X509(certificate, &bytes);
+  if (length <= 0) return false;
+  KRBuffer der(static_cast<u32>(length), 0);
+  der.Write(reinterpret_cast<const char*>(bytes), static_cast<u16>(length));
+  OPENSSL_free(bytes);
+  KRCertID id;
+  if (id.SetCertBER(&der) != KRSecStatus_Success) return false;
+  const KRBuffer& text = *id.GetEncodedCertIDPtr();
+  return WriteFile(file, [&](std::FILE* out) {
+    const auto size = static_cast<int>(text.GetBufferSize());
+    return std::fprintf(out, "%.*s\n", size, text.GetBufferPtr()) > 0 ? 1 : 0;
+  });
 }
 
 }  // namespace bank_server

@@ -46,6 +46,8 @@ bool MakeIdentity(Fault fault, Identity& identity);
 bool WritePem(X509* certificate, const std::string& file);
 /// Writes a certificate as DER.
 bool WriteDer(X509* certificate, const std::string& file);
+/// Writes the ID of a certificate, by which a client pins it, in a line.
+bool WriteId(X509* certificate, const std::string& file);
 
 }  // namespace bank_server
 

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <csignal>
 #include <cstdio>
 #include <ctime>
@@ -24,6 +25,7 @@ namespace {
 
 constexpr char kHost[] = "127.0.0.1";
 constexpr char kPath[] = "/ofx";
+constexpr char kType[] = "application/x-ofx";
 constexpr std::size_t kMaxBody = 1024 * 1024;
 constexpr std::size_t kThreads = 4;
 constexpr time_t kTimeout = 10;
@@ -55,7 +57,14 @@ int ReadBody(const httplib::ContentReader& reader, KRBuffer& body) {
 // bank.
 class Handlers {
  public:
-  explicit Handlers(Bank& bank) : m_answerer(bank) {}
+  Handlers(Bank& bank, const Options& options) : m_options(options), m_answerer(bank) {}
+
+  // Lets whoever waits for a delayed answer have it at once.
+  void Hurry() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_hurry = true;
+    m_hurried.notify_all();
+  }
 
   void AddTo(httplib::Server& server) {
     using Request = httplib::Request;
@@ -109,10 +118,15 @@ class Handlers {
     KRDateTime now;
     now = static_cast<s32>(std::time(nullptr));
     KRBuffer reply(0, 0);
-    const std::lock_guard<std::mutex> lock(m_mutex);
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_hurried.wait_for(lock, m_options.delay, [this] { return m_hurry; });
+    if (m_options.status != 200) {
+      response.status = m_options.status;
+      return;
+    }
     switch (m_answerer.Answer(body, now, reply)) {
       case Answered::kYes:
-        response.set_content(reply.GetBufferPtr(), reply.GetBufferSize(), "application/x-ofx");
+        Reply({reply.GetBufferPtr(), reply.GetBufferSize()}, response);
         break;
       case Answered::kNotOfx:
         response.status = 400;
@@ -123,7 +137,24 @@ class Handlers {
     }
   }
 
+  // Gives an answer, or as much of it as is wanted; then the connection is closed.
+  void Reply(const std::string& text, httplib::Response& response) const {
+    if (!m_options.cut || *m_options.cut >= text.size()) {
+      response.set_content(text, kType);
+      return;
+    }
+    const std::string start = text.substr(0, *m_options.cut);
+    response.set_content_provider(
+        text.size(), kType, [start](std::size_t offset, std::size_t, httplib::DataSink& sink) {
+          if (offset < start.size()) sink.write(start.data() + offset, start.size() - offset);
+          return offset < start.size();
+        });
+  }
+
+  const Options& m_options;
   std::mutex m_mutex;
+  std::condition_variable m_hurried;
+  bool m_hurry = false;
   Answerer m_answerer;
 };
 
@@ -144,13 +175,19 @@ std::unique_ptr<httplib::Server> MakeServer(const Options& options, const Identi
   return server;
 }
 
-bool WriteAuthority(const Options& options, const Identity& identity) {
-  if (!options.authorityPem.empty() && !WritePem(identity.authority.get(), options.authorityPem)) {
-    std::perror(options.authorityPem.c_str());
-    return false;
-  }
-  if (!options.authorityDer.empty() && !WriteDer(identity.authority.get(), options.authorityDer)) {
-    std::perror(options.authorityDer.c_str());
+// Writes what clients are to know of the certificates, where a name of a file is given.
+bool WriteCertificates(const Options& options, const Identity& identity) {
+  const struct {
+    bool (*write)(X509* certificate, const std::string& file);
+    X509* certificate;
+    const std::string& file;
+  } kFiles[] = {{WritePem, identity.authority.get(), options.authorityPem},
+                {WriteDer, identity.authority.get(), options.authorityDer},
+                {WritePem, identity.server.get(), options.serverPem},
+                {WriteId, identity.server.get(), options.serverId}};
+  for (const auto& each : kFiles) {
+    if (each.file.empty() || each.write(each.certificate, each.file)) continue;
+    std::perror(each.file.c_str());
     return false;
   }
   return true;
@@ -186,10 +223,10 @@ int Serve(Bank& bank, const Options& options) {
     std::fprintf(stderr, "no certificate could be made\n");
     return 1;
   }
-  if (!options.plain && !WriteAuthority(options, identity)) return 1;
+  if (!options.plain && !WriteCertificates(options, identity)) return 1;
 
   const std::unique_ptr<httplib::Server> server = MakeServer(options, identity);
-  Handlers handlers(bank);
+  Handlers handlers(bank, options);
   handlers.AddTo(*server);
   std::atomic<std::size_t> answered = 0;
   server->set_logger([&](const httplib::Request& request, const httplib::Response& response) {
@@ -225,6 +262,7 @@ int Serve(Bank& bank, const Options& options) {
   const bool onItsOwn = ended;
   // A server that is not yet listening cannot be stopped.
   while (!server->is_running() && !ended) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  handlers.Hurry();
   server->stop();
   listener.join();
   return onItsOwn ? 1 : 0;

@@ -9,12 +9,16 @@
 //   413  a longer body
 //   415  a form (multipart/form-data)
 //   500  the answer could not be made
+//
+// With options it is slow, breaks an answer off, or answers with another status: see Options.
 
 #ifndef KROFX_EXAMPLES_BANK_SERVER_SERVER_H_
 #define KROFX_EXAMPLES_BANK_SERVER_SERVER_H_
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "bank.h"
@@ -28,8 +32,13 @@ struct Options {
   bool plain = false;
   std::string authorityPem;  ///< The file for the authority's certificate; empty for none.
   std::string authorityDer;
-  Fault fault = Fault::kNone;  ///< The fault of the server's certificate.
-  std::size_t requests = 0;    ///< After how many requests to end; 0 for never.
+  std::string serverPem;  ///< The file for the server's own certificate, and the one for its ID.
+  std::string serverId;
+  Fault fault = Fault::kNone;          ///< The fault of the server's certificate.
+  std::size_t requests = 0;            ///< After how many requests to end; 0 for never.
+  std::chrono::milliseconds delay{0};  ///< Before each answer.
+  std::optional<std::size_t> cut;      ///< After how many bytes an answer breaks off.
+  int status = 200;                    ///< HTTP status of answers; other than 200 without OFX.
 };
 
 /// Serves until the process gets SIGTERM or SIGINT, or enough requests were answered. Prints the

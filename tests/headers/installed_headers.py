@@ -2,8 +2,8 @@
 
     installed_headers.py [--update] --list FILE --root DIR...
 
-What krofx/krofx.h reaches is installed. The list has a line for each such header: whether hosts may
-include it (`public`: krofx/krofx.h or krofx/aggregates.h names it) or it is only there because a public
+What krofx/krofx.h and krofx/host.h reach is installed. The list has a line for each such header:
+whether hosts may include it (`public`: one of these or krofx/aggregates.h names it) or it is only there because a public
 header needs it (`internal`), and below it each header that it includes, the standard library's too. A
 header that is new, gone, or pulls in something else is a difference; --update writes the list anew. A
 header that is installed must be public or in a folder `internal/`.
@@ -16,7 +16,7 @@ import re
 import sys
 
 INCLUDE = re.compile(r'#include (?:"(krofx/[^"]+)"|(<[^>]+>))')
-GATHERING = ("krofx/krofx.h", "krofx/aggregates.h")
+GATHERING = ("krofx/krofx.h", "krofx/host.h", "krofx/aggregates.h")
 
 
 def includes_of(header, roots):
@@ -31,7 +31,7 @@ def includes_of(header, roots):
 def describe(roots):
     """Gives the lines of the list."""
     included = {}
-    waiting = ["krofx/krofx.h"]
+    waiting = ["krofx/krofx.h", "krofx/host.h"]
     while waiting:
         header = waiting.pop()
         if header not in included:

@@ -11,6 +11,15 @@
 
 namespace krofx::internal {
 
+void AddToPath(KRString& path, const char* name, unsigned number) {
+  if (path.IsEmpty() == 0) path += '/';
+  path += name;
+  if (number == 0) return;
+  char text[16];
+  std::snprintf(text, sizeof text, "[%u]", number);
+  path += text;
+}
+
 s32 PathLog::Add(s32 parent, KRTagID tag, u32 number) {
   if (!m_nodes.Append({parent, tag, number, number == 1})) return kNoPath;
   return static_cast<s32>(m_nodes.size() - 1);
@@ -101,12 +110,7 @@ KRString PathLog::PathOf(s32 node) const {
   KRString path;
   while (depth > 0) {
     const Node& each = m_nodes[static_cast<std::size_t>(nodes[--depth])];
-    if (path.IsEmpty() == 0) path += '/';
-    path += KRUtility::TagToString(each.tag);
-    if (each.alone) continue;
-    char number[16];
-    std::snprintf(number, sizeof number, "[%lu]", static_cast<unsigned long>(each.number));
-    path += number;
+    AddToPath(path, KRUtility::TagToString(each.tag), each.alone ? 0 : each.number);
   }
   return path;
 }

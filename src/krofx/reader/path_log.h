@@ -20,6 +20,9 @@ class KRDataObj;
 
 namespace krofx::internal {
 
+/// Adds an aggregate at the end of a path: its name, and its number unless that is 0.
+void AddToPath(KRString& path, const char* name, unsigned number);
+
 /// An object whose path is wanted.
 struct WantedObject {
   const KRDataObj* object;

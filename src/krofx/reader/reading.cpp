@@ -4,12 +4,13 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <new>
 #include <utility>
 
 #include "krofx/core/thread.h"
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/reader/file_bytes.h"
 #include "krofx/reader/file_reader.h"
 #include "krofx/reader/working_text.h"
 
@@ -34,18 +35,24 @@ Reading OutOfMemory() {
   return Refused(KRParseStatus_Fatal, "memory was exhausted while reading");
 }
 
-// A file that is open.
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
-
 Reading Unreadable(const char* what) {
   Reading reading;
   reading.status = KRParseStatus_Invalid;
   reading.problem = what;
   reading.problem += std::strerror(errno);
   return reading;
+}
+
+// The first file of a class among the texts and their parts.
+template <class File>
+File* FindFile(const List<OfxText>& texts) {
+  for (const OfxText& text : texts) {
+    if (auto* const file = dynamic_cast<File*>(text.root.get())) return file;
+    for (u16 index = 0; text.root != nullptr && index < text.root->GetNumberOfSubfiles(); ++index) {
+      if (auto* const file = dynamic_cast<File*>(text.root->GetSubfile(index))) return file;
+    }
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -71,6 +78,30 @@ Reading& Reading::operator=(Reading&& other) noexcept {
   return *this;
 }
 
+std::optional<TextKind> Reading::Kind() const {
+  if (texts.empty()) return std::nullopt;
+  return texts[0].kind;
+}
+
+KRFileRs* Reading::Response() const { return FindFile<KRFileRs>(texts); }
+
+KRFileRq* Reading::Request() const { return FindFile<KRFileRq>(texts); }
+
+List<MissingTag> Reading::Missing() const {
+  List<MissingTag> all;
+  for (std::size_t index = 0; index < texts.size(); ++index) {
+    if (texts[index].root == nullptr) continue;
+    for (MissingTag& missing : FindMissing(*texts[index].root)) {
+      missing.text = index;
+      if (!all.Append(std::move(missing))) {
+        KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+        return all;
+      }
+    }
+  }
+  return all;
+}
+
 Reading Read(std::string_view bytes, const ReadOptions& options) {
   bytes = bytes.substr(0, kMostBytes);
   const OwnedBuffer buffer(new KRBuffer(static_cast<u32>(bytes.size()) + 1, 0));
@@ -94,24 +125,19 @@ Reading Read(KRBuffer& buffer, const ReadOptions& options) {
 }
 
 Reading ReadFile(const char* path, const ReadOptions& options) {
-  const OpenFile file(path == nullptr ? nullptr : std::fopen(path, "rb"));
-  if (file == nullptr) {
-    return path == nullptr ? Refused(KRParseStatus_Invalid, "no file is named")
-                           : Unreadable("it cannot be opened: ");
-  }
+  if (path == nullptr) return Refused(KRParseStatus_Invalid, "no file is named");
   const OwnedBuffer buffer(new KRBuffer(0, 0));
   if (buffer == nullptr) return OutOfMemory();
-  constexpr u32 kFirst = 65536;
-  u32 size = 0;
-  for (u32 room = kFirst; size<kMostBytes; room = room> kMostBytes / 2 ? kMostBytes : room * 2) {
-    if (buffer->AllocateTo(room) != KRBufferOK) return OutOfMemory();
-    const std::size_t count = std::fread(buffer->GetBufferPtr() + size, 1, room - size, file.get());
-    size += static_cast<u32>(count);
-    if (size < room || room == kMostBytes) break;
+  switch (internal::ReadFileBytes(path, *buffer)) {
+    case internal::FileBytes::kRead:
+      return Read(*buffer, options);
+    case internal::FileBytes::kNoMemory:
+      return OutOfMemory();
+    case internal::FileBytes::kNotOpened:
+      return Unreadable("it cannot be opened: ");
+    default:
+      return Unreadable("it cannot be read: ");
   }
-  if (std::ferror(file.get()) != 0) return Unreadable("it cannot be read: ");
-  buffer->SetBufferSize(size);
-  return Read(*buffer, options);
 }
 
 }  // namespace krofx

@@ -15,6 +15,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "krofx/core/buffer.h"
@@ -26,6 +27,11 @@
 #include "krofx/core/types.h"
 #include "krofx/envelope/file.h"
 #include "krofx/reader/mending.h"
+#include "krofx/reader/missing.h"
+#include "krofx/reader/notes.h"
+
+class KRFileRq;
+class KRFileRs;
 
 namespace krofx {
 
@@ -94,6 +100,23 @@ struct KROFX_API Reading {
   Reading() = default;
   Reading(Reading&& other) noexcept;
   Reading& operator=(Reading&& other) noexcept;
+
+  /// Whether the file was read, to its end or with parts of it mended: status 0 or 7.
+  bool IsRead() const {
+    return status == KRParseStatus_Accepted || status == KRParseStatus_Warnings;
+  }
+  /// What the first text holds; nothing when there is no OFX in the file.
+  std::optional<TextKind> Kind() const;
+  /// The first response, be it a text of its own or a part of a multipart one. It stays this
+  /// object's; null when there is none.
+  KRFileRs* Response() const;
+  /// The same for the first request.
+  KRFileRq* Request() const;
+  /// All that was out of order, mended or not, in the order of the file.
+  /// @return all of it; with the fire alarm raised, as much as memory sufficed for.
+  List<ReadNote> Warnings() const;
+  /// All that the trees lack, in the order of the file: see FindMissing.
+  List<MissingTag> Missing() const;
 
   /// 0 clean: read, and nothing was out of order. 7 read, with mendings or warnings. 4 the text is
   /// not OFX, or ends early where nothing may be mended; `problem` says what it is. 3 exhausted

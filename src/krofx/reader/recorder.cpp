@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <utility>
 
 #include "krofx/core/parse_logger.h"
@@ -17,6 +18,17 @@ constexpr std::size_t kMostShown = 200;
 // The tags of passwords, whose values are never shown.
 bool IsSecretName(std::string_view tag) {
   return tag == "USERPASS" || tag == "NEWUSERPASS" || tag == "ONETIMEPASS";
+}
+
+// What conversions of dates name in the place of a tag.
+constexpr std::string_view kOperations[] = {"ConvertStringToKRTime", "ConvertStringToKRDateTime",
+                                            "ExtractTimeZone", "SetTimeZone (time zone mismatch"};
+
+// A warning of a conversion is about the tag at its place.
+std::string_view TagAt(std::string_view bytes, const Place& place) {
+  if (place.line == 0 || place.offset >= bytes.size()) return {};
+  const std::string_view rest = bytes.substr(place.offset);
+  return rest.starts_with('<') ? rest.substr(1, rest.find('>') - 1) : std::string_view();
 }
 
 // Counts lines from the front. Places that come in order cost one walk over the text; one that
@@ -212,7 +224,13 @@ void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {
   };
   for (OfxText& text : m_reading.texts) find(text.place);
   for (Mending& mending : m_reading.mendings) find(mending.place);
-  for (ReadWarning& warning : m_reading.warnings) find(warning.place);
+  for (ReadWarning& warning : m_reading.warnings) {
+    find(warning.place);
+    const std::string_view tag(warning.tagText, warning.tagText.GetStrLength());
+    if (std::find(std::begin(kOperations), std::end(kOperations), tag) != std::end(kOperations)) {
+      Set(warning.tagText, TagAt(original, warning.place));
+    }
+  }
 }
 
 }  // namespace krofx::internal

@@ -1,0 +1,102 @@
+// The calendar is that of <chrono>.
+
+#include "krofx/host/dates.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace krofx {
+
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::minutes;
+using std::chrono::seconds;
+using std::chrono::sys_days;
+using std::chrono::year_month_day;
+
+constexpr int kFirstYear = 1;
+constexpr int kLastYear = 9999;
+constexpr int kSecondsInHour = 3600;
+// Seconds of a hundredth of an hour.
+constexpr int kSecondsInFraction = 36;
+
+seconds OffsetOf(const KRDateTimeBase& date) {
+  return seconds(date.GetGMTOffset() * kSecondsInHour +
+                 date.GetGMTOffsetFraction() * kSecondsInFraction);
+}
+
+bool IsWritten(year_month_day day) {
+  const int year = static_cast<int>(day.year());
+  return day.ok() && year >= kFirstYear && year <= kLastYear;
+}
+
+bool HasTime(const KRDateTimeBase& date) {
+  return date.GetHour() != 0 || date.GetMinute() != 0 || date.GetSecond() != 0 ||
+         date.GetMillisecond() != 0 || OffsetOf(date) != seconds(0);
+}
+
+bool HasZone(const KRDateTimeBase& date) {
+  return OffsetOf(date) != seconds(0) || date.GetTimeZone().IsEmpty() == 0;
+}
+
+KRDateTime Make(year_month_day day, milliseconds time) {
+  if (!IsWritten(day)) return KRDateTime();
+  const std::chrono::hh_mm_ss parts(time);
+  return KRDateTime(
+      static_cast<s16>(static_cast<int>(day.year())),
+      static_cast<s16>(static_cast<unsigned>(day.month())),
+      static_cast<s16>(static_cast<unsigned>(day.day())), static_cast<s16>(parts.hours().count()),
+      static_cast<s16>(parts.minutes().count()), static_cast<s16>(parts.seconds().count()),
+      static_cast<s16>(parts.subseconds().count()), 0, 0);
+}
+
+}  // namespace
+
+std::optional<year_month_day> ToDay(const KRDateTimeBase& date) {
+  const year_month_day day(std::chrono::year(date.GetYear()), std::chrono::month(date.GetMonth()),
+                           std::chrono::day(date.GetDay()));
+  if (date.IsValidDate() == 0 || !day.ok()) return std::nullopt;
+  return day;
+}
+
+std::optional<Instant> ToInstant(const KRDateTimeBase& date) {
+  const std::optional<year_month_day> day = ToDay(date);
+  if (!day || date.IsValidTime() == 0) return std::nullopt;
+  return sys_days(*day) + std::chrono::hours(date.GetHour()) + minutes(date.GetMinute()) +
+         seconds(date.GetSecond()) + milliseconds(date.GetMillisecond()) - OffsetOf(date);
+}
+
+ValueText ToText(const KRDateTimeBase& date) {
+  if (!ToInstant(date)) return ValueText();
+  char text[ValueText::kSize];
+  int length = std::snprintf(text, sizeof text, "%04u-%02u-%02u", unsigned{date.GetYear()},
+                             unsigned{date.GetMonth()}, unsigned{date.GetDay()});
+  const auto add = [&text, &length](const char* format, auto... values) {
+    const auto used = static_cast<std::size_t>(length);
+    length += std::snprintf(text + used, sizeof text - used, format, values...);
+  };
+  if (HasTime(date)) {
+    add("T%02u:%02u:%02u", unsigned{date.GetHour()}, unsigned{date.GetMinute()},
+        unsigned{date.GetSecond()});
+    if (date.GetMillisecond() != 0) add(".%03u", unsigned{date.GetMillisecond()});
+    if (HasZone(date)) {
+      const auto offset = std::chrono::round<minutes>(OffsetOf(date)).count();
+      add("%c%02ld:%02ld", offset < 0 ? '-' : '+', std::labs(offset) / 60, std::labs(offset) % 60);
+    }
+  }
+  return ValueText({text, static_cast<std::size_t>(length)});
+}
+
+ValueText ToText(const std::optional<year_month_day>& day) {
+  return day ? ToText(ToDateTime(*day)) : ValueText();
+}
+
+KRDateTime ToDateTime(year_month_day day) { return Make(day, milliseconds(0)); }
+
+KRDateTime ToDateTime(Instant instant) {
+  const auto day = std::chrono::floor<std::chrono::days>(instant);
+  return Make(year_month_day(day), instant - day);
+}
+
+}  // namespace krofx

@@ -1,0 +1,93 @@
+// The stack of open objects, and their paths.
+
+#include "krofx/host/internal/tree_walk.h"
+
+#include <utility>
+
+#include "krofx/core/thread.h"
+#include "krofx/envelope/file.h"
+#include "krofx/model/data_object.h"
+#include "krofx/reader/path_log.h"
+#include "krofx/reader/reading.h"
+#include "krofx/values/utility.h"
+
+namespace krofx::internal {
+
+TreeWalk::TreeWalk(const TreeSource& source) : m_root(source.Root()) {
+  if (source.Texts() == nullptr) return;
+  m_text = source.Texts()->texts.begin();
+  m_lastText = source.Texts()->texts.end();
+}
+
+const KRDataObj* TreeWalk::NextRoot() {
+  if (const KRDataObj* const root = std::exchange(m_root, nullptr)) return root;
+  while (m_text != m_lastText) {
+    if (const KRDataObj* const root = (m_text++)->root.get()) return root;
+  }
+  return nullptr;
+}
+
+KRDataObj* TreeWalk::Next() {
+  while (m_depth > 0) {
+    Frame& top = At(m_depth - 1);
+    if (top.next == top.count) {
+      Pop();
+    } else if (KRDataObj* const child = top.object->GetChild(top.next++)) {
+      return Push(child);
+    }
+  }
+  // Whether the objects may be changed is up to who made the walk.
+  auto* const root = const_cast<KRDataObj*>(NextRoot());
+  return root == nullptr ? nullptr : Push(root);
+}
+
+KRDataObj* TreeWalk::Push(KRDataObj* object) {
+  const Frame frame{object, 0, object->GetNumberOfChildren()};
+  if (m_depth < kLevels) {
+    m_frames[m_depth] = frame;
+  } else if (!m_deeper.Append(frame)) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    m_depth = 0;
+    m_root = nullptr;
+    m_text = m_lastText;
+    return nullptr;
+  }
+  ++m_depth;
+  return object;
+}
+
+void TreeWalk::Pop() {
+  if (--m_depth >= kLevels) m_deeper.RemoveLast();
+}
+
+KRDataObj* TreeWalk::Above(std::size_t steps) const {
+  return steps < m_depth ? At(m_depth - 1 - steps).object : nullptr;
+}
+
+// Which of its tag an object is in its parent, from 1; 0 for the only one.
+unsigned TreeWalk::NumberAt(std::size_t level) const {
+  if (level == 0) return 0;
+  const Frame& parent = At(level - 1);
+  const KRTagID tag = At(level).object->GetType();
+  unsigned all = 0;
+  unsigned own = 0;
+  for (u16 index = 0; index < parent.count; ++index) {
+    KRDataObj* const sibling = parent.object->GetChild(index);
+    if (sibling == nullptr || sibling->GetType() != tag) continue;
+    ++all;
+    if (sibling == At(level).object) own = all;
+  }
+  return all == 1 ? 0 : own;
+}
+
+KRString TreeWalk::Path() const {
+  KRString path;
+  for (std::size_t level = 0; level < m_depth; ++level) {
+    KRDataObj* const object = At(level).object;
+    if (dynamic_cast<KRFile*>(object) != nullptr) continue;  // A file has no tag in the text.
+    AddToPath(path, KRUtility::ObjectToString(object), NumberAt(level));
+  }
+  return path;
+}
+
+}  // namespace krofx::internal

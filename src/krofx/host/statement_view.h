@@ -1,0 +1,72 @@
+// A statement of any kind of account.
+
+#ifndef KROFX_HOST_STATEMENT_VIEW_H_
+#define KROFX_HOST_STATEMENT_VIEW_H_
+
+#include <optional>
+#include <string_view>
+
+#include "krofx/core/export.h"
+#include "krofx/host/account_view.h"
+#include "krofx/host/position_view.h"
+#include "krofx/host/transaction_view.h"
+
+class KRGenericStatementRs;
+class KRInvStmtRs;
+
+namespace krofx {
+
+/// Shows a statement of a bank account, a card or an investment account. It refers to the object,
+/// which must outlive it and its texts. What is absent is empty, as in a TransactionView.
+class KROFX_API StatementView {
+ public:
+  explicit StatementView(const KRGenericStatementRs& statement);
+  explicit StatementView(const KRInvStmtRs& statement);
+  /// Of one that was found in a tree.
+  /// @param whole where the security lists are.
+  StatementView(const Found<const KRTransBase>& found, const internal::TreeSource& whole);
+  /// Whether a payload is a statement.
+  static bool Shows(const KRTransBase& payload);
+
+  AccountView Account() const;
+  /// The default currency (CURDEF).
+  std::string_view Currency() const;
+  /// The days that the transactions are of.
+  KRDateTime From() const;
+  KRDateTime To() const;
+  /// The ledger and the available balance, and when they were that.
+  std::optional<KRPrecisionInteger> Balance() const;
+  KRDateTime BalanceDate() const;
+  std::optional<KRPrecisionInteger> Available() const;
+  KRDateTime AvailableDate() const;
+  /// Of investments: when the statement was right, and the money (INVBAL).
+  KRDateTime AsOf() const;
+  std::optional<KRPrecisionInteger> AvailableCash() const;
+  std::optional<KRPrecisionInteger> MarginBalance() const;
+  std::optional<KRPrecisionInteger> ShortBalance() const;
+  std::optional<KRPrecisionInteger> BuyingPower() const;
+  /// What the institution has to say (MKTGINFO).
+  std::string_view Note() const;
+  /// The transactions of a bank or card account; of investments those of the money.
+  ViewRange<TransactionView, KRBankStatementTx> Transactions() const;
+  /// The positions; none of a bank account or card.
+  ViewRange<PositionView, KRInvPos> Positions() const;
+  /// The object itself, a KRGenericStatementRs or a KRInvStmtRs.
+  const KRTransBase& Get() const;
+
+ private:
+  const KRGenericStatementRs* m_money = nullptr;
+  const KRInvStmtRs* m_investments = nullptr;
+  internal::TreeSource m_whole;
+};
+
+/// All statements in `source`: a KRDataObj, by reference or pointer, or a Reading.
+template <class Source>
+ViewRange<StatementView, KRTransBase> Statements(Source&& source) {
+  const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));
+  return {trees, trees};
+}
+
+}  // namespace krofx
+
+#endif  // KROFX_HOST_STATEMENT_VIEW_H_

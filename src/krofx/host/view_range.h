@@ -1,0 +1,83 @@
+// Going through a tree by views: what the ranges of transactions, statements and positions share.
+
+#ifndef KROFX_HOST_VIEW_RANGE_H_
+#define KROFX_HOST_VIEW_RANGE_H_
+
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+
+#include "krofx/core/lifetime.h"
+#include "krofx/host/look.h"
+#include "krofx/host/words.h"
+
+namespace krofx {
+
+/// Views of objects, made as they are reached, in the order of the document. To be gone through
+/// once at a time; the trees must outlive it.
+/// @tparam View made from a Found and the source; View::Shows says of which objects.
+/// @tparam Class whose objects are looked at.
+template <class View, class Class>
+class ViewRange {
+ public:
+  /// Moves from one view to the next.
+  class Iterator {
+   public:
+    using difference_type = std::ptrdiff_t;
+    using value_type = View;
+
+    Iterator() = default;
+    Iterator(typename EachRange<const Class>::Iterator at, const internal::TreeSource& source)
+        : m_at(at), m_source(&source) {
+      PassOver();
+    }
+
+    View operator*() const { return View(*m_at, *m_source); }
+    Iterator& operator++() {
+      ++m_at;
+      PassOver();
+      return *this;
+    }
+    void operator++(int) { ++*this; }
+    friend bool operator==(const Iterator& iterator, std::default_sentinel_t end) {
+      return iterator.m_at == end;
+    }
+
+   private:
+    void PassOver() {
+      while (m_at != std::default_sentinel && !View::Shows(**m_at)) ++m_at;
+    }
+
+    typename EachRange<const Class>::Iterator m_at;
+    const internal::TreeSource* m_source = nullptr;
+  };
+
+  /// Views of what is in one source; what belongs to it is looked up in another, which has it in.
+  ViewRange(const internal::TreeSource& source, const internal::TreeSource& whole)
+      : m_whole(whole), m_objects(source) {}
+
+  Iterator begin() { return Iterator(m_objects.begin(), m_whole); }
+  std::default_sentinel_t end() const { return {}; }
+
+ private:
+  internal::TreeSource m_whole;
+  EachRange<const Class> m_objects;
+};
+
+namespace internal {
+
+inline TreeSource SourceOf(const KRDataObj& root) { return TreeSource(&root); }
+inline TreeSource SourceOf(const KRDataObj* root) { return TreeSource(root); }
+inline TreeSource SourceOf(const Reading& reading) { return TreeSource(reading); }
+/// The trees would be gone before the first view is looked at.
+void SourceOf(Reading&&) = delete;
+
+/// The text of an element; empty when it is absent.
+inline std::string_view TextIf(u16 isPresent, const KRString& text KROFX_LIFETIME_BOUND) {
+  return isPresent != 0 ? ToText(text) : std::string_view();
+}
+
+}  // namespace internal
+}  // namespace krofx
+
+#endif  // KROFX_HOST_VIEW_RANGE_H_

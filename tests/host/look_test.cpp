@@ -1,0 +1,183 @@
+// Looking for objects of a class in trees, and what is around them.
+
+#include "krofx/host/look.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <type_traits>
+
+#include "krofx/envelope/file_rq_rs.h"
+#include "krofx/messages/banking/accounts.h"
+#include "krofx/messages/banking/statements.h"
+#include "support/failing_allocation.h"
+#include "support/readings.h"
+
+namespace krofx::testing {
+namespace {
+
+std::string Transaction(const std::string& id) {
+  return "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105<TRNAMT>-7<FITID>" + id + "</STMTTRN>";
+}
+
+Reading Three() {
+  return Read(BankStatementFile(Transaction("a") + Transaction("b") + Transaction("c")));
+}
+
+TEST(Each, GivesAllObjectsOfAClassInTheOrderOfTheDocument) {
+  const Reading reading = Three();
+  Lines ids;
+  for (const auto& tx : Each<KRBankStatementTx>(reading)) ids.push_back(Str(tx->GetFITId()));
+  EXPECT_EQ(ids, (Lines{"a", "b", "c"}));
+}
+
+TEST(Each, ConvertsToAReferenceSoThatNothingIsCopied) {
+  const Reading reading = Three();
+  const auto* list = &*(*Each<KRBankTransactionList>(reading).begin());
+  u16 index = 0;
+  for (const KRBankStatementTx& tx : Each<KRBankStatementTx>(reading)) {
+    EXPECT_EQ(&tx, list->GetStatementTx(index++));
+  }
+  EXPECT_EQ(index, 3);
+}
+
+TEST(Each, KeepsConstnessOfItsSource) {
+  Reading reading = Three();
+  const Reading& fixed = reading;
+  static_assert(
+      std::is_same_v<decltype(**Each<KRBankStatementTx>(reading).begin()), KRBankStatementTx&>);
+  static_assert(
+      std::is_same_v<decltype(**Each<KRBankStatementTx>(fixed).begin()), const KRBankStatementTx&>);
+  for (const auto& tx : Each<KRBankStatementTx>(reading)) tx->SetName(KRString("Baker"));
+  for (const auto& tx : Each<KRBankStatementTx>(*fixed.Response())) {
+    EXPECT_EQ(Str(tx->GetName()), "Baker");
+  }
+}
+
+TEST(Each, FindsObjectsOfDerivedClassesAndTheRootItself) {
+  const Reading reading = Three();
+  Lines tags;
+  for (const auto& account : Each<KRAccount>(reading)) {
+    EXPECT_NE(dynamic_cast<const KRBankAccount*>(&*account), nullptr);
+    tags.push_back(Str(account->GetAccountID()));
+  }
+  EXPECT_EQ(tags.size(), 1u);
+  int files = 0;
+  for (const auto& file : Each<KRFileRs>(*reading.root)) {
+    EXPECT_EQ(&*file, reading.root);
+    ++files;
+  }
+  EXPECT_EQ(files, 1);
+}
+
+TEST(Each, GivesTheWayToTheRoot) {
+  const Reading reading = Three();
+  Lines paths;
+  for (const auto& tx : Each<KRBankStatementTx>(reading)) {
+    paths.push_back(Str(tx.Path()));
+    ASSERT_NE(tx.Ancestor<KRBankStatementRs>(), nullptr);
+    EXPECT_EQ(Str(tx.Ancestor<KRBankStatementRs>()->GetCurrencyDefault()), "USD");
+    EXPECT_EQ(tx.Ancestor<KRFileRs>(), reading.root);
+    EXPECT_EQ(tx.Parent(), tx.Ancestor<KRBankTransactionList>());
+    EXPECT_EQ(tx.Ancestor<KRCCStatementRs>(), nullptr);
+    // An object is not its own ancestor.
+    EXPECT_EQ(tx.Ancestor<KRBankStatementTx>(), nullptr);
+  }
+  const std::string list = "OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/BANKTRANLIST/STMTTRN";
+  EXPECT_EQ(paths, (Lines{list + "[1]", list + "[2]", list + "[3]"}));
+}
+
+TEST(Each, GoesThroughNothingInAnEmptyTree) {
+  const KRDataObj* const none = nullptr;
+  for (const auto& object : Each<KRDataObj>(none)) ADD_FAILURE() << &*object;
+  const Reading reading = Read(std::string_view("no OFX"));
+  for (const auto& object : Each<KRDataObj>(reading)) ADD_FAILURE() << &*object;
+  for (const auto& object : Each<KRDataObj>(reading.Response())) ADD_FAILURE() << &*object;
+}
+
+TEST(Each, CanBeGoneThroughAgain) {
+  const Reading reading = Three();
+  auto range = Each<KRBankStatementTx>(reading);
+  for (int round = 0; round < 2; ++round) {
+    int count = 0;
+    for (const auto& tx : range) count += tx->GetFITId().IsEmpty() == 0 ? 1 : 0;
+    EXPECT_EQ(count, 3);
+  }
+}
+
+TEST(Each, GoesThroughAllTextsOfAFileAndAllPartsOfAMultipartOne) {
+  const std::string one = BankStatementFile(Transaction("a"));
+  const Reading two = Read(one + "\n" + BankStatementFile(Transaction("b")));
+  Lines ids;
+  ForEach<KRBankStatementTx>(
+      two, [&](const KRBankStatementTx& tx) { ids.push_back(Str(tx.GetFITId())); });
+  EXPECT_EQ(ids, (Lines{"a", "b"}));
+  const Reading parts = ReadFile(KROFX_EXAMPLES "/multipart.mime");
+  int bodies = 0;
+  ForEach<KRResponse>(parts, [&](const KRResponse&, const Trail& trail) {
+    ++bodies;
+    EXPECT_EQ(Str(trail.Path()), "OFX");
+    EXPECT_NE(trail.Ancestor<KRFileRs>(), nullptr);
+  });
+  EXPECT_GT(bodies, 0);
+}
+
+TEST(Each, SeesTheSameObjectsAsAWalkByHand) {
+  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
+    const Reading reading = ReadFile(entry.path().c_str());
+    if (reading.root == nullptr) continue;
+    std::vector<const KRDataObj*> byHand;
+    const auto walk = [&byHand](const auto& self, const KRDataObj& object) -> void {
+      byHand.push_back(&object);
+      for (u16 index = 0; index < object.GetNumberOfChildren(); ++index) {
+        if (const KRDataObj* const child = object.GetChild(index)) self(self, *child);
+      }
+    };
+    walk(walk, *reading.root);
+    std::vector<const KRDataObj*> each;
+    ForEach<KRDataObj>(*reading.root, [&](const KRDataObj& object) { each.push_back(&object); });
+    EXPECT_EQ(each, byHand) << entry.path();
+  }
+}
+
+// Files in files, deeper than any text is.
+TEST(Each, ReachesTheBottomOfADeepTreeOrSaysThatMemoryIsExhausted) {
+  constexpr int kDepth = 60;
+  KRFile root;
+  KRFile* deepest = &root;
+  for (int level = 0; level < kDepth; ++level) {
+    auto* const file = new KRFile;
+    ASSERT_EQ(deepest->AppendSubfile(file), 1);
+    deepest = file;
+  }
+  int count = 0;
+  ForEach<KRFile>(root, [&](const KRFile&) { ++count; });
+  EXPECT_EQ(count, kDepth + 1);
+  const FailingAllocation failing(1, true);
+  count = 0;
+  ForEach<KRFile>(root, [&](const KRFile&) { ++count; });
+  EXPECT_LT(count, kDepth);
+  EXPECT_TRUE(AlarmIsSet());
+}
+
+TEST(Each, TakesNoMemoryInATreeThatWasRead) {
+  const Reading reading = Three();
+  const FailingAllocation failing(1, true);
+  int count = 0;
+  ForEach<KRBankStatementTx>(reading, [&](const KRBankStatementTx&) { ++count; });
+  EXPECT_EQ(count, 3);
+  EXPECT_FALSE(AlarmIsSet());
+}
+
+// The trees of a temporary would be gone at once.
+template <class Source>
+concept CanBeGoneThrough = requires(Source&& source) {
+  Each<KRBankStatementTx>(std::forward<Source>(source)).begin();
+};
+static_assert(CanBeGoneThrough<Reading&>);
+static_assert(CanBeGoneThrough<const Reading&>);
+static_assert(!CanBeGoneThrough<Reading>);
+
+}  // namespace
+}  // namespace krofx::testing
