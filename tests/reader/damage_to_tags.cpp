@@ -10,7 +10,7 @@ namespace {
 
 using Type = Token::Type;
 
-// Loses the end tag of an aggregate where what follows tells that it has ended: the end of the
+// Loses the end tag of an aggregate where what follows shows that it has ended: the end of the
 // aggregate around it, or the next of its kind.
 bool LoseEnd(Dice& dice, DamagedText& text) {
   Document& document = text.damaged;

@@ -1,4 +1,4 @@
-// Reads statements whose transactions have given values, and tells what became of each value.
+// Reads statements whose transactions have given values, and says what became of each value.
 
 #ifndef KROFX_TESTS_READER_READ_VALUES_H_
 #define KROFX_TESTS_READER_READ_VALUES_H_
@@ -53,7 +53,7 @@ inline std::string ValueIn(std::string_view text, const std::string& tag) {
 }
 
 /// Reads a statement with a transaction for each of the texts, which are values of `tag`.
-/// @param header what stands in front of the body.
+/// @param header what is in front of the body.
 inline std::vector<ReadValue> ReadValues(const std::string& tag, const Lines& texts,
                                          const std::string& header = HeaderBlock()) {
   std::string transactions;

@@ -140,7 +140,7 @@ TEST(Structure, SkipsPrivateTagsAndNamesEachOnce) {
 TEST(Structure, SkipsUnknownAggregatesWhole) {
   ExpectWhole(With("<STMTTRN>", "<IMAGEDATA><IMAGETYPE>X<NAME>y</IMAGEDATA><STMTTRN>"),
               {"unknown-tag"});
-  // One that does not end where it stands is dropped alone.
+  // One that does not end where it is is dropped alone.
   ExpectWhole(With("<STMTTRN>", "<IMAGEDATA><STMTTRN>"), {"unknown-tag"});
 }
 

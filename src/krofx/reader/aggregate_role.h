@@ -1,6 +1,6 @@
 // What a tag is to an object: one of its elements, one of its aggregates, or none of its tags.
 //
-// The strict parser tells elements from aggregates by what stands behind them. The objects know
+// The strict parser distinguishes elements from aggregates by what follows them. The objects know
 // better, since their tables say what each tag is, and so an element without a text is no riddle.
 
 #ifndef KROFX_READER_AGGREGATE_ROLE_H_
@@ -33,17 +33,17 @@ TagRole RoleOf(KRDataObj& object, KRTagID tag);
 /// wrappers and what they hold. A text with none of them is not OFX.
 bool IsOfEnvelope(KRTagID tag);
 
-/// Whether the tag of `row` may stand any number of times: each one is a child of its own.
+/// Whether the tag of `row` may be there any number of times: each one is a child of its own.
 inline bool IsRepeated(const Row* row) { return row != nullptr && row->array != nullptr; }
 
-/// The child that an object holds under a tag that can stand once: null when there is none, and for
-/// one that may be repeated.
+/// The child that an object holds under a tag that can be there once: null when there is none, and
+/// for one that may be repeated.
 KRDataObj* SingleChild(KRDataObj& object, KRTagID tag, const Row* row);
 
-/// Whether an object is a list: what comes in a second one of it belongs behind what the first has.
+/// Whether an object is a list: what comes in a second one belongs after what the first has.
 bool IsList(KRDataObj& object);
 
-/// The tag of the aggregate of an object that stands around `tag`, if there is exactly one that can
+/// The tag of the aggregate of an object that is around `tag`, if there is exactly one that can
 /// hold it, directly or in one aggregate more.
 /// @return KRTag_None when there is none, or more than one.
 KRTagID AggregateAround(KRDataObj& object, KRTagID tag);

@@ -1,4 +1,4 @@
-// Reads the texts of one file, one behind the other: strictly, and, where that does not suffice,
+// Reads the texts of one file, one after the other: strictly, and, where that does not suffice,
 // with everything that can be mended.
 
 #ifndef KROFX_READER_FILE_READER_H_
@@ -20,7 +20,7 @@ namespace krofx::internal {
 bool MakeRoot(OfxText& text);
 
 /// Fills in what is known of a text whose headers are in its tree: version and character set.
-/// @param bytes the text, or a part of it that tells its character set.
+/// @param bytes the text, or a part of it that shows its character set.
 /// @return false when memory is exhausted.
 bool DescribeText(OfxText& text, std::string_view bytes);
 
@@ -39,7 +39,7 @@ class FileReader {
 
  private:
   KRParseStatus ReadTexts();
-  // Reads the text that begins at m_position, and moves behind it.
+  // Reads the text that begins at m_position, and moves past it.
   KRParseStatus ReadNext();
   KRBuffer* BufferOf(std::size_t from, std::size_t end, OwnedBuffer& copy);
   bool IsWhole(const StrictResult& strict, std::size_t from) const;

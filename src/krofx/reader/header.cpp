@@ -190,7 +190,7 @@ class HeaderReader {
     return TakeBehind(front.substr(passed), inOrder) && TakeForm(front.substr(first));
   }
 
-  // What stands in front of the first field; an XML declaration or a comment is no text.
+  // What is in front of the first field; an XML declaration or a comment is no text.
   bool TakeFront(std::string_view before) {
     std::string_view text = Trimmed(before);
     if (text.starts_with("<?") || text.starts_with("<!")) text = {};
@@ -199,7 +199,7 @@ class HeaderReader {
            Note(MendingKind::kHeaderLayout, before.data(), {}, before);
   }
 
-  // What stands between two fields: a line end when all is in order.
+  // What is between two fields: a line end when all is in order.
   bool TakeBetween(std::string_view between, bool& inOrder) {
     const std::string_view text = Trimmed(between);
     const bool lineEnd =
@@ -220,7 +220,7 @@ class HeaderReader {
     return Note(MendingKind::kHeaderFieldUnknown, text.data(), name, text);
   }
 
-  // What stands between the last field and the body: a blank line when all is in order.
+  // What is between the last field and the body: a blank line when all is in order.
   bool TakeBehind(std::string_view behind, bool inOrder) {
     const std::string_view text =
         Trimmed(behind.substr(0, std::min(behind.find('<'), behind.size())));

@@ -1,8 +1,8 @@
-// What stands in front of the body: the header of OFX 1 or OFX 2, as it really comes.
+// What is in front of the body: the header of OFX 1 or OFX 2, as it really comes.
 //
-// The strict parser wants nine fields, one a line, with a blank line behind them. Here the fields
-// are looked for by their names wherever they stand in front of the body, so that they may be on
-// one line, with or without blanks, in any order, behind the headers of a web server, or missing.
+// The strict parser wants nine fields, one a line, with a blank line after them. Here the fields
+// are looked for by their names wherever they are in front of the body, so that they may be on
+// one line, with or without blanks, in any order, after the headers of a web server, or missing.
 
 #ifndef KROFX_READER_HEADER_H_
 #define KROFX_READER_HEADER_H_

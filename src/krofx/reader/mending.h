@@ -69,7 +69,7 @@ class KROFX_API MendingKinds {
   std::bitset<kCount> m_kinds;
 };
 
-/// Where something stands in what was read, in the bytes as they were.
+/// Where something is in what was read, in the bytes as they were.
 struct Place {
   std::size_t offset = 0;  ///< Bytes before it.
   std::size_t line = 0;    ///< From 1; a line ends in LF, CR LF or CR. 0 for what has no place.
@@ -85,7 +85,7 @@ struct Mending {
   /// The tag, or the header field, as OFX writes it; empty when none applies.
   KRString tag;
   /// The aggregates around it, such as "OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/BANKTRANLIST/STMTTRN[2]".
-  /// A number, from 1, tells aggregates of one tag and parent apart. Empty outside the body.
+  /// A number, from 1, distinguishes aggregates of one tag and parent. Empty outside the body.
   KRString path;
   /// What was there, at most 200 bytes of it, in the character set of the text. A password is
   /// stars.

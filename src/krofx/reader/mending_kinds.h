@@ -11,9 +11,9 @@
 // clang-format off
 // X(number, name in C++, name in English, Each or Once, sentence)
 #define KROFX_MENDING_KINDS(X)                                                                                         \
-  /* What stands in front of the body. */                                                                              \
+  /* What is in front of the body. */                                                                                 \
   X(100, kHeaderMissing, "header-missing", Each, "there is no OFX header; the usual one was taken")                    \
-  X(101, kHeaderLayout, "header-layout", Each, "the header is not one field a line with a blank line behind it")       \
+  X(101, kHeaderLayout, "header-layout", Each, "the header is not one field a line with a blank line after it")        \
   X(102, kHeaderFieldMissing, "header-field-missing", Each, "a header field is missing; its usual value was taken")    \
   X(103, kHeaderFieldUnknown, "header-field-unknown", Each, "a header field that OFX does not have was left out")      \
   X(104, kHeaderValue, "header-value", Each, "a header field says what OFX does not know; its usual value was taken")  \
@@ -38,7 +38,7 @@
   X(308, kNumberZeros, "number-zeros", Each, "zeros that do not change a number were taken out of it")                 \
   X(309, kNumberExponent, "number-exponent", Each, "a number with an exponent was written out")                        \
   /* Dates and times. */                                                                                               \
-  X(400, kDateAbsent, "date-absent", Each, "a date that stands for none was taken as absent")                          \
+  X(400, kDateAbsent, "date-absent", Each, "a date that means none was taken as absent")                          \
   X(401, kDateForm, "date-form", Each, "a date in another form was taken in the form of OFX")                          \
   X(402, kDateZone, "date-zone", Each, "a time zone in another form was taken in the form of OFX")                     \
   X(403, kDateRefused, "date-refused", Each, "a text that is no date was left out")                                    \
@@ -60,7 +60,7 @@
   X(605, kReplaced, "replaced", Each, "an aggregate that comes twice was replaced by the second one")                  \
   X(606, kOwnWrapper, "own-wrapper", Each, "a second answer in one wrapper was given a wrapper of its own")            \
   X(607, kMissingStart, "missing-start", Each, "an aggregate is missing around what belongs into it")                  \
-  X(608, kMisplaced, "misplaced", Each, "a tag that may not stand here was left out with all that is in it")           \
+  X(608, kMisplaced, "misplaced", Each, "a tag that may not be here was left out with all that is in it")           \
   X(609, kStrayText, "stray-text", Each, "text that belongs to no element was left out")                               \
   X(610, kPrivateTag, "private-tag", Once, "a tag of an institution's own was left out")                               \
   X(611, kLaterTag, "later-tag", Once, "a tag of a later version of OFX was left out with all that is in it")          \

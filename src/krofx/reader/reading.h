@@ -48,9 +48,9 @@ enum class TextForm : u8 {
   kOfx2,  ///< OFX 2: XML.
 };
 
-/// One OFX text with its tree. A file may have several, one behind the other.
+/// One OFX text with its tree. A file may have several, one after the other.
 struct KROFX_API OfxText {
-  /// The tree: a KRFileRs, KRFileRq or KRFile, as `kind` tells.
+  /// The tree: a KRFileRs, KRFileRq or KRFile, as `kind` says.
   std::unique_ptr<KRFile> root;
   TextKind kind = TextKind::kResponse;
   TextForm form = TextForm::kOfx1;

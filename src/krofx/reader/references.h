@@ -43,7 +43,7 @@ class ReferenceReader {
 };
 
 /// The character that a reference names.
-/// @param name what stands between '&' and ';'.
+/// @param name what is between '&' and ';'.
 /// @return 0 when it is none.
 char32_t CharacterOf(std::string_view name);
 

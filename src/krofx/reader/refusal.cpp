@@ -67,7 +67,7 @@ struct Words {
   const char* sentence;
 };
 
-// Files in which these words stand.
+// Files that have these words.
 constexpr Words kWords[] = {
     {":20:", ":60", "this is an MT940 statement; download it again as OFX or QFX"},
     {":20:", ":61:", "this is an MT940 or MT942 statement; download it again as OFX or QFX"},
@@ -163,7 +163,7 @@ const char* DescribePlainText(std::string_view text) {
     return "this is JSON, not OFX; download the statement as OFX or QFX";
   }
   if (Contains(text, "OFXHEADER") || Contains(text, "<?OFX")) {
-    return "there is an OFX header with no OFX text behind it; the download broke off: download "
+    return "there is an OFX header with no OFX text after it; the download broke off: download "
            "the "
            "statement again";
   }

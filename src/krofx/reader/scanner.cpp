@@ -96,7 +96,7 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
   return !tag.otherForm && (!small || dotted);
 }
 
-// A tag that has lost its '>': a name of OFX at the end of its line, with another tag behind it.
+// A tag that has lost its '>': a name of OFX at the end of its line, with another tag after it.
 bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
   const u32 end = start + static_cast<u32>(tag.name.size());
   if (At(next) != '<' || SkipWhite(end) != next) return false;
@@ -145,7 +145,7 @@ TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
   TextRun run;
   run.from = run.to = from;
   bool any = false;
-  // Whether text stands on the line that has been reached.
+  // Whether there is text on the line that has been reached.
   bool inText = false;
   const auto take = [&](u32 start, u32 end) {
     const u32 after = end;

@@ -28,26 +28,26 @@ struct TextRun {
   bool plain = true;
   /// It has a '<' that opens no tag.
   bool bareLessThan = false;
-  /// The text ends behind it, without a line end between.
+  /// The text ends after it, without a line end between.
   bool cut = false;
 
   bool IsEmpty() const { return from == to; }
 };
 
-/// A tag, with what stands around it.
+/// A tag, with what is around it.
 struct ScannedTag {
   enum class Type : u8 { kEndOfText, kStart, kEnd };
 
   Type type = Type::kEndOfText;
   bool selfClosed = false;  ///< "<NAME/>": `type` is kStart.
   bool otherCase = false;   ///< The name is the dictionary's but for the case of its letters.
-  bool otherForm = false;   ///< Blanks, a prefix or attributes stand in it.
+  bool otherForm = false;   ///< Blanks, a prefix or attributes are in it.
   u32 at = 0;               ///< Its '<', or the end of the text.
-  u32 behind = 0;           ///< Behind its '>'.
+  u32 behind = 0;           ///< After its '>'.
   std::string_view name;    ///< As written, without a prefix.
   const KRTagDictionaryEntry* entry = nullptr;  ///< Null for a name that the dictionary lacks.
   TextRun front;  ///< The text in front of it that is not the text of a start tag.
-  TextRun text;   ///< Of a start tag: the text behind it.
+  TextRun text;   ///< Of a start tag: the text after it.
 
   KRTagID Id() const { return entry == nullptr ? KRTag_None : entry->tagID; }
   /// The name as OFX writes it, or as written when OFX does not have it.
@@ -74,7 +74,7 @@ class Scanner {
   void GoTo(u32 position) { m_position = position; }
   /// Where the next tag is looked for.
   u32 Position() const { return m_position; }
-  /// Reads the next tag; behind the last one, the end of the text.
+  /// Reads the next tag; after the last one, the end of the text.
   void Next(ScannedTag& tag);
 
   /// Reads the text of a run: resolves references, and joins what comments and sections divide.
@@ -86,7 +86,7 @@ class Scanner {
   }
 
   /// Reads what begins at a '<', when it is a tag.
-  /// @param inText whether text stands in front of it on its line, so that it may be one more
+  /// @param inText whether there is text in front of it on its line, so that it may be one more
   ///        character.
   bool ReadTag(u32 open, bool inText, ScannedTag& tag) const;
 

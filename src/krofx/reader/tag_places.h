@@ -1,4 +1,4 @@
-// Where the tags of each name stand in a text, for questions about what lies ahead: does this
+// Where the tags of each name are in a text, for questions about what lies ahead: does this
 // aggregate end, and before or after that one?
 
 #ifndef KROFX_READER_TAG_PLACES_H_
@@ -26,7 +26,7 @@ class TagPlaces {
   u32 NextStart(std::string_view name, u32 from) { return Next(name, from, false).at; }
   /// The first end tag of a name from a place on; kNone when there is none.
   u32 NextEnd(std::string_view name, u32 from) { return Next(name, from, true).at; }
-  /// The place behind that end tag.
+  /// The place after that end tag.
   u32 BehindNextEnd(std::string_view name, u32 from) { return Next(name, from, true).behind; }
   /// Whether memory was exhausted; all answers are kNone then.
   bool HasFailed() const { return m_failed; }

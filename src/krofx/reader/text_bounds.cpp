@@ -19,7 +19,7 @@ bool StartsWithoutCase(std::string_view text, std::string_view start) {
 
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
-// The name of the tag behind a '<', without a prefix.
+// The name of the tag after a '<', without a prefix.
 std::string_view NameAt(std::string_view rest) {
   while (!rest.empty() && IsWhite(rest.front())) rest.remove_prefix(1);
   std::size_t length = 0;
@@ -41,7 +41,7 @@ bool Contains(std::string_view name, std::string_view part) {
   return false;
 }
 
-// Where the header of the text begins whose first tag stands at `tag`: the word OFXHEADER behind
+// Where the header of the text begins whose first tag is at `tag`: the word OFXHEADER after
 // the tag before it.
 std::size_t HeaderBefore(std::string_view bytes, std::size_t from, std::size_t tag) {
   const std::size_t last = bytes.rfind('>', tag);

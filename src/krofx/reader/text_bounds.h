@@ -11,20 +11,19 @@
 
 namespace krofx::internal {
 
-/// Where the text that begins at `from` ends: behind its end tag OFX, or, without one, where the
+/// Where the text that begins at `from` ends: after its end tag OFX, or, without one, where the
 /// next text begins, or at the end.
 std::size_t FindTextEnd(std::string_view bytes, std::size_t from);
 
-/// Whether another OFX text begins at `from` or behind it.
+/// Whether another OFX text begins at `from` or after it.
 bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary);
 
-/// What a text is: a request or a response by the first tag that tells, or multipart by its first
-/// line. A text that tells nothing is taken for a response.
+/// What a text is: a request or a response by the first tag that says so, or multipart by its first
+/// line. A text that says nothing is taken for a response.
 TextKind FindKind(std::string_view text);
 
 /// As FindKind.
-/// @param told takes whether the text tells what it is, and does not have to be taken for
-/// something.
+/// @param told takes whether the text says what it is.
 TextKind FindKind(std::string_view text, bool& told);
 
 /// Whether there may be an amount with a comma in a text: a value of nothing but digits, signs,

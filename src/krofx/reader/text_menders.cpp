@@ -71,7 +71,7 @@ KRParseStatus MendControlCharacters(WorkingText& text, Recorder& recorder) {
   const std::string_view bytes = text.Bytes();
   const auto isControl = [](char c) { return IsControl(static_cast<unsigned char>(c)); };
   const char* control = std::find_if(bytes.begin(), bytes.end(), isControl);
-  // What stands behind the last tag is no text, so it needs no mending.
+  // What follows the last tag is no text, so it needs no mending.
   const std::size_t last = bytes.rfind('>');
   if (last == std::string_view::npos || control >= bytes.data() + last) {
     if (control == bytes.end()) return KRParseStatus_Accepted;

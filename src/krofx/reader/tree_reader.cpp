@@ -190,7 +190,7 @@ bool TreeReader::Take(ScannedTag& tag, const TagRole& role) {
   return element ? TakeElement(tag, role) : TakeAggregate(tag, role);
 }
 
-// Whether the tag stands as its role has it: an aggregate has no text with its end tag behind it.
+// Whether the tag is as its role has it: no text and end tag of its own follow an aggregate's.
 bool TreeReader::Fits(const TagRole& role, const ScannedTag& tag) {
   if (role.role != Role::kAggregate) return role.role != Role::kNone;
   if (tag.text.IsEmpty()) return true;
@@ -264,7 +264,7 @@ bool TreeReader::IsInsideSpan(const ScannedTag& tag, const TagRole& role, const 
   return id == KRTag_DTSTART ? given >= held : given <= held;
 }
 
-// The last text of a text that breaks off: it may have lost its end, unless a tag has begun behind
+// The last text of a text that breaks off: it may have lost its end, unless a tag has begun after
 // it.
 void TreeReader::ReadCutText(ScannedTag& tag) {
   const std::string_view text = Shown(tag.text);

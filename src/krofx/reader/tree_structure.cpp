@@ -1,4 +1,4 @@
-// What is done with tags that do not fit where they stand, and with a text that ends early.
+// What is done with tags that do not fit where they are, and with a text that ends early.
 
 #include <algorithm>
 
@@ -8,7 +8,7 @@
 namespace krofx::internal {
 
 // Whether the aggregate at a depth still has its own end tag ahead, before that of an ancestor and
-// before the next one of its kind begins: then what does not fit in it stands in the wrong place,
+// before the next one of its kind begins: then what does not fit in it is in the wrong place,
 // and it is not its end tag that is missing.
 bool TreeReader::EndsInside(s16 depth, s16 ancestor, u32 position) {
   const std::string_view name = NameOf(m_levels[depth]);
@@ -85,7 +85,7 @@ bool TreeReader::EnterLast(const ScannedTag& tag, bool& entered) {
 }
 
 // The aggregate that is missing in an object around a tag: the one that can hold it, or, when there
-// are several or none of them tells, the one whose end tag comes next and has no start.
+// are several or it is none of them alone, the one whose end tag comes next and has no start.
 KRTagID TreeReader::MissingAggregate(KRDataObj& object, KRTagID tag, u32 position) {
   const KRTagID type = object.GetType();
   Answer& answer = m_answers[(type * 31 + tag) % kAnswers];
@@ -157,7 +157,7 @@ u32 TreeReader::EndOfOpen(u32 position) {
   return end;
 }
 
-// Moves behind a tag with all that is in it, if it ends before what it stands in.
+// Moves past a tag with all that is in it, if it ends before what it is in.
 void TreeReader::SkipTo(const ScannedTag& tag) {
   m_endsSilently = tag.name;
   if (!tag.text.IsEmpty() || tag.selfClosed) return;

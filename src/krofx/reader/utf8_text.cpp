@@ -24,7 +24,7 @@ bool IsPlain(char c) {
   return (byte >= 0x20 && byte < 0x7F && c != '&') || c == '\t' || c == '\n' || c == '\r';
 }
 
-// The text in a CDATA section, which the strict parser hands on as it stands.
+// The text in a CDATA section, which the strict parser hands on as it is.
 std::string_view WithoutSection(std::string_view text) {
   const bool section = text.size() >= kSectionOpen.size() + kSectionClose.size() &&
                        text.starts_with(kSectionOpen) && text.ends_with(kSectionClose);
@@ -74,7 +74,7 @@ KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion
     result.Assign(view.data(), static_cast<u16>(view.size()));
     return result;
   }
-  // The texts of a file come one behind the other, and a set takes some time to open.
+  // The texts of a file come one after the other, and a set takes some time to open.
   static thread_local Charset set;
   KRBuffer out(0, 256);
   const bool open = charset == set.Name() ||

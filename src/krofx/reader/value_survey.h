@@ -14,7 +14,7 @@ namespace krofx::internal {
 
 class Charset;
 
-/// Which sign stands in front of the decimals.
+/// Which sign is in front of the decimals.
 enum class DecimalSign : u8 {
   kUnknown,  ///< No number shows it, or some show the one and some the other.
   kPoint,

@@ -32,7 +32,7 @@ class WorkingText {
 
   std::string_view Bytes() const { return m_bytes; }
   u32 Size() const { return static_cast<u32>(m_bytes.size()); }
-  /// The byte at a position, NUL behind the last.
+  /// The byte at a position, NUL after the last.
   char At(std::size_t position) const {
     return position < m_bytes.size() ? m_bytes[position] : '\0';
   }
@@ -54,7 +54,7 @@ class WorkingText {
   std::size_t m_base;
   std::size_t m_original;
   OwnedBuffer m_own;
-  // What stood there before the last edit: views of it stay good.
+  // What was there before the last edit: views of it stay good.
   OwnedBuffer m_before;
 };
 

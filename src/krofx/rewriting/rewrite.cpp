@@ -1,7 +1,7 @@
 // The two forms, made from one text of the builder.
 //
 // The builder's text has a tag or an element on each line, and every '<' in it opens a tag, so the
-// form of OFX 2 is that text with a closed tag behind each value.
+// form of OFX 2 is that text with a closed tag after each value.
 
 #include "krofx/rewriting/rewrite.h"
 

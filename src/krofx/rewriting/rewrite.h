@@ -26,7 +26,7 @@ struct RewriteOptions {
   bool strict = false;
 };
 
-/// Writes a text that was read behind what `out` already holds. Texts are written as a person would
+/// Writes a text that was read after what `out` already holds. Texts are written as a person would
 /// read them: see OfxText::ToUtf8. Passwords are written as they are.
 /// @param failing takes the object that could not be written, null when none is to blame. May be
 ///        null.

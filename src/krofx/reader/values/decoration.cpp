@@ -55,7 +55,7 @@ bool IsCurrency(std::u32string_view word) {
   return IsCode(word) || std::find(std::begin(kSigns), std::end(kSigns), word) != std::end(kSigns);
 }
 
-// What stands around a number, as far as it was understood.
+// What is around a number, as far as it was understood.
 struct Surroundings {
   int plus = 0;
   int minus = 0;
@@ -97,7 +97,7 @@ bool ReadWord(std::u32string_view word, bool after, Surroundings& found) {
   return true;
 }
 
-// @param after whether this is what stands after the number.
+// @param after whether this is what follows the number.
 bool ReadAround(std::u32string_view text, bool after, Surroundings& found) {
   for (std::size_t at = 0; at < text.size();) {
     const char32_t c = text[at];
