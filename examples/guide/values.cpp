@@ -21,6 +21,6 @@ int main() {
   if (const auto day = krofx::ToDay(tx->GetDateTimePosted())) {
     std::cout << "day " << static_cast<unsigned>(day->day()) << "\n";
   }
-  // A condition asks the value; `if (tx->GetTxAmount())` does not compile.
+  // A condition asks for the value: the amount itself is a text too, which is always there.
   if (tx->GetTxAmount().IsNegative() != 0) std::cout << "money goes out\n";
 }
