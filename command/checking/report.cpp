@@ -22,13 +22,11 @@ Report::Report(const std::string& name, Reader reader) : file(name, reader) {
   if (!missing.empty()) verdict = Worse(verdict, kExitWarnings);
 }
 
-std::string TextOf(const Report& report) {
+std::string DetailsOf(const Report& report) {
   const ParsedFile& file = report.file;
-  std::string out = file.GetName() + ": ";
-  if (file.GetRoot() == nullptr) return out + "not usable: " + file.GetProblem() + "\n";
-  out += "status " + std::to_string(file.GetStatus()) + ", " + file.GetMeaning() + "\n";
-  if (!file.GetProblem().empty())
-    out += file.GetName() + ": not usable: " + file.GetProblem() + "\n";
+  if (file.GetRoot() == nullptr) return "";
+  std::string out = file.GetName() + ": status " + std::to_string(file.GetStatus()) + ", " +
+                    file.GetMeaning() + "\n";
   for (const Warning& warning : file.GetWarnings()) {
     out += file.GetName() + ":";
     if (warning.place.line > 0) {

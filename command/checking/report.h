@@ -22,8 +22,9 @@ struct Report {
   ExitStatus verdict;
 };
 
-/// The lines of a report.
-std::string TextOf(const Report& report);
+/// Everything that a report lists, a line each, after a line with the status of the parse. Empty
+/// for an input that could not be read.
+std::string DetailsOf(const Report& report);
 
 /// A report as JSON, in the form that docs/json.md describes.
 Json JsonOf(const Report& report);

@@ -2,6 +2,7 @@
 
 #include "checking/notes.h"
 #include "checking/report.h"
+#include "checking/summary.h"
 #include "output/json.h"
 #include "output/masking.h"
 #include "output/safe_text.h"
@@ -45,7 +46,8 @@ Json JsonOf(const Report& report) {
       .Set("status", static_cast<unsigned>(file.GetStatus()))
       .Set("meaning", file.GetMeaning());
   if (!file.GetProblem().empty()) object.Set("problem", file.GetProblem());
-  object.Set("warnings", std::move(warnings))
+  object.Set("summary", SummaryOf(report))
+      .Set("warnings", std::move(warnings))
       .Set("mendings", JsonOf(ShownMendings(file)))
       .Set("missing", std::move(missing));
   return object;

@@ -192,7 +192,7 @@ std::string ParsedFile::GetProblemWithAdvice() const {
   const bool hasPlace = std::any_of(m_warnings.begin(), m_warnings.end(),
                                     [](const Warning& warning) { return warning.place.line > 0; });
   return m_problem.empty() || !hasPlace ? m_problem
-                                        : m_problem + "; \"krofx check\" names the place";
+                                        : m_problem + "; \"krofx check --details\" names the place";
 }
 
 ExitStatus ParsedFile::GetVerdict() const {

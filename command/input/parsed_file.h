@@ -56,6 +56,8 @@ class ParsedFile {
   const std::vector<Warning>& GetWarnings() const { return m_warnings; }
   /// What was mended, in the order of the file.
   const krofx::List<krofx::Mending>& GetMendings() const { return m_reading.mendings; }
+  /// How many mendings and warnings there were beyond those that are listed.
+  std::size_t CountUnrecorded() const { return m_reading.unrecorded; }
   /// Whether a text ends too early, so that what follows is not there.
   bool BreaksOff() const;
   /// How many mendings and warnings, such as "3 mendings, 1 warning", and where a text breaks off;

@@ -3,6 +3,7 @@
 #include "output/characters.h"
 
 #include <wchar.h>
+#include <wctype.h>
 
 #include <algorithm>
 #include <clocale>
@@ -19,6 +20,12 @@ constexpr char16_t kHighControls[32] = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
+
+// The system's tables of widths and letters belong to a locale of UTF-8, whatever the user's is.
+locale_t Utf8Locale() {
+  static const locale_t utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  return utf8;
+}
 
 }  // namespace
 
@@ -66,13 +73,29 @@ void AppendUtf8(std::string& text, char32_t character) {
 std::size_t ColumnsOf(char32_t character) {
   constexpr char32_t kFirstMark = 0x300;
   if (character < kFirstMark) return 1;
-  // The system's table of widths belongs to a locale of UTF-8, whatever the user's is.
-  static const locale_t utf8 = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  const locale_t utf8 = Utf8Locale();
   if (utf8 == nullptr) return 1;
   const locale_t before = ::uselocale(utf8);
   const int columns = ::wcwidth(static_cast<wchar_t>(character));
   ::uselocale(before);
   return columns < 0 ? 1 : static_cast<std::size_t>(columns);
+}
+
+std::string FoldCase(std::string_view text) {
+  std::string folded;
+  folded.reserve(text.size());
+  const locale_t utf8 = Utf8Locale();
+  char32_t character = 0;
+  while (!text.empty() && TakeUtf8(text, character)) {
+    const bool isCapital = character >= 'A' && character <= 'Z';
+    if (isCapital) {
+      character += 'a' - 'A';
+    } else if (character >= kFirstHighControl && utf8 != nullptr) {
+      character = static_cast<char32_t>(::towlower_l(static_cast<wint_t>(character), utf8));
+    }
+    AppendUtf8(folded, character);
+  }
+  return folded.append(text);
 }
 
 char32_t FromCodePage1252(unsigned char byte) {

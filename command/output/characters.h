@@ -24,6 +24,9 @@ void AppendUtf8(std::string& text, char32_t character);
 /// Columns of a terminal that a character takes: 0, 1 or 2.
 std::size_t ColumnsOf(char32_t character);
 
+/// A text of UTF-8 in small letters, for comparisons.
+std::string FoldCase(std::string_view text);
+
 /// The character that a byte of the code page 1252 is.
 char32_t FromCodePage1252(unsigned char byte);
 /// The byte that a character is in the code page 1252.

@@ -71,10 +71,27 @@ void Json::SetAgain(const std::string& key, Json value) {
 
 void Json::Append(Json value) { m_value->held.push_back(std::move(value.m_value->held)); }
 
-std::string Json::TextOf(const char* format, Json files) {
-  Json all = Object();
-  all.Set("format", format).Set("version", kVersion).Set("files", std::move(files));
-  return all.m_value->held.dump(2, ' ', false, Library::error_handler_t::replace) + "\n";
+std::string Json::Text(std::size_t indent) const {
+  std::string text = m_value->held.dump(2, ' ', false, Library::error_handler_t::replace);
+  // Line ends within texts are escaped: those that are left are those of the layout.
+  const std::string blanks(indent, ' ');
+  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 1 + indent) {
+    text.insert(at + 1, blanks);
+  }
+  return text;
+}
+
+std::string Json::HeadOf(const char* format) {
+  return std::string("{\n  \"format\": \"") + format +
+         "\",\n  \"version\": " + std::to_string(kVersion) + ",\n  \"files\": [";
+}
+
+std::string Json::TailOf(bool any) { return any ? "\n  ]\n}\n" : "]\n}\n"; }
+
+Json Json::Output(const char* format) {
+  Json output = Object();
+  output.Set("format", format).Set("version", kVersion);
+  return output;
 }
 
 }  // namespace krofx::command

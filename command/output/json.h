@@ -5,6 +5,7 @@
 #define KROFX_COMMAND_OUTPUT_JSON_H_
 
 #include <concepts>
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -33,10 +34,20 @@ class Json {
   /// Adds an element to an array.
   void Append(Json value);
 
-  /// The text of an output: an object with the name and version of its form and its files, and a
-  /// line end. The version is that of docs/json.md: keys may be added within it; what is there
-  /// keeps its meaning.
-  static std::string TextOf(const char* format, Json files);
+  /// The text of a value that is a part of another one.
+  /// @param indent how many blanks its lines after the first have before them.
+  std::string Text(std::size_t indent) const;
+  /// What comes before the files of an output, and what comes after them. An output is an object
+  /// with the name and version of its form; its files follow each other with commas between them.
+  /// The version is that of docs/json.md: keys may be added within it; what is there keeps its
+  /// meaning.
+  /// @param any whether there is a file.
+  static std::string HeadOf(const char* format);
+  static std::string TailOf(bool any);
+  /// How far in the files are.
+  static constexpr std::size_t kFileIndent = 4;
+  /// An object with the name and version of a form, to which the members of an output are added.
+  static Json Output(const char* format);
 
  private:
   struct Value;

@@ -59,6 +59,10 @@ struct Section {
   std::string subject = {};  ///< The account or institution that it is about; may be empty.
   std::vector<Field> fields = {};
   std::vector<Table> tables = {};
+  /// What distinguishes the account from others, in full: for comparisons, never for output.
+  std::string identity = {};
+  /// The number of the account, in full: for comparisons, never for output.
+  std::string_view accountNumber = {};
 
   /// The value of a field; nothing when there is none of this key.
   Cell Find(std::string_view key) const;

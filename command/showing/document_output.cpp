@@ -35,20 +35,10 @@ Section MakePartSection(KRFile& multipart, TextArena& arena) {
   return section;
 }
 
-std::unique_ptr<RowWriter> MakeRowWriter(const PrintOptions& options) {
-  if (options.csv) return std::make_unique<CsvWriter>(options.GetTable());
-  return std::make_unique<JsonLinesWriter>(options.GetTable());
-}
-
-ExitStatus Report(const Document& document) {
-  if (!document.problem.empty()) {
-    Complain(document.file, document.problem);
-    return kExitUnusable;
-  }
-  if (!document.notes.empty()) {
-    Complain(document.file, document.notes + "; \"krofx check\" lists them");
-  }
-  return kExitClean;
+std::unique_ptr<RowWriter> MakeRowWriter(const PrintOptions& options,
+                                         const std::vector<RowColumn>& columns) {
+  if (options.csv) return std::make_unique<CsvWriter>(columns);
+  return std::make_unique<JsonLinesWriter>(columns);
 }
 
 }  // namespace
@@ -66,6 +56,7 @@ void AddPrintOptions(const Subcommand& app, PrintOptions& options) {
   app.AddOption("--table", options.table,
                 "The table for --csv and --json-lines: transactions (the default), closings, ...; "
                 "help lists them");
+  app.AddFlag("--wide", options.wide, "Show all columns and whole texts, whatever the terminal");
   app.AddFlag(
       "--show-identifiers", options.showIdentifiers,
       "Show the numbers of people, cards and payroll accounts in full, not just their last four "
@@ -129,22 +120,52 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
   return document;
 }
 
-ExitStatus PrintDocuments(const std::vector<Document>& documents, const PrintOptions& options) {
-  ExitStatus exitStatus = kExitClean;
-  for (const Document& document : documents) exitStatus = Worse(exitStatus, Report(document));
-  std::string text;
-  if (options.json) {
-    text = RenderJson(documents);
-  } else if (options.ShowsRows()) {
-    const std::unique_ptr<RowWriter> writer = MakeRowWriter(options);
-    text = writer->Head();
-    for (const Document& document : documents) {
-      AppendRows(text, document, options.GetTable(), *writer);
-    }
-  } else {
-    text = RenderText(documents);
+ExitStatus ReportProblems(const Document& document) {
+  if (!document.problem.empty()) {
+    Complain(document.file, document.problem);
+    return kExitUnusable;
   }
-  return Worse(exitStatus, WriteStandardOutput(text));
+  if (!document.notes.empty()) {
+    Complain(document.file, document.notes + "; \"krofx check\" lists them");
+  }
+  return kExitClean;
+}
+
+DocumentForm::DocumentForm(const PrintOptions& options)
+    : m_options(options),
+      m_text(FormOfStandardOutput(options.wide)),
+      m_columns(options.ShowsRows() ? RowColumnsOf(options.GetTable()) : std::vector<RowColumn>()) {
+}
+
+std::string DocumentForm::Head() const {
+  if (m_options.json) return JsonHead();
+  return m_options.ShowsRows() ? MakeRowWriter(m_options, m_columns)->Head() : "";
+}
+
+std::string DocumentForm::Render(const Document& document) const {
+  std::string out;
+  if (m_options.json) {
+    AppendJson(out, document);
+  } else if (m_options.ShowsRows()) {
+    AppendRows(out, document, m_options.GetTable(), *MakeRowWriter(m_options, m_columns));
+  } else {
+    AppendText(out, document, m_text);
+  }
+  return out;
+}
+
+std::string DocumentForm::Separator() const {
+  if (m_options.json) return ",";
+  return m_options.ShowsRows() ? "" : "\n";
+}
+
+std::string DocumentForm::Tail(bool any) const { return m_options.json ? JsonTail(any) : ""; }
+
+ExitStatus PrintDocument(const Document& document, const PrintOptions& options) {
+  const ExitStatus exitStatus = ReportProblems(document);
+  const DocumentForm form(options);
+  return Worse(exitStatus,
+               WriteStandardOutput(form.Head() + form.Render(document) + form.Tail(true)));
 }
 
 }  // namespace krofx::command

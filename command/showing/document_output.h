@@ -8,7 +8,9 @@
 
 #include "exit_status.h"
 #include "input/parsed_file.h"
+#include "output/text_form.h"
 #include "showing/document.h"
+#include "showing/layout.h"
 
 namespace krofx::command {
 
@@ -20,6 +22,7 @@ struct PrintOptions {
   bool json = false;
   bool csv = false;
   bool jsonLines = false;
+  bool wide = false;
   bool showIdentifiers = false;
   std::string table;  ///< Empty for the transactions.
 
@@ -43,10 +46,33 @@ ExitStatus PrintTables();
 /// All that a file holds, as it is shown.
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers);
 
-/// Writes documents on standard output, and on standard error what that form cannot say.
-/// @return kExitClean, or kExitUnusable when one of them was not usable or nothing could be
-/// written.
-ExitStatus PrintDocuments(const std::vector<Document>& documents, const PrintOptions& options);
+/// Says on standard error what is wrong with a document.
+/// @return kExitClean, or kExitUnusable when it was not usable.
+ExitStatus ReportProblems(const Document& document);
+
+/// Documents as one output in the form that was asked for. What Render makes of each of them is to
+/// come in order, after the head and before the tail.
+class DocumentForm {
+ public:
+  explicit DocumentForm(const PrintOptions& options);
+
+  std::string Head() const;
+  /// What a document adds to the output. May be called on several threads at once.
+  std::string Render(const Document& document) const;
+  /// What comes between two documents.
+  std::string Separator() const;
+  /// @param any whether there was a document.
+  std::string Tail(bool any) const;
+
+ private:
+  const PrintOptions& m_options;
+  const TextForm m_text;
+  const std::vector<RowColumn> m_columns;
+};
+
+/// Writes a document on standard output, and on standard error what that form cannot say.
+/// @return kExitClean, or kExitUnusable when it was not usable or nothing could be written.
+ExitStatus PrintDocument(const Document& document, const PrintOptions& options);
 
 }  // namespace krofx::command
 

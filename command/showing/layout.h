@@ -17,13 +17,13 @@
 
 namespace krofx::command {
 
-/// An element: where it is, its key in JSON and CSV, its label in text. A detail is left out of
-/// the text.
+/// An element: where it is, its key in JSON and CSV, its label in text.
 struct FieldSpec {
   std::string_view path;
   std::string_view key;
   std::string_view label;
-  bool detail = false;
+  bool detail = false;  ///< Left out of the text.
+  bool minor = false;   ///< A column that is left out first where there is not room for all.
 };
 
 /// Aggregates that repeat, one row each. A row's columns are below the aggregate; the path of the
@@ -33,6 +33,8 @@ struct TableSpec {
   std::string_view key;
   std::string_view title;
   std::span<const FieldSpec> columns;
+  /// The keys of the columns that the text adds up below the table, separated by blanks.
+  std::string_view totals = {};
 };
 
 /// A payload, a synchronisation, or a part of either.

@@ -63,6 +63,14 @@ Cell RowMaker::Find(const Element& element, const CellSource& source) const {
   return {};
 }
 
+const Element* RowMaker::FindElement(const Element& element, const CellSource& source) const {
+  for (const CellSource::Path& path : source.paths) {
+    const Element* const found = Follow(element, path);
+    if (found != nullptr && !found->isAggregate) return found;
+  }
+  return nullptr;
+}
+
 Cell RowMaker::CellOf(const Element& element) const {
   if (IsPassword(element.id)) return {ValueKind::kText, "(not shown)"};
   if (m_showIdentifiers || element.disclosure == Disclosure::kAll) {

@@ -18,7 +18,8 @@ namespace krofx::command {
 /// neither on the files nor on the rows.
 class RowWriter {
  public:
-  explicit RowWriter(std::string_view tableKey) : m_columns(RowColumnsOf(tableKey)) {}
+  /// @param columns what RowColumnsOf gives for the key; it must live as long as the writer.
+  explicit RowWriter(const std::vector<RowColumn>& columns) : m_columns(columns) {}
   virtual ~RowWriter() = default;
 
   /// What comes before the first row.
@@ -35,7 +36,7 @@ class RowWriter {
   const std::vector<Cell>& Arrange(const Section& section, const TableSpec& table, Row row);
 
  private:
-  const std::vector<RowColumn> m_columns;
+  const std::vector<RowColumn>& m_columns;
   std::unordered_map<const TableSpec*, std::vector<std::size_t>> m_positions;
   std::vector<Cell> m_cells;
 };

@@ -141,10 +141,12 @@ class SectionMaker {
 
   void AddSubject(Section& section, const Element& payload, std::string_view paths) {
     for (const CellSource& source : SubjectSourcesOf(paths)) {
-      const Cell cell = m_rows.Find(payload, source);
-      if (!cell) continue;
+      const Element* const found = m_rows.FindElement(payload, source);
+      if (found == nullptr) continue;
       if (!section.subject.empty()) section.subject += ' ';
-      section.subject += cell.text;
+      section.subject += m_rows.CellOf(*found).text;
+      section.identity.append(found->value).append("\n");
+      if (found->id == KRTag_ACCTID) section.accountNumber = found->value;
     }
   }
 

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "output/safe_text.h"
+#include "output/text_table.h"
 #include "showing/renderers.h"
+#include "showing/totals.h"
 
 namespace krofx::command {
 
@@ -19,98 +21,107 @@ std::string Readable(const Cell& cell) {
   return SafeLine(cell.text);
 }
 
-std::string Padded(std::string_view text, std::size_t width, bool right) {
-  const std::size_t have = DisplayWidth(text);
-  const std::string blanks(width > have ? width - have : 0, ' ');
-  return right ? blanks + std::string(text) : std::string(text) + blanks;
-}
-
-std::string WithoutTrailingBlanks(std::string line) {
-  line.erase(line.find_last_not_of(' ') + 1);
-  return line;
-}
-
-// One column of a table, ready to be laid out.
-struct Lane {
-  std::size_t index;
-  std::size_t width = 0;
-  bool right = false;
-};
-
-// The columns that are for people and that hold anything.
-std::vector<Lane> LanesOf(const Table& table) {
-  std::vector<Lane> lanes;
-  for (std::size_t index = 0; index < table.spec->columns.size(); ++index) {
-    if (table.spec->columns[index].detail) continue;
-    Lane lane{index};
-    for (std::size_t at = 0; at < table.CountRows(); ++at) {
-      const Cell& cell = table.GetRow(at)[index];
-      if (cell.text.empty()) continue;
-      lane.width = std::max(lane.width, DisplayWidth(Readable(cell)));
-      lane.right = lane.right || IsNumber(cell.kind);
-    }
-    if (lane.width == 0) continue;
-    lane.width = std::max(lane.width, DisplayWidth(table.spec->columns[index].label));
-    lanes.push_back(lane);
+// A text after a label or in a line of its own; the lines that it needs are as far in as the first.
+void AppendWrapped(std::string& out, const std::string& start, const std::string& text,
+                   const TextForm& form) {
+  const std::size_t indent = DisplayWidth(start);
+  // A text beside a label that takes the whole width keeps a few columns.
+  constexpr std::size_t kLeast = 10;
+  const std::size_t room =
+      form.columns == 0 ? 0 : std::max(form.columns - std::min(form.columns, indent), kLeast);
+  std::string before = start;
+  for (const std::string& part : Wrapped(text, room)) {
+    std::string line = before + part;
+    line.erase(line.find_last_not_of(' ') + 1);
+    out.append(line).append("\n");
+    before.assign(indent, ' ');
   }
-  return lanes;
 }
 
-void AppendTable(std::string& out, const Table& table) {
+void AppendTable(std::string& out, const Section& section, const Table& table,
+                 const TextForm& form) {
   if (table.cells.empty()) {
-    out += "  " + std::string(table.spec->title) + ": none\n";
+    out.append("  ").append(table.spec->title).append(": none\n");
     return;
   }
-  const std::vector<Lane> lanes = LanesOf(table);
-  const auto appendLine = [&](const auto& textOf) {
-    std::string line = "  ";
-    for (const Lane& lane : lanes)
-      line += Padded(textOf(lane.index), lane.width, lane.right) + "  ";
-    out += WithoutTrailingBlanks(std::move(line)) + "\n";
-  };
-  out += "\n";
-  appendLine([&](std::size_t index) { return std::string(table.spec->columns[index].label); });
-  appendLine([&](std::size_t index) {
-    const auto lane = std::find_if(lanes.begin(), lanes.end(),
-                                   [index](const Lane& each) { return each.index == index; });
-    return std::string(lane->width, '-');
-  });
+  TextTable text;
+  // Where each column goes; details go nowhere.
+  std::vector<std::size_t> shown;
+  for (std::size_t index = 0; index < table.spec->columns.size(); ++index) {
+    const FieldSpec& column = table.spec->columns[index];
+    if (column.detail) continue;
+    shown.push_back(index);
+    text.AddColumn(column.label,
+                   column.minor ? TextTable::Weight::kMinor : TextTable::Weight::kMain);
+  }
   for (std::size_t at = 0; at < table.CountRows(); ++at) {
     const Row row = table.GetRow(at);
-    appendLine([&](std::size_t index) { return row[index] ? Readable(row[index]) : ""; });
+    text.AddRow();
+    for (std::size_t lane = 0; lane < shown.size(); ++lane) {
+      const Cell& cell = row[shown[lane]];
+      if (!cell) continue;
+      if (IsNumber(cell.kind)) {
+        text.SetNumber(lane, Readable(cell));
+      } else {
+        text.SetText(lane, Readable(cell));
+      }
+    }
+  }
+  out += "\n";
+  text.Append(out, form);
+  out += TotalsOf(section, table, form);
+}
+
+// The width of the labels of fields: that of the longest one, but for a few that would leave no
+// room for values on a terminal.
+std::size_t LabelWidth(const std::vector<Field>& fields, const TextForm& form) {
+  std::size_t width = 0;
+  for (const Field& field : fields) {
+    const std::size_t label = DisplayWidth(field.label);
+    if (!field.detail && (form.columns == 0 || label <= form.columns / 2)) {
+      width = std::max(width, label);
+    }
+  }
+  return width;
+}
+
+void AppendField(std::string& out, const Field& field, std::size_t width, const TextForm& form) {
+  const std::size_t label = DisplayWidth(field.label);
+  std::string start = "  " + std::string(field.label);
+  if (label > width) {
+    AppendWrapped(out, "  ", std::string(field.label), form);
+    start.assign(width + 4, ' ');
+  } else {
+    start.append(width - label + 2, ' ');
+  }
+  const std::string text = Readable(field.cell);
+  if (field.cell.kind == ValueKind::kAmount && text.starts_with('-')) {
+    out.append(start).append(Colored(text, true, form)).append("\n");
+  } else {
+    AppendWrapped(out, start, text, form);
   }
 }
 
-void AppendSection(std::string& out, const Section& section) {
-  out += "\n" + std::string(section.title);
-  if (!section.subject.empty()) out += ": " + section.subject;
+void AppendSection(std::string& out, const Section& section, const TextForm& form) {
   out += "\n";
-  std::size_t width = 0;
+  std::string title(section.title);
+  if (!section.subject.empty()) title += ": " + section.subject;
+  AppendWrapped(out, "", title, form);
+  const std::size_t width = LabelWidth(section.fields, form);
   for (const Field& field : section.fields) {
-    if (!field.detail) width = std::max(width, DisplayWidth(field.label));
+    if (!field.detail) AppendField(out, field, width, form);
   }
-  for (const Field& field : section.fields) {
-    if (field.detail) continue;
-    out += WithoutTrailingBlanks("  " + Padded(field.label, width, false) + "  " +
-                                 Readable(field.cell)) +
-           "\n";
-  }
-  for (const Table& table : section.tables) AppendTable(out, table);
+  for (const Table& table : section.tables) AppendTable(out, section, table, form);
 }
 
 }  // namespace
 
-std::string RenderText(const std::vector<Document>& documents) {
-  std::string out;
-  for (const Document& document : documents) {
-    if (!out.empty()) out += "\n";
-    out += "== " + document.file;
-    if (!document.kind.empty()) out += " (" + document.kind + ", " + document.meaning + ")";
-    out += "\n";
-    if (!document.problem.empty()) out += "not usable: " + document.problem + "\n";
-    for (const Section& section : document.sections) AppendSection(out, section);
-  }
-  return out;
+void AppendText(std::string& out, const Document& document, const TextForm& form) {
+  std::string head = document.file;
+  if (!document.kind.empty()) head += " (" + document.kind + ", " + document.meaning + ")";
+  AppendWrapped(out, "== ", head, form);
+  if (!document.problem.empty()) AppendWrapped(out, "not usable: ", document.problem, form);
+  for (const Section& section : document.sections) AppendSection(out, section, form);
 }
 
 }  // namespace krofx::command

@@ -67,7 +67,7 @@ class SendRequest : public RequestUse {
       Complain(reply.GetName(),
                "the reply is not usable; --save-reply keeps it for \"krofx check\"");
     }
-    return Worse(exitStatus, PrintDocuments({MakeDocument(reply, m_form.showIdentifiers)}, m_form));
+    return Worse(exitStatus, PrintDocument(MakeDocument(reply, m_form.showIdentifiers), m_form));
   }
 
   ExchangeOptions m_options;

@@ -1,44 +1,118 @@
 // krofx print: what OFX files hold, as text, JSON or CSV.
 
 #include <memory>
+#include <optional>
 
 #include "command_line/command_line.h"
 #include "input/input_files.h"
+#include "input/input_options.h"
 #include "output/file_progress.h"
 #include "output/messages.h"
 #include "showing/document_output.h"
+#include "showing/row_filter.h"
 #include "subcommands/subcommands.h"
+#include "system/ordered_work.h"
 
 namespace krofx::command {
 
 namespace {
 
 struct Options {
-  std::vector<std::string> files;
+  InputOptions input;
   PrintOptions form;
-  bool strict = false;
+  FilterOptions filter;
+};
+
+// What became of a file on the thread that read it.
+struct Shown {
+  Document document;
+  std::string text;
+};
+
+// Shows files in their order.
+class Printing {
+ public:
+  Printing(const Options& options, const RowFilter& filter)
+      : m_options(options), m_filter(filter), m_form(options.form) {}
+
+  ExitStatus Run(const std::vector<std::string>& names) {
+    Write(m_form.Head());
+    {
+      FileProgress progress(names.size());
+      const auto make = [&](std::size_t index) {
+        progress.Next(names[index]);
+        return Make(names[index]);
+      };
+      WorkInOrder<Shown>(names.size(), m_options.input.CountThreads(), make,
+                         [this](Shown shown) { Take(std::move(shown)); });
+    }
+    Write(m_form.Tail(m_any));
+    return m_exitStatus;
+  }
+
+ private:
+  // Duplicates can only be found in the order of the files.
+  bool RendersInOrder() const { return m_options.filter.unique; }
+
+  Shown Make(const std::string& name) const {
+    Shown shown{
+        MakeDocument(ParsedFile(name, m_options.input.GetReader()), m_options.form.showIdentifiers),
+        ""};
+    m_filter.Apply(shown.document);
+    if (!RendersInOrder()) {
+      shown.text = m_form.Render(shown.document);
+      shown.document.sections.clear();
+      shown.document.arena.reset();
+    }
+    return shown;
+  }
+
+  void Take(Shown shown) {
+    m_exitStatus = Worse(m_exitStatus, ReportProblems(shown.document));
+    if (RendersInOrder()) {
+      m_duplicates.Apply(shown.document);
+      shown.text = m_form.Render(shown.document);
+    }
+    if (m_any) shown.text.insert(0, m_form.Separator());
+    m_any = true;
+    Write(shown.text);
+  }
+
+  // One complaint is enough when nothing more can be written.
+  void Write(const std::string& text) {
+    if (!m_canWrite) return;
+    const ExitStatus written = WriteStandardOutput(text);
+    m_canWrite = written == kExitClean;
+    m_exitStatus = Worse(m_exitStatus, written);
+  }
+
+  const Options& m_options;
+  const RowFilter& m_filter;
+  const DocumentForm m_form;
+  DuplicateFilter m_duplicates;
+  ExitStatus m_exitStatus = kExitClean;
+  bool m_any = false;
+  bool m_canWrite = true;
 };
 
 ExitStatus Print(const Options& options) {
   if (options.form.AsksForTables()) return PrintTables();
   const ExitStatus checked = CheckPrintOptions(options.form);
   if (checked != kExitClean) return checked;
-  std::vector<std::string> files = options.files;
-  if (!DefaultToStandardInput(files)) return ComplainOfNoFile(options.form.subcommand);
-  std::vector<std::string> problems;
-  const std::vector<std::string> names = FindInputs(files, problems);
-  ExitStatus exitStatus = problems.empty() ? kExitClean : kExitUnusable;
-  const Reader reader = options.strict ? Reader::kStrict : Reader::kMending;
-  std::vector<Document> documents;
-  {
-    FileProgress progress(names.size());
-    for (const std::string& name : names) {
-      progress.Next(name);
-      documents.push_back(MakeDocument(ParsedFile(name, reader), options.form.showIdentifiers));
-    }
+  std::string problem;
+  const RowFilter filter(options.filter, problem);
+  if (problem.empty() && filter.ChoosesRows() && options.form.ShowsRows() &&
+      options.form.GetTable() != kTransactions) {
+    problem = "only transactions can be chosen, and --table names " + options.form.GetTable();
   }
-  for (const std::string& problem : problems) Complain("input", problem);
-  return Worse(exitStatus, PrintDocuments(documents, options.form));
+  if (!problem.empty()) {
+    Complain(options.form.subcommand, problem);
+    return kExitWrongUse;
+  }
+  std::vector<std::string> names;
+  const ExitStatus found = FindInputs(options.input, options.form.subcommand, names);
+  if (found == kExitWrongUse) return found;
+  return Worse(found, Printing(options, filter).Run(names));
 }
 
 }  // namespace
@@ -47,9 +121,9 @@ void AddPrint(const Subcommand& parent) {
   const Subcommand print =
       parent.Add("print", "Show institutions, accounts, balances and transactions of OFX files");
   const auto options = std::make_shared<Options>();
-  print.AddOption("FILE", options->files, "OFX files, directories, or - for standard input");
+  AddInputOptions(print, options->input);
   AddPrintOptions(print, options->form);
-  print.AddFlag("--strict", options->strict, "Mend nothing: take the text to the letter");
+  AddFilterOptions(print, options->filter);
   print.SetFooter("Exit status: 0 printed, 2 something was not usable, 64 wrong use.");
   print.OnRun(options, Print);
 }

@@ -11,6 +11,8 @@ class Subcommand;
 using AddSubcommand = void (*)(const Subcommand& command);
 void AddPrint(const Subcommand& command);
 void AddCheck(const Subcommand& command);
+void AddSum(const Subcommand& command);
+void AddDiff(const Subcommand& command);
 void AddRewrite(const Subcommand& command);
 void AddRequest(const Subcommand& command);
 void AddExtract(const Subcommand& command);

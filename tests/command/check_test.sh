@@ -4,10 +4,14 @@ source "$(dirname "$0")/runner.sh" "$@"
 
 statement 'PLAIN' >plain.ofx
 expect 0 check plain.ofx
+[ "$(cat out)" = 'plain.ofx: clean' ] || fail 'a clean file'
+expect 0 check --details plain.ofx
 has out 'plain.ofx: status 0, clean'
 
 statement 'X<FOO>bar' >unknown.ofx
 expect 1 check unknown.ofx
+[ "$(cat out)" = 'unknown.ofx: usable; 1 unknown tag (line 11)' ] || fail 'the summary of an unknown tag'
+expect 1 check --details unknown.ofx
 has out 'unknown.ofx:11:'
 has out 'mended: '
 has out '<FOO>'
@@ -15,7 +19,7 @@ expect 1 check --json unknown.ofx
 has out '"mendings"'
 has out '"number"'
 has out 'BANKTRANLIST/STMTTRN'
-expect 1 check --strict unknown.ofx
+expect 1 check --details --strict unknown.ofx
 has out 'KRPW_UNKNOWNTAG <FOO>'
 has out 'unknown.ofx:11:'
 expect 1 check --json --strict unknown.ofx
@@ -25,6 +29,8 @@ python3 -m json.tool out >/dev/null || fail 'not JSON'
 
 statement 'X' | sed 's/<DTASOF>20260131//' >lacking.ofx
 expect 1 check lacking.ofx
+has out 'lacking.ofx: usable; 1 missing tag'
+expect 1 check --details lacking.ofx
 has out 'missing: <DTASOF> is missing in OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/LEDGERBAL'
 
 # Bad input: one line that says what is wrong, and status 2.
@@ -51,9 +57,9 @@ for bad in empty binary header wrong cut; do
   [ -s out ] && fail "rewrite wrote something of $bad.ofx"
 done
 # What can be understood of them is read, and it is said what was mended.
-expect 1 check wrong.ofx
+expect 1 check --details wrong.ofx
 has out 'wrong.ofx:2:6: mended: header-value <DATA> "NONSENSE" -> "OFXSGML"'
-expect 1 check cut.ofx
+expect 1 check --details cut.ofx
 has out 'mended: cut-off'
 expect 0 print cut.ofx
 has err 'it breaks off in line '
@@ -66,7 +72,7 @@ expect 64 check
 
 # A value of a megabyte, deep nesting, tags that end too often or not at all.
 statement "$(head -c 60000 /dev/zero | tr '\0' x)" >long.ofx
-expect 1 check long.ofx
+expect 1 check --details long.ofx
 has out KRPW_TOOLONG
 { header; printf '<OFX>'; head -c 1000000 /dev/zero | tr '\0' x; } >mega.ofx
 timeout 60 "$krofx" check mega.ofx >out 2>err
@@ -79,11 +85,11 @@ expect 1 check ends.ofx
 
 # A password in a warning.
 sed 's/<USERPASS>/<userpass>/; s/<ONETIMEPASS>/<ORG>x<ONETIMEPASS>/' "$examples/request-v2.ofx" >secret.ofx
-"$krofx" check secret.ofx >out 2>err
+"$krofx" check --details secret.ofx >out 2>err
 lacks out not-a-real-password
 
 # A multipart text whose parts have warnings is not clean.
-expect 1 check --strict "$examples/multipart.mime"
+expect 1 check --details --strict "$examples/multipart.mime"
 has out 'status 7, read, with warnings'
 lacks out clean
 expect 0 print --json --strict "$examples/multipart.mime"
@@ -92,7 +98,7 @@ has out '"status": 7'
 # A bad value is said of its tag.
 for value in '2026XX' '20260102[-5:EST' '20260102120000[99:EST]' '20260102120000[-5:GMT]'; do
   statement PLAIN | sed "s/<DTPOSTED>20260102/<DTPOSTED>$value/" >date.ofx
-  "$krofx" check date.ofx >out 2>err
+  "$krofx" check --details date.ofx >out 2>err
   has out '<DTPOSTED>'
   "$krofx" check --json date.ofx >>out 2>>err
   for internal in Convert Extract SetTimeZone; do
@@ -125,7 +131,7 @@ not_ofx blank.ofx 'it is empty'
 statement 'X<FOO>y' | head -c 600 >place.ofx
 expect 2 print --strict place.ofx
 has err 'names the place'
-expect 2 check --strict place.ofx
+expect 2 check --details --strict place.ofx
 lacks out 'krofx check'
 has out 'place.ofx:11:'
 
@@ -133,7 +139,7 @@ has out 'place.ofx:11:'
 choice() {
   sed '/<SECRQ>/,$d' "$examples/brokerage-request.ofx" >choice.ofx
   printf '%s' "<SECRQ>$1</SECRQ></SECLISTRQ></SECLISTTRNRQ></SECLISTMSGSRQV1></OFX>" >>choice.ofx
-  expect 1 check choice.ofx
+  expect 1 check --details choice.ofx
   has out "missing: $2"
   lacks out '<SECID> is missing'
   lacks out '<TICKER> is missing'
@@ -146,6 +152,48 @@ has out 'none is'
 choice '<TICKER>HRBLX<FIID>QH' 'one of '
 has out 'both '
 sed '/<USERPASS>/d' "$examples/request-v1.ofx" >no-password.ofx
-expect 1 check no-password.ofx
+expect 1 check --details no-password.ofx
 has out 'missing: <USERPASS> is missing'
+
+# What a person wants is said first: groups, with the lines where they are together.
+expect 1 check "$examples/quirks.ofx"
+[ "$(wc -l <out)" -eq 1 ] || fail 'more than a line without --details'
+has out 'quirks.ofx: usable; 7 tags in lower case (lines 37-43), 2 unknown tags'
+expect 1 check --quiet "$examples/quirks.ofx"
+[ ! -s out ] || fail '--quiet prints'
+expect 0 check --quiet plain.ofx
+expect 2 check --quiet empty.ofx
+expect 64 check --quiet --details plain.ofx
+expect 1 check --json "$examples/quirks.ofx"
+has out '"summary": "usable; 7 tags in lower case'
+
+# Many files: those that are not clean, and how many of each.
+mkdir many
+for number in $(seq 30); do cp plain.ofx "many/$number.ofx"; done
+expect 0 check many
+[ "$(cat out)" = '30 files: 30 clean' ] || fail 'many clean files'
+cp unknown.ofx many/7.ofx
+cp unknown.ofx many/8.ofx
+expect 1 check many
+[ "$(cat out)" = 'many/7.ofx: usable; 1 unknown tag (line 11)
+many/8.ofx: usable; 1 unknown tag (line 11)
+30 files: 28 clean, 2 with warnings' ] || fail 'many files'
+cp empty.ofx many/9.ofx
+expect 2 check --jobs 3 many
+has out '30 files: 27 clean, 2 with warnings, 1 not usable'
+mkdir folder
+touch folder/notes.txt
+expect 2 check folder
+has err 'folder: the directory holds no .ofx'
+
+# The order is that of the arguments, however many files are read at once.
+for form in '' --json --details; do
+  for jobs in 1 2 7; do
+    # shellcheck disable=SC2086
+    expect 2 check $form --jobs $jobs many "$examples"
+    cp out "jobs-$jobs"
+  done
+  cmp -s jobs-1 jobs-2 && cmp -s jobs-1 jobs-7 || fail "--jobs changes the output of $form"
+done
+expect 64 check --jobs 0 plain.ofx
 finish

@@ -7,7 +7,7 @@ statement PLAIN | sed 's/<TRNAMT>-.90/<TRNAMT>-11,76/' >comma.ofx
 expect 0 print --csv comma.ofx
 has out '-11.76'
 has err '1 mending; "krofx check" lists them'
-expect 1 check comma.ofx
+expect 1 check --details comma.ofx
 has out 'mended: decimal-comma <TRNAMT> "-11,76" -> "-11.76"'
 expect 0 print --json comma.ofx
 python3 - <<'PY' || fail 'the mendings of JSON'

@@ -134,8 +134,7 @@ has out 1029384756
 
 # Nor in what is said of a number that is too long.
 batch | sed 's/<ACCTID>1029384756/<ACCTID>10293847561029384756102938475600/' >long.ofx
-for form in '' --json; do
-  # shellcheck disable=SC2086
+for form in --details --json; do
   expect 1 check $form long.ofx
   has out TOOLONG
   lacks out 1029384756

@@ -68,7 +68,8 @@ constexpr FieldSpec kInvoiceColumns[] = {
 };
 
 constexpr TableSpec kInvoices[] = {
-    {"*/EXTDPMT/EXTDPMTINV/INVOICE|INVOICE2", "invoices", "Invoices", kInvoiceColumns},
+    {"*/EXTDPMT/EXTDPMTINV/INVOICE|INVOICE2", "invoices", "Invoices", kInvoiceColumns,
+     "total paid"},
 };
 
 constexpr Layout kLayouts[] = {

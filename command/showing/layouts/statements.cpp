@@ -49,7 +49,7 @@ constexpr FieldSpec kTransactionColumns[] = {
     {"CHECKNUM", "check", "Check"},
     {"NAME|PAYEE/NAME|PAYEE2/NAME", "name", "Name"},
     {"MEMO|MEMO2", "memo", "Memo"},
-    {"FITID", "id", "ID"},
+    {"FITID", "id", "ID", false, true},
     {"CORRECTACTION", "correction", "Correction", true},
     {"CORRECTFITID", "corrects", "Corrects", true},
     {"SRVRTID|SRVRTID2", "server_id", "Server ID", true},
@@ -61,7 +61,7 @@ constexpr FieldSpec kTransactionColumns[] = {
 };
 
 constexpr TableSpec kTransactions[] = {
-    {"BANKTRANLIST/STMTTRN", "transactions", "Transactions", kTransactionColumns},
+    {"BANKTRANLIST/STMTTRN", "transactions", "Transactions", kTransactionColumns, "amount"},
 };
 
 constexpr FieldSpec kClosingFields[] = {

@@ -38,7 +38,7 @@ constexpr FieldSpec kCheckColumns[] = {
     {"CHKERROR", "error", "Error"},
 };
 
-constexpr TableSpec kChecks[] = {{"STPCHKNUM", "checks", "Checks", kCheckColumns}};
+constexpr TableSpec kChecks[] = {{"STPCHKNUM", "checks", "Checks", kCheckColumns, "amount"}};
 
 constexpr Layout kLayouts[] = {
     {"STPCHKRQ", "stop-check-request", "Request to stop checks", kAccount, kRequestFields, {}},

@@ -1,0 +1,93 @@
+// krofx sum: what came in and went out, by month, week, name, type, account or currency.
+
+#include <memory>
+
+#include "command_line/command_line.h"
+#include "command_line/nearest_name.h"
+#include "input/input_options.h"
+#include "output/file_progress.h"
+#include "output/messages.h"
+#include "showing/document_output.h"
+#include "showing/row_filter.h"
+#include "showing/sums.h"
+#include "subcommands/subcommands.h"
+#include "system/ordered_work.h"
+
+namespace krofx::command {
+
+namespace {
+
+constexpr char kName[] = "sum";
+
+struct Options {
+  InputOptions input;
+  FilterOptions filter;
+  std::string by = "month";
+  bool json = false;
+  bool csv = false;
+  bool wide = false;
+};
+
+ExitStatus Refuse(const std::string& problem) {
+  Complain(kName, problem);
+  return kExitWrongUse;
+}
+
+ExitStatus SumFiles(const Options& options, const std::vector<std::string>& names,
+                    const RowFilter& filter, Sums& sums) {
+  ExitStatus exitStatus = kExitClean;
+  DuplicateFilter duplicates;
+  FileProgress progress(names.size());
+  const auto make = [&](std::size_t index) {
+    progress.Next(names[index]);
+    Document document = MakeDocument(ParsedFile(names[index], options.input.GetReader()), false);
+    filter.Apply(document);
+    return document;
+  };
+  WorkInOrder<Document>(names.size(), options.input.CountThreads(), make, [&](Document document) {
+    exitStatus = Worse(exitStatus, ReportProblems(document));
+    if (options.filter.unique) duplicates.Apply(document);
+    sums.Add(document);
+  });
+  return exitStatus;
+}
+
+ExitStatus Sum(const Options& options) {
+  const std::optional<SumBy> by = ParseSumBy(options.by);
+  if (!by) {
+    return Refuse("--by " + options.by + " is not known" + SuggestNearest(options.by, SumNames()) +
+                  "; write month, week, name, type, account or currency");
+  }
+  std::string problem;
+  const RowFilter filter(options.filter, problem);
+  if (!problem.empty()) return Refuse(problem);
+  std::vector<std::string> names;
+  ExitStatus exitStatus = FindInputs(options.input, kName, names);
+  if (exitStatus == kExitWrongUse) return exitStatus;
+  Sums sums(*by);
+  exitStatus = Worse(exitStatus, SumFiles(options, names, filter, sums));
+  const std::string text = options.json  ? sums.Json()
+                           : options.csv ? sums.Csv()
+                                         : sums.Text(FormOfStandardOutput(options.wide));
+  return Worse(exitStatus, WriteStandardOutput(text));
+}
+
+}  // namespace
+
+void AddSum(const Subcommand& parent) {
+  const Subcommand sum =
+      parent.Add(kName, "Add up what came in and went out, by month, name and so on");
+  const auto options = std::make_shared<Options>();
+  AddInputOptions(sum, options->input);
+  sum.AddOption("--by", options->by,
+                "What to add up by: month (the default), week, name, type, account or currency");
+  const Option json =
+      sum.AddFlag("--json", options->json, "Print JSON, with amounts as exact texts");
+  sum.AddFlag("--csv", options->csv, "Print CSV").Excludes(json);
+  sum.AddFlag("--wide", options->wide, "Show whole texts, whatever the terminal");
+  AddFilterOptions(sum, options->filter);
+  sum.SetFooter("Exit status: 0 printed, 2 something was not usable, 64 wrong use.");
+  sum.OnRun(options, Sum);
+}
+
+}  // namespace krofx::command
