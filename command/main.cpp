@@ -12,9 +12,9 @@ namespace {
 
 using namespace krofx::command;
 
-constexpr AddSubcommand kSubcommands[] = {
-    AddPrint,   AddCheck,  AddSum,  AddDiff, AddRewrite, AddRequest,
-    AddExtract, AddCertID, AddSend, AddGet,  AddFetch,   AddBank};
+constexpr AddSubcommand kSubcommands[] = {AddPrint,   AddCheck,   AddSum,     AddDiff,
+                                          AddRewrite, AddRequest, AddExtract, AddCertID,
+                                          AddSend,    AddGet,     AddFetch,   AddBank};
 
 constexpr char kFooter[] =
     "FILE may be a directory, whose .ofx, .qfx and .qbo files are taken, or - for standard input.\n"

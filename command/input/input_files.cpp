@@ -13,6 +13,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "input/gzip.h"
 #include "output/safe_text.h"
 #include "system/file_descriptor.h"
 
@@ -22,10 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The parser counts positions in 31 bits.
-constexpr u32 kMaxSize = 0x7FFFFFFE;
-
-bool HasOfxExtension(const fs::path& path) {
+bool HasOfxExtension(fs::path path) {
+  if (path.extension() == ".gz") path.replace_extension();
   std::string extension = path.extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
@@ -46,7 +45,8 @@ void FindInDirectory(const std::string& name, std::vector<std::string>& inputs,
   if (error) {
     problems.push_back(name + ": the directory cannot be read: " + error.message());
   } else if (found.empty()) {
-    problems.push_back(name + ": the directory holds no .ofx, .qfx or .qbo file");
+    problems.push_back(
+        name + ": the directory holds no .ofx, .qfx or .qbo file, packed or not: no statement");
   }
   std::sort(found.begin(), found.end());
   inputs.insert(inputs.end(), found.begin(), found.end());
@@ -90,7 +90,9 @@ std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
   return inputs;
 }
 
-std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem) {
+namespace {
+
+std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& problem) {
   FileDescriptor file(name == "-" ? ::dup(STDIN_FILENO)
                                   : ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
   struct stat status {};
@@ -102,7 +104,8 @@ std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& proble
     problem = "it is a directory; name a file";
     return nullptr;
   }
-  const bool sized = S_ISREG(status.st_mode) && status.st_size > 0 && status.st_size < kMaxSize;
+  const bool sized =
+      S_ISREG(status.st_mode) && status.st_size > 0 && status.st_size < kMaxInputSize;
   auto buffer = std::make_unique<KRBuffer>(sized ? static_cast<u32>(status.st_size) + 1 : 0, 65536);
   Wiped<65536> block;
   for (;;) {
@@ -113,8 +116,8 @@ std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& proble
       problem = std::strerror(errno);
       return nullptr;
     }
-    if (buffer->GetBufferSize() > kMaxSize - static_cast<u32>(got)) {
-      problem = "it is larger than 2 GB; split it by date or account";
+    if (buffer->GetBufferSize() > kMaxInputSize - static_cast<u32>(got)) {
+      problem = kTooLarge;
       return nullptr;
     }
     if (buffer->WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
@@ -122,6 +125,15 @@ std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& proble
       return nullptr;
     }
   }
+}
+
+}  // namespace
+
+std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem) {
+  std::unique_ptr<KRBuffer> bytes = ReadBytes(name, problem);
+  if (bytes == nullptr || bytes->GetBufferSize() == 0) return bytes;
+  const std::string_view view(bytes->GetBufferPtr(), bytes->GetBufferSize());
+  return IsGzip(view) ? Unpack(view, problem) : std::move(bytes);
 }
 
 std::string DisplayName(const std::string& name) {

@@ -11,6 +11,11 @@
 
 namespace krofx::command {
 
+/// The parser counts positions in 31 bits.
+inline constexpr u32 kMaxInputSize = 0x7FFFFFFE;
+/// What is said of an input that is larger.
+inline constexpr char kTooLarge[] = "it is larger than 2 GB; split it by date or account";
+
 /// Replaces each directory by the OFX files below it, in the order of their paths. Names of files,
 /// and "-", stay as they are, whether there is such a file or not.
 /// @param problems takes a line for each directory that could not be read or holds no OFX file.
@@ -22,8 +27,8 @@ std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
 /// @return false, with `files` empty, when there is nothing to work on.
 bool DefaultToStandardInput(std::vector<std::string>& files);
 
-/// Reads a file, or standard input for "-". The bytes may hold a password, so they are held only by
-/// the buffer, which wipes its memory.
+/// Reads a file, or standard input for "-", and unpacks what gzip packed. The bytes may hold a
+/// password, so they are held only by the buffer, which wipes its memory.
 /// @param problem takes what went wrong.
 /// @return null when the file cannot be read.
 std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem);
