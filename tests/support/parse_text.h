@@ -3,7 +3,6 @@
 #ifndef KROFX_TESTS_SUPPORT_PARSE_TEXT_H_
 #define KROFX_TESTS_SUPPORT_PARSE_TEXT_H_
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,24 +36,21 @@ class ServingBuffer : public KRBuffer {
 /// A text in either kind of buffer.
 class TextBuffer {
  public:
-  explicit TextBuffer(std::string_view text, bool plain = true) {
-    if (plain) {
-      m_plain = std::make_unique<KRBuffer>(0u, 0u);
-      m_plain->WriteLarge(text.data(), static_cast<u32>(text.size()));
-    } else {
-      m_serving = std::make_unique<ServingBuffer>(text);
-    }
+  explicit TextBuffer(std::string_view text, bool plain = true)
+      : m_isPlain(plain), m_serving(plain ? std::string_view() : text) {
+    if (plain) m_plain.WriteLarge(text.data(), static_cast<u32>(text.size()));
   }
-  KRBuffer& operator*() { return m_plain != nullptr ? *m_plain : *m_serving; }
+  KRBuffer& operator*() { return m_isPlain ? m_plain : m_serving; }
   KRBuffer* Get() { return &**this; }
   /// How often each character of a derived buffer was asked for, on average; 0 for a plain buffer.
   std::size_t ReadsPerCharacter() const {
-    return m_serving == nullptr ? 0 : m_serving->Reads() / (m_serving->Size() + 1);
+    return m_isPlain ? 0 : m_serving.Reads() / (m_serving.Size() + 1);
   }
 
  private:
-  std::unique_ptr<KRBuffer> m_plain;
-  std::unique_ptr<ServingBuffer> m_serving;
+  const bool m_isPlain;
+  KRBuffer m_plain{0, 0};
+  ServingBuffer m_serving;
 };
 
 /// The text of a string, for comparisons.

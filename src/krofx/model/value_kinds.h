@@ -268,7 +268,7 @@ bool PassesItsRule(const Value& value) {
 /// @return 1; 0 when it is not allowed, or the tag is not valid in this object.
 template <class Member, class Value>
 u16 SetNative(KRDataObj& object, KRTagID tag, Member& member, const Value& value) {
-  using Held = HeldIn<Member>::Type;
+  using Held = typename HeldIn<Member>::Type;
   if constexpr (std::is_same_v<Held, Value>) {
     if (!PassesItsRule(value)) return 0;
   } else {

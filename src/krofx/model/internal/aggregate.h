@@ -331,7 +331,7 @@ struct HeldIn {
 template <class Member>
 requires requires { typename Member::Value; }
 struct HeldIn<Member> {
-  using Type = Member::Value;
+  using Type = typename Member::Value;
 };
 
 /// The end of a generated setter of a repeated value: notes the tag when the array took the value,

@@ -198,7 +198,9 @@ void ReadZoneOf(DigitCursor& cursor, Moment& moment) {
 // Reads what may follow a date: a time, and a zone.
 void ReadAfterDate(DigitCursor& cursor, Moment& moment) {
   DigitCursor ahead = cursor;
-  const bool divided = ahead.TakeBlanks() | ahead.Take('T') | ahead.Take('t');
+  const bool hasBlanks = ahead.TakeBlanks();
+  const bool hasLetter = ahead.Take('T');
+  const bool divided = ahead.Take('t') || hasLetter || hasBlanks;
   if (ahead.CountDigits() > 0) {
     cursor = ahead;
     moment.otherForm = moment.otherForm || divided;
