@@ -1,5 +1,6 @@
 # The options, and the settings for all targets.
 
+option(KROFX_TRANSPORT "Have certificates and exchanges with a server, which need OpenSSL and libcurl" ON)
 option(KROFX_BUILD_TESTS "Build the tests" ${PROJECT_IS_TOP_LEVEL})
 option(KROFX_BUILD_PACKAGE_TESTS "Test the installed library from outside projects" OFF)
 option(KROFX_BUILD_COMMAND "Build the command krofx" ${PROJECT_IS_TOP_LEVEL})

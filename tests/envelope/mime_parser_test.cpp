@@ -297,7 +297,7 @@ TEST_F(MimeParser, SurvivesEveryFailingAllocation) {
   EXPECT_GT(nth, 10u);
 }
 
-TEST_F(MimeParser, LosesNoBodySilently) {
+TEST_F(MimeParser, LosesNoHeaderAndNoBodySilently) {
   const std::string text = kMultipart + Plain("a body long enough to need memory") + kClosing;
   std::size_t nth = 0;
   bool failed = true;
@@ -311,6 +311,8 @@ TEST_F(MimeParser, LosesNoBodySilently) {
     AllocationFailure::FailAt(0);
     if (status != KRParseStatus_Accepted) continue;
     ASSERT_EQ(file.GetNumberOfSubfiles(), 1) << nth;
+    KRString name("X-Kept");
+    EXPECT_NE(file.GetSubfile(0)->GetMIMEHeader(&name), nullptr) << nth;
     EXPECT_EQ(Str(file.GetSubfile(0)->GetMIMEBody()), "a body long enough to need memory\n") << nth;
   }
   EXPECT_GT(nth, 10u);

@@ -6,6 +6,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/alarm_scope.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/model/factory.h"
@@ -123,13 +124,14 @@ KRParseStatus KRFile::HandleHeader(KRHeaderTag tag, const KRString& value, KRStr
   if (header == nullptr) {
     KRDataObjFactory* factory = GetFactory();
     header = factory == nullptr ? nullptr : factory->NewMIMEHeader();
-    if (header == nullptr) return KRParseStatus_Fatal;
   }
-  u16 stored = Assign(header->name, *name);
+  u16 stored = header == nullptr ? u16{0} : Assign(header->name, *name);
   if (stored != 0) stored = Assign(header->value, value);
   if (stored != 0 && known == nullptr) stored = m_mimeHeaders.Append(header);
   if (stored != 0) return KRParseStatus_Accepted;
   if (known == nullptr) delete header;
+  // Readers of parts test the alarm, not this status.
+  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
   return KRParseStatus_Fatal;
 }
 
@@ -155,6 +157,8 @@ KRBuildStatus KRFile::BuildHeaders(KRBuilder* builder) const {
 KRBuildStatus KRFile::BuildSubfile(KRBuilder* builder, KRFile& subfile) const {
   KRBuffer buffer(0, 0);
   KRBuilder inner;
+  // The inner build clears the alarm, which the outer build tests at its end.
+  const krofx::internal::AlarmScope alarm;
   KRBuildStatus status = inner.Build(&buffer, &subfile, KRBuildStringOpt_Strict, 1);
   if (status != KRBuildStatus_Done) return status;
 
@@ -240,6 +244,8 @@ u16 KRFile::CopySubfilesFrom(KRFile& source) {
 u16 KRFile::DeepCopyFrom(KRFile* source) {
   if (source == nullptr) return 0;
   if (source == this) return 1;
+  // A header that could not be copied for lack of memory is reported by the alarm only.
+  const krofx::internal::AlarmScope alarm;
   if (Assign(m_boundary, source->m_boundary) == 0 || Assign(m_body, source->m_body) == 0) return 0;
   m_mimeHeaders.DeleteAll();
   m_headerIndex.Clear();
@@ -252,6 +258,6 @@ u16 KRFile::DeepCopyFrom(KRFile* source) {
     const KRString* header = source->m_headers.Get(index);
     if (header != nullptr && m_headers.SetVal(index, *header) == 0) return 0;
   }
-  if (CopySubfilesFrom(*source) == 0) return 0;
+  if (CopySubfilesFrom(*source) == 0 || alarm.WasRaised()) return 0;
   return CopyBaseMembersFrom(source);
 }

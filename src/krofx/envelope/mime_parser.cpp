@@ -4,6 +4,7 @@
 
 #include <optional>
 
+#include "krofx/core/internal/alarm_scope.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
 #include "krofx/envelope/file_rq_rs.h"
@@ -116,6 +117,8 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   KRParseEngine* ownEngine = GetParseEngine();
   const s16 depth = GetDepth();
   SetParseEngine(&engine);
+  // The parse of this part clears the alarm, which an earlier part may have raised.
+  const krofx::internal::AlarmScope alarm;
   const KRParseStatus status = KRSimpleParser::Parse(buffer, subfile, 1);
   SetParseEngine(ownEngine);
   if (!multipart || status != KRParseStatus_Fatal) return status;

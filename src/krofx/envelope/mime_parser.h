@@ -30,9 +30,9 @@ class KROFX_API KRMIMEParser : public KRSimpleParser {
   /// for a part of OFX, else a KRFile with a body. GetType says which.
   ///
   /// OFX parts are always checked for missing tags. Each empties the thread's log, so only the
-  /// warnings and the object with error of the last one remain. A part with status 3 is skipped;
-  /// any other status but 0, warnings (7) included, ends the parse, and the later parts are not
-  /// read.
+  /// warnings and the object with error of the last one remain. A part with status 3 is skipped,
+  /// and the fire alarm stays raised when the reason was memory; any other status but 0, warnings
+  /// (7) included, ends the parse, and the later parts are not read.
   ///
   /// @param file takes headers, boundary and subfiles, whatever the status. The caller keeps owning
   ///        it.

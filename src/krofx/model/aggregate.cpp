@@ -3,6 +3,7 @@
 #include "krofx/model/internal/aggregate.h"
 
 #include "krofx/build/builder.h"
+#include "krofx/core/internal/alarm_scope.h"
 #include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
@@ -268,6 +269,8 @@ u16 CopyAggregate(KRDataObj& target, KRDataObj* source) {
   if (source == nullptr || table == nullptr || ObjectAccess::TableOf(*source) != table) return 0;
   if (source == &target) return 1;
   if (KRDataObj::GetFactory() == nullptr) return 0;
+  // A text that could not be copied for lack of memory is reported by the alarm only.
+  const AlarmScope alarm;
   const u16 rowCount = static_cast<u16>(table->valid.count + table->unlistedCount);
   for (u16 i = 0; i < rowCount; ++i) {
     const Row& row = table->rows[i];
@@ -280,7 +283,8 @@ u16 CopyAggregate(KRDataObj& target, KRDataObj* source) {
     copied = IsArray(row) ? CopyArray(row, row.member(target), from)
                           : CopyChild(SlotOf(row, target), static_cast<ChildSlot*>(from)->Get());
   });
-  return copied == 0 ? static_cast<u16>(0) : target.CopyBaseMembersFrom(source);
+  if (copied == 0 || alarm.WasRaised()) return 0;
+  return target.CopyBaseMembersFrom(source);
 }
 
 u16 CopyChild(ChildSlot& slot, KRDataObj* source) {
