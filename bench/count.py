@@ -8,35 +8,15 @@ Compares the counts with those of counts.json, and fails when one has grown by o
 callgrind or counts.json is missing, or the counts were taken with another compiler.
 """
 
-import glob
 import json
 import os
-import re
 import shutil
-import subprocess
 import sys
-import tempfile
+
+from callgrind import SKIPPED, count
 
 COUNTS = os.path.join(os.path.dirname(os.path.abspath(__file__)), "counts.json")
-SKIPPED = 77
 ALLOWED_GROWTH = 0.05
-
-
-def count(program):
-    """{operation: instructions}."""
-    with tempfile.TemporaryDirectory() as folder:
-        command = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={folder}/out"]
-        command += ["--toggle-collect=bench::RunCounted*", "--dump-after=bench::RunCounted(bench::Operation const&)"]
-        run = subprocess.run(command + [program], capture_output=True, text=True, check=False)
-        if run.returncode != 0:
-            sys.exit(run.stderr)
-        names = run.stdout.splitlines()
-        counts = {}
-        for number, name in enumerate(names, 1):
-            with open(f"{folder}/out.{number}", encoding="utf-8") as dump:
-                counts[name] = int(re.search(r"^(?:summary|totals): (\d+)", dump.read(), re.M)[1])
-        assert len(glob.glob(f"{folder}/out.*")) >= len(names)
-        return counts
 
 
 def main():

@@ -10,20 +10,8 @@
 #include <cstring>
 #include <fstream>
 
+#include "counted.h"
 #include "operations.h"
-
-namespace bench {
-
-/// What is counted; a name of its own for the instrument to find. It does something after the
-/// operation, or it would end in a jump there, and the instrument would not see it return.
-[[gnu::noinline]] bool RunCounted(const Operation& operation) {
-  static volatile int counted = 0;
-  const bool done = operation.run();
-  counted = counted + 1;
-  return done;
-}
-
-}  // namespace bench
 
 namespace {
 
