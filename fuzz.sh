@@ -1,24 +1,64 @@
 #!/usr/bin/env bash
-# Builds a fuzz target and runs it for a while: ./fuzz.sh [SECONDS [SUBJECT]], 600 by default. The
-# subject is parse, which is the default, read or security. It starts from the example texts, or from
-# the roots, and keeps what it learns in build/fuzz/corpus.
+# Builds fuzz targets and runs them one after the other:
+#
+#   ./fuzz.sh [SECONDS [TARGET...]]    600 seconds each, and all targets, unless something else is said
+#   ./fuzz.sh --minimise [TARGET...]   takes what was found into fuzz/corpus, without what is not needed
+#
+# What is found is kept in build/fuzz/corpus, and what goes wrong in build/fuzz/findings. See
+# fuzz/README.md.
 set -euo pipefail
 cd "$(dirname "$0")"
-seconds=${1:-600} subject=${2:-parse}
 
-case $subject in
-parse | read) seeds=examples options='-max_len=20000 -dict=fuzz/ofx.dict' ;;
-security) seeds=src/krofx/security/roots options=-max_len=4000 ;;
-*)
-  echo "fuzz.sh: $subject is no subject: parse, read or security" >&2
-  exit 64
-  ;;
-esac
+action=run seconds=600
+if [ "${1:-}" = --minimise ]; then
+  action=minimise
+  shift
+elif [ $# -gt 0 ]; then
+  seconds=$1
+  shift
+fi
+targets=("$@")
+if [ ${#targets[@]} -eq 0 ]; then
+  for source in fuzz/*_fuzz.cpp; do
+    name=${source#fuzz/}
+    targets+=("${name%_fuzz.cpp}")
+  done
+fi
+for target in "${targets[@]}"; do
+  if [ ! -e "fuzz/${target}_fuzz.cpp" ]; then
+    echo "fuzz.sh: there is no target $target" >&2
+    exit 64
+  fi
+done
 
-mkdir -p build
+mkdir -p build/fuzz/findings
 cmake --preset fuzz >build/fuzz.log
-cmake --build --preset fuzz --target "krofx_${subject}_fuzz"
-mkdir -p "build/fuzz/corpus/$subject"
-# shellcheck disable=SC2086  # options are words
-exec "build/fuzz/fuzz/krofx_${subject}_fuzz" -max_total_time="$seconds" $options \
-  -print_final_stats=1 "build/fuzz/corpus/$subject" "$seeds"
+programs=("${targets[@]/#/krofx_}")
+cmake --build --preset fuzz --target "${programs[@]/%/_fuzz}"
+
+# The inputs are short: a target that reads few bytes tries more of them.
+run() {
+  local target=$1 options=(-entropic=0 -timeout=20 -print_final_stats=1 -max_len=2000)
+  shift
+  case $target in
+  response | request | multipart | header | read | aggregate | setters)
+    options+=(-max_len=4000 -dict=fuzz/ofx.dict)
+    ;;
+  esac
+  "build/fuzz/fuzz/krofx_${target}_fuzz" "${options[@]}" \
+    "-artifact_prefix=build/fuzz/findings/$target-" "$@" </dev/null
+}
+
+for target in "${targets[@]}"; do
+  found=build/fuzz/corpus/$target kept=fuzz/corpus/$target
+  mkdir -p "$found" "$kept"
+  if [ "$action" = run ]; then
+    run "$target" "-max_total_time=$seconds" "$found" "$kept"
+  else
+    smaller=$(mktemp -d)
+    run "$target" -merge=1 "$smaller" "$kept" "$found"
+    rm -rf "$kept"
+    mv "$smaller" "$kept"
+    chmod 755 "$kept"
+  fi
+done

@@ -2,17 +2,17 @@
 // bytes; what is written of a tree is one text, and is written the same again when nothing is
 // mended in it. (The strict parser takes values that the reader would mend.)
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
 #include "krofx/core/buffer.h"
 #include "krofx/reader/reading.h"
 #include "krofx/rewriting/rewrite.h"
+#include "target.h"
 
 namespace {
+
+using namespace krofx::fuzz;
 
 std::string_view BytesOf(const KRBuffer& buffer) {
   return {buffer.GetBufferPtr(), buffer.GetBufferSize()};
@@ -21,13 +21,12 @@ std::string_view BytesOf(const KRBuffer& buffer) {
 // Places are in the bytes, and clean readings say nothing.
 void CheckRecords(const krofx::Reading& reading, std::size_t size) {
   for (const krofx::Mending& mending : reading.mendings) {
-    if (mending.place.offset > size || mending.place.line == 0) std::abort();
-    if (krofx::FindMendingKind(mending.kind) == nullptr) std::abort();
+    Expect(mending.place.offset <= size && mending.place.line != 0, "places are in the bytes");
+    Expect(krofx::FindMendingKind(mending.kind) != nullptr, "each kind of mending is a known one");
   }
-  if (reading.status == KRParseStatus_Accepted &&
-      (!reading.mendings.empty() || !reading.warnings.empty())) {
-    std::abort();
-  }
+  Expect(reading.status != KRParseStatus_Accepted ||
+             (reading.mendings.empty() && reading.warnings.empty()),
+         "clean readings say nothing");
 }
 
 void CheckRewriting(const krofx::OfxText& text, krofx::TextForm form) {
@@ -36,28 +35,28 @@ void CheckRewriting(const krofx::OfxText& text, krofx::TextForm form) {
   KRBuffer first(0, 0);
   if (krofx::Rewrite(text, first, {form, 203, false}) != KRBuildStatus_Done) return;
   const krofx::Reading again = krofx::Read(BytesOf(first));
-  if (again.texts.size() != 1) std::abort();
+  Expect(again.texts.size() == 1, "one text is written as one");
   if (!again.mendings.empty()) return;
   // A text that is put together of references may be one more reference.
   if (std::memchr(first.GetBufferPtr(), '&', first.GetBufferSize()) != nullptr) return;
   KRBuffer second(0, 0);
-  if (krofx::Rewrite(again.texts[0], second, {form, 203, false}) != KRBuildStatus_Done)
-    std::abort();
-  if (BytesOf(first) != BytesOf(second)) std::abort();
+  Expect(krofx::Rewrite(again.texts[0], second, {form, 203, false}) == KRBuildStatus_Done,
+         "what was written can be written");
+  ExpectSame(BytesOf(first), BytesOf(second), "a written text is written again");
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
+void Run(Bytes bytes) {
   krofx::ReadOptions options;
   options.maxTexts = 50;
   const krofx::Reading reading = krofx::Read(bytes, options);
-  CheckRecords(reading, size);
+  CheckRecords(reading, bytes.size());
   for (const krofx::OfxText& text : reading.texts) {
     if (text.kind == krofx::TextKind::kMultipart) continue;
     CheckRewriting(text, krofx::TextForm::kOfx1);
     CheckRewriting(text, krofx::TextForm::kOfx2);
   }
-  return 0;
 }
+
+const Target kTarget("read", &Run);
+
+}  // namespace

@@ -1,19 +1,15 @@
-// Properties of every aggregate. The aggregates are found by walking the tables from the payloads
-// of all exchanges down to their last child.
+// Properties of every aggregate.
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "krofx/aggregates.h"
 #include "krofx/core/internal/slot_block.h"
-#include "krofx/envelope/internal/routing.h"
-#include "krofx/model/factory.h"
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/model/internal/embedded_child.h"
+#include "support/every_class.h"
 #include "support/ofx_text.h"
 
 namespace krofx::testing {
@@ -21,50 +17,11 @@ namespace {
 
 using namespace krofx::internal;
 
-// One aggregate: how it is made, and its table.
-struct AnyClass {
-  CreateChild create;
-  const AggregateTable* table;
-
-  std::unique_ptr<KRDataObj> Make() const {
-    std::unique_ptr<KRDataObj> object(create(*KRDataObj::GetFactory()));
-    object->SetMsgSetVersion(1);
-    return object;
-  }
-};
-
 class EveryClass : public ::testing::Test {
  protected:
-  EveryClass() {
-    for (const Side side : {Side::kRequest, Side::kResponse}) {
-      for (const TransactionRoute& route : Transactions(side)) {
-        for (u8 i = 0; i < route.payloadCount; ++i) Add(route.payloads[i].create);
-      }
-    }
-    Add(&CreateBy<&KRDataObjFactory::NewTransRq>);
-    Add(&CreateBy<&KRDataObjFactory::NewTransRs>);
-    Add(&CreateBy<&KRDataObjFactory::NewSyncRq>);
-    Add(&CreateBy<&KRDataObjFactory::NewSyncRs>);
-    Add(&CreateBy<&KRDataObjFactory::NewPayrollUpdateRs>);
-    Add(&CreateBy<&KRDataObjFactory::NewSignOnRq>);
-    Add(&CreateBy<&KRDataObjFactory::NewSignOnRs>);
-    Add(&CreateBy<&KRDataObjFactory::NewSecList>);
-    KRParseLogger::TheKRParseLogger()->DeleteAll();
-  }
   ~EveryClass() override { KRParseLogger::TheKRParseLogger()->DeleteAll(); }
 
-  std::map<std::string, AnyClass> m_classes;
-
- private:
-  void Add(CreateChild create) {
-    if (create == nullptr) return;
-    const std::unique_ptr<KRDataObj> object(create(*KRDataObj::GetFactory()));
-    const AggregateTable* table = ObjectAccess::TableOf(*object);
-    if (table == nullptr || !m_classes.emplace(table->className, AnyClass{create, table}).second) {
-      return;
-    }
-    for (u16 row = 0; row < table->valid.count; ++row) Add(table->rows[row].create);
-  }
+  const ClassMap m_classes = FindEveryClass();
 };
 
 TEST_F(EveryClass, IsFound) { EXPECT_GE(m_classes.size(), 280u); }

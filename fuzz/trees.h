@@ -1,0 +1,127 @@
+// What holds for every text that is read into a tree, whatever the class of its root:
+//
+//   - both ways of reading, the short one and that of the operations that hosts may override, come
+//     to the same tree, status and warnings at the same places; so do both ways of writing;
+//   - a deep copy is written as its original is;
+//   - the text that is written of a tree without cutting any value is written of the tree that is
+//     read from it.
+
+#ifndef KROFX_FUZZ_TREES_H_
+#define KROFX_FUZZ_TREES_H_
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "krofx/build/builder.h"
+#include "krofx/core/buffer.h"
+#include "krofx/parse/simple_parser.h"
+#include "krofx/values/utility.h"
+#include "support/parse_text.h"
+#include "target.h"
+
+namespace krofx::fuzz {
+
+/// A host's builder, so that every operation is called.
+class HostBuilder : public KRBuilder {};
+
+/// Keeps the warnings of a parse with their places.
+class WarningLines : public KRWarningObserver {
+ public:
+  void OnWarning(const KRParseException& warning, s32 position) override {
+    text += krofx::testing::Line(warning) + " at " + std::to_string(position) + "\n";
+  }
+  std::string text;
+};
+
+/// What a build came to: the text, or "status N".
+template <class Builder = KRBuilder>
+std::string Written(KRDataObj& root, KRBuildStringOpt option = KRBuildStringOpt_Lenient) {
+  KRBuffer buffer(0, 0);
+  Builder builder;
+  const KRBuildStatus status = builder.Build(&buffer, &root, option, 0);
+  if (status != KRBuildStatus_Done) return "status " + std::to_string(status);
+  return buffer.GetBufferPtr() == nullptr
+             ? std::string()
+             : std::string(buffer.GetBufferPtr(), buffer.GetBufferSize());
+}
+
+/// Whether a build came to a text.
+inline bool IsText(const std::string& written) { return !written.starts_with("status "); }
+
+/// Reads a text into a root with a parser that checks the tags of objects that are no files.
+template <class Parser, class Root>
+KRParseStatus ReadInto(Root& root, Bytes text, bool plain, std::string* warnings = nullptr) {
+  krofx::testing::TextBuffer buffer(text, plain);
+  WarningLines lines;
+  Parser parser;
+  parser.SetWarningObserver(&lines);
+  KRArrayOfTags tags;
+  root.GetArrayOfValidTags(tags);
+  parser.SetValidTags(tags);
+  const KRParseStatus status = parser.Parse(buffer.Get(), &root, 1);
+  if (warnings != nullptr) *warnings = lines.text;
+  return status;
+}
+
+/// Tests a text.
+/// @tparam WrittenIsRead whether what is written of such a tree can be read at all.
+/// @param make makes an empty root.
+/// @param copy makes a deep copy of the second root in the first one, and gives 1.
+template <class Parser, bool WrittenIsRead = true, class Make, class Copy>
+void CheckTree(Bytes text, const Make& make, const Copy& copy) {
+  const auto root = make();
+  const auto slow = make();
+  std::string warnings;
+  std::string slowWarnings;
+  const KRParseStatus status = ReadInto<Parser>(*root, text, true, &warnings);
+  const KRParseStatus slowStatus = ReadInto<Parser>(*slow, text, false, &slowWarnings);
+  Expect(status == slowStatus, "both ways of reading end alike");
+  ExpectSame(warnings, slowWarnings, "both ways of reading warn alike");
+  root->ProcessResponse();
+  slow->ProcessResponse();
+
+  const std::string written = Written(*root);
+  ExpectSame(written, Written<HostBuilder>(*slow), "both ways give one tree, written alike");
+  const std::string strict = Written(*root, KRBuildStringOpt_Strict);
+  ExpectSame(strict, Written<HostBuilder>(*slow, KRBuildStringOpt_Strict),
+             "strict writing is one, too");
+  KRDataObj* holder = nullptr;
+  KRUtility::GetNextMissingRequiredTag(root.get(), &holder, KRTag_None);
+
+  const auto copied = make();
+  Expect(copy(*copied, *root) == 1, "a tree can be copied");
+  ExpectSame(written, Written(*copied), "a copy is written as its original");
+
+  if (!WrittenIsRead) return;
+  if ((status != KRParseStatus_Accepted && status != KRParseStatus_Warnings) || !IsText(strict)) {
+    return;
+  }
+  const auto again = make();
+  ReadInto<Parser>(*again, strict, true);
+  ExpectSame(strict, Written(*again), "a written text is written again");
+}
+
+/// The version of messages for a text: its length chooses, so that inputs are texts and no more.
+inline u16 VersionFor(Bytes text) {
+  constexpr u16 kVersions[] = {0xffff, 1, 2};
+  return kVersions[text.size() % 3];
+}
+
+/// Tests a text as a file of class `File`.
+template <class File, class Parser = KRSimpleParser, bool WrittenIsRead = true>
+void CheckFile(Bytes text) {
+  const u16 version = VersionFor(text);
+  CheckTree<Parser, WrittenIsRead>(
+      text,
+      [version] {
+        auto file = std::make_unique<File>();
+        file->SetMsgSetVersion(version);
+        return file;
+      },
+      [](File& to, File& from) { return to.DeepCopyFrom(&from); });
+}
+
+}  // namespace krofx::fuzz
+
+#endif  // KROFX_FUZZ_TREES_H_
