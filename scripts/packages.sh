@@ -9,9 +9,14 @@ test_packages=("${build_packages[@]}" binutils clang-format libgtest-dev mold va
 # To run the benchmarks and take the counts.
 # shellcheck disable=SC2034
 bench_packages=("${build_packages[@]}" libbenchmark-dev libpugixml-dev valgrind)
-# For benchmarks, fuzzing, coverage and clang-tidy; no script needs them all. shellcheck
-# disable=SC2034
+# For benchmarks, fuzzing, coverage and clang-tidy; no script needs them all.
+# shellcheck disable=SC2034
 work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
+
+# To try other machines: see other_machines.sh.
+# shellcheck disable=SC2034
+machine_packages=(cmake g++-i686-linux-gnu g++-s390x-linux-gnu googletest ninja-build python3
+  qemu-user)
 
 # Installs those of the named packages that are missing, and prints which.
 install_missing() {
