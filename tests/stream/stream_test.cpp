@@ -364,6 +364,31 @@ TEST(Stream, ReadsTextsInOtherCharacters) {
   EXPECT_EQ(Str(element->ToUtf8(element->As<KRBankStatementTx>()->GetName())), "Caf\xC3\xA9");
 }
 
+TEST(Stream, WantsWhatIsUnderATag) {
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  Stream stream;
+  stream.WantTag(KRTag_STMTTRN).WantTag(KRTag_CLOSING);
+  stream.Open(std::string_view(text));
+  int count = 0;
+  stream.ForEach([&count](const StreamElement&) { ++count; });
+  EXPECT_EQ(count, 2);
+}
+
+TEST(Stream, NotesAmountsWithACommaAndTagsAfterTheEnd) {
+  const std::string clean = BankStatementFile(NumberedTransaction(1));
+  const std::string comma = BankStatementFile(
+      "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250101<TRNAMT>-11,76<FITID>1</STMTTRN>");
+  for (const std::string& text : {clean, comma, clean + "\n", clean + comma}) {
+    Stream stream;
+    stream.Want<KRBankStatementTx>();
+    stream.Open(std::string_view(text));
+    stream.ForEach([](const StreamElement&) {});
+    EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+    EXPECT_EQ(stream.MayHaveCommaAmount(), text == comma);
+    EXPECT_EQ(stream.HasMoreTags(), text == clean + comma);
+  }
+}
+
 TEST(Stream, RefusesWhatIsLongerThanItsLimit) {
   StreamOptions options;
   options.window = 4096;

@@ -35,6 +35,7 @@ KRString StreamElement::Path() const { return m_run->Track().Path(); }
 const KRAccount* StreamElement::Account() const { return m_run->Track().AccountOfElement(); }
 KRDataObj* StreamElement::Around(u16 levels) const { return m_run->Track().Around(levels); }
 KRString StreamElement::ToUtf8(const KRString& text) const { return m_run->ToUtf8(text); }
+const OfxText& StreamElement::Text() const { return m_run->JudgedText(); }
 
 Stream::Stream(const StreamOptions& options) : m_run(new StreamRun(options)) {}
 
@@ -52,6 +53,11 @@ Stream::~Stream() { delete m_run; }
 
 void Stream::Add(bool (*isOfClass)(const KRDataObj&), bool list) {
   if (m_run != nullptr) m_run->Want(isOfClass, list);
+}
+
+Stream& Stream::WantTag(KRTagID tag) {
+  if (m_run != nullptr) m_run->WantTag(tag);
+  return *this;
 }
 
 void Stream::SetListener(StreamListener* listener) {
@@ -134,6 +140,10 @@ const List<ReadWarning>& Stream::Warnings() const {
 }
 
 std::size_t Stream::Unrecorded() const { return m_run == nullptr ? 0 : m_run->Records().Unkept(); }
+
+bool Stream::MayHaveCommaAmount() const { return m_run != nullptr && m_run->MayHaveCommaAmount(); }
+
+bool Stream::HasMoreTags() { return m_run != nullptr && m_run->HasMoreTags(); }
 
 std::size_t Stream::Position() const { return m_run == nullptr ? 0 : m_run->Position(); }
 

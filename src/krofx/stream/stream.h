@@ -78,6 +78,8 @@ class KROFX_API StreamElement {
   /// A text of the object as a person would read it, in UTF-8: see OfxText::ToUtf8. The character
   /// set is found out from the part of the text that is in memory.
   KRString ToUtf8(const KRString& text) const;
+  /// The text that it is in, with its root, and the character set that was found as for ToUtf8.
+  const OfxText& Text() const;
 
  private:
   friend class internal::StreamRun;
@@ -141,6 +143,8 @@ class KROFX_API Stream {
     Add(&IsOf<ListClass>, true);
     return *this;
   }
+  /// Wants the elements of lists that are under a tag.
+  Stream& WantTag(KRTagID tag);
   /// Makes `listener` hear of the warnings; null for none. It stays the caller's.
   void SetListener(StreamListener* listener);
   /// @}
@@ -204,6 +208,12 @@ class KROFX_API Stream {
   const List<ReadWarning>& Warnings() const;
   /// How many warnings there were beyond StreamOptions::maxRecords.
   std::size_t Unrecorded() const;
+  /// Whether an amount with a comma may have been read. The parser passes over commas, so it reads
+  /// "-11,76" as -1176; krofx::Read mends that.
+  bool MayHaveCommaAmount() const;
+  /// Whether there are more tags after the end of the text, which are not read. Takes what is left
+  /// of the bytes. The stream must have ended.
+  bool HasMoreTags();
   /// How many bytes of the text have been taken.
   std::size_t Position() const;
 

@@ -43,7 +43,7 @@ bool DropWrapperBefore(Set& set, const KRDataObj& element, WantedClasses& wanted
   if (count < 2 || set.GetTrans(static_cast<u16>(count - 1)) != &element) return false;
   const auto before = static_cast<u16>(count - 2);
   KRDataObj* const object = set.GetTrans(before);
-  if (object == nullptr || !wanted.Has(*object, set)) return false;
+  if (object == nullptr || !wanted.Has(*object, object->GetType(), set)) return false;
   set.DisconnectTrans(before);
   delete object;
   return true;
@@ -51,7 +51,15 @@ bool DropWrapperBefore(Set& set, const KRDataObj& element, WantedClasses& wanted
 
 }  // namespace
 
-bool WantedClasses::Has(const KRDataObj& element, const KRDataObj& list) {
+bool WantedClasses::Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) {
+  for (const KRTagID wanted : m_tags) {
+    if (wanted == tag) return true;
+  }
+  return HasClass(element, list);
+}
+
+bool WantedClasses::HasClass(const KRDataObj& element, const KRDataObj& list) {
+  if (m_elements.empty() && m_lists.empty()) return false;
   const std::type_info& type = typeid(element);
   const std::type_info& listType = typeid(list);
   Answer& answer = m_answers[(reinterpret_cast<std::uintptr_t>(&type) / sizeof(void*) +
@@ -94,7 +102,7 @@ bool ElementTrack::Closed(s16 depth) {
   m_open = static_cast<s16>(depth - 1);
   const Level& level = m_levels[depth];
   KRDataObj& parent = *m_levels[m_open].object;
-  if (!m_wanted.Has(*level.object, parent) || !IsInList(parent, level.tag)) return false;
+  if (!m_wanted.Has(*level.object, level.tag, parent) || !IsInList(parent, level.tag)) return false;
   m_element = level.object;
   m_depth = depth;
   return true;

@@ -30,12 +30,16 @@ class WantedClasses {
   /// Adds a class of lists, all of whose elements are wanted.
   /// @return false when memory is exhausted.
   bool AddList(IsOfClass list) { return m_lists.Append(list); }
-  bool IsEmpty() const { return m_elements.empty() && m_lists.empty(); }
+  /// Adds a tag under which elements are wanted.
+  /// @return false when memory is exhausted.
+  bool AddTag(KRTagID tag) { return m_tags.Append(tag); }
 
   /// Whether an element of a list is wanted.
-  bool Has(const KRDataObj& element, const KRDataObj& list);
+  bool Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list);
 
  private:
+  bool HasClass(const KRDataObj& element, const KRDataObj& list);
+
   // Answers, by the classes of both objects.
   struct Answer {
     const std::type_info* element = nullptr;
@@ -46,6 +50,7 @@ class WantedClasses {
 
   List<IsOfClass> m_elements;
   List<IsOfClass> m_lists;
+  List<KRTagID> m_tags;
   Answer m_answers[kAnswers];
 };
 

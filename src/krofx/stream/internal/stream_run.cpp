@@ -47,6 +47,10 @@ void StreamRun::Want(IsOfClass is, bool list) {
   Fail(KRParseStatus_Fatal, "memory was exhausted");
 }
 
+void StreamRun::WantTag(KRTagID tag) {
+  if (!m_wanted.AddTag(tag)) Fail(KRParseStatus_Fatal, "memory was exhausted");
+}
+
 void StreamRun::Fail(KRParseStatus status, const char* problem) {
   m_status = status;
   m_problem = problem;
@@ -72,6 +76,7 @@ KRParseStatus StreamRun::Status() const {
 }
 
 void StreamRun::End(KRParseStatus status) {
+  LookForCommas();
   m_state = StreamState::kEnded;
   m_status = status;
   m_text.status = status;
@@ -129,6 +134,7 @@ const StreamElement* StreamRun::Next() {
 
 // False when there is nothing more for now, or at all.
 bool StreamRun::Refill() {
+  LookForCommas();
   m_lines.Pass(m_window.Text(), m_window.Base(), m_window.Base() + m_window.CountRead());
   m_window.Slide();
   if (m_window.Room().empty() && !m_window.Grow()) {
@@ -165,14 +171,32 @@ bool StreamRun::Refill() {
   return false;
 }
 
-KRString StreamRun::ToUtf8(const KRString& text) {
+const OfxText& StreamRun::JudgedText() {
   const std::size_t from = m_window.Base();
   if (from != m_judgedFrom || Position() != m_judgedTo) {
     m_judgedFrom = from;
     m_judgedTo = Position();
-    if (m_text.root == nullptr || !DescribeText(m_text, m_window.Text())) return {};
+    if (m_text.root != nullptr) DescribeText(m_text, m_window.Text());
   }
-  return m_text.ToUtf8(text);
+  return m_text;
+}
+
+// In what has been read, which ends in front of a tag.
+void StreamRun::LookForCommas() {
+  const u32 read = m_window.CountRead();
+  if (read == 0 || m_commas) return;
+  m_commas = internal::MayHaveCommaAmount(m_window.Text().substr(0, std::size_t{read} + 1));
+}
+
+bool StreamRun::HasMoreTags() {
+  if (m_state != StreamState::kEnded) return false;
+  if (m_window.Text().find('<', m_window.CountRead()) != std::string_view::npos) return true;
+  char block[kLeastWindow];
+  std::size_t count = 0;
+  while (m_source.Read(block, count) == ByteSource::Supply::kBytes) {
+    if (std::memchr(block, '<', count) != nullptr) return true;
+  }
+  return false;
 }
 
 }  // namespace krofx::internal

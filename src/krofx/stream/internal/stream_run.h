@@ -26,6 +26,7 @@ class StreamRun : public HeapObject {
   StreamRun& operator=(const StreamRun&) = delete;
 
   void Want(IsOfClass is, bool list);
+  void WantTag(KRTagID tag);
   void SetListener(StreamListener* listener) { m_records.SetListener(listener); }
   ByteSource& Source() { return m_source; }
   /// Begins to read.
@@ -44,9 +45,14 @@ class StreamRun : public HeapObject {
   ElementTrack& Track() { return m_track; }
   std::size_t Position() const { return m_window.Base() + m_window.Text().size(); }
   /// See StreamElement::ToUtf8.
-  KRString ToUtf8(const KRString& text);
+  KRString ToUtf8(const KRString& text) { return JudgedText().ToUtf8(text); }
+  /// The text, with the character set of the part that is in memory.
+  const OfxText& JudgedText();
+  bool MayHaveCommaAmount() const { return m_commas; }
+  bool HasMoreTags();
 
  private:
+  void LookForCommas();
   bool Begin();
   bool Refill();
   void End(KRParseStatus status);
@@ -61,6 +67,7 @@ class StreamRun : public HeapObject {
   OfxText m_text;
   ElementParser m_parser;
   bool m_begun = false;
+  bool m_commas = false;
   StreamState m_state = StreamState::kIdle;
   KRParseStatus m_status = KRParseStatus_Accepted;
   KRString m_problem;
