@@ -402,15 +402,17 @@ class OwnSchemas(unittest.TestCase):
                         repeated.append(f"{own[line].place}: {line}")
         self.assertEqual(repeated, [])
 
-    def test_says_in_sentences_what_every_row_means(self):
+    def test_says_in_sentences_what_every_row_slot_and_array_means(self):
         self.maxDiff = None
         model = schemac.Project(PROJECT / "src").model
         silent = []
         for cls in model.classes.values():
-            for row in cls.rows:
-                text = " ".join(line.removeprefix("///").strip() for line in row.comment)
+            about = [(row, row.tag) for row in cls.rows]
+            about += [(shared, shared.name) for shared in cls.shared]
+            for thing, name in about:
+                text = " ".join(line.removeprefix("///").strip() for line in thing.comment)
                 if not re.fullmatch(r"[A-Z0-9].* .*\.", text):
-                    silent.append(f"{row.place}: {row.tag}: {text}")
+                    silent.append(f"{thing.place}: {name}: {text}")
         self.assertEqual(silent, [])
 
 

@@ -68,7 +68,7 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
 
   /// Says whether the calling thread has had a warning since its log was last emptied, even with
   /// logging disabled.
-  /// @return 1 when it has; 0 when it has not.
+  /// @return 1 when it has had one; 0 otherwise.
   u16 GetAnyParseExceptionsLogged() const;
   /// The number of warnings in the calling thread's log.
   u16 GetNumberParseExceptions() const;
