@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <exception>
+#include <span>
 
 #include "command_line/command_line.h"
 #include "krofx/version.h"
@@ -12,21 +13,39 @@ namespace {
 
 using namespace krofx::command;
 
-constexpr AddSubcommand kSubcommands[] = {AddPrint,   AddCheck,   AddSum,     AddDiff,
-                                          AddRewrite, AddRequest, AddExtract, AddCertID,
-                                          AddSend,    AddGet,     AddFetch,   AddBank};
+// The subcommands under the titles that the help lists them by.
+constexpr AddSubcommand kOfFiles[] = {AddPrint,   AddSum,     AddCheck, AddDiff,
+                                      AddRewrite, AddExtract, AddCertID};
+constexpr AddSubcommand kOfInstitutions[] = {AddFetch, AddBank, AddRequest, AddSend, AddGet};
+constexpr AddSubcommand kOfHelp[] = {AddHelp, AddCompletion};
+
+constexpr struct {
+  const char* title;
+  std::span<const AddSubcommand> subcommands;
+} kGroups[] = {{"Files (FILE may be a folder, or - for standard input)", kOfFiles},
+               {"Institutions", kOfInstitutions},
+               {"Help", kOfHelp}};
+
+constexpr char kUsage[] = "Usage: krofx COMMAND [OPTIONS], krofx --help, krofx --version\n\n";
 
 constexpr char kFooter[] =
-    "FILE may be a directory, whose .ofx, .qfx and .qbo files are taken, or - for standard input.\n"
-    "Exit status: 0 clean, 1 warnings (check), 2 not usable, 64 wrong use.\n"
-    "\"krofx COMMAND --help\" says more; \"man krofx\" says all.";
+    "\"krofx help COMMAND\" says more; \"man krofx\" says all, with examples. Exit status:\n"
+    "0 done, 1 warnings, 2 not usable, 3 network, 4 refused, 5 sign-on refused.";
 
 ExitStatus Run(int argc, char** argv) {
   const CommandLine commandLine(
       "krofx", "krofx reads, checks, rewrites, requests and exchanges OFX 1.x files.",
       "krofx " KROFX_VERSION);
-  commandLine.GetCommand().SetFooter(kFooter);
-  for (const AddSubcommand add : kSubcommands) add(commandLine.GetCommand());
+  const Subcommand& command = commandLine.GetCommand();
+  for (const auto& group : kGroups) {
+    for (const AddSubcommand add : group.subcommands) {
+      const std::size_t before = command.ListSubcommands().size();
+      add(command);
+      command.ListSubcommands()[before].SetGroup(group.title);
+    }
+  }
+  command.SetShortHelp(kUsage);
+  command.SetFooter(kFooter);
   return commandLine.Run(argc, argv);
 }
 

@@ -4,9 +4,14 @@
 #define KROFX_COMMAND_BANKS_BANK_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace krofx::command {
+
+/// The types of bank accounts that both versions of the message sets have.
+inline constexpr std::string_view kBankAccountTypes[] = {"CHECKING", "SAVINGS", "MONEYMRKT",
+                                                         "CREDITLINE"};
 
 /// What an account is.
 enum class AccountKind { kBank, kCard, kInvestment };

@@ -130,8 +130,6 @@ bool IsClientId(const std::string& text) {
          });
 }
 
-constexpr std::string_view kTypes[] = {"CHECKING", "SAVINGS", "MONEYMRKT", "CREDITLINE"};
-
 Account ReadAccount(const Value& value) {
   TableReader table(value, "account");
   Account account;
@@ -156,13 +154,16 @@ Account ReadAccount(const Value& value) {
     account.kind = AccountKind::kInvestment;
     account.bank = broker;
   }
-  if (account.kind == AccountKind::kBank && account.type.empty()) account.type = kTypes[0];
+  if (account.kind == AccountKind::kBank && account.type.empty())
+    account.type = kBankAccountTypes[0];
   if (account.kind == AccountKind::kBank &&
-      std::find(std::begin(kTypes), std::end(kTypes), account.type) == std::end(kTypes)) {
-    Fail(value, account.type +
-                    " is not an account type; write CHECKING, SAVINGS, MONEYMRKT or "
-                    "CREDITLINE" +
-                    SuggestNearest(account.type, std::span<const std::string_view>(kTypes)));
+      std::find(std::begin(kBankAccountTypes), std::end(kBankAccountTypes), account.type) ==
+          std::end(kBankAccountTypes)) {
+    Fail(value,
+         account.type +
+             " is not an account type; write CHECKING, SAVINGS, MONEYMRKT or "
+             "CREDITLINE" +
+             SuggestNearest(account.type, std::span<const std::string_view>(kBankAccountTypes)));
   }
   return account;
 }

@@ -33,6 +33,8 @@ std::string StateFolder() { return FolderOf("XDG_STATE_HOME", "/.local/state"); 
 
 std::string CacheFolder() { return FolderOf("XDG_CACHE_HOME", "/.cache"); }
 
+std::string DataFolder() { return FolderOf("XDG_DATA_HOME", "/.local/share"); }
+
 std::string MakePrivateFolder(const std::string& path) {
   if (path.empty()) return "there is no home folder; set HOME";
   for (std::size_t end = 1; end != std::string::npos;) {

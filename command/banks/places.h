@@ -16,6 +16,9 @@ std::string StateFolder();
 /// What can be asked for again: ${XDG_CACHE_HOME:-~/.cache}/krofx.
 std::string CacheFolder();
 
+/// What is kept for the user: ${XDG_DATA_HOME:-~/.local/share}/krofx.
+std::string DataFolder();
+
 /// Makes a folder, and those above it, for the user's eyes only. One that is there stays as it is.
 /// @return empty, or what went wrong.
 std::string MakePrivateFolder(const std::string& path);

@@ -147,6 +147,58 @@ Option Subcommand::GetOption(const std::string& name) const {
   return Option(m_app->get_option(name));
 }
 
+std::string Subcommand::GetName() const { return m_app->get_name(); }
+
+std::string Subcommand::GetPurpose() const { return m_app->get_description(); }
+
+std::string Subcommand::GetHelp() const {
+  const CLI::App* const parent = m_app->get_parent();
+  if (parent == nullptr) return m_app->help();
+  const std::string above = PathOf(*parent);
+  return m_app->help("krofx" + (above.empty() ? "" : " " + above));
+}
+
+std::vector<Subcommand> Subcommand::ListSubcommands() const {
+  std::vector<Subcommand> found;
+  for (CLI::App* const each : m_app->get_subcommands([](CLI::App*) { return true; })) {
+    if (!each->get_group().empty()) found.emplace_back(each);
+  }
+  return found;
+}
+
+std::vector<OptionDescription> Subcommand::ListOptions() const {
+  std::vector<OptionDescription> found;
+  for (const CLI::Option* const option : m_app->get_options()) {
+    OptionDescription each;
+    for (const std::string& name : option->get_lnames()) each.names.push_back("--" + name);
+    for (const std::string& name : option->get_snames()) each.names.push_back("-" + name);
+    if (each.names.empty()) each.names.push_back(option->get_name());
+    each.help = option->get_description();
+    each.takesValue = option->get_items_expected_max() > 0;
+    found.push_back(std::move(each));
+  }
+  return found;
+}
+
+void Subcommand::SetGroup(const std::string& title) const { m_app->group(title); }
+
+void Subcommand::SetShortHelp(const std::string& usage) const {
+  m_app->formatter_fn([usage](const CLI::App* app, const std::string&, CLI::AppFormatMode) {
+    constexpr std::size_t kColumn = 13;
+    std::string text = app->get_description() + "\n" + usage;
+    std::string group;
+    for (const CLI::App* const each : app->get_subcommands([](const CLI::App*) { return true; })) {
+      if (each->get_group().empty()) continue;
+      if (each->get_group() != group) text += each->get_group() + ":\n";
+      group = each->get_group();
+      std::string line = "  " + each->get_name();
+      line.resize(std::max(line.size() + 1, kColumn), ' ');
+      text += line + each->get_description() + "\n";
+    }
+    return text + app->get_footer() + "\n";
+  });
+}
+
 void Subcommand::SetFooter(const std::string& text) const { m_app->footer(text); }
 
 void Subcommand::OnRun(std::unique_ptr<Action> action) const {

@@ -39,6 +39,13 @@ class Option {
   CLI::Option* m_option;
 };
 
+/// What there is to know of an option that was declared.
+struct OptionDescription {
+  std::vector<std::string> names;  ///< With their hyphens, or the name of a plain argument.
+  std::string help;
+  bool takesValue = false;
+};
+
 /// What runs when a subcommand is the one that was asked for.
 class Action {
  public:
@@ -74,6 +81,21 @@ class Subcommand {
   Option AddFlag(const std::string& name, bool& value, const std::string& help) const;
   /// An option that was added to this subcommand.
   Option GetOption(const std::string& name) const;
+
+  /// The name alone, such as "transfer".
+  std::string GetName() const;
+  /// What the help says of it, in one line.
+  std::string GetPurpose() const;
+  /// All that --help prints.
+  std::string GetHelp() const;
+  /// Those that were added to this one, in that order, without those that no help lists.
+  std::vector<Subcommand> ListSubcommands() const;
+  /// The options that were added to this one, and --help.
+  std::vector<OptionDescription> ListOptions() const;
+  /// The help lists the subcommand under this title; under none when it is empty.
+  void SetGroup(const std::string& title) const;
+  /// The help of the command itself is this text and the subcommands under their titles.
+  void SetShortHelp(const std::string& usage) const;
 
   /// What the help says after the options.
   void SetFooter(const std::string& text) const;

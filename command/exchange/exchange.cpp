@@ -187,7 +187,8 @@ std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
   access.SetAgentName(KRString("krofx"));
   access.SetTempFilePath(KRString(folder.GetPath().c_str()));
   if (m_options.log) access.SetLogCallback(Log);
-  const ExchangeProgress progress(access, Url(m_url).host);
+  const ExchangeProgress progress(
+      access, m_options.progress.empty() ? Url(m_url).host : m_options.progress);
   return RunWith(access, manager, body);
 }
 

@@ -29,6 +29,7 @@ struct ExchangeOptions {
   int timeout = 0;                     ///< In seconds; 0 for what is usual.
   std::string proxy;                   ///< URL of the proxy to go through; empty for none.
   std::string headerFile;              ///< Where the reply's headers go; empty for nowhere.
+  std::string progress;                ///< What the line of progress calls it; else the host.
   bool log = false;                    ///< The transport's log goes to standard error.
   bool allowHttp = false;              ///< A password may go over plain HTTP.
 };

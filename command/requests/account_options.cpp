@@ -2,18 +2,13 @@
 
 #include "requests/account_options.h"
 
+#include "banks/bank.h"
 #include "command_line/command_line.h"
 #include "command_line/nearest_name.h"
 #include "requests/arguments.h"
 #include "requests/request_maker.h"
 
 namespace krofx::command {
-
-namespace {
-
-constexpr std::string_view kTypes[] = {"CHECKING", "SAVINGS", "MONEYMRKT", "CREDITLINE"};
-
-}  // namespace
 
 void AddBankAccountOptions(const Subcommand& request, BankAccountOptions& options) {
   const std::string prefix = "--" + options.prefix;
@@ -40,7 +35,7 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
     maker.Fail(prefix + "type " + options.type +
                " is not an account type of this version; write CHECKING, SAVINGS, MONEYMRKT or "
                "CREDITLINE" +
-               SuggestNearest(options.type, kTypes));
+               SuggestNearest(options.type, kBankAccountTypes));
   }
   return account;
 }

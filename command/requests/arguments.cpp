@@ -3,6 +3,8 @@
 #include "requests/arguments.h"
 
 #include <algorithm>
+#include <chrono>
+#include <cstdio>
 #include <ctime>
 #include <string_view>
 
@@ -105,6 +107,18 @@ std::string ResolveDay(const std::string& text) {
   if (std::mktime(&day) == -1) return text;
   char digits[16] = "";
   std::strftime(digits, sizeof digits, "%Y%m%d", &day);
+  return digits;
+}
+
+std::string DayBefore(const std::string& day, int days) {
+  namespace chrono = std::chrono;
+  const chrono::year_month_day given{chrono::year(NumberAt(day, 0, 4)),
+                                     chrono::month(static_cast<unsigned>(NumberAt(day, 4, 2))),
+                                     chrono::day(static_cast<unsigned>(NumberAt(day, 6, 2)))};
+  const chrono::year_month_day before{chrono::sys_days(given) - chrono::days(days)};
+  char digits[32] = "";
+  std::snprintf(digits, sizeof digits, "%04d%02u%02u", static_cast<int>(before.year()),
+                static_cast<unsigned>(before.month()), static_cast<unsigned>(before.day()));
   return digits;
 }
 

@@ -23,6 +23,9 @@ std::string ToOfxDate(const std::string& text);
 /// @return any other text unchanged.
 std::string ResolveDay(const std::string& text);
 
+/// The day so many days before one that is given as 20260131, in the same form.
+std::string DayBefore(const std::string& day, int days);
+
 /// Whether the first of two numbers of checks is the higher one. Those with other characters than
 /// digits have no order.
 bool IsHigherNumber(const std::string& first, const std::string& second);

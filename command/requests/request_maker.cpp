@@ -96,7 +96,7 @@ std::string RequestMaker::ReadPassword(Password& password) const {
   if (m_options.bank.has_value() && !m_options.bank->passwordCommand.empty()) {
     return ReadFromCommand(m_options.bank->passwordCommand, password);
   }
-  if (std::getenv(kPasswordVariable) != nullptr) {
+  if (m_options.takesVariable && std::getenv(kPasswordVariable) != nullptr) {
     return password.TakeFromEnvironment(kPasswordVariable);
   }
   return password.Ask(m_options.user + " at " + m_options.use->Where(m_options.organisation));

@@ -31,6 +31,7 @@ struct SignOnOptions {
   bool secondVersion = false;
   int passwordFd = -1;
   std::string passwordVariable;
+  bool takesVariable = true;    ///< KROFX_PASSWORD may be this bank's.
   bool mayBeAnonymous = false;  ///< Without a user the sign-on is anonymous.
   /// Read when it is first needed, and kept for the requests to the same bank that follow.
   std::shared_ptr<Password> password = std::make_shared<Password>();

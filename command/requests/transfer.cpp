@@ -3,6 +3,7 @@
 #include "command_line/command_line.h"
 #include "command_line/nearest_name.h"
 #include "requests/account_options.h"
+#include "requests/frequencies.h"
 #include "requests/order_text.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
@@ -10,10 +11,6 @@
 namespace krofx::command {
 
 namespace {
-
-constexpr std::string_view kFrequencies[] = {"WEEKLY",    "BIWEEKLY",     "TWICEMONTHLY",
-                                             "MONTHLY",   "FOURWEEKS",    "BIMONTHLY",
-                                             "QUARTERLY", "SEMIANNUALLY", "ANNUALLY"};
 
 // OFX gives the number of transfers three digits.
 constexpr int kMostTimes = 999;

@@ -10,6 +10,7 @@
 #include "output/output_file.h"
 #include "requests/request_maker.h"
 #include "showing/document_output.h"
+#include "subcommands/fetch_all.h"
 #include "subcommands/subcommands.h"
 
 namespace krofx::command {
@@ -84,6 +85,7 @@ void AddFetch(const Subcommand& parent) {
   for (const AddRequestKind add : kRequests) {
     add(fetch, std::make_shared<SendRequest>());
   }
+  AddFetchAll(fetch);
 }
 
 }  // namespace krofx::command

@@ -21,6 +21,8 @@ void AddSend(const Subcommand& command);
 void AddGet(const Subcommand& command);
 void AddFetch(const Subcommand& command);
 void AddBank(const Subcommand& command);
+void AddHelp(const Subcommand& command);
+void AddCompletion(const Subcommand& command);
 
 }  // namespace krofx::command
 

@@ -16,7 +16,8 @@ wanted="include/krofx/krofx.h include/krofx/aggregates.h include/krofx/version.h
   $2/cmake/krofx/krofxConfig.cmake $2/cmake/krofx/krofxConfigVersion.cmake
   share/doc/krofx/README.md share/doc/krofx/LICENSE"
 if [ "$with_command" = 1 ]; then
-  wanted="$wanted bin/krofx share/man/man1/krofx.1"
+  wanted="$wanted bin/krofx share/man/man1/krofx.1 share/bash-completion/completions/krofx"
+  wanted="$wanted share/zsh/site-functions/_krofx share/fish/vendor_completions.d/krofx.fish"
 fi
 for file in $wanted; do
   [ -e "$prefix/$file" ] || complain "not installed: $file"

@@ -1,0 +1,262 @@
+// krofx fetch all: asks for what is new on every account of the user's banks, and keeps the
+// replies.
+
+#include <algorithm>
+#include <cctype>
+#include <chrono>
+#include <filesystem>
+#include <memory>
+#include <set>
+
+#include "banks/bank_file.h"
+#include "banks/places.h"
+#include "command_line/command_line.h"
+#include "exchange/refusals.h"
+#include "exchange/reply_keeper.h"
+#include "input/parsed_file.h"
+#include "output/messages.h"
+#include "output/output_file.h"
+#include "output/safe_text.h"
+#include "requests/account_choice.h"
+#include "requests/arguments.h"
+#include "requests/request_maker.h"
+#include "requests/statement_request.h"
+#include "subcommands/fetch_all.h"
+
+namespace krofx::command {
+
+namespace {
+
+constexpr int kUsualOverlap = 7;
+constexpr int kMostOverlap = 366;
+
+struct Options {
+  std::vector<std::string> banks;
+  std::string folder;
+  std::string from;
+  int overlap = kUsualOverlap;
+};
+
+// Counts what is asked for, to say how much is left.
+class Count {
+ public:
+  void Add(std::size_t accounts) { m_all += accounts; }
+  // What the line of progress says of the next account.
+  std::string Next(const std::string& what) {
+    using std::chrono::seconds;
+    const auto elapsed = std::chrono::steady_clock::now() - m_begin;
+    std::string text = what + ", " + std::to_string(m_done + 1) + " of " + std::to_string(m_all);
+    if (m_done > 0) {
+      const auto left = elapsed / m_done * (m_all - m_done);
+      text += ", about " + std::to_string(std::chrono::duration_cast<seconds>(left).count() + 1) +
+              " s left";
+    }
+    ++m_done;
+    return text;
+  }
+
+ private:
+  const std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+  std::size_t m_all = 0;
+  std::size_t m_done = 0;
+};
+
+std::string WithHyphens(const std::string& day) {
+  return day.substr(0, 4) + "-" + day.substr(4, 2) + "-" + day.substr(6, 2);
+}
+
+// How the files of an account begin: the bank and the account. Of a card they have the last four
+// digits, as all that is shown. Other characters than letters, digits, hyphens and points, which
+// could lead elsewhere, are replaced.
+std::string StemOf(const Bank& bank, const Account& account) {
+  std::string number = account.number;
+  if (account.kind == AccountKind::kCard) {
+    number = "card-" + number.substr(number.size() - std::min<std::size_t>(number.size(), 4));
+  }
+  for (char& character : number) {
+    const auto byte = static_cast<unsigned char>(character);
+    if (byte >= 0x80 || (std::isalnum(byte) == 0 && character != '-')) character = '_';
+  }
+  return bank.name + "-" + number;
+}
+
+// The stems of a bank's accounts; one that another account has gets a number.
+std::vector<std::string> StemsOf(const Bank& bank, const std::vector<Account>& accounts) {
+  std::vector<std::string> stems;
+  std::set<std::string> taken;
+  for (const Account& account : accounts) {
+    const std::string stem = StemOf(bank, account);
+    std::string own = stem;
+    for (int number = 2; !taken.insert(own).second; ++number) {
+      own = stem + "." + std::to_string(number);
+    }
+    stems.push_back(own);
+  }
+  return stems;
+}
+
+// The last day before today that the folder has a reply of, as 2026-01-31; empty for none. Today's
+// does not count, so that asking again on the same day brings no less than what it replaces.
+std::string LastDay(const std::string& folder, const std::string& stem) {
+  const std::string today = WithHyphens(ResolveDay("today"));
+  std::string last;
+  std::error_code error;
+  for (const auto& file : std::filesystem::directory_iterator(folder, error)) {
+    const std::string name = file.path().filename().string();
+    if (name.size() != stem.size() + 15 || !name.starts_with(stem + "-") ||
+        !name.ends_with(".ofx")) {
+      continue;
+    }
+    const std::string day = name.substr(stem.size() + 1, 10);
+    if (!ToOfxDate(day).empty() && day < today && day > last) last = day;
+  }
+  return last;
+}
+
+std::string FirstDay(const Options& options, const std::string& stem) {
+  if (!options.from.empty()) return options.from;
+  const std::string last = LastDay(options.folder, stem);
+  return last.empty() ? "" : DayBefore(ToOfxDate(last), options.overlap);
+}
+
+// One bank at a time, with one password for all its accounts.
+class BankAsker {
+ public:
+  BankAsker(const Bank& bank, const Options& options, bool takesVariable, Count& count)
+      : m_bank(bank), m_options(options), m_count(count) {
+    m_exchange.subcommand = "fetch all";
+    FillExchange(m_exchange, bank);
+    m_signOn.subcommand = "fetch all";
+    m_signOn.takesVariable = takesVariable;
+    m_signOn.use = std::make_shared<ReplyKeeper>(m_exchange);
+    FillSignOn(m_signOn, bank);
+  }
+
+  ExitStatus Run() {
+    ExitStatus exitStatus = CompleteSignOn(m_signOn);
+    if (exitStatus != kExitClean) return exitStatus;
+    std::vector<Account> accounts = m_bank.accounts;
+    if (accounts.empty()) exitStatus = AskForAccounts(m_signOn, m_exchange, accounts);
+    if (exitStatus != kExitClean) return exitStatus;
+    if (m_bank.accounts.empty()) m_count.Add(accounts.size());
+    const std::vector<std::string> stems = StemsOf(m_bank, accounts);
+    for (std::size_t index = 0; index < accounts.size(); ++index) {
+      const ExitStatus asked = Ask(accounts[index], stems[index]);
+      exitStatus = Worse(exitStatus, asked);
+      // Another try with the same password could lock the sign-on.
+      if (asked == kExitSignOnRefused || asked == kExitCancelled) break;
+    }
+    return exitStatus;
+  }
+
+ private:
+  ExitStatus Ask(const Account& account, const std::string& stem) {
+    m_exchange.progress = m_count.Next(m_bank.name + " " + NameOf(account));
+    const auto keeper = std::make_shared<ReplyKeeper>(m_exchange);
+    SignOnOptions signOn = m_signOn;
+    signOn.use = keeper;
+    RequestMaker maker(signOn);
+    const StatementSpan span{FirstDay(m_options, stem), "", false};
+    const ExitStatus asked = account.kind == AccountKind::kInvestment
+                                 ? FinishInvestments({account}, span, maker)
+                                 : FinishStatements({account}, span, maker);
+    if (asked != kExitClean) return asked;
+    return Keep(keeper->TakeReply(), account, stem);
+  }
+
+  // Keeps a reply that can be used; another one would stand for days that were not read.
+  ExitStatus Keep(std::unique_ptr<KRBuffer> text, const Account& account,
+                  const std::string& stem) const {
+    const std::string name = m_bank.name + " " + NameOf(account);
+    KRBuffer copy(text->GetBufferSize(), 4096);
+    if (copy.WriteLarge(text->GetBufferPtr(), text->GetBufferSize()) != KRBufferOK) {
+      Complain(name, "not enough memory to keep the reply");
+      return kExitUnusable;
+    }
+    const ParsedFile reply(name, std::move(text));
+    ExitStatus exitStatus = ComplainOfRefusals(reply);
+    if (!reply.GetProblem().empty()) {
+      Complain(name, reply.GetProblem());
+      exitStatus = Worse(exitStatus, kExitUnusable);
+    }
+    if (exitStatus != kExitClean) return exitStatus;
+    const std::string path =
+        m_options.folder + "/" + stem + "-" + WithHyphens(ResolveDay("today")) + ".ofx";
+    const ExitStatus written = WriteOutput(copy, path, Privacy::kPrivate);
+    return written != kExitClean
+               ? written
+               : WriteStandardOutput(SafeLine(name) + ": " + SafeLine(path) + "\n");
+  }
+
+  const Bank& m_bank;
+  const Options& m_options;
+  Count& m_count;
+  ExchangeOptions m_exchange;
+  SignOnOptions m_signOn;
+};
+
+// Those that the command line names, or all.
+ExitStatus ChooseBanks(const Options& options, const BankList& list, std::vector<Bank>& chosen) {
+  std::string problem = list.problem;
+  if (problem.empty() && list.banks.empty()) {
+    problem = "no bank is known; add one with \"krofx bank add\"";
+  }
+  if (!problem.empty()) {
+    Complain("fetch all", problem);
+    return kExitUnusable;
+  }
+  if (options.banks.empty()) chosen = list.banks;
+  for (const std::string& name : options.banks) {
+    const Bank* const bank = FindBank(list, name, problem);
+    if (bank == nullptr) {
+      Complain("fetch all", problem);
+      return kExitWrongUse;
+    }
+    chosen.push_back(*bank);
+  }
+  return kExitClean;
+}
+
+ExitStatus FetchAll(const Options& given) {
+  Options options = given;
+  if (options.folder.empty() && !DataFolder().empty())
+    options.folder = DataFolder() + "/statements";
+  const BankList list = ReadBanks();
+  std::vector<Bank> banks;
+  const ExitStatus chosen = ChooseBanks(options, list, banks);
+  if (chosen != kExitClean) return chosen;
+  if (const std::string problem = MakePrivateFolder(options.folder); !problem.empty()) {
+    Complain("fetch all", problem);
+    return kExitUnusable;
+  }
+  Count count;
+  for (const Bank& bank : banks) count.Add(bank.accounts.size());
+  ExitStatus exitStatus = kExitClean;
+  for (const Bank& bank : banks) {
+    const ExitStatus asked = BankAsker(bank, options, banks.size() == 1, count).Run();
+    exitStatus = Worse(exitStatus, asked);
+    if (asked == kExitCancelled) break;
+  }
+  return exitStatus;
+}
+
+}  // namespace
+
+void AddFetchAll(const Subcommand& parent) {
+  const Subcommand all =
+      parent.Add("all", "Ask for what is new on all accounts of your banks, and keep the replies");
+  const auto options = std::make_shared<Options>();
+  all.AddOption("BANK", options->banks, "Banks, as @harbor; without them all that are known");
+  all.AddOption("--folder", options->folder, "The folder of the replies");
+  all.AddOption("--from", options->from, "First day, as 2026-01-31 or -30d");
+  all.AddNumber("--overlap", options->overlap, 0, kMostOverlap,
+                "Days before the last time that are asked for again; 7 without this");
+  all.SetFooter(
+      std::string("Without --from an account is asked for all that it has the first time, and then "
+                  "for what is\nnew since the last day that a reply is kept of.\n"
+                  "Exit status: 0 all kept, 2 a reply is not usable, ") +
+      kExchangeStatuses);
+  all.OnRun(options, FetchAll);
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# Completion of words, as the command answers and in the shells; and the help that names commands.
+here=$(cd "$(dirname "$0")" && pwd)
+source "$here/runner.sh" "$@"
+source "$here/banks.sh"
+write_banks <<'END'
+[harbor]
+url = "https://bank.example/ofx"
+org = "HARBORFED"
+user = "ada.w"
+
+[[harbor.account]]
+account = "00718220946"
+bank = "211370545"
+
+[halden]
+url = "https://other.example/ofx"
+org = "HALDEN"
+user = "bob"
+END
+
+# offers WORDS WORD...: what may come next is these words, one a line, and nothing else.
+offers() {
+  local wanted=$1
+  shift
+  expect 0 complete -- "$@"
+  [ "$(cut -f 1 out | tr '\n' ' ')" = "${wanted:+$wanted }" ] || fail "after \"$*\" not \"$wanted\""
+}
+offers 'print' pr
+offers 'rewrite request' re
+offers 'statement' fetch st
+offers 'add list show check remove' bank ''
+offers 'harbor halden' bank show ''
+offers 'halden' bank remove hal
+offers '@harbor @halden' fetch statement ''
+offers '@harbor' request transfer @har
+offers '00718220946' fetch statement @harbor --account ''
+offers 'CHECKING SAVINGS MONEYMRKT CREDITLINE' request transfer --to-type ''
+offers 'SAVINGS' fetch statement --type S
+offers 'MONTHLY' request transfer --every MON
+offers '--to-type' request transfer --to-ty
+offers 'transactions' print --csv --table transac
+offers ':files' print ''
+offers ':files' request statement -o ''
+offers 'bash zsh fish' completion ''
+offers 'print' help pri
+offers 'transfer' help request tra
+offers '' zzz
+offers '' print --no-such
+"$krofx" complete -- print "$examples/checking.ofx" --account '' >out 2>err
+[ -s out ] || fail 'no accounts of a file'
+expect 0 complete -- ''
+lacks out "$(printf 'complete\t')"
+has out "$(printf 'print\t')"
+
+# The help fits a screen and leads to everything.
+expect 0 --help
+[ "$(wc -l <out)" -le 23 ] || fail 'the help does not fit a screen'
+[ "$(wc -L <out)" -le 80 ] || fail 'the help is wider than a screen'
+for command in print check rewrite extract certid fetch bank request send get help completion; do
+  has out "  $command "
+  "$krofx" "$command" --help >wanted
+  expect 0 help "$command"
+  cmp -s wanted out || fail "help $command is not $command --help"
+  expect 0 --help
+done
+"$krofx" request transfer --help >wanted
+expect 0 help request transfer
+cmp -s wanted out || fail 'help request transfer is not request transfer --help'
+expect 0 help
+has out 'Usage: krofx'
+expect 64 help prnt
+has err 'prnt is not a subcommand; did you mean print?'
+expect 64 completion tcsh
+has err 'the shells are bash, zsh and fish'
+
+# In the shells.
+mkdir bin
+ln -s "$(readlink -f "$krofx")" bin/krofx
+export PATH=$work/bin:$PATH
+for shell in bash zsh fish; do
+  expect 0 completion $shell
+  mv out $shell.script
+  [ -s $shell.script ] || fail "no script for $shell"
+done
+# in_shell LINE EXPECTED PREPARATION SHELL...
+in_shell() {
+  python3 "$here/with_tab.py" "$3" "$1" "$2" "${@:4}" >out 2>err ||
+    fail "${4} does not complete \"$1\" to \"$2\""
+}
+if command -v bash >/dev/null; then
+  prepare='. ./bash.script'
+  in_shell 'krofx prin' 'print ' "$prepare" bash --norc -i
+  in_shell 'krofx fetch statement @harb' '@harbor' "$prepare" bash --norc -i
+  in_shell 'krofx request transfer --every=MON' 'MONTHLY' "$prepare" bash --norc -i
+fi
+if command -v zsh >/dev/null; then
+  prepare='autoload -U compinit && compinit -u -D && . ./zsh.script'
+  in_shell 'krofx prin' 'print' "$prepare" zsh -f -i
+  in_shell 'krofx fetch statement @harb' 'or' "$prepare" zsh -f -i
+fi
+if command -v fish >/dev/null; then
+  for line in 'prin:print' 'bank show har:harbor' 'fetch statement @har:@harbor'; do
+    fish --no-config -c "source fish.script; complete -C 'krofx ${line%:*}'" >out 2>err </dev/null
+    has out "${line#*:}"
+  done
+fi
+finish

@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# `krofx fetch all`: what is new on every account of every bank, kept in a folder.
+here=$(cd "$(dirname "$0")" && pwd)
+source "$here/runner.sh" "$@"
+source "$here/servers.sh"
+source "$here/banks.sh"
+export XDG_DATA_HOME=$work/data
+start "$3" --ca-file "$work/ca.pem"
+expect 2 fetch all
+has err 'no bank is known'
+bank() {
+  cat <<END
+[$1]
+url = "$url"
+org = "HARBORFED"
+fid = "40711"
+user = "$2"
+root = "$work/ca.pem"
+password-command = "echo $3"
+END
+}
+{ bank harbor ada.w not-a-real-password; bank grace grace.h not-her-password-either; } | write_banks
+
+today=$(date +%Y-%m-%d)
+kept=$XDG_DATA_HOME/krofx/statements
+expect 0 fetch all
+for name in harbor-00718220946 harbor-00718220954 harbor-card-4410 harbor-7-4401-22 grace-00718330011; do
+  [ -f "$kept/$name-$today.ofx" ] || fail "no reply of $name"
+  [ "$(stat -c %a "$kept/$name-$today.ofx")" = 600 ] || fail "others can read the reply of $name"
+done
+[ "$(find "$kept" -type f | wc -l)" -eq 5 ] || fail 'other files than replies'
+has out "harbor 00718220946 CHECKING: $kept/harbor-00718220946-$today.ofx"
+lacks out 5500111122224410
+leaves_nothing
+expect 0 print "$kept/harbor-00718220946-$today.ofx"
+has out 'ALDER WORKS PAYROLL'
+
+# Asked again, from the last day before today that there is a reply of, with some days before it.
+mv "$kept/harbor-00718220946-$today.ofx" "$kept/harbor-00718220946-2026-01-20.ofx"
+expect 0 fetch all @harbor
+expect 0 print "$kept/harbor-00718220946-$today.ofx"
+has out 'ALDER WORKS PAYROLL'
+lacks out 'HARBOR STREET ATM'
+expect 0 fetch all harbor --overlap 30
+expect 0 print "$kept/harbor-00718220946-$today.ofx"
+has out 'HARBOR STREET ATM'
+expect 0 fetch all @harbor --from 2026-01-20
+expect 0 print "$kept/harbor-00718220946-$today.ofx"
+lacks out 'ALDER WORKS PAYROLL'
+expect 0 fetch all @grace --folder elsewhere
+[ -f "elsewhere/grace-00718330011-$today.ofx" ] || fail 'nothing in the folder that was named'
+expect 64 fetch all @nobody
+expect 64 fetch all --overlap -1
+
+# A sign-on that is refused is not tried again; other banks are asked all the same.
+rm -rf "$kept"
+{ bank harbor ada.w wrong-password; bank grace grace.h not-her-password-either; } | write_banks
+cat >>"$banks" <<'END'
+[[grace.account]]
+account = "00718330011"
+bank = "211370545"
+END
+expect 5 fetch all
+[ "$(grep -c 'refused the sign-on' err)" -eq 1 ] || fail 'tried again with a wrong password'
+[ "$(ls "$kept")" = "grace-00718330011-$today.ofx" ] || fail 'not what could be kept'
+# A refused request keeps nothing in the place of a reply.
+sed -i 's/00718330011/999/' "$banks"
+expect 4 fetch all @grace
+[ ! -e "$kept/grace-999-$today.ofx" ] || fail 'a refusal was kept as a reply'
+# The variable of one password is not sent to several banks.
+{ bank harbor ada.w x; bank grace grace.h x; } | sed '/password-command/d' | write_banks
+KROFX_PASSWORD=not-a-real-password setsid -w "$krofx" fetch all >out 2>err </dev/null
+[ $? -eq 2 ] || fail 'a password is taken from nowhere'
+has err 'no terminal to ask'
+KROFX_PASSWORD=not-a-real-password expect 0 fetch all @harbor
+stop_servers
+KROFX_PASSWORD=not-a-real-password expect 3 fetch all @harbor
+finish
