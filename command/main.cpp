@@ -29,7 +29,7 @@ constexpr struct {
 constexpr char kUsage[] = "Usage: krofx COMMAND [OPTIONS], krofx --help, krofx --version\n\n";
 
 constexpr char kFooter[] =
-    "\"krofx help COMMAND\" says more; \"man krofx\" says all, with examples. Exit status:\n"
+    "\"krofx help COMMAND\" says more; \"man krofx\" says all, with examples. Exit codes:\n"
     "0 done, 1 warnings, 2 not usable, 3 network, 4 refused, 5 sign-on refused.";
 
 ExitStatus Run(int argc, char** argv) {

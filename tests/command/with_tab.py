@@ -10,6 +10,7 @@ minute.
 
 import os
 import pty
+import re
 import select
 import sys
 import time
@@ -29,7 +30,8 @@ end = time.monotonic() + 60
 def wait_for(text, start):
     """Reads until the text is shown after `start`. False when time is up or the shell has ended."""
     global shown
-    while text.encode() not in shown[start:]:
+    # The bell and the changes of colour come in the middle of words.
+    while text.encode() not in re.sub(rb"\a|\x1b\[[0-9;?]*[A-Za-z]", b"", shown[start:]):
         if not select.select([terminal], [], [], max(0.0, end - time.monotonic()))[0]:
             return False
         try:

@@ -58,7 +58,7 @@ u16 Transaction<kSide>::PayloadRuleHolds() const {
     present = static_cast<u16>(present + ValidateTag(route->payloads[i].tag));
   }
   // A choice is an exclusive-or of bits: three of three satisfy it, as one does.
-  return route->rule == PayloadRule::kChoice ? present % 2 : static_cast<u16>(present != 0);
+  return static_cast<u16>(route->rule == PayloadRule::kChoice ? present % 2 : present != 0);
 }
 
 template <Side kSide>
