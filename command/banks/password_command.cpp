@@ -9,6 +9,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 
 #include "requests/password.h"
@@ -38,6 +39,19 @@ int Start(const std::string& command, int output, pid_t& child) {
   return error;
 }
 
+// What follows a verb of secret-tool to name a bank's password, safe from the shell.
+std::string KeyringPlace(const std::string& bank) {
+  std::string quoted;
+  for (const char character : bank) {
+    if (character == '\'') {
+      quoted += "'\\''";
+    } else {
+      quoted += character;
+    }
+  }
+  return " application krofx bank '" + quoted + "'";
+}
+
 }  // namespace
 
 std::string ReadFromCommand(const std::string& command, Password& password) {
@@ -61,6 +75,19 @@ std::string ReadFromCommand(const std::string& command, Password& password) {
   if (code == 0 || (cut && problem.empty())) return problem;
   if (code == kNotFound || code == kNotExecutable) return "password-command cannot be run";
   return "password-command ended with status " + std::to_string(code);
+}
+
+bool ReadFromKeyring(const std::string& bank, Password& password) {
+  return ReadFromCommand("secret-tool lookup" + KeyringPlace(bank) + " 2>/dev/null", password)
+      .empty();
+}
+
+std::string StoreInKeyring(const std::string& bank) {
+  const std::string command = "secret-tool store --label=krofx" + KeyringPlace(bank);
+  const int status = std::system(command.c_str());
+  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return {};
+  return "the keyring did not take the password; it needs the command secret-tool and a desktop "
+         "session";
 }
 
 }  // namespace krofx::command

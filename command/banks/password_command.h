@@ -14,6 +14,15 @@ class Password;
 /// @return empty, or what went wrong.
 std::string ReadFromCommand(const std::string& command, Password& password);
 
+/// Takes the password of a bank from the keyring of the desktop, by libsecret's command
+/// secret-tool.
+/// @return whether it is there.
+bool ReadFromKeyring(const std::string& bank, Password& password);
+
+/// Has secret-tool ask for the password of a bank on the terminal, and keep it in the keyring.
+/// @return empty, or what went wrong.
+std::string StoreInKeyring(const std::string& bank);
+
 }  // namespace krofx::command
 
 #endif  // KROFX_COMMAND_BANKS_PASSWORD_COMMAND_H_

@@ -96,6 +96,10 @@ std::string RequestMaker::ReadPassword(Password& password) const {
   if (m_options.bank.has_value() && !m_options.bank->passwordCommand.empty()) {
     return ReadFromCommand(m_options.bank->passwordCommand, password);
   }
+  if (m_options.bank.has_value() && m_options.bank->keyring &&
+      ReadFromKeyring(m_options.bank->name, password)) {
+    return {};
+  }
   if (m_options.takesVariable && std::getenv(kPasswordVariable) != nullptr) {
     return password.TakeFromEnvironment(kPasswordVariable);
   }

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "banks/bank_file.h"
+#include "banks/password_command.h"
 #include "banks/places.h"
 #include "command_line/command_line.h"
 #include "exchange/reply_keeper.h"
@@ -77,6 +78,9 @@ ExitStatus Add(const AddOptions& options) {
     }
     bank.accounts.push_back(account);
   }
+  // Without its password there the bank would not be what was asked for.
+  const std::string unkept = bank.keyring ? StoreInKeyring(bank.name) : std::string();
+  if (!unkept.empty()) return Fail("bank add", unkept, kExitUnusable);
   const std::string problem = AddToBanks(TextOf(bank));
   if (!problem.empty()) return Fail("bank add", problem, kExitUnusable);
   Complain("bank add", bank.name + " is added to " + BanksFile() +
@@ -193,7 +197,8 @@ void AddAdd(const Subcommand& parent) {
   text("--user", bank.user, "Your name there").Required();
   const Option command = text("--password-command", bank.passwordCommand,
                               "A command that prints the password, as \"pass show harbor\"");
-  (void)command;
+  add.AddFlag("--keyring", bank.keyring, "Keep its password in the keyring of the desktop")
+      .Excludes(command);
   add.AddFlag("--client-id", bank.makesClientId, "Make a client identifier, and send it");
   add.AddNumber("--version", bank.version, 1, 2, "The version of its message sets");
   text("--root", bank.rootFiles, "File with certificates to trust, and no others")

@@ -146,6 +146,27 @@ failing true 2
 failing 'echo hidden-secret' 5
 failing 'echo not-a-real-password; yes' 0
 
+# From the keyring, by what libsecret has for it; without an entry there as without a keyring.
+mkdir -p keyring
+cat >keyring/secret-tool <<'END'
+#!/bin/sh
+case "$*" in
+"store --label=krofx application krofx bank harbor" | "lookup application krofx bank harbor") ;;
+*) exit 1 ;;
+esac
+if [ "$1" = store ]; then echo not-a-real-password >"$0.kept"; else cat "$0.kept"; fi
+END
+chmod +x keyring/secret-tool
+: >"$banks"
+PATH=$work/keyring:$PATH expect 0 bank add harbor --url "$url" --org HARBORFED --user ada.w --root ca.pem --keyring
+lacks "$banks" not-a-real-password
+PATH=$work/keyring:$PATH expect 0 fetch accounts @harbor
+PATH=$work/keyring:$PATH expect 2 bank add wrong --url "$url" --org X --user ada.w --keyring
+has err 'the keyring did not take the password'
+expect 0 bank show harbor
+has out 'in the keyring'
+sed -i 's/keyring = true/password-command = "true"/' "$banks"
+
 # In front of a person the prompt says whose password it is and where it goes.
 sed -i '/password-command/d' "$banks"
 python3 "$here/with_terminal.py" not-a-real-password "$krofx" fetch accounts @harbor >out 2>err ||
