@@ -12,7 +12,9 @@ namespace krofx::command {
 
 namespace {
 
-// Codes of HTTP 503 and 504.
+// Codes of single HTTP statuses, in their order: see VYNCurlCode.
+constexpr u32 kSeeOther = 1507;
+constexpr u32 kNotModified = 1508;
 constexpr u32 kUnavailable = 1521;
 constexpr u32 kGatewayTimedOut = 1522;
 
@@ -34,6 +36,18 @@ constexpr u32 kPassingStatuses[] = {KRNetStatus_Success,  // No reply, or an emp
                                     KRNetStatus_Unavailable, KRNetStatus_NetworkFailed,
                                     KRNetStatus_Refused,     KRNetStatus_TimedOut,
                                     KRNetStatus_ServerError};
+
+// What stays as it is until somebody changes something, though its status alone might pass.
+constexpr u32 kLastingCodes[] = {VYNCurlCode_MovedPermanently,
+                                 VYNCurlCode_Found,
+                                 kSeeOther,
+                                 kNotModified,
+                                 VYNCurlCode_MalformedUrl,
+                                 VYNCurlCode_NotHttp,
+                                 VYNCurlCode_HandshakeFailed,
+                                 VYNCurlCode_ReplyTooLarge,
+                                 VYNCurlCode_FileFailed,
+                                 VYNCurlCode_NoMemory};
 
 template <std::size_t kCount>
 bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
@@ -84,9 +98,9 @@ std::string DescribeExchangeProblem(const ExchangeEnd& end) {
 
 ExitStatus ExitStatusOf(const ExchangeEnd& end) {
   if (end.httpStatus == kTooManyRequests || end.httpStatus == kRequestTimedOut) return kExitNetwork;
-  // No code of what stays has the status of something that passes.
-  const bool passes =
-      IsOneOf(kPassingCodes, end.transportError) || IsOneOf(kPassingStatuses, end.status);
+  const u32 code = end.transportError;
+  const bool passes = IsOneOf(kPassingCodes, code) ||
+                      (IsOneOf(kPassingStatuses, end.status) && !IsOneOf(kLastingCodes, code));
   return passes || end.status == KRNetStatus_TimedOut ? kExitNetwork : kExitUnusable;
 }
 

@@ -45,7 +45,10 @@ done
 
 # A small file that unpacks to a large one does not take the memory.
 head -c 1100000000 /dev/zero | gzip -9 >bomb.ofx.gz
-(ulimit -v 1500000; "$krofx" check bomb.ofx.gz >out 2>err)
+# A sanitizer reserves more addresses than any limit leaves it.
+limit=1500000
+(ulimit -v $limit; "$krofx" --version) >/dev/null 2>&1 || limit=unlimited
+(ulimit -v $limit; "$krofx" check bomb.ofx.gz >out 2>err)
 [ $? -eq 2 ] || fail 'a bomb is read'
 has out 'it may be an attack'
 finish
