@@ -59,7 +59,7 @@ std::string WeekOf(std::string_view day) {
   const sys_days thursday = here - (weekday(here) - Monday) + days(3);
   const year_month_day found(thursday);
   const auto week = (thursday - sys_days(found.year() / January / 1)).count() / 7 + 1;
-  char text[16];
+  char text[32];
   std::snprintf(text, sizeof text, "%04d-W%02d", int(found.year()), static_cast<int>(week));
   return text;
 }
