@@ -22,8 +22,10 @@ wide = [line for line in text.splitlines() if width(line) > limit]
 assert not wide, wide[:3]
 END
 statement 'ABC' | sed "s/<NAME>ABC/<NAME>日本語の長い名前がここにあります/; s/<FITID>1/&<MEMO>e$(printf '\314\201')tude 🙂 $(printf 'long %.0s' $(seq 30))/" >wide.ofx
+# By short names, since the line that counts mendings names the file as it was given.
+cp "$examples"/*.ofx .
 for columns in 80 120; do
-  for file in "$examples"/*.ofx wide.ofx; do
+  for file in *.ofx; do
     on_terminal $columns print "$file"
     python3 fits.py $columns || fail "$file does not fit $columns columns"
   done
