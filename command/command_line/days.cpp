@@ -65,6 +65,7 @@ year_month_day Today() {
 }
 
 std::optional<year_month_day> ParseDay(std::string_view text, year_month_day today) {
+  if (text == kToday) return today;
   if (text.size() > 2 && text.front() == '-') return ParseBack(text.substr(1), today);
   std::string digits(text);
   if (text.size() == 10 && text[4] == '-' && text[7] == '-') std::erase(digits, '-');

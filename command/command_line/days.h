@@ -13,8 +13,11 @@ namespace krofx::command {
 /// The day that it is where the user is.
 std::chrono::year_month_day Today();
 
-/// Reads a day: 2026-01-31, 20260131, or -30d, -4w, -6m, -1y for so many days, weeks, months or
-/// years before today. A month that lacks the day counts to its last one.
+/// The word for the day that it is.
+inline constexpr std::string_view kToday = "today";
+
+/// Reads a day: 2026-01-31, 20260131, today, or -30d, -4w, -6m, -1y for so many days, weeks, months
+/// or years before today. A month that lacks the day counts to its last one.
 /// @return nothing for any other text, and for a day that does not exist.
 std::optional<std::chrono::year_month_day> ParseDay(std::string_view text,
                                                     std::chrono::year_month_day today = Today());

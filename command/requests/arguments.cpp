@@ -3,10 +3,9 @@
 #include "requests/arguments.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <ctime>
 #include <string_view>
+
+#include "command_line/days.h"
 
 namespace krofx::command {
 
@@ -15,8 +14,6 @@ namespace {
 constexpr std::size_t kMostPlaces = 2;
 constexpr std::size_t kDayDigits = 8;
 constexpr std::size_t kTimeDigits = 14;
-// That from which the system counts years.
-constexpr int kFirstYear = 1900;
 
 bool AllDigits(std::string_view text) {
   return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
@@ -32,19 +29,6 @@ int NumberAt(std::string_view digits, std::size_t start, std::size_t count) {
   int number = 0;
   for (const char digit : digits.substr(start, count)) number = number * 10 + (digit - '0');
   return number;
-}
-
-int DaysOf(int year, int month) {
-  constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool leap = (year % 4 == 0 && year % 100 != 0) || year % 400 == 0;
-  return kDays[month - 1] + (month == 2 && leap ? 1 : 0);
-}
-
-bool IsDay(std::string_view digits) {
-  const int year = NumberAt(digits, 0, 4);
-  const int month = NumberAt(digits, 4, 2);
-  const int day = NumberAt(digits, 6, 2);
-  return year > 0 && month >= 1 && month <= 12 && day >= 1 && day <= DaysOf(year, month);
 }
 
 bool IsTime(std::string_view digits) {
@@ -77,49 +61,14 @@ std::string ToOfxDate(const std::string& text) {
   if (text.size() == 10 && text[4] == '-' && text[7] == '-') std::erase(digits, '-');
   const bool hasTime = digits.size() == kTimeDigits;
   if ((digits.size() != kDayDigits && !hasTime) || !AllDigits(digits)) return "";
-  return IsDay(digits) && (!hasTime || IsTime(digits)) ? digits : "";
+  const bool isDay = ParseDay(std::string_view(digits).substr(0, kDayDigits)).has_value();
+  return isDay && (!hasTime || IsTime(digits)) ? digits : "";
 }
 
 std::string ResolveDay(const std::string& text) {
-  constexpr std::size_t kMostDigits = 5;
-  const bool today = text == "today";
-  if (!today && (text.size() < 3 || text.size() > kMostDigits + 2 || text.front() != '-' ||
-                 !AllDigits(std::string_view(text).substr(1, text.size() - 2)))) {
-    return text;
-  }
-  const char unit = today ? 'd' : text.back();
-  if (unit != 'd' && unit != 'w' && unit != 'm') return text;
-  const int count = today ? 0 : NumberAt(text, 1, text.size() - 2);
-  const std::time_t now = std::time(nullptr);
-  std::tm day{};
-  ::localtime_r(&now, &day);
-  day.tm_hour = 12;  // Far from the hours that a change of the clock skips or repeats.
-  if (unit == 'm') {
-    const int months = (day.tm_year + kFirstYear) * 12 + day.tm_mon - count;
-    if (months < 12) return text;
-    day.tm_year = months / 12 - kFirstYear;
-    day.tm_mon = months % 12;
-    day.tm_mday = std::min(day.tm_mday, DaysOf(months / 12, months % 12 + 1));
-  } else {
-    day.tm_mday -= unit == 'w' ? 7 * count : count;
-  }
-  day.tm_isdst = -1;
-  if (std::mktime(&day) == -1) return text;
-  char digits[16] = "";
-  std::strftime(digits, sizeof digits, "%Y%m%d", &day);
-  return digits;
-}
-
-std::string DayBefore(const std::string& day, int days) {
-  namespace chrono = std::chrono;
-  const chrono::year_month_day given{chrono::year(NumberAt(day, 0, 4)),
-                                     chrono::month(static_cast<unsigned>(NumberAt(day, 4, 2))),
-                                     chrono::day(static_cast<unsigned>(NumberAt(day, 6, 2)))};
-  const chrono::year_month_day before{chrono::sys_days(given) - chrono::days(days)};
-  char digits[32] = "";
-  std::snprintf(digits, sizeof digits, "%04d%02u%02u", static_cast<int>(before.year()),
-                static_cast<unsigned>(before.month()), static_cast<unsigned>(before.day()));
-  return digits;
+  if (text != kToday && !text.starts_with('-')) return text;
+  const auto day = ParseDay(text);
+  return day ? TextOf(*day) : text;
 }
 
 bool IsHigherNumber(const std::string& first, const std::string& second) {

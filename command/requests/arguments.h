@@ -17,14 +17,9 @@ std::string FindAmountProblem(const std::string& text);
 /// @return empty when the text is no date or names a day that does not exist.
 std::string ToOfxDate(const std::string& text);
 
-/// The day that "-30d" (days), "-4w" (weeks) or "-6m" (months) before today is, or "today", in the
-/// user's time zone, as 20260131. A month before a day that its month lacks, as "-1m" on March 31,
-/// is that month's last day.
+/// The day that "today", "-30d", "-4w", "-6m" or "-1y" is, as 2026-01-31: see ParseDay.
 /// @return any other text unchanged.
 std::string ResolveDay(const std::string& text);
-
-/// The day so many days before one that is given as 20260131, in the same form.
-std::string DayBefore(const std::string& day, int days);
 
 /// Whether the first of two numbers of checks is the higher one. Those with other characters than
 /// digits have no order.

@@ -11,6 +11,7 @@
 #include "banks/bank_file.h"
 #include "banks/places.h"
 #include "command_line/command_line.h"
+#include "command_line/days.h"
 #include "exchange/refusals.h"
 #include "exchange/reply_keeper.h"
 #include "input/parsed_file.h"
@@ -18,7 +19,6 @@
 #include "output/output_file.h"
 #include "output/safe_text.h"
 #include "requests/account_choice.h"
-#include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/statement_request.h"
 #include "subcommands/fetch_all.h"
@@ -61,10 +61,6 @@ class Count {
   std::size_t m_done = 0;
 };
 
-std::string WithHyphens(const std::string& day) {
-  return day.substr(0, 4) + "-" + day.substr(4, 2) + "-" + day.substr(6, 2);
-}
-
 // How the files of an account begin: the bank and the account. Of a card they have the last four
 // digits, as all that is shown. Other characters than letters, digits, hyphens and points, which
 // could lead elsewhere, are replaced.
@@ -98,7 +94,7 @@ std::vector<std::string> StemsOf(const Bank& bank, const std::vector<Account>& a
 // The last day before today that the folder has a reply of, as 2026-01-31; empty for none. Today's
 // does not count, so that asking again on the same day brings no less than what it replaces.
 std::string LastDay(const std::string& folder, const std::string& stem) {
-  const std::string today = WithHyphens(ResolveDay("today"));
+  const std::string today = TextOf(Today());
   std::string last;
   std::error_code error;
   for (const auto& file : std::filesystem::directory_iterator(folder, error)) {
@@ -108,7 +104,7 @@ std::string LastDay(const std::string& folder, const std::string& stem) {
       continue;
     }
     const std::string day = name.substr(stem.size() + 1, 10);
-    if (!ToOfxDate(day).empty() && day < today && day > last) last = day;
+    if (ParseDay(day).has_value() && day < today && day > last) last = day;
   }
   return last;
 }
@@ -116,7 +112,8 @@ std::string LastDay(const std::string& folder, const std::string& stem) {
 std::string FirstDay(const Options& options, const std::string& stem) {
   if (!options.from.empty()) return options.from;
   const std::string last = LastDay(options.folder, stem);
-  return last.empty() ? "" : DayBefore(ToOfxDate(last), options.overlap);
+  if (last.empty()) return "";
+  return TextOf(std::chrono::sys_days(*ParseDay(last)) - std::chrono::days(options.overlap));
 }
 
 // One bank at a time, with one password for all its accounts.
@@ -180,8 +177,7 @@ class BankAsker {
       exitStatus = Worse(exitStatus, kExitUnusable);
     }
     if (exitStatus != kExitClean) return exitStatus;
-    const std::string path =
-        m_options.folder + "/" + stem + "-" + WithHyphens(ResolveDay("today")) + ".ofx";
+    const std::string path = m_options.folder + "/" + stem + "-" + TextOf(Today()) + ".ofx";
     const ExitStatus written = WriteOutput(copy, path, Privacy::kPrivate);
     return written != kExitClean
                ? written
