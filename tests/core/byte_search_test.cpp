@@ -6,6 +6,7 @@
 
 #include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -59,6 +60,19 @@ TEST(ByteSearch, FindsWhatALookAtEachByteFinds) {
     const std::size_t valueEnd = placeOf("<\0", 2);
     ASSERT_EQ(FindValueEnd(begin + start, end, hasMacros) - begin, valueEnd);
     ASSERT_EQ(hasMacros, text.substr(start, valueEnd - start).find('&') != std::string::npos);
+  }
+}
+
+TEST(ByteSearch, CopiesATextUnlessItHasACharacterWithAMacro) {
+  std::mt19937 random(13);
+  for (int round = 0; round < 20000; ++round) {
+    // Each in memory of its own size, so that a sanitizer sees a read or write beyond it.
+    const std::string made = RandomText(random, random() % 70);
+    const std::vector<char> text(made.begin(), made.end());
+    std::vector<char> copy(text.size(), '?');
+    const bool hasNone = made.find_first_of("<>&") == std::string::npos;
+    ASSERT_EQ(CopyWithoutMacros(text.data(), text.size(), copy.data()), hasNone);
+    ASSERT_TRUE(!hasNone || copy == text);
   }
 }
 

@@ -92,4 +92,30 @@ TEST(PlainWriting, WritesASectionTwiceAsTheOperationsDo) {
   ExpectSame(*list);
 }
 
+// A host's class with one row more to write than its table has.
+class HostTransaction : public KRBankStatementTx {
+ public:
+  KRBuildStatus Build(KRBuilder* builder) const override {
+    const KRBuildStatus status = KRBankStatementTx::Build(builder);
+    return status == KRBuildStatus_Done ? builder->AddTagKRULong(KRTag_SIC, 7) : status;
+  }
+};
+
+TEST(PlainWriting, WritesEachObjectOfAListByItsOwnRows) {
+  auto list = Make<KRBankTransactionList>();
+  list->SetDtStart("20250101");
+  list->SetDtEnd("20251231");
+  for (int i = 0; i < 24; ++i) {
+    auto* transaction = i % 5 == 3 ? new HostTransaction : new KRBankStatementTx;
+    // Some rows are valid in one version only, and a version of none writes nothing.
+    transaction->SetMsgSetVersion(static_cast<u16>(i % 4 == 3 ? 0 : i % 4 + 1));
+    list->AppendStatementTx(transaction);
+    if (i % 2 == 0) transaction->SetTxType(KRBankTxType_CREDIT);
+    if (i % 3 == 0) transaction->SetMemo(KRString(i % 6 == 0 ? "a & b" : "a memo of the list"));
+    if (i % 4 != 1) transaction->SetTxAmount("-0.05");
+    if (i % 7 == 0) transaction->SetDateTimePosted("19991231");
+  }
+  ExpectSame(*list);
+}
+
 }  // namespace

@@ -8,16 +8,14 @@ namespace krofx::internal {
 
 char* WriteCommonText(const KRString& text, char* out, char* end) {
   const std::size_t length = text.GetStrLength();
-  // The text is then searched a block at a time, and the last block may reach beyond its end.
   if (text.GetEncoding() != KRStringEncode_Plain || length > text.SpecLength() ||
-      static_cast<std::size_t>(end - out) < length + ByteBlock::kSize) {
+      static_cast<std::size_t>(end - out) < length) {
     return nullptr;
   }
   const char* const characters = text;
   // A text that begins with white space may have nothing else.
   if (length == 0 || IsWhite(*characters)) return nullptr;
-  std::memcpy(out, characters, length);
-  return FindMacroCharacter(out, out + length) == out + length ? out + length : nullptr;
+  return CopyWithoutMacros(characters, length, out) ? out + length : nullptr;
 }
 
 namespace {

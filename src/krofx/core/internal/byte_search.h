@@ -130,16 +130,44 @@ inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros
   }
 }
 
-/// Finds the first character of [at, end) that has a macro in SGML ('<', '>', '&'). Up to one block
-/// after `end` is read.
-/// @return its place, or `end`.
-inline const char* FindMacroCharacter(const char* at, const char* end) {
-  for (; at < end; at += ByteBlock::kSize) {
-    const ByteBlock block(at);
-    const int place = (block.Equal('<') | block.Equal('>') | block.Equal('&')).First();
-    if (place != ByteBlock::kSize) return place < end - at ? at + place : end;
+/// Copies the block at `from` to `to`.
+/// @return whether it has a character that has a macro in SGML ('<', '>', '&').
+template <class Block>
+bool CopyBlock(const char* from, char* to) {
+  const Block block(from);
+  std::memcpy(to, from, Block::kSize);
+  const auto macros = block.Equal('<') | block.Equal('>') | block.Equal('&');
+  return macros.First() != Block::kSize;
+}
+
+/// Copies a text of at least one block, a block at a time; the last block may overlap the one
+/// before it. It stops at a block with a character that has a macro.
+/// @return whether the whole text was copied.
+template <class Block>
+bool CopyBlocks(const char* from, std::size_t length, char* to) {
+  constexpr auto kSize = static_cast<std::size_t>(Block::kSize);
+  const std::size_t last = length - kSize;
+  for (std::size_t at = 0; at < last; at += kSize) {
+    if (CopyBlock<Block>(from + at, to + at)) return false;
   }
-  return end;
+  return !CopyBlock<Block>(from + last, to + last);
+}
+
+/// Copies a text that has no character with a macro. Searching while copying is faster than
+/// afterwards: a block that is read directly after it was written in other pieces has to wait.
+/// @return whether it has none; if not, some of it may have been copied.
+inline bool CopyWithoutMacros(const char* from, std::size_t length, char* to) {
+  if (length >= static_cast<std::size_t>(ByteBlock::kSize)) {
+    return CopyBlocks<ByteBlock>(from, length, to);
+  }
+  if (length >= static_cast<std::size_t>(WordBlock::kSize)) {
+    return CopyBlocks<WordBlock>(from, length, to);
+  }
+  for (const char* const end = from + length; from != end; ++from) {
+    if (*from == '<' || *from == '>' || *from == '&') return false;
+    *to++ = *from;
+  }
+  return true;
 }
 
 /// @return whether a tag's name ends before this character.

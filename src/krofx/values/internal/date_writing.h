@@ -40,7 +40,10 @@ inline char* WriteFraction(char* to, s16 fraction) noexcept {
 /// Writes an offset with a minus sign for a negative one.
 inline char* WriteOffset(char* to, s16 offset) noexcept {
   if (offset < 0) *to++ = '-';
-  return WriteDigits(to, static_cast<u32>(std::abs(int{offset})), 1);
+  const auto hours = static_cast<u32>(std::abs(int{offset}));
+  if (hours >= 10) return WriteDigits(to, hours, 1);
+  *to = static_cast<char>('0' + hours);
+  return to + 1;
 }
 
 /// Writes HHMMSS.

@@ -76,20 +76,23 @@ bool ReadCommonDate(const char* text, std::size_t length, PlainDate& out) noexce
 }
 
 char* WriteDate(const PlainDate& date, char* out) noexcept {
-  const bool isDate = date.day != 0 && date.day <= DaysInMonth(date.month, date.year);
-  const bool isTime = date.hour <= 23 && date.minute <= 59 && date.second <= 59 &&
-                      date.millisecond <= 999 && std::abs(int{date.gmtOffset}) <= kMostHours &&
-                      std::abs(int{date.gmtOffsetFraction}) <= 99;
+  // A copy cannot change with what is written, so that the compiler keeps the fields in registers
+  // and knows their ranges.
+  const PlainDate own = date;
+  const bool isDate = own.day != 0 && own.day <= DaysInMonth(own.month, own.year);
+  const bool isTime = own.hour <= 23 && own.minute <= 59 && own.second <= 59 &&
+                      own.millisecond <= 999 && std::abs(int{own.gmtOffset}) <= kMostHours &&
+                      std::abs(int{own.gmtOffsetFraction}) <= 99;
   if (!isDate || !isTime) return nullptr;
   bool hasZone = false;
-  char* to = WriteDateHead({date.year, date.month, date.day, date.hour, date.minute, date.second,
-                            date.millisecond, date.gmtOffset, date.gmtOffsetFraction},
+  char* to = WriteDateHead({own.year, own.month, own.day, own.hour, own.minute, own.second,
+                            own.millisecond, own.gmtOffset, own.gmtOffsetFraction},
                            out, hasZone);
   if (!hasZone) return to;
-  if (date.zone[0] != '\0') {
+  if (own.zone[0] != '\0') {
     *to++ = ':';
-    for (std::size_t i = 0; i < PlainDate::kZoneSize && date.zone[i] != '\0'; ++i) {
-      *to++ = date.zone[i];
+    for (std::size_t i = 0; i < PlainDate::kZoneSize && own.zone[i] != '\0'; ++i) {
+      *to++ = own.zone[i];
     }
   }
   *to++ = ']';
