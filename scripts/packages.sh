@@ -3,7 +3,7 @@
 
 # To build the library, the command and the examples.
 build_packages=(cmake g++ libcli11-dev libcpp-httplib-dev libcurl4-openssl-dev libssl-dev libtoml11-dev
-  ninja-build nlohmann-json3-dev pkg-config python3 rapidjson-dev zlib1g-dev)
+  ninja-build nlohmann-json3-dev pkg-config python3 zlib1g-dev)
 # To run the tests as well.
 test_packages=("${build_packages[@]}" bash-completion binutils clang-format fish libgtest-dev mold
   valgrind zsh)

@@ -2,8 +2,10 @@
 
 #include "input/element_tree.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
+#include <string>
 
 #include "output/safe_text.h"
 
@@ -14,69 +16,94 @@ namespace {
 // The file and its body are above the message sets.
 constexpr std::size_t kMessageSetDepth = 2;
 
-bool AllDigits(std::string_view text) {
-  return text.find_first_not_of("0123456789") == std::string_view::npos;
+std::size_t CountDigits(std::string_view text) {
+  return std::min(text.find_first_not_of("0123456789"), text.size());
 }
 
 // OFX writes an amount without zeros around it; here it gets back the places that it was given
 // with, and a digit before the point.
-std::string AmountText(const KRPrecisionInteger& value) {
-  const char* const text = value;
-  std::string out = text == nullptr ? "" : text;
-  const std::size_t digits = out.starts_with('-') ? 1 : 0;
-  if (out.compare(digits, 1, ".") == 0) out.insert(digits, 1, '0');
-  const std::size_t point = out.find('.');
-  const std::size_t places = point == std::string::npos ? 0 : out.size() - point - 1;
-  const std::size_t wanted = value.Decimal();
+void AppendAmount(std::string& out, std::string_view text, std::size_t wanted) {
+  if (text.starts_with('-')) {
+    out += '-';
+    text.remove_prefix(1);
+  }
+  if (text.starts_with('.')) out += '0';
+  out += text;
+  const std::size_t point = text.find('.');
+  const std::size_t places = point == std::string_view::npos ? 0 : text.size() - point - 1;
   if (wanted > places && wanted <= KRPrecisionInteger::kMaxDecimals) {
     if (places == 0) out += '.';
     out.append(wanted - places, '0');
   }
-  return out;
 }
 
-// Turns "[-5:EST]", hours with an optional fraction, into "-05:00"; empty when it is not of that
-// form.
-std::string ZoneText(std::string_view zone) {
-  std::string hours(zone.substr(0, zone.find_first_of(":]")));
-  char* end = nullptr;
-  const double value = std::strtod(hours.c_str(), &end);
-  if (hours.empty() || *end != '\0' || value < -24 || value > 24) return "";
+void AppendTwoDigits(std::string& out, long value) {
+  out += static_cast<char>('0' + value / 10);
+  out += static_cast<char>('0' + value % 10);
+}
+
+// Turns "[-5:EST]", hours with an optional fraction, into "-05:00"; adds nothing when it is not of
+// that form.
+void AppendZone(std::string& out, std::string_view zone) {
+  std::string_view hours = zone.substr(0, zone.find_first_of(":]"));
+  if (hours.starts_with('+')) hours.remove_prefix(1);
+  double value = 0;
+  const char* const end = hours.data() + hours.size();
+  const std::from_chars_result read = std::from_chars(hours.data(), end, value);
+  if (read.ec != std::errc() || read.ptr != end || !(value >= -24 && value <= 24)) return;
   const long minutes = std::lround(std::abs(value) * 60);
-  const std::string two[] = {std::to_string(100 + minutes / 60),
-                             std::to_string(100 + minutes % 60)};
-  return (value < 0 ? "-" : "+") + two[0].substr(1) + ":" + two[1].substr(1);
+  out += value < 0 ? '-' : '+';
+  AppendTwoDigits(out, minutes / 60);
+  out += ':';
+  AppendTwoDigits(out, minutes % 60);
 }
 
 // Turns YYYYMMDD, YYYYMMDDHHMMSS.XXX[zone] and what is between into the form of ISO 8601. What is
 // not of that form stays as it is. OFX texts that the library writes leave out a zone that is GMT
 // by its name, and a time of midnight in it.
-std::string DateText(std::string_view text, bool isUniversal) {
-  const std::string_view digits = text.substr(0, text.find_first_of(".["));
-  if ((digits.size() != 8 && digits.size() != 12 && digits.size() != 14) || !AllDigits(digits)) {
-    return std::string(text);
+void AppendDate(std::string& out, std::string_view text, bool isUniversal) {
+  const std::string_view digits = text.substr(0, CountDigits(text));
+  const std::string_view rest = text.substr(digits.size());
+  if ((digits.size() != 8 && digits.size() != 12 && digits.size() != 14) ||
+      !(rest.empty() || rest.starts_with('.') || rest.starts_with('['))) {
+    out += text;
+    return;
   }
-  const auto part = [digits](std::size_t start) { return std::string(digits.substr(start, 2)); };
-  std::string out = std::string(digits.substr(0, 4)) + "-" + part(4) + "-" + part(6);
-  if (digits.size() > 8) out += "T" + part(8) + ":" + part(10);
-  if (digits.size() > 12) out += ":" + part(12);
-  std::string_view rest = text.substr(digits.size());
+  const auto add = [&](const char* separator, std::size_t start, std::size_t count) {
+    out.append(separator).append(digits.substr(start, count));
+  };
+  add("", 0, 4);
+  add("-", 4, 2);
+  add("-", 6, 2);
+  if (digits.size() > 8) {
+    add("T", 8, 2);
+    add(":", 10, 2);
+  }
+  if (digits.size() > 12) add(":", 12, 2);
   const std::string_view fraction = rest.substr(0, rest.find('['));
   if (fraction.find_first_not_of(".0") != std::string_view::npos) out += fraction;
-  rest.remove_prefix(fraction.size());
-  if (isUniversal) return out + (digits.size() == 8 ? "T00:00:00+00:00" : "+00:00");
-  if (rest.starts_with('[') && digits.size() > 8) out += ZoneText(rest.substr(1));
-  return out;
+  if (isUniversal) {
+    out += digits.size() == 8 ? "T00:00:00+00:00" : "+00:00";
+  } else if (fraction.size() < rest.size() && digits.size() > 8) {
+    AppendZone(out, rest.substr(fraction.size() + 1));
+  }
+}
+
+// Whether a text is that of a person as it is: printable ASCII without a reference to a character
+// and without a section.
+bool IsAsMeant(std::string_view text) {
+  return IsPlainText(text) && text.find('&') == std::string_view::npos &&
+         text.find('<') == std::string_view::npos;
 }
 
 // Gathers elements where a builder writes text. Values that the library writes in a way of its own
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
-  ElementGatherer(Element& root, TextArena& arena, const krofx::OfxText* text)
-      : m_text(text), m_arena(arena), m_path{&root} {}
+  ElementGatherer(TextArena& arena, const krofx::OfxText* text) : m_text(text), m_arena(arena) {}
 
-  void Gather(KRDataObj& object) {
+  void Gather(KRDataObj& object, Element& root) {
+    m_path.assign(1, &root);
     Build(&m_buffer, &object, KRBuildStringOpt_Lenient, 0);
     TakeValue();
   }
@@ -105,6 +132,12 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt,
                           KRBuildStringCrLfOpt) override {
     if (m_element == nullptr || m_hasText || IsPassword(m_element->id)) return KRBuildStatus_Done;
+    const std::string_view bytes(text, text.GetStrLength());
+    if (IsAsMeant(bytes)) {
+      m_isPlain = true;
+      SetText(bytes);
+      return KRBuildStatus_Done;
+    }
     KRString plain(m_text == nullptr ? text : m_text->ToUtf8(text));
     if (m_text == nullptr) plain.FromCDATA();
     SetText({static_cast<const char*>(plain), plain.GetStrLength()});
@@ -175,7 +208,9 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus Number(KRBuildStatus status, const KRPrecisionInteger& value) {
     if (status != KRBuildStatus_Done) return status;
     Note(ValueKind::kAmount);
-    SetText(AmountText(value));
+    m_scratch.clear();
+    AppendAmount(m_scratch, Written(), value.Decimal());
+    SetText(m_scratch);
     return status;
   }
   KRBuildStatus Blank() {
@@ -189,31 +224,39 @@ class ElementGatherer : public KRPayrollBuilder {
     return KRBuildStatus_Done;
   }
 
+  // What the library wrote into the buffer.
+  std::string_view Written() const {
+    if (m_buffer.GetBufferPtr() == nullptr) return {};
+    std::string_view text(m_buffer.GetBufferPtr(), m_buffer.GetBufferSize());
+    if (text.ends_with('\n')) text.remove_suffix(1);
+    return text;
+  }
+
   // Ends the current element: what the library wrote into the buffer for it is its value, unless
   // the value is known already.
   void TakeValue() {
     if (m_element != nullptr) {
-      if (!m_hasText && !IsPassword(m_element->id) && m_buffer.GetBufferPtr() != nullptr) {
-        std::string_view text(m_buffer.GetBufferPtr(), m_buffer.GetBufferSize());
-        if (text.ends_with('\n')) text.remove_suffix(1);
-        m_element->value = m_arena.Copy(text);
-      }
       if (m_element->kind == ValueKind::kDate) {
-        m_element->value = m_arena.Copy(DateText(m_element->value, m_isUniversal));
+        m_scratch.clear();
+        AppendDate(m_scratch, Written(), m_isUniversal);
+        m_element->value = m_arena.Copy(m_scratch);
       } else {
-        if (!IsPlainText(m_element->value)) {
-          m_element->value = m_arena.Copy(SafeText(m_element->value));
-        }
-        if (MayNamePassword(m_element->value)) {
-          m_element->value = m_arena.Copy(WithoutPassword(m_element->value));
-        }
+        if (!m_hasText && !IsPassword(m_element->id)) m_element->value = m_arena.Copy(Written());
+        MakeFit(m_element->value);
       }
     }
     m_element = nullptr;
     m_hasText = false;
+    m_isPlain = false;
     m_isUniversal = false;
     m_buffer.SetBufferOffset(0);
     m_buffer.SetBufferSize(0);
+  }
+
+  // Makes a value fit for output.
+  void MakeFit(std::string_view& value) {
+    if (!m_isPlain && !IsPlainText(value)) value = m_arena.Copy(SafeText(value));
+    if (MayNamePassword(value)) value = m_arena.Copy(WithoutPassword(value));
   }
 
   const krofx::OfxText* m_text;
@@ -223,7 +266,9 @@ class ElementGatherer : public KRPayrollBuilder {
   Element* m_element = nullptr;
   bool m_hasText = false;
   bool m_inPayroll = false;
+  bool m_isPlain = false;
   bool m_isUniversal = false;
+  std::string m_scratch;
 };
 
 }  // namespace
@@ -238,7 +283,7 @@ const Element* Element::Find(std::string_view childTag) const {
 const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text) {
   Element& root = arena.Make<Element>();
   root.isAggregate = true;
-  ElementGatherer(root, arena, text).Gather(object);
+  ElementGatherer(arena, text).Gather(object, root);
   return root;
 }
 

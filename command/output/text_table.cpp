@@ -36,21 +36,30 @@ void TextTable::AddColumn(std::string_view label, Weight weight) {
 }
 
 void TextTable::SetText(std::size_t column, std::string text) {
-  if (text.empty()) return;
-  Lane& lane = m_lanes[column];
-  lane.shown = true;
-  lane.text = std::max(lane.text, DisplayWidth(text));
-  LastRow(column).text = std::move(text);
+  Set(column, {std::move(text), false});
 }
 
 void TextTable::SetNumber(std::size_t column, std::string number) {
-  if (number.empty()) return;
+  Set(column, {std::move(number), true});
+}
+
+void TextTable::Set(std::size_t column, Cell cell) {
+  Measure(column, {cell.text, cell.isNumber});
+  LastRow(column) = std::move(cell);
+}
+
+void TextTable::Measure(std::size_t column, const Value& value) {
+  if (value.text.empty()) return;
   Lane& lane = m_lanes[column];
-  const std::size_t point = PointOf(number);
-  lane.shown = lane.isNumber = true;
-  lane.before = std::max(lane.before, DisplayWidth(std::string_view(number).substr(0, point)));
-  lane.after = std::max(lane.after, DisplayWidth(std::string_view(number).substr(point)));
-  LastRow(column) = {std::move(number), true};
+  lane.shown = true;
+  if (!value.isNumber) {
+    lane.text = std::max(lane.text, DisplayWidth(value.text));
+    return;
+  }
+  const std::size_t point = PointOf(value.text);
+  lane.isNumber = true;
+  lane.before = std::max(lane.before, DisplayWidth(value.text.substr(0, point)));
+  lane.after = std::max(lane.after, DisplayWidth(value.text.substr(point)));
 }
 
 std::size_t TextTable::Width() const {
@@ -112,42 +121,56 @@ void TextTable::Fit(std::size_t columns) {
   }
 }
 
-std::string TextTable::Laid(const Lane& lane, const Cell& cell, const TextForm& form) const {
-  std::string out;
-  if (cell.isNumber) {
-    const std::size_t point = PointOf(cell.text);
-    const std::size_t before = DisplayWidth(std::string_view(cell.text).substr(0, point));
-    const std::size_t after = DisplayWidth(std::string_view(cell.text).substr(point));
+std::size_t TextTable::BeginLine(std::string& out) {
+  const std::size_t start = out.size();
+  out.append(kIndent, ' ');
+  return start;
+}
+
+void TextTable::EndLine(std::string& out, std::size_t start) {
+  while (out.size() > start && out.back() == ' ') out.pop_back();
+  out += '\n';
+}
+
+void TextTable::AppendValue(std::string& out, const Lane& lane, const Value& value,
+                            const TextForm& form) {
+  const std::string_view text = value.text;
+  if (value.isNumber) {
+    const std::size_t point = PointOf(text);
+    const std::size_t before = DisplayWidth(text.substr(0, point));
+    const std::size_t after = DisplayWidth(text.substr(point));
     out.append(lane.width - lane.after - before, ' ');
-    out += Colored(cell.text, cell.text.starts_with('-'), form);
-    Pad(out, 0, lane.after - after);
-    return out;
+    out += Colored(text, text.starts_with('-'), form);
+    Pad(out, after, lane.after);
+  } else {
+    const std::size_t whole = DisplayWidth(text);
+    const std::string cut = whole > lane.width ? Cut(text, lane.width) : std::string();
+    const std::size_t have = whole > lane.width ? DisplayWidth(cut) : whole;
+    if (lane.isNumber) Pad(out, have, lane.width);
+    out += whole > lane.width ? std::string_view(cut) : text;
+    if (!lane.isNumber) Pad(out, have, lane.width);
   }
-  const std::string text = Cut(cell.text, lane.width);
-  const std::size_t have = DisplayWidth(text);
-  if (lane.isNumber) Pad(out, have, lane.width);
-  out += text;
-  if (!lane.isNumber) Pad(out, have, lane.width);
-  return out;
+  out.append(kGap, ' ');
+}
+
+void TextTable::AppendHead(std::string& out, const TextForm& form) {
+  for (Lane& lane : m_lanes) lane.width = std::max(lane.Content(), DisplayWidth(lane.label));
+  if (form.columns > 0) Fit(form.columns);
+  AppendRow(out, form, [this](std::size_t index) { return Value{m_lanes[index].label}; });
+  std::string line;
+  AppendRow(out, form, [&](std::size_t index) {
+    line.assign(m_lanes[index].width, '-');
+    return Value{line};
+  });
 }
 
 void TextTable::Append(std::string& out, const TextForm& form) {
-  for (Lane& lane : m_lanes) lane.width = std::max(lane.Content(), DisplayWidth(lane.label));
-  if (form.columns > 0) Fit(form.columns);
-  const auto appendLine = [&](const auto& textOf) {
-    std::string line(kIndent, ' ');
-    for (std::size_t index = 0; index < m_lanes.size(); ++index) {
-      if (m_lanes[index].shown) line.append(textOf(index)).append(kGap, ' ');
-    }
-    line.erase(line.find_last_not_of(' ') + 1);
-    out.append(line).append("\n");
-  };
-  appendLine([&](std::size_t index) {
-    return Laid(m_lanes[index], {m_lanes[index].label, false}, form);
-  });
-  appendLine([&](std::size_t index) { return std::string(m_lanes[index].width, '-'); });
+  AppendHead(out, form);
   for (std::size_t row = 0; row + m_lanes.size() <= m_cells.size(); row += m_lanes.size()) {
-    appendLine([&](std::size_t index) { return Laid(m_lanes[index], m_cells[row + index], form); });
+    AppendRow(out, form, [&](std::size_t index) {
+      const Cell& cell = m_cells[row + index];
+      return Value{cell.text, cell.isNumber};
+    });
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "showing/cell_source.h"
 
+#include <algorithm>
 #include <unordered_map>
 
 namespace krofx::command {
@@ -49,6 +50,12 @@ CellSource SourceOf(std::string_view text) {
   return source;
 }
 
+// The edge of a tag, or the place where it would be.
+auto Seek(auto& edges, KRTagID tag) {
+  return std::lower_bound(edges.begin(), edges.end(), tag,
+                          [](const auto& edge, KRTagID wanted) { return edge.tag < wanted; });
+}
+
 }  // namespace
 
 std::string_view TakePart(std::string_view& text, char separator) {
@@ -75,6 +82,49 @@ bool IsOneOf(KRTagID tag, std::span<const KRTagID> tags) {
   return false;
 }
 
+std::size_t PathTree::Add(std::span<const KRTagID> path) {
+  std::size_t at = 0;
+  for (const KRTagID tag : path) {
+    std::vector<Edge>& edges = m_nodes[at].edges;
+    const auto place = Seek(edges, tag);
+    if (place != edges.end() && place->tag == tag) {
+      at = place->to;
+      continue;
+    }
+    at = m_nodes.size();
+    edges.insert(place, {tag, at});
+    m_nodes.emplace_back();
+  }
+  m_nodes[at].paths.push_back(m_count);
+  return m_count++;
+}
+
+void PathTree::Find(const Element& element, std::vector<const Element*>& found) const {
+  found.assign(m_count, nullptr);
+  for (const std::size_t path : m_nodes.front().paths) found[path] = &element;
+  if (!m_nodes.front().edges.empty()) Walk(element, m_nodes.front(), found);
+}
+
+void PathTree::Walk(const Element& element, const Node& node,
+                    std::vector<const Element*>& found) const {
+  const std::vector<Edge>& edges = node.edges;
+  for (const Element& child : element.children) {
+    // The null tag is the first one, and any tag.
+    if (edges.front().tag == KRTag_None) Follow(edges.front(), child, found);
+    const auto place = Seek(edges, child.id);
+    if (place != edges.end() && place->tag == child.id) Follow(*place, child, found);
+  }
+}
+
+void PathTree::Follow(const Edge& edge, const Element& child,
+                      std::vector<const Element*>& found) const {
+  const Node& node = m_nodes[edge.to];
+  for (const std::size_t path : node.paths) {
+    if (found[path] == nullptr) found[path] = &child;
+  }
+  if (!node.edges.empty()) Walk(child, node, found);
+}
+
 const std::vector<CellSource>& SourcesOf(std::span<const FieldSpec> fields) {
   static thread_local std::unordered_map<const FieldSpec*, std::vector<CellSource>> known;
   const auto [place, isNew] = known.try_emplace(fields.data());
@@ -84,8 +134,21 @@ const std::vector<CellSource>& SourcesOf(std::span<const FieldSpec> fields) {
   return place->second;
 }
 
-RowSource RowSourceOf(std::string_view path) {
-  RowSource source;
+const ColumnSources& ColumnSourcesOf(std::span<const FieldSpec> columns) {
+  static thread_local std::unordered_map<const FieldSpec*, ColumnSources> known;
+  const auto [place, isNew] = known.try_emplace(columns.data());
+  ColumnSources& sources = place->second;
+  if (isNew) {
+    sources.columns = SourcesOf(columns);
+    for (CellSource& source : sources.columns) {
+      for (CellSource::Path& path : source.paths) path.number = sources.paths.Add(path.steps);
+    }
+  }
+  return sources;
+}
+
+RowPath RowPathOf(std::string_view path) {
+  RowPath source;
   const std::size_t last = path.rfind('/');
   if (last != std::string_view::npos) {
     source.parent = TagsOf(path.substr(0, last), '/');

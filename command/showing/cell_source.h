@@ -3,6 +3,7 @@
 #ifndef KROFX_COMMAND_SHOWING_CELL_SOURCE_H_
 #define KROFX_COMMAND_SHOWING_CELL_SOURCE_H_
 
+#include <cstddef>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -36,7 +37,8 @@ struct CellSource {
     TagPath steps;
     TagPath ofSecurity;  ///< Where it leads in the description of the security, if it does.
     bool leadsToSecurity = false;
-    bool all = false;  ///< All elements of the last step, not the first one.
+    bool all = false;        ///< All elements of the last step, not the first one.
+    std::size_t number = 0;  ///< In the PathTree of the source's table.
   };
 
   Kind kind = Kind::kPaths;
@@ -45,8 +47,42 @@ struct CellSource {
   KRTagID summand = KRTag_None;  ///< The element of a sum.
 };
 
+/// Paths that start at one element, as a tree: one walk over what is in the element finds what all
+/// of them lead to.
+class PathTree {
+ public:
+  /// Adds a path.
+  /// @return its number, from 0.
+  std::size_t Add(std::span<const KRTagID> path);
+  /// Finds, for each path, the first element at its end, as FindPath does.
+  /// @param found takes the elements by the numbers of the paths; null where there is none.
+  void Find(const Element& element, std::vector<const Element*>& found) const;
+
+ private:
+  struct Edge {
+    KRTagID tag;
+    std::size_t to;
+  };
+  struct Node {
+    std::vector<Edge> edges;         // In the order of their tags.
+    std::vector<std::size_t> paths;  // Those that end here.
+  };
+
+  void Follow(const Edge& edge, const Element& child, std::vector<const Element*>& found) const;
+  void Walk(const Element& element, const Node& node, std::vector<const Element*>& found) const;
+
+  std::vector<Node> m_nodes{1};
+  std::size_t m_count = 0;
+};
+
+/// Where the columns of a table come from.
+struct ColumnSources {
+  std::vector<CellSource> columns;
+  PathTree paths;
+};
+
 /// Where a table finds its rows.
-struct RowSource {
+struct RowPath {
   TagPath parent;  ///< The aggregate that holds them.
   TagPath rows;    ///< Their tags.
 };
@@ -54,8 +90,10 @@ struct RowSource {
 /// The sources of some fields, in their order. They are made at the first call of a thread and live
 /// as long as it does.
 const std::vector<CellSource>& SourcesOf(std::span<const FieldSpec> fields);
+/// The same for the columns of a table.
+const ColumnSources& ColumnSourcesOf(std::span<const FieldSpec> columns);
 /// The source of the path of aggregates that repeat.
-RowSource RowSourceOf(std::string_view path);
+RowPath RowPathOf(std::string_view path);
 /// The sources of paths that are separated by blanks.
 std::vector<CellSource> SubjectSourcesOf(std::string_view paths);
 

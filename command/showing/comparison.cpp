@@ -27,13 +27,13 @@ void Comparison::Add(Side side, const Document& document) {
     for (const Table& table : section.tables) {
       if (table.spec->key != kTransactions) continue;
       const TransactionColumns columns(*table.spec);
-      for (std::size_t row = 0; row < table.CountRows(); ++row) {
-        const std::string identity = IdentityOf(section, table.GetRow(row), columns);
+      table.ForEachRow([&](Row row) {
+        const std::string identity = IdentityOf(section, row, columns);
         const auto [place, isNew] = m_places.try_emplace(identity, m_pairs.size());
         if (isNew) m_pairs.emplace_back();
         Pair& pair = m_pairs[place->second];
-        (side == Side::kOld ? pair.before : pair.after).push_back({&section, &table, row});
-      }
+        (side == Side::kOld ? pair.before : pair.after).push_back({&section, table.spec, row});
+      });
     }
   }
 }
@@ -42,15 +42,15 @@ std::vector<Comparison::Change> Comparison::FindChanges(const Transaction& befor
                                                         const Transaction& after) {
   std::vector<Change> changes;
   // Another kind of statement has other columns: only those of the same key are compared.
-  const auto& columns = after.table->spec->columns;
-  const auto& columnsBefore = before.table->spec->columns;
+  const auto& columns = after.table->columns;
+  const auto& columnsBefore = before.table->columns;
   for (std::size_t index = 0; index < columns.size(); ++index) {
     const auto same =
         std::find_if(columnsBefore.begin(), columnsBefore.end(),
                      [&](const FieldSpec& each) { return each.key == columns[index].key; });
     if (same == columnsBefore.end()) continue;
-    const Cell& was = before.Cells()[static_cast<std::size_t>(same - columnsBefore.begin())];
-    const Cell& is = after.Cells()[index];
+    const Cell& was = before.cells[static_cast<std::size_t>(same - columnsBefore.begin())];
+    const Cell& is = after.cells[index];
     if (was.isThere != is.isThere || was.text != is.text) {
       changes.push_back({columns[index].key, columns[index].label, was, is});
     }
@@ -81,8 +81,8 @@ bool Comparison::IsSame() const {
 }
 
 std::string Comparison::Describe(const Transaction& transaction, const TextForm& form) {
-  const TransactionColumns columns(*transaction.table->spec);
-  const Row row = transaction.Cells();
+  const TransactionColumns columns(*transaction.table);
+  const Row row = transaction.cells;
   std::string line = SafeLine(transaction.section->subject);
   const auto add = [&line](std::string_view text) {
     if (!text.empty()) line.append("  ").append(SafeLine(text));
@@ -138,8 +138,8 @@ std::string Comparison::Text(const TextForm& form) const {
 Json Comparison::JsonOf(const Transaction& transaction) {
   Json object = Json::Object();
   object.Set("account", transaction.section->subject);
-  const Row row = transaction.Cells();
-  const auto& columns = transaction.table->spec->columns;
+  const Row row = transaction.cells;
+  const auto& columns = transaction.table->columns;
   for (std::size_t index = 0; index < row.size(); ++index) {
     if (row[index]) object.Set(std::string(columns[index].key), ValueOf(row[index]));
   }

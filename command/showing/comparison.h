@@ -35,10 +35,8 @@ class Comparison {
  private:
   struct Transaction {
     const Section* section;
-    const Table* table;
-    std::size_t row;
-
-    Row Cells() const { return table->GetRow(row); }
+    const TableSpec* table;
+    Row cells;
   };
   struct Pair {
     std::vector<Transaction> before;

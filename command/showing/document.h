@@ -6,10 +6,13 @@
 #ifndef KROFX_COMMAND_SHOWING_DOCUMENT_H_
 #define KROFX_COMMAND_SHOWING_DOCUMENT_H_
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "checking/notes.h"
@@ -41,14 +44,42 @@ struct Field {
 /// The cells of one row, one for each column of its table.
 using Row = std::span<const Cell>;
 
+/// Rows that are made while they are visited, such as those of a large file.
+class RowSource {
+ public:
+  virtual ~RowSource() = default;
+
+  /// Visits all rows, in their order. A row is good until the next one is visited.
+  /// @param visit gives false to end the visit.
+  virtual void ForEach(const std::function<bool(Row)>& visit) = 0;
+};
+
 /// Rows of cells.
 struct Table {
   const TableSpec* spec;
   std::vector<Cell> cells = {};  ///< Those of the first row, of the second one, and so on.
+  /// Gives the rows, in place of `cells`, when there is one.
+  std::shared_ptr<RowSource> source = {};
 
-  std::size_t CountRows() const { return cells.size() / spec->columns.size(); }
-  Row GetRow(std::size_t index) const {
-    return Row(cells).subspan(index * spec->columns.size(), spec->columns.size());
+  /// Calls `visit(row)` for each row, in their order, until it gives false, if it gives anything. A
+  /// row is good until the next one unless it is one of `cells`.
+  template <class Visit>
+  void ForEachRow(Visit visit) const {
+    const auto goesOn = [&visit](Row row) {
+      if constexpr (std::is_void_v<std::invoke_result_t<Visit&, Row>>) {
+        visit(row);
+        return true;
+      } else {
+        return visit(row);
+      }
+    };
+    if (source != nullptr) {
+      source->ForEach(goesOn);
+      return;
+    }
+    const std::size_t width = spec->columns.size();
+    for (Row left(cells); !left.empty() && goesOn(left.first(width)); left = left.subspan(width)) {
+    }
   }
 };
 

@@ -142,8 +142,7 @@ std::string DocumentForm::Head() const {
   return m_options.ShowsRows() ? MakeRowWriter(m_options, m_columns)->Head() : "";
 }
 
-std::string DocumentForm::Render(const Document& document) const {
-  std::string out;
+void DocumentForm::Render(const Document& document, TextOutput& out) const {
   if (m_options.json) {
     AppendJson(out, document);
   } else if (m_options.ShowsRows()) {
@@ -151,7 +150,6 @@ std::string DocumentForm::Render(const Document& document) const {
   } else {
     AppendText(out, document, m_text);
   }
-  return out;
 }
 
 std::string DocumentForm::Separator() const {
@@ -164,8 +162,11 @@ std::string DocumentForm::Tail(bool any) const { return m_options.json ? JsonTai
 ExitStatus PrintDocument(const Document& document, const PrintOptions& options) {
   const ExitStatus exitStatus = ReportProblems(document);
   const DocumentForm form(options);
-  return Worse(exitStatus,
-               WriteStandardOutput(form.Head() + form.Render(document) + form.Tail(true)));
+  TextOutput out(TextOutput::Mode::kWritten);
+  out.text = form.Head();
+  form.Render(document, out);
+  out.text += form.Tail(true);
+  return Worse(exitStatus, out.Write());
 }
 
 }  // namespace krofx::command

@@ -9,6 +9,7 @@
 #include "exit_status.h"
 #include "input/parsed_file.h"
 #include "output/text_form.h"
+#include "output/text_output.h"
 #include "showing/document.h"
 #include "showing/layout.h"
 
@@ -57,8 +58,8 @@ class DocumentForm {
   explicit DocumentForm(const PrintOptions& options);
 
   std::string Head() const;
-  /// What a document adds to the output. May be called on several threads at once.
-  std::string Render(const Document& document) const;
+  /// Appends what a document adds to the output. May be called on several threads at once.
+  void Render(const Document& document, TextOutput& out) const;
   /// What comes between two documents.
   std::string Separator() const;
   /// @param any whether there was a document.

@@ -1,57 +1,21 @@
-// Cells as JSON. Only sources that write JSON row by row include this: the headers of the library
-// are slow to compile.
+// Texts and cells as JSON.
 
 #ifndef KROFX_COMMAND_SHOWING_JSON_CELLS_H_
 #define KROFX_COMMAND_SHOWING_JSON_CELLS_H_
 
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
-
+#include <string>
 #include <string_view>
 
 #include "showing/document.h"
 
 namespace krofx::command {
 
-/// Writes a text.
-template <class Writer>
-void WriteText(Writer& writer, std::string_view text) {
-  writer.String(text.data() == nullptr ? "" : text.data(),
-                static_cast<rapidjson::SizeType>(text.size()));
-}
+/// Appends a text, in quotes.
+void AppendJson(std::string& out, std::string_view text);
 
-/// Writes the name of a member.
-template <class Writer>
-void WriteKey(Writer& writer, std::string_view key) {
-  writer.Key(key.data(), static_cast<rapidjson::SizeType>(key.size()));
-}
-
-/// Writes a member that is a text.
-template <class Writer>
-void WriteMember(Writer& writer, std::string_view key, std::string_view text) {
-  WriteKey(writer, key);
-  WriteText(writer, text);
-}
-
-/// Writes the value of a cell that is there. Amounts are texts, since a reader's floating point
+/// Appends the value of a cell that is there. Amounts are texts, since a reader's floating point
 /// would not keep them.
-template <class Writer>
-void WriteCell(Writer& writer, const Cell& cell) {
-  switch (cell.kind) {
-    case ValueKind::kBoolean:
-      writer.Bool(cell.text == "true");
-      return;
-    case ValueKind::kBlank:
-      writer.Null();
-      return;
-    case ValueKind::kInteger:
-      writer.RawValue(cell.text.data(), cell.text.size(), rapidjson::kNumberType);
-      return;
-    default:
-      WriteText(writer, cell.text);
-  }
-}
+void AppendJson(std::string& out, const Cell& cell);
 
 }  // namespace krofx::command
 

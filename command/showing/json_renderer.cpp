@@ -4,6 +4,7 @@
 #include <unordered_map>
 
 #include "output/json.h"
+#include "output/text_output.h"
 #include "showing/json_cells.h"
 #include "showing/renderers.h"
 
@@ -11,92 +12,137 @@ namespace krofx::command {
 
 namespace {
 
-using Writer = rapidjson::PrettyWriter<rapidjson::StringBuffer>;
-
 constexpr std::size_t kIndent = 2;
-// How far in the members of a file are.
-constexpr std::size_t kMemberIndent = Json::kFileIndent + kIndent;
+
+// The lines of an object or an array: each of its parts is on a line of its own.
+class JsonBlock {
+ public:
+  // `indent` is how far in its last line is; its parts are further in.
+  JsonBlock(std::string& out, std::size_t indent, std::string_view brackets)
+      : m_out(out), m_brackets(brackets), m_lineEnd(1, '\n') {
+    m_lineEnd.append(indent + kIndent, ' ');
+    m_out += brackets.front();
+  }
+  JsonBlock(const JsonBlock&) = delete;
+  JsonBlock& operator=(const JsonBlock&) = delete;
+  ~JsonBlock() {
+    m_lineEnd.resize(m_lineEnd.size() - kIndent);
+    if (m_any) m_out += m_lineEnd;
+    m_out += m_brackets.back();
+  }
+
+  // Begins an element of an array.
+  void Next() {
+    if (m_any) m_out += ',';
+    m_any = true;
+    m_out += m_lineEnd;
+  }
+  // Begins a member of an object; its value comes next.
+  void Next(std::string_view key) {
+    Next();
+    AppendJson(m_out, key);
+    m_out += ": ";
+  }
+  template <class Value>
+  void Add(std::string_view key, const Value& value) {
+    Next(key);
+    AppendJson(m_out, value);
+  }
+  // How far in its parts are.
+  std::size_t Indent() const { return m_lineEnd.size() - 1; }
+
+ private:
+  std::string& m_out;
+  const std::string_view m_brackets;
+  std::string m_lineEnd;
+  bool m_any = false;
+};
+
+constexpr std::string_view kObject = "{}";
+constexpr std::string_view kArray = "[]";
 
 // A key that is there several times has a list of its values.
-void WriteFields(Writer& writer, const std::vector<Field>& fields) {
+void AppendFields(std::string& out, const std::vector<Field>& fields, std::size_t indent) {
   std::unordered_map<std::string_view, std::vector<const Field*>> byKey;
   for (const Field& field : fields) byKey[field.key].push_back(&field);
-  writer.StartObject();
+  JsonBlock object(out, indent, kObject);
   for (const Field& field : fields) {
     const std::vector<const Field*>& all = byKey[field.key];
     if (all.front() != &field) continue;
-    WriteKey(writer, field.key);
-    if (all.size() > 1) writer.StartArray();
-    for (const Field* const each : all) WriteCell(writer, each->cell);
-    if (all.size() > 1) writer.EndArray();
+    if (all.size() == 1) {
+      object.Add(field.key, field.cell);
+      continue;
+    }
+    object.Next(field.key);
+    JsonBlock list(out, object.Indent(), kArray);
+    for (const Field* const each : all) {
+      list.Next();
+      AppendJson(out, each->cell);
+    }
   }
-  writer.EndObject();
 }
 
-void WriteTable(Writer& writer, const Table& table) {
-  WriteKey(writer, table.spec->key);
-  writer.StartArray();
-  for (std::size_t at = 0; at < table.CountRows(); ++at) {
-    const Row row = table.GetRow(at);
-    writer.StartObject();
+void AppendTable(TextOutput& out, const Table& table, std::size_t indent) {
+  JsonBlock rows(out.text, indent, kArray);
+  // What comes before each value: the keys of all rows are the same.
+  std::vector<std::string> keys;
+  for (const FieldSpec& column : table.spec->columns) {
+    std::string& key = keys.emplace_back(",\n");
+    key.append(rows.Indent() + kIndent, ' ');
+    AppendJson(key, column.key);
+    key += ": ";
+  }
+  const std::string end = "\n" + std::string(rows.Indent(), ' ') + "}";
+  table.ForEachRow([&](Row row) {
+    rows.Next();
+    out.text += '{';
+    bool any = false;
     for (std::size_t index = 0; index < row.size(); ++index) {
       if (!row[index]) continue;
-      WriteKey(writer, table.spec->columns[index].key);
-      WriteCell(writer, row[index]);
+      out.text += std::string_view(keys[index]).substr(any ? 0 : 1);
+      any = true;
+      AppendJson(out.text, row[index]);
     }
-    writer.EndObject();
+    out.text += any ? std::string_view(end) : "}";
+    return out.Offer();
+  });
+}
+
+void AppendSection(TextOutput& out, const Section& section, std::size_t indent) {
+  JsonBlock object(out.text, indent, kObject);
+  object.Add("kind", section.kind);
+  object.Add("title", section.title);
+  object.Add("subject", std::string_view(section.subject));
+  object.Next("fields");
+  AppendFields(out.text, section.fields, object.Indent());
+  for (const Table& table : section.tables) {
+    object.Next(table.spec->key);
+    AppendTable(out, table, object.Indent());
   }
-  writer.EndArray();
-}
-
-void WriteSection(Writer& writer, const Section& section) {
-  writer.StartObject();
-  WriteMember(writer, "kind", section.kind);
-  WriteMember(writer, "title", section.title);
-  WriteMember(writer, "subject", section.subject);
-  WriteKey(writer, "fields");
-  WriteFields(writer, section.fields);
-  for (const Table& table : section.tables) WriteTable(writer, table);
-  writer.EndObject();
-}
-
-void WriteDocument(Writer& writer, const Document& document) {
-  writer.StartObject();
-  WriteMember(writer, "file", document.file);
-  WriteMember(writer, "kind", document.kind);
-  WriteKey(writer, "status");
-  writer.Uint(document.status);
-  WriteMember(writer, "meaning", document.meaning);
-  WriteKey(writer, "warnings");
-  writer.Uint64(document.warnings);
-  WriteKey(writer, "usable");
-  writer.Bool(document.problem.empty());
-  if (!document.problem.empty()) WriteMember(writer, "problem", document.problem);
-  const std::string mendings = JsonOf(document.mendings).Text(kMemberIndent);
-  WriteKey(writer, "mendings");
-  writer.RawValue(mendings.data(), mendings.size(), rapidjson::kArrayType);
-  WriteKey(writer, "sections");
-  writer.StartArray();
-  for (const Section& section : document.sections) WriteSection(writer, section);
-  writer.EndArray();
-  writer.EndObject();
 }
 
 }  // namespace
 
 std::string JsonHead() { return Json::HeadOf("krofx-print"); }
 
-void AppendJson(std::string& out, const Document& document) {
-  rapidjson::StringBuffer text;
-  Writer writer(text);
-  writer.SetIndent(' ', kIndent);
-  // A file is in a list in an object, which only gives it its place on the line.
-  writer.StartObject();
-  WriteKey(writer, "files");
-  writer.StartArray();
-  text.Clear();
-  WriteDocument(writer, document);
-  out.append(text.GetString(), text.GetSize());
+void AppendJson(TextOutput& out, const Document& document) {
+  out.text.append("\n").append(Json::kFileIndent, ' ');
+  JsonBlock object(out.text, Json::kFileIndent, kObject);
+  object.Add("file", std::string_view(document.file));
+  object.Add("kind", std::string_view(document.kind));
+  object.Add("status", Cell(ValueKind::kInteger, std::to_string(document.status)));
+  object.Add("meaning", std::string_view(document.meaning));
+  object.Add("warnings", Cell(ValueKind::kInteger, std::to_string(document.warnings)));
+  object.Add("usable", Cell(ValueKind::kBoolean, document.problem.empty() ? "true" : "false"));
+  if (!document.problem.empty()) object.Add("problem", std::string_view(document.problem));
+  object.Next("mendings");
+  out.text += JsonOf(document.mendings).Text(object.Indent());
+  object.Next("sections");
+  JsonBlock sections(out.text, object.Indent(), kArray);
+  for (const Section& section : document.sections) {
+    sections.Next();
+    AppendSection(out, section, sections.Indent());
+  }
 }
 
 std::string JsonTail(bool any) { return Json::TailOf(any); }

@@ -5,25 +5,25 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "output/text_form.h"
+#include "output/text_output.h"
 #include "showing/document.h"
 #include "showing/row_writer.h"
 
 namespace krofx::command {
 
 /// Appends a document as aligned tables for people.
-void AppendText(std::string& out, const Document& document, const TextForm& form);
+void AppendText(TextOutput& out, const Document& document, const TextForm& form);
 
 /// The stable form that docs/json.md describes. Between two documents comes a comma.
 std::string JsonHead();
-void AppendJson(std::string& out, const Document& document);
+void AppendJson(TextOutput& out, const Document& document);
 /// @param any whether there was a document.
 std::string JsonTail(bool any);
 
 /// All rows of the tables with this key, each after the other.
-void AppendRows(std::string& out, const Document& document, std::string_view tableKey,
+void AppendRows(TextOutput& out, const Document& document, std::string_view tableKey,
                 RowWriter& writer);
 
 }  // namespace krofx::command

@@ -29,6 +29,16 @@ std::string ReadAmount(const char* option, const std::string& text,
   return amount ? "" : std::string(option) + " " + text + " is not an amount; write it as -1234.50";
 }
 
+// Keeps the rows of a table that a function wants.
+template <class Wanted>
+void KeepRows(Table& table, Wanted wanted) {
+  std::vector<Cell> kept;
+  table.ForEachRow([&](Row row) {
+    if (wanted(row)) kept.insert(kept.end(), row.begin(), row.end());
+  });
+  table.cells = std::move(kept);
+}
+
 }  // namespace
 
 void AddFilterOptions(const Subcommand& app, FilterOptions& options) {

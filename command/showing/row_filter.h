@@ -71,17 +71,6 @@ class DuplicateFilter {
   std::unordered_set<std::string> m_seen;
 };
 
-/// Keeps the rows of a table that a function wants.
-template <class Wanted>
-void KeepRows(Table& table, Wanted wanted) {
-  std::vector<Cell> kept;
-  for (std::size_t index = 0; index < table.CountRows(); ++index) {
-    const Row row = table.GetRow(index);
-    if (wanted(row)) kept.insert(kept.end(), row.begin(), row.end());
-  }
-  table.cells = std::move(kept);
-}
-
 }  // namespace krofx::command
 
 #endif  // KROFX_COMMAND_SHOWING_ROW_FILTER_H_

@@ -36,12 +36,23 @@ void RowMaker::NoteSecurities(const Element& element) {
   }
 }
 
-void RowMaker::AppendRow(std::vector<Cell>& cells, const Element& row,
-                         const TableSpec& table) const {
-  for (const CellSource& source : SourcesOf(table.columns)) cells.push_back(Find(row, source));
+void RowMaker::AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table) {
+  const ColumnSources& sources = ColumnSourcesOf(table.columns);
+  sources.paths.Find(row, m_found);
+  for (const CellSource& source : sources.columns) {
+    cells.push_back(FindBy(
+        row, source, [this](const CellSource::Path& path) { return m_found[path.number]; }));
+  }
 }
 
 Cell RowMaker::Find(const Element& element, const CellSource& source) const {
+  return FindBy(element, source, [&element](const CellSource::Path& path) {
+    return FindPath(element, path.steps);
+  });
+}
+
+template <class Lookup>
+Cell RowMaker::FindBy(const Element& element, const CellSource& source, Lookup lookup) const {
   switch (source.kind) {
     case CellSource::Kind::kOwnTag:
       return {ValueKind::kText, element.tag};
@@ -57,7 +68,7 @@ Cell RowMaker::Find(const Element& element, const CellSource& source) const {
       if (const Cell all = JoinAll(element, path.steps)) return all;
       continue;
     }
-    const Element* const found = Follow(element, path);
+    const Element* const found = Describe(lookup(path), path);
     if (found != nullptr && !found->isAggregate) return CellOf(*found);
   }
   return {};
@@ -65,7 +76,7 @@ Cell RowMaker::Find(const Element& element, const CellSource& source) const {
 
 const Element* RowMaker::FindElement(const Element& element, const CellSource& source) const {
   for (const CellSource::Path& path : source.paths) {
-    const Element* const found = Follow(element, path);
+    const Element* const found = Describe(FindPath(element, path.steps), path);
     if (found != nullptr && !found->isAggregate) return found;
   }
   return nullptr;
@@ -79,9 +90,9 @@ Cell RowMaker::CellOf(const Element& element) const {
   return {element.kind, m_arena.Copy(Masked(element.value, element.disclosure))};
 }
 
-// What a path leads to; null when there is nothing.
-const Element* RowMaker::Follow(const Element& element, const CellSource::Path& path) const {
-  const Element* const found = FindPath(element, path.steps);
+// What a path leads to, when this is at the end of its steps: in the description of a security, if
+// the path leads there. Null when there is nothing.
+const Element* RowMaker::Describe(const Element* found, const CellSource::Path& path) const {
   if (found == nullptr || !path.leadsToSecurity) return found;
   const auto security = m_securities.find(IdentityOf(*found));
   return security == m_securities.end() ? nullptr : FindPath(*security->second, path.ofSecurity);

@@ -27,7 +27,7 @@ class RowMaker {
   void NoteSecurities(const Element& element);
 
   /// Appends the cells of one row.
-  void AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table) const;
+  void AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table);
   /// The cell that a source leads to from an element.
   Cell Find(const Element& element, const CellSource& source) const;
   /// The element that a source of paths leads to; null when there is none.
@@ -36,13 +36,16 @@ class RowMaker {
   Cell CellOf(const Element& element) const;
 
  private:
-  const Element* Follow(const Element& element, const CellSource::Path& path) const;
+  template <class Lookup>
+  Cell FindBy(const Element& element, const CellSource& source, Lookup lookup) const;
+  const Element* Describe(const Element* found, const CellSource::Path& path) const;
   Cell JoinAll(const Element& element, const TagPath& steps) const;
   Cell SumAll(const Element& element, const CellSource& source) const;
 
   TextArena& m_arena;
   const bool m_showIdentifiers;
   std::map<std::string, const Element*> m_securities;
+  std::vector<const Element*> m_found;  // Of the current row.
 };
 
 }  // namespace krofx::command

@@ -4,9 +4,9 @@
 #ifndef KROFX_COMMAND_SHOWING_ROW_WRITER_H_
 #define KROFX_COMMAND_SHOWING_ROW_WRITER_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "showing/document.h"
@@ -24,21 +24,40 @@ class RowWriter {
 
   /// What comes before the first row.
   virtual std::string Head() const { return ""; }
+  /// Begins the rows of a table.
+  /// @param section what the table is in: its kind, subject and fields; its tables are not looked
+  ///        at.
+  void Begin(std::string_view file, const Section& section, const TableSpec& table);
   /// Appends the line of a row.
-  /// @param section what the row is in: its kind, subject and fields; its tables are not looked at.
-  virtual void Append(std::string& out, std::string_view file, const Section& section,
-                      const TableSpec& table, Row row) = 0;
+  void Append(std::string& out, Row row) const;
 
  protected:
   /// All columns after those of file, kind and account.
   const std::vector<RowColumn>& Columns() const { return m_columns; }
-  /// The cells of a row in the order of Columns().
-  const std::vector<Cell>& Arrange(const Section& section, const TableSpec& table, Row row);
 
  private:
+  // A column of the table: which cell it is, and what comes before it on the line.
+  struct Part {
+    std::size_t cell;
+    std::string before;
+  };
+
+  // The start of each line of a section.
+  virtual std::string StartOf(std::string_view file, const Section& section) const = 0;
+  // What comes before the value of a column.
+  virtual std::string BeforeColumn(std::string_view key) const = 0;
+  virtual void AppendValue(std::string& out, const Cell& cell) const = 0;
+  virtual std::string_view EndOfLine() const = 0;
+  // Whether a column without a value takes no place at all.
+  virtual bool LeavesOutEmpty() const = 0;
+
+  void AppendColumn(std::string& out, std::string_view before, const Cell& cell) const;
+
   const std::vector<RowColumn>& m_columns;
-  std::unordered_map<const TableSpec*, std::vector<std::size_t>> m_positions;
-  std::vector<Cell> m_cells;
+  // The lines of the current table: what they begin with, its columns, and what they end in.
+  std::string m_start;
+  std::vector<Part> m_parts;
+  std::string m_end;
 };
 
 /// Rows as comma-separated values under one header line.
@@ -46,16 +65,26 @@ class CsvWriter final : public RowWriter {
  public:
   using RowWriter::RowWriter;
   std::string Head() const override;
-  void Append(std::string& out, std::string_view file, const Section& section,
-              const TableSpec& table, Row row) override;
+
+ private:
+  std::string StartOf(std::string_view file, const Section& section) const override;
+  std::string BeforeColumn(std::string_view key) const override;
+  void AppendValue(std::string& out, const Cell& cell) const override;
+  std::string_view EndOfLine() const override { return "\n"; }
+  bool LeavesOutEmpty() const override { return false; }
 };
 
 /// Rows as objects of JSON, one on a line.
 class JsonLinesWriter final : public RowWriter {
  public:
   using RowWriter::RowWriter;
-  void Append(std::string& out, std::string_view file, const Section& section,
-              const TableSpec& table, Row row) override;
+
+ private:
+  std::string StartOf(std::string_view file, const Section& section) const override;
+  std::string BeforeColumn(std::string_view key) const override;
+  void AppendValue(std::string& out, const Cell& cell) const override;
+  std::string_view EndOfLine() const override { return "}\n"; }
+  bool LeavesOutEmpty() const override { return true; }
 };
 
 /// Appends a value of CSV, in quotes when it needs them.

@@ -108,7 +108,7 @@ class SectionMaker {
     for (const TableSpec& table : layout.tables) AddTable(section, element, table);
     std::string_view paths = layout.parts;
     while (!paths.empty()) {
-      ForEach(element, RowSourceOf(TakePart(paths, ' ')),
+      ForEach(element, RowPathOf(TakePart(paths, ' ')),
               [this](const Element& part) { AddPart(part); });
     }
   }
@@ -175,7 +175,7 @@ class SectionMaker {
 
   void AddTable(Section& section, const Element& payload, const TableSpec& spec) {
     Table table{&spec};
-    if (ForEach(payload, RowSourceOf(spec.path),
+    if (ForEach(payload, RowPathOf(spec.path),
                 [&](const Element& child) { m_rows.AppendRow(table.cells, child, spec); })) {
       section.tables.push_back(std::move(table));
     }
@@ -184,11 +184,11 @@ class SectionMaker {
   // Visits the aggregates that a source leads to, in their order. False when what should hold them
   // is not there.
   template <class Visit>
-  static bool ForEach(const Element& element, const RowSource& source, Visit visit) {
-    const Element* const parent = FindPath(element, source.parent);
+  static bool ForEach(const Element& element, const RowPath& path, Visit visit) {
+    const Element* const parent = FindPath(element, path.parent);
     if (parent == nullptr) return false;
     for (const Element& child : parent->children) {
-      if (child.isAggregate && IsOneOf(child.id, source.rows)) visit(child);
+      if (child.isAggregate && IsOneOf(child.id, path.rows)) visit(child);
     }
     return true;
   }

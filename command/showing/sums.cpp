@@ -69,11 +69,10 @@ void Sums::Add(const Document& document) {
     for (const Table& table : section.tables) {
       if (table.spec->key != kTransactions) continue;
       const TransactionColumns columns(*table.spec);
-      for (std::size_t index = 0; index < table.CountRows(); ++index) {
-        const Row row = table.GetRow(index);
+      table.ForEachRow([&](Row row) {
         Key key(KeyOf(m_by, row, section, columns), columns.CurrencyOf(row, section));
         m_flows[std::move(key)].Add(columns.AmountOf(row).text);
-      }
+      });
     }
   }
 }

@@ -1,6 +1,7 @@
 // Documents as aligned tables.
 
 #include <algorithm>
+#include <optional>
 
 #include "output/safe_text.h"
 #include "output/text_table.h"
@@ -15,11 +16,28 @@ constexpr std::size_t kDateCharacters = 10;
 
 bool IsNumber(ValueKind kind) { return kind == ValueKind::kAmount || kind == ValueKind::kInteger; }
 
-std::string Readable(const Cell& cell) {
-  if (cell.kind == ValueKind::kBoolean) return cell.text == "true" ? "yes" : "no";
-  if (cell.kind == ValueKind::kDate) return std::string(cell.text.substr(0, kDateCharacters));
-  return SafeLine(cell.text);
-}
+// A cell as people read it.
+class Readable {
+ public:
+  explicit Readable(const Cell& cell) : m_text(cell.text) {
+    if (cell.kind == ValueKind::kBoolean) {
+      m_text = cell.text == "true" ? "yes" : "no";
+    } else if (cell.kind == ValueKind::kDate) {
+      m_text = cell.text.substr(0, kDateCharacters);
+    } else if (!IsPlainText(cell.text)) {
+      m_own = SafeLine(cell.text);
+      m_text = m_own;
+    }
+  }
+  Readable(const Readable&) = delete;
+  Readable& operator=(const Readable&) = delete;
+
+  std::string_view Get() const { return m_text; }
+
+ private:
+  std::string m_own;
+  std::string_view m_text;
+};
 
 // A text after a label or in a line of its own; the lines that it needs are as far in as the first.
 void AppendWrapped(std::string& out, const std::string& start, const std::string& text,
@@ -38,14 +56,11 @@ void AppendWrapped(std::string& out, const std::string& start, const std::string
   }
 }
 
-void AppendTable(std::string& out, const Section& section, const Table& table,
+// The rows are visited twice, so that none of them is held: to measure them, and to lay them out.
+void AppendTable(TextOutput& out, const Section& section, const Table& table,
                  const TextForm& form) {
-  if (table.cells.empty()) {
-    out.append("  ").append(table.spec->title).append(": none\n");
-    return;
-  }
   TextTable text;
-  // Where each column goes; details go nowhere.
+  // Where each column comes from; details are not shown.
   std::vector<std::size_t> shown;
   for (std::size_t index = 0; index < table.spec->columns.size(); ++index) {
     const FieldSpec& column = table.spec->columns[index];
@@ -54,22 +69,30 @@ void AppendTable(std::string& out, const Section& section, const Table& table,
     text.AddColumn(column.label,
                    column.minor ? TextTable::Weight::kMinor : TextTable::Weight::kMain);
   }
-  for (std::size_t at = 0; at < table.CountRows(); ++at) {
-    const Row row = table.GetRow(at);
-    text.AddRow();
+  Totals totals(section, *table.spec);
+  table.ForEachRow([&](Row row) {
     for (std::size_t lane = 0; lane < shown.size(); ++lane) {
       const Cell& cell = row[shown[lane]];
-      if (!cell) continue;
-      if (IsNumber(cell.kind)) {
-        text.SetNumber(lane, Readable(cell));
-      } else {
-        text.SetText(lane, Readable(cell));
-      }
+      if (cell) text.Measure(lane, {Readable(cell).Get(), IsNumber(cell.kind)});
     }
+    totals.Add(row);
+  });
+  if (totals.CountRows() == 0) {
+    out.text.append("  ").append(table.spec->title).append(": none\n");
+    return;
   }
-  out += "\n";
-  text.Append(out, form);
-  out += TotalsOf(section, table, form);
+  out.text += "\n";
+  text.AppendHead(out.text, form);
+  std::optional<Readable> readable;
+  table.ForEachRow([&](Row row) {
+    text.AppendRow(out.text, form, [&](std::size_t lane) {
+      const Cell& cell = row[shown[lane]];
+      if (!cell) return TextTable::Value();
+      return TextTable::Value{readable.emplace(cell).Get(), IsNumber(cell.kind)};
+    });
+    return out.Offer();
+  });
+  out.text += totals.Text(form);
 }
 
 // The width of the labels of fields: that of the longest one, but for a few that would leave no
@@ -94,7 +117,8 @@ void AppendField(std::string& out, const Field& field, std::size_t width, const 
   } else {
     start.append(width - label + 2, ' ');
   }
-  const std::string text = Readable(field.cell);
+  const Readable readable(field.cell);
+  const std::string text(readable.Get());
   if (field.cell.kind == ValueKind::kAmount && text.starts_with('-')) {
     out.append(start).append(Colored(text, true, form)).append("\n");
   } else {
@@ -102,25 +126,25 @@ void AppendField(std::string& out, const Field& field, std::size_t width, const 
   }
 }
 
-void AppendSection(std::string& out, const Section& section, const TextForm& form) {
-  out += "\n";
+void AppendSection(TextOutput& out, const Section& section, const TextForm& form) {
+  out.text += "\n";
   std::string title(section.title);
   if (!section.subject.empty()) title += ": " + section.subject;
-  AppendWrapped(out, "", title, form);
+  AppendWrapped(out.text, "", title, form);
   const std::size_t width = LabelWidth(section.fields, form);
   for (const Field& field : section.fields) {
-    if (!field.detail) AppendField(out, field, width, form);
+    if (!field.detail) AppendField(out.text, field, width, form);
   }
   for (const Table& table : section.tables) AppendTable(out, section, table, form);
 }
 
 }  // namespace
 
-void AppendText(std::string& out, const Document& document, const TextForm& form) {
+void AppendText(TextOutput& out, const Document& document, const TextForm& form) {
   std::string head = document.file;
   if (!document.kind.empty()) head += " (" + document.kind + ", " + document.meaning + ")";
-  AppendWrapped(out, "== ", head, form);
-  if (!document.problem.empty()) AppendWrapped(out, "not usable: ", document.problem, form);
+  AppendWrapped(out.text, "== ", head, form);
+  if (!document.problem.empty()) AppendWrapped(out.text, "not usable: ", document.problem, form);
   for (const Section& section : document.sections) AppendSection(out, section, form);
 }
 

@@ -3,11 +3,9 @@
 #include "showing/totals.h"
 
 #include <cctype>
-#include <map>
+#include <utility>
 
 #include "showing/cell_source.h"
-#include "showing/flow.h"
-#include "showing/transaction_columns.h"
 
 namespace krofx::command {
 
@@ -20,14 +18,10 @@ std::string NameOf(const TableSpec& table) {
   return name;
 }
 
-// Columns that are added up, each with its label.
-struct Summed {
-  std::size_t column;
-  std::string label;
-};
+}  // namespace
 
-std::vector<Summed> SummedColumns(const TableSpec& table) {
-  std::vector<Summed> summed;
+Totals::Totals(const Section& section, const TableSpec& table)
+    : m_section(section), m_table(table), m_columns(table) {
   std::string_view keys = table.totals;
   while (!keys.empty()) {
     const std::string_view key = TakePart(keys, ' ');
@@ -35,48 +29,39 @@ std::vector<Summed> SummedColumns(const TableSpec& table) {
       if (table.columns[index].key != key) continue;
       std::string label(table.columns[index].label);
       label[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(label[0])));
-      summed.push_back({index, std::move(label)});
+      m_summed.push_back({index, std::move(label)});
     }
   }
-  return summed;
 }
 
-// The sums of the rows of one currency, one flow for each column.
-using Sums = std::vector<Flow>;
+void Totals::Add(Row row) {
+  ++m_count;
+  if (m_summed.empty()) return;
+  const std::string_view currency = m_columns.CurrencyOf(row, m_section);
+  auto place = m_byCurrency.find(currency);
+  if (place == m_byCurrency.end()) place = m_byCurrency.emplace(currency, m_summed.size()).first;
+  for (std::size_t each = 0; each < m_summed.size(); ++each) {
+    place->second[each].Add(row[m_summed[each].column].text);
+  }
+}
 
-std::string LineOf(const TableSpec& table, const std::vector<Summed>& columns, const Sums& sums,
-                   const TextForm& form) {
-  const std::string things = NameOf(table);
-  if (table.key == kTransactions) return FlowLine(sums.front(), things, form);
+std::string Totals::LineOf(const std::vector<Flow>& sums, const TextForm& form) const {
+  const std::string things = NameOf(m_table);
+  if (m_table.key == kTransactions) return FlowLine(sums.front(), things, form);
   std::string line = CountOf(sums.front().GetCount(), things);
-  for (std::size_t index = 0; index < columns.size(); ++index) {
-    line.append(kTotalsGap).append(columns[index].label).append(" ");
+  for (std::size_t index = 0; index < m_summed.size(); ++index) {
+    line.append(kTotalsGap).append(m_summed[index].label).append(" ");
     line.append(SumText(sums[index].GetTexts().net, form));
   }
   return line;
 }
 
-}  // namespace
-
-std::string TotalsOf(const Section& section, const Table& table, const TextForm& form) {
-  const TableSpec& spec = *table.spec;
-  const TransactionColumns columns(spec);
-  const std::vector<Summed> summed = SummedColumns(spec);
-  if (summed.empty()) return "  " + CountOf(table.CountRows(), NameOf(spec)) + "\n";
-  std::map<std::string, Sums, std::less<>> byCurrency;
-  for (std::size_t index = 0; index < table.CountRows(); ++index) {
-    const Row row = table.GetRow(index);
-    const std::string_view currency = columns.CurrencyOf(row, section);
-    auto place = byCurrency.find(currency);
-    if (place == byCurrency.end()) place = byCurrency.emplace(currency, summed.size()).first;
-    for (std::size_t each = 0; each < summed.size(); ++each) {
-      place->second[each].Add(row[summed[each].column].text);
-    }
-  }
+std::string Totals::Text(const TextForm& form) const {
+  if (m_summed.empty()) return "  " + CountOf(m_count, NameOf(m_table)) + "\n";
   std::string lines;
-  for (const auto& [currency, sums] : byCurrency) {
-    lines.append("  ").append(LineOf(spec, summed, sums, form));
-    if (byCurrency.size() > 1) lines.append(kTotalsGap).append(currency);
+  for (const auto& [currency, sums] : m_byCurrency) {
+    lines.append("  ").append(LineOf(sums, form));
+    if (m_byCurrency.size() > 1) lines.append(kTotalsGap).append(currency);
     lines.append("\n");
   }
   return lines;

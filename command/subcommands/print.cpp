@@ -60,18 +60,24 @@ class Printing {
         ""};
     m_filter.Apply(shown.document);
     if (!RendersInOrder()) {
-      shown.text = m_form.Render(shown.document);
+      shown.text = Render(shown.document);
       shown.document.sections.clear();
       shown.document.arena.reset();
     }
     return shown;
   }
 
+  std::string Render(const Document& document) const {
+    TextOutput out(TextOutput::Mode::kHeld);
+    m_form.Render(document, out);
+    return std::move(out.text);
+  }
+
   void Take(Shown shown) {
     m_exitStatus = Worse(m_exitStatus, ReportProblems(shown.document));
     if (RendersInOrder()) {
       m_duplicates.Apply(shown.document);
-      shown.text = m_form.Render(shown.document);
+      shown.text = Render(shown.document);
     }
     if (m_any) shown.text.insert(0, m_form.Separator());
     m_any = true;

@@ -1,0 +1,36 @@
+// Values of JSON, one at a time. Most texts need no escapes, and are only put into quotes: an object
+// for each of them would take longer than all else that is done with a row.
+
+#include "showing/json_cells.h"
+
+#include "output/json.h"
+
+namespace krofx::command {
+
+void AppendJson(std::string& out, std::string_view text) {
+  bool special = false;
+  for (const char c : text) {
+    special |= (c == '"') | (c == '\\') | (static_cast<unsigned char>(c) < 0x20);
+  }
+  if (special) {
+    out += Json(std::string(text)).Text(0);
+  } else {
+    out.append("\"").append(text).append("\"");
+  }
+}
+
+void AppendJson(std::string& out, const Cell& cell) {
+  switch (cell.kind) {
+    case ValueKind::kBoolean:
+    case ValueKind::kInteger:
+      out += cell.text;
+      return;
+    case ValueKind::kBlank:
+      out += "null";
+      return;
+    default:
+      AppendJson(out, cell.text);
+  }
+}
+
+}  // namespace krofx::command
