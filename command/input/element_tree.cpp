@@ -17,7 +17,9 @@ namespace {
 constexpr std::size_t kMessageSetDepth = 2;
 
 std::size_t CountDigits(std::string_view text) {
-  return std::min(text.find_first_not_of("0123456789"), text.size());
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isDigit) -
+                                  text.begin());
 }
 
 // OFX writes an amount without zeros around it; here it gets back the places that it was given
@@ -69,17 +71,11 @@ void AppendDate(std::string& out, std::string_view text, bool isUniversal) {
     out += text;
     return;
   }
-  const auto add = [&](const char* separator, std::size_t start, std::size_t count) {
-    out.append(separator).append(digits.substr(start, count));
-  };
-  add("", 0, 4);
-  add("-", 4, 2);
-  add("-", 6, 2);
-  if (digits.size() > 8) {
-    add("T", 8, 2);
-    add(":", 10, 2);
-  }
-  if (digits.size() > 12) add(":", 12, 2);
+  // 2026-01-31T12:00:00, as far as the digits go.
+  char iso[] = "____-__-__T__:__:__";
+  constexpr std::size_t kPlaces[] = {0, 1, 2, 3, 5, 6, 8, 9, 11, 12, 14, 15, 17, 18};
+  for (std::size_t index = 0; index < digits.size(); ++index) iso[kPlaces[index]] = digits[index];
+  out.append(iso, kPlaces[digits.size() - 1] + 1);
   const std::string_view fraction = rest.substr(0, rest.find('['));
   if (fraction.find_first_not_of(".0") != std::string_view::npos) out += fraction;
   if (isUniversal) {

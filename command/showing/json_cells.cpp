@@ -1,5 +1,5 @@
-// Values of JSON, one at a time. Most texts need no escapes, and are only put into quotes: an object
-// for each of them would take longer than all else that is done with a row.
+// Values of JSON, one at a time. Most texts need no escapes, and are only put into quotes: an
+// object for each of them would take longer than all else that is done with a row.
 
 #include "showing/json_cells.h"
 

@@ -39,16 +39,14 @@ void RowMaker::NoteSecurities(const Element& element) {
 void RowMaker::AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table) {
   const ColumnSources& sources = ColumnSourcesOf(table.columns);
   sources.paths.Find(row, m_found);
-  for (const CellSource& source : sources.columns) {
-    cells.push_back(FindBy(
-        row, source, [this](const CellSource::Path& path) { return m_found[path.number]; }));
-  }
+  const auto lookUp = [this](const CellSource::Path& path) { return m_found[path.number]; };
+  auto cell = cells.insert(cells.end(), sources.columns.size(), Cell());
+  for (const CellSource& source : sources.columns) *cell++ = FindBy(row, source, lookUp);
 }
 
 Cell RowMaker::Find(const Element& element, const CellSource& source) const {
-  return FindBy(element, source, [&element](const CellSource::Path& path) {
-    return FindPath(element, path.steps);
-  });
+  return FindBy(element, source,
+                [&element](const CellSource::Path& path) { return FindPath(element, path.steps); });
 }
 
 template <class Lookup>

@@ -18,16 +18,17 @@ void RowWriter::Begin(std::string_view file, const Section& section, const Table
   // of the section come last.
   std::string before;
   for (const RowColumn& column : m_columns) {
-    const auto own = std::find_if(
-        table.columns.begin(), table.columns.end(),
-        [&column](const FieldSpec& each) { return column.field.empty() && each.key == column.key; });
+    const auto own =
+        std::find_if(table.columns.begin(), table.columns.end(), [&column](const FieldSpec& each) {
+          return column.field.empty() && each.key == column.key;
+        });
     if (own == table.columns.end()) {
       const Cell cell = column.field.empty() ? Cell() : section.Find(column.field);
       AppendColumn(before, BeforeColumn(column.key), cell);
       continue;
     }
-    m_parts.push_back({static_cast<std::size_t>(own - table.columns.begin()),
-                       before + BeforeColumn(column.key)});
+    m_parts.push_back(
+        {static_cast<std::size_t>(own - table.columns.begin()), before + BeforeColumn(column.key)});
     before.clear();
   }
   m_end.append(before).append(EndOfLine());
