@@ -2,22 +2,21 @@
 // processor's invoices, and the search in an array of objects.
 
 #include "krofx/model/internal/aggregate.h"
-#include "krofx/model/internal/required_bits.h"
+#include "krofx/model/internal/child_walk.h"
+#include "krofx/model/internal/missing_search.h"
 #include "krofx/model/internal/row_access.h"
 #include "krofx/model/value_arrays.h"
 #include "krofx/model/value_kinds.h"
 #include "krofx/values/utility.h"
 
 using krofx::internal::AggregateTable;
-using krofx::internal::ChildSlot;
 using krofx::internal::FindRow;
-using krofx::internal::IsArray;
+using krofx::internal::ForEachChild;
 using krofx::internal::kFixedText;
 using krofx::internal::kNumber;
-using krofx::internal::kPlainCheck;
+using krofx::internal::MissingSearch;
 using krofx::internal::ObjectAccess;
 using krofx::internal::Presence;
-using krofx::internal::RequiredBits;
 using krofx::internal::Row;
 using krofx::internal::Rule;
 using krofx::internal::RuleHolds;
@@ -28,56 +27,7 @@ using krofx::internal::ValueKind;
 
 namespace {
 
-// Calls `visit(child)` for the children in order, until it returns false.
-template <class Visit>
-void ForEachChild(const KRDataObj& object, Visit visit) {
-  const u16 count = object.GetNumberOfChildren();
-  for (u16 index = 0; index < count; ++index) {
-    KRDataObj* child = object.GetChild(index);
-    if (child != nullptr && !visit(*child)) return;
-  }
-}
-
-// Searches one tree for an object in which something is missing.
-class MissingSearch {
- public:
-  // The deepest incomplete object on the first path that has one; null when the tree is complete.
-  KRDataObj* Find(KRDataObj& object) {
-    const AggregateTable* const table = ObjectAccess::PlainTableOf(object, kPlainCheck);
-    if (table != nullptr) return FindBy(*table, object);
-    if (!object.AllRequiredPresent()) return &object;
-    KRDataObj* found = nullptr;
-    ForEachChild(object, [&](KRDataObj& child) {
-      found = Find(child);
-      return found == nullptr;
-    });
-    return found;
-  }
-
- private:
-  // As above, for an object that is checked by its table.
-  KRDataObj* FindBy(const AggregateTable& table, KRDataObj& object) {
-    if (!m_required.AllPresentIn(object, table)) return &object;
-    KRDataObj* found = nullptr;
-    for (u8 i = 0; i < table.childRowCount && found == nullptr; ++i) {
-      const Row& row = table.rows[table.childRows[i]];
-      const void* const member = row.member(object);
-      if (!IsArray(row)) {
-        KRDataObj* const child = static_cast<const ChildSlot*>(member)->Get();
-        if (child != nullptr) found = Find(*child);
-        continue;
-      }
-      const u16 entries = row.array->entries(member);
-      for (u16 index = 0; index < entries && found == nullptr; ++index) {
-        if (KRDataObj* const child = row.array->get(member, index)) found = Find(*child);
-      }
-    }
-    return found;
-  }
-
-  RequiredBits m_required;
-};
-
+// See MissingSearch::Find.
 KRDataObj* FindIncomplete(KRDataObj& object) { return MissingSearch().Find(object); }
 
 // The value of a tag, whether it is noted as present or not; null when the tag has no value of this

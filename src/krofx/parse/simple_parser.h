@@ -92,7 +92,8 @@ class KROFX_API KRSimpleParser : public KRParser {
   /// Logs the first required tag that is missing in the tree, if there is one.
   void WarnOfMissingTag(KRDataObj* root);
   /// For the constructors of library classes that override no operation that reads tags, or only
-  /// those that PlainFeed calls for them: parsers of exactly this class may use PlainFeed.
+  /// those of which PlainFeed tells their watcher: parsers of exactly this class may use
+  /// PlainFeed.
   void SetPlainClass(const std::type_info& type) { m_plainClass = &type; }
 
  private:

@@ -17,9 +17,6 @@ using internal::StreamRun;
 
 namespace {
 
-// More is not looked at in a buffer: its positions have 31 bits.
-constexpr u32 kMostOfBuffer = 0x7fffffff;
-
 const KRString& NoMemory() {
   static const KRString text("memory was exhausted");
   return text;
@@ -30,7 +27,7 @@ const KRString& NoMemory() {
 KRDataObj& StreamElement::Object() const { return *m_run->Track().Element(); }
 KRTagID StreamElement::Tag() const { return Object().GetType(); }
 std::size_t StreamElement::Number() const { return m_run->Track().NumberOfElement(); }
-const Place& StreamElement::Where() const { return m_run->Track().PlaceOfElement(); }
+const Place& StreamElement::Where() const { return m_run->PlaceOfElement(); }
 KRString StreamElement::Path() const { return m_run->Track().Path(); }
 const KRAccount* StreamElement::Account() const { return m_run->Track().AccountOfElement(); }
 KRDataObj* StreamElement::Around(u16 levels) const { return m_run->Track().Around(levels); }
@@ -67,14 +64,11 @@ void Stream::SetListener(StreamListener* listener) {
 void Stream::Open(KRBuffer& buffer) {
   if (m_run == nullptr || State() != StreamState::kIdle) return;
   m_run->Start();
-  if (buffer.HasPlainBytes() == 0) {
+  if (buffer.HasPlainBytes() != 0) {
+    m_run->ReadInPlace(buffer);
+  } else {
     m_run->Source().SetBuffer(buffer);
-    return;
   }
-  const char* const bytes = buffer.GetBufferPtr();
-  const u32 size = std::min({buffer.GetBufferSize(), buffer.GetBufferAllocation(), kMostOfBuffer});
-  m_run->Source().SetBytes(bytes == nullptr ? std::string_view() : std::string_view(bytes, size),
-                           true);
 }
 
 void Stream::Open(std::string_view bytes) {

@@ -10,6 +10,7 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/parser.h"
+#include "krofx/parse/internal/text_source.h"
 
 namespace krofx::internal {
 
@@ -43,9 +44,39 @@ constexpr s32 kNothingKnown = std::numeric_limits<s32>::max();
 EngineWindow::EngineWindow(u32 usual, u32 most)
     : m_buffer(usual, 0), m_engine(m_buffer), m_most(std::max(usual, most)) {}
 
+void EngineWindow::Borrow(KRBuffer& buffer) {
+  m_borrowed = &buffer;
+  m_engine = KRParseEngine(buffer);
+  m_ended = true;
+}
+
 std::string_view EngineWindow::Text() const {
+  if (m_borrowed != nullptr) return WholeText();
   const char* const bytes = m_buffer.GetBufferPtr();
   return bytes == nullptr ? std::string_view() : std::string_view(bytes, m_buffer.GetBufferSize());
+}
+
+// The NUL is looked for when somebody asks, since most readings of a buffer have no need of it.
+std::string_view EngineWindow::WholeText() const {
+  if (m_whole.data() == nullptr) {
+    const PlainText text(*m_borrowed);
+    s32 end = 0;
+    text.Find(0, '\0', end);
+    m_whole = {text.Bytes(), static_cast<std::size_t>(end)};
+  }
+  return m_whole;
+}
+
+std::string_view EngineWindow::Beginning(std::size_t most) const {
+  if (m_borrowed == nullptr) return Text().substr(0, most);
+  const PlainText text(*m_borrowed);
+  const std::string_view first =
+      std::string_view(text.Bytes(), static_cast<std::size_t>(text.Size())).substr(0, most);
+  return first.substr(0, first.find('\0'));
+}
+
+std::size_t EngineWindow::Taken() const {
+  return m_borrowed != nullptr ? CountRead() : m_base + Text().size();
 }
 
 std::size_t EngineWindow::ItemOffset() const {
@@ -60,7 +91,7 @@ u32 EngineWindow::CountRead() const {
 void EngineWindow::Slide() {
   const u32 read = CountRead();
   const u32 size = m_buffer.GetBufferSize();
-  if (read == 0 || m_buffer.GetBufferPtr() == nullptr) return;
+  if (read == 0 || m_borrowed != nullptr || m_buffer.GetBufferPtr() == nullptr) return;
   std::memmove(m_buffer.GetBufferPtr(), m_buffer.GetBufferPtr() + read, size - read);
   m_buffer.SetBufferOffset(0);
   m_buffer.SetBufferSize(size - read);

@@ -21,7 +21,8 @@ class KRParser;
 
 namespace krofx::internal {
 
-/// The window of one text. Memory is taken for what has not been read yet, and for one refill.
+/// The window of one text, or a buffer that has all of it. Memory is taken for what has not been
+/// read yet, and for one refill.
 class KROFX_API EngineWindow {
  public:
   /// @param usual bytes that the window has at first.
@@ -30,10 +31,17 @@ class KROFX_API EngineWindow {
   EngineWindow(const EngineWindow&) = delete;
   EngineWindow& operator=(const EngineWindow&) = delete;
 
+  /// Reads a plain buffer that has the whole text, in place: nothing is copied or dropped, and no
+  /// more is needed. It must stay. To be said before anything else.
+  void Borrow(KRBuffer& buffer);
   KRParseEngine& Engine() { return m_engine; }
-  KRBuffer& Buffer() { return m_buffer; }
-  /// What is in the window.
+  KRBuffer& Buffer() { return m_borrowed != nullptr ? *m_borrowed : m_buffer; }
+  /// What is in the window, up to the first NUL.
   std::string_view Text() const;
+  /// The same, or the first `most` bytes of it.
+  std::string_view Beginning(std::size_t most) const;
+  /// How many bytes of the whole text were taken.
+  std::size_t Taken() const;
   /// Offset in the whole text of the window's first byte.
   std::size_t Base() const { return m_base; }
   /// Offset in the whole text of the tag or header line that was read last.
@@ -72,9 +80,12 @@ class KROFX_API EngineWindow {
 
  private:
   u32 Unread() const { return m_buffer.GetBufferSize() - CountRead(); }
+  std::string_view WholeText() const;
   bool DependsOnEnd(const KRParseEngine& engine) const;
 
   KRBuffer m_buffer;
+  KRBuffer* m_borrowed = nullptr;
+  mutable std::string_view m_whole;  // Of the borrowed buffer; null until somebody asks.
   KRParseEngine m_engine;
   u32 m_most;
   u32 m_wanted = 0;

@@ -51,15 +51,16 @@ bool PlainFeed::FindTarget(Target& target) const {
 }
 
 // Does what KRDataObj::PushAndSetObject and KRParser::PushObject do. The stack must have room.
-void PlainFeed::Push(const Target& target, KRDataObj& child) {
+void PlainFeed::Push(const Target& target, const AggregateTable& table, KRDataObj& child) {
   if (target.version != 0) ObjectAccess::SetVersion(child, target.version);
   m_parser.m_stack[m_parser.m_depth++] = {target.object, m_parser.m_validTags};
   m_parser.m_current = &child;
+  m_parser.m_validTags = table.valid;
   ObjectAccess::SetParser(child, &m_parser);
 }
 
 template <FeedUse kUse>
-KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag) {
+KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag, s32 position) {
   KRDataObj* child = nullptr;
   const KRTagID id = tag.entry->tagID;
   const KRParseStatus status = MakeChild(*target.object, tag.RowOf(), id, child);
@@ -70,13 +71,8 @@ KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag) {
   }
   ObjectAccess::SetType(*child, id);
   ObjectAccess::SetBitAt(*target.object, tag.position);
-  if constexpr (kUse == FeedUse::kTree) {
-    Push(target, *child);
-    m_parser.m_validTags = table->valid;
-  } else {
-    if (target.version != 0) ObjectAccess::SetVersion(*child, target.version);
-    m_parser.PushObject(child);
-  }
+  Push(target, *table, *child);
+  if constexpr (kUse == FeedUse::kStream) m_watcher->OnOpened(*child, position);
   target = {child, table, ObjectAccess::VersionOf(*child)};
   return KRParseStatus_Accepted;
 }
@@ -102,7 +98,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
   const char* next = bytes + m_engine.m_currentItem.end;
   const KRTagDictionaryEntry* lastEntry = nullptr;
   const char* lastName = nullptr;
-  std::string_view lastValue;
+  std::string_view lastValue = m_lastValue;
   KRParseStatus status = KRParseStatus_Accepted;
   KnownTag none;
   KnownTag* last = &none;
@@ -138,12 +134,9 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
       advance(tag, name + 1, at);
       if (closesElement) continue;
       commit();
-      if constexpr (kUse == FeedUse::kTree) {
-        m_parser.KRParser::PopObject();
-      } else {
-        m_halted = false;
-        m_parser.PopObject();
-        if (m_halted) break;
+      m_parser.KRParser::PopObject();
+      if constexpr (kUse == FeedUse::kStream) {
+        if (m_watcher->OnClosed()) break;
       }
       if (!FindTarget(target)) break;
       continue;
@@ -160,7 +153,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
       elementBefore = KRTag_None;
       advance(tag, name, afterTag);
       commit();
-      status = Start<kUse>(target, *tag);
+      status = Start<kUse>(target, *tag, static_cast<s32>(name - 1 - bytes));
       if (status != KRParseStatus_Accepted || m_parser.m_current != target.object) break;
       continue;
     }
@@ -186,9 +179,15 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
   }
   if (lastEntry == nullptr) return status;
   entry = *lastEntry;
-  if (!lastValue.empty()) value.Assign(lastValue.data(), static_cast<u16>(lastValue.size()));
+  m_lastValue = lastValue;
   commit();
   return status;
+}
+
+void PlainFeed::SettleValue(KRString& value) {
+  if (m_lastValue.empty()) return;
+  value.Assign(m_lastValue.data(), static_cast<u16>(m_lastValue.size()));
+  m_lastValue = {};
 }
 
 template KRParseStatus PlainFeed::Run<FeedUse::kTree>(KRTagDictionaryEntry&, KRString&, KRTagID&);

@@ -30,8 +30,22 @@ namespace krofx::internal {
 
 /// Who is fed.
 enum class FeedUse : u8 {
-  kTree,    ///< A parser with KRParser's stack.
-  kStream,  ///< A parser that overrides PushObject and PopObject, and may halt the feed there.
+  kTree,    ///< A parser that only fills a tree.
+  kStream,  ///< A parser with a watcher.
+};
+
+/// Follows the aggregates that a feed opens and closes on the parser's stack.
+class FeedWatcher {
+ public:
+  /// An aggregate was opened and is current now.
+  /// @param position where its start tag begins in the buffer.
+  virtual void OnOpened(KRDataObj& object, s32 position) = 0;
+  /// The aggregate that was current was closed.
+  /// @return whether the feed halts here.
+  virtual bool OnClosed() = 0;
+
+ protected:
+  ~FeedWatcher() = default;
 };
 
 /// Feeds the tags of one parse.
@@ -39,12 +53,14 @@ class PlainFeed {
  public:
   /// Serves a parser and an engine of the library's own classes. No host's class may override their
   /// operations.
-  PlainFeed(KRParser& parser, KRParseEngine& engine) : m_parser(parser), m_engine(engine) {}
+  /// @param watcher who follows it, for FeedUse::kStream.
+  PlainFeed(KRParser& parser, KRParseEngine& engine, FeedWatcher* watcher)
+      : m_parser(parser), m_engine(engine), m_watcher(watcher) {}
 
   /// Takes tags from the engine and gives them to the current object of the parser, up to the
   /// first tag that must go through the virtual operations.
   /// @param entry takes the last tag that was read; untouched when none was.
-  /// @param value takes the text of the last element; untouched when none was read.
+  /// @param value may take the text of the last element: see SettleValue.
   /// @param elementBefore in and out: the tag of the element that was read last, if no other tag
   /// was
   ///        read after it; else KRTag_None.
@@ -52,9 +68,10 @@ class PlainFeed {
   template <FeedUse kUse = FeedUse::kTree>
   KRParseStatus Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore);
 
-  /// Makes a feed for a stream leave its loop behind the end tag that is being taken. For the
-  /// parser's PopObject.
-  void Halt() { m_halted = true; }
+  /// Must be called before `value` is used, and before the buffer changes.
+  /// @param value takes the text of the last element that Run has read; untouched when none was
+  ///        read since the last call.
+  void SettleValue(KRString& value);
 
  private:
   // The object that receives tags.
@@ -66,13 +83,14 @@ class PlainFeed {
 
   bool FindTarget(Target& target) const;
   template <FeedUse kUse>
-  KRParseStatus Start(Target& target, const KnownTag& tag);
-  void Push(const Target& target, KRDataObj& child);
+  KRParseStatus Start(Target& target, const KnownTag& tag, s32 position);
+  void Push(const Target& target, const AggregateTable& table, KRDataObj& child);
 
   KRParser& m_parser;
   KRParseEngine& m_engine;
+  FeedWatcher* m_watcher;
   RowMemo m_memo;
-  bool m_halted = false;
+  std::string_view m_lastValue;
 };
 
 }  // namespace krofx::internal

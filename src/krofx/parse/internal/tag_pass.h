@@ -5,6 +5,7 @@
 #define KROFX_PARSE_INTERNAL_TAG_PASS_H_
 
 #include <optional>
+#include <string_view>
 
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
@@ -24,8 +25,11 @@ class KRSimpleParser::TagPass {
   static constexpr KRParseStatus kGoOn = krofx::internal::kGoOn;
 
  public:
-  TagPass(KRSimpleParser& parser, KRParseEngine& engine) : m_parser(parser), m_engine(engine) {
-    if (parser.MayFeed(engine)) m_feed.emplace(parser, engine);
+  /// @param watcher who follows what FeedUse::kStream feeds.
+  TagPass(KRSimpleParser& parser, KRParseEngine& engine,
+          krofx::internal::FeedWatcher* watcher = nullptr)
+      : m_parser(parser), m_engine(engine) {
+    if (parser.MayFeed(engine)) m_feed.emplace(parser, engine, watcher);
   }
   TagPass(const TagPass&) = delete;
   TagPass& operator=(const TagPass&) = delete;
@@ -39,10 +43,16 @@ class KRSimpleParser::TagPass {
     return refused == kGoOn ? kGoOn : m_parser.NoteRefusedStart(refused, m_entry);
   }
 
+  /// Must be called before the buffer changes between two tags.
+  void SettleValue() {
+    if (m_feed) m_feed->SettleValue(m_value);
+  }
+
   /// Reads one tag and hands it over.
   /// @param status takes the status with which the pass ends, when it does.
   /// @return whether it goes on.
   bool TakeTag(KRParseStatus& status) {
+    SettleValue();
     const KRTagType type = m_engine.GetKRTag(m_entry, m_value);
     status = KRParseStatus_Fatal;
     if (m_parser.GetCurrentObj() == nullptr) return false;
@@ -72,8 +82,10 @@ class KRSimpleParser::TagPass {
     return status == kGoOn;
   }
 
-  /// The feed, for the parser's PopObject; null when it may not be used.
-  krofx::internal::PlainFeed* GetFeed() { return m_feed ? &*m_feed : nullptr; }
+  /// Whether the tag that was read last is an element.
+  bool TookElement() const { return m_elementBefore != KRTag_None; }
+  /// The text of the element that was read last.
+  std::string_view Value() const { return {m_value, m_value.GetStrLength()}; }
 
  private:
   KRSimpleParser& m_parser;

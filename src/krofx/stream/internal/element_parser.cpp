@@ -2,13 +2,29 @@
 
 #include "krofx/stream/internal/element_parser.h"
 
+#include <string_view>
+
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
 #include "krofx/parse/internal/parse_run.h"
-#include "krofx/values/utility.h"
 
 namespace krofx::internal {
+
+namespace {
+
+// As DeleteAll, which costs something for an empty log too.
+void Empty(KRParseLogger& log) {
+  if (log.GetAnyParseExceptionsLogged() != 0 || log.Entries() != 0) log.DeleteAll();
+}
+
+// Amounts of payroll may have a dollar sign or a percent sign.
+bool IsCommaNumber(std::string_view value) {
+  return value.find(',') != std::string_view::npos &&
+         value.find_first_not_of("0123456789.,+-$% \t\r\n") == std::string_view::npos;
+}
+
+}  // namespace
 
 ElementParser::ElementParser(EngineWindow& window, LineCounter& lines, ElementTrack& track,
                              RecordKeeper& records)
@@ -19,17 +35,13 @@ ElementParser::ElementParser(EngineWindow& window, LineCounter& lines, ElementTr
 
 u16 ElementParser::PushObject(KRDataObj* object) {
   if (KRSimpleParser::PushObject(object) == 0) return 0;
-  const std::size_t offset = m_window.ItemOffset();
-  m_track.Opened(GetDepth(), *object, m_lines.Find(m_window.Text(), m_window.Base(), offset));
+  m_track.OnOpened(*object, GetCurrentOffset());
   return 1;
 }
 
 u16 ElementParser::PopObject() {
-  const s16 depth = GetDepth();
   if (KRSimpleParser::PopObject() == 0) return 0;
-  if (!m_track.Closed(depth)) return 1;
-  m_halted = true;
-  if (m_pass && m_pass->GetFeed() != nullptr) m_pass->GetFeed()->Halt();
+  m_track.OnClosed();
   return 1;
 }
 
@@ -37,6 +49,8 @@ void ElementParser::OnWarning(const KRParseException& warning, s32 position) {
   ReadWarning record = RecordOf(warning);
   if (position >= 0) {
     const std::size_t offset = m_window.Base() + static_cast<std::size_t>(position);
+    // In the order of the text, which costs one pass over it.
+    m_track.FindPlaces(m_lines, m_window.Text(), m_window.Base());
     record.place = m_lines.Find(m_window.Text(), m_window.Base(), offset);
     record.path = m_track.Path();
   }
@@ -47,7 +61,14 @@ void ElementParser::Begin(KRFile& root, bool checkRequired) {
   m_root = &root;
   m_checkRequired = checkRequired;
   m_track.Begin(root);
-  if (Open(&m_window.Buffer(), &root) == nullptr) End(KRParseStatus_Fatal);
+  KRParseLogger* const log = Open(&m_window.Buffer(), &root);
+  if (log == nullptr) {
+    End(KRParseStatus_Fatal);
+    return;
+  }
+  // Nobody asks the records for their object and offset.
+  log->SetBuffer(nullptr);
+  log->SetParser(nullptr);
 }
 
 StreamStep ElementParser::End(KRParseStatus status) {
@@ -63,10 +84,9 @@ StreamStep ElementParser::End(KRParseStatus status) {
 
 // The check of the whole tree no longer finds what an element lacks.
 void ElementParser::CheckElement() {
-  KRDataObj* object = m_track.Element();
-  KRTagID missing = KRTag_None;
-  if (KRUtility::AllRequiredPresent(&object, &missing) != 0) return;
-  if (missing == KRTag_None) missing = object->GetFirstMissingRequiredTag(KRTag_None);
+  KRDataObj* const object = m_missing.Find(*m_track.Element());
+  if (object == nullptr) return;
+  const KRTagID missing = object->GetFirstMissingRequiredTag(KRTag_None);
   AppendParseException(KRPW_MISSINGTAG, KRString(), KRString(), missing, object);
 }
 
@@ -77,16 +97,13 @@ StreamStep ElementParser::Next() {
   // The host may have used the thread's log since.
   const u16 enabled = log->GetLoggingEnabled();
   log->EnableLogging(1);
-  log->DeleteAll();
-  log->SetBuffer(nullptr);
-  log->SetParser(this);
+  Empty(*log);
   StreamStep step;
   {
     Run run(*this, *log, m_window.Engine());
     step = Step();
   }
-  log->SetParser(nullptr);
-  log->DeleteAll();
+  Empty(*log);
   log->EnableLogging(enabled);
   return step;
 }
@@ -98,18 +115,22 @@ StreamStep ElementParser::Step() {
     m_headersRead = true;
     m_window.BeginBody();
     if (status != kGoOn) return End(status);
-    m_pass.emplace(*this, m_window.Engine());
+    m_pass.emplace(*this, m_window.Engine(), &m_track);
   }
-  m_halted = false;
   for (;;) {
     status = m_pass->Feed<FeedUse::kStream>();
     bool going = status == kGoOn;
-    if (going && !m_halted) {
-      if (!m_window.HasWholeTag(*this)) return StreamStep::kNeedsMore;
+    if (going && m_track.Element() == nullptr) {
+      if (!m_window.HasWholeTag(*this)) {
+        m_pass->SettleValue();
+        return StreamStep::kNeedsMore;
+      }
       going = m_pass->TakeTag(status);
+      // The feed takes no amount that has a comma.
+      m_hasCommas = m_hasCommas || (m_pass->TookElement() && IsCommaNumber(m_pass->Value()));
     }
     if (!going || KRGetFireAlarm() != KRFireAlarm_None) return End(status);
-    if (!m_halted) continue;
+    if (m_track.Element() == nullptr) continue;
     if (m_checkRequired) CheckElement();
     return StreamStep::kElement;
   }

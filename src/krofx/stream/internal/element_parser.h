@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "krofx/core/status.h"
+#include "krofx/model/internal/missing_search.h"
 #include "krofx/parse/internal/engine_window.h"
 #include "krofx/parse/internal/tag_pass.h"
 #include "krofx/parse/simple_parser.h"
@@ -38,6 +39,9 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
   /// Once it has ended: the status, as of KRSimpleParser::Parse.
   KRParseStatus Status() const { return m_status; }
 
+  /// Whether an element was read whose value may be an amount with a comma.
+  bool MayHaveCommaAmount() const { return m_hasCommas; }
+
   u16 PushObject(KRDataObj* object) override;
   u16 PopObject() override;
 
@@ -54,9 +58,10 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
   KRFile* m_root = nullptr;
   bool m_checkRequired = false;
   bool m_headersRead = false;
-  bool m_halted = false;
+  bool m_hasCommas = false;
   KRParseStatus m_status = KRParseStatus_Accepted;
   std::optional<TagPass> m_pass;
+  MissingSearch m_missing;
 };
 
 }  // namespace krofx::internal

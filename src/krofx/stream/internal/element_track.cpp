@@ -2,6 +2,7 @@
 
 #include "krofx/stream/internal/element_track.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
@@ -51,25 +52,17 @@ bool DropWrapperBefore(Set& set, const KRDataObj& element, WantedClasses& wanted
 
 }  // namespace
 
-bool WantedClasses::Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) {
+bool WantedClasses::Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) const {
   for (const KRTagID wanted : m_tags) {
     if (wanted == tag) return true;
   }
-  return HasClass(element, list);
-}
-
-bool WantedClasses::HasClass(const KRDataObj& element, const KRDataObj& list) {
-  if (m_elements.empty() && m_lists.empty()) return false;
-  const std::type_info& type = typeid(element);
-  const std::type_info& listType = typeid(list);
-  Answer& answer = m_answers[(reinterpret_cast<std::uintptr_t>(&type) / sizeof(void*) +
-                              reinterpret_cast<std::uintptr_t>(&listType) / 16) %
-                             kAnswers];
-  if (answer.element == &type && answer.list == &listType) return answer.wanted;
-  answer = {&type, &listType, false};
-  for (const IsOfClass is : m_elements) answer.wanted = answer.wanted || is(element);
-  for (const IsOfClass is : m_lists) answer.wanted = answer.wanted || is(list);
-  return answer.wanted;
+  for (const IsOfClass is : m_elements) {
+    if (is(element)) return true;
+  }
+  for (const IsOfClass is : m_lists) {
+    if (is(list)) return true;
+  }
+  return false;
 }
 
 void ElementTrack::Begin(KRDataObj& root) {
@@ -88,24 +81,49 @@ std::size_t ElementTrack::CountOne(Level& level, KRTagID tag) {
   return 1;
 }
 
-void ElementTrack::Opened(s16 depth, KRDataObj& object, const Place& place) {
-  Level& level = m_levels[depth];
-  level.object = &object;
-  level.tag = object.GetType();
-  level.place = place;
-  level.number = CountOne(m_levels[depth - 1], level.tag);
-  level.countOfTags = 0;
-  m_open = depth;
+// The classes are asked for each element of a list, and most lists are of one kind.
+const ElementTrack::Kind& ElementTrack::KindOf(const Level& level, KRDataObj& parent) {
+  const std::type_info& element = typeid(*level.object);
+  const std::type_info& list = typeid(parent);
+  Kind& kind = m_kinds[(reinterpret_cast<std::uintptr_t>(&element) / sizeof(void*) + level.tag +
+                        reinterpret_cast<std::uintptr_t>(&list) / sizeof(void*)) %
+                       kKinds];
+  if (kind.element == &element && kind.parent == &list && kind.tag == level.tag) return kind;
+  kind = {&element, &list, level.tag, false, ListRow(parent, level.tag)};
+  kind.wanted = IsInList(parent, level.tag) && m_wanted.Has(*level.object, level.tag, parent);
+  return kind;
 }
 
-bool ElementTrack::Closed(s16 depth) {
-  m_open = static_cast<s16>(depth - 1);
-  const Level& level = m_levels[depth];
+void ElementTrack::OnOpened(KRDataObj& object, s32 position) {
+  Level& level = m_levels[m_open + 1];
+  level.object = &object;
+  level.tag = object.GetType();
+  level.isPlaced = false;
+  level.place.offset = m_base + static_cast<std::size_t>(std::max(position, s32{0}));
+  level.number = CountOne(m_levels[m_open], level.tag);
+  level.countOfTags = 0;
+  ++m_open;
+}
+
+bool ElementTrack::OnClosed() {
+  const Level& level = m_levels[m_open--];
   KRDataObj& parent = *m_levels[m_open].object;
-  if (!m_wanted.Has(*level.object, level.tag, parent) || !IsInList(parent, level.tag)) return false;
+  const Kind& kind = KindOf(level, parent);
+  if (!kind.wanted) return false;
   m_element = level.object;
-  m_depth = depth;
+  m_depth = static_cast<s16>(m_open + 1);
+  m_row = kind.row;
   return true;
+}
+
+void ElementTrack::FindPlaces(LineCounter& lines, std::string_view part, std::size_t base) {
+  const s16 deepest = m_element != nullptr ? m_depth : m_open;
+  for (s16 depth = 1; depth <= deepest; ++depth) {
+    Level& level = m_levels[depth];
+    if (level.isPlaced) continue;
+    level.place = lines.Find(part, base, level.place.offset);
+    level.isPlaced = true;
+  }
 }
 
 KRDataObj* ElementTrack::Around(u16 levels) const {
@@ -150,13 +168,13 @@ void ElementTrack::Drop() {
   m_element = nullptr;
   if (element == nullptr) return;
   KRDataObj& parent = *m_levels[m_depth - 1].object;
-  if (const Row* const row = ListRow(parent, m_levels[m_depth].tag)) {
-    void* const array = row->member(parent);
-    const u16 entries = row->array->entries(array);
+  if (m_row != nullptr) {
+    void* const array = m_row->member(parent);
+    const u16 entries = m_row->array->entries(array);
     // A host may have taken it out by itself.
     if (entries == 0) return;
     const auto last = static_cast<u16>(entries - 1);
-    if (row->array->get(array, last) == element) row->array->truncate(array, last);
+    if (m_row->array->get(array, last) == element) m_row->array->truncate(array, last);
     return;
   }
   WithMessageSet(parent,

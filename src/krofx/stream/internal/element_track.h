@@ -5,6 +5,7 @@
 #define KROFX_STREAM_INTERNAL_ELEMENT_TRACK_H_
 
 #include <cstddef>
+#include <string_view>
 #include <typeinfo>
 
 #include "krofx/core/list.h"
@@ -13,8 +14,11 @@
 #include "krofx/core/types.h"
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/model/data_object.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/model/parser.h"
+#include "krofx/parse/internal/plain_feed.h"
 #include "krofx/reader/mending.h"
+#include "krofx/stream/internal/line_counter.h"
 
 namespace krofx::internal {
 
@@ -35,27 +39,16 @@ class WantedClasses {
   bool AddTag(KRTagID tag) { return m_tags.Append(tag); }
 
   /// Whether an element of a list is wanted.
-  bool Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list);
+  bool Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) const;
 
  private:
-  bool HasClass(const KRDataObj& element, const KRDataObj& list);
-
-  // Answers, by the classes of both objects.
-  struct Answer {
-    const std::type_info* element = nullptr;
-    const std::type_info* list = nullptr;
-    bool wanted = false;
-  };
-  static constexpr std::size_t kAnswers = 64;
-
   List<IsOfClass> m_elements;
   List<IsOfClass> m_lists;
   List<KRTagID> m_tags;
-  Answer m_answers[kAnswers];
 };
 
 /// The open aggregates of one text.
-class ElementTrack {
+class ElementTrack final : public FeedWatcher {
  public:
   explicit ElementTrack(WantedClasses& wanted) : m_wanted(wanted) {}
   ElementTrack(const ElementTrack&) = delete;
@@ -63,18 +56,21 @@ class ElementTrack {
 
   /// Begins a tree.
   void Begin(KRDataObj& root);
-  /// An aggregate was opened.
-  /// @param depth the number of open aggregates, with this one.
-  void Opened(s16 depth, KRDataObj& object, const Place& place);
-  /// An aggregate was closed. When it is a wanted element of a list, it becomes the current
-  /// element.
-  /// @param depth the number of aggregates that were open, with this one.
+  /// From now on positions are counted from this offset in the text.
+  void SetBase(std::size_t base) { m_base = base; }
+  void OnOpened(KRDataObj& object, s32 position) override;
+  /// When it is a wanted element of a list, it becomes the current element.
   /// @return whether it did.
-  bool Closed(s16 depth);
+  bool OnClosed() override;
 
   /// The current element; null when there is none.
   KRDataObj* Element() const { return m_element; }
-  /// Where the current element begins.
+  /// Finds the lines of the open aggregates and of the current element. Must be called before the
+  /// part of the text that they begin in leaves memory.
+  /// @param part a part of the text that has their start tags in it.
+  /// @param base the offset of its first byte.
+  void FindPlaces(LineCounter& lines, std::string_view part, std::size_t base);
+  /// Where the current element begins, after FindPlaces.
   const Place& PlaceOfElement() const { return m_levels[m_depth].place; }
   /// Which of its tag the current element is in its list, from 1.
   std::size_t NumberOfElement() const { return m_levels[m_depth].number; }
@@ -97,19 +93,34 @@ class ElementTrack {
   struct Level {
     KRDataObj* object = nullptr;
     KRTagID tag = KRTag_None;
+    bool isPlaced = true;  // Otherwise the place has an offset only.
     Place place;
     std::size_t number = 1;
     u8 countOfTags = 0;
     Count counts[kMostCounts];
   };
 
+  // What is known of objects of one class under one tag in objects of one class.
+  struct Kind {
+    const std::type_info* element = nullptr;
+    const std::type_info* parent = nullptr;
+    KRTagID tag = KRTag_None;
+    bool wanted = false;
+    const Row* row = nullptr;  // Of the list in the parent's table that holds them.
+  };
+  static constexpr std::size_t kKinds = 64;
+
   static std::size_t CountOne(Level& level, KRTagID tag);
+  const Kind& KindOf(const Level& level, KRDataObj& parent);
 
   WantedClasses& m_wanted;
   Level m_levels[KRParser::kMaxDepth + 1];
-  s16 m_open = 0;
-  s16 m_depth = 0;
+  std::size_t m_base = 0;
+  s16 m_open = 0;   // How many are open.
+  s16 m_depth = 0;  // Of the current element.
   KRDataObj* m_element = nullptr;
+  const Row* m_row = nullptr;  // Of the list that holds the current element.
+  Kind m_kinds[kKinds];
 };
 
 }  // namespace krofx::internal

@@ -20,6 +20,8 @@ namespace {
 // Less is no window: the short way of the parser leaves the last bytes of it alone.
 constexpr u32 kLeastWindow = 4096;
 constexpr u32 kMostWindow = 1u << 30;
+// Nearly every text tells its kind in these bytes.
+constexpr std::size_t kFirstPart = 4096;
 
 }  // namespace
 
@@ -76,7 +78,6 @@ KRParseStatus StreamRun::Status() const {
 }
 
 void StreamRun::End(KRParseStatus status) {
-  LookForCommas();
   m_state = StreamState::kEnded;
   m_status = status;
   m_text.status = status;
@@ -92,7 +93,8 @@ void StreamRun::End(KRParseStatus status) {
 bool StreamRun::Begin() {
   if (!m_window.HasWholeHeaders()) return false;
   bool told = false;
-  m_text.kind = FindKind(m_window.Text(), told);
+  m_text.kind = FindKind(m_window.Beginning(kFirstPart), told);
+  if (!told) m_text.kind = FindKind(m_window.Text(), told);
   if (!told && !m_window.IsEnded() && !m_window.IsAtLimit()) return false;
   m_begun = true;
   if (m_text.kind == TextKind::kMultipart) {
@@ -108,7 +110,9 @@ bool StreamRun::Begin() {
 const StreamElement* StreamRun::Next() {
   m_track.Drop();
   if (m_state == StreamState::kIdle) m_state = StreamState::kHungry;
-  if (m_state != StreamState::kEnded) KRSetFireAlarm(KRFireAlarm_None);
+  if (m_state != StreamState::kEnded && KRGetFireAlarm() != KRFireAlarm_None) {
+    KRSetFireAlarm(KRFireAlarm_None);
+  }
   while (m_state != StreamState::kEnded) {
     if (m_window.MayLook()) {
       m_window.Look();
@@ -134,9 +138,10 @@ const StreamElement* StreamRun::Next() {
 
 // False when there is nothing more for now, or at all.
 bool StreamRun::Refill() {
-  LookForCommas();
+  m_track.FindPlaces(m_lines, m_window.Text(), m_window.Base());
   m_lines.Pass(m_window.Text(), m_window.Base(), m_window.Base() + m_window.CountRead());
   m_window.Slide();
+  m_track.SetBase(m_window.Base());
   if (m_window.Room().empty() && !m_window.Grow()) {
     const bool full = m_window.IsAtLimit();
     if (full) m_problem = "something in it is longer than what is looked at as a whole";
@@ -171,21 +176,20 @@ bool StreamRun::Refill() {
   return false;
 }
 
+const Place& StreamRun::PlaceOfElement() {
+  m_track.FindPlaces(m_lines, m_window.Text(), m_window.Base());
+  return m_track.PlaceOfElement();
+}
+
 const OfxText& StreamRun::JudgedText() {
   const std::size_t from = m_window.Base();
-  if (from != m_judgedFrom || Position() != m_judgedTo) {
+  const std::size_t to = from + m_window.Text().size();
+  if (from != m_judgedFrom || to != m_judgedTo) {
     m_judgedFrom = from;
-    m_judgedTo = Position();
+    m_judgedTo = to;
     if (m_text.root != nullptr) DescribeText(m_text, m_window.Text());
   }
   return m_text;
-}
-
-// In what has been read, which ends in front of a tag.
-void StreamRun::LookForCommas() {
-  const u32 read = m_window.CountRead();
-  if (read == 0 || m_commas) return;
-  m_commas = internal::MayHaveCommaAmount(m_window.Text().substr(0, std::size_t{read} + 1));
 }
 
 bool StreamRun::HasMoreTags() {

@@ -29,6 +29,8 @@ class StreamRun : public HeapObject {
   void WantTag(KRTagID tag);
   void SetListener(StreamListener* listener) { m_records.SetListener(listener); }
   ByteSource& Source() { return m_source; }
+  /// Reads a plain buffer that has the whole text.
+  void ReadInPlace(KRBuffer& buffer) { m_window.Borrow(buffer); }
   /// Begins to read.
   void Start() { m_state = StreamState::kReading; }
   bool Feed(std::string_view piece);
@@ -43,16 +45,17 @@ class StreamRun : public HeapObject {
   OfxText& Text() { return m_text; }
   const RecordKeeper& Records() const { return m_records; }
   ElementTrack& Track() { return m_track; }
-  std::size_t Position() const { return m_window.Base() + m_window.Text().size(); }
+  /// Where the current element begins.
+  const Place& PlaceOfElement();
+  std::size_t Position() const { return m_window.Taken(); }
   /// See StreamElement::ToUtf8.
   KRString ToUtf8(const KRString& text) { return JudgedText().ToUtf8(text); }
   /// The text, with the character set of the part that is in memory.
   const OfxText& JudgedText();
-  bool MayHaveCommaAmount() const { return m_commas; }
+  bool MayHaveCommaAmount() const { return m_parser.MayHaveCommaAmount(); }
   bool HasMoreTags();
 
  private:
-  void LookForCommas();
   bool Begin();
   bool Refill();
   void End(KRParseStatus status);
@@ -67,7 +70,6 @@ class StreamRun : public HeapObject {
   OfxText m_text;
   ElementParser m_parser;
   bool m_begun = false;
-  bool m_commas = false;
   StreamState m_state = StreamState::kIdle;
   KRParseStatus m_status = KRParseStatus_Accepted;
   KRString m_problem;
