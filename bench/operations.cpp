@@ -2,11 +2,11 @@
 
 #include "operations.h"
 
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <memory>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 #include "krofx/krofx.h"
@@ -186,18 +186,35 @@ Operation ParseBank(int transactions) {
           sample->Size()};
 }
 
-Operation ParseBankTwice(int transactions) {
-  auto first = std::make_shared<Operation>(ParseBank(transactions));
-  auto second = std::make_shared<Operation>(ParseBank(transactions));
-  return {"two threads parse bank", [] {},
-          [first, second] {
-            bool other = false;
-            std::thread thread([&] { other = second->run(); });
-            const bool own = first->run();
-            thread.join();
-            return own && other;
+Operation Calculate() {
+  return {"calculate", [] {},
+          [] {
+            // Four chains, so that the units of one core are busy.
+            std::uint64_t chains[4] = {1, 2, 3, 4};
+            for (int i = 0; i < 1'000'000; ++i) {
+              for (std::uint64_t& chain : chains) {
+                chain ^= chain << 13;
+                chain ^= chain >> 7;
+                chain ^= chain << 17;
+              }
+            }
+            return (chains[0] | chains[1] | chains[2] | chains[3]) != 0;
+          }};
+}
+
+Operation AtTheSameTime(Partner::Kind kind, const Operation& own, const Operation& other) {
+  auto partner = std::make_shared<std::unique_ptr<Partner>>();
+  const std::string prefix = kind == Partner::Kind::kThread ? "two threads " : "two processes ";
+  return {prefix + own.name,
+          [partner, kind, other] {
+            if (*partner == nullptr) *partner = std::make_unique<Partner>(kind, other.run);
           },
-          2 * first->bytes};
+          [partner, own] {
+            (*partner)->Start();
+            const bool isDone = own.run();
+            return (*partner)->Finish() && isDone;
+          },
+          own.bytes + other.bytes};
 }
 
 }  // namespace bench

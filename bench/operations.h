@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "partner.h"
+
 namespace bench {
 
 /// One operation.
@@ -27,8 +29,10 @@ std::vector<Operation> AllOperations(int transactions, const std::string& exampl
 
 /// Parses a bank statement of `transactions` transactions.
 Operation ParseBank(int transactions);
-/// Parses two bank statements of `transactions` transactions at the same time, on two threads.
-Operation ParseBankTwice(int transactions);
+/// Calculates with a few numbers, without memory, to see what the machine allows.
+Operation Calculate();
+/// Runs an operation while a second thread or process runs another one.
+Operation AtTheSameTime(Partner::Kind kind, const Operation& own, const Operation& other);
 
 }  // namespace bench
 
