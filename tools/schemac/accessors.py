@@ -95,9 +95,9 @@ class AccessorWriter:
             "1 when it is; 0 when it is not",
         )
 
-    def _clear(self, name, tag, text):
+    def _clear(self, name, tag, text, child=""):
         self.declare(
-            f"Makes {text} absent.",
+            f"Makes {text} absent.{child}",
             (f"u16 Clear{name}()", f"return ClearTag({tag});"),
             "1; 0, after a KRPW_UNKNOWNTAG warning, when the tag is not valid in this version",
         )
@@ -134,7 +134,8 @@ class AccessorWriter:
         taken = f"const {native}& value" if reference else f"{native} value"
         limited = row.type in NUMBERS and row.type != "paydate"
         failure = NOT_VALID + (" or the value is not allowed" if limited else "")
-        self.declare(f"Sets {row.tag}.", f"u16 Set{row.stem}({taken})", f"1; {failure}")
+        what = f"Sets {row.tag} to a copy of `value`." if reference else f"Sets {row.tag}."
+        self.declare(what, f"u16 Set{row.stem}({taken})", f"1; {failure}")
         body = f"return SetNative(*this, {enumerator(row.tag)}, {member(row.stem)}, value);"
         self.define("u16", f"Set{row.stem}", [taken], body)
 
@@ -150,7 +151,7 @@ class AccessorWriter:
             )
         parameter = "const KRString& text"
         declaration = f"u16 Set{row.stem}({parameter})"
-        self.declare(f"Sets {row.tag} from its text.", declaration, result)
+        self.declare(f"Sets {row.tag} from its text, which is copied.", declaration, result)
         self.define("u16", f"Set{row.stem}", [parameter], self._from_text("SetFromText", row))
 
     def _from_text(self, function, row):
@@ -165,6 +166,11 @@ class AccessorWriter:
             f"u16 {name}(const char* text)",
         )
         self.define("u16", name, ["const char* text"], f"return {name}(KRString(text));")
+        # Where no number is taken, a literal 0 would be a null text. A form for int would take the
+        # types of payroll amounts too, which are enumerators and are allowed.
+        if not self._reads_boolean_text(row) and cpp_type(row) != "KRPayrollAmount":
+            self.header += "  /// A number is not a text; a literal 0 would be a null one.\n"
+            self.header += f"  u16 {name}(int) = delete;\n"
 
     def _set_int(self, row):
         # A literal 0 is both a number and a null pointer; a form for int resolves the call.
@@ -195,13 +201,13 @@ class AccessorWriter:
             f"Takes ownership of `child` and deletes the previous {row.tag}. Null leaves the tag"
             " present with nothing to write.",
             f"u16 Set{name}({child}* child)",
-            f"1; {NOT_VALID}",
+            f"1; {NOT_VALID}. In both cases the child belongs to this object",
         )
         body = f"return SetChild(*this, {slot}, {tag}, child);"
         if shared:
             body = f"if (child != nullptr) child->SetType({tag});\n  {body}"
         self.define("u16", f"Set{name}", [f"{child}* child"], body)
-        self._clear(name, tag, row.tag)
+        self._clear(name, tag, row.tag, " This object still owns the child.")
 
     def _slot(self, shared, listed):
         self.uses.add(shared.type)
@@ -220,12 +226,12 @@ class AccessorWriter:
             " tag that becomes present. Null leaves the tag present with nothing to write.",
             f"u16 Set{name}({shared.type}* child)",
             "1; 0 when that tag is not valid here, and for null when it is not known which tag is"
-            " meant",
+            " meant. In both cases the child belongs to this object",
         )
         body = f"return SetSharedChild(*this, {own}, child);"
         self.define("u16", f"Set{name}", [f"{shared.type}* child"], body)
         self.declare(
-            f"Makes {name} absent, whatever its tag is. The child stays.",
+            f"Makes {name} absent, whatever its tag is. This object still owns the child.",
             f"u16 Clear{name}()",
             "1; 0, after a KRPW_UNKNOWNTAG warning, when none of the tags is valid in this version",
         )
@@ -251,23 +257,24 @@ class AccessorWriter:
         )
         self.about = about
         self.declare(
-            "Takes ownership of `child` as entry `index`, in place of the one there.",
+            "Takes ownership of `child` as entry `index`, and deletes the one there.",
             f"u16 Set{name}(u16 index, {child}* child)",
-            "1; 0 when it could not be stored or its type is that of another list of this object,"
-            " and then it still belongs to the caller; 0 when its type is not valid in this"
-            " version, and then it belongs to this object",
+            "1, and the child belongs to this object; 0 when it could not be stored or its type is"
+            " that of another list of this object, and then it still belongs to the caller; 0 when"
+            " its type is not valid in this version, and then it belongs to this object",
         )
         self.declare(
             "Takes ownership of `child` as the entry after the last.",
             f"u16 Append{name}({child}* child)",
-            "1, whether its type is valid in this version or not; 0 when it could not be stored or"
-            " its type is that of another list of this object, and then it still belongs to the"
-            " caller",
+            "1, whether its type is valid in this version or not, and the child belongs to this"
+            " object; 0 when it could not be stored or its type is that of another list of this"
+            " object, and then it still belongs to the caller",
         )
         self.declare(
             "Removes an entry without deleting it; the later ones move down.",
             (f"u16 Disconnect{name}(u16 index)", f"return {own}.UnSet(index);"),
-            "1; 0 when there is no such entry",
+            "1, and the entry belongs to the caller, who must have its pointer; 0 when there is no"
+            " such entry",
         )
         self._all_of(name, own, "entries")
         body = f"return static_cast<{child}*>({own}.Get(index));"
@@ -280,7 +287,8 @@ class AccessorWriter:
     def _all_of(self, name, own, entries):
         self.declare(f"Deletes all {entries}.", (f"void DeleteAll{name}()", f"{own}.DeleteAll();"))
         self.declare(
-            f"Removes all {entries} without deleting them.",
+            f"Removes all {entries} without deleting them: they belong to the caller, who must have"
+            " their pointers.",
             (f"void Clear{name}()", f"{own}.Clear();"),
         )
 
@@ -318,12 +326,12 @@ class AccessorWriter:
     def _set_repeated_native(self, row, own, tag, native):
         name, value = row.stem, f"{native} value"
         self.declare(
-            f"Sets {row.tag} value `index`, or adds one after the last.",
+            f"Sets {row.tag} value `index` to a copy, or adds one after the last.",
             f"u16 Set{name}(u16 index, {value})",
             f"1; {NOT_VALID} or it could not be stored",
         )
         self.declare(
-            f"Adds a {row.tag} value.",
+            f"Adds a copy as a {row.tag} value.",
             f"u16 Append{name}({value})",
             "1; 0 when it could not be stored",
         )
@@ -332,7 +340,7 @@ class AccessorWriter:
         body = ("return AppendNativeEntry", ["*this", tag, own, "value"])
         self.define("u16", f"Append{name}", [value], body)
         self.declare(
-            f"Adds a {row.tag} value from its text.",
+            f"Adds a {row.tag} value from its text, which is copied.",
             f"u16 Append{name}(const KRString& text)",
             "1; 0 when the text is not such a value",
         )
@@ -340,14 +348,14 @@ class AccessorWriter:
     def _set_repeated_text(self, row, own, tag):
         name, text = row.stem, "const KRString& text"
         self.declare(
-            f"Sets {row.tag} value `index`.",
+            f"Sets {row.tag} value `index` to a copy of `text`.",
             f"u16 Set{name}(u16 index, {text})",
             f"1; {NOT_VALID} or it could not be stored",
         )
         body = ("return NoteValue", ["*this", f"{own}.SetVal(index, text)", tag])
         self.define("u16", f"Set{name}", ["u16 index", text], body)
         self.declare(
-            f"Adds a {row.tag} value.",
+            f"Adds a copy as a {row.tag} value.",
             f"u16 Append{name}({text})",
             "1; 0 when it could not be stored; 3 for an empty text. A text over the limit is kept,"
             " after a KRPW_TOOLONG warning",

@@ -14,6 +14,7 @@
 #include <cstring>
 
 #include "krofx/core/export.h"
+#include "krofx/core/lifetime.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
 
@@ -104,7 +105,9 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// Sets how the text is meant; the text stays as it is.
   void SetEncoding(KRStringEncode encoding) { m_encoding = static_cast<unsigned char>(encoding); }
   /// The text, never null: a null string gives an empty text. Valid until the string changes.
-  operator const char*() const { return m_buffer != nullptr ? m_buffer : s_emptyText; }
+  operator const char*() const KROFX_LIFETIME_BOUND {
+    return m_buffer != nullptr ? m_buffer : s_emptyText;
+  }
   /// @return 1 when every character is a blank, line feed, carriage return or tab.
   u16 IsWhiteSpace() const;
 

@@ -101,7 +101,7 @@ class KROFX_API KRMessageSetRq
   /// The sign-on, which this object keeps owning; null when there is none.
   KRSignOnRq* GetSignOnRq() const;
   /// Takes ownership of `signOn` and deletes the one held before.
-  /// @return 1; 0 when this is not a sign-on set.
+  /// @return 1; 0 when this is not a sign-on set. In both cases the sign-on belongs to this object.
   u16 SetSignOnRq(KRSignOnRq* signOn) { return SetSignOn(signOn); }
   /// Gives up the sign-on without deleting it: the caller, who must have its pointer, owns it.
   void DisconnectSignOnRq() { m_signOn.Release(); }
@@ -120,12 +120,13 @@ class KROFX_API KRMessageSetRs
   /// The sign-on, which this object keeps owning; null when there is none.
   KRSignOnRs* GetSignOnRs() const;
   /// Takes ownership of `signOn` and deletes the one held before.
-  /// @return 1; 0 when this is not a sign-on set.
+  /// @return 1; 0 when this is not a sign-on set. In both cases the sign-on belongs to this object.
   u16 SetSignOnRs(KRSignOnRs* signOn) { return SetSignOn(signOn); }
   /// The security list, which this object keeps owning; null when there is none.
   KRSecList* GetSecList() const;
   /// Takes ownership of `secList` and deletes the one held before.
-  /// @return 1; 0 when this is not a security list set.
+  /// @return 1; 0 when this is not a security list set. In both cases the list belongs to this
+  ///         object.
   u16 SetSecList(KRSecList* secList);
 
   KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const entry) override;

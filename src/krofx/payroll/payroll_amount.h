@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "krofx/core/export.h"
+#include "krofx/core/lifetime.h"
 #include "krofx/core/types.h"
 #include "krofx/values/precision_integer.h"
 
@@ -75,9 +76,11 @@ class KROFX_API KRPayrollAmount : public KRPrecisionInteger {
   /// dollars or of a percentage alone takes all 30.
   /// @return the text, which the object owns and the next call overwrites; null when memory is
   ///         exhausted, and then the thread's fire alarm is raised.
-  operator char*() override;
+  operator char*() KROFX_LIFETIME_BOUND override;
   /// The same for a const amount.
-  operator char*() const { return const_cast<KRPayrollAmount*>(this)->operator char*(); }
+  operator char*() const KROFX_LIFETIME_BOUND {
+    return const_cast<KRPayrollAmount*>(this)->operator char*();
+  }
 
   /// @return 1 when the amounts are compatible and equal.
   virtual u16 operator==(const KRPayrollAmount& other) const;

@@ -17,6 +17,7 @@
 
 #include "krofx/core/export.h"
 #include "krofx/core/fixed_strings.h"
+#include "krofx/core/lifetime.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
@@ -119,7 +120,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   s16 GetGMTOffsetFraction() const { return m_gmtOffsetFraction; }
   /// @return the zone name; empty when there is none. The string belongs to this object and changes
   ///         with it.
-  const KRString3& GetTimeZone() const { return m_timeZone.AsString(); }
+  const KRString3& GetTimeZone() const KROFX_LIFETIME_BOUND { return m_timeZone.AsString(); }
 
   /// @return 1 when `year` is divisible by 4, and not by 100 unless by 400.
   u16 IsLeapYear(u16 year) const { return krofx::internal::IsLeapYear(year); }

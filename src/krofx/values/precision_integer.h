@@ -15,6 +15,7 @@
 #include <cstdint>
 
 #include "krofx/core/export.h"
+#include "krofx/core/lifetime.h"
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
 #include "krofx/values/internal/lazy_block.h"
@@ -155,9 +156,12 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   ///
   /// @return the text, which the object owns and the next call overwrites; null when memory is
   ///         exhausted, and then the thread's fire alarm is raised.
-  virtual operator char*();
+  virtual operator char*() KROFX_LIFETIME_BOUND;
   /// The same for a const number; reaches the override of a derived class.
-  operator char*() const;
+  operator char*() const KROFX_LIFETIME_BOUND;
+  /// A number is no condition: its text is there whatever its value. Ask IsZero.
+  explicit operator bool() const = delete;
+  explicit operator bool() = delete;
 
   /// Changes the number of decimals and keeps the value: multiplies or divides by 10, truncating,
   /// until the number has `decimals` places.
@@ -341,9 +345,9 @@ class KROFX_API KRCommaSepPrecisionInteger : public KRPrecisionInteger {
   /// Does not convert the number.
   /// @return the text that the base class's conversion last made on this object; null when it was
   ///         never called.
-  operator char*() override;
+  operator char*() KROFX_LIFETIME_BOUND override;
   /// The same for a const number.
-  operator char*() const { return KRPrecisionInteger::operator char*(); }
+  operator char*() const KROFX_LIFETIME_BOUND { return KRPrecisionInteger::operator char*(); }
 };
 
 #endif  // KROFX_VALUES_PRECISION_INTEGER_H_

@@ -25,7 +25,8 @@ class KROFX_API Transaction : public KRTransBase {
   /// The payload, which the wrapper keeps owning; null when there is none.
   KRTransBase* GetActualTrans() const { return m_payload.Get(); }
   /// Takes ownership of `payload` and deletes the one held before. Its type becomes present.
-  /// @return 1; 0 when its type is not valid in a wrapper of this type.
+  /// @return 1; 0 when its type is not valid in a wrapper of this type. In both cases the payload
+  ///         belongs to the wrapper.
   u16 SetActualTrans(KRTransBase* payload);
 
   u16 GetArrayOfValidTags(KRArrayOfTags& tags) const override;
