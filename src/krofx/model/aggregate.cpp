@@ -3,7 +3,6 @@
 #include "krofx/model/internal/aggregate.h"
 
 #include "krofx/build/builder.h"
-#include "krofx/core/internal/alarm_scope.h"
 #include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
@@ -28,38 +27,6 @@ using LeadingSlots = ChildSlot * [PresenceBits::kCount];
 
 u16 EntriesOf(const Row& row, const void* member) {
   return IsArray(row) ? row.array->entries(member) : static_cast<u16>(1);
-}
-
-// Makes an object a deep copy of one of its own class. A payload class may copy more than its table
-// describes.
-u16 CopyInto(KRDataObj& own, KRDataObj* source) {
-  if (auto* payload = dynamic_cast<KRTransBase*>(&own)) {
-    return payload->DeepCopyFrom(dynamic_cast<KRTransBase*>(source));
-  }
-  return CopyAggregate(own, source);
-}
-
-u16 CopyArray(const Row& row, void* to, const void* from) {
-  const u16 entries = row.array->entries(from);
-  row.array->truncate(to, entries);
-  for (u16 index = 0; index < entries; ++index) {
-    KRDataObj* source = row.array->get(from, index);
-    ChildSlot copy;
-    if (index < row.array->entries(to)) {
-      // The element in place is reused when it is of the right class; the array keeps owning it.
-      KRDataObj* own = row.array->get(to, index);
-      if (own != nullptr && source != nullptr &&
-          ObjectAccess::TableOf(*own) == ObjectAccess::TableOf(*source)) {
-        if (CopyInto(*own, source) == 0) return 0;
-        continue;
-      }
-    }
-    if (source == nullptr) continue;
-    if (CopyChild(copy, source) == 0) return 0;
-    if (row.array->set(to, index, copy.Get()) == 0) return 0;
-    copy.Release();
-  }
-  return 1;
 }
 
 u8 CountPresent(const Presence& presence, const KRTagID* tags, u8 count) {
@@ -262,50 +229,6 @@ u16 CountChildren(const KRDataObj& object, const AggregateTable& table) {
       object, table, table.leadingSlots,
       [&count](const Row& row, const void* member) { count += EntriesOf(row, member); });
   return static_cast<u16>(count < 0xffff ? count : 0xffff);
-}
-
-u16 CopyAggregate(KRDataObj& target, KRDataObj* source) {
-  const AggregateTable* table = ObjectAccess::TableOf(target);
-  if (source == nullptr || table == nullptr || ObjectAccess::TableOf(*source) != table) return 0;
-  if (source == &target) return 1;
-  if (KRDataObj::GetFactory() == nullptr) return 0;
-  // A text that could not be copied for lack of memory is reported by the alarm only.
-  const AlarmScope alarm;
-  const u16 rowCount = static_cast<u16>(table->valid.count + table->unlistedCount);
-  for (u16 i = 0; i < rowCount; ++i) {
-    const Row& row = table->rows[i];
-    if (row.value == nullptr) continue;
-    if (row.value->copy(row.member(target), row.member(*source)) == 0) return 0;
-  }
-  u16 copied = 1;
-  ForEachChildMember(*source, *table, 0, [&](const Row& row, void* from) {
-    if (copied == 0) return;
-    copied = IsArray(row) ? CopyArray(row, row.member(target), from)
-                          : CopyChild(SlotOf(row, target), static_cast<ChildSlot*>(from)->Get());
-  });
-  if (copied == 0 || alarm.WasRaised()) return 0;
-  return target.CopyBaseMembersFrom(source);
-}
-
-u16 CopyChild(ChildSlot& slot, KRDataObj* source) {
-  if (source == nullptr) {
-    slot.Set(nullptr);
-    return 1;
-  }
-  const AggregateTable* table = ObjectAccess::TableOf(*source);
-  KRDataObj* own = slot.Get();
-  // A borrowed child is the source's own, or another object's.
-  if (own == nullptr || slot.IsBorrowed() || ObjectAccess::TableOf(*own) != table) {
-    KRDataObjFactory* factory = KRDataObj::GetFactory();
-    if (factory == nullptr || table == nullptr || table->create == nullptr) return 0;
-    own = table->create(*factory);
-    if (own == nullptr) {
-      KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-      return 0;
-    }
-    slot.Set(own);
-  }
-  return CopyInto(*own, source);
 }
 
 void NoteFailure(KRBuilder& builder, const KRDataObj& object) {

@@ -140,8 +140,7 @@ class KnownRows {
       KnownRow& known = m_rows[at];
       known = KnownRow();
       if (row.member != nullptr) {
-        known.offset = static_cast<const char*>(MemberOfConst(row, object)) -
-                       reinterpret_cast<const char*>(&object);
+        known.offset = OffsetIn(object, row);
         known.versions = m_table->valid.table[at].versions;
       }
       known.write = CommonWriterOf(row);

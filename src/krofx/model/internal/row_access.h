@@ -3,6 +3,8 @@
 #ifndef KROFX_MODEL_INTERNAL_ROW_ACCESS_H_
 #define KROFX_MODEL_INTERNAL_ROW_ACCESS_H_
 
+#include <cstddef>
+
 #include "krofx/model/internal/aggregate.h"
 
 namespace krofx::internal {
@@ -10,6 +12,12 @@ namespace krofx::internal {
 // The address of a row's member in a const object, for walks that only read.
 inline void* MemberOfConst(const Row& row, const KRDataObj& object) {
   return row.member(const_cast<KRDataObj&>(object));
+}
+
+// How far a row's member is from the start of an object. It is the same for all objects of a class.
+inline std::ptrdiff_t OffsetIn(const KRDataObj& object, const Row& row) {
+  return static_cast<const char*>(MemberOfConst(row, object)) -
+         reinterpret_cast<const char*>(&object);
 }
 
 inline bool IsArray(const Row& row) { return row.array != nullptr; }
