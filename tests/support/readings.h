@@ -61,8 +61,7 @@ inline std::string Written(const KRDataObj* root) {
 /// The same without its header.
 inline std::string WrittenBody(const KRDataObj* root) {
   const std::string text = Written(root);
-  const std::size_t body = text.find('<');
-  return body == std::string::npos ? text : text.substr(body);
+  return {std::find(text.begin(), text.end(), '<'), text.end()};
 }
 
 }  // namespace krofx::testing

@@ -22,9 +22,6 @@ void ForEachChildMember(const KRDataObj& object, const AggregateTable& table, u8
   }
 }
 
-// Room for the slots of any table: there are no more rows than presence bits.
-using LeadingSlots = ChildSlot * [PresenceBits::kCount];
-
 u16 EntriesOf(const Row& row, const void* member) {
   return IsArray(row) ? row.array->entries(member) : static_cast<u16>(1);
 }

@@ -23,7 +23,12 @@ KRDataObj* MissingSearch::Find(KRDataObj& object) {
 KRDataObj* MissingSearch::FindBy(const AggregateTable& table, KRDataObj& object) {
   if (!m_required.AllPresentIn(object, table)) return &object;
   KRDataObj* found = nullptr;
-  for (u8 i = 0; i < table.childRowCount && found == nullptr; ++i) {
+  LeadingSlots leading;
+  if (table.leadingSlots != 0) table.slots(object, leading);
+  for (u8 i = 0; i < table.leadingSlots && found == nullptr; ++i) {
+    if (KRDataObj* const child = leading[i]->Get()) found = Find(*child);
+  }
+  for (u8 i = table.leadingSlots; i < table.childRowCount && found == nullptr; ++i) {
     const Row& row = table.rows[table.childRows[i]];
     const void* const member = row.member(object);
     if (!IsArray(row)) {

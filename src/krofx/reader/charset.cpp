@@ -108,15 +108,17 @@ bool IsUtf8(std::string_view text) {
 }
 
 bool HasHighBytes(std::string_view text) {
+  constexpr std::size_t kWords = 64;
   constexpr std::uint64_t kHigh = 0x8080808080808080;
+  std::uint64_t words[kWords];
   const char* at = text.data();
   std::size_t left = text.size();
-  while (left >= 32) {
-    std::uint64_t words[4];
+  for (; left >= sizeof words; at += sizeof words, left -= sizeof words) {
     std::memcpy(words, at, sizeof words);
-    if (((words[0] | words[1] | words[2] | words[3]) & kHigh) != 0) return true;
-    at += sizeof words;
-    left -= sizeof words;
+    // Without a way out of it, the compiler makes vectors of this loop.
+    std::uint64_t all = 0;
+    for (const std::uint64_t word : words) all |= word;
+    if ((all & kHigh) != 0) return true;
   }
   return std::any_of(at, at + left, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
 }

@@ -104,12 +104,6 @@ Reading FileReader::Read() {
   return std::move(m_reading);
 }
 
-// Whether a strict pass has read all that a text says, as it is meant.
-bool FileReader::IsWhole(const StrictResult& strict, std::size_t from) const {
-  return strict.status == KRParseStatus_Accepted && strict.lossless &&
-         !MayHaveCommaAmount(Bytes().substr(from, strict.end));
-}
-
 KRParseStatus FileReader::ReadTexts() {
   m_recorder.BeginText();
   if (!m_options.strict) {
@@ -145,9 +139,11 @@ KRParseStatus FileReader::ReadNext() {
   if (m_options.strict) {
     text.status = ReadStrictly(*buffer, text, from, m_recorder).status;
     m_position = end;
-  } else if (const StrictResult strict = TryStrictly(*buffer, text); IsWhole(strict, from)) {
+  } else if (const StrictResult strict = TryStrictly(*buffer, text); strict.IsWhole()) {
     m_position = from + strict.end;
-    if (!DescribeText(text, Bytes().substr(from, strict.end))) return KRParseStatus_Fatal;
+    const std::string_view judged =
+        strict.mayHaveHighBytes ? Bytes().substr(from, strict.end) : std::string_view();
+    if (!DescribeText(text, judged)) return KRParseStatus_Fatal;
   } else if (AlarmIsSet()) {
     text.status = KRParseStatus_Fatal;
   } else {

@@ -42,7 +42,6 @@ class FileReader {
   // Reads the text that begins at m_position, and moves past it.
   KRParseStatus ReadNext();
   KRBuffer* BufferOf(std::size_t from, std::size_t end, OwnedBuffer& copy);
-  bool IsWhole(const StrictResult& strict, std::size_t from) const;
   KRParseStatus ReadMending(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadMultipart(OfxText& text, std::size_t from, std::size_t end);
   KRParseStatus ReadPart(OfxText& text, std::size_t from, std::size_t end);

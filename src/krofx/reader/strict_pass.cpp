@@ -7,10 +7,10 @@
 #include <string_view>
 
 #include "krofx/core/parse_logger.h"
-#include "krofx/envelope/internal/replaced_payloads.h"
 #include "krofx/envelope/mime_parser.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
+#include "krofx/reader/clean_parser.h"
 #include "krofx/reader/recorder.h"
 
 namespace krofx::internal {
@@ -47,35 +47,6 @@ class WarningTeller : public KRWarningObserver {
   std::size_t m_base;
 };
 
-// An object that is put on the stack to end a parse: it refuses whatever comes next.
-class Stopper : public KRDataObj {
- public:
-  KRParseStatus HandleTagStart(const KRTagDictionaryEntry* const /*entry*/) override {
-    return KRParseStatus_Invalid;
-  }
-  KRParseStatus HandleTagElement(const KRTagDictionaryEntry* const /*entry*/,
-                                 const KRString& /*value*/) override {
-    return KRParseStatus_Invalid;
-  }
-  KRParseStatus HandleTagEnd(const KRTagDictionaryEntry* const /*entry*/) override {
-    return KRParseStatus_Invalid;
-  }
-};
-
-// Ends a parse soon after its first warning.
-class ParseStopper : public KRWarningObserver {
- public:
-  explicit ParseStopper(KRParser& parser) : m_parser(parser) {}
-
-  void OnWarning(const KRParseException& /*warning*/, s32 /*position*/) override {
-    if (m_parser.GetCurrentObj() != &m_stopper) m_parser.PushObject(&m_stopper);
-  }
-
- private:
-  KRParser& m_parser;
-  Stopper m_stopper;
-};
-
 // Where the text ends whose last tag begins at a position.
 std::size_t EndAfter(const KRBuffer& buffer, s32 lastTag) {
   const std::string_view bytes = BytesOf(buffer);
@@ -107,7 +78,7 @@ StrictResult ReadStrictly(KRBuffer& buffer, OfxText& text, std::size_t base, Rec
 }
 
 StrictResult TryStrictly(KRBuffer& buffer, OfxText& text) {
-  const std::size_t replaced = ReplacedPayloads();
+  const SilentLosses losses;
   StrictResult result;
   result.end = BytesOf(buffer).size();
   if (text.kind == TextKind::kMultipart) {
@@ -115,18 +86,16 @@ StrictResult TryStrictly(KRBuffer& buffer, OfxText& text) {
     result.status = parser.Parse(&buffer, text.root.get(), 1);
   } else {
     KRParseEngine engine(buffer);
-    KRSimpleParser parser;
-    ParseStopper stopper(parser);
-    parser.SetParseEngine(&engine);
-    parser.SetWarningObserver(&stopper);
-    result.status = parser.Parse(&buffer, static_cast<KRDataObj*>(text.root.get()), 1);
+    CleanParser parser;
+    result.status = parser.Read(engine, buffer, *text.root);
+    result.mayHaveHighBytes = parser.MayHaveHighBytes();
     result.end = EndAfter(buffer, engine.GetItemPosition());
   }
   if (KRParseLogger* const log = KRParseLogger::TheKRParseLogger()) {
     log->SetBuffer(nullptr);
     log->DeleteAll();
   }
-  result.lossless = ReplacedPayloads() == replaced;
+  result.lossless = !losses.Any();
   return result;
 }
 

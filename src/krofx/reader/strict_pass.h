@@ -21,9 +21,14 @@ struct StrictResult {
   KRParseStatus status = KRParseStatus_Accepted;
   /// Where the text ends, in the buffer; only for a clean one.
   std::size_t end = 0;
-  /// Whether the tree holds everything that was read. The parser replaces a first answer in a
-  /// wrapper by a second one without a warning.
+  /// Whether the text may have a byte above 127. False is certain.
+  bool mayHaveHighBytes = true;
+  /// Whether the tree says what the text says. The parser replaces a first answer in a wrapper by a
+  /// second one without a warning, and passes over the commas of numbers.
   bool lossless = true;
+
+  /// Whether there is nothing to mend.
+  bool IsWhole() const { return status == KRParseStatus_Accepted && lossless; }
 };
 
 /// Reads a text into its root and records the warnings, with their places and paths.

@@ -5,10 +5,12 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/values/internal/decimal_text.h"
+#include "krofx/values/internal/passed_commas.h"
 #include "krofx/values/internal/text_warning.h"
 #include "krofx/values/precision_integer.h"
 
 using krofx::internal::LazyBlock;
+using krofx::internal::PassedCommas;
 using krofx::internal::u128;
 using krofx::internal::WarnAboutText;
 using krofx::internal::WriteDecimal;
@@ -55,6 +57,7 @@ DecimalReading ReadDecimal(const char* text, std::size_t length) noexcept {
     }
     switch (c) {
       case ',':
+        ++PassedCommas();
         break;
       case '-':
         reading.sign = -1;
@@ -83,6 +86,11 @@ DecimalReading ReadDecimal(const char* text, std::size_t length) noexcept {
 }
 
 }  // namespace
+
+std::size_t& krofx::internal::PassedCommas() {
+  static thread_local std::size_t count = 0;
+  return count;
+}
 
 KRPrecisionInteger::KRPrecisionInteger(const char* text) {
   KRPrecisionInteger::ConvertStringToKRPrecisionInteger(text);
@@ -153,6 +161,7 @@ u16 KRCommaSepPrecisionInteger::ConvertStringToKRPrecisionInteger(const char* te
   for (std::size_t i = 0; i < length; ++i) {
     if (text[i] != ',') bare[count++] = text[i];
   }
+  PassedCommas() += length - count;
   return Parse(bare, count);
 }
 

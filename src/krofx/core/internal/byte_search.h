@@ -31,13 +31,14 @@ class WordBlock {
   /// The bytes of a block that a comparison picked.
   class Marks {
    public:
+    Marks() = default;
     explicit Marks(std::uint64_t bits) : m_bits(bits) {}
     Marks operator|(Marks other) const { return Marks(m_bits | other.m_bits); }
     /// @return the place of the first one; kSize when there is none.
     int First() const { return std::countr_zero(m_bits) / 8; }
 
    private:
-    std::uint64_t m_bits;
+    std::uint64_t m_bits = 0;
   };
 
   explicit WordBlock(const char* at) {
@@ -49,6 +50,8 @@ class WordBlock {
     const std::uint64_t word = m_word ^ All(static_cast<unsigned char>(character));
     return Marks((word - All(1)) & ~word & All(0x80));
   }
+  /// Marks the bytes that are above 127.
+  Marks High() const { return Marks(m_word & All(0x80)); }
 
  private:
   static constexpr std::uint64_t All(unsigned char character) {
@@ -67,6 +70,7 @@ class VectorBlock {
 
   class Marks {
    public:
+    Marks() : m_bytes(_mm_setzero_si128()) {}
     explicit Marks(__m128i bytes) : m_bytes(bytes) {}
     Marks operator|(Marks other) const { return Marks(_mm_or_si128(m_bytes, other.m_bytes)); }
     int First() const {
@@ -83,6 +87,8 @@ class VectorBlock {
   Marks Equal(char character) const {
     return Marks(_mm_cmpeq_epi8(m_bytes, _mm_set1_epi8(character)));
   }
+  // A mark is the highest bit of its byte.
+  Marks High() const { return Marks(m_bytes); }
 
  private:
   __m128i m_bytes;
@@ -116,18 +122,55 @@ inline const char* FindOrNul(const char* at, const char* end, char character) {
       [character](char c) { return c == character || c == '\0'; });
 }
 
+/// Collects nothing about the bytes that a search looks at.
+struct NoBytes {
+  void Take(ByteBlock /*block*/) {}
+  void Take(char /*byte*/) {}
+};
+
+/// Finds out whether there are bytes above 127 among those that a search looks at, which may be a
+/// few more than those up to its hit.
+class HighBytes {
+ public:
+  void Take(ByteBlock block) { m_marks = m_marks | block.High(); }
+  void Take(char byte) { m_any = m_any || static_cast<unsigned char>(byte) > 127; }
+  /// Looks at all bytes of [at, end).
+  void TakeAll(const char* at, const char* end) {
+    for (; end - at >= ByteBlock::kSize; at += ByteBlock::kSize) Take(ByteBlock(at));
+    for (; at < end; ++at) Take(*at);
+  }
+  bool Any() const { return m_any || m_marks.First() != ByteBlock::kSize; }
+
+ private:
+  ByteBlock::Marks m_marks;
+  bool m_any = false;
+};
+
 /// Finds the '<' or NUL at which a value ends; sets `hasMacros` when a '&' comes before it.
+/// @param seen takes the bytes that are looked at.
 /// @return its place, or `end`.
-inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros) {
+template <class Seen>
+inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros, Seen& seen) {
   for (;;) {
     at = SearchBytes(
         at, end,
-        [](ByteBlock block) { return block.Equal('<') | block.Equal('&') | block.Equal('\0'); },
-        [](char c) { return c == '<' || c == '&' || c == '\0'; });
+        [&seen](ByteBlock block) {
+          seen.Take(block);
+          return block.Equal('<') | block.Equal('&') | block.Equal('\0');
+        },
+        [&seen](char c) {
+          seen.Take(c);
+          return c == '<' || c == '&' || c == '\0';
+        });
     if (at == end || *at != '&') return at;
     hasMacros = true;
     ++at;
   }
+}
+
+inline const char* FindValueEnd(const char* at, const char* end, bool& hasMacros) {
+  NoBytes unseen;
+  return FindValueEnd(at, end, hasMacros, unseen);
 }
 
 /// Copies the block at `from` to `to`.

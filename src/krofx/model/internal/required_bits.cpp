@@ -20,6 +20,7 @@ void RequiredBits::Fill(Place& place, const AggregateTable& table, u16 version) 
   place = Place();
   place.table = &table;
   place.version = version;
+  place.held.Set(0);
   if (!table.rulesOnly) {
     place.isNever = version == 0 && table.required.count != 0;
     for (u16 row = 0; row < table.required.count; ++row) {
@@ -53,13 +54,38 @@ bool RequiredBits::RulesHoldIn(const Place& place, const KRDataObj& object) {
   return true;
 }
 
-bool RequiredBits::AllPresentIn(const KRDataObj& object, const AggregateTable& table) {
+void RequiredBits::Remember(Place& place, const PresenceBits& presence) {
+  if (place.table->ruleCount > kMostRules) return;
+  place.held = PresenceBits();
+  for (int bit = 0; bit < PresenceBits::kCount; ++bit) place.allowed.Set(bit);
+  const auto take = [&place, &presence](const PresenceBits& asked) {
+    for (int bit = asked.NextFrom(0); bit < PresenceBits::kCount; bit = asked.NextFrom(bit + 1)) {
+      if (presence.Has(bit)) {
+        place.held.Set(bit);
+      } else {
+        place.allowed.Clear(bit);
+      }
+    }
+  };
+  take(place.required);
+  for (const RuleBits& rule : place.rules) {
+    take(rule.tags);
+    take(rule.condition);
+  }
+}
+
+bool RequiredBits::WorkOut(const PresenceBits& presence, const KRDataObj& object,
+                           const AggregateTable& table) {
   constexpr std::size_t kTableAlignment = 64;
   const u16 version = ObjectAccess::VersionOf(object);
   Place& place = m_places[reinterpret_cast<std::uintptr_t>(&table) / kTableAlignment % kPlaces];
   if (place.table != &table || place.version != version) Fill(place, table, version);
-  return !place.isNever && ObjectAccess::PresenceOf(object).Contains(place.required) &&
-         RulesHoldIn(place, object);
+  m_last = &place;
+  if (place.isNever || !presence.Contains(place.required) || !RulesHoldIn(place, object)) {
+    return false;
+  }
+  Remember(place, presence);
+  return true;
 }
 
 }  // namespace krofx::internal

@@ -22,8 +22,20 @@ bool RuleHolds(const Rule& rule, int conditions, int present);
 /// The answers of KRDataObj::AllRequiredPresent for objects that are checked by their table.
 class RequiredBits {
  public:
+  RequiredBits() = default;
+  RequiredBits(const RequiredBits&) = delete;
+  RequiredBits& operator=(const RequiredBits&) = delete;
+
   /// Whether everything required is present in an object of which `table` is the plain table.
-  bool AllPresentIn(const KRDataObj& object, const AggregateTable& table);
+  bool AllPresentIn(const KRDataObj& object, const AggregateTable& table) {
+    const PresenceBits& presence = ObjectAccess::PresenceOf(object);
+    const Place& place = *m_last;
+    if (place.table == &table && place.version == ObjectAccess::VersionOf(object) &&
+        presence.Contains(place.held) && place.allowed.Contains(presence)) {
+      return true;
+    }
+    return WorkOut(presence, object, table);
+  }
 
  private:
   static constexpr std::size_t kPlaces = 8;
@@ -40,13 +52,21 @@ class RequiredBits {
     // No object is complete: a required tag is not valid in the version, or the version is unknown.
     bool isNever = false;
     PresenceBits required;
+    // What the last complete object had of the bits that are asked about, and all bits but those
+    // that it lacked. An object between the two is complete too. At first none is between them.
+    PresenceBits held;
+    PresenceBits allowed;
     RuleBits rules[kMostRules];
   };
 
+  bool WorkOut(const PresenceBits& presence, const KRDataObj& object, const AggregateTable& table);
   static void Fill(Place& place, const AggregateTable& table, u16 version);
   static bool RulesHoldIn(const Place& place, const KRDataObj& object);
+  static void Remember(Place& place, const PresenceBits& presence);
 
   Place m_places[kPlaces];
+  // The one that was asked last.
+  const Place* m_last = m_places;
 };
 
 }  // namespace krofx::internal

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/presence_bits.h"
 
 namespace krofx::internal {
 
@@ -25,6 +26,9 @@ inline bool IsArray(const Row& row) { return row.array != nullptr; }
 inline ChildSlot& SlotOf(const Row& row, const KRDataObj& object) {
   return *static_cast<ChildSlot*>(MemberOfConst(row, object));
 }
+
+// Room for the slots of any table: there are no more rows than presence bits.
+using LeadingSlots = ChildSlot * [PresenceBits::kCount];
 
 // Whether the object's valid tags are those of the table. A host's subclass may give others, and
 // then the presence bits are not in the order of the table's rows.

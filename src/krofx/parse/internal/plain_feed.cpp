@@ -2,6 +2,8 @@
 
 #include "krofx/parse/internal/plain_feed.h"
 
+#include <type_traits>
+
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/model/parser.h"
 #include "krofx/parse/engine.h"
@@ -77,6 +79,13 @@ KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag, s32 position
   return KRParseStatus_Accepted;
 }
 
+bool PlainFeed::MayHaveHighBytes() {
+  const PlainText text(*m_engine.m_buffer);
+  m_high.TakeAll(text.Bytes() + m_highTo, text.Bytes() + text.Size());
+  m_highTo = text.Size();
+  return m_high.Any();
+}
+
 template <FeedUse kUse>
 KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore) {
   // The longest stretch that is read without a test for the end of the text.
@@ -96,6 +105,12 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
   TagDictionary& dictionary = *m_engine.m_dictionary;
 
   const char* next = bytes + m_engine.m_currentItem.end;
+  // A copy, which can be kept in a register.
+  std::conditional_t<kUse == FeedUse::kWatchedTree, HighBytes, NoBytes> seen;
+  if constexpr (kUse == FeedUse::kWatchedTree) {
+    seen = m_high;
+    seen.TakeAll(bytes + m_highTo, next);
+  }
   const KRTagDictionaryEntry* lastEntry = nullptr;
   const char* lastName = nullptr;
   std::string_view lastValue = m_lastValue;
@@ -134,7 +149,11 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
       advance(tag, name + 1, at);
       if (closesElement) continue;
       commit();
-      m_parser.KRParser::PopObject();
+      if constexpr (kUse == FeedUse::kWatchedTree) {
+        m_parser.PopObject();
+      } else {
+        m_parser.KRParser::PopObject();
+      }
       if constexpr (kUse == FeedUse::kStream) {
         if (m_watcher->OnClosed()) break;
       }
@@ -160,7 +179,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
 
     if (row.value == nullptr) break;
     bool hasMacros = false;
-    const char* const stop = FindValueEnd(at, end, hasMacros);
+    const char* const stop = FindValueEnd(at, end, hasMacros, seen);
     if (stop == end || *stop == '\0') break;
     const char* behind = stop;
     while (IsWhite(behind[-1])) --behind;
@@ -177,6 +196,10 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     advance(tag, name, stop);
     lastValue = hasMacros ? std::string_view() : view;
   }
+  if constexpr (kUse == FeedUse::kWatchedTree) {
+    m_high = seen;
+    m_highTo = next - bytes;
+  }
   if (lastEntry == nullptr) return status;
   entry = *lastEntry;
   m_lastValue = lastValue;
@@ -191,6 +214,8 @@ void PlainFeed::SettleValue(KRString& value) {
 }
 
 template KRParseStatus PlainFeed::Run<FeedUse::kTree>(KRTagDictionaryEntry&, KRString&, KRTagID&);
+template KRParseStatus PlainFeed::Run<FeedUse::kWatchedTree>(KRTagDictionaryEntry&, KRString&,
+                                                             KRTagID&);
 template KRParseStatus PlainFeed::Run<FeedUse::kStream>(KRTagDictionaryEntry&, KRString&, KRTagID&);
 
 }  // namespace krofx::internal

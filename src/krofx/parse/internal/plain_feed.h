@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <string_view>
 
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/status.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
@@ -30,7 +31,9 @@ namespace krofx::internal {
 
 /// Who is fed.
 enum class FeedUse : u8 {
-  kTree,    ///< A parser that only fills a tree.
+  kTree,  ///< A parser that only fills a tree.
+  /// The same for a parser that overrides PopObject to look at what ends, and asks about the bytes.
+  kWatchedTree,
   kStream,  ///< A parser with a watcher.
 };
 
@@ -73,6 +76,10 @@ class PlainFeed {
   ///        read since the last call.
   void SettleValue(KRString& value);
 
+  /// Whether there may be a byte above 127 in a text that was fed to a watched tree. False is
+  /// certain.
+  bool MayHaveHighBytes();
+
  private:
   // The object that receives tags.
   struct Target {
@@ -91,6 +98,9 @@ class PlainFeed {
   FeedWatcher* m_watcher;
   RowMemo m_memo;
   std::string_view m_lastValue;
+  // What a feed to a watched tree knows of the bytes up to a position.
+  HighBytes m_high;
+  std::ptrdiff_t m_highTo = 0;
 };
 
 }  // namespace krofx::internal

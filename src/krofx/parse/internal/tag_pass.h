@@ -48,6 +48,10 @@ class KRSimpleParser::TagPass {
     if (m_feed) m_feed->SettleValue(m_value);
   }
 
+  /// Whether there may be a byte above 127 in a text that was fed to a watched tree. False is
+  /// certain.
+  bool MayHaveHighBytes() { return !m_feed || m_feed->MayHaveHighBytes(); }
+
   /// Reads one tag and hands it over.
   /// @param status takes the status with which the pass ends, when it does.
   /// @return whether it goes on.

@@ -1,0 +1,18 @@
+// How often a number was read that has a comma, which the parser passes over, for readers that must
+// not take "-11,76" for -1176: the parse itself says nothing of it.
+
+#ifndef KROFX_VALUES_INTERNAL_PASSED_COMMAS_H_
+#define KROFX_VALUES_INTERNAL_PASSED_COMMAS_H_
+
+#include <cstddef>
+
+#include "krofx/core/export.h"
+
+namespace krofx::internal {
+
+/// How many commas the numbers that this thread has read had so far.
+KROFX_API std::size_t& PassedCommas();
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_VALUES_INTERNAL_PASSED_COMMAS_H_
