@@ -4,17 +4,12 @@
 
 #include <algorithm>
 
-#include "input/element_tree.h"
+#include "input/element_value.h"
 #include "input/parsed_file.h"
 
 namespace krofx::command {
 
 namespace {
-
-std::string ValueOf(const Element& element, std::string_view tag) {
-  const Element* const found = element.Find(tag);
-  return std::string(found == nullptr ? "" : found->value);
-}
 
 bool ReadAccount(const Element& element, Account& account) {
   account.number = ValueOf(element, "ACCTID");

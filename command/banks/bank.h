@@ -38,7 +38,10 @@ struct Bank {
   bool keyring = false;         ///< The password is in the keyring of the desktop.
   std::string clientId;         ///< The client identifier that is sent.
   bool makesClientId = false;   ///< One is made when it is first needed, and kept.
-  int version = 0;              ///< Of the message sets: 1 or 2; 0 for what the profile offers.
+  /// Of the message sets: 1 or 2; 0 for the highest that the profile offers, or 1 without one.
+  int version = 0;
+  bool hasProfile = true;          ///< It is asked for its profile, which is then respected.
+  std::vector<std::string> hosts;  ///< Other hosts that its profile may send requests to.
   std::vector<std::string> rootFiles;
   std::vector<std::string> pins;
   std::string proxy;

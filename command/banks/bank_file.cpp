@@ -188,6 +188,8 @@ Bank ReadBank(const std::string& name, const Value& value, const std::string& fo
     Fail(value, "client-id is true, or up to 36 letters, digits and hyphens");
   }
   table.Take("version", bank.version, 1, 2);
+  table.Take("profile", bank.hasProfile);
+  table.Take("hosts", bank.hosts);
   table.Take("root", bank.rootFiles);
   table.Take("pin", bank.pins);
   table.Take("proxy", bank.proxy);

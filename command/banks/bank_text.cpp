@@ -84,6 +84,8 @@ std::string TextOf(const Bank& bank) {
   AddLine(text, "client-id", bank.clientId);
   if (bank.makesClientId) text += "client-id = true\n";
   AddLine(text, "version", bank.version);
+  if (!bank.hasProfile) text += "profile = false\n";
+  AddLine(text, "hosts", bank.hosts);
   AddLine(text, "root", bank.rootFiles);
   AddLine(text, "pin", bank.pins);
   AddLine(text, "proxy", bank.proxy);

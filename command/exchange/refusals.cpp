@@ -5,17 +5,13 @@
 #include <string_view>
 
 #include "exchange/status_words.h"
+#include "input/element_value.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
 
 namespace krofx::command {
 
 namespace {
-
-std::string ValueOf(const Element& element, std::string_view tag) {
-  const Element* const found = element.Find(tag);
-  return std::string(found == nullptr ? "" : found->value);
-}
 
 std::string Describe(std::string_view where, const Element& status) {
   const std::string code = ValueOf(status, "CODE");

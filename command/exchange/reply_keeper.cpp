@@ -4,7 +4,6 @@
 
 #include "banks/account_list.h"
 #include "exchange/refusals.h"
-#include "exchange/url.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
 #include "requests/statement_request.h"
@@ -17,14 +16,10 @@ constexpr char kLongAgo[] = "19700101";
 
 }  // namespace
 
-std::string NameServer(const std::string& institution, const std::string& url) {
-  return institution + " (" + Url(url).host + ")";
-}
-
-ExitStatus ReplyKeeper::Prepare() { return m_exchange.Prepare(Direction::kSend); }
-
-std::string ReplyKeeper::Where(const std::string& institution) const {
-  return NameServer(institution, m_options.url);
+std::unique_ptr<KRBuffer> CopyOf(const KRBuffer& text) {
+  auto copy = std::make_unique<KRBuffer>(text.GetBufferSize(), 4096);
+  const bool whole = copy->WriteLarge(text.GetBufferPtr(), text.GetBufferSize()) == KRBufferOK;
+  return whole ? std::move(copy) : nullptr;
 }
 
 ExitStatus ReplyKeeper::Use(KRBuffer& text) {

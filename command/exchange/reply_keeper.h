@@ -5,26 +5,21 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "exchange/exchange.h"
-#include "requests/request_use.h"
+#include "exchange/exchange_use.h"
 #include "requests/sign_on_options.h"
 
 namespace krofx::command {
 
 /// Sends a request and keeps the reply.
-class ReplyKeeper : public RequestUse {
+class ReplyKeeper : public ExchangeUse {
  public:
-  explicit ReplyKeeper(ExchangeOptions options) : m_options(std::move(options)) {}
+  using ExchangeUse::ExchangeUse;
 
   void AddOptions(const Subcommand&) override {}
   const char* GetFooter() const override { return ""; }
-  ExitStatus Prepare() override;
-  std::string Where(const std::string& institution) const override;
   ExitStatus Use(KRBuffer& text) override;
-  void TakeBank(const Bank& bank) override { FillExchange(m_options, bank); }
 
   /// The reply's text; null when there was none, which was complained of.
   std::unique_ptr<KRBuffer> TakeReply() { return std::move(m_reply); }
@@ -32,13 +27,11 @@ class ReplyKeeper : public RequestUse {
   std::string GetShownUrl() const { return m_exchange.GetShownUrl(); }
 
  private:
-  ExchangeOptions m_options;
-  Exchange m_exchange{m_options};
   std::unique_ptr<KRBuffer> m_reply;
 };
 
-/// A server as a prompt names it: the institution, and where it is.
-std::string NameServer(const std::string& institution, const std::string& url);
+/// A copy of a text; null when memory is exhausted.
+std::unique_ptr<KRBuffer> CopyOf(const KRBuffer& text);
 
 /// Asks an institution for the user's accounts there.
 /// @param accounts takes them.

@@ -26,7 +26,13 @@ std::string NameOf(const Account& account) {
 std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::string& number,
                                     StatementKind kind, RequestMaker& maker) {
   std::vector<Account> all = signOn.bank->accounts;
-  if (all.empty()) all = signOn.use->ListAccounts(signOn);
+  if (all.empty()) {
+    const ExitStatus listed = signOn.use->ListAccounts(signOn, all);
+    if (listed != kExitClean) {
+      maker.GiveUp(listed);
+      return {};
+    }
+  }
   std::vector<Account> found;
   std::string others;
   for (const Account& account : all) {

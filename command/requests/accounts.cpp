@@ -23,10 +23,10 @@ ExitStatus Request(const Options& options) {
 
 ExitStatus RequestAccounts(const SignOnOptions& signOn, const std::string& since) {
   RequestMaker maker(signOn);
+  maker.Concern({Service::kAccounts});
   auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
   maker.SetDate("--since", ResolveDay(since), *payload, &KRAccountInfoRq::SetDtAcctUp);
-  return maker.Finish(std::move(payload),
-                      maker.GetVersion() == 1 ? KRTag_SIGNUPMSGSRQV1 : KRTag_SIGNUPMSGSRQV2);
+  return maker.Finish(std::move(payload), Service::kAccounts);
 }
 
 void AddAccountsRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {

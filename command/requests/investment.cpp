@@ -58,6 +58,7 @@ std::vector<Account> FindAccounts(const Options& options, RequestMaker& maker) {
 
 ExitStatus Finish(const std::vector<Account>& accounts, const StatementSpan& span,
                   const Parts& parts, RequestMaker& maker) {
+  maker.Concern({Service::kInvestment});
   for (const Account& account : accounts) {
     auto payload = maker.Make<KRInvStmtRq>(KRTag_INVSTMTRQ);
     payload->SetInvAcctFrom(MakeAccount(account, maker).release());
@@ -65,8 +66,7 @@ ExitStatus Finish(const std::vector<Account>& accounts, const StatementSpan& spa
     payload->SetIncOO(Unless(parts.noOrders));
     payload->SetIncPos(MakePositions(parts, maker).release());
     payload->SetIncBal(Unless(parts.noBalances));
-    maker.Add(std::move(payload),
-              maker.GetVersion() == 1 ? KRTag_INVSTMTMSGSRQV1 : KRTag_INVSTMTMSGSRQV2);
+    maker.Add(std::move(payload), Service::kInvestment);
   }
   return maker.Finish();
 }

@@ -49,18 +49,18 @@ std::string Describe(const Options& options) {
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
   const bool about = !options.account.account.empty();
+  const Service service = about ? Service::kBank : Service::kMail;
+  maker.Concern({service});
   if (about ? options.card != options.account.bank.empty()
             : options.card || !options.account.bank.empty()) {
     maker.Fail("name an account with --account and either --bank or --card");
   }
   maker.SetOrder(Describe(options));
-  const bool first = maker.GetVersion() == 1;
   auto letter = MakeLetter(options, maker);
   if (!about) {
     auto payload = maker.Make<KRMailRq>(KRTag_MAILRQ);
     payload->SetMail(letter.release());
-    return maker.Finish(std::move(payload), first ? KRTag_EMAILMSGSRQV1 : KRTag_EMAILMSGSRQV2,
-                        KRTag_MAILTRNRQ);
+    return maker.Finish(std::move(payload), service, KRTag_MAILTRNRQ);
   }
   auto payload = maker.Make<KRBankMailRq>(KRTag_BANKMAILRQ);
   payload->SetMail(letter.release());
@@ -70,7 +70,7 @@ ExitStatus Request(const Options& options) {
   } else {
     payload->SetAccount(MakeBankAccount(options.account, maker).release());
   }
-  return maker.Finish(std::move(payload), first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
+  return maker.Finish(std::move(payload), service);
 }
 
 }  // namespace

@@ -119,12 +119,13 @@ std::string Describe(const Options& options) {
 
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
+  maker.Concern({Service::kBillPay});
   maker.SetOrder(Describe(options));
   const bool first = maker.GetVersion() == 1;
   auto payload = maker.Make<KRPaymentRq>(KRTag_PMTRQ);
   payload->SetPmtInfo(
       (first ? MakeFirstVersion(options, maker) : MakeSecondVersion(options, maker)).release());
-  return maker.Finish(std::move(payload), first ? KRTag_BILLPAYMSGSRQV1 : KRTag_BILLPAYMSGSRQV2);
+  return maker.Finish(std::move(payload), Service::kBillPay);
 }
 
 }  // namespace

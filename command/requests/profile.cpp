@@ -4,26 +4,40 @@
 #include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/request_use.h"
+#include "requests/statement_request.h"
 
 namespace krofx::command {
 
 namespace {
 
+constexpr char kLongAgo[] = "19700101";
+
 struct Options {
   SignOnOptions signOn;
-  std::string since = "19700101";
+  std::string since = kLongAgo;
 };
+
+std::unique_ptr<KRProfileRq> MakePayload(const RequestMaker& maker) {
+  auto payload = maker.Make<KRProfileRq>(KRTag_PROFRQ);
+  payload->SetClientRouting(KRClientRouting_NONE);
+  return payload;
+}
 
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
-  auto payload = maker.Make<KRProfileRq>(KRTag_PROFRQ);
-  payload->SetClientRouting(KRClientRouting_NONE);
+  auto payload = MakePayload(maker);
   maker.SetDate("--since", ResolveDay(options.since), *payload, &KRProfileRq::SetDtProfUp);
-  return maker.Finish(std::move(payload),
-                      maker.GetVersion() == 1 ? KRTag_PROFMSGSRQV1 : KRTag_PROFMSGSRQV2);
+  return maker.Finish(std::move(payload), Service::kProfile);
 }
 
 }  // namespace
+
+ExitStatus RequestProfile(const SignOnOptions& signOn, const KRDateTime* since) {
+  RequestMaker maker(signOn);
+  auto payload = MakePayload(maker);
+  if (since == nullptr || payload->SetDtProfUp(*since) == 0) payload->SetDtProfUp(kLongAgo);
+  return maker.Finish(std::move(payload), Service::kProfile);
+}
 
 void AddProfileRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {
   const Subcommand profile = parent.Add("profile", "Ask what the institution offers");

@@ -22,6 +22,9 @@ namespace {
 
 constexpr char kPasswordVariable[] = "KROFX_PASSWORD";
 
+// In the place of a problem.
+constexpr char kComplainedOf[] = " ";
+
 // User and password of an anonymous sign-on, as the OFX standard writes it.
 constexpr char kAnonymous[] = "anonymous00000000000000000000000";
 
@@ -41,6 +44,8 @@ void RequestMaker::Fail(ExitStatus exitStatus, const std::string& problem) {
   m_problem = problem;
   m_exitStatus = exitStatus;
 }
+
+void RequestMaker::GiveUp(ExitStatus exitStatus) { Fail(exitStatus, kComplainedOf); }
 
 KRString RequestMaker::Encode(const std::string& option, const std::string& given) {
   std::string bytes;
@@ -119,6 +124,11 @@ void RequestMaker::AddPassword(KRSignOnRq& signOn) {
   }
   KRUserPassword secret;  // Wipes its memory.
   secret = password.Get();
+  const std::string broken = m_rules == nullptr ? "" : FindBrokenRule(*m_rules, password.Get());
+  if (!broken.empty()) {
+    return Fail(kExitSignOnRefused, "the password cannot be right: by the profile of " +
+                                        m_options.bank->name + " " + broken);
+  }
   if (signOn.SetUserPass(secret) != 1) Fail(kExitUnusable, "the password cannot be used");
 }
 
@@ -144,8 +154,8 @@ std::unique_ptr<KRSignOnRq> RequestMaker::MakeSignOn() {
   return signOn;
 }
 
-void RequestMaker::Add(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
-                       KRTagID wrapperTag) {
+void RequestMaker::Add(std::unique_ptr<KRTransBase> payload, Service service, KRTagID wrapperTag) {
+  const KRTagID messageSet = RequestSetOf(service, m_version);
   if (wrapperTag == KRTag_None) wrapperTag = KRTransRq::MsgIDToTranWrapper(payload->GetType());
   auto wrapper = Make<KRTransRq>(wrapperTag);
   char id[37] = "";
@@ -163,9 +173,9 @@ void RequestMaker::Add(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
   m_sets.back()->AppendTrans(wrapper.release());
 }
 
-ExitStatus RequestMaker::Finish(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
+ExitStatus RequestMaker::Finish(std::unique_ptr<KRTransBase> payload, Service service,
                                 KRTagID wrapper) {
-  Add(std::move(payload), messageSet, wrapper);
+  Add(std::move(payload), service, wrapper);
   return Finish();
 }
 
@@ -178,8 +188,7 @@ ExitStatus RequestMaker::Finish() {
   }
   auto text = std::make_unique<KRBuffer>(4096, 4096);
   if (m_problem.empty()) {
-    auto first =
-        Make<KRMessageSetRq>(GetVersion() == 1 ? KRTag_SIGNONMSGSRQV1 : KRTag_SIGNONMSGSRQV2);
+    auto first = Make<KRMessageSetRq>(RequestSetOf(Service::kSignOn, m_version));
     first->SetSignOnRq(signOn.release());
     auto request = Make<KRRequest>(KRTag_OFX);
     request->AppendMessageSet(first.release());
@@ -191,7 +200,7 @@ ExitStatus RequestMaker::Finish() {
     if (!problem.empty()) Fail(kExitUnusable, problem);
   }
   if (m_problem.empty()) return HandOver(std::move(text));
-  Complain(m_options.subcommand, m_problem);
+  if (m_problem != kComplainedOf) Complain(m_options.subcommand, m_problem);
   return m_exitStatus;
 }
 

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "banks/profile.h"
 #include "exit_status.h"
 #include "krofx/krofx.h"
 #include "requests/sign_on_options.h"
@@ -18,10 +19,16 @@ namespace krofx::command {
 /// A request under construction. The first thing that goes wrong is kept, and Finish reports it.
 class RequestMaker {
  public:
-  explicit RequestMaker(const SignOnOptions& options) : m_options(options) {}
+  explicit RequestMaker(const SignOnOptions& options)
+      : m_options(options), m_version(VersionOfProfile(options)) {}
+
+  /// Says what the request is about, before anything of it is made: by the bank's profile, if it
+  /// has one, this decides on the version of the message sets, the address, and what passwords can
+  /// be right. What the bank does not offer is noted as a problem.
+  void Concern(const std::vector<Service>& services);
 
   /// The message-set version: 1 or 2.
-  u16 GetVersion() const { return m_options.secondVersion ? 2 : 1; }
+  u16 GetVersion() const { return m_version; }
 
   /// Makes an object of this version.
   template <class Object>
@@ -34,6 +41,9 @@ class RequestMaker {
 
   /// Notes that the command line makes no sense.
   void Fail(const std::string& problem) { Fail(kExitWrongUse, problem); }
+
+  /// Notes that the request cannot be made for a reason that was complained of.
+  void GiveUp(ExitStatus exitStatus);
 
   /// Sets a text that was given, in the character set of the request's header, and checks its
   /// length. The setters of texts are alike in all classes.
@@ -69,12 +79,12 @@ class RequestMaker {
 
   /// Puts a payload into its wrapper and message set. Payloads of the same set share it.
   /// @param wrapper the wrapper's tag, for payloads that do not determine it.
-  void Add(std::unique_ptr<KRTransBase> payload, KRTagID messageSet, KRTagID wrapper = KRTag_None);
+  void Add(std::unique_ptr<KRTransBase> payload, Service service, KRTagID wrapper = KRTag_None);
   /// Adds the sign-on with the password, and hands the text to its use.
   /// @return the use's exit status, or another one after a complaint.
   ExitStatus Finish();
   /// Both, for a request with one payload.
-  ExitStatus Finish(std::unique_ptr<KRTransBase> payload, KRTagID messageSet,
+  ExitStatus Finish(std::unique_ptr<KRTransBase> payload, Service service,
                     KRTagID wrapper = KRTag_None);
 
  private:
@@ -92,8 +102,15 @@ class RequestMaker {
   bool IsAnonymous() const { return m_options.mayBeAnonymous && m_options.user.empty(); }
   void AddPassword(KRSignOnRq& signOn);
 
+  void ChooseVersion(const std::vector<Service>& services);
+  void ChooseAddress(const std::vector<Service>& services);
+  const PasswordRules* FindRules(const std::vector<Service>& services) const;
+
   const SignOnOptions& m_options;
-  std::string m_problem;
+  u16 m_version;
+  std::shared_ptr<const Profile> m_profile;
+  const PasswordRules* m_rules = nullptr;  // In the profile.
+  std::string m_problem;  // In place of one that was complained of there is a blank.
   std::string m_order;
   std::vector<std::unique_ptr<KRMessageSetRq>> m_sets;
   ExitStatus m_exitStatus = kExitClean;

@@ -15,7 +15,15 @@ class KRBuffer;
 namespace krofx::command {
 
 class Subcommand;
+struct Profile;
 struct SignOnOptions;
+
+/// What is known of a bank's profile.
+struct ProfileAnswer {
+  /// Another one than kExitClean when the bank was asked in vain; that was complained of.
+  ExitStatus exitStatus = kExitClean;
+  std::shared_ptr<const Profile> profile;  ///< Null when none is known.
+};
 
 /// What becomes of a request once it is made: it is written to a file, or sent.
 class RequestUse {
@@ -33,8 +41,16 @@ class RequestUse {
   /// The option that is missing on the command line, or an empty text.
   virtual std::string FindMissing() const { return ""; }
   /// Asks the institution for the user's accounts there.
-  /// @return empty when there are none, or this use has no institution to ask.
-  virtual std::vector<Account> ListAccounts(const SignOnOptions&) { return {}; }
+  /// @param accounts takes them; none when this use has no institution to ask.
+  /// @return kExitClean, or another exit status after a complaint.
+  virtual ExitStatus ListAccounts([[maybe_unused]] const SignOnOptions& signOn,
+                                  [[maybe_unused]] std::vector<Account>& accounts) {
+    return kExitClean;
+  }
+  /// The profile of the bank that the sign-on names; none when the request goes elsewhere.
+  virtual ProfileAnswer FindProfile(const SignOnOptions&) { return {}; }
+  /// Has the request go to an address that the profile names.
+  virtual void SetAddress(const std::string&) {}
   /// Where the request goes, as a prompt says it.
   /// @param institution the institution's name.
   virtual std::string Where(const std::string& institution) const { return institution; }

@@ -10,6 +10,7 @@
 
 #include "banks/bank.h"
 #include "command_line/command_line.h"
+#include "krofx/core/types.h"
 #include "requests/password.h"
 
 #include "requests/request_use.h"
@@ -35,8 +36,14 @@ struct SignOnOptions {
   bool mayBeAnonymous = false;  ///< Without a user the sign-on is anonymous.
   /// Read when it is first needed, and kept for the requests to the same bank that follow.
   std::shared_ptr<Password> password = std::make_shared<Password>();
+  /// Found when it is first needed, and kept in the same way.
+  std::shared_ptr<std::optional<ProfileAnswer>> profile =
+      std::make_shared<std::optional<ProfileAnswer>>();
   std::shared_ptr<RequestUse> use;
 };
+
+/// The version of the message sets in which the bank is asked for its profile.
+inline u16 VersionOfProfile(const SignOnOptions& options) { return options.secondVersion ? 2 : 1; }
 
 /// Takes what the command line leaves open from the bank that it names, and from what is usual.
 /// @return kExitClean, or another exit status after a complaint that something is missing.

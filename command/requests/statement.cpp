@@ -18,6 +18,10 @@ struct Options {
   StatementSpan span;
 };
 
+Service ServiceOf(const Account& account) {
+  return account.kind == AccountKind::kCard ? Service::kCard : Service::kBank;
+}
+
 std::unique_ptr<KRGenericStatementRq> MakePayload(const Account& account, RequestMaker& maker) {
   if (account.kind == AccountKind::kCard) {
     auto payload = maker.Make<KRCCStatementRq>(KRTag_CCSTMTRQ);
@@ -54,14 +58,13 @@ ExitStatus Request(const Options& options) {
 
 ExitStatus FinishStatements(const std::vector<Account>& accounts, const StatementSpan& span,
                             RequestMaker& maker) {
-  const bool first = maker.GetVersion() == 1;
+  std::vector<Service> services;
+  for (const Account& account : accounts) services.push_back(ServiceOf(account));
+  maker.Concern(services);
   for (const Account& account : accounts) {
     auto payload = MakePayload(account, maker);
     payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
-    maker.Add(std::move(payload),
-              account.kind == AccountKind::kCard
-                  ? (first ? KRTag_CREDITCARDMSGSRQV1 : KRTag_CREDITCARDMSGSRQV2)
-                  : (first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2));
+    maker.Add(std::move(payload), ServiceOf(account));
   }
   return maker.Finish();
 }

@@ -8,6 +8,7 @@
 
 #include "banks/bank.h"
 #include "exit_status.h"
+#include "krofx/krofx.h"
 #include "requests/sign_on_options.h"
 
 namespace krofx::command {
@@ -30,6 +31,9 @@ ExitStatus FinishInvestments(const std::vector<Account>& accounts, const Stateme
 /// Asks for the list of the user's accounts.
 /// @param since day of the list at hand.
 ExitStatus RequestAccounts(const SignOnOptions& signOn, const std::string& since);
+/// Asks for the profile.
+/// @param since day of the profile at hand; null for none.
+ExitStatus RequestProfile(const SignOnOptions& signOn, const KRDateTime* since);
 
 }  // namespace krofx::command
 

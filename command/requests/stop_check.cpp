@@ -65,6 +65,7 @@ std::string Describe(const Options& options) {
 
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
+  maker.Concern({Service::kBank});
   if (options.first.empty() == options.payee.empty()) {
     maker.Fail("name the checks with --first (and --last), or one with --payee");
   }
@@ -76,8 +77,7 @@ ExitStatus Request(const Options& options) {
   } else {
     payload->SetChkDesc(MakeDescription(options, maker).release());
   }
-  return maker.Finish(std::move(payload),
-                      maker.GetVersion() == 1 ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
+  return maker.Finish(std::move(payload), Service::kBank);
 }
 
 }  // namespace

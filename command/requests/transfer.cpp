@@ -124,18 +124,19 @@ ExitStatus Request(const Options& options) {
     maker.Fail("the transfer is to the account that it comes from");
   }
   maker.SetOrder(Describe(options));
-  const bool first = maker.GetVersion() == 1;
   // Two banks make it interbank; a card is the bank's own.
   const bool inter = options.from.card.empty() && options.to.card.empty() &&
                      options.from.bank.bank != options.to.bank.bank;
+  const Service service = inter ? Service::kInterbank : Service::kBank;
+  maker.Concern({service});
   if (inter) {
     return maker.Finish(
         MakePayload<KRInterRq, KRRecInterRq>(options, maker, KRTag_INTERRQ, KRTag_RECINTERRQ),
-        first ? KRTag_INTERXFERMSGSRQV1 : KRTag_INTERXFERMSGSRQV2);
+        service);
   }
   return maker.Finish(
       MakePayload<KRIntraRq, KRRecIntraRq>(options, maker, KRTag_INTRARQ, KRTag_RECINTRARQ),
-      first ? KRTag_BANKMSGSRQV1 : KRTag_BANKMSGSRQV2);
+      service);
 }
 
 }  // namespace

@@ -7,7 +7,9 @@
 #include "banks/bank_file.h"
 #include "banks/password_command.h"
 #include "banks/places.h"
+#include "banks/profile_file.h"
 #include "command_line/command_line.h"
+#include "exchange/profile_asker.h"
 #include "exchange/reply_keeper.h"
 #include "exchange/url.h"
 #include "output/messages.h"
@@ -110,14 +112,35 @@ std::string DescribePasswordSource(const Bank& bank) {
   return bank.keyring ? "in the keyring" : "asked for";
 }
 
+// A line of what is known of a bank; nothing without a value.
+std::string Line(const std::string& label, const std::string& value) {
+  if (value.empty()) return "";
+  return "  " + label + std::string(13 - label.size(), ' ') + SafeLine(value) + "\n";
+}
+
+// What the profile of a bank says, in lines of a label and a value each.
+std::string DescribeProfile(const Bank& bank, const Profile& profile) {
+  std::string text = Line("profile", "of " + profile.DayText());
+  for (const OfferedSet& set : profile.sets) {
+    std::string value = set.family + " " + std::to_string(set.version);
+    const std::string problem = set.url.empty() ? std::string() : FindAddressProblem(bank, set.url);
+    if (!set.url.empty() && set.url != bank.url) value += " at " + Url(set.url).Shown();
+    if (!problem.empty()) value += " (" + problem + ")";
+    text += Line("offers", value);
+  }
+  for (const PasswordRules& rules : profile.realms) {
+    text += Line("passwords", DescribeRules(rules));
+  }
+  return text;
+}
+
 ExitStatus Show(const NameOptions& options) {
   const BankList list = ReadBanks();
   const Bank* const bank = Find("bank show", list, options.name);
   if (bank == nullptr) return NotFound(list);
   std::string text = bank->name + "\n";
   const auto add = [&text](const std::string& label, const std::string& value) {
-    if (!value.empty())
-      text += "  " + label + std::string(13 - label.size(), ' ') + SafeLine(value) + "\n";
+    text += Line(label, value);
   };
   add("institution", bank->organisation);
   add("number", bank->institutionId);
@@ -125,6 +148,9 @@ ExitStatus Show(const NameOptions& options) {
   add("user", bank->user);
   add("password", DescribePasswordSource(*bank));
   for (const Account& account : bank->accounts) add("account", NameOf(account));
+  const u16 version = bank->version == 2 ? 2 : 1;
+  const auto profile = bank->hasProfile ? ReadBestKeptProfile(*bank, version) : nullptr;
+  if (profile != nullptr) text += DescribeProfile(*bank, *profile);
   return WriteStandardOutput(text);
 }
 
@@ -134,6 +160,7 @@ ExitStatus Remove(const NameOptions& options) {
   if (bank == nullptr) return NotFound(list);
   const std::string problem = RemoveFromBanks(bank->name);
   if (!problem.empty()) return Fail("bank remove", problem, kExitUnusable);
+  ForgetProfiles(bank->name);
   Complain("bank remove", bank->name + " is no longer in " + BanksFile());
   return kExitClean;
 }
@@ -177,6 +204,12 @@ ExitStatus Check(const NameOptions& options) {
   const ExitStatus complete = CompleteSignOn(signOn);
   if (complete != kExitClean) return complete;
   FillExchange(exchange, *bank);
+  if (bank->hasProfile) {
+    const auto kept = ReadKeptProfile(*bank, VersionOfProfile(signOn));
+    ProfileAnswer answer = AskForProfile(signOn, exchange, kept);
+    if (answer.exitStatus != kExitClean) return answer.exitStatus;
+    if (answer.profile == nullptr) *signOn.profile = answer;
+  }
   std::vector<Account> accounts;
   const ExitStatus asked = AskForAccounts(signOn, exchange, accounts);
   if (asked != kExitClean) return asked;
@@ -201,6 +234,8 @@ void AddAdd(const Subcommand& parent) {
       .Excludes(command);
   add.AddFlag("--client-id", bank.makesClientId, "Make a client identifier, and send it");
   add.AddNumber("--version", bank.version, 1, 2, "The version of its message sets");
+  text("--host", bank.hosts, "Another host that its profile may send requests to")
+      .OneValueEachTime();
   text("--root", bank.rootFiles, "File with certificates to trust, and no others")
       .OneValueEachTime();
   text("--pin", bank.pins, "ID of the certificate that its server may show").OneValueEachTime();

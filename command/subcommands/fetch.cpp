@@ -1,9 +1,11 @@
 // krofx fetch: makes a request, sends it, and shows the reply, in one go.
 
 #include <memory>
+#include <optional>
 
 #include "command_line/command_line.h"
-#include "exchange/exchange.h"
+#include "exchange/exchange_use.h"
+#include "exchange/profile_asker.h"
 #include "exchange/refusals.h"
 #include "exchange/reply_keeper.h"
 #include "output/messages.h"
@@ -21,7 +23,7 @@ namespace {
 constexpr AddRequestKind kRequests[] = {AddStatementRequest, AddInvestmentRequest,
                                         AddAccountsRequest, AddProfileRequest};
 
-class SendRequest : public RequestUse {
+class SendRequest : public ExchangeUse {
  public:
   void AddOptions(const Subcommand& request) override {
     request.AddOption("--url", m_options.url, "The institution's address");
@@ -38,19 +40,17 @@ class SendRequest : public RequestUse {
 
   ExitStatus Prepare() override {
     const ExitStatus checked = CheckPrintOptions(m_form);
-    return checked == kExitClean ? m_exchange.Prepare(Direction::kSend) : checked;
+    return checked == kExitClean ? ExchangeUse::Prepare() : checked;
   }
 
-  std::string Where(const std::string& institution) const override {
-    return NameServer(institution, m_options.url);
+  void TakeBank(const Bank& bank) override {
+    ExchangeUse::TakeBank(bank);
+    m_bank = bank;
   }
-  void TakeBank(const Bank& bank) override { FillExchange(m_options, bank); }
   std::string FindMissing() const override { return m_options.url.empty() ? "--url" : ""; }
 
-  std::vector<Account> ListAccounts(const SignOnOptions& signOn) override {
-    std::vector<Account> accounts;
-    AskForAccounts(signOn, m_options, accounts);
-    return accounts;
+  ExitStatus ListAccounts(const SignOnOptions& signOn, std::vector<Account>& accounts) override {
+    return AskForAccounts(signOn, m_options, accounts);
   }
 
   ExitStatus Use(KRBuffer& text) override {
@@ -64,6 +64,7 @@ class SendRequest : public RequestUse {
  private:
   ExitStatus Show(const ParsedFile& reply) const {
     const ExitStatus exitStatus = ComplainOfRefusals(reply);
+    if (m_bank.has_value()) ForgetOlderProfile(*m_bank, reply);
     if (!reply.GetProblem().empty() && m_replyFile.empty()) {
       Complain(reply.GetName(),
                "the reply is not usable; --save-reply keeps it for \"krofx check\"");
@@ -71,8 +72,7 @@ class SendRequest : public RequestUse {
     return Worse(exitStatus, PrintDocument(MakeDocument(reply, m_form.showIdentifiers), m_form));
   }
 
-  ExchangeOptions m_options;
-  Exchange m_exchange{m_options};
+  std::optional<Bank> m_bank;
   std::string m_replyFile;
   PrintOptions m_form;
 };

@@ -12,6 +12,7 @@
 #include "banks/places.h"
 #include "command_line/command_line.h"
 #include "command_line/days.h"
+#include "exchange/profile_asker.h"
 #include "exchange/refusals.h"
 #include "exchange/reply_keeper.h"
 #include "input/parsed_file.h"
@@ -165,20 +166,21 @@ class BankAsker {
   ExitStatus Keep(std::unique_ptr<KRBuffer> text, const Account& account,
                   const std::string& stem) const {
     const std::string name = m_bank.name + " " + NameOf(account);
-    KRBuffer copy(text->GetBufferSize(), 4096);
-    if (copy.WriteLarge(text->GetBufferPtr(), text->GetBufferSize()) != KRBufferOK) {
+    const std::unique_ptr<KRBuffer> copy = CopyOf(*text);
+    if (copy == nullptr) {
       Complain(name, "not enough memory to keep the reply");
       return kExitUnusable;
     }
     const ParsedFile reply(name, std::move(text));
     ExitStatus exitStatus = ComplainOfRefusals(reply);
+    ForgetOlderProfile(m_bank, reply);
     if (!reply.GetProblem().empty()) {
       Complain(name, reply.GetProblem());
       exitStatus = Worse(exitStatus, kExitUnusable);
     }
     if (exitStatus != kExitClean) return exitStatus;
     const std::string path = m_options.folder + "/" + stem + "-" + TextOf(Today()) + ".ofx";
-    const ExitStatus written = WriteOutput(copy, path, Privacy::kPrivate);
+    const ExitStatus written = WriteOutput(*copy, path, Privacy::kPrivate);
     return written != kExitClean
                ? written
                : WriteStandardOutput(SafeLine(name) + ": " + SafeLine(path) + "\n");

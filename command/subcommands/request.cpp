@@ -1,6 +1,7 @@
 // krofx request: makes OFX requests and writes them. One file for each kind of request adds itself
 // here.
 
+#include "banks/profile_file.h"
 #include "command_line/command_line.h"
 #include "requests/request_maker.h"
 
@@ -45,6 +46,10 @@ class WriteRequest : public RequestUse {
              "the request holds the password and is not shown on a terminal; name a file with -o, "
              "or redirect the output");
     return kExitUnusable;
+  }
+
+  ProfileAnswer FindProfile(const SignOnOptions& signOn) override {
+    return {kExitClean, ReadBestKeptProfile(*signOn.bank, VersionOfProfile(signOn))};
   }
 
   ExitStatus Use(KRBuffer& text) override {

@@ -144,6 +144,10 @@ class Bank {
   const std::string& Url() const { return m_url; }
   void SetUrl(const std::string& url) { m_url = url; }
 
+  /// The file of an OFX response whose profile takes the place of the bank's own; empty for none.
+  const std::string& ProfileFile() const { return m_profileFile; }
+  void SetProfileFile(const std::string& file) { m_profileFile = file; }
+
   static constexpr char kOrganisation[] = "HARBORFED";
   static constexpr char kOrganisationId[] = "40711";
   static constexpr char kRealm[] = "HARBOR";
@@ -154,6 +158,7 @@ class Bank {
 
  private:
   std::string m_url = "https://127.0.0.1/ofx";
+  std::string m_profileFile;
   std::deque<User> m_users;
   std::vector<Security> m_securities;
   std::set<std::string> m_requests;

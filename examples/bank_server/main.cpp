@@ -1,19 +1,20 @@
 // An OFX server for testing clients: an invented bank on this machine's loopback address.
 //
 //   bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE] [--cert-file FILE]
-//               [--id-file FILE] [--fault KIND] [--delay SECONDS] [--cut BYTES] [--status N]
-//               [--once | --requests N]
+//               [--id-file FILE] [--profile FILE] [--fault KIND] [--delay SECONDS] [--cut BYTES]
+//               [--status N] [--once | --requests N]
 //
 // At its start it makes a certificate for itself, and prints `listening on
 // https://127.0.0.1:PORT/ofx`. A client has to trust the authority's certificate, which --ca-file
 // writes as PEM and --ca-der as DER, and pins the server by the ID that --id-file writes. With
 // --fault the server's certificate is one that no client should accept; with --delay, --cut and
-// --status the server is slow, breaks its answers off, or answers with an error of HTTP. The server
-// answers requests of the user ada.w with the password not-a-real-password, whose accounts are in
-// bank_data.cpp, in both versions of the message sets: sign-on, profile, list of accounts, bank,
-// card and investment statements, descriptions of securities, and transfers between own accounts,
-// which change balances until the program ends. Statements have the transactions from the first to
-// the last day that a request names, both included; times and zones are ignored.
+// --status the server is slow, breaks its answers off, or answers with an error of HTTP; with
+// --profile it gives the profile of a file, which may change meanwhile, in place of its own. The
+// server answers requests of the user ada.w with the password not-a-real-password, whose accounts
+// are in bank_data.cpp, in both versions of the message sets: sign-on, profile, list of accounts,
+// bank, card and investment statements, descriptions of securities, and transfers between own
+// accounts, which change balances until the program ends. Statements have the transactions from the
+// first to the last day that a request names, both included; times and zones are ignored.
 //
 // The files: main.cpp reads the command line; server.cpp speaks HTTP; certificates.cpp makes the
 // certificates; answer.cpp turns a request's text into the answer's; request_classes.cpp defines
@@ -32,7 +33,7 @@ namespace {
 constexpr char kUsage[] =
     "usage: bank_server [--port N] [--http] [--ca-file FILE] [--ca-der FILE]\n"
     "                   [--cert-file FILE] [--id-file FILE] [--fault KIND] [--delay SECONDS]\n"
-    "                   [--cut BYTES] [--status N] [--once | --requests N]\n"
+    "                   [--cut BYTES] [--status N] [--profile FILE] [--once | --requests N]\n"
     "  --port N        listen on port N of 127.0.0.1 (default: a free one)\n"
     "  --http          speak plain HTTP\n"
     "  --ca-file FILE  write the certificate of the authority as PEM\n"
@@ -40,6 +41,7 @@ constexpr char kUsage[] =
     "  --fault KIND    show a certificate that is expired, not-yet-valid, or for an other-host\n"
     "  --cert-file FILE  write the server's own certificate as PEM\n"
     "  --id-file FILE  write its ID, by which a client pins it\n"
+    "  --profile FILE  give the profile in this OFX response, if there is such a file\n"
     "  --delay SECONDS wait before each answer\n"
     "  --cut BYTES     break each answer off after so many bytes\n"
     "  --status N      answer with the HTTP status N, from 400 to 599, and nothing else\n"
@@ -75,6 +77,7 @@ std::string* FileOption(const char* name, bank_server::Options& options) {
   if (std::strcmp(name, "--ca-der") == 0) return &options.authorityDer;
   if (std::strcmp(name, "--cert-file") == 0) return &options.serverPem;
   if (std::strcmp(name, "--id-file") == 0) return &options.serverId;
+  if (std::strcmp(name, "--profile") == 0) return &options.profile;
   return nullptr;
 }
 

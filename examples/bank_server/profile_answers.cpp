@@ -2,6 +2,9 @@
 
 #include "answers.h"
 
+#include <fstream>
+#include <iterator>
+
 namespace bank_server {
 namespace {
 
@@ -165,22 +168,7 @@ KRAccountInfoBase* MakeInfo(u16 version, const InvestmentAccount& account) {
   return info;
 }
 
-}  // namespace
-
-KRStatus* MakeStatus(u16 version, s32 code) {
-  KRStatus* status = Factory().NewStatus(version);
-  status->SetCode(code);
-  const bool good = code == kDone || code == kUpToDate;
-  status->SetSeverity(good ? KRStatusSeverity_INFO : KRStatusSeverity_ERROR);
-  for (const Wording& wording : kWordings) {
-    if (wording.code != code) continue;
-    status->SetMessageText(wording.text);
-    status->SetMessage2Text(wording.text);
-  }
-  return status;
-}
-
-KRProfileRs* MakeProfile(u16 version, const Bank& bank) {
+KRProfileRs* MakeOwnProfile(u16 version, const Bank& bank) {
   KRSignOnInfo* rules = Factory().NewSignOnInfo(version);
   rules->SetSignOnRealm(Bank::kRealm);
   rules->SetMin("6");
@@ -205,6 +193,50 @@ KRProfileRs* MakeProfile(u16 version, const Bank& bank) {
   profile->SetPostalCode("04401");
   profile->SetCountry("USA");
   return profile;
+}
+
+// The profile in a file with an OFX response; null when there is none of this version.
+KRProfileRs* ReadProfile(u16 version, const std::string& name) {
+  std::ifstream in(name, std::ios::binary);
+  const std::string text(std::istreambuf_iterator<char>(in), {});
+  KRBuffer buffer(0, 0);
+  if (buffer.WriteLarge(text.data(), static_cast<u32>(text.size())) != KRBufferOK) return nullptr;
+  KRFileRs file;
+  KRSimpleParser parser;
+  parser.Parse(&buffer, &file, 0);
+  const KRResponse* const response = file.GetResponse(0);
+  for (u16 set = 0; response != nullptr && set < response->GetNumMessageSet(); ++set) {
+    const KRMessageSetRs& transactions = *response->GetMessageSet(set);
+    for (u16 index = 0; index < transactions.GetNumTrans(); ++index) {
+      auto* const found =
+          dynamic_cast<KRProfileRs*>(transactions.GetTrans(index)->GetActualTrans());
+      if (found == nullptr || found->GetMsgSetVersion() != version) continue;
+      KRProfileRs* const profile = Factory().NewProfileRs(version);
+      profile->DeepCopyFrom(found);
+      return profile;
+    }
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+KRStatus* MakeStatus(u16 version, s32 code) {
+  KRStatus* status = Factory().NewStatus(version);
+  status->SetCode(code);
+  const bool good = code == kDone || code == kUpToDate;
+  status->SetSeverity(good ? KRStatusSeverity_INFO : KRStatusSeverity_ERROR);
+  for (const Wording& wording : kWordings) {
+    if (wording.code != code) continue;
+    status->SetMessageText(wording.text);
+    status->SetMessage2Text(wording.text);
+  }
+  return status;
+}
+
+KRProfileRs* MakeProfile(u16 version, const Bank& bank) {
+  KRProfileRs* const given = ReadProfile(version, bank.ProfileFile());
+  return given != nullptr ? given : MakeOwnProfile(version, bank);
 }
 
 KRAccountInfoRs* MakeAccountList(u16 version, const User& user) {

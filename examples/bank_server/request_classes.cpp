@@ -7,6 +7,8 @@
 
 #include "request_classes.h"
 
+#include <memory>
+
 #include "answers.h"
 #include "server_impl.h"
 
@@ -21,7 +23,8 @@ KRSignOnRs* SignOn(Exchange& exchange, KRSignOnRq& request, u16 version) {
   answer->SetDtServer(exchange.now);
   answer->SetLanguage("ENG");
   if (exchange.user != nullptr) {
-    answer->SetDtProfUp(Bank::kProfileDay);
+    const std::unique_ptr<KRProfileRs> profile(MakeProfile(version, exchange.bank));
+    answer->SetDtProfUp(profile->GetDtProfUp());
     answer->SetDtAcctUp(Bank::kAccountsDay);
   }
   KRFI* institution = Factory().NewFI(version);
@@ -116,10 +119,12 @@ class OwnTransaction : public KRTransRq {
 class OwnProfileRq : public KRProfileRq {
  public:
   u16 ProcessRequest(const ServerImpl* server) override {
-    if (DayOf(GetDtProfUp()) >= DayOf(Bank::kProfileDay)) {
+    KRProfileRs* const profile = MakeProfile(GetMsgSetVersion(), server->Now().bank);
+    if (DayOf(GetDtProfUp()) >= DayOf(profile->GetDtProfUp())) {
+      delete profile;
       server->Answer(kUpToDate);
     } else {
-      server->Answer(kDone, MakeProfile(GetMsgSetVersion(), server->Now().bank));
+      server->Answer(kDone, profile);
     }
     return 1;
   }

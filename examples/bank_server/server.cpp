@@ -225,6 +225,7 @@ int Serve(Bank& bank, const Options& options) {
   }
   if (!options.plain && !WriteCertificates(options, identity)) return 1;
 
+  bank.SetProfileFile(options.profile);
   const std::unique_ptr<httplib::Server> server = MakeServer(options, identity);
   Handlers handlers(bank, options);
   handlers.AddTo(*server);

@@ -34,6 +34,7 @@ struct Options {
   std::string authorityDer;
   std::string serverPem;  ///< The file for the server's own certificate, and the one for its ID.
   std::string serverId;
+  std::string profile;                 ///< The file of the profile, read for each request.
   Fault fault = Fault::kNone;          ///< The fault of the server's certificate.
   std::size_t requests = 0;            ///< After how many requests to end; 0 for never.
   std::chrono::milliseconds delay{0};  ///< Before each answer.

@@ -1,0 +1,162 @@
+// Reads profiles out of replies, and judges the addresses in them.
+
+#include "banks/profile.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+#include <cstdio>
+
+#include "exchange/url.h"
+#include "input/element_value.h"
+#include "input/parsed_file.h"
+
+namespace krofx::command {
+
+namespace {
+
+constexpr std::string_view kEncrypted = "TYPE1";
+// How the tags of what a message set has in the second version end.
+constexpr std::string_view kSecondVersion = "MSGSETV2";
+
+int NumberOf(const Element& element, std::string_view tag) {
+  const Element* const found = element.Find(tag);
+  int number = 0;
+  if (found == nullptr) return 0;
+  std::from_chars(found->value.data(), found->value.data() + found->value.size(), number);
+  return number;
+}
+
+bool IsTrue(const Element& element, std::string_view tag) {
+  return ValueOf(element, tag) == "true";
+}
+
+void ReadSets(const Element& list, std::vector<OfferedSet>& sets) {
+  for (const Element& family : list.children) {
+    for (const Element& version : family.children) {
+      const Element* const core = version.Find("MSGSETCORE");
+      if (core == nullptr || version.tag.empty()) continue;
+      OfferedSet set;
+      set.family = family.tag;
+      // The tag is what wraps requests of the version.
+      set.version = static_cast<u16>(version.tag.back() - '0');
+      set.url = ValueOf(*core, "URL");
+      if (set.url.empty()) set.url = ValueOf(*core, "URL2");
+      set.realm = ValueOf(*core, "SIGNONREALM");
+      set.encrypted = ValueOf(*core, "OFXSEC") == kEncrypted;
+      set.syncMode = ValueOf(*core, "SYNCMODE");
+      sets.push_back(std::move(set));
+    }
+  }
+}
+
+void ReadRealms(const Element& list, std::vector<PasswordRules>& realms) {
+  for (const Element& each : list.children) {
+    if (each.tag != "SIGNONINFO") continue;
+    PasswordRules rules;
+    rules.realm = ValueOf(each, "SIGNONREALM");
+    rules.least = NumberOf(each, "MIN");
+    rules.most = NumberOf(each, "MAX");
+    rules.characters = ValueOf(each, "CHARTYPE");
+    rules.caseMatters = IsTrue(each, "CASESEN");
+    rules.special = IsTrue(each, "SPECIAL");
+    rules.spaces = IsTrue(each, "SPACES");
+    rules.canChange = IsTrue(each, "PINCH");
+    realms.push_back(std::move(rules));
+  }
+}
+
+// Calls a function with each message set of each response.
+template <class Function>
+void ForEachSet(const ParsedFile& reply, Function function) {
+  for (const OfxFile& each : reply.GetOfxFiles()) {
+    const auto* const file = dynamic_cast<const KRFileRs*>(each.file);
+    if (file == nullptr) continue;
+    for (u16 index = 0; index < file->GetNumberOfResponse(); ++index) {
+      const KRResponse& response = *file->GetResponse(index);
+      for (u16 set = 0; set < response.GetNumMessageSet(); ++set) {
+        function(*response.GetMessageSet(set), each);
+      }
+    }
+  }
+}
+
+std::string InSmallLetters(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+}  // namespace
+
+const OfferedSet* Profile::Find(Service service, u16 version) const {
+  const auto found = std::find_if(sets.begin(), sets.end(), [&](const OfferedSet& each) {
+    return each.family == FamilyOf(service) && each.version == version;
+  });
+  return found == sets.end() ? nullptr : &*found;
+}
+
+const PasswordRules* Profile::FindRules(const std::string& realm) const {
+  const auto found =
+      std::find_if(realms.begin(), realms.end(),
+                   [&realm](const PasswordRules& each) { return each.realm == realm; });
+  return found == realms.end() ? nullptr : &*found;
+}
+
+std::string Profile::DayText() const {
+  char text[32] = "";
+  std::snprintf(text, sizeof text, "%04u-%02u-%02u", unsigned{day.GetYear()},
+                unsigned{day.GetMonth()}, unsigned{day.GetDay()});
+  return text;
+}
+
+std::shared_ptr<const Profile> ReadProfile(const ParsedFile& reply) {
+  std::shared_ptr<Profile> profile;
+  ForEachSet(reply, [&profile](const KRMessageSetRs& set, const OfxFile& file) {
+    for (u16 index = 0; index < set.GetNumTrans() && profile == nullptr; ++index) {
+      auto* const found = dynamic_cast<KRProfileRs*>(set.GetTrans(index)->GetActualTrans());
+      if (found == nullptr) continue;
+      profile = std::make_shared<Profile>();
+      profile->day = found->GetDtProfUp();
+      TextArena arena;
+      const Element& element = ReadElements(*found, arena, file.text);
+      if (const Element* const sets = element.Find("MSGSETLIST")) ReadSets(*sets, profile->sets);
+      const Element* const realms = element.Find("SIGNONINFOLIST");
+      if (realms != nullptr) ReadRealms(*realms, profile->realms);
+    }
+  });
+  if (profile == nullptr) return nullptr;
+  for (const krofx::Mending& mending : reply.GetMendings()) {
+    profile->namesSecondVersion |= ToText(mending.tag).ends_with(kSecondVersion);
+  }
+  return profile;
+}
+
+bool NamesNewerProfile(const ParsedFile& reply, const Profile& profile) {
+  bool newer = false;
+  ForEachSet(reply, [&](const KRMessageSetRs& set, const OfxFile&) {
+    const KRSignOnRs* const signOn = set.GetSignOnRs();
+    if (signOn == nullptr || signOn->ValidateTag(KRTag_DTPROFUP) == 0) return;
+    newer |= (signOn->GetDtProfUp() > profile.day) != 0;
+  });
+  return newer;
+}
+
+std::string FindAddressProblem(const Bank& bank, const std::string& address) {
+  const Url url(address);
+  const Url own(bank.url);
+  if (url.Text() == own.Text()) return "";
+  if (url.scheme != "https" && (url.scheme != "http" || own.scheme != "http")) {
+    return "it is not https";
+  }
+  if (!url.user.empty()) return "it has a user in it";
+  const std::string host = InSmallLetters(url.host);
+  const bool known = host == InSmallLetters(own.host) ||
+                     std::any_of(bank.hosts.begin(), bank.hosts.end(),
+                                 [&](const auto& each) { return InSmallLetters(each) == host; });
+  if (known) return "";
+  return "it is on another host than the bank's own address; if you trust it, add hosts = [\"" +
+         url.host + "\"] to [" + bank.name + "] in banks.toml";
+}
+
+}  // namespace krofx::command

@@ -1,0 +1,57 @@
+// What an institution offers, by its profile.
+
+#ifndef KROFX_COMMAND_BANKS_PROFILE_H_
+#define KROFX_COMMAND_BANKS_PROFILE_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "banks/bank.h"
+#include "banks/password_rules.h"
+#include "banks/services.h"
+
+namespace krofx::command {
+
+class ParsedFile;
+
+/// One version of a message set that an institution offers.
+struct OfferedSet {
+  std::string family;  ///< See FamilyOf.
+  u16 version = 0;
+  std::string url;         ///< Where its requests go; may be empty.
+  std::string realm;       ///< Whose passwords sign on to it.
+  bool encrypted = false;  ///< Passwords are encrypted within OFX, besides TLS.
+  std::string syncMode;    ///< FULL or LITE.
+};
+
+/// A profile.
+struct Profile {
+  KRDateTime day;  ///< When it last changed, as the institution says it.
+  std::vector<OfferedSet> sets;
+  std::vector<PasswordRules> realms;
+  /// It lists sets of the second version, which only a profile in that version describes.
+  bool namesSecondVersion = false;
+
+  /// What it offers of a service in a version; null for nothing.
+  const OfferedSet* Find(Service service, u16 version) const;
+  /// The rules for passwords of a realm; null when it has none.
+  const PasswordRules* FindRules(const std::string& realm) const;
+  /// Its day as 2025-11-15.
+  std::string DayText() const;
+};
+
+/// The profile in a reply; null when there is none.
+std::shared_ptr<const Profile> ReadProfile(const ParsedFile& reply);
+
+/// Whether the sign-on of a reply says that the profile has changed since this one.
+bool NamesNewerProfile(const ParsedFile& reply, const Profile& profile);
+
+/// Why nothing may be sent to an address in the profile of a bank: it must be as safe as the bank's
+/// own, and on a host that the user named.
+/// @return empty when it may be sent there.
+std::string FindAddressProblem(const Bank& bank, const std::string& address);
+
+}  // namespace krofx::command
+
+#endif  // KROFX_COMMAND_BANKS_PROFILE_H_
