@@ -12,8 +12,10 @@
 
 // Looking at trees.
 #include "krofx/host/account_view.h"
+#include "krofx/host/investment_transaction_view.h"
 #include "krofx/host/look.h"
 #include "krofx/host/position_view.h"
+#include "krofx/host/security_search.h"
 #include "krofx/host/statement_view.h"
 #include "krofx/host/transaction_view.h"
 #include "krofx/host/view_range.h"

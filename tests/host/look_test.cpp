@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/messages/banking/accounts.h"
@@ -168,6 +169,39 @@ TEST(Each, TakesNoMemoryInATreeThatWasRead) {
   ForEach<KRBankStatementTx>(reading, [&](const KRBankStatementTx&) { ++count; });
   EXPECT_EQ(count, 3);
   EXPECT_FALSE(AlarmIsSet());
+}
+
+// What was found refers to the tree alone, not to the search.
+TEST(Found, KnowsItsPathWhenTheSearchHasMovedOnOrIsGone) {
+  const Reading reading = Three();
+  const auto first = *Each<KRBankStatementTx>(reading).begin();
+  std::vector<Found<const KRBankStatementTx>> all;
+  for (const auto& tx : Each<KRBankStatementTx>(reading)) all.push_back(tx);
+  ASSERT_EQ(all.size(), 3u);
+  const std::string list = "OFX/BANKMSGSRSV1/STMTTRNRS/STMTRS/BANKTRANLIST/STMTTRN";
+  EXPECT_EQ(Str(first.Path()), list + "[1]");
+  EXPECT_EQ(&*first, &*all[0]);
+  EXPECT_EQ(Str(all[1].Path()), list + "[2]");
+  EXPECT_EQ(Str(all[2].Path()), list + "[3]");
+  ASSERT_NE(all[2].Ancestor<KRBankStatementRs>(), nullptr);
+  EXPECT_EQ(all[2].Parent(), all[2].Ancestor<KRBankTransactionList>());
+}
+
+TEST(Found, HasThePathOfAnObjectInFilesInFiles) {
+  KRFile root;
+  KRFile* deepest = &root;
+  for (int level = 0; level < 40; ++level) {
+    auto* const file = new KRFile;
+    ASSERT_EQ(deepest->AppendSubfile(file), 1);
+    deepest = file;
+  }
+  std::size_t count = 0;
+  for (const auto& file : Each<KRFile>(root)) {
+    EXPECT_EQ(Str(file.Path()), "");
+    EXPECT_EQ(file.Parent() == nullptr, count == 0);
+    ++count;
+  }
+  EXPECT_EQ(count, 41u);
 }
 
 // The trees of a temporary would be gone at once.

@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "krofx/host/amounts.h"
 #include "krofx/host/dates.h"
+#include "krofx/host/investment_transaction_view.h"
 #include "krofx/host/statement_view.h"
 #include "krofx/messages/investment/statement.h"
 #include "krofx/messages/investment/transactions.h"
@@ -121,6 +124,58 @@ TEST(StatementViews, ShowInvestmentsWithTheNamesOfTheirSecurities) {
     }
     EXPECT_GT(positions, 2) << name;
   }
+}
+
+TEST(InvestmentTransactionViews, ShowEveryKindInTheOrderOfTheDocument) {
+  for (const char* name : {"brokerage.ofx", "brokerage-v2.ofx"}) {
+    const Reading reading = ReadFile((std::string(KROFX_EXAMPLES "/") + name).c_str());
+    std::set<std::string_view> kinds;
+    int count = 0;
+    for (const InvestmentTransactionView tx : InvestmentTransactions(reading)) {
+      ++count;
+      kinds.insert(tx.Kind());
+      EXPECT_TRUE(ToDay(tx.Traded())) << name << tx.Kind();
+      EXPECT_FALSE(tx.Id().empty()) << name << tx.Kind();
+      EXPECT_FALSE(tx.Currency().empty()) << name << tx.Kind();
+      EXPECT_EQ(tx.Security().empty(), tx.SecurityId().empty()) << name << tx.Kind();
+      EXPECT_EQ(tx.Money() != nullptr, tx.Kind() == "INVBANKTRAN");
+      EXPECT_TRUE(tx.Units() || tx.Total()) << name << tx.Kind();
+    }
+    EXPECT_EQ(kinds.size(), 21u) << name;
+    const StatementView statement = *Statements(reading).begin();
+    for (const InvestmentTransactionView tx : statement.InvestmentTransactions()) {
+      --count;
+      EXPECT_NE(&tx.Get(), nullptr);
+    }
+    EXPECT_EQ(count, 0) << name;
+  }
+  const Reading bank = ReadFile(KROFX_EXAMPLES "/checking.ofx");
+  for (const InvestmentTransactionView tx : InvestmentTransactions(bank)) {
+    ADD_FAILURE() << tx.Kind();
+  }
+}
+
+TEST(InvestmentTransactionViews, AreEmptyWhereNothingIs) {
+  KRInvStmtRs statement;
+  auto* const list = new KRInvTranList;
+  ASSERT_EQ(statement.SetInvTranList(list), 1);
+  ASSERT_EQ(list->AppendBuyStock(new KRBuyStock), 1);
+  ASSERT_EQ(list->AppendInvBankTran(new KRInvBankTran), 1);
+  int count = 0;
+  for (const InvestmentTransactionView tx : InvestmentTransactions(statement)) {
+    ++count;
+    EXPECT_EQ(ToDay(tx.Traded()), std::nullopt);
+    EXPECT_EQ(tx.Units(), std::nullopt);
+    EXPECT_EQ(tx.Total(), std::nullopt);
+    EXPECT_EQ(tx.IsTaxExempt(), std::nullopt);
+    EXPECT_EQ(tx.Detail(), "");
+    EXPECT_EQ(tx.Security(), "");
+    EXPECT_EQ(tx.Memo(), "");
+    EXPECT_EQ(tx.Id(), "");
+    EXPECT_EQ(tx.Currency(), "");
+    EXPECT_EQ(tx.Money(), nullptr);
+  }
+  EXPECT_EQ(count, 2);
 }
 
 TEST(PositionViews, ShowWhatTheirKindsAdd) {

@@ -15,6 +15,7 @@
 #include <iterator>
 
 #include "krofx/core/export.h"
+#include "krofx/core/lifetime.h"
 #include "krofx/core/string.h"
 #include "krofx/host/internal/tree_walk.h"
 #include "krofx/model/data_object.h"
@@ -22,30 +23,44 @@
 
 namespace krofx {
 
-/// Where an object is in its tree. Lives as long as the search is at this object.
+/// Where an object is in its tree. A value of its own: it refers to the objects of the tree, not to
+/// the search that has found them.
 class Trail {
  public:
-  explicit Trail(const internal::TreeWalk& walk) : m_walk(&walk) {}
+  explicit Trail(const internal::TreeWalk& walk) {
+    while (m_count < kMost) {
+      const KRDataObj* const object = walk.Above(m_count);
+      if (object == nullptr) break;
+      m_line[m_count++] = object;
+    }
+  }
 
-  /// The nearest object of a class above this one; null when there is none.
+  /// The nearest object of a class above this one.
+  /// @return null when there is none.
   template <class Class>
   const Class* Ancestor() const {
-    for (std::size_t steps = 1; KRDataObj* const object = m_walk->Above(steps); ++steps) {
-      if (auto* const found = dynamic_cast<const Class*>(object)) return found;
+    for (std::size_t at = 1; at < m_count; ++at) {
+      if (auto* const found = dynamic_cast<const Class*>(m_line[at])) return found;
     }
     return nullptr;
   }
   /// The object right above this one; null for the root.
-  const KRDataObj* Parent() const { return m_walk->Above(1); }
+  const KRDataObj* Parent() const { return m_count > 1 ? m_line[1] : nullptr; }
   /// The tags from the root on, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number, from 1,
-  /// tells aggregates of one tag and parent apart.
-  KRString Path() const { return m_walk->Path(); }
+  /// is there for one of several aggregates with one tag and parent.
+  KRString Path() const { return internal::PathOf({m_line, m_count}); }
 
  private:
-  const internal::TreeWalk* m_walk;
+  // A parse opens ten aggregates below the root. Only files in files are deeper: they have no tag
+  // in a path, and the nearest ones are here.
+  static constexpr std::size_t kMost = 16;
+
+  std::size_t m_count = 0;
+  const KRDataObj* m_line[kMost];  // The object, its parent, and so on.
 };
 
-/// An object that was found. As a pointer to it, and with its trail.
+/// An object that was found. As a pointer to it, and with its trail; it may be kept as long as the
+/// tree is there and is not changed.
 template <class Class>
 class Found : public Trail {
  public:
@@ -101,8 +116,8 @@ class EachRange {
 
   explicit EachRange(const internal::TreeSource& source) : m_source(source), m_walk(source) {}
 
-  /// Starts from the first object.
-  Iterator begin() {
+  /// Starts from the first object. The iterator refers to the range; what it finds does not.
+  Iterator begin() KROFX_LIFETIME_BOUND {
     m_walk = internal::TreeWalk(m_source);
     return Iterator(m_walk);
   }

@@ -3,29 +3,12 @@
 #include "krofx/host/position_view.h"
 
 #include "krofx/host/currency_text.h"
+#include "krofx/host/security_search.h"
 #include "krofx/messages/investment/securities.h"
-#include "krofx/values/utility.h"
 
 namespace krofx {
 
 using internal::TextIf;
-
-namespace {
-
-bool IsSame(const KRSecID& a, const KRSecID& b) {
-  return (a.GetUniqueID() == b.GetUniqueID()) != 0 &&
-         (a.GetUniqueIDType() == b.GetUniqueIDType()) != 0;
-}
-
-}  // namespace
-
-const KRSecInfo* FindSecurity(const internal::TreeSource& source, const KRSecID& id) {
-  for (const auto& found : EachRange<const KRSecInfo>(source)) {
-    const KRSecID* const own = found->GetSecID();
-    if (own != nullptr && IsSame(*own, id)) return &*found;
-  }
-  return nullptr;
-}
 
 PositionView::PositionView(const Found<const KRInvPos>& found, const internal::TreeSource& whole)
     : m_position(&*found), m_around(found.Parent()) {
@@ -35,15 +18,7 @@ PositionView::PositionView(const Found<const KRInvPos>& found, const internal::T
   }
 }
 
-std::string_view PositionView::Kind() const {
-  const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
-  // The question changes nothing, though it is not const.
-  const KRTagID tag =
-      m_around == nullptr ? KRTag_None : const_cast<KRDataObj*>(m_around)->GetType();
-  const char* const text =
-      dictionary == nullptr || tag == KRTag_None ? nullptr : dictionary->GetTagString(tag);
-  return text == nullptr ? std::string_view() : std::string_view(text);
-}
+std::string_view PositionView::Kind() const { return internal::TagOf(m_around); }
 
 std::string_view PositionView::Security() const {
   if (m_security == nullptr) return {};

@@ -12,15 +12,9 @@
 #include "krofx/values/date_time.h"
 #include "krofx/values/precision_integer.h"
 
-class KRSecID;
 class KRSecInfo;
 
 namespace krofx {
-
-/// The description of a security in the security lists of `source`, as Each takes it. It looks
-/// through the lists each time.
-/// @return null when there is none.
-KROFX_API const KRSecInfo* FindSecurity(const internal::TreeSource& source, const KRSecID& id);
 
 /// Shows a position of any kind: what is in its INVPOS, in the aggregate around that, and in the
 /// file's security list. It refers to the objects, which must outlive it and its texts. What is

@@ -132,6 +132,10 @@ ViewRange<TransactionView, KRBankStatementTx> StatementView::Transactions() cons
   return {internal::TreeSource(&Get()), m_whole};
 }
 
+ViewRange<InvestmentTransactionView, KRDataObj> StatementView::InvestmentTransactions() const {
+  return {internal::TreeSource(&Get()), m_whole};
+}
+
 ViewRange<PositionView, KRInvPos> StatementView::Positions() const {
   return {internal::TreeSource(&Get()), m_whole};
 }

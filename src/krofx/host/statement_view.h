@@ -8,6 +8,7 @@
 
 #include "krofx/core/export.h"
 #include "krofx/host/account_view.h"
+#include "krofx/host/investment_transaction_view.h"
 #include "krofx/host/position_view.h"
 #include "krofx/host/transaction_view.h"
 
@@ -49,6 +50,8 @@ class KROFX_API StatementView {
   std::string_view Note() const;
   /// The transactions of a bank or card account; of investments those of the money.
   ViewRange<TransactionView, KRBankStatementTx> Transactions() const;
+  /// All transactions of an investment account; none of a bank account or card.
+  ViewRange<InvestmentTransactionView, KRDataObj> InvestmentTransactions() const;
   /// The positions; none of a bank account or card.
   ViewRange<PositionView, KRInvPos> Positions() const;
   /// The object itself, a KRGenericStatementRs or a KRInvStmtRs.

@@ -15,7 +15,7 @@ namespace krofx {
 
 /// Views of objects, made as they are reached, in the order of the document. To be gone through
 /// once at a time; the trees must outlive it.
-/// @tparam View made from a Found and the source; View::Shows says of which objects.
+/// @tparam View made from a Found and the source; View::Shows says of which objects or Founds.
 /// @tparam Class whose objects are looked at.
 template <class View, class Class>
 class ViewRange {
@@ -45,7 +45,7 @@ class ViewRange {
 
    private:
     void PassOver() {
-      while (m_at != std::default_sentinel && !View::Shows(**m_at)) ++m_at;
+      while (m_at != std::default_sentinel && !View::Shows(*m_at)) ++m_at;
     }
 
     typename EachRange<const Class>::Iterator m_at;

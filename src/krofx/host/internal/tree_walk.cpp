@@ -41,6 +41,10 @@ KRDataObj* TreeWalk::Next() {
   return root == nullptr ? nullptr : Push(root);
 }
 
+void TreeWalk::SkipChildren() {
+  if (m_depth > 0) At(m_depth - 1).next = At(m_depth - 1).count;
+}
+
 KRDataObj* TreeWalk::Push(KRDataObj* object) {
   const Frame frame{object, 0, object->GetNumberOfChildren()};
   if (m_depth < kLevels) {
@@ -64,28 +68,34 @@ KRDataObj* TreeWalk::Above(std::size_t steps) const {
   return steps < m_depth ? At(m_depth - 1 - steps).object : nullptr;
 }
 
+// The question changes nothing, though it is not const.
+KRTagID TypeOf(const KRDataObj& object) { return const_cast<KRDataObj&>(object).GetType(); }
+
+namespace {
+
 // Which of its tag an object is in its parent, from 1; 0 for the only one.
-unsigned TreeWalk::NumberAt(std::size_t level) const {
-  if (level == 0) return 0;
-  const Frame& parent = At(level - 1);
-  const KRTagID tag = At(level).object->GetType();
+unsigned NumberIn(const KRDataObj& parent, const KRDataObj& object) {
+  const u16 count = parent.GetNumberOfChildren();
   unsigned all = 0;
   unsigned own = 0;
-  for (u16 index = 0; index < parent.count; ++index) {
-    KRDataObj* const sibling = parent.object->GetChild(index);
-    if (sibling == nullptr || sibling->GetType() != tag) continue;
+  for (u16 index = 0; index < count; ++index) {
+    const KRDataObj* const sibling = parent.GetChild(index);
+    if (sibling == nullptr || TypeOf(*sibling) != TypeOf(object)) continue;
     ++all;
-    if (sibling == At(level).object) own = all;
+    if (sibling == &object) own = all;
   }
   return all == 1 ? 0 : own;
 }
 
-KRString TreeWalk::Path() const {
+}  // namespace
+
+KRString PathOf(std::span<const KRDataObj* const> line) {
   KRString path;
-  for (std::size_t level = 0; level < m_depth; ++level) {
-    KRDataObj* const object = At(level).object;
-    if (dynamic_cast<KRFile*>(object) != nullptr) continue;  // A file has no tag in the text.
-    AddToPath(path, KRUtility::ObjectToString(object), NumberAt(level));
+  for (std::size_t at = line.size(); at-- > 0;) {
+    const KRDataObj& object = *line[at];
+    if (dynamic_cast<const KRFile*>(&object) != nullptr) continue;  // It has no tag in the text.
+    const unsigned number = at + 1 < line.size() ? NumberIn(*line[at + 1], object) : 0;
+    AddToPath(path, KRUtility::TagToString(TypeOf(object)), number);
   }
   return path;
 }

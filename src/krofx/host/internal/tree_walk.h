@@ -4,11 +4,13 @@
 #define KROFX_HOST_INTERNAL_TREE_WALK_H_
 
 #include <cstddef>
+#include <span>
 #include <utility>
 
 #include "krofx/core/export.h"
 #include "krofx/core/list.h"
 #include "krofx/core/string.h"
+#include "krofx/core/tags.h"
 #include "krofx/core/types.h"
 
 class KRDataObj;
@@ -35,6 +37,13 @@ class TreeSource {
   const Reading* m_reading = nullptr;
 };
 
+/// @return the tag that an object is in its tree as.
+KROFX_API KRTagID TypeOf(const KRDataObj& object);
+
+/// The path of an object by what is above it, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS".
+/// @param line the object, its parent, and so on up to the root.
+KROFX_API KRString PathOf(std::span<const KRDataObj* const> line);
+
 /// Goes through the objects of one or more trees in the order of the document, a parent before its
 /// children. The trees must not change meanwhile. It takes no memory unless a tree is deeper than
 /// any that OFX describes.
@@ -46,10 +55,10 @@ class KROFX_API TreeWalk {
   /// Moves to the next object.
   /// @return it; null after the last, and, with the fire alarm raised, when memory is exhausted.
   KRDataObj* Next();
+  /// Passes over what is below the current object.
+  void SkipChildren();
   /// The object `steps` levels above the current one: 1 is its parent. Null above the root.
   KRDataObj* Above(std::size_t steps) const;
-  /// The path of the current object, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS".
-  KRString Path() const;
 
  private:
   struct Frame {
@@ -66,7 +75,6 @@ class KROFX_API TreeWalk {
   Frame& At(std::size_t level) { return const_cast<Frame&>(std::as_const(*this).At(level)); }
   KRDataObj* Push(KRDataObj* object);
   void Pop();
-  unsigned NumberAt(std::size_t level) const;
   const KRDataObj* NextRoot();
 
   const KRDataObj* m_root = nullptr;
