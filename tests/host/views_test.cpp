@@ -11,6 +11,7 @@
 #include "krofx/host/amounts.h"
 #include "krofx/host/dates.h"
 #include "krofx/host/investment_transaction_view.h"
+#include "krofx/host/own.h"
 #include "krofx/host/statement_view.h"
 #include "krofx/messages/investment/statement.h"
 #include "krofx/messages/investment/transactions.h"
@@ -156,13 +157,13 @@ TEST(InvestmentTransactionViews, ShowEveryKindInTheOrderOfTheDocument) {
 }
 
 TEST(InvestmentTransactionViews, AreEmptyWhereNothingIs) {
-  KRInvStmtRs statement;
-  auto* const list = new KRInvTranList;
-  ASSERT_EQ(statement.SetInvTranList(list), 1);
-  ASSERT_EQ(list->AppendBuyStock(new KRBuyStock), 1);
-  ASSERT_EQ(list->AppendInvBankTran(new KRInvBankTran), 1);
+  auto list = New<KRInvTranList>(1);
+  ASSERT_TRUE(Give(*list, &KRInvTranList::AppendBuyStock, New<KRBuyStock>(1)));
+  ASSERT_TRUE(Give(*list, &KRInvTranList::AppendInvBankTran, New<KRInvBankTran>(1)));
+  const auto statement = New<KRInvStmtRs>(1);
+  ASSERT_TRUE(Give(*statement, &KRInvStmtRs::SetInvTranList, std::move(list)));
   int count = 0;
-  for (const InvestmentTransactionView tx : InvestmentTransactions(statement)) {
+  for (const InvestmentTransactionView tx : InvestmentTransactions(*statement)) {
     ++count;
     EXPECT_EQ(ToDay(tx.Traded()), std::nullopt);
     EXPECT_EQ(tx.Units(), std::nullopt);

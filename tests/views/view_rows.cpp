@@ -2,7 +2,8 @@
 //
 //     krofx_view_rows transactions|positions|statements FILE
 //
-// A row is a line of its columns, "name=value", with tabs between them; what is empty is left out.
+// A row is its columns, "name=value", with an end of its own after each column and each row, since
+// texts can have line ends; what is empty is left out.
 
 #include <krofx/host.h>
 
@@ -21,19 +22,22 @@ class Line {
   void Add(std::string_view name, std::string_view value) {
     if (value.empty()) return;
     const KRString text = m_text->ToUtf8(KRString(std::string(value).c_str()));
-    m_line += m_line.empty() ? "" : "\t";
-    m_line += std::string(name) + "=" + static_cast<const char*>(text);
+    m_line += std::string(name) + "=" + static_cast<const char*>(text) + kColumnEnd;
   }
   void Add(std::string_view name, const OptionalNumber& number) {
-    if (number) Add(name, std::string_view(static_cast<const char*>(*number)));
+    // With the places that the file gives, as the command writes numbers.
+    if (number) Add(name, krofx::ToText(*number, number->Decimal()));
   }
   void Add(std::string_view name, const KRDateTime& date) { Add(name, krofx::ToText(date)); }
   void Add(std::string_view name, std::optional<bool> flag) {
     if (flag) Add(name, std::string_view(*flag ? "true" : "false"));
   }
-  ~Line() { std::printf("%s\n", m_line.c_str()); }
+  ~Line() { std::printf("%s%c", m_line.c_str(), kRowEnd); }
 
  private:
+  static constexpr char kColumnEnd = '\x1f';
+  static constexpr char kRowEnd = '\x1e';
+
   const krofx::OfxText* m_text;
   std::string m_line;
 };

@@ -30,8 +30,8 @@ def shown(program, table, path):
     """The rows of the views."""
     run = subprocess.run([program, table, path], text=True, capture_output=True, check=True,
                          timeout=60)
-    return [dict(column.split("=", 1) for column in line.split("\t"))
-            for line in run.stdout.splitlines()]
+    return [dict(column.split("=", 1) for column in row.split("\x1f")[:-1])
+            for row in run.stdout.split("\x1e")[:-1]]
 
 
 def hide(row):
