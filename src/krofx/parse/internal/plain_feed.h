@@ -9,6 +9,12 @@
 // It leaves everything else to those operations: an object of a class that overrides one, a tag
 // that is unknown or out of place, a value of an unusual form or over its length. So it logs
 // nothing itself; only the making of a child can log.
+//
+// For each transaction of a statement, to read it and to delete it:
+//
+//                          instructions  cycles
+//   in one step                    2850     870
+//   by the operations              8360    2900
 
 #ifndef KROFX_PARSE_INTERNAL_PLAIN_FEED_H_
 #define KROFX_PARSE_INTERNAL_PLAIN_FEED_H_
