@@ -40,11 +40,14 @@ const auto text = krofx::ToText(tx.GetTxAmount(), 2); Use(text.c_str());
 const char* name = tx.GetName(); Use(name);
 std::string_view name = krofx::ToText(tx.GetName()); Use(name);
 Use(static_cast<const char*>(tx.GetTxAmount()));
+KRIntraRq rq; krofx::Give(rq, &KRIntraRq::SetXferInfo, krofx::New<KRXferInfo>(1)); \
+if (krofx::Take(rq, &KRIntraRq::GetXferInfo) == nullptr) Use("");
+KRBankAccount account; krofx::Set(account, &KRBankAccount::SetAccountID, "1");
 tx.SetTxAmount(nullptr);
 Line().SetAmount(KRPayrollAmountType_Empty);
 if (tx.GetTxAmount() == KRPrecisionInteger(0, 0)) tx.ClearTxAmount();
 if (!tx.GetTxAmount().IsZero() && tx.HasTxAmount()) Use(std::string(tx.GetTxAmount()));
-""".splitlines()
+""".replace("\\\n", "").splitlines()
 
 REFUSED = """\
 if (tx.GetTxAmount()) tx.ClearTxAmount();

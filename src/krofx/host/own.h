@@ -71,20 +71,20 @@ std::unique_ptr<Class> Clone(const Class& source) {
 /// Gives a child to a setter, or an element to an appender:
 /// Give(transfer, &KRXferInfo::SetBankAcctTo, std::move(account)). The child belongs to the object
 /// afterwards, or it is deleted: it never leaks, and is never deleted twice.
+/// @param setter of the object's class or of a base of it.
 /// @return true when it was set; false for whatever the setter does not answer with 1. A child that
 ///         the object holds all the same, as one whose tag is not valid in its version, stays
 ///         there.
-template <class Parent, class Taken, std::derived_from<Taken> Child>
-bool Give(Parent& parent, u16 (std::type_identity_t<Parent>::*setter)(Taken*),
-          std::unique_ptr<Child> child) {
+template <class Owner, std::derived_from<Owner> Parent, class Taken, std::derived_from<Taken> Child>
+bool Give(Parent& parent, u16 (Owner::*setter)(Taken*), std::unique_ptr<Child> child) {
   return internal::GiveBy(parent, std::move(child),
                           [&](Child* given) { return (parent.*setter)(given); });
 }
 /// The same for the element `index` of a list:
 /// Give(list, &KRBankTransactionList::SetStatementTx, 0, std::move(tx)).
-template <class Parent, class Taken, std::derived_from<Taken> Child>
-bool Give(Parent& parent, u16 (std::type_identity_t<Parent>::*setter)(u16, Taken*),
-          std::type_identity_t<u16> index, std::unique_ptr<Child> child) {
+template <class Owner, std::derived_from<Owner> Parent, class Taken, std::derived_from<Taken> Child>
+bool Give(Parent& parent, u16 (Owner::*setter)(u16, Taken*), std::type_identity_t<u16> index,
+          std::unique_ptr<Child> child) {
   return internal::GiveBy(parent, std::move(child),
                           [&](Child* given) { return (parent.*setter)(index, given); });
 }
@@ -92,9 +92,8 @@ bool Give(Parent& parent, u16 (std::type_identity_t<Parent>::*setter)(u16, Taken
 /// Takes a child out of an object, which has none then: Take(transfer, &KRXferInfo::GetBankAcctTo).
 /// @return the child; null when there is none, and when it is another object's, as after a shallow
 ///         copy.
-template <class Parent, class Child>
-std::unique_ptr<Child> Take(Parent& parent,
-                            Child* (std::type_identity_t<Parent>::*getter)() const) {
+template <class Owner, std::derived_from<Owner> Parent, class Child>
+std::unique_ptr<Child> Take(Parent& parent, Child* (Owner::*getter)() const) {
   Child* const child = (parent.*getter)();
   return std::unique_ptr<Child>(internal::Release(parent, child) ? child : nullptr);
 }
@@ -102,11 +101,9 @@ std::unique_ptr<Child> Take(Parent& parent,
 /// Take(list, &KRBankTransactionList::GetStatementTx,
 /// &KRBankTransactionList::DisconnectStatementTx, 0).
 /// @return the element; null when there is none.
-template <class Parent, class Child>
-std::unique_ptr<Child> Take(Parent& parent,
-                            Child* (std::type_identity_t<Parent>::*getter)(u16) const,
-                            u16 (std::type_identity_t<Parent>::*disconnect)(u16),
-                            std::type_identity_t<u16> index) {
+template <class Owner, std::derived_from<Owner> Parent, class Child>
+std::unique_ptr<Child> Take(Parent& parent, Child* (Owner::*getter)(u16) const,
+                            u16 (Owner::*disconnect)(u16), std::type_identity_t<u16> index) {
   Child* const child = (parent.*getter)(index);
   const bool isTaken = child != nullptr && (parent.*disconnect)(index) != 0;
   return std::unique_ptr<Child>(isTaken ? child : nullptr);
