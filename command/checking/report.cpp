@@ -16,7 +16,8 @@ std::string At(const std::string& path) { return path.empty() ? "" : " in " + pa
 
 }  // namespace
 
-Report::Report(const std::string& name, Reader reader) : file(name, reader) {
+Report::Report(const std::string& name, Reader reader)
+    : file(name, reader, Holding::kWithoutTransactions) {
   missing = FindMissing(file);
   verdict = file.GetVerdict();
   if (!missing.empty()) verdict = Worse(verdict, kExitWarnings);

@@ -96,9 +96,10 @@ bool IsAsMeant(std::string_view text) {
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
-  ElementGatherer(TextArena& arena, const krofx::OfxText* text) : m_text(text), m_arena(arena) {}
+  explicit ElementGatherer(TextArena& arena) : m_arena(arena) {}
 
-  void Gather(KRDataObj& object, Element& root) {
+  void Gather(KRDataObj& object, const krofx::OfxText* text, Element& root) {
+    m_text = text;
     m_path.assign(1, &root);
     Build(&m_buffer, &object, KRBuildStringOpt_Lenient, 0);
     TakeValue();
@@ -255,7 +256,7 @@ class ElementGatherer : public KRPayrollBuilder {
     if (MayNamePassword(value)) value = m_arena.Copy(WithoutPassword(value));
   }
 
-  const krofx::OfxText* m_text;
+  const krofx::OfxText* m_text = nullptr;
   TextArena& m_arena;
   KRBuffer m_buffer{256, 256};
   std::vector<Element*> m_path;
@@ -279,7 +280,27 @@ const Element* Element::Find(std::string_view childTag) const {
 const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text) {
   Element& root = arena.Make<Element>();
   root.isAggregate = true;
-  ElementGatherer(arena, text).Gather(object, root);
+  ElementGatherer(arena).Gather(object, text, root);
+  return root;
+}
+
+class PartReader::Gatherer : public ElementGatherer {
+ public:
+  using ElementGatherer::ElementGatherer;
+};
+
+PartReader::PartReader(TextArena& arena)
+    : m_arena(arena), m_gatherer(std::make_unique<Gatherer>(arena)) {}
+
+PartReader::~PartReader() = default;
+
+const Element& PartReader::Read(KRDataObj& aggregate, const krofx::OfxText* text) {
+  Element& root = m_arena.Make<Element>();
+  const char* const tag = KRTagDictionary::TheKRTagDictionary()->GetTagString(aggregate.GetType());
+  root.tag = tag == nullptr ? "?" : tag;
+  root.id = aggregate.GetType();
+  root.isAggregate = true;
+  m_gatherer->Gather(aggregate, text, root);
   return root;
 }
 

@@ -136,6 +136,19 @@ std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& proble
   return IsGzip(view) ? Unpack(view, problem) : std::move(bytes);
 }
 
+bool IsLargePlainFile(const std::string& name, std::size_t bytes) {
+  if (name == "-") return false;
+  const FileDescriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+  struct stat status {};
+  if (!file || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+      static_cast<std::size_t>(status.st_size) < bytes) {
+    return false;
+  }
+  char start[2] = {};
+  return ::pread(file.Get(), start, sizeof start, 0) == sizeof start &&
+         !IsGzip({start, sizeof start});
+}
+
 std::string DisplayName(const std::string& name) {
   return name == "-" ? "standard input" : SafeLine(name);
 }

@@ -3,6 +3,7 @@
 #ifndef KROFX_COMMAND_INPUT_INPUT_FILES_H_
 #define KROFX_COMMAND_INPUT_INPUT_FILES_H_
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,6 +33,9 @@ bool DefaultToStandardInput(std::vector<std::string>& files);
 /// @param problem takes what went wrong.
 /// @return null when the file cannot be read.
 std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem);
+
+/// Whether a name is that of a plain file of at least so many bytes, which gzip has not packed.
+bool IsLargePlainFile(const std::string& name, std::size_t bytes);
 
 /// How an input is named in messages.
 std::string DisplayName(const std::string& name);

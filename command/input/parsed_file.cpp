@@ -14,9 +14,6 @@ namespace krofx::command {
 
 namespace {
 
-// A list of the library takes this many entries.
-constexpr u16 kListLimit = 65535;
-
 // What the kind of a text is called.
 const char* NameOf(krofx::TextKind kind) {
   switch (kind) {
@@ -54,11 +51,34 @@ std::string ToText(const KRString& string) {
   return std::string(static_cast<const char*>(string), string.GetStrLength());
 }
 
-ParsedFile::ParsedFile(const std::string& name, Reader reader) : m_name(DisplayName(name)) {
+ParsedFile::ParsedFile(const std::string& name, Reader reader, Holding holding)
+    : m_name(DisplayName(name)) {
+  bool maySurvey = holding == Holding::kWithoutTransactions;
+  if (maySurvey && IsLargePlainFile(name, TransactionStream::kLeastSize)) {
+    if (Survey(name, reader)) return;
+    maySurvey = false;
+  }
   m_text = ReadInput(name, m_problem);
   if (m_text == nullptr) return;
+  if (maySurvey && m_text->GetBufferSize() >= TransactionStream::kLeastSize && Survey(name, reader))
+    return;
   Parse(reader);
   m_problem = FindProblem();
+}
+
+bool ParsedFile::Survey(const std::string& name, Reader reader) {
+  TransactionStream::Surveyed surveyed =
+      TransactionStream::Survey(name, m_text, reader == Reader::kStrict);
+  if (surveyed.stream == nullptr) return false;
+  KRFile* const root = surveyed.text.root.get();
+  if (!m_reading.texts.Append(std::move(surveyed.text))) return false;
+  m_reading.root = root;
+  m_kind = NameOf(m_reading.texts.begin()->kind);
+  m_stream = std::move(surveyed.stream);
+  m_reading.warnings = std::move(surveyed.warnings);
+  m_reading.unrecorded = surveyed.unrecorded;
+  TakeWarnings();
+  return true;
 }
 
 ParsedFile::ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text)
@@ -72,6 +92,10 @@ void ParsedFile::Parse(Reader reader) {
   options.strict = reader == Reader::kStrict;
   m_reading = krofx::Read(*m_text, options);
   if (m_reading.root != nullptr) m_kind = NameOf(m_reading.texts.begin()->kind);
+  TakeWarnings();
+}
+
+void ParsedFile::TakeWarnings() {
   for (const krofx::ReadWarning& each : m_reading.warnings) {
     KRParseException exception;
     exception.m_warning = each.warning;
@@ -158,7 +182,7 @@ std::string ParsedFile::FindProblem() const {
     if (KRDataObj* const full = FindFullList(m_reading.root)) {
       return "<" + ToText(KRUtility::ObjectToString(full)) +
              "> has more than 65535 entries, which is the most that a list takes; the first 65535 "
-             "were read. Ask for a shorter span of time";
+             "were read, since something is out of order. --strict reads all, to the letter";
     }
     return "memory was exhausted while reading";
   }

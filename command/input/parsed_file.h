@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "exit_status.h"
+#include "input/transaction_stream.h"
 #include "krofx/krofx.h"
 
 namespace krofx::command {
@@ -18,6 +19,17 @@ enum class Reader {
   kMending,  ///< Whatever can be understood is read, and each mending is listed.
   kStrict,   ///< The text is taken to the letter; the first value that is not acceptable ends it.
 };
+
+/// What of a text is held.
+enum class Holding {
+  kAll,  ///< The tree is that of the whole text.
+  /// A large text in order may be without the transactions of its statements: see
+  /// ParsedFile::GetStream.
+  kWithoutTransactions,
+};
+
+/// A list of the library takes this many entries.
+inline constexpr u16 kListLimit = 65535;
 
 /// A warning: what is out of order and was not mended.
 struct Warning {
@@ -38,7 +50,8 @@ struct OfxFile {
 class ParsedFile {
  public:
   /// Reads a file; "-" is standard input. Nothing fails but by GetProblem.
-  explicit ParsedFile(const std::string& name, Reader reader = Reader::kMending);
+  explicit ParsedFile(const std::string& name, Reader reader = Reader::kMending,
+                      Holding holding = Holding::kAll);
   /// Reads a text that is there already, such as a reply. `name` is what messages call it.
   ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text);
 
@@ -71,18 +84,24 @@ class ParsedFile {
   /// OFX.
   std::vector<OfxFile> GetOfxFiles() const;
 
+  /// Gives the transactions that the tree does not have. Null when it has all.
+  const std::shared_ptr<const TransactionStream>& GetStream() const { return m_stream; }
+
   /// Clean, with warnings or mendings, or not usable.
   ExitStatus GetVerdict() const;
 
  private:
   void Parse(Reader reader);
+  bool Survey(const std::string& name, Reader reader);
+  void TakeWarnings();
   std::string FindProblem() const;
 
   std::string m_name;
   std::string m_kind;
   std::string m_problem;
   std::vector<Warning> m_warnings;
-  std::unique_ptr<KRBuffer> m_text;
+  std::shared_ptr<KRBuffer> m_text;
+  std::shared_ptr<const TransactionStream> m_stream;
   krofx::Reading m_reading;
 };
 

@@ -3,6 +3,7 @@
 #ifndef KROFX_COMMAND_OUTPUT_TEXT_ARENA_H_
 #define KROFX_COMMAND_OUTPUT_TEXT_ARENA_H_
 
+#include <cstddef>
 #include <cstring>
 #include <memory_resource>
 #include <new>
@@ -11,10 +12,10 @@
 
 namespace krofx::command {
 
-/// Owns texts and plain objects until its own end.
+/// Owns texts and plain objects until its own end, or until it is emptied.
 class TextArena {
  public:
-  TextArena() : m_memory(kFirstBlock) {}
+  TextArena() : m_memory(m_first, sizeof m_first) {}
   TextArena(const TextArena&) = delete;
   TextArena& operator=(const TextArena&) = delete;
 
@@ -26,6 +27,9 @@ class TextArena {
     return {static_cast<const char*>(copy), text.size()};
   }
 
+  /// Gives up all that is in it; the memory of the first things is used again.
+  void Reset() { m_memory.release(); }
+
   /// A new object, which has no destructor that does anything.
   template <class Object>
   Object& Make() {
@@ -34,8 +38,7 @@ class TextArena {
   }
 
  private:
-  static constexpr std::size_t kFirstBlock = 4096;
-
+  alignas(std::max_align_t) char m_first[4096];
   std::pmr::monotonic_buffer_resource m_memory;
 };
 

@@ -33,7 +33,7 @@ class TextOutput {
  private:
   static constexpr std::size_t kPiece = 64 * 1024;
 
-  const Mode m_mode;
+  Mode m_mode;
   ExitStatus m_status = kExitClean;
 };
 

@@ -99,6 +99,8 @@ struct Section {
   Cell Find(std::string_view key) const;
 };
 
+class StreamedRows;
+
 /// One input.
 struct Document {
   std::string file;
@@ -111,6 +113,8 @@ struct Document {
   std::vector<ShownMending> mendings;
   std::vector<Section> sections;
   std::shared_ptr<TextArena> arena;  ///< Owns the texts of the sections.
+  /// Gives the rows that are not in memory; null when all are.
+  std::shared_ptr<StreamedRows> streamed;
 };
 
 }  // namespace krofx::command

@@ -13,6 +13,7 @@
 #include "showing/layout.h"
 #include "showing/renderers.h"
 #include "showing/section_maker.h"
+#include "showing/streamed_rows.h"
 
 namespace krofx::command {
 
@@ -106,11 +107,15 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
                     file.CountNotes(),
                     ShownMendings(file),
                     {},
-                    std::make_shared<TextArena>()};
+                    std::make_shared<TextArena>(),
+                    nullptr};
   TextArena& arena = *document.arena;
+  if (file.GetStream() != nullptr) {
+    document.streamed = std::make_shared<StreamedRows>(file.GetStream(), showIdentifiers);
+  }
   for (const OfxFile& ofx : file.GetOfxFiles()) {
-    std::vector<Section> sections =
-        MakeSections(ReadElements(*ofx.file, arena, ofx.text), arena, showIdentifiers);
+    std::vector<Section> sections = MakeSections(ReadElements(*ofx.file, arena, ofx.text), arena,
+                                                 showIdentifiers, document.streamed.get());
     std::move(sections.begin(), sections.end(), std::back_inserter(document.sections));
   }
   for (const krofx::OfxText& text : file.GetTexts()) {
@@ -129,6 +134,27 @@ ExitStatus ReportProblems(const Document& document) {
     Complain(document.file, document.notes + "; \"krofx check\" lists them");
   }
   return kExitClean;
+}
+
+ExitStatus ReportChange(const Document& document) {
+  if (document.streamed == nullptr || document.streamed->IsWhole()) return kExitClean;
+  Complain(document.file, "it was changed while it was read");
+  return kExitUnusable;
+}
+
+void HoldRows(Document& document) {
+  for (Section& section : document.sections) {
+    for (Table& table : section.tables) {
+      if (table.source == nullptr) continue;
+      table.ForEachRow([&](Row row) {
+        for (Cell cell : row) {
+          cell.text = document.arena->Copy(cell.text);
+          table.cells.push_back(cell);
+        }
+      });
+      table.source = nullptr;
+    }
+  }
 }
 
 DocumentForm::DocumentForm(const PrintOptions& options)

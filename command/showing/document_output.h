@@ -51,6 +51,13 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers);
 /// @return kExitClean, or kExitUnusable when it was not usable.
 ExitStatus ReportProblems(const Document& document);
 
+/// Says on standard error when the rows that were read last do not fit those that were read first.
+/// @return kExitClean, or kExitUnusable then.
+ExitStatus ReportChange(const Document& document);
+
+/// Reads the rows of a document that are not in memory into it.
+void HoldRows(Document& document);
+
 /// Documents as one output in the form that was asked for. What Render makes of each of them is to
 /// come in order, after the head and before the tail.
 class DocumentForm {

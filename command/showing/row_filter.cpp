@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "command_line/command_line.h"
 #include "command_line/days.h"
@@ -29,9 +32,35 @@ std::string ReadAmount(const char* option, const std::string& text,
   return amount ? "" : std::string(option) + " " + text + " is not an amount; write it as -1234.50";
 }
 
+// Those rows of another source that a function wants. It is asked once for each row, however often
+// the rows are visited.
+template <class Wanted>
+class WantedRows final : public RowSource {
+ public:
+  WantedRows(std::shared_ptr<RowSource> all, Wanted wanted)
+      : m_all(std::move(all)), m_wanted(std::move(wanted)) {}
+
+  void ForEach(const std::function<bool(Row)>& visit) override {
+    std::size_t index = 0;
+    m_all->ForEach([&](Row row) {
+      if (index == m_isWanted.size()) m_isWanted.push_back(m_wanted(row));
+      return !m_isWanted[index++] || visit(row);
+    });
+  }
+
+ private:
+  const std::shared_ptr<RowSource> m_all;
+  Wanted m_wanted;
+  std::vector<bool> m_isWanted;
+};
+
 // Keeps the rows of a table that a function wants.
 template <class Wanted>
 void KeepRows(Table& table, Wanted wanted) {
+  if (table.source != nullptr) {
+    table.source = std::make_shared<WantedRows<Wanted>>(std::move(table.source), std::move(wanted));
+    return;
+  }
   std::vector<Cell> kept;
   table.ForEachRow([&](Row row) {
     if (wanted(row)) kept.insert(kept.end(), row.begin(), row.end());
@@ -133,8 +162,9 @@ void RowFilter::Apply(Document& document) const {
     std::erase_if(section.tables,
                   [](const Table& table) { return table.spec->key != kTransactions; });
     for (Table& table : section.tables) {
-      const TransactionColumns columns(*table.spec);
-      KeepRows(table, [&](Row row) { return IsChosen(row, columns); });
+      KeepRows(table, [this, columns = TransactionColumns(*table.spec)](Row row) {
+        return IsChosen(row, columns);
+      });
     }
   }
   std::erase_if(document.sections, [](const Section& section) { return section.tables.empty(); });
@@ -144,10 +174,10 @@ void DuplicateFilter::Apply(Document& document) {
   for (Section& section : document.sections) {
     for (Table& table : section.tables) {
       if (table.spec->key != kTransactions) continue;
-      const TransactionColumns columns(*table.spec);
-      KeepRows(table, [&](Row row) {
+      KeepRows(table, [this, columns = TransactionColumns(*table.spec),
+                       account = section.identity + "\n"](Row row) {
         const std::string_view id = columns.IdOf(row);
-        return id.empty() || m_seen.insert(section.identity + "\n" + std::string(id)).second;
+        return id.empty() || m_seen.insert(account + std::string(id)).second;
       });
     }
   }

@@ -42,7 +42,8 @@ class RowFilter {
 
   /// Whether rows are chosen, not only accounts.
   bool ChoosesRows() const;
-  /// Takes out of a document what is not chosen. Repeated rows stay: see DuplicateFilter.
+  /// Takes out of a document what is not chosen. Repeated rows stay: see DuplicateFilter. The
+  /// filter must live as long as the document.
   void Apply(Document& document) const;
 
  private:
@@ -64,7 +65,8 @@ class RowFilter {
 /// and identifier. Those without an identifier stay. Documents must come in their order.
 class DuplicateFilter {
  public:
-  /// Takes out of a document what was there before.
+  /// Takes out of a document what was there before. The filter must live as long as the document,
+  /// whose rows have to be visited before those of the next one.
   void Apply(Document& document);
 
  private:

@@ -4,9 +4,12 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 
 #include "showing/layout.h"
 #include "showing/row_maker.h"
+#include "showing/streamed_rows.h"
+#include "showing/transaction_columns.h"
 
 namespace krofx::command {
 
@@ -36,8 +39,8 @@ constexpr FieldSpec kSyncFields[] = {
 
 class SectionMaker {
  public:
-  SectionMaker(TextArena& arena, bool showIdentifiers)
-      : m_arena(arena), m_rows(arena, showIdentifiers) {}
+  SectionMaker(TextArena& arena, bool showIdentifiers, StreamedRows* streamed)
+      : m_arena(arena), m_rows(arena, showIdentifiers), m_streamed(streamed) {}
 
   void AddFile(const Element& file) {
     for (const Element& body : file.children) {
@@ -47,7 +50,15 @@ class SectionMaker {
     }
     for (const Element& body : file.children) {
       for (const Element& set : body.children) {
-        for (const Element& member : set.children) AddMember(member, nullptr);
+        std::unordered_map<KRTagID, std::size_t> numbers;
+        for (const Element& member : set.children) {
+          if (m_streamed != nullptr) {
+            m_path.clear();
+            m_path.append(body.tag).append("/").append(set.tag).append("/").append(member.tag);
+            m_path.append("[" + std::to_string(++numbers[member.id]) + "]/");
+          }
+          AddMember(member, nullptr);
+        }
       }
     }
   }
@@ -119,7 +130,9 @@ class SectionMaker {
     const std::size_t own = m_sections.size();
     AddLayout(Begin(layout->kind, layout->title), part, *layout);
     Section& section = m_sections[own];
-    std::erase_if(section.tables, [](const Table& table) { return table.cells.empty(); });
+    std::erase_if(section.tables, [](const Table& table) {
+      return table.cells.empty() && table.source == nullptr;
+    });
     if (section.fields.empty() && section.tables.empty()) {
       m_sections.erase(m_sections.begin() + static_cast<std::ptrdiff_t>(own));
     }
@@ -175,6 +188,9 @@ class SectionMaker {
 
   void AddTable(Section& section, const Element& payload, const TableSpec& spec) {
     Table table{&spec};
+    if (m_streamed != nullptr && spec.key == kTransactions) {
+      table.source = m_streamed->Find(m_path + std::string(payload.tag), spec);
+    }
     if (ForEach(payload, RowPathOf(spec.path),
                 [&](const Element& child) { m_rows.AppendRow(table.cells, child, spec); })) {
       section.tables.push_back(std::move(table));
@@ -195,6 +211,8 @@ class SectionMaker {
 
   TextArena& m_arena;
   RowMaker m_rows;
+  StreamedRows* const m_streamed;
+  std::string m_path;  // What streamed statements of the current member are in, with a slash.
   std::vector<Section> m_sections;
 };
 
@@ -207,8 +225,9 @@ Cell Section::Find(std::string_view key) const {
   return {};
 }
 
-std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers) {
-  SectionMaker maker(arena, showIdentifiers);
+std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers,
+                                  StreamedRows* streamed) {
+  SectionMaker maker(arena, showIdentifiers, streamed);
   maker.AddFile(file);
   return maker.Take();
 }

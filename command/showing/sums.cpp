@@ -77,6 +77,10 @@ void Sums::Add(const Document& document) {
   }
 }
 
+void Sums::Add(const Sums& other) {
+  for (const auto& [key, flow] : other.m_flows) m_flows[key].Add(flow);
+}
+
 std::string Sums::Text(const TextForm& form) const {
   if (m_flows.empty()) return "no transactions\n";
   TextTable table;

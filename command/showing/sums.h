@@ -29,8 +29,11 @@ class Sums {
  public:
   explicit Sums(SumBy by) : m_by(by) {}
 
+  SumBy By() const { return m_by; }
   /// Adds the transactions of a document.
   void Add(const Document& document);
+  /// Adds sums by the same.
+  void Add(const Sums& other);
 
   /// An aligned table, and the totals of each currency.
   std::string Text(const TextForm& form) const;
@@ -45,7 +48,7 @@ class Sums {
 
   std::string_view Name() const { return SumNames()[static_cast<std::size_t>(m_by)]; }
 
-  const SumBy m_by;
+  SumBy m_by;
   std::map<Key, Flow> m_flows;
 };
 

@@ -31,10 +31,13 @@ ExitStatus Read(const Options& options, const std::string& file, std::vector<Doc
   std::vector<std::string> names;
   ExitStatus exitStatus = FindInputs(input, kName, names);
   const auto make = [&](std::size_t index) {
-    return MakeDocument(ParsedFile(names[index], input.GetReader()), false);
+    const ParsedFile parsed(names[index], input.GetReader(), Holding::kWithoutTransactions);
+    Document document = MakeDocument(parsed, false);
+    HoldRows(document);
+    return document;
   };
   WorkInOrder<Document>(names.size(), input.CountThreads(), make, [&](Document document) {
-    exitStatus = Worse(exitStatus, ReportProblems(document));
+    exitStatus = Worse(exitStatus, Worse(ReportProblems(document), ReportChange(document)));
     documents.push_back(std::move(document));
   });
   return exitStatus;

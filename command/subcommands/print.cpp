@@ -10,6 +10,7 @@
 #include "output/messages.h"
 #include "showing/document_output.h"
 #include "showing/row_filter.h"
+#include "showing/streamed_rows.h"
 #include "subcommands/subcommands.h"
 #include "system/ordered_work.h"
 
@@ -26,7 +27,8 @@ struct Options {
 // What became of a file on the thread that read it.
 struct Shown {
   Document document;
-  std::string text;
+  TextOutput text{TextOutput::Mode::kHeld};
+  bool isRendered = false;
 };
 
 // Shows files in their order.
@@ -36,7 +38,7 @@ class Printing {
       : m_options(options), m_filter(filter), m_form(options.form) {}
 
   ExitStatus Run(const std::vector<std::string>& names) {
-    Write(m_form.Head());
+    m_out.text = m_form.Head();
     {
       FileProgress progress(names.size());
       const auto make = [&](std::size_t index) {
@@ -46,59 +48,59 @@ class Printing {
       WorkInOrder<Shown>(names.size(), m_options.input.CountThreads(), make,
                          [this](Shown shown) { Take(std::move(shown)); });
     }
-    Write(m_form.Tail(m_any));
-    return m_exitStatus;
+    m_out.text += m_form.Tail(m_any);
+    return Worse(m_exitStatus, m_out.Write());
   }
 
  private:
-  // Duplicates can only be found in the order of the files.
-  bool RendersInOrder() const { return m_options.filter.unique; }
+  // Duplicates can only be found in the order of the files, and a text of so many rows is not held.
+  bool RendersInOrder(const Document& document) const {
+    constexpr std::size_t kMostRows = 100000;
+    return m_options.filter.unique ||
+           (document.streamed != nullptr && document.streamed->Count() > kMostRows);
+  }
 
   Shown Make(const std::string& name) const {
-    Shown shown{
-        MakeDocument(ParsedFile(name, m_options.input.GetReader()), m_options.form.showIdentifiers),
-        ""};
+    const ParsedFile file(name, m_options.input.GetReader(), Holding::kWithoutTransactions);
+    Shown shown{MakeDocument(file, m_options.form.showIdentifiers)};
     m_filter.Apply(shown.document);
-    if (!RendersInOrder()) {
-      shown.text = Render(shown.document);
+    // Text has to know all rows before it writes the first one.
+    constexpr std::size_t kMostHeldRows = 65535;
+    if (!m_options.form.json && !m_options.form.ShowsRows() && shown.document.streamed != nullptr &&
+        shown.document.streamed->Count() <= kMostHeldRows) {
+      HoldRows(shown.document);
+    }
+    if (!RendersInOrder(shown.document)) {
+      m_form.Render(shown.document, shown.text);
+      shown.isRendered = true;
       shown.document.sections.clear();
       shown.document.arena.reset();
     }
     return shown;
   }
 
-  std::string Render(const Document& document) const {
-    TextOutput out(TextOutput::Mode::kHeld);
-    m_form.Render(document, out);
-    return std::move(out.text);
-  }
-
+  // Gives each document to the output before the next one comes.
   void Take(Shown shown) {
     m_exitStatus = Worse(m_exitStatus, ReportProblems(shown.document));
-    if (RendersInOrder()) {
-      m_duplicates.Apply(shown.document);
-      shown.text = Render(shown.document);
-    }
-    if (m_any) shown.text.insert(0, m_form.Separator());
+    if (m_any) m_out.text += m_form.Separator();
     m_any = true;
-    Write(shown.text);
-  }
-
-  // One complaint is enough when nothing more can be written.
-  void Write(const std::string& text) {
-    if (!m_canWrite) return;
-    const ExitStatus written = WriteStandardOutput(text);
-    m_canWrite = written == kExitClean;
-    m_exitStatus = Worse(m_exitStatus, written);
+    if (shown.isRendered) {
+      m_out.text += shown.text.text;
+    } else {
+      if (m_options.filter.unique) m_duplicates.Apply(shown.document);
+      m_form.Render(shown.document, m_out);
+    }
+    m_exitStatus = Worse(m_exitStatus, ReportChange(shown.document));
+    m_out.Write();
   }
 
   const Options& m_options;
   const RowFilter& m_filter;
   const DocumentForm m_form;
   DuplicateFilter m_duplicates;
+  TextOutput m_out{TextOutput::Mode::kWritten};
   ExitStatus m_exitStatus = kExitClean;
   bool m_any = false;
-  bool m_canWrite = true;
 };
 
 ExitStatus Print(const Options& options) {

@@ -33,21 +33,40 @@ ExitStatus Refuse(const std::string& problem) {
   return kExitWrongUse;
 }
 
+// What became of a file on the thread that read it.
+struct Summed {
+  Document document;
+  Sums sums;
+};
+
 ExitStatus SumFiles(const Options& options, const std::vector<std::string>& names,
                     const RowFilter& filter, Sums& sums) {
   ExitStatus exitStatus = kExitClean;
   DuplicateFilter duplicates;
   FileProgress progress(names.size());
+  // Duplicates can only be found in the order of the files.
+  const bool inOrder = options.filter.unique;
   const auto make = [&](std::size_t index) {
     progress.Next(names[index]);
-    Document document = MakeDocument(ParsedFile(names[index], options.input.GetReader()), false);
-    filter.Apply(document);
-    return document;
+    const ParsedFile file(names[index], options.input.GetReader(), Holding::kWithoutTransactions);
+    Summed summed{MakeDocument(file, false), Sums(sums.By())};
+    filter.Apply(summed.document);
+    if (!inOrder) {
+      summed.sums.Add(summed.document);
+      summed.document.sections.clear();
+      summed.document.arena.reset();
+    }
+    return summed;
   };
-  WorkInOrder<Document>(names.size(), options.input.CountThreads(), make, [&](Document document) {
-    exitStatus = Worse(exitStatus, ReportProblems(document));
-    if (options.filter.unique) duplicates.Apply(document);
-    sums.Add(document);
+  WorkInOrder<Summed>(names.size(), options.input.CountThreads(), make, [&](Summed summed) {
+    exitStatus = Worse(exitStatus, ReportProblems(summed.document));
+    if (inOrder) {
+      duplicates.Apply(summed.document);
+      sums.Add(summed.document);
+    } else {
+      sums.Add(summed.sums);
+    }
+    exitStatus = Worse(exitStatus, ReportChange(summed.document));
   });
   return exitStatus;
 }
