@@ -9,7 +9,7 @@
 #include <set>
 
 #include "krofx/core/tag_dictionary.h"
-#include "krofx/reader/value_survey.h"
+#include "krofx/reader/values/value_survey.h"
 #include "reader/read_values.h"
 
 namespace krofx::testing {

@@ -8,7 +8,7 @@
 #include "krofx/core/thread.h"
 #include "krofx/host/exchange_access.h"
 #include "krofx/host/words.h"
-#include "krofx/reader/file_bytes.h"
+#include "krofx/reader/file/file_bytes.h"
 #include "krofx/security/certificate.h"
 
 namespace krofx {

@@ -2,8 +2,8 @@
 //
 // A line is a kind's number, its C++ name, its English name, how often it is said, and a sentence.
 // Numbers and names are promised to hosts and never change; a new kind takes a free number in its
-// group. The damage itself is mended in one place each: see krofx/reader/text_menders.h,
-// krofx/reader/tree_reader.h and krofx/reader/value_mender.h.
+// group. The damage itself is mended in one place each: see krofx/reader/file/text_menders.h,
+// krofx/reader/structure/tree_reader.h and krofx/reader/values/value_mender.h.
 
 #ifndef KROFX_READER_MENDING_KINDS_H_
 #define KROFX_READER_MENDING_KINDS_H_

@@ -11,8 +11,8 @@
 
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
-#include "krofx/reader/charset.h"
-#include "krofx/reader/charset_choice.h"
+#include "krofx/reader/characters/charset.h"
+#include "krofx/reader/header/charset_choice.h"
 #include "krofx/rewriting/whole_builder.h"
 
 namespace krofx {

@@ -4,7 +4,7 @@
 
 #include "krofx/build/internal/writing.h"
 #include "krofx/core/parse_logger.h"
-#include "krofx/reader/utf8_text.h"
+#include "krofx/reader/characters/utf8_text.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {

@@ -7,8 +7,8 @@
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
 #include "krofx/model/data_object.h"
-#include "krofx/reader/path_log.h"
 #include "krofx/reader/reading.h"
+#include "krofx/reader/records/path_log.h"
 #include "krofx/values/utility.h"
 
 namespace krofx::internal {

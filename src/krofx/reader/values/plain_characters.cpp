@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "krofx/reader/charset.h"
+#include "krofx/reader/characters/charset.h"
 #include "krofx/values/internal/keyword_table.h"
 
 namespace krofx::internal {

@@ -1,6 +1,6 @@
 // Looking at the numbers of a text.
 
-#include "krofx/reader/value_survey.h"
+#include "krofx/reader/values/value_survey.h"
 
 #include <algorithm>
 #include <iterator>

@@ -3,7 +3,7 @@
 #ifndef KROFX_READER_VALUES_WORDS_H_
 #define KROFX_READER_VALUES_WORDS_H_
 
-#include "krofx/reader/value_mender.h"
+#include "krofx/reader/values/value_mender.h"
 
 namespace krofx::internal {
 

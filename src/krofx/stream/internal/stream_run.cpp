@@ -10,8 +10,8 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
-#include "krofx/reader/file_reader.h"
-#include "krofx/reader/text_bounds.h"
+#include "krofx/reader/file/file_reader.h"
+#include "krofx/reader/file/text_bounds.h"
 
 namespace krofx::internal {
 

@@ -1,0 +1,103 @@
+// Texts of the tree as a person would read them.
+
+#include "krofx/reader/characters/utf8_text.h"
+
+#include <algorithm>
+
+#include "krofx/core/buffer.h"
+#include "krofx/core/thread.h"
+#include "krofx/reader/characters/charset.h"
+#include "krofx/reader/characters/references.h"
+#include "krofx/reader/reading.h"
+
+namespace krofx {
+
+namespace internal {
+
+namespace {
+
+constexpr std::string_view kSectionOpen = "<![CDATA[";
+constexpr std::string_view kSectionClose = "]]>";
+
+bool IsPlain(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte >= 0x20 && byte < 0x7F && c != '&') || c == '\t' || c == '\n' || c == '\r';
+}
+
+// The text in a CDATA section, which the strict parser hands on as it is.
+std::string_view WithoutSection(std::string_view text) {
+  const bool section = text.size() >= kSectionOpen.size() + kSectionClose.size() &&
+                       text.starts_with(kSectionOpen) && text.ends_with(kSectionClose);
+  return section ? text.substr(kSectionOpen.size(),
+                               text.size() - kSectionOpen.size() - kSectionClose.size())
+                 : text;
+}
+
+// Appends a character of Unicode, unless it is a control character that is not wanted.
+bool Append(KRBuffer& out, char32_t code, Conversion conversion) {
+  const bool control = (code < 0x20 && code != '\t' && code != '\n' && code != '\r') ||
+                       (code >= 0x7F && code < 0xA0);
+  if (control && conversion == Conversion::kAsMeant) return true;
+  char bytes[4];
+  const std::size_t count = EncodeUtf8(code, bytes);
+  return out.Write(bytes, static_cast<u16>(count)) == KRBufferOK;
+}
+
+bool Convert(std::string_view text, const Charset& charset, Conversion conversion, KRBuffer& out) {
+  Charset utf8;
+  if (utf8.Open("UTF-8") != Charset::Opened::kYes) return false;
+  const ReferenceReader references(text, utf8, true);
+  for (std::size_t at = 0; at < text.size();) {
+    char bytes[Charset::kLongest];
+    if (const auto found = text[at] == '&' && conversion == Conversion::kAsMeant
+                               ? references.Read(at, bytes)
+                               : ReferenceReader::Found{};
+        found.length != 0) {
+      if (out.Write(bytes, static_cast<u16>(found.count)) != KRBufferOK) return false;
+      at += found.length;
+      continue;
+    }
+    char32_t code;
+    at += charset.Decode(text.substr(at), code);
+    if (!Append(out, code, conversion)) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion) {
+  std::string_view view(text, text.GetStrLength());
+  if (conversion == Conversion::kAsMeant) view = WithoutSection(view);
+  KRString result;
+  if (std::all_of(view.begin(), view.end(), &IsPlain)) {
+    result.Assign(view.data(), static_cast<u16>(view.size()));
+    return result;
+  }
+  // The texts of a file come one after the other, and a set takes some time to open.
+  static thread_local Charset set;
+  KRBuffer out(0, 256);
+  const bool open = charset == set.Name() ||
+                    set.Open({charset, charset.GetStrLength()}) != Charset::Opened::kNoMemory;
+  if (!open || !Convert(view, set, conversion, out) || out.GetBufferPtr() == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return result;
+  }
+  // A text that grows beyond what a string takes is cut between two characters.
+  u32 size = std::min<u32>(out.GetBufferSize(), KRString::kMaxLength);
+  const char* const bytes = out.GetBufferPtr();
+  while (size > 0 && size < out.GetBufferSize() &&
+         (static_cast<unsigned char>(bytes[size]) & 0xC0) == 0x80) {
+    --size;
+  }
+  result.Assign(bytes, static_cast<u16>(size));
+  return result;
+}
+
+}  // namespace internal
+
+KRString OfxText::ToUtf8(const KRString& text) const {
+  return internal::ConvertToUtf8(text, charset, internal::Conversion::kAsMeant);
+}
+
+}  // namespace krofx

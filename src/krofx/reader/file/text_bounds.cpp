@@ -1,0 +1,159 @@
+// Telling the texts of a file apart.
+
+#include "krofx/reader/file/text_bounds.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "krofx/core/internal/byte_search.h"
+#include "krofx/reader/header/header.h"
+#include "krofx/values/internal/keyword_table.h"
+
+namespace krofx::internal {
+
+namespace {
+
+bool StartsWithoutCase(std::string_view text, std::string_view start) {
+  return text.size() >= start.size() && EqualsWithoutCase(text.substr(0, start.size()), start);
+}
+
+bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+// The name of the tag after a '<', without a prefix.
+std::string_view NameAt(std::string_view rest) {
+  while (!rest.empty() && IsWhite(rest.front())) rest.remove_prefix(1);
+  std::size_t length = 0;
+  constexpr std::size_t kLongest = 32;
+  while (length < rest.size() && length < kLongest &&
+         (IsLetter(rest[length]) || (rest[length] >= '0' && rest[length] <= '9') ||
+          rest[length] == '.' || rest[length] == ':')) {
+    ++length;
+  }
+  const std::string_view name = rest.substr(0, length);
+  const std::size_t prefix = name.rfind(':');
+  return prefix == std::string_view::npos ? name : name.substr(prefix + 1);
+}
+
+bool Contains(std::string_view name, std::string_view part) {
+  for (std::size_t at = 0; at + part.size() <= name.size(); ++at) {
+    if (EqualsWithoutCase(name.substr(at, part.size()), part)) return true;
+  }
+  return false;
+}
+
+// Where the header of the text begins whose first tag is at `tag`: the word OFXHEADER after
+// the tag before it.
+std::size_t HeaderBefore(std::string_view bytes, std::size_t from, std::size_t tag) {
+  const std::size_t last = bytes.rfind('>', tag);
+  const std::size_t start = last == std::string_view::npos || last < from ? from : last + 1;
+  constexpr std::string_view kWord = "OFXHEADER";
+  for (std::size_t at = start; at + kWord.size() <= tag; ++at) {
+    if (EqualsWithoutCase(bytes.substr(at, kWord.size()), kWord)) return at;
+  }
+  return tag;
+}
+
+// What the tag OFX and instructions may begin with.
+constexpr std::string_view kMayBeOfx = "Oo?/ \t\r\n";
+
+// Whether there may be a tag OFX with a prefix.
+bool HasPrefixedOfx(std::string_view text) {
+  constexpr std::string_view kName = "OFX";
+  for (std::size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1)) {
+    if (EqualsWithoutCase(text.substr(at + 1, kName.size()), kName)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::size_t FindTextEnd(std::string_view bytes, std::size_t from) {
+  bool inBody = false;
+  const bool hasPrefixes = HasPrefixedOfx(bytes.substr(from));
+  for (std::size_t at = bytes.find('<', from); at != std::string_view::npos;
+       at = bytes.find('<', at + 1)) {
+    // Most tags of a body have other first letters.
+    if (inBody && !hasPrefixes && at + 2 < bytes.size() &&
+        kMayBeOfx.find(bytes[at + (bytes[at + 1] == '/' ? 2 : 1)]) == std::string_view::npos) {
+      continue;
+    }
+    std::string_view rest = bytes.substr(at + 1);
+    while (!rest.empty() && IsWhite(rest.front())) rest.remove_prefix(1);
+    if (rest.starts_with('/')) {
+      if (!EqualsWithoutCase(NameAt(rest.substr(1)), "OFX")) continue;
+      const std::size_t close = bytes.find('>', at);
+      return close == std::string_view::npos ? bytes.size() : close + 1;
+    }
+    const bool instruction = StartsWithoutCase(rest, "?xml") || StartsWithoutCase(rest, "?OFX");
+    const std::string_view name = NameAt(rest);
+    if (inBody && (instruction || EqualsWithoutCase(name, "OFX"))) {
+      return HeaderBefore(bytes, from, at);
+    }
+    inBody = inBody || EqualsWithoutCase(name, "OFX") || Contains(name, "MSGSRSV") ||
+             Contains(name, "MSGSRQV");
+  }
+  return bytes.size();
+}
+
+bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary) {
+  const std::string_view rest = bytes.substr(std::min(from, bytes.size()));
+  u32 body;
+  return rest.find('<') != std::string_view::npos && FindBody(rest, dictionary, body);
+}
+
+TextKind FindKind(std::string_view text) {
+  bool told;
+  return FindKind(text, told);
+}
+
+TextKind FindKind(std::string_view text, bool& told) {
+  told = true;
+  std::string_view start = text;
+  while (!start.empty() && IsWhite(start.front())) start.remove_prefix(1);
+  if (StartsWithoutCase(start, "CONTENT-TYPE:")) {
+    const std::string_view line = start.substr(0, start.find('\n'));
+    if (Contains(line, "MULTIPART/")) return TextKind::kMultipart;
+  }
+  for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
+    const std::string_view name = NameAt(text.substr(at + 1));
+    for (const char* const part : {"MSGSRSV", "MSGSRQV"}) {
+      if (Contains(name, part)) return part[5] == 'S' ? TextKind::kResponse : TextKind::kRequest;
+    }
+    if (EqualsWithoutCase(name, "SONRQ")) return TextKind::kRequest;
+    if (EqualsWithoutCase(name, "SONRS")) return TextKind::kResponse;
+    constexpr std::string_view kResponse = "TRNRS";
+    constexpr std::string_view kRequest = "TRNRQ";
+    if (name.size() < kResponse.size()) continue;
+    const std::string_view end = name.substr(name.size() - kResponse.size());
+    if (EqualsWithoutCase(end, kResponse)) return TextKind::kResponse;
+    if (EqualsWithoutCase(end, kRequest)) return TextKind::kRequest;
+  }
+  told = false;
+  return TextKind::kResponse;
+}
+
+bool MayHaveCommaAmount(std::string_view text) {
+  // Amounts of payroll may have a dollar sign or a percent sign.
+  constexpr std::string_view kNumber = "0123456789.,+-$%";
+  std::size_t at = 0;
+  while (at < text.size()) {
+    const void* const found = std::memchr(text.data() + at, ',', text.size() - at);
+    if (found == nullptr) return false;
+    const auto comma = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+    std::size_t start = comma;
+    while (start > at && kNumber.find(text[start - 1]) != std::string_view::npos) --start;
+    std::size_t end = comma + 1;
+    while (end < text.size() && kNumber.find(text[end]) != std::string_view::npos) ++end;
+    std::size_t before = start;
+    while (before > 0 && IsWhite(text[before - 1])) --before;
+    std::size_t behind = end;
+    while (behind < text.size() && IsWhite(text[behind])) ++behind;
+    const bool alone =
+        before > 0 && text[before - 1] == '>' && (behind == text.size() || text[behind] == '<');
+    if (alone) return true;
+    at = end;
+  }
+  return false;
+}
+
+}  // namespace krofx::internal

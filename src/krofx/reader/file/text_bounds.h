@@ -1,0 +1,35 @@
+// Where the texts of a file begin and end, and what each of them is.
+
+#ifndef KROFX_READER_FILE_TEXT_BOUNDS_H_
+#define KROFX_READER_FILE_TEXT_BOUNDS_H_
+
+#include <cstddef>
+#include <string_view>
+
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/reader/reading.h"
+
+namespace krofx::internal {
+
+/// Where the text that begins at `from` ends: after its end tag OFX, or, without one, where the
+/// next text begins, or at the end.
+std::size_t FindTextEnd(std::string_view bytes, std::size_t from);
+
+/// Whether another OFX text begins at `from` or after it.
+bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary);
+
+/// What a text is: a request or a response by the first tag that says so, or multipart by its first
+/// line. A text that says nothing is taken for a response.
+TextKind FindKind(std::string_view text);
+
+/// As FindKind.
+/// @param told takes whether the text says what it is.
+TextKind FindKind(std::string_view text, bool& told);
+
+/// Whether there may be an amount with a comma in a text: a value of nothing but digits, signs,
+/// points and commas. The parser passes over commas, so that it takes "-11,76" for -1176.
+bool MayHaveCommaAmount(std::string_view text);
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_FILE_TEXT_BOUNDS_H_

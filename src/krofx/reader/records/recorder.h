@@ -1,0 +1,93 @@
+// Collects what the reader says: mendings and warnings with their places, within the limits that
+// the options set.
+
+#ifndef KROFX_READER_RECORDS_RECORDER_H_
+#define KROFX_READER_RECORDS_RECORDER_H_
+
+#include <cstddef>
+#include <string_view>
+
+#include "krofx/core/list.h"
+#include "krofx/core/tags.h"
+#include "krofx/reader/characters/working_text.h"
+#include "krofx/reader/reading.h"
+#include "krofx/reader/records/path_log.h"
+
+namespace krofx::internal {
+
+/// Where something happened.
+struct Spot {
+  std::size_t offset = 0;       ///< In the file; kNowhere for what has no place.
+  s32 path = PathLog::kNoPath;  ///< The aggregate, in the text's log of paths.
+
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+};
+
+/// Writes into one Reading.
+class Recorder {
+ public:
+  Recorder(Reading& reading, const ReadOptions& options) : m_reading(reading), m_options(options) {}
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
+
+  const ReadOptions& Options() const { return m_options; }
+  /// Whether damage of a kind may be mended. When it may not, notes that something was met that
+  /// ends the reading.
+  bool May(MendingKind kind, Spot spot);
+  /// Notes a mending, when its kind may be mended.
+  /// @param tag the tag or header field.
+  /// @return as May.
+  bool Note(MendingKind kind, Spot spot, std::string_view tag, std::string_view was,
+            std::string_view taken);
+  /// Notes a warning; with `path` where it happened.
+  /// @param object the one that it happened in, when its path has to be found later.
+  void Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_view tagText,
+            std::string_view value, const KRDataObj* object = nullptr);
+  /// Finds the objects in a tree that warnings were given with.
+  void FindObjects(KRDataObj& root, PathLog& paths);
+
+  /// Begins the next text.
+  void BeginText();
+  /// Ends a tree of the text: resolves the paths of what was said in it.
+  void EndTree(const PathLog& paths);
+  /// Fills in all places: offsets in the original bytes, lines and columns.
+  /// @param file the file as a whole, which the offsets are of.
+  void FindPlaces(const WorkingText& file, std::string_view original);
+
+  /// Whether anything was mended or warned of in the current text.
+  bool AnyInText() const { return m_anyInText; }
+  /// Whether memory was exhausted.
+  bool HasFailed() const { return m_failed; }
+  /// What must not be mended and was met; null when nothing was.
+  const MendingKindInfo* Forbidden() const { return m_forbidden; }
+  /// The place of that.
+  Spot ForbiddenSpot() const { return m_forbiddenSpot; }
+
+ private:
+  static constexpr std::size_t kSaidPlaces = 1024;
+
+  void BeginTree();
+  bool SaysAgain(MendingKind kind, std::string_view tag);
+  bool Set(KRString& target, std::string_view text);
+
+  Reading& m_reading;
+  const ReadOptions& m_options;
+  List<s32> m_mendingPaths;
+  List<s32> m_warningPaths;
+  List<WantedObject> m_warningObjects;
+  std::size_t m_firstMending = 0;
+  std::size_t m_firstWarning = 0;
+  std::size_t m_text = 0;
+  bool m_begun = false;
+  bool m_anyInText = false;
+  bool m_failed = false;
+  const MendingKindInfo* m_forbidden = nullptr;
+  Spot m_forbiddenSpot;
+  // What was said of kinds that are said once, as hashes in a table that is never full.
+  std::size_t m_said[kSaidPlaces] = {};
+  std::size_t m_saidCount = 0;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_RECORDS_RECORDER_H_

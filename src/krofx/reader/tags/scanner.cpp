@@ -1,0 +1,263 @@
+// Telling tags from characters, and reading the texts between them.
+
+#include "krofx/reader/tags/scanner.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "krofx/core/internal/byte_search.h"
+#include "krofx/reader/characters/charset.h"
+#include "krofx/reader/characters/references.h"
+
+namespace krofx::internal {
+
+namespace {
+
+// Longer names are no tags of anybody.
+constexpr u32 kLongestName = 255;
+
+bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+bool IsNameCharacter(char c) {
+  return IsLetter(c) || (c >= '0' && c <= '9') || c == '.' || c == '_' || c == '-' || c == ':';
+}
+
+bool HasSmallLetter(std::string_view name) {
+  return std::any_of(name.begin(), name.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+constexpr std::string_view kSectionOpen = "<![CDATA[";
+constexpr std::string_view kSectionClose = "]]>";
+
+}  // namespace
+
+u32 Scanner::SkipWhite(u32 position) const {
+  while (IsWhite(At(position))) ++position;
+  return position;
+}
+
+u32 Scanner::FindEnd(u32 from, std::string_view what, u32& noneFrom) const {
+  if (from >= noneFrom) return 0;
+  const std::size_t at = m_bytes.find(what, from);
+  if (at != std::string_view::npos) return static_cast<u32>(at + what.size());
+  noneFrom = from;
+  return 0;
+}
+
+bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
+  tag.at = open;
+  u32 place = SkipWhite(open + 1);
+  tag.type = ScannedTag::Type::kStart;
+  if (At(place) == '/') {
+    tag.type = ScannedTag::Type::kEnd;
+    place = SkipWhite(place + 1);
+  }
+  const u32 tight = open + (tag.type == ScannedTag::Type::kEnd ? 2u : 1u);
+  tag.otherForm = place != tight;
+  if (!IsLetter(At(place))) return false;
+  const u32 start = place;
+  while (place - start <= kLongestName && IsNameCharacter(At(place))) ++place;
+  tag.name = m_bytes.substr(start, place - start);
+  if (tag.name.size() > kLongestName) return false;
+  const char next = At(place);
+  if (next != '>' && next != '/' && !IsWhite(next)) return false;
+  bool attributes = false;
+  while (At(place) != '>' && At(place) != '<' && place < End()) {
+    attributes = attributes || At(place) == '=';
+    ++place;
+  }
+  if (At(place) != '>') return ReadOpenTag(start, place, tag);
+  tag.behind = place + 1;
+  tag.selfClosed = tag.type == ScannedTag::Type::kStart && At(place - 1) == '/';
+  const u32 inside = place - (tag.selfClosed ? 1 : 0);
+  const u32 nameEnd = start + static_cast<u32>(tag.name.size());
+  const bool onlyName = SkipWhite(nameEnd) >= inside;
+  if (nameEnd != inside) tag.otherForm = true;
+  if (const std::size_t colon = tag.name.rfind(':'); colon != std::string_view::npos) {
+    tag.name.remove_prefix(colon + 1);
+    tag.otherForm = true;
+    if (tag.name.empty()) return false;
+  }
+
+  KRTagID id;
+  const u16 length = static_cast<u16>(tag.name.size());
+  tag.entry = m_dictionary.GetTagID(tag.name.data(), length, &id, KRCaseType_Exact);
+  tag.otherCase = false;
+  const bool small = HasSmallLetter(tag.name);
+  if (tag.entry == nullptr && small) {
+    tag.entry = m_dictionary.GetTagID(tag.name.data(), length, &id, KRCaseType_IgnoreCase);
+    tag.otherCase = tag.entry != nullptr;
+  }
+  if (!inText) return true;
+  // "J < K", "A <b> c": characters of a text, unless they name a tag.
+  if (!onlyName && !attributes) return false;
+  if (tag.entry != nullptr) return true;
+  const bool dotted = tag.name.find('.') != std::string_view::npos;
+  return !tag.otherForm && (!small || dotted);
+}
+
+// A tag that has lost its '>': a name of OFX at the end of its line, with another tag after it.
+bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
+  const u32 end = start + static_cast<u32>(tag.name.size());
+  if (At(next) != '<' || SkipWhite(end) != next) return false;
+  if (m_bytes.substr(end, next - end).find_first_of("\r\n") == std::string_view::npos) return false;
+  KRTagID id;
+  tag.entry = m_dictionary.GetTagID(tag.name.data(), static_cast<u16>(tag.name.size()), &id,
+                                    KRCaseType_IgnoreCase);
+  tag.behind = next;
+  tag.otherForm = true;
+  tag.selfClosed = tag.otherCase = false;
+  return tag.entry != nullptr;
+}
+
+Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& behind, ScannedTag& tag) const {
+  const char next = At(open + 1);
+  if (next == '!') {
+    if (m_bytes.compare(open, kSectionOpen.size(), kSectionOpen) == 0) {
+      behind = FindEnd(open + static_cast<u32>(kSectionOpen.size()), kSectionClose, m_noSectionEnd);
+      if (behind != 0) return Piece::kSection;
+    }
+    if (m_bytes.compare(open, 4, "<!--") == 0) {
+      behind = FindEnd(open + 4, "-->", m_noCommentEnd);
+      if (behind != 0) return Piece::kMarkup;
+    }
+    // A declaration is between tags; in a text it is characters, and nothing after it is joined.
+    if (!inText && (IsLetter(At(open + 2)) || At(open + 2) == '-')) {
+      behind = FindEnd(open + 1, ">", m_noInstructionEnd);
+      if (behind != 0) return Piece::kMarkup;
+    }
+    behind = open + 1;
+    return Piece::kCharacter;
+  }
+  if (next == '?') {
+    behind = FindEnd(open + 1, ">", m_noInstructionEnd);
+    if (behind != 0) return Piece::kMarkup;
+    behind = open + 1;
+    return Piece::kCharacter;
+  }
+  if (ReadTag(open, inText, tag)) return Piece::kTag;
+  behind = open + 1;
+  return Piece::kCharacter;
+}
+
+// Reads up to the next tag, which is left in `tag`.
+TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
+  TextRun run;
+  run.from = run.to = from;
+  bool any = false;
+  // Whether there is text on the line that has been reached.
+  bool inText = false;
+  const auto take = [&](u32 start, u32 end) {
+    const u32 after = end;
+    while (start < end && IsWhite(m_bytes[start])) ++start;
+    while (start < end && IsWhite(m_bytes[end - 1])) --end;
+    const std::string_view white = m_bytes.substr(end, after - end);
+    const bool broken = white.find_first_of("\r\n") != std::string_view::npos;
+    if (start == end) {
+      inText = inText && !broken;
+      return;
+    }
+    if (!any) run.from = start;
+    any = true;
+    run.to = end;
+    inText = !broken;
+  };
+  for (u32 place = from;;) {
+    const char* const found = SearchBytes(
+        m_bytes.data() + place, m_bytes.data() + End(),
+        [](ByteBlock block) { return block.Equal('<') | block.Equal('&'); },
+        [](char c) { return c == '<' || c == '&'; });
+    const u32 stop = static_cast<u32>(found - m_bytes.data());
+    if (stop < End() && *found == '&') {
+      take(place, stop + 1);
+      run.plain = false;
+      place = stop + 1;
+      continue;
+    }
+    take(place, stop);
+    if (stop == End()) {
+      tag = ScannedTag();
+      tag.at = tag.behind = End();
+      run.cut = inText;
+      return run;
+    }
+    u32 behind = 0;
+    const Piece piece = Classify(stop, inText, behind, tag);
+    if (piece == Piece::kTag) return run;
+    run.plain = false;
+    run.bareLessThan = run.bareLessThan || piece == Piece::kCharacter;
+    if (piece != Piece::kMarkup) take(stop, behind);
+    place = behind;
+  }
+}
+
+void Scanner::Next(ScannedTag& tag) {
+  TextRun front;
+  if (m_hasAhead && m_ahead.at == m_position) {
+    tag = m_ahead;
+    front.from = front.to = m_position;
+  } else {
+    front = ReadRun(m_position, tag);
+  }
+  tag.front = front;
+  tag.text = TextRun();
+  m_hasAhead = false;
+  m_position = tag.behind;
+  if (tag.type != ScannedTag::Type::kStart || tag.selfClosed) return;
+  tag.text = ReadRun(tag.behind, m_ahead);
+  m_hasAhead = true;
+  m_position = m_ahead.at;
+}
+
+TextResult Scanner::ReadText(const TextRun& run, const Charset& charset, KRString& out) const {
+  const u32 length = run.to - run.from;
+  if (length > KRString::kMaxLength) return TextResult::kTooLong;
+  if (run.plain || length == 0) {
+    return out.Assign(m_bytes.data() + run.from, static_cast<u16>(length)) != 0 || length == 0
+               ? TextResult::kRead
+               : TextResult::kNoMemory;
+  }
+  char* write = out.LockBuffer(static_cast<u16>(length + 1));
+  if (write == nullptr) return TextResult::kNoMemory;
+  std::memset(write, 0, length + 1);
+  bool replaced = false;
+  const ReferenceReader references(m_bytes.substr(0, run.to), charset, m_xml);
+  for (u32 place = run.from; place < run.to;) {
+    const char c = m_bytes[place];
+    if (c == '&') {
+      char bytes[Charset::kLongest];
+      const ReferenceReader::Found found = references.Read(place, bytes);
+      if (found.length != 0) {
+        std::memcpy(write, bytes, found.count);
+        write += found.count;
+        place += static_cast<u32>(found.length);
+        replaced = replaced || !found.known;
+        continue;
+      }
+    }
+    if (c == '<') {
+      ScannedTag unused;
+      u32 behind = 0;
+      const Piece piece = Classify(place, true, behind, unused);
+      if (piece == Piece::kMarkup) {
+        place = behind;
+        continue;
+      }
+      if (piece == Piece::kSection) {
+        const u32 open = m_xml ? static_cast<u32>(kSectionOpen.size()) : 0;
+        const u32 close = m_xml ? static_cast<u32>(kSectionClose.size()) : 0;
+        const u32 count = behind - place - open - close;
+        std::memcpy(write, m_bytes.data() + place + open, count);
+        write += count;
+        place = behind;
+        continue;
+      }
+    }
+    *write++ = c;
+    ++place;
+  }
+  out.UnlockBuffer();
+  return replaced ? TextResult::kReplaced : TextResult::kRead;
+}
+
+}  // namespace krofx::internal

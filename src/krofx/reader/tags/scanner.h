@@ -1,0 +1,120 @@
+// Reads the tags of a text whatever its form: OFX 1 as it is really written, OFX 2, and what is
+// neither quite.
+//
+// The strict tokenizer (krofx/parse/internal/item_scanner.h) takes every '<' for the beginning of a
+// tag. Here a '<' begins a tag only when what follows looks like one; comments, processing
+// instructions and document types are passed over, and CDATA sections are text. It decides nothing
+// about the tree.
+
+#ifndef KROFX_READER_TAGS_SCANNER_H_
+#define KROFX_READER_TAGS_SCANNER_H_
+
+#include <string_view>
+
+#include "krofx/core/string.h"
+#include "krofx/core/tag_dictionary.h"
+#include "krofx/core/tags.h"
+#include "krofx/core/types.h"
+
+namespace krofx::internal {
+
+class Charset;
+
+/// A run of text between two tags, without the white space around it.
+struct TextRun {
+  u32 from = 0;
+  u32 to = 0;
+  /// It has nothing but characters: no comment, section, reference, or '<'.
+  bool plain = true;
+  /// It has a '<' that opens no tag.
+  bool bareLessThan = false;
+  /// The text ends after it, without a line end between.
+  bool cut = false;
+
+  bool IsEmpty() const { return from == to; }
+};
+
+/// A tag, with what is around it.
+struct ScannedTag {
+  enum class Type : u8 { kEndOfText, kStart, kEnd };
+
+  Type type = Type::kEndOfText;
+  bool selfClosed = false;  ///< "<NAME/>": `type` is kStart.
+  bool otherCase = false;   ///< The name is the dictionary's but for the case of its letters.
+  bool otherForm = false;   ///< Blanks, a prefix or attributes are in it.
+  u32 at = 0;               ///< Its '<', or the end of the text.
+  u32 behind = 0;           ///< After its '>'.
+  std::string_view name;    ///< As written, without a prefix.
+  const KRTagDictionaryEntry* entry = nullptr;  ///< Null for a name that the dictionary lacks.
+  TextRun front;  ///< The text in front of it that is not the text of a start tag.
+  TextRun text;   ///< Of a start tag: the text after it.
+
+  KRTagID Id() const { return entry == nullptr ? KRTag_None : entry->tagID; }
+  /// The name as OFX writes it, or as written when OFX does not have it.
+  std::string_view Name() const { return entry == nullptr ? name : std::string_view(entry->text); }
+};
+
+/// What reading the text of an element came to.
+enum class TextResult : u8 {
+  kRead,
+  kReplaced,  ///< Read, with references in it that the strict parser does not know.
+  kTooLong,   ///< More than 65534 characters.
+  kNoMemory,
+};
+
+/// Walks over one text. Costs time in the length of the text, whatever the bytes are.
+class Scanner {
+ public:
+  /// @param bytes the text, without NUL, of less than 2^31 bytes.
+  /// @param xml whether it is XML, where a CDATA section is its content; else it is kept as it is.
+  Scanner(std::string_view bytes, const TagDictionary& dictionary, bool xml)
+      : m_bytes(bytes), m_dictionary(dictionary), m_xml(xml) {}
+
+  /// Goes on from a position.
+  void GoTo(u32 position) { m_position = position; }
+  /// Where the next tag is looked for.
+  u32 Position() const { return m_position; }
+  /// Reads the next tag; after the last one, the end of the text.
+  void Next(ScannedTag& tag);
+
+  /// Reads the text of a run: resolves references, and joins what comments and sections divide.
+  /// @param charset the one that the text is in.
+  TextResult ReadText(const TextRun& run, const Charset& charset, KRString& out) const;
+  /// The bytes of a run.
+  std::string_view View(const TextRun& run) const {
+    return m_bytes.substr(run.from, run.to - run.from);
+  }
+
+  /// Reads what begins at a '<', when it is a tag.
+  /// @param inText whether there is text in front of it on its line, so that it may be one more
+  ///        character.
+  bool ReadTag(u32 open, bool inText, ScannedTag& tag) const;
+
+ private:
+  // What begins at a '<'.
+  enum class Piece : u8 { kTag, kMarkup, kSection, kCharacter };
+
+  char At(u32 position) const { return position < m_bytes.size() ? m_bytes[position] : '\0'; }
+  u32 End() const { return static_cast<u32>(m_bytes.size()); }
+  u32 SkipWhite(u32 position) const;
+  bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
+  Piece Classify(u32 open, bool inText, u32& behind, ScannedTag& tag) const;
+  u32 FindEnd(u32 from, std::string_view what, u32& noneFrom) const;
+  TextRun ReadRun(u32 from, ScannedTag& tag) const;
+
+  std::string_view m_bytes;
+  const TagDictionary& m_dictionary;
+  bool m_xml;
+  u32 m_position = 0;
+  // From these positions on no comment, section or instruction has an end.
+  mutable u32 m_noCommentEnd = ~u32{0};
+  mutable u32 m_noSectionEnd = ~u32{0};
+  mutable u32 m_noInstructionEnd = ~u32{0};
+  // The tag that ended the last run.
+  ScannedTag m_ahead;
+  bool m_hasAhead = false;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_TAGS_SCANNER_H_

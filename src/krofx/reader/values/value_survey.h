@@ -1,0 +1,86 @@
+// What the values of a text look like as a whole, for values that do not tell alone what they mean.
+
+#ifndef KROFX_READER_VALUES_VALUE_SURVEY_H_
+#define KROFX_READER_VALUES_VALUE_SURVEY_H_
+
+#include <cstddef>
+#include <span>
+#include <string_view>
+
+#include "krofx/core/tags.h"
+#include "krofx/reader/tags/scanner.h"
+
+namespace krofx::internal {
+
+class Charset;
+
+/// Which sign is in front of the decimals.
+enum class DecimalSign : u8 {
+  kUnknown,  ///< No number shows it, or some show the one and some the other.
+  kPoint,
+  kComma,
+};
+
+/// What comes first in a date such as "01/02/2026".
+enum class DayOrder : u8 {
+  kUnknown,  ///< No date shows it, or some show the one and some the other.
+  kDayFirst,
+  kMonthFirst,
+};
+
+/// The tags of all elements whose values are decimal numbers.
+std::span<const KRTagID> DecimalTags();
+
+/// The elements of one text. Asking costs a walk over the text, so answers are worked out at the
+/// first question and kept. Not to be used by two threads at once.
+class ValueSurvey {
+ public:
+  /// @param text the whole text, which must outlive the survey.
+  /// @param charset the one that it is in.
+  ValueSurvey(std::string_view text, const TagDictionary& dictionary, const Charset& charset)
+      : m_text(text), m_dictionary(dictionary), m_charset(charset) {}
+
+  /// The character set of the text.
+  const Charset& CharsetOfText() const { return m_charset; }
+
+  /// The decimal sign of the text: the one that the other numbers in elements of this tag show, or,
+  /// when they show none, the one that all numbers of the text show.
+  DecimalSign DecimalSignOf(KRTagID tag) const;
+
+  /// What comes first in the dates of the text that can be read in one way only.
+  DayOrder OrderOfDays() const;
+
+  /// Calls `visit(tag, text)` for each element that the dictionary knows, with its text as written.
+  template <class Visit>
+  void ForEachElement(Visit visit) const {
+    Scanner scanner(m_text, m_dictionary, false);
+    ScannedTag tag;
+    for (scanner.Next(tag); tag.type != ScannedTag::Type::kEndOfText; scanner.Next(tag)) {
+      if (tag.entry != nullptr && !tag.text.IsEmpty())
+        visit(tag.entry->tagID, scanner.View(tag.text));
+    }
+  }
+
+ private:
+  // Bits: the numbers of a tag show the point, the comma.
+  static constexpr u8 kShowsPoint = 1;
+  static constexpr u8 kShowsComma = 2;
+  static constexpr std::size_t kMostDecimalTags = 128;
+
+  void LookAtNumbers() const;
+  void LookAtDates() const;
+
+  std::string_view m_text;
+  const TagDictionary& m_dictionary;
+  const Charset& m_charset;
+  mutable bool m_looked = false;
+  mutable u8 m_shown[kMostDecimalTags] = {};
+  mutable u8 m_shownByAny = 0;
+  mutable bool m_lookedAtDates = false;
+  mutable bool m_dayFirst = false;
+  mutable bool m_monthFirst = false;
+};
+
+}  // namespace krofx::internal
+
+#endif  // KROFX_READER_VALUES_VALUE_SURVEY_H_
