@@ -90,6 +90,13 @@ TEST(StreamPieces, CutAnywhereGiveTheSame) {
   }
 }
 
+TEST(StreamPieces, GiveTheSameAsABuffer) {
+  for (const std::string& text : OddTexts()) {
+    ASSERT_EQ(StreamBuffer(text), StreamText(text)) << text;
+  }
+  for (const std::string& text : Examples()) ASSERT_EQ(StreamBuffer(text), StreamText(text));
+}
+
 TEST(StreamPieces, AreReadAsAParseReadsThem) {
   for (const std::string& text : OddTexts()) {
     StreamOptions options;

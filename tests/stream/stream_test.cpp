@@ -3,7 +3,11 @@
 
 #include "krofx/stream/stream.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <string>
@@ -254,6 +258,82 @@ TEST(Stream, ReadsAFile) {
   TakeAll(stream, streamed);
   TakeEnd(stream, streamed);
   EXPECT_EQ(streamed, StreamText(text));
+}
+
+// A file that the host has mapped into its memory.
+class MappedFile {
+ public:
+  explicit MappedFile(const std::string& name) {
+    const int file = open(name.c_str(), O_RDONLY);
+    struct stat status {};
+    if (fstat(file, &status) == 0) m_size = static_cast<std::size_t>(status.st_size);
+    m_bytes = mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE, file, 0);
+    close(file);
+  }
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+  ~MappedFile() { munmap(m_bytes, m_size); }
+
+  std::string_view Bytes() const { return {static_cast<const char*>(m_bytes), m_size}; }
+
+ private:
+  void* m_bytes = MAP_FAILED;
+  std::size_t m_size = 0;
+};
+
+TEST(Stream, ReadsAFileThatIsMapped) {
+  const TempFolder folder;
+  const std::string name = folder.Name("statement.ofx");
+  std::string transactions;
+  for (std::size_t number = 1; number <= 3000; ++number) {
+    transactions += NumberedTransaction(number);
+  }
+  const std::string text = BankStatementFile(transactions);
+  std::ofstream(name, std::ios::binary) << text;
+  const MappedFile mapped(name);
+  Stream stream;
+  WantMuch(stream);
+  stream.Open(mapped.Bytes());
+  Streamed streamed;
+  TakeAll(stream, streamed);
+  TakeEnd(stream, streamed);
+  EXPECT_EQ(streamed, StreamText(text));
+  EXPECT_EQ(streamed.texts.size(), 3000u);
+}
+
+// Windows are many here, and lines end in three ways.
+TEST(Stream, CountsLinesOfAllKinds) {
+  constexpr const char* kEnds[] = {"\n", "\r\n", "\r", "\n\n", "\r\n\r", "\r\r\n"};
+  std::string transactions;
+  for (std::size_t number = 1; number <= 2000; ++number) {
+    transactions += "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250101<TRNAMT>-1<FITID>" +
+                    std::to_string(number) + "</STMTTRN>" + kEnds[number % std::size(kEnds)];
+  }
+  const std::string text = BankStatementFile(transactions);
+  StreamOptions options;
+  options.window = 4096;
+  Stream stream(options);
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  std::size_t line = 1;
+  std::size_t at = 0;
+  std::size_t begin = 0;
+  std::size_t count = 0;
+  for (const StreamElement& element : stream) {
+    // Some ask rarely.
+    if (++count % 100 > 50) continue;
+    const krofx::Place& place = element.Where();
+    for (; at < place.offset; ++at) {
+      if (text[at] == '\n' || (text[at] == '\r' && text[at + 1] != '\n')) {
+        ++line;
+        begin = at + 1;
+      }
+    }
+    ASSERT_EQ(text.compare(place.offset, 9, "<STMTTRN>"), 0) << count;
+    ASSERT_EQ(place.line, line) << count;
+    ASSERT_EQ(place.column, place.offset - begin + 1) << count;
+  }
+  EXPECT_EQ(count, 2000u);
 }
 
 TEST(Stream, SaysWhyAFileCannotBeOpened) {

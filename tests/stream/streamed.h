@@ -19,6 +19,7 @@
 #include "krofx/reader/reading.h"
 #include "krofx/stream/stream.h"
 #include "support/ofx_text.h"
+#include "support/parse_text.h"
 #include "support/readings.h"
 
 namespace krofx::testing {
@@ -83,6 +84,18 @@ inline Streamed StreamText(const std::string& text, std::size_t size = 0,
     TakeAll(stream, out);
   }
   if (size != 0) stream.Finish();
+  TakeAll(stream, out);
+  TakeEnd(stream, out);
+  return out;
+}
+
+/// Streams a text from a plain buffer.
+inline Streamed StreamBuffer(const std::string& text) {
+  TextBuffer buffer(text);
+  Stream stream;
+  WantMuch(stream);
+  stream.Open(*buffer.Get());
+  Streamed out;
   TakeAll(stream, out);
   TakeEnd(stream, out);
   return out;

@@ -42,7 +42,7 @@ constexpr s32 kNothingKnown = std::numeric_limits<s32>::max();
 }  // namespace
 
 EngineWindow::EngineWindow(u32 usual, u32 most)
-    : m_buffer(usual, 0), m_engine(m_buffer), m_most(std::max(usual, most)) {}
+    : m_buffer(1, 0), m_engine(m_buffer), m_usual(usual), m_most(std::max(usual, most)) {}
 
 void EngineWindow::Borrow(KRBuffer& buffer) {
   m_borrowed = &buffer;
@@ -104,6 +104,9 @@ void EngineWindow::Slide() {
 }
 
 std::span<char> EngineWindow::Room() {
+  if (m_buffer.GetBufferAllocation() < m_usual && m_buffer.AllocateTo(m_usual) != KRBufferOK) {
+    return {};
+  }
   char* const memory = m_buffer.GetBufferPtr();
   if (memory == nullptr) return {};
   const u32 size = m_buffer.GetBufferSize();

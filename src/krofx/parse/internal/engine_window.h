@@ -51,7 +51,8 @@ class KROFX_API EngineWindow {
 
   /// Drops what has been read.
   void Slide();
-  /// Room for bytes behind what is there: `Added` says how many were put there.
+  /// Room for bytes behind what is there: `Added` says how many were put there. Empty when the
+  /// window is full, or memory is exhausted.
   std::span<char> Room();
   void Added(std::size_t count);
   /// The text has no more bytes.
@@ -83,10 +84,12 @@ class KROFX_API EngineWindow {
   std::string_view WholeText() const;
   bool DependsOnEnd(const KRParseEngine& engine) const;
 
+  // Small until there is something to put into it.
   KRBuffer m_buffer;
   KRBuffer* m_borrowed = nullptr;
   mutable std::string_view m_whole;  // Of the borrowed buffer; null until somebody asks.
   KRParseEngine m_engine;
+  u32 m_usual;
   u32 m_most;
   u32 m_wanted = 0;
   std::size_t m_base = 0;

@@ -115,8 +115,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
   const char* lastName = nullptr;
   std::string_view lastValue = m_lastValue;
   KRParseStatus status = KRParseStatus_Accepted;
-  KnownTag none;
-  KnownTag* last = &none;
+  KnownTag* last = m_last;
   const auto advance = [&](KnownTag* tag, const char* name, const char* to) {
     last->next = tag;
     last = tag;
@@ -202,6 +201,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
   }
   if (lastEntry == nullptr) return status;
   entry = *lastEntry;
+  m_last = last;
   m_lastValue = lastValue;
   commit();
   return status;

@@ -103,6 +103,9 @@ class PlainFeed {
   KRParseEngine& m_engine;
   FeedWatcher* m_watcher;
   RowMemo m_memo;
+  // The tag that was read last, by which most tags are found.
+  KnownTag m_none;
+  KnownTag* m_last = &m_none;
   std::string_view m_lastValue;
   // What a feed to a watched tree knows of the bytes up to a position.
   HighBytes m_high;

@@ -67,6 +67,7 @@ bool WantedClasses::Has(const KRDataObj& element, KRTagID tag, const KRDataObj& 
 
 void ElementTrack::Begin(KRDataObj& root) {
   m_levels[0].object = &root;
+  m_levels[0].kind.element = nullptr;
   m_levels[0].countOfTags = 0;
   m_open = 0;
   m_element = nullptr;
@@ -81,17 +82,20 @@ std::size_t ElementTrack::CountOne(Level& level, KRTagID tag) {
   return 1;
 }
 
-// The classes are asked for each element of a list, and most lists are of one kind.
-const ElementTrack::Kind& ElementTrack::KindOf(const Level& level, KRDataObj& parent) {
+const ElementTrack::Kind& ElementTrack::KindOf(const Level& level, Level& parent) {
   const std::type_info& element = typeid(*level.object);
-  const std::type_info& list = typeid(parent);
+  if (parent.kind.element == &element && parent.kind.tag == level.tag) return parent.kind;
+  KRDataObj& object = *parent.object;
+  const std::type_info& list = typeid(object);
   Kind& kind = m_kinds[(reinterpret_cast<std::uintptr_t>(&element) / sizeof(void*) + level.tag +
                         reinterpret_cast<std::uintptr_t>(&list) / sizeof(void*)) %
                        kKinds];
-  if (kind.element == &element && kind.parent == &list && kind.tag == level.tag) return kind;
-  kind = {&element, &list, level.tag, false, ListRow(parent, level.tag)};
-  kind.wanted = IsInList(parent, level.tag) && m_wanted.Has(*level.object, level.tag, parent);
-  return kind;
+  if (kind.element != &element || kind.parent != &list || kind.tag != level.tag) {
+    kind = {&element, &list, level.tag, false, ListRow(object, level.tag)};
+    kind.wanted = IsInList(object, level.tag) && m_wanted.Has(*level.object, level.tag, object);
+  }
+  parent.kind = kind;
+  return parent.kind;
 }
 
 void ElementTrack::OnOpened(KRDataObj& object, s32 position) {
@@ -101,14 +105,14 @@ void ElementTrack::OnOpened(KRDataObj& object, s32 position) {
   level.isPlaced = false;
   level.place.offset = m_base + static_cast<std::size_t>(std::max(position, s32{0}));
   level.number = CountOne(m_levels[m_open], level.tag);
+  level.kind.element = nullptr;
   level.countOfTags = 0;
   ++m_open;
 }
 
 bool ElementTrack::OnClosed() {
   const Level& level = m_levels[m_open--];
-  KRDataObj& parent = *m_levels[m_open].object;
-  const Kind& kind = KindOf(level, parent);
+  const Kind& kind = KindOf(level, m_levels[m_open]);
   if (!kind.wanted) return false;
   m_element = level.object;
   m_depth = static_cast<s16>(m_open + 1);

@@ -90,16 +90,6 @@ class ElementTrack final : public FeedWatcher {
     std::size_t count;
   };
   static constexpr u8 kMostCounts = 96;
-  struct Level {
-    KRDataObj* object = nullptr;
-    KRTagID tag = KRTag_None;
-    bool isPlaced = true;  // Otherwise the place has an offset only.
-    Place place;
-    std::size_t number = 1;
-    u8 countOfTags = 0;
-    Count counts[kMostCounts];
-  };
-
   // What is known of objects of one class under one tag in objects of one class.
   struct Kind {
     const std::type_info* element = nullptr;
@@ -109,9 +99,19 @@ class ElementTrack final : public FeedWatcher {
     const Row* row = nullptr;  // Of the list in the parent's table that holds them.
   };
   static constexpr std::size_t kKinds = 64;
+  struct Level {
+    KRDataObj* object = nullptr;
+    KRTagID tag = KRTag_None;
+    bool isPlaced = true;  // Otherwise the place has an offset only.
+    Place place;
+    std::size_t number = 1;
+    Kind kind;  // Of the child that was closed last: most lists are of one kind.
+    u8 countOfTags = 0;
+    Count counts[kMostCounts];
+  };
 
   static std::size_t CountOne(Level& level, KRTagID tag);
-  const Kind& KindOf(const Level& level, KRDataObj& parent);
+  const Kind& KindOf(const Level& level, Level& parent);
 
   WantedClasses& m_wanted;
   Level m_levels[KRParser::kMaxDepth + 1];
