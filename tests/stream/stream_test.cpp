@@ -345,6 +345,24 @@ TEST(Stream, SaysWhyAFileCannotBeOpened) {
   EXPECT_NE(Str(stream.Problem()).find("cannot be opened"), std::string::npos);
 }
 
+TEST(Stream, SaysWhyATextEndsEarly) {
+  const std::string whole = BankStatementFile(NumberedTransaction(1));
+  const std::string otherEnd = BankStatementFile("<STMTTRN><TRNTYPE>DEBIT</BANKTRANLIST>");
+  for (const std::string& text :
+       {std::string(), std::string("<html></html>"), whole.substr(0, whole.size() / 2), otherEnd}) {
+    Stream stream;
+    stream.Want<KRBankStatementTx>();
+    stream.Open(std::string_view(text));
+    EXPECT_GT(stream.ForEach([](const StreamElement&) {}), KRParseStatus_Fatal) << text;
+    EXPECT_LT(stream.Status(), KRParseStatus_Warnings) << text;
+    EXPECT_FALSE(stream.Problem().IsEmpty()) << text;
+  }
+  Stream stream;
+  stream.Open(std::string_view(whole));
+  EXPECT_EQ(stream.ForEach([](const StreamElement&) {}), KRParseStatus_Accepted);
+  EXPECT_TRUE(stream.Problem().IsEmpty());
+}
+
 TEST(Stream, CannotReadAFolder) {
   const TempFolder folder;
   Stream stream;

@@ -23,6 +23,27 @@ constexpr u32 kMostWindow = 1u << 30;
 // Nearly every text tells its kind in these bytes.
 constexpr std::size_t kFirstPart = 4096;
 
+// Why a text could not be read to its end; empty when it could.
+const char* WhyItEnded(KRParseStatus status, bool inAggregate) {
+  switch (status) {
+    case KRParseStatus_Accepted:
+    case KRParseStatus_Warnings:
+      return "";
+    case KRParseStatus_Fatal:
+      return KRGetFireAlarm() != KRFireAlarm_None
+                 ? "memory was exhausted while reading"
+                 : "a list that is kept has more than 65535 entries, which is the most that a list "
+                   "takes; take its elements from the stream";
+    case KRParseStatus_EndTagMismatch:
+      return "an end tag in it is not that of the aggregate that is open";
+    case KRParseStatus_StackFull:
+      return "aggregates in it are open inside each other more deeply than OFX has them";
+    default:
+      return inAggregate ? "it breaks off inside an aggregate, or a tag in it is refused"
+                         : "it has no body of OFX, or a header in it is refused";
+  }
+}
+
 }  // namespace
 
 ReadWarning RecordOf(const KRParseException& warning) {
@@ -81,12 +102,7 @@ void StreamRun::End(KRParseStatus status) {
   m_state = StreamState::kEnded;
   m_status = status;
   m_text.status = status;
-  if (m_problem.IsEmpty() == 0 || status != KRParseStatus_Fatal) return;
-  m_problem =
-      KRGetFireAlarm() != KRFireAlarm_None
-          ? "memory was exhausted while reading"
-          : "a list that is kept has more than 65535 entries, which is the most that a list "
-            "takes; take its elements from the stream";
+  if (m_problem.IsEmpty() != 0) m_problem = WhyItEnded(status, m_parser.GetDepth() > 0);
 }
 
 // Chooses the root by what is in the window. False when that does not tell yet.
