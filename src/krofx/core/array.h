@@ -51,13 +51,13 @@ class KROFX_API KRDynamicArray : public krofx::internal::HeapObject {
   /// @return in this class KRBuildStatus_NoArrayWriter: it does not know how to write elements.
   virtual KRBuildStatus Build(KRBuilder* builder, KRTagID tag) const;
 
-  /// The highest index in use, plus 1.
+  /// @return the highest index in use, plus 1.
   u16 Entries() const { return m_block.Entries(); }
-  /// The number of slots that the growth so far has made.
+  /// @return the number of slots that the growth so far has made.
   u16 Allocated() const { return m_block.Allocated(); }
-  /// Slots of the first allocation.
+  /// @return the slots of the first allocation.
   u16 InitialSize() const { return m_block.InitialSize(); }
-  /// Slots added at each later allocation.
+  /// @return the slots added at each later allocation.
   u16 GrowStep() const { return m_block.GrowStep(); }
   /// @return whether a copy of this array, or the array that this is a copy of, uses the same
   ///         elements.
@@ -193,9 +193,9 @@ class KROFX_API PlainArray {
   /// Destroys the elements.
   ~PlainArray() { m_block.Release(&Destroy); }
 
-  /// The highest index in use, plus 1.
+  /// @return the highest index in use, plus 1.
   u16 Entries() const { return m_block.Entries(); }
-  /// The number of slots that the growth so far has made.
+  /// @return the number of slots that the growth so far has made.
   u16 Allocated() const { return m_block.Allocated(); }
   /// @return the element, still the array's; null when the slot is empty or at or above the
   ///         entries.

@@ -119,11 +119,11 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   /// @return 1; 0, without a move, for an offset beyond the size.
   u16 SetBufferOffset(u32 offset);
 
-  /// Bytes of content.
+  /// @return the bytes of content.
   u32 GetBufferSize() const { return m_size; }
-  /// The cursor: the position that is read or written next.
+  /// @return the cursor: the position that is read or written next.
   u32 GetBufferOffset() const { return m_offset; }
-  /// Bytes that can be held before the next growth.
+  /// @return the bytes that can be held before the next growth.
   u32 GetBufferAllocation() const { return m_allocation; }
   /// @return the memory, for direct reads, and for direct writes that end with SetBufferSize; null
   ///         when memory was exhausted. The pointer is valid until the buffer grows.

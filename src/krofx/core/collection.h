@@ -28,7 +28,7 @@ class KROFX_API KRCollectionItem : public krofx::internal::HeapObject {
   KRCollectionItem* Next() const { return m_next; }
   /// Sets the item after this one; the item is not owned.
   void Next(KRCollectionItem* item) { m_next = item; }
-  /// The item before this one, if whoever built the list set it.
+  /// @return the item before this one, if whoever built the list set it.
   KRCollectionItem* Previous() const { return m_previous; }
   /// Sets the item before this one; the item is not owned.
   void Previous(KRCollectionItem* item) { m_previous = item; }
@@ -63,7 +63,7 @@ class KROFX_API KRCollection {
   KRCollection& operator-=(const KRCollectionItem& item);
   /// @return the item at `index`, 0 being the newest; null beyond the end.
   KRCollectionItem* operator[](u16 index) const;
-  /// How many items there are.
+  /// @return how many items there are.
   u16 NumberofItems() const { return m_count; }
 
  private:

@@ -36,7 +36,7 @@ class List {
   List& operator=(const List&) = delete;
   ~List() { Clear(); }
 
-  /// Number of values.
+  /// @return the number of values.
   std::size_t size() const { return m_size; }
   /// @return whether the list has no values.
   bool empty() const { return m_size == 0; }

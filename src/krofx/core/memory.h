@@ -52,7 +52,7 @@ class KROFX_API AllocationFailure {
   /// From now on the `nth` allocation of this thread (1 is the next one) gives null, and with
   /// `andAllLater` every later one too. With 0 no allocation is made to fail.
   static void FailAt(std::size_t nth, bool andAllLater = false) noexcept;
-  /// The number of allocations of this thread since the last FailAt.
+  /// @return the number of allocations of this thread since the last FailAt.
   static std::size_t Count() noexcept;
 };
 

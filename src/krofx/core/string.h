@@ -88,11 +88,11 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   /// Appends one character; a NUL does nothing.
   KRString& operator+=(char character);
 
-  /// Characters before the terminator.
+  /// @return the characters before the terminator.
   u16 GetStrLength() const { return m_length; }
   /// Allocated bytes, the terminator's included; 0 for a null string.
   int BufferSize() const { return m_allocated; }
-  /// The length that the OFX standard allows; 65535 is no limit.
+  /// @return the length that the OFX standard allows; 65535 is no limit.
   u16 SpecLength() const { return m_specLength; }
   /// @return 1 when the string holds no buffer.
   u16 IsNull() const { return m_buffer == nullptr ? 1 : 0; }

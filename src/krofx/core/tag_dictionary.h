@@ -39,7 +39,7 @@ struct KRTagDictionaryEntry {
 /// The table of all tags, in id order: NumberOfKRDictionaryEntry() rows. Constant, never freed.
 KROFX_API const KRTagDictionaryEntry* GetKRTagDictionary();
 
-/// The number of rows of GetKRTagDictionary().
+/// @return the number of rows of GetKRTagDictionary().
 KROFX_API u16 NumberOfKRDictionaryEntry();
 
 /// A row of a dictionary's lookup by text.
@@ -67,7 +67,7 @@ class KROFX_API KRBinarySearch {
   /// @return a negative number when the key is before the item, 0 when they match, a positive one
   ///         when it is after.
   virtual int Compare(u16 index) = 0;
-  /// The number of items. Above 32767 nothing is found, since an index must fit 15 bits.
+  /// @return the number of items. Above 32767 nothing is found, since an index must fit 15 bits.
   virtual u16 GetNumberOfItems() = 0;
 
   /// Searches for an item that matches.

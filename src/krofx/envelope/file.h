@@ -56,24 +56,24 @@ class KROFX_API KRFile : public KRDataObj {
   KRFile& operator=(const KRFile& other);
   ~KRFile() override;
 
-  /// An OFX header, which the file keeps owning; null when it is absent or `tag` is not one of 2 to
-  /// 10.
+  /// @return an OFX header, which the file keeps owning; null when it is absent or `tag` is not one
+  ///         of 2 to 10.
   const KRString* GetHeader(KRHeaderTag tag) const;
   /// Stores an OFX header.
   /// @return 1; 0 for a tag that is not one of 2 to 10, a value of white space, or no memory.
   u16 SetHeader(KRHeaderTag tag, const KRString& value);
-  /// A MIME header by name, without regard to case; null when there is none.
+  /// @return a MIME header by name, without regard to case; null when there is none.
   const KRMIMEHeader* GetMIMEHeader(KRString* name) const;
-  /// A MIME header by position; null after the last.
+  /// @return a MIME header by position; null after the last.
   const KRMIMEHeader* GetMIMEHeader(u16 index) const;
   /// As above for any other integer type, since a plain 0 could also be a null name.
   template <std::integral Integer>
   const KRMIMEHeader* GetMIMEHeader(Integer index) const {
     return std::in_range<u16>(index) ? GetMIMEHeader(static_cast<u16>(index)) : nullptr;
   }
-  /// The number of MIME headers.
+  /// @return the number of MIME headers.
   u16 GetNumberMIMEHeaders() const;
-  /// The boundary of a multipart file, without its hyphens; empty when it has none.
+  /// @return the boundary of a multipart file, without its hyphens; empty when it has none.
   const KRString& GetBoundary() { return m_boundary; }
   /// Sets the boundary.
   /// @return 1; 0 when memory is exhausted.
@@ -84,7 +84,7 @@ class KROFX_API KRFile : public KRDataObj {
   /// @return 1; 0 when memory is exhausted.
   u16 SetMIMEBody(KRString body);
 
-  /// A subfile, which this file keeps owning; null after the last.
+  /// @return a subfile, which this file keeps owning; null after the last.
   KRFile* GetSubfile(u16 index);
   /// Takes ownership of `subfile` and deletes the one at `index`. The parent of `subfile` stays as
   /// it is.
@@ -92,7 +92,7 @@ class KROFX_API KRFile : public KRDataObj {
   u16 SetSubfile(u16 index, KRFile* subfile);
   /// As SetSubfile, for a new entry at the end.
   u16 AppendSubfile(KRFile* subfile);
-  /// The number of subfiles.
+  /// @return the number of subfiles.
   u16 GetNumberOfSubfiles() const;
   /// The file that this one is a subfile of, which is not owned; null at the top.
   KRFile* GetParent() const { return m_parent; }

@@ -65,14 +65,14 @@ class KROFX_API KRFileRq : public krofx::internal::BodyFile<krofx::internal::Sid
   /// A file without headers or requests, of all versions.
   KRFileRq();
 
-  /// A request, which the file keeps owning; null after the last.
+  /// @return a request, which the file keeps owning; null after the last.
   KRRequest* GetRequest(u16 index) const { return m_bodies.Get(index); }
   /// Takes ownership of `request`, deletes the one at `index`, and notes OFX as present.
   /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetRequest(u16 index, KRRequest* request) { return SetBody(index, request); }
   /// As SetRequest, for a new entry at the end.
   u16 AppendRequest(KRRequest* request) { return SetBody(m_bodies.Entries(), request); }
-  /// The number of requests.
+  /// @return the number of requests.
   u16 GetNumberOfRequest() const { return m_bodies.Entries(); }
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.
@@ -89,14 +89,14 @@ class KROFX_API KRFileRs : public krofx::internal::BodyFile<krofx::internal::Sid
   /// A file without headers or responses, of all versions.
   KRFileRs();
 
-  /// A response, which the file keeps owning; null after the last.
+  /// @return a response, which the file keeps owning; null after the last.
   KRResponse* GetResponse(u16 index) const { return m_bodies.Get(index); }
   /// Takes ownership of `response`, deletes the one at `index`, and notes OFX as present.
   /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetResponse(u16 index, KRResponse* response) { return SetBody(index, response); }
   /// As SetResponse, for a new entry at the end.
   u16 AppendResponse(KRResponse* response) { return SetBody(m_bodies.Entries(), response); }
-  /// The number of responses.
+  /// @return the number of responses.
   u16 GetNumberOfResponse() const { return m_bodies.Entries(); }
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.

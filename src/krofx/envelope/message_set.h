@@ -35,9 +35,9 @@ class KROFX_API MessageSet : public KRDataObj {
   /// @return 1; 0 when it could not be stored, and then the caller keeps it; 0 also when its type
   ///         is not valid in this set, and then this object owns it.
   u16 SetTrans(u16 index, Trans* transaction);
-  /// A transaction, which this object keeps owning; null when there is none.
+  /// @return a transaction, which this object keeps owning; null when there is none.
   Trans* GetTrans(u16 index) const { return static_cast<Trans*>(m_transactions.Get(index)); }
-  /// The number of transactions.
+  /// @return the number of transactions.
   u16 GetNumTrans() const { return m_transactions.Entries(); }
   /// Gives up a transaction without deleting it; the later ones move down.
   /// @return 1; 0 when there is none.
@@ -49,9 +49,9 @@ class KROFX_API MessageSet : public KRDataObj {
   u16 AppendSync(Sync* sync);
   /// As SetTrans, for a synchronisation.
   u16 SetSync(u16 index, Sync* sync);
-  /// A synchronisation, which this object keeps owning; null when there is none.
+  /// @return a synchronisation, which this object keeps owning; null when there is none.
   Sync* GetSync(u16 index) const { return static_cast<Sync*>(m_syncs.Get(index)); }
-  /// The number of synchronisations.
+  /// @return the number of synchronisations.
   u16 GetNumSync() const { return m_syncs.Entries(); }
   /// Deletes all synchronisations.
   void DeleteAllSync() { m_syncs.DeleteAll(); }
@@ -61,10 +61,10 @@ class KROFX_API MessageSet : public KRDataObj {
   /// Writes the sign-on first, and then the children in the order of the set's tags.
   KRBuildStatus Build(KRBuilder* builder) const override;
   u16 AllRequiredPresent() override;
-  /// The sign-on, the profile or the security list that the set needs and does not have; for any
-  /// other set, if it is empty, the first of its tags.
+  /// @return the sign-on, the profile or the security list that the set needs and does not have;
+  ///         for any other set, if it is empty, the first of its tags.
   KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
-  /// The last character of the set's tag.
+  /// @return the last character of the set's tag.
   u16 GetMsgSetVersion() const override { return GetMsgSetVersionFromTag(); }
   /// Index 0 is the sign-on, which may be null; then the transactions, then the synchronisations.
   KRDataObj* GetChild(u16 index) const override;
@@ -98,7 +98,7 @@ class KROFX_API KRMessageSetRq
   /// PAYEEDELRQ, STPCHKSYNCRQ, MAILRQ, GETMIMERQ, SECLISTRQ, PINCHRQ and ENROLLRQ.
   static KRTagID MsgIDToMsgSetID(KRTagID tag);
 
-  /// The sign-on, which this object keeps owning; null when there is none.
+  /// @return the sign-on, which this object keeps owning; null when there is none.
   KRSignOnRq* GetSignOnRq() const;
   /// Takes ownership of `signOn` and deletes the one held before.
   /// @return 1; 0 when this is not a sign-on set. In both cases the sign-on belongs to this object.
@@ -117,12 +117,12 @@ class KROFX_API KRMessageSetRq
 class KROFX_API KRMessageSetRs
     : public krofx::internal::MessageSet<krofx::internal::Side::kResponse> {
  public:
-  /// The sign-on, which this object keeps owning; null when there is none.
+  /// @return the sign-on, which this object keeps owning; null when there is none.
   KRSignOnRs* GetSignOnRs() const;
   /// Takes ownership of `signOn` and deletes the one held before.
   /// @return 1; 0 when this is not a sign-on set. In both cases the sign-on belongs to this object.
   u16 SetSignOnRs(KRSignOnRs* signOn) { return SetSignOn(signOn); }
-  /// The security list, which this object keeps owning; null when there is none.
+  /// @return the security list, which this object keeps owning; null when there is none.
   KRSecList* GetSecList() const;
   /// Takes ownership of `secList` and deletes the one held before.
   /// @return 1; 0 when this is not a security list set. In both cases the list belongs to this

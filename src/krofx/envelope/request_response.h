@@ -29,9 +29,9 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   /// @return 1; 0 when it could not be stored, and then the caller keeps it; 0 also when its type
   ///         is not the tag of a message set, and then this object owns it.
   u16 SetMessageSet(u16 index, Set* set);
-  /// A message set, which this object keeps owning; null when there is none.
+  /// @return a message set, which this object keeps owning; null when there is none.
   Set* GetMessageSet(u16 index) const { return static_cast<Set*>(m_sets.Get(index)); }
-  /// The number of message sets.
+  /// @return the number of message sets.
   u16 GetNumMessageSet() const { return m_sets.Entries(); }
   /// Deletes all message sets.
   void DeleteAllMessageSet() { m_sets.DeleteAll(); }
@@ -48,7 +48,7 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   /// Says whether a sign-on set is present and any message set is held.
   /// @return 1 when it is so; 0 when not.
   u16 AllRequiredPresent() override;
-  /// The sign-on set, of the version of the sets that are held.
+  /// @return the sign-on set, of the version of the sets that are held.
   KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
   KRDataObj* GetChild(u16 index) const override { return m_sets.Get(index); }
   u16 GetNumberOfChildren() const override { return m_sets.Entries(); }

@@ -19,21 +19,22 @@ class KROFX_API AccountView {
   /// Of an account; null is none.
   explicit AccountView(const KRAccount* account) : m_account(account) {}
 
-  /// Whether there is an account.
+  /// @return whether there is an account.
   explicit operator bool() const { return m_account != nullptr; }
-  /// The number of the bank (BANKID), or the name of the broker (BROKERID); empty for a card.
+  /// @return the number of the bank (BANKID), or the name of the broker (BROKERID); empty for a
+  ///         card.
   std::string_view Institution() const;
-  /// BRANCHID.
+  /// @return BRANCHID.
   std::string_view Branch() const;
-  /// The number of the account or card (ACCTID).
+  /// @return the number of the account or card (ACCTID).
   std::string_view Number() const;
-  /// "CHECKING", "SAVINGS" and so on (ACCTTYPE, ACCTTYPE2); empty for cards and brokers.
+  /// @return "CHECKING", "SAVINGS" and so on (ACCTTYPE, ACCTTYPE2); empty for cards and brokers.
   std::string_view Type() const;
-  /// ACCTKEY.
+  /// @return ACCTKEY.
   std::string_view Key() const;
   bool IsCard() const;
   bool IsInvestment() const;
-  /// The object itself; null when there is no account.
+  /// @return the object itself; null when there is no account.
   const KRAccount* Get() const { return m_account; }
 
  private:

@@ -11,13 +11,13 @@
 
 namespace krofx::internal {
 
-/// The symbol of a currency; empty for null.
+/// @return the symbol of a currency; empty for null.
 inline std::string_view SymbolOf(const KRCurrency* currency) {
   if (currency == nullptr) return {};
   return TextIf(currency->HasCurrencySymbol(), currency->GetCurrencySymbol());
 }
 
-/// The rate of a currency; nothing for null.
+/// @return the rate of a currency; nothing for null.
 inline std::optional<KRPrecisionInteger> RateOf(const KRCurrency* currency) {
   if (currency == nullptr || currency->HasCurrencyRate() == 0) return std::nullopt;
   return currency->GetCurrencyRate();

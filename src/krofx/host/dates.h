@@ -34,10 +34,10 @@ KROFX_API ValueText ToText(const KRDateTimeBase& date);
 /// @return the text; empty for no day.
 KROFX_API ValueText ToText(const std::optional<std::chrono::year_month_day>& day);
 
-/// The date of a day. One of a year below 1 or above 9999, or that the calendar does not have,
-/// gives a date that is not valid: IsValidDate is 0, and it is not written.
+/// @return the date of a day. One of a year below 1 or above 9999, or that the calendar does not
+///         have, gives a date that is not valid: IsValidDate is 0, and it is not written.
 KROFX_API KRDateTime ToDateTime(std::chrono::year_month_day day);
-/// The date and time of an instant, in GMT; not valid as above.
+/// @return the date and time of an instant, in GMT; not valid as above.
 KROFX_API KRDateTime ToDateTime(Instant instant);
 
 }  // namespace krofx

@@ -89,7 +89,7 @@ class KROFX_API DraftOf {
   DraftOf(const DraftOf&) = delete;
   DraftOf& operator=(const DraftOf&) = delete;
 
-  /// The version of the message sets.
+  /// @return the version of the message sets.
   u16 Version() const { return m_version; }
   /// Makes an object of the draft's version, through the factory in force.
   /// @return null, with the fire alarm raised, when memory is exhausted.
@@ -109,7 +109,7 @@ class KROFX_API DraftOf {
   /// Adds a wrapper to the message set that carries it.
   /// @return it, which the draft owns; null when none does.
   Trans* Add(std::unique_ptr<Trans> wrapper);
-  /// The whole file, which the draft owns.
+  /// @return the whole file, which the draft owns.
   const KRFile& File() const { return m_file; }
 
   /// Writes the file at the buffer's cursor, strictly: what is missing, too long or not valid is

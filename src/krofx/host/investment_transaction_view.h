@@ -32,41 +32,43 @@ class KROFX_API InvestmentTransactionView {
   /// @return whether an object is a transaction in an INVTRANLIST.
   static bool Shows(const Found<const KRDataObj>& found);
 
-  /// The day of the trade (DTTRADE); of a transaction of the money, that on which it was posted.
+  /// @return the day of the trade (DTTRADE); of a transaction of the money, that on which it was
+  ///         posted.
   KRDateTime Traded() const;
-  /// When securities and money changed hands (DTSETTLE).
+  /// @return when securities and money changed hands (DTSETTLE).
   KRDateTime Settled() const;
-  /// The tag of its kind, such as "BUYSTOCK".
+  /// @return the tag of its kind, such as "BUYSTOCK".
   std::string_view Kind() const;
-  /// What the kind says in addition, such as "BUY", "DIV", "EXPIRE" or "IN"; of a transaction of
-  /// the money, its TRNTYPE.
+  /// @return what the kind says in addition, such as "BUY", "DIV", "EXPIRE" or "IN"; of a
+  ///         transaction of the money, its TRNTYPE.
   std::string_view Detail() const;
-  /// The name of the security, and its ticker; empty when the file does not describe it.
+  /// @return the name of the security, and its ticker; empty when the file does not describe it.
   std::string_view Security() const;
   std::string_view Ticker() const;
-  /// The ID of the security, and of which numbering it is, such as "CUSIP".
+  /// @return the ID of the security, and of which numbering it is, such as "CUSIP".
   std::string_view SecurityId() const;
   std::string_view SecurityIdType() const;
-  /// The units, negative for those that go out; of a split, the units after it.
+  /// @return the units, negative for those that go out; of a split, the units after it.
   std::optional<KRPrecisionInteger> Units() const;
   std::optional<KRPrecisionInteger> Price() const;
-  /// The money that moves (TOTAL), negative for what goes out; of a transaction of the money, its
-  /// amount; of a split, the cash for fractions.
+  /// @return the money that moves (TOTAL), negative for what goes out; of a transaction of the
+  ///         money, its amount; of a split, the cash for fractions.
   std::optional<KRPrecisionInteger> Total() const;
-  /// The currency of the amounts: that of CURRENCY, or else the statement's.
+  /// @return the currency of the amounts: that of CURRENCY, or else the statement's.
   std::string_view Currency() const;
-  /// The rate of CURRENCY.
+  /// @return the rate of CURRENCY.
   std::optional<KRPrecisionInteger> Rate() const;
-  /// The currency that the amounts were converted from (ORIGCURRENCY), and the rate.
+  /// @return the currency that the amounts were converted from (ORIGCURRENCY), and the rate.
   std::string_view OriginalCurrency() const;
   std::optional<KRPrecisionInteger> OriginalRate() const;
-  /// Which part of the account has the securities, and which the money: "CASH", "MARGIN" and so on.
+  /// @return which part of the account has the securities, and which the money: "CASH", "MARGIN"
+  ///         and so on.
   std::string_view SecuritySubAccount() const;
   std::string_view MoneySubAccount() const;
-  /// Of journal entries: the parts of the account between which they move.
+  /// @return of journal entries: the parts of the account between which they move.
   std::string_view FromSubAccount() const;
   std::string_view ToSubAccount() const;
-  /// What is in the total beside units and price.
+  /// @return what is in the total beside units and price.
   std::optional<KRPrecisionInteger> Commission() const;
   std::optional<KRPrecisionInteger> Fees() const;
   std::optional<KRPrecisionInteger> Taxes() const;
@@ -75,31 +77,31 @@ class KROFX_API InvestmentTransactionView {
   std::optional<KRPrecisionInteger> Markdown() const;
   std::optional<KRPrecisionInteger> Withholding() const;
   std::optional<bool> IsTaxExempt() const;
-  /// Of debt: the interest since the last coupon (ACCRDINT).
+  /// @return of debt: the interest since the last coupon (ACCRDINT).
   std::optional<KRPrecisionInteger> AccruedInterest() const;
-  /// Of sales and closures: the gain, and the average cost of a unit (AVGCOSTBASIS).
+  /// @return of sales and closures: the gain, and the average cost of a unit (AVGCOSTBASIS).
   std::optional<KRPrecisionInteger> Gain() const;
   std::optional<KRPrecisionInteger> CostBasis() const;
-  /// Of splits: the units before it, and the ratio.
+  /// @return of splits: the units before it, and the ratio.
   std::optional<KRPrecisionInteger> OldUnits() const;
   std::optional<KRPrecisionInteger> SplitNumerator() const;
   std::optional<KRPrecisionInteger> SplitDenominator() const;
-  /// Of transfers: "LONG" or "SHORT" (POSTYPE).
+  /// @return of transfers: "LONG" or "SHORT" (POSTYPE).
   std::string_view Direction() const;
-  /// Of options.
+  /// @return the shares that a contract of an option is for.
   std::optional<s16> SharesPerContract() const;
-  /// Of a transaction of the money: the other party.
+  /// @return of a transaction of the money: the other party.
   std::string_view Party() const;
-  /// MEMO or MEMO2.
+  /// @return MEMO or MEMO2.
   std::string_view Memo() const;
-  /// The institution's ID (FITID), and that of a transaction that belongs to it (RELFITID).
+  /// @return the institution's ID (FITID), and that of a transaction that belongs to it (RELFITID).
   std::string_view Id() const;
   std::string_view RelatedId() const;
-  /// SRVRTID or SRVRTID2.
+  /// @return SRVRTID or SRVRTID2.
   std::string_view ServerId() const;
-  /// The transaction of a bank in an INVBANKTRAN; null for every other kind.
+  /// @return the transaction of a bank in an INVBANKTRAN; null for every other kind.
   const KRBankStatementTx* Money() const;
-  /// The object itself, such as a KRBuyStock.
+  /// @return the object itself, such as a KRBuyStock.
   const KRDataObj& Get() const { return *m_object; }
 
  private:

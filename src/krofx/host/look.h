@@ -44,10 +44,10 @@ class Trail {
     }
     return nullptr;
   }
-  /// The object right above this one; null for the root.
+  /// @return the object right above this one; null for the root.
   const KRDataObj* Parent() const { return m_count > 1 ? m_line[1] : nullptr; }
-  /// The tags from the root on, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number, from 1,
-  /// is there for one of several aggregates with one tag and parent.
+  /// @return the tags from the root on, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number,
+  ///         from 1, is there for one of several aggregates with one tag and parent.
   KRString Path() const { return internal::PathOf({m_line, m_count}); }
 
  private:

@@ -26,38 +26,38 @@ class KROFX_API PositionView {
   PositionView(const Found<const KRInvPos>& found, const internal::TreeSource& whole);
   static bool Shows(const KRInvPos&) { return true; }
 
-  /// The tag of its kind, such as "POSSTOCK".
+  /// @return the tag of its kind, such as "POSSTOCK".
   std::string_view Kind() const;
-  /// The name of the security, and its ticker; empty when the file does not describe it.
+  /// @return the name of the security, and its ticker; empty when the file does not describe it.
   std::string_view Security() const;
   std::string_view Ticker() const;
-  /// The ID of the security, and of which numbering it is, such as "CUSIP".
+  /// @return the ID of the security, and of which numbering it is, such as "CUSIP".
   std::string_view SecurityId() const;
   std::string_view SecurityIdType() const;
-  /// "LONG" or "SHORT" (POSTYPE).
+  /// @return "LONG" or "SHORT" (POSTYPE).
   std::string_view Direction() const;
-  /// "CASH", "MARGIN" and so on (HELDINACCT).
+  /// @return "CASH", "MARGIN" and so on (HELDINACCT).
   std::string_view SubAccount() const;
   std::optional<KRPrecisionInteger> Units() const;
   std::optional<KRPrecisionInteger> Price() const;
-  /// The market value (MKTVAL).
+  /// @return the market value (MKTVAL).
   std::optional<KRPrecisionInteger> Value() const;
-  /// When the price was that (DTPRICEASOF).
+  /// @return when the price was that (DTPRICEASOF).
   KRDateTime PriceDate() const;
-  /// The currency of price and value: that of CURRENCY, or else the statement's.
+  /// @return the currency of price and value: that of CURRENCY, or else the statement's.
   std::string_view Currency() const;
   std::optional<KRPrecisionInteger> Rate() const;
-  /// MEMO or MEMO2.
+  /// @return MEMO or MEMO2.
   std::string_view Memo() const;
-  /// Of stocks and funds: units in the street's and in the user's name.
+  /// @return of stocks and funds: units in the street's and in the user's name.
   std::optional<KRPrecisionInteger> UnitsStreet() const;
   std::optional<KRPrecisionInteger> UnitsUser() const;
-  /// Of stocks and funds: whether dividends are reinvested; of funds: whether gains are.
+  /// @return of stocks and funds: whether dividends are reinvested; of funds: whether gains are.
   std::optional<bool> ReinvestDividends() const;
   std::optional<bool> ReinvestGains() const;
-  /// Of options: "NAKED" or "COVERED".
+  /// @return of options: "NAKED" or "COVERED".
   std::string_view Secured() const;
-  /// The object itself.
+  /// @return the object itself.
   const KRInvPos& Get() const { return *m_position; }
 
  private:

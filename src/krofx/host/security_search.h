@@ -21,7 +21,8 @@ KROFX_API const KRSecInfo* FindSecurity(const internal::TreeSource& source, cons
 
 namespace internal {
 
-/// The tag of an object, such as "POSSTOCK"; empty for null, and for an object without a tag.
+/// @return the tag of an object, such as "POSSTOCK"; empty for null, and for an object without a
+///         tag.
 std::string_view TagOf(const KRDataObj* object);
 
 }  // namespace internal

@@ -26,35 +26,35 @@ class KROFX_API StatementView {
   /// Of one that was found in a tree.
   /// @param whole where the security lists are.
   StatementView(const Found<const KRTransBase>& found, const internal::TreeSource& whole);
-  /// Whether a payload is a statement.
+  /// @return whether a payload is a statement.
   static bool Shows(const KRTransBase& payload);
 
   AccountView Account() const;
-  /// The default currency (CURDEF).
+  /// @return the default currency (CURDEF).
   std::string_view Currency() const;
-  /// The days that the transactions are of.
+  /// @return the days that the transactions are of.
   KRDateTime From() const;
   KRDateTime To() const;
-  /// The ledger and the available balance, and when they were that.
+  /// @return the ledger and the available balance, and when they were that.
   std::optional<KRPrecisionInteger> Balance() const;
   KRDateTime BalanceDate() const;
   std::optional<KRPrecisionInteger> Available() const;
   KRDateTime AvailableDate() const;
-  /// Of investments: when the statement was right, and the money (INVBAL).
+  /// @return of investments: when the statement was right, and the money (INVBAL).
   KRDateTime AsOf() const;
   std::optional<KRPrecisionInteger> AvailableCash() const;
   std::optional<KRPrecisionInteger> MarginBalance() const;
   std::optional<KRPrecisionInteger> ShortBalance() const;
   std::optional<KRPrecisionInteger> BuyingPower() const;
-  /// What the institution has to say (MKTGINFO).
+  /// @return what the institution has to say (MKTGINFO).
   std::string_view Note() const;
-  /// The transactions of a bank or card account; of investments those of the money.
+  /// @return the transactions of a bank or card account; of investments those of the money.
   ViewRange<TransactionView, KRBankStatementTx> Transactions() const;
-  /// All transactions of an investment account; none of a bank account or card.
+  /// @return all transactions of an investment account; none of a bank account or card.
   ViewRange<InvestmentTransactionView, KRDataObj> InvestmentTransactions() const;
-  /// The positions; none of a bank account or card.
+  /// @return the positions; none of a bank account or card.
   ViewRange<PositionView, KRInvPos> Positions() const;
-  /// The object itself, a KRGenericStatementRs or a KRInvStmtRs.
+  /// @return the object itself, a KRGenericStatementRs or a KRInvStmtRs.
   const KRTransBase& Get() const;
 
  private:

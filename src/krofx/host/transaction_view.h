@@ -29,44 +29,45 @@ class KROFX_API TransactionView {
   TransactionView(const Found<const KRBankStatementTx>& found, const internal::TreeSource&);
   static bool Shows(const KRBankStatementTx&) { return true; }
 
-  /// When it was posted (DTPOSTED).
+  /// @return when it was posted (DTPOSTED).
   KRDateTime Posted() const;
-  /// When the user did it (DTUSER), and when the money is available (DTAVAIL).
+  /// @return when the user did it (DTUSER), and when the money is available (DTAVAIL).
   KRDateTime UserDate() const;
   KRDateTime Available() const;
-  /// The TRNTYPE, such as "DEBIT".
+  /// @return the TRNTYPE, such as "DEBIT".
   std::string_view Type() const;
-  /// The TRNAMT, negative for money that goes out.
+  /// @return the TRNAMT, negative for money that goes out.
   std::optional<KRPrecisionInteger> Amount() const;
-  /// The currency of the amount: that of CURRENCY, or else its statement's.
+  /// @return the currency of the amount: that of CURRENCY, or else its statement's.
   std::string_view Currency() const;
-  /// The rate of CURRENCY.
+  /// @return the rate of CURRENCY.
   std::optional<KRPrecisionInteger> Rate() const;
-  /// The currency that the amount was converted from (ORIGCURRENCY), and the rate.
+  /// @return the currency that the amount was converted from (ORIGCURRENCY), and the rate.
   std::string_view OriginalCurrency() const;
   std::optional<KRPrecisionInteger> OriginalRate() const;
-  /// CHECKNUM.
+  /// @return CHECKNUM.
   std::string_view Check() const;
-  /// The other party: NAME, or the name in PAYEE or PAYEE2.
+  /// @return the other party: NAME, or the name in PAYEE or PAYEE2.
   std::string_view Party() const;
-  /// The city of the payee.
+  /// @return the city of the payee.
   std::string_view City() const;
-  /// MEMO or MEMO2.
+  /// @return MEMO or MEMO2.
   std::string_view Memo() const;
-  /// The institution's ID (FITID): the same transaction has it in every statement of the account.
+  /// @return the institution's ID (FITID): the same transaction has it in every statement of the
+  ///         account.
   std::string_view Id() const;
-  /// "REPLACE" or "DELETE" (CORRECTACTION), and the ID of what it corrects.
+  /// @return "REPLACE" or "DELETE" (CORRECTACTION), and the ID of what it corrects.
   std::string_view Correction() const;
   std::string_view Corrects() const;
-  /// SRVRTID or SRVRTID2.
+  /// @return SRVRTID or SRVRTID2.
   std::string_view ServerId() const;
-  /// REFNUM, SIC, and PAYEEID or PAYEEID2.
+  /// @return REFNUM, SIC, and PAYEEID or PAYEEID2.
   std::string_view Reference() const;
   std::string_view IndustryCode() const;
   std::string_view PayeeId() const;
-  /// The account that the money went to.
+  /// @return the account that the money went to.
   AccountView ToAccount() const;
-  /// The object itself.
+  /// @return the object itself.
   const KRBankStatementTx& Get() const { return *m_transaction; }
 
  private:

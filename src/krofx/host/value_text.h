@@ -26,7 +26,7 @@ class ValueText {
     if (m_length > 0) std::memcpy(m_text, text.data(), m_length);
   }
 
-  /// The text, with a terminator; it lives as long as this object.
+  /// @return the text, with a terminator; it lives as long as this object.
   const char* c_str() const KROFX_LIFETIME_BOUND { return m_text; }
   std::size_t size() const { return m_length; }
   bool empty() const { return m_length == 0; }

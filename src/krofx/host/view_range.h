@@ -72,7 +72,7 @@ inline TreeSource SourceOf(const Reading& reading) { return TreeSource(reading);
 /// The trees would be gone before the first view is looked at.
 void SourceOf(Reading&&) = delete;
 
-/// The text of an element; empty when it is absent.
+/// @return the text of an element; empty when it is absent.
 inline std::string_view TextIf(u16 isPresent, const KRString& text KROFX_LIFETIME_BOUND) {
   return isPresent != 0 ? ToText(text) : std::string_view();
 }

@@ -36,7 +36,7 @@ std::optional<Enumeration> ToKeyword(std::string_view text) {
   return static_cast<Enumeration>(value);
 }
 
-/// The characters of a text, which stay the string's.
+/// @return the characters of a text, which stay the string's.
 inline std::string_view ToText(const KRString& string KROFX_LIFETIME_BOUND) {
   return {static_cast<const char*>(string), string.GetStrLength()};
 }
@@ -51,7 +51,8 @@ class KROFX_API PassedText {
   PassedText& operator=(const PassedText&) = delete;
   ~PassedText() { m_text.Clear('\0'); }
 
-  /// Whether the text is whole: it is not when memory is exhausted, and when no string can hold it.
+  /// @return whether the text is whole: it is not when memory is exhausted, and when no string can
+  ///         hold it.
   bool IsWhole() const { return m_isWhole; }
   const KRString& Get() const { return m_text; }
 

@@ -155,7 +155,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// Stores the version mask and passes it to the children.
   /// @return 1.
   virtual u16 SetMsgSetVersion(u16 version);
-  /// The version mask, 0 when not yet set.
+  /// @return the version mask, 0 when not yet set.
   virtual u16 GetMsgSetVersion() const;
   /// The version that the last character of the object's tag gives: 1, 2, or 0 for any other.
   virtual u16 GetMsgSetVersionFromTag() const;
@@ -165,9 +165,9 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// Sets the tag that this object is written under.
   virtual void SetType(KRTagID tag);
 
-  /// A child by position, in a stable order; null after the last and for an empty place.
+  /// @return a child by position, in a stable order; null after the last and for an empty place.
   virtual KRDataObj* GetChild(u16 index) const;
-  /// The number of places that GetChild counts.
+  /// @return the number of places that GetChild counts.
   virtual u16 GetNumberOfChildren() const;
 
   /// Notes a tag as present.
@@ -184,7 +184,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// @return 1; 0 for a null source.
   u16 CopyBaseMembersFrom(KRDataObj* source);
 
-  /// The parser that fills this object. Null before the first parse; stale after it.
+  /// @return the parser that fills this object. Null before the first parse; stale after it.
   KRParser* GetParser();
 
   /// Makes `factory` the source of every new object of the process; null puts the default factory
@@ -192,10 +192,10 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// default one takes its place. No other thread may use a factory during the call.
   /// @return 1.
   static u16 SetFactory(KRDataObjFactory* factory);
-  /// The factory in force, making the default one (message-set version 1) when there is none; null
-  /// with the fire alarm raised when that fails.
+  /// @return the factory in force, making the default one (message-set version 1) when there is
+  ///         none; null with the fire alarm raised when that fails.
   static KRDataObjFactory* GetFactory();
-  /// The version of the data model, "92".
+  /// @return the version of the data model, "92".
   static const char* GetKRSDKVersion();
 
   /// @name State of the process
@@ -217,7 +217,7 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   /// Stores the parser.
   void SetParser(KRParser* const parser);
 
-  /// The table that drives the defaults above; null for a class without one.
+  /// @return the table that drives the defaults above; null for a class without one.
   virtual const krofx::internal::AggregateTable* GetTable() const;
 
  private:

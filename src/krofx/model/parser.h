@@ -60,7 +60,7 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
   /// Takes the parser out of every logger that points to it.
   virtual ~KRParser();
 
-  /// The object that receives tags; null before the first parse.
+  /// @return the object that receives tags; null before the first parse.
   KRDataObj* GetCurrentObj() const { return m_current; }
   /// The number of open aggregates below the root, 0 to kMaxDepth. It is 0 after a successful
   /// parse; a parse that failed leaves its stack as it was, and PopObject empties it.
@@ -70,9 +70,9 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
   /// logging disabled.
   /// @return 1 when it has had one; 0 otherwise.
   u16 GetAnyParseExceptionsLogged() const;
-  /// The number of warnings in the calling thread's log.
+  /// @return the number of warnings in the calling thread's log.
   u16 GetNumberParseExceptions() const;
-  /// A warning of the calling thread's log, which owns it; null after the last.
+  /// @return a warning of the calling thread's log, which owns it; null after the last.
   KRParseException* GetParseException(u16 index) const;
   /// Switches the storing of warnings on the calling thread on (not 0) or off (0).
   void EnableLogging(u16 enable);

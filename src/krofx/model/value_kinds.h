@@ -249,8 +249,8 @@ inline constexpr const ValueKind& kKeywordIndex =
     Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
               ValueForm::kKeyword>::kKind;
 
-/// Whether a value is valid by the rule of its class. Only numbers have such a rule. A blank
-/// payroll amount is valid.
+/// @return whether a value is valid by the rule of its class. Only numbers have such a rule. A
+///         blank payroll amount is valid.
 template <class Value>
 bool PassesItsRule(const Value& value) {
   if constexpr (std::is_base_of_v<KRPrecisionInteger, Value>) {
@@ -357,7 +357,7 @@ StoreResult AppendRepeated(KRDynamicArrayNorvService& array, KRTagID tag, const 
 StoreResult AppendRepeated(KRDynamicArrayNorvService2& array, KRTagID tag, const KRString& text);
 StoreResult AppendRepeated(KRDynamicArrayLanguage& array, KRTagID tag, const KRString& text);
 
-/// The form of the elements of an array.
+/// @return the form of the elements of an array.
 template <class Array>
 constexpr ValueForm FormOfElements() {
   if constexpr (std::is_base_of_v<KRDynamicArrayString, Array>) return ValueForm::kText;

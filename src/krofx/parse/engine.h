@@ -106,7 +106,7 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
 
   /// Moves the tag cursor to the header cursor.
   void ResetToEndOfHeader();
-  /// The header cursor.
+  /// @return the header cursor.
   s32 GetHeaderPos() const { return m_headerPos; }
 
   /// Skips the start tag that was read last, with everything before its end tag: the next end tag
@@ -155,8 +155,8 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   /// read.
   s32 GetItemPosition() const;
 
-  /// Whether the text is read from the memory of a plain buffer, not through the GetCh of a derived
-  /// class.
+  /// @return whether the text is read from the memory of a plain buffer, not through the GetCh of a
+  ///         derived class.
   bool IsOverPlainBytes() const { return m_plain; }
 
   /// Reads one item of any kind from `position`. For a CDATA section it gives the content without
@@ -185,16 +185,16 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   static u16 IsWhiteSpace(const char* text);
   /// The first position from `position` on without white space; at the latest the text's end.
   static s32 SkipWhiteSpaces(KRBuffer& buffer, s32 position);
-  /// The first position from `position` on with white space; at the latest the text's end.
+  /// @return the first position from `position` on with white space; at the latest the text's end.
   static s32 FindWhiteSpaces(KRBuffer& buffer, s32 position);
   /// Steps back from `position`, one character first, over white space.
   /// @return the position after the character where it stops, or the position of a NUL where it
   ///         stops; -1 at the buffer's start.
   static s32 FindPreviousNonWhiteSpace(KRBuffer& buffer, s32 position);
 
-  /// The kind of the current item.
+  /// @return the kind of the current item.
   KrTagItemType CurrTagItemType() const { return m_currentItem.type; }
-  /// The kind of the item after the current one, which is read if it has not been read yet.
+  /// @return the kind of the item after the current one, which is read if it has not been read yet.
   KrTagItemType NextTagType();
   /// Moves to the next item that is not a comment.
   /// @return 1; 0 at the end of the text.

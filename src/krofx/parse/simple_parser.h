@@ -59,8 +59,8 @@ class KROFX_API KRSimpleParser : public KRParser {
   ///         aggregates; or another status that an object returned.
   KRParseStatus Parse(KRBuffer* buffer, KRDataObj* root, u16 checkRequired) override;
 
-  /// The object that stopped the last parse; the root when a finished parse had warnings or memory
-  /// was exhausted; null after a clean one.
+  /// @return the object that stopped the last parse; the root when a finished parse had warnings or
+  ///         memory was exhausted; null after a clean one.
   virtual KRDataObj* GetObjectWithError();
   /// Does nothing.
   /// @return 1.
@@ -84,7 +84,7 @@ class KROFX_API KRSimpleParser : public KRParser {
   /// alarm.
   /// @return the thread's log; null for a null argument or a thread that is not attached.
   KRParseLogger* Open(KRBuffer* buffer, KRDataObj* root);
-  /// The engine that SetParseEngine gave, or null.
+  /// @return the engine that SetParseEngine gave, or null.
   KRParseEngine* GetParseEngine() const { return m_engine; }
   /// Reads the header lines into the root, and judges whether they allow its body to be read.
   /// @return 0, or the status with which the parse ends.

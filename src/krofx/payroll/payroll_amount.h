@@ -109,7 +109,7 @@ class KROFX_API KRPayrollAmount : public KRPrecisionInteger {
   /// The quotient of the numbers by the base class's rules, whatever their kinds; if `other` is a
   /// percentage it is multiplied by 100. It has the kind of this amount and is not blank.
   virtual KRPayrollAmount operator/(const KRPayrollAmount& other) const;
-  /// A copy with sign +1.
+  /// @return a copy with sign +1.
   virtual KRPayrollAmount absval() const;
 
   /// @name The same against any number

@@ -36,8 +36,8 @@ class KROFX_API KREncode : public krofx::internal::HeapObject {
   ///         its memory, for this object's own output, for 2 GB or more, when the algorithm is not
   ///         available, and when memory is exhausted.
   KRSecStatus SetInputData(KRBuffer* input);
-  /// The text, without a terminator, with the cursor at its start. It belongs to this object. After
-  /// a failure its content is unspecified.
+  /// @return the text, without a terminator, with the cursor at its start. It belongs to this
+  ///         object. After a failure its content is unspecified.
   KRBuffer* GetOutputData() { return &m_output; }
 
  private:
@@ -72,8 +72,8 @@ class KROFX_API KRDecode : public krofx::internal::HeapObject {
   ///         base64, for a buffer that lost its memory, for this object's own output, when the
   ///         algorithm is not available, and when memory is exhausted.
   KRSecStatus SetInputData(KRBuffer* input);
-  /// The bytes, with the cursor at their start. They belong to this object. After a failure the
-  /// content is unspecified.
+  /// @return the bytes, with the cursor at their start. They belong to this object. After a failure
+  ///         the content is unspecified.
   KRBuffer* GetOutputData() { return &m_output; }
 
  private:

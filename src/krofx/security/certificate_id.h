@@ -32,7 +32,7 @@ class KROFX_API KRCertID : public krofx::internal::HeapObject {
   /// @return as SetEncodedCert.
   KRSecStatus SetCertBER(KRBuffer* ber);
 
-  /// The ID, 28 characters without a terminator. It belongs to this object.
+  /// @return the ID, 28 characters without a terminator. It belongs to this object.
   KRBuffer* GetEncodedCertIDPtr() { return &m_encodedCertID; }
   /// @return 1 when there is no ID.
   u16 IsEmpty() const { return m_encodedCertID.GetBufferSize() == 0 ? 1 : 0; }

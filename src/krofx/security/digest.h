@@ -35,8 +35,8 @@ class KROFX_API KRDigest : public krofx::internal::HeapObject {
   /// Digests a text, without its terminator.
   /// @return as SetInputData.
   KRSecStatus SetInputStr(const KRString* input);
-  /// The digest, 20 bytes with SHA-1, with the cursor at its start. It belongs to this object.
-  /// After a failure its content is unspecified.
+  /// @return the digest, 20 bytes with SHA-1, with the cursor at its start. It belongs to this
+  ///         object. After a failure its content is unspecified.
   KRBuffer* GetOutputData() { return &m_output; }
 
  private:

@@ -124,9 +124,9 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
 
   /// @return 1 when `year` is divisible by 4, and not by 100 unless by 400.
   u16 IsLeapYear(u16 year) const { return krofx::internal::IsLeapYear(year); }
-  /// @return days of this date's month; 0 when the month is not valid.
+  /// @return the days of this date's month; 0 when the month is not valid.
   u16 DaysInMonth() const { return DaysInMonth(m_month, m_year); }
-  /// @return days of `month` (1 to 12) in `year`; 0 for any other month.
+  /// @return the days of `month` (1 to 12) in `year`; 0 for any other month.
   u16 DaysInMonth(u16 month, u16 year) const { return krofx::internal::DaysInMonth(month, year); }
   /// Not supported.
   /// @return 0 always.
@@ -165,8 +165,8 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// Seconds from 1970 in GMT, by the true calendar, whatever the machine's zone is. A year below
   /// 1902 gives the lowest value, and an instant that does not fit 32 bits the highest.
   s32 GetTimeT() const;
-  /// Seconds by which the machine's zone is ahead of GMT: the correction for a platform's count of
-  /// local time.
+  /// @return seconds by which the machine's zone is ahead of GMT: the correction for a platform's
+  ///         count of local time.
   s32 LocalTimeZoneOffset() const;
   /// Converts the fields to the same instant in GMT, by GetTimeT: milliseconds are lost, the zone
   /// name stays.
@@ -175,9 +175,9 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// an hour ahead of GMT, by GetTimeT: milliseconds are lost, the zone name stays.
   void ConvertToLocalTime(s16 offset, s16 fraction);
 
-  /// Seconds from 1970 in GMT with 3 decimals, with a year of 365.2425 days. Before 1970 the count
-  /// is one second lower than it should be, so a difference across the start of 1970 is one second
-  /// too large.
+  /// @return seconds from 1970 in GMT with 3 decimals, with a year of 365.2425 days. Before 1970
+  ///         the count is one second lower than it should be, so a difference across the start of
+  ///         1970 is one second too large.
   KRPrecisionInteger GetGMT() const;
   /// Sets year to millisecond from a count as GetGMT makes it, with any decimals; the zone stays. A
   /// year of 365.2425 days does not end at midnight, and the two directions truncate parts of days
@@ -186,9 +186,9 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// @return 1; 0 when there is no such day or year or the number is not valid, and then all fields
   ///         and the zone are cleared.
   u16 FromPrecInt(const KRPrecisionInteger& seconds);
-  /// Seconds from `other` to this, with 3 decimals: the difference of the two GetGMT.
+  /// @return the seconds from `other` to this, with 3 decimals: the difference of the two GetGMT.
   KRPrecisionInteger SecondsBetween(const KRDateTimeBase& other) const;
-  /// A copy of this date; `other` is not used.
+  /// @return a copy of this date; `other` is not used.
   KRDateTimeBase TimeBetween(const KRDateTimeBase& other) const;
 
   /// Adds seconds by the calendar (GetTimeT). The result is in GMT with no zone and no

@@ -21,7 +21,7 @@ class KROFX_API KRLanguage : public krofx::internal::HeapObject {
   /// Takes the text; the limit of three characters stays.
   KRLanguage& operator=(const KRString& text);
 
-  /// The text, which belongs to this object.
+  /// @return the text, which belongs to this object.
   const KRString3& GetString() const { return m_text; }
   /// @return 1 when the text is no longer than three characters.
   u16 IsValid() const;

@@ -135,19 +135,19 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// product of the signs, even for zero.
   virtual KRPrecisionInteger operator*(const KRPrecisionInteger& other) const;
 
-  /// A copy with the magnitude times 10.
+  /// @return a copy with the magnitude times 10.
   virtual KRPrecisionInteger Mul10() const;
   /// Multiplies the magnitude by 10; the decimals stay.
   virtual void Mul10InPlace();
-  /// A copy with the magnitude divided by 10; the decimals stay.
+  /// @return a copy with the magnitude divided by 10; the decimals stay.
   virtual KRPrecisionInteger Div10();
-  /// A copy with sign +1.
+  /// @return a copy with sign +1.
   virtual KRPrecisionInteger abs() const;
   /// Changes the sign. Zero becomes or stays positive.
   virtual void Negate();
-  /// A copy without the places after the point, truncated.
+  /// @return a copy without the places after the point, truncated.
   virtual KRPrecisionInteger Integer();
-  /// A plain copy, the integer part included.
+  /// @return a plain copy, the integer part included.
   virtual KRPrecisionInteger Fraction();
 
   /// The OFX text of the number: a minus sign for a negative one, no zero in front of the point, no
@@ -166,7 +166,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// Changes the number of decimals and keeps the value: multiplies or divides by 10, truncating,
   /// until the number has `decimals` places.
   virtual void Decimal(u16 decimals);
-  /// The places after the point.
+  /// @return the places after the point.
   virtual u16 Decimal() const { return m_decimals; }
 
   /// @return 1 when the magnitude fits 31 bits. This and the next three ignore sign and decimals.
@@ -190,13 +190,13 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   ///         applies too.
   virtual u16 IsValid() const { return m_decimals <= kMaxDecimals; }
 
-  /// The low 32 bits of the magnitude. This and the next six getters ignore the decimals.
+  /// @return the low 32 bits of the magnitude. This and the next six getters ignore the decimals.
   virtual u32 GetKRULong() const { return m_low; }
-  /// The sign times the low 32 bits of the magnitude, truncated to 32 bits.
+  /// @return the sign times the low 32 bits of the magnitude, truncated to 32 bits.
   virtual s32 GetKRSLong() const { return static_cast<s32>(SignedLow()); }
-  /// The low 16 bits of the magnitude.
+  /// @return the low 16 bits of the magnitude.
   virtual u16 GetKRUShort() const { return static_cast<u16>(m_low); }
-  /// The sign times the low 32 bits of the magnitude, truncated to 16 bits.
+  /// @return the sign times the low 32 bits of the magnitude, truncated to 16 bits.
   virtual s16 GetKRSShort() const { return static_cast<s16>(SignedLow()); }
   /// Bits 0 to 31 of the magnitude.
   virtual u32 GetLSBytes() const { return m_low; }
@@ -209,7 +209,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// @return 1; 0 for decimals above 29, and then nothing changes.
   u16 SetDecimal(u16 decimals) noexcept;
 
-  /// The number as plain data.
+  /// @return the number as plain data.
   krofx::internal::PlainDecimal AsPlain() const noexcept {
     return {m_low, m_middle, m_high, m_sign, m_decimals};
   }

@@ -48,7 +48,7 @@ class KROFX_API HeaderIndex {
     return nullptr;
   }
 
-  /// How many names this thread has compared so far, for tests that count work.
+  /// @return how many names this thread has compared so far, for tests that count work.
   static std::uint64_t& Comparisons();
 
  private:

@@ -20,7 +20,7 @@ class MissingTags {
     if (m_reached && m_found == KRTag_None) m_found = tag;
     if (tag == m_after) m_reached = true;
   }
-  /// The result; 0 when nothing more is missing.
+  /// @return the result; 0 when nothing more is missing.
   KRTagID Found() const { return m_found; }
 
  private:

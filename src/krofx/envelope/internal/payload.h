@@ -14,7 +14,7 @@ namespace krofx::internal {
 /// warning. A caller that has a pointer to the first can use it until the wrapper is destroyed.
 class KROFX_API Payload {
  public:
-  /// The payload; null when there is none.
+  /// @return the payload; null when there is none.
   KRTransBase* Get() const { return static_cast<KRTransBase*>(m_slot.Get()); }
   /// Takes ownership of `payload` and deletes the one held before.
   void Set(KRTransBase* payload) { m_slot.Set(payload); }

@@ -10,7 +10,7 @@
 
 namespace krofx::internal {
 
-/// How many payloads of this thread's parses took the place of another so far.
+/// @return how many payloads of this thread's parses took the place of another so far.
 KROFX_API std::size_t& ReplacedPayloads();
 
 }  // namespace krofx::internal

@@ -29,7 +29,7 @@ class KROFX_API Synchronisation : public KRDataObj {
   /// Copies everything from `source`, which must be of the same class.
   /// @return 1; 0 for null, another class, no factory or no memory.
   u16 CopySyncFrom(Synchronisation* source);
-  /// The token of the wrapper's version.
+  /// @return the token of the wrapper's version.
   KRTagID TokenTag() const;
   /// Adds what is missing in a wrapper of this type besides its token.
   void AddNeedsTo(MissingTags& missing) const;
@@ -46,10 +46,10 @@ extern template class Synchronisation<Side::kResponse>;
 /// What only the wrappers of requests have.
 class KROFX_API RequestSynchronisation : public Synchronisation<Side::kRequest> {
  public:
-  /// The synchronisation wrapper of a payload's tag; 0 when there is none.
+  /// @return the synchronisation wrapper of a payload's tag; 0 when there is none.
   static KRTagID MsgIDToSyncWrapper(KRTagID tag);
 
-  /// The tag of the message set that the wrapper travels in, for the caller's use.
+  /// @return the tag of the message set that the wrapper travels in, for the caller's use.
   KRTagID GetMsgsRqTag() const { return m_messageSet; }
   /// Sets the tag of the message set that the wrapper travels in.
   void SetMsgsRqTag(KRTagID tag) { m_messageSet = tag; }
@@ -60,7 +60,7 @@ class KROFX_API RequestSynchronisation : public Synchronisation<Side::kRequest> 
 /// What only the wrappers of responses have.
 class KROFX_API ResponseSynchronisation : public Synchronisation<Side::kResponse> {
  public:
-  /// The tag of the message set that the wrapper travels in, for the caller's use.
+  /// @return the tag of the message set that the wrapper travels in, for the caller's use.
   KRTagID GetMsgsRsTag() const { return m_messageSet; }
   /// Sets the tag of the message set that the wrapper travels in.
   void SetMsgsRsTag(KRTagID tag) { m_messageSet = tag; }

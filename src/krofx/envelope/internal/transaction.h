@@ -22,7 +22,7 @@ struct TransactionRoute;
 template <Side kSide>
 class KROFX_API Transaction : public KRTransBase {
  public:
-  /// The payload, which the wrapper keeps owning; null when there is none.
+  /// @return the payload, which the wrapper keeps owning; null when there is none.
   KRTransBase* GetActualTrans() const { return m_payload.Get(); }
   /// Takes ownership of `payload` and deletes the one held before. Its type becomes present.
   /// @return 1; 0 when its type is not valid in a wrapper of this type. In both cases the payload
@@ -39,7 +39,7 @@ class KROFX_API Transaction : public KRTransBase {
   u16 DeepCopyFrom(KRTransBase* source) override;
 
  protected:
-  /// The routing row of this wrapper's type; null when it has none.
+  /// @return the routing row of this wrapper's type; null when it has none.
   const TransactionRoute* Route() const;
   /// Says whether the payloads that are present satisfy the rule of this wrapper's type.
   /// @return 1 when they do; 0 when they do not.
@@ -61,7 +61,7 @@ class KROFX_API RequestTransaction : public Transaction<Side::kRequest> {
   /// callers choose the wrapper themselves: ACCTRQ, CHGUSERINFORQ, ENROLLRQ, GETMIMERQ and MAILRQ.
   static KRTagID MsgIDToTranWrapper(KRTagID tag);
 
-  /// The tag of the message set that the wrapper travels in, for the caller's use.
+  /// @return the tag of the message set that the wrapper travels in, for the caller's use.
   KRTagID GetMsgsRqTag() const { return m_messageSet; }
   /// Sets the tag of the message set that the wrapper travels in.
   void SetMsgsRqTag(KRTagID tag) { m_messageSet = tag; }
@@ -86,7 +86,7 @@ class KROFX_API ResponseTransaction : public Transaction<Side::kResponse> {
   /// Gives up the payload without deleting it.
   void DisconnectActualTrans() { m_payload.Disconnect(); }
 
-  /// The tag of the message set that the wrapper travels in, for the caller's use.
+  /// @return the tag of the message set that the wrapper travels in, for the caller's use.
   KRTagID GetMsgsRsTag() const { return m_messageSet; }
   /// Sets the tag of the message set that the wrapper travels in.
   void SetMsgsRsTag(KRTagID tag) { m_messageSet = tag; }
@@ -105,7 +105,7 @@ class KROFX_API ResponseTransaction : public Transaction<Side::kResponse> {
   /// @return 1 when it is so; 0 when not.
   u16 AllRequiredPresent() override;
   KRTagID GetFirstMissingRequiredTag(KRTagID after) override;
-  /// The status, then the payload.
+  /// @return the status, then the payload.
   KRDataObj* GetChild(u16 index) const override;
   u16 GetNumberOfChildren() const override;
 

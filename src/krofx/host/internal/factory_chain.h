@@ -14,7 +14,7 @@ class KROFX_API Replacement {
   Replacement(const Replacement&) = delete;
   Replacement& operator=(const Replacement&) = delete;
 
-  /// Whether it is in force: false when memory was exhausted as it was made.
+  /// @return whether it is in force: false when memory was exhausted as it was made.
   bool IsInForce() const { return m_isInForce; }
 
  protected:

@@ -57,7 +57,7 @@ class KROFX_API TreeWalk {
   KRDataObj* Next();
   /// Passes over what is below the current object.
   void SkipChildren();
-  /// The object `steps` levels above the current one: 1 is its parent. Null above the root.
+  /// @return the object `steps` levels above the current one: 1 is its parent. Null above the root.
   KRDataObj* Above(std::size_t steps) const;
 
  private:

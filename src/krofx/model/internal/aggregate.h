@@ -210,9 +210,9 @@ inline constexpr u8 kPlainParse = 1;
 inline constexpr u8 kPlainBuild = 2;
 inline constexpr u8 kPlainCheck = 4;
 
-/// A table's `plain`. An object of exactly this class can be filled, written or checked without the
-/// virtual operations, since they only use the table. An object of a class that a host derives
-/// cannot.
+/// @return a table's `plain`. An object of exactly this class can be filled, written or checked
+///         without the virtual operations, since they only use the table. An object of a class that
+///         a host derives cannot.
 template <class Class>
 constexpr u8 PlainOperations() {
   return static_cast<u8>((TakesTagsByTable<Class> ? kPlainParse : 0) |
@@ -237,7 +237,7 @@ void SlotsOf(KRDataObj& object, ChildSlot** out) {
   (std::make_index_sequence<Count>());
 }
 
-/// A row's `create`, made from an operation of the factory.
+/// @return a row's `create`, made from an operation of the factory.
 template <auto Operation>
 KRDataObj* CreateBy(KRDataObjFactory& factory) {
   return (factory.*Operation)(0);
@@ -269,7 +269,7 @@ class Presence;
 /// Says whether every rule of the table holds.
 /// @return 1 when it does; 0 when not.
 KROFX_API u16 RulesHold(const Presence& presence, const AggregateTable& table);
-/// Whether one rule holds.
+/// @return whether one rule holds.
 KROFX_API bool RuleHolds(const Presence& presence, const Rule& rule);
 /// The tag that represents a failing rule among the missing tags: the first of its list that is
 /// absent, or the first of its list when all are present, which is too many.
@@ -291,7 +291,7 @@ KROFX_API u16 CopyChild(ChildSlot& slot, KRDataObj* source);
 /// Records `object` as the one in which the builder failed, unless an inner object is recorded.
 KROFX_API void NoteFailure(KRBuilder& builder, const KRDataObj& object);
 
-/// The row that reads `tag`, whatever the version; null when the table has none.
+/// @return the row that reads `tag`, whatever the version; null when the table has none.
 KROFX_API const Row* FindRow(const AggregateTable& table, KRTagID tag);
 
 /// The body of a generated setter that takes a text: stores it into the member as a value of its
@@ -390,8 +390,8 @@ struct ObjectAccess {
     return object.m_presence.Has(position);
   }
   static void SetBitAt(KRDataObj& object, int position) { object.m_presence.Set(position); }
-  /// The table of an object whose class leaves `operations`, bits of `plain`, to the table; null
-  /// for any other object.
+  /// @return the table of an object whose class leaves `operations`, bits of `plain`, to the table;
+  ///         null for any other object.
   static const AggregateTable* PlainTableOf(const KRDataObj& object, u8 operations) {
     const AggregateTable* table = object.GetTable();
     const bool isPlain =

@@ -28,10 +28,10 @@ class KROFX_API ChildSlot {
     if (m_bits != 0) Set(nullptr);
   }
 
-  /// The child, null when there is none.
+  /// @return the child, null when there is none.
   KRDataObj* Get() const { return reinterpret_cast<KRDataObj*>(m_bits & ~kBorrowed); }
 
-  /// Whether there is a child that belongs to the slot that this one was copied from.
+  /// @return whether there is a child that belongs to the slot that this one was copied from.
   bool IsBorrowed() const { return (m_bits & kBorrowed) != 0; }
 
   /// Deletes the owned child and takes ownership of `child`. Setting the child that is already

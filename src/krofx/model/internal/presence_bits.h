@@ -15,7 +15,7 @@ class PresenceBits {
   /// The number of bits, and so the largest number of rows that a table can use.
   static constexpr int kCount = 96;
 
-  /// Whether the bit at a position is set.
+  /// @return whether the bit at a position is set.
   constexpr bool Has(int position) const {
     return (m_words[WordOf(position)] & Bit(position)) != 0;
   }
@@ -24,7 +24,7 @@ class PresenceBits {
   /// Clears the bit at a position.
   constexpr void Clear(int position) { m_words[WordOf(position)] &= ~Bit(position); }
 
-  /// Whether all bits that are set in `other` are set here.
+  /// @return whether all bits that are set in `other` are set here.
   constexpr bool Contains(const PresenceBits& other) const {
     u32 missing = 0;
     for (int word = 0; word < kWords; ++word) missing |= other.m_words[word] & ~m_words[word];
@@ -39,7 +39,7 @@ class PresenceBits {
     }
     return count;
   }
-  /// The first position from `position` on whose bit is set; kCount when there is none.
+  /// @return the first position from `position` on whose bit is set; kCount when there is none.
   constexpr int NextFrom(int position) const {
     while (position < kCount) {
       const u32 bits = m_words[WordOf(position)] >> (position % 32);

@@ -15,8 +15,8 @@
 
 namespace krofx::internal {
 
-/// Whether a rule holds for an object that has `conditions` of the rule's condition tags and
-/// `present` of its tags.
+/// @return whether a rule holds for an object that has `conditions` of the rule's condition tags
+///         and `present` of its tags.
 bool RuleHolds(const Rule& rule, int conditions, int present);
 
 /// The answers of KRDataObj::AllRequiredPresent for objects that are checked by their table.

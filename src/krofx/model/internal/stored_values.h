@@ -56,7 +56,7 @@ class StoredText {
     if (m_text != nullptr) Destroy(m_text);
   }
 
-  /// The text; an empty one that all absent texts share when there is none.
+  /// @return the text; an empty one that all absent texts share when there is none.
   const Text& Get() const { return m_text != nullptr ? *m_text : Empty(); }
   operator const Text&() const { return Get(); }
 
@@ -143,7 +143,7 @@ class StoredNumber {
     m_number = number;
     return true;
   }
-  /// The number as plain data.
+  /// @return the number as plain data.
   const PlainDecimal& Plain() const { return m_number; }
 
  private:
@@ -183,7 +183,7 @@ class KROFX_API StoredDate {
     m_date = date;
     return true;
   }
-  /// The date as plain data; null when it is held as a KRDateTime.
+  /// @return the date as plain data; null when it is held as a KRDateTime.
   const PlainDate* Plain() const { return IsWhole() ? nullptr : &m_date; }
 
  private:

@@ -17,7 +17,7 @@
 
 namespace krofx::internal {
 
-/// The capital form of an ASCII letter; any other character as it is.
+/// @return the capital form of an ASCII letter; any other character as it is.
 inline char CapitalLetter(char character) {
   return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
                                               : character;
@@ -54,7 +54,7 @@ class KROFX_API EndTagIndex {
   }
   ~EndTagIndex() { Drop(); }
 
-  /// Whether the list is complete and can be searched.
+  /// @return whether the list is complete and can be searched.
   bool IsReady() const { return m_ready; }
   /// Empties the list.
   void Drop();
@@ -69,7 +69,7 @@ class KROFX_API EndTagIndex {
     m_ready = true;
   }
 
-  /// Whether an end tag of the same name follows `name` in the text.
+  /// @return whether an end tag of the same name follows `name` in the text.
   template <class Text>
   bool HasAfter(const Text& text, TagName name) const {
     const TagName* begin = m_names;

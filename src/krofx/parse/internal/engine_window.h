@@ -36,17 +36,17 @@ class KROFX_API EngineWindow {
   void Borrow(KRBuffer& buffer);
   KRParseEngine& Engine() { return m_engine; }
   KRBuffer& Buffer() { return m_borrowed != nullptr ? *m_borrowed : m_buffer; }
-  /// What is in the window, up to the first NUL.
+  /// @return what is in the window, up to the first NUL.
   std::string_view Text() const;
   /// The same, or the first `most` bytes of it.
   std::string_view Beginning(std::size_t most) const;
-  /// How many bytes of the whole text were taken.
+  /// @return how many bytes of the whole text were taken.
   std::size_t Taken() const;
   /// Offset in the whole text of the window's first byte.
   std::size_t Base() const { return m_base; }
   /// Offset in the whole text of the tag or header line that was read last.
   std::size_t ItemOffset() const;
-  /// Bytes that have been read and can be dropped.
+  /// @return the bytes that have been read and can be dropped.
   u32 CountRead() const;
 
   /// Drops what has been read.
@@ -61,7 +61,7 @@ class KROFX_API EngineWindow {
   /// Makes room when the window is full.
   /// @return false when it has its greatest size already, or memory is exhausted.
   bool Grow();
-  /// Whether it is full at its greatest size.
+  /// @return whether it is full at its greatest size.
   bool IsAtLimit() const { return m_buffer.GetBufferSize() >= m_most; }
 
   /// Whether another look is worth while. What is only partly there is not looked at again for each
@@ -71,12 +71,12 @@ class KROFX_API EngineWindow {
   void Look() { m_wanted = 0; }
   /// The look has shown that more is needed.
   void AskForMore();
-  /// Whether the header lines can be read as in the whole text.
+  /// @return whether the header lines can be read as in the whole text.
   bool HasWholeHeaders();
   /// Begins the body: from here on what has been read can be dropped.
   void BeginBody() { m_inBody = true; }
-  /// Whether the next tag, and what a parser that cannot take it would skip, can be read as in the
-  /// whole text.
+  /// @return whether the next tag, and what a parser that cannot take it would skip, can be read as
+  ///         in the whole text.
   bool HasWholeTag(KRParser& parser);
 
  private:

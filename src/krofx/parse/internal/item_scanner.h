@@ -26,7 +26,7 @@ namespace krofx::internal {
 
 using KRTagItemInfo = KRParseEngine::KRTagItemInfo;
 
-/// The first position from `position` on without white space.
+/// @return the first position from `position` on without white space.
 template <class Text>
 s32 SkipWhite(const Text& text, s32 position) {
   while (IsWhite(text.At(position))) ++position;
@@ -44,7 +44,7 @@ s32 BackOverWhite(const Text& text, s32 position) {
   return character == '\0' ? position : position + 1;
 }
 
-/// The length of a stretch, as an item has it.
+/// @return the length of a stretch, as an item has it.
 inline u16 ItemLength(s32 start, s32 end) {
   return static_cast<u16>(std::clamp<s32>(end - start, 0, 65535));
 }

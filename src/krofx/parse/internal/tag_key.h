@@ -38,14 +38,14 @@ struct TagKey {
     return TagKey(kAll, length);
   }
 
-  /// Whether the kBytes bytes at `text` equal the key in all bits of `keep`.
+  /// @return whether the kBytes bytes at `text` equal the key in all bits of `keep`.
   bool IsAt(const char* text, const TagKey& keep) const {
     return (((Load(text) ^ head) & keep.head) | ((Load(text + 8) ^ tail) & keep.tail)) == 0;
   }
 
   bool operator==(const TagKey& other) const { return head == other.head && tail == other.tail; }
 
-  /// A hash. Its highest bits are spread best.
+  /// @return a hash. Its highest bits are spread best.
   std::uint64_t Hash() const { return head * 0x9e3779b97f4a7c15U ^ tail * 0xc2b2ae3d27d4eb4fU; }
 
   /// Where the first '>' of the kBytes bytes at `name` is; kBytes when there is none.

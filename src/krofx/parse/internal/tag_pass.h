@@ -86,7 +86,7 @@ class KRSimpleParser::TagPass {
     return status == kGoOn;
   }
 
-  /// Whether the tag that was read last is an element.
+  /// @return whether the tag that was read last is an element.
   bool TookElement() const { return m_elementBefore != KRTag_None; }
   /// The text of the element that was read last.
   std::string_view Value() const { return {m_value, m_value.GetStrLength()}; }

@@ -36,7 +36,7 @@ class PlainText {
   const char* Bytes() const { return m_bytes; }
   s32 Size() const { return m_size; }
 
-  /// The character at a position, NUL outside the content.
+  /// @return the character at a position, NUL outside the content.
   char At(s32 position) const {
     return static_cast<u32>(position) < static_cast<u32>(m_size) ? m_bytes[position] : '\0';
   }
@@ -53,7 +53,7 @@ class PlainText {
     return at != end && *at == character;
   }
 
-  /// The position from `start` on at which a tag's name ends.
+  /// @return the position from `start` on at which a tag's name ends.
   s32 NameEnd(s32 start) const {
     if (static_cast<u32>(start) >= static_cast<u32>(m_size)) return start;
     return static_cast<s32>(FindNameEnd(m_bytes + start, m_bytes + m_size) - m_bytes);

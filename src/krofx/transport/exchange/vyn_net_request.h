@@ -145,7 +145,7 @@ class KROFX_API VYNNetRequest : public KRNetRequest {
   void LoadHeaders();
   /// @return the HTTP status that a code of the manager means; 200 for a code that means none.
   static u32 MapVYNErrorToHttpStatus(u16 code);
-  /// The status of an exchange that ended with a code of the manager.
+  /// @return the status of an exchange that ended with a code of the manager.
   static KRNetStatus MapVYNErrorToNetStatus(u16 code);
   /// Waits until `*finished` is no longer 0. Each round handles at most one event and then pauses
   /// for at most 100 milliseconds. The event that quits the host's loop also ends the wait, and so

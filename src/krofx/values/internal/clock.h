@@ -22,14 +22,14 @@ class KROFX_API Clock {
   Clock& operator=(const Clock&) = delete;
   virtual ~Clock();
 
-  /// Seconds since the start of 1970 in GMT.
+  /// @return the seconds since the start of 1970 in GMT.
   virtual std::int64_t Now() = 0;
 
-  /// Seconds by which the machine's zone is ahead of GMT, negative west of Greenwich. Daylight time
-  /// is not considered.
+  /// @return seconds by which the machine's zone is ahead of GMT, negative west of Greenwich.
+  ///         Daylight time is not considered.
   virtual s32 LocalZoneOffset() = 0;
 
-  /// The clock in use: the system's, unless another one was installed.
+  /// @return the clock in use: the system's, unless another one was installed.
   static Clock& Current() noexcept;
 
   /// Installs a clock for the whole process; null restores the system's. The clock belongs to the

@@ -54,12 +54,12 @@ class KROFX_API ZoneName {
 
   /// @return 1 when there is no name.
   bool IsEmpty() const noexcept { return m_short[0] == '\0'; }
-  /// The name, valid until it is changed; never null.
+  /// @return the name, valid until it is changed; never null.
   const char* Text() const noexcept;
-  /// Characters in the name.
+  /// @return the characters in the name.
   std::size_t Length() const noexcept;
-  /// The name as a string, which changes with the name and lives as long as the object. When there
-  /// is no memory for it the string is empty and the fire alarm is raised.
+  /// @return the name as a string, which changes with the name and lives as long as the object.
+  ///         When there is no memory for it the string is empty and the fire alarm is raised.
   const KRString3& AsString() const noexcept;
 
  private:

@@ -109,7 +109,7 @@ class CurlExchange : public HeapObject {
   /// Makes the finished record, and passes the files to its receiver.
   void Finish(u16 code, VYFinishedRecord& record);
 
-  /// The callback for progress and finished records; may be null.
+  /// @return the callback for progress and finished records; may be null.
   VYProgressCallback Callback() const { return m_callback; }
 
  private:

@@ -33,7 +33,7 @@ class TemporaryFile {
   /// Closes the file.
   /// @return false when some of the written bytes may be lost.
   bool Close();
-  /// Bytes written so far.
+  /// @return the bytes written so far.
   std::size_t Size() const { return m_size; }
   /// Closes the file and gives its name to the caller, who must remove it. `out` has room for
   /// VYFinishedRecord::kReplyFileSize bytes.

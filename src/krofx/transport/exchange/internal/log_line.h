@@ -35,7 +35,7 @@ class KROFX_API LoggableUrl {
   LoggableUrl& operator=(const LoggableUrl&) = delete;
   ~LoggableUrl();
 
-  /// The text to show.
+  /// @return the text to show.
   const char* Text() const { return m_text; }
 
  private:
