@@ -33,8 +33,8 @@ std::string DetailsOf(const Report& report) {
     if (warning.place.line > 0) {
       out += std::to_string(warning.place.line) + ":" + std::to_string(warning.place.column) + ":";
     }
-    out += " " + warning.name;
-    if (!warning.tag.empty()) out += " <" + WithoutPassword(SafeLine(warning.tag)) + ">";
+    out += std::string(" ") + warning.sentence;
+    if (!warning.tag.empty()) out += ": <" + WithoutPassword(SafeLine(warning.tag)) + ">";
     if (!warning.value.empty()) {
       const std::string shown = ShownValue(warning.value, warning.tag, warning.path);
       out += " \"" + Shortened(SafeLine(shown), kShownValue) + "\"";

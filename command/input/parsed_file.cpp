@@ -101,8 +101,8 @@ void ParsedFile::TakeWarnings() {
     exception.m_warning = each.warning;
     KRString name;
     exception.WarningString(name);
-    m_warnings.push_back(
-        {ToText(name), ToText(each.tagText), ToText(each.value), ToText(each.path), each.place});
+    m_warnings.push_back({ToText(name), ToText(each.tagText), ToText(each.value), ToText(each.path),
+                          each.place, krofx::SentenceOf(each.warning)});
   }
   // The status of a multipart text is that of its last part; the warnings are those of all.
   if (m_reading.status == KRParseStatus_Accepted && !m_warnings.empty()) {

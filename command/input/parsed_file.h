@@ -33,11 +33,12 @@ inline constexpr u16 kListLimit = 65535;
 
 /// A warning: what is out of order and was not mended.
 struct Warning {
-  std::string name;    ///< Such as "KRPW_BADFORMAT".
-  std::string tag;     ///< The tag or header, or empty.
-  std::string value;   ///< What gave offence, or empty.
-  std::string path;    ///< The aggregates around it, or empty.
-  krofx::Place place;  ///< Line 0 for what has no place.
+  std::string name;      ///< Such as "KRPW_BADFORMAT".
+  std::string tag;       ///< The tag or header, or empty.
+  std::string value;     ///< What gave offence, or empty.
+  std::string path;      ///< The aggregates around it, or empty.
+  krofx::Place place;    ///< Line 0 for what has no place.
+  const char* sentence;  ///< What it means, as krofx::SentenceOf.
 };
 
 /// A file with OFX in it.

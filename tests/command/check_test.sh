@@ -20,7 +20,7 @@ has out '"mendings"'
 has out '"number"'
 has out 'BANKTRANLIST/STMTTRN'
 expect 1 check --details --strict unknown.ofx
-has out 'KRPW_UNKNOWNTAG <FOO>'
+has out 'or text that cannot be read, was passed over: <FOO>'
 has out 'unknown.ofx:11:'
 expect 1 check --json --strict unknown.ofx
 has out '"line": 11'
@@ -73,7 +73,7 @@ expect 64 check
 # A value of a megabyte, deep nesting, tags that end too often or not at all.
 statement "$(head -c 60000 /dev/zero | tr '\0' x)" >long.ofx
 expect 1 check --details long.ofx
-has out KRPW_TOOLONG
+has out 'a text is longer than OFX allows'
 { header; printf '<OFX>'; head -c 1000000 /dev/zero | tr '\0' x; } >mega.ofx
 timeout 60 "$krofx" check mega.ofx >out 2>err
 [ $? -le 2 ] || fail 'a value of a megabyte'
