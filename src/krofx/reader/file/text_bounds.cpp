@@ -56,11 +56,15 @@ std::size_t HeaderBefore(std::string_view bytes, std::size_t from, std::size_t t
 // What the tag OFX and instructions may begin with.
 constexpr std::string_view kMayBeOfx = "Oo?/ \t\r\n";
 
-// Whether there may be a tag OFX with a prefix.
+// Whether there may be a tag OFX with a prefix. "DATA:OFXSGML" is none.
 bool HasPrefixedOfx(std::string_view text) {
   constexpr std::string_view kName = "OFX";
   for (std::size_t at = text.find(':'); at != std::string_view::npos; at = text.find(':', at + 1)) {
-    if (EqualsWithoutCase(text.substr(at + 1, kName.size()), kName)) return true;
+    const std::string_view rest = text.substr(at + 1);
+    if (!EqualsWithoutCase(rest.substr(0, kName.size()), kName)) continue;
+    if (rest.size() == kName.size() || rest[kName.size()] == '/' || EndsName(rest[kName.size()])) {
+      return true;
+    }
   }
   return false;
 }

@@ -33,11 +33,7 @@ TreeReader::TreeReader(const WorkingText& text, TagDictionary& dictionary, const
 u16 TreeReader::PushObject(KRDataObj* object) {
   if (KRParser::PushObject(object) == 0) return 0;
   Level& level = Current();
-  level = Level();
-  level.object = object;
-  level.row = m_openingRow;
-  level.implicit = m_openingImplicit;
-  level.written = m_openingWritten;
+  level.Begin(object, m_openingRow, m_openingImplicit, m_openingWritten);
   m_openingWritten = KRTag_None;
   Level& parent = m_levels[GetDepth() - 1];
   if (Sibling* const sibling = FindSibling(parent, object->GetType())) {
@@ -412,7 +408,8 @@ bool TreeReader::TakeAggregate(const ScannedTag& tag, const TagRole& role) {
     if (!Enter(held, role.row)) return Stop(KRParseStatus_StackFull);
   } else {
     if (held != nullptr && !Note(MendingKind::kReplaced, tag.at, tag.Name())) return false;
-    if (!GiveOwnWrapper(tag)) return false;
+    // What a wrapper holds is no list.
+    if (!IsRepeated(role.row) && !GiveOwnWrapper(tag)) return false;
     const KRParseStatus status = Open(id, role.row);
     SayWarnings(tag.at, false);
     if (status == KRParseStatus_Fatal) return Stop(status);

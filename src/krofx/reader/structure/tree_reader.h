@@ -57,6 +57,20 @@ class TreeReader final : public KRParser {
   static constexpr u8 kMostSiblings = 32;
   // What is open.
   struct Level {
+    // Makes it that of an aggregate that begins. Siblings beyond the count stay as they are.
+    void Begin(KRDataObj* its, const Row* itsRow, bool isImplicit, KRTagID itsWritten) {
+      object = its;
+      row = itsRow;
+      lastClosed = nullptr;
+      lastClosedRow = nullptr;
+      written = itsWritten;
+      implicit = isImplicit;
+      joined = false;
+      number = 1;
+      node = PathLog::kNoPath;
+      siblingCount = 0;
+    }
+
     KRDataObj* object = nullptr;
     const Row* row = nullptr;  // Its row in the object around it.
     KRDataObj* lastClosed = nullptr;
@@ -67,7 +81,7 @@ class TreeReader final : public KRParser {
     u32 number = 1;
     s32 node = PathLog::kNoPath;
     u8 siblingCount = 0;
-    Sibling siblings[kMostSiblings];
+    Sibling siblings[kMostSiblings] = {};
   };
 
   Level& Current() { return m_levels[GetDepth()]; }
