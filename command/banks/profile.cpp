@@ -37,9 +37,9 @@ void ReadSets(const Element& list, std::vector<OfferedSet>& sets) {
       const Element* const core = version.Find("MSGSETCORE");
       if (core == nullptr || version.tag.empty()) continue;
       OfferedSet set;
-      set.family = family.tag;
+      set.name.family = family.tag;
       // The tag is what wraps requests of the version.
-      set.version = static_cast<u16>(version.tag.back() - '0');
+      set.name.version = static_cast<u16>(version.tag.back() - '0');
       set.url = ValueOf(*core, "URL");
       if (set.url.empty()) set.url = ValueOf(*core, "URL2");
       set.realm = ValueOf(*core, "SIGNONREALM");
@@ -90,9 +90,12 @@ std::string InSmallLetters(std::string text) {
 }  // namespace
 
 const OfferedSet* Profile::Find(Service service, u16 version) const {
-  const auto found = std::find_if(sets.begin(), sets.end(), [&](const OfferedSet& each) {
-    return each.family == FamilyOf(service) && each.version == version;
-  });
+  return Find(SetName{std::string(FamilyOf(service)), version});
+}
+
+const OfferedSet* Profile::Find(const SetName& name) const {
+  const auto found = std::find_if(sets.begin(), sets.end(),
+                                  [&name](const OfferedSet& each) { return each.name == name; });
   return found == sets.end() ? nullptr : &*found;
 }
 
@@ -130,6 +133,25 @@ std::shared_ptr<const Profile> ReadProfile(const ParsedFile& reply) {
     profile->namesSecondVersion |= ToText(mending.tag).ends_with(kSecondVersion);
   }
   return profile;
+}
+
+std::vector<SetName> ListSets(const ParsedFile& request) {
+  std::vector<SetName> names;
+  for (const OfxFile& each : request.GetOfxFiles()) {
+    const auto* const file = dynamic_cast<const KRFileRq*>(each.file);
+    for (u16 index = 0; file != nullptr && index < file->GetNumberOfRequest(); ++index) {
+      const KRRequest& body = *file->GetRequest(index);
+      for (u16 set = 0; set < body.GetNumMessageSet(); ++set) {
+        // BANKMSGSRQV1 is of version 1 of BANKMSGSET.
+        const std::string tag =
+            KRTagDictionary::TheKRTagDictionary()->GetTagString(body.GetMessageSet(set)->GetType());
+        const std::size_t end = tag.rfind("RQV");
+        if (end == std::string::npos || tag.starts_with("SIGNON")) continue;
+        names.push_back({tag.substr(0, end) + "ET", static_cast<u16>(tag.back() - '0')});
+      }
+    }
+  }
+  return names;
 }
 
 bool NamesNewerProfile(const ParsedFile& reply, const Profile& profile) {

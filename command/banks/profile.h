@@ -15,10 +15,17 @@ namespace krofx::command {
 
 class ParsedFile;
 
-/// One version of a message set that an institution offers.
-struct OfferedSet {
+/// A version of a message set.
+struct SetName {
   std::string family;  ///< See FamilyOf.
   u16 version = 0;
+
+  bool operator==(const SetName&) const = default;
+};
+
+/// One version of a message set that an institution offers.
+struct OfferedSet {
+  SetName name;
   std::string url;         ///< Where its requests go; may be empty.
   std::string realm;       ///< Whose passwords sign on to it.
   bool encrypted = false;  ///< Passwords are encrypted within OFX, besides TLS.
@@ -35,6 +42,7 @@ struct Profile {
 
   /// What it offers of a service in a version; null for nothing.
   const OfferedSet* Find(Service service, u16 version) const;
+  const OfferedSet* Find(const SetName& name) const;
   /// The rules for passwords of a realm; null when it has none.
   const PasswordRules* FindRules(const std::string& realm) const;
   /// Its day as 2025-11-15.
@@ -43,6 +51,9 @@ struct Profile {
 
 /// The profile in a reply; null when there is none.
 std::shared_ptr<const Profile> ReadProfile(const ParsedFile& reply);
+
+/// The message sets of a request, but that of the sign-on.
+std::vector<SetName> ListSets(const ParsedFile& request);
 
 /// Whether the sign-on of a reply says that the profile has changed since this one.
 bool NamesNewerProfile(const ParsedFile& reply, const Profile& profile);

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "output/safe_text.h"
+#include "output/time_left.h"
 
 namespace krofx::command {
 
@@ -44,6 +45,7 @@ void ExchangeProgress::Take(KROpCode code, void* a, void* b) {
 void ExchangeProgress::Show(KROpCode code, std::size_t done, std::size_t all) {
   const auto now = std::chrono::steady_clock::now();
   if (m_shown && code == m_code && now - m_when < kPause) return;
+  if (!m_shown || code != m_code) m_begin = now;
   m_code = code;
   m_when = now;
   m_shown = true;
@@ -53,7 +55,11 @@ void ExchangeProgress::Show(KROpCode code, std::size_t done, std::size_t all) {
   std::fprintf(stderr, "\r\033[Kkrofx: %s %s", what, m_where.c_str());
   if (done > 0) std::fprintf(stderr, ": %zu", done);
   if (done > 0 && all > 0) std::fprintf(stderr, " of %zu", all);
-  std::fputs(done > 0 ? " bytes" : "", stderr);
+  if (done > 0) {
+    const std::string left =
+        DescribeTimeLeft(now - m_begin, static_cast<double>(done), static_cast<double>(all));
+    std::fprintf(stderr, " bytes%s", left.c_str());
+  }
   std::fflush(stderr);
 }
 

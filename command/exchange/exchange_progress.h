@@ -31,6 +31,7 @@ class ExchangeProgress {
   bool m_shown = false;
   KROpCode m_code = KROpCode_Connecting;
   std::chrono::steady_clock::time_point m_when;
+  std::chrono::steady_clock::time_point m_begin;  // Of the step.
 };
 
 }  // namespace krofx::command

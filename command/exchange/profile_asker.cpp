@@ -9,6 +9,7 @@
 #include "banks/profile_file.h"
 #include "exchange/refusals.h"
 #include "exchange/reply_keeper.h"
+#include "input/buffer_copy.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
 #include "requests/sign_on_options.h"

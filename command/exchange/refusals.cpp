@@ -13,10 +13,12 @@ namespace krofx::command {
 
 namespace {
 
+constexpr char kSignOnRefused[] = "the institution refused the sign-on";
+
 std::string Describe(std::string_view where, const Element& status) {
   const std::string code = ValueOf(status, "CODE");
-  std::string text = where == "SONRS" ? "the institution refused the sign-on"
-                                      : "the institution refused <" + std::string(where) + ">";
+  std::string text =
+      where == "SONRS" ? kSignOnRefused : "the institution refused <" + std::string(where) + ">";
   text += ": status " + code;
   const std::string_view words = WordsOfStatus(code);
   if (!words.empty()) text += ", " + std::string(words);
@@ -53,8 +55,11 @@ ExitStatus ComplainOfRefusals(const ParsedFile& reply) {
   }
   for (const OfxFile& each : reply.GetOfxFiles()) {
     TextArena arena;
-    for (const Refusal& refusal : FindRefusals(ReadElements(*each.file, arena, each.text))) {
-      Complain(reply.GetName(), refusal.text);
+    const std::vector<Refusal> refusals = FindRefusals(ReadElements(*each.file, arena, each.text));
+    // Without a sign-on everything else is refused for the same reason.
+    const bool signOn = !refusals.empty() && refusals.front().text.starts_with(kSignOnRefused);
+    for (const Refusal& refusal : refusals) {
+      if (!signOn || &refusal == &refusals.front()) Complain(reply.GetName(), refusal.text);
       exitStatus = Worse(exitStatus, refusal.exitStatus);
     }
   }

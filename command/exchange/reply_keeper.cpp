@@ -16,12 +16,6 @@ constexpr char kLongAgo[] = "19700101";
 
 }  // namespace
 
-std::unique_ptr<KRBuffer> CopyOf(const KRBuffer& text) {
-  auto copy = std::make_unique<KRBuffer>(text.GetBufferSize(), 4096);
-  const bool whole = copy->WriteLarge(text.GetBufferPtr(), text.GetBufferSize()) == KRBufferOK;
-  return whole ? std::move(copy) : nullptr;
-}
-
 ExitStatus ReplyKeeper::Use(KRBuffer& text) {
   m_reply = m_exchange.Run(&text);
   return m_exchange.GetExitStatus();

@@ -30,9 +30,6 @@ class ReplyKeeper : public ExchangeUse {
   std::unique_ptr<KRBuffer> m_reply;
 };
 
-/// A copy of a text; null when memory is exhausted.
-std::unique_ptr<KRBuffer> CopyOf(const KRBuffer& text);
-
 /// Asks an institution for the user's accounts there.
 /// @param accounts takes them.
 /// @return kExitClean, or another exit status after a complaint.

@@ -95,4 +95,33 @@ std::vector<Part> FindParts(KRFile& multipart) {
   return parts;
 }
 
+std::vector<std::string_view> FindBodies(std::string_view text, std::string_view boundary) {
+  const std::string line = "--" + std::string(boundary);
+  // The place after the next line of the boundary that begins at or after one.
+  const auto findLine = [&](std::size_t at) {
+    for (; (at = text.find(line, at)) != std::string_view::npos; ++at) {
+      if (at == 0 || text[at - 1] == '\n') return at;
+    }
+    return at;
+  };
+  std::vector<std::string_view> bodies;
+  std::size_t start = findLine(0);
+  while (start != std::string_view::npos) {
+    start += line.size();
+    if (text.substr(start).starts_with("--")) break;
+    const std::size_t end = findLine(start);
+    std::string_view part = text.substr(start, end == std::string_view::npos ? end : end - start);
+    // Its headers end at the first empty line.
+    part.remove_prefix(std::min(part.find('\n'), part.size()));
+    const std::size_t plain = part.find("\n\n");
+    const std::size_t returned = part.find("\n\r\n");
+    part.remove_prefix(
+        std::min({plain == std::string_view::npos ? plain : plain + 2,
+                  returned == std::string_view::npos ? returned : returned + 3, part.size()}));
+    bodies.push_back(part);
+    start = end;
+  }
+  return bodies;
+}
+
 }  // namespace krofx::command

@@ -4,6 +4,7 @@
 #define KROFX_COMMAND_INPUT_MIME_PARTS_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "krofx/krofx.h"
@@ -20,6 +21,10 @@ struct Part {
 
 /// All parts of a multipart file, OFX or not, in order.
 std::vector<Part> FindParts(KRFile& multipart);
+
+/// The bodies of all parts of a multipart text, in order, each up to the line of the boundary after
+/// it. A file has them too, but not those that end beyond the first 65,535 bytes of its text.
+std::vector<std::string_view> FindBodies(std::string_view text, std::string_view boundary);
 
 }  // namespace krofx::command
 

@@ -2,6 +2,7 @@
 
 #include "output/file_progress.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
@@ -9,11 +10,24 @@
 
 #include "input/input_files.h"
 #include "output/safe_text.h"
+#include "output/time_left.h"
 
 namespace krofx::command {
 
-FileProgress::FileProgress(std::size_t total) : m_total(total) {
-  if (::isatty(STDERR_FILENO) != 0) m_thread = std::thread([this] { Show(); });
+namespace {
+
+// The bytes of a file; 0 for what has no size, such as a pipe.
+double SizeOf(const std::string& name) {
+  struct stat status {};
+  return ::stat(name.c_str(), &status) == 0 ? static_cast<double>(status.st_size) : 0;
+}
+
+}  // namespace
+
+FileProgress::FileProgress(const std::vector<std::string>& names) : m_total(names.size()) {
+  if (::isatty(STDERR_FILENO) == 0) return;
+  for (const std::string& name : names) m_allBytes += SizeOf(name);
+  m_thread = std::thread([this] { Show(); });
 }
 
 FileProgress::~FileProgress() {
@@ -29,6 +43,9 @@ void FileProgress::Next(const std::string& name) {
   const std::lock_guard lock(m_mutex);
   ++m_current;
   m_name = name;
+  if (!m_thread.joinable()) return;
+  m_doneBytes += m_currentBytes;
+  m_currentBytes = SizeOf(name);
 }
 
 void FileProgress::Show() {
@@ -38,9 +55,10 @@ void FileProgress::Show() {
   while (!m_ended.wait_for(lock, std::chrono::seconds(1), [this] { return m_done; })) {
     const auto elapsed =
         std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin);
-    std::fprintf(stderr, "\r\033[Kkrofx: %zu of %zu, %lld s: %s", m_current, m_total,
+    std::fprintf(stderr, "\r\033[Kkrofx: %zu of %zu, %lld s%s: %s", m_current, m_total,
                  static_cast<long long>(elapsed.count()),
-                 Shortened(DisplayName(m_name), 50).c_str());
+                 DescribeTimeLeft(elapsed, m_doneBytes, m_allBytes).c_str(),
+                 Shortened(DisplayName(m_name), 30).c_str());
     shown = true;
   }
   if (shown) std::fputs("\r\033[K", stderr);

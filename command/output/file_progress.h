@@ -8,14 +8,16 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace krofx::command {
 
-/// Shows which input is at work, once a second has passed, when standard error is a terminal. The
-/// line is gone when the object is.
+/// Shows which input is at work, once a second has passed, and how much time is left by the sizes
+/// of the inputs, when standard error is a terminal. The line is gone when the object is.
 class FileProgress {
  public:
-  explicit FileProgress(std::size_t total);
+  /// @param names the inputs, in the order in which they begin.
+  explicit FileProgress(const std::vector<std::string>& names);
   ~FileProgress();
   FileProgress(const FileProgress&) = delete;
   FileProgress& operator=(const FileProgress&) = delete;
@@ -27,9 +29,12 @@ class FileProgress {
   void Show();
 
   const std::size_t m_total;
+  double m_allBytes = 0;
   std::mutex m_mutex;
   std::condition_variable m_ended;
   std::size_t m_current = 0;
+  double m_doneBytes = 0;     // Of the inputs before the current one.
+  double m_currentBytes = 0;  // Of the current one.
   std::string m_name;
   bool m_done = false;
   std::thread m_thread;

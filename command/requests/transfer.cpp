@@ -2,6 +2,7 @@
 
 #include "command_line/command_line.h"
 #include "command_line/nearest_name.h"
+#include "requests/account_choice.h"
 #include "requests/account_options.h"
 #include "requests/frequencies.h"
 #include "requests/order_text.h"
@@ -113,8 +114,30 @@ std::string Describe(const Options& options) {
          (options.times == 0 ? " without end" : ", " + std::to_string(options.times) + " times");
 }
 
-ExitStatus Request(const Options& options) {
+// Takes the rest of what names an end from the accounts of the bank, of which the end of a number
+// is enough.
+void Complete(const SignOnOptions& signOn, End& end, RequestMaker& maker) {
+  if (!signOn.bank.has_value() || !end.card.empty() || end.bank.account.empty() ||
+      !end.bank.bank.empty()) {
+    return;
+  }
+  const std::vector<Account> found =
+      ChooseAccounts(signOn, end.bank.account, StatementKind::kMoney, maker);
+  if (found.size() != 1) return;
+  const std::string prefix = end.bank.prefix;
+  if (found.front().kind == AccountKind::kCard) {
+    end = {{}, found.front().number};
+  } else {
+    end = {ToOptions(found.front()), ""};
+  }
+  end.bank.prefix = prefix;
+}
+
+ExitStatus Request(const Options& given) {
+  Options options = given;
   RequestMaker maker(options.signOn);
+  Complete(options.signOn, options.from, maker);
+  Complete(options.signOn, options.to, maker);
   if (!IsNamed(options.from) || !IsNamed(options.to)) {
     maker.Fail(
         "name each end: --account with --bank, or --card; --to-account with --to-bank, or "

@@ -122,7 +122,7 @@ std::string Line(const std::string& label, const std::string& value) {
 std::string DescribeProfile(const Bank& bank, const Profile& profile) {
   std::string text = Line("profile", "of " + profile.DayText());
   for (const OfferedSet& set : profile.sets) {
-    std::string value = set.family + " " + std::to_string(set.version);
+    std::string value = set.name.family + " " + std::to_string(set.name.version);
     const std::string problem = set.url.empty() ? std::string() : FindAddressProblem(bank, set.url);
     if (!set.url.empty() && set.url != bank.url) value += " at " + Url(set.url).Shown();
     if (!problem.empty()) value += " (" + problem + ")";

@@ -49,7 +49,7 @@ ExitStatus CheckFiles(const std::vector<std::string>& names, const Options& opti
   VerdictCounts counts;
   std::string text = options.json ? Json::HeadOf("krofx-check") : "";
   {
-    FileProgress progress(names.size());
+    FileProgress progress(names);
     const auto make = [&](std::size_t index) {
       progress.Next(names[index]);
       return CheckFile(names[index], options, names.size() == 1);

@@ -6,13 +6,20 @@
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "command_line/command_line.h"
+#include "input/buffer_copy.h"
+#include "input/input_files.h"
 #include "input/mime_parts.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
 #include "subcommands/subcommands.h"
 #include "system/file_descriptor.h"
+#include "system/interruption.h"
 
 namespace krofx::command {
 
@@ -35,11 +42,48 @@ std::string Numbered(const std::string& name, int number) {
   return name.substr(0, point) + "-" + std::to_string(number) + extension;
 }
 
+// What the input is, and all that it says.
+struct Input {
+  std::unique_ptr<KRBuffer> text;
+  std::unique_ptr<ParsedFile> file;
+};
+
+Input ReadWhole(const Options& options) {
+  Input input;
+  std::string problem;
+  const bool once = options.file == "-";
+  input.text = ReadInput(options.file, problem);
+  if (input.text == nullptr || (options.strict && !once)) {
+    const Reader reader = options.strict ? Reader::kStrict : Reader::kMending;
+    input.file = std::make_unique<ParsedFile>(options.file, reader);
+  } else {
+    input.file = std::make_unique<ParsedFile>(DisplayName(options.file), CopyOf(*input.text));
+  }
+  return input;
+}
+
+// The bodies of the parts as they are in the text. In a short text the objects have them; beyond
+// 65,535 bytes they are counted anew. False when there are not as many as parts.
+bool FindBodiesOf(const Input& input, const std::vector<Part>& parts,
+                  std::vector<std::string>& bodies) {
+  constexpr std::size_t kMostCounted = 65535;
+  if (input.text == nullptr || input.text->GetBufferSize() <= kMostCounted) {
+    for (const Part& part : parts) {
+      const KRString& body = part.file->GetMIMEBody();
+      bodies.emplace_back(body, body.GetStrLength());
+    }
+    return true;
+  }
+  const std::string boundary = ToText(input.file->GetRoot()->GetBoundary());
+  for (const std::string_view body : FindBodies(ViewOf(*input.text), boundary)) {
+    bodies.emplace_back(body);
+  }
+  return bodies.size() == parts.size();
+}
+
 // The bytes of a part. A text that is not base64 although it says so is better than
 // nothing.
-std::string BodyOf(const Part& part) {
-  const KRString& body = part.file->GetMIMEBody();
-  std::string text(body, body.GetStrLength());
+std::string BodyOf(const Part& part, std::string text) {
   if (!part.base64) return text;
   KRBuffer encoded(0, 0);
   KRDecode decode;
@@ -52,32 +96,44 @@ std::string BodyOf(const Part& part) {
   return {bytes.GetBufferPtr(), bytes.GetBufferSize()};
 }
 
-// Makes a file that was not there, so that nothing is ever overwritten and no link is followed.
-// Gives the name that it got, or an empty text with errno set.
-std::string Save(int directory, const Part& part) {
-  const std::string body = BodyOf(part);
+bool WriteBytes(int file, const std::string& bytes) {
+  const char* at = bytes.data();
+  for (std::size_t left = bytes.size(); left > 0;) {
+    const ssize_t written = ::write(file, at, left);
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return false;
+    at += written;
+    left -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+// Makes a file that was not there, so that nothing is ever overwritten and no link is followed; one
+// that cannot be written whole is gone again. Gives the name that it got, or an empty text with
+// errno set.
+std::string Save(int directory, const Part& part, std::string text) {
+  const std::string body = BodyOf(part, std::move(text));
+  // A signal takes effect when the file is whole.
+  const Interruption interruption;
   for (int number = 1; number < kMaxTries; ++number) {
     const std::string name = Numbered(part.name, number);
     FileDescriptor file(::openat(directory, name.c_str(),
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (!file && errno == EEXIST) continue;
     if (!file) return "";
-    const char* at = body.data();
-    for (std::size_t left = body.size(); left > 0;) {
-      const ssize_t written = ::write(file.Get(), at, left);
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) return "";
-      at += written;
-      left -= static_cast<std::size_t>(written);
-    }
-    return file.Close() ? name : "";
+    if (WriteBytes(file.Get(), body) && file.Close()) return name;
+    const int reason = errno;
+    ::unlinkat(directory, name.c_str(), 0);
+    errno = reason;
+    return "";
   }
   errno = EEXIST;
   return "";
 }
 
 ExitStatus Extract(const Options& options) {
-  const ParsedFile file(options.file, options.strict ? Reader::kStrict : Reader::kMending);
+  const Input input = ReadWhole(options);
+  const ParsedFile& file = *input.file;
   if (file.GetKind() != "multipart") {
     Complain(file.GetName(),
              file.GetRoot() == nullptr
@@ -92,11 +148,22 @@ ExitStatus Extract(const Options& options) {
              std::string("it is not a directory to save into: ") + std::strerror(errno));
     return kExitUnusable;
   }
+  if (options.strict && !file.GetMendings().empty()) {
+    Complain(file.GetName(), "there are mendings, which --strict does not allow");
+    return kExitUnusable;
+  }
+  const std::vector<Part> parts = FindParts(*file.GetRoot());
+  std::vector<std::string> bodies;
+  if (!FindBodiesOf(input, parts, bodies)) {
+    Complain(file.GetName(), "its parts cannot be told apart; nothing was saved");
+    return kExitUnusable;
+  }
   ExitStatus exitStatus = kExitClean;
   std::string saved;
-  for (const Part& part : FindParts(*file.GetRoot())) {
+  for (std::size_t index = 0; index < parts.size(); ++index) {
+    const Part& part = parts[index];
     if (part.file->GetType() != KRTag_MIME) continue;
-    const std::string name = Save(directory.Get(), part);
+    const std::string name = Save(directory.Get(), part, std::move(bodies[index]));
     if (name.empty()) {
       Complain(part.name, std::string("it cannot be saved: ") + std::strerror(errno));
       exitStatus = kExitUnusable;

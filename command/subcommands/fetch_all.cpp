@@ -15,10 +15,12 @@
 #include "exchange/profile_asker.h"
 #include "exchange/refusals.h"
 #include "exchange/reply_keeper.h"
+#include "input/buffer_copy.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
 #include "output/output_file.h"
 #include "output/safe_text.h"
+#include "output/time_left.h"
 #include "requests/account_choice.h"
 #include "requests/request_maker.h"
 #include "requests/statement_request.h"
@@ -44,16 +46,11 @@ class Count {
   void Add(std::size_t accounts) { m_all += accounts; }
   // What the line of progress says of the next account.
   std::string Next(const std::string& what) {
-    using std::chrono::seconds;
     const auto elapsed = std::chrono::steady_clock::now() - m_begin;
-    std::string text = what + ", " + std::to_string(m_done + 1) + " of " + std::to_string(m_all);
-    if (m_done > 0) {
-      const auto left = elapsed / m_done * (m_all - m_done);
-      text += ", about " + std::to_string(std::chrono::duration_cast<seconds>(left).count() + 1) +
-              " s left";
-    }
+    const std::string left =
+        DescribeTimeLeft(elapsed, static_cast<double>(m_done), static_cast<double>(m_all));
     ++m_done;
-    return text;
+    return what + ", " + std::to_string(m_done) + " of " + std::to_string(m_all) + left;
   }
 
  private:

@@ -40,7 +40,7 @@ class Printing {
   ExitStatus Run(const std::vector<std::string>& names) {
     m_out.text = m_form.Head();
     {
-      FileProgress progress(names.size());
+      FileProgress progress(names);
       const auto make = [&](std::size_t index) {
         progress.Next(names[index]);
         return Make(names[index]);

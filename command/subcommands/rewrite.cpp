@@ -35,7 +35,7 @@ bool IsSameFile(const std::string& left, const std::string& right) {
 }
 
 ExitStatus Rewrite(const Options& options) {
-  FileProgress progress(1);
+  FileProgress progress({options.file});
   progress.Next(options.file);
   const ParsedFile file(options.file, options.strict ? Reader::kStrict : Reader::kMending);
   if (!file.GetProblem().empty()) return Refuse(file, file.GetProblemWithAdvice());

@@ -5,9 +5,12 @@
 #include <memory>
 #include <string_view>
 
+#include "banks/bank_file.h"
+#include "banks/profile_file.h"
 #include "command_line/command_line.h"
 #include "exchange/exchange.h"
 #include "exchange/refusals.h"
+#include "input/buffer_copy.h"
 #include "input/input_files.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
@@ -45,26 +48,81 @@ ExitStatus ComplainOfErrors(const std::string& where, std::unique_ptr<KRBuffer> 
   return reply.GetKind() == "request" ? kExitClean : ComplainOfRefusals(reply);
 }
 
-ExitStatus Send(const Options& options) {
-  Exchange exchange(options.exchange);
-  const ExitStatus prepared = exchange.Prepare(Direction::kSend);
-  if (prepared != kExitClean) return prepared;
-  std::string problem;
-  const std::unique_ptr<KRBuffer> request = ReadInput(options.file, problem);
-  if (request != nullptr && request->GetBufferSize() == 0) problem = "it is empty";
-  if (!problem.empty()) {
-    Complain(DisplayName(options.file), problem);
-    return kExitUnusable;
-  }
-  std::unique_ptr<KRBuffer> reply = exchange.Run(request.get());
+ExitStatus SendPrepared(Exchange& exchange, KRBuffer& request, const std::string& output) {
+  std::unique_ptr<KRBuffer> reply = exchange.Run(&request);
   if (reply == nullptr) return exchange.GetExitStatus();
-  const ExitStatus written = WriteReply(*reply, options.output);
-  if (!IsEcho(*request, *reply)) {
+  const ExitStatus written = WriteReply(*reply, output);
+  if (!IsEcho(request, *reply)) {
     return Worse(written, ComplainOfErrors(exchange.GetShownUrl(), std::move(reply)));
   }
   Complain(exchange.GetShownUrl(),
            "the server sent the request back, not a response; check the address");
   return kExitUnusable;
+}
+
+// Where a bank takes a request: at the address that its profile has for all message sets of the
+// request, or at its own.
+std::string FindAddress(const Bank& bank, const KRBuffer& request, std::string& problem) {
+  const ParsedFile parsed("", CopyOf(request));
+  std::string address;
+  for (const SetName& set : ListSets(parsed)) {
+    const auto profile = bank.hasProfile ? ReadKeptProfile(bank, set.version) : nullptr;
+    const OfferedSet* const offered = profile == nullptr ? nullptr : profile->Find(set);
+    const std::string own = offered == nullptr || offered->url.empty() ? bank.url : offered->url;
+    problem = FindAddressProblem(bank, own);
+    if (problem.empty() && !address.empty() && own != address) {
+      problem = "its parts belong to several addresses; make a request for each";
+    }
+    if (!problem.empty()) return "";
+    address = own;
+  }
+  return address.empty() ? bank.url : address;
+}
+
+// Takes what is known of the bank that the address names, as @harbor.
+ExitStatus TakeBank(const KRBuffer& request, ExchangeOptions& exchange) {
+  const BankList list = ReadBanks();
+  std::string problem = list.problem;
+  const Bank* const bank = problem.empty() ? FindBank(list, exchange.url, problem) : nullptr;
+  if (bank == nullptr) {
+    Complain("send", problem);
+    return list.problem.empty() ? kExitWrongUse : kExitUnusable;
+  }
+  exchange.url = FindAddress(*bank, request, problem);
+  FillExchange(exchange, *bank);
+  if (problem.empty()) return kExitClean;
+  Complain("send", "nothing is sent to " + bank->name + ": " + problem);
+  return kExitUnusable;
+}
+
+// Reads the request; null after a complaint.
+std::unique_ptr<KRBuffer> ReadRequest(const std::string& name) {
+  std::string problem;
+  std::unique_ptr<KRBuffer> request = ReadInput(name, problem);
+  if (request != nullptr && request->GetBufferSize() == 0) problem = "it is empty";
+  if (problem.empty()) return request;
+  Complain(DisplayName(name), problem);
+  return nullptr;
+}
+
+ExitStatus SendToBank(const Options& options) {
+  const std::unique_ptr<KRBuffer> request = ReadRequest(options.file);
+  if (request == nullptr) return kExitUnusable;
+  ExchangeOptions known = options.exchange;
+  const ExitStatus taken = TakeBank(*request, known);
+  if (taken != kExitClean) return taken;
+  Exchange exchange(known);
+  const ExitStatus prepared = exchange.Prepare(Direction::kSend);
+  return prepared == kExitClean ? SendPrepared(exchange, *request, options.output) : prepared;
+}
+
+ExitStatus Send(const Options& options) {
+  if (options.exchange.url.starts_with('@')) return SendToBank(options);
+  Exchange exchange(options.exchange);
+  const ExitStatus prepared = exchange.Prepare(Direction::kSend);
+  if (prepared != kExitClean) return prepared;
+  const std::unique_ptr<KRBuffer> request = ReadRequest(options.file);
+  return request == nullptr ? kExitUnusable : SendPrepared(exchange, *request, options.output);
 }
 
 ExitStatus Get(const Options& options) {
@@ -88,7 +146,9 @@ void AddSend(const Subcommand& parent) {
   const Subcommand send =
       parent.Add("send", "Send a request to an institution, and write the reply");
   const auto options = std::make_shared<Options>();
-  send.AddOption("URL", options->exchange.url, "The institution's address").Required();
+  send.AddOption("URL", options->exchange.url,
+                 "The institution's address, or a bank of \"krofx bank list\", as @harbor")
+      .Required();
   send.AddOption("FILE", options->file, "The request, or - for standard input").Required();
   AddRest(send, *options);
   send.OnRun(options, Send);

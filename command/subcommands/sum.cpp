@@ -43,7 +43,7 @@ ExitStatus SumFiles(const Options& options, const std::vector<std::string>& name
                     const RowFilter& filter, Sums& sums) {
   ExitStatus exitStatus = kExitClean;
   DuplicateFilter duplicates;
-  FileProgress progress(names.size());
+  FileProgress progress(names);
   // Duplicates can only be found in the order of the files.
   const bool inOrder = options.filter.unique;
   const auto make = [&](std::size_t index) {

@@ -94,6 +94,15 @@ has out '<CCSTMTTRNRQ>'
 has out '<USERPASS>not-a-real-password'
 expect 0 request transfer @harbor --account 1 --bank 2 --to-card 3 --amount 4
 lacks err not-a-real-password
+# Their accounts are known by the ends of their numbers.
+expect 0 request transfer @harbor --account 0946 --to-account 0954 --amount 4
+has err '4 USD from 211370545/00718220946 CHECKING to 211370545/00718220954 SAVINGS'
+expect 0 request transfer @harbor --account 0946 --to-account 4410 --amount 4
+has err 'to card ************4410'
+expect 64 request transfer @harbor --account 0946 --to-account 777 --amount 4
+has err 'harbor has no account that ends in 777'
+expect 64 request transfer @harbor --account 0946 --to-account 00718220946 --amount 4
+expect 64 request transfer @harbor --account 0 --to-account 1 --amount 4
 
 # The client identifier is made once, kept for the user alone, and sent after the application.
 identifier=$(cat "$XDG_STATE_HOME/krofx/client-ids/harbor")

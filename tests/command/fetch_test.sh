@@ -118,6 +118,7 @@ refused 'no certificate' --url "$url" --root cut.pem
 export SECRET=wrong-password
 expect 5 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}"
 has err 'the institution refused the sign-on: status 15500, user or password is wrong'
+[ "$(wc -l <err)" -eq 1 ] || fail 'a sign-on that is refused is said more than once'
 has out 15500
 lacks err wrong-password
 lacks out wrong-password

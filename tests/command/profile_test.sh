@@ -156,6 +156,16 @@ has err 'hosts = ["localhost"]'
 write_harbor <<<'hosts = "localhost"'
 expect 0 fetch statement @harbor --account 0946
 has out 'PINE & OAK BOOKS'
+# A request that was made before goes there too, and one that is made by hand as well.
+expect 0 request statement @harbor --account 0946 --bank 211370545 -o request.ofx
+expect 0 send @harbor request.ofx -o reply.ofx
+has reply.ofx '<STMTRS>'
+expect 64 send @habor request.ofx
+has err 'did you mean harbor?'
+write_harbor </dev/null
+expect 2 send @harbor request.ofx -o reply.ofx
+has err 'nothing is sent to harbor: it is on another host'
+write_harbor <<<'hosts = "localhost"'
 at 'https://localhost.example:1/ofx'
 expect 2 fetch statement @harbor --account 0946
 has err 'another host'
