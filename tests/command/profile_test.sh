@@ -157,7 +157,7 @@ write_harbor <<<'hosts = "localhost"'
 expect 0 fetch statement @harbor --account 0946
 has out 'PINE & OAK BOOKS'
 # A request that was made before goes there too, and one that is made by hand as well.
-expect 0 request statement @harbor --account 0946 --bank 211370545 -o request.ofx
+expect 0 request statement @harbor --account 00718220946 --bank 211370545 -o request.ofx
 expect 0 send @harbor request.ofx -o reply.ofx
 has reply.ofx '<STMTRS>'
 expect 64 send @habor request.ofx
