@@ -38,6 +38,7 @@ class Printing {
       : m_options(options), m_filter(filter), m_form(options.form) {}
 
   ExitStatus Run(const std::vector<std::string>& names) {
+    m_isAlone = names.size() == 1;
     m_out.text = m_form.Head();
     {
       FileProgress progress(names);
@@ -53,11 +54,12 @@ class Printing {
   }
 
  private:
-  // Duplicates can only be found in the order of the files, and a text of so many rows is not held.
+  // Duplicates can only be found in the order of the files; a text of so many rows is not held, and
+  // none when no other file waits.
   bool RendersInOrder(const Document& document) const {
     constexpr std::size_t kMostRows = 100000;
     return m_options.filter.unique ||
-           (document.streamed != nullptr && document.streamed->Count() > kMostRows);
+           (document.streamed != nullptr && (m_isAlone || document.streamed->Count() > kMostRows));
   }
 
   Shown Make(const std::string& name) const {
@@ -101,6 +103,7 @@ class Printing {
   TextOutput m_out{TextOutput::Mode::kWritten};
   ExitStatus m_exitStatus = kExitClean;
   bool m_any = false;
+  bool m_isAlone = false;
 };
 
 ExitStatus Print(const Options& options) {
