@@ -3,9 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <string>
 
@@ -13,6 +10,7 @@
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/envelope/mime_parser.h"
 #include "krofx/reader/reading.h"
+#include "support/example_texts.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 
@@ -22,13 +20,8 @@ namespace {
 // The examples by their names.
 const std::map<std::string, std::string>& Examples() {
   static const std::map<std::string, std::string> texts = [] {
-    std::map<std::string, std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
-      const std::string kind = entry.path().extension();
-      if (kind != ".ofx" && kind != ".mime") continue;
-      std::ifstream in(entry.path(), std::ios::binary);
-      found[entry.path().filename()].assign(std::istreambuf_iterator<char>(in), {});
-    }
+    std::map<std::string, std::string> found = ExampleTexts(".ofx");
+    found.merge(ExampleTexts(".mime"));
     return found;
   }();
   return texts;

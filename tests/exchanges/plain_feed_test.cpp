@@ -6,13 +6,12 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
+#include <map>
 #include <string>
 #include <vector>
 
 #include "krofx/krofx.h"
+#include "support/example_texts.h"
 #include "support/ofx_text.h"
 #include "support/parse_text.h"
 
@@ -64,24 +63,14 @@ void ExpectSame(const std::string& text) {
   if (!(quick == slow)) ADD_FAILURE() << "for the text\n" << text;
 }
 
-std::vector<std::string> Examples() {
-  std::vector<std::string> texts;
-  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
-    if (entry.path().extension() != ".ofx") continue;
-    std::ifstream in(entry.path(), std::ios::binary);
-    texts.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
-  return texts;
-}
-
 TEST(PlainFeed, ReadsEveryExampleAsTheOperationsDo) {
-  const std::vector<std::string> texts = Examples();
+  const std::map<std::string, std::string> texts = ExampleTexts();
   ASSERT_GT(texts.size(), 10u);
-  for (const std::string& text : texts) ExpectSame(text);
+  for (const auto& [name, text] : texts) ExpectSame(text);
 }
 
 TEST(PlainFeed, EndsWithTheTextAsTheOperationsDo) {
-  for (const std::string& text : Examples()) {
+  for (const auto& [name, text] : ExampleTexts()) {
     for (std::size_t size = 1; size < text.size(); size += text.size() / 40 + 1) {
       ExpectSame(text.substr(0, size));
       if (HasFailure()) return;
@@ -91,7 +80,7 @@ TEST(PlainFeed, EndsWithTheTextAsTheOperationsDo) {
 
 TEST(PlainFeed, MeetsChangedCharactersAsTheOperationsDo) {
   constexpr char kCharacters[] = {'<', '>', '&', '/', '!', ' ', '\n', 'x', '9', ';', '[', '\0'};
-  for (const std::string& text : Examples()) {
+  for (const auto& [name, text] : ExampleTexts()) {
     std::size_t next = 0;
     for (std::size_t at = 200; at < text.size(); at += text.size() / 60 + 1) {
       std::string changed = text;

@@ -4,12 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <string_view>
 
+#include "support/example_texts.h"
 #include "support/failing_allocation.h"
 #include "support/readings.h"
 
@@ -52,19 +50,16 @@ TEST(Rewrite, WritesOfx2WithAllTagsClosed) {
 }
 
 TEST(Rewrite, WritesTheSameTreeInBothForms) {
-  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
-    if (entry.path().extension() != ".ofx") continue;
-    std::ifstream file(entry.path(), std::ios::binary);
-    const std::string text(std::istreambuf_iterator<char>(file), {});
+  for (const auto& [name, text] : ExampleTexts()) {
     const Reading reading = Read(text);
     const std::string first = Rewritten(reading);
     for (const u16 version : {u16{203}, u16{220}}) {
       const Reading again = Read(Rewritten(reading, Ofx2(version)));
-      EXPECT_EQ(MendingLines(again), Lines()) << entry.path();
-      EXPECT_EQ(Rewritten(again), first) << entry.path();
+      EXPECT_EQ(MendingLines(again), Lines()) << name;
+      EXPECT_EQ(Rewritten(again), first) << name;
       EXPECT_EQ(again.texts[0].kind, reading.texts[0].kind);
     }
-    EXPECT_EQ(Rewritten(Read(first)), first) << entry.path();
+    EXPECT_EQ(Rewritten(Read(first)), first) << name;
   }
 }
 

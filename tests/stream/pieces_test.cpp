@@ -94,7 +94,7 @@ TEST(StreamPieces, GiveTheSameAsABuffer) {
   for (const std::string& text : OddTexts()) {
     ASSERT_EQ(StreamBuffer(text), StreamText(text)) << text;
   }
-  for (const std::string& text : Examples()) ASSERT_EQ(StreamBuffer(text), StreamText(text));
+  for (const auto& [name, text] : ExampleTexts()) ASSERT_EQ(StreamBuffer(text), StreamText(text));
 }
 
 TEST(StreamPieces, AreReadAsAParseReadsThem) {
@@ -112,7 +112,7 @@ TEST(StreamPieces, AreReadAsAParseReadsThem) {
 }
 
 TEST(StreamPieces, OfExamplesGiveTheSame) {
-  for (const std::string& text : Examples()) {
+  for (const auto& [name, text] : ExampleTexts()) {
     const Streamed whole = StreamText(text);
     for (const std::size_t size : {std::size_t{1}, std::size_t{7}, std::size_t{100}}) {
       if (size == 1 && text.size() > 4000) continue;
@@ -124,7 +124,7 @@ TEST(StreamPieces, OfExamplesGiveTheSame) {
 TEST(StreamPieces, OfDamagedExamplesGiveTheSame) {
   constexpr char kCharacters[] = {'<', '>', '&', '/', '!', ' ', '\n', 'x', '9', ';', '[', '\0'};
   std::size_t next = 0;
-  for (const std::string& text : Examples()) {
+  for (const auto& [name, text] : ExampleTexts()) {
     for (std::size_t at = 0; at < text.size(); at += text.size() / 12 + 1) {
       std::string changed = text;
       changed[at] = kCharacters[next++ % std::size(kCharacters)];

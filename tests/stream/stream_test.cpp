@@ -91,7 +91,7 @@ void ExpectAsParsed(const std::string& text) {
 
 TEST(Stream, GivesTheElementsOfEveryExampleAsAParseDoes) {
   std::size_t elements = 0;
-  for (const std::string& text : Examples()) {
+  for (const auto& [name, text] : ExampleTexts()) {
     ExpectAsParsed(text);
     elements += StreamText(text).elements.size();
   }

@@ -4,9 +4,6 @@
 #define KROFX_TESTS_STREAM_STREAMED_H_
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -18,6 +15,7 @@
 #include "krofx/payroll/paychecks.h"
 #include "krofx/reader/reading.h"
 #include "krofx/stream/stream.h"
+#include "support/example_texts.h"
 #include "support/ofx_text.h"
 #include "support/parse_text.h"
 #include "support/readings.h"
@@ -99,17 +97,6 @@ inline Streamed StreamBuffer(const std::string& text) {
   TakeAll(stream, out);
   TakeEnd(stream, out);
   return out;
-}
-
-/// The texts of all examples.
-inline std::vector<std::string> Examples() {
-  std::vector<std::string> texts;
-  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
-    if (entry.path().extension() != ".ofx") continue;
-    std::ifstream in(entry.path(), std::ios::binary);
-    texts.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  }
-  return texts;
 }
 
 /// One transaction with a number in it.
