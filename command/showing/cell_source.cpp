@@ -50,6 +50,12 @@ CellSource SourceOf(std::string_view text) {
   return source;
 }
 
+bool IsComposed(const CellSource& source) {
+  return source.kind != CellSource::Kind::kPaths ||
+         std::any_of(source.paths.begin(), source.paths.end(),
+                     [](const CellSource::Path& path) { return path.all; });
+}
+
 // The edge of a tag, or the place where it would be.
 auto Seek(auto& edges, KRTagID tag) {
   return std::lower_bound(edges.begin(), edges.end(), tag,
@@ -99,14 +105,22 @@ std::size_t PathTree::Add(std::span<const KRTagID> path) {
   return m_count++;
 }
 
-void PathTree::Find(const Element& element, std::vector<const Element*>& found) const {
-  found.assign(m_count, nullptr);
-  for (const std::size_t path : m_nodes.front().paths) found[path] = &element;
+void PathTree::Find(const Element& element, Found& found) const {
+  found.elements.assign(m_count, nullptr);
+  found.paths.clear();
+  Note(m_nodes.front(), element, found);
   if (!m_nodes.front().edges.empty()) Walk(element, m_nodes.front(), found);
 }
 
-void PathTree::Walk(const Element& element, const Node& node,
-                    std::vector<const Element*>& found) const {
+void PathTree::Note(const Node& node, const Element& element, Found& found) {
+  for (const std::size_t path : node.paths) {
+    if (found.elements[path] != nullptr) continue;
+    found.elements[path] = &element;
+    found.paths.push_back(path);
+  }
+}
+
+void PathTree::Walk(const Element& element, const Node& node, Found& found) const {
   const std::vector<Edge>& edges = node.edges;
   for (const Element& child : element.children) {
     // The null tag is the first one, and any tag.
@@ -116,12 +130,9 @@ void PathTree::Walk(const Element& element, const Node& node,
   }
 }
 
-void PathTree::Follow(const Edge& edge, const Element& child,
-                      std::vector<const Element*>& found) const {
+void PathTree::Follow(const Edge& edge, const Element& child, Found& found) const {
   const Node& node = m_nodes[edge.to];
-  for (const std::size_t path : node.paths) {
-    if (found[path] == nullptr) found[path] = &child;
-  }
+  Note(node, child, found);
   if (!node.edges.empty()) Walk(child, node, found);
 }
 
@@ -140,8 +151,14 @@ const ColumnSources& ColumnSourcesOf(std::span<const FieldSpec> columns) {
   ColumnSources& sources = place->second;
   if (isNew) {
     sources.columns = SourcesOf(columns);
-    for (CellSource& source : sources.columns) {
-      for (CellSource::Path& path : source.paths) path.number = sources.paths.Add(path.steps);
+    for (std::size_t column = 0; column < sources.columns.size(); ++column) {
+      CellSource& source = sources.columns[column];
+      const bool isComposed = IsComposed(source);
+      if (isComposed) sources.composed.push_back(column);
+      for (CellSource::Path& path : source.paths) {
+        path.number = sources.paths.Add(path.steps);
+        sources.choices.push_back({column, isComposed ? nullptr : &path});
+      }
     }
   }
   return sources;

@@ -54,9 +54,16 @@ class PathTree {
   /// Adds a path.
   /// @return its number, from 0.
   std::size_t Add(std::span<const KRTagID> path);
-  /// Finds, for each path, the first element at its end, as FindPath does.
-  /// @param found takes the elements by the numbers of the paths; null where there is none.
-  void Find(const Element& element, std::vector<const Element*>& found) const;
+  /// What paths lead to.
+  struct Found {
+    /// The first element at the end of each path, as FindPath gives it, by the path's number; null
+    /// where there is none.
+    std::vector<const Element*> elements;
+    /// The paths that lead to one, in any order.
+    std::vector<std::size_t> paths;
+  };
+  /// Follows all paths.
+  void Find(const Element& element, Found& found) const;
 
  private:
   struct Edge {
@@ -68,8 +75,9 @@ class PathTree {
     std::vector<std::size_t> paths;  // Those that end here.
   };
 
-  void Follow(const Edge& edge, const Element& child, std::vector<const Element*>& found) const;
-  void Walk(const Element& element, const Node& node, std::vector<const Element*>& found) const;
+  static void Note(const Node& node, const Element& element, Found& found);
+  void Follow(const Edge& edge, const Element& child, Found& found) const;
+  void Walk(const Element& element, const Node& node, Found& found) const;
 
   std::vector<Node> m_nodes{1};
   std::size_t m_count = 0;
@@ -77,8 +85,16 @@ class PathTree {
 
 /// Where the columns of a table come from.
 struct ColumnSources {
+  /// A path that gives a column its value, unless one with a lower number did.
+  struct Choice {
+    std::size_t column = 0;
+    const CellSource::Path* path = nullptr;  ///< Null for a column that is among the composed.
+  };
+
   std::vector<CellSource> columns;
   PathTree paths;
+  std::vector<Choice> choices;        ///< By the numbers of the paths.
+  std::vector<std::size_t> composed;  ///< Columns that take more than the end of one path.
 };
 
 /// Where a table finds its rows.

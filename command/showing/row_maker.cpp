@@ -2,6 +2,7 @@
 
 #include "showing/row_maker.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "output/masking.h"
@@ -39,9 +40,24 @@ void RowMaker::NoteSecurities(const Element& element) {
 void RowMaker::AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table) {
   const ColumnSources& sources = ColumnSourcesOf(table.columns);
   sources.paths.Find(row, m_found);
-  const auto lookUp = [this](const CellSource::Path& path) { return m_found[path.number]; };
-  auto cell = cells.insert(cells.end(), sources.columns.size(), Cell());
-  for (const CellSource& source : sources.columns) *cell++ = FindBy(row, source, lookUp);
+  const std::size_t first = cells.size();
+  cells.resize(first + sources.columns.size());
+  const auto lookUp = [this](const CellSource::Path& path) {
+    return m_found.elements[path.number];
+  };
+  for (const std::size_t column : sources.composed) {
+    cells[first + column] = FindBy(row, sources.columns[column], lookUp);
+  }
+  // Most columns of a row are empty: only what was found is looked at. Of the paths of a column the
+  // first one has the lowest number.
+  std::sort(m_found.paths.begin(), m_found.paths.end());
+  for (const std::size_t number : m_found.paths) {
+    const ColumnSources::Choice& choice = sources.choices[number];
+    Cell& cell = cells[first + choice.column];
+    if (choice.path == nullptr || cell) continue;
+    const Element* const found = Describe(m_found.elements[number], *choice.path);
+    if (found != nullptr && !found->isAggregate) cell = CellOf(*found);
+  }
 }
 
 Cell RowMaker::Find(const Element& element, const CellSource& source) const {

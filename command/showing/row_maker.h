@@ -45,7 +45,7 @@ class RowMaker {
   TextArena& m_arena;
   const bool m_showIdentifiers;
   std::map<std::string, const Element*> m_securities;
-  std::vector<const Element*> m_found;  // Of the current row.
+  PathTree::Found m_found;  // Of the current row.
 };
 
 }  // namespace krofx::command

@@ -13,10 +13,8 @@ namespace krofx::command {
 void RowWriter::Begin(std::string_view file, const Section& section, const TableSpec& table) {
   m_start = StartOf(file, section);
   m_parts.clear();
-  m_end.clear();
-  // What the columns before the next one of the table have in each row. Those that repeat a field
-  // of the section come last.
-  std::string before;
+  m_between.clear();
+  // Columns that repeat a field of the section come last.
   for (const RowColumn& column : m_columns) {
     const auto own =
         std::find_if(table.columns.begin(), table.columns.end(), [&column](const FieldSpec& each) {
@@ -24,26 +22,39 @@ void RowWriter::Begin(std::string_view file, const Section& section, const Table
         });
     if (own == table.columns.end()) {
       const Cell cell = column.field.empty() ? Cell() : section.Find(column.field);
-      AppendColumn(before, BeforeColumn(column.key), cell);
+      if (!cell && LeavesOutEmpty()) continue;
+      m_between += BeforeColumn(column.key);
+      if (cell) AppendValue(m_between, cell);
       continue;
     }
+    const std::size_t begin = m_between.size();
+    m_between += BeforeColumn(column.key);
     m_parts.push_back(
-        {static_cast<std::size_t>(own - table.columns.begin()), before + BeforeColumn(column.key)});
-    before.clear();
+        {static_cast<std::size_t>(own - table.columns.begin()), begin, m_between.size()});
   }
-  m_end.append(before).append(EndOfLine());
-}
-
-void RowWriter::AppendColumn(std::string& out, std::string_view before, const Cell& cell) const {
-  if (!cell && LeavesOutEmpty()) return;
-  out += before;
-  if (cell) AppendValue(out, cell);
+  m_between += EndOfLine();
 }
 
 void RowWriter::Append(std::string& out, Row row) const {
   out += m_start;
-  for (const Part& part : m_parts) AppendColumn(out, part.before, row[part.cell]);
-  out += m_end;
+  // Most columns are empty: what is between two values is appended as one piece.
+  const bool leavesOut = LeavesOutEmpty();
+  std::size_t written = 0;
+  const auto append = [&](std::size_t to) {
+    out.append(m_between, written, to - written);
+    written = to;
+  };
+  for (const Part& part : m_parts) {
+    const Cell& cell = row[part.cell];
+    if (cell) {
+      append(part.end);
+      AppendValue(out, cell);
+    } else if (leavesOut) {
+      append(part.begin);
+      written = part.end;
+    }
+  }
+  append(m_between.size());
 }
 
 void AppendCsv(std::string& out, std::string_view value) {

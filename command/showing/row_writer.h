@@ -36,10 +36,12 @@ class RowWriter {
   const std::vector<RowColumn>& Columns() const { return m_columns; }
 
  private:
-  // A column of the table: which cell it is, and what comes before it on the line.
+  // A column of the table: which cell it is, and where in `m_between` is what comes directly before
+  // it on the line.
   struct Part {
     std::size_t cell;
-    std::string before;
+    std::size_t begin;
+    std::size_t end;
   };
 
   // The start of each line of a section.
@@ -51,13 +53,12 @@ class RowWriter {
   // Whether a column without a value takes no place at all.
   virtual bool LeavesOutEmpty() const = 0;
 
-  void AppendColumn(std::string& out, std::string_view before, const Cell& cell) const;
-
   const std::vector<RowColumn>& m_columns;
-  // The lines of the current table: what they begin with, its columns, and what they end in.
+  // The lines of the current table: what they begin with, its columns, and all that is between and
+  // after their values.
   std::string m_start;
   std::vector<Part> m_parts;
-  std::string m_end;
+  std::string m_between;
 };
 
 /// Rows as comma-separated values under one header line.
