@@ -16,8 +16,8 @@ work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
 
 # To try other machines: see other_machines.sh.
 # shellcheck disable=SC2034
-machine_packages=(cmake g++-i686-linux-gnu g++-s390x-linux-gnu googletest ninja-build python3
-  qemu-user)
+machine_packages=(cmake g++-i686-linux-gnu g++-s390x-linux-gnu googletest libboost-dev ninja-build
+  python3 qemu-user)
 
 # Installs those of the named packages that are missing, and prints which.
 install_missing() {

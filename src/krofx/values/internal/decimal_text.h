@@ -7,14 +7,23 @@
 #include <cstdint>
 
 #include "krofx/core/types.h"
-
 #include "krofx/values/internal/digits.h"
+
+#ifndef __SIZEOF_INT128__
+#include <boost/multiprecision/cpp_int.hpp>
+#endif
 
 namespace krofx::internal {
 
+#ifdef __SIZEOF_INT128__
 // A compiler extension; -Wpedantic accepts it only when it is marked with __extension__.
 __extension__ typedef unsigned __int128 u128;
 __extension__ typedef __int128 s128;
+#else
+// Compilers for 32-bit machines do not have it.
+using u128 = boost::multiprecision::uint128_t;
+using s128 = boost::multiprecision::int128_t;
+#endif
 
 /// The bits of a magnitude.
 inline constexpr u16 kMagnitudeBits = 96;
