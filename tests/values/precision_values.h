@@ -3,6 +3,7 @@
 #ifndef KROFX_TESTS_VALUES_PRECISION_VALUES_H_
 #define KROFX_TESTS_VALUES_PRECISION_VALUES_H_
 
+#include <cstdint>
 #include <string>
 
 #include "krofx/values/precision_integer.h"
@@ -10,14 +11,17 @@
 /// A number as "sign magnitude e decimals", such as "-123450e2": unlike the OFX text, it
 /// distinguishes numbers of equal value and different scale, and shows invalid ones.
 inline std::string Shown(const KRPrecisionInteger& n) {
-  __extension__ typedef unsigned __int128 Wide;
-  Wide magnitude = (static_cast<Wide>(n.GetMSBytes()) << 64) |
-                   (static_cast<Wide>(n.GetSSBytes()) << 32) | n.GetLSBytes();
+  u32 words[] = {n.GetMSBytes(), n.GetSSBytes(), n.GetLSBytes()};
   std::string digits;
   do {
-    digits.insert(digits.begin(), static_cast<char>('0' + static_cast<int>(magnitude % 10)));
-    magnitude /= 10;
-  } while (magnitude != 0);
+    std::uint64_t rest = 0;
+    for (u32& word : words) {
+      rest = rest << 32 | word;
+      word = static_cast<u32>(rest / 10);
+      rest %= 10;
+    }
+    digits.insert(digits.begin(), static_cast<char>('0' + rest));
+  } while ((words[0] | words[1] | words[2]) != 0);
   return (n.Sign() < 0 ? "-" : "") + digits + "e" + std::to_string(n.Decimal());
 }
 
