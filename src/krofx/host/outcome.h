@@ -28,7 +28,7 @@ struct Outcome {
   /// there was none, and when its chain was not valid, so that nothing of it can be believed.
   KRString seenCertificate;
 
-  /// Whether there is a reply.
+  /// @return whether there is a reply.
   explicit operator bool() const { return status == KRNetStatus_Success && !cancelled; }
 };
 

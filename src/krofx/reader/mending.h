@@ -53,7 +53,7 @@ class KROFX_API MendingKinds {
   MendingKinds& Add(MendingKind kind) { return Put(kind, true); }
   /// Takes a kind out.
   MendingKinds& Remove(MendingKind kind) { return Put(kind, false); }
-  /// Whether a kind is in.
+  /// @return whether a kind is in.
   bool Has(MendingKind kind) const {
     return static_cast<u16>(kind) < kCount && m_kinds[static_cast<u16>(kind)];
   }

@@ -101,7 +101,7 @@ struct KROFX_API Reading {
   Reading(Reading&& other) noexcept;
   Reading& operator=(Reading&& other) noexcept;
 
-  /// Whether the file was read, to its end or with parts of it mended: status 0 or 7.
+  /// @return whether the file was read, to its end or with parts of it mended: status 0 or 7.
   bool IsRead() const {
     return status == KRParseStatus_Accepted || status == KRParseStatus_Warnings;
   }

@@ -191,7 +191,7 @@ class KROFX_API Stream {
   /// Ends the reading. What was read stays.
   void Stop();
 
-  /// Whether there may be more, and what it takes.
+  /// @return whether there may be more, and what it takes.
   StreamState State() const;
   /// As of KRSimpleParser::Parse, with 7 for any warning. 3 also when something in the text is
   /// longer than StreamOptions::largestItem. Before the end: what is known so far.
@@ -208,11 +208,11 @@ class KROFX_API Stream {
   const List<ReadWarning>& Warnings() const;
   /// How many warnings there were beyond StreamOptions::maxRecords.
   std::size_t Unrecorded() const;
-  /// Whether an amount with a comma may have been read. The parser passes over commas, so it reads
-  /// "-11,76" as -1176; krofx::Read mends that.
+  /// @return whether an amount with a comma may have been read. The parser passes over commas, so
+  ///         it reads "-11,76" as -1176; krofx::Read mends that.
   bool MayHaveCommaAmount() const;
-  /// Whether there are more tags after the end of the text, which are not read. Takes what is left
-  /// of the bytes. The stream must have ended.
+  /// @return whether there are more tags after the end of the text, which are not read. Takes what
+  ///         is left of the bytes. The stream must have ended.
   bool HasMoreTags();
   /// How many bytes of the text have been taken.
   std::size_t Position() const;

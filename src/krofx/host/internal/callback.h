@@ -40,7 +40,7 @@ class Callback<Result(Arguments...)> {
     m_destroy = [](void* held) { static_cast<Function*>(held)->~Function(); };
     return true;
   }
-  /// Whether there is a function.
+  /// @return whether there is a function.
   explicit operator bool() const { return m_function != nullptr; }
   Result operator()(Arguments... arguments) const {
     return m_call(m_function, std::forward<Arguments>(arguments)...);

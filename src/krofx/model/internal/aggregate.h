@@ -345,8 +345,9 @@ inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {
   return stored == 0 ? static_cast<u16>(0) : object.SetTag(child->GetType());
 }
 
-/// Whether a child's type is the tag of a row of the object that does not use this array. The array
-/// must not take such a child: that row would count as present, and the child would not be written.
+/// @return whether a child's type is the tag of a row of the object that does not use this array.
+///         The array must not take such a child: that row would count as present, and the child
+///         would not be written.
 KROFX_API bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* child);
 
 /// The body of a generated setter of an array element: takes ownership of the child as entry
@@ -410,7 +411,8 @@ struct ObjectAccess {
 /// The type of a const object. GetType changes nothing, but is not const in the public contract.
 inline KRTagID TypeOf(const KRDataObj& object) { return const_cast<KRDataObj&>(object).GetType(); }
 
-/// Whether the headers of the root of a parse allow its body to be read; true when it has none.
+/// @return whether the headers of the root of a parse allow its body to be read; true when it has
+///         none.
 inline bool HeadersAllowBody(KRDataObj& root) {
   const AggregateTable* table = ObjectAccess::TableOf(root);
   return table == nullptr || table->validateHeaders == nullptr || table->validateHeaders(root) != 0;

@@ -26,7 +26,8 @@ class RequiredBits {
   RequiredBits(const RequiredBits&) = delete;
   RequiredBits& operator=(const RequiredBits&) = delete;
 
-  /// Whether everything required is present in an object of which `table` is the plain table.
+  /// @return whether everything required is present in an object of which `table` is the plain
+  ///         table.
   bool AllPresentIn(const KRDataObj& object, const AggregateTable& table) {
     const PresenceBits& presence = ObjectAccess::PresenceOf(object);
     const Place& place = *m_last;

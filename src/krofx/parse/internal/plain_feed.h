@@ -82,8 +82,8 @@ class PlainFeed {
   ///        read since the last call.
   void SettleValue(KRString& value);
 
-  /// Whether there may be a byte above 127 in a text that was fed to a watched tree. False is
-  /// certain.
+  /// @return whether there may be a byte above 127 in a text that was fed to a watched tree. False
+  ///         is certain.
   bool MayHaveHighBytes();
 
  private:

@@ -32,7 +32,8 @@ struct KnownTag {
   bool isEnd = false;                           ///< An end tag, which has no row.
 
   const Row& RowOf() const { return table->rows[position]; }
-  /// Whether it is the tag at `text`, after the '<', where TagKey::kBytes bytes can be read.
+  /// @return whether it is the tag at `text`, after the '<', where TagKey::kBytes bytes can be
+  ///         read.
   bool IsAt(const char* text) const { return key.IsAt(text, keep); }
 };
 

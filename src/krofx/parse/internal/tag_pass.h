@@ -48,8 +48,8 @@ class KRSimpleParser::TagPass {
     if (m_feed) m_feed->SettleValue(m_value);
   }
 
-  /// Whether there may be a byte above 127 in a text that was fed to a watched tree. False is
-  /// certain.
+  /// @return whether there may be a byte above 127 in a text that was fed to a watched tree. False
+  ///         is certain.
   bool MayHaveHighBytes() { return !m_feed || m_feed->MayHaveHighBytes(); }
 
   /// Reads one tag and hands it over.

@@ -47,7 +47,7 @@ class ReferenceReader {
 /// @return 0 when it is none.
 char32_t CharacterOf(std::string_view name);
 
-/// Whether a text has a reference to a character that a character set does not have.
+/// @return whether a text has a reference to a character that a character set does not have.
 bool HasForeignReference(std::string_view text, const Charset& charset);
 
 }  // namespace krofx::internal

@@ -21,7 +21,7 @@ namespace krofx::internal {
 class SilentLosses {
  public:
   SilentLosses();
-  /// Whether there were any.
+  /// @return whether there were any.
   bool Any() const;
 
  private:
@@ -40,7 +40,7 @@ class CleanParser final : public KRSimpleParser, private KRWarningObserver {
   ///         3 when memory is exhausted; another status for any other text.
   KRParseStatus Read(KRParseEngine& engine, KRBuffer& buffer, KRFile& root);
 
-  /// Whether there may be a byte above 127 in the text that was read. False is certain.
+  /// @return whether there may be a byte above 127 in the text that was read. False is certain.
   bool MayHaveHighBytes() const { return m_mayHaveHighBytes; }
 
   u16 PopObject() override;

@@ -27,7 +27,7 @@ struct StrictResult {
   /// second one without a warning, and passes over the commas of numbers.
   bool lossless = true;
 
-  /// Whether there is nothing to mend.
+  /// @return whether there is nothing to mend.
   bool IsWhole() const { return status == KRParseStatus_Accepted && lossless; }
 };
 

@@ -15,7 +15,7 @@ namespace krofx::internal {
 /// next text begins, or at the end.
 std::size_t FindTextEnd(std::string_view bytes, std::size_t from);
 
-/// Whether another OFX text begins at `from` or after it.
+/// @return whether another OFX text begins at `from` or after it.
 bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary);
 
 /// What a text is: a request or a response by the first tag that says so, or multipart by its first
@@ -26,8 +26,9 @@ TextKind FindKind(std::string_view text);
 /// @param told takes whether the text says what it is.
 TextKind FindKind(std::string_view text, bool& told);
 
-/// Whether there may be an amount with a comma in a text: a value of nothing but digits, signs,
-/// points and commas. The parser passes over commas, so that it takes "-11,76" for -1176.
+/// @return whether there may be an amount with a comma in a text: a value of nothing but digits,
+///         signs, points and commas. The parser passes over commas, so that it takes "-11,76" for
+///         -1176.
 bool MayHaveCommaAmount(std::string_view text);
 
 }  // namespace krofx::internal

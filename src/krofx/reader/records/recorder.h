@@ -31,8 +31,8 @@ class Recorder {
   Recorder& operator=(const Recorder&) = delete;
 
   const ReadOptions& Options() const { return m_options; }
-  /// Whether damage of a kind may be mended. When it may not, notes that something was met that
-  /// ends the reading.
+  /// Notes that something ends the reading when damage of a kind may not be mended.
+  /// @return whether it may be mended.
   bool May(MendingKind kind, Spot spot);
   /// Notes a mending, when its kind may be mended.
   /// @param tag the tag or header field.
@@ -54,9 +54,9 @@ class Recorder {
   /// @param file the file as a whole, which the offsets are of.
   void FindPlaces(const WorkingText& file, std::string_view original);
 
-  /// Whether anything was mended or warned of in the current text.
+  /// @return whether anything was mended or warned of in the current text.
   bool AnyInText() const { return m_anyInText; }
-  /// Whether memory was exhausted.
+  /// @return whether memory was exhausted.
   bool HasFailed() const { return m_failed; }
   /// What must not be mended and was met; null when nothing was.
   const MendingKindInfo* Forbidden() const { return m_forbidden; }

@@ -29,18 +29,20 @@ struct TagRole {
 /// The role of a tag in an object that is, or could be, open.
 TagRole RoleOf(KRDataObj& object, KRTagID tag);
 
-/// Whether a tag is one of those around the statements and other answers: OFX itself, message sets,
-/// wrappers and what they hold. A text with none of them is not OFX.
+/// @return whether a tag is one of those around the statements and other answers: OFX itself,
+///         message sets, wrappers and what they hold. A text with none of them is not OFX.
 bool IsOfEnvelope(KRTagID tag);
 
-/// Whether the tag of `row` may be there any number of times: each one is a child of its own.
+/// @return whether the tag of `row` may be there any number of times: each one is a child of its
+///         own.
 inline bool IsRepeated(const Row* row) { return row != nullptr && row->array != nullptr; }
 
 /// The child that an object holds under a tag that can be there once: null when there is none, and
 /// for one that may be repeated.
 KRDataObj* SingleChild(KRDataObj& object, KRTagID tag, const Row* row);
 
-/// Whether an object is a list: what comes in a second one belongs after what the first has.
+/// @return whether an object is a list: what comes in a second one belongs after what the first
+///         has.
 bool IsList(KRDataObj& object);
 
 /// The tag of the aggregate of an object that is around `tag`, if there is exactly one that can

@@ -28,7 +28,7 @@ class TagPlaces {
   u32 NextEnd(std::string_view name, u32 from) { return Next(name, from, true).at; }
   /// The place after that end tag.
   u32 BehindNextEnd(std::string_view name, u32 from) { return Next(name, from, true).behind; }
-  /// Whether memory was exhausted; all answers are kNone then.
+  /// @return whether memory was exhausted; all answers are kNone then.
   bool HasFailed() const { return m_failed; }
 
  private:

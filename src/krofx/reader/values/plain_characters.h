@@ -23,7 +23,7 @@ class PlainCharacters {
 
   PlainCharacters(std::string_view text, const Charset& charset);
 
-  /// Whether the value has more than kMost bytes.
+  /// @return whether the value has more than kMost bytes.
   bool IsTooLong() const { return m_tooLong; }
   std::span<const char32_t> All() const { return {m_characters, m_count}; }
   std::size_t size() const { return m_count; }
@@ -38,10 +38,11 @@ class PlainCharacters {
   bool m_tooLong = false;
 };
 
-/// Whether a character is '0' to '9'.
+/// @return whether a character is '0' to '9'.
 constexpr bool IsPlainDigit(char32_t c) { return c >= '0' && c <= '9'; }
 
-/// Whether a text is a word that programs write where they have no value: "None", "null", "NaN".
+/// @return whether a text is a word that programs write where they have no value: "None", "null",
+///         "NaN".
 bool IsWordForNothing(std::string_view text);
 
 }  // namespace krofx::internal

@@ -44,7 +44,8 @@ class ByteSource {
   /// There are no more pieces.
   void Finish() { m_all = true; }
 
-  /// Whether it takes another piece: the one before it has been read, and it was not the last.
+  /// @return whether it takes another piece: the one before it has been read, and it was not the
+  ///         last.
   bool TakesPiece() const {
     return m_bytes.empty() && !m_all && m_file == nullptr && m_buffer == nullptr;
   }

@@ -38,7 +38,7 @@ class WantedClasses {
   /// @return false when memory is exhausted.
   bool AddTag(KRTagID tag) { return m_tags.Append(tag); }
 
-  /// Whether an element of a list is wanted.
+  /// @return whether an element of a list is wanted.
   bool Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) const;
 
  private:

@@ -31,7 +31,7 @@ class RecordKeeper {
       KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     }
   }
-  /// Whether anything was added.
+  /// @return whether anything was added.
   bool Any() const { return m_any; }
   const List<ReadWarning>& Warnings() const { return m_warnings; }
   /// How many were not kept.
