@@ -56,9 +56,9 @@ KRCollection& KRCollection::operator-=(const KRCollectionItem& item) {
   if (before == nullptr) {
     RemoveHead();
   } else if (element->Previous() != nullptr && index < m_owned) {
-    KRCollectionItem* const behind = element->Next();
-    before->Next(behind);
-    if (behind != nullptr && behind->Previous() == element) behind->Previous(before);
+    KRCollectionItem* const after = element->Next();
+    before->Next(after);
+    if (after != nullptr && after->Previous() == element) after->Previous(before);
     delete element;
     --m_count;
     --m_owned;

@@ -231,7 +231,7 @@ u16 KRDataObj::AllRequiredPresent() {
 }
 
 KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
-  bool behind = after == KRTag_None;
+  bool passed = after == KRTag_None;
   const AggregateTable* table = GetTable();
   KRArrayOfTags required;
   if ((table == nullptr || !table->rulesOnly) && GetArrayOfRequiredTags(required) != 0) {
@@ -239,8 +239,8 @@ KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
       if ((required.table[row].versions & GetMsgSetVersion()) == 0) continue;
       const KRTagID tag = required.table[row].tag;
       if (ValidateTag(tag) != 0) continue;
-      if (behind) return tag;
-      behind = tag == after;
+      if (passed) return tag;
+      passed = tag == after;
     }
   }
   if (table == nullptr || table->ruleCount == 0) return KRTag_None;
@@ -248,8 +248,8 @@ KRTagID KRDataObj::GetFirstMissingRequiredTag(KRTagID after) {
   for (u8 rule = 0; rule < table->ruleCount; ++rule) {
     const KRTagID tag = MissingTagOf(presence, table->rules[rule]);
     if (tag == KRTag_None) continue;
-    if (behind) return tag;
-    behind = tag == after;
+    if (passed) return tag;
+    passed = tag == after;
   }
   return KRTag_None;
 }

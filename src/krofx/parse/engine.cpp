@@ -152,12 +152,12 @@ const KRTagDictionaryEntry* KRParseEngine::FindTag(const Text& text, KRTagID& id
 template <class Text>
 bool KRParseEngine::Skip(const Text& text) {
   const KRTagItemInfo start = m_currentItem;
-  const KRTagItemInfo behind = m_nextItem;
+  const KRTagItemInfo after = m_nextItem;
   if (start.length == 0 || !MoveToNext(text)) return false;
   if (IsText(m_currentItem) || SkipToEndTag(text, start)) return true;
   LogWarning(KRPW_BADFORMAT, TextOf(text, start), KRString(), KRTag_None, nullptr);
   m_currentItem = start;
-  m_nextItem = behind;
+  m_nextItem = after;
   return true;
 }
 

@@ -61,8 +61,8 @@ class KROFX_API StreamElement {
   /// "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[70000]". Elements of lists have a
   /// number, from 1, among those of their tag in their list.
   KRString Path() const;
-  /// The account of the nearest aggregate around it that has one, as far as the text has told it up
-  /// to here; null without.
+  /// The account of the nearest aggregate around it that has one, as far as the text has given it
+  /// up to here; null without.
   const KRAccount* Account() const;
   /// The open aggregate around it that is `levels` further out: 1 is its list. Null beyond the
   /// root.
@@ -94,7 +94,7 @@ struct StreamOptions {
   /// Whether required tags that are missing are warned about, as by KRSimpleParser::Parse: the
   /// first one of each element that is handed out, and the first one of the rest.
   bool checkRequired = true;
-  /// How many warnings are kept. All are counted, and told to the listener.
+  /// How many warnings are kept. All are counted, and given to the listener.
   std::size_t maxRecords = 1000;
   /// Bytes of the text that are in memory at a time.
   u32 window = 256 * 1024;

@@ -197,8 +197,8 @@ bool KRDateTimeBase::ReadClock(const char* text, std::size_t length) noexcept {
   constexpr s16 kMillisecondDigits = 3;
   // Read from the end: each part is what the later ones have left.
   if (length > kPointPosition && text[kPointPosition] == '.') {
-    const std::size_t behind = kPointPosition + 1;
-    if (!ReadDigits(text + behind, length - behind, m_millisecond, 0, kMillisecondDigits)) {
+    const std::size_t after = kPointPosition + 1;
+    if (!ReadDigits(text + after, length - after, m_millisecond, 0, kMillisecondDigits)) {
       return false;
     }
     length = kPointPosition;

@@ -54,11 +54,11 @@ KRTagID KRAction::GetFirstMissingRequiredTag(KRTagID after) {
   if (NamesSource(type)) missing[1] = MissingTagOf(presence, kOneSource);
   // An action of any other type is never complete, whatever it holds.
   if (!NamesTarget(type) && !NamesSource(type)) missing[0] = kTargets[0];
-  bool behind = after == KRTag_None;
+  bool passed = after == KRTag_None;
   for (const KRTagID tag : missing) {
     if (tag == KRTag_None) continue;
-    if (behind) return tag;
-    behind = tag == after;
+    if (passed) return tag;
+    passed = tag == after;
   }
   return KRTag_None;
 }

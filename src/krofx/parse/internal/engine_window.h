@@ -51,7 +51,7 @@ class KROFX_API EngineWindow {
 
   /// Drops what has been read.
   void Slide();
-  /// Room for bytes behind what is there: `Added` says how many were put there. Empty when the
+  /// Room for bytes after what is there: `Added` says how many were put there. Empty when the
   /// window is full, or memory is exhausted.
   std::span<char> Room();
   void Added(std::size_t count);

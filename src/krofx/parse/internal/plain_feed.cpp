@@ -180,9 +180,9 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     bool hasMacros = false;
     const char* const stop = FindValueEnd(at, end, hasMacros, seen);
     if (stop == end || *stop == '\0') break;
-    const char* behind = stop;
-    while (IsWhite(behind[-1])) --behind;
-    std::string_view view(at, static_cast<std::size_t>(behind - at));
+    const char* after = stop;
+    while (IsWhite(after[-1])) --after;
+    std::string_view view(at, static_cast<std::size_t>(after - at));
     if (view.size() > KRString::kMaxLength) break;
     if (hasMacros) {
       if (!ExpandMacros(view, value)) break;

@@ -34,7 +34,8 @@ struct TagKey {
 
   /// All bits of the first `length` bytes.
   static TagKey Keep(int length) {
-    constexpr char kAll[kBytes] = {-1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1};
+    constexpr char kAll[kBytes] = {'\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff',
+                                   '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff'};
     return TagKey(kAll, length);
   }
 

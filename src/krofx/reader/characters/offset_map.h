@@ -37,7 +37,7 @@ class OffsetMap {
     std::size_t original;
   };
   /// The stretch that begins first after `position`; null when there is none.
-  const Stretch* NextBehind(std::size_t position) const;
+  const Stretch* NextAfter(std::size_t position) const;
   /// The steps at a position, as a stretch that begins there.
   Stretch StretchAt(u32 position) const;
 

@@ -17,7 +17,7 @@ bool TextEdit::Write(std::string_view bytes) {
 void TextEdit::Keep(u32 from, u32 to) {
   while (from < to && !m_failed) {
     const OffsetMap::Stretch stretch = m_text.m_map.StretchAt(from);
-    const OffsetMap::Stretch* const next = m_text.m_map.NextBehind(from);
+    const OffsetMap::Stretch* const next = m_text.m_map.NextAfter(from);
     const u32 end = next == nullptr ? to : std::min(to, next->position);
     m_failed = !m_map.GoOnAt(m_new->GetBufferSize(), stretch.original, stretch.step,
                              stretch.originalStep) ||

@@ -106,12 +106,12 @@ bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dict
 }
 
 TextKind FindKind(std::string_view text) {
-  bool told;
-  return FindKind(text, told);
+  bool isNamed;
+  return FindKind(text, isNamed);
 }
 
-TextKind FindKind(std::string_view text, bool& told) {
-  told = true;
+TextKind FindKind(std::string_view text, bool& isNamed) {
+  isNamed = true;
   std::string_view start = text;
   while (!start.empty() && IsWhite(start.front())) start.remove_prefix(1);
   if (StartsWithoutCase(start, "CONTENT-TYPE:")) {
@@ -132,7 +132,7 @@ TextKind FindKind(std::string_view text, bool& told) {
     if (EqualsWithoutCase(end, kResponse)) return TextKind::kResponse;
     if (EqualsWithoutCase(end, kRequest)) return TextKind::kRequest;
   }
-  told = false;
+  isNamed = false;
   return TextKind::kResponse;
 }
 
@@ -150,10 +150,10 @@ bool MayHaveCommaAmount(std::string_view text) {
     while (end < text.size() && kNumber.find(text[end]) != std::string_view::npos) ++end;
     std::size_t before = start;
     while (before > 0 && IsWhite(text[before - 1])) --before;
-    std::size_t behind = end;
-    while (behind < text.size() && IsWhite(text[behind])) ++behind;
+    std::size_t after = end;
+    while (after < text.size() && IsWhite(text[after])) ++after;
     const bool alone =
-        before > 0 && text[before - 1] == '>' && (behind == text.size() || text[behind] == '<');
+        before > 0 && text[before - 1] == '>' && (after == text.size() || text[after] == '<');
     if (alone) return true;
     at = end;
   }

@@ -23,8 +23,8 @@ bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dict
 TextKind FindKind(std::string_view text);
 
 /// As FindKind.
-/// @param told takes whether the text says what it is.
-TextKind FindKind(std::string_view text, bool& told);
+/// @param isNamed takes whether the text says what it is.
+TextKind FindKind(std::string_view text, bool& isNamed);
 
 /// @return whether there may be an amount with a comma in a text: a value of nothing but digits,
 ///         signs, points and commas. The parser passes over commas, so that it takes "-11,76" for

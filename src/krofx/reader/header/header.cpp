@@ -187,7 +187,7 @@ class HeaderReader {
       value = nextValue;
     }
     if (first == std::string_view::npos) return TakeMissing(front);
-    return TakeBehind(front.substr(passed), inOrder) && TakeForm(front.substr(first));
+    return TakeAfter(front.substr(passed), inOrder) && TakeForm(front.substr(first));
   }
 
   // What is in front of the first field; an XML declaration or a comment is no text.
@@ -221,14 +221,13 @@ class HeaderReader {
   }
 
   // What is between the last field and the body: a blank line when all is in order.
-  bool TakeBehind(std::string_view behind, bool inOrder) {
-    const std::string_view text =
-        Trimmed(behind.substr(0, std::min(behind.find('<'), behind.size())));
+  bool TakeAfter(std::string_view after, bool inOrder) {
+    const std::string_view text = Trimmed(after.substr(0, std::min(after.find('<'), after.size())));
     if (!text.empty() && !TakeUnknown(text)) return false;
     const std::size_t lines =
-        static_cast<std::size_t>(std::max(std::count(behind.begin(), behind.end(), '\n'),
-                                          std::count(behind.begin(), behind.end(), '\r')));
-    return lines >= 2 || !inOrder || Note(MendingKind::kHeaderLayout, behind.data(), {}, {});
+        static_cast<std::size_t>(std::max(std::count(after.begin(), after.end(), '\n'),
+                                          std::count(after.begin(), after.end(), '\r')));
+    return lines >= 2 || !inOrder || Note(MendingKind::kHeaderLayout, after.data(), {}, {});
   }
 
   bool TakeForm(std::string_view header) {

@@ -84,10 +84,10 @@ class LineCounter {
   }
 
   void StepBack(std::size_t offset) {
-    const Mark* const behind =
+    const Mark* const after =
         std::upper_bound(m_marks.begin(), m_marks.end(), offset,
                          [](std::size_t place, const Mark& mark) { return place < mark.start; });
-    const Mark mark = behind == m_marks.begin() ? Mark{1, 0} : behind[-1];
+    const Mark mark = after == m_marks.begin() ? Mark{1, 0} : after[-1];
     m_line = mark.line;
     m_place = m_start = mark.start;
   }

@@ -161,7 +161,7 @@ bool TreeReader::SayForm(const ScannedTag& tag) {
   // In XML all of these are in order.
   if (tag.otherForm && !m_xml &&
       !Note(MendingKind::kTagForm, tag.at, tag.Name(),
-            m_text.Bytes().substr(tag.at, tag.behind - tag.at), tag.Name())) {
+            m_text.Bytes().substr(tag.at, tag.after - tag.at), tag.Name())) {
     return false;
   }
   return true;

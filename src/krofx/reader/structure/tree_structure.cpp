@@ -161,9 +161,9 @@ u32 TreeReader::EndOfOpen(u32 position) {
 void TreeReader::SkipTo(const ScannedTag& tag) {
   m_endsSilently = tag.name;
   if (!tag.text.IsEmpty() || tag.selfClosed) return;
-  const u32 end = m_places.NextEnd(tag.name, tag.behind);
-  if (end == TagPlaces::kNone || end > EndOfOpen(tag.behind)) return;
-  m_scanner.GoTo(m_places.BehindNextEnd(tag.name, tag.behind));
+  const u32 end = m_places.NextEnd(tag.name, tag.after);
+  if (end == TagPlaces::kNone || end > EndOfOpen(tag.after)) return;
+  m_scanner.GoTo(m_places.AfterNextEnd(tag.name, tag.after));
   m_endsSilently = {};
 }
 

@@ -67,7 +67,7 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
     ++place;
   }
   if (At(place) != '>') return ReadOpenTag(start, place, tag);
-  tag.behind = place + 1;
+  tag.after = place + 1;
   tag.selfClosed = tag.type == ScannedTag::Type::kStart && At(place - 1) == '/';
   const u32 inside = place - (tag.selfClosed ? 1 : 0);
   const u32 nameEnd = start + static_cast<u32>(tag.name.size());
@@ -104,39 +104,39 @@ bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
   KRTagID id;
   tag.entry = m_dictionary.GetTagID(tag.name.data(), static_cast<u16>(tag.name.size()), &id,
                                     KRCaseType_IgnoreCase);
-  tag.behind = next;
+  tag.after = next;
   tag.otherForm = true;
   tag.selfClosed = tag.otherCase = false;
   return tag.entry != nullptr;
 }
 
-Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& behind, ScannedTag& tag) const {
+Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& after, ScannedTag& tag) const {
   const char next = At(open + 1);
   if (next == '!') {
     if (m_bytes.compare(open, kSectionOpen.size(), kSectionOpen) == 0) {
-      behind = FindEnd(open + static_cast<u32>(kSectionOpen.size()), kSectionClose, m_noSectionEnd);
-      if (behind != 0) return Piece::kSection;
+      after = FindEnd(open + static_cast<u32>(kSectionOpen.size()), kSectionClose, m_noSectionEnd);
+      if (after != 0) return Piece::kSection;
     }
     if (m_bytes.compare(open, 4, "<!--") == 0) {
-      behind = FindEnd(open + 4, "-->", m_noCommentEnd);
-      if (behind != 0) return Piece::kMarkup;
+      after = FindEnd(open + 4, "-->", m_noCommentEnd);
+      if (after != 0) return Piece::kMarkup;
     }
     // A declaration is between tags; in a text it is characters, and nothing after it is joined.
     if (!inText && (IsLetter(At(open + 2)) || At(open + 2) == '-')) {
-      behind = FindEnd(open + 1, ">", m_noInstructionEnd);
-      if (behind != 0) return Piece::kMarkup;
+      after = FindEnd(open + 1, ">", m_noInstructionEnd);
+      if (after != 0) return Piece::kMarkup;
     }
-    behind = open + 1;
+    after = open + 1;
     return Piece::kCharacter;
   }
   if (next == '?') {
-    behind = FindEnd(open + 1, ">", m_noInstructionEnd);
-    if (behind != 0) return Piece::kMarkup;
-    behind = open + 1;
+    after = FindEnd(open + 1, ">", m_noInstructionEnd);
+    if (after != 0) return Piece::kMarkup;
+    after = open + 1;
     return Piece::kCharacter;
   }
   if (ReadTag(open, inText, tag)) return Piece::kTag;
-  behind = open + 1;
+  after = open + 1;
   return Piece::kCharacter;
 }
 
@@ -177,17 +177,17 @@ TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
     take(place, stop);
     if (stop == End()) {
       tag = ScannedTag();
-      tag.at = tag.behind = End();
+      tag.at = tag.after = End();
       run.cut = inText;
       return run;
     }
-    u32 behind = 0;
-    const Piece piece = Classify(stop, inText, behind, tag);
+    u32 after = 0;
+    const Piece piece = Classify(stop, inText, after, tag);
     if (piece == Piece::kTag) return run;
     run.plain = false;
     run.bareLessThan = run.bareLessThan || piece == Piece::kCharacter;
-    if (piece != Piece::kMarkup) take(stop, behind);
-    place = behind;
+    if (piece != Piece::kMarkup) take(stop, after);
+    place = after;
   }
 }
 
@@ -202,9 +202,9 @@ void Scanner::Next(ScannedTag& tag) {
   tag.front = front;
   tag.text = TextRun();
   m_hasAhead = false;
-  m_position = tag.behind;
+  m_position = tag.after;
   if (tag.type != ScannedTag::Type::kStart || tag.selfClosed) return;
-  tag.text = ReadRun(tag.behind, m_ahead);
+  tag.text = ReadRun(tag.after, m_ahead);
   m_hasAhead = true;
   m_position = m_ahead.at;
 }
@@ -237,19 +237,19 @@ TextResult Scanner::ReadText(const TextRun& run, const Charset& charset, KRStrin
     }
     if (c == '<') {
       ScannedTag unused;
-      u32 behind = 0;
-      const Piece piece = Classify(place, true, behind, unused);
+      u32 after = 0;
+      const Piece piece = Classify(place, true, after, unused);
       if (piece == Piece::kMarkup) {
-        place = behind;
+        place = after;
         continue;
       }
       if (piece == Piece::kSection) {
         const u32 open = m_xml ? static_cast<u32>(kSectionOpen.size()) : 0;
         const u32 close = m_xml ? static_cast<u32>(kSectionClose.size()) : 0;
-        const u32 count = behind - place - open - close;
+        const u32 count = after - place - open - close;
         std::memcpy(write, m_bytes.data() + place + open, count);
         write += count;
-        place = behind;
+        place = after;
         continue;
       }
     }

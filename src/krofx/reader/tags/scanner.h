@@ -43,7 +43,7 @@ struct ScannedTag {
   bool otherCase = false;   ///< The name is the dictionary's but for the case of its letters.
   bool otherForm = false;   ///< Blanks, a prefix or attributes are in it.
   u32 at = 0;               ///< Its '<', or the end of the text.
-  u32 behind = 0;           ///< After its '>'.
+  u32 after = 0;            ///< After its '>'.
   std::string_view name;    ///< As written, without a prefix.
   const KRTagDictionaryEntry* entry = nullptr;  ///< Null for a name that the dictionary lacks.
   TextRun front;  ///< The text in front of it that is not the text of a start tag.
@@ -98,7 +98,7 @@ class Scanner {
   u32 End() const { return static_cast<u32>(m_bytes.size()); }
   u32 SkipWhite(u32 position) const;
   bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
-  Piece Classify(u32 open, bool inText, u32& behind, ScannedTag& tag) const;
+  Piece Classify(u32 open, bool inText, u32& after, ScannedTag& tag) const;
   u32 FindEnd(u32 from, std::string_view what, u32& noneFrom) const;
   TextRun ReadRun(u32 from, ScannedTag& tag) const;
 

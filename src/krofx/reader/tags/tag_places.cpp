@@ -40,7 +40,7 @@ bool TagPlaces::Add(const ScannedTag& tag) {
   Name& name = m_names[m_table[place]];
   const int type = tag.type == ScannedTag::Type::kEnd ? 1 : 0;
   const u32 link = static_cast<u32>(m_links.size());
-  if (!m_links.Append({tag.at, tag.behind, kNone})) return false;
+  if (!m_links.Append({tag.at, tag.after, kNone})) return false;
   if (name.first[type] == kNone) {
     name.first[type] = link;
   } else {
@@ -67,7 +67,7 @@ TagPlaces::Found TagPlaces::Next(std::string_view name, u32 from, bool end) {
   if (m_table[place] == kNone) return {};
   u32& link = m_names[m_table[place]].first[end ? 1 : 0];
   while (link != kNone && m_links[link].at < from) link = m_links[link].next;
-  return link == kNone ? Found{} : Found{m_links[link].at, m_links[link].behind};
+  return link == kNone ? Found{} : Found{m_links[link].at, m_links[link].after};
 }
 
 }  // namespace krofx::internal

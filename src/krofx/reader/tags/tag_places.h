@@ -27,7 +27,7 @@ class TagPlaces {
   /// The first end tag of a name from a place on; kNone when there is none.
   u32 NextEnd(std::string_view name, u32 from) { return Next(name, from, true).at; }
   /// The place after that end tag.
-  u32 BehindNextEnd(std::string_view name, u32 from) { return Next(name, from, true).behind; }
+  u32 AfterNextEnd(std::string_view name, u32 from) { return Next(name, from, true).after; }
   /// @return whether memory was exhausted; all answers are kNone then.
   bool HasFailed() const { return m_failed; }
 
@@ -35,7 +35,7 @@ class TagPlaces {
   // A tag, and the next one of the same name and type.
   struct Link {
     u32 at;
-    u32 behind;
+    u32 after;
     u32 next;
   };
   struct Name {
@@ -45,7 +45,7 @@ class TagPlaces {
   };
   struct Found {
     u32 at = kNone;
-    u32 behind = kNone;
+    u32 after = kNone;
   };
 
   // Names beyond these are none that anyone asks about.

@@ -1,4 +1,4 @@
-// The strict parser of a stream: KRSimpleParser over a window, which halts behind each wanted
+// The strict parser of a stream: KRSimpleParser over a window, which halts after each wanted
 // element.
 
 #ifndef KROFX_STREAM_INTERNAL_ELEMENT_PARSER_H_

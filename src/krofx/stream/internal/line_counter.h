@@ -10,7 +10,7 @@
 
 namespace krofx::internal {
 
-/// Counts lines up to places that do not go back behind the beginning of the part.
+/// Counts lines up to places that do not go back before the beginning of the part.
 class LineCounter {
  public:
   /// The place of an offset.

@@ -108,10 +108,10 @@ void StreamRun::End(KRParseStatus status) {
 // Chooses the root by what is in the window. False when that does not tell yet.
 bool StreamRun::Begin() {
   if (!m_window.HasWholeHeaders()) return false;
-  bool told = false;
-  m_text.kind = FindKind(m_window.Beginning(kFirstPart), told);
-  if (!told) m_text.kind = FindKind(m_window.Text(), told);
-  if (!told && !m_window.IsEnded() && !m_window.IsAtLimit()) return false;
+  bool isNamed = false;
+  m_text.kind = FindKind(m_window.Beginning(kFirstPart), isNamed);
+  if (!isNamed) m_text.kind = FindKind(m_window.Text(), isNamed);
+  if (!isNamed && !m_window.IsEnded() && !m_window.IsAtLimit()) return false;
   m_begun = true;
   if (m_text.kind == TextKind::kMultipart) {
     Fail(KRParseStatus_Invalid, "it is a multipart text, whose parts have to be taken apart first");

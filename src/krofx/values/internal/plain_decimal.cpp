@@ -63,9 +63,9 @@ char* WriteDecimal(const PlainDecimal& number, char* out) noexcept {
   if (places > 0) {
     *out++ = '.';
     for (std::ptrdiff_t i = whole; i < 0; ++i) *out++ = '0';
-    const char* const behind = whole > 0 ? first + whole : first;
-    std::memcpy(out, behind, static_cast<std::size_t>(end - behind));
-    out += end - behind;
+    const char* const after = whole > 0 ? first + whole : first;
+    std::memcpy(out, after, static_cast<std::size_t>(end - after));
+    out += end - after;
   }
   return out;
 }

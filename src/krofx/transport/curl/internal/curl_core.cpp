@@ -217,16 +217,16 @@ bool CurlCore::Turn() {
   curl_multi_perform(m_multi, &running);
   m_inCurl = false;
   const bool certificateRefused = TakeCertificateRefusal();
-  bool told = FinishVerdicts();
-  told = TellProgress() || told;
-  return FinishTransfers(certificateRefused) || told;
+  bool reported = FinishVerdicts();
+  reported = TellProgress() || reported;
+  return FinishTransfers(certificateRefused) || reported;
 }
 
 // Each of the next three functions starts again from the beginning of the list after every
 // callback, which may have changed the list.
 
 bool CurlCore::TellProgress() {
-  bool told = false;
+  bool reported = false;
   CurlExchange* exchange = m_exchanges;
   while (exchange != nullptr) {
     if (!exchange->HasNews()) {
@@ -235,15 +235,15 @@ bool CurlCore::TellProgress() {
     }
     VYProgressRecord record = exchange->TakeNews();
     exchange->Callback()(kVYProgress, &record);
-    told = true;
+    reported = true;
     exchange = m_exchanges;
   }
-  return told;
+  return reported;
 }
 
 bool CurlCore::FinishVerdicts() {
   if (m_inCurl) return false;
-  bool told = false;
+  bool reported = false;
   CurlExchange* exchange = m_exchanges;
   while (exchange != nullptr) {
     if (exchange->m_state != ExchangeState::Running || exchange->m_verdict == 0) {
@@ -251,14 +251,14 @@ bool CurlCore::FinishVerdicts() {
       continue;
     }
     Finish(*exchange, exchange->m_verdict);
-    told = true;
+    reported = true;
     exchange = m_exchanges;
   }
-  return told;
+  return reported;
 }
 
 bool CurlCore::FinishTransfers(bool certificateRefused) {
-  bool told = false;
+  bool reported = false;
   int left = 0;
   while (const CURLMsg* const message = curl_multi_info_read(m_multi, &left)) {
     if (message->msg != CURLMSG_DONE) continue;
@@ -269,9 +269,9 @@ bool CurlCore::FinishTransfers(bool certificateRefused) {
     exchange->m_state = ExchangeState::Ending;
     const u16 code = exchange->Result(result, certificateRefused);
     if (exchange->m_state == ExchangeState::Ending) Finish(*exchange, code);
-    told = true;
+    reported = true;
   }
-  return told;
+  return reported;
 }
 
 void CurlCore::Finish(CurlExchange& exchange, u16 code) {
