@@ -3,7 +3,6 @@
 #include "krofx/reader/file/text_bounds.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/reader/header/header.h"
@@ -134,30 +133,6 @@ TextKind FindKind(std::string_view text, bool& isNamed) {
   }
   isNamed = false;
   return TextKind::kResponse;
-}
-
-bool MayHaveCommaAmount(std::string_view text) {
-  // Amounts of payroll may have a dollar sign or a percent sign.
-  constexpr std::string_view kNumber = "0123456789.,+-$%";
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const void* const found = std::memchr(text.data() + at, ',', text.size() - at);
-    if (found == nullptr) return false;
-    const auto comma = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
-    std::size_t start = comma;
-    while (start > at && kNumber.find(text[start - 1]) != std::string_view::npos) --start;
-    std::size_t end = comma + 1;
-    while (end < text.size() && kNumber.find(text[end]) != std::string_view::npos) ++end;
-    std::size_t before = start;
-    while (before > 0 && IsWhite(text[before - 1])) --before;
-    std::size_t after = end;
-    while (after < text.size() && IsWhite(text[after])) ++after;
-    const bool alone =
-        before > 0 && text[before - 1] == '>' && (after == text.size() || text[after] == '<');
-    if (alone) return true;
-    at = end;
-  }
-  return false;
 }
 
 }  // namespace krofx::internal

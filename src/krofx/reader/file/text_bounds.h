@@ -26,11 +26,6 @@ TextKind FindKind(std::string_view text);
 /// @param isNamed takes whether the text says what it is.
 TextKind FindKind(std::string_view text, bool& isNamed);
 
-/// @return whether there may be an amount with a comma in a text: a value of nothing but digits,
-///         signs, points and commas. The parser passes over commas, so that it takes "-11,76" for
-///         -1176.
-bool MayHaveCommaAmount(std::string_view text);
-
 }  // namespace krofx::internal
 
 #endif  // KROFX_READER_FILE_TEXT_BOUNDS_H_
