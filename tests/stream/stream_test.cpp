@@ -476,7 +476,9 @@ TEST(Stream, NotesAmountsWithACommaAndTagsAfterTheEnd) {
   const std::string clean = BankStatementFile(NumberedTransaction(1));
   const std::string comma = BankStatementFile(
       "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250101<TRNAMT>-11,76<FITID>1</STMTTRN>");
-  for (const std::string& text : {clean, comma, clean + "\n", clean + comma}) {
+  const std::string number = BankStatementFile(
+      "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250101<TRNAMT>-11.76<FITID>1,234</STMTTRN>");
+  for (const std::string& text : {clean, comma, number, clean + "\n", clean + comma}) {
     Stream stream;
     stream.Want<KRBankStatementTx>();
     stream.Open(std::string_view(text));

@@ -5,7 +5,6 @@
 #define KROFX_PARSE_INTERNAL_TAG_PASS_H_
 
 #include <optional>
-#include <string_view>
 
 #include "krofx/core/string.h"
 #include "krofx/core/tag_dictionary.h"
@@ -85,11 +84,6 @@ class KRSimpleParser::TagPass {
     m_elementBefore = type == KRTagType_Element ? m_entry.tagID : KRTag_None;
     return status == kGoOn;
   }
-
-  /// @return whether the tag that was read last is an element.
-  bool TookElement() const { return m_elementBefore != KRTag_None; }
-  /// The text of the element that was read last.
-  std::string_view Value() const { return {m_value, m_value.GetStrLength()}; }
 
  private:
   KRSimpleParser& m_parser;

@@ -2,12 +2,13 @@
 
 #include "krofx/stream/internal/element_parser.h"
 
-#include <string_view>
+#include <cstddef>
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
 #include "krofx/parse/internal/parse_run.h"
+#include "krofx/values/internal/passed_commas.h"
 
 namespace krofx::internal {
 
@@ -16,12 +17,6 @@ namespace {
 // As DeleteAll, which costs something for an empty log too.
 void Empty(KRParseLogger& log) {
   if (log.GetAnyParseExceptionsLogged() != 0 || log.Entries() != 0) log.DeleteAll();
-}
-
-// Amounts of payroll may have a dollar sign or a percent sign.
-bool IsCommaNumber(std::string_view value) {
-  return value.find(',') != std::string_view::npos &&
-         value.find_first_not_of("0123456789.,+-$% \t\r\n") == std::string_view::npos;
 }
 
 }  // namespace
@@ -98,11 +93,13 @@ StreamStep ElementParser::Next() {
   const u16 enabled = log->GetLoggingEnabled();
   log->EnableLogging(1);
   Empty(*log);
+  const std::size_t commas = PassedCommas();
   StreamStep step;
   {
     Run run(*this, *log, m_window.Engine());
     step = Step();
   }
+  m_hasCommas = m_hasCommas || PassedCommas() != commas;
   Empty(*log);
   log->EnableLogging(enabled);
   return step;
@@ -126,8 +123,6 @@ StreamStep ElementParser::Step() {
         return StreamStep::kNeedsMore;
       }
       going = m_pass->TakeTag(status);
-      // The feed takes no amount that has a comma.
-      m_hasCommas = m_hasCommas || (m_pass->TookElement() && IsCommaNumber(m_pass->Value()));
     }
     if (!going || KRGetFireAlarm() != KRFireAlarm_None) return End(status);
     if (m_track.Element() == nullptr) continue;

@@ -39,7 +39,7 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
   /// Once it has ended: the status, as of KRSimpleParser::Parse.
   KRParseStatus Status() const { return m_status; }
 
-  /// @return whether an element was read whose value may be an amount with a comma.
+  /// @return whether a number was read that has a comma.
   bool MayHaveCommaAmount() const { return m_hasCommas; }
 
   u16 PushObject(KRDataObj* object) override;

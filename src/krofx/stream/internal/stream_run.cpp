@@ -20,7 +20,7 @@ namespace {
 // Less is no window: the short way of the parser leaves the last bytes of it alone.
 constexpr u32 kLeastWindow = 4096;
 constexpr u32 kMostWindow = 1u << 30;
-// Nearly every text tells its kind in these bytes.
+// The kind of nearly every text is clear from these bytes.
 constexpr std::size_t kFirstPart = 4096;
 
 // Why a text could not be read to its end; empty when it could.
