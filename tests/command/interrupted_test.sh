@@ -76,7 +76,7 @@ wait $rewriting
 exec {hold}>&-
 [ "$(cat rewritten.ofx)" = old ] || fail 'a rewriting that was interrupted wrote a file'
 
-# A disk without room, which a limit of the size of files stands for.
+# A disk without room, for which a limit of the size of files does here.
 sed 's/\r$//' "$examples/multipart.mime" >small.mime
 boundary=$(sed -n 's/.*boundary="\{0,1\}\([^";]*\).*/\1/p' small.mime | head -n 1)
 {

@@ -1,6 +1,6 @@
 // Writes what the views show of a file, for a comparison with the rows of the command:
 //
-//     krofx_view_rows transactions|positions|statements FILE
+//     krofx_view_rows transactions|positions FILE
 //
 // A row is its columns, "name=value", with an end of its own after each column and each row, since
 // texts can have line ends; what is empty is left out.

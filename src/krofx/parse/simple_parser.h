@@ -92,7 +92,7 @@ class KROFX_API KRSimpleParser : public KRParser {
   /// Logs the first required tag that is missing in the tree, if there is one.
   void WarnOfMissingTag(KRDataObj* root);
   /// For the constructors of library classes that override no operation that reads tags, or only
-  /// those of which PlainFeed tells their watcher: parsers of exactly this class may use
+  /// those whose work PlainFeed reports to its watcher: parsers of exactly this class may use
   /// PlainFeed.
   void SetPlainClass(const std::type_info& type) { m_plainClass = &type; }
 

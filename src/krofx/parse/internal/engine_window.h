@@ -64,7 +64,7 @@ class KROFX_API EngineWindow {
   /// @return whether it is full at its greatest size.
   bool IsAtLimit() const { return m_buffer.GetBufferSize() >= m_most; }
 
-  /// @return whether another look is worth while. What is only partly there is not looked at again
+  /// @return whether another look is worthwhile. What is only partly there is not looked at again
   ///         for each byte, or a long item that comes byte by byte would take a time that grows
   ///         with its square.
   bool MayLook() const { return m_ended || Unread() >= m_wanted; }

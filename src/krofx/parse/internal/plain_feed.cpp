@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "krofx/core/internal/byte_search.h"
+#include "krofx/model/internal/row_access.h"
 #include "krofx/model/parser.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/internal/sgml_macros.h"
@@ -32,7 +33,7 @@ bool RowMemo::Remember(TagDictionary& dictionary, KRDataObj& object, const Aggre
     }
     tag.versions = table->valid.table[position].versions;
     tag.position = static_cast<u8>(position);
-    tag.offset = static_cast<char*>(row.member(object)) - reinterpret_cast<char*>(&object);
+    tag.offset = OffsetIn(object, row);
   }
   tag.length = static_cast<u8>(name - text + nameLength);
   tag.key = TagKey(text, tag.length + 1);

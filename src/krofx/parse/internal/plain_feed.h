@@ -70,9 +70,8 @@ class PlainFeed {
   /// first tag that must go through the virtual operations.
   /// @param entry takes the last tag that was read; untouched when none was.
   /// @param value may take the text of the last element: see SettleValue.
-  /// @param elementBefore in and out: the tag of the element that was read last, if no other tag
-  /// was
-  ///        read after it; else KRTag_None.
+  /// @param elementBefore in and out: the tag of the last element, if no other tag was read after
+  ///        it; else KRTag_None.
   /// @return 0; else the status with which an object refused the start tag `entry`.
   template <FeedUse kUse = FeedUse::kTree>
   KRParseStatus Run(KRTagDictionaryEntry& entry, KRString& value, KRTagID& elementBefore);

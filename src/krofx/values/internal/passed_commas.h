@@ -10,7 +10,7 @@
 
 namespace krofx::internal {
 
-/// How many commas the numbers that this thread has read had so far.
+/// @return how many commas the numbers that this thread has read had so far.
 KROFX_API std::size_t& PassedCommas();
 
 }  // namespace krofx::internal
