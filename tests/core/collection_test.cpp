@@ -46,13 +46,13 @@ TEST(KRCollectionItem, IsEqualToItselfAlone) {
 
 TEST(KRCollectionItem, CopiesItsLinks) {
   KRCollectionItem before;
-  KRCollectionItem behind;
+  KRCollectionItem next;
   KRCollectionItem item;
-  item.Next(&behind);
+  item.Next(&next);
   item.Previous(&before);
   KRCollectionItem copy;
   copy = item;
-  EXPECT_EQ(copy.Next(), &behind);
+  EXPECT_EQ(copy.Next(), &next);
   EXPECT_EQ(copy.Previous(), &before);
   KRCollectionItem* made = item.Factory();
   ASSERT_NE(made, nullptr);

@@ -142,27 +142,27 @@ TEST_F(MimeParser, PartWithoutHeadersIsAPlainFile) {
 }
 
 TEST_F(MimeParser, PartWithoutHeadersIsToldThatItIsPlainTextWithoutAName) {
-  class Telling : public KRFile {
+  class Noting : public KRFile {
    public:
     KRParseStatus HandleHeader(KRHeaderTag tag, const KRString& value, KRString* name) override {
-      Told() = std::to_string(tag) + " " + Str(value) + (name == nullptr ? "" : " with a name");
+      Seen() = std::to_string(tag) + " " + Str(value) + (name == nullptr ? "" : " with a name");
       return KRParseStatus_Fatal;
     }
-    static std::string& Told() {
-      static std::string told;
-      return told;
+    static std::string& Seen() {
+      static std::string seen;
+      return seen;
     }
   };
   class TellingFiles : public KRDataObjFactory {
    public:
-    KRFile* NewFile(u16) override { return new Telling; }
+    KRFile* NewFile(u16) override { return new Noting; }
   };
   TellingFiles factory;
   KRDataObj::SetFactory(&factory);
   EXPECT_EQ(Parse(std::string(kMultipart) + "--b0\n\njust text\n--b0--\n"), KRParseStatus_Accepted)
       << "the answer is not looked at";
   KRDataObj::SetFactory(nullptr);
-  EXPECT_EQ(Telling::Told(), "-1 text/plain");
+  EXPECT_EQ(Noting::Seen(), "-1 text/plain");
   EXPECT_EQ(m_file.GetNumberOfSubfiles(), 1);
 }
 

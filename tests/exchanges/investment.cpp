@@ -22,7 +22,7 @@ constexpr Exchange kExchanges[] = {
 
 constexpr Sync kSyncs[] = {
     {"INVSTMTMSGSRQ", "INVMAILSYNCRQ", "@ASK@NOHTML@BROKER", "INVMAILTRNRQ"},
-    {"INVSTMTMSGSRS", "INVMAILSYNCRS", "@TOLD@BROKER", "INVMAILTRNRS"},
+    {"INVSTMTMSGSRS", "INVMAILSYNCRS", "@TOKEN@BROKER", "INVMAILTRNRS"},
 };
 
 }  // namespace

@@ -41,9 +41,9 @@ TEST_P(EngineLimits, OverlongNameIsAnUnknownTag) {
   const std::string name(70000, 'X');
   EXPECT_EQ(Tags("<" + name + "><CODE>0</" + name + "><MEMO>x"), (Lines{"CODE=0", "MEMO=x"}))
       << "no end tag is matched with it";
-  const std::string told = name.substr(0, 65534);
-  EXPECT_EQ(Warnings(), (Lines{"UNKNOWNTAG <" + told + ">", "BADFORMAT \"" + told + "\"",
-                               "UNKNOWNTAG <" + told + ">"}));
+  const std::string kept = name.substr(0, 65534);
+  EXPECT_EQ(Warnings(), (Lines{"UNKNOWNTAG <" + kept + ">", "BADFORMAT \"" + kept + "\"",
+                               "UNKNOWNTAG <" + kept + ">"}));
 }
 
 TEST_P(EngineLimits, OverlongStrayTextIsToldCut) {

@@ -35,17 +35,17 @@ std::string RandomText(std::mt19937& random) {
 Lines Tell(const std::string& text, bool plain) {
   TextBuffer buffer(text, plain);
   KRParseLogger::TheKRParseLogger()->DeleteAll();
-  Lines told;
+  Lines seen;
   EngineProbe tags(*buffer);
   // The end, once met, stays; an unreadable item does not end the text.
   for (KRTagType type = KRTagType_Start; type != KRTagType_EndOfInput;) {
     KRTagDictionaryEntry entry = {KRTag_None, ""};
     KRString value;
     type = tags.GetKRTag(entry, value);
-    told.push_back(std::to_string(type) + entry.text + "=" + Str(value) + " at " +
+    seen.push_back(std::to_string(type) + entry.text + "=" + Str(value) + " at " +
                    std::to_string(tags.GetItemPosition()));
-    if (type == KRTagType_Start && told.size() % 3 == 0) {
-      told.push_back("skip " + std::to_string(tags.SkipCurrentTag()));
+    if (type == KRTagType_Start && seen.size() % 3 == 0) {
+      seen.push_back("skip " + std::to_string(tags.SkipCurrentTag()));
     }
   }
   EngineProbe lines(*buffer);
@@ -54,14 +54,14 @@ Lines Tell(const std::string& text, bool plain) {
     KRString value;
     KRString name;
     const bool found = lines.GetHeader(tag, value, &name) != 0;
-    told.push_back(Str(name) + ":" + Str(value) + " " + std::to_string(lines.GetHeaderPos()));
+    seen.push_back(Str(name) + ":" + Str(value) + " " + std::to_string(lines.GetHeaderPos()));
     if (!found) ++blocks;
   }
-  told.push_back("boundary " + std::to_string(lines.FindMIMEBoundary("b0")) + " " +
+  seen.push_back("boundary " + std::to_string(lines.FindMIMEBoundary("b0")) + " " +
                  std::to_string(lines.GetHeaderPos()));
   const Lines warnings = Warnings();
-  told.insert(told.end(), warnings.begin(), warnings.end());
-  return told;
+  seen.insert(seen.end(), warnings.begin(), warnings.end());
+  return seen;
 }
 
 TEST(EngineSources, TellTheSameOfAnyText) {

@@ -39,8 +39,8 @@ class SimpleParser : public testing::Test {
     return m_parser.Parse(&buffer, &m_root, checkRequired);
   }
   // A warning as Line writes it, for a tag of the dictionary.
-  static std::string Told(const char* warning, const char* tag, KRTagID id,
-                          const char* value = nullptr) {
+  static std::string WarningLine(const char* warning, const char* tag, KRTagID id,
+                                 const char* value = nullptr) {
     std::string line = std::string(warning) + " <" + tag + "> " + std::to_string(id);
     return value == nullptr ? line : line + " \"" + value + "\"";
   }
@@ -112,7 +112,7 @@ TEST_F(SimpleParser, AggregateThatMayNotStandHereIsSkipped) {
   EXPECT_EQ(Parse("<OFX><INVPOS><CODE>1<STATUS></STATUS></INVPOS><CODE>0</OFX>"),
             KRParseStatus_Warnings);
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "element CODE=0", "end OFX"}));
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDAGG", "INVPOS", KRTag_INVPOS)});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDAGG", "INVPOS", KRTag_INVPOS)});
   EXPECT_EQ(m_parser.GetParseException(0)->m_object, m_root.GetChild(0));
 }
 
@@ -120,20 +120,20 @@ TEST_F(SimpleParser, AggregateThatMayNotStandHereAndHasNoEndIsDroppedAlone) {
   EXPECT_EQ(Parse("<OFX><INVPOS><CODE>1</OFX>"), KRParseStatus_Warnings);
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "element CODE=1", "end OFX"}));
   EXPECT_EQ(Warnings(),
-            (Lines{Told("INVALIDAGG", "INVPOS", KRTag_INVPOS), "BADFORMAT \"INVPOS\""}));
+            (Lines{WarningLine("INVALIDAGG", "INVPOS", KRTag_INVPOS), "BADFORMAT \"INVPOS\""}));
 }
 
 TEST_F(SimpleParser, ElementThatMayNotStandHereIsPassedOver) {
   EXPECT_EQ(Parse("<OFX><UNITS>5</UNITS><CODE>0</OFX>"), KRParseStatus_Warnings);
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "element CODE=0", "end OFX"}))
       << "with its end tag";
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDELEM", "UNITS", KRTag_UNITS, "5")});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDELEM", "UNITS", KRTag_UNITS, "5")});
   EXPECT_EQ(m_parser.GetParseException(0)->m_object, m_root.GetChild(0));
 }
 
 TEST_F(SimpleParser, TagOfAnotherVersionMayNotStandHere) {
   EXPECT_EQ(Parse("<OFX><MEMO2>x</OFX>"), KRParseStatus_Warnings);
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDELEM", "MEMO2", KRTag_MEMO2, "x")});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDELEM", "MEMO2", KRTag_MEMO2, "x")});
   ToyAggregate second(m_notebook, KRTag_None, 2);
   TextBuffer buffer("<OFX><MEMO2>x</OFX>");
   EXPECT_EQ(m_parser.Parse(buffer.Get(), &second, 0), KRParseStatus_Accepted);
@@ -148,7 +148,7 @@ TEST_F(SimpleParser, RefusedStartTagStops) {
   m_notebook.refusedStarts[KRTag_STATUS] = KRParseStatus_PlainFile;
   EXPECT_EQ(Parse("<OFX><STATUS><CODE>0</STATUS></OFX>"), KRParseStatus_PlainFile);
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "start STATUS"}));
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDAGG", "STATUS", KRTag_STATUS)});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDAGG", "STATUS", KRTag_STATUS)});
   EXPECT_EQ(m_parser.GetObjectWithError(), m_root.GetChild(0));
 }
 
@@ -156,7 +156,7 @@ TEST_F(SimpleParser, RefusedElementStops) {
   m_notebook.refusedElements[KRTag_CODE] = KRParseStatus_Invalid;
   EXPECT_EQ(Parse("<OFX><CODE>x<MEMO>y</OFX>"), KRParseStatus_Invalid);
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "element CODE=x"}));
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDELEM", "CODE", KRTag_CODE, "x")});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDELEM", "CODE", KRTag_CODE, "x")});
   EXPECT_EQ(m_parser.GetObjectWithError(), m_root.GetChild(0));
 }
 
@@ -173,7 +173,7 @@ TEST_F(SimpleParser, EmptyElementArrivesAsAggregate) {
 
 TEST_F(SimpleParser, EndTagOfAnotherAggregateStops) {
   EXPECT_EQ(Parse("<OFX><STATUS><CODE>0</SONRQ></STATUS></OFX>"), KRParseStatus_EndTagMismatch);
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDENDAGG", "SONRQ", KRTag_SONRQ)});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDENDAGG", "SONRQ", KRTag_SONRQ)});
   EXPECT_EQ(m_parser.GetObjectWithError(), m_root.GetChild(0)->GetChild(0));
   EXPECT_EQ(m_parser.GetDepth(), 2);
 }
@@ -221,14 +221,14 @@ TEST_F(SimpleParser, TenAggregatesMayBeOpen) {
   EXPECT_EQ(Parse(Repeat("<STATUS>", 10) + "<CODE>0" + Repeat("</STATUS>", 10)),
             KRParseStatus_Accepted);
   EXPECT_EQ(Parse(Repeat("<STATUS>", 11) + "<CODE>0"), KRParseStatus_StackFull);
-  EXPECT_EQ(Warnings(), Lines{Told("INVALIDAGG", "STATUS", KRTag_STATUS)});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("INVALIDAGG", "STATUS", KRTag_STATUS)});
   EXPECT_EQ(m_parser.GetDepth(), 10);
   EXPECT_EQ(m_parser.GetObjectWithError(), m_parser.GetCurrentObj());
 }
 
 TEST_F(SimpleParser, UnreadableItemIsInvalid) {
   EXPECT_EQ(Parse("<OFX><CODE>0<STATUS>"), KRParseStatus_Invalid);
-  EXPECT_EQ(Warnings(), Lines{Told("UNKNOWNTAG", "CODE", KRTag_CODE, "0")})
+  EXPECT_EQ(Warnings(), Lines{WarningLine("UNKNOWNTAG", "CODE", KRTag_CODE, "0")})
       << "with the tag and the value read before";
   EXPECT_EQ(m_parser.GetObjectWithError(), m_root.GetChild(0));
   EXPECT_EQ(Parse("<STATUS>"), KRParseStatus_Invalid);
@@ -239,7 +239,7 @@ TEST_F(SimpleParser, OverlongValueWarnsAndLeavesTheElementOut) {
   EXPECT_EQ(Parse("<OFX><MEMO>" + std::string(70000, '1') + "</MEMO><CODE>0</OFX>"),
             KRParseStatus_Warnings);
   EXPECT_EQ(m_notebook.lines, (Lines{"start OFX", "element CODE=0", "end OFX"}));
-  EXPECT_EQ(Warnings(), Lines{Told("TOOLONG", "MEMO", KRTag_MEMO)});
+  EXPECT_EQ(Warnings(), Lines{WarningLine("TOOLONG", "MEMO", KRTag_MEMO)});
 }
 
 // Headers.
@@ -488,11 +488,11 @@ TEST_F(SimpleParser, ObserverHearsOfEachWarningWithItsPlace) {
                   "</OFX>",
                   1),
             KRParseStatus_Warnings);
-  EXPECT_EQ(listener.m_lines,
-            (Lines{"0 BADFORMAT \"X-A\"", "13 UNKNOWNTAG <XYZ>", "13 BADFORMAT \"XYZ\"",
-                   "18 UNKNOWNTAG <ABC>", "25 " + Told("INVALIDELEM", "UNITS", KRTag_UNITS, "5"),
-                   "34 UNKNOWNTAG <ABC>", "42 BADFORMAT \"stray\"",
-                   "-1 MISSINGTAG " + std::to_string(KRTag_CODE)}));
+  EXPECT_EQ(listener.m_lines, (Lines{"0 BADFORMAT \"X-A\"", "13 UNKNOWNTAG <XYZ>",
+                                     "13 BADFORMAT \"XYZ\"", "18 UNKNOWNTAG <ABC>",
+                                     "25 " + WarningLine("INVALIDELEM", "UNITS", KRTag_UNITS, "5"),
+                                     "34 UNKNOWNTAG <ABC>", "42 BADFORMAT \"stray\"",
+                                     "-1 MISSINGTAG " + std::to_string(KRTag_CODE)}));
   EXPECT_EQ(Warnings().size(), listener.m_lines.size());
   EXPECT_EQ(m_parser.GetCurrentOffset(), -1);
 

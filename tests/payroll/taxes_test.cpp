@@ -159,14 +159,14 @@ TEST(KREmployeeTaxSummary, PassesWithABlankReleaseDateOnly) {
   const std::string address = Aggregate("N.ADDRINFO", "<N.TITLE>Ms");
   const std::string before =
       "<N.EMPID>7<N.STATE>NY" + address + "<N.SSN>123456789<N.DTHIRE>20260105";
-  const std::string behind =
+  const std::string after =
       "<N.OFFICER>N<N.DECEASED>N<N.STATUTORY>N<N.DEFRDCOMP>N<N.PENSIONPLAN>N<N.MONTH1>Y<N.MONTH2>Y"
       "<N.MONTH3>Y<N.HRSWORKED>480<N.WKSWORKED>13<N.SUITAXID>55<N.TOTALWAGE>$9000.00"
       "<N.TOTALWAGEYTD>$9000.00";
-  const Parsed<KREmployeeTaxSummary> none(before + behind);
+  const Parsed<KREmployeeTaxSummary> none(before + after);
   EXPECT_EQ(none->AllRequiredPresent(), 0);
   EXPECT_EQ(none->GetFirstMissingRequiredTag(KRTag_None), KRTag_N_DTRELEASE);
-  const std::string text = before + "<N.DTRELEASE>^@~*" + behind;
+  const std::string text = before + "<N.DTRELEASE>^@~*" + after;
   const Parsed<KREmployeeTaxSummary> blank(text);
   EXPECT_EQ(blank->AllRequiredPresent(), 1);
   EXPECT_EQ(TextOf(*blank), InLines(text));

@@ -163,7 +163,7 @@ TEST(Structure, TakesTagsInSmallLettersAndWithBlanks) {
 }
 
 TEST(Structure, KeepsWhatIsWholeWhenTheTextBreaksOff) {
-  // Behind the first transaction.
+  // After the first transaction.
   std::string text = kWhole.substr(0, kWhole.find("</STMTTRN>") + 10);
   Reading reading = Read(text);
   EXPECT_EQ(MendingNames(reading), Lines{"cut-off"});

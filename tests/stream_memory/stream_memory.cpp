@@ -97,7 +97,7 @@ bool StreamStatement(std::size_t bytes) {
     if (!reader.Take(piece)) return false;
     piece.clear();
   }
-  // The end tag of OFX ends the text, so nothing is asked for behind it.
+  // The end tag of OFX ends the text, so nothing is asked for after it.
   const bool ended = !reader.Take(kTail) && reader.Finish();
   std::printf("%zu bytes, %zu transactions\n", made, reader.Count());
   return ended && reader.Count() == transactions;

@@ -262,12 +262,12 @@ TEST_F(VYNExchangeTest, KeepsTheFilesThatAManagerOpensUnderTheNamesOfTheReplyBef
       m_reply.open(std::string(tempPath) + "same", std::ios::binary);
       m_callback = callback;
       m_userData = userData;
-      return ScriptedManager::VCGetFileRequest(error, session, url, tempPath, &Told, this);
+      return ScriptedManager::VCGetFileRequest(error, session, url, tempPath, &OnProgress, this);
     }
     std::string text;
 
    private:
-    static u16 Told(VYCallbackStatus status, void* record) {
+    static u16 OnProgress(VYCallbackStatus status, void* record) {
       if (status != kVYFInished) return 0;
       auto& finished = *static_cast<VYFinishedRecord*>(record);
       auto& self = *static_cast<SameNames*>(finished.userData);
@@ -367,17 +367,17 @@ TEST_F(VYNExchangeTest, TellsProgressWithTheCountersOfItsCode) {
 TEST_F(VYNExchangeTest, TakesTheFieldsOfARecordFromTheirPlaces) {
   EXPECT_EQ(offsetof(VYProgressRecord, reserved), 0u);
   EXPECT_EQ(offsetof(VYProgressRecord, userData), 2u);
-  constexpr std::size_t behind = 2 + sizeof(void*);
-  EXPECT_EQ(offsetof(VYProgressRecord, opCode), behind);
-  EXPECT_EQ(offsetof(VYProgressRecord, receiveTotal), behind + 4);
-  EXPECT_EQ(offsetof(VYProgressRecord, sendTotal), behind + 8);
-  EXPECT_EQ(offsetof(VYProgressRecord, received), behind + 12);
-  EXPECT_EQ(offsetof(VYProgressRecord, sent), behind + 16);
-  EXPECT_EQ(sizeof(VYProgressRecord), behind + 20);
+  constexpr std::size_t rest = 2 + sizeof(void*);
+  EXPECT_EQ(offsetof(VYProgressRecord, opCode), rest);
+  EXPECT_EQ(offsetof(VYProgressRecord, receiveTotal), rest + 4);
+  EXPECT_EQ(offsetof(VYProgressRecord, sendTotal), rest + 8);
+  EXPECT_EQ(offsetof(VYProgressRecord, received), rest + 12);
+  EXPECT_EQ(offsetof(VYProgressRecord, sent), rest + 16);
+  EXPECT_EQ(sizeof(VYProgressRecord), rest + 20);
   EXPECT_EQ(offsetof(VYFinishedRecord, result), 0u);
   EXPECT_EQ(offsetof(VYFinishedRecord, userData), 2u);
-  EXPECT_EQ(offsetof(VYFinishedRecord, replyFile), behind);
-  EXPECT_EQ(offsetof(VYFinishedRecord, headerFile), behind + 282);
+  EXPECT_EQ(offsetof(VYFinishedRecord, replyFile), rest);
+  EXPECT_EQ(offsetof(VYFinishedRecord, headerFile), rest + 282);
 }
 
 TEST_F(VYNExchangeTest, IgnoresRecordsOfOtherKindsAndNone) {

@@ -56,7 +56,7 @@ constexpr FieldSpec kPositionColumns[] = {
     {"SECURED", "secured", "Secured", true},
 };
 
-// What purchases and sales share stands one level deeper than in the other kinds: "*" is INVBUY or
+// What purchases and sales share is one level deeper than in the other kinds: "*" is INVBUY or
 // INVSELL.
 constexpr FieldSpec kTransactionColumns[] = {
     {"INVTRAN/DTTRADE|*/INVTRAN/DTTRADE|STMTTRN/DTPOSTED", "traded", "Traded"},

@@ -25,7 +25,7 @@ bool Assign(KRString& target, std::string_view text) {
   return text.empty() || target.Assign(text.data(), static_cast<u16>(text.size())) != 0;
 }
 
-// Behind the line that begins at `at`.
+// After the line that begins at `at`.
 std::size_t NextLine(std::string_view bytes, std::size_t at) {
   const std::size_t end = bytes.find('\n', at);
   return end == std::string_view::npos ? bytes.size() : end + 1;
