@@ -63,7 +63,8 @@ std::unique_ptr<Class> Clone(const Class& source) {
   } else {
     std::unique_ptr<KRDataObj> copy(internal::CloneByTable(source));
     auto* const typed = dynamic_cast<Class*>(copy.get());
-    if (typed != nullptr) copy.release();
+    if (typed == nullptr) return nullptr;
+    static_cast<void>(copy.release());
     return std::unique_ptr<Class>(typed);
   }
 }

@@ -48,7 +48,7 @@ class FactoryChain : public KRDataObjFactory {
   Class* operation(u16 version) override {                                                  \
     const Replacement* const top = m_tops[static_cast<std::size_t>(FactorySlot::k##Class)]; \
     if (top == nullptr) return Base().operation(version);                                   \
-    return static_cast<Class*>(MakeBy(*top, version));                                      \
+    return MakeAs<Class>(*top, version);                                                    \
   }
   KROFX_FACTORY_OPERATIONS(KROFX_OVERRIDE)
 #undef KROFX_OVERRIDE
@@ -57,10 +57,11 @@ class FactoryChain : public KRDataObjFactory {
   // The host's own factory, or one that makes the classes of the library.
   KRDataObjFactory& Base() { return m_base != nullptr ? *m_base : m_plain; }
 
-  void* MakeBy(const Replacement& replacement, u16 version) {
+  template <class Class>
+  Class* MakeAs(const Replacement& replacement, u16 version) {
     void* const object = replacement.m_make(version != 0 ? version : GetVersion());
     if (object == nullptr) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-    return object;
+    return static_cast<Class*>(object);
   }
 
   // Takes the place of the factory in force. The library's default one is none of a host's.

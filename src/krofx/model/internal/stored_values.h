@@ -191,7 +191,7 @@ class KROFX_API StoredDate {
   bool IsWhole() const { return m_date.extra != 0; }
   KRDateTime* Whole() const {
     KRDateTime* whole;
-    std::memcpy(&whole, &m_date, sizeof whole);
+    std::memcpy(&whole, &m_date, sizeof(void*));
     return whole;
   }
   void Drop();
