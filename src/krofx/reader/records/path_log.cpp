@@ -21,7 +21,10 @@ void AddToPath(KRString& path, const char* name, unsigned number) {
 }
 
 s32 PathLog::Add(s32 parent, KRTagID tag, u32 number) {
-  if (!m_nodes.Append({parent, tag, number, number == 1})) return kNoPath;
+  if (!m_nodes.Append({parent, tag, number, number == 1})) {
+    m_failed = true;
+    return kNoPath;
+  }
   return static_cast<s32>(m_nodes.size() - 1);
 }
 

@@ -53,6 +53,8 @@ class PathLog {
   /// @param wanted in the order of their operator; takes the nodes, kNoPath as of AddTo.
   /// @return false when memory is exhausted.
   bool AddAll(KRDataObj& root, std::span<WantedObject> wanted);
+  /// @return whether memory did not suffice for an aggregate, so that paths may lack it.
+  bool HasFailed() const { return m_failed; }
   /// The path of an aggregate; empty for kNoPath.
   KRString PathOf(s32 node) const;
 
@@ -69,6 +71,7 @@ class PathLog {
   s32 AddBelow(s32 parent, KRDataObj& object, const KRDataObj* wanted, int depth);
 
   List<Node> m_nodes;
+  bool m_failed = false;
 };
 
 }  // namespace krofx::internal

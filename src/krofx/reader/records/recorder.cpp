@@ -194,6 +194,7 @@ void Recorder::FindObjects(KRDataObj& root, PathLog& paths) {
 }
 
 void Recorder::EndTree(const PathLog& paths) {
+  m_failed = m_failed || paths.HasFailed();
   if (m_failed) return;
   for (std::size_t index = 0; index < m_mendingPaths.size(); ++index) {
     m_reading.mendings[m_firstMending + index].path = paths.PathOf(m_mendingPaths[index]);
