@@ -2,8 +2,8 @@
 
 #include "output/characters.h"
 
-#include <wchar.h>
-#include <wctype.h>
+#include <cwchar>
+#include <cwctype>
 
 #include <algorithm>
 #include <clocale>

@@ -6,7 +6,7 @@
 
 namespace krofx::internal {
 
-char* WriteCommonText(const KRString& text, char* out, char* end) {
+char* WriteCommonText(const KRString& text, char* out, const char* end) {
   const std::size_t length = text.GetStrLength();
   if (text.GetEncoding() != KRStringEncode_Plain || length > text.SpecLength() ||
       static_cast<std::size_t>(end - out) < length) {

@@ -66,7 +66,7 @@ struct Converted {
   static bool FromCommonText(void* member, const char* text, std::size_t length) {
     return ReadCommon(text, length, *static_cast<Stored*>(member));
   }
-  static char* ToText(const void* member, char* out, char* end) {
+  static char* ToText(const void* member, char* out, const char* end) {
     return WriteCommon(*static_cast<const Stored*>(member), out, end);
   }
   static constexpr decltype(ValueKind::fromCommonText) CommonReader() {
@@ -121,7 +121,7 @@ u16 ReadNumber(const KRString& text, Number& value) {
 
 /// Writes a number that its class allows.
 template <class Number>
-char* WriteStoredNumber(const StoredNumber<Number>& value, char* out, char* end) {
+char* WriteStoredNumber(const StoredNumber<Number>& value, char* out, const char* end) {
   if (end - out < KRPrecisionInteger::kTextSize) return nullptr;
   if constexpr (std::is_same_v<Number, KRPrecisionInteger>) {
     if (value.Plain().decimals > KRPrecisionInteger::kMaxDecimals) return nullptr;
@@ -140,7 +140,7 @@ inline constexpr const ValueKind& kNumber =
               &WriteStoredNumber<Number>>::kKind;
 
 /// Writes a date that is valid.
-inline char* WriteStoredDate(const StoredDate& value, char* out, char* end) {
+inline char* WriteStoredDate(const StoredDate& value, char* out, const char* end) {
   const PlainDate* const date = value.Plain();
   if (date == nullptr || end - out < static_cast<std::ptrdiff_t>(PlainDate::kTextSize)) {
     return nullptr;
@@ -200,7 +200,7 @@ bool ReadKnownKeyword(const char* text, std::size_t length, Enumeration& value) 
 
 /// Writes a known keyword; no keyword has a character that must be escaped.
 template <class Enumeration>
-char* WriteKnownKeyword(const Enumeration& value, char* out, char* end) {
+char* WriteKnownKeyword(const Enumeration& value, char* out, const char* end) {
   const auto index = static_cast<u32>(value);
   if (index >= KeywordTraits<Enumeration>::kCount) return nullptr;
   const std::string_view text = KeywordTraits<Enumeration>::kTexts[index];
@@ -303,7 +303,7 @@ u16 AppendNativeEntry(KRDataObj& object, KRTagID tag, Array& array, const Value&
 void WarnTooLong(KRTagID tag, const KRString& text);
 
 /// Writes a text that its class allows and that needs no escaping; null for any other.
-KROFX_API char* WriteCommonText(const KRString& text, char* out, char* end);
+KROFX_API char* WriteCommonText(const KRString& text, char* out, const char* end);
 
 /// A text; its class says how long it may be. `Text` derives from KRString.
 /// @tparam Stored the class of the member: `Text`, or a class that converts to it.
@@ -324,7 +324,7 @@ struct TextKind {
   static bool FromCommonText(void* member, const char* text, std::size_t length) {
     return static_cast<Stored*>(member)->AssignCommon(text, length);
   }
-  static char* ToText(const void* member, char* out, char* end) {
+  static char* ToText(const void* member, char* out, const char* end) {
     const Text& own = *static_cast<const Stored*>(member);
     return WriteCommonText(own, out, end);
   }

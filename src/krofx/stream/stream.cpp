@@ -11,7 +11,6 @@
 
 namespace krofx {
 
-using internal::ByteSource;
 using internal::OpenFile;
 using internal::StreamRun;
 

@@ -66,7 +66,7 @@ struct ValueKind {
   /// `build`, without tag and line end.
   /// @return the end of the text; null, with some of it possibly written, when there is too little
   ///         room and for a value that is not of the common kind: `build` must write it.
-  char* (*writeCommon)(const void* member, char* out, char* end) = nullptr;
+  char* (*writeCommon)(const void* member, char* out, const char* end) = nullptr;
 };
 
 /// How an array of children is reached, whatever its element type.
