@@ -12,7 +12,7 @@
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/model/factory.h"
 #include "krofx/values/language.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 namespace {
 
@@ -46,18 +46,18 @@ void ExpectVersion(F& factory, Object* (F::*make)(u16)) {
 
 // An operation that makes something, without its type.
 struct Operation {
-  std::ptrdiff_t slot;
+  std::ptrdiff_t place;
   void (*expectVersion)(F& factory);
 };
 
 template <auto kMake>
 Operation Make() {
-#ifdef KROFX_TESTS_KNOW_SLOTS
-  const std::ptrdiff_t slot = SlotOf(kMake);
+#ifdef KROFX_TESTS_KNOW_VTABLES
+  const std::ptrdiff_t place = VtablePlaceOf(kMake);
 #else
-  const std::ptrdiff_t slot = 0;
+  const std::ptrdiff_t place = 0;
 #endif
-  return {slot, [](F& factory) { ExpectVersion(factory, kMake); }};
+  return {place, [](F& factory) { ExpectVersion(factory, kMake); }};
 }
 
 // All of them, in their order.
@@ -412,11 +412,11 @@ const Operation kOperations[] = {Make<&F::NewUShort>(),
                                  Make<&F::NewPayrollUpdateData>(),
                                  Make<&F::NewRateChange>()};
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 TEST(KRDataObjFactory, KeepsTheOrderOfItsOperations) {
-  std::ptrdiff_t slot = 2;  // After the destructor's two.
-  EXPECT_EQ(SlotOf(&F::GetVersion), slot);
-  for (const Operation& operation : kOperations) EXPECT_EQ(operation.slot, ++slot);
+  std::ptrdiff_t place = 2;  // After the destructor's two.
+  EXPECT_EQ(VtablePlaceOf(&F::GetVersion), place);
+  for (const Operation& operation : kOperations) EXPECT_EQ(operation.place, ++place);
 }
 #endif
 

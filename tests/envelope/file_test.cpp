@@ -11,7 +11,7 @@
 #include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 namespace {
 
@@ -396,11 +396,12 @@ TEST(KRFileRq, StopsTheParseWhenTheFactoryMakesNoBody) {
   EXPECT_EQ(factory.m_made, 2);
 }
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 TEST(KRFile, KeepsTheOrderOfItsOperations) {
-  ExpectSlotsInOrder(SlotOf(&KRFile::BuildHeaders), &KRFile::BuildHeaders, &KRFile::ValidateHeader,
-                     static_cast<u16 (KRFile::*)() const>(&KRFile::ValidateHeaders),
-                     &KRFile::SetFactory, &KRFileOFX::AddDefaultOFXHeaders);
+  ExpectVtableOrder(VtablePlaceOf(&KRFile::BuildHeaders), &KRFile::BuildHeaders,
+                    &KRFile::ValidateHeader,
+                    static_cast<u16 (KRFile::*)() const>(&KRFile::ValidateHeaders),
+                    &KRFile::SetFactory, &KRFileOFX::AddDefaultOFXHeaders);
 }
 #endif
 

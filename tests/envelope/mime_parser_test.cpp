@@ -12,7 +12,7 @@
 #include "krofx/model/factory.h"
 #include "krofx/parse/engine.h"
 #include "support/parse_text.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 namespace {
 
@@ -318,11 +318,12 @@ TEST_F(MimeParser, LosesNoHeaderAndNoBodySilently) {
   EXPECT_GT(nth, 10u);
 }
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
-TEST(VirtualSlots, OfMIMEParsers) {
+#ifdef KROFX_TESTS_KNOW_VTABLES
+TEST(VtablePlaces, OfMIMEParsers) {
   using S = KRSimpleParser;
   using ParseFile = KRParseStatus (KRMIMEParser::*)(KRBuffer*, KRFile*, u16);
-  EXPECT_EQ(SlotOf(static_cast<ParseFile>(&KRMIMEParser::Parse)), SlotOf(&S::SetParseEngine) + 1);
+  EXPECT_EQ(VtablePlaceOf(static_cast<ParseFile>(&KRMIMEParser::Parse)),
+            VtablePlaceOf(&S::SetParseEngine) + 1);
 }
 #endif
 

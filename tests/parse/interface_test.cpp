@@ -6,7 +6,7 @@
 #include "krofx/core/tags.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 namespace {
 
@@ -37,13 +37,13 @@ TEST(ParseItems, AreNoneAtFirst) {
   EXPECT_EQ(item.end, 0);
 }
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
-TEST(VirtualSlots, OfEnginesAndParsers) {
-  EXPECT_EQ(SlotOf(&KRParseEngine::GetKRTag), 0);
+#ifdef KROFX_TESTS_KNOW_VTABLES
+TEST(VtablePlaces, OfEnginesAndParsers) {
+  EXPECT_EQ(VtablePlaceOf(&KRParseEngine::GetKRTag), 0);
   using S = KRSimpleParser;
-  EXPECT_LT(SlotOf(&KRParser::IsValidTag), SlotOf(&S::GetObjectWithError));
-  ExpectSlotsInOrder(SlotOf(&S::GetObjectWithError), &S::GetObjectWithError, &S::SetParseTable,
-                     &S::SetParseEngine);
+  EXPECT_LT(VtablePlaceOf(&KRParser::IsValidTag), VtablePlaceOf(&S::GetObjectWithError));
+  ExpectVtableOrder(VtablePlaceOf(&S::GetObjectWithError), &S::GetObjectWithError,
+                    &S::SetParseTable, &S::SetParseEngine);
 }
 #endif
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "support/failing_allocation.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 #include "transport/probe_transport.h"
 
 namespace {
@@ -136,23 +136,23 @@ TEST_F(KRNetAccessTest, MayBeDeletedThroughItsBase) {
   delete made;
 }
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 TEST_F(KRNetAccessTest, KeepsTheOrderOfItsOperations) {
-  EXPECT_EQ(SlotOf(&KRNetAccess::CanDoNetworkSetup), 0);
-  EXPECT_EQ(SlotOf(&KRNetAccess::IsNetworkSetup), 1);
-  EXPECT_EQ(SlotOf(&KRNetAccess::DoNetworkSetup), 2);
-  EXPECT_EQ(SlotOf(&KRNetAccess::SetAgentName), 3);
-  EXPECT_EQ(SlotOf(&KRNetAccess::SetTempFilePath), 4);
-  EXPECT_EQ(SlotOf(&KRNetAccess::SetLogCallback), 5);
-  EXPECT_EQ(SlotOf(&KRNetAccess::LogMessage), 6);
-  EXPECT_EQ(SlotOf(&KRNetAccess::SetSessionCallback), 7);
-  EXPECT_EQ(SlotOf(&KRNetAccess::UpdateSessionStatus), 8);
-  EXPECT_EQ(SlotOf(&KRNetAccess::InitConnection), 9);
-  EXPECT_EQ(SlotOf(&KRNetAccess::EndConnection), 10);
-  EXPECT_EQ(SlotOf(&KRNetAccess::NewNetRequest), 11);
-  EXPECT_EQ(SlotOf(&KRNetAccess::DeleteNetRequest), 12);
-  EXPECT_EQ(SlotOf(&KRNetAccess::SetGlobalState), 13);
-  EXPECT_EQ(SlotOf(&KRNetAccess::GetStatus), 14);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::CanDoNetworkSetup), 0);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::IsNetworkSetup), 1);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::DoNetworkSetup), 2);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::SetAgentName), 3);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::SetTempFilePath), 4);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::SetLogCallback), 5);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::LogMessage), 6);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::SetSessionCallback), 7);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::UpdateSessionStatus), 8);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::InitConnection), 9);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::EndConnection), 10);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::NewNetRequest), 11);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::DeleteNetRequest), 12);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::SetGlobalState), 13);
+  EXPECT_EQ(VtablePlaceOf(&KRNetAccess::GetStatus), 14);
 }
 #endif
 

@@ -15,7 +15,7 @@
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
 #include "support/temp_folder.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 #include "transport/probe_transport.h"
 
 namespace {
@@ -309,27 +309,27 @@ TEST_F(FileUrlRequest, SaysWhenTheUrlCannotBeStored) {
   ExpectNoReply();
 }
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 TEST(KRNetRequest, KeepsTheOrderOfItsOperations) {
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddTrustedRoot), 0);
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddTrustedRootBER), 1);
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddExpectedSSLCertID), 2);
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddExpectedSSLCertName), 3);
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddNorvikBrandingRoot), 4);
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddRSAServerRoot), 5);
-  EXPECT_EQ(SlotOf(&KRNetRequest::AddVeriSignOFXCARoot), 6);
-  EXPECT_EQ(SlotOf(&KRNetRequest::SetSSLVerifyCert), 7);
-  EXPECT_EQ(SlotOf(&KRNetRequest::Get), 8);
-  EXPECT_EQ(SlotOf(&KRNetRequest::Send), 9);
-  EXPECT_EQ(SlotOf(&KRNetRequest::SendPlusHeaders), 10);
-  EXPECT_EQ(SlotOf(&KRNetRequest::SendPlusHeadersContent), 11);
-  EXPECT_EQ(SlotOf(&KRNetRequest::Abort), 12);
-  EXPECT_EQ(SlotOf(&KRNetRequest::GetReplySize), 13);
-  EXPECT_EQ(SlotOf(&KRNetRequest::LoadReply), 14);
-  EXPECT_EQ(SlotOf(&KRNetRequest::SetSaveHeaders), 15);
-  EXPECT_EQ(SlotOf(&KRNetRequest::GetHeader), 16);
-  EXPECT_EQ(SlotOf(&KRNetRequest::GetStatus), 17);
-  EXPECT_EQ(SlotOf(&KRNetRequest::SetTimeout), 18);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddTrustedRoot), 0);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddTrustedRootBER), 1);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddExpectedSSLCertID), 2);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddExpectedSSLCertName), 3);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddNorvikBrandingRoot), 4);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddRSAServerRoot), 5);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::AddVeriSignOFXCARoot), 6);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::SetSSLVerifyCert), 7);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::Get), 8);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::Send), 9);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::SendPlusHeaders), 10);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::SendPlusHeadersContent), 11);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::Abort), 12);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::GetReplySize), 13);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::LoadReply), 14);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::SetSaveHeaders), 15);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::GetHeader), 16);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::GetStatus), 17);
+  EXPECT_EQ(VtablePlaceOf(&KRNetRequest::SetTimeout), 18);
 }
 #endif
 

@@ -14,7 +14,7 @@
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
 #include "support/temp_folder.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 #include "transport/probe_transport.h"
 
 namespace {
@@ -323,17 +323,17 @@ TEST_F(ReceiverTest, LogsNothing) {
   EXPECT_EQ(calls, 0);
 }
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 TEST_F(ReceiverTest, AddsItsOperationsBehindThoseOfEveryRequest) {
   class Open : public ReceiverRequest {
    public:
     using ReceiverRequest::BuildFileSpec;
     using ReceiverRequest::YesNoMsg;
   };
-  const std::ptrdiff_t first = SlotOf(&ReceiverRequest::SetAccess);
-  EXPECT_GT(first, SlotOf(&KRNetRequest::SetTimeout));
-  EXPECT_EQ(SlotOf(&Open::BuildFileSpec), first + 1);
-  EXPECT_EQ(SlotOf(&Open::YesNoMsg), first + 2);
+  const std::ptrdiff_t first = VtablePlaceOf(&ReceiverRequest::SetAccess);
+  EXPECT_GT(first, VtablePlaceOf(&KRNetRequest::SetTimeout));
+  EXPECT_EQ(VtablePlaceOf(&Open::BuildFileSpec), first + 1);
+  EXPECT_EQ(VtablePlaceOf(&Open::YesNoMsg), first + 2);
 }
 #endif
 

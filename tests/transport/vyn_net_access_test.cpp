@@ -13,7 +13,7 @@
 
 #include "krofx/transport/exchange/internal/module_path.h"
 #include "support/failing_allocation.h"
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 #include "transport/vyn_fixture.h"
 
 namespace {
@@ -22,9 +22,9 @@ using Calls = std::vector<std::string>;
 
 class VYNNetAccessTest : public VYNTest {};
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 TEST_F(VYNNetAccessTest, SetAccessIsTheOperationBehindThoseOfEveryRequest) {
-  EXPECT_EQ(SlotOf(&VYNNetRequest::SetAccess), SlotOf(&KRNetRequest::SetTimeout) + 3);
+  EXPECT_EQ(VtablePlaceOf(&VYNNetRequest::SetAccess), VtablePlaceOf(&KRNetRequest::SetTimeout) + 3);
 }
 #endif
 

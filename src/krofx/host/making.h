@@ -13,21 +13,21 @@
 namespace krofx::internal {
 
 /// The operations, by their place in the list.
-enum class FactorySlot : u16 {
-#define KROFX_SLOT(Class, operation) k##Class,
-  KROFX_FACTORY_OPERATIONS(KROFX_SLOT)
-#undef KROFX_SLOT
+enum class FactoryOperation : u16 {
+#define KROFX_NAME(Class, operation) k##Class,
+  KROFX_FACTORY_OPERATIONS(KROFX_NAME)
+#undef KROFX_NAME
       kCount
 };
 
 /// What is known of the operation that makes a class.
 template <class Class>
 struct FactoryEntry;
-#define KROFX_ENTRY(Class, operation)                           \
-  template <>                                                   \
-  struct FactoryEntry<Class> {                                  \
-    static constexpr FactorySlot kSlot = FactorySlot::k##Class; \
-    static constexpr auto kMake = &KRDataObjFactory::operation; \
+#define KROFX_ENTRY(Class, operation)                                          \
+  template <>                                                                  \
+  struct FactoryEntry<Class> {                                                 \
+    static constexpr FactoryOperation kOperation = FactoryOperation::k##Class; \
+    static constexpr auto kMake = &KRDataObjFactory::operation;                \
   };
 KROFX_FACTORY_OPERATIONS(KROFX_ENTRY)
 #undef KROFX_ENTRY
@@ -35,7 +35,7 @@ KROFX_FACTORY_OPERATIONS(KROFX_ENTRY)
 /// The classes that the factory makes.
 template <class Class>
 concept MadeByFactory = requires {
-  FactoryEntry<Class>::kSlot;
+  FactoryEntry<Class>::kOperation;
 };
 
 }  // namespace krofx::internal

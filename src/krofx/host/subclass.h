@@ -37,7 +37,7 @@ template <internal::MadeByFactory Class, std::derived_from<Class> Own>
 requires std::default_initializable<Own>
 class Subclass : public internal::Replacement {
  public:
-  Subclass() : Replacement(internal::FactoryEntry<Class>::kSlot, &MakeOwn) {}
+  Subclass() : Replacement(internal::FactoryEntry<Class>::kOperation, &MakeOwn) {}
 
  private:
   static void* MakeOwn(u16 version) {

@@ -19,7 +19,7 @@ class FactoryChain : public KRDataObjFactory {
       return false;
     }
     s_chain->Enter();
-    Replacement*& top = s_chain->m_tops[static_cast<std::size_t>(replacement.m_slot)];
+    Replacement*& top = s_chain->m_tops[static_cast<std::size_t>(replacement.m_operation)];
     replacement.m_below = top;
     top = &replacement;
     ++s_chain->m_count;
@@ -28,7 +28,7 @@ class FactoryChain : public KRDataObjFactory {
 
   // Takes a replacement out, in whatever order they were put in.
   static void Withdraw(Replacement& replacement) {
-    Replacement** place = &s_chain->m_tops[static_cast<std::size_t>(replacement.m_slot)];
+    Replacement** place = &s_chain->m_tops[static_cast<std::size_t>(replacement.m_operation)];
     while (*place != &replacement) place = &(*place)->m_below;
     *place = replacement.m_below;
     if (--s_chain->m_count > 0) return;
@@ -44,11 +44,11 @@ class FactoryChain : public KRDataObjFactory {
   KRParseException* NewParseException() override { return Base().NewParseException(); }
   KRMIMEHeader* NewMIMEHeader() override { return Base().NewMIMEHeader(); }
   KRLanguage* NewLanguage() override { return Base().NewLanguage(); }
-#define KROFX_OVERRIDE(Class, operation)                                                    \
-  Class* operation(u16 version) override {                                                  \
-    const Replacement* const top = m_tops[static_cast<std::size_t>(FactorySlot::k##Class)]; \
-    if (top == nullptr) return Base().operation(version);                                   \
-    return MakeAs<Class>(*top, version);                                                    \
+#define KROFX_OVERRIDE(Class, operation)                                                         \
+  Class* operation(u16 version) override {                                                       \
+    const Replacement* const top = m_tops[static_cast<std::size_t>(FactoryOperation::k##Class)]; \
+    if (top == nullptr) return Base().operation(version);                                        \
+    return MakeAs<Class>(*top, version);                                                         \
   }
   KROFX_FACTORY_OPERATIONS(KROFX_OVERRIDE)
 #undef KROFX_OVERRIDE
@@ -81,14 +81,14 @@ class FactoryChain : public KRDataObjFactory {
 
   KRDataObjFactory* m_base = nullptr;
   KRDataObjFactory m_plain;
-  Replacement* m_tops[static_cast<std::size_t>(FactorySlot::kCount)] = {};
+  Replacement* m_tops[static_cast<std::size_t>(FactoryOperation::kCount)] = {};
   std::size_t m_count = 0;
 };
 
 FactoryChain* FactoryChain::s_chain = nullptr;
 
-Replacement::Replacement(FactorySlot slot, Make make)
-    : m_slot(slot), m_make(make), m_isInForce(FactoryChain::Install(*this)) {}
+Replacement::Replacement(FactoryOperation operation, Make make)
+    : m_operation(operation), m_make(make), m_isInForce(FactoryChain::Install(*this)) {}
 
 Replacement::~Replacement() {
   if (m_isInForce) FactoryChain::Withdraw(*this);

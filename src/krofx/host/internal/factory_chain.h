@@ -19,16 +19,16 @@ class KROFX_API Replacement {
 
  protected:
   /// Makes an object of a version.
-  /// @return a pointer to the class of the slot; null when memory is exhausted.
+  /// @return a pointer to the class of the operation; null when memory is exhausted.
   using Make = void* (*)(u16 version);
 
-  Replacement(FactorySlot slot, Make make);
+  Replacement(FactoryOperation operation, Make make);
   ~Replacement();
 
  private:
   friend class FactoryChain;
 
-  FactorySlot m_slot;
+  FactoryOperation m_operation;
   Make m_make;
   Replacement* m_below = nullptr;  // The replacement of the same class that was made before.
   bool m_isInForce;

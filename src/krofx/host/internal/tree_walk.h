@@ -40,8 +40,9 @@ class TreeSource {
 /// @return the tag that an object is in its tree as.
 KROFX_API KRTagID TypeOf(const KRDataObj& object);
 
-/// The path of an object by what is above it, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS".
 /// @param line the object, its parent, and so on up to the root.
+/// @return the path of an object by what is above it, such as
+///         "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS".
 KROFX_API KRString PathOf(std::span<const KRDataObj* const> line);
 
 /// Goes through the objects of one or more trees in the order of the document, a parent before its

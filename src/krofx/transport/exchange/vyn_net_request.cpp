@@ -5,7 +5,7 @@
 #include "krofx/transport/contract/connection_manager.h"
 #include "krofx/transport/exchange/vyn_net_access.h"
 
-using krofx::internal::ServerJudge;
+using krofx::internal::CertificateJudge;
 
 namespace {
 
@@ -59,11 +59,11 @@ u16 VYNNetRequest::IsAnExpectedSSLCertName(const KRString& name) const {
 
 u16 VYNNetRequest::AddExpectedCertID(KRDynamicArrayBuffer* expected, const char* certID,
                                      u16 length) {
-  return ServerJudge::AddID(expected, certID, length);
+  return CertificateJudge::AddID(expected, certID, length);
 }
 
 u16 VYNNetRequest::IsAnExpectedCertID(KRDynamicArrayBuffer* expected, KRBuffer* certID) const {
-  return ServerJudge::IsExpectedID(expected, certID);
+  return CertificateJudge::IsExpectedID(expected, certID);
 }
 
 u16 VYNNetRequest::IsATrustedRoot(u32 rootID) const { return m_judge.IsTrustedRoot(rootID); }
@@ -92,7 +92,7 @@ u16 VYNNetRequest::SetSSLOptions(void* exchange) {
 u16 VYNNetRequest::VYNSSLCertificateCallback(SSLCertificateChain* chain, u32 rootID, u16 error,
                                              void* request, u32, u32) {
   auto* const self = static_cast<VYNNetRequest*>(request);
-  if (self == nullptr) return ServerJudge::kUntrusted;
+  if (self == nullptr) return CertificateJudge::kUntrusted;
   return self->m_judge.Judge(self->m_exchange.Log(), chain, rootID, error);
 }
 

@@ -4,10 +4,10 @@
 // manager reports the end, and turns the manager's code into a KRNetStatus. While it waits, the
 // host's events are handled (contract/wait_platform.h); host code that runs in them may call Abort.
 //
-// The work is in four parts: internal/server_judge.h checks the certificates that a server shows,
-// internal/reply_files.h keeps the reply until LoadReply takes it, internal/session_exchange.h is
-// the exchange in its session, and vyn_exchange.cpp carries out an exchange from its first log line
-// to its last. vyn_error_map.cpp translates the manager's codes.
+// The work is in four parts: internal/certificate_judge.h checks the certificates that a server
+// shows, internal/reply_files.h keeps the reply until LoadReply takes it,
+// internal/session_exchange.h is the exchange in its session, and vyn_exchange.cpp carries out an
+// exchange from its first log line to its last. vyn_error_map.cpp translates the manager's codes.
 
 #ifndef KROFX_TRANSPORT_EXCHANGE_VYN_NET_REQUEST_H_
 #define KROFX_TRANSPORT_EXCHANGE_VYN_NET_REQUEST_H_
@@ -18,8 +18,8 @@
 #include "krofx/core/types.h"
 #include "krofx/transport/contract/connection_manager.h"
 #include "krofx/transport/contract/net_request.h"
+#include "krofx/transport/exchange/internal/certificate_judge.h"
 #include "krofx/transport/exchange/internal/reply_files.h"
-#include "krofx/transport/exchange/internal/server_judge.h"
 #include "krofx/transport/exchange/internal/session_exchange.h"
 
 class VYNNetAccess;
@@ -95,7 +95,7 @@ class KROFX_API VYNNetRequest : public KRNetRequest {
   /// is everything from the colon to the line feed, blanks and carriage return included.
   /// @return 1; 0, with `value` unchanged, when there is none.
   u16 GetHeader(KRString& name, KRString& value) override;
-  /// All kept headers, as they were received. The buffer belongs to this object.
+  /// @return all kept headers, as they were received. The buffer belongs to this object.
   const KRBuffer& GetSavedHeaders() const { return m_reply.SavedHeaders(); }
   /// Gets the manager's code of the last exchange, 0 for success, and the HTTP status of the last
   /// finished one.
@@ -162,7 +162,7 @@ class KROFX_API VYNNetRequest : public KRNetRequest {
   void TakeProgress(const VYProgressRecord& record);
   void TakeEnd(const VYFinishedRecord& record);
 
-  krofx::internal::ServerJudge m_judge;
+  krofx::internal::CertificateJudge m_judge;
   krofx::internal::ReplyFiles m_reply;
   u16 m_finished = 0;
   u16 m_lastError = 0;

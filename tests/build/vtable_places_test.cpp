@@ -1,12 +1,12 @@
 // The order of the builder's virtual operations, which hosts override.
 
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 #include <gtest/gtest.h>
 
 #include "krofx/build/builder.h"
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 
 namespace {
 
@@ -27,8 +27,8 @@ using TaggedPadded = Operation<KRTagID, u16, char, u16>;
 using TaggedText = Operation<KRTagID, const KRString&>;
 using TaggedTextByPointer = Operation<KRTagID, const KRString*>;
 
-TEST(VirtualSlots, OfBuilders) {
-  ExpectSlotsInOrder(
+TEST(VtablePlaces, OfBuilders) {
+  ExpectVtableOrder(
       2, &B::Build, &B::AddTagStart, &B::AddTagEnd, &B::AddTagElement, &B::AddHeader,
       &B::AddBlankLine, &B::AddKRSShort, static_cast<Padded>(&B::AddKRUShort),
       static_cast<Number>(&B::AddKRUShort), &B::AddKRSLong, &B::AddKRULong, &B::AddKRChar,

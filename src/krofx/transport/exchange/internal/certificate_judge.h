@@ -1,8 +1,8 @@
 // Decides whether a server is the right one: the roots and the expected certificates of a request,
 // and the check of the chain of certificates that a server showed.
 
-#ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_SERVER_JUDGE_H_
-#define KROFX_TRANSPORT_EXCHANGE_INTERNAL_SERVER_JUDGE_H_
+#ifndef KROFX_TRANSPORT_EXCHANGE_INTERNAL_CERTIFICATE_JUDGE_H_
+#define KROFX_TRANSPORT_EXCHANGE_INTERNAL_CERTIFICATE_JUDGE_H_
 
 #include "krofx/core/array.h"
 #include "krofx/core/buffer.h"
@@ -19,7 +19,7 @@ namespace krofx::internal {
 
 /// Holds the roots and the expected certificates of a request, and checks a server's certificates
 /// against them.
-class KROFX_API ServerJudge {
+class KROFX_API CertificateJudge {
  public:
   /// Reads a certificate from bytes: an operation of KRCert.
   using Loader = KRSecStatus (KRCert::*)(const char*, u16);
@@ -28,7 +28,7 @@ class KROFX_API ServerJudge {
   static constexpr u16 kUntrusted = 1670;
 
   /// No roots and no expected certificates.
-  ServerJudge() : m_roots(1, 5), m_expectedIDs(2, 2), m_expectedNames(2, 2) {}
+  CertificateJudge() : m_roots(1, 5), m_expectedIDs(2, 2), m_expectedNames(2, 2) {}
 
   /// Adds a root that `load` reads.
   /// @return 1; 0 when the bytes are not a certificate, `rootID` is 0, or memory is exhausted.
@@ -46,7 +46,7 @@ class KROFX_API ServerJudge {
   /// @return 1 when an ID is one of a list, or when the list is empty.
   static u16 IsExpectedID(const KRDynamicArrayBuffer* expected, const KRBuffer* certID);
 
-  /// Adds a name to a list of at most two. Judge does not use the names.
+  /// Adds a name to a list of at most two. Judge ignores them.
   /// @return 1; 0 for a third, and when memory is exhausted.
   u16 AddName(const KRString& name);
   /// @return 1 when a name is one of the expected ones, or when there are none.
@@ -68,4 +68,4 @@ class KROFX_API ServerJudge {
 
 }  // namespace krofx::internal
 
-#endif  // KROFX_TRANSPORT_EXCHANGE_INTERNAL_SERVER_JUDGE_H_
+#endif  // KROFX_TRANSPORT_EXCHANGE_INTERNAL_CERTIFICATE_JUDGE_H_

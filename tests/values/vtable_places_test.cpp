@@ -1,26 +1,26 @@
 // The slots of the virtual operations of numbers and dates, on which hosts that were compiled
 // earlier depend.
 
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 #include <gtest/gtest.h>
 
 #include "krofx/values/date_time.h"
 #include "krofx/values/precision_integer.h"
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 
 namespace {
 
 using Number = KRPrecisionInteger;
 using Date = KRDateTimeBase;
 
-TEST(VirtualSlots, OfNumbersKeepTheirPlaces) {
+TEST(VtablePlaces, OfNumbersKeepTheirPlaces) {
   using Compare = u16 (Number::*)(const Number&) const;
   using Shift = Number& (Number::*)(u16);
   using Change = Number& (Number::*)(const Number&);
   using Compute = Number (Number::*)(const Number&) const;
-  ExpectSlotsInOrder(
+  ExpectVtableOrder(
       2, static_cast<Number& (Number::*)(const char*)>(&Number::operator=),
       static_cast<Number& (Number::*)(s32)>(&Number::operator=),
       static_cast<Number& (Number::*)(const Number&) noexcept>(&Number::operator=),
@@ -43,17 +43,17 @@ TEST(VirtualSlots, OfNumbersKeepTheirPlaces) {
       &Number::GetLSBytes, &Number::GetSSBytes, &Number::GetMSBytes);
 }
 
-TEST(VirtualSlots, OfAWideIntegersOwnRuleStandsBehindAllOthers) {
-  EXPECT_EQ(SlotOf(static_cast<u16 (KRWideInteger::*)()>(&KRWideInteger::IsValid)),
-            SlotOf(&Number::GetMSBytes) + 1);
+TEST(VtablePlaces, OfAWideIntegersOwnRuleIsAfterAllOthers) {
+  EXPECT_EQ(VtablePlaceOf(static_cast<u16 (KRWideInteger::*)()>(&KRWideInteger::IsValid)),
+            VtablePlaceOf(&Number::GetMSBytes) + 1);
 }
 
-TEST(VirtualSlots, OfDatesKeepTheirPlaces) {
+TEST(VtablePlaces, OfDatesKeepTheirPlaces) {
   using Write = u16 (Date::*)(KRString&);
-  ExpectSlotsInOrder(2, static_cast<u16 (Date::*)(const char*)>(&Date::operator=),
-                     static_cast<Write>(&Date::GetTimeString),
-                     static_cast<u16 (Date::*)()>(&Date::IsValidTime),
-                     static_cast<Write>(&Date::GetDateString), &Date::IsValidDate);
+  ExpectVtableOrder(2, static_cast<u16 (Date::*)(const char*)>(&Date::operator=),
+                    static_cast<Write>(&Date::GetTimeString),
+                    static_cast<u16 (Date::*)()>(&Date::IsValidTime),
+                    static_cast<Write>(&Date::GetDateString), &Date::IsValidDate);
 }
 
 }  // namespace

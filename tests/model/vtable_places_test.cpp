@@ -1,6 +1,6 @@
 // The order of the virtual operations of data objects, arrays and parsers, which hosts derive from.
 
-#include "support/virtual_slots.h"
+#include "support/vtable_places.h"
 
 #include <gtest/gtest.h>
 
@@ -8,15 +8,15 @@
 #include "krofx/model/parser.h"
 #include "krofx/model/value_arrays.h"
 
-#ifdef KROFX_TESTS_KNOW_SLOTS
+#ifdef KROFX_TESTS_KNOW_VTABLES
 
 namespace {
 
-TEST(VirtualSlots, OfDataObjects) {
+TEST(VtablePlaces, OfDataObjects) {
   using O = KRDataObj;
   using ByText = KRParseStatus (O::*)(const KRTagDictionaryEntry*, const char*);
   using ByString = KRParseStatus (O::*)(const KRTagDictionaryEntry*, const KRString&);
-  ExpectSlotsInOrder(
+  ExpectVtableOrder(
       2, &O::SetupForParsing, &O::HandleTagStart, static_cast<ByText>(&O::HandleTagElement),
       static_cast<ByString>(&O::HandleTagElement), &O::HandleTagEnd, &O::HandleHeader,
       &O::GetArrayOfValidTags, &O::GetArrayOfRequiredTags, &O::Build, &O::BuildObject,
@@ -24,21 +24,21 @@ TEST(VirtualSlots, OfDataObjects) {
       &O::GetFirstMissingRequiredTag, &O::IsValidTag, &O::AnyValidPresent, &O::IsTagRequired,
       &O::OneValidPresent, &O::SetMsgSetVersion, &O::GetMsgSetVersion, &O::GetMsgSetVersionFromTag,
       &O::GetType, &O::SetType, &O::GetChild, &O::GetNumberOfChildren);
-  EXPECT_GT(SlotOf(&KRTransBase::DeepCopyFrom), SlotOf(&O::GetNumberOfChildren));
+  EXPECT_GT(VtablePlaceOf(&KRTransBase::DeepCopyFrom), VtablePlaceOf(&O::GetNumberOfChildren));
 }
 
-TEST(VirtualSlots, OfParsers) {
+TEST(VtablePlaces, OfParsers) {
   using P = KRParser;
-  ExpectSlotsInOrder(0, &P::Parse, &P::PushObject, &P::PopObject, &P::SetValidTags, &P::IsValidTag);
+  ExpectVtableOrder(0, &P::Parse, &P::PushObject, &P::PopObject, &P::SetValidTags, &P::IsValidTag);
 }
 
-TEST(VirtualSlots, OfTextArraysWithALimit) {
+TEST(VtablePlaces, OfTextArraysWithALimit) {
   using A = KRDynamicArrayStringLen;
-  EXPECT_LT(SlotOf(&A::OkToAlloc), SlotOf(&A::Set));
-  EXPECT_LT(SlotOf(&A::Set), SlotOf(&A::Append));
-  EXPECT_LT(SlotOf(&A::Append), SlotOf(&A::SetVal));
-  EXPECT_LT(SlotOf(&A::SetVal), SlotOf(&A::SetCopyVal));
-  EXPECT_LT(SlotOf(&A::SetCopyVal), SlotOf(&A::SetCopy));
+  EXPECT_LT(VtablePlaceOf(&A::OkToAlloc), VtablePlaceOf(&A::Set));
+  EXPECT_LT(VtablePlaceOf(&A::Set), VtablePlaceOf(&A::Append));
+  EXPECT_LT(VtablePlaceOf(&A::Append), VtablePlaceOf(&A::SetVal));
+  EXPECT_LT(VtablePlaceOf(&A::SetVal), VtablePlaceOf(&A::SetCopyVal));
+  EXPECT_LT(VtablePlaceOf(&A::SetCopyVal), VtablePlaceOf(&A::SetCopy));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // Decides whether a server's certificates are accepted.
 
-#include "krofx/transport/exchange/internal/server_judge.h"
+#include "krofx/transport/exchange/internal/certificate_judge.h"
 
 #include "krofx/security/certificate.h"
 #include "krofx/security/certificate_id.h"
@@ -16,7 +16,7 @@ constexpr u16 kUnexpected = 1673;
 
 constexpr u16 kMaxExpected = 2;
 constexpr u32 kGroupSize = 1000;
-// Chains may contain roots of this family but must not end at one.
+// Chains may contain roots of this group but must not end at one.
 constexpr u32 kIntermediateGroup = 3000;
 // Longer lists are assumed to be endless.
 constexpr u32 kMaxChain = 1000;
@@ -55,7 +55,7 @@ int PrintLength(const KRBuffer& text) { return static_cast<int>(text.GetBufferSi
 
 }  // namespace
 
-u16 ServerJudge::AddRoot(Loader load, const char* bytes, u16 length, s16 rootID) {
+u16 CertificateJudge::AddRoot(Loader load, const char* bytes, u16 length, s16 rootID) {
   auto* const root = new KRCert;
   if (root == nullptr) return 0;
   if ((root->*load)(bytes, length) == KRSecStatus_Success &&
@@ -67,7 +67,7 @@ u16 ServerJudge::AddRoot(Loader load, const char* bytes, u16 length, s16 rootID)
   return 0;
 }
 
-u16 ServerJudge::IsTrustedRoot(u32 rootID) const {
+u16 CertificateJudge::IsTrustedRoot(u32 rootID) const {
   const u16 count = m_roots.Entries();
   for (u16 index = 0; index < count; ++index) {
     if (static_cast<u32>(m_roots.Get(index)->GetCallbackID()) == rootID) return 1;
@@ -75,7 +75,7 @@ u16 ServerJudge::IsTrustedRoot(u32 rootID) const {
   return count == 0 ? 1 : 0;
 }
 
-u16 ServerJudge::AddID(KRDynamicArrayBuffer* expected, const char* certID, u16 length) {
+u16 CertificateJudge::AddID(KRDynamicArrayBuffer* expected, const char* certID, u16 length) {
   if (expected == nullptr || certID == nullptr || expected->Entries() >= kMaxExpected) return 0;
   auto* const id = new KRBuffer(length, 0);
   if (id == nullptr) return 0;
@@ -86,7 +86,7 @@ u16 ServerJudge::AddID(KRDynamicArrayBuffer* expected, const char* certID, u16 l
   return 0;
 }
 
-u16 ServerJudge::IsExpectedID(const KRDynamicArrayBuffer* expected, const KRBuffer* certID) {
+u16 CertificateJudge::IsExpectedID(const KRDynamicArrayBuffer* expected, const KRBuffer* certID) {
   if (expected == nullptr || certID == nullptr) return 0;
   const u16 count = expected->Entries();
   for (u16 index = 0; index < count; ++index) {
@@ -96,7 +96,7 @@ u16 ServerJudge::IsExpectedID(const KRDynamicArrayBuffer* expected, const KRBuff
   return count == 0 ? 1 : 0;
 }
 
-u16 ServerJudge::AddName(const KRString& name) {
+u16 CertificateJudge::AddName(const KRString& name) {
   if (m_expectedNames.Entries() >= kMaxExpected) return 0;
   auto* const copy = new KRString(name);
   if (copy == nullptr) return 0;
@@ -105,7 +105,7 @@ u16 ServerJudge::AddName(const KRString& name) {
   return 0;
 }
 
-u16 ServerJudge::IsExpectedName(const KRString& name) const {
+u16 CertificateJudge::IsExpectedName(const KRString& name) const {
   const u16 count = m_expectedNames.Entries();
   for (u16 index = 0; index < count; ++index) {
     if (*m_expectedNames.Get(index) == name) return 1;
@@ -113,8 +113,8 @@ u16 ServerJudge::IsExpectedName(const KRString& name) const {
   return count == 0 ? 1 : 0;
 }
 
-u16 ServerJudge::Judge(KRNetAccess* log, const SSLCertificateChain* chain, u32 rootID,
-                       u16 error) const {
+u16 CertificateJudge::Judge(KRNetAccess* log, const SSLCertificateChain* chain, u32 rootID,
+                            u16 error) const {
   if (error != 0) {
     LogLine(log, kLogImportant, "***VYN: SSL certificate error: %d", error);
     return error;
@@ -139,7 +139,7 @@ u16 ServerJudge::Judge(KRNetAccess* log, const SSLCertificateChain* chain, u32 r
   return answer;
 }
 
-u16 ServerJudge::CheckExpectedID(KRNetAccess* log, const char* der, u16 length) const {
+u16 CertificateJudge::CheckExpectedID(KRNetAccess* log, const char* der, u16 length) const {
   if (m_expectedIDs.Entries() == 0) return 0;
   KRBuffer bytes(length, 0);
   KRCertID maker;
