@@ -14,7 +14,7 @@ namespace {
 
 using krofx::testing::CostlyKind;
 
-// How many of what makes a text costly. Fewer hide what is square behind what is the same for all.
+// How often a text repeats what makes it costly. With fewer, fixed costs hide quadratic ones.
 constexpr int kShort = 400;
 constexpr int kLong = 1600;
 

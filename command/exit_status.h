@@ -14,7 +14,7 @@ enum ExitStatus : int {
   kExitRefused = 4,        ///< The institution refused what was asked.
   kExitSignOnRefused = 5,  ///< The institution refused user or password: trying again may lock.
   kExitCancelled = 6,      ///< The user gave up at a prompt.
-  kExitWrongUse = 64,      ///< The command line makes no sense.
+  kExitWrongUse = 64,      ///< The command line is wrong.
 };
 
 /// What help texts say of the statuses of an exchange, after those of the subcommand itself.
@@ -23,7 +23,7 @@ inline constexpr char kExchangeStatuses[] =
     "4 the institution refused, 5 it refused the sign-on (do not try again), 6 cancelled, 64 wrong "
     "use.";
 
-/// The worse of two exit statuses.
+/// @return the worse of two exit statuses.
 inline ExitStatus Worse(ExitStatus left, ExitStatus right) { return left < right ? right : left; }
 
 }  // namespace krofx::command

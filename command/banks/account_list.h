@@ -11,7 +11,7 @@ namespace krofx::command {
 
 class ParsedFile;
 
-/// The bank, card and investment accounts that a reply lists, in its order, each once.
+/// @return the bank, card and investment accounts that a reply lists, in its order, each once.
 std::vector<Account> AccountsIn(const ParsedFile& reply);
 
 }  // namespace krofx::command

@@ -54,7 +54,8 @@ struct Bank {
   int line = 0;  ///< Where the file describes it, from 1.
 };
 
-/// Whether the text can be the name of a bank: letters, digits, "-" and "_", and a letter first.
+/// @return whether the text can be the name of a bank: letters, digits, "-" and "_", and a letter
+///         first.
 bool IsBankName(const std::string& text);
 
 }  // namespace krofx::command

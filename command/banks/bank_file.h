@@ -31,9 +31,9 @@ BankList ReadBanks();
 /// @return null after it is put into `problem` what there is instead.
 const Bank* FindBank(const BankList& list, std::string_view name, std::string& problem);
 
-/// The text of a bank, as the file has it.
+/// @return the text of a bank, as the file has it.
 std::string TextOf(const Bank& bank);
-/// The text of an account of a bank.
+/// @return the text of an account of a bank.
 std::string TextOf(const std::string& bankName, const Account& account);
 
 /// Adds text at the end of the file of banks, which is made if there is none.

@@ -11,9 +11,9 @@
 
 namespace krofx::command {
 
-/// The identifier that a bank is sent: that of the file of banks, or one that is made for this bank
-/// the first time, and kept.
 /// @param problem takes what went wrong.
+/// @return the identifier that a bank is sent: that of the file of banks, or one that is made for
+///         this bank the first time, and kept.
 std::string ClientIdOf(const Bank& bank, std::string& problem);
 
 /// Puts the identifier into the sign-on of a request's text, after the version of the application,

@@ -26,7 +26,7 @@ struct PasswordRules {
 /// @return empty when it keeps all, else the rule in words, without anything of the password.
 std::string FindBrokenRule(const PasswordRules& rules, std::string_view password);
 
-/// The rules in a few words, such as "6 to 32 letters or digits, or special characters".
+/// @return the rules in a few words, such as "6 to 32 letters or digits, or special characters".
 std::string DescribeRules(const PasswordRules& rules);
 
 }  // namespace krofx::command

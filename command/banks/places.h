@@ -11,12 +11,12 @@ namespace krofx::command {
 /// The file of banks, which the user may edit: ${XDG_CONFIG_HOME:-~/.config}/krofx/banks.toml.
 /// @return empty when there is neither the variable nor a home.
 std::string BanksFile();
-/// What is made once and kept: ${XDG_STATE_HOME:-~/.local/state}/krofx.
+/// @return what is made once and kept: ${XDG_STATE_HOME:-~/.local/state}/krofx.
 std::string StateFolder();
-/// What can be asked for again: ${XDG_CACHE_HOME:-~/.cache}/krofx.
+/// @return what can be asked for again: ${XDG_CACHE_HOME:-~/.cache}/krofx.
 std::string CacheFolder();
 
-/// What is kept for the user: ${XDG_DATA_HOME:-~/.local/share}/krofx.
+/// @return what is kept for the user: ${XDG_DATA_HOME:-~/.local/share}/krofx.
 std::string DataFolder();
 
 /// Makes a folder, and those above it, for the user's eyes only. One that is there stays as it is.

@@ -40,22 +40,22 @@ struct Profile {
   /// It lists sets of the second version, which only a profile in that version describes.
   bool namesSecondVersion = false;
 
-  /// What it offers of a service in a version; null for nothing.
+  /// @return what it offers of a service in a version; null for nothing.
   const OfferedSet* Find(Service service, u16 version) const;
   const OfferedSet* Find(const SetName& name) const;
-  /// The rules for passwords of a realm; null when it has none.
+  /// @return the rules for passwords of a realm; null when it has none.
   const PasswordRules* FindRules(const std::string& realm) const;
-  /// Its day as 2025-11-15.
+  /// @return its day as 2025-11-15.
   std::string DayText() const;
 };
 
-/// The profile in a reply; null when there is none.
+/// @return the profile in a reply; null when there is none.
 std::shared_ptr<const Profile> ReadProfile(const ParsedFile& reply);
 
-/// The message sets of a request, but that of the sign-on.
+/// @return the message sets of a request, except that of the sign-on.
 std::vector<SetName> ListSets(const ParsedFile& request);
 
-/// Whether the sign-on of a reply says that the profile has changed since this one.
+/// @return whether the sign-on of a reply says that the profile has changed since this one.
 bool NamesNewerProfile(const ParsedFile& reply, const Profile& profile);
 
 /// Why nothing may be sent to an address in the profile of a bank: it must be as safe as the bank's

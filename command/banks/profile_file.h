@@ -16,8 +16,8 @@ namespace krofx::command {
 /// @return null when there is none that can be used.
 std::shared_ptr<const Profile> ReadKeptProfile(const Bank& bank, u16 version);
 
-/// The same, in the second version when the one in the first version lists sets of it and the bank
-/// leaves the version open.
+/// @return the same, in the second version when the one in the first version lists sets of it and
+///         the bank leaves the version open.
 std::shared_ptr<const Profile> ReadBestKeptProfile(const Bank& bank, u16 version);
 
 /// Keeps a profile, for the user's eyes only.

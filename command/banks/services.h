@@ -22,14 +22,15 @@ enum class Service {
   kProfile
 };
 
-/// The name that profiles have for the message sets of a service in all versions, as BANKMSGSET.
+/// @return the name that profiles have for the message sets of a service in all versions, as
+///         BANKMSGSET.
 std::string_view FamilyOf(Service service);
 
-/// What a service is called in messages, such as "bill payment".
+/// @return what a service is called in messages, such as "bill payment".
 std::string_view WordsOf(Service service);
 
-/// The tag of its message set in a request.
 /// @param version 1 or 2.
+/// @return the tag of its message set in a request.
 KRTagID RequestSetOf(Service service, u16 version);
 
 }  // namespace krofx::command

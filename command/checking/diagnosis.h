@@ -18,7 +18,7 @@ struct MissingTag {
   std::string sentence;                   ///< What to do.
 };
 
-/// All that the trees of a file lack, in its order.
+/// @return all that the trees of a file lack, in its order.
 std::vector<MissingTag> FindMissing(const ParsedFile& file);
 
 }  // namespace krofx::command

@@ -11,8 +11,8 @@
 
 namespace krofx::command {
 
-/// The value of an element, without what is not shown of its tag.
 /// @param path the aggregates around the element, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]".
+/// @return the value of an element, without what is not shown of its tag.
 std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path);
 
 /// A mending, fit for output.
@@ -26,10 +26,11 @@ struct ShownMending {
   krofx::Place place;  ///< Line 0 for what has no place.
 };
 
-/// What was mended in a file, in its order.
+/// @return what was mended in a file, in its order.
 std::vector<ShownMending> ShownMendings(const ParsedFile& file);
 
-/// A mending in one line, such as `2:5: mended: decimal-comma <TRNAMT> "-11,76" -> "-11.76"`.
+/// @return a mending in one line, such as `2:5: mended: decimal-comma <TRNAMT> "-11,76" ->
+///         "-11.76"`.
 std::string TextOf(const ShownMending& mending);
 
 /// Mendings as JSON, in the form that docs/json.md describes.

@@ -22,11 +22,11 @@ struct Report {
   ExitStatus verdict;
 };
 
-/// Everything that a report lists, a line each, after a line with the status of the parse. Empty
-/// for an input that could not be read.
+/// @return everything that a report lists, a line each, after a line with the status of the parse.
+///         Empty for an input that could not be read.
 std::string DetailsOf(const Report& report);
 
-/// A report as JSON, in the form that docs/json.md describes.
+/// @return a report as JSON, in the form that docs/json.md describes.
 Json JsonOf(const Report& report);
 
 }  // namespace krofx::command

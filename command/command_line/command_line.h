@@ -24,11 +24,11 @@ class Option {
  public:
   explicit Option(CLI::Option* option) : m_option(option) {}
 
-  /// Without this option the command line makes no sense.
+  /// The option must be given.
   Option Required(bool required = true) const;
-  /// This option makes no sense without the other one.
+  /// The option can only be given together with the other one.
   Option Needs(Option other) const;
-  /// This option and the other one make no sense together.
+  /// The option and the other one exclude each other.
   Option Excludes(Option other) const;
   /// The option takes one value each time that it is given.
   Option OneValueEachTime() const;
@@ -66,7 +66,7 @@ class Subcommand {
   Subcommand Add(const char* name, const char* purpose) const;
   /// One of the subcommands that were added must be named.
   void RequireSubcommand() const;
-  /// The names from the first subcommand to this one, such as "request transfer".
+  /// @return the names from the first subcommand to this one, such as "request transfer".
   std::string GetPath() const;
 
   /// Adds an option with a text as its value. A name without hyphens is that of a plain argument.
@@ -82,15 +82,15 @@ class Subcommand {
   /// An option that was added to this subcommand.
   Option GetOption(const std::string& name) const;
 
-  /// The name alone, such as "transfer".
+  /// @return the name alone, such as "transfer".
   std::string GetName() const;
-  /// What the help says of it, in one line.
+  /// @return what the help says of it, in one line.
   std::string GetPurpose() const;
-  /// All that --help prints.
+  /// @return all that --help prints.
   std::string GetHelp() const;
-  /// Those that were added to this one, in that order, without those that no help lists.
+  /// @return those that were added to this one, in that order, without those that no help lists.
   std::vector<Subcommand> ListSubcommands() const;
-  /// The options that were added to this one, and --help.
+  /// @return the options that were added to this one, and --help.
   std::vector<OptionDescription> ListOptions() const;
   /// The help lists the subcommand under this title; under none when it is empty.
   void SetGroup(const std::string& title) const;
@@ -127,10 +127,10 @@ class CommandLine {
   CommandLine(const CommandLine&) = delete;
   CommandLine& operator=(const CommandLine&) = delete;
 
-  /// The command itself.
+  /// @return the command itself.
   Subcommand GetCommand() const;
   /// Reads the arguments and runs what they ask for. Help and the version go to standard output;
-  /// what makes no sense is named on standard error, without values, which may be secrets.
+  /// errors are reported on standard error, without values, which may be secrets.
   ExitStatus Run(int argc, char** argv) const;
 
  private:

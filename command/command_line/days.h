@@ -10,7 +10,7 @@
 
 namespace krofx::command {
 
-/// The day that it is where the user is.
+/// @return the day that it is where the user is.
 std::chrono::year_month_day Today();
 
 /// The word for the day that it is.
@@ -22,7 +22,7 @@ inline constexpr std::string_view kToday = "today";
 std::optional<std::chrono::year_month_day> ParseDay(std::string_view text,
                                                     std::chrono::year_month_day today = Today());
 
-/// The day as 2026-01-31.
+/// @return the day as 2026-01-31.
 std::string TextOf(std::chrono::year_month_day day);
 
 }  // namespace krofx::command

@@ -9,8 +9,9 @@
 
 namespace krofx::command {
 
-/// How many single changes make one text into the other: a character that is put in, left out or
-/// replaced, or two neighbours that are exchanged. Large and small letters count as the same.
+/// @return how many single changes make one text into the other: a character that is put in, left
+///         out or replaced, or two neighbours that are exchanged. Large and small letters count as
+///         the same.
 std::size_t EditDistance(std::string_view left, std::string_view right);
 
 /// The known name that is most like the given one.
@@ -19,7 +20,7 @@ std::string FindNearest(std::string_view given, std::span<const std::string_view
 /// The same for names that are held as strings.
 std::string FindNearest(std::string_view given, std::span<const std::string> known);
 
-/// What a message says after a name that is not known: "; did you mean NAME?", or nothing.
+/// @return what a message says after a name that is not known: "; did you mean NAME?", or nothing.
 template <class Names>
 std::string SuggestNearest(std::string_view given, const Names& known) {
   const std::string nearest = FindNearest(given, known);

@@ -10,14 +10,15 @@ namespace krofx::command {
 
 class Subcommand;
 
-/// The line that stands for the names of files, which shells know themselves.
+/// The line that asks the shell to offer names of files itself.
 inline constexpr char kFileNames[] = ":files";
 
-/// The words that may take the place of the last one, each with a tab and a few words on it if
-/// there are any: subcommands, options, and the values of those that have some to choose from, such
-/// as tables, banks, and the accounts of a bank or of the files that are named before.
 /// @param command the command itself.
 /// @param words those after the command's name, the last of them being typed; it may be empty.
+/// @return the words that may take the place of the last one, each with a tab and a few words on it
+///         if there are any: subcommands, options, and the values of those that have some to choose
+///         from, such as tables, banks, and the accounts of a bank or of the files that are named
+///         before.
 std::vector<std::string> FindCandidates(const Subcommand& command,
                                         const std::vector<std::string>& words);
 

@@ -98,7 +98,7 @@ void FillExchange(ExchangeOptions& options, const Bank& bank) {
 
 std::string Exchange::GetShownUrl() const { return Url(m_options.url).Shown(); }
 
-// What makes no sense on the command line; empty when all does.
+// What is wrong on the command line; empty when nothing is.
 std::string Exchange::FindWrongUse(Direction direction) {
   const Url url(m_options.url);
   const bool file = url.scheme == "file" && direction == Direction::kGet;

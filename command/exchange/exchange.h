@@ -56,11 +56,12 @@ class Exchange {
   /// @return the reply; null after a complaint, and GetExitStatus says of what kind it was.
   std::unique_ptr<KRBuffer> Run(KRBuffer* body);
 
-  /// How the last exchange ended: kExitClean with a reply; kExitNetwork when trying again may help,
-  /// kExitCancelled after a signal, kExitUnusable when something must change first.
+  /// @return how the last exchange ended: kExitClean with a reply; kExitNetwork when trying again
+  ///         may help, kExitCancelled after a signal, kExitUnusable when something must change
+  ///         first.
   ExitStatus GetExitStatus() const { return m_exitStatus; }
 
-  /// The URL, without what may be secret in it.
+  /// @return the URL, without what may be secret in it.
   std::string GetShownUrl() const;
 
  private:

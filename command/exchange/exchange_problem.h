@@ -20,7 +20,7 @@ struct ExchangeEnd {
   bool ownRoots = false;   ///< The roots came from the user.
 };
 
-/// One line on an exchange that failed or brought no reply.
+/// @return one line on an exchange that failed or brought no reply.
 std::string DescribeExchangeProblem(const ExchangeEnd& end);
 
 /// kExitNetwork when the same exchange may work later, kExitUnusable when something must change

@@ -14,8 +14,8 @@ namespace krofx::command {
 class ParsedFile;
 struct SignOnOptions;
 
-/// The profile of the bank that the sign-on names: the one that is kept, or, when there is none,
-/// the one that the bank is asked for.
+/// @return the profile of the bank that the sign-on names: the one that is kept, or, when there is
+///         none, the one that the bank is asked for.
 ProfileAnswer FindProfile(const SignOnOptions& signOn, const ExchangeOptions& options);
 
 /// Asks a bank for its profile, and keeps it. The sign-on is anonymous, unless the bank refuses

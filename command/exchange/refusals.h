@@ -19,7 +19,7 @@ struct Refusal {
   std::string text;       ///< In one line.
 };
 
-/// One for each status of severity ERROR, in the order of the reply.
+/// @return one for each status of severity ERROR, in the order of the reply.
 std::vector<Refusal> FindRefusals(const Element& file);
 
 /// Complains of each refusal in a reply, and of a request that came back in place of a reply.

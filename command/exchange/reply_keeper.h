@@ -21,9 +21,9 @@ class ReplyKeeper : public ExchangeUse {
   const char* GetFooter() const override { return ""; }
   ExitStatus Use(KRBuffer& text) override;
 
-  /// The reply's text; null when there was none, which was complained of.
+  /// @return the reply's text; null when there was none, which was reported.
   std::unique_ptr<KRBuffer> TakeReply() { return std::move(m_reply); }
-  /// What messages call the server.
+  /// @return what messages call the server.
   std::string GetShownUrl() const { return m_exchange.GetShownUrl(); }
 
  private:

@@ -11,7 +11,7 @@ namespace krofx::command {
 /// @return empty for a code that the standard does not have.
 std::string_view WordsOfStatus(std::string_view code);
 
-/// Whether the code is about user and password, so that trying again may lock the sign-on.
+/// @return whether the code is about user and password, so that trying again may lock the sign-on.
 bool IsSignOnStatus(std::string_view code);
 
 }  // namespace krofx::command

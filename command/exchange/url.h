@@ -17,11 +17,11 @@ struct Url {
   std::string user;    ///< What is before the host, with its "@".
   std::string host;    ///< Without the port.
 
-  /// The URL with its scheme in small letters, which is what the transport knows as secure.
+  /// @return the URL with its scheme in small letters, which is what the transport knows as secure.
   std::string Text() const { return scheme + ":" + rest; }
   /// The same without what may be secret: user, query and fragment.
   std::string Shown() const;
-  /// Whether the host is this machine.
+  /// @return whether the host is this machine.
   bool IsLoopback() const;
 };
 

@@ -10,7 +10,7 @@
 
 namespace krofx::command {
 
-/// A copy of a text; null when memory is exhausted.
+/// @return a copy of a text; null when memory is exhausted.
 inline std::unique_ptr<KRBuffer> CopyOf(const KRBuffer& text) {
   auto copy = std::make_unique<KRBuffer>(text.GetBufferSize(), 4096);
   const bool whole = copy->WriteLarge(text.GetBufferPtr(), text.GetBufferSize()) == KRBufferOK;

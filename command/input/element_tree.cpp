@@ -85,8 +85,8 @@ void AppendDate(std::string& out, std::string_view text, bool isUniversal) {
   }
 }
 
-// Whether a text is that of a person as it is: printable ASCII without a reference to a character
-// and without a section.
+// Whether a text can be shown as it is: printable ASCII without character references and CDATA
+// sections.
 bool IsAsMeant(std::string_view text) {
   return IsPlainText(text) && text.find('&') == std::string_view::npos &&
          text.find('<') == std::string_view::npos;

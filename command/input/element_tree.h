@@ -65,7 +65,7 @@ struct Element {
   ValueKind kind = ValueKind::kText;
   Disclosure disclosure = Disclosure::kAll;
 
-  /// The first child of this tag, or null.
+  /// @return the first child of this tag, or null.
   const Element* Find(std::string_view childTag) const;
 };
 

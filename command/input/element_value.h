@@ -10,7 +10,7 @@
 
 namespace krofx::command {
 
-/// The value of the first child of this tag; empty when there is none.
+/// @return the value of the first child of this tag; empty when there is none.
 inline std::string ValueOf(const Element& element, std::string_view tag) {
   const Element* const found = element.Find(tag);
   return std::string(found == nullptr ? "" : found->value);

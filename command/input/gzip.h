@@ -11,7 +11,7 @@ class KRBuffer;
 
 namespace krofx::command {
 
-/// Whether bytes begin as those of gzip do.
+/// @return whether bytes begin as those of gzip do.
 bool IsGzip(std::string_view bytes);
 
 /// Unpacks what gzip packed, all parts of it when several were put together. The memory that it

@@ -34,10 +34,11 @@ bool DefaultToStandardInput(std::vector<std::string>& files);
 /// @return null when the file cannot be read.
 std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& problem);
 
-/// Whether a name is that of a plain file of at least so many bytes, which gzip has not packed.
+/// @return whether a name is that of a plain file of at least `bytes` bytes that gzip has not
+///         packed.
 bool IsLargePlainFile(const std::string& name, std::size_t bytes);
 
-/// How an input is named in messages.
+/// @return how an input is named in messages.
 std::string DisplayName(const std::string& name);
 
 }  // namespace krofx::command

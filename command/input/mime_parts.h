@@ -19,11 +19,12 @@ struct Part {
   bool base64;       ///< Whether it says that its body travels as base64 text.
 };
 
-/// All parts of a multipart file, OFX or not, in order.
+/// @return all parts of a multipart file, OFX or not, in order.
 std::vector<Part> FindParts(KRFile& multipart);
 
-/// The bodies of all parts of a multipart text, in order, each up to the line of the boundary after
-/// it. A file has them too, but not those that end beyond the first 65,535 bytes of its text.
+/// @return the bodies of all parts of a multipart text, in order, each up to the line of the
+///         boundary after it. A file has them too, but not those that end beyond the first 65,535
+///         bytes of its text.
 std::vector<std::string_view> FindBodies(std::string_view text, std::string_view boundary);
 
 }  // namespace krofx::command

@@ -56,33 +56,34 @@ class ParsedFile {
   /// Reads a text that is there already, such as a reply. `name` is what messages call it.
   ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text);
 
-  /// The name, fit for output.
+  /// @return the name, fit for output.
   const std::string& GetName() const { return m_name; }
-  /// Why the input is not usable, in one line; empty when it is.
+  /// @return why the input is not usable, in one line; empty when it is.
   const std::string& GetProblem() const { return m_problem; }
-  /// The same, and that `krofx check` names the place when it does.
+  /// @return the same, and that `krofx check` names the place when it does.
   std::string GetProblemWithAdvice() const;
   /// "request", "response", "multipart", or empty when there was nothing to parse.
   const std::string& GetKind() const { return m_kind; }
   KRParseStatus GetStatus() const { return m_reading.status; }
-  /// What the status means, in a few words.
+  /// @return what the status means, in a few words.
   std::string GetMeaning() const;
   const std::vector<Warning>& GetWarnings() const { return m_warnings; }
-  /// What was mended, in the order of the file.
+  /// @return what was mended, in the order of the file.
   const krofx::List<krofx::Mending>& GetMendings() const { return m_reading.mendings; }
-  /// How many mendings and warnings there were beyond those that are listed.
+  /// @return how many mendings and warnings there were beyond those that are listed.
   std::size_t CountUnrecorded() const { return m_reading.unrecorded; }
-  /// Whether a text ends too early, so that what follows is not there.
+  /// @return whether a text ends too early, so that what follows is not there.
   bool BreaksOff() const;
-  /// How many mendings and warnings, such as "3 mendings, 1 warning", and where a text breaks off;
-  /// empty when all is in order.
+  /// @return how many mendings and warnings, such as "3 mendings, 1 warning", and where a text
+  ///         breaks off; empty when all is in order.
   std::string CountNotes() const;
-  /// The objects; null when there was nothing to parse.
+  /// @return the objects; null when there was nothing to parse.
   KRFile* GetRoot() const { return m_reading.root; }
-  /// The texts of the file, in order: one, but for files that were put together from several.
+  /// @return the texts of the file, in order: one, except in files that were put together from
+  ///         several.
   const krofx::List<krofx::OfxText>& GetTexts() const { return m_reading.texts; }
-  /// The files with OFX in them: the root of each text, or, of a multipart one, the parts that are
-  /// OFX.
+  /// @return the files with OFX in them: the root of each text, or, of a multipart one, the parts
+  ///         that are OFX.
   std::vector<OfxFile> GetOfxFiles() const;
 
   /// Gives the transactions that the tree does not have. Null when it has all.
@@ -106,10 +107,10 @@ class ParsedFile {
   krofx::Reading m_reading;
 };
 
-/// The bytes of a buffer.
+/// @return the bytes of a buffer.
 std::string_view ViewOf(const KRBuffer& buffer);
 
-/// The text of a library string.
+/// @return the text of a library string.
 std::string ToText(const KRString& string);
 
 }  // namespace krofx::command

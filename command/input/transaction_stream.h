@@ -46,11 +46,11 @@ class TransactionStream {
   /// @param isStrict whether the text is taken to the letter.
   static Surveyed Survey(const std::string& path, std::shared_ptr<KRBuffer> bytes, bool isStrict);
 
-  /// Those of the text, in its order.
+  /// @return those of the text, in its order.
   const std::vector<Statement>& Statements() const { return m_statements; }
-  /// How many transactions they have together.
+  /// @return how many transactions they have together.
   std::size_t CountTransactions() const;
-  /// The character set of the text; it has no tree.
+  /// @return the character set of the text; it has no tree.
   const OfxText& Text() const { return m_text; }
 
   /// Reads the transactions again, in the order of the text.
@@ -63,12 +63,12 @@ class TransactionStream {
     /// Goes on to the next transaction.
     /// @return null at the end. It is good until the next call.
     const StreamElement* Next();
-    /// Which statement the current transaction is of: an index, counted from 0 in the order of the
-    /// text.
+    /// @return which statement the current transaction is of: an index, counted from 0 in the order
+    ///         of the text.
     std::size_t Statement() const { return m_count - 1; }
-    /// Whether the current transaction is the first one of its statement.
+    /// @return whether the current transaction is the first one of its statement.
     bool IsFirst() const { return m_isFirst; }
-    /// The stream that is read.
+    /// @return the stream that is read.
     krofx::Stream& Stream() { return m_stream; }
 
    private:

@@ -12,7 +12,7 @@ namespace krofx::command {
 /// What takes the place of a character that cannot be shown.
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 
-/// Whether the byte continues a character of UTF-8.
+/// @return whether the byte continues a character of UTF-8.
 inline bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
 /// Takes the first character off a text of UTF-8 that is not empty.
@@ -24,10 +24,10 @@ void AppendUtf8(std::string& text, char32_t character);
 /// Columns of a terminal that a character takes: 0, 1 or 2.
 std::size_t ColumnsOf(char32_t character);
 
-/// A text of UTF-8 in small letters, for comparisons.
+/// @return a text of UTF-8 in small letters, for comparisons.
 std::string FoldCase(std::string_view text);
 
-/// The character that a byte of the code page 1252 is.
+/// @return the character that a byte of the code page 1252 is.
 char32_t FromCodePage1252(unsigned char byte);
 /// The byte that a character is in the code page 1252.
 /// @return false when the code page lacks the character.

@@ -29,7 +29,7 @@ class ExactDecimal {
   /// Gives the number at least so many places; it stays as it is when it would not fit then.
   void Widen(unsigned places);
   unsigned GetPlaces() const { return m_places; }
-  /// The number with all its places, such as "-0.50".
+  /// @return the number with all its places, such as "-0.50".
   std::string Text() const;
 
  private:

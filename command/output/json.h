@@ -34,8 +34,8 @@ class Json {
   /// Adds an element to an array.
   void Append(Json value);
 
-  /// The text of a value that is a part of another one.
   /// @param indent how many blanks its lines after the first have before them.
+  /// @return the text of a value that is a part of another one.
   std::string Text(std::size_t indent) const;
   /// What comes before the files of an output, and what comes after them. An output is an object
   /// with the name and version of its form; its files follow each other with commas between them.
@@ -46,7 +46,8 @@ class Json {
   static std::string TailOf(bool any);
   /// How far in the files are.
   static constexpr std::size_t kFileIndent = 4;
-  /// An object with the name and version of a form, to which the members of an output are added.
+  /// @return an object with the name and version of a form, to which the members of an output are
+  ///         added.
   static Json Output(const char* format);
 
  private:

@@ -23,21 +23,21 @@ enum class Disclosure {
   kCard,      ///< The last four characters.
 };
 
-/// Whether a tag holds a password, which is not shown in any way.
+/// @return whether a tag holds a password, which is not shown in any way.
 bool IsPassword(KRTagID tag);
 
-/// How much of an element is shown, by its tag and that of the aggregate that it is in.
+/// @return how much of an element is shown, by its tag and that of the aggregate that it is in.
 Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool inPayroll);
 
-/// The value with the characters that are not shown replaced by stars.
+/// @return the value with the characters that are not shown replaced by stars.
 std::string Masked(std::string_view value, Disclosure disclosure);
 
-/// Whether there may be the name of a tag of passwords in a text. Quick, and true for some texts
-/// that have none.
+/// @return whether there may be the name of a tag of passwords in a text. Quick, and true for some
+///         texts that have none.
 bool MayNamePassword(std::string_view text);
 
-/// The text up to the name of a tag of passwords, if there is one in it. In a damaged file that tag
-/// can have become part of a text, with the password after it.
+/// @return the text up to the name of a tag of passwords, if there is one in it. In a damaged file
+///         that tag can have become part of a text, with the password after it.
 std::string WithoutPassword(std::string_view text);
 
 }  // namespace krofx::command

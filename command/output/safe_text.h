@@ -14,11 +14,11 @@
 
 namespace krofx::command {
 
-/// Whether a text is of printable ASCII alone, so that it is harmless as it is and each of its
-/// bytes takes a column.
+/// @return whether a text is of printable ASCII alone, so that it is harmless as it is and each of
+///         its bytes takes a column.
 bool IsPlainText(std::string_view bytes);
 
-/// The text as harmless UTF-8. Line ends stay, as line feeds; a tab becomes a blank.
+/// @return the text as harmless UTF-8. Line ends stay, as line feeds; a tab becomes a blank.
 std::string SafeText(std::string_view bytes);
 
 /// The same on one line: line ends become blanks.
@@ -28,8 +28,8 @@ std::string SafeLine(std::string_view bytes);
 /// those of Chinese and Japanese, and none for a mark that goes onto the one before it.
 std::size_t DisplayWidth(std::string_view text);
 
-/// The start of a text of valid UTF-8 that takes so many columns, with "..." after it when there is
-/// more.
+/// @return the start of a text of valid UTF-8 that takes so many columns, with "..." after it when
+///         there is more.
 std::string Shortened(std::string_view text, std::size_t columns);
 
 }  // namespace krofx::command

@@ -19,7 +19,7 @@ class TextArena {
   TextArena(const TextArena&) = delete;
   TextArena& operator=(const TextArena&) = delete;
 
-  /// A copy of a text.
+  /// @return a copy of a text.
   std::string_view Copy(std::string_view text) {
     if (text.empty()) return {};
     void* const copy = m_memory.allocate(text.size(), 1);
@@ -30,7 +30,7 @@ class TextArena {
   /// Gives up all that is in it; the memory of the first things is used again.
   void Reset() { m_memory.release(); }
 
-  /// A new object, which has no destructor that does anything.
+  /// @return a new object, which has no destructor that does anything.
   template <class Object>
   Object& Make() {
     static_assert(std::is_trivially_destructible_v<Object>);

@@ -16,19 +16,20 @@ struct TextForm {
   bool color = false;       ///< Whether negative amounts are red.
 };
 
-/// The form for standard output: that of its terminal, or without limits and colours when it is
-/// none. NO_COLOR in the environment turns colours off.
 /// @param wide lifts the limit of a terminal.
+/// @return the form for standard output: that of its terminal, or without limits and colours when
+///         it is none. NO_COLOR in the environment turns colours off.
 TextForm FormOfStandardOutput(bool wide);
 
-/// A text of valid UTF-8 in at most so many columns: one that is longer ends in an ellipsis.
+/// @return a text of valid UTF-8 in at most so many columns: one that is longer ends in an
+///         ellipsis.
 std::string Cut(std::string_view text, std::size_t columns);
 
-/// The lines of a text of valid UTF-8, each of at most so many columns. It is broken at blanks
-/// where it can be. There is always a line; 0 columns is no limit.
+/// @return the lines of a text of valid UTF-8, each of at most so many columns. It is broken at
+///         blanks where it can be. There is always a line; 0 columns is no limit.
 std::vector<std::string> Wrapped(std::string_view text, std::size_t columns);
 
-/// The text as it is, or red when the form has colours and the text is a negative number.
+/// @return the text as it is, or red when the form has colours and the text is a negative number.
 std::string Colored(std::string_view text, bool isNegative, const TextForm& form);
 
 }  // namespace krofx::command

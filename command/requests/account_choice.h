@@ -25,10 +25,10 @@ enum class StatementKind { kMoney, kInvestment };
 std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::string& number,
                                     StatementKind kind, RequestMaker& maker);
 
-/// The account as the options of a command line would name it.
+/// @return the account as the options of a command line would name it.
 BankAccountOptions ToOptions(const Account& account);
 
-/// A few words that name an account in messages, such as "00718220946 CHECKING".
+/// @return a few words that name an account in messages, such as "00718220946 CHECKING".
 std::string NameOf(const Account& account);
 
 }  // namespace krofx::command

@@ -36,7 +36,7 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
 std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const std::string& number,
                                              KRTagID tag, RequestMaker& maker);
 
-/// Which transactions a statement is to have. Empty texts leave a side of the span open.
+/// @return which transactions a statement is to have. Empty texts leave a side of the span open.
 std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& first, const std::string& last,
                                            bool include, RequestMaker& maker);
 

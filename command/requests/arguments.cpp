@@ -1,4 +1,4 @@
-// Tells plain amounts and dates from what could be read in two ways.
+// Distinguishes plain amounts and dates from what could be read in two ways.
 
 #include "requests/arguments.h"
 

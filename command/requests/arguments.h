@@ -21,12 +21,12 @@ std::string ToOfxDate(const std::string& text);
 /// @return any other text unchanged.
 std::string ResolveDay(const std::string& text);
 
-/// Whether the first of two numbers of checks is the higher one. Those with other characters than
-/// digits have no order.
+/// @return whether the first of two numbers of checks is the higher one. Those with other
+///         characters than digits have no order.
 bool IsHigherNumber(const std::string& first, const std::string& second);
 
-/// Whether the first of two dates in the form of OFX is later than the second; the time of day
-/// counts when both have one.
+/// @return whether the first of two dates in the form of OFX is later than the second; the time of
+///         day counts when both have one.
 bool IsLater(const std::string& first, const std::string& second);
 
 }  // namespace krofx::command

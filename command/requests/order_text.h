@@ -9,20 +9,22 @@
 
 namespace krofx::command {
 
-/// A bank account as "211370545/00718220946 CHECKING", with the branch after the bank if it has
-/// one.
+/// @return a bank account as "211370545/00718220946 CHECKING", with the branch after the bank if it
+///         has one.
 std::string DescribeAccount(const BankAccountOptions& account);
-/// A card by the last characters of its number.
+/// @return a card by the last characters of its number.
 std::string DescribeCard(const std::string& number);
 
-/// An amount with its currency. OFX orders name none: it is that of the account, which is known
-/// where the bank's number is a routing number of the United States. Otherwise the amount is alone.
+/// @return an amount with its currency. OFX orders name none: it is that of the account, which is
+///         known where the bank's number is a routing number of the United States. Otherwise the
+///         amount is alone.
 std::string DescribeMoney(const std::string& amount, const std::string& bankId);
 
 /// ", due 2026-02-01" for a date as the command line has it; nothing for none.
 std::string DescribeDue(const std::string& date);
 
-/// Whether the text is a routing number of the United States: nine digits whose check digit fits.
+/// @return whether the text is a routing number of the United States: nine digits whose check digit
+///         fits.
 bool IsRoutingNumber(const std::string& text);
 
 }  // namespace krofx::command

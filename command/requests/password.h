@@ -26,10 +26,10 @@ class Password {
   /// Asks on the terminal, without showing what is typed.
   /// @param whose what the prompt says of it, such as "ada.w at HARBORFED".
   std::string Ask(const std::string& whose);
-  /// Whether the user gave up at the prompt.
+  /// @return whether the user gave up at the prompt.
   bool WasCancelled() const { return m_cancelled; }
 
-  /// The password in the character set of requests, Windows 1252; never null.
+  /// @return the password in the character set of requests, Windows 1252; never null.
   const char* Get() const { return m_text.bytes; }
 
  private:

@@ -27,7 +27,7 @@ class RequestMaker {
   /// be right. What the bank does not offer is noted as a problem.
   void Concern(const std::vector<Service>& services);
 
-  /// The message-set version: 1 or 2.
+  /// @return the message-set version: 1 or 2.
   u16 GetVersion() const { return m_version; }
 
   /// Makes an object of this version.
@@ -39,10 +39,10 @@ class RequestMaker {
     return object;
   }
 
-  /// Notes that the command line makes no sense.
+  /// Notes that the command line is wrong.
   void Fail(const std::string& problem) { Fail(kExitWrongUse, problem); }
 
-  /// Notes that the request cannot be made for a reason that was complained of.
+  /// Notes that the request cannot be made, for a reason that was reported.
   void GiveUp(ExitStatus exitStatus);
 
   /// Sets a text that was given, in the character set of the request's header, and checks its
@@ -110,7 +110,7 @@ class RequestMaker {
   u16 m_version;
   std::shared_ptr<const Profile> m_profile;
   const PasswordRules* m_rules = nullptr;  // In the profile.
-  std::string m_problem;  // In place of one that was complained of there is a blank.
+  std::string m_problem;                   // A blank after a problem that was reported.
   std::string m_order;
   std::vector<std::unique_ptr<KRMessageSetRq>> m_sets;
   ExitStatus m_exitStatus = kExitClean;

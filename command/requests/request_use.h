@@ -20,7 +20,7 @@ struct SignOnOptions;
 
 /// What is known of a bank's profile.
 struct ProfileAnswer {
-  /// Another one than kExitClean when the bank was asked in vain; that was complained of.
+  /// Not kExitClean when the bank was asked in vain, which was reported.
   ExitStatus exitStatus = kExitClean;
   std::shared_ptr<const Profile> profile;  ///< Null when none is known.
 };
@@ -31,14 +31,14 @@ class RequestUse {
   virtual ~RequestUse() = default;
   /// Adds the options of this use to a request's command line.
   virtual void AddOptions(const Subcommand& request) = 0;
-  /// What the help of the command line says of this use, in whole lines.
+  /// @return what the help of the command line says of this use, in whole lines.
   virtual const char* GetFooter() const = 0;
   /// Finds out, before the password is asked for, whether the request will be usable.
   /// @return kExitClean, or another exit status after a complaint.
   virtual ExitStatus Prepare() = 0;
   /// Takes what a bank says of the connection, where the command line leaves it open.
   virtual void TakeBank(const Bank&) {}
-  /// The option that is missing on the command line, or an empty text.
+  /// @return the option that is missing on the command line, or an empty text.
   virtual std::string FindMissing() const { return ""; }
   /// Asks the institution for the user's accounts there.
   /// @param accounts takes them; none when this use has no institution to ask.
@@ -47,12 +47,12 @@ class RequestUse {
                                   [[maybe_unused]] std::vector<Account>& accounts) {
     return kExitClean;
   }
-  /// The profile of the bank that the sign-on names; none when the request goes elsewhere.
+  /// @return the profile of the bank that the sign-on names; none when the request goes elsewhere.
   virtual ProfileAnswer FindProfile(const SignOnOptions&) { return {}; }
   /// Has the request go to an address that the profile names.
   virtual void SetAddress(const std::string&) {}
-  /// Where the request goes, as a prompt says it.
   /// @param institution the institution's name.
+  /// @return where the request goes, as a prompt says it.
   virtual std::string Where(const std::string& institution) const { return institution; }
   /// Takes the text, which holds the password.
   /// @return kExitClean, or another exit status after a complaint.

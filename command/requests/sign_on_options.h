@@ -42,7 +42,7 @@ struct SignOnOptions {
   std::shared_ptr<RequestUse> use;
 };
 
-/// The version of the message sets in which the bank is asked for its profile.
+/// @return the version of the message sets in which the bank is asked for its profile.
 inline u16 VersionOfProfile(const SignOnOptions& options) { return options.secondVersion ? 2 : 1; }
 
 /// Takes what the command line leaves open from the bank that it names, and from what is usual.

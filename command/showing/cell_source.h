@@ -19,10 +19,10 @@ std::string_view TakePart(std::string_view& text, char separator);
 /// Tags, one for each step down. The null tag is any tag.
 using TagPath = std::vector<KRTagID>;
 
-/// The first element at the end of a path. Null when there is none.
+/// @return the first element at the end of a path. Null when there is none.
 const Element* FindPath(const Element& element, std::span<const KRTagID> path);
 
-/// Whether a tag is among some; the null tag among them is any tag.
+/// @return whether a tag is among some; the null tag among them is any tag.
 bool IsOneOf(KRTagID tag, std::span<const KRTagID> tags);
 
 /// Where the value of a cell comes from.
@@ -103,14 +103,14 @@ struct RowPath {
   TagPath rows;    ///< Their tags.
 };
 
-/// The sources of some fields, in their order. They are made at the first call of a thread and live
-/// as long as it does.
+/// @return the sources of some fields, in their order. They are made at the first call of a thread
+///         and live as long as it does.
 const std::vector<CellSource>& SourcesOf(std::span<const FieldSpec> fields);
 /// The same for the columns of a table.
 const ColumnSources& ColumnSourcesOf(std::span<const FieldSpec> columns);
-/// The source of the path of aggregates that repeat.
+/// @return the source of the path of aggregates that repeat.
 RowPath RowPathOf(std::string_view path);
-/// The sources of paths that are separated by blanks.
+/// @return the sources of paths that are separated by blanks.
 std::vector<CellSource> SubjectSourcesOf(std::string_view paths);
 
 }  // namespace krofx::command

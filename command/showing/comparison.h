@@ -24,12 +24,12 @@ class Comparison {
   /// Takes the transactions of a document, which must live as long as this.
   void Add(Side side, const Document& document);
 
-  /// Whether there is no difference. Valid after the last Add, like all from here on.
+  /// @return whether there is no difference. Valid after the last Add, like all from here on.
   bool IsSame() const;
-  /// A line for each difference: "+" for what is new, "-" for what is gone, "~" for what changed,
-  /// with the values before and after; and a line that counts them.
+  /// @return a line for each difference: "+" for what is new, "-" for what is gone, "~" for what
+  ///         changed, with the values before and after; and a line that counts them.
   std::string Text(const TextForm& form) const;
-  /// The form that docs/json.md describes.
+  /// @return the form that docs/json.md describes.
   std::string JsonText(const std::string& oldName, const std::string& newName) const;
 
  private:

@@ -95,7 +95,7 @@ struct Section {
   /// The number of the account, in full: for comparisons, never for output.
   std::string_view accountNumber = {};
 
-  /// The value of a field; nothing when there is none of this key.
+  /// @return the value of a field; nothing when there is none of this key.
   Cell Find(std::string_view key) const;
 };
 

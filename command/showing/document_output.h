@@ -27,9 +27,9 @@ struct PrintOptions {
   bool showIdentifiers = false;
   std::string table;  ///< Empty for the transactions.
 
-  /// Whether the rows of one table are shown, not documents.
+  /// @return whether the rows of one table are shown, not documents.
   bool ShowsRows() const { return csv || jsonLines; }
-  /// Whether it is only asked which tables there are.
+  /// @return whether it is only asked which tables there are.
   bool AsksForTables() const { return table == "help"; }
   const std::string& GetTable() const;
 };
@@ -44,7 +44,7 @@ ExitStatus CheckPrintOptions(const PrintOptions& options);
 /// Lists the tables that there are on standard output.
 ExitStatus PrintTables();
 
-/// All that a file holds, as it is shown.
+/// @return all that a file holds, as it is shown.
 Document MakeDocument(const ParsedFile& file, bool showIdentifiers);
 
 /// Says on standard error what is wrong with a document.
@@ -67,7 +67,7 @@ class DocumentForm {
   std::string Head() const;
   /// Appends what a document adds to the output. May be called on several threads at once.
   void Render(const Document& document, TextOutput& out) const;
-  /// What comes between two documents.
+  /// @return what comes between two documents.
   std::string Separator() const;
   /// @param any whether there was a document.
   std::string Tail(bool any) const;

@@ -41,14 +41,14 @@ class Flow {
 /// What separates the parts of a line of totals.
 inline constexpr std::string_view kTotalsGap = "   ";
 
-/// A line of totals, such as "61 transactions   in 9258.49   out -5279.17   net 3979.32".
 /// @param things what is counted, in the plural.
+/// @return a line of totals, such as "61 transactions   in 9258.49   out -5279.17   net 3979.32".
 std::string FlowLine(const Flow& flow, std::string_view things, const TextForm& form);
-/// A sum in such a line. An empty one is too large.
+/// @return a sum in such a line. An empty one is too large.
 std::string SumText(const std::string& sum, const TextForm& form);
 
-/// A number of things, such as "1 transaction" or "61 transactions".
 /// @param things their name in the plural.
+/// @return a number of things, such as "1 transaction" or "61 transactions".
 std::string CountOf(std::size_t count, std::string_view things);
 
 }  // namespace krofx::command

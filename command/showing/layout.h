@@ -50,16 +50,16 @@ struct Layout {
   std::string_view parts = {};
 };
 
-/// All layouts.
+/// @return all layouts.
 std::span<const Layout> Layouts();
 
 /// The table that lists the parts of a multipart text, which has no layout.
 extern const TableSpec kPartsTable;
-/// The keys of all tables, each once, in the order of their names.
+/// @return the keys of all tables, each once, in the order of their names.
 const std::vector<std::string_view>& TableKeys();
-/// Whether some file can have a table of this key.
+/// @return whether some file can have a table of this key.
 bool IsTableKey(std::string_view key);
-/// The titles of the layouts that have a table of this key, separated by commas.
+/// @return the titles of the layouts that have a table of this key, separated by commas.
 std::string OwnersOf(std::string_view tableKey);
 
 /// A column of the rows of all tables that share a key.
@@ -69,8 +69,8 @@ struct RowColumn {
   std::string_view field;
 };
 
-/// What the rows of all tables of one key have, whatever files they are of: the columns of each of
-/// these tables, then the account that the row is of.
+/// @return what the rows of all tables of one key have, whatever files they are of: the columns of
+///         each of these tables, then the account that the row is of.
 std::vector<RowColumn> RowColumnsOf(std::string_view tableKey);
 
 namespace layouts {

@@ -16,7 +16,7 @@ namespace krofx::command {
 /// Appends a document as aligned tables for people.
 void AppendText(TextOutput& out, const Document& document, const TextForm& form);
 
-/// The stable form that docs/json.md describes. Between two documents comes a comma.
+/// @return the stable form that docs/json.md describes. Between two documents comes a comma.
 std::string JsonHead();
 void AppendJson(TextOutput& out, const Document& document);
 /// @param any whether there was a document.

@@ -40,7 +40,7 @@ class RowFilter {
   /// @param problem takes what is wrong with them; empty when nothing is.
   RowFilter(const FilterOptions& options, std::string& problem);
 
-  /// Whether rows are chosen, not only accounts.
+  /// @return whether rows are chosen, not only accounts.
   bool ChoosesRows() const;
   /// Takes out of a document what is not chosen. Repeated rows stay: see DuplicateFilter. The
   /// filter must live as long as the document.

@@ -28,11 +28,11 @@ class RowMaker {
 
   /// Appends the cells of one row.
   void AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table);
-  /// The cell that a source leads to from an element.
+  /// @return the cell that a source leads to from an element.
   Cell Find(const Element& element, const CellSource& source) const;
-  /// The element that a source of paths leads to; null when there is none.
+  /// @return the element that a source of paths leads to; null when there is none.
   const Element* FindElement(const Element& element, const CellSource& source) const;
-  /// The cell of an element: its value, masked unless identifiers are to be shown.
+  /// @return the cell of an element: its value, masked unless identifiers are to be shown.
   Cell CellOf(const Element& element) const;
 
  private:

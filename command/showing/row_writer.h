@@ -22,7 +22,7 @@ class RowWriter {
   explicit RowWriter(const std::vector<RowColumn>& columns) : m_columns(columns) {}
   virtual ~RowWriter() = default;
 
-  /// What comes before the first row.
+  /// @return what comes before the first row.
   virtual std::string Head() const { return ""; }
   /// Begins the rows of a table.
   /// @param section what the table is in: its kind, subject and fields; its tables are not looked
@@ -32,7 +32,7 @@ class RowWriter {
   void Append(std::string& out, Row row) const;
 
  protected:
-  /// All columns after those of file, kind and account.
+  /// @return all columns after those of file, kind and account.
   const std::vector<RowColumn>& Columns() const { return m_columns; }
 
  private:

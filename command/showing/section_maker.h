@@ -12,9 +12,9 @@ namespace krofx::command {
 
 class StreamedRows;
 
-/// What a tree holds, section by section. Personal identifiers are masked unless asked for.
 /// @param arena takes the texts that are made; the sections need it and that of the tree.
 /// @param streamed gives the transactions that the tree does not have; null when it has all.
+/// @return what a tree holds, section by section. Personal identifiers are masked unless asked for.
 std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers,
                                   StreamedRows* streamed);
 

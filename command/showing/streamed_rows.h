@@ -28,9 +28,9 @@ class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
   /// @return null when the statement has none.
   std::shared_ptr<RowSource> Find(const std::string& path, const TableSpec& table);
 
-  /// How many rows there are.
+  /// @return how many rows there are.
   std::size_t Count() const { return m_stream->CountTransactions(); }
-  /// Whether all that was visited was as it was when the text was read first.
+  /// @return whether all that was visited was as it was when the text was read first.
   bool IsWhole() const { return m_isWhole; }
 
  private:

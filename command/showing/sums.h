@@ -19,7 +19,7 @@ namespace krofx::command {
 /// What transactions are summed by.
 enum class SumBy { kMonth, kWeek, kName, kType, kAccount, kCurrency };
 
-/// The names of all of them, in their order.
+/// @return the names of all of them, in their order.
 std::span<const std::string_view> SumNames();
 /// @return nothing for a name that is none.
 std::optional<SumBy> ParseSumBy(std::string_view name);
@@ -35,11 +35,11 @@ class Sums {
   /// Adds sums by the same.
   void Add(const Sums& other);
 
-  /// An aligned table, and the totals of each currency.
+  /// @return an aligned table, and the totals of each currency.
   std::string Text(const TextForm& form) const;
   /// Comma-separated values under a header line.
   std::string Csv() const;
-  /// The form that docs/json.md describes.
+  /// @return the form that docs/json.md describes.
   std::string Json() const;
 
  private:
@@ -52,7 +52,8 @@ class Sums {
   std::map<Key, Flow> m_flows;
 };
 
-/// The week of a day in the form of ISO 8601, such as 2026-W05; empty for a text that is no day.
+/// @return the week of a day in the form of ISO 8601, such as 2026-W05; empty for a text that is no
+///         day.
 std::string WeekOf(std::string_view day);
 
 }  // namespace krofx::command

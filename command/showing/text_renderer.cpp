@@ -95,7 +95,7 @@ void AppendTable(TextOutput& out, const Section& section, const Table& table,
   out.text += totals.Text(form);
 }
 
-// The width of the labels of fields: that of the longest one, but for a few that would leave no
+// The width of the labels of fields: that of the longest one, except a few that would leave no
 // room for values on a terminal.
 std::size_t LabelWidth(const std::vector<Field>& fields, const TextForm& form) {
   std::size_t width = 0;

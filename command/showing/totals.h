@@ -25,11 +25,11 @@ class Totals {
   /// Adds a row.
   void Add(Row row);
 
-  /// How many rows were added.
+  /// @return how many rows were added.
   std::size_t CountRows() const { return m_count; }
-  /// The lines below a table with rows, one for each currency:
-  /// "61 transactions   in 9258.49   out -5279.17   net 3979.32". With several currencies each line
-  /// ends in its own.
+  /// @return the lines below a table with rows, one for each currency: "61 transactions   in
+  ///         9258.49   out -5279.17   net 3979.32". With several currencies each line ends in its
+  ///         own.
   std::string Text(const TextForm& form) const;
 
  private:

@@ -19,21 +19,21 @@ class TransactionColumns {
  public:
   explicit TransactionColumns(const TableSpec& table);
 
-  /// The day that it was posted or traded, as 2026-01-31; empty when the row has none.
+  /// @return the day that it was posted or traded, as 2026-01-31; empty when the row has none.
   std::string_view DayOf(Row row) const;
-  /// The amount, or the total of a trade.
+  /// @return the amount, or the total of a trade.
   Cell AmountOf(Row row) const { return Get(row, m_amount); }
-  /// The currency of the amount: that of the row, or else that of the statement.
+  /// @return the currency of the amount: that of the row, or else that of the statement.
   std::string_view CurrencyOf(Row row, const Section& section) const;
   /// Such as DEBIT, or the tag of an investment transaction.
   std::string_view TypeOf(Row row) const { return Get(row, m_type).text; }
   /// Such as BUY; empty for those of banks.
   std::string_view DetailOf(Row row) const { return Get(row, m_detail).text; }
-  /// The name, or that of the security.
+  /// @return the name, or that of the security.
   std::string_view NameOf(Row row) const;
-  /// The identifier that the institution gave (FITID).
+  /// @return the identifier that the institution gave (FITID).
   std::string_view IdOf(Row row) const { return Get(row, m_id).text; }
-  /// Whether a text that a person would look for is in the row.
+  /// @return whether a text that a person would look for is in the row.
   template <class Matches>
   bool HasText(Row row, Matches matches) const {
     for (const std::size_t index : m_texts) {
@@ -58,8 +58,8 @@ class TransactionColumns {
   std::vector<std::size_t> m_texts;
 };
 
-/// All types of transactions that there are: keywords of TRNTYPE and tags of investment
-/// transactions, each once, in the order of their names.
+/// @return all types of transactions that there are: keywords of TRNTYPE and tags of investment
+///         transactions, each once, in the order of their names.
 std::vector<std::string> TransactionTypes();
 
 }  // namespace krofx::command

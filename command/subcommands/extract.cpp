@@ -155,7 +155,7 @@ ExitStatus Extract(const Options& options) {
   const std::vector<Part> parts = FindParts(*file.GetRoot());
   std::vector<std::string> bodies;
   if (!FindBodiesOf(input, parts, bodies)) {
-    Complain(file.GetName(), "its parts cannot be told apart; nothing was saved");
+    Complain(file.GetName(), "its parts cannot be distinguished; nothing was saved");
     return kExitUnusable;
   }
   ExitStatus exitStatus = kExitClean;

@@ -159,7 +159,7 @@ class BankAsker {
     return Keep(keeper->TakeReply(), account, stem);
   }
 
-  // Keeps a reply that can be used; another one would stand for days that were not read.
+  // Keeps a reply that can be used. If another one were kept, the days in it would count as read.
   ExitStatus Keep(std::unique_ptr<KRBuffer> text, const Account& account,
                   const std::string& stem) const {
     const std::string name = m_bank.name + " " + NameOf(account);

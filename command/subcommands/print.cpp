@@ -24,7 +24,7 @@ struct Options {
   FilterOptions filter;
 };
 
-// What became of a file on the thread that read it.
+// The result of a file, on the thread that read it.
 struct Shown {
   Document document;
   TextOutput text{TextOutput::Mode::kHeld};

@@ -33,7 +33,7 @@ ExitStatus Refuse(const std::string& problem) {
   return kExitWrongUse;
 }
 
-// What became of a file on the thread that read it.
+// The result of a file, on the thread that read it.
 struct Summed {
   Document document;
   Sums sums;

@@ -15,7 +15,7 @@ class Interruption {
   /// What happens at the end with a signal that came.
   enum class Afterwards {
     kSignal,  ///< It takes effect.
-    kNothing  ///< Whoever noted it acts on it.
+    kNothing  ///< The code that noted it acts on it.
   };
 
   explicit Interruption(Afterwards afterwards = Afterwards::kSignal);
@@ -23,7 +23,7 @@ class Interruption {
   Interruption(const Interruption&) = delete;
   Interruption& operator=(const Interruption&) = delete;
 
-  /// Whether a signal came.
+  /// @return whether a signal came.
   static bool Came();
 
  private:

@@ -14,7 +14,7 @@
 
 namespace krofx::command {
 
-/// How many threads the machine runs at once; at least 1.
+/// @return how many threads the machine runs at once; at least 1.
 inline std::size_t CountCores() { return std::max(1U, std::thread::hardware_concurrency()); }
 
 /// Does pieces of work on several threads and hands each result to the calling thread, in the order

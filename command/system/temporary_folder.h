@@ -15,7 +15,7 @@ class TemporaryFolder {
   TemporaryFolder(const TemporaryFolder&) = delete;
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-  /// The path with a slash at its end; empty when the folder could not be made.
+  /// @return the path with a slash at its end; empty when the folder could not be made.
   const std::string& GetPath() const { return m_path; }
 
  private:

@@ -335,7 +335,7 @@ class KROFX_API KRBuilder : public krofx::internal::HeapObject {
   virtual KRBuildStatus AddTagKRPayeeID(KRTagID tag, const KRString12& value);  ///< See AddPayeeID.
   /// @}
 
-  /// The buffer of the last Build; null before the first. Not owned.
+  /// @return the buffer of the last Build; null before the first. Not owned.
   virtual KRBuffer* GetBuffer();
   /// Appends the whole content of `source`, wherever its cursor is.
   /// @return 1 when the append failed; 3 when `source` is null.

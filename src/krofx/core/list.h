@@ -40,13 +40,13 @@ class List {
   std::size_t size() const { return m_size; }
   /// @return whether the list has no values.
   bool empty() const { return m_size == 0; }
-  /// The value at `index`, which must be below the size.
+  /// @return the value at `index`, which must be below the size.
   T& operator[](std::size_t index) { return m_values[index]; }
-  /// The same.
+  /// @return the same.
   const T& operator[](std::size_t index) const { return m_values[index]; }
-  /// The last value of a list that is not empty.
+  /// @return the last value of a list that is not empty.
   T& back() { return m_values[m_size - 1]; }
-  /// The same.
+  /// @return the same.
   const T& back() const { return m_values[m_size - 1]; }
   T* begin() { return m_values; }
   T* end() { return m_values + m_size; }

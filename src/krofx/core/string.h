@@ -100,7 +100,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   u16 IsEmpty() const { return m_length == 0 ? 1 : 0; }
   /// @return 1 when the text is longer than the spec length.
   u16 ExceedsSpecLength() const { return m_length > m_specLength ? 1 : 0; }
-  /// How the text is meant.
+  /// @return how the text is meant.
   KRStringEncode GetEncoding() const { return static_cast<KRStringEncode>(m_encoding); }
   /// Sets how the text is meant; the text stays as it is.
   void SetEncoding(KRStringEncode encoding) { m_encoding = static_cast<unsigned char>(encoding); }
@@ -115,9 +115,9 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
   u16 operator==(const KRString& other) const { return Equal(other); }
   /// @return 1 when the texts are the same; a null or empty string equals a null or empty pointer.
   u16 operator==(const char* text) const;
-  /// The negation of ==.
+  /// @return the negation of ==.
   u16 operator!=(const KRString& other) const { return Equal(other) == 0 ? 1 : 0; }
-  /// The negation of ==.
+  /// @return the negation of ==.
   u16 operator!=(const char* text) const { return *this == text ? 0 : 1; }
   /// Compares as ==, without regard to case.
   /// @return 1 when the texts are equal, 0 when not: the reverse of the standard function of that

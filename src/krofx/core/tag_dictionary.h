@@ -36,7 +36,8 @@ struct KRTagDictionaryEntry {
   const char* text;  ///< the text on the wire, without "<" and ">"; constant
 };
 
-/// The table of all tags, in id order: NumberOfKRDictionaryEntry() rows. Constant, never freed.
+/// @return the table of all tags, in id order: NumberOfKRDictionaryEntry() rows. Constant, never
+///         freed.
 KROFX_API const KRTagDictionaryEntry* GetKRTagDictionary();
 
 /// @return the number of rows of GetKRTagDictionary().

@@ -13,6 +13,7 @@
 #include "krofx/model/internal/aggregate.h"
 
 using krofx::internal::AggregateTable;
+using krofx::internal::AlarmScope;
 
 namespace {
 
@@ -158,7 +159,7 @@ KRBuildStatus KRFile::BuildSubfile(KRBuilder* builder, KRFile& subfile) const {
   KRBuffer buffer(0, 0);
   KRBuilder inner;
   // The inner build clears the alarm, which the outer build tests at its end.
-  const krofx::internal::AlarmScope alarm;
+  const AlarmScope alarm;
   KRBuildStatus status = inner.Build(&buffer, &subfile, KRBuildStringOpt_Strict, 1);
   if (status != KRBuildStatus_Done) return status;
 
@@ -245,7 +246,7 @@ u16 KRFile::DeepCopyFrom(KRFile* source) {
   if (source == nullptr) return 0;
   if (source == this) return 1;
   // A header that could not be copied for lack of memory is reported by the alarm only.
-  const krofx::internal::AlarmScope alarm;
+  const AlarmScope alarm;
   if (Assign(m_boundary, source->m_boundary) == 0 || Assign(m_body, source->m_body) == 0) return 0;
   m_mimeHeaders.DeleteAll();
   m_headerIndex.Clear();

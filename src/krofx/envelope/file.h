@@ -78,7 +78,7 @@ class KROFX_API KRFile : public KRDataObj {
   /// Sets the boundary.
   /// @return 1; 0 when memory is exhausted.
   u16 SetBoundary(KRString boundary);
-  /// The body of a part that is not OFX.
+  /// @return the body of a part that is not OFX.
   const KRString& GetMIMEBody() { return m_body; }
   /// Sets the body.
   /// @return 1; 0 when memory is exhausted.
@@ -94,7 +94,7 @@ class KROFX_API KRFile : public KRDataObj {
   u16 AppendSubfile(KRFile* subfile);
   /// @return the number of subfiles.
   u16 GetNumberOfSubfiles() const;
-  /// The file that this one is a subfile of, which is not owned; null at the top.
+  /// @return the file that this one is a subfile of, which is not owned; null at the top.
   KRFile* GetParent() const { return m_parent; }
   /// Sets the parent. A file with a parent writes no headers of its own.
   void SetParent(KRFile* parent) { m_parent = parent; }

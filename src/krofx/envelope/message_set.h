@@ -93,9 +93,10 @@ extern template class MessageSet<Side::kResponse>;
 class KROFX_API KRMessageSetRq
     : public krofx::internal::MessageSet<krofx::internal::Side::kRequest> {
  public:
-  /// The message set that a profile lists for a request's tag, without a version; 0 for the tags
-  /// that have none, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ, PAYEEMODRQ,
-  /// PAYEEDELRQ, STPCHKSYNCRQ, MAILRQ, GETMIMERQ, SECLISTRQ, PINCHRQ and ENROLLRQ.
+  /// @return the message set that a profile lists for a request's tag, without a version; 0 for the
+  ///         tags that have none, among them PMTMODRQ, PMTCANCRQ, RECPMTMODRQ, RECPMTCANCRQ,
+  ///         PAYEEMODRQ, PAYEEDELRQ, STPCHKSYNCRQ, MAILRQ, GETMIMERQ, SECLISTRQ, PINCHRQ and
+  ///         ENROLLRQ.
   static KRTagID MsgIDToMsgSetID(KRTagID tag);
 
   /// @return the sign-on, which this object keeps owning; null when there is none.

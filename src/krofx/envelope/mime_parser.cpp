@@ -12,6 +12,8 @@
 #include "krofx/parse/engine.h"
 #include "krofx/parse/internal/parse_run.h"
 
+using krofx::internal::AlarmScope;
+
 namespace {
 
 bool IsContentType(const KRString& name) { return name.strcmpi("content-type") != 0; }
@@ -118,7 +120,7 @@ KRParseStatus KRMIMEParser::ReadPart(KRParseEngine& engine, KRBuffer* buffer, KR
   const s16 depth = GetDepth();
   SetParseEngine(&engine);
   // The parse of this part clears the alarm, which an earlier part may have raised.
-  const krofx::internal::AlarmScope alarm;
+  const AlarmScope alarm;
   const KRParseStatus status = KRSimpleParser::Parse(buffer, subfile, 1);
   SetParseEngine(ownEngine);
   if (!multipart || status != KRParseStatus_Fatal) return status;

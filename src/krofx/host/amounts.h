@@ -33,8 +33,8 @@ inline std::optional<std::int64_t> ToMinor(const std::optional<KRPrecisionIntege
   return amount ? ToMinor(*amount, places) : std::nullopt;
 }
 
-/// The amount of `units` x 10^-`places`: FromMinor(-6240, 2) is -62.40.
 /// @param places at most 29; a number with more is not valid, and no setter takes it.
+/// @return the amount of `units` x 10^-`places`: FromMinor(-6240, 2) is -62.40.
 inline KRPrecisionInteger FromMinor(std::int64_t units, unsigned places) {
   constexpr unsigned kNotValid = 30;
   return KRPrecisionInteger::FromInt64(units,

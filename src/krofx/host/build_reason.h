@@ -8,7 +8,8 @@
 
 namespace krofx {
 
-/// Why a tree was not written, in English, without a capital letter and a full stop; empty for 0.
+/// @return why a tree was not written, in English, without a capital letter and a full stop; empty
+///         for 0.
 KROFX_API const char* ReasonOf(KRBuildStatus status);
 
 }  // namespace krofx

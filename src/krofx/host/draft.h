@@ -58,7 +58,7 @@ struct SignOnAnswer {
   std::optional<Instant> time = {};  ///< Of the answer; now without it.
 };
 
-/// What became of a draft.
+/// The result of a draft.
 struct DraftResult {
   /// 0 written. 9 something required is missing, which `missing` lists whole. Else why it could not
   /// be written; `problem` says it in words.

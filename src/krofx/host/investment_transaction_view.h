@@ -118,8 +118,8 @@ class KROFX_API InvestmentTransactionView {
   internal::TreeSource m_whole;
 };
 
-/// All transactions of investment statements in `source`: a KRDataObj, by reference or pointer, or
-/// a Reading. Names of securities are looked up in the same source.
+/// @return all transactions of investment statements in `source`: a KRDataObj, by reference or
+///         pointer, or a Reading. Names of securities are looked up in the same source.
 template <class Source>
 ViewRange<InvestmentTransactionView, KRDataObj> InvestmentTransactions(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));

@@ -66,7 +66,7 @@ class Found : public Trail {
  public:
   Found(Class& object, const internal::TreeWalk& walk) : Trail(walk), m_object(&object) {}
 
-  /// The object, which belongs to its tree.
+  /// @return the object, which belongs to its tree.
   Class& operator*() const { return *m_object; }
   Class* operator->() const { return m_object; }
   operator Class&() const { return *m_object; }

@@ -32,9 +32,9 @@ struct Outcome {
   explicit operator bool() const { return status == KRNetStatus_Success && !cancelled; }
 };
 
-/// What an exchange's end means, and what to do about it, as Outcome::text says it. Never empty:
-/// after KRNetStatus_Success the reply was empty.
 /// @param http,code as in an Outcome.
+/// @return what an exchange's end means, and what to do about it, as Outcome::text says it. Never
+///         empty: after KRNetStatus_Success the reply was empty.
 KROFX_API const char* ReasonOf(KRNetStatus status, u32 http, u32 code);
 
 }  // namespace krofx

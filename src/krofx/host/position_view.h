@@ -67,8 +67,8 @@ class KROFX_API PositionView {
   std::string_view m_currency;
 };
 
-/// All positions in `source`: a KRDataObj, by reference or pointer, or a Reading. Names of
-/// securities are looked up in the same source.
+/// @return all positions in `source`: a KRDataObj, by reference or pointer, or a Reading. Names of
+///         securities are looked up in the same source.
 template <class Source>
 ViewRange<PositionView, KRInvPos> Positions(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));

@@ -63,7 +63,7 @@ class KROFX_API StatementView {
   internal::TreeSource m_whole;
 };
 
-/// All statements in `source`: a KRDataObj, by reference or pointer, or a Reading.
+/// @return all statements in `source`: a KRDataObj, by reference or pointer, or a Reading.
 template <class Source>
 ViewRange<StatementView, KRTransBase> Statements(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));

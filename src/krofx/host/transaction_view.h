@@ -77,8 +77,8 @@ class KROFX_API TransactionView {
   std::string_view m_currency;
 };
 
-/// All transactions of bank and card statements in `source`, also those among an investment
-/// statement's: a KRDataObj, by reference or pointer, or a Reading.
+/// @return all transactions of bank and card statements in `source`, also those among an investment
+///         statement's: a KRDataObj, by reference or pointer, or a Reading.
 template <class Source>
 ViewRange<TransactionView, KRBankStatementTx> Transactions(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));

@@ -157,10 +157,11 @@ class KROFX_API KRDataObj : public krofx::internal::HeapObject {
   virtual u16 SetMsgSetVersion(u16 version);
   /// @return the version mask, 0 when not yet set.
   virtual u16 GetMsgSetVersion() const;
-  /// The version that the last character of the object's tag gives: 1, 2, or 0 for any other.
+  /// @return the version that the last character of the object's tag gives: 1, 2, or 0 for any
+  ///         other.
   virtual u16 GetMsgSetVersionFromTag() const;
 
-  /// The tag that this object is written under, 0 when none.
+  /// @return the tag that this object is written under, 0 when none.
   virtual KRTagID GetType();
   /// Sets the tag that this object is written under.
   virtual void SetType(KRTagID tag);

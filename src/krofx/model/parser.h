@@ -62,8 +62,9 @@ class KROFX_API KRParser : public krofx::internal::HeapObject {
 
   /// @return the object that receives tags; null before the first parse.
   KRDataObj* GetCurrentObj() const { return m_current; }
-  /// The number of open aggregates below the root, 0 to kMaxDepth. It is 0 after a successful
-  /// parse; a parse that failed leaves its stack as it was, and PopObject empties it.
+  /// @return the number of open aggregates below the root, 0 to kMaxDepth. It is 0 after a
+  ///         successful parse; a parse that failed leaves its stack as it was, and PopObject
+  ///         empties it.
   s16 GetDepth() const { return m_depth; }
 
   /// Says whether the calling thread has had a warning since its log was last emptied, even with

@@ -69,7 +69,8 @@ class KROFX_API KRDynamicArrayDataObj : public krofx::internal::ElementArray<KRD
   /// Says whether Alloc may make an element at `index`: only at an index that is in use.
   /// @return 1 when it may; 0 when it may not.
   u16 OkToAlloc(u16 index) const override;
-  /// The element, which the array keeps owning; null for an empty slot and at or above the entries.
+  /// @return the element, which the array keeps owning; null for an empty slot and at or above the
+  ///         entries.
   virtual KRDataObj* Get(u16 index) const;
   /// Forgets all elements, destroying none, and keeps the memory.
   virtual void Clear();

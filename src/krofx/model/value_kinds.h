@@ -31,7 +31,7 @@ u16 CopyValue(void* to, const void* from) {
   return 1;
 }
 
-/// The form of values that are held as a T.
+/// @return the form of values that are held as a T.
 template <class T>
 constexpr ValueForm FormOf() {
   if constexpr (std::is_base_of_v<KRPrecisionInteger, T>) return ValueForm::kDecimal;

@@ -150,9 +150,9 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   /// @return 1; 0 for null, which changes nothing.
   u16 SetDictionary(TagDictionary* dictionary);
 
-  /// Where the tag or header line that was read last begins, for hosts that show places: the
-  /// position of its '<', or of the first character of a text or header; -1 before anything was
-  /// read.
+  /// @return where the tag or header line that was read last begins, for hosts that show places:
+  ///         the position of its '<', or of the first character of a text or header; -1 before
+  ///         anything was read.
   s32 GetItemPosition() const;
 
   /// @return whether the text is read from the memory of a plain buffer, not through the GetCh of a
@@ -183,7 +183,8 @@ class KROFX_API KRParseEngine : public krofx::internal::HeapObject {
   /// Says whether a text has nothing but white space.
   /// @return 1 when it has nothing else, is empty or is null; 0 otherwise.
   static u16 IsWhiteSpace(const char* text);
-  /// The first position from `position` on without white space; at the latest the text's end.
+  /// @return the first position from `position` on without white space; at the latest the text's
+  ///         end.
   static s32 SkipWhiteSpaces(KRBuffer& buffer, s32 position);
   /// @return the first position from `position` on with white space; at the latest the text's end.
   static s32 FindWhiteSpaces(KRBuffer& buffer, s32 position);

@@ -73,7 +73,8 @@ class KROFX_API KRSimpleParser : public KRParser {
   /// Makes later parses call `observer` for their warnings; null for none. The caller keeps owning
   /// it.
   void SetWarningObserver(KRWarningObserver* observer) { m_observer = observer; }
-  /// Where the tag or header line that is being handled begins in the buffer; -1 outside a parse.
+  /// @return where the tag or header line that is being handled begins in the buffer; -1 outside a
+  ///         parse.
   s32 GetCurrentOffset() const;
 
  protected:

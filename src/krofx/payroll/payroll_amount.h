@@ -103,8 +103,8 @@ class KROFX_API KRPayrollAmount : public KRPrecisionInteger {
   virtual KRPayrollAmount operator+(const KRPayrollAmount& other) const;
   /// The difference, by the rules of -=.
   virtual KRPayrollAmount operator-(const KRPayrollAmount& other) const;
-  /// The product of the numbers, whatever their kinds; if `other` is a percentage it is divided by
-  /// 100. It has the kind of this amount and is not blank.
+  /// @return the product of the numbers, whatever their kinds; if `other` is a percentage it is
+  ///         divided by 100. It has the kind of this amount and is not blank.
   virtual KRPayrollAmount operator*(const KRPayrollAmount& other) const;
   /// The quotient of the numbers by the base class's rules, whatever their kinds; if `other` is a
   /// percentage it is multiplied by 100. It has the kind of this amount and is not blank.

@@ -29,18 +29,18 @@ struct MendingKindInfo {
   bool once;             ///< It is said once for each tag of a text, not each time.
 };
 
-/// All kinds, in the order of their numbers.
+/// @return all kinds, in the order of their numbers.
 KROFX_API std::span<const MendingKindInfo> AllMendingKinds();
 /// What is known of a kind.
 /// @return null for a number that is no kind's.
 KROFX_API const MendingKindInfo* FindMendingKind(MendingKind kind);
-/// The English name of a kind; "unknown" for a number that is no kind's.
+/// @return the English name of a kind; "unknown" for a number that is no kind's.
 KROFX_API const char* NameOf(MendingKind kind);
 
 /// A set of kinds of damage.
 class KROFX_API MendingKinds {
  public:
-  /// All kinds.
+  /// @return all kinds.
   static MendingKinds All() {
     MendingKinds kinds;
     kinds.m_kinds.set();

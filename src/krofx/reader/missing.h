@@ -18,7 +18,7 @@ namespace krofx {
 struct MissingTag {
   std::size_t text = 0;  ///< Which of the texts of a file, counted from 0.
   /// The aggregate that lacks it, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number, from 1,
-  /// tells aggregates of one tag and parent apart. Empty for the file itself.
+  /// distinguishes aggregates of one tag and parent. Empty for the file itself.
   KRString path;
   KRTagID tag = KRTag_None;  ///< The tag; KRTag_None when it is one among `choices`.
   KRString tagText;          ///< The tag as text; empty then.

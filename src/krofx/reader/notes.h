@@ -32,7 +32,7 @@ struct ReadNote {
   KRString taken;  ///< What was taken instead; empty for what was left out, and of a warning.
 };
 
-/// What a warning is about, in English, without a capital letter and a full stop.
+/// @return what a warning is about, in English, without a capital letter and a full stop.
 KROFX_API const char* SentenceOf(KRParseWarning warning);
 
 }  // namespace krofx

@@ -105,17 +105,17 @@ struct KROFX_API Reading {
   bool IsRead() const {
     return status == KRParseStatus_Accepted || status == KRParseStatus_Warnings;
   }
-  /// What the first text holds; nothing when there is no OFX in the file.
+  /// @return what the first text holds; nothing when there is no OFX in the file.
   std::optional<TextKind> Kind() const;
-  /// The first response, be it a text of its own or a part of a multipart one. It stays this
-  /// object's; null when there is none.
+  /// @return the first response, be it a text of its own or a part of a multipart one. It stays
+  ///         this object's; null when there is none.
   KRFileRs* Response() const;
   /// The same for the first request.
   KRFileRq* Request() const;
   /// All that was out of order, mended or not, in the order of the file.
   /// @return all of it; with the fire alarm raised, as much as memory sufficed for.
   List<ReadNote> Warnings() const;
-  /// All that the trees lack, in the order of the file: see FindMissing.
+  /// @return all that the trees lack, in the order of the file: see FindMissing.
   List<MissingTag> Missing() const;
 
   /// 0 clean: read, and nothing was out of order. 7 read, with mendings or warnings. 4 the text is

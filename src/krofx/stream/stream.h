@@ -11,7 +11,7 @@
 // A host names the classes that it wants. Each object of such a class that is an element of a list
 // is handed out as soon as its end tag is read, whole, and its list then drops it. Everything else
 // stays in the tree, which is there at the end: the statement with its account and its balances,
-// without the elements that were handed out. docs/streaming.md tells the whole story.
+// without the elements that were handed out. docs/streaming.md describes it in full.
 
 #ifndef KROFX_STREAM_STREAM_H_
 #define KROFX_STREAM_STREAM_H_
@@ -43,31 +43,31 @@ class StreamRun;
 /// One element, and where it is. It and its object are good until the stream is asked for the next.
 class KROFX_API StreamElement {
  public:
-  /// The object, which belongs to the stream. It may be changed, and copied with the DeepCopyFrom
-  /// of its class.
+  /// @return the object, which belongs to the stream. It may be changed, and copied with the
+  ///         DeepCopyFrom of its class.
   KRDataObj& Object() const;
-  /// The object as one of class `Class`; null when it is none.
+  /// @return the object as one of class `Class`; null when it is none.
   template <class Class>
   Class* As() const {
     return dynamic_cast<Class*>(&Object());
   }
-  /// The tag that it stands under.
+  /// @return the tag that it is under.
   KRTagID Tag() const;
-  /// Which of its tag it is in its list, from 1. Not limited by 16 bits.
+  /// @return which of its tag it is in its list, from 1. Not limited by 16 bits.
   std::size_t Number() const;
-  /// Where its start tag is.
+  /// @return where its start tag is.
   const Place& Where() const;
-  /// The aggregates around it and itself, such as
-  /// "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[70000]". Elements of lists have a
-  /// number, from 1, among those of their tag in their list.
+  /// @return the aggregates around it and itself, such as
+  ///         "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[70000]". Elements of lists
+  ///         have a number, from 1, among those of their tag in their list.
   KRString Path() const;
-  /// The account of the nearest aggregate around it that has one, as far as the text has given it
-  /// up to here; null without.
+  /// @return the account of the nearest aggregate around it that has one, as far as the text has
+  ///         given it up to here; null without.
   const KRAccount* Account() const;
-  /// The open aggregate around it that is `levels` further out: 1 is its list. Null beyond the
-  /// root.
+  /// @return the open aggregate around it that is `levels` further out: 1 is its list. Null beyond
+  ///         the root.
   KRDataObj* Around(u16 levels) const;
-  /// The nearest aggregate around it that is of class `Class`; null when there is none.
+  /// @return the nearest aggregate around it that is of class `Class`; null when there is none.
   template <class Class>
   Class* Within() const {
     for (u16 levels = 1; KRDataObj* const object = Around(levels); ++levels) {
@@ -75,10 +75,11 @@ class KROFX_API StreamElement {
     }
     return nullptr;
   }
-  /// A text of the object as a person would read it, in UTF-8: see OfxText::ToUtf8. The character
-  /// set is found out from the part of the text that is in memory.
+  /// @return a text of the object as a person would read it, in UTF-8: see OfxText::ToUtf8. The
+  ///         character set is found out from the part of the text that is in memory.
   KRString ToUtf8(const KRString& text) const;
-  /// The text that it is in, with its root, and the character set that was found as for ToUtf8.
+  /// @return the text that it is in, with its root, and the character set that was found as for
+  ///         ToUtf8.
   const OfxText& Text() const;
 
  private:
@@ -99,7 +100,7 @@ struct StreamOptions {
   /// Bytes of the text that are in memory at a time.
   u32 window = 256 * 1024;
   /// Up to so many bytes are held for what must be seen as a whole: one tag with its text, a
-  /// comment, or an aggregate that does not belong where it stands and is passed over.
+  /// comment, or an aggregate that does not belong where it is and is skipped.
   u32 largestItem = 16 * 1024 * 1024;
 };
 
@@ -196,17 +197,17 @@ class KROFX_API Stream {
   /// As of KRSimpleParser::Parse, with 7 for any warning. 3 also when something in the text is
   /// longer than StreamOptions::largestItem. Before the end: what is known so far.
   KRParseStatus Status() const;
-  /// Why the text could not be read to its end: one English sentence without a capital letter and a
-  /// full stop. Empty when it could, and when it was stopped.
+  /// @return why the text could not be read to its end: one English sentence without a capital
+  ///         letter and a full stop. Empty when it could, and when it was stopped.
   const KRString& Problem() const;
-  /// The tree, without the elements that were handed out. It fills while the text is read. Null
-  /// before the headers are read. An element that the end of the text cut stays in it.
+  /// @return the tree, without the elements that were handed out. It fills while the text is read.
+  ///         Null before the headers are read. An element that the end of the text cut stays in it.
   KRFile* Root() const;
   /// Gives the tree to the caller. The stream must have ended.
   std::unique_ptr<KRFile> TakeRoot();
-  /// The first warnings, in the order of the text.
+  /// @return the first warnings, in the order of the text.
   const List<ReadWarning>& Warnings() const;
-  /// How many warnings there were beyond StreamOptions::maxRecords.
+  /// @return how many warnings there were beyond StreamOptions::maxRecords.
   std::size_t Unrecorded() const;
   /// @return whether an amount with a comma may have been read. The parser passes over commas, so
   ///         it reads "-11,76" as -1176; krofx::Read mends that.
@@ -214,7 +215,7 @@ class KROFX_API Stream {
   /// @return whether there are more tags after the end of the text, which are not read. Takes what
   ///         is left of the bytes. The stream must have ended.
   bool HasMoreTags();
-  /// How many bytes of the text have been taken.
+  /// @return how many bytes of the text have been taken.
   std::size_t Position() const;
 
   /// Walks over the elements: see begin.

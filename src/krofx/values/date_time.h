@@ -99,7 +99,7 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// Sets the fields from year to millisecond to zero; offset and zone name stay.
   void Invalidate() noexcept;
 
-  /// Full year.
+  /// @return full year.
   u16 GetYear() const { return m_year; }
   /// 1 to 12.
   u16 GetMonth() const { return m_month; }
@@ -113,10 +113,10 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   u16 GetSecond() const { return m_second; }
   /// 0 to 999.
   u16 GetMillisecond() const { return m_millisecond; }
-  /// Whole hours by which the zone is ahead of GMT, -12 to 12.
+  /// @return whole hours by which the zone is ahead of GMT, -12 to 12.
   s16 GetGMTOffset() const { return m_gmtOffset; }
-  /// Hundredths of an hour to add to the offset. They have the sign of the offset, which only they
-  /// show when the whole hours are 0.
+  /// @return hundredths of an hour to add to the offset. They have the sign of the offset, which
+  ///         only they show when the whole hours are 0.
   s16 GetGMTOffsetFraction() const { return m_gmtOffsetFraction; }
   /// @return the zone name; empty when there is none. The string belongs to this object and changes
   ///         with it.
@@ -162,8 +162,9 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
   /// @return 1 when this is not later.
   u16 operator<=(const KRDateTimeBase& other) const { return compareDateTime(other) <= 0; }
 
-  /// Seconds from 1970 in GMT, by the true calendar, whatever the machine's zone is. A year below
-  /// 1902 gives the lowest value, and an instant that does not fit 32 bits the highest.
+  /// @return seconds from 1970 in GMT, by the true calendar, whatever the machine's zone is. A year
+  ///         below 1902 gives the lowest value, and an instant that does not fit 32 bits the
+  ///         highest.
   s32 GetTimeT() const;
   /// @return seconds by which the machine's zone is ahead of GMT: the correction for a platform's
   ///         count of local time.

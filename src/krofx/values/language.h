@@ -28,7 +28,7 @@ class KROFX_API KRLanguage : public krofx::internal::HeapObject {
 
   /// @return 1 when both texts are the same, including case.
   u16 operator==(const KRLanguage& other) const;
-  /// The negation of operator==.
+  /// @return the negation of operator==.
   u16 operator!=(const KRLanguage& other) const;
 
  private:

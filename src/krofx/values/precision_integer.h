@@ -96,7 +96,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   ///         zero. Comparing numbers with different decimals can overflow 96 bits, and then the
   ///         result is wrong.
   virtual u16 operator==(const KRPrecisionInteger& other) const;
-  /// The negation of ==.
+  /// @return the negation of ==.
   virtual u16 operator!=(const KRPrecisionInteger& other) const;
   /// @return 1 when this number is greater.
   virtual u16 operator>(const KRPrecisionInteger& other) const;
@@ -131,8 +131,8 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// sign is the product of the signs. When the divisor's magnitude is 0 or 1, whatever its sign
   /// and decimals, or this number's magnitude is 0, the result is a copy of this number.
   virtual KRPrecisionInteger operator/(const KRPrecisionInteger& other) const;
-  /// The product. Its decimals are the sum of both, which may make it invalid; its sign is the
-  /// product of the signs, even for zero.
+  /// @return the product. Its decimals are the sum of both, which may make it invalid; its sign is
+  ///         the product of the signs, even for zero.
   virtual KRPrecisionInteger operator*(const KRPrecisionInteger& other) const;
 
   /// @return a copy with the magnitude times 10.

@@ -75,14 +75,15 @@ const SyncRoute* FindSync(Side side, KRTagID wrapper);
 const MessageSetRoute* FindMessageSet(Side side, KRTagID tag);
 /// @return the payload of a tag in any wrapper of the side; null when no wrapper carries it.
 const PayloadRoute* FindPayload(Side side, KRTagID tag);
-/// The tags of all message sets of a side, each with its version, in the order of writing.
+/// @return the tags of all message sets of a side, each with its version, in the order of writing.
 KRArrayOfTags MessageSetTags(Side side);
 
 /// @return the wrapper of a request's payload tag, 0 when it has none.
 KRTagID WrapperOfPayload(KRTagID payload);
 /// @return the synchronisation wrapper of a request's payload tag, 0 when it has none.
 KRTagID SyncOfPayload(KRTagID payload);
-/// The message set, without a version, that a profile lists for a request's tag; 0 for none.
+/// @return the message set, without a version, that a profile lists for a request's tag; 0 for
+///         none.
 KRTagID FamilyOf(KRTagID tag);
 
 /// A compiled table.

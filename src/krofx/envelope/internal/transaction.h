@@ -57,8 +57,9 @@ extern template class Transaction<Side::kResponse>;
 /// What only the wrappers of requests have.
 class KROFX_API RequestTransaction : public Transaction<Side::kRequest> {
  public:
-  /// The wrapper of a payload's tag; 0 for a tag that is not that of a payload, and for those whose
-  /// callers choose the wrapper themselves: ACCTRQ, CHGUSERINFORQ, ENROLLRQ, GETMIMERQ and MAILRQ.
+  /// @return the wrapper of a payload's tag; 0 for a tag that is not that of a payload, and for
+  ///         those whose callers choose the wrapper themselves: ACCTRQ, CHGUSERINFORQ, ENROLLRQ,
+  ///         GETMIMERQ and MAILRQ.
   static KRTagID MsgIDToTranWrapper(KRTagID tag);
 
   /// @return the tag of the message set that the wrapper travels in, for the caller's use.

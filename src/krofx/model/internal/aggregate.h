@@ -408,7 +408,8 @@ struct ObjectAccess {
   static void SetParser(KRDataObj& object, KRParser* parser) { object.m_parser = parser; }
 };
 
-/// The type of a const object. GetType changes nothing, but is not const in the public contract.
+/// @return the type of a const object. GetType changes nothing, but is not const in the public
+///         contract.
 inline KRTagID TypeOf(const KRDataObj& object) { return const_cast<KRDataObj&>(object).GetType(); }
 
 /// @return whether the headers of the root of a parse allow its body to be read; true when it has

@@ -30,7 +30,7 @@ class PresenceBits {
     for (int word = 0; word < kWords; ++word) missing |= other.m_words[word] & ~m_words[word];
     return missing == 0;
   }
-  /// The number of bits that are set both here and in `other`.
+  /// @return the number of bits that are set both here and in `other`.
   constexpr int CountCommon(const PresenceBits& other) const {
     // Few bits are set, so counting them one by one is faster than a general count of bits.
     int count = 0;

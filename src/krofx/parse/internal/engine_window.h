@@ -38,21 +38,21 @@ class KROFX_API EngineWindow {
   KRBuffer& Buffer() { return m_borrowed != nullptr ? *m_borrowed : m_buffer; }
   /// @return what is in the window, up to the first NUL.
   std::string_view Text() const;
-  /// The same, or the first `most` bytes of it.
+  /// @return the same, or the first `most` bytes of it.
   std::string_view Beginning(std::size_t most) const;
   /// @return how many bytes of the whole text were taken.
   std::size_t Taken() const;
-  /// Offset in the whole text of the window's first byte.
+  /// @return offset in the whole text of the window's first byte.
   std::size_t Base() const { return m_base; }
-  /// Offset in the whole text of the tag or header line that was read last.
+  /// @return offset in the whole text of the tag or header line that was read last.
   std::size_t ItemOffset() const;
   /// @return the bytes that have been read and can be dropped.
   u32 CountRead() const;
 
   /// Drops what has been read.
   void Slide();
-  /// Room for bytes after what is there: `Added` says how many were put there. Empty when the
-  /// window is full, or memory is exhausted.
+  /// @return room for bytes after what is there: `Added` says how many were put there. Empty when
+  ///         the window is full, or memory is exhausted.
   std::span<char> Room();
   void Added(std::size_t count);
   /// The text has no more bytes.

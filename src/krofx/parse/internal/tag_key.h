@@ -32,7 +32,7 @@ struct TagKey {
     tail = Load(name + 8) & Load(keep + 8);
   }
 
-  /// All bits of the first `length` bytes.
+  /// @return all bits of the first `length` bytes.
   static TagKey Keep(int length) {
     constexpr char kAll[kBytes] = {'\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff',
                                    '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff', '\xff'};
@@ -49,7 +49,7 @@ struct TagKey {
   /// @return a hash. Its highest bits are spread best.
   std::uint64_t Hash() const { return head * 0x9e3779b97f4a7c15U ^ tail * 0xc2b2ae3d27d4eb4fU; }
 
-  /// Where the first '>' of the kBytes bytes at `name` is; kBytes when there is none.
+  /// @return where the first '>' of the kBytes bytes at `name` is; kBytes when there is none.
   static int LengthAt(const char* name) {
     int at = 0;
     int place = 0;

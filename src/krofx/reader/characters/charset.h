@@ -32,7 +32,7 @@ class Charset {
   ///         that has other characters in place of those of ASCII.
   Opened Open(std::string_view name);
 
-  /// The name, in capital letters.
+  /// @return the name, in capital letters.
   const char* Name() const { return m_name; }
   bool IsUtf8() const { return m_kind == Kind::kUtf8; }
 

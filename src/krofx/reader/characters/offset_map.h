@@ -26,7 +26,7 @@ class OffsetMap {
   /// @return false when memory is exhausted.
   bool GoOnAt(u32 position, std::size_t original, u8 step = 1, u8 originalStep = 1);
 
-  /// The offset in the original of the byte at `position`.
+  /// @return the offset in the original of the byte at `position`.
   std::size_t ToOriginal(std::size_t position) const;
 
   /// A stretch of the map.
@@ -36,9 +36,9 @@ class OffsetMap {
     u8 originalStep;
     std::size_t original;
   };
-  /// The stretch that begins first after `position`; null when there is none.
+  /// @return the stretch that begins first after `position`; null when there is none.
   const Stretch* NextAfter(std::size_t position) const;
-  /// The steps at a position, as a stretch that begins there.
+  /// @return the steps at a position, as a stretch that begins there.
   Stretch StretchAt(u32 position) const;
 
  private:

@@ -13,8 +13,8 @@ enum class Conversion : u8 {
   kAsMeant,    ///< Resolves references and sections, and leaves control characters out.
 };
 
-/// A text in UTF-8: see OfxText::ToUtf8.
 /// @param charset the name of the character set that it is in.
+/// @return a text in UTF-8: see OfxText::ToUtf8.
 KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion);
 
 }  // namespace krofx::internal

@@ -32,15 +32,15 @@ class WorkingText {
 
   std::string_view Bytes() const { return m_bytes; }
   u32 Size() const { return static_cast<u32>(m_bytes.size()); }
-  /// The byte at a position, NUL after the last.
+  /// @return the byte at a position, NUL after the last.
   char At(std::size_t position) const {
     return position < m_bytes.size() ? m_bytes[position] : '\0';
   }
-  /// The offset in the file of the byte at a position.
+  /// @return the offset in the file of the byte at a position.
   std::size_t ToOriginal(std::size_t position) const { return m_map.ToOriginal(position); }
-  /// Offset in the file at which the text begins.
+  /// @return offset in the file at which the text begins.
   std::size_t Base() const { return m_base; }
-  /// Number of bytes that the text had.
+  /// @return number of bytes that the text had.
   std::size_t OriginalSize() const { return m_original; }
 
   /// Bytes of one unit of the original: 2 for UTF-16, 4 for UTF-32, else 1.

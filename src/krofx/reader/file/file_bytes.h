@@ -9,7 +9,7 @@ class KRBuffer;
 
 namespace krofx::internal {
 
-/// What became of reading a file.
+/// The result of reading a file.
 enum class FileBytes : u8 {
   kRead,
   kNotOpened,  ///< errno says why.

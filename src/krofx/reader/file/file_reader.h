@@ -24,7 +24,8 @@ bool MakeRoot(OfxText& text);
 /// @return false when memory is exhausted.
 bool DescribeText(OfxText& text, std::string_view bytes);
 
-/// The graver of two statuses: exhausted memory, then a text that was read in part, then warnings.
+/// @return the graver of two statuses: exhausted memory, then a text that was read in part, then
+///         warnings.
 KRParseStatus GraverStatus(KRParseStatus left, KRParseStatus right);
 
 /// One reading of one plain buffer.

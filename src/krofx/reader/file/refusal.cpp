@@ -34,7 +34,7 @@ struct Signature {
   const char* sentence;
 };
 
-// Files whose first bytes tell.
+// Files that their first bytes identify.
 constexpr Signature kSignatures[] = {
     {"%PDF"sv, "this is a PDF document; download the statement again as OFX or QFX"},
     {"\xD0\xCF\x11\xE0"sv,

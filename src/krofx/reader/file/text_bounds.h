@@ -11,15 +11,15 @@
 
 namespace krofx::internal {
 
-/// Where the text that begins at `from` ends: after its end tag OFX, or, without one, where the
-/// next text begins, or at the end.
+/// @return where the text that begins at `from` ends: after its end tag OFX, or, without one, where
+///         the next text begins, or at the end.
 std::size_t FindTextEnd(std::string_view bytes, std::size_t from);
 
 /// @return whether another OFX text begins at `from` or after it.
 bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary);
 
-/// What a text is: a request or a response by the first tag that says so, or multipart by its first
-/// line. A text that says nothing is taken for a response.
+/// @return what a text is: a request or a response by the first tag that says so, or multipart by
+///         its first line. A text that says nothing is taken for a response.
 TextKind FindKind(std::string_view text);
 
 /// As FindKind.

@@ -20,10 +20,10 @@ class WorkingText;
 /// @return 0; 3 when memory is exhausted; 4 when the damage must not be mended.
 using TextMender = KRParseStatus (*)(WorkingText& text, Recorder& recorder);
 
-/// All menders, in the order in which they see a text. Afterwards it has no NUL.
+/// @return all menders, in the order in which they see a text. Afterwards it has no NUL.
 std::span<const TextMender> TextMenders();
 
-/// The mender of a whole file, before its texts are told apart: makes UTF-8 of UTF-16 and UTF-32,
+/// The mender of a whole file, before it is divided into texts: makes UTF-8 of UTF-16 and UTF-32,
 /// so that the characters of ASCII are single bytes.
 KRParseStatus MendWideCharacters(WorkingText& file, Recorder& recorder);
 

@@ -272,7 +272,7 @@ bool IsSecondVersion(const WorkingText& text) {
          bytes.find("MSGSRQV2>") != std::string_view::npos;
 }
 
-// What a header field says that tells the truth about the texts of the tree. What the file declares
+// The value of a header field that is true of the texts of the tree. What the file declares
 // stays when it is true and the strict parser knows it.
 std::string_view TrueCharset(KRHeaderTag tag, const Header& header, const Charset& charset,
                              bool ascii) {

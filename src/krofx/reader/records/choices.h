@@ -21,7 +21,7 @@ struct MissedChoice {
 /// @return false when memory is exhausted.
 bool FindMissedChoices(const KRDataObj& object, List<MissedChoice>& missed);
 
-/// The tags as text, such as "<A>, <B> and <C>", with `last` before the last one.
+/// @return the tags as text, such as "<A>, <B> and <C>", with `last` before the last one.
 KRString ListedTags(const List<KRTagID>& tags, const char* last);
 
 }  // namespace krofx::internal

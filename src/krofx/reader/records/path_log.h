@@ -55,7 +55,7 @@ class PathLog {
   bool AddAll(KRDataObj& root, std::span<WantedObject> wanted);
   /// @return whether memory did not suffice for an aggregate, so that paths may lack it.
   bool HasFailed() const { return m_failed; }
-  /// The path of an aggregate; empty for kNoPath.
+  /// @return the path of an aggregate; empty for kNoPath.
   KRString PathOf(s32 node) const;
 
  private:

@@ -58,9 +58,9 @@ class Recorder {
   bool AnyInText() const { return m_anyInText; }
   /// @return whether memory was exhausted.
   bool HasFailed() const { return m_failed; }
-  /// What must not be mended and was met; null when nothing was.
+  /// @return what must not be mended and was met; null when nothing was.
   const MendingKindInfo* Forbidden() const { return m_forbidden; }
-  /// The place of that.
+  /// @return the place of that.
   Spot ForbiddenSpot() const { return m_forbiddenSpot; }
 
  private:

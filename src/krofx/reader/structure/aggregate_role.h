@@ -26,7 +26,7 @@ struct TagRole {
   const Row* row = nullptr;
 };
 
-/// The role of a tag in an object that is, or could be, open.
+/// @return the role of a tag in an object that is, or could be, open.
 TagRole RoleOf(KRDataObj& object, KRTagID tag);
 
 /// @return whether a tag is one of those around the statements and other answers: OFX itself,
@@ -37,8 +37,8 @@ bool IsOfEnvelope(KRTagID tag);
 ///         own.
 inline bool IsRepeated(const Row* row) { return row != nullptr && row->array != nullptr; }
 
-/// The child that an object holds under a tag that can be there once: null when there is none, and
-/// for one that may be repeated.
+/// @return the child that an object holds under a tag that can be there once: null when there is
+///         none, and for one that may be repeated.
 KRDataObj* SingleChild(KRDataObj& object, KRTagID tag, const Row* row);
 
 /// @return whether an object is a list: what comes in a second one belongs after what the first
@@ -56,9 +56,9 @@ struct Home {
   KRTagID wrapper = KRTag_None;  ///< The wrapper of a payload; else KRTag_None.
 };
 
-/// Where a wrapper, a payload or another tag that message sets hold belongs.
 /// @param body the request or response that has the message sets.
 /// @param version of the message set.
+/// @return where a wrapper, a payload or another tag that message sets hold belongs.
 Home HomeOf(KRDataObj& body, KRTagID tag, u16 version);
 
 /// The tag of an account that an object has in place of `tag`, which is an account of another kind:

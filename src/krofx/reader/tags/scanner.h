@@ -40,7 +40,7 @@ struct ScannedTag {
 
   Type type = Type::kEndOfText;
   bool selfClosed = false;  ///< "<NAME/>": `type` is kStart.
-  bool otherCase = false;   ///< The name is the dictionary's but for the case of its letters.
+  bool otherCase = false;   ///< The name differs from the dictionary's in case only.
   bool otherForm = false;   ///< Blanks, a prefix or attributes are in it.
   u32 at = 0;               ///< Its '<', or the end of the text.
   u32 after = 0;            ///< After its '>'.
@@ -50,7 +50,7 @@ struct ScannedTag {
   TextRun text;   ///< Of a start tag: the text after it.
 
   KRTagID Id() const { return entry == nullptr ? KRTag_None : entry->tagID; }
-  /// The name as OFX writes it, or as written when OFX does not have it.
+  /// @return the name as OFX writes it, or as written when OFX does not have it.
   std::string_view Name() const { return entry == nullptr ? name : std::string_view(entry->text); }
 };
 
@@ -72,7 +72,7 @@ class Scanner {
 
   /// Goes on from a position.
   void GoTo(u32 position) { m_position = position; }
-  /// Where the next tag is looked for.
+  /// @return where the next tag is looked for.
   u32 Position() const { return m_position; }
   /// Reads the next tag; after the last one, the end of the text.
   void Next(ScannedTag& tag);
@@ -80,7 +80,7 @@ class Scanner {
   /// Reads the text of a run: resolves references, and joins what comments and sections divide.
   /// @param charset the one that the text is in.
   TextResult ReadText(const TextRun& run, const Charset& charset, KRString& out) const;
-  /// The bytes of a run.
+  /// @return the bytes of a run.
   std::string_view View(const TextRun& run) const {
     return m_bytes.substr(run.from, run.to - run.from);
   }

@@ -22,11 +22,11 @@ class TagPlaces {
 
   explicit TagPlaces(const Scanner& scanner) : m_scanner(scanner) {}
 
-  /// The first start tag of a name from a place on; kNone when there is none.
+  /// @return the first start tag of a name from a place on; kNone when there is none.
   u32 NextStart(std::string_view name, u32 from) { return Next(name, from, false).at; }
-  /// The first end tag of a name from a place on; kNone when there is none.
+  /// @return the first end tag of a name from a place on; kNone when there is none.
   u32 NextEnd(std::string_view name, u32 from) { return Next(name, from, true).at; }
-  /// The place after that end tag.
+  /// @return the place after that end tag.
   u32 AfterNextEnd(std::string_view name, u32 from) { return Next(name, from, true).after; }
   /// @return whether memory was exhausted; all answers are kNone then.
   bool HasFailed() const { return m_failed; }

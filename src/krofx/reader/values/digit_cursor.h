@@ -18,10 +18,10 @@ class DigitCursor {
 
   bool AtEnd() const { return m_rest.empty(); }
   std::string_view Rest() const { return m_rest; }
-  /// The next character; 0 at the end.
+  /// @return the next character; 0 at the end.
   char Next() const { return m_rest.empty() ? '\0' : m_rest.front(); }
 
-  /// How many digits come next.
+  /// @return how many digits come next.
   std::size_t CountDigits() const {
     std::size_t count = 0;
     while (count < m_rest.size() && IsDigit(m_rest[count])) ++count;

@@ -28,7 +28,8 @@ class PlainCharacters {
   std::span<const char32_t> All() const { return {m_characters, m_count}; }
   std::size_t size() const { return m_count; }
   char32_t operator[](std::size_t index) const { return m_characters[index]; }
-  /// Where a character begins in the text; the end of the text for the end of the characters.
+  /// @return where a character begins in the text; the end of the text for the end of the
+  ///         characters.
   std::size_t PlaceOf(std::size_t index) const { return m_places[index]; }
 
  private:

@@ -47,7 +47,7 @@ class MendedValue {
   /// One more kind that is said.
   void Say(MendingKind kind);
 
-  /// The text to take; empty for an absent value.
+  /// @return the text to take; empty for an absent value.
   const KRString& Text() const { return m_text; }
   bool IsAbsent() const { return m_text.IsEmpty() != 0; }
   std::span<const MendingKind> Kinds() const { return {m_kinds, m_count}; }
@@ -70,7 +70,7 @@ struct ValueMender {
   bool (*mend)(const DoubtfulValue& value, MendedValue& out);
 };
 
-/// All menders, in the order in which they are asked.
+/// @return all menders, in the order in which they are asked.
 std::span<const ValueMender> ValueMenders();
 
 }  // namespace krofx::internal

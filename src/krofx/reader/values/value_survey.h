@@ -1,4 +1,4 @@
-// What the values of a text look like as a whole, for values that do not tell alone what they mean.
+// What the values of a text look like as a whole, for values that are ambiguous by themselves.
 
 #ifndef KROFX_READER_VALUES_VALUE_SURVEY_H_
 #define KROFX_READER_VALUES_VALUE_SURVEY_H_
@@ -28,7 +28,7 @@ enum class DayOrder : u8 {
   kMonthFirst,
 };
 
-/// The tags of all elements whose values are decimal numbers.
+/// @return the tags of all elements whose values are decimal numbers.
 std::span<const KRTagID> DecimalTags();
 
 /// The elements of one text. Asking costs a walk over the text, so answers are worked out at the
@@ -40,14 +40,14 @@ class ValueSurvey {
   ValueSurvey(std::string_view text, const TagDictionary& dictionary, const Charset& charset)
       : m_text(text), m_dictionary(dictionary), m_charset(charset) {}
 
-  /// The character set of the text.
+  /// @return the character set of the text.
   const Charset& CharsetOfText() const { return m_charset; }
 
-  /// The decimal sign of the text: the one that the other numbers in elements of this tag show, or,
-  /// when they show none, the one that all numbers of the text show.
+  /// @return the decimal sign of the text: the one that the other numbers in elements of this tag
+  ///         show, or, when they show none, the one that all numbers of the text show.
   DecimalSign DecimalSignOf(KRTagID tag) const;
 
-  /// What comes first in the dates of the text that can be read in one way only.
+  /// @return what comes first in the dates of the text that can be read in one way only.
   DayOrder OrderOfDays() const;
 
   /// Calls `visit(tag, text)` for each element that the dictionary knows, with its text as written.

@@ -3,7 +3,7 @@
 // Their bytes are those of the files <ID>.der in the folder that the build option KROFX_ROOTS_DIR
 // names. The default is src/krofx/security/roots, whose README.md says which of them are stand-ins.
 // The build writes them into a generated source file. A root is identified by its ID; the thousands
-// digit of the ID is its family.
+// digit of the ID is its group.
 
 #ifndef KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_
 #define KROFX_SECURITY_INTERNAL_TRUSTED_ROOTS_H_

@@ -63,22 +63,24 @@ class ElementTrack final : public FeedWatcher {
   /// @return whether it did.
   bool OnClosed() override;
 
-  /// The current element; null when there is none.
+  /// @return the current element; null when there is none.
   KRDataObj* Element() const { return m_element; }
   /// Finds the lines of the open aggregates and of the current element. Must be called before the
   /// part of the text that they begin in leaves memory.
   /// @param part a part of the text that has their start tags in it.
   /// @param base the offset of its first byte.
   void FindPlaces(LineCounter& lines, std::string_view part, std::size_t base);
-  /// Where the current element begins, after FindPlaces.
+  /// @return where the current element begins, after FindPlaces.
   const Place& PlaceOfElement() const { return m_levels[m_depth].place; }
-  /// Which of its tag the current element is in its list, from 1.
+  /// @return which of its tag the current element is in its list, from 1.
   std::size_t NumberOfElement() const { return m_levels[m_depth].number; }
-  /// The aggregate around the current element that is `levels` further out; null beyond the root.
+  /// @return the aggregate around the current element that is `levels` further out; null beyond the
+  ///         root.
   KRDataObj* Around(u16 levels) const;
-  /// The account of the nearest aggregate around the current element that has one; null without.
+  /// @return the account of the nearest aggregate around the current element that has one; null
+  ///         without.
   const KRAccount* AccountOfElement() const;
-  /// The path of the current element, or, without one, of the innermost open aggregate.
+  /// @return the path of the current element, or, without one, of the innermost open aggregate.
   KRString Path() const;
   /// Takes the current element out of its list and deletes it.
   void Drop();

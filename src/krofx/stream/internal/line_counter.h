@@ -13,9 +13,9 @@ namespace krofx::internal {
 /// Counts lines up to places that do not go back before the beginning of the part.
 class LineCounter {
  public:
-  /// The place of an offset.
   /// @param part a part of the text that has the offset in it, or ends there.
   /// @param base the offset of its first byte.
+  /// @return the place of an offset.
   Place Find(std::string_view part, std::size_t base, std::size_t offset);
   /// Counts what is before an offset, which leaves memory.
   void Pass(std::string_view part, std::size_t base, std::size_t offset);

@@ -13,7 +13,7 @@
 
 namespace krofx::internal {
 
-/// The record of a warning, without its place and path.
+/// @return the record of a warning, without its place and path.
 ReadWarning RecordOf(const KRParseException& warning);
 
 /// Hands warnings to the listener, and keeps the first ones.
@@ -34,7 +34,7 @@ class RecordKeeper {
   /// @return whether anything was added.
   bool Any() const { return m_any; }
   const List<ReadWarning>& Warnings() const { return m_warnings; }
-  /// How many were not kept.
+  /// @return how many were not kept.
   std::size_t Unkept() const { return m_unkept; }
 
  private:

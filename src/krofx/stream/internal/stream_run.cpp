@@ -105,7 +105,7 @@ void StreamRun::End(KRParseStatus status) {
   if (m_problem.IsEmpty() != 0) m_problem = WhyItEnded(status, m_parser.GetDepth() > 0);
 }
 
-// Chooses the root by what is in the window. False when that does not tell yet.
+// Chooses the root by what is in the window. False when that is not enough yet.
 bool StreamRun::Begin() {
   if (!m_window.HasWholeHeaders()) return false;
   bool isNamed = false;

@@ -45,12 +45,12 @@ class StreamRun : public HeapObject {
   OfxText& Text() { return m_text; }
   const RecordKeeper& Records() const { return m_records; }
   ElementTrack& Track() { return m_track; }
-  /// Where the current element begins.
+  /// @return where the current element begins.
   const Place& PlaceOfElement();
   std::size_t Position() const { return m_window.Taken(); }
   /// See StreamElement::ToUtf8.
   KRString ToUtf8(const KRString& text) { return JudgedText().ToUtf8(text); }
-  /// The text, with the character set of the part that is in memory.
+  /// @return the text, with the character set of the part that is in memory.
   const OfxText& JudgedText();
   bool MayHaveCommaAmount() const { return m_parser.MayHaveCommaAmount(); }
   bool HasMoreTags();

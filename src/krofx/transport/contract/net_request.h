@@ -30,7 +30,7 @@ class KROFX_API KRNetRequest : public krofx::internal::HeapObject {
   KRNetRequest& operator=(const KRNetRequest&) = default;
 
   /// Adds a root that a server's chain may end at, as base64 text of `length` characters. `rootID`
-  /// identifies the root; its thousands digit is the family of the root.
+  /// identifies the root; its thousands digit is the group of the root.
   virtual u16 AddTrustedRoot(const char* base64Cert, u16 length, s16 rootID) = 0;
   /// As AddTrustedRoot, from `length` bytes of DER.
   virtual u16 AddTrustedRootBER(const char* ber, u16 length, s16 rootID) = 0;

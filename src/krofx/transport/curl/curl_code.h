@@ -47,8 +47,7 @@ enum VYNCurlCode : u16 {
   /// Receiving failed.
   VYNCurlCode_ReceiveFailed = 1607,
   /// The connection ended before the reply did, or by https without the server saying so, in a
-  /// reply
-  /// that does not say its length.
+  /// reply that does not say its length.
   VYNCurlCode_Cut = 1608,
   /// Another failure of the network, or of a proxy.
   VYNCurlCode_NetworkFailed = 1620,

@@ -26,7 +26,7 @@ constexpr bool IsLeapYear(u16 year) noexcept {
   return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
 }
 
-/// Days in `year`.
+/// @return days in `year`.
 constexpr u16 DaysInYear(u16 year) noexcept { return IsLeapYear(year) ? 366 : 365; }
 
 /// @return days of `month` (1 to 12) in `year`; 0 for any other month.
@@ -41,12 +41,12 @@ constexpr u16 DaysBeforeMonth(u16 month, u16 year) noexcept {
   return kDaysBeforeMonth[IsLeapYear(year) ? 1 : 0][month - 1];
 }
 
-/// Length of `month` in a common year, where months continue past December and before January: 0 is
-/// December and 13 is January.
+/// @return length of `month` in a common year, where months continue past December and before
+///         January: 0 is December and 13 is January.
 constexpr u16 CommonMonthLength(u16 month) noexcept { return kDaysInMonth[(month + 11U) % 12]; }
 
-/// Days from the start of 1970 to a date, by the calendar. A month or day beyond its range carries
-/// into the neighbouring years or months, as in the platform's time functions.
+/// @return days from the start of 1970 to a date, by the calendar. A month or day beyond its range
+///         carries into the neighbouring years or months, as in the platform's time functions.
 KROFX_API std::int64_t DaysFromDate(std::int64_t year, std::int64_t month,
                                     std::int64_t day) noexcept;
 
@@ -57,7 +57,7 @@ struct CalendarDate {
   u16 day;    ///< 1 to 31
 };
 
-/// The date `days` after the start of 1970.
+/// @return the date `days` after the start of 1970.
 KROFX_API CalendarDate DateFromDays(std::int64_t days) noexcept;
 
 }  // namespace krofx::internal

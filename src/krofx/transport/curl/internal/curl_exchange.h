@@ -86,7 +86,8 @@ class CurlExchange : public HeapObject {
   u16 SetHttp(u16 post, const char* contentType, const char* extraHeaders, s32 timeout);
   /// Sets the TLS options.
   void SetTls(bool skipVerify, VYCertificateCallback callback);
-  /// Adds a root. 0, or a VYNCurlCode.
+  /// Adds a root.
+  /// @return 0, or a VYNCurlCode.
   u16 AddRoot(const char* der, u32 length, s16 rootID) { return m_roots.Add(der, length, rootID); }
 
   /// Makes the transfer, unless there is a verdict.
