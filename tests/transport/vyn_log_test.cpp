@@ -239,10 +239,14 @@ TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
                            {"https://jo@b/", "https://jo@b/"},
                            {"https://b/", "https://b/"},
                            {"https://b:8080/", "https://b:8080/"},
-                           {"https://b:8080/jo:x@y", "https://b:8080/jo:x@y"},
-                           {"https://b:/x@y", "https://b:/x@y"},
-                           {"https://b/jo:x@y", "https://b/jo:x@y"},
-                           {"https://b?m=jo:x@y", "https://b?m=jo:x@y"},
+                           {"https://b:8080/jo:x@y", "https://b:*********@y"},
+                           {"https://b:8080/x", "https://b:8080/x"},
+                           {"https://b:/x@y", "https://b:**@y"},
+                           {"https://b/x@y", "https://b/x@y"},
+                           {"https://b/jo:x@y", "https://b/jo:*@y"},
+                           {"https://b?m=x@y", "https://b?m=x@y"},
+                           {"https://b?m=jo:x@y", "https://b?m=jo:*@y"},
+                           {"https://jo:pw@b/?m=x@y", "https://jo:*********@y"},
                            {"https://jo:p@w@b/", "https://jo:***@b/"},
                            {"https://jo:p:w@b:8080/", "https://jo:***@b:8080/"},
                            {"https://jo:p/w@b/", "https://jo:***@b/"},
@@ -256,6 +260,10 @@ TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
                            {"jo:pw@b/", "jo:**@b/"},
                            {"jo:pw@b/?u=http://x/", "jo:**@b/?u=http://x/"},
                            {"file://c|/dir/a@b.ofx", "file://c|/dir/a@b.ofx"},
+                           {"file:///dir:1/a.ofx", "file:///dir:1/a.ofx"},
+                           {"b:8080/x", "b:8080/x"},
+                           {" https://b:8080/x", " https://b:8080/x"},
+                           {"c:\\\\x", "c:\\\\x"},
                            {"http://", "http://"},
                            {"@", "@"},
                            {":@", ":@"},
@@ -284,7 +292,28 @@ TEST(LoggableUrl, HidesWhatCouldBeAPasswordInTextsThatAreNoPlainUrls) {
                                 "https://b[/u:secret@h",
                                 "u/secret@h",
                                 "https://jo;secret@h/",
-                                "u:sec/secret@h"}) {
+                                "u:sec/secret@h",
+                                "https://u:1234/secret@h/",
+                                "https://u:1234?secret@h/",
+                                "https://u:12#secret@h/",
+                                "https://u:/secret@h/",
+                                "https://u:1/secret@h/x?y=@z",
+                                "https://d/u:secret@h/",
+                                "https://h/ https://u:secret@h/",
+                                "https://u:x@h/,https://u:secret@h/",
+                                "file:https://u:secret@h/",
+                                "FILE://u:secret@h/",
+                                "https://u:x/secret",
+                                " https://u:secret%40h/",
+                                "\xef\xbb\xbfhttps://u:secret/",
+                                "<https://u:secret%40h/>",
+                                "https;//u:secret%40h/",
+                                "https_x://u:secret/",
+                                "https://[u:secret]/",
+                                "https://[u:secret",
+                                "https://u:x@h:secret/",
+                                "@u:secret",
+                                "u:secret"}) {
     EXPECT_EQ(std::string(LoggableUrl(url).Text()).find("secret"), std::string::npos) << url;
   }
 }
@@ -292,6 +321,12 @@ TEST(LoggableUrl, HidesWhatCouldBeAPasswordInTextsThatAreNoPlainUrls) {
 TEST_F(VYNLogTest, ShowsNoControlCharacters) {
   Get("http://b/\x1b[2J\r\nforged line\x7f");
   EXPECT_EQ(Texts()[0], "VYN: Beginning get from http://b/?[2J??forged line?");
+  Lines().clear();
+  Get("http://b/\xc3\x9b\xe2\x82\x9b\x9b"
+      "2J\xc2\x9b"
+      "2J\xe2\x82\xc2\xa7");
+  EXPECT_EQ(Texts()[0],
+            "VYN: Beginning get from http://b/\xc3\x9b\xe2\x82\x9b?2J??2J\xe2?\xc2\xa7");
   request->AddExpectedSSLCertID("A\nB", 3);
   Lines().clear();
   Judge(4000, 0);

@@ -23,61 +23,125 @@ constexpr std::string_view kUserCharacters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~+";
 constexpr std::string_view kAddressCharacters = "0123456789ABCDEFabcdef:.";
 
+constexpr std::size_t kNone = std::string_view::npos;
+
 // A part of a text: from the first place up to the second.
 struct Span {
   std::size_t begin;
   std::size_t end;
+
+  bool IsEmpty() const { return begin == end; }
 };
 
+constexpr Span kNothing = {0, 0};
+
 // Where user, host and port begin: after the scheme and its slashes, of which HTTP libraries accept
-// one to three, or at the start of a URL without a scheme.
+// one to three; 0 for a text that does not begin with a scheme.
 std::size_t AuthorityOf(std::string_view url) {
   const std::size_t scheme =
       url.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+-.");
-  if (scheme == std::string_view::npos || url.substr(scheme, 2) != ":/") return 0;
-  const std::size_t after = url.find_first_not_of('/', scheme + 1);
-  return after == std::string_view::npos ? url.size() : after;
+  if (scheme == kNone || (url.substr(scheme, 2) != ":/" && HasFileScheme(url.data()) == 0))
+    return 0;
+  return std::min(url.find_first_not_of('/', scheme + 1), url.size());
 }
 
-// The part of a URL that is not shown. If the text does not clearly have the form scheme, slashes,
-// user, colon, password, that is everything before the last '@', since it could contain a secret.
-Span SecretOf(std::string_view url) {
-  constexpr auto kNone = std::string_view::npos;
-  const Span nothing = {0, 0};
-  if (HasFileScheme(url.data())) return nothing;
-  const std::size_t begin = AuthorityOf(url);
-  const std::size_t lastAt = url.rfind('@');
-  const std::size_t authorityEnd = std::min(url.find_first_of("/?#", begin), url.size());
-  const bool hasScheme = begin > 0;
-  std::size_t colon = url.find(':', begin);
-  if (url.substr(begin, 1) == "[") {
-    // The colons in a numeric address are not separators.
-    const std::size_t address = url.find_first_not_of(kAddressCharacters, begin + 1);
-    if (address == kNone || url[address] != ']') {
-      return lastAt == kNone || lastAt < begin ? nothing : Span{begin, lastAt};
-    }
-    colon = url.find(':', address);
-  } else if (lastAt != kNone && lastAt > begin) {
-    const std::size_t user = std::min(url.find_first_not_of(kUserCharacters, begin), lastAt);
-    const bool plain = hasScheme ? user == lastAt || url[user] == ':' || user == authorityEnd
-                                 : user == lastAt || (url[user] == ':' && lastAt < authorityEnd);
-    if (!plain) return {hasScheme ? begin : 0, lastAt};
+// Where the authority ends for a library that reads URLs.
+std::size_t EndOfAuthority(std::string_view url, std::size_t begin) {
+  return std::min(url.find_first_of("/?#", begin), url.size());
+}
+
+// Whether the text after a colon is a port, and not a password.
+bool IsPort(std::string_view url, std::size_t colon) {
+  const std::size_t end = EndOfAuthority(url, colon + 1);
+  return url.find_first_not_of(kDigits, colon + 1) >= end;
+}
+
+// The end of a numeric address in brackets and of its port, whose colons separate no password.
+// `begin` when there is no bracket, kNone when it opens something else.
+std::size_t EndOfAddress(std::string_view url, std::size_t begin) {
+  if (url.substr(begin, 1) != "[") return begin;
+  const std::size_t end = url.find_first_not_of(kAddressCharacters, begin + 1);
+  if (end == kNone || url[end] != ']') return kNone;
+  const bool hasPort = url.substr(end + 1, 1) == ":" && IsPort(url, end + 1);
+  return hasPort ? EndOfAuthority(url, begin) : end + 1;
+}
+
+// The part of a text with an '@' at `at` that is not shown. A password that was not escaped may
+// contain the characters that end an authority, and digits may begin it, so what looks like a port
+// or a path can be a part of it.
+Span SecretBefore(std::string_view url, std::size_t begin, std::size_t at) {
+  const bool isFile = HasFileScheme(url.data()) != 0;
+  const std::size_t host = isFile ? begin : EndOfAddress(url, begin);
+  if (host == kNone) return {begin, at};
+  const std::size_t plainEnd = std::min(url.find_first_not_of(kUserCharacters, host), at);
+  if (plainEnd == at) return kNothing;
+  const std::size_t end = EndOfAuthority(url, begin);
+  if (begin == 0) return url[plainEnd] == ':' && at < end ? Span{plainEnd + 1, at} : Span{0, at};
+  if (url[plainEnd] != ':' && plainEnd < end && !isFile) return {begin, at};
+  const std::size_t colon = std::min(url.find(':', host), at);
+  return colon == at ? kNothing : Span{colon + 1, at};
+}
+
+// The part, in a text without '@' from `begin` on, that is in the place of a port but is no number.
+Span SecretAtPort(std::string_view url, std::size_t begin) {
+  if (HasFileScheme(url.data()) != 0) return kNothing;
+  const std::size_t host = EndOfAddress(url, begin);
+  if (host == kNone) return {begin, url.size()};
+  const std::size_t end = begin == 0 ? url.size() : EndOfAuthority(url, begin);
+  for (std::size_t colon = url.find(':', host); colon < end; colon = url.find(':', colon + 1)) {
+    // Without a clear scheme, a colon before slashes may be that of one.
+    const bool isOfScheme = begin == 0 && url.find_first_of("/\\", colon) == colon + 1;
+    if (!isOfScheme && !IsPort(url, colon)) return {colon + 1, url.size()};
   }
-  if (colon == kNone || colon >= authorityEnd) return nothing;
-  // User and password end at the last '@' of the authority. A password that was not escaped may
-  // contain the characters that end an authority. The port is then not a number, and the password
-  // extends to the last '@' of the whole text.
-  const std::size_t at = url.substr(0, authorityEnd).rfind('@');
-  if (at != kNone && at > colon) return {colon + 1, at};
-  const std::size_t port = url.find_first_not_of(kDigits, colon + 1);
-  if (std::min(port, url.size()) >= authorityEnd) return nothing;
-  return {colon + 1, lastAt != kNone && lastAt > colon ? lastAt : authorityEnd};
+  return kNothing;
+}
+
+// The part of a URL that is not shown: what could be a password, whether a library would read it as
+// one or not. If the text does not clearly begin as a URL, that is everything before the last '@'.
+Span SecretOf(std::string_view url) {
+  const std::size_t begin = AuthorityOf(url);
+  const std::size_t at = url.rfind('@');
+  if (at == kNone || at < begin) return SecretAtPort(url, begin);
+  const Span before = SecretBefore(url, begin, at);
+  const Span after = SecretAtPort(url, at + 1);
+  if (after.IsEmpty()) return before;
+  return {before.IsEmpty() ? after.begin : before.begin, after.end};
+}
+
+constexpr unsigned char kDelete = 0x7f;
+
+unsigned char Byte(const char* text) { return static_cast<unsigned char>(*text); }
+
+// The control characters from 0x80 to 0x9f, with which control sequences can begin too.
+bool IsHighControl(unsigned char byte) { return byte >= 0x80 && byte < 0xa0; }
+
+// The bytes of the control character at `text`, of which those above are one byte or, in UTF-8,
+// two; 0 for any other character.
+std::size_t LengthOfControl(const char* text) {
+  constexpr unsigned char kHighControlLead = 0xc2;
+  if (Byte(text) == kHighControlLead && IsHighControl(Byte(text + 1))) return 2;
+  return Byte(text) < ' ' || Byte(text) == kDelete || IsHighControl(Byte(text)) ? 1 : 0;
+}
+
+// The bytes of the character at `text` when UTF-8 has more than two bytes for it, or two that are
+// no control character; 1 for any other.
+std::size_t LengthOfCharacter(const char* text) {
+  const unsigned char first = Byte(text);
+  if (first <= 0xc2 || first > 0xf4) return 1;
+  const std::size_t length = first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+  for (std::size_t i = 1; i < length; ++i) {
+    if ((Byte(text + i) & 0xc0) != 0x80) return 1;
+  }
+  return length;
 }
 
 // Keeps a line to one line, and free of control sequences for terminals.
 void ReplaceControlCharacters(char* text) {
-  for (; *text != '\0'; ++text) {
-    if (static_cast<unsigned char>(*text) < ' ' || *text == '\x7f') *text = '?';
+  while (*text != '\0') {
+    const std::size_t length = LengthOfCharacter(text);
+    const std::size_t control = length > 1 ? 0 : LengthOfControl(text);
+    std::memset(text, '?', control);
+    text += std::max(length, control);
   }
 }
 
@@ -110,7 +174,7 @@ void LogLine(KRNetAccess* access, u16 level, const char* format, ...) {
 LoggableUrl::LoggableUrl(const char* url) : m_text(url) {
   const std::string_view text(url);
   const Span secret = SecretOf(text);
-  if (secret.begin == secret.end) return;
+  if (secret.IsEmpty()) return;
   m_copy = static_cast<char*>(Allocate(text.size() + 1));
   m_text = m_copy;
   if (m_copy == nullptr) {
