@@ -12,7 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "requests/password.h"
+#include "banks/password.h"
 #include "system/file_descriptor.h"
 
 namespace krofx::command {

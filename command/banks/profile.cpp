@@ -7,7 +7,7 @@
 #include <charconv>
 #include <cstdio>
 
-#include "exchange/url.h"
+#include "banks/url.h"
 #include "input/element_value.h"
 #include "input/parsed_file.h"
 

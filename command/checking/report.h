@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "checking/diagnosis.h"
-#include "exit_status.h"
 #include "input/parsed_file.h"
 #include "output/json.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "exit_status.h"
+#include "system/exit_status.h"
 
 namespace CLI {
 class App;

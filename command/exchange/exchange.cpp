@@ -10,9 +10,9 @@
 #include <cstdio>
 #include <cstring>
 
+#include "banks/url.h"
 #include "exchange/exchange_problem.h"
 #include "exchange/exchange_progress.h"
-#include "exchange/url.h"
 #include "input/certificate_file.h"
 #include "krofx/transport/curl/curl_manager.h"
 #include "krofx/transport/exchange/vyn_net_access.h"

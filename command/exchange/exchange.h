@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "exit_status.h"
 #include "krofx/core/buffer.h"
+#include "system/exit_status.h"
 
 class VYNCurlManager;
 class VYNNetAccess;

@@ -5,9 +5,9 @@
 
 #include <string>
 
-#include "exit_status.h"
 #include "krofx/core/types.h"
 #include "krofx/transport/contract/net_status.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

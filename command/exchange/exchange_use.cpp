@@ -2,8 +2,8 @@
 
 #include "exchange/exchange_use.h"
 
+#include "banks/url.h"
 #include "exchange/profile_asker.h"
-#include "exchange/url.h"
 #include "requests/sign_on_options.h"
 
 namespace krofx::command {

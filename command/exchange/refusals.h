@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "exit_status.h"
 #include "input/element_tree.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

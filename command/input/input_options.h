@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "exit_status.h"
 #include "input/parsed_file.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
-#include "exit_status.h"
 #include "input/transaction_stream.h"
 #include "krofx/krofx.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

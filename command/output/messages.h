@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "exit_status.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

@@ -5,8 +5,8 @@
 
 #include <string>
 
-#include "exit_status.h"
 #include "krofx/core/buffer.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

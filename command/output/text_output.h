@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <string>
 
-#include "exit_status.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

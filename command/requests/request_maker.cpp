@@ -8,13 +8,13 @@
 #include <ctime>
 
 #include "banks/client_id.h"
+#include "banks/password.h"
 #include "banks/password_command.h"
+#include "input/built_text.h"
 #include "input/parsed_file.h"
-#include "output/built_text.h"
 #include "output/characters.h"
 #include "output/messages.h"
 #include "requests/arguments.h"
-#include "requests/password.h"
 
 namespace krofx::command {
 

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "banks/profile.h"
-#include "exit_status.h"
 #include "krofx/krofx.h"
 #include "requests/sign_on_options.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

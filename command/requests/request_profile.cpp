@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "exchange/url.h"
+#include "banks/url.h"
 #include "requests/request_maker.h"
 
 namespace krofx::command {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "banks/bank.h"
-#include "exit_status.h"
+#include "system/exit_status.h"
 
 class KRBuffer;
 

@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "banks/bank.h"
+#include "banks/password.h"
 #include "command_line/command_line.h"
 #include "krofx/core/types.h"
-#include "requests/password.h"
 
 #include "requests/request_use.h"
 

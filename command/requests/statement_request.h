@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "banks/bank.h"
-#include "exit_status.h"
 #include "krofx/krofx.h"
 #include "requests/sign_on_options.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "exit_status.h"
 #include "input/parsed_file.h"
 #include "output/text_form.h"
 #include "output/text_output.h"
 #include "showing/document.h"
 #include "showing/layout.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

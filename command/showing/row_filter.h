@@ -8,10 +8,10 @@
 #include <string>
 #include <unordered_set>
 
-#include "exit_status.h"
 #include "output/exact_decimal.h"
 #include "showing/document.h"
 #include "showing/transaction_columns.h"
+#include "system/exit_status.h"
 
 namespace krofx::command {
 

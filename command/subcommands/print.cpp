@@ -4,9 +4,9 @@
 #include <optional>
 
 #include "command_line/command_line.h"
+#include "input/file_progress.h"
 #include "input/input_files.h"
 #include "input/input_options.h"
-#include "output/file_progress.h"
 #include "output/messages.h"
 #include "showing/document_output.h"
 #include "showing/row_filter.h"

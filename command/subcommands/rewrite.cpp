@@ -5,9 +5,9 @@
 #include <system_error>
 
 #include "command_line/command_line.h"
+#include "input/built_text.h"
+#include "input/file_progress.h"
 #include "input/parsed_file.h"
-#include "output/built_text.h"
-#include "output/file_progress.h"
 #include "output/messages.h"
 #include "output/output_file.h"
 #include "subcommands/subcommands.h"

@@ -4,8 +4,8 @@
 
 #include "command_line/command_line.h"
 #include "command_line/nearest_name.h"
+#include "input/file_progress.h"
 #include "input/input_options.h"
-#include "output/file_progress.h"
 #include "output/messages.h"
 #include "showing/document_output.h"
 #include "showing/row_filter.h"

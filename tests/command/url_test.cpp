@@ -1,6 +1,6 @@
 // The parts of a URL by which the command decides.
 
-#include "exchange/url.h"
+#include "banks/url.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,7 @@
-"""Checks that the includes of the library follow its layers.
+"""Checks that the includes of the library follow its layers, and that no folders include each other.
 
     check_includes.py --root DIR... --layer NAME=LAYER,LAYER...
+    check_includes.py --program DIR
 
 Each --root holds a folder `krofx` with a folder for each layer; sources and generated headers are
 two such roots. Each --layer names the layers that NAME may include besides itself: all that it is
@@ -10,6 +11,9 @@ An include of a layer that is not among them is an error, reported as `file:line
 folder that is no layer, an include of a header that gathers all layers, and a cycle between
 folders, for which the includes that make it are reported. A folder `internal` counts as a part of
 the folder that it is in. The exit status is 1 when there was an error.
+
+A --program is a folder whose files include each other by their paths in it. Only cycles between its
+folders are errors, of which the folder itself is one.
 """
 
 import argparse
@@ -29,7 +33,7 @@ class Include:
 
     path: str
     line: int
-    source: str  # the folder below krofx/ of the file with the line
+    source: str  # the folder of the file with the line, below krofx/ or in the program
     target: str  # the same for the file that it includes; empty for one in krofx/ itself
     text: str
 
@@ -47,13 +51,18 @@ def layer_of(folder):
     return folder.split("/")[0]
 
 
-def read_includes(root, errors):
-    """Gives the includes of the files of all layers below `root`, in the order of their paths."""
-    top = os.path.join(root, "krofx")
+def sources_in(top):
+    """Gives the paths of all sources below a folder, in order."""
     paths = []
     for folder, _, names in os.walk(top):
         paths += [os.path.join(folder, name) for name in names if name.endswith(SOURCES)]
-    for path in sorted(paths):
+    return sorted(paths)
+
+
+def read_includes(root, errors):
+    """Gives the includes of the files of all layers below `root`, in the order of their paths."""
+    top = os.path.join(root, "krofx")
+    for path in sources_in(top):
         source = folder_of(os.path.relpath(path, top).replace(os.sep, "/"))
         if not source:
             continue
@@ -68,6 +77,18 @@ def read_includes(root, errors):
                     continue
                 target = folder_of(text.removeprefix("krofx/"))
                 yield Include(path, number, source, target, text)
+
+
+def read_program_includes(top):
+    """Gives the includes of files of a program by files of it, in the order of their paths."""
+    for path in sources_in(top):
+        source = folder_of(os.path.relpath(path, top).replace(os.sep, "/")) or "."
+        with open(path, encoding="utf-8") as file:
+            for number, line in enumerate(file, 1):
+                match = INCLUDE.match(line)
+                if match and not match.group(1).startswith("krofx/"):
+                    target = folder_of(match.group(1)) or "."
+                    yield Include(path, number, source, target, match.group(1))
 
 
 def check_layers(includes, allowed):
@@ -136,16 +157,27 @@ def check(roots, allowed):
     return errors + list(check_layers(includes, allowed)) + list(check_cycles(includes))
 
 
+def check_program(top):
+    """Gives all errors of a program."""
+    includes = list(read_program_includes(top))
+    errors = [] if includes else [f"no includes below {top}"]
+    return errors + list(check_cycles(includes))
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--root", action="append", required=True)
-    parser.add_argument("--layer", action="append", required=True)
+    parser.add_argument("--root", action="append", default=[])
+    parser.add_argument("--layer", action="append", default=[])
+    parser.add_argument("--program")
     arguments = parser.parse_args()
     allowed = {}
     for layer in arguments.layer:
         name, _, below = layer.partition("=")
         allowed[name] = set(filter(None, below.split(",")))
-    errors = check(arguments.root, allowed)
+    if arguments.program:
+        errors = check_program(arguments.program)
+    else:
+        errors = check(arguments.root, allowed)
     for error in errors:
         print(error)
     return 1 if errors else 0

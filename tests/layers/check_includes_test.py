@@ -83,6 +83,17 @@ class CheckIncludes(unittest.TestCase):
 
     def test_refuses_to_judge_nothing(self):
         self.assertEqual(self.errors(), [f"no includes below {self.root}"])
+        self.assertEqual(check_includes.check_program(self.root), [f"no includes below {self.root}"])
+
+    def test_finds_a_cycle_between_the_folders_of_a_program(self):
+        program = os.path.join(self.root, "krofx")
+        self.write("main.cpp", '#include "input/file.h"', '#include "krofx/core/types.h"')
+        self.write("input/file.h", '#include "output/text.h"', "#include <vector>")
+        self.assertEqual(check_includes.check_program(program), [])
+        path = self.write("output/text.h", '#include "exit_status.h"')
+        errors = check_includes.check_program(program)
+        self.assertEqual(errors[-1], f"{path}:1: exit_status.h closes a cycle between ., input, output")
+        self.assertEqual(len(errors), 3)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
 // Takes a password from a prompt without echo, a descriptor or the environment, and checks it.
 
-#include "requests/password.h"
+#include "banks/password.h"
 
 #include <fcntl.h>
 #include <poll.h>

@@ -1,7 +1,7 @@
 // The text of a tree of objects, and what is said when there is none.
 
-#ifndef KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_
-#define KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_
+#ifndef KROFX_COMMAND_INPUT_BUILT_TEXT_H_
+#define KROFX_COMMAND_INPUT_BUILT_TEXT_H_
 
 #include <string>
 
@@ -27,4 +27,4 @@ std::string RewriteText(const krofx::OfxText& text, const krofx::RewriteOptions&
 
 }  // namespace krofx::command
 
-#endif  // KROFX_COMMAND_OUTPUT_BUILT_TEXT_H_
+#endif  // KROFX_COMMAND_INPUT_BUILT_TEXT_H_

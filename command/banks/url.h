@@ -1,7 +1,7 @@
 // The parts of a URL that the command looks at.
 
-#ifndef KROFX_COMMAND_EXCHANGE_URL_H_
-#define KROFX_COMMAND_EXCHANGE_URL_H_
+#ifndef KROFX_COMMAND_BANKS_URL_H_
+#define KROFX_COMMAND_BANKS_URL_H_
 
 #include <string>
 #include <string_view>
@@ -27,4 +27,4 @@ struct Url {
 
 }  // namespace krofx::command
 
-#endif  // KROFX_COMMAND_EXCHANGE_URL_H_
+#endif  // KROFX_COMMAND_BANKS_URL_H_

@@ -1,7 +1,7 @@
 // What the command answers to the shell.
 
-#ifndef KROFX_COMMAND_EXIT_STATUS_H_
-#define KROFX_COMMAND_EXIT_STATUS_H_
+#ifndef KROFX_COMMAND_SYSTEM_EXIT_STATUS_H_
+#define KROFX_COMMAND_SYSTEM_EXIT_STATUS_H_
 
 namespace krofx::command {
 
@@ -28,4 +28,4 @@ inline ExitStatus Worse(ExitStatus left, ExitStatus right) { return left < right
 
 }  // namespace krofx::command
 
-#endif  // KROFX_COMMAND_EXIT_STATUS_H_
+#endif  // KROFX_COMMAND_SYSTEM_EXIT_STATUS_H_

@@ -1,6 +1,6 @@
 // Counts files on one line of standard error, once the work has taken a second.
 
-#include "output/file_progress.h"
+#include "input/file_progress.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

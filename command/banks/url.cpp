@@ -1,6 +1,6 @@
 // Takes a URL apart, and shows it without what may be secret.
 
-#include "exchange/url.h"
+#include "banks/url.h"
 
 #include <arpa/inet.h>
 

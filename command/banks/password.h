@@ -1,7 +1,7 @@
 // A password on its way from the user into a request.
 
-#ifndef KROFX_COMMAND_REQUESTS_PASSWORD_H_
-#define KROFX_COMMAND_REQUESTS_PASSWORD_H_
+#ifndef KROFX_COMMAND_BANKS_PASSWORD_H_
+#define KROFX_COMMAND_BANKS_PASSWORD_H_
 
 #include <string>
 
@@ -42,4 +42,4 @@ class Password {
 
 }  // namespace krofx::command
 
-#endif  // KROFX_COMMAND_REQUESTS_PASSWORD_H_
+#endif  // KROFX_COMMAND_BANKS_PASSWORD_H_

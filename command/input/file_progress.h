@@ -1,7 +1,7 @@
 // Progress on standard error, for a person who waits.
 
-#ifndef KROFX_COMMAND_OUTPUT_FILE_PROGRESS_H_
-#define KROFX_COMMAND_OUTPUT_FILE_PROGRESS_H_
+#ifndef KROFX_COMMAND_INPUT_FILE_PROGRESS_H_
+#define KROFX_COMMAND_INPUT_FILE_PROGRESS_H_
 
 #include <condition_variable>
 #include <cstddef>
@@ -42,4 +42,4 @@ class FileProgress {
 
 }  // namespace krofx::command
 
-#endif  // KROFX_COMMAND_OUTPUT_FILE_PROGRESS_H_
+#endif  // KROFX_COMMAND_INPUT_FILE_PROGRESS_H_

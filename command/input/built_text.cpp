@@ -1,6 +1,6 @@
 // Builds a tree, and says in words why one was not built.
 
-#include "output/built_text.h"
+#include "input/built_text.h"
 
 #include "input/parsed_file.h"
 #include "krofx/host/build_reason.h"
