@@ -29,8 +29,9 @@ constexpr struct {
 constexpr char kUsage[] = "Usage: krofx COMMAND [OPTIONS], krofx --help, krofx --version\n\n";
 
 constexpr char kFooter[] =
-    "\"krofx help COMMAND\" says more; \"man krofx\" says all, with examples. Exit codes:\n"
-    "0 done, 1 warnings, 2 not usable, 3 network, 4 refused, 5 sign-on refused.";
+    "\"krofx help COMMAND\" says more; \"man krofx\" says all, with examples.\n"
+    "Exit codes: 0 done, 1 warnings, 2 not usable, 3 network, 4 refused,\n"
+    "5 sign-on refused, 6 cancelled, 64 wrong use.";
 
 ExitStatus Run(int argc, char** argv) {
   const CommandLine commandLine(

@@ -9,8 +9,6 @@
 
 namespace krofx::command {
 
-namespace {
-
 bool ReadAccount(const Element& element, Account& account) {
   account.number = ValueOf(element, "ACCTID");
   if (element.tag == "BANKACCTFROM") {
@@ -29,6 +27,8 @@ bool ReadAccount(const Element& element, Account& account) {
   account.kind = AccountKind::kCard;
   return element.tag == "CCACCTFROM" && !account.number.empty();
 }
+
+namespace {
 
 // Lists the accounts under the information on them; other places, such as the account that a
 // service is paid from, name accounts that are listed already.

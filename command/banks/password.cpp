@@ -101,6 +101,7 @@ std::string Password::ReadFrom(int descriptor) {
     if (got < 0) return std::string("the password cannot be read: ") + std::strerror(errno);
     if (got == 0 || next == '\n') {
       next = '\0';
+      m_ended = got == 0 && length == 0;
       break;
     }
     if (++length > kMaxBytes) return kTooLong;
@@ -120,8 +121,8 @@ std::string Password::TakeFromEnvironment(const char* name) {
   return fits ? Check() : kTooLong;
 }
 
-std::string Password::Ask(const std::string& whose) {
-  const std::string prompt = "Password of " + SafeLine(whose) + ": ";
+std::string Password::Ask(const std::string& prompt) {
+  const std::string shown = SafeLine(prompt) + ": ";
   const FileDescriptor terminal(::open("/dev/tty", O_RDWR | O_CLOEXEC | O_NOCTTY));
   if (!terminal) {
     return "there is no terminal to ask for the password; use --password-fd or --password-env";
@@ -135,16 +136,36 @@ std::string Password::Ask(const std::string& whose) {
       const PromptSignals signals;
       const SilentTerminal silent(terminal.Get());
       if (!silent.IsActive()) return "the terminal shows what is typed; use --password-fd";
-      Show(terminal.Get(), prompt.c_str());
+      Show(terminal.Get(), shown.c_str());
       if (signals.WaitForInput(terminal.Get())) problem = ReadFrom(terminal.Get());
       Show(terminal.Get(), "\n");
       m_cancelled = Interruption::Came();
       if (m_cancelled) return "interrupted";
+      m_cancelled = m_ended;
+      if (m_cancelled) return "no password was typed";
     }
     if (!PromptSignals::HasStopped()) return problem;
     explicit_bzero(m_text.bytes, sizeof m_text.bytes);
     ::raise(SIGTSTP);  // Returns when the command is in the foreground again.
   }
+}
+
+bool Password::WriteTo(int descriptor) const {
+  Wiped<kMaxBytes> bytes;
+  std::size_t length = 0;
+  for (const char* at = m_text.bytes; *at != '\0'; ++at) {
+    // A character of the code page has up to three bytes, which fit into the room of a short text.
+    std::string one;
+    AppendUtf8(one, FromCodePage1252(static_cast<unsigned char>(*at)));
+    std::memcpy(bytes.bytes + length, one.data(), one.size());
+    length += one.size();
+    explicit_bzero(one.data(), one.size());
+  }
+  return ::write(descriptor, bytes.bytes, length) == static_cast<ssize_t>(length);
+}
+
+bool Password::operator==(const Password& other) const {
+  return std::strcmp(m_text.bytes, other.m_text.bytes) == 0;
 }
 
 // Turns UTF-8 into the code page in its place, which never takes more room.

@@ -24,10 +24,15 @@ class Password {
   /// Takes the value of an environment variable, which is wiped and removed.
   std::string TakeFromEnvironment(const char* name);
   /// Asks on the terminal, without showing what is typed.
-  /// @param whose what the prompt says of it, such as "ada.w at HARBORFED".
-  std::string Ask(const std::string& whose);
+  /// @param prompt such as "Password of ada.w at HARBORFED".
+  std::string Ask(const std::string& prompt);
   /// @return whether the user gave up at the prompt.
   bool WasCancelled() const { return m_cancelled; }
+
+  /// Writes it to an open file, in UTF-8 and without the end of a line.
+  /// @return false when it cannot be written.
+  bool WriteTo(int descriptor) const;
+  bool operator==(const Password& other) const;
 
   /// @return the password in the character set of requests, Windows 1252; never null.
   const char* Get() const { return m_text.bytes; }
@@ -38,6 +43,7 @@ class Password {
 
   Wiped<kMaxBytes + 2> m_text;
   bool m_cancelled = false;
+  bool m_ended = false;  // There was nothing to read.
 };
 
 }  // namespace krofx::command

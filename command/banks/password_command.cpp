@@ -1,4 +1,4 @@
-// Starts the shell with a pipe in place of its standard output.
+// Starts the shell with a pipe in place of its standard output or input.
 
 #include "banks/password_command.h"
 
@@ -25,11 +25,14 @@ constexpr int kNotFound = 127;
 // With the number of a signal, the status of a command that it ended.
 constexpr int kFirstSignalStatus = 128;
 
-// Starts the command with its output in the pipe's end. The number of the error, or 0.
-int Start(const std::string& command, int output, pid_t& child) {
+constexpr char kNotKept[] =
+    "the keyring did not take the password; it needs the command secret-tool and a desktop session";
+
+// Starts the command with the pipe's end as a standard stream. The number of the error, or 0.
+int Start(const std::string& command, int end, int stream, pid_t& child) {
   posix_spawn_file_actions_t actions;
   ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  ::posix_spawn_file_actions_adddup2(&actions, end, stream);
   std::string shell = "sh";
   std::string option = "-c";
   std::string text = command;
@@ -37,6 +40,14 @@ int Start(const std::string& command, int output, pid_t& child) {
   const int error = ::posix_spawn(&child, "/bin/sh", &actions, nullptr, arguments, environ);
   ::posix_spawn_file_actions_destroy(&actions);
   return error;
+}
+
+// Waits for the command's end. Its status, as the shell has it.
+int WaitFor(pid_t child) {
+  int status = 0;
+  while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : kFirstSignalStatus + WTERMSIG(status);
 }
 
 // What follows a verb of secret-tool to name a bank's password, safe from the shell.
@@ -52,6 +63,10 @@ std::string KeyringPlace(const std::string& bank) {
   return " application krofx bank '" + quoted + "'";
 }
 
+std::string StoreCommand(const std::string& bank) {
+  return "secret-tool store --label=krofx" + KeyringPlace(bank);
+}
+
 }  // namespace
 
 std::string ReadFromCommand(const std::string& command, Password& password) {
@@ -61,15 +76,12 @@ std::string ReadFromCommand(const std::string& command, Password& password) {
   pid_t child = 0;
   {
     const FileDescriptor writing(ends[1]);
-    const int error = Start(command, writing.Get(), child);
+    const int error = Start(command, writing.Get(), STDOUT_FILENO, child);
     if (error != 0) return std::string("password-command cannot be run: ") + std::strerror(error);
   }
   std::string problem = password.ReadFrom(reading.Get());
   reading.Close();
-  int status = 0;
-  while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  const int code = WIFEXITED(status) ? WEXITSTATUS(status) : kFirstSignalStatus + WTERMSIG(status);
+  const int code = WaitFor(child);
   // A command that prints more lines ends by the signal of a closed pipe.
   const bool cut = code == kFirstSignalStatus + SIGPIPE;
   if (code == 0 || (cut && problem.empty())) return problem;
@@ -83,11 +95,21 @@ bool ReadFromKeyring(const std::string& bank, Password& password) {
 }
 
 std::string StoreInKeyring(const std::string& bank) {
-  const std::string command = "secret-tool store --label=krofx" + KeyringPlace(bank);
-  const int status = std::system(command.c_str());
-  if (WIFEXITED(status) && WEXITSTATUS(status) == 0) return {};
-  return "the keyring did not take the password; it needs the command secret-tool and a desktop "
-         "session";
+  const int status = std::system(StoreCommand(bank).c_str());
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? "" : kNotKept;
+}
+
+std::string StoreInKeyring(const std::string& bank, const Password& password) {
+  int ends[2];
+  if (::pipe2(ends, O_CLOEXEC) != 0) return std::strerror(errno);
+  const FileDescriptor reading(ends[0]);
+  FileDescriptor writing(ends[1]);
+  // It is shorter than what a pipe holds.
+  if (!password.WriteTo(writing.Get())) return kNotKept;
+  writing.Close();
+  pid_t child = 0;
+  if (Start(StoreCommand(bank), reading.Get(), STDIN_FILENO, child) != 0) return kNotKept;
+  return WaitFor(child) == 0 ? "" : kNotKept;
 }
 
 }  // namespace krofx::command

@@ -23,6 +23,10 @@ bool ReadFromKeyring(const std::string& bank, Password& password);
 /// @return empty, or what went wrong.
 std::string StoreInKeyring(const std::string& bank);
 
+/// Keeps a password of a bank in the keyring, in the place of the one there.
+/// @return empty, or what went wrong.
+std::string StoreInKeyring(const std::string& bank, const Password& password);
+
 }  // namespace krofx::command
 
 #endif  // KROFX_COMMAND_BANKS_PASSWORD_COMMAND_H_

@@ -60,7 +60,8 @@ std::string DescribeRules(const PasswordRules& rules) {
                                             : "letters or digits";
   if (rules.special) text += ", special characters";
   text += rules.spaces ? ", blanks" : ", no blanks";
-  return rules.caseMatters ? text : text + ", in large or small letters alike";
+  if (!rules.caseMatters) text += ", in large or small letters alike";
+  return rules.mustChange ? text + "; to be changed at the first sign-on" : text;
 }
 
 }  // namespace krofx::command

@@ -16,9 +16,10 @@ struct PasswordRules {
   int most = 0;            ///< Characters.
   std::string characters;  ///< A CHARTYPE, such as ALPHAORNUMERIC.
   bool caseMatters = true;
-  bool special = true;     ///< Other characters than letters, digits and blanks may be in it.
-  bool spaces = true;      ///< Blanks may be in it.
-  bool canChange = false;  ///< The institution changes passwords on request.
+  bool special = true;      ///< Other characters than letters, digits and blanks may be in it.
+  bool spaces = true;       ///< Blanks may be in it.
+  bool canChange = false;   ///< The institution changes passwords on request.
+  bool mustChange = false;  ///< The first sign-on has to change the password.
 };
 
 /// The rule that a password breaks, so that it cannot be right.

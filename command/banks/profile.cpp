@@ -31,6 +31,20 @@ bool IsTrue(const Element& element, std::string_view tag) {
   return ValueOf(element, tag) == "true";
 }
 
+// What of a message set is offered, where that is said.
+void ReadParts(const Element& version, OfferedSet& set) {
+  const Element* const transfers = version.Find("XFERPROF");
+  set.transfers = transfers != nullptr;
+  // A bill-pay service says how long before its date a payment is made from its model.
+  set.recurring = (transfers != nullptr && IsTrue(*transfers, "CANRECUR")) ||
+                  NumberOf(version, "MODELWND") > 0 || IsTrue(version, "NORV.CANRECUR");
+  set.stopChecks = version.Find("STPCHKPROF") != nullptr;
+  const Element* const letters = version.Find("EMAILPROF");
+  set.mail =
+      (letters != nullptr && (IsTrue(*letters, "CANEMAIL") || IsTrue(*letters, "CANNOTIFY"))) ||
+      IsTrue(version, "MAILSUP") || IsTrue(version, "CANEMAIL");
+}
+
 void ReadSets(const Element& list, std::vector<OfferedSet>& sets) {
   for (const Element& family : list.children) {
     for (const Element& version : family.children) {
@@ -45,6 +59,7 @@ void ReadSets(const Element& list, std::vector<OfferedSet>& sets) {
       set.realm = ValueOf(*core, "SIGNONREALM");
       set.encrypted = ValueOf(*core, "OFXSEC") == kEncrypted;
       set.syncMode = ValueOf(*core, "SYNCMODE");
+      ReadParts(version, set);
       sets.push_back(std::move(set));
     }
   }
@@ -62,6 +77,7 @@ void ReadRealms(const Element& list, std::vector<PasswordRules>& realms) {
     rules.special = IsTrue(each, "SPECIAL");
     rules.spaces = IsTrue(each, "SPACES");
     rules.canChange = IsTrue(each, "PINCH");
+    rules.mustChange = IsTrue(each, "CHGPINFIRST");
     realms.push_back(std::move(rules));
   }
 }

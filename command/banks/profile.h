@@ -30,6 +30,13 @@ struct OfferedSet {
   std::string realm;       ///< Whose passwords sign on to it.
   bool encrypted = false;  ///< Passwords are encrypted within OFX, besides TLS.
   std::string syncMode;    ///< FULL or LITE.
+  bool transfers = false;  ///< They can be ordered.
+  bool recurring = false;  ///< So can transfers or payments again and again.
+  bool stopChecks = false;
+  bool mail = false;  ///< It takes letters or sends them.
+
+  /// It tells of each thing once, and so never again.
+  bool TellsOnce() const { return syncMode == "LITE"; }
 };
 
 /// A profile.

@@ -17,6 +17,7 @@ enum class Service {
   kCard,
   kInvestment,
   kInterbank,
+  kWire,
   kBillPay,
   kMail,
   kProfile

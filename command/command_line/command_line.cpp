@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 
+#include "command_line/help_text.h"
 #include "command_line/nearest_name.h"
 #include "output/messages.h"
 
@@ -63,6 +64,39 @@ std::string NameUnknown(const CLI::App& app, const CLI::App& last) {
                                           : first + " is not a subcommand";
 }
 
+std::vector<OptionDescription> DescribeOptions(const CLI::App& app) {
+  std::vector<OptionDescription> found;
+  for (const CLI::Option* const option : app.get_options()) {
+    OptionDescription each;
+    for (const std::string& name : option->get_snames()) each.names.push_back("-" + name);
+    for (const std::string& name : option->get_lnames()) each.names.push_back("--" + name);
+    if (each.names.empty()) each.names.push_back(option->get_name());
+    each.help = option->get_description();
+    each.title = option->get_group();
+    each.isPlain = option->get_positional();
+    each.isRequired = option->get_required();
+    each.isRepeated = option->get_expected_max() > 1;
+    each.takesValue = option->get_items_expected_max() > 0;
+    each.isNumber = option->get_type_name().starts_with("INT");
+    found.push_back(std::move(each));
+  }
+  return found;
+}
+
+std::string WriteHelp(const CLI::App* app, const std::string&, CLI::AppFormatMode) {
+  HelpPage page{app->get_description(),
+                "krofx " + PathOf(*app),
+                DescribeOptions(*app),
+                {},
+                app->get_footer()};
+  for (const CLI::App* const each : app->get_subcommands([](const CLI::App*) { return true; })) {
+    if (!each->get_group().empty()) {
+      page.subcommands.emplace_back(each->get_name(), each->get_description());
+    }
+  }
+  return LayOut(page);
+}
+
 // The library's own words name the option but not always its value, which is left out then.
 std::string Describe(const CLI::App& app, const CLI::App& last, const CLI::ParseError& error) {
   const std::string text = error.what();
@@ -79,6 +113,19 @@ std::string Describe(const CLI::App& app, const CLI::App& last, const CLI::Parse
     default:
       return text;
   }
+}
+
+bool NamesUnknownSubcommand(const CLI::App& app, const CLI::App& last) {
+  const std::vector<std::string> left = app.remaining(true);
+  return !left.empty() && !left.front().starts_with("-") && !NamesOfSubcommands(last).empty();
+}
+
+ExitStatus RefuseUse(const CLI::App& app, const CLI::App& last, const std::string& problem) {
+  const std::string path = PathOf(last);
+  const std::string whole = path.empty() ? app.get_name() : app.get_name() + " " + path;
+  Complain(path.empty() ? "command line" : path,
+           problem + "; see \"" + whole + " --help\"" + SuggestInstead(app, last));
+  return kExitWrongUse;
 }
 
 }  // namespace
@@ -151,12 +198,7 @@ std::string Subcommand::GetName() const { return m_app->get_name(); }
 
 std::string Subcommand::GetPurpose() const { return m_app->get_description(); }
 
-std::string Subcommand::GetHelp() const {
-  const CLI::App* const parent = m_app->get_parent();
-  if (parent == nullptr) return m_app->help();
-  const std::string above = PathOf(*parent);
-  return m_app->help("krofx" + (above.empty() ? "" : " " + above));
-}
+std::string Subcommand::GetHelp() const { return m_app->help(); }
 
 std::vector<Subcommand> Subcommand::ListSubcommands() const {
   std::vector<Subcommand> found;
@@ -166,19 +208,7 @@ std::vector<Subcommand> Subcommand::ListSubcommands() const {
   return found;
 }
 
-std::vector<OptionDescription> Subcommand::ListOptions() const {
-  std::vector<OptionDescription> found;
-  for (const CLI::Option* const option : m_app->get_options()) {
-    OptionDescription each;
-    for (const std::string& name : option->get_lnames()) each.names.push_back("--" + name);
-    for (const std::string& name : option->get_snames()) each.names.push_back("-" + name);
-    if (each.names.empty()) each.names.push_back(option->get_name());
-    each.help = option->get_description();
-    each.takesValue = option->get_items_expected_max() > 0;
-    found.push_back(std::move(each));
-  }
-  return found;
-}
+std::vector<OptionDescription> Subcommand::ListOptions() const { return DescribeOptions(*m_app); }
 
 void Subcommand::SetGroup(const std::string& title) const { m_app->group(title); }
 
@@ -212,6 +242,7 @@ void Subcommand::OnRun(std::unique_ptr<Action> action) const {
 CommandLine::CommandLine(const char* name, const char* purpose, const char* version)
     : m_app(std::make_unique<CLI::App>(purpose, name)) {
   m_app->require_subcommand(1);
+  m_app->formatter_fn(WriteHelp);
   m_app->set_version_flag("--version", version);
 }
 
@@ -226,17 +257,17 @@ ExitStatus CommandLine::Run(int argc, char** argv) const {
   } catch (const CLI::RuntimeError& ended) {
     return static_cast<ExitStatus>(ended.get_exit_code());
   } catch (const CLI::Success& asked) {
+    const CLI::App& last = FindLast(*m_app);
+    // The help of a command that there is not is not that of the one above it.
+    if (NamesUnknownSubcommand(*m_app, last)) {
+      return RefuseUse(*m_app, last, NameUnknown(*m_app, last));
+    }
     std::ostringstream text;
     m_app->exit(asked, text, text);
     return WriteStandardOutput(text.str());
   } catch (const CLI::ParseError& error) {
     const CLI::App& last = FindLast(*m_app);
-    const std::string path = PathOf(last);
-    const std::string whole = path.empty() ? m_app->get_name() : m_app->get_name() + " " + path;
-    const std::string problem = Describe(*m_app, last, error);
-    Complain(path.empty() ? "command line" : path,
-             problem + "; see \"" + whole + " --help\"" + SuggestInstead(*m_app, last));
-    return kExitWrongUse;
+    return RefuseUse(*m_app, last, Describe(*m_app, last, error));
   }
 }
 

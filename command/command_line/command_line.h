@@ -43,7 +43,12 @@ class Option {
 struct OptionDescription {
   std::vector<std::string> names;  ///< With their hyphens, or the name of a plain argument.
   std::string help;
+  std::string title;  ///< That the help lists it under.
+  bool isPlain = false;
+  bool isRequired = false;
+  bool isRepeated = false;
   bool takesValue = false;
+  bool isNumber = false;
 };
 
 /// What runs when a subcommand is the one that was asked for.
@@ -97,7 +102,7 @@ class Subcommand {
   /// The help of the command itself is this text and the subcommands under their titles.
   void SetShortHelp(const std::string& usage) const;
 
-  /// What the help says after the options.
+  /// What the help says after the options: a line for each paragraph, however long.
   void SetFooter(const std::string& text) const;
 
   /// Says what runs when this subcommand is the one that was asked for.

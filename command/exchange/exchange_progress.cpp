@@ -44,15 +44,20 @@ void ExchangeProgress::Take(KROpCode code, void* a, void* b) {
 
 void ExchangeProgress::Show(KROpCode code, std::size_t done, std::size_t all) {
   const auto now = std::chrono::steady_clock::now();
-  if (m_shown && code == m_code && now - m_when < kPause) return;
+  // All is sent, and the answer has not begun.
+  const bool waits = code == KROpCode_Sending && all > 0 && done >= all;
+  if (m_shown && code == m_code && waits == m_waits && now - m_when < kPause) return;
   if (!m_shown || code != m_code) m_begin = now;
   m_code = code;
+  m_waits = waits;
   m_when = now;
   m_shown = true;
-  const char* const what = code == KROpCode_Sending     ? "sending to"
+  const char* const what = waits                        ? "waiting for"
+                           : code == KROpCode_Sending   ? "sending to"
                            : code == KROpCode_Receiving ? "receiving from"
                                                         : "connecting to";
   std::fprintf(stderr, "\r\033[Kkrofx: %s %s", what, m_where.c_str());
+  if (waits) done = 0;
   if (done > 0) std::fprintf(stderr, ": %zu", done);
   if (done > 0 && all > 0) std::fprintf(stderr, " of %zu", all);
   if (done > 0) {

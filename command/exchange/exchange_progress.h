@@ -30,6 +30,7 @@ class ExchangeProgress {
   std::string m_where;
   bool m_shown = false;
   KROpCode m_code = KROpCode_Connecting;
+  bool m_waits = false;  // For the answer.
   std::chrono::steady_clock::time_point m_when;
   std::chrono::steady_clock::time_point m_begin;  // Of the step.
 };

@@ -47,6 +47,15 @@ std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const st
   return account;
 }
 
+std::unique_ptr<KRInvAcctFrom> MakeInvestmentAccount(const Account& given, RequestMaker& maker) {
+  auto account = maker.Make<KRInvAcctFrom>(KRTag_INVACCTFROM);
+  maker.SetText("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
+                &KRInvAcctFrom::GetBrokerID);
+  maker.SetText("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
+                &KRInvAcctFrom::GetAccountID);
+  return account;
+}
+
 std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& first, const std::string& last,
                                            bool include, RequestMaker& maker) {
   const std::string from = ResolveDay(first);

@@ -12,6 +12,7 @@ namespace krofx::command {
 
 class RequestMaker;
 class Subcommand;
+struct Account;
 
 /// A bank account of the user, as the command line names it.
 struct BankAccountOptions {
@@ -35,6 +36,9 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
 /// Makes a card account; what is wrong with it is noted in `maker` by the option's name.
 std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const std::string& number,
                                              KRTagID tag, RequestMaker& maker);
+
+/// Makes an investment account; what is wrong with it is noted in `maker`.
+std::unique_ptr<KRInvAcctFrom> MakeInvestmentAccount(const Account& given, RequestMaker& maker);
 
 /// @return which transactions a statement is to have. Empty texts leave a side of the span open.
 std::unique_ptr<KRIncTransaction> MakeSpan(const std::string& first, const std::string& last,

@@ -30,15 +30,6 @@ struct Options {
 
 u16 Unless(bool declined) { return declined ? 0 : 1; }
 
-std::unique_ptr<KRInvAcctFrom> MakeAccount(const Account& given, RequestMaker& maker) {
-  auto account = maker.Make<KRInvAcctFrom>(KRTag_INVACCTFROM);
-  maker.SetText("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
-                &KRInvAcctFrom::GetBrokerID);
-  maker.SetText("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
-                &KRInvAcctFrom::GetAccountID);
-  return account;
-}
-
 std::unique_ptr<KRIncPos> MakePositions(const Parts& parts, RequestMaker& maker) {
   auto positions = maker.Make<KRIncPos>(KRTag_INCPOS);
   maker.SetDate("--as-of", ResolveDay(parts.asOf), *positions, &KRIncPos::SetDtAsOf);
@@ -61,7 +52,7 @@ ExitStatus Finish(const std::vector<Account>& accounts, const StatementSpan& spa
   maker.Concern({Service::kInvestment});
   for (const Account& account : accounts) {
     auto payload = maker.Make<KRInvStmtRq>(KRTag_INVSTMTRQ);
-    payload->SetInvAcctFrom(MakeAccount(account, maker).release());
+    payload->SetInvAcctFrom(MakeInvestmentAccount(account, maker).release());
     payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
     payload->SetIncOO(Unless(parts.noOrders));
     payload->SetIncPos(MakePositions(parts, maker).release());

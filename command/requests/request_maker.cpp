@@ -108,7 +108,18 @@ std::string RequestMaker::ReadPassword(Password& password) const {
   if (m_options.takesVariable && std::getenv(kPasswordVariable) != nullptr) {
     return password.TakeFromEnvironment(kPasswordVariable);
   }
-  return password.Ask(m_options.user + " at " + m_options.use->Where(m_options.organisation));
+  return password.Ask("Password of " + m_options.user + " at " +
+                      m_options.use->Where(m_options.organisation));
+}
+
+void RequestMaker::TakePassword() {
+  Password& password = *m_options.password;
+  if (!m_problem.empty() || *password.Get() != '\0') return;
+  const ExitStatus prepared = m_options.use->Prepare();
+  if (prepared != kExitClean) return GiveUp(prepared);
+  const std::string problem = ReadPassword(password);
+  if (password.WasCancelled()) return Fail(kExitCancelled, problem);
+  if (!problem.empty()) Fail(kExitUnusable, problem);
 }
 
 void RequestMaker::AddPassword(KRSignOnRq& signOn) {
@@ -116,19 +127,16 @@ void RequestMaker::AddPassword(KRSignOnRq& signOn) {
     signOn.SetUserPass(KRString(kAnonymous));
     return;
   }
-  Password& password = *m_options.password;
-  if (*password.Get() == '\0') {
-    const std::string problem = ReadPassword(password);
-    if (password.WasCancelled()) return Fail(kExitCancelled, problem);
-    if (!problem.empty()) return Fail(kExitUnusable, problem);
-  }
-  KRUserPassword secret;  // Wipes its memory.
-  secret = password.Get();
-  const std::string broken = m_rules == nullptr ? "" : FindBrokenRule(*m_rules, password.Get());
+  TakePassword();
+  if (!m_problem.empty()) return;
+  const char* const password = m_options.password->Get();
+  const std::string broken = m_rules == nullptr ? "" : FindBrokenRule(*m_rules, password);
   if (!broken.empty()) {
     return Fail(kExitSignOnRefused, "the password cannot be right: by the profile of " +
                                         m_options.bank->name + " " + broken);
   }
+  KRUserPassword secret;  // Wipes its memory.
+  secret = password;
   if (signOn.SetUserPass(secret) != 1) Fail(kExitUnusable, "the password cannot be used");
 }
 
@@ -154,23 +162,28 @@ std::unique_ptr<KRSignOnRq> RequestMaker::MakeSignOn() {
   return signOn;
 }
 
-void RequestMaker::Add(std::unique_ptr<KRTransBase> payload, Service service, KRTagID wrapperTag) {
+KRMessageSetRq& RequestMaker::SetFor(Service service) {
   const KRTagID messageSet = RequestSetOf(service, m_version);
+  const auto set = std::find_if(m_sets.begin(), m_sets.end(), [messageSet](const auto& each) {
+    return each->GetType() == messageSet;
+  });
+  if (set != m_sets.end()) return **set;
+  m_sets.push_back(Make<KRMessageSetRq>(messageSet));
+  return *m_sets.back();
+}
+
+void RequestMaker::Add(std::unique_ptr<KRTransBase> payload, Service service, KRTagID wrapperTag) {
   if (wrapperTag == KRTag_None) wrapperTag = KRTransRq::MsgIDToTranWrapper(payload->GetType());
   auto wrapper = Make<KRTransRq>(wrapperTag);
   char id[37] = "";
   KRUtility::GenerateTransactionID(id);
   wrapper->SetTransUserID(id);
   wrapper->SetActualTrans(payload.release());
-  const auto set = std::find_if(m_sets.begin(), m_sets.end(), [messageSet](const auto& each) {
-    return each->GetType() == messageSet;
-  });
-  if (set != m_sets.end()) {
-    (*set)->AppendTrans(wrapper.release());
-    return;
-  }
-  m_sets.push_back(Make<KRMessageSetRq>(messageSet));
-  m_sets.back()->AppendTrans(wrapper.release());
+  SetFor(service).AppendTrans(wrapper.release());
+}
+
+void RequestMaker::Add(std::unique_ptr<KRSyncRq> sync, Service service) {
+  SetFor(service).AppendSync(sync.release());
 }
 
 ExitStatus RequestMaker::Finish(std::unique_ptr<KRTransBase> payload, Service service,
@@ -188,10 +201,12 @@ ExitStatus RequestMaker::Finish() {
   }
   auto text = std::make_unique<KRBuffer>(4096, 4096);
   if (m_problem.empty()) {
-    auto first = Make<KRMessageSetRq>(RequestSetOf(Service::kSignOn, m_version));
-    first->SetSignOnRq(signOn.release());
+    KRMessageSetRq& first = SetFor(Service::kSignOn);
+    first.SetSignOnRq(signOn.release());
+    // The sign-on comes first.
+    std::stable_partition(m_sets.begin(), m_sets.end(),
+                          [&first](const auto& each) { return each.get() == &first; });
     auto request = Make<KRRequest>(KRTag_OFX);
-    request->AppendMessageSet(first.release());
     for (auto& set : m_sets) request->AppendMessageSet(set.release());
     KRFileRq file;
     file.AddDefaultOFXHeaders(GetVersion());

@@ -27,6 +27,14 @@ class RequestMaker {
   /// be right. What the bank does not offer is noted as a problem.
   void Concern(const std::vector<Service>& services);
 
+  /// @return what its profile says of the passwords that it concerns; null when that is nothing.
+  const PasswordRules* GetRules() const { return m_rules; }
+  /// Reads the password, which Finish otherwise does, so that what is asked for next comes after
+  /// it.
+  void TakePassword();
+  /// @return whether a problem was noted.
+  bool HasFailed() const { return !m_problem.empty(); }
+
   /// @return the message-set version: 1 or 2.
   u16 GetVersion() const { return m_version; }
 
@@ -80,6 +88,8 @@ class RequestMaker {
   /// Puts a payload into its wrapper and message set. Payloads of the same set share it.
   /// @param wrapper the wrapper's tag, for payloads that do not determine it.
   void Add(std::unique_ptr<KRTransBase> payload, Service service, KRTagID wrapper = KRTag_None);
+  /// Puts a synchronisation into its message set.
+  void Add(std::unique_ptr<KRSyncRq> sync, Service service);
   /// Adds the sign-on with the password, and hands the text to its use.
   /// @return the use's exit status, or another one after a complaint.
   ExitStatus Finish();
@@ -102,6 +112,7 @@ class RequestMaker {
   bool IsAnonymous() const { return m_options.mayBeAnonymous && m_options.user.empty(); }
   void AddPassword(KRSignOnRq& signOn);
 
+  KRMessageSetRq& SetFor(Service service);
   void ChooseVersion(const std::vector<Service>& services);
   void ChooseAddress(const std::vector<Service>& services);
   const PasswordRules* FindRules(const std::vector<Service>& services) const;

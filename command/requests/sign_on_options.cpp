@@ -108,9 +108,9 @@ void AddSignOnOptions(const Subcommand& request, SignOnOptions& options,
   use->AddOptions(request);
   request.SetFooter(
       std::string(
-          "The password comes from --password-fd, from --password-env, from what is described for\n"
-          "the bank (keyring, password-command), from the variable KROFX_PASSWORD, or from a\n"
-          "prompt, in this order; there is no option for it, since everybody on the machine can\n"
+          "The password comes from --password-fd, from --password-env, from what is described for "
+          "the bank (keyring, password-command), from the variable KROFX_PASSWORD, or from a "
+          "prompt, in this order; there is no option for it, since everybody on the machine can "
           "see the arguments of a command.\n") +
       use->GetFooter());
 }

@@ -8,6 +8,7 @@
 #include "banks/password_command.h"
 #include "banks/places.h"
 #include "banks/profile_file.h"
+#include "banks/sync_tokens.h"
 #include "banks/url.h"
 #include "command_line/command_line.h"
 #include "exchange/profile_asker.h"
@@ -16,6 +17,7 @@
 #include "output/safe_text.h"
 #include "requests/account_choice.h"
 #include "requests/sign_on_options.h"
+#include "subcommands/bank_password.h"
 #include "subcommands/subcommands.h"
 
 namespace krofx::command {
@@ -161,6 +163,7 @@ ExitStatus Remove(const NameOptions& options) {
   const std::string problem = RemoveFromBanks(bank->name);
   if (!problem.empty()) return Fail("bank remove", problem, kExitUnusable);
   ForgetProfiles(bank->name);
+  ForgetTokens(bank->name);
   Complain("bank remove", bank->name + " is no longer in " + BanksFile());
   return kExitClean;
 }
@@ -280,6 +283,7 @@ void AddBank(const Subcommand& parent) {
   AddNamed(bank, "list", "List the banks", List);
   AddNamed(bank, "show", "Show what is known of a bank", Show);
   AddNamed(bank, "check", "Sign on to a bank, and list its accounts", Check);
+  AddBankPassword(bank);
   AddNamed(bank, "remove", "Forget a bank", Remove);
   bank.SetFooter("The banks are in banks.toml, which you can edit; \"man krofx\" says where.");
 }

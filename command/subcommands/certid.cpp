@@ -58,8 +58,8 @@ void AddCertID(const Subcommand& parent) {
                  "A certificate in PEM, base64 or DER form, or - for standard input")
       .Required();
   certid.SetFooter(
-      "An ID is the base64 text of the certificate's SHA-1 digest, 28 characters. With several\n"
-      "files, each line has the file's name after the ID. Of several certificates in a file the\n"
+      "An ID is the base64 text of the certificate's SHA-1 digest, 28 characters. With several "
+      "files, each line has the file's name after the ID. Of several certificates in a file the "
       "first is taken, which in the file of a server's chain is the server's own.\n"
       "Exit status: 0 printed, 2 not usable, 64 wrong use.");
   certid.OnRun(files, PrintIDs);

@@ -51,7 +51,7 @@ void AddCompletion(const Subcommand& parent) {
   const auto options = std::make_shared<ScriptOptions>();
   completion.AddOption("SHELL", options->shell, "bash, zsh or fish").Required();
   completion.SetFooter(
-      "In bash: source <(krofx completion bash). In zsh: source <(krofx completion zsh), after\n"
+      "In bash: source <(krofx completion bash). In zsh: source <(krofx completion zsh), after "
       "compinit. In fish: krofx completion fish | source.\n"
       "An installed krofx has the scripts where the shells look for them.");
   completion.OnRun(options, PrintScript);

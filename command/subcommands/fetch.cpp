@@ -13,6 +13,7 @@
 #include "requests/request_maker.h"
 #include "showing/document_output.h"
 #include "subcommands/fetch_all.h"
+#include "subcommands/fetch_updates.h"
 #include "subcommands/subcommands.h"
 
 namespace krofx::command {
@@ -86,6 +87,7 @@ void AddFetch(const Subcommand& parent) {
     add(fetch, std::make_shared<SendRequest>());
   }
   AddFetchAll(fetch);
+  AddFetchUpdates(fetch);
 }
 
 }  // namespace krofx::command

@@ -8,13 +8,11 @@
 #include <memory>
 #include <set>
 
-#include "banks/bank_file.h"
-#include "banks/places.h"
 #include "command_line/command_line.h"
 #include "command_line/days.h"
+#include "exchange/bank_visit.h"
 #include "exchange/profile_asker.h"
 #include "exchange/refusals.h"
-#include "exchange/reply_keeper.h"
 #include "input/buffer_copy.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
@@ -34,8 +32,7 @@ constexpr int kUsualOverlap = 7;
 constexpr int kMostOverlap = 366;
 
 struct Options {
-  std::vector<std::string> banks;
-  std::string folder;
+  RoundOptions round;
   std::string from;
   int overlap = kUsualOverlap;
 };
@@ -109,30 +106,24 @@ std::string LastDay(const std::string& folder, const std::string& stem) {
 
 std::string FirstDay(const Options& options, const std::string& stem) {
   if (!options.from.empty()) return options.from;
-  const std::string last = LastDay(options.folder, stem);
+  const std::string last = LastDay(options.round.folder, stem);
   if (last.empty()) return "";
   return TextOf(std::chrono::sys_days(*ParseDay(last)) - std::chrono::days(options.overlap));
 }
 
-// One bank at a time, with one password for all its accounts.
+// Asks for the accounts of one bank.
 class BankAsker {
  public:
   BankAsker(const Bank& bank, const Options& options, bool takesVariable, Count& count)
-      : m_bank(bank), m_options(options), m_count(count) {
-    m_exchange.subcommand = "fetch all";
-    FillExchange(m_exchange, bank);
-    m_signOn.subcommand = "fetch all";
-    m_signOn.takesVariable = takesVariable;
-    m_signOn.use = std::make_shared<ReplyKeeper>(m_exchange);
-    FillSignOn(m_signOn, bank);
-  }
+      : m_bank(bank),
+        m_options(options),
+        m_count(count),
+        m_visit(bank, options.round.subcommand, takesVariable) {}
 
   ExitStatus Run() {
-    ExitStatus exitStatus = CompleteSignOn(m_signOn);
+    ExitStatus exitStatus = m_visit.Open();
     if (exitStatus != kExitClean) return exitStatus;
-    std::vector<Account> accounts = m_bank.accounts;
-    if (accounts.empty()) exitStatus = AskForAccounts(m_signOn, m_exchange, accounts);
-    if (exitStatus != kExitClean) return exitStatus;
+    const std::vector<Account>& accounts = m_visit.GetAccounts();
     if (m_bank.accounts.empty()) m_count.Add(accounts.size());
     const std::vector<std::string> stems = StemsOf(m_bank, accounts);
     for (std::size_t index = 0; index < accounts.size(); ++index) {
@@ -146,17 +137,15 @@ class BankAsker {
 
  private:
   ExitStatus Ask(const Account& account, const std::string& stem) {
-    m_exchange.progress = m_count.Next(m_bank.name + " " + NameOf(account));
-    const auto keeper = std::make_shared<ReplyKeeper>(m_exchange);
-    SignOnOptions signOn = m_signOn;
-    signOn.use = keeper;
-    RequestMaker maker(signOn);
     const StatementSpan span{FirstDay(m_options, stem), "", false};
-    const ExitStatus asked = account.kind == AccountKind::kInvestment
-                                 ? FinishInvestments({account}, span, maker)
-                                 : FinishStatements({account}, span, maker);
-    if (asked != kExitClean) return asked;
-    return Keep(keeper->TakeReply(), account, stem);
+    const auto finish = [&](RequestMaker& maker) {
+      return account.kind == AccountKind::kInvestment ? FinishInvestments({account}, span, maker)
+                                                      : FinishStatements({account}, span, maker);
+    };
+    std::unique_ptr<KRBuffer> reply;
+    const ExitStatus asked =
+        m_visit.Ask(m_count.Next(m_bank.name + " " + NameOf(account)), finish, reply);
+    return asked == kExitClean ? Keep(std::move(reply), account, stem) : asked;
   }
 
   // Keeps a reply that can be used. If another one were kept, the days in it would count as read.
@@ -176,7 +165,7 @@ class BankAsker {
       exitStatus = Worse(exitStatus, kExitUnusable);
     }
     if (exitStatus != kExitClean) return exitStatus;
-    const std::string path = m_options.folder + "/" + stem + "-" + TextOf(Today()) + ".ofx";
+    const std::string path = m_options.round.folder + "/" + stem + "-" + TextOf(Today()) + ".ofx";
     const ExitStatus written = WriteOutput(*copy, path, Privacy::kPrivate);
     return written != kExitClean
                ? written
@@ -186,44 +175,14 @@ class BankAsker {
   const Bank& m_bank;
   const Options& m_options;
   Count& m_count;
-  ExchangeOptions m_exchange;
-  SignOnOptions m_signOn;
+  BankVisit m_visit;
 };
-
-// Those that the command line names, or all.
-ExitStatus ChooseBanks(const Options& options, const BankList& list, std::vector<Bank>& chosen) {
-  std::string problem = list.problem;
-  if (problem.empty() && list.banks.empty()) {
-    problem = "no bank is known; add one with \"krofx bank add\"";
-  }
-  if (!problem.empty()) {
-    Complain("fetch all", problem);
-    return kExitUnusable;
-  }
-  if (options.banks.empty()) chosen = list.banks;
-  for (const std::string& name : options.banks) {
-    const Bank* const bank = FindBank(list, name, problem);
-    if (bank == nullptr) {
-      Complain("fetch all", problem);
-      return kExitWrongUse;
-    }
-    chosen.push_back(*bank);
-  }
-  return kExitClean;
-}
 
 ExitStatus FetchAll(const Options& given) {
   Options options = given;
-  if (options.folder.empty() && !DataFolder().empty())
-    options.folder = DataFolder() + "/statements";
-  const BankList list = ReadBanks();
   std::vector<Bank> banks;
-  const ExitStatus chosen = ChooseBanks(options, list, banks);
-  if (chosen != kExitClean) return chosen;
-  if (const std::string problem = MakePrivateFolder(options.folder); !problem.empty()) {
-    Complain("fetch all", problem);
-    return kExitUnusable;
-  }
+  const ExitStatus prepared = PrepareRound(options.round, banks);
+  if (prepared != kExitClean) return prepared;
   Count count;
   for (const Bank& bank : banks) count.Add(bank.accounts.size());
   ExitStatus exitStatus = kExitClean;
@@ -241,14 +200,13 @@ void AddFetchAll(const Subcommand& parent) {
   const Subcommand all =
       parent.Add("all", "Ask for what is new on all accounts of your banks, and keep the replies");
   const auto options = std::make_shared<Options>();
-  all.AddOption("BANK", options->banks, "Banks, as @harbor; without them all that are known");
-  all.AddOption("--folder", options->folder, "The folder of the replies");
+  AddRoundOptions(all, options->round);
   all.AddOption("--from", options->from, "First day, as 2026-01-31 or -30d");
   all.AddNumber("--overlap", options->overlap, 0, kMostOverlap,
                 "Days before the last time that are asked for again; 7 without this");
   all.SetFooter(
       std::string("Without --from an account is asked for all that it has the first time, and then "
-                  "for what is\nnew since the last day that a reply is kept of.\n"
+                  "for what is new since the last day that a reply is kept of.\n"
                   "Exit status: 0 all kept, 2 a reply is not usable, ") +
       kExchangeStatuses);
   all.OnRun(options, FetchAll);

@@ -19,9 +19,8 @@ enum ExitStatus : int {
 
 /// What help texts say of the statuses of an exchange, after those of the subcommand itself.
 inline constexpr char kExchangeStatuses[] =
-    "3 no reply came, try again,\n"
-    "4 the institution refused, 5 it refused the sign-on (do not try again), 6 cancelled, 64 wrong "
-    "use.";
+    "3 no reply came, try again, 4 the institution refused, 5 it refused the sign-on (do not try "
+    "again), 6 cancelled, 64 wrong use.";
 
 /// @return the worse of two exit statuses.
 inline ExitStatus Worse(ExitStatus left, ExitStatus right) { return left < right ? right : left; }

@@ -37,6 +37,9 @@ KRStatus* MakeStatus(u16 version, s32 code);
 KRProfileRs* MakeProfile(u16 version, const Bank& bank);
 /// The user's accounts.
 KRAccountInfoRs* MakeAccountList(u16 version, const User& user);
+/// What happened since the user last asked; null for a synchronisation that this bank does not
+/// have.
+KRSyncRs* MakeSync(u16 version, KRSyncRq& request, User& user, const Bank& bank);
 /// Fills the statement of a bank account or a card; without `days` there are no bookings in it.
 void FillStatement(KRGenericStatementRs& statement, const Account& account, const Days* days,
                    const KRDateTime& now);

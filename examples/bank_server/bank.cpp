@@ -114,11 +114,12 @@ const Security* Bank::FindTicker(const std::string& ticker) const {
 }
 
 Transfer Bank::Book(Account& from, Account& to, const KRPrecisionInteger& amount,
-                    const KRDateTime& when, const std::string& requestId) {
+                    const KRDateTime& when, const User& user, const std::string& requestId) {
   if (!IsSensible(amount)) return {kInvalidAmount, {}};
-  if (m_requests.count(requestId) != 0) return {kDuplicateRequest, {}};
+  const std::string ofUser = user.id + ' ' + requestId;
+  if (m_requests.count(ofUser) != 0) return {kDuplicateRequest, {}};
   if (from.Available() < amount) return {kInsufficientFunds, {}};
-  m_requests.insert(requestId);
+  m_requests.insert(ofUser);
 
   char id[32];
   std::snprintf(id, sizeof id, "HF-%06zu", m_requests.size());
@@ -140,6 +141,7 @@ Transfer Bank::Book(Account& from, Account& to, const KRPrecisionInteger& amount
                          "From " + from.description,
                          {},
                          {}});
+  m_orders.push_back({requestId, id, &from, &to, amount, when});
   return {kDone, id};
 }
 

@@ -30,6 +30,7 @@ enum Code : s32 {
   kUnknownElement = 2028,
   kInsufficientFunds = 10504,
   kSignOnInvalid = 15500,
+  kPasswordUnchanged = 15503,
 };
 
 /// One booking on an account. All texts are in OFX form; an empty one is left out.
@@ -118,6 +119,16 @@ struct Transfer {
   std::string serverId;
 };
 
+/// A transfer, as the bank remembers it.
+struct Order {
+  std::string requestId;
+  std::string serverId;
+  const Account* from = nullptr;
+  const Account* to = nullptr;
+  KRPrecisionInteger amount;
+  KRDateTime when;
+};
+
 /// The bank. Only one thread at a time may use it.
 class Bank {
  public:
@@ -136,9 +147,11 @@ class Bank {
   /// A security by its ticker.
   const Security* FindTicker(const std::string& ticker) const;
 
-  /// Books a transfer on both accounts, once for each `requestId`.
+  /// Books a transfer on both accounts, once for each `requestId` of a user.
   Transfer Book(Account& from, Account& to, const KRPrecisionInteger& amount,
-                const KRDateTime& when, const std::string& requestId);
+                const KRDateTime& when, const User& user, const std::string& requestId);
+  /// @return the transfers that were made, in their order.
+  const std::deque<Order>& Orders() const { return m_orders; }
 
   /// The bank's address, which profiles contain.
   const std::string& Url() const { return m_url; }
@@ -162,6 +175,7 @@ class Bank {
   std::deque<User> m_users;
   std::vector<Security> m_securities;
   std::set<std::string> m_requests;
+  std::deque<Order> m_orders;
 };
 
 /// The example data.

@@ -12,14 +12,15 @@
 // --profile it gives the profile of a file, which may change meanwhile, in place of its own. The
 // server answers requests of the user ada.w with the password not-a-real-password, whose accounts
 // are in bank_data.cpp, in both versions of the message sets: sign-on, profile, list of accounts,
-// bank, card and investment statements, descriptions of securities, and transfers between own
-// accounts, which change balances until the program ends. Statements have the transactions from the
+// bank, card and investment statements, descriptions of securities, another password, and transfers
+// between own accounts, which change balances until the program ends, and their synchronisation.
+// Statements have the transactions from the
 // first to the last day that a request names, both included; times and zones are ignored.
 //
 // The files: main.cpp reads the command line; server.cpp speaks HTTP; certificates.cpp makes the
 // certificates; answer.cpp turns a request's text into the answer's; request_classes.cpp defines
-// how each part of a request is answered; statement_, investment_ and profile_answers.cpp make the
-// contents of answers; bank.cpp and bank_data.cpp are the bank.
+// how each part of a request is answered; statement_, investment_, profile_ and sync_answers.cpp
+// make the contents of answers; bank.cpp and bank_data.cpp are the bank.
 
 #include <cstdio>
 #include <cstdlib>

@@ -25,6 +25,7 @@ constexpr Wording kWordings[] = {
     {kUnknownElement, "There is no such security"},
     {kInsufficientFunds, "There is not enough in the account"},
     {kSignOnInvalid, "User and password do not fit"},
+    {kPasswordUnchanged, "The password stays as it is"},
 };
 
 // What every message set contains. In a profile of the second version all entries have its tags.
@@ -177,7 +178,7 @@ KRProfileRs* MakeOwnProfile(u16 version, const Bank& bank) {
   rules->SetCaseSen("Y");
   rules->SetSpecial("Y");
   rules->SetSpaces("N");
-  rules->SetPinChange("N");
+  rules->SetPinChange("Y");
   rules->SetChangePinFirst("N");
   KRSignOnInfoList* realms = Factory().NewSignOnInfoList(version);
   realms->AppendSignOnInfo(rules);

@@ -78,7 +78,7 @@ class OwnRequest : public KRRequest {
 
 class OwnMessageSet : public KRMessageSetRq {
  public:
-  // Synchronisations are ignored: this bank has no tokens.
+  // Synchronisations that this bank does not have are ignored.
   u16 ProcessRequest(const ServerImpl* server) override {
     Exchange& exchange = server->Now();
     for (u16 index = 0; index < GetNumTrans(); ++index) {
@@ -88,6 +88,12 @@ class OwnMessageSet : public KRMessageSetRq {
       exchange.transaction = answer;
       transaction.ProcessRequest(server);
       OwnRequest::SetOf(exchange, GetMsgSetVersion(), AnswerTag(GetType()))->AppendTrans(answer);
+    }
+    for (u16 index = 0; exchange.user != nullptr && index < GetNumSync(); ++index) {
+      KRSyncRs* const answer =
+          MakeSync(GetMsgSetVersion(), *GetSync(index), *exchange.user, exchange.bank);
+      if (answer == nullptr) continue;
+      OwnRequest::SetOf(exchange, GetMsgSetVersion(), AnswerTag(GetType()))->AppendSync(answer);
     }
     return 1;
   }
@@ -112,6 +118,23 @@ class OwnTransaction : public KRTransRq {
       GetActualTrans()->ProcessRequest(server);
       if (answer.ValidateTag(KRTag_STATUS) == 0) server->Answer(kGeneralError);
     }
+    return 1;
+  }
+};
+
+class OwnPinChangeRq : public KRPinChangeRq {
+ public:
+  u16 ProcessRequest(const ServerImpl* server) override {
+    User& user = *server->Now().user;
+    if (user.id != static_cast<const char*>(GetUserId()) || user.accounts.empty()) {
+      server->Answer(kPasswordUnchanged);
+      return 1;
+    }
+    user.password = static_cast<const char*>(GetNewUserPass());
+    KRPinChangeRs* answer = Factory().NewPinChangeRs(GetMsgSetVersion());
+    answer->SetUserId(GetUserId());
+    answer->SetDtChanged(server->Now().now);
+    server->Answer(kDone, answer);
     return 1;
   }
 };
@@ -198,9 +221,9 @@ class OwnTransferRq : public KRIntraRq {
     } else if (later) {
       server->Answer(kDateTooFar);
     } else {
-      const std::string id =
-          exchange.user->id + ' ' + std::string(exchange.transaction->GetTransUserID());
-      const Transfer made = exchange.bank.Book(*from, *to, info.GetTranAmount(), exchange.now, id);
+      const Transfer made =
+          exchange.bank.Book(*from, *to, info.GetTranAmount(), exchange.now, *exchange.user,
+                             std::string(exchange.transaction->GetTransUserID()));
       server->Answer(made.code, made.code == kDone ? Confirm(made, info, exchange.now) : nullptr);
     }
     return 1;
@@ -304,6 +327,7 @@ KRMessageSetRq* RequestFactory::NewMessageSetRq(u16 version) {
   return Make<OwnMessageSet>(version);
 }
 KRTransRq* RequestFactory::NewTransRq(u16 version) { return Make<OwnTransaction>(version); }
+KRPinChangeRq* RequestFactory::NewPinChangeRq(u16 version) { return Make<OwnPinChangeRq>(version); }
 KRProfileRq* RequestFactory::NewProfileRq(u16 version) { return Make<OwnProfileRq>(version); }
 KRAccountInfoRq* RequestFactory::NewAccountInfoRq(u16 version) {
   return Make<OwnAccountInfoRq>(version);

@@ -13,6 +13,7 @@ class RequestFactory : public KRDataObjFactory {
   KRRequest* NewRequest(u16 version) override;
   KRMessageSetRq* NewMessageSetRq(u16 version) override;
   KRTransRq* NewTransRq(u16 version) override;
+  KRPinChangeRq* NewPinChangeRq(u16 version) override;
   KRProfileRq* NewProfileRq(u16 version) override;
   KRAccountInfoRq* NewAccountInfoRq(u16 version) override;
   KRBankStatementRq* NewBankStatementRq(u16 version) override;

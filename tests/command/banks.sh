@@ -10,3 +10,15 @@ write_banks() {
   cat >"$banks"
   chmod 600 "$banks"
 }
+
+# Writes a file with the bank harbor, which is at `url`, and with what standard input has.
+write_harbor_at_url() {
+  { cat <<END; cat; } | write_banks
+[harbor]
+url = "$url"
+org = "HARBORFED"
+fid = "40711"
+user = "ada.w"
+root = "$work/ca.pem"
+END
+}

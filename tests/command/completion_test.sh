@@ -29,7 +29,7 @@ offers() {
 offers 'print' pr
 offers 'rewrite request' re
 offers 'statement' fetch st
-offers 'add list show check remove' bank ''
+offers 'add list show check password remove' bank ''
 offers 'harbor halden' bank show ''
 offers 'halden' bank remove hal
 offers '@harbor @halden' fetch statement ''
@@ -73,6 +73,29 @@ expect 64 help prnt
 has err 'prnt is not a subcommand; did you mean print?'
 expect 64 completion tcsh
 has err 'the shells are bash, zsh and fish'
+expect 64 prnt --help
+has err 'prnt is not a subcommand; see "krofx --help"; did you mean print?'
+expect 64 request tranfer --help
+has err 'did you mean transfer?'
+# Every help is in lines of 80 characters, breaks no word, and names the options that must be given.
+names() { "$krofx" complete -- "$@" '' | cut -f 1; }
+for command in $(names | grep -v ^:); do
+  for below in '' $(names "$command" | grep '^[a-z]'); do
+    case $command:$below in help:?* | completion:?*) continue ;; esac
+    # shellcheck disable=SC2086
+    expect 0 $command $below --help
+    [ "$(wc -L <out)" -le 80 ] || fail "the help of $command $below is wider than 80"
+    has out "Usage: krofx $command${below:+ $below} [OPTIONS]"
+  done
+done
+expect 0 request transfer --help
+has out '  --amount TEXT           The amount, as 12.50 (required)'
+has out '  --times NUMBER          How many times; without it there is no end'
+has out '  -o, --output TEXT       The file to write; else standard output'
+has out '  BANK                    A bank of "krofx bank list", as @harbor; else --org'
+has out '                          and --user'
+expect 0 print --help
+has out 'Usage: krofx print [OPTIONS] [FILE...]'
 
 # In the shells.
 mkdir bin

@@ -36,6 +36,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
             self.answer(200, b"")
         elif action == "cut":
             self.answer(200, b"half", claimed=1000)
+        elif action == "file":
+            with open(rest[0], "rb") as file:
+                self.answer(200, file.read())
+        elif action == "keep":
+            with open(rest[0], "wb") as file:
+                file.write(body)
+            self.answer(500, b"kept\n")
         elif action == "garbage":
             self.wfile.write(b"this is no HTTP\r\n\r\n")
         elif action == "never":

@@ -6,13 +6,21 @@ source "$here/servers.sh"
 source "$here/banks.sh"
 start "$3" --ca-file "$work/ca.pem" --cert-file "$work/server.pem"
 
-# What the examples find: the sample statements, a folder of downloads, single ones, and a program
-# that keeps passwords.
+# What the examples find: the sample statements, a folder of downloads, single ones, a new password,
+# and programs that keep passwords, the keyring's with the new one.
 ln -s "$examples" examples
 mkdir bin statements
 ln -s "$krofx" bin/krofx
 printf '#!/bin/sh\n[ "$*" = "show bank/harbor" ] && echo not-a-real-password\n' >bin/pass
-chmod +x bin/pass
+echo another-password >new-password
+cat >bin/secret-tool <<'END'
+#!/bin/sh
+case $1 in
+store) cat "$(dirname "$0")/../new-password" >"$0.kept" ;;
+lookup) cat "$0.kept" ;;
+esac
+END
+chmod +x bin/pass bin/secret-tool
 cp "$examples/checking.ofx" "$examples/card.ofx" statements/
 cp "$examples/checking.ofx" january.ofx
 sed 's/<TRNAMT>-11.91/<TRNAMT>-11.92/' "$examples/checking.ofx" >february.ofx
@@ -35,14 +43,20 @@ while read -r line; do
   esac
   case $line in
     'krofx request transfer'*) has err '12.50 USD from 211370545/00718220946 CHECKING to ' ;;
+    'krofx prnt'*) has err 'prnt is not a subcommand; see "krofx --help"; did you mean print?' ;;
+    'krofx check --quite'*) has err '--quite is not known; see "krofx check --help"; did you mean --quiet?' ;;
+    *'--type help'*) has err 'the types are ATM, BUYDEBT, ' ;;
+    'krofx bank password'*) has err 'the password of ada.w at harbor is changed' ;;
+    *'fetch updates'*) has out 'harbor banking: ' ;;
     *'bank show'*) has out '00718220946 CHECKING' ;;
     *'fetch statement @harbor --from'*) has out 'Card statement: ************4410' ;;
   esac
 done <commands
 for command in print sum diff check rewrite extract certid help completion 'bank add' 'bank check' 'bank list' \
-  'bank show' 'bank remove' 'fetch statement' 'fetch all' 'request transfer' send; do
+  'bank show' 'bank password' 'bank remove' 'fetch statement' 'fetch all' 'fetch updates' 'request transfer' send; do
   grep -q "krofx $command\b" commands || fail "no example of $command"
 done
+grep -q 'krofx bank add.* --keyring' commands || fail 'no example of a keyring'
 for file in transactions.csv request.ofx transfer.ofx reply.ofx download.xml; do
   [ -s "$file" ] || fail "an example wrote no $file"
 done

@@ -13,7 +13,7 @@ import pty
 import re
 import sys
 
-PROMPT = re.compile(rb"Password of [^\r\n]*: ")
+PROMPT = re.compile(rb"(?:P|New p)assword of [^\r\n]*: ")
 
 child, terminal = pty.fork()
 if child == 0:

@@ -1,0 +1,161 @@
+#!/usr/bin/env bash
+# `krofx fetch updates`: what became of orders, by the synchronisations that the profile of a bank offers, and as
+# its SYNCMODE wants it: LITE tells of each thing once, FULL as often as it is asked.
+here=$(cd "$(dirname "$0")" && pwd)
+source "$here/runner.sh" "$@"
+source "$here/servers.sh"
+source "$here/banks.sh"
+export XDG_DATA_HOME=$work/data KROFX_PASSWORD=not-a-real-password
+start "$3" --ca-file "$work/ca.pem" --profile "$work/offered.ofx"
+port=${url##*:}
+port=${port%/ofx}
+# Writes the file of the bank, with keys that standard input has, and with its accounts.
+harbor() {
+  { cat; cat <<END1; } | write_harbor_at_url
+
+[[harbor.account]]
+account = "00718220946"
+bank = "211370545"
+
+[[harbor.account]]
+account = "00718220954"
+bank = "211370545"
+type = "SAVINGS"
+
+[[harbor.account]]
+account = "5500111122224410"
+card = true
+
+[[harbor.account]]
+account = "7-4401-22"
+broker = "harborfed.example"
+END1
+}
+harbor </dev/null
+statements=$XDG_DATA_HOME/krofx/statements
+tokens=$XDG_STATE_HOME/krofx/tokens/harbor
+updates=$statements/harbor-updates-$(date +%Y-%m-%d)
+
+# order AMOUNT: has the bank make a transfer.
+order() {
+  expect 0 request transfer @harbor --account 0946 --to-account 0954 --amount "$1" -o transfer.ofx --force
+  expect 0 send @harbor transfer.ofx -o reply.ofx
+}
+
+# SYNCMODE LITE, as the example bank has it: each thing once, and what was told is never replaced.
+expect 0 fetch updates @harbor
+has out 'harbor banking: nothing new'
+[ -z "$(find "$statements" -type f)" ] || fail 'a file without news'
+order 12.50
+expect 0 fetch updates @harbor
+has out "harbor banking: 1 new, $updates.ofx"
+[ "$(stat -c %a "$updates.ofx")" = 600 ] || fail 'others can read the news'
+[ "$(stat -c %a "$tokens")" = 600 ] || fail 'others can read the tokens'
+expect 0 print "$updates.ofx" --json
+has out '"amount": "12.5"'
+has out '"server_id": "HF-000001"'
+expect 0 fetch updates @harbor
+has out 'nothing new'
+order 7.25
+cp "$updates.ofx" first.ofx
+expect 0 fetch updates
+has out "1 new, $updates.2.ofx"
+cmp -s first.ofx "$updates.ofx" || fail 'news of the same day replaced what was told once'
+expect 0 print "$updates.2.ofx" --json
+has out '"amount": "7.25"'
+lacks out '"amount": "12.5"'
+expect 4 fetch updates @harbor --again
+has err '--again is not possible for banking: it tells of each thing once (SYNCMODE LITE)'
+lacks err investments
+
+# What cannot be kept is asked for again.
+order 3.75
+cp "$tokens" before
+expect 2 fetch updates @harbor --folder /proc
+cmp -s before "$tokens" || fail 'a token of news that are not kept'
+expect 0 fetch updates @harbor
+has out '1 new'
+expect 0 print "$updates.3.ofx" --json
+has out '"amount": "3.75"'
+
+# A refused sign-on, and a bank that is not there, change nothing.
+order 1.25
+cp "$tokens" before
+KROFX_PASSWORD=wrong-password expect 5 fetch updates @harbor
+cmp -s before "$tokens" || fail 'a refused sign-on changed a token'
+# The second version has tokens of its own.
+harbor <<<'version = 2'
+expect 0 fetch updates @harbor
+has out '4 new'
+grep -q '^2.INTRASYNCRQ.*00718220946.CHECKING.4$' "$tokens" || fail 'no token of the second version'
+harbor </dev/null
+expect 0 fetch updates @harbor
+has out '1 new'
+# Tokens of another user or institution are not used.
+sed -i 's/40711/40712/' "$banks"
+expect 0 fetch updates @harbor
+has out '4 new'
+harbor </dev/null
+
+# SYNCMODE FULL: --again has all of it told again.
+rm -rf "$XDG_STATE_HOME/krofx/banks"
+expect 0 fetch profile @harbor --save-reply own.ofx
+sed 's/<SYNCMODE>LITE/<SYNCMODE>FULL/' own.ofx >offered.ofx
+rm -rf "$XDG_STATE_HOME/krofx/banks"
+expect 0 fetch updates @harbor
+expect 0 fetch updates @harbor
+has out 'nothing new'
+expect 0 fetch updates @harbor --again
+has out '4 new'
+expect 0 fetch updates @harbor
+has out 'nothing new'
+
+# A bank that has lost what happened since the last time says so, and this in words.
+stop_servers
+start "$3" --ca-file "$work/ca.pem" --port "$port"
+expect 1 fetch updates @harbor
+has err 'transfers of 00718220946 CHECKING: the institution no longer has all that happened since the last time'
+has err LOSTSYNC
+expect 0 fetch updates @harbor
+
+# Without a profile it is not known what there is to ask.
+harbor <<<'profile = false'
+expect 4 fetch updates @harbor
+has err 'what it has news of is in its profile'
+harbor </dev/null
+expect 64 fetch updates @habor
+has err 'did you mean harbor?'
+expect 0 bank remove harbor
+[ ! -e "$tokens" ] || fail 'the tokens of a bank that was removed are kept'
+
+# What is asked is what the profile offers: in its message sets, with the accounts that each one is about.
+sed -i 's/<CANRECUR>N/<CANRECUR>Y/; s/<CANEMAIL>N/<CANEMAIL>Y/; s|<EMAILPROF>|<STPCHKPROF><PROCENDTM>235900<CANUSERANGE>Y<CANUSEDESC>Y<STPCHKFEE>1</STPCHKPROF>&|' offered.ofx
+core=$(sed -n '/<BANKMSGSETV1>/,/<\/MSGSETCORE>/p' offered.ofx | sed '1d' | tr -d '\n')
+sed -i "s|</MSGSETLIST>|<EMAILMSGSET><EMAILMSGSETV1>$core<MAILSUP>Y<GETMIMESUP>N</EMAILMSGSETV1></EMAILMSGSET>&|" offered.ofx
+start python3 "$here/http_server.py"
+keeper=$url
+start "$3" --http --profile "$work/offered.ofx"
+sed -i "/<BANKMSGSET>/,/<\/BANKMSGSET>/s|<URL>.*|<URL>$keeper/keep/asked-bank|; /<INVSTMTMSGSET>/,/<\/INVSTMTMSGSET>/s|<URL>.*|<URL>$keeper/keep/asked-investment|; s|<EMAILMSGSETV1><MSGSETCORE>\(.*\)<URL>[^<]*|<EMAILMSGSETV1><MSGSETCORE>\1<URL>$keeper/keep/asked-mail|" offered.ofx
+harbor </dev/null
+sed -i '/^root/d' "$banks"
+expect 3 fetch updates @harbor
+asks() { [ "$(grep -c "<$2>" "$1")" -eq "$3" ] || fail "$1 has not $3 of $2"; }
+asks asked-bank INTRASYNCRQ 2
+asks asked-bank RECINTRASYNCRQ 2
+asks asked-bank STPCHKSYNCRQ 2
+asks asked-bank BANKMAILSYNCRQ 3
+[ "$(grep -c '^<TOKEN>0$' asked-bank)" -eq 9 ] || fail 'not all is asked for the first time'
+[ "$(grep -c '^<REJECTIFMISSING>N$' asked-bank)" -eq 9 ] || fail 'the bank may refuse the question'
+lacks asked-bank REFRESH
+asks asked-investment INVMAILSYNCRQ 1
+asks asked-mail MAILSYNCRQ 1
+expect 3 fetch updates @harbor --again
+[ "$(grep -c '^<REFRESH>Y$' asked-bank)" -eq 9 ] || fail '--again does not ask for all'
+lacks asked-bank '<TOKEN>'
+# What the bank leaves unanswered is said.
+sed -i "s|$keeper/keep/asked-bank|$url|" offered.ofx
+rm -rf "$XDG_STATE_HOME/krofx/banks"
+expect 4 fetch updates @harbor
+has err 'the institution answered 2 of 9 questions; the rest is asked again'
+leaves_nothing
+finish
