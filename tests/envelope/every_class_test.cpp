@@ -11,6 +11,7 @@
 #include "krofx/model/internal/embedded_child.h"
 #include "support/every_class.h"
 #include "support/ofx_text.h"
+#include "support/text_setters.h"
 
 namespace krofx::testing {
 namespace {
@@ -141,6 +142,23 @@ TEST_F(EveryClass, KeepsChildrenOutOfListsThatAreNotTheirs) {
       }
     }
   }
+}
+
+TEST_F(EveryClass, StoresTextsByInheritedSettersWhetherItsOwnTableHasTheTagOrNot) {
+  EXPECT_GE(InheritedTextSetters().size(), 190u);
+  for (const TextSetter& setter : InheritedTextSetters()) {
+    SCOPED_TRACE(setter.name);
+    for (const u16 version : {u16{0}, u16{1}, u16{2}}) {
+      const auto object = setter.make();
+      object->SetMsgSetVersion(version);
+      const u16 noted = setter.set(*object, KRString("7"));
+      EXPECT_EQ(noted, object->AnyValidPresent());
+      EXPECT_EQ(Str(setter.get(*object)), "7");
+      EXPECT_EQ(setter.set(*object, KRString()), 3);
+      EXPECT_EQ(setter.get(*object).IsEmpty(), 1);
+    }
+  }
+  EXPECT_EQ(TakeWarnings(), Lines());
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 
 #include "envelope/routing_lists.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/messages/investment/securities.h"
 #include "krofx/messages/signon/status.h"
 #include "support/ofx_text.h"
 
@@ -200,6 +201,17 @@ TEST(KRMessageSetRq, GivesSignOnTransactionsAndSynchronisationsAsChildren) {
   EXPECT_EQ(set->GetChild(2), set->GetTrans(1));
   EXPECT_EQ(set->GetChild(3), set->GetSync(0));
   EXPECT_EQ(set->GetChild(4), nullptr);
+}
+
+TEST(KRMessageSetRs, CountsItsChildrenWithinSixteenBits) {
+  KRMessageSetRs set;
+  set.SetType(KRTag_SECLISTMSGSRSV1);
+  set.SetSecList(new KRSecList);
+  // Only the last entry of each list, as a host may set it.
+  set.SetTrans(65534, new KRTransRs);
+  EXPECT_EQ(set.GetNumberOfChildren(), 65535);
+  set.SetSync(65534, new KRSyncRs);
+  EXPECT_EQ(set.GetNumberOfChildren(), 65535);
 }
 
 TEST(KRMessageSetRq, HandsItsChildrenOut) {
