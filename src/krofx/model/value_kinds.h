@@ -410,6 +410,14 @@ struct ChildArray {
       delete child;
     }
   }
+  static KRDataObj* TakeLast(void* array) {
+    Array& own = *static_cast<Array*>(array);
+    if (own.Entries() == 0 || own.IsShared()) return nullptr;
+    const u16 last = static_cast<u16>(own.Entries() - 1);
+    Child* const child = own.Get(last);
+    own.UnSet(last);
+    return child;
+  }
   static KRBuildStatus Build(const void* array, KRBuilder& builder, KRTagID tag) {
     const Array& own = *static_cast<const Array*>(array);
     if constexpr (std::is_same_v<Child, KRDataObj>) {
@@ -424,8 +432,8 @@ struct ChildArray {
       return KRBuildStatus_Done;
     }
   }
-  static constexpr ChildArrayKind kKind{&Entries,  &Get,   &Set,
-                                        &Truncate, &Build, std::is_same_v<Child, KRDataObj>};
+  static constexpr ChildArrayKind kKind{
+      &Entries, &Get, &Set, &Truncate, &TakeLast, &Build, std::is_same_v<Child, KRDataObj>};
 };
 
 }  // namespace krofx::internal

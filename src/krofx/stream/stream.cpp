@@ -23,13 +23,13 @@ const KRString& NoMemory() {
 
 }  // namespace
 
-KRDataObj& StreamElement::Object() const { return *m_run->Track().Element(); }
+KRDataObj& StreamElement::Object() const { return m_run->Element(); }
 KRTagID StreamElement::Tag() const { return Object().GetType(); }
-std::size_t StreamElement::Number() const { return m_run->Track().NumberOfElement(); }
+std::size_t StreamElement::Number() const { return m_run->NumberOfElement(); }
 const Place& StreamElement::Where() const { return m_run->PlaceOfElement(); }
-KRString StreamElement::Path() const { return m_run->Track().Path(); }
-const KRAccount* StreamElement::Account() const { return m_run->Track().AccountOfElement(); }
-KRDataObj* StreamElement::Around(u16 levels) const { return m_run->Track().Around(levels); }
+KRString StreamElement::Path() const { return m_run->PathOfElement(); }
+const KRAccount* StreamElement::Account() const { return m_run->AccountOfElement(); }
+KRDataObj* StreamElement::Around(u16 levels) const { return m_run->Around(levels); }
 KRString StreamElement::ToUtf8(const KRString& text) const { return m_run->ToUtf8(text); }
 const OfxText& StreamElement::Text() const { return m_run->JudgedText(); }
 
@@ -129,10 +129,22 @@ std::unique_ptr<KRFile> Stream::TakeRoot() {
 
 const List<ReadWarning>& Stream::Warnings() const {
   static const List<ReadWarning> none;
-  return m_run == nullptr ? none : m_run->Records().Warnings();
+  if (m_run == nullptr) return none;
+  const Reading* const mended = m_run->MendedRecords();
+  return mended != nullptr ? mended->warnings : m_run->Records().Warnings();
 }
 
-std::size_t Stream::Unrecorded() const { return m_run == nullptr ? 0 : m_run->Records().Unkept(); }
+const List<Mending>& Stream::Mendings() const {
+  static const List<Mending> none;
+  const Reading* const mended = m_run == nullptr ? nullptr : m_run->MendedRecords();
+  return mended != nullptr ? mended->mendings : none;
+}
+
+std::size_t Stream::Unrecorded() const {
+  if (m_run == nullptr) return 0;
+  const Reading* const mended = m_run->MendedRecords();
+  return mended != nullptr ? mended->unrecorded : m_run->Records().Unkept();
+}
 
 bool Stream::MayHaveCommaAmount() const { return m_run != nullptr && m_run->MayHaveCommaAmount(); }
 

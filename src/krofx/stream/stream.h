@@ -95,7 +95,13 @@ struct StreamOptions {
   /// Whether required tags that are missing are warned about, as by KRSimpleParser::Parse: the
   /// first one of each element that is handed out, and the first one of the rest.
   bool checkRequired = true;
-  /// How many warnings are kept. All are counted, and given to the listener.
+  /// Whether a text that is not clean is mended, as by krofx::Read. Otherwise it is taken to the
+  /// letter.
+  bool mends = false;
+  /// What may be mended. At the first damage of any other kind the stream ends with status 4.
+  MendingKinds mend = MendingKinds::All();
+  /// How many warnings, and how many mendings, are kept. All are counted, and given to the
+  /// listener.
   std::size_t maxRecords = 1000;
   /// Bytes of the text that are in memory at a time.
   u32 window = 256 * 1024;
@@ -113,7 +119,8 @@ enum class StreamState : u8 {
 };
 
 /// Reads one text. Bytes come from a buffer, a file, memory, or in pieces as they arrive. The text
-/// is read as by KRSimpleParser, with the same result for any text.
+/// is read as by KRSimpleParser, with the same result for any text; with StreamOptions::mends as by
+/// krofx::Read, with the same elements and mendings.
 ///
 /// A stream belongs to one thread, whose log of warnings it empties each time it reads. Between two
 /// elements the host may use the library as it likes.
@@ -194,8 +201,8 @@ class KROFX_API Stream {
 
   /// @return whether there may be more, and what it takes.
   StreamState State() const;
-  /// As of KRSimpleParser::Parse, with 7 for any warning. 3 also when something in the text is
-  /// longer than StreamOptions::largestItem. Before the end: what is known so far.
+  /// As of KRSimpleParser::Parse, with 7 for any warning or mending. 3 also when something in the
+  /// text is longer than StreamOptions::largestItem. Before the end: what is known so far.
   KRParseStatus Status() const;
   /// @return why the text could not be read to its end: one English sentence without a capital
   ///         letter and a full stop. Empty when it could, and when it was stopped.
@@ -207,7 +214,10 @@ class KROFX_API Stream {
   std::unique_ptr<KRFile> TakeRoot();
   /// @return the first warnings, in the order of the text.
   const List<ReadWarning>& Warnings() const;
-  /// @return how many warnings there were beyond StreamOptions::maxRecords.
+  /// @return the first mendings, in the order of krofx::Read. Their paths are those of krofx::Read
+  /// once the stream has ended; before that elements of lists have a number in them.
+  const List<Mending>& Mendings() const;
+  /// @return how many warnings and mendings there were beyond StreamOptions::maxRecords.
   std::size_t Unrecorded() const;
   /// @return whether an amount with a comma may have been read. The parser passes over commas, so
   ///         it reads "-11,76" as -1176; krofx::Read mends that.

@@ -76,6 +76,9 @@ struct ChildArrayKind {
   u16 (*set)(void* array, u16 index, KRDataObj* child);
   /// Deletes the entries after the first `entries`; gives up all entries of a shared array.
   void (*truncate)(void* array, u16 entries);
+  /// Takes the last entry out: the child is the caller's then. Null, with nothing changed, for an
+  /// empty or a shared array.
+  KRDataObj* (*takeLast)(void* array);
   KRBuildStatus (*build)(const void* array, KRBuilder& builder, KRTagID tag);
   /// An array for several tags: only the elements whose type is the tag are written for a row.
   bool isMixed;

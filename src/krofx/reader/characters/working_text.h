@@ -30,6 +30,17 @@ class WorkingText {
   WorkingText(const WorkingText&) = delete;
   WorkingText& operator=(const WorkingText&) = delete;
 
+  /// Makes it another part of the bytes as they came.
+  /// @return the buffer of what was made of the part before, if that was edited: views of it stay
+  ///         good as long as it lives.
+  OwnedBuffer Show(std::string_view bytes, std::size_t base) {
+    m_bytes = bytes;
+    m_map = OffsetMap(base);
+    m_base = base;
+    m_original = bytes.size();
+    m_before.reset();
+    return std::move(m_own);
+  }
   std::string_view Bytes() const { return m_bytes; }
   u32 Size() const { return static_cast<u32>(m_bytes.size()); }
   /// @return the byte at a position, NUL after the last.

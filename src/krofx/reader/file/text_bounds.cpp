@@ -70,8 +70,9 @@ bool HasPrefixedOfx(std::string_view text) {
 
 }  // namespace
 
-std::size_t FindTextEnd(std::string_view bytes, std::size_t from) {
-  bool inBody = false;
+namespace {
+
+std::size_t FindEnd(std::string_view bytes, std::size_t from, bool& inBody) {
   const bool hasPrefixes = HasPrefixedOfx(bytes.substr(from));
   for (std::size_t at = bytes.find('<', from); at != std::string_view::npos;
        at = bytes.find('<', at + 1)) {
@@ -95,7 +96,18 @@ std::size_t FindTextEnd(std::string_view bytes, std::size_t from) {
     inBody = inBody || EqualsWithoutCase(name, "OFX") || Contains(name, "MSGSRSV") ||
              Contains(name, "MSGSRQV");
   }
-  return bytes.size();
+  return std::string_view::npos;
+}
+
+}  // namespace
+
+std::size_t FindTextEnd(std::string_view bytes, std::size_t from) {
+  bool inBody = false;
+  return std::min(FindEnd(bytes, from, inBody), bytes.size());
+}
+
+std::size_t FindTextEndInPart(std::string_view part, bool& inBody) {
+  return FindEnd(part, 0, inBody);
 }
 
 bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary) {

@@ -15,6 +15,11 @@ namespace krofx::internal {
 ///         the next text begins, or at the end.
 std::size_t FindTextEnd(std::string_view bytes, std::size_t from);
 
+/// As FindTextEnd, for a text that comes in parts, each of which ends after a '>'.
+/// @param inBody false for the first part; it is kept for the next one.
+/// @return npos when the text goes on after this part.
+std::size_t FindTextEndInPart(std::string_view part, bool& inBody);
+
 /// @return whether another OFX text begins at `from` or after it.
 bool HasText(std::string_view bytes, std::size_t from, const TagDictionary& dictionary);
 

@@ -85,7 +85,7 @@ KRParseStatus MendByteOrderMark(WorkingText& text, Recorder& recorder) {
 
 KRParseStatus MendControlCharacters(WorkingText& text, Recorder& recorder) {
   const std::string_view bytes = text.Bytes();
-  const char* control = FindControl(bytes.begin(), bytes.end());
+  const char* const control = FindControl(bytes.begin(), bytes.end());
   // What follows the last tag is no text, so it needs no mending.
   const std::size_t last = bytes.rfind('>');
   if (last == std::string_view::npos || control >= bytes.data() + last) {
@@ -95,20 +95,31 @@ KRParseStatus MendControlCharacters(WorkingText& text, Recorder& recorder) {
                             {})) {
     return KRParseStatus_Invalid;
   }
-  TextEdit edit(text);
-  const char* kept = bytes.begin();
-  while (control != bytes.end()) {
-    edit.Keep(static_cast<u32>(kept - bytes.begin()), static_cast<u32>(control - bytes.begin()));
-    kept = control + 1;
-    control = FindControl(kept, bytes.end());
-  }
-  edit.Keep(static_cast<u32>(kept - bytes.begin()), text.Size());
-  return edit.Finish() ? KRParseStatus_Accepted : KRParseStatus_Fatal;
+  return TakeOutControlCharacters(text) ? KRParseStatus_Accepted : KRParseStatus_Fatal;
 }
 
 constexpr TextMender kMenders[] = {&MendByteOrderMark, &MendControlCharacters};
 
 }  // namespace
+
+bool HasWideCharacters(std::string_view text) { return FindWidth(text).bytes != 1; }
+
+std::size_t FindControlCharacter(std::string_view text) {
+  return static_cast<std::size_t>(FindControl(text.begin(), text.end()) - text.begin());
+}
+
+bool TakeOutControlCharacters(WorkingText& text) {
+  const std::string_view bytes = text.Bytes();
+  TextEdit edit(text);
+  const char* kept = bytes.begin();
+  for (const char* control = FindControl(kept, bytes.end()); control != bytes.end();
+       control = FindControl(kept, bytes.end())) {
+    edit.Keep(static_cast<u32>(kept - bytes.begin()), static_cast<u32>(control - bytes.begin()));
+    kept = control + 1;
+  }
+  edit.Keep(static_cast<u32>(kept - bytes.begin()), text.Size());
+  return edit.Finish();
+}
 
 KRParseStatus MendWideCharacters(WorkingText& file, Recorder& recorder) {
   const std::string_view bytes = file.Bytes();

@@ -70,28 +70,23 @@ std::string_view NameOf(const DeclaredCharset& declared) {
   return declared.charset;
 }
 
-// How the bytes above 127 go together as UTF-8.
-struct Utf8Count {
-  std::size_t whole = 0;   // Characters.
-  std::size_t broken = 0;  // Bytes that belong to none.
-};
+}  // namespace
 
-Utf8Count CountUtf8(std::string_view text) {
-  Utf8Count count;
-  while (!text.empty()) {
-    if (static_cast<unsigned char>(text.front()) < 0x80) {
-      text.remove_prefix(1);
-      continue;
-    }
+void HighByteCount::Count(std::string_view part) {
+  for (std::string_view rest = part; !rest.empty();) {
+    const auto high = std::find_if(rest.begin(), rest.end(),
+                                   [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    rest.remove_prefix(static_cast<std::size_t>(high - rest.begin()));
+    if (rest.empty()) break;
+    if (!Any()) m_first = m_passed + part.size() - rest.size();
     char32_t code;
-    const std::size_t bytes = DecodeUtf8(text, code);
-    ++(bytes > 1 ? count.whole : count.broken);
-    text.remove_prefix(bytes);
+    const std::size_t bytes = DecodeUtf8(rest, code);
+    ++(bytes > 1 ? m_whole : m_broken);
+    rest.remove_prefix(bytes);
   }
-  return count;
+  m_passed += part.size();
 }
 
-// Writes a text anew in UTF-8 from a position on.
 bool MakeUtf8(WorkingText& text, u32 from, const Charset& charset) {
   TextEdit edit(text);
   const std::string_view bytes = text.Bytes();
@@ -112,9 +107,14 @@ bool MakeUtf8(WorkingText& text, u32 from, const Charset& charset) {
   return edit.Finish();
 }
 
-}  // namespace
-
 bool ChooseCharset(std::string_view text, const DeclaredCharset& declared, Charset& charset,
+                   ChosenCharset& chosen) {
+  HighByteCount bytes;
+  if (HasHighBytes(text)) bytes.Count(text);
+  return ChooseCharset(bytes, declared, charset, chosen);
+}
+
+bool ChooseCharset(const HighByteCount& bytes, const DeclaredCharset& declared, Charset& charset,
                    ChosenCharset& chosen) {
   Charset::Opened opened = charset.Open(CharsetName(NameOf(declared)).Get());
   if (opened == Charset::Opened::kUnknown) {
@@ -122,41 +122,44 @@ bool ChooseCharset(std::string_view text, const DeclaredCharset& declared, Chars
     opened = charset.Open(kUsual);
   }
   if (opened == Charset::Opened::kNoMemory) return false;
-  chosen.ascii = !HasHighBytes(text);
+  chosen.ascii = !bytes.Any();
   if (chosen.ascii) return true;
-  chosen.high = static_cast<std::size_t>(
-      std::find_if(text.begin(), text.end(),
-                   [](char c) { return static_cast<unsigned char>(c) >= 0x80; }) -
-      text.begin());
-  const Utf8Count count = CountUtf8(text);
+  chosen.high = bytes.First();
   const bool saysUtf8 = charset.IsUtf8();
   // Names that were cut to a length leave a piece of a character now and then.
   constexpr std::size_t kMostlyWhole = 4;
-  const bool isUtf8 = saysUtf8 ? count.whole >= count.broken
-                               : count.whole != 0 && count.whole >= kMostlyWhole * count.broken;
+  const bool isUtf8 = saysUtf8
+                          ? bytes.Whole() >= bytes.Broken()
+                          : bytes.Whole() != 0 && bytes.Whole() >= kMostlyWhole * bytes.Broken();
   if (isUtf8 == saysUtf8) return true;
   chosen.lies = true;
   return charset.Open(isUtf8 ? std::string_view("UTF-8") : kUsual) == Charset::Opened::kYes;
 }
 
+DeclaredCharset DeclaredIn(const Header& header) {
+  return {header.Field(KRHeaderTag_ENCODING), header.Field(KRHeaderTag_CHARSET), header.xmlEncoding,
+          header.form == TextForm::kOfx2};
+}
+
+bool SayCharset(const WorkingText& text, const Header& header, const Charset& charset,
+                const ChosenCharset& chosen, std::size_t high, Recorder& recorder) {
+  const std::string_view declared = NameOf(DeclaredIn(header));
+  const auto note = [&](MendingKind kind, std::size_t offset) {
+    return recorder.Note(kind, {offset, PathLog::kNoPath}, "CHARSET", declared, charset.Name());
+  };
+  if (chosen.unknown) {
+    const auto at = static_cast<std::size_t>(declared.data() - header.base);
+    if (!note(MendingKind::kHeaderValue, text.ToOriginal(at))) return false;
+  }
+  return !chosen.lies || note(MendingKind::kCharset, high);
+}
+
 KRParseStatus SettleCharset(WorkingText& text, Header& header, Recorder& recorder, Charset& charset,
                             ChosenCharset& chosen) {
   const std::string_view body = text.Bytes().substr(header.body);
-  const DeclaredCharset declared{header.Field(KRHeaderTag_ENCODING),
-                                 header.Field(KRHeaderTag_CHARSET), header.xmlEncoding,
-                                 header.form == TextForm::kOfx2};
-  if (!ChooseCharset(body, declared, charset, chosen)) return KRParseStatus_Fatal;
-  const auto note = [&](MendingKind kind, std::size_t at) {
-    return recorder.Note(kind, {text.ToOriginal(at), PathLog::kNoPath}, "CHARSET", NameOf(declared),
-                         charset.Name());
-  };
-  if (chosen.unknown) {
-    const auto at = static_cast<std::size_t>(NameOf(declared).data() - header.base);
-    if (!note(MendingKind::kHeaderValue, at)) return KRParseStatus_Invalid;
-  }
-  if (chosen.lies && !note(MendingKind::kCharset, header.body + chosen.high)) {
-    return KRParseStatus_Invalid;
-  }
+  if (!ChooseCharset(body, DeclaredIn(header), charset, chosen)) return KRParseStatus_Fatal;
+  const std::size_t high = text.ToOriginal(header.body + chosen.high);
+  if (!SayCharset(text, header, charset, chosen, high, recorder)) return KRParseStatus_Invalid;
   if (charset.IsUtf8() || !HasForeignReference(body, charset)) return KRParseStatus_Accepted;
   const bool made = (chosen.ascii || MakeUtf8(text, header.body, charset)) &&
                     charset.Open("UTF-8") == Charset::Opened::kYes;

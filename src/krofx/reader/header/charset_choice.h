@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "krofx/core/status.h"
+#include "krofx/core/types.h"
 #include "krofx/reader/characters/charset.h"
 
 namespace krofx::internal {
@@ -31,6 +32,31 @@ struct ChosenCharset {
   std::size_t high = 0;  ///< The first byte above 127.
 };
 
+/// How the bytes above 127 of a text go together. A text may be counted in parts; none of them may
+/// end inside a character.
+class HighByteCount {
+ public:
+  /// Counts those of the next part.
+  void Count(std::string_view part);
+  /// @return whether there are any.
+  bool Any() const { return m_whole != 0 || m_broken != 0; }
+  /// The first one, from the beginning of the text.
+  std::size_t First() const { return m_first; }
+  /// Characters of UTF-8, and bytes that belong to none.
+  std::size_t Whole() const { return m_whole; }
+  std::size_t Broken() const { return m_broken; }
+
+ private:
+  std::size_t m_passed = 0;
+  std::size_t m_first = 0;
+  std::size_t m_whole = 0;
+  std::size_t m_broken = 0;
+};
+
+/// Chooses for a text whose bytes above 127 are known; as for a text.
+bool ChooseCharset(const HighByteCount& bytes, const DeclaredCharset& declared, Charset& charset,
+                   ChosenCharset& chosen);
+
 /// Chooses.
 /// @param charset takes the character set.
 /// @return false when memory is exhausted.
@@ -42,6 +68,20 @@ bool ChooseCharset(std::string_view text, const DeclaredCharset& declared, Chars
 /// @return 0; 3 when memory is exhausted; 4 when something must not be mended.
 KRParseStatus SettleCharset(WorkingText& text, Header& header, Recorder& recorder, Charset& charset,
                             ChosenCharset& chosen);
+
+/// What a text with its header declares.
+DeclaredCharset DeclaredIn(const Header& header);
+
+/// Says what is not in order in the choice for a text.
+/// @param high where in the file the first byte above 127 is.
+/// @return false when it must not be mended.
+bool SayCharset(const WorkingText& text, const Header& header, const Charset& charset,
+                const ChosenCharset& chosen, std::size_t high, Recorder& recorder);
+
+/// Writes a text anew in UTF-8 from a position on.
+/// @param charset the one that it is in.
+/// @return false when memory is exhausted.
+bool MakeUtf8(WorkingText& text, u32 from, const Charset& charset);
 
 }  // namespace krofx::internal
 

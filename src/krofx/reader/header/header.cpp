@@ -265,13 +265,6 @@ bool IsKnown(KRHeaderTag tag, std::string_view value) {
   }
 }
 
-// Whether a text has message sets of the second version.
-bool IsSecondVersion(const WorkingText& text) {
-  const std::string_view bytes = text.Bytes();
-  return bytes.find("MSGSRSV2>") != std::string_view::npos ||
-         bytes.find("MSGSRQV2>") != std::string_view::npos;
-}
-
 // The value of a header field that is true of the texts of the tree. What the file declares
 // stays when it is true and the strict parser knows it.
 std::string_view TrueCharset(KRHeaderTag tag, const Header& header, const Charset& charset,
@@ -302,6 +295,11 @@ bool FindBody(std::string_view text, const TagDictionary& dictionary, u32& body)
   return false;
 }
 
+bool HasSecondVersion(std::string_view text) {
+  return text.find("MSGSRSV2>") != std::string_view::npos ||
+         text.find("MSGSRQV2>") != std::string_view::npos;
+}
+
 bool ReadHeader(const WorkingText& text, Recorder& recorder, Header& header) {
   header.base = text.Bytes().data();
   HeaderReader reader(text, recorder, header);
@@ -312,6 +310,10 @@ KRParseStatus GiveHeader(const WorkingText& text, const Header& header, const Ch
                          bool ascii, Recorder& recorder, KRFile& file) {
   const bool any = std::any_of(std::begin(header.fields), std::end(header.fields),
                                [](std::string_view field) { return !field.empty(); });
+  const auto isSecondVersion = [&] {
+    return header.isSecondVersion.has_value() ? *header.isSecondVersion
+                                              : HasSecondVersion(text.Bytes());
+  };
   for (const FieldName& field : kNames) {
     const std::string_view value = header.Field(field.tag);
     const bool isCharset = field.tag == KRHeaderTag_ENCODING || field.tag == KRHeaderTag_CHARSET;
@@ -319,7 +321,7 @@ KRParseStatus GiveHeader(const WorkingText& text, const Header& header, const Ch
     if (isCharset) {
       taken = TrueCharset(field.tag, header, charset, ascii);
     } else if (value.empty() || !IsKnown(field.tag, value)) {
-      taken = field.tag == KRHeaderTag_VERSION && IsSecondVersion(text) ? "151" : field.usual;
+      taken = field.tag == KRHeaderTag_VERSION && isSecondVersion() ? "151" : field.usual;
     }
     if (header.form == TextForm::kOfx1 && any &&
         (value.empty() || (!isCharset && taken != value))) {

@@ -7,6 +7,7 @@
 #ifndef KROFX_READER_HEADER_HEADER_H_
 #define KROFX_READER_HEADER_HEADER_H_
 
+#include <optional>
 #include <string_view>
 
 #include "krofx/core/tag_dictionary.h"
@@ -32,6 +33,9 @@ struct Header {
   /// Where the body begins: its first tag.
   u32 body = 0;
 
+  /// Whether the text has message sets of the second version; nothing when it has to be looked for.
+  std::optional<bool> isSecondVersion;
+
   /// The first byte of the text that the views are of.
   const char* base = nullptr;
 
@@ -41,6 +45,10 @@ struct Header {
 /// Where the body of a text begins: the first tag of the envelope of OFX.
 /// @return false when there is none.
 bool FindBody(std::string_view text, const TagDictionary& dictionary, u32& body);
+
+/// @return whether a text, or a part of it that ends after a '>', has message sets of the second
+///         version.
+bool HasSecondVersion(std::string_view text);
 
 /// Finds the header in front of `header.body`, and says what is not in order.
 /// @return false when that must not be mended.

@@ -121,15 +121,30 @@ bool Recorder::May(MendingKind kind, Spot spot) {
   return false;
 }
 
-bool Recorder::SaysAgain(MendingKind kind, std::string_view tag) {
-  const std::size_t hash =
-      std::hash<std::string_view>{}(tag)*31 + static_cast<std::size_t>(kind) + 1;
-  std::size_t place = hash % kSaidPlaces;
-  for (; m_said[place] != 0; place = (place + 1) % kSaidPlaces) {
+std::size_t Recorder::HashOf(MendingKind kind, std::string_view tag) {
+  return std::hash<std::string_view>{}(tag)*31 + static_cast<std::size_t>(kind) + 1;
+}
+
+bool Recorder::HasSaid(std::size_t hash) const {
+  for (std::size_t place = hash % kSaidPlaces; m_said[place] != 0;
+       place = (place + 1) % kSaidPlaces) {
     if (m_said[place] == hash) return true;
   }
   // A text with that many names of its own repeats itself from here on.
-  if (m_saidCount >= kSaidPlaces * 3 / 4) return true;
+  return m_saidCount >= kSaidPlaces * 3 / 4;
+}
+
+bool Recorder::Keeps(MendingKind kind, std::string_view tag) const {
+  if (m_reading.mendings.size() >= m_options.maxRecords) return false;
+  const MendingKindInfo* const info = FindMendingKind(kind);
+  return info == nullptr || !info->once || !HasSaid(HashOf(kind, tag));
+}
+
+bool Recorder::SaysAgain(MendingKind kind, std::string_view tag) {
+  const std::size_t hash = HashOf(kind, tag);
+  if (HasSaid(hash)) return true;
+  std::size_t place = hash % kSaidPlaces;
+  while (m_said[place] != 0) place = (place + 1) % kSaidPlaces;
   m_said[place] = hash;
   ++m_saidCount;
   return false;
@@ -149,17 +164,18 @@ bool Recorder::Note(MendingKind kind, Spot spot, std::string_view tag, std::stri
   m_anyInText = true;
   const MendingKindInfo* const info = FindMendingKind(kind);
   if (info != nullptr && info->once && SaysAgain(kind, tag)) return true;
-  if (m_reading.mendings.size() >= m_options.maxRecords) {
-    ++m_reading.unrecorded;
-    return true;
-  }
+  const bool kept = m_reading.mendings.size() < m_options.maxRecords;
+  if (!kept) ++m_reading.unrecorded;
+  if (!kept && (m_watcher == nullptr || !m_watcher->HearsAll())) return true;
   Mending mending{kind, {spot.offset, 0, 0}, m_text, {}, {}, {}, {}};
   if (!Set(mending.tag, tag) || !Set(mending.was, was) || !Set(mending.taken, taken)) return true;
   if (IsSecretName(tag)) {
     mending.was.Clear('*');
     mending.taken.Clear('*');
   }
-  if (!m_mendingPaths.Append(spot.path) || !m_reading.mendings.Append(std::move(mending))) {
+  if (m_watcher != nullptr) m_watcher->OnMending(mending);
+  if (kept &&
+      (!m_mendingPaths.Append(spot.path) || !m_reading.mendings.Append(std::move(mending)))) {
     m_failed = true;
   }
   return true;
@@ -168,10 +184,9 @@ bool Recorder::Note(MendingKind kind, Spot spot, std::string_view tag, std::stri
 void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_view tagText,
                     std::string_view value, const KRDataObj* object) {
   m_anyInText = true;
-  if (m_reading.warnings.size() >= m_options.maxRecords) {
-    ++m_reading.unrecorded;
-    return;
-  }
+  const bool kept = KeepsWarning();
+  if (!kept) ++m_reading.unrecorded;
+  if (!kept && (m_watcher == nullptr || !m_watcher->HearsAll())) return;
   ReadWarning record;
   record.warning = warning;
   record.place.offset = spot.offset;
@@ -179,6 +194,8 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   record.tag = tag;
   if (!Set(record.tagText, tagText) || !Set(record.value, value)) return;
   if (IsSecret(tag)) record.value.Clear('*');
+  if (m_watcher != nullptr) m_watcher->OnWarning(record);
+  if (!kept) return;
   const std::size_t number = m_warningPaths.size();
   if (object != nullptr && !m_warningObjects.Append({object, number})) m_failed = true;
   if (!m_warningPaths.Append(spot.path) || !m_reading.warnings.Append(std::move(record))) {
@@ -197,9 +214,11 @@ void Recorder::EndTree(const PathLog& paths) {
   m_failed = m_failed || paths.HasFailed();
   if (m_failed) return;
   for (std::size_t index = 0; index < m_mendingPaths.size(); ++index) {
+    if (m_mendingPaths[index] == PathLog::kNoPath) continue;
     m_reading.mendings[m_firstMending + index].path = paths.PathOf(m_mendingPaths[index]);
   }
   for (std::size_t index = 0; index < m_warningPaths.size(); ++index) {
+    if (m_warningPaths[index] == PathLog::kNoPath) continue;
     m_reading.warnings[m_firstWarning + index].path = paths.PathOf(m_warningPaths[index]);
   }
   BeginTree();
@@ -211,6 +230,16 @@ void Recorder::BeginTree() {
   m_mendingPaths.Clear();
   m_warningPaths.Clear();
   m_warningObjects.Clear();
+}
+
+void Recorder::NameTag(ReadWarning& warning, std::string_view bytes, std::size_t base) {
+  const std::string_view tag(warning.tagText, warning.tagText.GetStrLength());
+  if (std::find(std::begin(kOperations), std::end(kOperations), tag) == std::end(kOperations)) {
+    return;
+  }
+  Place inPart = warning.place;
+  inPart.offset -= std::min(inPart.offset, base);
+  Set(warning.tagText, TagAt(bytes, inPart));
 }
 
 void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {
@@ -227,10 +256,7 @@ void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {
   for (Mending& mending : m_reading.mendings) find(mending.place);
   for (ReadWarning& warning : m_reading.warnings) {
     find(warning.place);
-    const std::string_view tag(warning.tagText, warning.tagText.GetStrLength());
-    if (std::find(std::begin(kOperations), std::end(kOperations), tag) != std::end(kOperations)) {
-      Set(warning.tagText, TagAt(original, warning.place));
-    }
+    NameTag(warning, original, 0);
   }
 }
 

@@ -26,10 +26,25 @@ struct Spot {
 /// Writes into one Reading.
 class Recorder {
  public:
+  /// Completes records at once, for a reading that no longer has the text at its end.
+  class Watcher {
+   public:
+    /// Fills in the place, of which only the offset is there, and the path as far as it is known.
+    virtual void OnMending(Mending& mending) = 0;
+    virtual void OnWarning(ReadWarning& warning) = 0;
+    /// @return whether it hears of those that are not kept too.
+    virtual bool HearsAll() const = 0;
+
+   protected:
+    ~Watcher() = default;
+  };
+
   Recorder(Reading& reading, const ReadOptions& options) : m_reading(reading), m_options(options) {}
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
+  /// Lets records be completed at once.
+  void SetWatcher(Watcher* watcher) { m_watcher = watcher; }
   const ReadOptions& Options() const { return m_options; }
   /// Notes that something ends the reading when damage of a kind may not be mended.
   /// @return whether it may be mended.
@@ -39,12 +54,21 @@ class Recorder {
   /// @return as May.
   bool Note(MendingKind kind, Spot spot, std::string_view tag, std::string_view was,
             std::string_view taken);
+  /// @return whether a mending of a kind, which is noted next, is kept.
+  bool Keeps(MendingKind kind, std::string_view tag) const;
+  /// @return whether a warning that is noted next is kept.
+  bool KeepsWarning() const { return m_reading.warnings.size() < m_options.maxRecords; }
   /// Notes a warning; with `path` where it happened.
   /// @param object the one that it happened in, when its path has to be found later.
   void Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_view tagText,
             std::string_view value, const KRDataObj* object = nullptr);
   /// Finds the objects in a tree that warnings were given with.
   void FindObjects(KRDataObj& root, PathLog& paths);
+
+  /// Names the tag that a warning of a conversion is about: the one at its place.
+  /// @param bytes a part of the file that has the place in it, or does not.
+  /// @param base the offset of its first byte.
+  void NameTag(ReadWarning& warning, std::string_view bytes, std::size_t base);
 
   /// Begins the next text.
   void BeginText();
@@ -67,10 +91,13 @@ class Recorder {
   static constexpr std::size_t kSaidPlaces = 1024;
 
   void BeginTree();
+  static std::size_t HashOf(MendingKind kind, std::string_view tag);
+  bool HasSaid(std::size_t hash) const;
   bool SaysAgain(MendingKind kind, std::string_view tag);
   bool Set(KRString& target, std::string_view text);
 
   Reading& m_reading;
+  Watcher* m_watcher = nullptr;
   const ReadOptions& m_options;
   List<s32> m_mendingPaths;
   List<s32> m_warningPaths;

@@ -23,6 +23,8 @@ class ElementFeed {
   ElementFeed(std::string_view text, TagDictionary& dictionary)
       : m_text(text), m_dictionary(dictionary) {}
 
+  /// Takes another part of the text.
+  void SetText(std::string_view text) { m_text = text; }
   /// Takes the plain elements that begin at a position.
   /// @param last takes the name of the last one; untouched when there is none.
   /// @return where the next tag begins that was not taken.

@@ -2,6 +2,8 @@
 
 #include "krofx/reader/structure/tree_reader.h"
 
+#include <algorithm>
+#include <cstring>
 #include <utility>
 
 #include "krofx/core/internal/byte_search.h"
@@ -40,6 +42,8 @@ u16 TreeReader::PushObject(KRDataObj* object) {
     level.number = ++sibling->count;
     if (sibling->count > 1 && sibling->first != PathLog::kNoPath) m_paths.NotAlone(sibling->first);
   }
+  m_deepest = GetDepth();
+  if (m_watcher != nullptr) m_watcher->OnOpened(GetDepth(), *object, level.number, m_at);
   return 1;
 }
 
@@ -77,6 +81,16 @@ s32 TreeReader::NodeOf(s16 depth) {
 
 Spot TreeReader::At(u32 position) { return {m_text.ToOriginal(position), NodeOf(GetDepth())}; }
 
+// Says that what is closed inside the aggregate at a depth is complete.
+void TreeReader::CompleteTo(s16 depth) {
+  if (m_watcher != nullptr) {
+    for (; m_deepest > depth; --m_deepest) {
+      m_watcher->OnComplete(m_deepest, *m_levels[m_deepest].object);
+    }
+  }
+  m_deepest = depth;
+}
+
 std::string_view TreeReader::TagName(KRTagID tag) const {
   const char* const name = m_dictionary.GetTagString(tag);
   return name == nullptr ? std::string_view() : name;
@@ -84,7 +98,10 @@ std::string_view TreeReader::TagName(KRTagID tag) const {
 
 bool TreeReader::Note(MendingKind kind, u32 position, std::string_view tag, std::string_view was,
                       std::string_view taken) {
-  if (m_recorder.Note(kind, At(position), tag, was, taken)) return true;
+  // What was read without an answer is not said.
+  if (m_isLost) return false;
+  const s32 path = m_recorder.Keeps(kind, tag) ? NodeOf(GetDepth()) : PathLog::kNoPath;
+  if (m_recorder.Note(kind, {m_text.ToOriginal(position), path}, tag, was, taken)) return true;
   return StopForbidden();
 }
 
@@ -96,28 +113,82 @@ bool TreeReader::Stop(KRParseStatus status) {
 // The walk
 
 KRParseStatus TreeReader::Read(KRFile& root, u32 body) {
+  Begin(root, body, nullptr, nullptr);
+  while (Step() == TreeStep::kGoesOn) {
+  }
+  return End();
+}
+
+void TreeReader::Begin(KRFile& root, u32 body, TreeWatcher* watcher, TextSupply* supply) {
+  m_root = &root;
+  m_watcher = watcher;
+  m_supply = supply;
+  m_survey.SetWholeText(supply);
+  if (supply != nullptr) m_places.SetText(m_text.Bytes(), supply->IsPart());
   m_log = KRParseLogger::TheKRParseLogger();
-  if (m_log == nullptr) return KRParseStatus_Fatal;
+  if (m_log == nullptr) {
+    Stop(KRParseStatus_Fatal);
+    return;
+  }
   m_log->SetBuffer(nullptr);
   m_log->SetParser(this);
   SetRoot(&root);
   m_levels[0] = Level();
   m_levels[0].object = &root;
   m_scanner.GoTo(body);
+}
+
+TreeStep TreeReader::Step() {
+  if (m_status != KRParseStatus_Accepted) return TreeStep::kEnded;
+  FeedElements();
+  const u32 position = m_scanner.Position();
   ScannedTag tag;
-  bool going = true;
-  while (going && !m_ended) {
-    FeedElements();
-    m_scanner.Next(tag);
-    going = ReadTag(tag);
-    if (m_recorder.HasFailed() || m_places.HasFailed()) going = Stop(KRParseStatus_Fatal);
+  m_scanner.ForgetEnd();
+  m_scanner.Next(tag);
+  if (m_scanner.HasMetEnd() && m_supply != nullptr && m_supply->IsPart()) {
+    m_scanner.GoTo(position);
+    return TreeStep::kNeedsMore;
   }
+  m_at = tag.at;
+  bool going = ReadTag(tag);
+  if (m_recorder.HasFailed() || m_places.HasFailed() || m_isLost) going = Stop(KRParseStatus_Fatal);
+  return going && !m_ended ? TreeStep::kGoesOn : TreeStep::kEnded;
+}
+
+KRParseStatus TreeReader::End() {
+  if (m_log == nullptr) return KRParseStatus_Fatal;
+  CompleteTo(GetDepth());
   // Whatever is still open stays as it is; the objects keep no pointer to this parser in use.
   while (GetDepth() > 0) KRParser::PopObject();
-  WarnOfMissing(root);
+  WarnOfMissing(*m_root);
   m_recorder.EndTree(m_paths);
   m_log->DeleteAll();
   return m_status;
+}
+
+void TreeReader::LeavePart() {
+  const std::size_t count = std::min(m_endsSilently.size(), kLongestName);
+  if (count != 0) std::memmove(m_silentName, m_endsSilently.data(), count);
+  m_endsSilently = {m_silentName, count};
+}
+
+void TreeReader::EnterPart() {
+  m_scanner.SetText(m_text.Bytes());
+  m_places.SetText(m_text.Bytes(), m_supply->IsPart());
+  m_feed.SetText(m_text.Bytes());
+}
+
+// Sees more of the text, for a question that what is there does not answer. Without more the
+// reading ends: nothing is guessed.
+bool TreeReader::LookFurther() {
+  if (m_isLost || m_supply == nullptr || !m_supply->Extend()) {
+    m_isLost = true;
+    return false;
+  }
+  m_scanner.Extend(m_text.Bytes());
+  m_places.SetText(m_text.Bytes(), m_supply->IsPart());
+  m_feed.SetText(m_text.Bytes());
+  return true;
 }
 
 // Takes the elements that come next as long as they are in order.
@@ -306,7 +377,8 @@ void TreeReader::SayWarnings(u32 position, bool refused) {
     // A second aggregate of a kind is spoken of by who opens it.
     if (warning.m_warning == KRPW_EXTRAAGG) continue;
     const std::string_view tagText(warning.m_tagText, warning.m_tagText.GetStrLength());
-    m_recorder.Warn(warning.m_warning, At(position), warning.m_tag,
+    const s32 path = m_recorder.KeepsWarning() ? NodeOf(GetDepth()) : PathLog::kNoPath;
+    m_recorder.Warn(warning.m_warning, {m_text.ToOriginal(position), path}, warning.m_tag,
                     tagText.empty() ? TagName(warning.m_tag) : tagText,
                     {warning.m_valueText, warning.m_valueText.GetStrLength()});
   }
@@ -337,7 +409,9 @@ bool TreeReader::MendValue(const ScannedTag& tag, const TagRole& role, KRString&
   // What must not be mended is not given to the object either.
   const auto may = [&] {
     for (const MendingKind kind : mended.Kinds()) {
-      if (!m_recorder.May(kind, At(tag.at))) return StopForbidden();
+      if (!m_recorder.May(kind, {m_text.ToOriginal(tag.at), PathLog::kNoPath})) {
+        return StopForbidden();
+      }
     }
     return true;
   };
@@ -367,6 +441,7 @@ bool TreeReader::MendValue(const ScannedTag& tag, const TagRole& role, KRString&
 
 KRParseStatus TreeReader::Open(KRTagID tag, const Row* row) {
   const KRTagDictionaryEntry entry{tag, m_dictionary.GetTagString(tag)};
+  CompleteTo(GetDepth());
   // It may be replaced, and is gone then.
   Current().lastClosed = nullptr;
   m_openingRow = row;
@@ -384,6 +459,7 @@ bool TreeReader::EnterAgain() {
 }
 
 bool TreeReader::Enter(KRDataObj* child, const Row* row) {
+  CompleteTo(GetDepth());
   m_openingRow = row;
   Sibling* const sibling = FindSibling(Current(), child->GetType());
   // It is the one that it was.
@@ -410,6 +486,11 @@ bool TreeReader::TakeAggregate(const ScannedTag& tag, const TagRole& role) {
     if (held != nullptr && !Note(MendingKind::kReplaced, tag.at, tag.Name())) return false;
     // What a wrapper holds is no list.
     if (!IsRepeated(role.row) && !GiveOwnWrapper(tag)) return false;
+    if (held != nullptr && m_watcher != nullptr &&
+        SingleChild(*GetCurrentObj(), id, role.row) == held) {
+      CompleteTo(GetDepth());
+      m_watcher->OnDeleted(*held);
+    }
     const KRParseStatus status = Open(id, role.row);
     SayWarnings(tag.at, false);
     if (status == KRParseStatus_Fatal) return Stop(status);

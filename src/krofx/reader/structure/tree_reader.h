@@ -18,6 +18,7 @@
 #include "krofx/reader/records/recorder.h"
 #include "krofx/reader/structure/aggregate_role.h"
 #include "krofx/reader/structure/element_feed.h"
+#include "krofx/reader/structure/tree_watcher.h"
 #include "krofx/reader/tags/scanner.h"
 #include "krofx/reader/tags/tag_places.h"
 #include "krofx/reader/values/value_mender.h"
@@ -29,7 +30,14 @@ namespace krofx::internal {
 
 class Charset;
 
-/// Reads the body of one text into one tree.
+/// What a step of a tree reader came to.
+enum class TreeStep : u8 {
+  kGoesOn,
+  kNeedsMore,  ///< What comes next is not all in the part of the text that is there.
+  kEnded,      ///< The text has ended, or cannot be read on.
+};
+
+/// Reads the body of one text into one tree: as a whole, or tag by tag from parts of the text.
 class TreeReader final : public KRParser {
  public:
   /// @param text what is left of it once the text menders are done; it ends where the text ends.
@@ -43,6 +51,32 @@ class TreeReader final : public KRParser {
   /// be
   ///         mended.
   KRParseStatus Read(KRFile& root, u32 body);
+
+  /// @name Reading from parts
+  /// Begin, Step until it has ended, End.
+  /// @{
+
+  /// Begins to read at `body`.
+  /// @param watcher hears of the aggregates.
+  /// @param supply gives more of the text where a question needs it.
+  void Begin(KRFile& root, u32 body, TreeWatcher* watcher, TextSupply* supply);
+  /// Reads the next tag, with the elements in front of it.
+  TreeStep Step();
+  /// Ends the reading.
+  /// @return as of Read.
+  KRParseStatus End();
+  /// Where the next tag is looked for.
+  u32 Position() const { return m_scanner.Position(); }
+  /// To be called before the text becomes another part, which begins at Position().
+  void LeavePart();
+  /// The text has become that part.
+  void EnterPart();
+  /// What the values of the text look like.
+  const ValueSurvey& Survey() const { return m_survey; }
+  /// @return whether the reading ended since a question about the text could not be answered from
+  ///         what the supply gives.
+  bool IsLost() const { return m_isLost; }
+  /// @}
 
   u16 PushObject(KRDataObj* object) override;
   u16 PopObject() override;
@@ -130,6 +164,8 @@ class TreeReader final : public KRParser {
 
   bool Fits(const TagRole& role, const ScannedTag& tag);
   bool BelongsFurtherOut(const ScannedTag& tag, const TagRole& role);
+  bool LookFurther();
+  void CompleteTo(s16 depth);
   bool EndsInside(s16 depth, s16 ancestor, u32 position);
   u32 EndOfOpen(u32 position);
   KRTagID MissingAggregate(KRDataObj& object, KRTagID tag, u32 position);
@@ -171,6 +207,14 @@ class TreeReader final : public KRParser {
   KRParseStatus m_status = KRParseStatus_Accepted;
   bool m_ended = false;
   bool m_cut = false;
+  bool m_isLost = false;
+  TreeWatcher* m_watcher = nullptr;
+  TextSupply* m_supply = nullptr;
+  KRFile* m_root = nullptr;
+  // Where the current tag begins.
+  u32 m_at = 0;
+  // The deepest aggregate that is not complete.
+  s16 m_deepest = 0;
   // Answers of AggregateAround, which takes some time, by object type, version and tag.
   struct Answer {
     KRTagID type = KRTag_None;
@@ -182,6 +226,9 @@ class TreeReader final : public KRParser {
   Answer m_answers[kAnswers];
   // The element or unknown tag that was read last: its end tag says nothing.
   std::string_view m_endsSilently;
+  // Its name while the text becomes another part.
+  static constexpr std::size_t kLongestName = 256;
+  char m_silentName[kLongestName] = {};
 };
 
 }  // namespace krofx::internal

@@ -11,10 +11,21 @@ namespace krofx::internal {
 // before the next one of its kind begins: then what does not fit in it is in the wrong place,
 // and it is not its end tag that is missing.
 bool TreeReader::EndsInside(s16 depth, s16 ancestor, u32 position) {
+  constexpr u32 kNone = TagPlaces::kNone;
+  constexpr u32 kBeyond = TagPlaces::kBeyond;
   const std::string_view name = NameOf(m_levels[depth]);
-  const u32 end = m_places.NextEnd(name, position);
-  if (end == TagPlaces::kNone || end > m_places.NextStart(name, position)) return false;
-  return ancestor == 0 || end < m_places.NextEnd(NameOf(m_levels[ancestor]), position);
+  u32 end = kNone;
+  u32 start = kNone;
+  u32 outer = kNone;
+  do {
+    end = m_places.NextEnd(name, position);
+    if (end == kNone) return false;
+    start = m_places.NextStart(name, position);
+    if (end > start) return false;
+    if (ancestor != 0) outer = m_places.NextEnd(NameOf(m_levels[ancestor]), position);
+  } while (end == kBeyond && outer >= kBeyond && (start == kBeyond || outer == kBeyond) &&
+           LookFurther());
+  return end < outer;
 }
 
 // Whether a tag that fits in the current aggregate, which has one already and whose end tag is
@@ -97,12 +108,26 @@ KRTagID TreeReader::MissingAggregate(KRDataObj& object, KRTagID tag, u32 positio
   object.GetArrayOfValidTags(tags);
   KRTagID nearest = KRTag_None;
   u32 end = EndOfOpen(position);
+  // What is not there yet cannot be compared.
+  const auto isUnknown = [&end](u32 childEnd, u32 childStart) {
+    return childEnd == TagPlaces::kBeyond && childStart >= TagPlaces::kBeyond &&
+           end >= TagPlaces::kBeyond &&
+           (end == TagPlaces::kBeyond || childStart == TagPlaces::kBeyond);
+  };
   for (u16 index = 0; index < tags.count; ++index) {
     const KRTagID child = tags.table[index].tag;
     const std::string_view name = TagName(child);
-    const u32 childEnd = m_places.NextEnd(name, position);
-    if (childEnd >= end || childEnd > m_places.NextStart(name, position)) continue;
+    u32 childEnd = m_places.NextEnd(name, position);
+    u32 childStart = m_places.NextStart(name, position);
+    const auto isNearest = [&] { return childEnd < end && childEnd <= childStart; };
+    if (!isNearest() && !isUnknown(childEnd, childStart)) continue;
     if (child == tag || RoleOf(object, child).role != Role::kAggregate) continue;
+    while (isUnknown(childEnd, childStart) && LookFurther()) {
+      if (end == TagPlaces::kBeyond) end = EndOfOpen(position);
+      childEnd = m_places.NextEnd(name, position);
+      childStart = m_places.NextStart(name, position);
+    }
+    if (!isNearest()) continue;
     nearest = child;
     end = childEnd;
   }
@@ -150,7 +175,7 @@ bool TreeReader::TakeWithMissingStart(ScannedTag& tag, bool& taken) {
 
 // Where the first of the open aggregates ends.
 u32 TreeReader::EndOfOpen(u32 position) {
-  u32 end = m_text.Size();
+  u32 end = TagPlaces::kNone;
   for (s16 depth = GetDepth(); depth > 0; --depth) {
     end = std::min(end, m_places.NextEnd(NameOf(m_levels[depth]), position));
   }
@@ -161,8 +186,13 @@ u32 TreeReader::EndOfOpen(u32 position) {
 void TreeReader::SkipTo(const ScannedTag& tag) {
   m_endsSilently = tag.name;
   if (!tag.text.IsEmpty() || tag.selfClosed) return;
-  const u32 end = m_places.NextEnd(tag.name, tag.after);
-  if (end == TagPlaces::kNone || end > EndOfOpen(tag.after)) return;
+  u32 end = TagPlaces::kNone;
+  u32 outer = TagPlaces::kNone;
+  do {
+    end = m_places.NextEnd(tag.name, tag.after);
+    outer = EndOfOpen(tag.after);
+  } while (end == TagPlaces::kBeyond && outer >= TagPlaces::kBeyond && LookFurther());
+  if (m_isLost || end == TagPlaces::kNone || end > outer) return;
   m_scanner.GoTo(m_places.AfterNextEnd(tag.name, tag.after));
   m_endsSilently = {};
 }
@@ -220,13 +250,17 @@ bool TreeReader::DropIncomplete(u32 position) {
     void* const array = level.row->member(parent);
     const u16 entries = level.row->array->entries(array);
     const KRDataObj* const before =
-        entries < 2 ? nullptr : level.row->array->get(array, static_cast<u16>(entries - 2));
+        entries >= 2           ? level.row->array->get(array, static_cast<u16>(entries - 2))
+        : m_watcher != nullptr ? m_watcher->TakenBefore(depth)
+                               : nullptr;
     if (!IsCut(*level.object, before)) continue;
     if (!CloseDownTo(depth, position, true)) return false;
     if (!Note(MendingKind::kIncomplete, position, TagName(level.object->GetType()))) return false;
     const Row* const row = level.row;
     PopObject();
     m_levels[depth - 1].lastClosed = nullptr;
+    m_deepest = static_cast<s16>(depth - 1);
+    if (m_watcher != nullptr) m_watcher->OnDeleted(*level.object);
     row->array->truncate(array, static_cast<u16>(entries - 1));
   }
   return true;

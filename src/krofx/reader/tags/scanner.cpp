@@ -37,10 +37,14 @@ u32 Scanner::SkipWhite(u32 position) const {
 }
 
 u32 Scanner::FindEnd(u32 from, std::string_view what, u32& noneFrom) const {
-  if (from >= noneFrom) return 0;
+  if (from >= noneFrom) {
+    m_hasMetEnd = true;
+    return 0;
+  }
   const std::size_t at = m_bytes.find(what, from);
   if (at != std::string_view::npos) return static_cast<u32>(at + what.size());
   noneFrom = from;
+  m_hasMetEnd = true;
   return 0;
 }
 
@@ -113,6 +117,8 @@ bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
 Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& after, ScannedTag& tag) const {
   const char next = At(open + 1);
   if (next == '!') {
+    // What is cut may be the beginning of one of these.
+    At(open + static_cast<u32>(kSectionOpen.size()) - 1);
     if (m_bytes.compare(open, kSectionOpen.size(), kSectionOpen) == 0) {
       after = FindEnd(open + static_cast<u32>(kSectionOpen.size()), kSectionClose, m_noSectionEnd);
       if (after != 0) return Piece::kSection;
@@ -176,6 +182,7 @@ TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
     }
     take(place, stop);
     if (stop == End()) {
+      m_hasMetEnd = true;
       tag = ScannedTag();
       tag.at = tag.after = End();
       run.cut = inText;

@@ -72,6 +72,21 @@ class Scanner {
 
   /// Goes on from a position.
   void GoTo(u32 position) { m_position = position; }
+  /// Takes another part of the text, from its beginning on.
+  void SetText(std::string_view bytes) {
+    Extend(bytes);
+    m_position = 0;
+    m_hasAhead = false;
+  }
+  /// Takes the same text with more at its end.
+  void Extend(std::string_view bytes) {
+    m_bytes = bytes;
+    m_noCommentEnd = m_noSectionEnd = m_noInstructionEnd = ~u32{0};
+  }
+  /// @return whether the end of the text has played a part in what was read since ForgetEnd: with
+  ///         more text it may be read otherwise.
+  bool HasMetEnd() const { return m_hasMetEnd; }
+  void ForgetEnd() { m_hasMetEnd = false; }
   /// @return where the next tag is looked for.
   u32 Position() const { return m_position; }
   /// Reads the next tag; after the last one, the end of the text.
@@ -94,7 +109,11 @@ class Scanner {
   // What begins at a '<'.
   enum class Piece : u8 { kTag, kMarkup, kSection, kCharacter };
 
-  char At(u32 position) const { return position < m_bytes.size() ? m_bytes[position] : '\0'; }
+  char At(u32 position) const {
+    if (position < m_bytes.size()) return m_bytes[position];
+    m_hasMetEnd = true;
+    return '\0';
+  }
   u32 End() const { return static_cast<u32>(m_bytes.size()); }
   u32 SkipWhite(u32 position) const;
   bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
@@ -110,6 +129,7 @@ class Scanner {
   mutable u32 m_noCommentEnd = ~u32{0};
   mutable u32 m_noSectionEnd = ~u32{0};
   mutable u32 m_noInstructionEnd = ~u32{0};
+  mutable bool m_hasMetEnd = false;
   // The tag that ended the last run.
   ScannedTag m_ahead;
   bool m_hasAhead = false;

@@ -20,6 +20,16 @@ std::size_t HashOf(std::string_view name) {
 
 }  // namespace
 
+void TagPlaces::SetText(std::string_view bytes, bool isPart) {
+  m_scanner.SetText(bytes);
+  m_isPart = isPart;
+  if (!m_gathered) return;
+  m_gathered = false;
+  m_links.Clear();
+  m_names.Clear();
+  m_table.Clear();
+}
+
 u32 TagPlaces::PlaceOf(std::string_view name) const {
   std::size_t place = HashOf(name) % kPlaces;
   while (m_table[place] != kNone && !EqualsWithoutCase(m_names[m_table[place]].text, name)) {
@@ -54,8 +64,10 @@ void TagPlaces::Gather() {
   m_gathered = true;
   for (u32 place = 0; place < kPlaces && !m_failed; ++place) m_failed = !m_table.Append(kNone);
   ScannedTag tag;
+  m_scanner.ForgetEnd();
   for (m_scanner.Next(tag); tag.type != ScannedTag::Type::kEndOfText && !m_failed;
        m_scanner.Next(tag)) {
+    if (m_isPart && m_scanner.HasMetEnd()) break;
     m_failed = !Add(tag);
   }
 }
@@ -64,10 +76,11 @@ TagPlaces::Found TagPlaces::Next(std::string_view name, u32 from, bool end) {
   if (!m_gathered) Gather();
   if (m_failed) return {};
   const u32 place = PlaceOf(name);
-  if (m_table[place] == kNone) return {};
+  const Found none = m_isPart ? Found{kBeyond, kBeyond} : Found{};
+  if (m_table[place] == kNone) return none;
   u32& link = m_names[m_table[place]].first[end ? 1 : 0];
   while (link != kNone && m_links[link].at < from) link = m_links[link].next;
-  return link == kNone ? Found{} : Found{m_links[link].at, m_links[link].after};
+  return link == kNone ? none : Found{m_links[link].at, m_links[link].after};
 }
 
 }  // namespace krofx::internal

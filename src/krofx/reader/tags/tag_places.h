@@ -19,8 +19,14 @@ class TagPlaces {
  public:
   /// No such tag.
   static constexpr u32 kNone = ~u32{0};
+  /// Such a tag, if there is one, is after the part of the text that is there. Greater than all
+  /// places; whether it is in front of another one that is not there either cannot be known.
+  static constexpr u32 kBeyond = kNone - 1;
 
   explicit TagPlaces(const Scanner& scanner) : m_scanner(scanner) {}
+  /// Takes another part of the text.
+  /// @param isPart whether the text goes on after it.
+  void SetText(std::string_view bytes, bool isPart);
 
   /// @return the first start tag of a name from a place on; kNone when there is none.
   u32 NextStart(std::string_view name, u32 from) { return Next(name, from, false).at; }
@@ -59,6 +65,7 @@ class TagPlaces {
   u32 PlaceOf(std::string_view name) const;
 
   Scanner m_scanner;
+  bool m_isPart = false;
   bool m_gathered = false;
   bool m_failed = false;
   List<Link> m_links;

@@ -160,19 +160,47 @@ void ValueSurvey::LookAtDates() const {
 
 DayOrder ValueSurvey::OrderOfDays() const {
   if (!m_lookedAtDates) LookAtDates();
-  return m_dayFirst == m_monthFirst ? DayOrder::kUnknown
-         : m_dayFirst               ? DayOrder::kDayFirst
-                                    : DayOrder::kMonthFirst;
+  return OrderOf(m_dayFirst, m_monthFirst);
+}
+
+DayOrder ValueSurvey::OrderOf(bool dayFirst, bool monthFirst) {
+  return dayFirst == monthFirst ? DayOrder::kUnknown
+         : dayFirst             ? DayOrder::kDayFirst
+                                : DayOrder::kMonthFirst;
+}
+
+DecimalSign ValueSurvey::SignOf(u8 shown) {
+  return shown == kShowsPoint   ? DecimalSign::kPoint
+         : shown == kShowsComma ? DecimalSign::kComma
+                                : DecimalSign::kUnknown;
+}
+
+bool ValueSurvey::AgreesWith(const ValueSurvey& other) const {
+  if (m_lookedAtDates) {
+    other.OrderOfDays();
+    const DayOrder order = OrderOf(m_dayFirst, m_monthFirst);
+    const bool dayFirst = m_dayFirst || other.m_dayFirst;
+    const bool monthFirst = m_monthFirst || other.m_monthFirst;
+    if (order != DayOrder::kUnknown && order != OrderOf(dayFirst, monthFirst)) return false;
+  }
+  if (!m_looked) return true;
+  if (!other.m_looked) other.LookAtNumbers();
+  const u8 byAny = m_shownByAny | other.m_shownByAny;
+  for (std::size_t index = 0; index < std::size(kDecimalTags); ++index) {
+    const u8 own = m_shown[index];
+    const u8 both = own | other.m_shown[index];
+    const DecimalSign sign = SignOf(own == 0 ? m_shownByAny : own);
+    if (sign != DecimalSign::kUnknown && sign != SignOf(both == 0 ? byAny : both)) return false;
+  }
+  return true;
 }
 
 DecimalSign ValueSurvey::DecimalSignOf(KRTagID tag) const {
   if (!m_looked) LookAtNumbers();
   const KRTagID* const found = std::find(std::begin(kDecimalTags), std::end(kDecimalTags), tag);
-  u8 shown = found == std::end(kDecimalTags) ? u8{0} : m_shown[found - std::begin(kDecimalTags)];
-  if (shown == 0) shown = m_shownByAny;
-  return shown == kShowsPoint   ? DecimalSign::kPoint
-         : shown == kShowsComma ? DecimalSign::kComma
-                                : DecimalSign::kUnknown;
+  const u8 shown =
+      found == std::end(kDecimalTags) ? u8{0} : m_shown[found - std::begin(kDecimalTags)];
+  return SignOf(shown == 0 ? m_shownByAny : shown);
 }
 
 }  // namespace krofx::internal

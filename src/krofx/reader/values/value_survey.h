@@ -31,6 +31,25 @@ enum class DayOrder : u8 {
 /// @return the tags of all elements whose values are decimal numbers.
 std::span<const KRTagID> DecimalTags();
 
+/// The elements of a text of which only a part is in memory.
+class WholeText {
+ public:
+  /// Takes elements.
+  class Visitor {
+   public:
+    virtual void OnElement(KRTagID tag, std::string_view text) = 0;
+
+   protected:
+    ~Visitor() = default;
+  };
+
+  /// Shows all elements that the dictionary knows, with their texts as written.
+  virtual void ShowElements(Visitor& visitor) = 0;
+
+ protected:
+  ~WholeText() = default;
+};
+
 /// The elements of one text. Asking costs a walk over the text, so answers are worked out at the
 /// first question and kept. Not to be used by two threads at once.
 class ValueSurvey {
@@ -40,6 +59,8 @@ class ValueSurvey {
   ValueSurvey(std::string_view text, const TagDictionary& dictionary, const Charset& charset)
       : m_text(text), m_dictionary(dictionary), m_charset(charset) {}
 
+  /// Looks at a text as a whole of which this one is a part; null for none.
+  void SetWholeText(WholeText* whole) { m_whole = whole; }
   /// @return the character set of the text.
   const Charset& CharsetOfText() const { return m_charset; }
 
@@ -47,12 +68,28 @@ class ValueSurvey {
   ///         show, or, when they show none, the one that all numbers of the text show.
   DecimalSign DecimalSignOf(KRTagID tag) const;
 
+  /// @return whether what this survey has answered would be answered alike if the elements of
+  ///         another one were of its text too.
+  bool AgreesWith(const ValueSurvey& other) const;
+
   /// @return what comes first in the dates of the text that can be read in one way only.
   DayOrder OrderOfDays() const;
 
   /// Calls `visit(tag, text)` for each element that the dictionary knows, with its text as written.
   template <class Visit>
   void ForEachElement(Visit visit) const {
+    if (m_whole != nullptr) {
+      class Caller final : public WholeText::Visitor {
+       public:
+        explicit Caller(Visit& its) : m_visit(its) {}
+        void OnElement(KRTagID tag, std::string_view text) override { m_visit(tag, text); }
+
+       private:
+        Visit& m_visit;
+      } caller(visit);
+      m_whole->ShowElements(caller);
+      return;
+    }
     Scanner scanner(m_text, m_dictionary, false);
     ScannedTag tag;
     for (scanner.Next(tag); tag.type != ScannedTag::Type::kEndOfText; scanner.Next(tag)) {
@@ -67,10 +104,15 @@ class ValueSurvey {
   static constexpr u8 kShowsComma = 2;
   static constexpr std::size_t kMostDecimalTags = 128;
 
+  // Which sign bits stand for.
+  static DecimalSign SignOf(u8 shown);
+  // The order that two bits stand for.
+  static DayOrder OrderOf(bool dayFirst, bool monthFirst);
   void LookAtNumbers() const;
   void LookAtDates() const;
 
   std::string_view m_text;
+  WholeText* m_whole = nullptr;
   const TagDictionary& m_dictionary;
   const Charset& m_charset;
   mutable bool m_looked = false;

@@ -35,12 +35,13 @@ class ByteSource {
   /// Gives the bytes of memory, which must stay; they are all, or one of several pieces.
   void SetBytes(std::string_view bytes, bool all) {
     m_bytes = bytes;
+    m_whole = all ? bytes : std::string_view();
     m_all = all;
   }
   /// Gives what a buffer of a derived class serves, up to the first NUL.
   void SetBuffer(KRBuffer& buffer) { m_buffer = &buffer; }
   /// Gives the bytes of a file.
-  void SetFile(OpenFile file) { m_file = std::move(file); }
+  void SetFile(OpenFile file);
   /// There are no more pieces.
   void Finish() { m_all = true; }
 
@@ -49,15 +50,30 @@ class ByteSource {
   bool TakesPiece() const {
     return m_bytes.empty() && !m_all && m_file == nullptr && m_buffer == nullptr;
   }
+  /// @return whether the bytes can be read again: those of memory, of a buffer, and of a file that
+  /// is
+  ///         no pipe.
+  bool CanGoTo() const {
+    return m_file != nullptr ? m_start >= 0 : m_buffer != nullptr || m_whole.data() != nullptr;
+  }
+  /// How many bytes were read.
+  std::size_t Position() const { return m_position; }
+  /// Goes on from a position again; CanGoTo.
+  /// @return false when that failed.
+  bool GoTo(std::size_t position);
   /// Puts bytes into `room`, which is not empty, and counts them.
   Supply Read(std::span<char> room, std::size_t& count);
 
  private:
-  std::string_view m_bytes;
+  Supply ReadOn(std::span<char> room, std::size_t& count);
+
+  std::string_view m_bytes;  // What is left.
+  std::string_view m_whole;  // All, when that is known.
   bool m_all = false;
   KRBuffer* m_buffer = nullptr;
-  s32 m_position = 0;
+  std::size_t m_position = 0;
   OpenFile m_file;
+  long m_start = -1;  // Where it is in the file at first; below 0 for what cannot go back.
 };
 
 }  // namespace krofx::internal

@@ -4,37 +4,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
 
-#include "krofx/envelope/message_set.h"
 #include "krofx/model/internal/aggregate.h"
-#include "krofx/values/utility.h"
 
 namespace krofx::internal {
 
 namespace {
-
-// The row of the list that holds an object under a tag; null when it is no element of a list that a
-// table describes.
-const Row* ListRow(const KRDataObj& parent, KRTagID tag) {
-  const AggregateTable* const table = ObjectAccess::TableOf(parent);
-  const Row* const row = table == nullptr ? nullptr : FindRow(*table, tag);
-  return row != nullptr && row->array != nullptr ? row : nullptr;
-}
-
-// The wrappers of a message set are no rows of a table. Calls `use(set)` for a message set.
-template <class Use>
-bool WithMessageSet(KRDataObj& object, Use use) {
-  if (auto* const response = dynamic_cast<KRMessageSetRs*>(&object)) return use(*response);
-  if (auto* const request = dynamic_cast<KRMessageSetRq*>(&object)) return use(*request);
-  return false;
-}
-
-bool IsInList(KRDataObj& parent, KRTagID tag) {
-  if (ListRow(parent, tag) != nullptr) return true;
-  return tag != KRTag_SONRS && tag != KRTag_SONRQ && tag != KRTag_SECLIST &&
-         WithMessageSet(parent, [](auto&) { return true; });
-}
 
 // A message set without wrappers is incomplete, so it keeps the last one: when the next is dropped,
 // the one before it goes.
@@ -51,19 +26,6 @@ bool DropWrapperBefore(Set& set, const KRDataObj& element, WantedClasses& wanted
 }
 
 }  // namespace
-
-bool WantedClasses::Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) const {
-  for (const KRTagID wanted : m_tags) {
-    if (wanted == tag) return true;
-  }
-  for (const IsOfClass is : m_elements) {
-    if (is(element)) return true;
-  }
-  for (const IsOfClass is : m_lists) {
-    if (is(list)) return true;
-  }
-  return false;
-}
 
 void ElementTrack::Begin(KRDataObj& root) {
   m_levels[0].object = &root;
@@ -136,18 +98,7 @@ KRDataObj* ElementTrack::Around(u16 levels) const {
 
 const KRAccount* ElementTrack::AccountOfElement() const {
   for (u16 levels = 1; KRDataObj* const object = Around(levels); ++levels) {
-    const AggregateTable* const table = ObjectAccess::TableOf(*object);
-    if (table == nullptr) continue;
-    for (u8 index = 0; index < table->childRowCount; ++index) {
-      const u8 position = table->childRows[index];
-      const Row& row = table->rows[position];
-      const KRTagID tag = table->valid.table[position].tag;
-      const bool isOwn =
-          tag == KRTag_BANKACCTFROM || tag == KRTag_CCACCTFROM || tag == KRTag_INVACCTFROM;
-      if (!isOwn || row.array != nullptr) continue;
-      KRDataObj* const child = static_cast<ChildSlot*>(row.member(*object))->Get();
-      if (const auto* const account = dynamic_cast<const KRAccount*>(child)) return account;
-    }
+    if (const KRAccount* const account = AccountOf(*object)) return account;
   }
   return nullptr;
 }
@@ -157,12 +108,8 @@ KRString ElementTrack::Path() const {
   const s16 deepest = m_element != nullptr ? m_depth : m_open;
   for (s16 depth = 1; depth <= deepest; ++depth) {
     const Level& level = m_levels[depth];
-    if (depth > 1) path += '/';
-    path += KRUtility::TagToString(level.tag);
-    if (!IsInList(*m_levels[depth - 1].object, level.tag)) continue;
-    char number[24];
-    std::snprintf(number, sizeof number, "[%zu]", level.number);
-    path += number;
+    const bool isInList = IsInList(*m_levels[depth - 1].object, level.tag);
+    AddToStreamPath(path, level.tag, isInList ? level.number : 0);
   }
   return path;
 }

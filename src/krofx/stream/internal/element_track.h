@@ -8,7 +8,6 @@
 #include <string_view>
 #include <typeinfo>
 
-#include "krofx/core/list.h"
 #include "krofx/core/string.h"
 #include "krofx/core/tags.h"
 #include "krofx/core/types.h"
@@ -19,33 +18,9 @@
 #include "krofx/parse/internal/plain_feed.h"
 #include "krofx/reader/mending.h"
 #include "krofx/stream/internal/line_counter.h"
+#include "krofx/stream/internal/list_elements.h"
 
 namespace krofx::internal {
-
-/// Whether an object is of a class that a host has named.
-using IsOfClass = bool (*)(const KRDataObj& object);
-
-/// The classes of the elements that a host wants.
-class WantedClasses {
- public:
-  /// Adds a class of elements.
-  /// @return false when memory is exhausted.
-  bool Add(IsOfClass element) { return m_elements.Append(element); }
-  /// Adds a class of lists, all of whose elements are wanted.
-  /// @return false when memory is exhausted.
-  bool AddList(IsOfClass list) { return m_lists.Append(list); }
-  /// Adds a tag under which elements are wanted.
-  /// @return false when memory is exhausted.
-  bool AddTag(KRTagID tag) { return m_tags.Append(tag); }
-
-  /// @return whether an element of a list is wanted.
-  bool Has(const KRDataObj& element, KRTagID tag, const KRDataObj& list) const;
-
- private:
-  List<IsOfClass> m_elements;
-  List<IsOfClass> m_lists;
-  List<KRTagID> m_tags;
-};
 
 /// The open aggregates of one text.
 class ElementTrack final : public FeedWatcher {

@@ -10,6 +10,8 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/parse/internal/text_source.h"
+#include "krofx/reader/file/clean_parser.h"
 #include "krofx/reader/file/file_reader.h"
 #include "krofx/reader/file/text_bounds.h"
 
@@ -87,14 +89,27 @@ bool StreamRun::Feed(std::string_view piece) {
   return true;
 }
 
+void StreamRun::SetListener(StreamListener* listener) {
+  m_listener = listener;
+  m_records.SetListener(listener);
+}
+
+void StreamRun::ReadInPlace(KRBuffer& buffer) {
+  m_plain = &buffer;
+  m_window.Borrow(buffer);
+}
+
 void StreamRun::Stop() {
   m_track.Drop();
-  if (m_state != StreamState::kEnded && m_records.Any()) m_status = KRParseStatus_Warnings;
+  if (m_mended != nullptr) m_mended->Stop();
+  const bool any = m_records.Any() || (m_mended != nullptr && m_mended->AnyRecords());
+  if (m_state != StreamState::kEnded && any) m_status = KRParseStatus_Warnings;
   m_state = StreamState::kEnded;
 }
 
 KRParseStatus StreamRun::Status() const {
-  const bool warned = m_status == KRParseStatus_Accepted && m_records.Any();
+  const bool any = m_records.Any() || (m_mended != nullptr && m_mended->AnyRecords());
+  const bool warned = m_status == KRParseStatus_Accepted && any;
   return warned ? KRParseStatus_Warnings : m_status;
 }
 
@@ -123,12 +138,77 @@ bool StreamRun::Begin() {
   return true;
 }
 
+// Whether there is nothing to mend in a text that can be read twice.
+bool StreamRun::IsClean() {
+  StreamOptions options = m_options;
+  options.mends = false;
+  options.checkRequired = true;
+  options.maxRecords = 0;
+  const std::unique_ptr<StreamRun> trial(new StreamRun(options));
+  if (trial == nullptr) return false;
+  trial->Want([](const KRDataObj&) { return true; }, false);
+  if (m_plain != nullptr) {
+    trial->ReadInPlace(*m_plain);
+  } else {
+    trial->m_source = std::move(m_source);
+  }
+  const SilentLosses losses;
+  bool isClean = true;
+  while (isClean && trial->Next() != nullptr) {
+    isClean = trial->Status() == KRParseStatus_Accepted && !losses.Any();
+  }
+  isClean = isClean && trial->Status() == KRParseStatus_Accepted && !losses.Any();
+  trial->Stop();
+  m_source = std::move(trial->m_source);
+  return isClean;
+}
+
+// A text that is clean is read as it is.
+void StreamRun::ChooseReader() {
+  m_isChosen = true;
+  const bool canTry = m_plain != nullptr || m_source.CanGoTo();
+  if (canTry && IsClean()) {
+    if (m_plain == nullptr && !m_source.GoTo(0)) {
+      Fail(KRParseStatus_Invalid, "it cannot be read a second time");
+    }
+    return;
+  }
+  if (KRGetFireAlarm() != KRFireAlarm_None) return End(KRParseStatus_Fatal);
+  if (m_plain != nullptr) {
+    const PlainText text(*m_plain);
+    m_source.SetBytes({text.Bytes(), static_cast<std::size_t>(text.Size())}, true);
+  } else if (canTry && !m_source.GoTo(0)) {
+    return Fail(KRParseStatus_Invalid, "it cannot be read a second time");
+  }
+  m_mended.reset(new MendedText(m_options, m_source, m_wanted, m_text, m_listener));
+  if (m_mended == nullptr) End(KRParseStatus_Fatal);
+}
+
+const StreamElement* StreamRun::NextMended() {
+  switch (m_mended->Next()) {
+    case StreamStep::kElement:
+      m_state = StreamState::kReading;
+      return &m_element;
+    case StreamStep::kNeedsMore:
+      m_state = StreamState::kHungry;
+      return nullptr;
+    default:
+      m_state = StreamState::kEnded;
+      m_status = m_mended->Status();
+      m_problem = m_mended->Problem();
+      return nullptr;
+  }
+}
+
 const StreamElement* StreamRun::Next() {
   m_track.Drop();
   if (m_state == StreamState::kIdle) m_state = StreamState::kHungry;
   if (m_state != StreamState::kEnded && KRGetFireAlarm() != KRFireAlarm_None) {
     KRSetFireAlarm(KRFireAlarm_None);
   }
+  if (m_state == StreamState::kEnded) return nullptr;
+  if (m_options.mends && !m_isChosen) ChooseReader();
+  if (IsMending() && m_state != StreamState::kEnded) return NextMended();
   while (m_state != StreamState::kEnded) {
     if (m_window.MayLook()) {
       m_window.Look();
@@ -192,12 +272,34 @@ bool StreamRun::Refill() {
   return false;
 }
 
+KRDataObj& StreamRun::Element() const {
+  return IsMending() ? *m_mended->Track().Element() : *m_track.Element();
+}
+
+std::size_t StreamRun::NumberOfElement() const {
+  return IsMending() ? m_mended->Track().NumberOfElement() : m_track.NumberOfElement();
+}
+
+KRString StreamRun::PathOfElement() const {
+  return IsMending() ? m_mended->Track().Path() : m_track.Path();
+}
+
+const KRAccount* StreamRun::AccountOfElement() const {
+  return IsMending() ? m_mended->Track().AccountOfElement() : m_track.AccountOfElement();
+}
+
+KRDataObj* StreamRun::Around(u16 levels) const {
+  return IsMending() ? m_mended->Track().Around(levels) : m_track.Around(levels);
+}
+
 const Place& StreamRun::PlaceOfElement() {
+  if (IsMending()) return m_mended->Track().PlaceOfElement();
   m_track.FindPlaces(m_lines, m_window.Text(), m_window.Base());
   return m_track.PlaceOfElement();
 }
 
 const OfxText& StreamRun::JudgedText() {
+  if (IsMending()) return m_text;
   const std::size_t from = m_window.Base();
   const std::size_t to = from + m_window.Text().size();
   if (from != m_judgedFrom || to != m_judgedTo) {
@@ -210,6 +312,7 @@ const OfxText& StreamRun::JudgedText() {
 
 bool StreamRun::HasMoreTags() {
   if (m_state != StreamState::kEnded) return false;
+  if (IsMending()) return m_mended->HasMoreTags();
   if (m_window.Text().find('<', m_window.CountRead()) != std::string_view::npos) return true;
   char block[kLeastWindow];
   std::size_t count = 0;

@@ -3,6 +3,7 @@
 #ifndef KROFX_STREAM_INTERNAL_STREAM_RUN_H_
 #define KROFX_STREAM_INTERNAL_STREAM_RUN_H_
 
+#include <memory>
 #include <string_view>
 
 #include "krofx/core/memory.h"
@@ -13,6 +14,7 @@
 #include "krofx/stream/internal/element_parser.h"
 #include "krofx/stream/internal/element_track.h"
 #include "krofx/stream/internal/line_counter.h"
+#include "krofx/stream/internal/mended_text.h"
 #include "krofx/stream/internal/record_keeper.h"
 #include "krofx/stream/stream.h"
 
@@ -27,10 +29,10 @@ class StreamRun : public HeapObject {
 
   void Want(IsOfClass is, bool list);
   void WantTag(KRTagID tag);
-  void SetListener(StreamListener* listener) { m_records.SetListener(listener); }
+  void SetListener(StreamListener* listener);
   ByteSource& Source() { return m_source; }
   /// Reads a plain buffer that has the whole text.
-  void ReadInPlace(KRBuffer& buffer) { m_window.Borrow(buffer); }
+  void ReadInPlace(KRBuffer& buffer);
   /// Begins to read.
   void Start() { m_state = StreamState::kReading; }
   bool Feed(std::string_view piece);
@@ -43,11 +45,22 @@ class StreamRun : public HeapObject {
   KRParseStatus Status() const;
   KRString& Problem() { return m_problem; }
   OfxText& Text() { return m_text; }
+  /// The records of a text that is mended; null for another.
+  const Reading* MendedRecords() const { return m_mended ? &m_mended->Records() : nullptr; }
+  /// The records of a text that is taken to the letter.
   const RecordKeeper& Records() const { return m_records; }
-  ElementTrack& Track() { return m_track; }
-  /// @return where the current element begins.
+  std::size_t Position() const { return m_mended ? m_mended->Position() : m_window.Taken(); }
+
+  /// @name The current element
+  /// @{
+  KRDataObj& Element() const;
+  std::size_t NumberOfElement() const;
+  KRString PathOfElement() const;
+  const KRAccount* AccountOfElement() const;
+  KRDataObj* Around(u16 levels) const;
+  /// @return where it begins.
   const Place& PlaceOfElement();
-  std::size_t Position() const { return m_window.Taken(); }
+  /// @}
   /// See StreamElement::ToUtf8.
   KRString ToUtf8(const KRString& text) { return JudgedText().ToUtf8(text); }
   /// @return the text, with the character set of the part that is in memory.
@@ -56,6 +69,10 @@ class StreamRun : public HeapObject {
   bool HasMoreTags();
 
  private:
+  bool IsMending() const { return m_mended != nullptr; }
+  void ChooseReader();
+  bool IsClean();
+  const StreamElement* NextMended();
   bool Begin();
   bool Refill();
   void End(KRParseStatus status);
@@ -69,6 +86,11 @@ class StreamRun : public HeapObject {
   ByteSource m_source;
   OfxText m_text;
   ElementParser m_parser;
+  // For a text that is mended.
+  std::unique_ptr<MendedText> m_mended;
+  StreamListener* m_listener = nullptr;
+  KRBuffer* m_plain = nullptr;
+  bool m_isChosen = false;
   bool m_begun = false;
   StreamState m_state = StreamState::kIdle;
   KRParseStatus m_status = KRParseStatus_Accepted;

@@ -1,0 +1,157 @@
+// Taking complete elements out of the tree.
+
+#include "krofx/stream/internal/mended_track.h"
+
+#include <utility>
+
+namespace krofx::internal {
+
+MendedTrack::~MendedTrack() { Clear(); }
+
+void MendedTrack::OnOpened(s16 depth, KRDataObj& object, u32 number, u32 position) {
+  Level& level = m_levels[depth];
+  level.object = &object;
+  level.number = number;
+  level.place = m_window.PlaceOf(m_window.Text().ToOriginal(position));
+  level.kind.element = nullptr;
+  for (s16 each = depth; each <= KRParser::kMaxDepth; ++each) {
+    delete std::exchange(m_levels[each].taken, nullptr);
+  }
+}
+
+const MendedTrack::Kind& MendedTrack::KindOf(s16 depth) {
+  KRDataObj& object = *m_levels[depth].object;
+  KRDataObj& parent = *m_levels[depth - 1].object;
+  const std::type_info& element = typeid(object);
+  const KRTagID tag = object.GetType();
+  Kind& kind = m_levels[depth - 1].kind;
+  if (kind.element != &element || kind.tag != tag) {
+    kind = {&element, tag, false, ListRow(parent, tag)};
+    kind.wanted = IsInList(parent, tag) && m_wanted.Has(object, tag, parent);
+  }
+  return kind;
+}
+
+MendedTrack::Frame MendedTrack::FrameAt(s16 depth) const {
+  const Level& level = m_levels[depth];
+  const KRTagID tag = level.object->GetType();
+  const bool isInList = depth > 0 && IsInList(*m_levels[depth - 1].object, tag);
+  return {level.object, tag, isInList ? level.number : 0};
+}
+
+void MendedTrack::OnComplete(s16 depth, KRDataObj& object) {
+  const Kind& kind = KindOf(depth);
+  if (!kind.wanted) return;
+  m_checker.OnElement(depth, object);
+  Given given = {&object, false, depth, -1, m_levels[depth].place, {}};
+  for (s16 each = 0; each <= depth; ++each) given.frames[each] = FrameAt(each);
+  if (kind.row != nullptr) {
+    void* const array = kind.row->member(*m_levels[depth - 1].object);
+    const u16 entries = kind.row->array->entries(array);
+    const bool isLast =
+        entries != 0 && kind.row->array->get(array, static_cast<u16>(entries - 1)) == &object;
+    // Of a shared list nothing can be taken.
+    given.isTaken = isLast && kind.row->array->takeLast(array) != nullptr;
+  }
+  if (!m_given.Append(given)) {
+    m_failed = true;
+    if (given.isTaken) delete given.object;
+  }
+}
+
+// Its elements may still be waiting.
+void MendedTrack::OnDeleted(KRDataObj& object) {
+  for (Given& given : m_given) {
+    for (s16 depth = 0; depth < given.depth; ++depth) {
+      if (given.frames[depth].object == &object) given.lost = depth;
+    }
+  }
+}
+
+const KRDataObj* MendedTrack::TakenBefore(s16 depth) { return m_levels[depth - 1].taken; }
+
+bool MendedTrack::Next() {
+  DropCurrent();
+  if (m_current < m_given.size()) {
+    m_begun = true;
+    return true;
+  }
+  while (!m_given.empty()) m_given.RemoveLast();
+  m_current = 0;
+  return false;
+}
+
+// Deletes the element that was handed out.
+void MendedTrack::DropCurrent() {
+  if (!m_begun) return;
+  m_begun = false;
+  KRDataObj* const parent = Around(1);
+  const Given& given = m_given[m_current];
+  ++m_current;
+  if (!given.isTaken) {
+    if (parent != nullptr) DropWrapperBefore(*parent, *given.object);
+    return;
+  }
+  // The next one may be compared with it, as long as its list is open.
+  KRDataObj* before = given.object;
+  Level& list = m_levels[given.depth - 1];
+  if (parent != nullptr && list.object == parent) std::swap(before, list.taken);
+  delete before;
+}
+
+// A message set without wrappers is incomplete, so it keeps one: when an element is dropped, the
+// one before it goes.
+void MendedTrack::DropWrapperBefore(KRDataObj& parent, const KRDataObj& element) {
+  WithMessageSet(parent, [this, &element](auto& set) {
+    u16 index = set.GetNumTrans();
+    while (index > 0 && set.GetTrans(static_cast<u16>(index - 1)) != &element) --index;
+    if (index < 2) return false;
+    const auto before = static_cast<u16>(index - 2);
+    KRDataObj* const object = set.GetTrans(before);
+    if (object == nullptr || !m_wanted.Has(*object, object->GetType(), set)) return false;
+    set.DisconnectTrans(before);
+    delete object;
+    return true;
+  });
+}
+
+void MendedTrack::Clear() {
+  for (std::size_t index = m_current; index < m_given.size(); ++index) {
+    if (m_given[index].isTaken) delete m_given[index].object;
+  }
+  m_given.Clear();
+  m_current = 0;
+  m_begun = false;
+  for (Level& level : m_levels) delete std::exchange(level.taken, nullptr);
+}
+
+KRDataObj* MendedTrack::Around(u16 levels) const {
+  if (Element() == nullptr || levels > Current().depth - Current().lost - 1) return nullptr;
+  return Current().frames[Current().depth - levels].object;
+}
+
+const KRAccount* MendedTrack::AccountOfElement() const {
+  for (u16 levels = 1; KRDataObj* const object = Around(levels); ++levels) {
+    if (const KRAccount* const account = AccountOf(*object)) return account;
+  }
+  return nullptr;
+}
+
+KRString MendedTrack::Path() const {
+  KRString path;
+  for (s16 depth = 1; Element() != nullptr && depth <= Current().depth; ++depth) {
+    AddToStreamPath(path, Current().frames[depth].tag, Current().frames[depth].number);
+  }
+  return path;
+}
+
+KRString MendedTrack::PathTo(s16 depth) const {
+  KRString path;
+  for (s16 each = 1; each <= depth; ++each) {
+    const Frame frame = FrameAt(each);
+    AddToStreamPath(path, frame.tag, frame.number);
+  }
+  return path;
+}
+
+}  // namespace krofx::internal

@@ -1,0 +1,390 @@
+// A stream that mends gives the elements and the mendings of a reading of the whole text.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+
+#include "krofx/values/utility.h"
+#include "reader/damaged_texts.h"
+#include "stream/streamed.h"
+
+namespace krofx::testing {
+namespace {
+
+// How a text comes.
+struct Way {
+  std::size_t piece = 0;  // 0 for the whole text from memory.
+  u32 window = 256 * 1024;
+};
+
+constexpr Way kWays[] = {{0, 256 * 1024}, {0, 256}, {0, 1000}, {1, 256 * 1024}, {777, 256 * 1024}};
+
+std::string Line(const ReadWarning& warning) {
+  return std::to_string(warning.warning) + " " + AtPlace(warning.place) + " <" +
+         Str(warning.tagText) + "> \"" + Str(warning.value) + "\" " + Str(warning.path);
+}
+
+std::string LineWithPath(const Mending& mending) {
+  return testing::Line(mending) + " @" + std::to_string(mending.place.offset) + " " +
+         Str(mending.path);
+}
+
+// What a reading of a text came to, its tree as its lines in any order: a stream takes elements out
+// of it.
+struct Read1 {
+  KRParseStatus status = KRParseStatus_Accepted;
+  Lines mendings;
+  Lines warnings;  // But for those of missing tags: a stream looks in each element.
+  Lines tree;
+  std::string charset;
+};
+
+Lines LinesOf(const std::string& text) {
+  Lines lines;
+  std::size_t from = text.find("<OFX>");
+  if (from == std::string::npos) from = 0;
+  while (from < text.size()) {
+    const std::size_t end = std::min(text.find('\n', from), text.size());
+    lines.push_back(text.substr(from, end - from));
+    from = end + 1;
+  }
+  return lines;
+}
+
+void AddWarnings(const List<ReadWarning>& warnings, Lines& lines) {
+  for (const ReadWarning& warning : warnings) {
+    if (warning.warning != KRPW_MISSINGTAG) lines.push_back(Line(warning));
+  }
+}
+
+Read1 ReadWhole(const std::string& text) {
+  const Reading reading = Read(text);
+  Read1 out;
+  out.status = reading.status;
+  for (const Mending& mending : reading.mendings) out.mendings.push_back(LineWithPath(mending));
+  AddWarnings(reading.warnings, out.warnings);
+  out.tree = LinesOf(Written(reading.root));
+  std::sort(out.tree.begin(), out.tree.end());
+  if (!reading.texts.empty()) out.charset = Str(reading.texts[0].charset);
+  return out;
+}
+
+Read1 StreamMending(const std::string& text, const Way& way) {
+  StreamOptions options;
+  options.mends = true;
+  options.window = way.window;
+  options.maxRecords = 100000;
+  Stream stream(options);
+  WantMuch(stream);
+  Read1 out;
+  const auto take = [&] {
+    while (const StreamElement* const element = stream.Next()) {
+      for (const std::string& line : LinesOf(Written(&element->Object()))) {
+        out.tree.push_back(line);
+      }
+      const std::string tag = Str(KRUtility::TagToString(element->Tag()));
+      out.tree.push_back("<" + tag + ">");
+      out.tree.push_back("</" + tag + ">");
+      EXPECT_FALSE(Str(element->Path()).empty());
+      EXPECT_GT(element->Where().line, 0u);
+      EXPECT_NE(element->Around(1), nullptr);
+      element->Account();
+      if (out.charset.empty()) out.charset = Str(element->Text().charset);
+    }
+  };
+  if (way.piece == 0) stream.Open(std::string_view(text));
+  for (std::size_t at = 0; way.piece != 0 && at < text.size(); at += way.piece) {
+    const std::string piece = text.substr(at, way.piece);
+    if (!stream.Feed(piece)) break;
+    take();
+  }
+  if (way.piece != 0) stream.Finish();
+  take();
+  out.status = stream.Status();
+  for (const Mending& mending : stream.Mendings()) out.mendings.push_back(LineWithPath(mending));
+  AddWarnings(stream.Warnings(), out.warnings);
+  for (const std::string& line : LinesOf(Written(stream.Root()))) out.tree.push_back(line);
+  std::sort(out.tree.begin(), out.tree.end());
+  return out;
+}
+
+// What makes a text one that a stream does not mend, or reads the first part of.
+bool IsOther(const std::string& text) {
+  const Reading reading = Read(text);
+  const bool wide = std::any_of(
+      reading.mendings.begin(), reading.mendings.end(),
+      [](const Mending& mending) { return mending.kind == MendingKind::kWideCharacters; });
+  return wide || reading.texts.size() != 1 || reading.texts[0].kind == TextKind::kMultipart;
+}
+
+// What is in one sorted list and not in another.
+Lines OnlyIn(const Lines& one, const Lines& other) {
+  Lines only;
+  std::set_difference(one.begin(), one.end(), other.begin(), other.end(), std::back_inserter(only));
+  return only;
+}
+
+void ExpectSame(const std::string& text, const std::string& what) {
+  if (IsOther(text)) return;
+  const Read1 whole = ReadWhole(text);
+  for (const Way& way : kWays) {
+    // A clean text is not mended at all, which nobody knows of pieces beforehand.
+    if (way.piece != 0 && whole.mendings.empty()) continue;
+    SCOPED_TRACE(what + ", pieces of " + std::to_string(way.piece) + ", window of " +
+                 std::to_string(way.window));
+    const Read1 streamed = StreamMending(text, way);
+    EXPECT_EQ(streamed.status, whole.status);
+    EXPECT_EQ(streamed.mendings, whole.mendings);
+    EXPECT_EQ(streamed.warnings, whole.warnings);
+    EXPECT_EQ(OnlyIn(streamed.tree, whole.tree), Lines());
+    EXPECT_EQ(OnlyIn(whole.tree, streamed.tree), Lines());
+  }
+}
+
+TEST(MendedStream, GivesWhatAReadingGivesOfEachExample) {
+  for (const auto& entry : std::filesystem::directory_iterator(KROFX_EXAMPLES)) {
+    if (!entry.is_regular_file()) continue;
+    const std::string extension = entry.path().extension();
+    if (extension == ".cpp") continue;
+    std::ifstream file(entry.path(), std::ios::binary);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    ExpectSame(text, entry.path().filename());
+  }
+}
+
+TEST(MendedStream, GivesWhatAReadingGivesOfDamagedTexts) {
+  const std::vector<std::string> examples = WholeExamples();
+  const std::vector<Damage> kinds = AllDamage();
+  const char* const from = std::getenv("KROFX_DAMAGE_SEED");
+  const char* const wanted = std::getenv("KROFX_DAMAGED_TEXTS");
+  const unsigned first =
+      from == nullptr ? 1 : static_cast<unsigned>(std::strtoul(from, nullptr, 10));
+  const unsigned count =
+      wanted == nullptr ? 300 : static_cast<unsigned>(std::strtoul(wanted, nullptr, 10));
+  for (unsigned seed = first; seed < first + count; ++seed) {
+    const Attempt attempt = MakeDamage(seed, examples, kinds);
+    std::string names = "seed " + std::to_string(seed);
+    for (const std::string& name : attempt.names) names += ", " + name;
+    ExpectSame(attempt.text, names);
+    if (HasFailure()) return;
+  }
+}
+
+// A statement of many transactions, with something done to each of them. A text whose first
+// transaction has a private tag is not clean, whatever else is wrong.
+std::string LargeStatement(std::size_t count, const std::function<void(std::string&)>& damage) {
+  std::string transactions;
+  for (std::size_t number = 1; number <= count; ++number) {
+    std::string transaction = NumberedTransaction(number);
+    if (number == 1) transaction.replace(transaction.find("<NAME>"), 0, "<INTU.FIRST>1\n");
+    damage(transaction);
+    transactions += transaction;
+  }
+  return BankStatementFile(transactions);
+}
+
+void Replace(std::string& text, const std::string& what, const std::string& by) {
+  for (std::size_t at = text.find(what); at != std::string::npos;
+       at = text.find(what, at + by.size())) {
+    text.replace(at, what.size(), by);
+  }
+}
+
+// What may be wrong in each transaction of a text.
+struct Wrong {
+  const char* name;
+  std::function<void(std::string&)> damage;
+};
+
+const Wrong kWrongs[] = {
+    {"small letters",
+     [](std::string& text) {
+       std::transform(text.begin(), text.end(), text.begin(),
+                      [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+     }},
+    {"commas", [](std::string& text) { Replace(text, ".25", ",25"); }},
+    {"thousands", [](std::string& text) { Replace(text, ".25", ".250,75"); }},
+    {"no ends", [](std::string& text) { Replace(text, "</STMTTRN>\n", ""); }},
+    {"early ends",
+     [](std::string& text) {
+       Replace(text, "<MEMO>card 1234\n</STMTTRN>", "</STMTTRN>\n<MEMO>card 1234");
+     }},
+    {"private tags", [](std::string& text) { Replace(text, "<NAME>", "<INTU.X>5\n<NAME>"); }},
+    {"unknown tags with ends",
+     [](std::string& text) { Replace(text, "<NAME>", "<OWN><THING>5</OWN><NAME>"); }},
+    {"control characters", [](std::string& text) { Replace(text, "Grocer", "Gro\1cer"); }},
+    {"references", [](std::string& text) { Replace(text, "Grocer", "Gr&uuml;n &euro; &#1078;"); }},
+    {"another character set", [](std::string& text) { Replace(text, "Grocer", "Gr\xC3\xBCn"); }},
+    {"characters and references",
+     [](std::string& text) { Replace(text, "Grocer", "Gr\xFCn &#1078;"); }},
+    {"stray texts", [](std::string& text) { Replace(text, "</STMTTRN>", "</STMTTRN>\nnext"); }},
+    {"an extra end", [](std::string& text) { text += "</STMTTRN>\n"; }},
+    {"misplaced", [](std::string& text) { Replace(text, "<NAME>", "<DTASOF>20260101\n<NAME>"); }},
+    {"bare signs", [](std::string& text) { Replace(text, "Grocer", "Grocer < Sons"); }},
+    {"dates", [](std::string& text) { Replace(text, "20250203120000", "03.02.2025"); }},
+    {"attributes", [](std::string& text) { Replace(text, "<STMTTRN>", "<STMTTRN id=\"1\">"); }},
+};
+
+TEST(MendedStream, GivesWhatAReadingGivesOfManyDamagedTransactions) {
+  const Way ways[] = {{0, 256 * 1024}, {0, 4096}, {4000, 16384}};
+  for (const Wrong& wrong : kWrongs) {
+    const std::string text = LargeStatement(1500, wrong.damage);
+    const Read1 whole = ReadWhole(text);
+    EXPECT_FALSE(whole.mendings.empty()) << wrong.name;
+    for (const Way& way : ways) {
+      const Read1 streamed = StreamMending(text, way);
+      SCOPED_TRACE(std::string(wrong.name) + ", window of " + std::to_string(way.window));
+      EXPECT_EQ(streamed.status, whole.status);
+      EXPECT_EQ(OnlyIn(streamed.mendings, whole.mendings).size(), 0u);
+      EXPECT_TRUE(streamed.mendings == whole.mendings);
+      EXPECT_EQ(streamed.warnings, whole.warnings);
+      EXPECT_TRUE(streamed.tree == whole.tree);
+      EXPECT_EQ(streamed.charset, whole.charset);
+    }
+  }
+}
+
+Read1 StreamInPieces(const std::string& text) { return StreamMending(text, {4000, 16384}); }
+
+std::string Many(const std::string& head, const std::string& tail, std::size_t count = 500) {
+  std::string transactions = head;
+  for (std::size_t number = 1; number <= count; ++number) {
+    transactions += NumberedTransaction(number);
+  }
+  return BankStatementFile(transactions + tail);
+}
+
+std::string Amount(const std::string& amount, const std::string& name = "Shop") {
+  return "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250203<TRNAMT>" + amount + "<FITID>x<NAME>" + name +
+         "</STMTTRN>\n";
+}
+
+TEST(MendedStream, RefusesPiecesWhoseNumbersTurnOutToBeWrittenInTwoWays) {
+  // The first amount is judged by the points of those after it, which commas contradict later.
+  const std::string text = Many(Amount("1,234"), Amount("7,5") + Amount("8,25"));
+  const Read1 streamed = StreamInPieces(text);
+  EXPECT_EQ(streamed.status, KRParseStatus_Invalid);
+  const Read1 whole = ReadWhole(text);
+  EXPECT_EQ(StreamMending(text, {0, 16384}).mendings, whole.mendings);
+}
+
+TEST(MendedStream, FindsTheCharacterSetOfPiecesThatBeginInAscii) {
+  const std::string own = "<INTU.X>1\n";
+  const std::string usual = Many(own, Amount("-1.00", "Gr\xFCn"));
+  EXPECT_EQ(StreamInPieces(usual).tree, ReadWhole(usual).tree);
+  // Its beginning says another set.
+  const std::string lying = Many(own, Amount("-1.00", "Gr\xC3\xBCn"));
+  EXPECT_EQ(StreamInPieces(lying).status, KRParseStatus_Invalid);
+  EXPECT_EQ(StreamMending(lying, {0, 16384}).mendings, ReadWhole(lying).mendings);
+}
+
+TEST(MendedStream, SaysWhatItCannotMendWithoutTheWholeText) {
+  // Whether the unknown aggregate ends is not known before the end of the list.
+  const std::string text = Many("<STRANGE>\n", "");
+  StreamOptions options;
+  options.mends = true;
+  options.window = 4096;
+  options.largestItem = 16384;
+  Stream stream(options);
+  WantMuch(stream);
+  stream.Open(std::string_view(text));
+  while (stream.Next() != nullptr) {
+  }
+  EXPECT_EQ(stream.Status(), KRParseStatus_Fatal);
+  EXPECT_NE(Str(stream.Problem()).find("krofx::Read"), std::string::npos);
+  EXPECT_EQ(StreamMending(text, {0, 4096}).mendings, ReadWhole(text).mendings);
+}
+
+TEST(MendedStream, EndsAtDamageThatMustNotBeMended) {
+  const std::string text = Many("", Amount("-1,5") + Amount("-2.00"), 100);
+  StreamOptions options;
+  options.mends = true;
+  options.mend.Remove(MendingKind::kDecimalComma);
+  Stream stream(options);
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  std::size_t count = 0;
+  while (stream.Next() != nullptr) ++count;
+  EXPECT_EQ(stream.Status(), KRParseStatus_Invalid);
+  EXPECT_EQ(count, 100u);
+  EXPECT_NE(Str(stream.Problem()).find("must not be mended"), std::string::npos);
+}
+
+TEST(MendedStream, TakesACleanTextAsItIs) {
+  const std::string text = Many("", "", 10);
+  for (const std::size_t piece : {0u, 7u}) {
+    const Read1 streamed = StreamMending(text, {piece, 4096});
+    EXPECT_EQ(streamed.status, KRParseStatus_Accepted);
+    EXPECT_EQ(streamed.tree, ReadWhole(text).tree);
+  }
+}
+
+// Counts what it hears.
+class Counter : public StreamListener {
+ public:
+  void OnWarning(const ReadWarning& /*warning*/) override { ++warnings; }
+  void OnMending(const Mending& mending) override {
+    ++mendings;
+    path = Str(mending.path);
+  }
+
+  std::size_t warnings = 0;
+  std::size_t mendings = 0;
+  std::string path;
+};
+
+TEST(MendedStream, KeepsTheFirstMendingsAndSaysAll) {
+  const std::string text = LargeStatement(300, [](std::string& t) { Replace(t, ".25", ",25"); });
+  StreamOptions options;
+  options.mends = true;
+  options.maxRecords = 10;
+  Stream stream(options);
+  Counter counter;
+  stream.SetListener(&counter);
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  while (const StreamElement* const element = stream.Next()) {
+    EXPECT_NE(element->As<KRBankStatementTx>(), nullptr);
+  }
+  EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+  EXPECT_EQ(stream.Mendings().size(), 10u);
+  EXPECT_EQ(counter.mendings, stream.Mendings().size() + stream.Unrecorded());
+  EXPECT_EQ(counter.path, "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[300]");
+}
+
+TEST(MendedStream, StopsAndIsDestroyedAnywhere) {
+  const std::string text = LargeStatement(100, [](std::string& t) { Replace(t, ".25", ",25"); });
+  for (std::size_t count = 0; count < 5; ++count) {
+    StreamOptions options;
+    options.mends = true;
+    Stream stream(options);
+    WantMuch(stream);
+    stream.Open(std::string_view(text));
+    for (std::size_t element = 0; element < count; ++element) stream.Next();
+    if (count % 2 == 0) stream.Stop();
+    if (count == 4) {
+      EXPECT_NE(stream.TakeRoot(), nullptr);
+    }
+  }
+}
+
+TEST(MendedStream, SaysWhatIsNoOfx) {
+  for (const std::string text : {"", "no OFX at all", "<html><body>Log in</body></html>"}) {
+    const Reading whole = Read(text);
+    StreamOptions options;
+    options.mends = true;
+    Stream stream(options);
+    WantMuch(stream);
+    stream.Open(std::string_view(text));
+    EXPECT_EQ(stream.Next(), nullptr);
+    EXPECT_EQ(stream.Status(), whole.status) << text;
+    EXPECT_EQ(Str(stream.Problem()), Str(whole.problem));
+  }
+}
+
+}  // namespace
+}  // namespace krofx::testing
