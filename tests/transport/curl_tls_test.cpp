@@ -2,6 +2,7 @@
 // gets, and the code of each refusal.
 
 #include "support/failing_allocation.h"
+#include "support/scoped_variable.h"
 #include "transport/curl_probe.h"
 
 namespace {
@@ -298,6 +299,24 @@ TEST_F(CurlTls, TrustsNobodyWithoutAnyRoots) {
   ASSERT_EQ(m_manager.SetSystemRoots("", ""), 1);
   CurlProbe none(m_manager, m_session, m_folder);
   EXPECT_EQ(none.Get(server.Url()).Run(), VYNCurlCode_Untrusted);
+}
+
+TEST_F(CurlTls, TakesNeitherRootsNorAProxyFromTheEnvironment) {
+  char hash[32];
+  std::snprintf(hash, sizeof hash, "%08lx.0", X509_subject_name_hash(m_authority.Certificate()));
+  PutPem(hash, m_authority);
+  TlsServer proxy(
+      {.script = [](ServerConnection& connection) { connection.ReadRequest(); }, .chain = {}});
+  const ScopedVariable variables[] = {{"SSL_CERT_FILE", PutPem("roots.pem", m_authority)},
+                                      {"SSL_CERT_DIR", m_roots.Path()},
+                                      {"https_proxy", proxy.Url()},
+                                      {"HTTPS_PROXY", proxy.Url()}};
+  TlsServer server(Showing({m_authority.IssueForLoopback()}));
+  CurlProbe bySystem(m_manager, m_session, m_folder);
+  EXPECT_EQ(bySystem.Get(server.Url()).Run(), VYNCurlCode_Untrusted);
+  CurlProbe byRoot(m_manager, m_session, m_folder);
+  EXPECT_EQ(byRoot.Get(server.Url()).Root(m_authority, 7000).Run(), 0);
+  EXPECT_EQ(proxy.Accepted(), 0);
 }
 
 TEST_F(CurlTls, SaysThatTheSystemsRootsCannotBeRead) {
