@@ -1,5 +1,6 @@
 // The libcurl manager when the network fails: each condition has its own code.
 
+#include "support/failing_allocation.h"
 #include "transport/curl_probe.h"
 
 namespace {
@@ -35,6 +36,23 @@ TEST_F(CurlNetwork, SaysThatAHostHasNoAddress) {
 TEST_F(CurlNetwork, SaysThatAProxyHasNoAddress) {
   ASSERT_EQ(m_manager.SetProxy("http://krofx.invalid:1/", nullptr), 1);
   EXPECT_EQ(CodeOfUrl("http://127.0.0.1/"), VYNCurlCode_ProxyNotFound);
+}
+
+TEST_F(CurlNetwork, KeepsItsProxyOrRefusesIt_WhenMemoryRunsOut) {
+  // Longer than what a text holds without memory of its own.
+  const std::string url = "http://" + std::string(60, 'x') + ".invalid:1/";
+  for (std::size_t nth = 1; nth < 8; ++nth) {
+    u16 isSet = 0;
+    {
+      const FailingAllocation failure(nth);
+      isSet = m_manager.SetProxy(url.c_str(), "127.0.0.2");
+    }
+    KRSetFireAlarm(KRFireAlarm_None);
+    if (isSet != 0) {
+      EXPECT_EQ(CodeOfUrl("http://127.0.0.1/"), VYNCurlCode_ProxyNotFound) << nth;
+    }
+    m_manager.SetProxy(nullptr, nullptr);
+  }
 }
 
 TEST_F(CurlNetwork, EndsWhenItsTimeIsOver) {

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <climits>
+#include <memory>
 #include <utility>
 
 #include "krofx/core/thread.h"
@@ -19,6 +20,13 @@ bool StartCurl() {
   StartCrypto();
   static const CURLcode result = curl_global_init(CURL_GLOBAL_DEFAULT);
   return result == CURLE_OK;
+}
+
+// Gives a setting a text whose memory is there already: an assignment would need more, and could
+// lose the text.
+void Replace(KRString& setting, KRString&& text) {
+  std::destroy_at(&setting);
+  std::construct_at(&setting, std::move(text));
 }
 
 }  // namespace
@@ -68,8 +76,8 @@ u16 CurlCore::SetProxy(const char* url, const char* exceptions) {
   KRString urlCopy(url);
   KRString exceptionsCopy(exceptions);
   if (urlCopy != url || exceptionsCopy != exceptions) return 0;
-  m_settings.proxy = std::move(urlCopy);
-  m_settings.proxyExceptions = std::move(exceptionsCopy);
+  Replace(m_settings.proxy, std::move(urlCopy));
+  Replace(m_settings.proxyExceptions, std::move(exceptionsCopy));
   return 1;
 }
 
@@ -78,8 +86,8 @@ u16 CurlCore::SetSystemRoots(const char* file, const char* folder) {
   KRString fileCopy(file);
   KRString folderCopy(folder);
   if (fileCopy != file || folderCopy != folder) return 0;
-  m_settings.rootFile = std::move(fileCopy);
-  m_settings.rootFolder = std::move(folderCopy);
+  Replace(m_settings.rootFile, std::move(fileCopy));
+  Replace(m_settings.rootFolder, std::move(folderCopy));
   m_settings.ownRoots = file != nullptr || folder != nullptr;
   return 1;
 }

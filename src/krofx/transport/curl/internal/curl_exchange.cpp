@@ -25,7 +25,7 @@ curl_off_t CountInfo(CURL* easy, CURLINFO info) {
 }
 
 bool MemoryIsLeft() {
-  constexpr std::size_t kPlenty = 512U * 1024;
+  constexpr std::size_t kPlenty = std::size_t{512} * 1024;
   void* const block = Allocate(kPlenty);
   Free(block);
   return block != nullptr;
