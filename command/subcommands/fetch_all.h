@@ -8,7 +8,7 @@ namespace krofx::command {
 class Subcommand;
 
 /// Adds `all` to the subcommands of `fetch`.
-void AddFetchAll(const Subcommand& fetch);
+void AddFetchAll(const Subcommand& parent);
 
 }  // namespace krofx::command
 

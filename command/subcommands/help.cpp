@@ -29,6 +29,7 @@ ExitStatus Help(const Options& options) {
     });
     if (found == below.end()) {
       std::vector<std::string> known;
+      known.reserve(below.size());
       for (const Subcommand& each : below) known.push_back(each.GetName());
       Complain("help", name + " is not a subcommand" + SuggestNearest(name, known));
       return kExitWrongUse;

@@ -8,21 +8,21 @@ namespace krofx::command {
 class Subcommand;
 
 /// Adds one subcommand to the command.
-using AddSubcommand = void (*)(const Subcommand& command);
-void AddPrint(const Subcommand& command);
-void AddCheck(const Subcommand& command);
-void AddSum(const Subcommand& command);
-void AddDiff(const Subcommand& command);
-void AddRewrite(const Subcommand& command);
-void AddRequest(const Subcommand& command);
-void AddExtract(const Subcommand& command);
-void AddCertID(const Subcommand& command);
-void AddSend(const Subcommand& command);
-void AddGet(const Subcommand& command);
-void AddFetch(const Subcommand& command);
-void AddBank(const Subcommand& command);
-void AddHelp(const Subcommand& command);
-void AddCompletion(const Subcommand& command);
+using AddSubcommand = void (*)(const Subcommand& parent);
+void AddPrint(const Subcommand& parent);
+void AddCheck(const Subcommand& parent);
+void AddSum(const Subcommand& parent);
+void AddDiff(const Subcommand& parent);
+void AddRewrite(const Subcommand& parent);
+void AddRequest(const Subcommand& parent);
+void AddExtract(const Subcommand& parent);
+void AddCertID(const Subcommand& parent);
+void AddSend(const Subcommand& parent);
+void AddGet(const Subcommand& parent);
+void AddFetch(const Subcommand& parent);
+void AddBank(const Subcommand& parent);
+void AddHelp(const Subcommand& parent);
+void AddCompletion(const Subcommand& parent);
 
 }  // namespace krofx::command
 

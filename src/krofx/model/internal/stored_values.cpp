@@ -21,7 +21,7 @@ StoredDate& StoredDate::operator=(const KRDateTime& value) {
     return *this;
   }
   if (IsWhole()) Drop();
-  std::memcpy(static_cast<void*>(&m_date), &whole, sizeof whole);
+  std::memcpy(static_cast<void*>(&m_date), &whole, sizeof(void*));
   m_date.extra = 1;
   return *this;
 }
