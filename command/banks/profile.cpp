@@ -3,13 +3,13 @@
 #include "banks/profile.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cstdio>
 
 #include "banks/url.h"
 #include "input/element_value.h"
 #include "input/parsed_file.h"
+#include "output/characters.h"
 
 namespace krofx::command {
 
@@ -97,12 +97,6 @@ void ForEachSet(const ParsedFile& reply, Function function) {
   }
 }
 
-std::string InSmallLetters(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
 }  // namespace
 
 const OfferedSet* Profile::Find(Service service, u16 version) const {
@@ -188,10 +182,10 @@ std::string FindAddressProblem(const Bank& bank, const std::string& address) {
     return "it is not https";
   }
   if (!url.user.empty()) return "it has a user in it";
-  const std::string host = InSmallLetters(url.host);
-  const bool known = host == InSmallLetters(own.host) ||
+  const std::string host = LowerAscii(url.host);
+  const bool known = host == LowerAscii(own.host) ||
                      std::any_of(bank.hosts.begin(), bank.hosts.end(),
-                                 [&](const auto& each) { return InSmallLetters(each) == host; });
+                                 [&](const auto& each) { return LowerAscii(each) == host; });
   if (known) return "";
   return "it is on another host than the bank's own address; if you trust it, add hosts = [\"" +
          url.host + "\"] to [" + bank.name + "] in banks.toml";

@@ -5,7 +5,8 @@
 #include <arpa/inet.h>
 
 #include <algorithm>
-#include <cctype>
+
+#include "output/characters.h"
 
 namespace krofx::command {
 
@@ -15,9 +16,7 @@ Url::Url(std::string_view text) {
     rest = text;
     return;
   }
-  scheme = text.substr(0, colon);
-  std::transform(scheme.begin(), scheme.end(), scheme.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  scheme = LowerAscii(text.substr(0, colon));
   rest = text.substr(colon + 1);
   if (!rest.starts_with("//")) return;
   host = rest.substr(2, rest.find_first_of("/?#\\", 2) - 2);

@@ -3,19 +3,17 @@
 #include "command_line/nearest_name.h"
 
 #include <algorithm>
-#include <cctype>
 #include <numeric>
 #include <utility>
 #include <vector>
+
+#include "output/characters.h"
 
 namespace krofx::command {
 
 namespace {
 
-bool Same(char left, char right) {
-  return std::tolower(static_cast<unsigned char>(left)) ==
-         std::tolower(static_cast<unsigned char>(right));
-}
+bool Same(char left, char right) { return LowerAscii(left) == LowerAscii(right); }
 
 template <class Name>
 std::string FindIn(std::string_view given, std::span<const Name> known) {

@@ -19,6 +19,7 @@
 #include "krofx/transport/exchange/vyn_net_request.h"
 #include "output/messages.h"
 #include "output/output_file.h"
+#include "output/progress_line.h"
 #include "output/safe_text.h"
 #include "system/interruption.h"
 #include "system/temporary_folder.h"
@@ -54,6 +55,7 @@ std::string WithoutQueries(std::string line) {
 }
 
 void Log(const char* text, u16, const char*) {
+  const WithoutProgressLine noProgress;
   std::fprintf(stderr, "%s\n", WithoutQueries(SafeLine(text)).c_str());
 }
 

@@ -5,9 +5,9 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdio>
 #include <utility>
 
+#include "output/progress_line.h"
 #include "output/safe_text.h"
 #include "output/time_left.h"
 
@@ -33,7 +33,7 @@ ExchangeProgress::~ExchangeProgress() {
   if (s_current != this) return;
   m_access.SetSessionCallback(nullptr);
   s_current = nullptr;
-  if (m_shown) std::fputs("\r\033[K", stderr);
+  const WithoutProgressLine noProgress;
 }
 
 void ExchangeProgress::Take(KROpCode code, void* a, void* b) {
@@ -56,16 +56,15 @@ void ExchangeProgress::Show(KROpCode code, std::size_t done, std::size_t all) {
                            : code == KROpCode_Sending   ? "sending to"
                            : code == KROpCode_Receiving ? "receiving from"
                                                         : "connecting to";
-  std::fprintf(stderr, "\r\033[Kkrofx: %s %s", what, m_where.c_str());
   if (waits) done = 0;
-  if (done > 0) std::fprintf(stderr, ": %zu", done);
-  if (done > 0 && all > 0) std::fprintf(stderr, " of %zu", all);
+  std::string line = std::string("krofx: ") + what + " " + m_where;
   if (done > 0) {
-    const std::string left =
-        DescribeTimeLeft(now - m_begin, static_cast<double>(done), static_cast<double>(all));
-    std::fprintf(stderr, " bytes%s", left.c_str());
+    line += ": " + std::to_string(done);
+    if (all > 0) line += " of " + std::to_string(all);
+    line += " bytes" +
+            DescribeTimeLeft(now - m_begin, static_cast<double>(done), static_cast<double>(all));
   }
-  std::fflush(stderr);
+  ShowProgressLine(line);
 }
 
 }  // namespace krofx::command

@@ -8,7 +8,6 @@
 #ifndef KROFX_COMMAND_INPUT_ELEMENT_TREE_H_
 #define KROFX_COMMAND_INPUT_ELEMENT_TREE_H_
 
-#include <memory>
 #include <string_view>
 
 #include "krofx/krofx.h"
@@ -86,26 +85,6 @@ inline void ElementList::Append(Element& element) {
 ///        for one that was not read.
 const Element& ReadElements(KRDataObj& object, TextArena& arena,
                             const krofx::OfxText* text = nullptr);
-
-/// Takes apart one aggregate after the other, such as the transactions of a list.
-class PartReader {
- public:
-  /// @param arena owns the results.
-  explicit PartReader(TextArena& arena);
-  ~PartReader();
-  PartReader(const PartReader&) = delete;
-  PartReader& operator=(const PartReader&) = delete;
-
-  /// Takes apart an aggregate that is not in a payroll: the result has its tag and its members.
-  /// @param text as for ReadElements.
-  const Element& Read(KRDataObj& aggregate, const krofx::OfxText* text);
-
- private:
-  class Gatherer;
-
-  TextArena& m_arena;
-  const std::unique_ptr<Gatherer> m_gatherer;
-};
 
 }  // namespace krofx::command
 

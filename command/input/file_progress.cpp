@@ -6,9 +6,9 @@
 #include <unistd.h>
 
 #include <chrono>
-#include <cstdio>
 
 #include "input/input_files.h"
+#include "output/progress_line.h"
 #include "output/safe_text.h"
 #include "output/time_left.h"
 
@@ -51,17 +51,19 @@ void FileProgress::Next(const std::string& name) {
 void FileProgress::Show() {
   const auto begin = std::chrono::steady_clock::now();
   std::unique_lock lock(m_mutex);
-  bool shown = false;
   while (!m_ended.wait_for(lock, std::chrono::seconds(1), [this] { return m_done; })) {
     const auto elapsed =
         std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() - begin);
-    std::fprintf(stderr, "\r\033[Kkrofx: %zu of %zu, %lld s%s: %s", m_current, m_total,
-                 static_cast<long long>(elapsed.count()),
-                 DescribeTimeLeft(elapsed, m_doneBytes, m_allBytes).c_str(),
-                 Shortened(DisplayName(m_name), 30).c_str());
-    shown = true;
+    const std::string line = "krofx: " + std::to_string(m_current) + " of " +
+                             std::to_string(m_total) + ", " + std::to_string(elapsed.count()) +
+                             " s" + DescribeTimeLeft(elapsed, m_doneBytes, m_allBytes) + ": " +
+                             Shortened(DisplayName(m_name), 30);
+    // Who writes may wait long for the terminal, and nobody is to wait for that here.
+    lock.unlock();
+    ShowProgressLine(line);
+    lock.lock();
   }
-  if (shown) std::fputs("\r\033[K", stderr);
+  const WithoutProgressLine noProgress;
 }
 
 }  // namespace krofx::command

@@ -14,6 +14,7 @@
 #include <filesystem>
 
 #include "input/gzip.h"
+#include "output/characters.h"
 #include "output/safe_text.h"
 #include "system/file_descriptor.h"
 
@@ -25,9 +26,7 @@ namespace fs = std::filesystem;
 
 bool HasOfxExtension(fs::path path) {
   if (path.extension() == ".gz") path.replace_extension();
-  std::string extension = path.extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const std::string extension = LowerAscii(path.extension().string());
   return extension == ".ofx" || extension == ".qfx" || extension == ".qbo";
 }
 

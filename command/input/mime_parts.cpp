@@ -6,6 +6,7 @@
 #include <cctype>
 
 #include "input/parsed_file.h"
+#include "output/characters.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
@@ -20,15 +21,9 @@ std::string HeaderOf(const KRFile& file, const char* name) {
   return header == nullptr ? "" : ToText(header->value);
 }
 
-std::string Lower(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
-
 // The value of a parameter, as in "image/png; name=\"a.png\"".
 std::string ParameterOf(const std::string& header, const std::string& name) {
-  const std::size_t found = Lower(header).find(name + "=");
+  const std::size_t found = LowerAscii(header).find(name + "=");
   if (found == std::string::npos) return "";
   std::string value = header.substr(found + name.size() + 1);
   if (value.starts_with('"')) {
@@ -40,7 +35,7 @@ std::string ParameterOf(const std::string& header, const std::string& name) {
 
 // The value of a header without its parameters, in small letters.
 std::string WordOf(const std::string& header) {
-  std::string word = Lower(header.substr(0, header.find(';')));
+  std::string word = LowerAscii(header.substr(0, header.find(';')));
   word.erase(word.find_last_not_of(" \t") + 1);
   word.erase(0, word.find_first_not_of(" \t"));
   return word;

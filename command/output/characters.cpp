@@ -81,16 +81,21 @@ std::size_t ColumnsOf(char32_t character) {
   return columns < 0 ? 1 : static_cast<std::size_t>(columns);
 }
 
+std::string LowerAscii(std::string_view text) {
+  std::string lower(text);
+  for (char& character : lower) character = LowerAscii(character);
+  return lower;
+}
+
 std::string FoldCase(std::string_view text) {
   std::string folded;
   folded.reserve(text.size());
   const locale_t utf8 = Utf8Locale();
   char32_t character = 0;
   while (!text.empty() && TakeUtf8(text, character)) {
-    const bool isCapital = character >= 'A' && character <= 'Z';
-    if (isCapital) {
-      character += 'a' - 'A';
-    } else if (character >= kFirstHighControl && utf8 != nullptr) {
+    if (character < kFirstHighControl) {
+      character = static_cast<unsigned char>(LowerAscii(static_cast<char>(character)));
+    } else if (utf8 != nullptr) {
       character = static_cast<char32_t>(::towlower_l(static_cast<wint_t>(character), utf8));
     }
     AppendUtf8(folded, character);

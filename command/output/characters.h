@@ -24,7 +24,18 @@ void AppendUtf8(std::string& text, char32_t character);
 /// Columns of a terminal that a character takes: 0, 1 or 2.
 std::size_t ColumnsOf(char32_t character);
 
-/// @return a text of UTF-8 in small letters, for comparisons.
+/// @return a character with a capital letter of ASCII made small.
+constexpr char LowerAscii(char character) {
+  return character >= 'A' && character <= 'Z' ? static_cast<char>(character + ('a' - 'A'))
+                                              : character;
+}
+/// @return a text with its capital letters of ASCII made small, and all other bytes as they are:
+/// for names
+///         that are of ASCII by their nature, such as those of hosts and of kinds of files. A name
+///         that only looks like another one stays different from it.
+std::string LowerAscii(std::string_view text);
+
+/// @return a text of UTF-8 in small letters, for comparisons of what people write.
 std::string FoldCase(std::string_view text);
 
 /// @return the character that a byte of the code page 1252 is.

@@ -6,11 +6,23 @@
 #include <cstdio>
 #include <cstring>
 
+#include "output/progress_line.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
 
+namespace {
+
+bool IsWritten(std::string_view text) {
+  const WithoutProgressLine noProgress;
+  const bool isTaken = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  return std::fflush(stdout) == 0 && isTaken;
+}
+
+}  // namespace
+
 void Complain(std::string_view where, std::string_view what) {
+  const WithoutProgressLine noProgress;
   std::fprintf(stderr, "krofx: %s: %s\n", SafeLine(where).c_str(), SafeLine(what).c_str());
 }
 
@@ -20,8 +32,7 @@ ExitStatus ComplainOfNoFile(const std::string& subcommand) {
 }
 
 ExitStatus WriteStandardOutput(std::string_view text) {
-  const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-  if (std::fflush(stdout) == 0 && written) return kExitClean;
+  if (IsWritten(text)) return kExitClean;
   Complain("standard output", std::strerror(errno));
   return kExitUnusable;
 }

@@ -2,6 +2,7 @@
 
 #include "output/safe_text.h"
 
+#include "output/byte_scan.h"
 #include "output/characters.h"
 
 namespace krofx::command {
@@ -49,12 +50,7 @@ std::string Convert(std::string_view bytes, char lineEnd) {
 }  // namespace
 
 bool IsPlainText(std::string_view bytes) {
-  // All of them are looked at, which a compiler turns into a few wide comparisons.
-  bool plain = true;
-  for (const char byte : bytes) {
-    plain &= static_cast<unsigned char>(byte - 0x20) <= 0x7E - 0x20;
-  }
-  return plain;
+  return !HasAny(bytes, [](ByteBlock block) { return block.HasOdd(); });
 }
 
 std::string SafeText(std::string_view bytes) { return Convert(bytes, '\n'); }

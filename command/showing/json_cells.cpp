@@ -3,20 +3,22 @@
 
 #include "showing/json_cells.h"
 
+#include "output/byte_scan.h"
 #include "output/json.h"
 
 namespace krofx::command {
 
 void AppendJson(std::string& out, std::string_view text) {
-  bool special = false;
-  for (const char c : text) {
-    special |= (c == '"') | (c == '\\') | (static_cast<unsigned char>(c) < 0x20);
-  }
-  if (special) {
+  const auto isSpecial = [](ByteBlock block) {
+    return block.Has('"') || block.Has('\\') || block.HasControl();
+  };
+  if (HasAny(text, isSpecial)) {
     out += Json(std::string(text)).Text(0);
-  } else {
-    out.append("\"").append(text).append("\"");
+    return;
   }
+  out += '"';
+  out += text;
+  out += '"';
 }
 
 void AppendJson(std::string& out, const Cell& cell) {

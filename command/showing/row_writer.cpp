@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "output/byte_scan.h"
 #include "output/text_output.h"
 #include "showing/json_cells.h"
 #include "showing/renderers.h"
@@ -58,10 +59,10 @@ void RowWriter::Append(std::string& out, Row row) const {
 }
 
 void AppendCsv(std::string& out, std::string_view value) {
-  // All characters are looked at, which a compiler turns into a few wide comparisons.
-  bool special = false;
-  for (const char c : value) special |= (c == ',') | (c == '"') | (c == '\n');
-  if (!special) {
+  const auto isSpecial = [](ByteBlock block) {
+    return block.Has(',') || block.Has('"') || block.Has('\n');
+  };
+  if (!HasAny(value, isSpecial)) {
     out += value;
     return;
   }

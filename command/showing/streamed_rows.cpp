@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "showing/transaction_cells.h"
+
 namespace krofx::command {
 
 class StreamedRows::Source final : public RowSource {
@@ -22,7 +24,7 @@ class StreamedRows::Source final : public RowSource {
 };
 
 StreamedRows::StreamedRows(std::shared_ptr<const TransactionStream> stream, bool showIdentifiers)
-    : m_stream(std::move(stream)), m_reader(m_arena), m_rows(m_arena, showIdentifiers) {
+    : m_stream(std::move(stream)), m_showIdentifiers(showIdentifiers) {
   for (const TransactionStream::Statement& each : m_stream->Statements()) {
     m_statements.emplace(each.path, m_statements.size());
   }
@@ -37,13 +39,12 @@ std::shared_ptr<RowSource> StreamedRows::Find(const std::string& path, const Tab
 void StreamedRows::ForEach(std::size_t statement, const TableSpec& table,
                            const std::function<bool(Row)>& visit) {
   GoTo(statement);
+  TransactionCells cells(table, m_showIdentifiers);
   std::size_t count = 0;
   for (; m_current != nullptr && m_cursor->Statement() == statement; Advance()) {
     ++count;
-    m_arena.Reset();
-    m_cells.clear();
-    m_rows.AppendRow(m_cells, m_reader.Read(m_current->Object(), &m_stream->Text()), table);
-    if (!visit(Row(m_cells))) return;
+    const auto& transaction = static_cast<const KRBankStatementTx&>(m_current->Object());
+    if (!visit(cells.Make(transaction, m_stream->Text()))) return;
   }
   if (count != m_stream->Statements()[statement].count) m_isWhole = false;
 }

@@ -8,12 +8,9 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <vector>
 
-#include "input/element_tree.h"
 #include "input/transaction_stream.h"
 #include "showing/document.h"
-#include "showing/row_maker.h"
 
 namespace krofx::command {
 
@@ -42,12 +39,8 @@ class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
   void Advance();
 
   const std::shared_ptr<const TransactionStream> m_stream;
+  const bool m_showIdentifiers;
   std::unordered_map<std::string, std::size_t> m_statements;
-  // The texts of the current row.
-  TextArena m_arena;
-  PartReader m_reader;
-  RowMaker m_rows;
-  std::vector<Cell> m_cells;
   std::optional<TransactionStream::Cursor> m_cursor;
   const StreamElement* m_current = nullptr;
   bool m_isWhole = true;

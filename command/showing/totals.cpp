@@ -2,9 +2,9 @@
 
 #include "showing/totals.h"
 
-#include <cctype>
 #include <utility>
 
+#include "output/characters.h"
 #include "showing/cell_source.h"
 
 namespace krofx::command {
@@ -14,7 +14,7 @@ namespace {
 // What a table calls its rows, in the plural.
 std::string NameOf(const TableSpec& table) {
   std::string name(table.title);
-  if (!name.empty()) name[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[0])));
+  if (!name.empty()) name[0] = LowerAscii(name[0]);
   return name;
 }
 
@@ -28,7 +28,7 @@ Totals::Totals(const Section& section, const TableSpec& table)
     for (std::size_t index = 0; index < table.columns.size(); ++index) {
       if (table.columns[index].key != key) continue;
       std::string label(table.columns[index].label);
-      label[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(label[0])));
+      label[0] = LowerAscii(label[0]);
       m_summed.push_back({index, std::move(label)});
     }
   }

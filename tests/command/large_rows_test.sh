@@ -91,6 +91,19 @@ has err 'breaks off'
 # White space makes a file large. All that is said of it stays the same.
 mkdir plain padded
 cp "$examples"/*.ofx plain
+# Transactions with all that there is, and with odd values.
+python3 - "$(statement 'A &amp; B')" >plain/every.ofx <<'END'
+import sys
+sys.stdout.reconfigure(newline="\n", encoding="cp1252")
+print(sys.argv[1].replace("</STMTTRN>", """<MEMO>caf\u00e9 \u201cquoted\u201d, "both"&lt;br&gt;</STMTTRN>
+<STMTTRN><TRNTYPE>CHECK<DTPOSTED>20260102120000.500[-5.50:EST]<DTUSER>20260103000000[0:GMT]<DTAVAIL>20260104120000[5:PKT]
+<TRNAMT>-0012.500<FITID>every<CORRECTFITID>old<CORRECTACTION>REPLACE<SRVRTID>server<CHECKNUM>0012<REFNUM>reference<SIC>1234
+<PAYEEID>payee<NAME>Name<BANKACCTTO><BANKID>9<ACCTID>to 1<ACCTTYPE>SAVINGS</BANKACCTTO><MEMO>memo
+<CURRENCY><CURRATE>1.10<CURSYM>EUR</CURRENCY></STMTTRN>
+<STMTTRN><TRNTYPE>XFER<DTPOSTED>20260102115959<TRNAMT>+.5<FITID>2<PAYEE><NAME>Of the payee<ADDR1>1 Road<CITY>Town<STATE>NY
+<POSTALCODE>10001<PHONE>1</PAYEE><CCACCTTO><ACCTID>4111222233334444</CCACCTTO><MEMO>USERPASS>secret
+<ORIGCURRENCY><CURRATE>.5<CURSYM>CHF</ORIGCURRENCY></STMTTRN>"""))
+END
 for file in plain/*.ofx; do
   { cat "$file"; head -c 300000 /dev/zero | tr '\0' '\n'; } >"padded/$(basename "$file")"
 done

@@ -11,7 +11,18 @@ for command in print check sum; do
   has out 'krofx: 2 of 3, '
   grep -q 'about [0-9]* s left: pipe' out || fail "$command does not name the file at work"
   # The line is gone before the output.
-  [ $command = print ] || grep -q "$(printf 'pipe\r\033\\[K')" out || fail "the line of $command stays"
+  grep -q "$(printf 'pipe\r\033\\[K')" out || fail "the line of $command stays"
+done
+
+# Output and progress on one terminal: what stays is the output alone, whatever comes first.
+"$krofx" print --csv --jobs 1 card.ofx checking.ofx card.ofx >expected
+for command in 'print --csv --jobs 1 card.ofx pipe card.ofx' 'print --csv card.ofx pipe card.ofx'; do
+  # shellcheck disable=SC2086
+  python3 "$here/with_work.py" ' s left' pipe pipe checking.ofx "$krofx" $command >shown 2>err ||
+    fail "no progress of $command"
+  grep -q 'krofx: [123] of 3' shown || fail "no progress of $command is shown"
+  sed "s/.*$(printf '\r\033\\[K')//; s/^pipe,/checking.ofx,/" shown >out
+  cmp -s expected out || fail "the progress of $command is among its rows"
 done
 python3 "$here/with_work.py" ' s left' server "$krofx" get -o answer >out 2>err ||
   fail 'an exchange does not say how much time is left'

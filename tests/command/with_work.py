@@ -8,11 +8,11 @@ It prints what the terminal showed, and ends with the exit status of the command
 come within a minute.
 """
 
-import os
-import pty
 import socket
 import sys
 import threading
+
+from terminal import Terminal
 
 text, kind, *rest = sys.argv[1:]
 came = threading.Event()
@@ -44,22 +44,10 @@ else:
     listener = socket.create_server(("127.0.0.1", 0))
     rest.append(f"http://127.0.0.1:{listener.getsockname()[1]}/")
     work = threading.Thread(target=give_answer, args=(listener,), daemon=True)
-child, terminal = pty.fork()
-if child == 0:
-    os.execvp(rest[0], rest)
+terminal = Terminal(rest)
 work.start()
-shown = b""
-while True:
-    try:
-        got = os.read(terminal, 4096)
-    except OSError:  # How Linux says that the other side is closed.
-        break
-    if not got:
-        break
-    shown += got
-    if text.encode() in shown:
+while terminal.read():
+    if text.encode() in terminal.shown:
         came.set()
-sys.stdout.buffer.write(shown)
-sys.stdout.buffer.flush()
-status = os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
-sys.exit(status % 256 if came.is_set() else 99)
+status = terminal.end()
+sys.exit(status if came.is_set() else 99)

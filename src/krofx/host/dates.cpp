@@ -2,12 +2,16 @@
 
 #include "krofx/host/dates.h"
 
-#include <cstdio>
 #include <cstdlib>
+
+#include "krofx/values/internal/date_writing.h"
 
 namespace krofx {
 
 namespace {
+
+using internal::WriteDigits;
+using internal::WriteTwoDigits;
 
 using std::chrono::milliseconds;
 using std::chrono::minutes;
@@ -40,6 +44,26 @@ bool HasZone(const KRDateTimeBase& date) {
   return OffsetOf(date) != seconds(0) || date.GetTimeZone().IsEmpty() == 0;
 }
 
+// Writes the time, and the offset of the zone if there is one.
+char* WriteTime(const KRDateTimeBase& date, char* to) {
+  *to++ = 'T';
+  to = WriteTwoDigits(to, date.GetHour());
+  *to++ = ':';
+  to = WriteTwoDigits(to, date.GetMinute());
+  *to++ = ':';
+  to = WriteTwoDigits(to, date.GetSecond());
+  if (date.GetMillisecond() != 0) {
+    *to++ = '.';
+    to = WriteDigits(to, date.GetMillisecond(), 3);
+  }
+  if (!HasZone(date)) return to;
+  const auto offset = std::chrono::round<minutes>(OffsetOf(date)).count();
+  *to++ = offset < 0 ? '-' : '+';
+  to = WriteTwoDigits(to, static_cast<u16>(std::abs(offset) / 60));
+  *to++ = ':';
+  return WriteTwoDigits(to, static_cast<u16>(std::abs(offset) % 60));
+}
+
 KRDateTime Make(year_month_day day, milliseconds time) {
   if (!IsWritten(day)) return KRDateTime();
   const std::chrono::hh_mm_ss parts(time);
@@ -68,24 +92,15 @@ std::optional<Instant> ToInstant(const KRDateTimeBase& date) {
 }
 
 ValueText ToText(const KRDateTimeBase& date) {
-  if (!ToInstant(date)) return ValueText();
+  if (!ToDay(date) || date.IsValidTime() == 0) return ValueText();
   char text[ValueText::kSize];
-  int length = std::snprintf(text, sizeof text, "%04u-%02u-%02u", unsigned{date.GetYear()},
-                             unsigned{date.GetMonth()}, unsigned{date.GetDay()});
-  const auto add = [&text, &length](const char* format, auto... values) {
-    const auto used = static_cast<std::size_t>(length);
-    length += std::snprintf(text + used, sizeof text - used, format, values...);
-  };
-  if (HasTime(date)) {
-    add("T%02u:%02u:%02u", unsigned{date.GetHour()}, unsigned{date.GetMinute()},
-        unsigned{date.GetSecond()});
-    if (date.GetMillisecond() != 0) add(".%03u", unsigned{date.GetMillisecond()});
-    if (HasZone(date)) {
-      const auto offset = std::chrono::round<minutes>(OffsetOf(date)).count();
-      add("%c%02ld:%02ld", offset < 0 ? '-' : '+', std::labs(offset) / 60, std::labs(offset) % 60);
-    }
-  }
-  return ValueText({text, static_cast<std::size_t>(length)});
+  char* to = WriteDigits(text, date.GetYear(), 4);
+  *to++ = '-';
+  to = WriteTwoDigits(to, date.GetMonth());
+  *to++ = '-';
+  to = WriteTwoDigits(to, date.GetDay());
+  if (HasTime(date)) to = WriteTime(date, to);
+  return ValueText({text, static_cast<std::size_t>(to - text)});
 }
 
 ValueText ToText(const std::optional<year_month_day>& day) {

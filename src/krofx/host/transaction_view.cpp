@@ -13,6 +13,25 @@ using internal::RateOf;
 using internal::SymbolOf;
 using internal::TextIf;
 
+namespace {
+
+using Present = u16 (KRBankStatementTx::*)() const;
+
+// The text of an element. Most texts of a transaction are absent and empty, and that is quicker to
+// see than whether the element is present.
+std::string_view TextOf(const KRBankStatementTx& transaction, const KRString& text,
+                        Present isPresent) {
+  if (text.IsEmpty() != 0 || (transaction.*isPresent)() == 0) return {};
+  return ToText(text);
+}
+
+// The first of two texts that is not empty.
+std::string_view Either(std::string_view first, std::string_view second) {
+  return first.empty() ? second : first;
+}
+
+}  // namespace
+
 TransactionView::TransactionView(const Found<const KRBankStatementTx>& found,
                                  const internal::TreeSource&)
     : m_transaction(&*found) {
@@ -65,7 +84,7 @@ std::optional<KRPrecisionInteger> TransactionView::OriginalRate() const {
 }
 
 std::string_view TransactionView::Check() const {
-  return TextIf(m_transaction->HasCheckNum(), m_transaction->GetCheckNum());
+  return TextOf(*m_transaction, m_transaction->GetCheckNum(), &KRBankStatementTx::HasCheckNum);
 }
 
 const KRPayee* TransactionView::Payee() const {
@@ -74,7 +93,9 @@ const KRPayee* TransactionView::Payee() const {
 }
 
 std::string_view TransactionView::Party() const {
-  if (m_transaction->HasName() != 0) return ToText(m_transaction->GetName());
+  const std::string_view name =
+      TextOf(*m_transaction, m_transaction->GetName(), &KRBankStatementTx::HasName);
+  if (!name.empty()) return name;
   const KRPayee* const payee = Payee();
   return payee == nullptr ? std::string_view() : TextIf(payee->HasName(), payee->GetName());
 }
@@ -85,12 +106,12 @@ std::string_view TransactionView::City() const {
 }
 
 std::string_view TransactionView::Memo() const {
-  if (m_transaction->HasMemo() != 0) return ToText(m_transaction->GetMemo());
-  return TextIf(m_transaction->HasMemo2(), m_transaction->GetMemo2());
+  return Either(TextOf(*m_transaction, m_transaction->GetMemo(), &KRBankStatementTx::HasMemo),
+                TextOf(*m_transaction, m_transaction->GetMemo2(), &KRBankStatementTx::HasMemo2));
 }
 
 std::string_view TransactionView::Id() const {
-  return TextIf(m_transaction->HasFITId(), m_transaction->GetFITId());
+  return TextOf(*m_transaction, m_transaction->GetFITId(), &KRBankStatementTx::HasFITId);
 }
 
 std::string_view TransactionView::Correction() const {
@@ -99,25 +120,29 @@ std::string_view TransactionView::Correction() const {
 }
 
 std::string_view TransactionView::Corrects() const {
-  return TextIf(m_transaction->HasCorrectedFITId(), m_transaction->GetCorrectedFITId());
+  return TextOf(*m_transaction, m_transaction->GetCorrectedFITId(),
+                &KRBankStatementTx::HasCorrectedFITId);
 }
 
 std::string_view TransactionView::ServerId() const {
-  if (m_transaction->HasServerTxId() != 0) return ToText(m_transaction->GetServerTxId());
-  return TextIf(m_transaction->HasServerTxId2(), m_transaction->GetServerTxId2());
+  return Either(
+      TextOf(*m_transaction, m_transaction->GetServerTxId(), &KRBankStatementTx::HasServerTxId),
+      TextOf(*m_transaction, m_transaction->GetServerTxId2(), &KRBankStatementTx::HasServerTxId2));
 }
 
 std::string_view TransactionView::Reference() const {
-  return TextIf(m_transaction->HasReferenceNum(), m_transaction->GetReferenceNum());
+  return TextOf(*m_transaction, m_transaction->GetReferenceNum(),
+                &KRBankStatementTx::HasReferenceNum);
 }
 
 std::string_view TransactionView::IndustryCode() const {
-  return TextIf(m_transaction->HasSIC(), m_transaction->GetSIC());
+  return TextOf(*m_transaction, m_transaction->GetSIC(), &KRBankStatementTx::HasSIC);
 }
 
 std::string_view TransactionView::PayeeId() const {
-  if (m_transaction->HasPayeeId() != 0) return ToText(m_transaction->GetPayeeId());
-  return TextIf(m_transaction->HasPayeeId2(), m_transaction->GetPayeeId2());
+  return Either(
+      TextOf(*m_transaction, m_transaction->GetPayeeId(), &KRBankStatementTx::HasPayeeId),
+      TextOf(*m_transaction, m_transaction->GetPayeeId2(), &KRBankStatementTx::HasPayeeId2));
 }
 
 AccountView TransactionView::ToAccount() const {
