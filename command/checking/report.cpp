@@ -16,8 +16,7 @@ std::string At(const std::string& path) { return path.empty() ? "" : " in " + pa
 
 }  // namespace
 
-Report::Report(const std::string& name, Reader reader)
-    : file(name, reader, Holding::kWithoutTransactions) {
+Report::Report(const std::string& name, Reader reader) : file(name, reader, Holding::kSummary) {
   missing = FindMissing(file);
   verdict = file.GetVerdict();
   if (!missing.empty()) verdict = Worse(verdict, kExitWarnings);

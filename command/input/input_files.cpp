@@ -17,12 +17,18 @@
 #include "output/characters.h"
 #include "output/safe_text.h"
 #include "system/file_descriptor.h"
+#include "system/large_pages.h"
 
 namespace krofx::command {
 
 namespace {
 
 namespace fs = std::filesystem;
+
+// Smaller files take few pages of any size.
+constexpr off_t kLargeFile = 512 * 1024;
+// How much memory a file takes with its tree, in times of its size.
+constexpr std::size_t kTreeTimes = 5;
 
 bool HasOfxExtension(fs::path path) {
   if (path.extension() == ".gz") path.replace_extension();
@@ -105,6 +111,10 @@ std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& proble
   }
   const bool sized =
       S_ISREG(status.st_mode) && status.st_size > 0 && status.st_size < kMaxInputSize;
+  // A file that may be read as a whole, and its tree.
+  if (sized && status.st_size >= kLargeFile) {
+    PreferLargePages(static_cast<std::size_t>(status.st_size) * kTreeTimes);
+  }
   auto buffer = std::make_unique<KRBuffer>(sized ? static_cast<u32>(status.st_size) + 1 : 0, 65536);
   Wiped<65536> block;
   for (;;) {

@@ -30,6 +30,18 @@ bool IsOfx(KRFile& file) {
   return file.GetType() == KRTag_OFXFILERQ || file.GetType() == KRTag_OFXFILERS;
 }
 
+// The size of the smallest text that is not held.
+std::size_t LeastStreamed(Holding holding) {
+  switch (holding) {
+    case Holding::kRows:
+      return TransactionStream::kLeastSize;
+    case Holding::kSummary:
+      return 256 * 1024;
+    default:
+      return static_cast<std::size_t>(-1);
+  }
+}
+
 // The first object whose list of children is as long as a list can be.
 KRDataObj* FindFullList(KRDataObj* object) {
   if (object == nullptr) return nullptr;
@@ -53,15 +65,13 @@ std::string ToText(const KRString& string) {
 
 ParsedFile::ParsedFile(const std::string& name, Reader reader, Holding holding)
     : m_name(DisplayName(name)) {
-  bool maySurvey = holding == Holding::kWithoutTransactions;
-  if (maySurvey && IsLargePlainFile(name, TransactionStream::kLeastSize)) {
-    if (Survey(name, reader)) return;
-    maySurvey = false;
-  }
+  const std::size_t leastStreamed = LeastStreamed(holding);
+  const bool isFile = IsLargePlainFile(name, leastStreamed);
+  if (isFile && Survey(name, reader)) return;
   m_text = ReadInput(name, m_problem);
   if (m_text == nullptr) return;
-  if (maySurvey && m_text->GetBufferSize() >= TransactionStream::kLeastSize && Survey(name, reader))
-    return;
+  const bool maySurvey = !isFile && m_text->GetBufferSize() >= leastStreamed;
+  if (maySurvey && Survey(name, reader)) return;
   Parse(reader);
   m_problem = FindProblem();
 }

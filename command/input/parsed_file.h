@@ -23,9 +23,11 @@ enum class Reader {
 /// What of a text is held.
 enum class Holding {
   kAll,  ///< The tree is that of the whole text.
-  /// A large text in order may be without the transactions of its statements: see
-  /// ParsedFile::GetStream.
-  kWithoutTransactions,
+  /// A text in order that is too large to be held may be without the transactions of its
+  /// statements: see ParsedFile::GetStream.
+  kRows,
+  /// So may any text that takes longer to be held than to be read.
+  kSummary,
 };
 
 /// A list of the library takes this many entries.

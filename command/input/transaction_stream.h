@@ -34,8 +34,9 @@ class TransactionStream {
     std::size_t unrecorded = 0;
   };
 
-  /// Texts below this size are read faster as a whole.
-  static constexpr std::size_t kLeastSize = 256 * 1024;
+  /// The rows of a text below this size are made faster of a tree. No list in it is too long for
+  /// that: the shortest transaction has 67 bytes.
+  static constexpr std::size_t kLeastSize = 4 * 1024 * 1024;
 
   /// Reads a text to its end. The text has to be read as a whole when it has no transactions of
   /// bank and card accounts, and when anything is out of order in it, also when that is something

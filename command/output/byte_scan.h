@@ -14,7 +14,12 @@ namespace krofx::command {
 /// Eight bytes of a text, each of which is compared. The answers are those of all of them.
 class ByteBlock {
  public:
-  explicit ByteBlock(std::uint64_t bytes) : m_bytes(bytes) {}
+  /// The eight bytes at a place.
+  static ByteBlock Of(const char* at) {
+    ByteBlock block;
+    std::memcpy(&block.m_bytes, at, sizeof block.m_bytes);
+    return block;
+  }
 
   /// @return whether one of the bytes is `sought`.
   bool Has(char sought) const {
@@ -27,27 +32,36 @@ class ByteBlock {
   bool HasOdd() const { return HasControl() || (((m_bytes + kOnes) | m_bytes) & kHighBits) != 0; }
 
  private:
+  ByteBlock() = default;
+
   static constexpr std::uint64_t kOnes = 0x0101010101010101;
   static constexpr std::uint64_t kHighBits = 0x8080808080808080;
 
-  std::uint64_t m_bytes;
+  std::uint64_t m_bytes = 0;
 };
 
 /// @param test says whether a ByteBlock has what is looked for. A blank must never be that: the
-///        last bytes of a text are filled up with blanks.
+///        bytes of a short text are filled up with blanks.
 /// @return whether a text has it.
 template <class Test>
 bool HasAny(std::string_view text, Test test) {
-  std::uint64_t bytes = 0;
-  for (; text.size() >= sizeof bytes; text.remove_prefix(sizeof bytes)) {
-    std::memcpy(&bytes, text.data(), sizeof bytes);
-    if (test(ByteBlock(bytes))) return true;
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (; end - at > 8; at += 8) {
+    if (test(ByteBlock::Of(at))) return true;
   }
-  if (text.empty()) return false;
-  char last[sizeof bytes] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
-  for (std::size_t index = 0; index < text.size(); ++index) last[index] = text[index];
-  std::memcpy(&bytes, last, sizeof bytes);
-  return test(ByteBlock(bytes));
+  // The last bytes are taken with some of those before them, if there are any.
+  if (text.size() >= 8) return test(ByteBlock::Of(end - 8));
+  char last[8] = {' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
+  if (text.size() >= 4) {
+    std::memcpy(last, at, 4);
+    std::memcpy(last + 4, end - 4, 4);
+  } else if (at != end) {
+    last[0] = *at;
+    last[1] = at[text.size() / 2];
+    last[2] = end[-1];
+  }
+  return test(ByteBlock::Of(last));
 }
 
 }  // namespace krofx::command

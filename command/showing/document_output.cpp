@@ -10,6 +10,7 @@
 #include "command_line/nearest_name.h"
 #include "input/mime_parts.h"
 #include "output/messages.h"
+#include "showing/held_transactions.h"
 #include "showing/layout.h"
 #include "showing/renderers.h"
 #include "showing/section_maker.h"
@@ -97,7 +98,7 @@ ExitStatus PrintTables() {
   return WriteStandardOutput(text);
 }
 
-Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
+Document MakeDocument(ParsedFile& file, bool showIdentifiers) {
   Document document{file.GetName(),
                     file.GetKind(),
                     file.GetStatus(),
@@ -114,8 +115,11 @@ Document MakeDocument(const ParsedFile& file, bool showIdentifiers) {
     document.streamed = std::make_shared<StreamedRows>(file.GetStream(), showIdentifiers);
   }
   for (const OfxFile& ofx : file.GetOfxFiles()) {
-    std::vector<Section> sections = MakeSections(ReadElements(*ofx.file, arena, ofx.text), arena,
-                                                 showIdentifiers, document.streamed.get());
+    HeldTransactions held(*ofx.file, *ofx.text, showIdentifiers);
+    const Element& elements = ReadElements(*ofx.file, arena, ofx.text);
+    held.FindLists(elements);
+    std::vector<Section> sections =
+        MakeSections(elements, arena, showIdentifiers, held, document.streamed.get());
     std::move(sections.begin(), sections.end(), std::back_inserter(document.sections));
   }
   for (const krofx::OfxText& text : file.GetTexts()) {

@@ -44,8 +44,10 @@ ExitStatus CheckPrintOptions(const PrintOptions& options);
 /// Lists the tables that there are on standard output.
 ExitStatus PrintTables();
 
-/// @return all that a file holds, as it is shown.
-Document MakeDocument(const ParsedFile& file, bool showIdentifiers);
+/// Shows a file: the transactions of its bank and card statements leave its tree and go with the
+/// document.
+/// @return all that the file holds, as it is shown.
+Document MakeDocument(ParsedFile& file, bool showIdentifiers);
 
 /// Says on standard error what is wrong with a document.
 /// @return kExitClean, or kExitUnusable when it was not usable.

@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "showing/held_transactions.h"
 #include "showing/layout.h"
 #include "showing/row_maker.h"
 #include "showing/streamed_rows.h"
@@ -39,8 +40,9 @@ constexpr FieldSpec kSyncFields[] = {
 
 class SectionMaker {
  public:
-  SectionMaker(TextArena& arena, bool showIdentifiers, StreamedRows* streamed)
-      : m_arena(arena), m_rows(arena, showIdentifiers), m_streamed(streamed) {}
+  SectionMaker(TextArena& arena, bool showIdentifiers, HeldTransactions& held,
+               StreamedRows* streamed)
+      : m_arena(arena), m_rows(arena, showIdentifiers), m_held(held), m_streamed(streamed) {}
 
   void AddFile(const Element& file) {
     for (const Element& body : file.children) {
@@ -119,8 +121,10 @@ class SectionMaker {
     for (const TableSpec& table : layout.tables) AddTable(section, element, table);
     std::string_view paths = layout.parts;
     while (!paths.empty()) {
-      ForEach(element, RowPathOf(TakePart(paths, ' ')),
-              [this](const Element& part) { AddPart(part); });
+      const RowPath path = RowPathOf(TakePart(paths, ' '));
+      const Element* const parent = FindPath(element, path.parent);
+      if (parent == nullptr) continue;
+      ForEach(*parent, path.rows, [this](const Element& part) { AddPart(part); });
     }
   }
 
@@ -187,30 +191,33 @@ class SectionMaker {
   }
 
   void AddTable(Section& section, const Element& payload, const TableSpec& spec) {
-    Table table{&spec};
-    if (m_streamed != nullptr && spec.key == kTransactions) {
-      table.source = m_streamed->Find(m_path + std::string(payload.tag), spec);
-    }
-    if (ForEach(payload, RowPathOf(spec.path),
-                [&](const Element& child) { m_rows.AppendRow(table.cells, child, spec); })) {
-      section.tables.push_back(std::move(table));
-    }
+    const RowPath path = RowPathOf(spec.path);
+    const Element* const parent = FindPath(payload, path.parent);
+    if (parent == nullptr) return;
+    Table& table = section.tables.emplace_back(Table{&spec});
+    if (spec.key == kTransactions) table.source = SourceOf(payload, *parent, spec);
+    ForEach(*parent, path.rows,
+            [&](const Element& child) { m_rows.AppendRow(table.cells, child, spec); });
   }
 
-  // Visits the aggregates that a source leads to, in their order. False when what should hold them
-  // is not there.
+  // The rows of a list that are not in the tree; null when there are none.
+  std::shared_ptr<RowSource> SourceOf(const Element& payload, const Element& list,
+                                      const TableSpec& spec) {
+    if (m_streamed == nullptr) return m_held.RowsOf(list, spec);
+    return m_streamed->Find(m_path + std::string(payload.tag), spec);
+  }
+
+  // Visits the aggregates of some tags in another one, in their order.
   template <class Visit>
-  static bool ForEach(const Element& element, const RowPath& path, Visit visit) {
-    const Element* const parent = FindPath(element, path.parent);
-    if (parent == nullptr) return false;
-    for (const Element& child : parent->children) {
-      if (child.isAggregate && IsOneOf(child.id, path.rows)) visit(child);
+  static void ForEach(const Element& parent, const TagPath& tags, Visit visit) {
+    for (const Element& child : parent.children) {
+      if (child.isAggregate && IsOneOf(child.id, tags)) visit(child);
     }
-    return true;
   }
 
   TextArena& m_arena;
   RowMaker m_rows;
+  HeldTransactions& m_held;
   StreamedRows* const m_streamed;
   std::string m_path;  // What streamed statements of the current member are in, with a slash.
   std::vector<Section> m_sections;
@@ -226,8 +233,8 @@ Cell Section::Find(std::string_view key) const {
 }
 
 std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers,
-                                  StreamedRows* streamed) {
-  SectionMaker maker(arena, showIdentifiers, streamed);
+                                  HeldTransactions& held, StreamedRows* streamed) {
+  SectionMaker maker(arena, showIdentifiers, held, streamed);
   maker.AddFile(file);
   return maker.Take();
 }

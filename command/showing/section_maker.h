@@ -10,13 +10,15 @@
 
 namespace krofx::command {
 
+class HeldTransactions;
 class StreamedRows;
 
 /// @param arena takes the texts that are made; the sections need it and that of the tree.
-/// @param streamed gives the transactions that the tree does not have; null when it has all.
+/// @param held gives the transactions that were taken out of the tree.
+/// @param streamed gives those that were never in it; null when there are none.
 /// @return what a tree holds, section by section. Personal identifiers are masked unless asked for.
 std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers,
-                                  StreamedRows* streamed);
+                                  HeldTransactions& held, StreamedRows* streamed);
 
 }  // namespace krofx::command
 

@@ -31,7 +31,7 @@ ExitStatus Read(const Options& options, const std::string& file, std::vector<Doc
   std::vector<std::string> names;
   ExitStatus exitStatus = FindInputs(input, kName, names);
   const auto make = [&](std::size_t index) {
-    const ParsedFile parsed(names[index], input.GetReader(), Holding::kWithoutTransactions);
+    ParsedFile parsed(names[index], input.GetReader(), Holding::kRows);
     Document document = MakeDocument(parsed, false);
     HoldRows(document);
     return document;

@@ -63,7 +63,7 @@ class SendRequest : public ExchangeUse {
   }
 
  private:
-  ExitStatus Show(const ParsedFile& reply) const {
+  ExitStatus Show(ParsedFile reply) const {
     const ExitStatus exitStatus = ComplainOfRefusals(reply);
     if (m_bank.has_value()) ForgetOlderProfile(*m_bank, reply);
     if (!reply.GetProblem().empty() && m_replyFile.empty()) {

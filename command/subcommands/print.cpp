@@ -58,20 +58,24 @@ class Printing {
   // none when no other file waits.
   bool RendersInOrder(const Document& document) const {
     constexpr std::size_t kMostRows = 100000;
-    return m_options.filter.unique ||
-           (document.streamed != nullptr && (m_isAlone || document.streamed->Count() > kMostRows));
+    return m_isAlone || m_options.filter.unique ||
+           (document.streamed != nullptr && document.streamed->Count() > kMostRows);
+  }
+
+  // Text has to know all rows before it writes the first one. Rows that take long to come a second
+  // time, or do not come again, are held for that.
+  bool IsVisitedTwice(const Document& document) const {
+    constexpr std::size_t kMostHeldRows = 65535;
+    if (m_options.form.json || m_options.form.ShowsRows()) return false;
+    if (document.streamed == nullptr) return m_options.filter.unique;
+    return document.streamed->Count() <= kMostHeldRows;
   }
 
   Shown Make(const std::string& name) const {
-    const ParsedFile file(name, m_options.input.GetReader(), Holding::kWithoutTransactions);
+    ParsedFile file(name, m_options.input.GetReader(), Holding::kRows);
     Shown shown{MakeDocument(file, m_options.form.showIdentifiers)};
     m_filter.Apply(shown.document);
-    // Text has to know all rows before it writes the first one.
-    constexpr std::size_t kMostHeldRows = 65535;
-    if (!m_options.form.json && !m_options.form.ShowsRows() && shown.document.streamed != nullptr &&
-        shown.document.streamed->Count() <= kMostHeldRows) {
-      HoldRows(shown.document);
-    }
+    if (IsVisitedTwice(shown.document)) HoldRows(shown.document);
     if (!RendersInOrder(shown.document)) {
       m_form.Render(shown.document, shown.text);
       shown.isRendered = true;

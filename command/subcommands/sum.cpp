@@ -48,7 +48,7 @@ ExitStatus SumFiles(const Options& options, const std::vector<std::string>& name
   const bool inOrder = options.filter.unique;
   const auto make = [&](std::size_t index) {
     progress.Next(names[index]);
-    const ParsedFile file(names[index], options.input.GetReader(), Holding::kWithoutTransactions);
+    ParsedFile file(names[index], options.input.GetReader(), Holding::kRows);
     Summed summed{MakeDocument(file, false), Sums(sums.By())};
     filter.Apply(summed.document);
     if (!inOrder) {

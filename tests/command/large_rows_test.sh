@@ -105,7 +105,7 @@ print(sys.argv[1].replace("</STMTTRN>", """<MEMO>caf\u00e9 \u201cquoted\u201d, "
 <ORIGCURRENCY><CURRATE>.5<CURSYM>CHF</ORIGCURRENCY></STMTTRN>"""))
 END
 for file in plain/*.ofx; do
-  { cat "$file"; head -c 300000 /dev/zero | tr '\0' '\n'; } >"padded/$(basename "$file")"
+  { cat "$file"; head -c 4300000 /dev/zero | tr '\0' '\n'; } >"padded/$(basename "$file")"
 done
 for use in 'print' 'print --json' 'print --csv' 'print --json-lines' 'print --csv --table closings' 'check' 'sum'; do
   for folder in plain padded; do

@@ -57,11 +57,13 @@ char* WriteTime(const KRDateTimeBase& date, char* to) {
     to = WriteDigits(to, date.GetMillisecond(), 3);
   }
   if (!HasZone(date)) return to;
-  const auto offset = std::chrono::round<minutes>(OffsetOf(date)).count();
+  // No offset is halfway between two minutes.
+  const auto offset = static_cast<int>(OffsetOf(date).count());
+  const auto distance = static_cast<unsigned>(std::abs(offset) + 30) / 60;
   *to++ = offset < 0 ? '-' : '+';
-  to = WriteTwoDigits(to, static_cast<u16>(std::abs(offset) / 60));
+  to = WriteTwoDigits(to, static_cast<u16>(distance / 60));
   *to++ = ':';
-  return WriteTwoDigits(to, static_cast<u16>(std::abs(offset) % 60));
+  return WriteTwoDigits(to, static_cast<u16>(distance % 60));
 }
 
 KRDateTime Make(year_month_day day, milliseconds time) {
