@@ -23,6 +23,7 @@ int main() {
   draft.Add(std::move(transfer));
   KRBuffer request(0, 0);
   const krofx::DraftResult result = draft.Write(request);
-  for (const auto& missing : result.missing) std::cerr << missing.path << missing.sentence << "\n";
+  for (const auto& each : result.missing) std::cerr << each.path << ": " << each.sentence << "\n";
+  if (!result) std::cerr << result.problem << "\n";
   std::cout << std::string_view(request.GetBufferPtr(), request.GetBufferSize());
 }

@@ -1,23 +1,29 @@
-// Imports a file: its transactions, and all that was out of order in it.
+// Imports a file: all transactions with their accounts, and what was out of order in the file.
 #include <krofx/host.h>
 
-#include <cstdio>
+#include <iostream>
+
+using krofx::ToDay, krofx::ToText;
 
 int main(int count, char** arguments) {
   if (count != 2) return 64;
   const krofx::Reading reading = krofx::ReadFile(arguments[1]);
-  for (const krofx::TransactionView tx : krofx::Transactions(reading)) {
-    std::printf("%s %10s %s\n", krofx::ToText(krofx::ToDay(tx.Posted())).c_str(),
-                krofx::ToText(tx.Amount(), 2).c_str(), std::string(tx.Party()).c_str());
+  for (const krofx::StatementView statement : krofx::Statements(reading)) {
+    const std::string_view account = statement.Account().Number();
+    for (const krofx::TransactionView tx : statement.Transactions()) {
+      std::cout << account << " " << ToText(ToDay(tx.Posted())) << " " << ToText(tx.Amount(), 2)
+                << " " << tx.Currency() << " " << tx.Party() << "\n";
+    }
+    for (const krofx::InvestmentTransactionView tx : statement.InvestmentTransactions()) {
+      if (tx.Money() != nullptr) continue;  // It is one of Transactions too.
+      std::cout << account << " " << ToText(ToDay(tx.Traded())) << " " << ToText(tx.Total(), 2)
+                << " " << tx.Currency() << " " << tx.Security() << "\n";
+    }
   }
   for (const krofx::ReadNote& note : reading.Warnings()) {
-    std::printf("line %zu, column %zu: <%s> %s\n", note.line, note.column,
-                static_cast<const char*>(note.tag), note.sentence);
+    std::cout << note.line << ":" << note.column << " " << note.tag << " " << note.sentence << "\n";
   }
-  for (const krofx::MissingTag& missing : reading.Missing()) {
-    std::printf("%s in %s\n", static_cast<const char*>(missing.sentence),
-                static_cast<const char*>(missing.path));
-  }
-  if (!reading.IsRead()) std::printf("%s\n", static_cast<const char*>(reading.problem));
+  for (const auto& tag : reading.Missing()) std::cout << tag.path << ": " << tag.sentence << "\n";
+  if (!reading.IsRead()) std::cout << reading.problem << "\n";
   return reading.IsRead() ? 0 : 1;
 }

@@ -29,8 +29,8 @@ def main():
         return f"<!-- {match[1]} -->\n\n```cpp\n{program}```\n"
 
     expected = MARK.sub(block, text)
-    if len(found) != 7:
-        sys.exit(f"seven programs are expected, not {len(found)}")
+    if len(found) != 9:
+        sys.exit(f"nine programs are expected, not {len(found)}")
     if update:
         with open(guide, "w", encoding="utf-8") as file:
             file.write(expected)

@@ -92,6 +92,59 @@ TEST_F(HostExchange, SaysWhichCertificateItSawInPlaceOfThePinnedOne) {
   ExpectNothingSent();
 }
 
+TEST_F(HostExchange, TakesEitherOfTwoPins) {
+  Start();
+  for (const bool isFirst : {true, false}) {
+    Exchange exchange(m_url);
+    exchange.TrustPem(Pem().c_str());
+    const std::string other = "AAAAAAAAAAAAAAAAAAAAAAAAAAA=";
+    EXPECT_TRUE(exchange.Pin(isFirst ? m_id : other));
+    EXPECT_TRUE(exchange.Pin(isFirst ? other : m_id));
+    const Outcome outcome = Send(exchange);
+    EXPECT_TRUE(outcome) << Text(outcome);
+  }
+}
+
+TEST_F(HostExchange, TrustsTheTextOfACertificate) {
+  Start();
+  Exchange exchange(m_url);
+  EXPECT_TRUE(exchange.TrustPemText(m_folder.Get("ca.pem")));
+  const Outcome outcome = Send(exchange);
+  EXPECT_TRUE(outcome) << Text(outcome);
+}
+
+TEST_F(HostExchange, KeepsTheReplyInTheFolderThatTheHostChooses) {
+  Start();
+  Exchange exchange(m_url);
+  exchange.TrustPem(Pem().c_str());
+  bool isThere = false;
+  exchange.TemporaryFolder(m_replies.Path().string());
+  exchange.OnProgress([&](const Progress&) { isThere = isThere || m_replies.Entries() > 0; });
+  EXPECT_TRUE(exchange.Send(m_question, m_reply));
+  EXPECT_TRUE(isThere);
+  EXPECT_EQ(m_replies.Entries(), 0u);
+  exchange.TemporaryFolder(m_replies.Path().string() + "/none");
+  EXPECT_FALSE(exchange.Send(m_question, m_reply));
+}
+
+TEST_F(HostExchange, GoesThroughTheProxyAndNeverPastIt) {
+  Start();
+  Exchange exchange(m_url);
+  exchange.TrustPem(Pem().c_str());
+  exchange.Proxy("http://127.0.0.1:1");  // Nobody listens there.
+  EXPECT_FALSE(Send(exchange));
+  ExpectNothingSent();
+}
+
+TEST_F(HostExchange, GetsAFile) {
+  TempFolder folder;
+  const std::string file = folder.Put("reply.ofx", "OFXHEADER:100\n");
+  Exchange exchange("file://" + file);
+  const Outcome outcome = exchange.Get(m_reply);
+  EXPECT_TRUE(outcome) << Text(outcome);
+  EXPECT_EQ(Reply(), "OFXHEADER:100\n");
+}
+
 TEST_F(HostExchange, RefusesAServerThatTheSystemDoesNotTrust) {
   Start();
   Exchange exchange(m_url);
@@ -231,6 +284,35 @@ TEST_F(HostExchange, FailsWithoutMemoryAndSendsNothing) {
     EXPECT_FALSE(exchange->Send(m_question, m_reply)) << nth;
   }
   ExpectNothingSent();
+}
+
+TEST_F(HostExchange, BringsAWholeReplyOrNoneWhicheverAllocationFails) {
+  Start();
+  Exchange exchange(m_url);
+  exchange.TrustPem(Pem().c_str());
+  exchange.Pin(m_id);
+  ASSERT_TRUE(Send(exchange));
+  const u32 size = m_reply.GetBufferSize();
+  bool failed = true;
+  int failures = 0;
+  for (std::size_t nth = 1; failed; ++nth) {
+    KRBuffer reply(0, 0);
+    Outcome outcome;
+    {
+      const FailingAllocation failing(nth, true);
+      outcome = exchange.Send(m_question, reply);
+      failed = krofx::internal::AllocationFailure::Count() >= nth;
+    }
+    if (outcome) {
+      EXPECT_EQ(reply.GetBufferSize(), size) << nth;
+    } else {
+      ++failures;
+      EXPECT_EQ(reply.GetBufferSize(), 0u) << nth;
+      EXPECT_NE(outcome.status, KRNetStatus_Success) << nth;
+    }
+    EXPECT_EQ(m_replies.Entries(), 0u) << nth;
+  }
+  EXPECT_GT(failures, 5);
 }
 
 TEST(BankServerOptions, AreRefusedWhenTheyMakeNoSense) {

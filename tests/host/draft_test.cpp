@@ -198,12 +198,48 @@ TEST(Draft, AsksForASynchronisation) {
   }
 }
 
+TEST(Draft, RefusesASynchronisationThatIsNone) {
+  Draft draft(1);
+  draft.SignOn(Ada());
+  EXPECT_FALSE(draft.Add(draft.NewSync(KRTag_STMTTRNRQ, "0")));
+  KRBuffer buffer(0, 0);
+  EXPECT_EQ(Str(draft.Write(buffer).problem), "<STMTTRNRQ> is no synchronisation");
+}
+
+std::unique_ptr<KRInterRq> InterTransfer(const Draft& draft) {
+  auto transfer = draft.New<KRInterRq>();
+  Give(*transfer, &KRInterRq::SetXferInfo, Clone(*Transfer(draft)->GetXferInfo()));
+  return transfer;
+}
+
+TEST(Draft, AsksForSeveralTransfersAtOnce) {
+  Draft draft(2);
+  draft.SignOn(Ada());
+  auto* const many =
+      dynamic_cast<KRMultiTransRq*>(draft.Add(InterTransfer(draft), KRTag_MULTIINTERTRNRQ));
+  ASSERT_NE(many, nullptr);
+  EXPECT_TRUE(Give(*many, &KRMultiTransRq::AppendActualTrans, InterTransfer(draft)));
+  KRBuffer buffer(0, 0);
+  const DraftResult result = draft.Write(buffer);
+  EXPECT_TRUE(result) << Str(result.problem);
+  const Reading reading = Read(TextOf(buffer));
+  EXPECT_EQ(reading.status, KRParseStatus_Accepted) << TextOf(buffer);
+  Lines paths;
+  for (const auto& found : Each<KRInterRq>(reading)) paths.push_back(Str(found.Path()));
+  const std::string path = "OFX/INTERXFERMSGSRQV2/MULTIINTERTRNRQ/INTERRQ";
+  EXPECT_EQ(paths, (Lines{path + "[1]", path + "[2]"}));
+  Draft other(2);
+  other.SignOn(Ada());
+  EXPECT_EQ(other.Add(Transfer(other), KRTag_MULTIINTERTRNRQ), nullptr);
+  EXPECT_EQ(Str(other.Write(buffer).problem), "<INTRARQ> may not be in that wrapper");
+}
+
 // The table of routes is the only one: what it carries can be drafted.
 TEST(Draft, FindsAWrapperForEveryPayloadAndASetForEveryWrapper) {
   using internal::Side;
   const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
   for (const auto& route : internal::Transactions(Side::kRequest)) {
-    // Transactions of a payroll travel in its synchronisation only.
+    // Transactions of a payroll travel in its synchronisation only; INTERRQ has two wrappers.
     if (route.wrapper == KRTag_N_PAYROLLTRNRQ || route.wrapper == KRTag_MULTIINTERTRNRQ) continue;
     for (u8 index = 0; index < route.payloadCount; ++index) {
       Draft draft(1);
@@ -288,6 +324,34 @@ TEST(ResponseDraft, AnswersAndRefusesRequests) {
     const Reading reading = Read(TextOf(buffer));
     EXPECT_EQ(reading.status, KRParseStatus_Accepted) << TextOf(buffer);
     EXPECT_NE(reading.Response(), nullptr);
+  }
+}
+
+TEST(ResponseDraft, AnswersASynchronisation) {
+  for (const u16 version : {u16{1}, u16{2}}) {
+    Draft question(version);
+    const KRTransRq* const asked = question.Add(Transfer(question));
+    ResponseDraft answer(version);
+    answer.SignOn(SignOnAnswer());
+    auto done = answer.New<KRIntraRs>();
+    done->SetCurrencyDefault(KRString("USD"));
+    done->SetServerTransactionID(KRString("9"));
+    done->SetServerTransactionID2(KRString("9"));
+    Give(*done, &KRIntraRs::SetXferInfo, Clone(**Each<KRXferInfo>(question.File()).begin()));
+    auto sync = answer.NewSync(KRTag_INTRASYNCRS, "18");
+    Give(*sync, &KRSyncRs::SetAccount, std::unique_ptr<KRAccount>(Account(question, "1")));
+    auto wrapper = answer.Wrap(std::move(done), *asked);
+    ASSERT_NE(wrapper, nullptr);
+    EXPECT_EQ(Str(wrapper->GetTransUserID()), Str(asked->GetTransUserID()));
+    EXPECT_TRUE(Give(*sync, &KRSyncRs::AppendTrans, std::move(wrapper)));
+    EXPECT_TRUE(answer.Add(std::move(sync)));
+    KRBuffer buffer(0, 0);
+    const DraftResult result = answer.Write(buffer);
+    for (const MissingTag& missing : result.missing) {
+      ADD_FAILURE() << Str(missing.path) << ": " << Str(missing.sentence);
+    }
+    EXPECT_TRUE(result) << Str(result.problem);
+    EXPECT_EQ(Read(TextOf(buffer)).status, KRParseStatus_Accepted) << TextOf(buffer);
   }
 }
 

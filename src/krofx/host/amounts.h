@@ -11,6 +11,9 @@
 #include "krofx/host/value_text.h"
 #include "krofx/values/precision_integer.h"
 
+/// An amount and a text have no order: `<` would compare addresses. Compare with krofx::ToAmount.
+void operator<=>(const KRPrecisionInteger&, const char*) = delete;
+
 namespace krofx {
 
 /// The text of a number with at least `places` digits after the point: ToText(amount, 2) is

@@ -6,9 +6,11 @@
 #include "krofx/core/buffer.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/internal/routing.h"
+#include "krofx/envelope/multi_trans.h"
 #include "krofx/host/build_reason.h"
 #include "krofx/host/own.h"
 #include "krofx/host/words.h"
+#include "krofx/messages/banking/transfers.h"
 #include "krofx/messages/investment/securities.h"
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/model/internal/tag_index.h"
@@ -52,6 +54,23 @@ u16 AppendBody(KRFileRs& file, KRResponse* body) { return file.AppendResponse(bo
 
 u16 SetSignOnOf(KRMessageSetRq& set, KRSignOnRq* signOn) { return set.SetSignOnRq(signOn); }
 u16 SetSignOnOf(KRMessageSetRs& set, KRSignOnRs* signOn) { return set.SetSignOnRs(signOn); }
+
+// Puts a payload into a wrapper: into its only place, or at the end of those of a wrapper of many.
+template <class Many, class Payload, class Trans>
+bool PutIn(Trans& wrapper, std::unique_ptr<KRTransBase> payload) {
+  auto* const many = dynamic_cast<Many*>(&wrapper);
+  if (many == nullptr) return Give(wrapper, &Trans::SetActualTrans, std::move(payload));
+  auto* const one = dynamic_cast<Payload*>(payload.get());
+  if (one == nullptr) return false;
+  static_cast<void>(payload.release());
+  return Give(*many, &Many::AppendActualTrans, std::unique_ptr<Payload>(one));
+}
+bool Put(KRTransRq& wrapper, std::unique_ptr<KRTransBase> payload) {
+  return PutIn<KRMultiTransRq, KRInterRq>(wrapper, std::move(payload));
+}
+bool Put(KRTransRs& wrapper, std::unique_ptr<KRTransBase> payload) {
+  return PutIn<KRMultiTransRs, KRInterRs>(wrapper, std::move(payload));
+}
 
 // A new object for a place in a file.
 template <class Class>
@@ -146,6 +165,10 @@ std::unique_ptr<typename Direction<kSide>::Sync> DraftOf<kSide>::NewSync(
 template <Side kSide>
 bool DraftOf<kSide>::Add(std::unique_ptr<Sync> sync) {
   if (sync == nullptr) return OutOfMemory();
+  if (FindSync(kSide, sync->GetType()) == nullptr) {
+    Fail(KRBuildStatus_TreeNotAllowed, "is no synchronisation", sync->GetType());
+    return false;
+  }
   MessageSet* const set = SetFor(sync->GetType());
   if (set == nullptr) return false;
   return Give(*set, &MessageSet::AppendSync, std::move(sync)) || OutOfMemory();
@@ -193,7 +216,7 @@ std::unique_ptr<typename Direction<kSide>::Trans> DraftOf<kSide>::WrapAs(
   }
   std::unique_ptr<Trans> made = NewWrapper(wrapper, id);
   if (made == nullptr) return nullptr;
-  if (!Give(*made, &Trans::SetActualTrans, std::move(payload))) {
+  if (!Put(*made, std::move(payload))) {
     Fail(KRBuildStatus_TreeNotAllowed, "may not be in that wrapper", tag);
     return nullptr;
   }

@@ -1,8 +1,8 @@
 // Files of requests and of responses, put together from their payloads.
 //
 //   krofx::Draft draft(2);
-//   draft.SignOn({.user = "ada.w", .password = secret, .organisation = "HARBORFED", .appId =
-//   "QX"}); auto rq = draft.New<KRIntraRq>();
+//   draft.SignOn({.user = "ada.w", .password = secret, .appId = "QX"});
+//   auto rq = draft.New<KRIntraRq>();
 //   ...
 //   draft.Add(std::move(rq));
 //   krofx::DraftResult result = draft.Write(buffer);
@@ -34,11 +34,12 @@ class KRBuffer;
 
 namespace krofx {
 
-/// What a user signs on with. A text that is empty is left out.
+/// What a user signs on with. A text that is empty is left out. OFX requires the user, the password
+/// and the appId.
 struct SignOnData {
   std::string_view user = {};
-  std::string_view password =
-      {};  ///< Copied once, into memory that is overwritten before it is freed.
+  /// Copied once, into memory that is overwritten before it is freed.
+  std::string_view password = {};
   std::string_view organisation = {};  ///< ORG of the institution.
   std::string_view institution = {};   ///< FID of the institution.
   std::string_view language = "ENG";
@@ -99,12 +100,12 @@ class KROFX_API DraftOf {
   }
   /// Makes a synchronisation of the draft's version.
   /// @param wrapper its tag, such as KRTag_INTRASYNCRQ.
-  /// @param token the last one that the server gave, "0" for the first time.
+  /// @param token of a request, the last one that the server gave, "0" for the first time.
   /// @return null, with the fire alarm raised, when memory is exhausted.
   std::unique_ptr<Sync> NewSync(KRTagID wrapper, std::string_view token) const;
 
   /// Adds a synchronisation to the message set that carries it.
-  /// @return false when none does; Write says so too.
+  /// @return false when none does, as when its tag is none of a synchronisation; Write says so too.
   bool Add(std::unique_ptr<Sync> sync);
   /// Adds a wrapper to the message set that carries it.
   /// @return it, which the draft owns; null when none does.
@@ -162,10 +163,11 @@ class KROFX_API Draft : public internal::DraftOf<internal::Side::kRequest> {
   /// Adds a payload in a wrapper of its own, with a new transaction identifier, to the message set
   /// that carries it.
   /// @param wrapper its tag, for a payload that several can carry; the first of them without it.
+  ///                That of KRTag_MULTIINTERTRNRQ is a KRMultiTransRq, to which more transfers can
+  ///                be appended.
   /// @return the wrapper, which the draft owns: GetTransUserID is what the answer will name. Null
-  /// when
-  ///         the payload is null, travels in no request of this version, or memory is exhausted; it
-  ///         is deleted then, and Write says why.
+  ///         when the payload is null, travels in no request of this version, or memory is
+  ///         exhausted; it is deleted then, and Write says why.
   KRTransRq* Add(std::unique_ptr<KRTransBase> payload, KRTagID wrapper = KRTag_None);
   /// The same without adding it: for a synchronisation (KRSyncRq::AppendTrans).
   std::unique_ptr<KRTransRq> Wrap(std::unique_ptr<KRTransBase> payload,
@@ -188,6 +190,8 @@ class KROFX_API ResponseDraft : public internal::DraftOf<internal::Side::kRespon
   /// success, and the payload.
   /// @return as Draft::Add.
   KRTransRs* Add(std::unique_ptr<KRTransBase> payload, const KRTransRq& request);
+  /// The same without adding it: for a synchronisation (KRSyncRs::AppendTrans).
+  std::unique_ptr<KRTransRs> Wrap(std::unique_ptr<KRTransBase> payload, const KRTransRq& request);
   /// Adds a refusal of a request: the same with a status of severity ERROR and no payload.
   KRTransRs* Refuse(const KRTransRq& request, s32 code, std::string_view message = {});
   /// Adds a list of securities.

@@ -124,8 +124,13 @@ std::unique_ptr<KRTransRs> ResponseDraft::Answer(std::unique_ptr<KRTransRs> wrap
 }
 
 KRTransRs* ResponseDraft::Add(std::unique_ptr<KRTransBase> payload, const KRTransRq& request) {
+  return Add(Wrap(std::move(payload), request));
+}
+
+std::unique_ptr<KRTransRs> ResponseDraft::Wrap(std::unique_ptr<KRTransBase> payload,
+                                               const KRTransRq& request) {
   auto wrapper = WrapAs(std::move(payload), AnswerTo(request), ToText(request.GetTransUserID()));
-  return Add(Answer(std::move(wrapper), request, 0, {}));
+  return Answer(std::move(wrapper), request, 0, {});
 }
 
 KRTransRs* ResponseDraft::Refuse(const KRTransRq& request, s32 code, std::string_view message) {

@@ -50,7 +50,8 @@ class KROFX_API StatementView {
   std::string_view Note() const;
   /// @return the transactions of a bank or card account; of investments those of the money.
   ViewRange<TransactionView, KRBankStatementTx> Transactions() const;
-  /// @return all transactions of an investment account; none of a bank account or card.
+  /// @return all transactions of an investment account, those of the money included, which
+  ///         Transactions gives too; none of a bank account or card.
   ViewRange<InvestmentTransactionView, KRDataObj> InvestmentTransactions() const;
   /// @return the positions; none of a bank account or card.
   ViewRange<PositionView, KRInvPos> Positions() const;

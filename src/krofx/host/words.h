@@ -16,6 +16,10 @@
 #include "krofx/values/internal/keyword_table.h"
 #include "krofx/values/keywords.h"
 
+/// Strings have no order: `<` would compare their addresses. Compare krofx::ToText of both.
+void operator<=>(const KRString&, const KRString&) = delete;
+void operator<=>(const KRString&, const char*) = delete;
+
 namespace krofx {
 
 /// The keyword of a value, such as "DEBIT" of KRBankTxType_DEBIT.

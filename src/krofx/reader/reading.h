@@ -109,9 +109,9 @@ struct KROFX_API Reading {
   std::optional<TextKind> Kind() const;
   /// @return the first response, be it a text of its own or a part of a multipart one. It stays
   ///         this object's; null when there is none.
-  KRFileRs* Response() const;
+  KRFileRs* Response() const KROFX_LIFETIME_BOUND;
   /// The same for the first request.
-  KRFileRq* Request() const;
+  KRFileRq* Request() const KROFX_LIFETIME_BOUND;
   /// All that was out of order, mended or not, in the order of the file.
   /// @return all of it; with the fire alarm raised, as much as memory sufficed for.
   List<ReadNote> Warnings() const;
