@@ -90,7 +90,7 @@ class KROFX_API KRFile : public KRDataObj {
   /// it is.
   /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetSubfile(u16 index, KRFile* subfile);
-  /// As SetSubfile, for a new entry at the end.
+  /// As SetSubfile, for a new entry at the end: 1, and this file owns it; 0, the caller does.
   u16 AppendSubfile(KRFile* subfile);
   /// @return the number of subfiles.
   u16 GetNumberOfSubfiles() const;
@@ -135,7 +135,7 @@ class KROFX_API KRFile : public KRDataObj {
   /// Says whether the headers allow the body to be read.
   /// @return 1 when they do, and for a file without OFX headers; 0 when they do not.
   virtual u16 ValidateHeaders() const;
-  /// Calls KRDataObj::SetFactory with `factory`, unless it is null.
+  /// Calls KRDataObj::SetFactory with `factory`, which the caller keeps, unless it is null.
   /// @return 0.
   virtual u16 SetFactory(KRDataObjFactory* factory);
 

@@ -70,7 +70,7 @@ class KROFX_API KRFileRq : public krofx::internal::BodyFile<krofx::internal::Sid
   /// Takes ownership of `request`, deletes the one at `index`, and notes OFX as present.
   /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetRequest(u16 index, KRRequest* request) { return SetBody(index, request); }
-  /// As SetRequest, for a new entry at the end.
+  /// As SetRequest, for a new entry at the end: 1, and the file owns it; 0, the caller does.
   u16 AppendRequest(KRRequest* request) { return SetBody(m_bodies.Entries(), request); }
   /// @return the number of requests.
   u16 GetNumberOfRequest() const { return m_bodies.Entries(); }
@@ -94,7 +94,7 @@ class KROFX_API KRFileRs : public krofx::internal::BodyFile<krofx::internal::Sid
   /// Takes ownership of `response`, deletes the one at `index`, and notes OFX as present.
   /// @return 1; 0 for null or no memory, and then the caller keeps it.
   u16 SetResponse(u16 index, KRResponse* response) { return SetBody(index, response); }
-  /// As SetResponse, for a new entry at the end.
+  /// As SetResponse, for a new entry at the end: 1, and the file owns it; 0, the caller does.
   u16 AppendResponse(KRResponse* response) { return SetBody(m_bodies.Entries(), response); }
   /// @return the number of responses.
   u16 GetNumberOfResponse() const { return m_bodies.Entries(); }

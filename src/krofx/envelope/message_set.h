@@ -40,14 +40,14 @@ class KROFX_API MessageSet : public KRDataObj {
   /// @return the number of transactions.
   u16 GetNumTrans() const { return m_transactions.Entries(); }
   /// Gives up a transaction without deleting it; the later ones move down.
-  /// @return 1; 0 when there is none.
+  /// @return 1, and it belongs to the caller; 0 when there is none.
   u16 DisconnectTrans(u16 index) { return m_transactions.UnSet(index); }
   /// Deletes all transactions.
   void DeleteAllTrans() { m_transactions.DeleteAll(); }
 
-  /// As AppendTrans, for a synchronisation.
+  /// As AppendTrans, for a synchronisation: 1, and this object owns it; 0, the caller does.
   u16 AppendSync(Sync* sync);
-  /// As SetTrans, for a synchronisation.
+  /// As SetTrans, for a synchronisation; who owns it after each result is the same.
   u16 SetSync(u16 index, Sync* sync);
   /// @return a synchronisation, which this object keeps owning; null when there is none.
   Sync* GetSync(u16 index) const { return static_cast<Sync*>(m_syncs.Get(index)); }
@@ -107,7 +107,7 @@ class KROFX_API KRMessageSetRq
   /// Gives up the sign-on without deleting it: the caller, who must have its pointer, owns it.
   void DisconnectSignOnRq() { m_signOn.Release(); }
   /// Gives up a synchronisation without deleting it; the later ones move down.
-  /// @return 1; 0 when there is none.
+  /// @return 1, and it belongs to the caller; 0 when there is none.
   u16 DisconnectSync(u16 index) { return m_syncs.UnSet(index); }
   /// Copies everything from `source`.
   /// @return 1; 0 for null, no factory or no memory.

@@ -36,7 +36,7 @@ class KROFX_API MessageSetHolder : public KRDataObj {
   /// Deletes all message sets.
   void DeleteAllMessageSet() { m_sets.DeleteAll(); }
 
-  /// Calls KRDataObj::SetFactory with `factory`, unless it is null.
+  /// Calls KRDataObj::SetFactory with `factory`, which the caller keeps, unless it is null.
   /// @return 0.
   u16 SetFactory(KRDataObjFactory* factory);
 
