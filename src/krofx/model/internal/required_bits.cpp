@@ -20,6 +20,7 @@ void RequiredBits::Fill(Place& place, const AggregateTable& table, u16 version) 
   place = Place();
   place.table = &table;
   place.version = version;
+  place.isFilled = true;
   place.held.Set(0);
   if (!table.rulesOnly) {
     place.isNever = version == 0 && table.required.count != 0;
@@ -74,12 +75,21 @@ void RequiredBits::Remember(Place& place, const PresenceBits& presence) {
   }
 }
 
-bool RequiredBits::WorkOut(const PresenceBits& presence, const KRDataObj& object,
+bool RequiredBits::WorkOut(const PresenceBits& presence, KRDataObj& object,
                            const AggregateTable& table) {
   constexpr std::size_t kTableAlignment = 64;
   const u16 version = ObjectAccess::VersionOf(object);
   Place& place = m_places[reinterpret_cast<std::uintptr_t>(&table) / kTableAlignment % kPlaces];
-  if (place.table != &table || place.version != version) Fill(place, table, version);
+  if (place.table != &table || place.version != version) {
+    place.table = &table;
+    place.version = version;
+    place.isFilled = false;
+    // Nothing is between them.
+    place.held.Set(0);
+    place.allowed = PresenceBits();
+    return object.AllRequiredPresent() != 0;
+  }
+  if (!place.isFilled) Fill(place, table, version);
   m_last = &place;
   if (place.isNever || !presence.Contains(place.required) || !RulesHoldIn(place, object)) {
     return false;

@@ -1,8 +1,9 @@
 // What must be present in the objects of a class, as bits of their presence sets.
 //
-// A tree of tens of thousands of objects has a dozen classes. For each of them and each version,
-// the search for missing tags works out once which bits the table of required tags and the rules
-// name. After that it compares bits.
+// A tree of tens of thousands of objects has a dozen classes. When the search for missing tags
+// meets the second object of one of them in a version, it works out which bits the table of
+// required tags and the rules name. After that it compares bits. The first object is asked, since
+// in a small tree it is the only one of its class.
 
 #ifndef KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_
 #define KROFX_MODEL_INTERNAL_REQUIRED_BITS_H_
@@ -28,7 +29,7 @@ class RequiredBits {
 
   /// @return whether everything required is present in an object of which `table` is the plain
   ///         table.
-  bool AllPresentIn(const KRDataObj& object, const AggregateTable& table) {
+  bool AllPresentIn(KRDataObj& object, const AggregateTable& table) {
     const PresenceBits& presence = ObjectAccess::PresenceOf(object);
     const Place& place = *m_last;
     if (place.table == &table && place.version == ObjectAccess::VersionOf(object) &&
@@ -50,6 +51,8 @@ class RequiredBits {
   struct Place {
     const AggregateTable* table = nullptr;
     u16 version = 0;
+    // What is required has been worked out.
+    bool isFilled = false;
     // No object is complete: a required tag is not valid in the version, or the version is unknown.
     bool isNever = false;
     PresenceBits required;
@@ -60,7 +63,7 @@ class RequiredBits {
     RuleBits rules[kMostRules];
   };
 
-  bool WorkOut(const PresenceBits& presence, const KRDataObj& object, const AggregateTable& table);
+  bool WorkOut(const PresenceBits& presence, KRDataObj& object, const AggregateTable& table);
   static void Fill(Place& place, const AggregateTable& table, u16 version);
   static bool RulesHoldIn(const Place& place, const KRDataObj& object);
   static void Remember(Place& place, const PresenceBits& presence);
