@@ -41,6 +41,14 @@ bool DecodeBy(iconv_t converter, const char* from, std::size_t count, char32_t& 
   return true;
 }
 
+// The table of the set that a thread has opened last, since nearly all files are in the same one,
+// and to ask iconv for it takes longer than to read a short file.
+struct LastTable {
+  char name[32] = "";
+  char32_t characters[128] = {};
+};
+thread_local LastTable lastTable;
+
 }  // namespace
 
 std::size_t EncodeUtf8(char32_t code, char* out) {
@@ -150,6 +158,23 @@ bool Charset::FillTable() {
   return true;
 }
 
+bool Charset::TakeLastTable() {
+  static_assert(sizeof m_name == sizeof LastTable::name);
+  static_assert(sizeof m_table == sizeof LastTable::characters);
+  if (std::strcmp(m_name, lastTable.name) != 0) return false;
+  m_kind = Kind::kTable;
+  std::memcpy(m_table, lastTable.characters, sizeof m_table);
+  return true;
+}
+
+// A set with a table needs iconv no more.
+void Charset::KeepTable() {
+  if (m_kind != Kind::kTable) return;
+  Close();
+  std::memcpy(lastTable.name, m_name, sizeof m_name);
+  std::memcpy(lastTable.characters, m_table, sizeof m_table);
+}
+
 Charset::Opened Charset::Open(std::string_view name) {
   if (name.empty() || name.size() >= sizeof m_name) return Opened::kUnknown;
   Charset made;
@@ -158,7 +183,7 @@ Charset::Opened Charset::Open(std::string_view name) {
   if (EqualsWithoutCase(name, "UTF-8") || EqualsWithoutCase(name, "UTF8")) {
     made.m_kind = Kind::kUtf8;
     std::strcpy(made.m_name, "UTF-8");
-  } else if (!EqualsWithoutCase(name, "US-ASCII")) {
+  } else if (!EqualsWithoutCase(name, "US-ASCII") && !made.TakeLastTable()) {
     // A name with a slash would be an instruction to iconv.
     if (name.find('/') != std::string_view::npos) return Opened::kUnknown;
     for (const bool decode : {true, false}) {
@@ -168,6 +193,7 @@ Charset::Opened Charset::Open(std::string_view name) {
       (decode ? made.m_decoder : made.m_encoder) = handle;
     }
     if (!made.FillTable()) return Opened::kUnknown;
+    made.KeepTable();
   }
   std::swap(m_kind, made.m_kind);
   std::swap(m_name, made.m_name);

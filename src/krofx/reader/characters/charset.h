@@ -1,4 +1,4 @@
-// Character sets: which characters a text's bytes stand for. All that are known are iconv's.
+// Character sets: which characters the bytes of a text are. All that are known are iconv's.
 
 #ifndef KROFX_READER_CHARACTERS_CHARSET_H_
 #define KROFX_READER_CHARACTERS_CHARSET_H_
@@ -18,7 +18,7 @@ class Charset {
   /// The most bytes that a character has.
   static constexpr std::size_t kLongest = 8;
 
-  /// US-ASCII. A byte above 127 stands for no character.
+  /// US-ASCII. A byte above 127 is no character.
   Charset() = default;
   Charset(const Charset&) = delete;
   Charset& operator=(const Charset&) = delete;
@@ -37,7 +37,7 @@ class Charset {
   bool IsUtf8() const { return m_kind == Kind::kUtf8; }
 
   /// Reads the first character of a text that is not empty.
-  /// @param code takes the character; U+FFFD when the bytes stand for none.
+  /// @param code takes the character; U+FFFD when the bytes are none.
   /// @return how many bytes it has, at least 1.
   std::size_t Decode(std::string_view text, char32_t& code) const;
   /// Writes a character.
@@ -50,6 +50,8 @@ class Charset {
 
   void Close();
   bool FillTable();
+  bool TakeLastTable();
+  void KeepTable();
 
   Kind m_kind = Kind::kAscii;
   char m_name[32] = "US-ASCII";
