@@ -45,6 +45,39 @@ TEST(ReadDates, TakesDividedDates) {
   EXPECT_EQ(Date("2026-01-31T10:11:12.3456789"), (ReadValue{"20260131101112.345", form}));
 }
 
+TEST(ReadDates, TakesMonthsByTheirNames) {
+  const Lines form = {"date-form"};
+  for (const char* const text :
+       {"31 Jan 2026", "31-Jan-2026", "31/JAN/2026", "31 January 2026", "31. Januar 2026",
+        "31 janv. 2026", "31 ene 2026", "31 gennaio 2026", "Jan 31, 2026", "January 31 2026",
+        "Sat, 31 Jan 2026", "2026-Jan-31"}) {
+    EXPECT_EQ(Date(text), (ReadValue{"20260131", form})) << text;
+  }
+  EXPECT_EQ(Date("15 Mai 2026"), (ReadValue{"20260515", form}));
+  EXPECT_EQ(Date("15 ao\xFBt 2026"), (ReadValue{"20260815", form}));
+  EXPECT_EQ(Date("15 M\xC4RZ 2026"), (ReadValue{"20260315", form}));
+  EXPECT_EQ(Date("31 Jan 2026 22:10:11"), (ReadValue{"20260131221011", form}));
+  EXPECT_EQ(Date("Sat, 31 Jan 2026 22:10:11 EST"),
+            (ReadValue{"20260131221011.000[-5:EST]", {"date-form", "date-zone"}}));
+}
+
+TEST(ReadDates, LeavesOutNamesOfMonthsThatNobodyKnows) {
+  // "jui" begins juin and juillet.
+  for (const char* const text :
+       {"31 Ja 2026", "31 jui 2026", "31 Smarch 2026", "30 Feb 2026", "Jan 2026", "31 Jan 26",
+        "Jan Feb 2026", "31 Jan 31", "Foo, 31 Jan 2026"}) {
+    EXPECT_EQ(Date(text).value, "absent") << text;
+  }
+}
+
+TEST(ReadDates, TakesQuotesAndBlanks) {
+  const Lines form = {"date-form"};
+  for (const char* const text : {"\"20260131\"", "'20260131'", "'20260131", "2026 01 31"}) {
+    EXPECT_EQ(Date(text), (ReadValue{"20260131", form})) << text;
+  }
+  EXPECT_EQ(Date("\"20260131"), (ReadValue{"absent", {"date-refused"}}));
+}
+
 TEST(ReadDates, TakesADayInFrontOnlyWhenItCanBeNoMonth) {
   const Lines form = {"date-form"};
   EXPECT_EQ(Date("31/01/2026"), (ReadValue{"20260131", form}));
@@ -91,6 +124,10 @@ TEST(ReadDates, TakesZonesInOtherForms) {
   zone("[+5:30:IST]", ".000[5.50:IST]");
   zone("[-0:30]", ".000[-0.50]");
   zone("[+1:CEST]", ".000[1]");
+  zone("[-5 EST]", ".000[-5:EST]");
+  zone("[BRT]", ".000[-3:BRT]");
+  zone(" CEST", ".000[2]");
+  zone("+00:00", "");
   EXPECT_EQ(Date("2026-01-31T10:11:12+05:45"),
             (ReadValue{"20260131101112.000[5.75]", {"date-form", "date-zone"}}));
 }

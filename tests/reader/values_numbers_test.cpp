@@ -100,6 +100,12 @@ TEST(ReadNumbers, ReadsASignWhereverItIs) {
   EXPECT_EQ(Amount("(11.76)"), (ReadValue{"-11.76", sign}));
   EXPECT_EQ(Amount("11.76DR"), (ReadValue{"-11.76", sign}));
   EXPECT_EQ(Amount("11.76 C"), (ReadValue{"11.76", {"amount-sign", "amount-decoration"}}));
+  for (const char* const word : {"Dr", "Dr.", "DB", "db", "DEBIT", "debit"}) {
+    EXPECT_EQ(Amount(std::string("11.76") + word), (ReadValue{"-11.76", sign})) << word;
+  }
+  for (const char* const word : {"Cr", "cr.", "CREDIT", "Credit"}) {
+    EXPECT_EQ(Amount(std::string("11.76") + word), (ReadValue{"11.76", sign})) << word;
+  }
   EXPECT_EQ(Amount("\x96"
                    "11.76"),
             (ReadValue{"-11.76", sign}));
@@ -144,6 +150,9 @@ TEST(ReadNumbers, RefusesLettersThatMayBeAFactorOrASign) {
                                  "\xA2"
                                  "5",
                                  "5,00 S",
+                                 "5,00 d",
+                                 "5,00 c",
+                                 "5,00 Debi",
                                  "5,-",
                                  "5.-",
                                  "1 2",
@@ -175,6 +184,8 @@ TEST(ReadNumbers, TakesOutQuotes) {
   const Lines kinds = {"amount-decoration"};
   EXPECT_EQ(Amount("\"-5.00\""), (ReadValue{"-5", kinds}));
   EXPECT_EQ(Amount("'5.00'"), (ReadValue{"5", kinds}));
+  EXPECT_EQ(Amount("'-5.00"), (ReadValue{"-5", kinds}));
+  EXPECT_EQ(Amount("-5.00'"), (ReadValue{"absent", {"number-refused"}}));
   EXPECT_EQ(Amount("\"5.00"), (ReadValue{"absent", {"number-refused"}}));
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "krofx/reader/dates/month_names.h"
 #include "krofx/reader/dates/zone_text.h"
 #include "krofx/reader/values/digit_cursor.h"
 #include "krofx/reader/values/plain_characters.h"
@@ -39,23 +40,34 @@ struct Moment {
   bool IsTime() const { return hour <= 23 && minute <= 59 && second <= 59; }
 };
 
-// The text in ASCII; characters that a date cannot have are '?'.
+// The text in ASCII, without quotes around it; characters that a date cannot have are '?'.
 class AsciiText {
  public:
   AsciiText(std::string_view text, const Charset& charset) {
     const PlainCharacters plain(text, charset);
     for (const char32_t c : plain.All()) {
-      m_bytes[m_size++] = c < 0x80 ? static_cast<char>(c) : '?';
+      m_bytes[m_size++] = c < 0x80 ? static_cast<char>(c) : WithoutAccent(c);
     }
   }
-  std::string_view Text() const { return {m_bytes, m_size}; }
+  std::string_view Text() const {
+    std::string_view text(m_bytes, m_size);
+    if (!IsQuoted()) return text;
+    text.remove_prefix(1);
+    if (text.ends_with(m_bytes[0])) text.remove_suffix(1);
+    return text;
+  }
+  // Also with the apostrophe alone by which a spreadsheet takes a number for a text.
+  bool IsQuoted() const {
+    if (m_size < 2) return false;
+    return m_bytes[0] == '\'' || (m_bytes[0] == '"' && m_bytes[m_size - 1] == '"');
+  }
 
  private:
   char m_bytes[PlainCharacters::kMost];
   std::size_t m_size = 0;
 };
 
-bool IsDateSign(char c) { return c == '-' || c == '/' || c == '.'; }
+bool IsDateSign(char c) { return c == '-' || c == '/' || c == '.' || c == ' '; }
 
 // "31/01/2026" in either order, when only one is possible, or the other dates decide. With points
 // between its numbers a date begins with the day wherever it is written.
@@ -77,6 +89,7 @@ bool DecideOrder(u32 first, u32 second, char sign, const ValueSurvey& survey, Mo
 // Three numbers with a sign between them: the year is the one with four digits.
 bool ReadDividedDate(DigitCursor& cursor, const ValueSurvey& survey, Moment& moment) {
   const std::size_t first = cursor.CountDigits();
+  if (first != 1 && first != 2 && first != 4) return false;
   u32 numbers[3];
   cursor.TakeDigits(first, numbers[0]);
   const char sign = cursor.Next();
@@ -99,11 +112,51 @@ bool ReadDividedDate(DigitCursor& cursor, const ValueSurvey& survey, Moment& mom
   return true;
 }
 
+// Passes over the day of the week that may be in front of a date.
+void SkipWeekday(DigitCursor& cursor) {
+  DigitCursor ahead = cursor;
+  if (!IsWeekday(ahead.TakeLetters())) return;
+  ahead.Take('.');
+  ahead.Take(',');
+  if (ahead.TakeBlanks()) cursor = ahead;
+}
+
+// "15 Jan 2026", "Jan 15, 2026", "Mon, 15-Jan-2026": the year is the number with four digits.
+bool ReadNamedDate(DigitCursor& cursor, Moment& moment) {
+  SkipWeekday(cursor);
+  bool hasDay = false;
+  bool hasYear = false;
+  for (int part = 0; part < 3; ++part) {
+    if (part != 0) {
+      cursor.Take('.');
+      cursor.Take(',');
+      if (!cursor.TakeBlanks() && !cursor.Take('-')) cursor.Take('/');
+    }
+    const std::size_t count = cursor.CountDigits();
+    if (count == 0) {
+      if (moment.month != 0) return false;
+      moment.month = MonthOf(cursor.TakeLetters());
+      if (moment.month == 0) return false;
+      continue;
+    }
+    bool& has = count == 4 ? hasYear : hasDay;
+    if (has || (count != 4 && count > 2)) return false;
+    has = true;
+    cursor.TakeDigits(count, count == 4 ? moment.year : moment.day);
+  }
+  moment.otherForm = true;
+  return hasDay && hasYear && moment.month != 0;
+}
+
 bool ReadDate(DigitCursor& cursor, const ValueSurvey& survey, Moment& moment) {
   constexpr std::size_t kDigits = 8;
   const std::size_t count = cursor.CountDigits();
-  if (count == 0 || (count > 4 && count < kDigits) || count == 3) return false;
-  if (count <= 4) return ReadDividedDate(cursor, survey, moment);
+  if (count < kDigits) {
+    DigitCursor ahead = cursor;
+    if (!ReadDividedDate(ahead, survey, moment)) return ReadNamedDate(cursor, moment);
+    cursor = ahead;
+    return true;
+  }
   // With hours, minutes, seconds and milliseconds; any other count says that digits are missing.
   const std::size_t time = count - kDigits;
   if (time != 0 && time != 2 && time != 4 && time != 6 && time != 9) return false;
@@ -284,6 +337,7 @@ bool MendDate(const DoubtfulValue& value, MendedValue& out) {
   const AsciiText text(value.text, value.survey.CharsetOfText());
   DigitCursor cursor(text.Text());
   Moment moment;
+  moment.otherForm = text.IsQuoted();
   if (!ReadDate(cursor, value.survey, moment) || !moment.IsDate()) return false;
   ReadAfterDate(cursor, moment);
   return TakeMoment(moment, true, out);

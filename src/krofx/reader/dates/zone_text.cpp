@@ -22,7 +22,10 @@ constexpr NamedZone kNamed[] = {
     {"GMT", "GMT", false, 0}, {"UTC", "UTC", false, 0}, {"UT", {}, false, 0},
     {"Z", {}, false, 0},      {"EST", "EST", true, 5},  {"EDT", "EDT", true, 4},
     {"CST", "CST", true, 6},  {"CDT", "CDT", true, 5},  {"MST", "MST", true, 7},
-    {"MDT", "MDT", true, 6},  {"PST", "PST", true, 8},
+    {"MDT", "MDT", true, 6},  {"PST", "PST", true, 8},  {"BRT", "BRT", true, 3},
+    {"WET", "WET", false, 0}, {"CET", "CET", false, 1}, {"CEST", {}, false, 2},
+    {"EET", "EET", false, 2}, {"EEST", {}, false, 3},   {"HKT", "HKT", false, 8},
+    {"JST", "JST", false, 9}, {"AEST", {}, false, 10},  {"NZST", {}, false, 12},
 };
 
 const NamedZone* FindNamed(std::string_view text) {
@@ -68,14 +71,22 @@ bool ReadOffset(DigitCursor& cursor, ZoneText& zone) {
 }
 
 bool ReadName(DigitCursor& cursor, ZoneText& zone) {
+  const bool blanks = cursor.TakeBlanks();
   if (cursor.AtEnd()) return true;
-  if (!cursor.Take(':')) return false;
+  if (!cursor.Take(':') && !blanks) return false;
+  zone.otherForm = zone.otherForm || blanks;
   zone.name = cursor.Rest();
   if (zone.name.size() != kNameLength) {
     zone.name = {};
     zone.otherForm = true;
   }
   return true;
+}
+
+// An offset of zero without a name would be taken for no zone at all.
+void NameMeanTime(ZoneText& zone) {
+  const bool isMeanTime = zone.hours == 0 && zone.hundredths == 0 && zone.name.empty();
+  if (isMeanTime && zone.otherForm) zone.name = "GMT";
 }
 
 }  // namespace
@@ -92,6 +103,7 @@ bool ReadZone(std::string_view body, ZoneText& zone) {
       zone.negative = named->negative;
       zone.hours = named->hours;
       zone.name = named->name;
+      NameMeanTime(zone);
       return true;
     }
     // "UTC+1", and never "EST+1".
@@ -102,6 +114,7 @@ bool ReadZone(std::string_view body, ZoneText& zone) {
   if (!zone.negative) cursor.Take('+');
   if (cursor.TakeBlanks()) zone.otherForm = true;
   if (!ReadOffset(cursor, zone) || !ReadName(cursor, zone)) return false;
+  NameMeanTime(zone);
   constexpr u32 kMostHours = 12;
   return zone.hours < kMostHours || (zone.hours == kMostHours && zone.hundredths == 0);
 }

@@ -64,15 +64,19 @@ struct Surroundings {
   int opened = 0;
   int closed = 0;
   int currencies = 0;
+  int percents = 0;
   int blanks = 0;
   int quotesBefore = 0;
   int quotesAfter = 0;
   bool signAfter = false;
+  // It begins with the apostrophe by which a spreadsheet takes a number for a text.
+  bool isMarkedAsText = false;
 
   // A number has one sign at most, however it is written.
   bool MakeSense() const {
     return plus + minus + debit + credit + opened <= 1 && opened == closed && currencies <= 2 &&
-           quotesBefore == quotesAfter && quotesBefore <= 1;
+           currencies * percents == 0 && percents <= 1 && quotesBefore <= 1 &&
+           (quotesBefore == quotesAfter || isMarkedAsText);
   }
   bool IsNegative() const { return minus + debit + opened > 0; }
   bool HasMovedSign() const { return signAfter || debit + credit + opened > 0; }
@@ -84,13 +88,41 @@ bool IsMark(char32_t c) {
   return c == ' ' || c == '+' || c == '-' || c == '(' || c == ')' || IsQuote(c);
 }
 
-bool ReadWord(std::u32string_view word, bool after, Surroundings& found) {
-  if (after && (word == U"DR" || word == U"D")) {
-    ++found.debit;
-  } else if (after && (word == U"CR" || word == U"C")) {
-    ++found.credit;
+// What comes after a number in place of its sign. One letter counts as a capital only.
+struct SignWord {
+  std::string_view word;
+  bool isDebit;
+};
+constexpr SignWord kSignWords[] = {{"D", true},  {"DR", true},  {"DB", true},     {"DEBIT", true},
+                                   {"C", false}, {"CR", false}, {"CREDIT", false}};
+
+const SignWord* FindSignWord(std::u32string_view word) {
+  if (word.ends_with(U'.')) word.remove_suffix(1);
+  const auto is = [word](const SignWord& sign) {
+    return std::equal(word.begin(), word.end(), sign.word.begin(), sign.word.end(),
+                      [&word](char32_t c, char capital) {
+                        const auto letter = static_cast<char32_t>(capital);
+                        return c == letter || (word.size() > 1 && c == letter + ('a' - 'A'));
+                      });
+  };
+  const SignWord* const found = std::find_if(std::begin(kSignWords), std::end(kSignWords), is);
+  return found == std::end(kSignWords) ? nullptr : found;
+}
+
+// Whether the values of an element are percentages, with or without the sign.
+bool MayBePercentage(KRTagID tag) {
+  constexpr KRTagID kTags[] = {KRTag_COUPONRT, KRTag_PERCENT,     KRTag_VALUE,
+                               KRTag_YIELD,    KRTag_YIELDTOCALL, KRTag_YIELDTOMAT};
+  return std::find(std::begin(kTags), std::end(kTags), tag) != std::end(kTags);
+}
+
+bool ReadWord(std::u32string_view word, bool after, KRTagID tag, Surroundings& found) {
+  if (const SignWord* const sign = after ? FindSignWord(word) : nullptr) {
+    ++(sign->isDebit ? found.debit : found.credit);
   } else if (IsCurrency(word)) {
     ++found.currencies;
+  } else if (after && word == U"%" && MayBePercentage(tag)) {
+    ++found.percents;
   } else {
     return false;
   }
@@ -98,13 +130,13 @@ bool ReadWord(std::u32string_view word, bool after, Surroundings& found) {
 }
 
 // @param after whether this is what follows the number.
-bool ReadAround(std::u32string_view text, bool after, Surroundings& found) {
+bool ReadAround(std::u32string_view text, bool after, KRTagID tag, Surroundings& found) {
   for (std::size_t at = 0; at < text.size();) {
     const char32_t c = text[at];
     if (!IsMark(c)) {
       std::size_t end = at;
       while (end < text.size() && !IsMark(text[end])) ++end;
-      if (!ReadWord(text.substr(at, end - at), after, found)) return false;
+      if (!ReadWord(text.substr(at, end - at), after, tag, found)) return false;
       at = end;
       continue;
     }
@@ -131,8 +163,12 @@ bool MendDecoration(const DoubtfulValue& value, MendedValue& out) {
   }
   const std::u32string_view all(text.All().data(), text.size());
   Surroundings found;
-  if (!ReadAround(all.substr(0, layout.begin), false, found) ||
-      !ReadAround(all.substr(layout.end), true, found) || !found.MakeSense()) {
+  if (!ReadAround(all.substr(0, layout.begin), false, value.tag, found) ||
+      !ReadAround(all.substr(layout.end), true, value.tag, found)) {
+    return false;
+  }
+  found.isMarkedAsText = all.front() == U'\'' && found.quotesAfter == 0;
+  if (!found.MakeSense()) {
     return false;
   }
   char bytes[PlainCharacters::kMost + 1];
@@ -145,7 +181,7 @@ bool MendDecoration(const DoubtfulValue& value, MendedValue& out) {
   // A minus sign that was no '-' of ASCII is written in another way as well.
   const bool otherMinus = found.minus > 0 && value.text.find('-') == std::string_view::npos;
   const bool sign = found.HasMovedSign() || otherMinus;
-  const bool decorated = found.currencies + found.blanks + found.quotesBefore > 0;
+  const bool decorated = found.currencies + found.percents + found.blanks + found.quotesBefore > 0;
   if (!sign && !decorated) return false;
   out.Take(sign ? MendingKind::kAmountSign : MendingKind::kAmountDecoration, {bytes, size});
   if (decorated) out.Say(MendingKind::kAmountDecoration);

@@ -36,7 +36,10 @@ class Joined {
 bool MendCode(const DoubtfulValue& value, MendedValue& out) {
   constexpr std::size_t kLength = 3;
   if (IsWordForNothing(value.text)) return out.TakeAsAbsent(MendingKind::kWordAbsent);
-  return value.text.size() > kLength && out.TakeAsAbsent(MendingKind::kKeywordRefused);
+  if (value.text.size() <= kLength) return false;
+  const Joined joined(value.text);
+  if (joined.Text().size() == kLength) return out.Take(MendingKind::kKeyword, joined.Text());
+  return out.TakeAsAbsent(MendingKind::kKeywordRefused);
 }
 
 }  // namespace
