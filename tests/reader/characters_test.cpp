@@ -139,7 +139,7 @@ TEST(Characters, ThatAreControlCharactersAreTakenOut) {
   EXPECT_EQ(Read(Statement("Bank") + "\0\0\x1A"s).status, KRParseStatus_Accepted);
 }
 
-TEST(Characters, KeepTheirPlacesBehindControlCharacters) {
+TEST(Characters, KeepTheirPlacesAfterControlCharacters) {
   using namespace std::string_literals;
   const std::string text = Statement("Ba\0\0nk</NAME><ACME.X>1"s);
   const Reading reading = Read(text);

@@ -50,7 +50,7 @@ TEST(Header, MayEndInCarriageReturns) {
   ExpectWhole(Fields("\r") + "\r" + kMarked, {"private-tag"});
 }
 
-TEST(Header, MayLackTheBlankLineBehindIt) {
+TEST(Header, MayLackTheBlankLineAfterIt) {
   ExpectWhole(Fields("\n") + "<!-- comment -->" + kMarked, {"header-layout", "private-tag"});
   ExpectWhole(Fields("\n").substr(0, Fields("\n").size() - 1) + kBody, {"header-layout"});
 }

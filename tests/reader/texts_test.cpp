@@ -21,7 +21,7 @@ std::string AccountIn(const OfxText& text) {
   return account == nullptr ? "none" : Str(account->GetAccountID());
 }
 
-TEST(Texts, OneBehindTheOtherAreToldApart) {
+TEST(Texts, OneAfterTheOtherAreReadOneByOne) {
   const std::string first = Statement("1") + "\r\n";
   const Reading reading = Read(first + Statement("2") + Statement("3"));
   EXPECT_EQ(reading.status, KRParseStatus_Accepted);
@@ -34,7 +34,7 @@ TEST(Texts, OneBehindTheOtherAreToldApart) {
   EXPECT_EQ(Written(reading.texts[1].root.get()), Written(Read(Statement("2")).root));
 }
 
-TEST(Texts, WithoutHeadersOrEndsAreToldApartToo) {
+TEST(Texts, WithoutHeadersOrEndsAreReadOneByOneToo) {
   const auto body = [](const std::string& account) {
     const std::string text = Statement(account);
     return text.substr(text.find('<'));

@@ -6,6 +6,7 @@
 #include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/internal/repeated_figures.h"
 #include "krofx/model/internal/required_bits.h"
 #include "krofx/model/internal/row_access.h"
 
@@ -46,6 +47,7 @@ void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagI
   const auto position = static_cast<u16>(&row - table.rows);
   if (position < table.valid.count && UsesOwnTable(object, table) &&
       (table.valid.table[position].versions & object.GetMsgSetVersion()) != 0) {
+    if (ObjectAccess::BitAt(object, position) && IsFigure(*row.value)) ++RepeatedFigures();
     ObjectAccess::SetBitAt(object, position);
   } else {
     object.SetTag(tag);
@@ -53,6 +55,11 @@ void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagI
 }
 
 }  // namespace
+
+std::size_t& RepeatedFigures() {
+  static thread_local std::size_t count = 0;
+  return count;
+}
 
 bool RuleHolds(const Rule& rule, int conditions, int present) {
   if (rule.condition != RuleCondition::kAlways) {

@@ -73,6 +73,8 @@
   X(618, kEarlyEnd, "early-end", Each, "an end tag came too early; what follows was put where it belongs")             \
   X(619, kMoved, "moved", Each, "an answer in the wrong message set was put into the one where it belongs")             \
   X(620, kAccountKind, "account-kind", Each, "an account of another kind was taken as the kind that belongs here")     \
+  X(621, kPayeeText, "payee-text", Each, "a payee that is a text was taken as a name")                                 \
+  X(622, kRepeatedElement, "repeated-element", Each, "an amount or a date comes twice with two values; the last one was taken")\
   /* The text as a whole. */                                                                                           \
   X(700, kMultipartDamage, "multipart", Each, "a multipart text whose parts are not in order was taken apart")
 // clang-format on

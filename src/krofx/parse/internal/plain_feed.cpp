@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "krofx/core/internal/byte_search.h"
+#include "krofx/model/internal/repeated_figures.h"
 #include "krofx/model/internal/row_access.h"
 #include "krofx/model/parser.h"
 #include "krofx/parse/engine.h"
@@ -191,6 +192,10 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     }
     void* const member = reinterpret_cast<char*>(target.object) + tag->offset;
     if (!row.value->fromCommonText(member, view.data(), view.size())) break;
+    if constexpr (kUse == FeedUse::kWatchedTree) {
+      const bool isRepeated = ObjectAccess::BitAt(*target.object, tag->position);
+      if (isRepeated && IsFigure(*row.value)) ++RepeatedFigures();
+    }
     ObjectAccess::SetBitAt(*target.object, tag->position);
     elementBefore = tag->entry->tagID;
     advance(tag, name, stop);

@@ -7,6 +7,7 @@
 #include "krofx/envelope/file.h"
 #include "krofx/envelope/internal/replaced_payloads.h"
 #include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/repeated_figures.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/internal/parse_run.h"
 #include "krofx/parse/internal/tag_pass.h"
@@ -15,10 +16,12 @@
 
 namespace krofx::internal {
 
-SilentLosses::SilentLosses() : m_payloads(ReplacedPayloads()), m_commas(PassedCommas()) {}
+SilentLosses::SilentLosses()
+    : m_payloads(ReplacedPayloads()), m_figures(RepeatedFigures()), m_commas(PassedCommas()) {}
 
 bool SilentLosses::Any() const {
-  return m_payloads != ReplacedPayloads() || m_commas != PassedCommas();
+  return m_payloads != ReplacedPayloads() || m_figures != RepeatedFigures() ||
+         m_commas != PassedCommas();
 }
 
 CleanParser::CleanParser() {
@@ -63,7 +66,7 @@ KRParseStatus CleanParser::ReadTags(KRParseEngine& engine) {
   do {
     status = pass.Feed<FeedUse::kWatchedTree>();
   } while (status == kGoOn && !m_warned && pass.TakeTag(status) && !m_warned && !losses.Any());
-  m_mayHaveHighBytes = pass.MayHaveHighBytes();
+  if (!m_warned && !losses.Any()) m_mayHaveHighBytes = pass.MayHaveHighBytes();
   return status;
 }
 

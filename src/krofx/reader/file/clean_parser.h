@@ -17,7 +17,7 @@ class KRFile;
 namespace krofx::internal {
 
 /// What a parse may lose without a warning, from here on: a first answer that a second one replaces
-/// in its wrapper, and the commas of numbers.
+/// in its wrapper, a first amount or date that a second one replaces, and the commas of numbers.
 class SilentLosses {
  public:
   SilentLosses();
@@ -26,6 +26,7 @@ class SilentLosses {
 
  private:
   std::size_t m_payloads;
+  std::size_t m_figures;
   std::size_t m_commas;
 };
 

@@ -22,9 +22,9 @@ std::string_view BytesOf(const KRBuffer& buffer) {
 }
 
 // Records the warnings of a strict parse.
-class WarningTeller : public KRWarningObserver {
+class WarningRecorder : public KRWarningObserver {
  public:
-  WarningTeller(const KRParser& parser, Recorder& recorder, std::size_t base)
+  WarningRecorder(const KRParser& parser, Recorder& recorder, std::size_t base)
       : m_parser(parser), m_recorder(recorder), m_base(base) {}
 
   void OnWarning(const KRParseException& warning, s32 position) override {
@@ -62,13 +62,13 @@ StrictResult ReadStrictly(KRBuffer& buffer, OfxText& text, std::size_t base, Rec
   result.end = BytesOf(buffer).size();
   if (text.kind == TextKind::kMultipart) {
     KRMIMEParser parser;
-    WarningTeller teller(parser, recorder, base);
-    parser.SetWarningObserver(&teller);
+    WarningRecorder warnings(parser, recorder, base);
+    parser.SetWarningObserver(&warnings);
     result.status = parser.Parse(&buffer, text.root.get(), 1);
   } else {
     KRSimpleParser parser;
-    WarningTeller teller(parser, recorder, base);
-    parser.SetWarningObserver(&teller);
+    WarningRecorder warnings(parser, recorder, base);
+    parser.SetWarningObserver(&warnings);
     result.status = parser.Parse(&buffer, static_cast<KRDataObj*>(text.root.get()), 1);
   }
   PathLog paths;

@@ -23,8 +23,9 @@ struct StrictResult {
   std::size_t end = 0;
   /// Whether the text may have a byte above 127. False is certain.
   bool mayHaveHighBytes = true;
-  /// Whether the tree says what the text says. The parser replaces a first answer in a wrapper by a
-  /// second one without a warning, and passes over the commas of numbers.
+  /// Whether the tree says what the text says. The parser replaces a first answer in a wrapper, and
+  /// a first amount or date of an element, by a second one without a warning, and passes over the
+  /// commas of numbers.
   bool lossless = true;
 
   /// @return whether there is nothing to mend.

@@ -27,11 +27,11 @@ const char* FindControl(const char* at, const char* end) {
   constexpr std::ptrdiff_t kBlock = 256;
   for (; end - at >= kBlock; at += kBlock) {
     // Without a way out of it, the compiler makes vectors of this loop.
-    unsigned any = 0;
+    u8 any = 0;
     for (std::ptrdiff_t place = 0; place < kBlock; ++place) {
-      const auto c = static_cast<unsigned char>(at[place]);
-      any |= unsigned{c < 0x20} & unsigned{c != '\t'} & unsigned{c != '\n'} & unsigned{c != '\r'};
-      any |= unsigned{c == 0x7F};
+      const auto c = static_cast<u8>(at[place]);
+      const int isLow = (c < 0x20) & (c != '\t') & (c != '\n') & (c != '\r');
+      any = static_cast<u8>(any | isLow | (c == 0x7F));
     }
     if (any != 0) break;
   }

@@ -66,11 +66,29 @@ bool ElementFeed::ReadElement(KRDataObj& object, const char* at, const char* lim
   if (at >= limit || *at == '<') return false;
   bool hasReferences = false;
   const char* const stop = FindValueEnd(at, end, hasReferences);
-  if (stop >= limit || *stop != '<' || hasReferences || !IsTag(stop + 1, limit)) return false;
+  if (stop >= limit || *stop != '<' || hasReferences || !BeginsTag(*tag, stop + 1)) return false;
   const char* last = stop;
   while (IsWhite(last[-1])) --last;
   element = {tag, {at, static_cast<std::size_t>(last - at)}, stop};
   return element.value.size() <= KRString::kMaxLength && !MayBeMended(*tag, element.value);
+}
+
+// Whether a tag begins after a '<', where there are TagKey::kBytes bytes. What is in angle brackets
+// and not in the dictionary may be a part of a text.
+// @param tag the one before it.
+bool ElementFeed::BeginsTag(const KnownTag& tag, const char* next) const {
+  if (tag.next != nullptr && tag.next->IsAt(next)) return true;
+  const char* const end = m_text.data() + m_text.size();
+  if (tag.RowOf().value->form != ValueForm::kText) return IsTag(next, end);
+  if (*next == '/') {
+    ++next;
+    const std::string_view name = tag.entry->text;
+    if (std::string_view(next, TagKey::kBytes).starts_with(name) && next[name.size()] == '>') {
+      return true;
+    }
+  }
+  u16 length = 0;
+  return LookUpName(m_dictionary, next, end, length) != nullptr;
 }
 
 // Moves over the end tag of an element, where it has one.

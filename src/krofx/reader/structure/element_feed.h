@@ -34,6 +34,7 @@ class ElementFeed {
   struct Element;
 
   bool ReadElement(KRDataObj& object, const char* at, const char* limit, Element& element);
+  bool BeginsTag(const KnownTag& tag, const char* next) const;
   const char* PassEnd(const char* at, const char* limit, const Element& element) const;
 
   std::string_view m_text;

@@ -241,7 +241,7 @@ bool TreeReader::SayForm(const ScannedTag& tag) {
 bool TreeReader::TakeStart(ScannedTag& tag) {
   m_endsSilently = {};
   if (tag.entry == nullptr) return SkipUnknown(tag);
-  if (!TakeAsOtherAccount(tag)) return false;
+  if (!TakeAsOtherAccount(tag) || !TakePayeeAsName(tag)) return false;
   const TagRole role = RoleOf(*GetCurrentObj(), tag.Id());
   if (Fits(role, tag) && !BelongsFurtherOut(tag, role)) return Take(tag, role);
   bool taken = false;
@@ -271,6 +271,7 @@ bool TreeReader::Fits(const TagRole& role, const ScannedTag& tag) {
 bool TreeReader::TakeElement(ScannedTag& tag, const TagRole& role) {
   m_endsSilently = tag.name;
   const KRTagID id = tag.Id();
+  if (role.row != nullptr && role.row->value->form == ValueForm::kText) JoinBrackets(tag);
   if (tag.text.cut) ReadCutText(tag);
   if (tag.text.cut) {
     m_cut = true;
@@ -309,7 +310,8 @@ bool TreeReader::TakeElement(ScannedTag& tag, const TagRole& role) {
   }
   if (value.IsWhiteSpace() != 0) return Note(MendingKind::kEmptyElement, tag.at, tag.Name());
   if (level.joined && IsInsideSpan(tag, role, value)) return true;
-  const bool read = MendValue(tag, role, value);
+  const HeldFigure before(*GetCurrentObj(), id, role);
+  const bool read = MendValue(tag, role, value) && SayRepeated(tag, role, before);
   // The object has its copy; nothing else may keep a password.
   if (IsSecret(id)) value.Clear('*');
   return read;

@@ -18,6 +18,7 @@
 #include "krofx/reader/records/recorder.h"
 #include "krofx/reader/structure/aggregate_role.h"
 #include "krofx/reader/structure/element_feed.h"
+#include "krofx/reader/structure/held_figure.h"
 #include "krofx/reader/structure/tree_watcher.h"
 #include "krofx/reader/tags/scanner.h"
 #include "krofx/reader/tags/tag_places.h"
@@ -151,6 +152,10 @@ class TreeReader final : public KRParser {
   bool TakePayloadElsewhere(const ScannedTag& tag, s16 body, const Home& home);
   bool OpenSet(const ScannedTag& tag, s16 body, KRTagID set);
   bool TakeAsOtherAccount(ScannedTag& tag);
+  bool TakePayeeAsName(ScannedTag& tag);
+  void JoinBrackets(ScannedTag& tag);
+  u32 EndOfBrackets(const ScannedTag& element) const;
+  bool SayRepeated(const ScannedTag& tag, const TagRole& role, const HeldFigure& before);
   bool PassLeft(KRTagID tag, u32 position, bool& passed);
   void Rename(s16 depth, KRTagID type);
   void Leave(s16 depth);

@@ -1,4 +1,4 @@
-// Telling tags from characters, and reading the texts between them.
+// Distinguishing tags from characters, and reading the texts between them.
 
 #include "krofx/reader/tags/scanner.h"
 
@@ -63,33 +63,33 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
   while (place - start <= kLongestName && IsNameCharacter(At(place))) ++place;
   tag.name = m_bytes.substr(start, place - start);
   if (tag.name.size() > kLongestName) return false;
-  const char next = At(place);
-  if (next != '>' && next != '/' && !IsWhite(next)) return false;
   bool attributes = false;
-  while (At(place) != '>' && At(place) != '<' && place < End()) {
-    attributes = attributes || At(place) == '=';
-    ++place;
+  if (At(place) != '>') {
+    if (At(place) != '/' && !IsWhite(At(place))) return false;
+    while (At(place) != '>' && At(place) != '<' && place < End()) {
+      attributes = attributes || At(place) == '=';
+      ++place;
+    }
+    if (At(place) != '>') return ReadOpenTag(start, place, tag);
   }
-  if (At(place) != '>') return ReadOpenTag(start, place, tag);
   tag.after = place + 1;
   tag.selfClosed = tag.type == ScannedTag::Type::kStart && At(place - 1) == '/';
   const u32 inside = place - (tag.selfClosed ? 1 : 0);
   const u32 nameEnd = start + static_cast<u32>(tag.name.size());
-  const bool onlyName = SkipWhite(nameEnd) >= inside;
+  const bool onlyName = nameEnd == inside || SkipWhite(nameEnd) >= inside;
   if (nameEnd != inside) tag.otherForm = true;
+  tag.otherCase = false;
+  tag.entry = Find(tag.name, KRCaseType_Exact);
+  if (tag.entry != nullptr && !inText) return true;
   if (const std::size_t colon = tag.name.rfind(':'); colon != std::string_view::npos) {
     tag.name.remove_prefix(colon + 1);
     tag.otherForm = true;
     if (tag.name.empty()) return false;
+    tag.entry = Find(tag.name, KRCaseType_Exact);
   }
-
-  KRTagID id;
-  const u16 length = static_cast<u16>(tag.name.size());
-  tag.entry = m_dictionary.GetTagID(tag.name.data(), length, &id, KRCaseType_Exact);
-  tag.otherCase = false;
-  const bool small = HasSmallLetter(tag.name);
-  if (tag.entry == nullptr && small) {
-    tag.entry = m_dictionary.GetTagID(tag.name.data(), length, &id, KRCaseType_IgnoreCase);
+  const bool small = tag.entry == nullptr && HasSmallLetter(tag.name);
+  if (small) {
+    tag.entry = Find(tag.name, KRCaseType_IgnoreCase);
     tag.otherCase = tag.entry != nullptr;
   }
   if (!inText) return true;
@@ -100,14 +100,17 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
   return !tag.otherForm && (!small || dotted);
 }
 
+const KRTagDictionaryEntry* Scanner::Find(std::string_view name, KRCaseType caseType) const {
+  KRTagID id;
+  return m_dictionary.GetTagID(name.data(), static_cast<u16>(name.size()), &id, caseType);
+}
+
 // A tag that has lost its '>': a name of OFX at the end of its line, with another tag after it.
 bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
   const u32 end = start + static_cast<u32>(tag.name.size());
   if (At(next) != '<' || SkipWhite(end) != next) return false;
   if (m_bytes.substr(end, next - end).find_first_of("\r\n") == std::string_view::npos) return false;
-  KRTagID id;
-  tag.entry = m_dictionary.GetTagID(tag.name.data(), static_cast<u16>(tag.name.size()), &id,
-                                    KRCaseType_IgnoreCase);
+  tag.entry = Find(tag.name, KRCaseType_IgnoreCase);
   tag.after = next;
   tag.otherForm = true;
   tag.selfClosed = tag.otherCase = false;
@@ -150,9 +153,13 @@ Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& after, ScannedTag& 
 TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
   TextRun run;
   run.from = run.to = from;
-  bool any = false;
-  // Whether there is text on the line that has been reached.
-  bool inText = false;
+  ReadOn(run, from, false, tag);
+  return run;
+}
+
+// Reads a run from a place on.
+// @param inText whether there is text in front of that place on its line.
+void Scanner::ReadOn(TextRun& run, u32 place, bool inText, ScannedTag& tag) const {
   const auto take = [&](u32 start, u32 end) {
     const u32 after = end;
     while (start < end && IsWhite(m_bytes[start])) ++start;
@@ -163,12 +170,11 @@ TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
       inText = inText && !broken;
       return;
     }
-    if (!any) run.from = start;
-    any = true;
+    if (run.IsEmpty()) run.from = start;
     run.to = end;
     inText = !broken;
   };
-  for (u32 place = from;;) {
+  for (;;) {
     const char* const found = SearchBytes(
         m_bytes.data() + place, m_bytes.data() + End(),
         [](ByteBlock block) { return block.Equal('<') | block.Equal('&'); },
@@ -186,11 +192,11 @@ TextRun Scanner::ReadRun(u32 from, ScannedTag& tag) const {
       tag = ScannedTag();
       tag.at = tag.after = End();
       run.cut = inText;
-      return run;
+      return;
     }
     u32 after = 0;
     const Piece piece = Classify(stop, inText, after, tag);
-    if (piece == Piece::kTag) return run;
+    if (piece == Piece::kTag) return;
     run.plain = false;
     run.bareLessThan = run.bareLessThan || piece == Piece::kCharacter;
     if (piece != Piece::kMarkup) take(stop, after);
@@ -213,6 +219,16 @@ void Scanner::Next(ScannedTag& tag) {
   if (tag.type != ScannedTag::Type::kStart || tag.selfClosed) return;
   tag.text = ReadRun(tag.after, m_ahead);
   m_hasAhead = true;
+  m_position = m_ahead.at;
+}
+
+void Scanner::TakeAheadAsText(TextRun& text) {
+  const u32 open = m_ahead.at;
+  if (text.IsEmpty()) text.from = open;
+  text.to = open + 1;
+  text.plain = false;
+  text.bareLessThan = true;
+  ReadOn(text, open + 1, true, m_ahead);
   m_position = m_ahead.at;
 }
 

@@ -91,6 +91,11 @@ class Scanner {
   u32 Position() const { return m_position; }
   /// Reads the next tag; after the last one, the end of the text.
   void Next(ScannedTag& tag);
+  /// The tag after the text of the start tag that Next has read last, unless that closed itself.
+  const ScannedTag& Ahead() const { return m_ahead; }
+  /// Takes that tag for characters of the text, and reads on to the tag after it.
+  /// @param text of the start tag.
+  void TakeAheadAsText(TextRun& text);
 
   /// Reads the text of a run: resolves references, and joins what comments and sections divide.
   /// @param charset the one that the text is in.
@@ -116,10 +121,12 @@ class Scanner {
   }
   u32 End() const { return static_cast<u32>(m_bytes.size()); }
   u32 SkipWhite(u32 position) const;
+  const KRTagDictionaryEntry* Find(std::string_view name, KRCaseType caseType) const;
   bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
   Piece Classify(u32 open, bool inText, u32& after, ScannedTag& tag) const;
   u32 FindEnd(u32 from, std::string_view what, u32& noneFrom) const;
   TextRun ReadRun(u32 from, ScannedTag& tag) const;
+  void ReadOn(TextRun& run, u32 place, bool inText, ScannedTag& tag) const;
 
   std::string_view m_bytes;
   const TagDictionary& m_dictionary;
