@@ -167,6 +167,7 @@ KRParseStatus TreeReader::End() {
 }
 
 void TreeReader::LeavePart() {
+  m_partBeginsLine = BeginsLine(Position());
   const std::size_t count = std::min(m_endsSilently.size(), kLongestName);
   if (count != 0) std::memmove(m_silentName, m_endsSilently.data(), count);
   m_endsSilently = {m_silentName, count};

@@ -154,7 +154,9 @@ class TreeReader final : public KRParser {
   bool TakeAsOtherAccount(ScannedTag& tag);
   bool TakePayeeAsName(ScannedTag& tag);
   void JoinBrackets(ScannedTag& tag);
-  u32 EndOfBrackets(const ScannedTag& element) const;
+  bool BeginsLine(u32 place) const;
+  u32 EndOfBrackets(const ScannedTag& element);
+  u32 EndOfBrackets(const ScannedTag& element, Scanner& scanner) const;
   bool SayRepeated(const ScannedTag& tag, const TagRole& role, const HeldFigure& before);
   bool PassLeft(KRTagID tag, u32 position, bool& passed);
   void Rename(s16 depth, KRTagID type);
@@ -215,6 +217,8 @@ class TreeReader final : public KRParser {
   bool m_isLost = false;
   TreeWatcher* m_watcher = nullptr;
   TextSupply* m_supply = nullptr;
+  // The part of the text that is there begins at the beginning of a line, but for blanks.
+  bool m_partBeginsLine = true;
   KRFile* m_root = nullptr;
   // Where the current tag begins.
   u32 m_at = 0;

@@ -14,12 +14,6 @@ bool HasLineEnd(std::string_view text) {
   return text.find_first_of("\r\n") != std::string_view::npos;
 }
 
-// Whether there is nothing but blanks in front of a place on its line.
-bool BeginsLine(std::string_view text, u32 place) {
-  while (place > 0 && (text[place - 1] == ' ' || text[place - 1] == '\t')) --place;
-  return place == 0 || text[place - 1] == '\n' || text[place - 1] == '\r';
-}
-
 // Whether nobody knows a tag, so that it may be characters of a text.
 bool MayBeCharacters(const ScannedTag& tag) {
   return tag.type != ScannedTag::Type::kEndOfText && tag.entry == nullptr &&
@@ -36,13 +30,31 @@ bool IsAmongWords(std::string_view text, const ScannedTag& tag) {
 
 }  // namespace
 
+// Whether there is nothing but blanks in front of a place on its line.
+bool TreeReader::BeginsLine(u32 place) const {
+  while (place > 0 && (m_text.At(place - 1) == ' ' || m_text.At(place - 1) == '\t')) --place;
+  if (place == 0) return m_partBeginsLine;
+  return m_text.At(place - 1) == '\n' || m_text.At(place - 1) == '\r';
+}
+
 // Where the text of an element ends that has names in angle brackets after it which are no tags:
 // at the element's own end tag, if no other tag comes before it; else at the end of the line, if
 // the line has nothing but the element on it, or at the next tag, if all the names are among words.
 // 0 when the names may be tags of somebody.
-u32 TreeReader::EndOfBrackets(const ScannedTag& element) const {
+u32 TreeReader::EndOfBrackets(const ScannedTag& element) {
+  for (;;) {
+    Scanner scanner = m_scanner;
+    scanner.ForgetEnd();
+    const u32 end = EndOfBrackets(element, scanner);
+    const bool isPart = m_supply != nullptr && m_supply->IsPart();
+    if (!isPart || !scanner.HasMetEnd()) return end;
+    if (!LookFurther()) return 0;
+  }
+}
+
+// As above, by a scanner that is after the text of the element, as far as there is text.
+u32 TreeReader::EndOfBrackets(const ScannedTag& element, Scanner& scanner) const {
   const std::string_view text = m_text.Bytes();
-  Scanner scanner = m_scanner;
   ScannedTag next;
   u32 place = element.after;
   u32 lineEnd = 0;
@@ -61,7 +73,7 @@ u32 TreeReader::EndOfBrackets(const ScannedTag& element) const {
   }
   if (next.type == ScannedTag::Type::kEnd && next.Id() == element.Id()) return next.at;
   if (hasEnds) return 0;
-  if (lineEnd != 0 && BeginsLine(text, element.at)) return lineEnd;
+  if (lineEnd != 0 && BeginsLine(element.at)) return lineEnd;
   return areAmongWords ? (lineEnd != 0 ? lineEnd : next.at) : 0;
 }
 
