@@ -10,6 +10,31 @@
 
 namespace krofx::command {
 
+namespace {
+
+std::size_t EndOfHost(const std::string& url, std::size_t start) {
+  return std::min(url.find_first_of("/\\?#", start), url.size());
+}
+
+// Removes the user and what could be a password, from what is not a URL that can be used as well.
+// A password may have the characters that end a host, or be in the place of a port.
+void EraseSecrets(std::string& url) {
+  const std::size_t slashes = url.find("//");
+  const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
+  const std::size_t at = url.rfind('@');
+  const std::size_t end = EndOfHost(url, start);
+  if (at != std::string::npos && at >= start && (at < end || url.find(':', start) < end)) {
+    url.erase(start, at + 1 - start);
+  }
+  const std::size_t hostEnd = EndOfHost(url, start);
+  const std::size_t port = url.rfind(':', hostEnd);
+  // The colons of an address in brackets are its own.
+  if (port == std::string::npos || port < start || url.find(']', port) < hostEnd) return;
+  if (url.find_first_not_of("0123456789", port + 1) < hostEnd) url.erase(port);
+}
+
+}  // namespace
+
 Url::Url(std::string_view text) {
   const std::size_t colon = text.find(':');
   if (colon == std::string_view::npos) {
@@ -32,13 +57,8 @@ Url::Url(std::string_view text) {
 
 std::string Url::Shown() const {
   std::string shown = scheme.empty() ? rest : Text();
+  if (scheme != "file") EraseSecrets(shown);
   shown.erase(std::min(shown.find_first_of("?#"), shown.size()));
-  // A user may also be in what is not a URL that can be used.
-  const std::size_t slashes = shown.find("//");
-  const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
-  const std::size_t end = std::min(shown.find_first_of("/\\", start), shown.size());
-  const std::size_t at = shown.substr(0, end).rfind('@');
-  if (at != std::string::npos && at >= start) shown.erase(start, at + 1 - start);
   return shown;
 }
 

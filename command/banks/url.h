@@ -19,7 +19,7 @@ struct Url {
 
   /// @return the URL with its scheme in small letters, which is what the transport knows as secure.
   std::string Text() const { return scheme + ":" + rest; }
-  /// The same without what may be secret: user, query and fragment.
+  /// The same without what may be secret: user, query, fragment, and what could be a password.
   std::string Shown() const;
   /// @return whether the host is this machine.
   bool IsLoopback() const;
