@@ -1,6 +1,6 @@
 // Writes what the views show of a file, for a comparison with the rows of the command:
 //
-//     krofx_view_rows transactions|positions FILE
+//     krofx_view_rows statements|transactions|positions FILE
 //
 // A row is its columns, "name=value", with an end of its own after each column and each row, since
 // texts can have line ends; what is empty is left out.
@@ -42,13 +42,11 @@ class Line {
   std::string m_line;
 };
 
-void AddAccount(Line& line, const krofx::StatementView& statement) {
-  const krofx::AccountView account = statement.Account();
+void AddAccount(Line& line, const krofx::AccountView& account) {
   line.Add(account.IsInvestment() ? "broker_id" : "bank_id", account.Institution());
   line.Add("branch_id", account.Branch());
   line.Add("account_id", account.Number());
   line.Add("account_type", account.Type());
-  line.Add("statement_currency", statement.Currency());
 }
 
 // A currency is a column of its own only where the row says it.
@@ -146,12 +144,31 @@ void Show(Line& line, const krofx::PositionView& position, const krofx::Statemen
   line.Add("secured", position.Secured());
 }
 
+void Show(Line& line, const krofx::StatementView& statement) {
+  AddAccount(line, statement.Account());
+  line.Add("account_key", statement.Account().Key());
+  line.Add("currency", statement.Currency());
+  line.Add("from", statement.From());
+  line.Add("to", statement.To());
+  line.Add("ledger_balance", statement.Balance());
+  line.Add("ledger_date", statement.BalanceDate());
+  line.Add("available_balance", statement.Available());
+  line.Add("available_date", statement.AvailableDate());
+  line.Add("date", statement.AsOf());
+  line.Add("available_cash", statement.AvailableCash());
+  line.Add("margin_balance", statement.MarginBalance());
+  line.Add("short_balance", statement.ShortBalance());
+  line.Add("buying_power", statement.BuyingPower());
+  line.Add("marketing", statement.Note());
+}
+
 template <class Rows>
 void ShowAll(Rows rows, const krofx::OfxText& text, const krofx::StatementView& statement) {
   for (const auto row : rows) {
     Line line(text);
     Show(line, row, statement);
-    AddAccount(line, statement);
+    AddAccount(line, statement.Account());
+    line.Add("statement_currency", statement.Currency());
   }
 }
 
@@ -163,7 +180,10 @@ int main(int count, char** arguments) {
   const krofx::Reading reading = krofx::ReadFile(arguments[2]);
   for (const krofx::OfxText& text : reading.texts) {
     for (const krofx::StatementView statement : krofx::Statements(text.root.get())) {
-      if (table == "positions") {
+      if (table == "statements") {
+        Line line(text);
+        Show(line, statement);
+      } else if (table == "positions") {
         ShowAll(statement.Positions(), text, statement);
       } else if (statement.Account().IsInvestment()) {
         ShowAll(statement.InvestmentTransactions(), text, statement);

@@ -2,17 +2,22 @@
 
     views_test.py COMMAND VIEW-ROWS EXAMPLES
 
-The rows are the same, in the same order, and every column of the command that a view has says the
-same. Columns that neither the file nor a view has are empty in both.
+The statements and their rows are the same, in the same order, and every column of the command that a
+view has says the same. Columns that neither the file nor a view has are empty in both.
 """
 
 import csv
+import json
 import pathlib
 import subprocess
 import sys
 
 # What the command shows of a row, but is not about the row: where it comes from.
 OF_THE_FILE = {"file", "kind", "account"}
+# The kinds of sections that have a view.
+STATEMENTS = {"bank-statement", "card-statement", "investment-statement"}
+# What the transaction says that brings a statement.
+OF_THE_TRANSACTION = {"transaction_id", "client_cookie", "status_code", "severity", "message"}
 
 
 def printed(command, table, path):
@@ -24,6 +29,17 @@ def printed(command, table, path):
         if "statement" in row["kind"]:
             rows.append({k: v for k, v in row.items() if v and k not in OF_THE_FILE})
     return rows
+
+
+def statements(command, path):
+    """What the command says of each statement beside its rows and the transaction that brought it."""
+    run = subprocess.run([command, "print", "--json", path], text=True, capture_output=True,
+                         check=False, timeout=60)
+    sections = [section for file in json.loads(run.stdout)["files"]
+                for section in file.get("sections", ()) if section["kind"] in STATEMENTS]
+    rows = [{k: v for k, v in section["fields"].items() if k not in OF_THE_TRANSACTION}
+            for section in sections]
+    return [row for row in rows if row]  # A refused one has nothing.
 
 
 def shown(program, table, path):
@@ -47,8 +63,9 @@ def main():
     for path in sorted(pathlib.Path(examples).iterdir()):
         if not path.is_file() or path.suffix not in (".ofx", ".mime"):
             continue
-        for table in ("transactions", "positions"):
-            expected = printed(command, table, path)
+        for table in ("statements", "transactions", "positions"):
+            expected = (statements(command, path) if table == "statements" else
+                        printed(command, table, path))
             got = shown(program, table, path)
             for row in expected + got:
                 hide(row)
