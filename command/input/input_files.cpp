@@ -97,6 +97,52 @@ std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
 
 namespace {
 
+// Reads up to `size` bytes into `to`, or what there is. Negative after an error.
+ssize_t ReadSome(const FileDescriptor& file, char* to, std::size_t size) {
+  ssize_t got = 0;
+  do {
+    got = ::read(file.Get(), to, size);
+  } while (got < 0 && errno == EINTR);
+  return got;
+}
+
+// Reads a file into the memory that a buffer has. False after an error.
+bool ReadWhole(const FileDescriptor& file, KRBuffer& buffer, bool& isAtEnd) {
+  char* const bytes = buffer.GetBufferPtr();
+  const u32 room = bytes == nullptr ? 0 : buffer.GetBufferAllocation();
+  u32 size = 0;
+  while (size < room) {
+    const ssize_t got = ReadSome(file, bytes + size, room - size);
+    if (got < 0) return false;
+    size += static_cast<u32>(got);
+    isAtEnd = got == 0;
+    if (isAtEnd) break;
+  }
+  buffer.SetBufferSize(size);
+  buffer.SetBufferOffset(size);
+  return true;
+}
+
+// Reads a pipe, or what has come to a file meanwhile. False with a problem.
+bool ReadRest(const FileDescriptor& file, KRBuffer& buffer, std::string& problem) {
+  Wiped<65536> block;
+  for (;;) {
+    const ssize_t got = ReadSome(file, block.bytes, sizeof block.bytes);
+    if (got <= 0) {
+      if (got < 0) problem = std::strerror(errno);
+      return got == 0;
+    }
+    if (buffer.GetBufferSize() > kMaxInputSize - static_cast<u32>(got)) {
+      problem = kTooLarge;
+      return false;
+    }
+    if (buffer.WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
+      problem = "not enough memory to read it";
+      return false;
+    }
+  }
+}
+
 std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& problem) {
   FileDescriptor file(name == "-" ? ::dup(STDIN_FILENO)
                                   : ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
@@ -115,25 +161,14 @@ std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& proble
   if (sized && status.st_size >= kLargeFile) {
     PreferLargePages(static_cast<std::size_t>(status.st_size) * kTreeTimes);
   }
+  // One byte more than the file has shows whether it has grown.
   auto buffer = std::make_unique<KRBuffer>(sized ? static_cast<u32>(status.st_size) + 1 : 0, 65536);
-  Wiped<65536> block;
-  for (;;) {
-    const ssize_t got = ::read(file.Get(), block.bytes, sizeof block.bytes);
-    if (got == 0) return buffer;
-    if (got < 0 && errno == EINTR) continue;
-    if (got < 0) {
-      problem = std::strerror(errno);
-      return nullptr;
-    }
-    if (buffer->GetBufferSize() > kMaxInputSize - static_cast<u32>(got)) {
-      problem = kTooLarge;
-      return nullptr;
-    }
-    if (buffer->WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
-      problem = "not enough memory to read it";
-      return nullptr;
-    }
+  bool isAtEnd = false;
+  if (sized && !ReadWhole(file, *buffer, isAtEnd)) {
+    problem = std::strerror(errno);
+    return nullptr;
   }
+  return isAtEnd || ReadRest(file, *buffer, problem) ? std::move(buffer) : nullptr;
 }
 
 }  // namespace

@@ -44,7 +44,7 @@ constexpr FieldSpec kTransactionColumns[] = {
     {"TRNAMT", "amount", "Amount"},
     {"CURRENCY/CURSYM", "currency", "Currency"},
     {"CURRENCY/CURRATE", "rate", "Rate", true},
-    {"ORIGCURRENCY/CURSYM", "original_currency", "Converted from"},
+    {"ORIGCURRENCY/CURSYM", "original_currency", "Converted from", false, true},
     {"ORIGCURRENCY/CURRATE", "original_rate", "Rate", true},
     {"CHECKNUM", "check", "Check"},
     {"NAME|PAYEE/NAME|PAYEE2/NAME", "name", "Name"},
