@@ -67,25 +67,30 @@ ParsedFile::ParsedFile(const std::string& name, Reader reader, Holding holding)
     : m_name(DisplayName(name)) {
   const std::size_t leastStreamed = LeastStreamed(holding);
   const bool isFile = IsLargePlainFile(name, leastStreamed);
-  if (isFile && Survey(name, reader)) return;
+  if (isFile && Survey(name, reader, holding)) return;
   m_text = ReadInput(name, m_problem);
   if (m_text == nullptr) return;
   const bool maySurvey = !isFile && m_text->GetBufferSize() >= leastStreamed;
-  if (maySurvey && Survey(name, reader)) return;
+  if (maySurvey && Survey(name, reader, holding)) return;
   Parse(reader);
   m_problem = FindProblem();
 }
 
-bool ParsedFile::Survey(const std::string& name, Reader reader) {
-  TransactionStream::Surveyed surveyed =
-      TransactionStream::Survey(name, m_text, reader == Reader::kStrict);
+bool ParsedFile::Survey(const std::string& name, Reader reader, Holding holding) {
+  using Use = TransactionStream::Use;
+  const Use use = reader == Reader::kStrict      ? Use::kStrict
+                  : holding == Holding::kSummary ? Use::kAllThatIsMissing
+                                                 : Use::kMended;
+  TransactionStream::Surveyed surveyed = TransactionStream::Survey(name, m_text, use);
   if (surveyed.stream == nullptr) return false;
   KRFile* const root = surveyed.text.root.get();
   if (!m_reading.texts.Append(std::move(surveyed.text))) return false;
   m_reading.root = root;
   m_kind = NameOf(m_reading.texts.begin()->kind);
   m_stream = std::move(surveyed.stream);
+  m_reading.status = surveyed.status;
   m_reading.warnings = std::move(surveyed.warnings);
+  m_reading.mendings = std::move(surveyed.mendings);
   m_reading.unrecorded = surveyed.unrecorded;
   TakeWarnings();
   return true;

@@ -23,10 +23,11 @@ enum class Reader {
 /// What of a text is held.
 enum class Holding {
   kAll,  ///< The tree is that of the whole text.
-  /// A text in order that is too large to be held may be without the transactions of its
-  /// statements: see ParsedFile::GetStream.
+  /// A text that is too large to be held may be without the transactions of its statements: see
+  /// ParsedFile::GetStream.
   kRows,
-  /// So may any text that takes longer to be held than to be read.
+  /// So may any text that takes longer to be held than to be read, unless one of its transactions
+  /// lacks something that must be there.
   kSummary,
 };
 
@@ -96,7 +97,7 @@ class ParsedFile {
 
  private:
   void Parse(Reader reader);
-  bool Survey(const std::string& name, Reader reader);
+  bool Survey(const std::string& name, Reader reader, Holding holding);
   void TakeWarnings();
   std::string FindProblem() const;
 

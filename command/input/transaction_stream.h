@@ -28,10 +28,20 @@ class TransactionStream {
     std::shared_ptr<const TransactionStream> stream;
     /// The text, with a tree of all but the transactions.
     OfxText text;
-    /// What is out of order; only of a text that was taken to the letter.
+    /// As of a reading.
+    KRParseStatus status = KRParseStatus_Accepted;
+    /// What is out of order and was not mended.
     List<ReadWarning> warnings;
-    /// How many warnings there were beyond those.
+    /// What was mended.
+    List<Mending> mendings;
+    /// How many warnings and mendings there were beyond those.
     std::size_t unrecorded = 0;
+  };
+  /// What a text is read for.
+  enum class Use : u8 {
+    kMended,            ///< What is out of order is mended.
+    kAllThatIsMissing,  ///< The same, and all tags that are missing are asked for.
+    kStrict,            ///< It is read strictly.
   };
 
   /// The rows of a text below this size are made faster of a tree. No list in it is too long for
@@ -39,13 +49,12 @@ class TransactionStream {
   static constexpr std::size_t kLeastSize = 4 * 1024 * 1024;
 
   /// Reads a text to its end. The text has to be read as a whole when it has no transactions of
-  /// bank and card accounts, and when anything is out of order in it, also when that is something
-  /// which the parser takes in silence and the reader of mendings does not. The one exception is a
-  /// text that is taken to the letter and has more transactions than a list takes.
+  /// bank and card accounts, when it is not the only one of its file, and when it is small and
+  /// anything is out of order in it. A text that is out of order and is read strictly must have
+  /// more transactions than a list takes.
   /// @param path the file, when `bytes` is null.
   /// @param bytes the text when it is in memory already.
-  /// @param isStrict whether the text is taken to the letter.
-  static Surveyed Survey(const std::string& path, std::shared_ptr<KRBuffer> bytes, bool isStrict);
+  static Surveyed Survey(const std::string& path, std::shared_ptr<KRBuffer> bytes, Use use);
 
   /// @return those of the text, in its order.
   const std::vector<Statement>& Statements() const { return m_statements; }
@@ -82,11 +91,14 @@ class TransactionStream {
  private:
   TransactionStream() = default;
 
-  bool Read(Surveyed& surveyed, bool isStrict);
+  bool Read(Surveyed& surveyed, Use use);
+  bool IsUsable(Stream& stream, Use use) const;
+  std::size_t Size() const;
   bool HasLongList() const;
 
   std::string m_path;
   std::shared_ptr<KRBuffer> m_bytes;
+  bool m_mends = false;
   OfxText m_text;
   std::vector<Statement> m_statements;
 };

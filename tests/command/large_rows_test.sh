@@ -76,13 +76,35 @@ for jobs in 1 2; do
   has out '1 1 CHECKING,USD,4000,'
 done
 
-# What is out of order is read as a whole and said, also where the parser would take it otherwise.
-sed 's/<TRNAMT>-7.25/<TRNAMT>-7,25/' large.ofx >comma.ofx
-expect 2 print --csv comma.ofx
-has err 'has more than 65535 entries'
-has err '--strict reads all, to the letter'
+# What is out of order is mended and said, also where the parser would take it otherwise.
+sed 's/<TRNAMT>-7\.25/<TRNAMT>-7,25/' large.ofx >comma.ofx
+expect 0 print --csv comma.ofx
+[ "$(wc -l <out)" -eq 70004 ] || fail 'the rows that are mended'
+has out ',-7.25,'
+has err 'comma.ofx: 1 mending; "krofx check" lists them'
 expect 0 print --csv --strict comma.ofx
 [ "$(wc -l <out)" -eq 70004 ] || fail 'the rows to the letter'
+expect 0 sum --by account --csv comma.ofx
+has out '1 1 CHECKING,USD,70000,0.00,-2450052500.00,-2450052500.00'
+expect 1 check comma.ofx
+has out '1 amount with a decimal comma'
+
+# The mended rows are those of the text as it was meant, however it is damaged.
+large 50000 >meant.ofx
+"$krofx" print --csv meant.ofx 2>err | cut -d , -f 2- >meant.csv
+damaged() {
+  expect 0 print --csv damaged.ofx
+  cut -d , -f 2- <out | cmp -s - meant.csv || { head -n 5 out >rows; mv rows out; fail "$1"; }
+  has err ' mending'
+}
+sed 's/<[^>]*>/\L&/g' meant.ofx >damaged.ofx
+damaged 'small letters'
+sed 's/<\/STMTTRN>//' meant.ofx >damaged.ofx
+damaged 'no end tags'
+sed '1,/^\r*$/d' meant.ofx >damaged.ofx
+damaged 'no header'
+sed 's/<NAME>/<INTU.X>1<NAME>/' meant.ofx >damaged.ofx
+damaged 'private tags'
 head -n 5000 comma.ofx >cut.ofx
 expect 0 print --csv cut.ofx
 has out ',-7.25,'
