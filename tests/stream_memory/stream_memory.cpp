@@ -1,11 +1,16 @@
 // Streams one statement of any size, which is made piece by piece, and says how much memory that
 // took.
 //
-//   krofx_stream_memory MEGABYTES [LIMIT]
+//   krofx_stream_memory MEGABYTES [LIMIT [pieces | mended | mended-pieces]]
 //
-// Ends with 1 when an element is missing or wrong, or when the process has ever had more than LIMIT
-// megabytes in memory.
+// "pieces" is a statement that is in order, and comes in pieces. In the one that is mended all tags
+// are in small letters, the amounts have commas, and each transaction has a tag of the
+// institution's own and lacks its end tag; it comes from a buffer that makes each byte when it is
+// asked for, so that it can be read several times, or in pieces too. Ends with 1 when an element is
+// missing or wrong, or when the process has ever had more than LIMIT megabytes in memory.
 
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -43,6 +48,68 @@ void AddTransaction(std::string& text, std::size_t number) {
   text += line;
 }
 
+// A transaction that needs mending, of the same length for all numbers.
+void AddDamagedTransaction(std::string& text, std::size_t number) {
+  char line[300];
+  std::snprintf(
+      line, sizeof line,
+      "<stmttrn>\n<trntype>DEBIT\n<dtposted>20250203120000\n<trnamt>-%05zu,25\n<own.tag>1\n"
+      "<fitid>%010zu\n<checknum>%04zu\n<name>Grocer and Sons\n<memo>card 12345678\n",
+      number % 100000, number, number % 10000);
+  text += line;
+}
+
+std::string InSmallLetters(std::string text) {
+  bool inTag = false;
+  for (char& c : text) {
+    inTag = c == '<' || (inTag && c != '>');
+    if (inTag) c = static_cast<char>(std::tolower(c));
+  }
+  return text;
+}
+
+// A text that needs mending, whose bytes are made when they are asked for.
+class DamagedText : public KRBuffer {
+ public:
+  explicit DamagedText(std::size_t transactions)
+      : KRBuffer(1, 0),
+        m_head(InSmallLetters(kHead)),
+        m_tail(InSmallLetters(kTail)),
+        m_transactions(transactions),
+        m_length(LengthOfOne()) {}
+
+  static std::size_t LengthOfOne() {
+    std::string one;
+    AddDamagedTransaction(one, 1);
+    return one.size();
+  }
+
+  char GetCh(s32 index) override {
+    auto at = static_cast<std::size_t>(index);
+    if (at < m_head.size()) return m_head[at];
+    at -= m_head.size();
+    const std::size_t number = at / m_length + 1;
+    if (number > m_transactions) {
+      at -= m_transactions * m_length;
+      return at < m_tail.size() ? m_tail[at] : '\0';
+    }
+    if (number != m_number) {
+      m_number = number;
+      m_transaction.clear();
+      AddDamagedTransaction(m_transaction, number);
+    }
+    return m_transaction[at % m_length];
+  }
+
+ private:
+  const std::string m_head;
+  const std::string m_tail;
+  const std::size_t m_transactions;
+  const std::size_t m_length;
+  std::size_t m_number = 0;
+  std::string m_transaction;
+};
+
 // A number of /proc/self/status, in kilobytes.
 std::size_t FromStatus(const char* name) {
   std::ifstream status("/proc/self/status");
@@ -56,19 +123,36 @@ std::size_t FromStatus(const char* name) {
 // Streams what is made, and checks each element.
 class Reader {
  public:
-  Reader() { m_stream.Want<KRBankStatementTx>(); }
+  explicit Reader(bool mends) : m_stream(OptionsOf(mends)), m_mends(mends) {
+    m_stream.Want<KRBankStatementTx>();
+  }
 
+  bool Read(KRBuffer& buffer) {
+    m_stream.Open(buffer);
+    return Finish();
+  }
   bool Take(const std::string& piece) {
     return m_stream.Feed(piece) && TakeElements() &&
            m_stream.State() == krofx::StreamState::kHungry;
   }
   bool Finish() {
-    return TakeElements() && m_stream.Status() == KRParseStatus_Accepted &&
-           m_stream.Root() != nullptr;
+    const bool isAsMade = TakeElements();
+    std::printf("%zu mendings\n", m_stream.Mendings().size() + m_stream.Unrecorded());
+    return isAsMade && m_stream.Root() != nullptr &&
+           m_stream.Status() == (m_mends ? KRParseStatus_Warnings : KRParseStatus_Accepted);
+  }
+  bool FinishPieces() {
+    m_stream.Finish();
+    return Finish();
   }
   std::size_t Count() const { return m_count; }
 
  private:
+  static krofx::StreamOptions OptionsOf(bool mends) {
+    krofx::StreamOptions options;
+    options.mends = mends;
+    return options;
+  }
   bool TakeElements() {
     for (const krofx::StreamElement& element : m_stream) {
       ++m_count;
@@ -82,11 +166,12 @@ class Reader {
   }
 
   krofx::Stream m_stream;
+  bool m_mends;
   std::size_t m_count = 0;
 };
 
 bool StreamStatement(std::size_t bytes) {
-  Reader reader;
+  Reader reader(false);
   std::string piece = kHead;
   piece.reserve(2 * kPiece);
   std::size_t made = 0;
@@ -103,14 +188,39 @@ bool StreamStatement(std::size_t bytes) {
   return ended && reader.Count() == transactions;
 }
 
+bool MendStatement(std::size_t bytes, bool inPieces) {
+  const std::size_t transactions = bytes / DamagedText::LengthOfOne();
+  DamagedText text(transactions);
+  Reader reader(true);
+  bool good = true;
+  if (!inPieces) {
+    good = reader.Read(text);
+  } else {
+    std::string piece;
+    s32 at = 0;
+    for (char c = text.GetCh(0); c != '\0' && good; c = text.GetCh(at)) {
+      piece.clear();
+      for (; piece.size() < kPiece && c != '\0'; c = text.GetCh(++at)) piece += c;
+      good = reader.Take(piece);
+    }
+    good = good && reader.FinishPieces();
+  }
+  std::printf("%zu bytes, %zu transactions\n", bytes, reader.Count());
+  return good && reader.Count() == transactions;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
   if (count < 2) {
-    std::fprintf(stderr, "usage: krofx_stream_memory MEGABYTES [LIMIT]\n");
+    std::fprintf(
+        stderr, "usage: krofx_stream_memory MEGABYTES [LIMIT [pieces | mended | mended-pieces]]\n");
     return 64;
   }
-  const bool good = StreamStatement(std::strtoul(arguments[1], nullptr, 10) * kMegabyte);
+  const std::size_t bytes = std::strtoul(arguments[1], nullptr, 10) * kMegabyte;
+  const std::string way = count > 3 ? arguments[3] : "pieces";
+  const bool good =
+      way == "pieces" ? StreamStatement(bytes) : MendStatement(bytes, way == "mended-pieces");
   const std::size_t peak = FromStatus("VmHWM:");
   std::printf("at most %zu kB in memory, %zu kB of addresses\n", peak, FromStatus("VmPeak:"));
   if (!good) std::printf("it was not read as it was made\n");
