@@ -15,6 +15,7 @@
 #include "requests/account_choice.h"
 #include "requests/frequencies.h"
 #include "showing/layout.h"
+#include "showing/transaction_columns.h"
 
 namespace krofx::command {
 
@@ -80,14 +81,21 @@ std::vector<std::string> BankNames(const char* prefix) {
   return names;
 }
 
+// An account with what it is. Of a card, whose number is not shown, it is the end, which is enough.
+std::string Describe(const Account& account) {
+  if (account.kind == AccountKind::kCard) {
+    constexpr std::size_t kShown = 4;
+    const std::string& number = account.number;
+    return number.substr(number.size() - std::min(number.size(), kShown)) + "\tcard";
+  }
+  return account.number + "\t" + (account.type.empty() ? account.bank : account.type);
+}
+
 // Of the bank that is named before, or of the files.
 std::vector<std::string> AccountNumbers(const std::vector<std::string>& plain) {
   std::vector<std::string> numbers;
   const auto add = [&numbers](const std::vector<Account>& accounts) {
-    for (const Account& account : accounts) {
-      numbers.push_back(account.number + "\t" +
-                        (account.type.empty() ? account.bank : account.type));
-    }
+    for (const Account& account : accounts) numbers.push_back(Describe(account));
   };
   for (const std::string& word : plain) {
     if (word.starts_with('@')) {
@@ -110,7 +118,8 @@ std::vector<std::string> ValuesOf(const Place& place) {
   if (option == "--table") return ListOf(TableKeys());
   if (option == "--every") return ListOf(kFrequencies);
   if (option == "--by") return {"month", "week", "name", "type", "account", "currency"};
-  if (option.ends_with("-type") || (option == "--type" && asks)) return ListOf(kBankAccountTypes);
+  if (option == "--type" && !asks) return TransactionTypes();
+  if (option.ends_with("-type")) return ListOf(kBankAccountTypes);
   if (option == "--account") return AccountNumbers(place.plain);
   for (const char* const file :
        {"--output", "--directory", "--root", "--save-reply", "--save-headers", "--folder"}) {

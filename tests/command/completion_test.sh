@@ -13,6 +13,10 @@ user = "ada.w"
 account = "00718220946"
 bank = "211370545"
 
+[[harbor.account]]
+account = "5500111122224410"
+card = true
+
 [halden]
 url = "https://other.example/ofx"
 org = "HALDEN"
@@ -34,9 +38,13 @@ offers 'harbor halden' bank show ''
 offers 'halden' bank remove hal
 offers '@harbor @halden' fetch statement ''
 offers '@harbor' request transfer @har
-offers '00718220946' fetch statement @harbor --account ''
+# The number of a card is not shown; its end is enough.
+offers '00718220946 4410' fetch statement @harbor --account ''
+offers '4410' print "$examples/card.ofx" --account ''
 offers 'CHECKING SAVINGS MONEYMRKT CREDITLINE' request transfer --to-type ''
 offers 'SAVINGS' fetch statement --type S
+offers 'BUYDEBT BUYMF BUYOPT BUYOTHER BUYSTOCK' print --type BUY
+offers 'DIRECTDEBIT DIRECTDEP' sum --type DIR
 offers 'MONTHLY' request transfer --every MON
 offers '--to-type' request transfer --to-ty
 offers 'transactions' print --csv --table transac
@@ -98,6 +106,7 @@ expect 0 print --help
 has out 'Usage: krofx print [OPTIONS] [FILE...]'
 
 # In the shells.
+cp "$examples/checking.ofx" .
 mkdir bin
 ln -s "$(readlink -f "$krofx")" bin/krofx
 export PATH=$work/bin:$PATH
@@ -116,14 +125,25 @@ if command -v bash >/dev/null; then
   in_shell 'krofx prin' 'print ' "$prepare" bash --norc -i
   in_shell 'krofx fetch statement @harb' '@harbor' "$prepare" bash --norc -i
   in_shell 'krofx request transfer --every=MON' 'MONTHLY' "$prepare" bash --norc -i
+  in_shell 'krofx bank show hal' 'halden ' "$prepare" bash --norc -i
+  in_shell 'krofx print --csv --table transac' 'transactions ' "$prepare" bash --norc -i
+  in_shell 'krofx print checking.ofx --account 0071822094' '00718220946 ' "$prepare" bash --norc -i
+  in_shell 'krofx fetch statement @harbor --account 0' '00718220946 ' "$prepare" bash --norc -i
+  in_shell 'krofx print chec' 'checking.ofx ' "$prepare" bash --norc -i
 fi
 if command -v zsh >/dev/null; then
   prepare='autoload -U compinit && compinit -u -D && . ./zsh.script'
   in_shell 'krofx prin' 'print' "$prepare" zsh -f -i
   in_shell 'krofx fetch statement @harb' 'or' "$prepare" zsh -f -i
+  in_shell 'krofx bank show hal' 'den ' "$prepare" zsh -f -i
+  in_shell 'krofx print --csv --table transac' 'tions ' "$prepare" zsh -f -i
+  in_shell 'krofx print checking.ofx --account 0071822094' '6 ' "$prepare" zsh -f -i
+  in_shell 'krofx print chec' 'king.ofx ' "$prepare" zsh -f -i
 fi
 if command -v fish >/dev/null; then
-  for line in 'prin:print' 'bank show har:harbor' 'fetch statement @har:@harbor'; do
+  for line in 'prin:print' 'bank show har:harbor' 'fetch statement @har:@harbor' 'print --table transac:transactions' \
+    'print checking.ofx --account 0:00718220946' 'fetch statement @harbor --account 0:00718220946' \
+    'print chec:checking.ofx'; do
     fish --no-config -c "source fish.script; complete -C 'krofx ${line%:*}'" >out 2>err </dev/null
     has out "${line#*:}"
   done
