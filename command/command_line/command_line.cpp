@@ -99,7 +99,7 @@ std::string WriteHelp(const CLI::App* app, const std::string&, CLI::AppFormatMod
 
 // The library's own words name the option but not always its value, which is left out then.
 std::string Describe(const CLI::App& app, const CLI::App& last, const CLI::ParseError& error) {
-  const std::string text = error.what();
+  std::string text = error.what();
   switch (static_cast<CLI::ExitCodes>(error.get_exit_code())) {
     case CLI::ExitCodes::ExtrasError:
       return NameUnknown(app, last);

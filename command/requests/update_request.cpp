@@ -126,8 +126,8 @@ std::vector<UpdateQuestion> AddUpdates(Service service, const OfferedSet& offere
 }
 
 std::string_view WordsOfUpdates(const std::string& wrapper) {
-  const auto found = std::find_if(std::begin(kKinds), std::end(kKinds),
-                                  [&](const Kind& kind) { return kind.tag == wrapper; });
+  const auto* const found = std::find_if(std::begin(kKinds), std::end(kKinds),
+                                         [&](const Kind& kind) { return kind.tag == wrapper; });
   return found == std::end(kKinds) ? std::string_view(wrapper) : found->words;
 }
 

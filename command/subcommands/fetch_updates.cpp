@@ -52,14 +52,26 @@ std::string Describe(const UpdateQuestion& question) {
   return question.account.has_value() ? words + " of " + NameOf(*question.account) : words;
 }
 
-// The question that an answer is to; null when it was not asked.
+// Whether an answer can be to a question: on the same account, or on one of its number, since banks
+// leave parts out or add some.
+bool IsAnswer(const SyncAnswer& answer, const UpdateQuestion& question, bool byNumber) {
+  if (question.wrapper != answer.wrapper) return false;
+  if (question.account == answer.account) return true;
+  return byNumber && question.account.has_value() && answer.account.has_value() &&
+         question.account->number == answer.account->number;
+}
+
+// The question that an answer is to; null when it was not asked, or when it may be several.
 const UpdateQuestion* FindQuestion(const std::vector<UpdateQuestion>& asked,
                                    const SyncAnswer& answer) {
-  const auto found =
-      std::find_if(asked.begin(), asked.end(), [&answer](const UpdateQuestion& each) {
-        return each.wrapper == answer.wrapper && each.account == answer.account;
-      });
-  return found == asked.end() ? nullptr : &*found;
+  for (const bool byNumber : {false, true}) {
+    const auto is = [&](const UpdateQuestion& each) { return IsAnswer(answer, each, byNumber); };
+    const auto found = std::find_if(asked.begin(), asked.end(), is);
+    if (found != asked.end() && std::find_if(found + 1, asked.end(), is) == asked.end()) {
+      return &*found;
+    }
+  }
+  return nullptr;
 }
 
 // Asks one bank, service by service.
@@ -141,7 +153,8 @@ class BankAsker {
     std::size_t count = 0;
     for (const SyncAnswer& answer : answers) count += answer.count;
     if (count > 0 || !whole) {
-      const ExitStatus kept = Keep(*copy, name, count);
+      const ExitStatus kept =
+          Keep(*copy, name, whole ? std::to_string(count) + " new" : "kept as it came");
       if (kept != kExitClean) return Worse(exitStatus, kept);
     } else if (!answers.empty()) {
       exitStatus = Worse(exitStatus, WriteStandardOutput(SafeLine(name) + ": nothing new\n"));
@@ -149,12 +162,11 @@ class BankAsker {
     return whole ? Worse(exitStatus, Note(answers, asked, name)) : exitStatus;
   }
 
-  ExitStatus Keep(const KRBuffer& text, const std::string& name, std::size_t count) const {
+  ExitStatus Keep(const KRBuffer& text, const std::string& name, const std::string& what) const {
     const std::string path = FreePath(m_options.round.folder, m_bank);
     const ExitStatus written = WriteOutput(text, path, Privacy::kPrivate, Existing::kKept);
     if (written != kExitClean) return written;
-    return WriteStandardOutput(SafeLine(name) + ": " + std::to_string(count) + " new, " +
-                               SafeLine(path) + "\n");
+    return WriteStandardOutput(SafeLine(name) + ": " + what + ", " + SafeLine(path) + "\n");
   }
 
   // Notes how far the news came, and says where some are missing.

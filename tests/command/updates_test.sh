@@ -157,5 +157,28 @@ sed -i "s|$keeper/keep/asked-bank|$url|" offered.ofx
 rm -rf "$XDG_STATE_HOME/krofx/banks"
 expect 4 fetch updates @harbor
 has err 'the institution answered 2 of 9 questions; the rest is asked again'
+
+# A reply that has something wrong in it is kept, since it may not come again. What was refused meanwhile is said.
+news() {
+  header
+  printf '%s\n' '<OFX>' "$sign_on" '<BANKMSGSRSV1><INTRASYNCRS><TOKEN>77<LOSTSYNC>N' \
+    '<BANKACCTFROM><BANKID>211370545<BRANCHID>1<ACCTID>00718220946<ACCTTYPE>CHECKING</BANKACCTFROM>' \
+    '<INTRATRNRS><TRNUID>1<STATUS><CODE>10504<SEVERITY>ERROR</STATUS></INTRATRNRS>' '</INTRASYNCRS></BANKMSGSRSV1></OFX>'
+}
+news >news.ofx
+sed -i "/<BANKMSGSET>/,/<\/BANKMSGSET>/s|<URL>.*|<URL>$keeper/file/news.ofx|" offered.ofx
+rm -rf "$XDG_STATE_HOME/krofx/banks"
+expect 4 fetch updates @harbor --folder kept
+has err 'status 10504, there is not enough money in the account'
+# Banks say more or less of an account than they were asked.
+grep -q '^1.INTRASYNCRQ.*00718220946.CHECKING.77$' "$tokens" || fail 'no token by the number of the account'
+[ "$(find kept -name 'harbor-updates-*.ofx' | wc -l)" -eq 1 ] || fail 'a refused order is not kept'
+# What breaks off is kept too, and asked for again.
+news | sed 's/<TOKEN>77/<TOKEN>78/; /<INTRATRNRS>/,$d' >news.ofx
+expect 3 fetch updates @harbor --folder kept
+has err 'krofx: harbor banking: the reply breaks off'
+has out 'harbor banking: kept as it came, kept/harbor-updates-'
+[ "$(find kept -name 'harbor-updates-*.ofx' | wc -l)" -eq 2 ] || fail 'half of a reply is not kept'
+lacks "$tokens" '	78'
 leaves_nothing
 finish
