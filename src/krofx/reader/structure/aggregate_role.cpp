@@ -226,11 +226,18 @@ Home HomeOf(KRDataObj& body, KRTagID tag, u16 version) {
   return {};
 }
 
+namespace {
+
+constexpr KRTagID kAccounts[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVACCTFROM};
+
+}  // namespace
+
+bool IsAccount(KRTagID tag) {
+  return std::find(std::begin(kAccounts), std::end(kAccounts), tag) != std::end(kAccounts);
+}
+
 KRTagID AccountInPlaceOf(KRDataObj& object, KRTagID tag) {
-  constexpr KRTagID kAccounts[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVACCTFROM};
-  if (std::find(std::begin(kAccounts), std::end(kAccounts), tag) == std::end(kAccounts)) {
-    return KRTag_None;
-  }
+  if (!IsAccount(tag)) return KRTag_None;
   for (const KRTagID account : kAccounts) {
     const bool holds = account != tag && RoleOf(object, account).role == Role::kAggregate;
     if (holds) return object.ValidateTag(account) == 0 ? account : KRTag_None;

@@ -61,6 +61,9 @@ struct Home {
 /// @return where a wrapper, a payload or another tag that message sets hold belongs.
 Home HomeOf(KRDataObj& body, KRTagID tag, u16 version);
 
+/// @return whether a tag is an account that a statement is of.
+bool IsAccount(KRTagID tag);
+
 /// The tag of an account that an object has in place of `tag`, which is an account of another kind:
 /// CCACCTFROM in a card's statement for BANKACCTFROM.
 /// @return KRTag_None when `tag` is no account, and when the object has none.

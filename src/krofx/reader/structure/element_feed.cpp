@@ -76,27 +76,32 @@ bool ElementFeed::ReadElement(KRDataObj& object, const char* at, const char* lim
 // Whether a tag begins after a '<', where there are TagKey::kBytes bytes. What is in angle brackets
 // and not in the dictionary may be a part of a text.
 // @param tag the one before it.
-bool ElementFeed::BeginsTag(const KnownTag& tag, const char* next) const {
+bool ElementFeed::BeginsTag(const KnownTag& tag, const char* next) {
   if (tag.next != nullptr && tag.next->IsAt(next)) return true;
   const char* const end = m_text.data() + m_text.size();
   if (tag.RowOf().value->form != ValueForm::kText) return IsTag(next, end);
   if (*next == '/') {
     ++next;
-    const std::string_view name = tag.entry->text;
-    if (std::string_view(next, TagKey::kBytes).starts_with(name) && next[name.size()] == '>') {
-      return true;
-    }
+    const auto isAt = [next](std::string_view name) {
+      return !name.empty() && std::string_view(next, TagKey::kBytes).starts_with(name) &&
+             next[name.size()] == '>';
+    };
+    if (isAt(m_lastEnd) || isAt({tag.entry->text, tag.length})) return true;
   }
   u16 length = 0;
-  return LookUpName(m_dictionary, next, end, length) != nullptr;
+  const KRTagDictionaryEntry* const entry = LookUpName(m_dictionary, next, end, length);
+  if (entry == nullptr) return false;
+  if (next[-1] == '/' && length < TagKey::kBytes) m_lastEnd = {entry->text, length};
+  return true;
 }
 
 // Moves over the end tag of an element, where it has one.
 const char* ElementFeed::PassEnd(const char* at, const char* limit, const Element& element) const {
-  const std::string_view name = element.tag->entry->text;
   const std::string_view rest(at, static_cast<std::size_t>(limit - at));
-  const bool ends = rest.size() > name.size() + 3 && rest[1] == '/' &&
-                    rest.substr(2, name.size()) == name && rest[name.size() + 2] == '>';
+  if (rest.size() < 2 || rest[1] != '/') return at;
+  const std::string_view name(element.tag->entry->text, element.tag->length);
+  const bool ends = rest.size() > name.size() + 3 && rest.substr(2, name.size()) == name &&
+                    rest[name.size() + 2] == '>';
   if (!ends) return at;
   const char* next = at + name.size() + 3;
   while (next < limit && IsWhite(*next)) ++next;
@@ -111,6 +116,8 @@ u32 ElementFeed::Run(KRDataObj& object, u32 position, std::string_view& last) {
   }
   const char* const limit = m_text.data() + m_text.size() - kMargin;
   const char* at = m_text.data() + position;
+  // An end tag is none of its elements.
+  if (at < limit && at[1] == '/') return position;
   Element element;
   while (at < limit && *at == '<' && ReadElement(object, at + 1, limit, element)) {
     const KnownTag& tag = *element.tag;

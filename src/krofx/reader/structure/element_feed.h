@@ -34,7 +34,7 @@ class ElementFeed {
   struct Element;
 
   bool ReadElement(KRDataObj& object, const char* at, const char* limit, Element& element);
-  bool BeginsTag(const KnownTag& tag, const char* next) const;
+  bool BeginsTag(const KnownTag& tag, const char* next);
   const char* PassEnd(const char* at, const char* limit, const Element& element) const;
 
   std::string_view m_text;
@@ -42,6 +42,8 @@ class ElementFeed {
   RowMemo m_memo;
   KnownTag m_none;
   KnownTag* m_last = &m_none;
+  // The name of the end tag that was looked up last. Most texts are followed by the same one.
+  std::string_view m_lastEnd;
 };
 
 }  // namespace krofx::internal

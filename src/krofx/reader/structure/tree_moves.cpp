@@ -175,7 +175,7 @@ bool TreeReader::TakeElsewhere(ScannedTag& tag, bool& taken) {
 // Takes an account of a kind that the current object does not have as the kind that it has.
 bool TreeReader::TakeAsOtherAccount(ScannedTag& tag) {
   KRDataObj& object = *GetCurrentObj();
-  if (RoleOf(object, tag.Id()).role != Role::kNone) return true;
+  if (!IsAccount(tag.Id()) || RoleOf(object, tag.Id()).role != Role::kNone) return true;
   const KRTagID account = AccountInPlaceOf(object, tag.Id());
   if (account == KRTag_None) return true;
   if (!Note(MendingKind::kAccountKind, tag.at, tag.Name(), tag.Name(), TagName(account))) {
