@@ -59,7 +59,8 @@ TEST(Damage, IsMendedAndLosesNoMoreThanItDestroyed) {
                          << Difference(read, attempt.expected) << (count == 1 ? attempt.text : "");
     for (const std::string& mending : attempt.mendings) {
       const bool isSaid = std::find(said.begin(), said.end(), mending) != said.end();
-      EXPECT_TRUE(isSaid) << "seed " << seed << ": " << names << ": " << mending << " is not said";
+      EXPECT_TRUE(isSaid) << "seed " << seed << ": " << names << ": " << mending << " is not said\n"
+                          << (count == 1 ? attempt.text : "");
       failed = failed || !isSaid;
     }
     // What is wrong once is wrong often: a few are enough to see it.

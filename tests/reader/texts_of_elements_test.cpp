@@ -44,6 +44,7 @@ TEST(TextsOfElements, MayHaveNamesInAngleBrackets) {
 }
 
 TEST(TextsOfElements, EndAtTagsThatMayBeSomebodys) {
+  ExpectName(InLines("<FITID>1\n<NAME>A\n</SHOP>\n</NAME>\n"), "A", {"stray-end", "stray-end"});
   ExpectName(InLines("<FITID>1\n<NAME>A\n<SHOP>1\n"), "A", {"unknown-tag"});
   ExpectName(InLines("<FITID>1\n<NAME>A<ACME.SHOP>1\n"), "A", {"private-tag"});
   ExpectName(InLines("<FITID>1\n<NAME>A<SHOP>1</SHOP>\n"), "A", {"unknown-tag"});

@@ -38,9 +38,9 @@ bool TreeReader::BeginsLine(u32 place) const {
 }
 
 // Where the text of an element ends that has names in angle brackets after it which are no tags:
-// at the element's own end tag, if no other tag comes before it; else at the end of the line, if
-// the line has nothing but the element on it, or at the next tag, if all the names are among words.
-// 0 when the names may be tags of somebody.
+// at the element's own end tag, if no other tag comes before it and no name begins a line; else at
+// the end of the line, if the line has nothing but the element on it, or at the next tag, if all
+// the names are among words. 0 when the names may be tags of somebody.
 u32 TreeReader::EndOfBrackets(const ScannedTag& element) {
   for (;;) {
     Scanner scanner = m_scanner;
@@ -60,10 +60,12 @@ u32 TreeReader::EndOfBrackets(const ScannedTag& element, Scanner& scanner) const
   u32 lineEnd = 0;
   bool hasEnds = false;
   bool areAmongWords = true;
+  bool beginLines = false;
   for (;;) {
     scanner.Next(next);
     if (lineEnd == 0 && HasLineEnd(text.substr(place, next.at - place))) lineEnd = next.at;
     if (!MayBeCharacters(next)) break;
+    beginLines = beginLines || BeginsLine(next.at);
     // A name with an end tag is an element.
     if (lineEnd == 0) {
       hasEnds = hasEnds || next.selfClosed || next.type == ScannedTag::Type::kEnd;
@@ -71,7 +73,8 @@ u32 TreeReader::EndOfBrackets(const ScannedTag& element, Scanner& scanner) const
     }
     place = next.after;
   }
-  if (next.type == ScannedTag::Type::kEnd && next.Id() == element.Id()) return next.at;
+  const bool isClosed = next.type == ScannedTag::Type::kEnd && next.Id() == element.Id();
+  if (isClosed && !beginLines) return next.at;
   if (hasEnds) return 0;
   if (lineEnd != 0 && BeginsLine(element.at)) return lineEnd;
   return areAmongWords ? (lineEnd != 0 ? lineEnd : next.at) : 0;
