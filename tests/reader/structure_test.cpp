@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include <string>
 #include <string_view>
 
@@ -101,6 +103,20 @@ TEST(Structure, GivesASecondStatementAWrapperOfItsOwn) {
   auto* const set = dynamic_cast<KRFileRs*>(reading.root)->GetResponse(0)->GetMessageSet(1);
   ASSERT_EQ(set->GetNumTrans(), 2);
   EXPECT_EQ(TextOf(*set->GetTrans(0)), TextOf(*set->GetTrans(1)));
+}
+
+TEST(Structure, KeepsAStatementWhenWhatFollowsItHasLostItsStart) {
+  // The transaction is of another statement, since the one before it has ended.
+  const Reading reading = Read(With("</STMTTRNRS>",
+                                    "<TRNTYPE>DEBIT<DTPOSTED>20260106<TRNAMT>-2.50<FITID>c"
+                                    "</STMTTRN></BANKTRANLIST></STMTRS></STMTTRNRS>"));
+  auto* const set = dynamic_cast<KRFileRs*>(reading.root)->GetResponse(0)->GetMessageSet(1);
+  ASSERT_EQ(set->GetNumTrans(), 2);
+  const Reading whole = Read(kWhole);
+  auto* const before = dynamic_cast<KRFileRs*>(whole.root)->GetResponse(0)->GetMessageSet(1);
+  EXPECT_EQ(TextOf(*set->GetTrans(0)), TextOf(*before->GetTrans(0)));
+  const Lines names = MendingNames(reading);
+  EXPECT_NE(std::find(names.begin(), names.end(), "own-wrapper"), names.end());
 }
 
 TEST(Structure, SaysThatASingleAggregateWasReplaced) {

@@ -192,7 +192,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     }
     void* const member = reinterpret_cast<char*>(target.object) + tag->offset;
     if (!row.value->fromCommonText(member, view.data(), view.size())) break;
-    if constexpr (kUse == FeedUse::kWatchedTree) {
+    if constexpr (kUse != FeedUse::kTree) {
       const bool isRepeated = ObjectAccess::BitAt(*target.object, tag->position);
       if (isRepeated && IsFigure(*row.value)) ++RepeatedFigures();
     }

@@ -33,10 +33,10 @@ bool HasPayload(KRDataObj& wrapper) {
 }  // namespace
 
 // A wrapper holds one payload. A second one is an answer of its own, whose wrapper was left out.
-bool TreeReader::GiveOwnWrapper(const ScannedTag& tag) {
+bool TreeReader::GiveOwnWrapper(KRTagID id, u32 position) {
   KRDataObj& wrapper = *GetCurrentObj();
-  if (GetDepth() < 2 || tag.Id() == KRTag_STATUS || !HasPayload(wrapper)) return true;
-  if (!Note(MendingKind::kOwnWrapper, tag.at, tag.Name())) return false;
+  if (GetDepth() < 2 || id == KRTag_STATUS || !HasPayload(wrapper)) return true;
+  if (!Note(MendingKind::kOwnWrapper, position, TagName(id))) return false;
   const Row* const row = Current().row;
   PopObject();
   const KRParseStatus status = OpenLike(wrapper, wrapper.GetType(), row);

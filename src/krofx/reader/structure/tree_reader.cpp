@@ -488,7 +488,7 @@ bool TreeReader::TakeAggregate(const ScannedTag& tag, const TagRole& role) {
   } else {
     if (held != nullptr && !Note(MendingKind::kReplaced, tag.at, tag.Name())) return false;
     // What a wrapper holds is no list.
-    if (!IsRepeated(role.row) && !GiveOwnWrapper(tag)) return false;
+    if (!IsRepeated(role.row) && !GiveOwnWrapper(id, tag.at)) return false;
     if (held != nullptr && m_watcher != nullptr &&
         SingleChild(*GetCurrentObj(), id, role.row) == held) {
       CompleteTo(GetDepth());

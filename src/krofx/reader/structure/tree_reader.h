@@ -145,7 +145,7 @@ class TreeReader final : public KRParser {
   bool TakeInAncestor(ScannedTag& tag, bool& taken);
   bool TakeWithMissingStart(ScannedTag& tag, bool& taken);
   bool EnterLast(const ScannedTag& tag, bool& entered);
-  bool GiveOwnWrapper(const ScannedTag& tag);
+  bool GiveOwnWrapper(KRTagID id, u32 position);
   KRParseStatus OpenLike(KRDataObj& wrapper, KRTagID type, const Row* row);
   bool TakeElsewhere(ScannedTag& tag, bool& taken);
   bool TakeWrapperElsewhere(const ScannedTag& tag, s16 body, const Home& home);

@@ -159,6 +159,7 @@ bool TreeReader::TakeWithMissingStart(ScannedTag& tag, bool& taken) {
                 TagName(around))) {
         return false;
       }
+      if (held == nullptr && !IsRepeated(row) && !GiveOwnWrapper(around, tag.at)) return false;
       m_openingImplicit = true;
       if (held != nullptr) {
         if (!Enter(held, row)) return Stop(KRParseStatus_StackFull);
@@ -251,7 +252,7 @@ bool TreeReader::DropIncomplete(u32 position) {
     const u16 entries = level.row->array->entries(array);
     const KRDataObj* const before =
         entries >= 2           ? level.row->array->get(array, static_cast<u16>(entries - 2))
-        : m_watcher != nullptr ? m_watcher->TakenBefore(depth)
+        : m_watcher != nullptr ? m_watcher->TakenBefore(depth, array)
                                : nullptr;
     if (!IsCut(*level.object, before)) continue;
     if (!CloseDownTo(depth, position, true)) return false;

@@ -11,8 +11,6 @@ class KRDataObj;
 
 namespace krofx::internal {
 
-struct Row;
-
 /// Hears which aggregates begin, and which are complete. The operations must not use the reader.
 class TreeWatcher {
  public:
@@ -25,9 +23,10 @@ class TreeWatcher {
   virtual void OnComplete(s16 depth, KRDataObj& object) = 0;
   /// An aggregate that was opened is deleted.
   virtual void OnDeleted(KRDataObj& object) = 0;
-  /// The element of a list that was in front of the one at a depth, and was taken out; null when
-  /// none was.
-  virtual const KRDataObj* TakenBefore(s16 depth) = 0;
+  /// @return the element that was in front of the one at a depth, and was taken out; null when none
+  ///         was.
+  /// @param list the array that they are of.
+  virtual const KRDataObj* TakenBefore(s16 depth, const void* list) = 0;
 
  protected:
   ~TreeWatcher() = default;

@@ -15,7 +15,7 @@ void MendedTrack::OnOpened(s16 depth, KRDataObj& object, u32 number, u32 positio
   level.place = m_window.PlaceOf(m_window.Text().ToOriginal(position));
   level.kind.element = nullptr;
   for (s16 each = depth; each <= KRParser::kMaxDepth; ++each) {
-    delete std::exchange(m_levels[each].taken, nullptr);
+    DeleteTaken(m_levels[each]);
   }
 }
 
@@ -43,7 +43,7 @@ void MendedTrack::OnComplete(s16 depth, KRDataObj& object) {
   const Kind& kind = KindOf(depth);
   if (!kind.wanted) return;
   m_checker.OnElement(depth, object);
-  Given given = {&object, false, depth, -1, m_levels[depth].place, {}};
+  Given given = {&object, nullptr, depth, -1, m_levels[depth].place, {}};
   for (s16 each = 0; each <= depth; ++each) given.frames[each] = FrameAt(each);
   if (kind.row != nullptr) {
     void* const array = kind.row->member(*m_levels[depth - 1].object);
@@ -51,11 +51,11 @@ void MendedTrack::OnComplete(s16 depth, KRDataObj& object) {
     const bool isLast =
         entries != 0 && kind.row->array->get(array, static_cast<u16>(entries - 1)) == &object;
     // Of a shared list nothing can be taken.
-    given.isTaken = isLast && kind.row->array->takeLast(array) != nullptr;
+    if (isLast && kind.row->array->takeLast(array) != nullptr) given.list = array;
   }
   if (!m_given.Append(given)) {
     m_failed = true;
-    if (given.isTaken) delete given.object;
+    if (given.list != nullptr) delete given.object;
   }
 }
 
@@ -68,7 +68,18 @@ void MendedTrack::OnDeleted(KRDataObj& object) {
   }
 }
 
-const KRDataObj* MendedTrack::TakenBefore(s16 depth) { return m_levels[depth - 1].taken; }
+const KRDataObj* MendedTrack::TakenBefore(s16 depth, const void* list) {
+  for (const Taken& taken : m_levels[depth - 1].taken) {
+    if (taken.list == list) return taken.object;
+  }
+  return nullptr;
+}
+
+void MendedTrack::DeleteTaken(Level& level) {
+  if (level.taken.empty()) return;
+  for (const Taken& taken : level.taken) delete taken.object;
+  level.taken.Clear();
+}
 
 bool MendedTrack::Next() {
   DropCurrent();
@@ -88,15 +99,24 @@ void MendedTrack::DropCurrent() {
   KRDataObj* const parent = Around(1);
   const Given& given = m_given[m_current];
   ++m_current;
-  if (!given.isTaken) {
+  if (given.list == nullptr) {
     if (parent != nullptr) DropWrapperBefore(*parent, *given.object);
     return;
   }
   // The next one may be compared with it, as long as its list is open.
-  KRDataObj* before = given.object;
-  Level& list = m_levels[given.depth - 1];
-  if (parent != nullptr && list.object == parent) std::swap(before, list.taken);
-  delete before;
+  Level& level = m_levels[given.depth - 1];
+  if (parent == nullptr || level.object != parent) {
+    delete given.object;
+    return;
+  }
+  for (Taken& taken : level.taken) {
+    if (taken.list != given.list) continue;
+    delete std::exchange(taken.object, given.object);
+    return;
+  }
+  if (level.taken.Append({given.list, given.object})) return;
+  m_failed = true;
+  delete given.object;
 }
 
 // A message set without wrappers is incomplete, so it keeps one: when an element is dropped, the
@@ -117,12 +137,12 @@ void MendedTrack::DropWrapperBefore(KRDataObj& parent, const KRDataObj& element)
 
 void MendedTrack::Clear() {
   for (std::size_t index = m_current; index < m_given.size(); ++index) {
-    if (m_given[index].isTaken) delete m_given[index].object;
+    if (m_given[index].list != nullptr) delete m_given[index].object;
   }
   m_given.Clear();
   m_current = 0;
   m_begun = false;
-  for (Level& level : m_levels) delete std::exchange(level.taken, nullptr);
+  for (Level& level : m_levels) DeleteTaken(level);
 }
 
 KRDataObj* MendedTrack::Around(u16 levels) const {

@@ -43,7 +43,7 @@ class MendedTrack final : public TreeWatcher {
   void OnOpened(s16 depth, KRDataObj& object, u32 number, u32 position) override;
   void OnComplete(s16 depth, KRDataObj& object) override;
   void OnDeleted(KRDataObj& object) override;
-  const KRDataObj* TakenBefore(s16 depth) override;
+  const KRDataObj* TakenBefore(s16 depth, const void* list) override;
   /// @return whether memory was exhausted.
   bool HasFailed() const { return m_failed; }
   /// Memory is exhausted, or the text cannot be read.
@@ -78,12 +78,17 @@ class MendedTrack final : public TreeWatcher {
     bool wanted = false;
     const Row* row = nullptr;
   };
+  // The element that was taken last out of one of an aggregate's lists.
+  struct Taken {
+    const void* list;
+    KRDataObj* object;
+  };
   struct Level {
     KRDataObj* object = nullptr;
     u32 number = 1;
     Place place;
-    Kind kind;                   // Of the child that was complete last.
-    KRDataObj* taken = nullptr;  // The element that was taken out of this list last.
+    Kind kind;  // Of the child that was complete last.
+    List<Taken> taken;
   };
   struct Frame {
     KRDataObj* object;
@@ -92,7 +97,7 @@ class MendedTrack final : public TreeWatcher {
   };
   struct Given {
     KRDataObj* object;
-    bool isTaken;  // Otherwise its parent has it still.
+    const void* list;  // That it was taken out of; null when its parent has it still.
     s16 depth;
     s16 lost;  // What is around it is gone up to this depth; below 0 when it is all there.
     Place place;
@@ -103,6 +108,7 @@ class MendedTrack final : public TreeWatcher {
   const Kind& KindOf(s16 depth);
   Frame FrameAt(s16 depth) const;
   void DropCurrent();
+  static void DeleteTaken(Level& level);
   void DropWrapperBefore(KRDataObj& set, const KRDataObj& element);
 
   WantedClasses& m_wanted;

@@ -146,7 +146,8 @@ bool StreamRun::IsClean() {
   options.maxRecords = 0;
   const std::unique_ptr<StreamRun> trial(new StreamRun(options));
   if (trial == nullptr) return false;
-  trial->Want([](const KRDataObj&) { return true; }, false);
+  // It keeps what the stream keeps, and no more.
+  trial->m_wanted = std::move(m_wanted);
   if (m_plain != nullptr) {
     trial->ReadInPlace(*m_plain);
   } else {
@@ -160,6 +161,7 @@ bool StreamRun::IsClean() {
   isClean = isClean && trial->Status() == KRParseStatus_Accepted && !losses.Any();
   trial->Stop();
   m_source = std::move(trial->m_source);
+  m_wanted = std::move(trial->m_wanted);
   return isClean;
 }
 
