@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <cstddef>
 #include <string>
 
 #include "krofx/reader/reading.h"
@@ -51,6 +53,22 @@ TEST(TextsOfElements, EndAtTagsThatMayBeSomebodys) {
   ExpectName(InLines("<FITID>1\n<NAME>A<SHOP/>\n"), "A", {"unknown-tag"});
   ExpectName(InLines("<FITID>1<NAME>A<SHOP>1\n"), "A", {"unknown-tag"});
   ExpectName(InLines("<FITID>1\n<NAME>A<SHOP>1<MEMO>m\n"), "A", {"unknown-tag"});
+}
+
+TEST(TextsOfElements, EndAtUnknownTagsThatAreWrittenAsAllTagsOfTheText) {
+  std::string blanks = BankStatementFile("<STMTTRN><NAME>A<EXTRA>b<FITID>1</STMTTRN>");
+  for (std::size_t at = blanks.find("<OFX>"); at != std::string::npos; at = blanks.find('>', at)) {
+    at = blanks.find('>', at);
+    if (at == std::string::npos) break;
+    blanks.insert(at, " ");
+    at += 2;
+  }
+  EXPECT_EQ(ValueIn(Written(blanks), "NAME"), "A");
+  std::string small = BankStatementFile("<STMTTRN><NAME>A<EXTRA>b<FITID>1</STMTTRN>");
+  for (std::size_t at = small.find("<OFX>"); at < small.size(); ++at) {
+    small[at] = static_cast<char>(std::tolower(static_cast<unsigned char>(small[at])));
+  }
+  EXPECT_EQ(ValueIn(Written(small), "NAME"), "a");
 }
 
 TEST(TextsOfElements, AreReadInLinearTimeWhateverIsInBrackets) {

@@ -111,7 +111,7 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
   if (!onlyName && !attributes) return false;
   if (tag.entry != nullptr) return true;
   const bool dotted = tag.name.find('.') != std::string_view::npos;
-  return !tag.otherForm && (!small || dotted);
+  return (!tag.otherForm || m_hasOtherForm) && (!small || dotted || m_hasOtherCase);
 }
 
 const KRTagDictionaryEntry* Scanner::Find(std::string_view name, KRCaseType caseType) const {
@@ -228,6 +228,8 @@ void Scanner::Next(ScannedTag& tag) {
   }
   tag.front = front;
   tag.text = TextRun();
+  m_hasOtherForm = m_hasOtherForm || (tag.otherForm && tag.entry != nullptr);
+  m_hasOtherCase = m_hasOtherCase || tag.otherCase;
   m_hasAhead = false;
   m_position = tag.after;
   if (tag.type != ScannedTag::Type::kStart || tag.selfClosed) return;

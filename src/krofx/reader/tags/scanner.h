@@ -137,6 +137,10 @@ class Scanner {
   mutable u32 m_noSectionEnd = ~u32{0};
   mutable u32 m_noInstructionEnd = ~u32{0};
   mutable bool m_hasMetEnd = false;
+  // Tags of OFX were written in another form or in small letters so far. Where they are, the tags
+  // that nobody knows are too.
+  bool m_hasOtherForm = false;
+  bool m_hasOtherCase = false;
   // The tag that ended the last run.
   ScannedTag m_ahead;
   bool m_hasAhead = false;
