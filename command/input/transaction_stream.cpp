@@ -174,7 +174,7 @@ bool TransactionStream::IsUsable(Stream& stream, Use use) const {
   if (!IsRead(stream.Status())) return false;
   if (m_mends) return !stream.HasMoreTags();
   const bool isClean = stream.Status() == KRParseStatus_Accepted && !stream.MayHaveCommaAmount() &&
-                       !stream.HasMoreTags();
+                       !stream.HasRepeatedFigure() && !stream.HasMoreTags();
   return isClean || (use == Use::kStrict && HasLongList());
 }
 

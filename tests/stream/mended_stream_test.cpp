@@ -413,6 +413,22 @@ TEST(MendedStream, KeepsTheFirstMendingsAndSaysAll) {
   EXPECT_EQ(counter.path, "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[300]");
 }
 
+TEST(MendedStream, SaysAnAmountThatComesTwiceAndAStrictStreamAsksForIt) {
+  const std::string text = Many("", Amount("-1.00<TRNAMT>-2.00"), 10);
+  const Read1 streamed = StreamMending(text, {0, 4096});
+  EXPECT_EQ(streamed.mendings, ReadWhole(text).mendings);
+  EXPECT_EQ(streamed.mendings.size(), 1u);
+  for (const std::string& each : {text, Many("", "", 10)}) {
+    Stream stream;
+    stream.Want<KRBankStatementTx>();
+    stream.Open(std::string_view(each));
+    while (stream.Next() != nullptr) {
+    }
+    EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+    EXPECT_EQ(stream.HasRepeatedFigure(), each == text);
+  }
+}
+
 TEST(MendedStream, StopsAndIsDestroyedAnywhere) {
   const std::string text = LargeStatement(100, [](std::string& t) { Replace(t, ".25", ",25"); });
   for (std::size_t count = 0; count < 5; ++count) {

@@ -148,6 +148,8 @@ std::size_t Stream::Unrecorded() const {
 
 bool Stream::MayHaveCommaAmount() const { return m_run != nullptr && m_run->MayHaveCommaAmount(); }
 
+bool Stream::HasRepeatedFigure() const { return m_run != nullptr && m_run->HasRepeatedFigure(); }
+
 bool Stream::HasMoreTags() { return m_run != nullptr && m_run->HasMoreTags(); }
 
 std::size_t Stream::Position() const { return m_run == nullptr ? 0 : m_run->Position(); }

@@ -222,6 +222,10 @@ class KROFX_API Stream {
   /// @return whether an amount with a comma may have been read. The parser passes over commas, so
   ///         it reads "-11,76" as -1176; krofx::Read mends that.
   bool MayHaveCommaAmount() const;
+  /// @return whether an amount or a date came twice in one aggregate. The last one counts, as for
+  /// the
+  ///         parser; krofx::Read says both.
+  bool HasRepeatedFigure() const;
   /// @return whether there are more tags after the end of the text, which are not read. Takes what
   ///         is left of the bytes. The stream must have ended.
   bool HasMoreTags();

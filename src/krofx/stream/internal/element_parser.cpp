@@ -7,6 +7,7 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
+#include "krofx/model/internal/repeated_figures.h"
 #include "krofx/parse/internal/parse_run.h"
 #include "krofx/values/internal/passed_commas.h"
 
@@ -94,12 +95,14 @@ StreamStep ElementParser::Next() {
   log->EnableLogging(1);
   Empty(*log);
   const std::size_t commas = PassedCommas();
+  const std::size_t repeats = RepeatedFigures();
   StreamStep step;
   {
     Run run(*this, *log, m_window.Engine());
     step = Step();
   }
   m_hasCommas = m_hasCommas || PassedCommas() != commas;
+  m_hasRepeats = m_hasRepeats || RepeatedFigures() != repeats;
   Empty(*log);
   log->EnableLogging(enabled);
   return step;

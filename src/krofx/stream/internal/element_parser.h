@@ -41,6 +41,8 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
 
   /// @return whether a number was read that has a comma.
   bool MayHaveCommaAmount() const { return m_hasCommas; }
+  /// @return whether an amount or a date came twice in one aggregate.
+  bool HasRepeatedFigure() const { return m_hasRepeats; }
 
   u16 PushObject(KRDataObj* object) override;
   u16 PopObject() override;
@@ -59,6 +61,7 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
   bool m_checkRequired = false;
   bool m_headersRead = false;
   bool m_hasCommas = false;
+  bool m_hasRepeats = false;
   KRParseStatus m_status = KRParseStatus_Accepted;
   std::optional<TagPass> m_pass;
   MissingSearch m_missing;

@@ -66,6 +66,7 @@ class StreamRun : public HeapObject {
   /// @return the text, with the character set of the part that is in memory.
   const OfxText& JudgedText();
   bool MayHaveCommaAmount() const { return m_parser.MayHaveCommaAmount(); }
+  bool HasRepeatedFigure() const { return m_parser.HasRepeatedFigure(); }
   bool HasMoreTags();
 
  private:
