@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -35,7 +36,7 @@ std::string LineWithPath(const Mending& mending) {
 
 // What a reading of a text came to, its tree as its lines in any order: a stream takes elements out
 // of it.
-struct Read1 {
+struct Outcome {
   KRParseStatus status = KRParseStatus_Accepted;
   Lines mendings;
   Lines warnings;  // But for those of missing tags: a stream looks in each element.
@@ -61,9 +62,9 @@ void AddWarnings(const List<ReadWarning>& warnings, Lines& lines) {
   }
 }
 
-Read1 ReadWhole(const std::string& text) {
+Outcome ReadWhole(const std::string& text) {
   const Reading reading = Read(text);
-  Read1 out;
+  Outcome out;
   out.status = reading.status;
   for (const Mending& mending : reading.mendings) out.mendings.push_back(LineWithPath(mending));
   AddWarnings(reading.warnings, out.warnings);
@@ -73,14 +74,14 @@ Read1 ReadWhole(const std::string& text) {
   return out;
 }
 
-Read1 StreamMending(const std::string& text, const Way& way) {
+Outcome StreamMending(const std::string& text, const Way& way) {
   StreamOptions options;
   options.mends = true;
   options.window = way.window;
   options.maxRecords = 100000;
   Stream stream(options);
   WantMuch(stream);
-  Read1 out;
+  Outcome out;
   const auto take = [&] {
     while (const StreamElement* const element = stream.Next()) {
       for (const std::string& line : LinesOf(Written(&element->Object()))) {
@@ -130,13 +131,13 @@ Lines OnlyIn(const Lines& one, const Lines& other) {
 
 void ExpectSame(const std::string& text, const std::string& what) {
   if (IsOther(text)) return;
-  const Read1 whole = ReadWhole(text);
+  const Outcome whole = ReadWhole(text);
   for (const Way& way : kWays) {
     // A clean text is not mended at all, which nobody knows of pieces beforehand.
     if (way.piece != 0 && whole.mendings.empty()) continue;
     SCOPED_TRACE(what + ", pieces of " + std::to_string(way.piece) + ", window of " +
                  std::to_string(way.window));
-    const Read1 streamed = StreamMending(text, way);
+    const Outcome streamed = StreamMending(text, way);
     EXPECT_EQ(streamed.status, whole.status);
     EXPECT_EQ(streamed.mendings, whole.mendings);
     EXPECT_EQ(streamed.warnings, whole.warnings);
@@ -148,6 +149,12 @@ void ExpectSame(const std::string& text, const std::string& what) {
         });
     EXPECT_TRUE(isTakenBack || OnlyIn(streamed.tree, whole.tree).empty()) << text;
   }
+}
+
+// To try other texts than the usual ones: see tests/reader/damage_test.cpp.
+unsigned NumberFrom(const char* variable, unsigned usual) {
+  const char* const value = std::getenv(variable);
+  return value == nullptr ? usual : static_cast<unsigned>(std::strtoul(value, nullptr, 10));
 }
 
 TEST(MendedStream, GivesWhatAReadingGivesOfEachExample) {
@@ -164,12 +171,8 @@ TEST(MendedStream, GivesWhatAReadingGivesOfEachExample) {
 TEST(MendedStream, GivesWhatAReadingGivesOfDamagedTexts) {
   const std::vector<std::string> examples = WholeExamples();
   const std::vector<Damage> kinds = AllDamage();
-  const char* const from = std::getenv("KROFX_DAMAGE_SEED");
-  const char* const wanted = std::getenv("KROFX_DAMAGED_TEXTS");
-  const unsigned first =
-      from == nullptr ? 1 : static_cast<unsigned>(std::strtoul(from, nullptr, 10));
-  const unsigned count =
-      wanted == nullptr ? 300 : static_cast<unsigned>(std::strtoul(wanted, nullptr, 10));
+  const unsigned first = NumberFrom("KROFX_DAMAGE_SEED", 1);
+  const unsigned count = NumberFrom("KROFX_DAMAGED_TEXTS", 300);
   for (unsigned seed = first; seed < first + count; ++seed) {
     const Attempt attempt = MakeDamage(seed, examples, kinds);
     std::string names = "seed " + std::to_string(seed);
@@ -217,12 +220,8 @@ std::string Mutated(Dice& dice, std::string text) {
 
 TEST(MendedStream, GivesWhatAReadingGivesOfMutatedTexts) {
   const std::vector<std::string> examples = WholeExamples();
-  const char* const from = std::getenv("KROFX_DAMAGE_SEED");
-  const char* const wanted = std::getenv("KROFX_DAMAGED_TEXTS");
-  const unsigned first =
-      from == nullptr ? 1 : static_cast<unsigned>(std::strtoul(from, nullptr, 10));
-  const unsigned count =
-      wanted == nullptr ? 200 : static_cast<unsigned>(std::strtoul(wanted, nullptr, 10));
+  const unsigned first = NumberFrom("KROFX_DAMAGE_SEED", 1);
+  const unsigned count = NumberFrom("KROFX_DAMAGED_TEXTS", 200);
   for (unsigned seed = first; seed < first + count; ++seed) {
     Dice dice(seed);
     const std::string text = Mutated(dice, examples[dice.Below(examples.size())]);
@@ -290,10 +289,10 @@ TEST(MendedStream, GivesWhatAReadingGivesOfManyDamagedTransactions) {
   const Way ways[] = {{0, 256 * 1024}, {0, 4096}, {4000, 16384}};
   for (const Wrong& wrong : kWrongs) {
     const std::string text = LargeStatement(1500, wrong.damage);
-    const Read1 whole = ReadWhole(text);
+    const Outcome whole = ReadWhole(text);
     EXPECT_FALSE(whole.mendings.empty()) << wrong.name;
     for (const Way& way : ways) {
-      const Read1 streamed = StreamMending(text, way);
+      const Outcome streamed = StreamMending(text, way);
       SCOPED_TRACE(std::string(wrong.name) + ", window of " + std::to_string(way.window));
       EXPECT_EQ(streamed.status, whole.status);
       EXPECT_EQ(OnlyIn(streamed.mendings, whole.mendings).size(), 0u);
@@ -305,7 +304,7 @@ TEST(MendedStream, GivesWhatAReadingGivesOfManyDamagedTransactions) {
   }
 }
 
-Read1 StreamInPieces(const std::string& text) { return StreamMending(text, {4000, 16384}); }
+Outcome StreamInPieces(const std::string& text) { return StreamMending(text, {4000, 16384}); }
 
 std::string Many(const std::string& head, const std::string& tail, std::size_t count = 500) {
   std::string transactions = head;
@@ -323,9 +322,9 @@ std::string Amount(const std::string& amount, const std::string& name = "Shop") 
 TEST(MendedStream, RefusesPiecesWhoseNumbersTurnOutToBeWrittenInTwoWays) {
   // The first amount is judged by the points of those after it, which commas contradict later.
   const std::string text = Many(Amount("1,234"), Amount("7,5") + Amount("8,25"));
-  const Read1 streamed = StreamInPieces(text);
+  const Outcome streamed = StreamInPieces(text);
   EXPECT_EQ(streamed.status, KRParseStatus_Invalid);
-  const Read1 whole = ReadWhole(text);
+  const Outcome whole = ReadWhole(text);
   EXPECT_EQ(StreamMending(text, {0, 16384}).mendings, whole.mendings);
 }
 
@@ -374,7 +373,7 @@ TEST(MendedStream, EndsAtDamageThatMustNotBeMended) {
 TEST(MendedStream, TakesACleanTextAsItIs) {
   const std::string text = Many("", "", 10);
   for (const std::size_t piece : {0u, 7u}) {
-    const Read1 streamed = StreamMending(text, {piece, 4096});
+    const Outcome streamed = StreamMending(text, {piece, 4096});
     EXPECT_EQ(streamed.status, KRParseStatus_Accepted);
     EXPECT_EQ(streamed.tree, ReadWhole(text).tree);
   }
@@ -415,7 +414,7 @@ TEST(MendedStream, KeepsTheFirstMendingsAndSaysAll) {
 
 TEST(MendedStream, SaysAnAmountThatComesTwiceAndAStrictStreamAsksForIt) {
   const std::string text = Many("", Amount("-1.00<TRNAMT>-2.00"), 10);
-  const Read1 streamed = StreamMending(text, {0, 4096});
+  const Outcome streamed = StreamMending(text, {0, 4096});
   EXPECT_EQ(streamed.mendings, ReadWhole(text).mendings);
   EXPECT_EQ(streamed.mendings.size(), 1u);
   for (const std::string& each : {text, Many("", "", 10)}) {

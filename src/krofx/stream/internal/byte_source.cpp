@@ -30,6 +30,15 @@ ByteSource::Supply ByteSource::Read(std::span<char> room, std::size_t& count) {
   return supply;
 }
 
+bool ByteSource::HasAhead(char character) {
+  char block[4096];
+  std::size_t count = 0;
+  while (Read(block, count) == Supply::kBytes) {
+    if (std::memchr(block, character, count) != nullptr) return true;
+  }
+  return false;
+}
+
 ByteSource::Supply ByteSource::ReadOn(std::span<char> room, std::size_t& count) {
   count = 0;
   if (m_file != nullptr) {

@@ -63,6 +63,8 @@ class ByteSource {
   bool GoTo(std::size_t position);
   /// Puts bytes into `room`, which is not empty, and counts them.
   Supply Read(std::span<char> room, std::size_t& count);
+  /// @return whether a character is in what is left, which is read up to there.
+  bool HasAhead(char character);
 
  private:
   Supply ReadOn(std::span<char> room, std::size_t& count);

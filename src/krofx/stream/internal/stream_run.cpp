@@ -316,12 +316,7 @@ bool StreamRun::HasMoreTags() {
   if (m_state != StreamState::kEnded) return false;
   if (IsMending()) return m_mended->HasMoreTags();
   if (m_window.Text().find('<', m_window.CountRead()) != std::string_view::npos) return true;
-  char block[kLeastWindow];
-  std::size_t count = 0;
-  while (m_source.Read(block, count) == ByteSource::Supply::kBytes) {
-    if (std::memchr(block, '<', count) != nullptr) return true;
-  }
-  return false;
+  return m_source.HasAhead('<');
 }
 
 }  // namespace krofx::internal

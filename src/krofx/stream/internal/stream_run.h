@@ -45,9 +45,9 @@ class StreamRun : public HeapObject {
   KRParseStatus Status() const;
   KRString& Problem() { return m_problem; }
   OfxText& Text() { return m_text; }
-  /// The records of a text that is mended; null for another.
+  /// @return the records of a text that is mended; null for another.
   const Reading* MendedRecords() const { return m_mended ? &m_mended->Records() : nullptr; }
-  /// The records of a text that is taken to the letter.
+  /// @return the records of a text that is read strictly.
   const RecordKeeper& Records() const { return m_records; }
   std::size_t Position() const { return m_mended ? m_mended->Position() : m_window.Taken(); }
 
