@@ -101,6 +101,11 @@ bool WriteNumbers(Dice& dice, DamagedText& text) {
 template <class Change>
 bool ChangeOne(Dice& dice, DamagedText& text, const std::string& kind, Change change) {
   std::vector<std::size_t> places = ElementsOf(text.damaged, kind);
+  const std::size_t last = text.damaged.tokens.size() - 1;
+  // A value that the end of the text cuts is lost whatever it is.
+  const bool isCut =
+      text.expected.PlaceOf(text.damaged.tokens[last].number) >= text.expected.tokens.size();
+  if (isCut && !places.empty() && places.back() == last) places.pop_back();
   while (!places.empty()) {
     const std::size_t at = dice.Below(places.size());
     Token& token = text.damaged.tokens[places[at]];
