@@ -74,8 +74,8 @@ std::string_view NameOf(const DeclaredCharset& declared) {
 
 void HighByteCount::Count(std::string_view part) {
   for (std::string_view rest = part; !rest.empty();) {
-    const auto high = std::find_if(rest.begin(), rest.end(),
-                                   [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    const auto* const high = std::find_if(
+        rest.begin(), rest.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     rest.remove_prefix(static_cast<std::size_t>(high - rest.begin()));
     if (rest.empty()) break;
     if (!Any()) m_first = m_passed + part.size() - rest.size();
@@ -92,8 +92,9 @@ bool MakeUtf8(WorkingText& text, u32 from, const Charset& charset) {
   const std::string_view bytes = text.Bytes();
   edit.Keep(0, from);
   for (u32 at = from; at < text.Size();) {
-    const auto high = std::find_if(bytes.begin() + at, bytes.end(),
-                                   [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    const auto* const high = std::find_if(bytes.begin() + at, bytes.end(), [](char c) {
+      return static_cast<unsigned char>(c) >= 0x80;
+    });
     const u32 next = static_cast<u32>(high - bytes.begin());
     edit.Keep(at, next);
     at = next;

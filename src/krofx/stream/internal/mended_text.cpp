@@ -219,7 +219,7 @@ bool MendedText::Agrees() {
   const std::string_view bytes = m_window.Original();
   const std::size_t last = bytes.rfind('>');
   const std::size_t control = FindControlCharacter(bytes);
-  if (last != bytes.npos && control < last &&
+  if (last != std::string_view::npos && control < last &&
       !m_recorder.Note(MendingKind::kControlCharacter,
                        {m_window.Base() + control, PathLog::kNoPath}, {}, {}, {})) {
     return Forbid();

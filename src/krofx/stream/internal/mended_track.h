@@ -109,7 +109,7 @@ class MendedTrack final : public TreeWatcher {
   Frame FrameAt(s16 depth) const;
   void DropCurrent();
   static void DeleteTaken(Level& level);
-  void DropWrapperBefore(KRDataObj& set, const KRDataObj& element);
+  void DropWrapperBefore(KRDataObj& parent, const KRDataObj& element);
 
   WantedClasses& m_wanted;
   TextWindow& m_window;

@@ -27,9 +27,9 @@ bool TextParts::Next() {
     m_failed = m_window.Fill() != TextWindow::Filled::kYes;
     if (m_failed) return false;
     const std::string_view bytes = m_window.Original();
-    const std::size_t last = m_window.IsPart() ? bytes.rfind('>') : bytes.npos;
-    if (last == bytes.npos && m_window.IsPart() && m_window.Grow()) continue;
-    m_part = bytes.substr(0, last == bytes.npos ? last : last + 1);
+    const std::size_t last = m_window.IsPart() ? bytes.rfind('>') : std::string_view::npos;
+    if (last == std::string_view::npos && m_window.IsPart() && m_window.Grow()) continue;
+    m_part = bytes.substr(0, last == std::string_view::npos ? last : last + 1);
     return !m_part.empty();
   }
 }
@@ -46,13 +46,13 @@ bool GatherFacts(TextParts& parts, std::size_t body, TextFacts& facts) {
   while (facts.end == TextWindow::kNoEnd && parts.Next()) {
     const std::size_t base = parts.Base();
     std::string_view bytes = parts.Original();
-    if (const std::size_t end = FindTextEndInPart(bytes, inBody); end != bytes.npos) {
+    if (const std::size_t end = FindTextEndInPart(bytes, inBody); end != std::string_view::npos) {
       facts.end = base + end;
       bytes = bytes.substr(0, end);
     }
     const std::size_t control = FindControlCharacter(bytes);
     const std::size_t last = bytes.rfind('>');
-    if (!facts.hasControl && last != bytes.npos && control < last) {
+    if (!facts.hasControl && last != std::string_view::npos && control < last) {
       facts.hasControl = true;
       facts.control = parts.PlaceOf(base + control);
     }
@@ -60,8 +60,9 @@ bool GatherFacts(TextParts& parts, std::size_t body, TextFacts& facts) {
     const std::string_view ofBody = InBody(bytes, base, body);
     if (!HasHighBytes(ofBody)) continue;
     if (!facts.high.Any()) {
-      const auto first = std::find_if(ofBody.begin(), ofBody.end(),
-                                      [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+      const auto* const first = std::find_if(ofBody.begin(), ofBody.end(), [](char c) {
+        return static_cast<unsigned char>(c) >= 0x80;
+      });
       facts.firstHigh =
           parts.PlaceOf(base + bytes.size() - static_cast<std::size_t>(ofBody.end() - first));
     }
@@ -74,7 +75,7 @@ bool FindForeignReference(TextParts& parts, std::size_t body, const Charset& cha
   found = false;
   while (!found && parts.Next()) {
     const std::string_view ofBody = InBody(parts.Original(), parts.Base(), body);
-    if (ofBody.find('&') == ofBody.npos) continue;
+    if (ofBody.find('&') == std::string_view::npos) continue;
     found = HasForeignReference(parts.WithoutControls(ofBody), charset);
   }
   return !parts.HasFailed();

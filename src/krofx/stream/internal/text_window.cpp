@@ -58,8 +58,9 @@ TextWindow::Filled TextWindow::Fill() {
 bool TextWindow::Show() {
   std::string_view shown = Original();
   // A character may be cut at the end of the window; '>' is no part of one.
-  const std::size_t last = m_charset == nullptr || m_isEnded ? shown.npos : shown.rfind('>');
-  if (last != shown.npos) shown = shown.substr(0, last + 1);
+  const std::size_t last =
+      m_charset == nullptr || m_isEnded ? std::string_view::npos : shown.rfind('>');
+  if (last != std::string_view::npos) shown = shown.substr(0, last + 1);
   m_shown = static_cast<u32>(shown.size());
   if (OwnedBuffer before = m_text.Show(shown, m_base);
       before != nullptr && !m_before.Append(std::move(before))) {
