@@ -87,9 +87,17 @@ bool HasPrefixedOfx(std::string_view text) {
 namespace {
 
 std::size_t FindEnd(std::string_view bytes, std::size_t from, bool& inBody) {
-  const bool hasPrefixes = HasPrefixedOfx(bytes.substr(from));
+  // A file may have many texts, so no more is looked at than a little beyond the end of each.
+  constexpr std::size_t kBlock = 4096;
+  constexpr std::size_t kLongestTag = 64;
+  std::size_t blockEnd = from;
+  bool hasPrefixes = false;
   for (std::size_t at = FindOpen(bytes, from); at != std::string_view::npos;
        at = FindOpen(bytes, at + 1)) {
+    if (at >= blockEnd) {
+      blockEnd = at + kBlock;
+      hasPrefixes = HasPrefixedOfx(bytes.substr(at, kBlock + kLongestTag));
+    }
     // Most tags of a body have other first letters.
     if (inBody && !hasPrefixes && !MayBeOfx(bytes, at)) continue;
     std::string_view rest = bytes.substr(at + 1);
