@@ -209,7 +209,7 @@ Bank ReadBank(const std::string& name, const Value& value, const std::string& fo
     Fail(value, name + " has both password-command and keyring; one is enough");
   }
   for (std::string& file : bank.rootFiles) {
-    if (!file.starts_with('/')) file = folder + "/" + file;
+    if (!file.starts_with('/')) file.insert(0, folder + "/");
   }
   return bank;
 }

@@ -181,7 +181,7 @@ KRParseStatus FileReader::ReadPart(OfxText& text, std::size_t from, std::size_t 
   if (part.root == nullptr) return status;
   part.root->SetParent(text.root.get());
   if (text.root->AppendSubfile(part.root.get()) == 0) return KRParseStatus_Fatal;
-  part.root.release();
+  static_cast<void>(part.root.release());
   return status;
 }
 
