@@ -10,15 +10,15 @@
 
 namespace krofx::command {
 
-/// Such as "clean", "usable; 8 tags in lower case (lines 37-44), 2 unknown tags" or "not usable: it
-/// is empty; download it again". What there is most of comes first.
+/// @return such a line as "clean", "usable; 8 tags in lower case (lines 37-44), 2 unknown tags" or
+///         "not usable: it is empty; download it again". What there is most of comes first.
 std::string SummaryOf(const Report& report);
 
 /// Counts what became of many files.
 class VerdictCounts {
  public:
   void Add(ExitStatus verdict);
-  /// Such as "5000 files: 4998 clean, 2 with warnings".
+  /// @return a line such as "5000 files: 4998 clean, 2 with warnings".
   std::string Text() const;
 
  private:

@@ -14,7 +14,7 @@ namespace krofx::command {
 /// Eight bytes of a text, each of which is compared. The answers are those of all of them.
 class ByteBlock {
  public:
-  /// The eight bytes at a place.
+  /// @return the eight bytes at a place.
   static ByteBlock Of(const char* at) {
     ByteBlock block;
     std::memcpy(&block.m_bytes, at, sizeof block.m_bytes);

@@ -23,8 +23,8 @@ class TransactionCells {
   /// @param table the transactions of a layout of statements; it must live as long as this.
   TransactionCells(const TableSpec& table, bool showIdentifiers);
 
-  /// The cells of a transaction. They are good until the next call, and as long as the transaction.
-  /// @param source the text that it is in.
+  /// @param source the text that the transaction is in.
+  /// @return the cells of a transaction, which are good until the next call, and as long as it is.
   Row Make(const KRBankStatementTx& transaction, const krofx::OfxText& source);
 
  private:

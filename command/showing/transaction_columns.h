@@ -25,9 +25,9 @@ class TransactionColumns {
   Cell AmountOf(Row row) const { return Get(row, m_amount); }
   /// @return the currency of the amount: that of the row, or else that of the statement.
   std::string_view CurrencyOf(Row row, const Section& section) const;
-  /// Such as DEBIT, or the tag of an investment transaction.
+  /// @return its kind, such as DEBIT, or the tag of an investment transaction.
   std::string_view TypeOf(Row row) const { return Get(row, m_type).text; }
-  /// Such as BUY; empty for those of banks.
+  /// @return what kind of it, such as BUY; empty for those of banks.
   std::string_view DetailOf(Row row) const { return Get(row, m_detail).text; }
   /// @return the name, or that of the security.
   std::string_view NameOf(Row row) const;

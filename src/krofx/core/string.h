@@ -90,7 +90,7 @@ class KROFX_API KRString : public krofx::internal::HeapObject {
 
   /// @return the characters before the terminator.
   u16 GetStrLength() const { return m_length; }
-  /// Allocated bytes, the terminator's included; 0 for a null string.
+  /// @return the allocated bytes, the terminator's included; 0 for a null string.
   int BufferSize() const { return m_allocated; }
   /// @return the length that the OFX standard allows; 65535 is no limit.
   u16 SpecLength() const { return m_specLength; }

@@ -99,15 +99,17 @@ class KROFX_API KRPayrollAmount : public KRPrecisionInteger {
   virtual KRPayrollAmount& operator+=(const KRPayrollAmount& other);
   /// Subtracts a compatible amount; any other leaves this one unchanged.
   virtual KRPayrollAmount& operator-=(const KRPayrollAmount& other);
-  /// The sum, by the rules of +=.
+  /// @return the sum, by the rules of +=.
   virtual KRPayrollAmount operator+(const KRPayrollAmount& other) const;
-  /// The difference, by the rules of -=.
+  /// @return the difference, by the rules of -=.
   virtual KRPayrollAmount operator-(const KRPayrollAmount& other) const;
   /// @return the product of the numbers, whatever their kinds; if `other` is a percentage it is
   ///         divided by 100. It has the kind of this amount and is not blank.
   virtual KRPayrollAmount operator*(const KRPayrollAmount& other) const;
-  /// The quotient of the numbers by the base class's rules, whatever their kinds; if `other` is a
-  /// percentage it is multiplied by 100. It has the kind of this amount and is not blank.
+  /// @return the quotient of the numbers by the base class's rules, whatever their kinds; if
+  /// `other`
+  ///         is a percentage it is multiplied by 100. It has the kind of this amount and is not
+  ///         blank.
   virtual KRPayrollAmount operator/(const KRPayrollAmount& other) const;
   /// @return a copy with sign +1.
   virtual KRPayrollAmount absval() const;

@@ -251,7 +251,7 @@ class KROFX_API Stream {
     Stream* m_stream;
     const StreamElement* m_element;
   };
-  /// A range of the elements to come, to be walked over once.
+  /// @return a range of the elements to come, to be walked over once.
   Iterator begin() { return Iterator(*this); }
   std::default_sentinel_t end() const { return {}; }
 

@@ -101,17 +101,17 @@ class KROFX_API KRDateTimeBase : public krofx::internal::HeapObject {
 
   /// @return full year.
   u16 GetYear() const { return m_year; }
-  /// 1 to 12.
+  /// @return 1 to 12.
   u16 GetMonth() const { return m_month; }
-  /// 1 to 31.
+  /// @return 1 to 31.
   u16 GetDay() const { return m_day; }
-  /// 0 to 23.
+  /// @return 0 to 23.
   u16 GetHour() const { return m_hour; }
-  /// 0 to 59.
+  /// @return 0 to 59.
   u16 GetMinute() const { return m_minute; }
-  /// 0 to 59.
+  /// @return 0 to 59.
   u16 GetSecond() const { return m_second; }
-  /// 0 to 999.
+  /// @return 0 to 999.
   u16 GetMillisecond() const { return m_millisecond; }
   /// @return whole hours by which the zone is ahead of GMT, -12 to 12.
   s16 GetGMTOffset() const { return m_gmtOffset; }

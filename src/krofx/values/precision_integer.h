@@ -59,7 +59,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   explicit KRPrecisionInteger(const char* text);
   /// Copies the number; the text and the binary block are not copied.
   constexpr KRPrecisionInteger(const KRPrecisionInteger&) noexcept = default;
-  /// `value` / 10^`decimals`, for values beyond 32 bits.
+  /// @return `value` / 10^`decimals`, for values beyond 32 bits.
   static KRPrecisionInteger FromInt64(std::int64_t value, u16 decimals) noexcept;
   /// Takes a number as plain data.
   constexpr explicit KRPrecisionInteger(const krofx::internal::PlainDecimal& number) noexcept
@@ -121,15 +121,15 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual KRPrecisionInteger& operator+=(const KRPrecisionInteger& other);
   /// Subtracts, by the rules of +=.
   virtual KRPrecisionInteger& operator-=(const KRPrecisionInteger& other);
-  /// The sum, by the rules of +=.
+  /// @return the sum, by the rules of +=.
   virtual KRPrecisionInteger operator+(const KRPrecisionInteger& other) const;
-  /// The difference, by the rules of +=.
+  /// @return the difference, by the rules of +=.
   virtual KRPrecisionInteger operator-(const KRPrecisionInteger& other) const;
-  /// The quotient of the magnitudes as integers. If this number has fewer decimals than the divisor
-  /// it is first scaled up to the divisor's. No further digits are computed, so 7 / 2 is 3 and 1.00
-  /// / 3 is 0.33. The result's decimals are this number's less the divisor's, at least 0, and its
-  /// sign is the product of the signs. When the divisor's magnitude is 0 or 1, whatever its sign
-  /// and decimals, or this number's magnitude is 0, the result is a copy of this number.
+  /// @return the quotient of the magnitudes as integers. If this number has fewer decimals than the
+  /// divisor it is first scaled up to the divisor's. No further digits are computed, so 7 / 2 is 3
+  /// and 1.00 / 3 is 0.33. The result's decimals are this number's less the divisor's, at least 0,
+  /// and its sign is the product of the signs. When the divisor's magnitude is 0 or 1, whatever its
+  /// sign and decimals, or this number's magnitude is 0, the result is a copy of this number.
   virtual KRPrecisionInteger operator/(const KRPrecisionInteger& other) const;
   /// @return the product. Its decimals are the sum of both, which may make it invalid; its sign is
   ///         the product of the signs, even for zero.
@@ -178,7 +178,7 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// @return 1 when the magnitude fits 16 bits.
   virtual u16 FitInAUShort() const;
 
-  /// +1 or -1.
+  /// @return +1 or -1.
   virtual s16 Sign() const { return m_sign; }
   /// @return 1 when the magnitude is 0.
   virtual u16 IsZero() const { return (m_low | m_middle | m_high) == 0; }
@@ -198,11 +198,11 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   virtual u16 GetKRUShort() const { return static_cast<u16>(m_low); }
   /// @return the sign times the low 32 bits of the magnitude, truncated to 16 bits.
   virtual s16 GetKRSShort() const { return static_cast<s16>(SignedLow()); }
-  /// Bits 0 to 31 of the magnitude.
+  /// @return bits 0 to 31 of the magnitude.
   virtual u32 GetLSBytes() const { return m_low; }
-  /// Bits 32 to 63 of the magnitude.
+  /// @return bits 32 to 63 of the magnitude.
   virtual u32 GetSSBytes() const { return m_middle; }
-  /// Bits 64 to 95 of the magnitude.
+  /// @return bits 64 to 95 of the magnitude.
   virtual u32 GetMSBytes() const { return m_high; }
 
   /// Stores the decimals without touching the magnitude, which changes the value.

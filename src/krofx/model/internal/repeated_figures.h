@@ -18,7 +18,7 @@ inline bool IsFigure(const ValueKind& kind) {
   return isForm && kind.writeCommon != nullptr;
 }
 
-/// How many figures of this thread's parses took the place of another so far.
+/// @return how many figures of this thread's parses took the place of another so far.
 KROFX_API std::size_t& RepeatedFigures();
 
 }  // namespace krofx::internal

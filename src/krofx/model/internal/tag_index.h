@@ -20,7 +20,7 @@ struct TagIndex {
   u32 multiplier;
   u8 shift;
 
-  /// Position of the first row of `tag`, -1 when the table has none.
+  /// @return the position of the first row of `tag`, -1 when the table has none.
   int Find(KRTagID tag) const {
     const u8 position = positions[static_cast<u32>(tag * multiplier) >> shift];
     return position != kNoRow && table[position].tag == tag ? position : -1;

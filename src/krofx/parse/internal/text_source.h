@@ -77,7 +77,7 @@ class BufferText {
  public:
   explicit BufferText(KRBuffer& buffer) : m_buffer(&buffer) {}
 
-  /// Null: the content of a derived buffer cannot be identified.
+  /// @return null: the content of a derived buffer cannot be identified.
   const char* Bytes() const { return nullptr; }
   s32 Size() const { return 0; }
 

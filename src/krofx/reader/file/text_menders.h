@@ -27,7 +27,7 @@ std::span<const TextMender> TextMenders();
 
 /// @return whether a text is in UTF-16 or UTF-32.
 bool HasWideCharacters(std::string_view text);
-/// The first control character of a text, which the menders take out; its size without one.
+/// @return the first control character of a text, which the menders take out; its size without one.
 std::size_t FindControlCharacter(std::string_view text);
 /// Takes the control characters out of a text, and says nothing.
 /// @return false when memory is exhausted.

@@ -40,7 +40,7 @@ class HighByteCount {
   void Count(std::string_view part);
   /// @return whether there are any.
   bool Any() const { return m_whole != 0 || m_broken != 0; }
-  /// The first one, from the beginning of the text.
+  /// @return the first one, from the beginning of the text.
   std::size_t First() const { return m_first; }
   /// Characters of UTF-8, and bytes that belong to none.
   std::size_t Whole() const { return m_whole; }
@@ -69,7 +69,7 @@ bool ChooseCharset(std::string_view text, const DeclaredCharset& declared, Chars
 KRParseStatus SettleCharset(WorkingText& text, Header& header, Recorder& recorder, Charset& charset,
                             ChosenCharset& chosen);
 
-/// What a text with its header declares.
+/// @return what a text with its header declares.
 DeclaredCharset DeclaredIn(const Header& header);
 
 /// Says what is not in order in the choice for a text.

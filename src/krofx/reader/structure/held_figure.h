@@ -21,7 +21,7 @@ class HeldFigure {
 
   /// @return whether there is one.
   bool IsHeld() const { return m_isHeld; }
-  /// Its text; empty also for one that cannot be written.
+  /// @return its text; empty also for one that cannot be written.
   std::string_view Text() const { return {m_text, m_size}; }
 
  private:

@@ -66,13 +66,13 @@ class TreeReader final : public KRParser {
   /// Ends the reading.
   /// @return as of Read.
   KRParseStatus End();
-  /// Where the next tag is looked for.
+  /// @return where the next tag is looked for.
   u32 Position() const { return m_scanner.Position(); }
   /// To be called before the text becomes another part, which begins at Position().
   void LeavePart();
   /// The text has become that part.
   void EnterPart();
-  /// What the values of the text look like.
+  /// @return what the values of the text look like.
   const ValueSurvey& Survey() const { return m_survey; }
   /// @return whether the reading ended since a question about the text could not be answered from
   ///         what the supply gives.

@@ -91,7 +91,8 @@ class Scanner {
   u32 Position() const { return m_position; }
   /// Reads the next tag; after the last one, the end of the text.
   void Next(ScannedTag& tag);
-  /// The tag after the text of the start tag that Next has read last, unless that closed itself.
+  /// @return the tag after the text of the start tag that Next has read last, unless that closed
+  ///         itself.
   const ScannedTag& Ahead() const { return m_ahead; }
   /// Takes that tag for characters of the text, and reads on to the tag after it.
   /// @param text of the start tag.

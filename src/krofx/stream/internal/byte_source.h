@@ -56,7 +56,7 @@ class ByteSource {
   bool CanGoTo() const {
     return m_file != nullptr ? m_start >= 0 : m_buffer != nullptr || m_whole.data() != nullptr;
   }
-  /// How many bytes were read.
+  /// @return how many bytes were read.
   std::size_t Position() const { return m_position; }
   /// Goes on from a position again; CanGoTo.
   /// @return false when that failed.

@@ -45,7 +45,7 @@ const Row* ListRow(const KRDataObj& parent, KRTagID tag);
 /// @return whether what an object holds under a tag is an element of a list.
 bool IsInList(KRDataObj& parent, KRTagID tag);
 
-/// The account that an aggregate is about; null when it names none.
+/// @return the account that an aggregate is about; null when it names none.
 const KRAccount* AccountOf(KRDataObj& object);
 
 /// Adds an aggregate at the end of a path.

@@ -41,15 +41,15 @@ class MendedText final : public HeapObject,
   StreamStep Next();
   /// Once it has ended: the status, as of krofx::Read.
   KRParseStatus Status() const { return m_status; }
-  /// Why the text could not be read to its end; empty when it could.
+  /// @return why the text could not be read to its end; empty when it could.
   const KRString& Problem() const { return m_problem; }
-  /// The mendings and warnings so far.
+  /// @return the mendings and warnings so far.
   const Reading& Records() const { return m_reading; }
   /// @return whether anything was mended or warned of so far.
   bool AnyRecords() const { return m_recorder.AnyInText(); }
-  /// The elements.
+  /// @return the elements.
   const MendedTrack& Track() const { return *m_track; }
-  /// How many bytes of the text have been taken.
+  /// @return how many bytes of the text have been taken.
   std::size_t Position() const { return m_window.OriginalEnd(); }
   /// Deletes what was not handed out.
   void Stop();

@@ -55,19 +55,21 @@ class MendedTrack final : public TreeWatcher {
   /// Deletes the elements that were not handed out.
   void Clear();
 
-  /// The current element; null when there is none.
+  /// @return the current element; null when there is none.
   KRDataObj* Element() const { return m_current < m_given.size() ? Current().object : nullptr; }
   const Place& PlaceOfElement() const { return Current().place; }
   std::size_t NumberOfElement() const { return Current().frames[Current().depth].number; }
-  /// The aggregate around the current element that is `levels` further out; null beyond the root.
+  /// @return the aggregate around the current element that is `levels` further out; null beyond the
+  ///         root.
   KRDataObj* Around(u16 levels) const;
-  /// The account of the nearest aggregate around the current element that has one; null without.
+  /// @return the account of the nearest aggregate around the current element that has one; null
+  ///         without.
   const KRAccount* AccountOfElement() const;
-  /// The path of the current element.
+  /// @return the path of the current element.
   KRString Path() const;
-  /// The path of what is, or was last, at a depth.
+  /// @return the path of what is, or was last, at a depth.
   KRString PathTo(s16 depth) const;
-  /// Where it begins.
+  /// @return where it begins.
   const Place& PlaceOf(s16 depth) const { return m_levels[depth].place; }
 
  private:

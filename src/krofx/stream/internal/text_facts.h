@@ -24,13 +24,15 @@ class TextParts {
   /// Goes on to the next part.
   /// @return false after the last one, and when it cannot be read: see HasFailed.
   bool Next();
-  /// The bytes of the part as they came.
+  /// @return the bytes of the part as they came.
   std::string_view Original() const { return m_part; }
-  /// The bytes of the part, or some of them, without control characters. Good until the next call.
+  /// @return the bytes of the part, or some of them, without control characters; good until the
+  /// next
+  ///         call.
   std::string_view WithoutControls(std::string_view bytes);
-  /// Where the part begins.
+  /// @return where the part begins.
   std::size_t Base() const { return m_window.Base(); }
-  /// The place of an offset in the part.
+  /// @return the place of an offset in the part.
   Place PlaceOf(std::size_t offset) { return m_window.PlaceOf(offset); }
   bool HasFailed() const { return m_failed; }
 

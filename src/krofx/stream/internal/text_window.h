@@ -70,21 +70,21 @@ class TextWindow {
   /// @return false when the window has its greatest size.
   bool Grow();
 
-  /// What can be read. The object stays the same.
+  /// @return what can be read. The object stays the same.
   WorkingText& Text() { return m_text; }
   const WorkingText& Text() const { return m_text; }
-  /// The bytes as they came.
+  /// @return the bytes as they came.
   std::string_view Original() const;
-  /// Where the window begins, and ends, in the bytes as they came.
+  /// @return where the window begins, and ends, in the bytes as they came.
   std::size_t Base() const { return m_base; }
   std::size_t OriginalEnd() const { return m_base + m_size; }
   /// @return whether the text goes on after the window.
   bool IsPart() const { return !m_isEnded; }
   /// @return whether it has its greatest size.
   bool IsAtLimit() const { return m_room >= m_most; }
-  /// How many bytes it has when it is full.
+  /// @return how many bytes it has when it is full.
   u32 Room() const { return m_room; }
-  /// The place of an offset in the window, or right after it.
+  /// @return the place of an offset in the window, or right after it.
   Place PlaceOf(std::size_t offset) { return m_lines.Find(Original(), m_base, offset); }
 
  private:

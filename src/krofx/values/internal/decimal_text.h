@@ -38,7 +38,7 @@ inline constexpr std::array<u128, 39> kPowersOfTen = [] {
   return powers;
 }();
 
-/// `magnitude` x 10^`places`, modulo 2^96.
+/// @return `magnitude` x 10^`places`, modulo 2^96.
 constexpr u128 ScaleUp(u128 magnitude, u32 places) noexcept {
   constexpr u32 kLargest = static_cast<u32>(kPowersOfTen.size()) - 1;
   // 10^96 is a multiple of 2^96, so the loop ends early whatever the places.
@@ -50,7 +50,7 @@ constexpr u128 ScaleUp(u128 magnitude, u32 places) noexcept {
   return magnitude;
 }
 
-/// `magnitude` / 10^`places`, truncated; for magnitudes of up to 96 bits.
+/// @return `magnitude` / 10^`places`, truncated; for magnitudes of up to 96 bits.
 constexpr u128 ScaleDown(u128 magnitude, u32 places) noexcept {
   return places < kPowersOfTen.size() ? magnitude / kPowersOfTen[places] : 0;
 }
