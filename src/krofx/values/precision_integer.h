@@ -126,10 +126,10 @@ class KROFX_API KRPrecisionInteger : public krofx::internal::HeapObject {
   /// @return the difference, by the rules of +=.
   virtual KRPrecisionInteger operator-(const KRPrecisionInteger& other) const;
   /// @return the quotient of the magnitudes as integers. If this number has fewer decimals than the
-  /// divisor it is first scaled up to the divisor's. No further digits are computed, so 7 / 2 is 3
-  /// and 1.00 / 3 is 0.33. The result's decimals are this number's less the divisor's, at least 0,
-  /// and its sign is the product of the signs. When the divisor's magnitude is 0 or 1, whatever its
-  /// sign and decimals, or this number's magnitude is 0, the result is a copy of this number.
+  ///         divisor it is first scaled up to the divisor's. No further digits are computed, so 7
+  ///         / 2 is 3 and 1.00 / 3 is 0.33. The decimals are this number's less the divisor's, at
+  ///         least 0, and the sign is the product of the signs. When the divisor's magnitude is 0
+  ///         or 1, whatever its sign and decimals, or this number's is 0, a copy of this number.
   virtual KRPrecisionInteger operator/(const KRPrecisionInteger& other) const;
   /// @return the product. Its decimals are the sum of both, which may make it invalid; its sign is
   ///         the product of the signs, even for zero.
