@@ -2,6 +2,7 @@
 
 #include "subcommands/bank_password.h"
 
+#include <algorithm>
 #include <climits>
 #include <memory>
 
@@ -11,6 +12,7 @@
 #include "exchange/bank_visit.h"
 #include "exchange/refusals.h"
 #include "input/parsed_file.h"
+#include "krofx/host/look.h"
 #include "output/messages.h"
 #include "requests/request_maker.h"
 
@@ -24,6 +26,15 @@ struct Options {
   std::string name;
   int newPasswordFd = -1;
 };
+
+// Whether a reply has the answer to the change.
+bool HasAnswer(const ParsedFile& reply) {
+  const std::vector<OfxFile> files = reply.GetOfxFiles();
+  return std::any_of(files.begin(), files.end(), [](const OfxFile& each) {
+    auto answers = krofx::Each<KRPinChangeRs>(*each.file);
+    return answers.begin() != answers.end();
+  });
+}
 
 ExitStatus Fail(const std::string& problem, ExitStatus exitStatus) {
   Complain(kSubcommand, problem);
@@ -94,6 +105,11 @@ class Changer {
       Complain(m_bank.name, reply.GetProblem());
       SayUnknown();
       return kExitUnusable;
+    }
+    if (!HasAnswer(reply)) {
+      Complain(m_bank.name, "the reply does not say that the password is changed");
+      SayUnknown();
+      return kExitRefused;
     }
     Complain(kSubcommand, "the password of " + m_bank.user + " at " + m_bank.name + " is changed");
     if (m_bank.keyring) return StoreNew();

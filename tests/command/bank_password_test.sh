@@ -72,6 +72,12 @@ sed -i '/^root/d' "$banks"
 signs_on third-password 5
 has err 'status 15000, the password must be changed first, with "krofx bank password NAME"'
 
+# A reply without an answer to the change does not mean that it is done.
+sed -i 's/15000<SEVERITY>ERROR/0<SEVERITY>INFO/' expired.ofx
+KROFX_PASSWORD=third-password expect 4 bank password harbor --new-password-fd 0 <<<'never-kept-1'
+has err 'the reply does not say that the password is changed'
+has err 'whether the password is changed is not known'
+
 # Where the password is kept, the new one takes the place of the old one.
 url=$bank_url
 mkdir -p keyring
