@@ -17,9 +17,9 @@ namespace krofx::command {
 /// @return how many threads the machine runs at once; at least 1.
 inline std::size_t CountCores() { return std::max(1U, std::thread::hardware_concurrency()); }
 
-/// Does pieces of work on several threads and hands each result to the calling thread, in the order
-/// of the pieces. Only so many results wait at a time, however long the first piece takes. An
-/// exception of either function ends the work and comes out of here.
+/// Does pieces of work on several threads, of which the calling one is one, and hands each result
+/// to the calling thread, in the order of the pieces. Only so many results wait at a time, however
+/// long the first piece takes. An exception of either function ends the work and comes out of here.
 /// @param make makes the result of the piece of a number, on any thread.
 /// @param take takes a result, on the calling thread.
 template <class Result, class Make, class Take>
@@ -32,7 +32,9 @@ void WorkInOrder(std::size_t pieces, std::size_t threads, Make make, Take take) 
   const std::size_t window = threads * 16;
   std::vector<std::optional<Result>> waiting(window);
   std::mutex mutex;
-  std::condition_variable changed;
+  // Nobody waits for either while there is work, so that small pieces cost no change of threads.
+  std::condition_variable hasRoom;
+  std::condition_variable isNextReady;
   std::exception_ptr failure;
   std::size_t next = 0;
   std::size_t taken = 0;
@@ -41,19 +43,33 @@ void WorkInOrder(std::size_t pieces, std::size_t threads, Make make, Take take) 
     const std::lock_guard lock(mutex);
     if (!failure) failure = std::current_exception();
     stop = true;
-    changed.notify_all();
+    hasRoom.notify_all();
+    isNextReady.notify_all();
+  };
+  const auto mayMake = [&] { return next < pieces && next < taken + window; };
+  const auto makeOne = [&](std::unique_lock<std::mutex>& lock) {
+    const std::size_t piece = next++;
+    lock.unlock();
+    Result result = make(piece);
+    lock.lock();
+    waiting[piece % window] = std::move(result);
+    if (piece == taken) isNextReady.notify_one();
   };
   const auto work = [&] {
     for (std::unique_lock lock(mutex);;) {
-      changed.wait(lock, [&] { return stop || next == pieces || next < taken + window; });
+      hasRoom.wait(lock, [&] { return stop || next == pieces || mayMake(); });
       if (stop || next == pieces) return;
-      const std::size_t piece = next++;
-      lock.unlock();
-      Result result = make(piece);
-      lock.lock();
-      waiting[piece % window] = std::move(result);
-      if (piece == taken) changed.notify_all();
+      makeOne(lock);
     }
+  };
+  const auto takeOne = [&](std::unique_lock<std::mutex>& lock) {
+    Result result = std::move(*waiting[taken % window]);
+    waiting[taken % window].reset();
+    ++taken;
+    lock.unlock();
+    hasRoom.notify_all();
+    take(std::move(result));
+    lock.lock();
   };
   {
     std::vector<std::jthread> workers;
@@ -65,20 +81,19 @@ void WorkInOrder(std::size_t pieces, std::size_t threads, Make make, Take take) 
       }
     };
     try {
-      for (std::size_t count = std::min(pieces, threads); count > 0; --count) {
+      for (std::size_t count = std::min(pieces, threads); count > 1; --count) {
         workers.emplace_back(guarded);
       }
+      const auto isReady = [&] { return waiting[taken % window].has_value(); };
       std::unique_lock lock(mutex);
-      while (taken < pieces) {
-        changed.wait(lock, [&] { return stop || waiting[taken % window].has_value(); });
-        if (stop) break;
-        Result result = std::move(*waiting[taken % window]);
-        waiting[taken % window].reset();
-        ++taken;
-        lock.unlock();
-        changed.notify_all();
-        take(std::move(result));
-        lock.lock();
+      while (taken < pieces && !stop) {
+        if (isReady()) {
+          takeOne(lock);
+        } else if (mayMake()) {
+          makeOne(lock);
+        } else {
+          isNextReady.wait(lock, [&] { return stop || isReady(); });
+        }
       }
     } catch (...) {
       fail();
