@@ -159,6 +159,8 @@ Subcommand Subcommand::Add(const char* name, const char* purpose) const {
   return Subcommand(m_app->add_subcommand(name, purpose));
 }
 
+Subcommand Subcommand::GetParent() const { return Subcommand(m_app->get_parent()); }
+
 void Subcommand::RequireSubcommand() const { m_app->require_subcommand(1); }
 
 std::string Subcommand::GetPath() const { return PathOf(*m_app); }

@@ -69,6 +69,8 @@ class Subcommand {
   /// Adds a subcommand to this one.
   /// @param purpose what the help says of it, in one line.
   Subcommand Add(const char* name, const char* purpose) const;
+  /// @return the one that this one was added to.
+  Subcommand GetParent() const;
   /// One of the subcommands that were added must be named.
   void RequireSubcommand() const;
   /// @return the names from the first subcommand to this one, such as "request transfer".

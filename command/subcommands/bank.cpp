@@ -276,8 +276,7 @@ Subcommand AddNamed(const Subcommand& parent, const char* name, const char* purp
 
 }  // namespace
 
-void AddBank(const Subcommand& parent) {
-  const Subcommand bank = parent.Add("bank", "Your banks by name, for \"krofx fetch WHAT @NAME\"");
+void DeclareBank(const Subcommand& bank) {
   bank.RequireSubcommand();
   AddAdd(bank);
   AddNamed(bank, "list", "List the banks", List);

@@ -49,9 +49,7 @@ ExitStatus PrintIDs(const std::vector<std::string>& files) {
 
 }  // namespace
 
-void AddCertID(const Subcommand& parent) {
-  const Subcommand certid =
-      parent.Add("certid", "Print the IDs of certificates, to pin servers by");
+void DeclareCertID(const Subcommand& certid) {
   const auto files = std::make_shared<std::vector<std::string>>();
   certid
       .AddOption("FILE", *files,

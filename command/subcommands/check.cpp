@@ -79,9 +79,7 @@ ExitStatus Check(const Options& options) {
 
 }  // namespace
 
-void AddCheck(const Subcommand& parent) {
-  const Subcommand check =
-      parent.Add("check", "Say whether OFX files are in order, and what is not");
+void DeclareCheck(const Subcommand& check) {
   const auto options = std::make_shared<Options>();
   AddInputOptions(check, options->input);
   const Option json = check.AddFlag("--json", options->json, "Print JSON, with all details");

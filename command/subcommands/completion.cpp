@@ -45,9 +45,7 @@ ExitStatus PrintCandidates(const WordOptions& options) {
 
 }  // namespace
 
-void AddCompletion(const Subcommand& parent) {
-  const Subcommand completion =
-      parent.Add("completion", "Print the script that completes words in your shell");
+void DeclareCompletion(const Subcommand& completion) {
   const auto options = std::make_shared<ScriptOptions>();
   completion.AddOption("SHELL", options->shell, "bash, zsh or fish").Required();
   completion.SetFooter(
@@ -55,10 +53,10 @@ void AddCompletion(const Subcommand& parent) {
       "compinit. In fish: krofx completion fish | source.\n"
       "An installed krofx has the scripts where the shells look for them.");
   completion.OnRun(options, PrintScript);
+}
 
-  const Subcommand complete = parent.Add("complete", "Print what may come next");
-  complete.SetGroup("");
-  const auto words = std::make_shared<WordOptions>(parent);
+void DeclareComplete(const Subcommand& complete) {
+  const auto words = std::make_shared<WordOptions>(complete.GetParent());
   complete.AddOption("WORD", words->words, "The words so far, after --");
   complete.OnRun(words, PrintCandidates);
 }

@@ -61,9 +61,7 @@ ExitStatus Diff(const Options& options) {
 
 }  // namespace
 
-void AddDiff(const Subcommand& parent) {
-  const Subcommand diff =
-      parent.Add(kName, "Say which transactions are new, gone or changed from OLD to NEW");
+void DeclareDiff(const Subcommand& diff) {
   const auto options = std::make_shared<Options>();
   diff.AddOption("OLD", options->oldFile, "The earlier OFX file, directory, or -").Required();
   diff.AddOption("NEW", options->newFile, "The later one").Required();

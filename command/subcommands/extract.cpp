@@ -183,9 +183,7 @@ ExitStatus Extract(const Options& options) {
 
 }  // namespace
 
-void AddExtract(const Subcommand& parent) {
-  const Subcommand extract =
-      parent.Add("extract", "Save the attachments of a multipart OFX response");
+void DeclareExtract(const Subcommand& extract) {
   const auto options = std::make_shared<Options>();
   extract.AddOption("FILE", options->file, "A multipart text, or - for standard input").Required();
   extract.AddOption("-d,--directory", options->directory,

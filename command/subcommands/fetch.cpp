@@ -80,8 +80,7 @@ class SendRequest : public ExchangeUse {
 
 }  // namespace
 
-void AddFetch(const Subcommand& parent) {
-  const Subcommand fetch = parent.Add("fetch", "Ask an institution, and show what it answers");
+void DeclareFetch(const Subcommand& fetch) {
   fetch.RequireSubcommand();
   for (const AddRequestKind add : kRequests) {
     add(fetch, std::make_shared<SendRequest>());

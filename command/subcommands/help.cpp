@@ -41,9 +41,8 @@ ExitStatus Help(const Options& options) {
 
 }  // namespace
 
-void AddHelp(const Subcommand& parent) {
-  const Subcommand help = parent.Add("help", "Say more of a command, as \"krofx help print\"");
-  const auto options = std::make_shared<Options>(parent);
+void DeclareHelp(const Subcommand& help) {
+  const auto options = std::make_shared<Options>(help.GetParent());
   help.AddOption("COMMAND", options->names, "A command, such as print, or request transfer");
   help.OnRun(options, Help);
 }

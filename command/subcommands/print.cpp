@@ -132,9 +132,7 @@ ExitStatus Print(const Options& options) {
 
 }  // namespace
 
-void AddPrint(const Subcommand& parent) {
-  const Subcommand print =
-      parent.Add("print", "Show institutions, accounts, balances and transactions of OFX files");
+void DeclarePrint(const Subcommand& print) {
   const auto options = std::make_shared<Options>();
   AddInputOptions(print, options->input);
   AddPrintOptions(print, options->form);

@@ -64,8 +64,7 @@ class WriteRequest : public RequestUse {
 
 }  // namespace
 
-void AddRequest(const Subcommand& parent) {
-  const Subcommand request = parent.Add("request", "Make a request to an institution");
+void DeclareRequest(const Subcommand& request) {
   request.RequireSubcommand();
   for (const AddRequestKind add : kRequests) {
     add(request, std::make_shared<WriteRequest>());

@@ -70,8 +70,7 @@ ExitStatus Rewrite(const Options& options) {
 
 }  // namespace
 
-void AddRewrite(const Subcommand& parent) {
-  const Subcommand rewrite = parent.Add("rewrite", "Read an OFX file and write it again, in order");
+void DeclareRewrite(const Subcommand& rewrite) {
   const auto options = std::make_shared<Options>();
   rewrite.AddOption("FILE", options->file, "An OFX file, or - for standard input").Required();
   rewrite.AddOption("-o,--output", options->output,

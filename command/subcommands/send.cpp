@@ -142,9 +142,7 @@ void AddRest(const Subcommand& app, Options& options) {
 
 }  // namespace
 
-void AddSend(const Subcommand& parent) {
-  const Subcommand send =
-      parent.Add("send", "Send a request to an institution, and write the reply");
+void DeclareSend(const Subcommand& send) {
   const auto options = std::make_shared<Options>();
   send.AddOption("URL", options->exchange.url,
                  "The institution's address, or a bank of \"krofx bank list\", as @harbor")
@@ -154,8 +152,7 @@ void AddSend(const Subcommand& parent) {
   send.OnRun(options, Send);
 }
 
-void AddGet(const Subcommand& parent) {
-  const Subcommand get = parent.Add("get", "Fetch what an address holds");
+void DeclareGet(const Subcommand& get) {
   const auto options = std::make_shared<Options>();
   get.AddOption("URL", options->exchange.url, "The address, also file:").Required();
   AddRest(get, *options);

@@ -93,9 +93,7 @@ ExitStatus Sum(const Options& options) {
 
 }  // namespace
 
-void AddSum(const Subcommand& parent) {
-  const Subcommand sum =
-      parent.Add(kName, "Add up what came in and went out, by month, name and so on");
+void DeclareSum(const Subcommand& sum) {
   const auto options = std::make_shared<Options>();
   AddInputOptions(sum, options->input);
   sum.AddOption("--by", options->by,

@@ -1,7 +1,7 @@
 #!/bin/sh
 # Prints what is missing from an installation, and what should not be in it.
 #
-#   check_layout.sh PREFIX LIBDIR VERSION WITH_COMMAND
+#   check_layout.sh PREFIX LIBDIR VERSION WITH_COMMAND LIBEXECDIR
 set -eu
 prefix=$1 lib=$1/$2 version=$3 with_command=$4
 failed=0
@@ -16,12 +16,17 @@ wanted="include/krofx/krofx.h include/krofx/aggregates.h include/krofx/version.h
   $2/cmake/krofx/krofxConfig.cmake $2/cmake/krofx/krofxConfigVersion.cmake
   share/doc/krofx/README.md share/doc/krofx/LICENSE"
 if [ "$with_command" = 1 ]; then
-  wanted="$wanted bin/krofx share/man/man1/krofx.1 share/bash-completion/completions/krofx"
+  wanted="$wanted bin/krofx $5/krofx/krofx-full share/man/man1/krofx.1 share/bash-completion/completions/krofx"
   wanted="$wanted share/zsh/site-functions/_krofx share/fish/vendor_completions.d/krofx.fish"
 fi
 for file in $wanted; do
   [ -e "$prefix/$file" ] || complain "not installed: $file"
 done
+
+# The command finds its other program wherever the installation is.
+if [ "$with_command" = 1 ] && ! "$prefix/bin/krofx" --help >/dev/null; then
+  complain "the installed command does not find $5/krofx/krofx-full"
+fi
 
 # Programs are linked to the name with the major version.
 objdump -p "$lib/libkrofx.so" | grep -q "SONAME *libkrofx.so.${version%%.*}\$" ||
