@@ -16,7 +16,9 @@ using namespace krofx::testing;
 // Short texts with all that makes the parser look ahead.
 std::vector<std::string> OddTexts() {
   const std::string first = "<STMTTRN><TRNTYPE>DEBIT<TRNAMT>-1<FITID>1</STMTTRN>";
-  const std::string header = "OFXHEADER:100\r\nDATA:OFXSGML\r\n\r\n";
+  const std::string header =
+      "OFXHEADER:100\r\nDATA:OFXSGML\r\nVERSION:102\r\nSECURITY:NONE\r\nENCODING:USASCII\r\n"
+      "CHARSET:1252\r\nCOMPRESSION:NONE\r\nOLDFILEUID:NONE\r\nNEWFILEUID:NONE\r\n\r\n";
   const auto around = [](const std::string& transactions) {
     return "<OFX><BANKMSGSRSV1><STMTTRNRS><STMTRS><BANKTRANLIST>" + transactions +
            "</BANKTRANLIST></STMTRS></STMTTRNRS></BANKMSGSRSV1></OFX>";
@@ -47,6 +49,24 @@ std::vector<std::string> OddTexts() {
     texts.push_back(header + around(first + middle + first));
     texts.push_back(around(first + middle));
   }
+  // Several complete ones in a row are read ahead.
+  const std::string fields = "<TRNTYPE>DEBIT<DTPOSTED>20250203<TRNAMT>-1<FITID>1<NAME>n";
+  const std::string complete = "<STMTTRN>" + fields + "</STMTTRN>";
+  for (const std::string& middle : {
+           std::string("<STMTTRN><TRNTYPE>DEBIT</STMTTRN>"),
+           "<STMTTRN>" + fields + "<TRNAMT>2</STMTTRN>",
+           "<STMTTRN>" + fields +
+               "<CURRENCY><CURSYM>USD</CURRENCY><CURRENCY><CURRATE>1</CURRENCY></STMTTRN>",
+           "<STMTTRN>" + fields + "<CURRENCY><CURSYM>USD<CURRATE>1</CURRENCY><UNKNOWN>1</STMTTRN>",
+           "<STMTTRN>" + fields + "<TRNAMT>x</STMTTRN>",
+           "<STMTTRN><UNKNOWN>1" + fields + "<MEMO>a &amp; b</STMTTRN>",
+           std::string("<DTSTART>20250101"),
+           std::string("<DTSTART>x"),
+           std::string("<STMTTRN>"),
+           std::string("<UNKNOWN>"),
+       }) {
+    texts.push_back(header + around(complete + complete + complete + middle + complete + complete));
+  }
   texts.push_back("");
   texts.push_back("nothing");
   texts.push_back("no colon\n" + around(first));
@@ -60,8 +80,10 @@ std::vector<std::string> OddTexts() {
 }
 
 TEST(StreamPieces, OfEverySizeGiveTheSame) {
+  std::size_t elements = 0;
   for (const std::string& text : OddTexts()) {
     const Streamed whole = StreamText(text);
+    elements += whole.elements.size();
     for (std::size_t size = 1; size <= std::min<std::size_t>(text.size(), 64); ++size) {
       const Streamed pieces = StreamText(text, size);
       ASSERT_EQ(pieces.elements, whole.elements) << size << "\n" << text;
@@ -70,6 +92,7 @@ TEST(StreamPieces, OfEverySizeGiveTheSame) {
       ASSERT_EQ(pieces.rest, whole.rest) << size << "\n" << text;
     }
   }
+  EXPECT_GT(elements, OddTexts().size());
 }
 
 TEST(StreamPieces, CutAnywhereGiveTheSame) {

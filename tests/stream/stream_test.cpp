@@ -234,6 +234,42 @@ TEST(Stream, StopsWhenTheHostHasEnough) {
   EXPECT_NE(FindIn<KRGenericStatementRs>(stream.Root()), nullptr);
 }
 
+TEST(Stream, StopsBeforeElementsThatWereReadAhead) {
+  std::string transactions;
+  for (std::size_t number = 1; number <= 10; ++number) transactions += NumberedTransaction(number);
+  const std::string text = BankStatementFile(transactions + "<STMTTRN><UNKNOWN>1</STMTTRN>");
+  for (std::size_t enough = 1; enough <= 10; ++enough) {
+    Stream stream;
+    stream.Want<KRBankStatementTx>();
+    stream.Open(std::string_view(text));
+    for (std::size_t number = 1; number <= enough; ++number) ASSERT_NE(stream.Next(), nullptr);
+    EXPECT_TRUE(stream.Warnings().empty());
+    stream.Stop();
+    EXPECT_EQ(stream.Next(), nullptr);
+    EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+    EXPECT_TRUE(stream.HasMoreTags());
+  }
+}
+
+TEST(Stream, TakesElementsOutOfTheirList) {
+  std::string transactions;
+  for (std::size_t number = 1; number <= 100; ++number) transactions += NumberedTransaction(number);
+  const std::string text = BankStatementFile(transactions);
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  std::size_t count = 0;
+  for (const StreamElement& element : stream) {
+    EXPECT_EQ(element.Number(), ++count);
+    const auto* const list = element.Within<KRBankTransactionList>();
+    ASSERT_NE(list, nullptr);
+    for (u16 index = 0; index < list->GetNumStatementTx(); ++index) {
+      EXPECT_NE(list->GetStatementTx(index), &element.Object());
+    }
+  }
+  EXPECT_EQ(count, 100u);
+}
+
 TEST(Stream, ReadsABufferOfADerivedClass) {
   const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
   ServingBuffer buffer(text);
@@ -512,9 +548,12 @@ TEST(Stream, GivesTheSameInSmallWindows) {
 
 TEST(Stream, EndsWithoutMemory) {
   const std::string text =
-      BankStatementFile(NumberedTransaction(1) + "<UNKNOWN>1" + NumberedTransaction(2));
+      BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2) + NumberedTransaction(3) +
+                        "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250203<TRNAMT>-1<FITID>4<NAME>x"
+                        "<CURRENCY><CURRATE>1<CURSYM>USD</CURRENCY></STMTTRN><UNKNOWN>1" +
+                        NumberedTransaction(5));
   const Streamed whole = StreamText(text);
-  ASSERT_EQ(whole.elements.size(), 2u);
+  ASSERT_EQ(whole.elements.size(), 5u);
   for (const bool andAllLater : {false, true}) {
     for (std::size_t nth = 1; nth < 100000; ++nth) {
       std::size_t count = 0;
@@ -528,12 +567,14 @@ TEST(Stream, EndsWithoutMemory) {
         while (const StreamElement* const element = stream.Next()) {
           ++count;
           ASSERT_EQ(element->As<KRBankStatementTx>()->ValidateTag(KRTag_NAME), 1);
+          // What is wrong comes after what was read before it.
+          ASSERT_TRUE(count == 5 || stream.Warnings().empty()) << nth;
         }
         status = stream.Status();
         failed = krofx::internal::AllocationFailure::Count() >= nth;
       }
       if (status != KRParseStatus_Fatal) {
-        ASSERT_EQ(count, 2u) << nth;
+        ASSERT_EQ(count, 5u) << nth;
         ASSERT_EQ(status, KRParseStatus_Warnings) << nth;
       }
       if (!failed) break;

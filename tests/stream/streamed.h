@@ -33,8 +33,9 @@ inline void WantMuch(Stream& stream) {
 
 /// What a host sees of a stream.
 struct Streamed {
-  std::vector<std::string> elements;  ///< Place, path, account, text.
-  Lines texts;                        ///< The texts alone.
+  /// Place, path, account, how many warnings there were, text.
+  std::vector<std::string> elements;
+  Lines texts;  ///< The texts alone.
   KRParseStatus status = KRParseStatus_Accepted;
   Lines warnings;
   std::string rest;  ///< The tree at the end.
@@ -53,8 +54,8 @@ inline void TakeAll(Stream& stream, Streamed& out) {
     const KRAccount* const account = element->Account();
     out.texts.push_back(Written(&element->Object()));
     out.elements.push_back(AtPlace(element->Where()) + " " + Str(element->Path()) + " " +
-                           (account == nullptr ? "-" : Str(account->GetAccountID())) + "\n" +
-                           out.texts.back());
+                           (account == nullptr ? "-" : Str(account->GetAccountID())) + " " +
+                           std::to_string(stream.Warnings().size()) + "\n" + out.texts.back());
   }
 }
 

@@ -43,8 +43,9 @@ class StreamRun;
 /// One element, and where it is. It and its object are good until the stream is asked for the next.
 class KROFX_API StreamElement {
  public:
-  /// @return the object, which belongs to the stream. It may be changed, and copied with the
-  ///         DeepCopyFrom of its class.
+  /// @return the object, which belongs to the stream. It has left its list; only a wrapper stays in
+  /// its
+  ///         message set. It may be changed, and copied with the DeepCopyFrom of its class.
   KRDataObj& Object() const;
   /// @return the object as one of class `Class`; null when it is none.
   template <class Class>
@@ -64,8 +65,8 @@ class KROFX_API StreamElement {
   /// @return the account of the nearest aggregate around it that has one, as far as the text has
   ///         given it up to here; null without.
   const KRAccount* Account() const;
-  /// @return the open aggregate around it that is `levels` further out: 1 is its list. Null beyond
-  ///         the root.
+  /// @return the open aggregate around it that is `levels` further out: 1 is the one that has its
+  ///         list, in which the next element may have begun already. Null beyond the root.
   KRDataObj* Around(u16 levels) const;
   /// @return the nearest aggregate around it that is of class `Class`; null when there is none.
   template <class Class>

@@ -14,6 +14,19 @@
 
 namespace krofx::internal {
 
+namespace {
+
+// Whether the start tag `id` comes next, and is the one that came after the tag `last` before.
+bool IsStartAgain(const KnownTag& last, const AggregateTable& table, KRTagID id, const char* at,
+                  const char* limit) {
+  const KnownTag* const tag = last.next;
+  if (tag == nullptr || tag->isEnd || tag->entry->tagID != id || tag->table != &table) return false;
+  while (at < limit && IsWhite(*at)) ++at;
+  return at < limit && *at == '<' && tag->IsAt(at + 1);
+}
+
+}  // namespace
+
 bool RowMemo::Remember(TagDictionary& dictionary, KRDataObj& object, const AggregateTable* table,
                        const char* text, const char* end, KnownTag& place) {
   KnownTag tag;
@@ -35,6 +48,7 @@ bool RowMemo::Remember(TagDictionary& dictionary, KRDataObj& object, const Aggre
     tag.versions = table->valid.table[position].versions;
     tag.position = static_cast<u8>(position);
     tag.offset = OffsetIn(object, row);
+    tag.isFigure = row.value != nullptr && IsFigure(*row.value);
   }
   tag.length = static_cast<u8>(name - text + nameLength);
   tag.key = TagKey(text, tag.length + 1);
@@ -77,6 +91,28 @@ KRParseStatus PlainFeed::Start(Target& target, const KnownTag& tag, s32 position
   ObjectAccess::SetBitAt(*target.object, tag.position);
   Push(target, *table, *child);
   if constexpr (kUse == FeedUse::kStream) m_watcher->OnOpened(*child, position);
+  target = {child, table, ObjectAccess::VersionOf(*child)};
+  return KRParseStatus_Accepted;
+}
+
+// As Start, for an element of a list that the watcher gets instead of the list.
+KRParseStatus PlainFeed::StartBeside(Target& target, const KnownTag& tag, s32 position) {
+  KRDataObjFactory* const factory = KRDataObj::GetFactory();
+  KRDataObj* const child = factory == nullptr ? nullptr : tag.RowOf().create(*factory);
+  if (child == nullptr) return Start<FeedUse::kStream>(target, tag, position);
+  ObjectAccess::SetType(*child, tag.entry->tagID);
+  const AggregateTable* const table = ObjectAccess::PlainTableOf(*child, kPlainParse);
+  if (table == nullptr) {
+    const ChildArrayKind& kind = *tag.RowOf().array;
+    void* const array = tag.RowOf().member(*target.object);
+    if (kind.set(array, kind.entries(array), child) == 0) {
+      delete child;
+      return KRParseStatus_Fatal;
+    }
+    return target.object->PushAndSetObject(child, tag.entry->tagID);
+  }
+  Push(target, *table, *child);
+  m_watcher->OnOpenedBeside(*child, position);
   target = {child, table, ObjectAccess::VersionOf(*child)};
   return KRParseStatus_Accepted;
 }
@@ -130,6 +166,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     m_engine.m_itemPosition = static_cast<s32>(lastName - bytes);
   };
 
+  bool isBeside = false;
   for (;;) {
     const char* at = next;
     while (at < limit && IsWhite(*at)) ++at;
@@ -156,9 +193,14 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
         m_parser.KRParser::PopObject();
       }
       if constexpr (kUse == FeedUse::kStream) {
-        if (m_watcher->OnClosed()) break;
+        const AfterClosing after = m_watcher->OnClosed();
+        if (after == AfterClosing::kHalts) break;
+        if (!FindTarget(target)) break;
+        isBeside = after == AfterClosing::kGoesOnInList;
+        if (isBeside && !IsStartAgain(*last, *target.table, id, next, limit)) break;
+      } else if (!FindTarget(target)) {
+        break;
       }
-      if (!FindTarget(target)) break;
       continue;
     }
 
@@ -170,10 +212,21 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     if (*at == '<') {
       // A CDATA section or comment needs the scanner, and one may follow the white space.
       if (at[1] == '!' || IsWhite(at[1]) || row.create == nullptr) break;
+      // A second one is warned about, which must wait until what was read ahead is handed out.
+      if (kUse == FeedUse::kStream && !IsArray(row) &&
+          SlotOf(row, *target.object).Get() != nullptr) {
+        break;
+      }
       elementBefore = KRTag_None;
       advance(tag, name, afterTag);
       commit();
-      status = Start<kUse>(target, *tag, static_cast<s32>(name - 1 - bytes));
+      const auto position = static_cast<s32>(name - 1 - bytes);
+      if (kUse == FeedUse::kStream && isBeside) {
+        isBeside = false;
+        status = StartBeside(target, *tag, position);
+      } else {
+        status = Start<kUse>(target, *tag, position);
+      }
       if (status != KRParseStatus_Accepted || m_parser.m_current != target.object) break;
       continue;
     }
@@ -193,8 +246,7 @@ KRParseStatus PlainFeed::Run(KRTagDictionaryEntry& entry, KRString& value, KRTag
     void* const member = reinterpret_cast<char*>(target.object) + tag->offset;
     if (!row.value->fromCommonText(member, view.data(), view.size())) break;
     if constexpr (kUse != FeedUse::kTree) {
-      const bool isRepeated = ObjectAccess::BitAt(*target.object, tag->position);
-      if (isRepeated && IsFigure(*row.value)) ++RepeatedFigures();
+      if (tag->isFigure && ObjectAccess::BitAt(*target.object, tag->position)) ++RepeatedFigures();
     }
     ObjectAccess::SetBitAt(*target.object, tag->position);
     elementBefore = tag->entry->tagID;

@@ -43,15 +43,24 @@ enum class FeedUse : u8 {
   kStream,  ///< A parser with a watcher.
 };
 
+/// Whether a feed goes on after an aggregate was closed.
+enum class AfterClosing : u8 {
+  kGoesOn,
+  /// Only when another aggregate of the same tag begins next, which is not put into the list.
+  kGoesOnInList,
+  kHalts,
+};
+
 /// Follows the aggregates that a feed opens and closes on the parser's stack.
 class FeedWatcher {
  public:
   /// An aggregate was opened and is current now.
   /// @param position where its start tag begins in the buffer.
   virtual void OnOpened(KRDataObj& object, s32 position) = 0;
+  /// The same after kGoesOnInList. The aggregate belongs to the watcher and is not in its list.
+  virtual void OnOpenedBeside(KRDataObj& object, s32 position) = 0;
   /// The aggregate that was current was closed.
-  /// @return whether the feed halts here.
-  virtual bool OnClosed() = 0;
+  virtual AfterClosing OnClosed() = 0;
 
  protected:
   ~FeedWatcher() = default;
@@ -96,6 +105,7 @@ class PlainFeed {
   bool FindTarget(Target& target) const;
   template <FeedUse kUse>
   KRParseStatus Start(Target& target, const KnownTag& tag, s32 position);
+  KRParseStatus StartBeside(Target& target, const KnownTag& tag, s32 position);
   void Push(const Target& target, const AggregateTable& table, KRDataObj& child);
 
   KRParser& m_parser;

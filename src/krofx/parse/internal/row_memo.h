@@ -30,6 +30,7 @@ struct KnownTag {
   u8 position = 0;                              ///< Of the row in the table.
   u8 length = 0;                                ///< Characters between '<' and '>'.
   bool isEnd = false;                           ///< An end tag, which has no row.
+  bool isFigure = false;                        ///< The row has an amount, a number or a date.
 
   const Row& RowOf() const { return table->rows[position]; }
   /// @return whether it is the tag at `text`, after the '<', where TagKey::kBytes bytes can be

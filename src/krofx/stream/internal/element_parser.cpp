@@ -50,13 +50,17 @@ void ElementParser::OnWarning(const KRParseException& warning, s32 position) {
     record.place = m_lines.Find(m_window.Text(), m_window.Base(), offset);
     record.path = m_track.Path();
   }
-  m_records.Add(std::move(record));
+  if (m_track.HasAhead()) {
+    m_records.Defer(std::move(record));
+  } else {
+    m_records.Add(std::move(record));
+  }
 }
 
 void ElementParser::Begin(KRFile& root, bool checkRequired) {
   m_root = &root;
   m_checkRequired = checkRequired;
-  m_track.Begin(root);
+  m_track.Begin(root, checkRequired);
   KRParseLogger* const log = Open(&m_window.Buffer(), &root);
   if (log == nullptr) {
     End(KRParseStatus_Fatal);
@@ -76,14 +80,6 @@ StreamStep ElementParser::End(KRParseStatus status) {
   m_status = status;
   m_root = nullptr;
   return StreamStep::kEnded;
-}
-
-// The check of the whole tree no longer finds what an element lacks.
-void ElementParser::CheckElement() {
-  KRDataObj* const object = m_missing.Find(*m_track.Element());
-  if (object == nullptr) return;
-  const KRTagID missing = object->GetFirstMissingRequiredTag(KRTag_None);
-  AppendParseException(KRPW_MISSINGTAG, KRString(), KRString(), missing, object);
 }
 
 StreamStep ElementParser::Next() {
@@ -118,20 +114,39 @@ StreamStep ElementParser::Step() {
     m_pass.emplace(*this, m_window.Engine(), &m_track);
   }
   for (;;) {
-    status = m_pass->Feed<FeedUse::kStream>();
-    bool going = status == kGoOn;
-    if (going && m_track.Element() == nullptr) {
-      if (!m_window.HasWholeTag(*this)) {
-        m_pass->SettleValue();
-        return StreamStep::kNeedsMore;
-      }
-      going = m_pass->TakeTag(status);
+    if (m_track.Element() != nullptr) {
+      WarnOfLacking();
+      return StreamStep::kElement;
     }
-    if (!going || KRGetFireAlarm() != KRFireAlarm_None) return End(status);
-    if (m_track.Element() == nullptr) continue;
-    if (m_checkRequired) CheckElement();
-    return StreamStep::kElement;
+    m_records.AddDeferred();
+    if (MayReadOn()) {
+      m_fed = m_pass->Feed<FeedUse::kStream>();
+      m_isAlarmed = !m_track.Settle() || KRGetFireAlarm() != KRFireAlarm_None;
+      if (m_track.TakeAhead()) continue;
+    }
+    if (!MayReadOn()) {
+      if (m_isAlarmed) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+      return End(m_fed);
+    }
+    if (!m_window.HasWholeTag(*this)) {
+      m_pass->SettleValue();
+      return StreamStep::kNeedsMore;
+    }
+    const bool goesOn = m_pass->TakeTag(status);
+    if (!goesOn || KRGetFireAlarm() != KRFireAlarm_None) return End(status);
+    m_track.TakeAhead();
   }
+}
+
+// Whether the last feed, all of whose elements are handed out, can be continued.
+bool ElementParser::MayReadOn() const { return m_fed == kGoOn && !m_isAlarmed; }
+
+// The check of the whole tree no longer finds what an element lacks.
+void ElementParser::WarnOfLacking() {
+  KRDataObj* const object = m_track.Lacking();
+  if (object == nullptr) return;
+  const KRTagID missing = object->GetFirstMissingRequiredTag(KRTag_None);
+  AppendParseException(KRPW_MISSINGTAG, KRString(), KRString(), missing, object);
 }
 
 }  // namespace krofx::internal

@@ -7,7 +7,6 @@
 #include <optional>
 
 #include "krofx/core/status.h"
-#include "krofx/model/internal/missing_search.h"
 #include "krofx/parse/internal/engine_window.h"
 #include "krofx/parse/internal/tag_pass.h"
 #include "krofx/parse/simple_parser.h"
@@ -34,6 +33,9 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
 
   /// Begins with the headers, which must be whole in the window.
   void Begin(KRFile& root, bool checkRequired);
+  /// Makes a wanted element that was read ahead the current one.
+  /// @return whether there is one, without anything to say of it; otherwise Next goes on.
+  bool TakeAhead() { return m_track.TakeAhead() && m_track.Lacking() == nullptr; }
   /// Goes on to the next wanted element.
   StreamStep Next();
   /// Once it has ended: the status, as of KRSimpleParser::Parse.
@@ -51,7 +53,8 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
   void OnWarning(const KRParseException& warning, s32 position) override;
   StreamStep Step();
   StreamStep End(KRParseStatus status);
-  void CheckElement();
+  bool MayReadOn() const;
+  void WarnOfLacking();
 
   EngineWindow& m_window;
   LineCounter& m_lines;
@@ -64,7 +67,9 @@ class ElementParser final : public KRSimpleParser, private KRWarningObserver {
   bool m_hasRepeats = false;
   KRParseStatus m_status = KRParseStatus_Accepted;
   std::optional<TagPass> m_pass;
-  MissingSearch m_missing;
+  // How the last feed ended, which counts when all that it read ahead is handed out.
+  KRParseStatus m_fed = KRParseStatus_Accepted;
+  bool m_isAlarmed = false;
 };
 
 }  // namespace krofx::internal

@@ -27,12 +27,21 @@ bool DropWrapperBefore(Set& set, const KRDataObj& element, WantedClasses& wanted
 
 }  // namespace
 
-void ElementTrack::Begin(KRDataObj& root) {
+ElementTrack::~ElementTrack() {
+  const auto free = [](const Complete& element) {
+    if (element.isTaken) delete element.object;
+  };
+  free(m_current);
+  if (m_depthBeside != 0) delete m_levels[m_depthBeside].object;
+  for (u8 index = m_next; index < m_countAhead; ++index) free(m_ahead[index]);
+}
+
+void ElementTrack::Begin(KRDataObj& root, bool checkRequired) {
+  m_checkRequired = checkRequired;
   m_levels[0].object = &root;
   m_levels[0].kind.element = nullptr;
   m_levels[0].countOfTags = 0;
   m_open = 0;
-  m_element = nullptr;
 }
 
 std::size_t ElementTrack::CountOne(Level& level, KRTagID tag) {
@@ -64,36 +73,94 @@ void ElementTrack::OnOpened(KRDataObj& object, s32 position) {
   Level& level = m_levels[m_open + 1];
   level.object = &object;
   level.tag = object.GetType();
-  level.isPlaced = false;
-  level.place.offset = m_base + static_cast<std::size_t>(std::max(position, s32{0}));
-  level.number = CountOne(m_levels[m_open], level.tag);
+  level.start.isPlaced = false;
+  level.start.place.offset = m_base + static_cast<std::size_t>(std::max(position, s32{0}));
+  level.start.number = CountOne(m_levels[m_open], level.tag);
   level.kind.element = nullptr;
   level.countOfTags = 0;
   ++m_open;
 }
 
-bool ElementTrack::OnClosed() {
-  const Level& level = m_levels[m_open--];
+void ElementTrack::OnOpenedBeside(KRDataObj& object, s32 position) {
+  OnOpened(object, position);
+  m_depthBeside = m_open;
+}
+
+AfterClosing ElementTrack::OnClosed() {
+  const s16 depth = m_open--;
+  if (depth == m_depthBeside) {
+    m_depthBeside = 0;
+    return Keep(depth, m_ahead[0].row, true);
+  }
+  const Level& level = m_levels[depth];
   const Kind& kind = KindOf(level, m_levels[m_open]);
-  if (!kind.wanted) return false;
-  m_element = level.object;
-  m_depth = static_cast<s16>(m_open + 1);
-  m_row = kind.row;
+  if (!kind.wanted) return AfterClosing::kGoesOn;
+  bool isTaken = false;
+  if (kind.row != nullptr) {
+    void* const array = kind.row->member(*m_levels[m_open].object);
+    KRDataObj* const last = kind.row->array->takeLast(array);
+    // Nothing can be taken of a list that the host has copied.
+    isTaken = last == level.object;
+    if (last != nullptr && !isTaken) {
+      kind.row->array->set(array, kind.row->array->entries(array), last);
+    }
+  }
+  return Keep(depth, kind.row, isTaken);
+}
+
+AfterClosing ElementTrack::Keep(s16 depth, const Row* row, bool isTaken) {
+  const Level& level = m_levels[depth];
+  Complete& element = m_ahead[m_countAhead++];
+  element.object = level.object;
+  element.start = level.start;
+  element.depth = depth;
+  element.isTaken = isTaken;
+  element.row = row;
+  m_lackingAhead = m_checkRequired ? m_missing.Find(*level.object) : nullptr;
+  const Complete& first = m_ahead[0];
+  const std::size_t length = element.start.place.offset - first.start.place.offset;
+  const bool goesOn = isTaken && depth == first.depth && length <= kMostTextAhead &&
+                      m_countAhead != kMostAhead && m_lackingAhead == nullptr;
+  return goesOn ? AfterClosing::kGoesOnInList : AfterClosing::kHalts;
+}
+
+bool ElementTrack::Settle() {
+  if (m_depthBeside == 0) return true;
+  const Row& row = *m_ahead[0].row;
+  void* const array = row.member(*m_levels[m_depthBeside - 1].object);
+  if (row.array->set(array, row.array->entries(array), m_levels[m_depthBeside].object) == 0) {
+    return false;
+  }
+  m_depthBeside = 0;
+  return true;
+}
+
+bool ElementTrack::TakeAhead() {
+  m_lacking = nullptr;
+  if (m_next == m_countAhead) {
+    m_next = m_countAhead = 0;
+    return false;
+  }
+  m_current = m_ahead[m_next++];
+  if (m_next == m_countAhead) m_lacking = m_lackingAhead;
   return true;
 }
 
 void ElementTrack::FindPlaces(LineCounter& lines, std::string_view part, std::size_t base) {
-  const s16 deepest = m_element != nullptr ? m_depth : m_open;
-  for (s16 depth = 1; depth <= deepest; ++depth) {
-    Level& level = m_levels[depth];
-    if (level.isPlaced) continue;
-    level.place = lines.Find(part, base, level.place.offset);
-    level.isPlaced = true;
-  }
+  const auto place = [&](Start& start) {
+    if (start.isPlaced) return;
+    start.place = lines.Find(part, base, start.place.offset);
+    start.isPlaced = true;
+  };
+  const s16 around = m_current.object != nullptr ? static_cast<s16>(m_current.depth - 1) : m_open;
+  for (s16 depth = 1; depth <= around; ++depth) place(m_levels[depth].start);
+  if (m_current.object != nullptr) place(m_current.start);
 }
 
 KRDataObj* ElementTrack::Around(u16 levels) const {
-  return m_element == nullptr || levels > m_depth ? nullptr : m_levels[m_depth - levels].object;
+  if (levels == 0) return m_current.object;
+  const bool isOpen = m_current.object != nullptr && levels <= m_current.depth;
+  return isOpen ? m_levels[m_current.depth - levels].object : nullptr;
 }
 
 const KRAccount* ElementTrack::AccountOfElement() const {
@@ -105,27 +172,33 @@ const KRAccount* ElementTrack::AccountOfElement() const {
 
 KRString ElementTrack::Path() const {
   KRString path;
-  const s16 deepest = m_element != nullptr ? m_depth : m_open;
-  for (s16 depth = 1; depth <= deepest; ++depth) {
-    const Level& level = m_levels[depth];
-    const bool isInList = IsInList(*m_levels[depth - 1].object, level.tag);
-    AddToStreamPath(path, level.tag, isInList ? level.number : 0);
+  const auto add = [&](s16 depth, KRTagID tag, std::size_t number) {
+    AddToStreamPath(path, tag, IsInList(*m_levels[depth - 1].object, tag) ? number : 0);
+  };
+  const s16 around = m_current.object != nullptr ? static_cast<s16>(m_current.depth - 1) : m_open;
+  for (s16 depth = 1; depth <= around; ++depth) {
+    add(depth, m_levels[depth].tag, m_levels[depth].start.number);
+  }
+  if (m_current.object != nullptr) {
+    add(m_current.depth, m_current.object->GetType(), m_current.start.number);
   }
   return path;
 }
 
 void ElementTrack::Drop() {
-  KRDataObj* const element = m_element;
-  m_element = nullptr;
+  KRDataObj* const element = m_current.object;
+  m_current.object = nullptr;
   if (element == nullptr) return;
-  KRDataObj& parent = *m_levels[m_depth - 1].object;
-  if (m_row != nullptr) {
-    void* const array = m_row->member(parent);
-    const u16 entries = m_row->array->entries(array);
-    // A host may have taken it out by itself.
-    if (entries == 0) return;
-    const auto last = static_cast<u16>(entries - 1);
-    if (m_row->array->get(array, last) == element) m_row->array->truncate(array, last);
+  if (m_current.isTaken) {
+    delete element;
+    return;
+  }
+  KRDataObj& parent = *m_levels[m_current.depth - 1].object;
+  if (const Row* const row = m_current.row) {
+    void* const array = row->member(parent);
+    const u16 entries = row->array->entries(array);
+    const u16 last = static_cast<u16>(entries - 1);
+    if (entries != 0 && row->array->get(array, last) == element) row->array->truncate(array, last);
     return;
   }
   WithMessageSet(parent,

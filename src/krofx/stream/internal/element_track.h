@@ -1,5 +1,9 @@
 // What a stream keeps while a text is read: which aggregates are open and where they begin, which
 // elements are wanted, and how a list lets go of one.
+//
+// The wanted elements of a list that follow each other are read some at a time, since leaving the
+// loop that reads them for each one takes a third as long as the reading. The list has one at a
+// time nevertheless: those that were read ahead wait beside it.
 
 #ifndef KROFX_STREAM_INTERNAL_ELEMENT_TRACK_H_
 #define KROFX_STREAM_INTERNAL_ELEMENT_TRACK_H_
@@ -14,6 +18,7 @@
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/model/data_object.h"
 #include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/missing_search.h"
 #include "krofx/model/parser.h"
 #include "krofx/parse/internal/plain_feed.h"
 #include "krofx/reader/mending.h"
@@ -29,26 +34,40 @@ class ElementTrack final : public FeedWatcher {
   ElementTrack(const ElementTrack&) = delete;
   ElementTrack& operator=(const ElementTrack&) = delete;
 
+  ~ElementTrack();
+
   /// Begins a tree.
-  void Begin(KRDataObj& root);
+  /// @param checkRequired whether to look for missing tags in wanted elements.
+  void Begin(KRDataObj& root, bool checkRequired);
   /// From now on positions are counted from this offset in the text.
   void SetBase(std::size_t base) { m_base = base; }
   void OnOpened(KRDataObj& object, s32 position) override;
-  /// When it is a wanted element of a list, it becomes the current element.
-  /// @return whether it did.
-  bool OnClosed() override;
+  void OnOpenedBeside(KRDataObj& object, s32 position) override;
+  /// A wanted element waits for TakeAhead.
+  AfterClosing OnClosed() override;
+  /// To be called after a feed: puts an element that is not complete into its list.
+  /// @return false when memory is exhausted.
+  bool Settle();
+
+  /// @return whether elements wait.
+  bool HasAhead() const { return m_next != m_countAhead; }
+  /// Makes the element that has waited longest the current one. There must be none.
+  /// @return whether there is one.
+  bool TakeAhead();
 
   /// @return the current element; null when there is none.
-  KRDataObj* Element() const { return m_element; }
+  KRDataObj* Element() const { return m_current.object; }
+  /// @return the part of the current element that lacks a required tag; null when none does.
+  KRDataObj* Lacking() const { return m_lacking; }
   /// Finds the lines of the open aggregates and of the current element. Must be called before the
   /// part of the text that they begin in leaves memory.
   /// @param part a part of the text that has their start tags in it.
   /// @param base the offset of its first byte.
   void FindPlaces(LineCounter& lines, std::string_view part, std::size_t base);
   /// @return where the current element begins, after FindPlaces.
-  const Place& PlaceOfElement() const { return m_levels[m_depth].place; }
+  const Place& PlaceOfElement() const { return m_current.start.place; }
   /// @return which of its tag the current element is in its list, from 1.
-  std::size_t NumberOfElement() const { return m_levels[m_depth].number; }
+  std::size_t NumberOfElement() const { return m_current.start.number; }
   /// @return the aggregate around the current element that is `levels` further out; null beyond the
   ///         root.
   KRDataObj* Around(u16 levels) const;
@@ -57,7 +76,7 @@ class ElementTrack final : public FeedWatcher {
   const KRAccount* AccountOfElement() const;
   /// @return the path of the current element, or, without one, of the innermost open aggregate.
   KRString Path() const;
-  /// Takes the current element out of its list and deletes it.
+  /// Deletes the current element.
   void Drop();
 
  private:
@@ -76,28 +95,53 @@ class ElementTrack final : public FeedWatcher {
     const Row* row = nullptr;  // Of the list in the parent's table that holds them.
   };
   static constexpr std::size_t kKinds = 64;
+  // Where an aggregate begins.
+  struct Start {
+    Place place;
+    bool isPlaced = true;  // Otherwise the place has an offset only.
+    std::size_t number = 1;
+  };
   struct Level {
     KRDataObj* object = nullptr;
     KRTagID tag = KRTag_None;
-    bool isPlaced = true;  // Otherwise the place has an offset only.
-    Place place;
-    std::size_t number = 1;
+    Start start;
     Kind kind;  // Of the child that was closed last: most lists are of one kind.
     u8 countOfTags = 0;
     Count counts[kMostCounts];
   };
 
+  // A wanted element that is complete.
+  struct Complete {
+    KRDataObj* object = nullptr;
+    Start start;
+    s16 depth = 0;
+    bool isTaken = false;      // Out of its list, so that it belongs to the track.
+    const Row* row = nullptr;  // Of its list.
+  };
+  // Further ones would take more memory than they save time.
+  static constexpr u8 kMostAhead = 32;
+  static constexpr std::size_t kMostTextAhead = 64 * 1024;
+
   static std::size_t CountOne(Level& level, KRTagID tag);
   const Kind& KindOf(const Level& level, Level& parent);
+  AfterClosing Keep(s16 depth, const Row* row, bool isTaken);
 
   WantedClasses& m_wanted;
   Level m_levels[KRParser::kMaxDepth + 1];
   std::size_t m_base = 0;
-  s16 m_open = 0;   // How many are open.
-  s16 m_depth = 0;  // Of the current element.
-  KRDataObj* m_element = nullptr;
-  const Row* m_row = nullptr;  // Of the list that holds the current element.
+  s16 m_open = 0;  // How many are open.
   Kind m_kinds[kKinds];
+  Complete m_current;
+  // Those that wait: m_ahead[m_next] to m_ahead[m_countAhead - 1].
+  Complete m_ahead[kMostAhead];
+  u8 m_next = 0;
+  u8 m_countAhead = 0;
+  s16 m_depthBeside = 0;  // Of an open element that is not in its list; 0 without.
+  bool m_checkRequired = false;
+  MissingSearch m_missing;
+  // What the last one that waits lacks, and the current one.
+  KRDataObj* m_lackingAhead = nullptr;
+  KRDataObj* m_lacking = nullptr;
 };
 
 }  // namespace krofx::internal

@@ -31,6 +31,15 @@ class RecordKeeper {
       KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     }
   }
+  /// Adds a warning with the next AddDeferred: it comes after elements that are still to be handed
+  /// out.
+  void Defer(ReadWarning warning) {
+    if (!m_deferred.Append(std::move(warning))) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  }
+  void AddDeferred() {
+    for (ReadWarning& warning : m_deferred) Add(std::move(warning));
+    m_deferred.Clear();
+  }
   /// @return whether anything was added.
   bool Any() const { return m_any; }
   const List<ReadWarning>& Warnings() const { return m_warnings; }
@@ -43,6 +52,7 @@ class RecordKeeper {
   List<ReadWarning> m_warnings;
   std::size_t m_unkept = 0;
   bool m_any = false;
+  List<ReadWarning> m_deferred;
 };
 
 }  // namespace krofx::internal

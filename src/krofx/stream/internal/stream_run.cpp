@@ -204,6 +204,7 @@ const StreamElement* StreamRun::NextMended() {
 
 const StreamElement* StreamRun::Next() {
   m_track.Drop();
+  if (m_state == StreamState::kReading && m_parser.TakeAhead()) return &m_element;
   if (m_state == StreamState::kIdle) m_state = StreamState::kHungry;
   if (m_state != StreamState::kEnded && KRGetFireAlarm() != KRFireAlarm_None) {
     KRSetFireAlarm(KRFireAlarm_None);
@@ -315,6 +316,7 @@ const OfxText& StreamRun::JudgedText() {
 bool StreamRun::HasMoreTags() {
   if (m_state != StreamState::kEnded) return false;
   if (IsMending()) return m_mended->HasMoreTags();
+  if (m_track.HasAhead()) return true;
   if (m_window.Text().find('<', m_window.CountRead()) != std::string_view::npos) return true;
   return m_source.HasAhead('<');
 }
