@@ -97,6 +97,9 @@ void CheckTree(Bytes text, const Make& make, const Copy& copy) {
   if ((status != KRParseStatus_Accepted && status != KRParseStatus_Warnings) || !IsText(strict)) {
     return;
   }
+  // A file with headers that OFX does not have is written without them, after the blank line that
+  // ends them.
+  if (strict.starts_with('\r')) return;
   const auto again = make();
   ReadInto<Parser>(*again, strict, true);
   ExpectSame(strict, Written(*again), "a written text is written again");

@@ -61,6 +61,21 @@ TEST(Characters, AreShownInUtf8WhateverTheSetIs) {
   }
 }
 
+TEST(Characters, AreShownWithoutControlCharactersAndWhatIsBeforeThem) {
+  const struct {
+    const char* bytes;
+    const char* shown;
+  } kCases[] = {
+      {"Grocer\n\x7F", "Grocer"},     {"\x01 Grocer", "Grocer"}, {"a\x7F b", "a b"}, {"\x7F", ""},
+      {"Grocer \x02\x03 ", "Grocer"},
+  };
+  for (const auto& each : kCases) {
+    const Reading reading = Read(Statement(each.bytes));
+    EXPECT_EQ(Shown(reading), each.shown);
+    EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_None);
+  }
+}
+
 TEST(Characters, AreThoseThatTheBytesTellWhenTheHeaderLies) {
   Reading reading = Read(Statement("Z\xC3\xBCrich", "USASCII", "ISO-8859-2"));
   EXPECT_EQ(MendingNames(reading), Lines{"charset"});

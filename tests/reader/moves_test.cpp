@@ -67,6 +67,19 @@ TEST(Moves, ReadsAStatementInTheWrapperOfAnotherKind) {
            {"moved"});
 }
 
+TEST(Moves, LeavesASignOnWhatItIs) {
+  const Reading reading =
+      Read(File(Aggregate("SIGNONMSGSRSV1", Aggregate("SONRS", Statement("1"))), 1));
+  EXPECT_EQ(MendingNames(reading), (Lines{"moved", "missing-end", "stray-end"}));
+  auto* const signOn = FindIn<KRSignOnRs>(reading.root);
+  ASSERT_NE(signOn, nullptr);
+  EXPECT_EQ(signOn->GetType(), KRTag_SONRS);
+  auto* const wrapper = FindIn<KRTransRs>(reading.root);
+  ASSERT_NE(wrapper, nullptr);
+  EXPECT_EQ(wrapper->GetType(), KRTag_STMTTRNRS);
+  EXPECT_NE(wrapper->GetActualTrans(), nullptr);
+}
+
 TEST(Moves, ReadsBothStatementsOfOneWrapper) {
   const std::string both = ResponseWrapper("STMTTRNRS", Statement("1") + kCardStatement);
   ExpectAs(Whole(Aggregate("BANKMSGSRSV1", both)), Whole(kBank + kCard), {"moved"});

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
 #include "krofx/reader/characters/charset.h"
 #include "krofx/reader/characters/references.h"
@@ -33,17 +34,21 @@ std::string_view WithoutSection(std::string_view text) {
                  : text;
 }
 
-// Appends a character of Unicode, unless it is a control character that is not wanted.
-bool Append(KRBuffer& out, char32_t code, Conversion conversion) {
-  const bool control = (code < 0x20 && code != '\t' && code != '\n' && code != '\r') ||
-                       (code >= 0x7F && code < 0xA0);
-  if (control && conversion == Conversion::kAsMeant) return true;
+bool IsControl(char32_t code) {
+  return (code < 0x20 && code != '\t' && code != '\n' && code != '\r') ||
+         (code >= 0x7F && code < 0xA0);
+}
+
+bool Append(KRBuffer& out, char32_t code) {
   char bytes[4];
   const std::size_t count = EncodeUtf8(code, bytes);
   return out.Write(bytes, static_cast<u16>(count)) == KRBufferOK;
 }
 
-bool Convert(std::string_view text, const Charset& charset, Conversion conversion, KRBuffer& out) {
+// Appends the characters of a text.
+// leftOut: takes whether there were control characters that are not wanted.
+bool Convert(std::string_view text, const Charset& charset, Conversion conversion, KRBuffer& out,
+             bool& leftOut) {
   Charset utf8;
   if (utf8.Open("UTF-8") != Charset::Opened::kYes) return false;
   const ReferenceReader references(text, utf8, true);
@@ -59,9 +64,19 @@ bool Convert(std::string_view text, const Charset& charset, Conversion conversio
     }
     char32_t code;
     at += charset.Decode(text.substr(at), code);
-    if (!Append(out, code, conversion)) return false;
+    if (IsControl(code) && conversion == Conversion::kAsMeant) {
+      leftOut = true;
+    } else if (!Append(out, code)) {
+      return false;
+    }
   }
   return true;
+}
+
+std::string_view Trim(std::string_view text) {
+  while (!text.empty() && IsWhite(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsWhite(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 }  // namespace
@@ -79,18 +94,21 @@ KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion
   KRBuffer out(0, 256);
   const bool open = charset == set.Name() ||
                     set.Open({charset, charset.GetStrLength()}) != Charset::Opened::kNoMemory;
-  if (!open || !Convert(view, set, conversion, out) || out.GetBufferPtr() == nullptr) {
+  bool leftOut = false;
+  if (!open || !Convert(view, set, conversion, out, leftOut)) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return result;
   }
+  std::string_view written(out.GetBufferPtr(), out.GetBufferSize());
+  // The parser kept the white space at the ends, since the control characters were further out.
+  if (leftOut) written = Trim(written);
   // A text that grows beyond what a string takes is cut between two characters.
-  u32 size = std::min<u32>(out.GetBufferSize(), KRString::kMaxLength);
-  const char* const bytes = out.GetBufferPtr();
-  while (size > 0 && size < out.GetBufferSize() &&
-         (static_cast<unsigned char>(bytes[size]) & 0xC0) == 0x80) {
+  std::size_t size = std::min<std::size_t>(written.size(), KRString::kMaxLength);
+  while (size > 0 && size < written.size() &&
+         (static_cast<unsigned char>(written[size]) & 0xC0) == 0x80) {
     --size;
   }
-  result.Assign(bytes, static_cast<u16>(size));
+  if (size != 0) result.Assign(written.data(), static_cast<u16>(size));
   return result;
 }
 

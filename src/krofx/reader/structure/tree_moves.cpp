@@ -23,6 +23,11 @@ u16 CountChildren(KRDataObj& object) {
   return count;
 }
 
+bool IsWrapper(const KRDataObj& object) {
+  return dynamic_cast<const KRTransRs*>(&object) != nullptr ||
+         dynamic_cast<const KRTransRq*>(&object) != nullptr;
+}
+
 bool HasPayload(KRDataObj& wrapper) {
   const auto* const response = dynamic_cast<KRTransRs*>(&wrapper);
   const auto* const request = dynamic_cast<KRTransRq*>(&wrapper);
@@ -127,7 +132,8 @@ bool TreeReader::TakeWrapperElsewhere(const ScannedTag& tag, s16 body, const Hom
 bool TreeReader::TakePayloadElsewhere(const ScannedTag& tag, s16 body, const Home& home) {
   const auto inSet = static_cast<s16>(body + 1);
   const auto inWrapper = static_cast<s16>(body + 2);
-  if (GetDepth() < inWrapper) {
+  // A sign-on or a synchronisation cannot become a wrapper.
+  if (GetDepth() < inWrapper || !IsWrapper(*m_levels[inWrapper].object)) {
     if (!TakeWrapperElsewhere(tag, body, home)) return false;
     m_openingImplicit = true;
     const KRParseStatus status = Open(home.wrapper, nullptr);
