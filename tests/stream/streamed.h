@@ -70,12 +70,9 @@ inline void TakeEnd(Stream& stream, Streamed& out) {
   out.rest = Written(stream.Root());
 }
 
-/// Streams a text in pieces of `size` bytes; 0 for the whole text from memory.
-inline Streamed StreamText(const std::string& text, std::size_t size = 0,
-                           StreamOptions options = {}) {
-  Stream stream(options);
-  WantMuch(stream);
-  Streamed out;
+/// Gives a stream a text in pieces of `size` bytes, 0 for the whole text from memory, and takes all
+/// elements.
+inline void Pour(Stream& stream, const std::string& text, std::size_t size, Streamed& out) {
   if (size == 0) stream.Open(std::string_view(text));
   for (std::size_t at = 0; size != 0 && at < text.size(); at += size) {
     const std::string piece = text.substr(at, size);
@@ -84,6 +81,15 @@ inline Streamed StreamText(const std::string& text, std::size_t size = 0,
   }
   if (size != 0) stream.Finish();
   TakeAll(stream, out);
+}
+
+/// Streams a text in pieces of `size` bytes; 0 for the whole text from memory.
+inline Streamed StreamText(const std::string& text, std::size_t size = 0,
+                           StreamOptions options = {}) {
+  Stream stream(options);
+  WantMuch(stream);
+  Streamed out;
+  Pour(stream, text, size, out);
   TakeEnd(stream, out);
   return out;
 }

@@ -3,6 +3,7 @@
 #ifndef KROFX_TESTS_SUPPORT_READINGS_H_
 #define KROFX_TESTS_SUPPORT_READINGS_H_
 
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -35,6 +36,20 @@ inline Lines MendingNames(const Reading& reading) {
   Lines names;
   for (const Mending& mending : reading.mendings) names.emplace_back(NameOf(mending.kind));
   return names;
+}
+
+/// The kinds of all mendings, each once.
+inline std::set<MendingKind> KindsOf(const Reading& reading) {
+  std::set<MendingKind> kinds;
+  for (const Mending& mending : reading.mendings) kinds.insert(mending.kind);
+  return kinds;
+}
+
+/// The problem of a reading that ended where damage of a kind must not be mended.
+inline std::string ProblemWithout(MendingKind kind) {
+  const MendingKindInfo* const info = FindMendingKind(kind);
+  return std::string("it was read up to damage that must not be mended: ") +
+         (info == nullptr ? "no such kind" : info->sentence);
 }
 
 /// The warnings of a reading: name without prefix, tag, value.
