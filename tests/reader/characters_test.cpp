@@ -125,6 +125,48 @@ TEST(Characters, OfUtf16AreReadInBothOrders) {
   }
 }
 
+// A text in units of `bytes` bytes. '@' becomes U+00EB, '#' U+1F3E6, '!' what is no character, and
+// '*' a control character.
+std::string InUnits(const std::string& text, std::size_t bytes, bool big) {
+  std::u32string units;
+  for (const char c : text) {
+    const auto code = static_cast<unsigned char>(c);
+    if (c == '#' && bytes == 2) units += U"\xD83C";
+    units += c == '@'   ? U'\u00EB'
+             : c == '#' ? (bytes == 2 ? U'\xDFE6' : U'\U0001F3E6')
+             : c == '!' ? (bytes == 2 ? U'\xD83C' : U'\x110000')
+             : c == '*' ? U'\x01'
+                        : char32_t{code};
+  }
+  std::string wide;
+  for (const char32_t unit : units) {
+    for (std::size_t index = 0; index < bytes; ++index) {
+      wide += static_cast<char>(unit >> 8 * (big ? bytes - 1 - index : index));
+    }
+  }
+  return wide;
+}
+
+TEST(Characters, OfUtf16AndUtf32AreReadWhateverTheyAre) {
+  const std::string whole = Statement("Zo@ #! *x<ACME.X>1", "UNICODE", "NONE");
+  const std::string body = "Zo\u00eb \U0001F3E6\uFFFD x";
+  for (const std::size_t bytes : {std::size_t{2}, std::size_t{4}}) {
+    for (const bool big : {false, true}) {
+      for (const bool marked : {false, true}) {
+        std::string wide = InUnits((marked ? "?" : "") + whole, bytes, big);
+        // In place of the question mark, U+FEFF.
+        if (marked) wide[big ? bytes - 1 : 0] = '\xFF';
+        if (marked) wide[big ? bytes - 2 : 1] = '\xFE';
+        const Reading reading = Read(wide);
+        ASSERT_EQ(MendingNames(reading), (Lines{"wide-characters", "private-tag"}));
+        EXPECT_EQ(Str(reading.mendings[0].was), bytes == 2 ? "UTF-16" : "UTF-32");
+        EXPECT_EQ(Shown(reading), body);
+        EXPECT_EQ(Shown(Read(wide + wide[0])), body) << "half a character at the end";
+      }
+    }
+  }
+}
+
 TEST(Characters, OfUtf16HaveTheirPlacesInTheOriginalBytes) {
   const std::string text =
       "OFXHEADER:100\nDATA:OFXSGML\nVERSION:102\nSECURITY:NONE\nENCODING:"

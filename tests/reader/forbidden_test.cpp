@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "reader/damaged_fronts.h"
 #include "reader/damaged_texts.h"
 #include "support/readings.h"
 
@@ -36,6 +37,14 @@ TEST(ForbiddenMendings, EndTheReadingOfDamagedTexts) {
     SCOPED_TRACE(seed);
     ExpectEndsAtEachKind(MakeDamage(seed, examples, kinds).text);
     if (HasFailure()) return;
+  }
+}
+
+TEST(ForbiddenMendings, EndTheReadingOfTextsWithDamagedFronts) {
+  for (const std::string& text : TextsWithDamagedFronts()) {
+    SCOPED_TRACE(text.substr(0, 200));
+    EXPECT_FALSE(Read(text).mendings.empty());
+    ExpectEndsAtEachKind(text);
   }
 }
 

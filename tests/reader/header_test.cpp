@@ -132,6 +132,35 @@ TEST(Header, MayBeThatOfTheOtherForm) {
   ExpectWhole("<?xml version=\"1.0\"?>\n" + kWhole, {"header-form"});
 }
 
+TEST(Header, OfOfx2MayHaveAttributesWithoutValuesAndOtherInstructions) {
+  const Reading reading = Read(
+      "<?OFXES VERSION=\"9\"?><?OFX OFXHEADER=\"200\"VERSION=\"203\" SECURITYLEVEL=\"9\" SECURITY "
+      "OLDFILEUID = \"2026-01.A_b\" NEWFILEUID=?>" +
+      kMarked);
+  EXPECT_EQ(MendingNames(reading), Lines{"private-tag"});
+  EXPECT_EQ(Str(reading.texts[0].version), "203");
+  EXPECT_EQ(*reading.root->GetHeader(KRHeaderTag_OLDFILEUID), KRString("2026-01.A_b"));
+  EXPECT_EQ(*reading.root->GetHeader(KRHeaderTag_SECURITY), KRString("NONE"));
+  ExpectWhole("<?OFX OFXHEADER=\"200\" VERSION=\"203\" NEWFILEUID= ?>" + kBody, {});
+  ExpectWhole("Dear customer, <?OFX OFXHEADER=\"200\" VERSION=\"203\"?>" + kBody,
+              {"text-in-front"});
+}
+
+TEST(Header, TakesNoFieldOfAnotherNameForItsOwn) {
+  ExpectWhole("X-VERSION:300\r\nMY_CHARSET:850\r\n" + kWhole, {"text-in-front"});
+  ExpectWhole(Fields("\r\n") + "and so on\r\n\r\n" + kBody, {"header-field-unknown"});
+  ExpectWhole("VERSION\r\n\r\n" + kBody, {"text-in-front", "header-missing"});
+}
+
+TEST(Header, TakesTheLastOfTwoFieldsOfOneNameAsTheParserDoes) {
+  const std::string fields = "SECURITY:NONE\r\nVERSION:151\r\nVERSION:\r\n";
+  for (const std::string& body : {kBody, kMarked}) {
+    std::string text = kWhole.substr(0, kWhole.find('<')) + body;
+    text.replace(text.find("SECURITY"), 15, fields);
+    EXPECT_EQ(*Read(text).root->GetHeader(KRHeaderTag_VERSION), KRString("151"));
+  }
+}
+
 TEST(Header, KeepsItsFileIdentifiers) {
   std::string text = kWhole;
   text.replace(text.find("NEWFILEUID:NONE"), 15, "NEWFILEUID:2026-01-05.A");

@@ -59,6 +59,108 @@ TEST(Multipart, MayHaveMessageSetsOfBothVersions) {
             WrittenBody(Read(BankStatementFile("", 2)).root));
 }
 
+// A whole text whose boundary lines are in other letters than its header says, so that only the
+// reader finds its parts.
+std::string WithHeader(const std::string& header, const std::string& parts) {
+  return header + "\r\n\r\n" + parts + "\r\n--cut--\r\n";
+}
+// A private tag sees to it that the parser does not read the text cleanly.
+std::string OfxPart(std::string text) {
+  text.insert(text.find("<OFX>") + 5, "<ACME.X>1");
+  return "--cut\r\nContent-Type: application/x-ofx\r\n\r\n" + text + "\r\n";
+}
+
+TEST(Multipart, FindsItsBoundaryHoweverItIsWritten) {
+  const std::string body = WrittenBody(Read(Statement("-1.50")).root);
+  for (const char* const header :
+       {"Content-Type: multipart/x; boundary=CUT; charset=x",
+        "Content-Type: multipart/x; Boundary = CUT",
+        "Content-Type: multipart/x; boundaryless; BOUNDARY=\"CUT\"",
+        "Content-Type: multipart/x;\r\n\tcharset=x;\r\n boundary=\"CUT\"",
+        "Content-Type: multipart/x; boundary=CUT\r\nX: boundary=other"}) {
+    const Reading reading = Read(WithHeader(header, OfxPart(Statement("-1.50"))));
+    ASSERT_NE(reading.root, nullptr) << header;
+    EXPECT_EQ(reading.texts[0].kind, TextKind::kMultipart) << header;
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 1) << header;
+    EXPECT_EQ(WrittenBody(reading.root->GetSubfile(0)), body) << header;
+  }
+}
+
+TEST(Multipart, TakesNoOtherLinesForBoundaries) {
+  const std::string note = "--cu\r\n--cutter\r\n--other\r\n- cut\r\n--cut-\r\n";
+  const Reading reading = Read(WithHeader("Content-Type: multipart/x; boundary=CUT",
+                                          "--CUTTER\r\n--cut\r\nContent-Type: text/plain\r\n\r\n" +
+                                              note + OfxPart(Statement("-1.50"))));
+  ASSERT_NE(reading.root, nullptr);
+  ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+  EXPECT_NE(Str(reading.root->GetSubfile(0)->GetMIMEBody()).find(note), std::string::npos);
+}
+
+TEST(Multipart, HasTheCharacterSetOfItsFirstTextAndGivesEveryText) {
+  std::string second = Statement("-2.50");
+  second.replace(second.find("1252"), 4, "1250");
+  second.insert(second.find("<FITID>"), "<NAME>\xA3");
+  const Reading reading = Read(WithHeader("Content-Type: multipart/x; boundary=CUT",
+                                          OfxPart(Statement("-1.50")) + OfxPart(second)));
+  ASSERT_NE(reading.root, nullptr);
+  EXPECT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+  EXPECT_EQ(Str(reading.texts[0].charset), Str(Read(Statement("-1.50")).texts[0].charset));
+  EXPECT_EQ(reading.Response(), reading.root->GetSubfile(0));
+  EXPECT_EQ(reading.Request(), nullptr);
+}
+
+TEST(Multipart, GivesTheRequestAfterAPartThatIsNoOfx) {
+  const Reading reading =
+      Read(WithHeader("Content-Type: multipart/x; boundary=CUT",
+                      "--cut\r\n\r\nHello\r\n" + OfxPart(RequestFile("BANKMSGSRQ", ""))));
+  ASSERT_NE(reading.root, nullptr);
+  ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+  EXPECT_EQ(reading.Request(), reading.root->GetSubfile(1));
+  EXPECT_EQ(reading.Response(), nullptr);
+}
+
+TEST(Multipart, LeavesOutTheTextOfAPartThatNoStringHolds) {
+  for (const std::size_t size : {std::size_t{60000}, std::size_t{70000}}) {
+    const Reading reading =
+        Read(WithHeader("Content-Type: multipart/x; boundary=CUT",
+                        "--cut\r\nContent-Type: text/plain\r\n\r\n" + Repeat("x", size) + "\r\n" +
+                            OfxPart(Statement("-1.50"))));
+    ASSERT_NE(reading.root, nullptr);
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+    const bool fits = size == 60000;
+    EXPECT_EQ(WarningLines(reading), fits ? Lines() : Lines{"TOOLONG"});
+    EXPECT_EQ(reading.root->GetSubfile(0)->GetMIMEBody().GetStrLength() >= size, fits);
+    EXPECT_EQ(WrittenBody(reading.Response()), WrittenBody(Read(Statement("-1.50")).root));
+  }
+}
+
+TEST(Multipart, HasAllPartsThoughTheParserPassesOverSome) {
+  const std::string body = WrittenBody(Read(Statement("-1.50")).root);
+  for (const char* const header :
+       {"--cut\r\n\r\nHello\r\n--cut\r\nContent-Type: application/x-ofx\r\n\r\n",
+        "--cut\r\nContent-Type: text/plain\r\n\r\nHello\r\n"
+        "--cut\r\nContent-ID: 2\r\nContent-Type: application/x-ofx\r\n\r\n"}) {
+    const Reading reading = Read(WithHeader("Content-Type: multipart/x; boundary=\"cut\"",
+                                            header + Statement("-1.50") + "\r\n"));
+    EXPECT_EQ(reading.status, KRParseStatus_Accepted);
+    ASSERT_NE(reading.root, nullptr);
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2) << header;
+    EXPECT_NE(Str(reading.root->GetSubfile(0)->GetMIMEBody()).find("Hello"), std::string::npos);
+    EXPECT_EQ(WrittenBody(reading.Response()), body);
+  }
+}
+
+TEST(Multipart, MayHaveHeadersThatEndInNoBlankLine) {
+  for (const char* const between : {"", "no field\r\n", "<a:b>\r\n"}) {
+    const Reading reading = Read("Content-Type: multipart/x; boundary=CUT\r\n" +
+                                 std::string(between) + OfxPart(Statement("-1.50")) + "--cut--");
+    ASSERT_NE(reading.root, nullptr) << between;
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 1) << between;
+    EXPECT_EQ(WrittenBody(reading.Response()), WrittenBody(Read(Statement("-1.50")).root));
+  }
+  EXPECT_EQ(Read(std::string_view("Content-Type: multipart/x; boundary=CUT")).root, nullptr);
+}
+
 TEST(Multipart, WithoutAnyPartIsNoText) {
   const Reading reading =
       Read(std::string("Content-Type: multipart/mixed; boundary=x\r\n\r\nnothing\r\n"));

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "reader/damaged_fronts.h"
 #include "reader/damaged_texts.h"
 #include "stream/streamed.h"
 
@@ -28,19 +29,33 @@ void ExpectEndsAt(MendingKind kind, const std::string& text, std::size_t size) {
   for (const Mending& mending : stream.Mendings()) EXPECT_NE(mending.kind, kind);
 }
 
+// Streams a text with each kind of its mendings forbidden.
+void ExpectEndsAtEachKind(const std::string& text) {
+  const std::set<MendingKind> met = KindsOf(Read(text));
+  // A stream refuses them.
+  if (met.contains(MendingKind::kWideCharacters) || met.contains(MendingKind::kMultipartDamage)) {
+    return;
+  }
+  for (const MendingKind kind : met) {
+    ExpectEndsAt(kind, text, 0);
+    ExpectEndsAt(kind, text, 100);
+  }
+}
+
 TEST(ForbiddenMendings, EndTheStreamOfDamagedTexts) {
   const std::vector<std::string> examples = WholeExamples();
   const std::vector<Damage> kinds = AllDamage();
   for (unsigned seed = 1; seed <= 150; ++seed) {
     SCOPED_TRACE(seed);
-    const std::string text = MakeDamage(seed, examples, kinds).text;
-    const std::set<MendingKind> met = KindsOf(Read(text));
-    if (met.contains(MendingKind::kWideCharacters)) continue;  // A stream refuses them.
-    for (const MendingKind kind : met) {
-      ExpectEndsAt(kind, text, 0);
-      ExpectEndsAt(kind, text, 100);
-    }
+    ExpectEndsAtEachKind(MakeDamage(seed, examples, kinds).text);
     if (HasFailure()) return;
+  }
+}
+
+TEST(ForbiddenMendings, EndTheStreamOfTextsWithDamagedFronts) {
+  for (const std::string& text : TextsWithDamagedFronts()) {
+    SCOPED_TRACE(text.substr(0, 200));
+    ExpectEndsAtEachKind(text);
   }
 }
 

@@ -1,8 +1,9 @@
 // Multipart texts that the MIME parser does not read whole: it ends at the first part with a
-// warning, and wants each boundary letter by letter.
+// warning, and passes over parts whose first header is not their content type.
+
+#include "krofx/reader/file/multipart.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
@@ -95,6 +96,23 @@ bool IsBoundary(std::string_view line, std::string_view boundary, bool& last) {
 }
 
 }  // namespace
+
+std::size_t CountParts(std::string_view text) {
+  HeaderLines lines(text, 0);
+  std::string_view boundary;
+  while (lines.Next()) {
+    if (boundary.empty()) boundary = BoundaryOf(lines.Value());
+  }
+  if (boundary.empty()) return 0;
+  std::size_t parts = 0;
+  bool last = false;
+  for (std::size_t at = lines.Position(); at < text.size() && !last;) {
+    const std::size_t next = NextLine(text, at);
+    if (IsBoundary(text.substr(at, next - at), boundary, last) && !last) ++parts;
+    at = next;
+  }
+  return parts;
+}
 
 KRParseStatus FileReader::ReadMultipart(OfxText& text, std::size_t from, std::size_t end) {
   const std::string_view bytes = Bytes().substr(0, end);

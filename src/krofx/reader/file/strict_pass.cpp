@@ -11,6 +11,7 @@
 #include "krofx/parse/engine.h"
 #include "krofx/parse/simple_parser.h"
 #include "krofx/reader/file/clean_parser.h"
+#include "krofx/reader/file/multipart.h"
 #include "krofx/reader/records/recorder.h"
 
 namespace krofx::internal {
@@ -84,6 +85,9 @@ StrictResult TryStrictly(KRBuffer& buffer, OfxText& text) {
   if (text.kind == TextKind::kMultipart) {
     KRMIMEParser parser;
     result.status = parser.Parse(&buffer, text.root.get(), 1);
+    // A part without a header, or with another one before its content type, makes the parser pass
+    // over a part without a warning.
+    result.lossless = CountParts(BytesOf(buffer)) <= text.root->GetNumberOfSubfiles();
   } else {
     KRParseEngine engine(buffer);
     CleanParser parser;
@@ -95,7 +99,7 @@ StrictResult TryStrictly(KRBuffer& buffer, OfxText& text) {
     log->SetBuffer(nullptr);
     log->DeleteAll();
   }
-  result.lossless = !losses.Any();
+  result.lossless = result.lossless && !losses.Any();
   return result;
 }
 

@@ -179,8 +179,9 @@ class HeaderReader {
         const std::string_view between = front.substr(passed, at - passed);
         if (!TakeBetween(between, inOrder)) return false;
       }
-      std::string_view& taken = m_header.fields[field->tag];
-      if (taken.empty()) taken = Trimmed(front.substr(value, end - value));
+      // Of two fields of one name the last counts, as for the parser.
+      const std::string_view given = Trimmed(front.substr(value, end - value));
+      if (!given.empty()) m_header.fields[field->tag] = given;
       passed = end;
       field = next;
       at = nextAt;
