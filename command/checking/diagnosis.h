@@ -3,6 +3,7 @@
 #ifndef KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
 #define KROFX_COMMAND_CHECKING_DIAGNOSIS_H_
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,17 @@ struct MissingTag {
   std::string sentence;                   ///< What to do.
 };
 
-/// @return all that the trees of a file lack, in its order.
-std::vector<MissingTag> FindMissing(const ParsedFile& file);
+/// What is missing in a file.
+struct MissingTags {
+  /// What the trees of the file lack, in its order; then what the elements that are not in the tree
+  /// lack, in their order, up to the number that a reading keeps.
+  std::vector<MissingTag> listed;
+  /// How many there are beyond those.
+  std::size_t unlisted = 0;
+};
+
+/// @return all that a file lacks.
+MissingTags FindMissing(const ParsedFile& file);
 
 }  // namespace krofx::command
 

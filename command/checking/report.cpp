@@ -19,7 +19,7 @@ std::string At(const std::string& path) { return path.empty() ? "" : " in " + pa
 Report::Report(const std::string& name, Reader reader) : file(name, reader, Holding::kSummary) {
   missing = FindMissing(file);
   verdict = file.GetVerdict();
-  if (!missing.empty()) verdict = Worse(verdict, kExitWarnings);
+  if (!missing.listed.empty()) verdict = Worse(verdict, kExitWarnings);
 }
 
 std::string DetailsOf(const Report& report) {
@@ -43,8 +43,11 @@ std::string DetailsOf(const Report& report) {
   for (const ShownMending& mending : ShownMendings(file)) {
     out += file.GetName() + ":" + TextOf(mending) + "\n";
   }
-  for (const MissingTag& missing : report.missing) {
+  for (const MissingTag& missing : report.missing.listed) {
     out += file.GetName() + ": missing: " + missing.sentence + At(missing.path) + "\n";
+  }
+  if (report.missing.unlisted > 0) {
+    out += file.GetName() + ": missing: " + std::to_string(report.missing.unlisted) + " more\n";
   }
   return out;
 }

@@ -18,7 +18,7 @@ struct Report {
   Report(const std::string& name, Reader reader);
 
   ParsedFile file;
-  std::vector<MissingTag> missing;
+  MissingTags missing;
   ExitStatus verdict;
 };
 

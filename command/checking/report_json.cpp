@@ -26,7 +26,7 @@ Json JsonOf(const Report& report) {
     warnings.Append(std::move(each));
   }
   Json missing = Json::Array();
-  for (const MissingTag& each : report.missing) {
+  for (const MissingTag& each : report.missing.listed) {
     Json object = Json::Object();
     object.Set("path", each.path);
     if (each.tag.empty()) {
@@ -50,6 +50,7 @@ Json JsonOf(const Report& report) {
       .Set("warnings", std::move(warnings))
       .Set("mendings", JsonOf(ShownMendings(file)))
       .Set("missing", std::move(missing));
+  if (report.missing.unlisted > 0) object.Set("missing_unlisted", report.missing.unlisted);
   return object;
 }
 

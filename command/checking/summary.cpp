@@ -117,12 +117,13 @@ constexpr std::size_t kMostLines = 3;
 class Groups {
  public:
   // A line of 0 is none.
-  void Add(const Wording& words, std::size_t line) {
+  void Add(const Wording& words, std::size_t line, std::size_t count = 1) {
+    if (count == 0) return;
     auto group = std::find_if(m_groups.begin(), m_groups.end(), [&words](const Group& each) {
       return each.words.several == words.several;
     });
     if (group == m_groups.end()) group = m_groups.insert(group, Group{words});
-    ++group->count;
+    group->count += count;
     if (line > 0) group->lines.push_back(line);
   }
 
@@ -192,10 +193,10 @@ std::string SummaryOf(const Report& report) {
   }
   for (const Warning& each : report.file.GetWarnings()) {
     // What is missing is counted once.
-    if (each.name == kMissingTag && !report.missing.empty()) continue;
+    if (each.name == kMissingTag && !report.missing.listed.empty()) continue;
     groups.Add(WordingOf(each), each.place.line);
   }
-  for (std::size_t count = report.missing.size(); count > 0; --count) groups.Add(kMissing, 0);
+  groups.Add(kMissing, 0, report.missing.listed.size() + report.missing.unlisted);
   std::string text = "usable; " + groups.Text();
   const std::size_t more = report.file.CountUnrecorded();
   return more == 0 ? text : text + ", " + std::to_string(more) + " more";

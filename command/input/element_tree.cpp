@@ -14,14 +14,22 @@ namespace {
 // The file and its body are above the message sets.
 constexpr std::size_t kMessageSetDepth = 2;
 
+void SetTag(Element& element, KRTagID tag) {
+  const char* const text = KRTagDictionary::TheKRTagDictionary()->GetTagString(tag);
+  element.tag = text == nullptr ? "?" : text;
+  element.id = tag;
+}
+
 // Gathers elements where a builder writes text. Values that the library writes in a way of its own
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
   explicit ElementGatherer(TextArena& arena) : m_arena(arena) {}
 
-  void Gather(KRDataObj& object, const krofx::OfxText* text, Element& root) {
+  void Gather(KRDataObj& object, const krofx::OfxText* text, Element& root,
+              bool inPayroll = false) {
     m_text = text;
+    m_inPayroll = inPayroll;
     m_path.assign(1, &root);
     Build(&m_buffer, &object, KRBuildStringOpt_Lenient, 0);
     TakeValue();
@@ -30,7 +38,9 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddTagStart(KRTagID tag) override {
     Element& element = Append(tag);
     element.isAggregate = true;
-    if (m_path.size() == kMessageSetDepth) m_inPayroll = element.tag.starts_with("N.PAYROLL");
+    if (m_path.size() == kMessageSetDepth && m_path.front()->id == KRTag_None) {
+      m_inPayroll = element.tag.starts_with("N.PAYROLL");
+    }
     m_path.push_back(&element);
     return KRBuildStatus_Done;
   }
@@ -91,9 +101,7 @@ class ElementGatherer : public KRPayrollBuilder {
     TakeValue();
     Element& element = m_arena.Make<Element>();
     m_path.back()->children.Append(element);
-    const char* const text = KRTagDictionary::TheKRTagDictionary()->GetTagString(tag);
-    element.tag = text == nullptr ? "?" : text;
-    element.id = tag;
+    SetTag(element, tag);
     element.disclosure = DisclosureOf(element.tag, m_path.back()->tag, m_inPayroll);
     return element;
   }
@@ -160,6 +168,15 @@ const Element* Element::Find(std::string_view childTag) const {
     if (child.tag == childTag) return &child;
   }
   return nullptr;
+}
+
+const Element& ReadElement(KRDataObj& object, KRTagID tag, bool inPayroll, TextArena& arena,
+                           const krofx::OfxText* text) {
+  Element& root = arena.Make<Element>();
+  root.isAggregate = true;
+  SetTag(root, tag);
+  ElementGatherer(arena).Gather(object, text, root, inPayroll);
+  return root;
 }
 
 const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text) {

@@ -86,6 +86,11 @@ inline void ElementList::Append(Element& element) {
 const Element& ReadElements(KRDataObj& object, TextArena& arena,
                             const krofx::OfxText* text = nullptr);
 
+/// Takes apart one aggregate of a file, with its own tag.
+/// @param inPayroll whether it is in a message set of payroll.
+const Element& ReadElement(KRDataObj& object, KRTagID tag, bool inPayroll, TextArena& arena,
+                           const krofx::OfxText* text);
+
 }  // namespace krofx::command
 
 #endif  // KROFX_COMMAND_INPUT_ELEMENT_TREE_H_

@@ -34,12 +34,18 @@ bool IsOfx(KRFile& file) {
 std::size_t LeastStreamed(Holding holding) {
   switch (holding) {
     case Holding::kRows:
-      return TransactionStream::kLeastSize;
+      return ListStream::kLeastSize;
     case Holding::kSummary:
       return 256 * 1024;
     default:
       return static_cast<std::size_t>(-1);
   }
+}
+
+ListStream::Use UseOf(Reader reader, Holding holding) {
+  if (reader == Reader::kStrict) return ListStream::Use::kStrict;
+  return holding == Holding::kSummary ? ListStream::Use::kAllThatIsMissing
+                                      : ListStream::Use::kMended;
 }
 
 // The first object whose list of children is as long as a list can be.
@@ -63,26 +69,30 @@ std::string ToText(const KRString& string) {
   return std::string(static_cast<const char*>(string), string.GetStrLength());
 }
 
-ParsedFile::ParsedFile(const std::string& name, Reader reader, Holding holding)
+ParsedFile::ParsedFile(const std::string& name, Reader reader, Holding holding,
+                       ListStream::MayStream mayStream)
     : m_name(DisplayName(name)) {
+  ListStream::Way way{UseOf(reader, holding), mayStream};
   const std::size_t leastStreamed = LeastStreamed(holding);
   const bool isFile = IsLargePlainFile(name, leastStreamed);
-  if (isFile && Survey(name, reader, holding)) return;
+  if (isFile && Survey(name, way)) return;
   m_text = ReadInput(name, m_problem);
   if (m_text == nullptr) return;
-  const bool maySurvey = !isFile && m_text->GetBufferSize() >= leastStreamed;
-  if (maySurvey && Survey(name, reader, holding)) return;
+  const std::size_t size = m_text->GetBufferSize();
+  const bool maySurvey = !isFile && size >= leastStreamed;
+  if (maySurvey && Survey(name, way)) return;
   Parse(reader);
+  // A small text can have a long list as well.
+  way.isLong = m_reading.status == KRParseStatus_Fatal && size < ListStream::kLeastSize;
+  if (way.isLong && holding != Holding::kAll && Survey(name, way)) return;
   m_problem = FindProblem();
 }
 
-bool ParsedFile::Survey(const std::string& name, Reader reader, Holding holding) {
-  using Use = TransactionStream::Use;
-  const Use use = reader == Reader::kStrict      ? Use::kStrict
-                  : holding == Holding::kSummary ? Use::kAllThatIsMissing
-                                                 : Use::kMended;
-  TransactionStream::Surveyed surveyed = TransactionStream::Survey(name, m_text, use);
+bool ParsedFile::Survey(const std::string& name, const ListStream::Way& way) {
+  ListStream::Surveyed surveyed = ListStream::Survey(name, m_text, way);
   if (surveyed.stream == nullptr) return false;
+  m_reading = {};
+  m_warnings.clear();
   KRFile* const root = surveyed.text.root.get();
   if (!m_reading.texts.Append(std::move(surveyed.text))) return false;
   m_reading.root = root;
@@ -196,8 +206,8 @@ std::string ParsedFile::FindProblem() const {
   if (status == KRParseStatus_Fatal) {
     if (KRDataObj* const full = FindFullList(m_reading.root)) {
       return "<" + ToText(KRUtility::ObjectToString(full)) +
-             "> has more than 65535 entries, which is the most that a list takes; the first 65535 "
-             "were read, since something is out of order. --strict reads all, to the letter";
+             "> has more than 65535 entries of one kind, which is more than can be held; the first "
+             "65535 were read";
     }
     return "memory was exhausted while reading";
   }

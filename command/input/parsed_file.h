@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "input/transaction_stream.h"
+#include "input/list_stream.h"
 #include "krofx/krofx.h"
 #include "system/exit_status.h"
 
@@ -23,16 +23,13 @@ enum class Reader {
 /// What of a text is held.
 enum class Holding {
   kAll,  ///< The tree is that of the whole text.
-  /// A text that is too large to be held may be without the transactions of its statements: see
-  /// ParsedFile::GetStream.
+  /// A text that is too large to be held may be without the transactions of its statements, and any
+  /// text without lists that are longer than a tree takes: see ParsedFile::GetStream.
   kRows,
   /// So may any text that takes longer to be held than to be read, unless one of its transactions
-  /// lacks something that must be there.
+  /// lacks something that must be there and a tree can hold them all.
   kSummary,
 };
-
-/// A list of the library takes this many entries.
-inline constexpr u16 kListLimit = 65535;
 
 /// A warning: what is out of order and was not mended.
 struct Warning {
@@ -54,8 +51,10 @@ struct OfxFile {
 class ParsedFile {
  public:
   /// Reads a file; "-" is standard input. Nothing fails but by GetProblem.
+  /// @param mayStream which lists may be missing when they are longer than a tree takes; null for
+  ///        any.
   explicit ParsedFile(const std::string& name, Reader reader = Reader::kMending,
-                      Holding holding = Holding::kAll);
+                      Holding holding = Holding::kAll, ListStream::MayStream mayStream = nullptr);
   /// Reads a text that is there already, such as a reply. `name` is what messages call it.
   ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text);
 
@@ -89,15 +88,15 @@ class ParsedFile {
   ///         that are OFX.
   std::vector<OfxFile> GetOfxFiles() const;
 
-  /// Gives the transactions that the tree does not have. Null when it has all.
-  const std::shared_ptr<const TransactionStream>& GetStream() const { return m_stream; }
+  /// Gives the elements that the tree does not have. Null when it has all.
+  const std::shared_ptr<const ListStream>& GetStream() const { return m_stream; }
 
   /// Clean, with warnings or mendings, or not usable.
   ExitStatus GetVerdict() const;
 
  private:
   void Parse(Reader reader);
-  bool Survey(const std::string& name, Reader reader, Holding holding);
+  bool Survey(const std::string& name, const ListStream::Way& way);
   void TakeWarnings();
   std::string FindProblem() const;
 
@@ -106,7 +105,7 @@ class ParsedFile {
   std::string m_problem;
   std::vector<Warning> m_warnings;
   std::shared_ptr<KRBuffer> m_text;
-  std::shared_ptr<const TransactionStream> m_stream;
+  std::shared_ptr<const ListStream> m_stream;
   krofx::Reading m_reading;
 };
 

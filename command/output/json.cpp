@@ -72,11 +72,13 @@ void Json::SetAgain(const std::string& key, Json value) {
 void Json::Append(Json value) { m_value->held.push_back(std::move(value.m_value->held)); }
 
 std::string Json::Text(std::size_t indent) const {
-  std::string text = m_value->held.dump(2, ' ', false, Library::error_handler_t::replace);
+  const std::string lines = m_value->held.dump(2, ' ', false, Library::error_handler_t::replace);
   // Line ends within texts are escaped: those that are left are those of the layout.
   const std::string blanks(indent, ' ');
-  for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 1 + indent) {
-    text.insert(at + 1, blanks);
+  std::string text;
+  for (const char character : lines) {
+    text += character;
+    if (character == '\n') text += blanks;
   }
   return text;
 }

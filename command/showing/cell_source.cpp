@@ -9,14 +9,6 @@ namespace krofx::command {
 
 namespace {
 
-KRTagID IdOf(std::string_view tag) {
-  KRTagID id = KRTag_None;
-  if (tag == "*") return id;
-  KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()), &id,
-                                                  KRCaseType_Exact);
-  return id;
-}
-
 TagPath TagsOf(std::string_view text, char separator) {
   TagPath tags;
   while (!text.empty()) tags.push_back(IdOf(TakePart(text, separator)));
@@ -63,6 +55,14 @@ auto Seek(auto& edges, KRTagID tag) {
 }
 
 }  // namespace
+
+KRTagID IdOf(std::string_view tag) {
+  KRTagID id = KRTag_None;
+  if (tag == "*") return id;
+  KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()), &id,
+                                                  KRCaseType_Exact);
+  return id;
+}
 
 std::string_view TakePart(std::string_view& text, char separator) {
   const std::size_t end = text.find(separator);

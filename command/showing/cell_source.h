@@ -16,6 +16,9 @@ namespace krofx::command {
 /// Splits off the text up to a separator.
 std::string_view TakePart(std::string_view& text, char separator);
 
+/// @return the tag that a text names; the null tag, which is any tag, for "*".
+KRTagID IdOf(std::string_view tag);
+
 /// Tags, one for each step down. The null tag is any tag.
 using TagPath = std::vector<KRTagID>;
 

@@ -118,6 +118,7 @@ Document MakeDocument(ParsedFile& file, bool showIdentifiers) {
     HeldTransactions held(*ofx.file, *ofx.text, showIdentifiers);
     const Element& elements = ReadElements(*ofx.file, arena, ofx.text);
     held.FindLists(elements);
+    if (document.streamed != nullptr) document.streamed->FindLists(*ofx.file, elements);
     std::vector<Section> sections =
         MakeSections(elements, arena, showIdentifiers, held, document.streamed.get());
     std::move(sections.begin(), sections.end(), std::back_inserter(document.sections));

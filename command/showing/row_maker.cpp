@@ -30,7 +30,7 @@ Cell FirstAggregate(const Element& element) {
 void RowMaker::NoteSecurities(const Element& element) {
   for (const Element& child : element.children) {
     if (child.tag == "SECINFO") {
-      if (const Element* const id = child.Find("SECID")) m_securities[IdentityOf(*id)] = &child;
+      if (const Element* const id = child.Find("SECID")) (*m_securities)[IdentityOf(*id)] = &child;
     } else {
       NoteSecurities(child);
     }
@@ -108,8 +108,8 @@ Cell RowMaker::CellOf(const Element& element) const {
 // the path leads there. Null when there is nothing.
 const Element* RowMaker::Describe(const Element* found, const CellSource::Path& path) const {
   if (found == nullptr || !path.leadsToSecurity) return found;
-  const auto security = m_securities.find(IdentityOf(*found));
-  return security == m_securities.end() ? nullptr : FindPath(*security->second, path.ofSecurity);
+  const auto security = m_securities->find(IdentityOf(*found));
+  return security == m_securities->end() ? nullptr : FindPath(*security->second, path.ofSecurity);
 }
 
 // All elements of one tag in an aggregate, in one cell.

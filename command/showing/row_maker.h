@@ -5,8 +5,10 @@
 #define KROFX_COMMAND_SHOWING_ROW_MAKER_H_
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "showing/cell_source.h"
@@ -14,17 +16,24 @@
 
 namespace krofx::command {
 
+/// The descriptions of securities, by what identifies each.
+using Securities = std::map<std::string, const Element*>;
+
 /// Makes the cells of one file.
 class RowMaker {
  public:
   /// @param arena owns the texts that are made for cells. Texts of elements are not copied: the
   ///        arena of the elements must live as long as the cells.
-  RowMaker(TextArena& arena, bool showIdentifiers)
-      : m_arena(arena), m_showIdentifiers(showIdentifiers) {}
+  /// @param securities the descriptions that are noted already.
+  RowMaker(TextArena& arena, bool showIdentifiers,
+           std::shared_ptr<Securities> securities = std::make_shared<Securities>())
+      : m_arena(arena), m_showIdentifiers(showIdentifiers), m_securities(std::move(securities)) {}
 
   /// Notes the descriptions of securities that are below an element, which must live as long as
   /// this.
   void NoteSecurities(const Element& element);
+  /// @return the descriptions, for another maker of rows of the same file.
+  const std::shared_ptr<Securities>& GetSecurities() const { return m_securities; }
 
   /// Appends the cells of one row.
   void AppendRow(std::vector<Cell>& cells, const Element& row, const TableSpec& table);
@@ -44,7 +53,7 @@ class RowMaker {
 
   TextArena& m_arena;
   const bool m_showIdentifiers;
-  std::map<std::string, const Element*> m_securities;
+  const std::shared_ptr<Securities> m_securities;
   PathTree::Found m_found;  // Of the current row.
 };
 

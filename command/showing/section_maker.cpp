@@ -4,7 +4,7 @@
 
 #include <cstddef>
 #include <string>
-#include <unordered_map>
+#include <vector>
 
 #include "showing/held_transactions.h"
 #include "showing/layout.h"
@@ -50,17 +50,10 @@ class SectionMaker {
         if (set.tag.starts_with("SECLIST")) m_rows.NoteSecurities(set);
       }
     }
+    if (m_streamed != nullptr) m_streamed->NoteSecurities(m_rows, m_arena);
     for (const Element& body : file.children) {
       for (const Element& set : body.children) {
-        std::unordered_map<KRTagID, std::size_t> numbers;
-        for (const Element& member : set.children) {
-          if (m_streamed != nullptr) {
-            m_path.clear();
-            m_path.append(body.tag).append("/").append(set.tag).append("/").append(member.tag);
-            m_path.append("[" + std::to_string(++numbers[member.id]) + "]/");
-          }
-          AddMember(member, nullptr);
-        }
+        for (const Element& member : set.children) AddMember(member, nullptr);
       }
     }
   }
@@ -170,7 +163,10 @@ class SectionMaker {
   void AddFields(Section& section, const Element& element, std::span<const FieldSpec> specs) {
     const FieldSpec* spec = specs.data();
     for (const CellSource& source : SourcesOf(specs)) {
-      if (const Cell cell = m_rows.Find(element, source)) {
+      // A sum over a part of the rows would be wrong.
+      const bool isWhole = source.kind != CellSource::Kind::kSum || m_streamed == nullptr ||
+                           !m_streamed->Lacks(element, source.summed);
+      if (const Cell cell = isWhole ? m_rows.Find(element, source) : Cell()) {
         section.fields.push_back({spec->key, spec->label, cell, spec->detail});
       }
       ++spec;
@@ -195,16 +191,16 @@ class SectionMaker {
     const Element* const parent = FindPath(payload, path.parent);
     if (parent == nullptr) return;
     Table& table = section.tables.emplace_back(Table{&spec});
-    if (spec.key == kTransactions) table.source = SourceOf(payload, *parent, spec);
-    ForEach(*parent, path.rows,
-            [&](const Element& child) { m_rows.AppendRow(table.cells, child, spec); });
-  }
-
-  // The rows of a list that are not in the tree; null when there are none.
-  std::shared_ptr<RowSource> SourceOf(const Element& payload, const Element& list,
-                                      const TableSpec& spec) {
-    if (m_streamed == nullptr) return m_held.RowsOf(list, spec);
-    return m_streamed->Find(m_path + std::string(payload.tag), spec);
+    std::vector<KRTagID> kinds;
+    ForEach(*parent, path.rows, [&](const Element& child) {
+      m_rows.AppendRow(table.cells, child, spec);
+      kinds.push_back(child.id);
+    });
+    if (m_streamed != nullptr) {
+      m_streamed->AddRows(table, *parent, path.rows, kinds, m_rows);
+    } else if (spec.key == kTransactions) {
+      table.source = m_held.RowsOf(*parent, spec);
+    }
   }
 
   // Visits the aggregates of some tags in another one, in their order.
@@ -219,7 +215,6 @@ class SectionMaker {
   RowMaker m_rows;
   HeldTransactions& m_held;
   StreamedRows* const m_streamed;
-  std::string m_path;  // What streamed statements of the current member are in, with a slash.
   std::vector<Section> m_sections;
 };
 

@@ -15,7 +15,7 @@ class StreamedRows;
 
 /// @param arena takes the texts that are made; the sections need it and that of the tree.
 /// @param held gives the transactions that were taken out of the tree.
-/// @param streamed gives those that were never in it; null when there are none.
+/// @param streamed gives the elements that were never in it; null when there are none.
 /// @return what a tree holds, section by section. Personal identifiers are masked unless asked for.
 std::vector<Section> MakeSections(const Element& file, TextArena& arena, bool showIdentifiers,
                                   HeldTransactions& held, StreamedRows* streamed);

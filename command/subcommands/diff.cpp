@@ -8,6 +8,7 @@
 #include "output/safe_text.h"
 #include "showing/comparison.h"
 #include "showing/document_output.h"
+#include "showing/streamed_rows.h"
 #include "subcommands/subcommands.h"
 #include "system/ordered_work.h"
 
@@ -31,7 +32,7 @@ ExitStatus Read(const Options& options, const std::string& file, std::vector<Doc
   std::vector<std::string> names;
   ExitStatus exitStatus = FindInputs(input, kName, names);
   const auto make = [&](std::size_t index) {
-    ParsedFile parsed(names[index], input.GetReader(), Holding::kRows);
+    ParsedFile parsed(names[index], input.GetReader(), Holding::kRows, IsRow);
     Document document = MakeDocument(parsed, false);
     HoldRows(document);
     return document;

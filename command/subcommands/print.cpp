@@ -72,7 +72,7 @@ class Printing {
   }
 
   Shown Make(const std::string& name) const {
-    ParsedFile file(name, m_options.input.GetReader(), Holding::kRows);
+    ParsedFile file(name, m_options.input.GetReader(), Holding::kRows, IsRow);
     Shown shown{MakeDocument(file, m_options.form.showIdentifiers)};
     m_filter.Apply(shown.document);
     if (IsVisitedTwice(shown.document)) HoldRows(shown.document);

@@ -9,6 +9,7 @@
 #include "output/messages.h"
 #include "showing/document_output.h"
 #include "showing/row_filter.h"
+#include "showing/streamed_rows.h"
 #include "showing/sums.h"
 #include "subcommands/subcommands.h"
 #include "system/ordered_work.h"
@@ -48,7 +49,7 @@ ExitStatus SumFiles(const Options& options, const std::vector<std::string>& name
   const bool inOrder = options.filter.unique;
   const auto make = [&](std::size_t index) {
     progress.Next(names[index]);
-    ParsedFile file(names[index], options.input.GetReader(), Holding::kRows);
+    ParsedFile file(names[index], options.input.GetReader(), Holding::kRows, IsRow);
     Summed summed{MakeDocument(file, false), Sums(sums.By())};
     filter.Apply(summed.document);
     if (!inOrder) {
