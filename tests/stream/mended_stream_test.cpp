@@ -338,6 +338,27 @@ TEST(MendedStream, FindsTheCharacterSetOfPiecesThatBeginInAscii) {
   EXPECT_EQ(StreamMending(lying, {0, 16384}).mendings, ReadWhole(lying).mendings);
 }
 
+TEST(MendedStream, FindsTheCharacterSetOfPiecesWithForeignReferencesInFront) {
+  // The reference makes the texts of the tree UTF-8, whatever the bytes are that come later.
+  const std::string foreign = "<INTU.X>1\n" + Amount("-1.00", "Ko&#322;o");
+  for (const char* const encoding : {"USASCII", "UNICODE", "UTF-8"}) {
+    for (const char* const name : {"Plain", "Gr\xFCn", "Gr\xC3\xBCn"}) {
+      std::string text = Many(foreign, Amount("-2.00", name));
+      text.replace(text.find("USASCII"), 7, encoding);
+      SCOPED_TRACE(std::string(encoding) + " " + name);
+      const Outcome streamed = StreamInPieces(text);
+      const bool isUtf8 = std::string_view(encoding) != "USASCII";
+      if (name[2] != 'a' && isUtf8 != (name[2] == '\xC3')) {
+        EXPECT_EQ(streamed.status, KRParseStatus_Invalid) << "its beginning says another set";
+        continue;
+      }
+      const Outcome whole = ReadWhole(text);
+      EXPECT_EQ(streamed.status, whole.status);
+      EXPECT_EQ(streamed.tree, whole.tree);
+    }
+  }
+}
+
 TEST(MendedStream, SaysWhatItCannotMendWithoutTheWholeText) {
   // Whether the unknown aggregate ends is not known before the end of the list.
   const std::string text = Many("<STRANGE>\n", "");
