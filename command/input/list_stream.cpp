@@ -154,8 +154,8 @@ bool ListStream::Read(Surveyed& surveyed, Use use) {
     if (IsSaid(warning, hasMissing) && !surveyed.warnings.Append(warning)) return false;
   }
   // What elements lack is found in a tree that has them, if there can be one.
-  m_hasMissing = hasMissing && use == Use::kAllThatIsMissing;
-  if (m_mends && m_hasMissing && !HasLongList()) return false;
+  if (m_mends && hasMissing && use == Use::kAllThatIsMissing && !HasLongList()) return false;
+  m_hasMissing = hasMissing;
   for (const Mending& mending : stream.Mendings()) {
     if (!surveyed.mendings.Append(mending)) return false;
   }

@@ -85,8 +85,8 @@ class ListStream {
   const std::vector<List>& Lists() const { return m_lists; }
   /// @return how many elements they have together.
   std::size_t CountElements() const;
-  /// @return whether an element lacks something, and no tree has it. Only known when all that is
-  ///         missing was asked for.
+  /// @return whether something is missing in the text: in its tree, or in an element that is not in
+  ///         the tree.
   bool HasMissing() const { return m_hasMissing; }
   /// @return the character set of the text; it has no tree.
   const OfxText& Text() const { return m_text; }
