@@ -213,6 +213,28 @@ TEST(Characters, MayBeReferences) {
   EXPECT_EQ(Str(reading.texts[0].charset), "WINDOWS-1252");
 }
 
+TEST(Characters, OfReferencesAreThoseThatTheirNumbersMean) {
+  const struct {
+    const char* reference;
+    const char* bytes;
+  } kCases[] = {
+      {"&#xe9;", "\xE9"}, {"&#XE9;", "\xE9"}, {"&#00233;", "\xE9"},
+      {"&#128;", "\x80"},  // What Windows means by it, the sign of the euro.
+      {"&#x9F;", "\x9F"}, {"&#x41;", "A"},    {"a&#9;b", "a\tb"},
+  };
+  for (const auto& each : kCases) {
+    const Reading reading = Read(Statement(std::string(each.reference) + "<SIC/>"));
+    EXPECT_EQ(Str(NameIn(reading)), each.bytes) << each.reference;
+  }
+  // What is no character stays as it is written.
+  for (const char* const reference :
+       {"&#;", "&#x;", "&#12x;", "&#xFG;", "&#x110000;", "&#xD800;", "&#xDFFF;", "&#1;", "&#x1F;",
+        "&#127;", "&#129;", "&zzz;", "&nosuchname;", "&#233", "&averyveryverylongname;"}) {
+    const Reading reading = Read(Statement(std::string(reference) + "<SIC/>"));
+    EXPECT_EQ(Str(NameIn(reading)), reference);
+  }
+}
+
 TEST(Characters, ThatTheSetDoesNotHaveMakeTheTextUtf8) {
   Reading reading = Read(Statement("\xE9 &#322;<SIC/>"));
   EXPECT_EQ(Str(reading.texts[0].charset), "UTF-8");

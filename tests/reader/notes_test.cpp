@@ -4,7 +4,10 @@
 
 #include <string>
 
+#include "krofx/messages/banking/statements.h"
 #include "krofx/messages/banking/transfers.h"
+#include "krofx/messages/signon/signon.h"
+#include "krofx/messages/signon/status.h"
 #include "krofx/reader/reading.h"
 #include "support/failing_allocation.h"
 #include "support/readings.h"
@@ -123,6 +126,47 @@ TEST(MissingTags, SayWhichChoiceIsMissed) {
   EXPECT_EQ(missing[0].choices.size(), 2u);
   EXPECT_EQ(Str(missing[0].sentence),
             "one of <BANKACCTFROM> and <CCACCTFROM> must be there, and none is");
+}
+
+// A host's own rule, beyond those of the tables.
+template <class Class>
+class NeverComplete : public Class {
+ public:
+  u16 AllRequiredPresent() override { return 0; }
+};
+
+TEST(MissingTags, SayWhatCouldBeThereWhereTheHostsOwnRuleIsMissed) {
+  const auto sentences = [](const KRDataObj& object) {
+    Lines lines;
+    for (const MissingTag& missing : FindMissing(object)) {
+      EXPECT_EQ(missing.tag, KRTag_None);
+      lines.push_back(Str(missing.sentence));
+    }
+    return lines;
+  };
+  NeverComplete<KRCurrency> currency;
+  currency.SetMsgSetVersion(1);
+  currency.SetCurrencyRate(KRPrecisionInteger(1, 0));
+  currency.SetCurrencySymbol(KRString("EUR"));
+  EXPECT_EQ(sentences(currency), Lines{"it is incomplete: a choice that must be made is not"});
+  NeverComplete<KRStatus> status;
+  status.SetMsgSetVersion(1);
+  status.SetCode(0);
+  status.SetSeverity(KRStatusSeverity_INFO);
+  EXPECT_EQ(sentences(status),
+            Lines{"it is incomplete: a choice that must be made is not; it lacks "
+                  "one or more of <MESSAGE>"});
+  const List<MissingTag> missing = FindMissing(status);
+  ASSERT_EQ(missing.size(), 1u);
+  EXPECT_EQ(missing[0].choices[0], KRTag_MESSAGE);
+  // A list of all tags would not help.
+  NeverComplete<KRBankStatementTx> transaction;
+  transaction.SetMsgSetVersion(1);
+  transaction.SetTxType(KRBankTxType_DEBIT);
+  transaction.SetDateTimePosted(KRDateTime("20260105"));
+  transaction.SetTxAmount(KRPrecisionInteger(1, 0));
+  transaction.SetFITId(KRString("1"));
+  EXPECT_EQ(sentences(transaction), Lines{"it is incomplete: a choice that must be made is not"});
 }
 
 TEST(MissingTags, AreNoneInWhatIsComplete) {

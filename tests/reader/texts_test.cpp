@@ -98,7 +98,33 @@ TEST(Texts, ThatAreNotOfxAreDescribed) {
       {"<OFC>\n<DTD>2\n</OFC>", "OFC"},
       {"{\"error\": \"denied\"}", "JSON"},
       {"OFXHEADER:100\nDATA:OFXSGML\n", "broke off"},
+      {"<?OFX OFXHEADER=\"200\" VERSION=\"203\"?>\n", "broke off"},
       {"Hello, this is a letter.\n", "without any OFX"},
+      {"Date;Amount;Payee\n2026-01-05;-1,50\n", "without any OFX"},
+      {"\xEF\xBB\xBF%PDF-1.7\n", "PDF"},
+      {"\0\0 %PDF-1.7\n"s, "PDF"},
+      {"PK\x03\x04 [Content_Types].xml", "Excel"},
+      {"PK\x03\x04 mimetypeapplication/vnd.oasis.opendocument.spreadsheet", "OpenDocument"},
+      {"<HTML><HEAD><TITLE>\r\n Log in\r\nagain</TITLE>", "web page, \"Log in\""},
+      {"<html><title> </title>", "web page, not"},
+      {"<html><title", "web page, not"},
+      {"<!doctype html><p>Denied", "web page, not"},
+      {"<body>Denied</body>", "web page, not"},
+      {"<html><title>" + std::string(200, 'x') + "</title>",
+       ", "
+       "\"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx"
+       "xxxxx"
+       "xxxxxxxxxxxxxxxxxxxxxxxxxx\", not"},
+      {"<body>Denied", "XML of another kind"},
+      {"<?xml version=\"1.0\"?><feed></feed>", "XML of another kind"},
+      {":20:STARTDISP\n:25:10020030/1234567\n:61:2601050105D1,50NMSC\n", "MT942"},
+      {":20:STARTDISP\n", "without any OFX"},
+      {"<Document><BkToCstmrStmt></BkToCstmrStmt></Document>", "CAMT"},
+      {"<Document xmlns=\"urn:iso:std:iso:20022:tech:xsd:pain.001.001.03\">", "payment order"},
+      {"<gnc-v2>", "GnuCash"},
+      {"[{\"amount\": 1}]", "JSON"},
+      {"Date\tAmount\tPayee\n\n2026-01-05\t-1.50\tGrocer\n", "CSV"},
+      {"Date|Amount|Payee\n2026-01-05|-1.50|Grocer", "CSV"},
       {"\0\1\2\3\0\0\7"s, "no text"},
   };
   for (const auto& each : kCases) {
