@@ -45,6 +45,28 @@ TEST(ReadDates, TakesDividedDates) {
   EXPECT_EQ(Date("2026-01-31T10:11:12.3456789"), (ReadValue{"20260131101112.345", form}));
 }
 
+TEST(ReadDates, TakesTheTwelveHoursOfHalfADay) {
+  const Lines form = {"date-form"};
+  EXPECT_EQ(Date("2026-01-31 12:05 AM"), (ReadValue{"20260131000500", form}));
+  EXPECT_EQ(Date("2026-01-31 12:05 pm"), (ReadValue{"20260131120500", form}));
+  EXPECT_EQ(Date("2026-01-31 1:05am"), (ReadValue{"20260131010500", form}));
+  EXPECT_EQ(Date("20260131111500PM"), (ReadValue{"20260131231500", form}));
+  // Hours that a half of a day does not have are no time.
+  for (const char* const time : {"0:05 AM", "13:05 PM", "12:60 PM"}) {
+    const ReadValue value = Date(std::string("2026-01-31 ") + time);
+    EXPECT_EQ(value.value, "20260131") << time;
+  }
+}
+
+TEST(ReadDates, TakesJoinedTimesOfAllLengths) {
+  EXPECT_EQ(Date("2026013110"), (ReadValue{"20260131100000", {}}));
+  EXPECT_EQ(Date("20260131101112345"), (ReadValue{"20260131101112.345", {"date-form"}}));
+  for (const char* const time : {"1", "101", "10111", "1011123", "10111234", "1011123456"}) {
+    const ReadValue value = Date(std::string("20260131T") + time);
+    EXPECT_EQ(value.value, "20260131") << time;
+  }
+}
+
 TEST(ReadDates, TakesMonthsByTheirNames) {
   const Lines form = {"date-form"};
   for (const char* const text :

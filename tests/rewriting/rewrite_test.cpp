@@ -49,6 +49,14 @@ TEST(Rewrite, WritesOfx2WithAllTagsClosed) {
   EXPECT_TRUE(text.ends_with("</OFX>\r\n")) << text;
 }
 
+TEST(Rewrite, WritesHeaderFieldsOfAnyTextAsAttributes) {
+  const Reading reading = Read(Statement("Grocer"));
+  ASSERT_EQ(reading.root->SetHeader(KRHeaderTag_NEWFILEUID, KRString("a\"b&c<d>\xE9")), 1);
+  const std::string text = Rewritten(reading, Ofx2(203));
+  EXPECT_NE(text.find(" NEWFILEUID=\"a&quot;b&amp;c&lt;d&gt;\u00e9\"?>"), std::string::npos)
+      << text.substr(0, 300);
+}
+
 TEST(Rewrite, WritesTheSameTreeInBothForms) {
   for (const auto& [name, text] : ExampleTexts()) {
     const Reading reading = Read(text);

@@ -328,6 +328,24 @@ TEST(MendedStream, RefusesPiecesWhoseNumbersTurnOutToBeWrittenInTwoWays) {
   EXPECT_EQ(StreamMending(text, {0, 16384}).mendings, whole.mendings);
 }
 
+TEST(MendedStream, RefusesPiecesWhoseDatesTurnOutToBeWrittenInTwoWays) {
+  const auto on = [](const std::string& date) {
+    std::string transaction = Amount("-1.00");
+    return transaction.replace(transaction.find("20250203"), 8, date);
+  };
+  // The day comes first in the beginning.
+  const std::string head = on("13/02/2025") + on("03/02/2025");
+  const std::string agreeing = Many(head, on("28/02/2025") + on("05/02/2025"));
+  EXPECT_EQ(StreamInPieces(agreeing).tree, ReadWhole(agreeing).tree);
+  const std::string silent = Many(head, on("05/02/2025"));
+  EXPECT_EQ(StreamInPieces(silent).tree, ReadWhole(silent).tree);
+  for (const std::string& tail : {on("02/28/2025"), on("28/02/2025") + on("02/28/2025")}) {
+    const std::string text = Many(head, tail);
+    EXPECT_EQ(StreamInPieces(text).status, KRParseStatus_Invalid);
+    EXPECT_EQ(StreamMending(text, {0, 16384}).mendings, ReadWhole(text).mendings);
+  }
+}
+
 TEST(MendedStream, FindsTheCharacterSetOfPiecesThatBeginInAscii) {
   const std::string own = "<INTU.X>1\n";
   const std::string usual = Many(own, Amount("-1.00", "Gr\xFCn"));
