@@ -18,23 +18,23 @@ constexpr std::size_t kBetween = 6;
 // How often an attempt without a failure follows, and always after the last.
 constexpr std::size_t kCleanEvery = 4;
 
-bool IsWhole() {
-  const char* const sweep = std::getenv("KROFX_SWEEP");
-  return sweep != nullptr && std::strcmp(sweep, "whole") == 0;
-}
-
 // Which allocations of `count` fail, from the first to the last.
 std::set<std::size_t> Choose(std::size_t count) {
   std::set<std::size_t> chosen;
   for (std::size_t nth = 1; nth <= count; ++nth) {
     const bool atEnd = nth <= kAtEnds || nth + kAtEnds > count;
     const bool between = nth % (count / kBetween + 1) == 0;
-    if (IsWhole() || atEnd || between) chosen.insert(nth);
+    if (SweepsWhole() || atEnd || between) chosen.insert(nth);
   }
   return chosen;
 }
 
 }  // namespace
+
+bool SweepsWhole() {
+  const char* const sweep = std::getenv("KROFX_SWEEP");
+  return sweep != nullptr && std::strcmp(sweep, "whole") == 0;
+}
 
 std::size_t Sweep(const Attempt& attempt) {
   // What is made once for the whole process is there after the first.

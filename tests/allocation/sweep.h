@@ -19,26 +19,41 @@ struct Failure {
   bool andAllLater = false;
 };
 
-/// From its making to its end the allocation that a Failure names fails. The count of allocations
-/// stays, for who asks for it afterwards.
+/// From its making to its end, but for pauses, the allocation that a Failure names fails. The count
+/// of allocations stays, for who asks for it afterwards.
 class FailingScope {
  public:
-  explicit FailingScope(const Failure& failure) {
+  explicit FailingScope(const Failure& failure) : m_failure(failure) {
     KRSetFireAlarm(KRFireAlarm_None);
-    internal::AllocationFailure::FailAt(failure.nth, failure.andAllLater);
+    s_count = 0;
+    Resume();
   }
   ~FailingScope() {
-    s_count = internal::AllocationFailure::Count();
-    internal::AllocationFailure::FailAt(0);
+    if (m_isFailing) Pause();
   }
   FailingScope(const FailingScope&) = delete;
   FailingScope& operator=(const FailingScope&) = delete;
+
+  /// Until Resume no allocation fails, and none is counted.
+  void Pause() {
+    s_count += internal::AllocationFailure::Count();
+    internal::AllocationFailure::FailAt(0);
+    m_isFailing = false;
+  }
+  void Resume() {
+    const bool isPast = m_failure.nth != 0 && m_failure.nth <= s_count;
+    const std::size_t next = isPast ? (m_failure.andAllLater ? 1 : 0) : m_failure.nth - s_count;
+    internal::AllocationFailure::FailAt(m_failure.nth == 0 ? 0 : next, m_failure.andAllLater);
+    m_isFailing = true;
+  }
 
   /// Allocations in the last scope of this thread.
   static std::size_t LastCount() { return s_count; }
 
  private:
   static inline thread_local std::size_t s_count = 0;
+  Failure m_failure;
+  bool m_isFailing = false;
 };
 
 /// What something came to. `failed` says that it reported a failure as it is promised to.
@@ -58,6 +73,9 @@ using Attempt = std::function<Outcome(const Failure&)>;
 /// The environment variable KROFX_SWEEP=whole has every allocation tried.
 /// @return how many failures were tried.
 std::size_t Sweep(const Attempt& attempt);
+
+/// @return whether every allocation is tried.
+bool SweepsWhole();
 
 }  // namespace krofx::testing
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 
+#include "allocation/reading_attempts.h"
 #include "allocation/sweep.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/envelope/mime_parser.h"
@@ -31,12 +32,6 @@ bool IsMultipart(const std::string& name) { return name.ends_with(".mime"); }
 
 bool IsRequest(const std::string& text) { return text.find("<SONRQ>") != std::string::npos; }
 
-// What a host sees of a tree.
-std::string Shown(const KRDataObj& tree) {
-  const Built built = Build(tree, KRBuildStringOpt_Lenient);
-  return std::to_string(built.status) + "\n" + built.text;
-}
-
 std::string LoggedWarnings() {
   std::string lines;
   for (const std::string& line : TakeWarnings()) lines += line + "\n";
@@ -57,24 +52,6 @@ Outcome Parse(const std::string& text, const Failure& failure) {
   const bool said = status == KRParseStatus_Fatal || AlarmIsSet();
   const std::string warnings = LoggedWarnings();
   return {said, std::to_string(status) + "\n" + warnings + Shown(file)};
-}
-
-Outcome ReadText(const std::string& text, const Failure& failure) {
-  Reading reading;
-  {
-    const FailingScope scope(failure);
-    reading = Read(std::string_view(text));
-  }
-  std::string shown = std::to_string(reading.status) + " " + Str(reading.problem) + "\n";
-  for (const Mending& mending : reading.mendings) {
-    shown += std::to_string(static_cast<int>(mending.kind)) + " at " +
-             std::to_string(mending.place.offset) + " " + Str(mending.path) + "\n";
-  }
-  for (const ReadWarning& warning : reading.warnings) {
-    shown += std::to_string(warning.warning) + " " + Str(warning.path) + "\n";
-  }
-  for (const OfxText& one : reading.texts) shown += Shown(*one.root);
-  return {reading.status == KRParseStatus_Fatal, shown};
 }
 
 template <class File>

@@ -47,7 +47,7 @@ TEST(Damage, IsMendedAndLosesNoMoreThanItDestroyed) {
   std::map<std::string, unsigned> done;
   unsigned failures = 0;
   for (unsigned seed = first; seed < first + count; ++seed) {
-    const Attempt attempt = MakeDamage(seed, examples, kinds);
+    const DamageTrial attempt = MakeDamage(seed, examples, kinds);
     for (const std::string& name : attempt.names) ++done[name];
     const Reading reading = Read(attempt.text);
     std::string names;

@@ -67,8 +67,8 @@ std::vector<std::string> WholeExamples() {
   return texts;
 }
 
-Attempt MakeDamage(unsigned seed, const std::vector<std::string>& examples,
-                   const std::vector<Damage>& kinds) {
+DamageTrial MakeDamage(unsigned seed, const std::vector<std::string>& examples,
+                       const std::vector<Damage>& kinds) {
   Dice dice(seed);
   const std::string whole =
       dice.Below(2) == 0 ? RandomStatement(dice) : examples[dice.Below(examples.size())];
@@ -81,7 +81,7 @@ Attempt MakeDamage(unsigned seed, const std::vector<std::string>& examples,
     const Damage& damage = kinds[dice.Below(kinds.size())];
     chosen[damage.group] = &damage;
   }
-  Attempt attempt;
+  DamageTrial attempt;
   for (const auto& [group, damage] : chosen) {
     if (!damage->inflict(dice, text)) continue;
     attempt.names.push_back(damage->name);

@@ -16,7 +16,7 @@ namespace krofx::testing {
 std::vector<std::string> WholeExamples();
 
 /// Damage done to one text.
-struct Attempt {
+struct DamageTrial {
   std::string text;
   std::string expected;            ///< The body that must be read from it.
   Lines names;                     ///< The kinds of damage.
@@ -24,8 +24,8 @@ struct Attempt {
 };
 
 /// Damages a statement, or one of some examples.
-Attempt MakeDamage(unsigned seed, const std::vector<std::string>& examples,
-                   const std::vector<Damage>& kinds);
+DamageTrial MakeDamage(unsigned seed, const std::vector<std::string>& examples,
+                       const std::vector<Damage>& kinds);
 
 }  // namespace krofx::testing
 

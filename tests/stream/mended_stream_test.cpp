@@ -174,7 +174,7 @@ TEST(MendedStream, GivesWhatAReadingGivesOfDamagedTexts) {
   const unsigned first = NumberFrom("KROFX_DAMAGE_SEED", 1);
   const unsigned count = NumberFrom("KROFX_DAMAGED_TEXTS", 300);
   for (unsigned seed = first; seed < first + count; ++seed) {
-    const Attempt attempt = MakeDamage(seed, examples, kinds);
+    const DamageTrial attempt = MakeDamage(seed, examples, kinds);
     std::string names = "seed " + std::to_string(seed);
     for (const std::string& name : attempt.names) names += ", " + name;
     ExpectSame(attempt.text, names);

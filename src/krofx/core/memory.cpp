@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/internal/object_pool.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -29,21 +30,32 @@ struct FailurePlan {
 
 // Read at each allocation, so it must be accessible without a call.
 [[gnu::tls_model("initial-exec")]] constinit thread_local FailurePlan plan;
+[[gnu::tls_model("initial-exec")]] constinit thread_local std::size_t failed = 0;
+
+// Counts an allocation that gave nothing.
+void* Counted(void* block) noexcept {
+  if (block == nullptr) ++failed;
+  return block;
+}
 
 }  // namespace
+
+std::size_t FailedAllocations() noexcept { return failed; }
 
 bool AllocationMustFail() noexcept {
   ++plan.count;
   if (plan.failAt == 0) return false;
-  return plan.andAllLater ? plan.count >= plan.failAt : plan.count == plan.failAt;
+  const bool mustFail = plan.andAllLater ? plan.count >= plan.failAt : plan.count == plan.failAt;
+  if (mustFail) ++failed;
+  return mustFail;
 }
 
 void* Allocate(std::size_t size) noexcept {
-  return AllocationMustFail() ? nullptr : std::malloc(size);
+  return AllocationMustFail() ? nullptr : Counted(std::malloc(size));
 }
 
 void* Reallocate(void* block, std::size_t size) noexcept {
-  return AllocationMustFail() ? nullptr : std::realloc(block, size);
+  return AllocationMustFail() ? nullptr : Counted(std::realloc(block, size));
 }
 
 void Free(void* block) noexcept { std::free(block); }

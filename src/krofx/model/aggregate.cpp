@@ -160,8 +160,10 @@ KRParseStatus MakeChild(KRDataObj& object, const Row& row, KRTagID tag, KRDataOb
   }
   if (slot != nullptr) {
     slot->Set(child);
-  } else if (row.array->set(member, row.array->entries(member), child) == 0) {
-    // Memory ran out, or the array holds as many entries as 16 bits can count.
+  } else if (const u16 entries = row.array->entries(member);
+             row.array->set(member, entries, child) == 0) {
+    // Otherwise the array holds as many entries as 16 bits can count.
+    if (entries <= SlotBlock::kMaxIndex) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     delete child;
     return KRParseStatus_Fatal;
   }

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "krofx/core/internal/byte_search.h"
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/reader/file/refusal.h"
@@ -91,6 +92,7 @@ FileReader::FileReader(KRBuffer& buffer, const ReadOptions& options)
 
 Reading FileReader::Read() {
   KRSetFireAlarm(KRFireAlarm_None);
+  const AllocationWatch memory;
   m_dictionary = KRTagDictionary::TheKRTagDictionary();
   KRParseLogger* const log = KRParseLogger::TheKRParseLogger();
   KRParseStatus status =
@@ -98,7 +100,8 @@ Reading FileReader::Read() {
   if (status != KRParseStatus_Fatal || m_reading.root != nullptr) {
     m_recorder.FindPlaces(m_file, m_original);
   }
-  if (m_recorder.HasFailed() || AlarmIsSet()) status = KRParseStatus_Fatal;
+  // A text that the strict parser had no memory for must not be mended instead.
+  if (memory.HasFailed() || m_recorder.HasFailed() || AlarmIsSet()) status = KRParseStatus_Fatal;
   m_reading.status = status;
   Describe(status);
   return std::move(m_reading);

@@ -51,10 +51,13 @@ void MendedText::Stop() {
 // How it ends
 
 bool MendedText::End(KRParseStatus status, const char* problem) {
+  // Whatever it looked like then.
+  if (status != KRParseStatus_Fatal && KRGetFireAlarm() != KRFireAlarm_None) return EndOfMemory();
   m_state = State::kEnded;
-  m_status = status;
-  m_text.status = status;
   m_problem = problem;
+  // Without memory for the sentence nobody would know what happened.
+  m_status = *problem != '\0' && m_problem.IsEmpty() != 0 ? KRParseStatus_Fatal : status;
+  m_text.status = m_status;
   m_step = StreamStep::kEnded;
   return false;
 }
@@ -67,7 +70,7 @@ bool MendedText::EndOfMemory() {
 bool MendedText::Forbid() {
   End(KRParseStatus_Invalid, "it was read up to damage that must not be mended: ");
   if (m_recorder.Forbidden() != nullptr) m_problem += m_recorder.Forbidden()->sentence;
-  return false;
+  return KRGetFireAlarm() == KRFireAlarm_None ? false : EndOfMemory();
 }
 
 void MendedText::EndReading() {
@@ -297,9 +300,14 @@ StreamStep MendedText::Next() {
   log->DeleteAll();
   log->SetBuffer(nullptr);
   if (m_reader.has_value()) log->SetParser(&*m_reader);
-  const StreamStep step = m_state == State::kBeginning ? Begin()
-                          : m_track.has_value()        ? ReadOn()
-                                                       : StreamStep::kEnded;
+  StreamStep step = m_state == State::kBeginning ? Begin()
+                    : m_track.has_value()        ? ReadOn()
+                                                 : StreamStep::kEnded;
+  // A text may have been lost that no status speaks of.
+  if (m_state != State::kEnded && KRGetFireAlarm() != KRFireAlarm_None) {
+    EndOfMemory();
+    step = m_step;
+  }
   log->DeleteAll();
   log->SetParser(nullptr);
   log->EnableLogging(enabled);

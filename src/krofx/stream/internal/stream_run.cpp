@@ -7,6 +7,7 @@
 #include <cstring>
 #include <utility>
 
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
@@ -77,8 +78,9 @@ void StreamRun::WantTag(KRTagID tag) {
 }
 
 void StreamRun::Fail(KRParseStatus status, const char* problem) {
-  m_status = status;
   m_problem = problem;
+  // Without memory for the sentence nobody would know what happened.
+  m_status = *problem != '\0' && m_problem.IsEmpty() != 0 ? KRParseStatus_Fatal : status;
   m_state = StreamState::kEnded;
 }
 
@@ -114,10 +116,13 @@ KRParseStatus StreamRun::Status() const {
 }
 
 void StreamRun::End(KRParseStatus status) {
-  m_state = StreamState::kEnded;
-  m_status = status;
-  m_text.status = status;
-  if (m_problem.IsEmpty() != 0) m_problem = WhyItEnded(status, m_parser.GetDepth() > 0);
+  if (m_problem.IsEmpty() != 0) {
+    Fail(status, WhyItEnded(status, m_parser.GetDepth() > 0));
+  } else {
+    m_state = StreamState::kEnded;
+    m_status = status;
+  }
+  m_text.status = m_status;
 }
 
 // Chooses the root by what is in the window. False when that is not enough yet.
@@ -131,6 +136,7 @@ bool StreamRun::Begin() {
   if (m_text.kind == TextKind::kMultipart) {
     Fail(KRParseStatus_Invalid, "it is a multipart text, whose parts have to be taken apart first");
   } else if (!MakeRoot(m_text)) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     End(KRParseStatus_Fatal);
   } else {
     m_parser.Begin(*m_text.root, m_options.checkRequired);
@@ -145,7 +151,10 @@ bool StreamRun::IsClean() {
   options.checkRequired = true;
   options.maxRecords = 0;
   const std::unique_ptr<StreamRun> trial(new StreamRun(options));
-  if (trial == nullptr) return false;
+  if (trial == nullptr) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return false;
+  }
   // It keeps what the stream keeps, and no more.
   trial->m_wanted = std::move(m_wanted);
   if (m_plain != nullptr) {
@@ -195,9 +204,7 @@ const StreamElement* StreamRun::NextMended() {
       m_state = StreamState::kHungry;
       return nullptr;
     default:
-      m_state = StreamState::kEnded;
-      m_status = m_mended->Status();
-      m_problem = m_mended->Problem();
+      Fail(m_mended->Status(), m_mended->Problem());
       return nullptr;
   }
 }
@@ -205,6 +212,17 @@ const StreamElement* StreamRun::NextMended() {
 const StreamElement* StreamRun::Next() {
   m_track.Drop();
   if (m_state == StreamState::kReading && m_parser.TakeAhead()) return &m_element;
+  const AllocationWatch memory;
+  const StreamElement* const element = ReadOn();
+  if (!memory.HasFailed() || m_status == KRParseStatus_Fatal) return element;
+  // What is missing may be the value of an element, or what makes a clean text look damaged.
+  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  Fail(KRParseStatus_Fatal, "memory was exhausted while reading");
+  m_text.status = m_status;
+  return nullptr;
+}
+
+const StreamElement* StreamRun::ReadOn() {
   if (m_state == StreamState::kIdle) m_state = StreamState::kHungry;
   if (m_state != StreamState::kEnded && KRGetFireAlarm() != KRFireAlarm_None) {
     KRSetFireAlarm(KRFireAlarm_None);

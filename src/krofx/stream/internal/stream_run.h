@@ -73,6 +73,7 @@ class StreamRun : public HeapObject {
   bool IsMending() const { return m_mended != nullptr; }
   void ChooseReader();
   bool IsClean();
+  const StreamElement* ReadOn();
   const StreamElement* NextMended();
   bool Begin();
   bool Refill();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "krofx/core/thread.h"
 #include "krofx/reader/characters/references.h"
 #include "krofx/reader/file/text_bounds.h"
 #include "krofx/reader/file/text_menders.h"
@@ -37,7 +38,10 @@ bool TextParts::Next() {
 std::string_view TextParts::WithoutControls(std::string_view bytes) {
   if (FindControlCharacter(bytes) == bytes.size()) return bytes;
   m_text.Show(bytes, 0);
-  m_failed = m_failed || !TakeOutControlCharacters(m_text);
+  if (!TakeOutControlCharacters(m_text)) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    m_failed = true;
+  }
   return m_text.Bytes();
 }
 

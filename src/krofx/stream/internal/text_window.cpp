@@ -6,6 +6,7 @@
 #include <cstring>
 #include <utility>
 
+#include "krofx/core/thread.h"
 #include "krofx/reader/file/text_menders.h"
 #include "krofx/reader/header/charset_choice.h"
 
@@ -29,9 +30,13 @@ std::string_view TextWindow::Original() const {
 // Takes memory for a window of a size. What is there is copied, and the memory it was in stays.
 bool TextWindow::SetRoom(u32 room) {
   OwnedBuffer bytes(new KRBuffer(room, 0));
-  if (bytes == nullptr || bytes->GetBufferPtr() == nullptr) return false;
+  // The list must have room first: what it cannot take it deletes.
+  if (bytes == nullptr || bytes->GetBufferPtr() == nullptr || !m_before.Append(nullptr)) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return false;
+  }
   if (m_size != 0) std::memcpy(bytes->GetBufferPtr(), m_bytes->GetBufferPtr(), m_size);
-  if (m_bytes != nullptr && !m_before.Append(std::move(m_bytes))) return false;
+  m_before.back() = std::move(m_bytes);
   m_bytes = std::move(bytes);
   m_room = room;
   return true;
@@ -62,10 +67,8 @@ bool TextWindow::Show() {
       m_charset == nullptr || m_isEnded ? std::string_view::npos : shown.rfind('>');
   if (last != std::string_view::npos) shown = shown.substr(0, last + 1);
   m_shown = static_cast<u32>(shown.size());
-  if (OwnedBuffer before = m_text.Show(shown, m_base);
-      before != nullptr && !m_before.Append(std::move(before))) {
-    return false;
-  }
+  if (!m_before.Append(nullptr)) return false;
+  m_before.back() = m_text.Show(shown, m_base);
   if (FindControlCharacter(shown) != shown.size() && !TakeOutControlCharacters(m_text))
     return false;
   return m_charset == nullptr || MakeUtf8(m_text, m_convertedFrom, *m_charset);
