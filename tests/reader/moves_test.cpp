@@ -111,6 +111,53 @@ TEST(Moves, GivesEachStatementOfOneWrapperItsOwn) {
   EXPECT_EQ(Read(text, strict).status, KRParseStatus_Accepted);
 }
 
+TEST(Moves, GivesASecondStatementTheIdentifierOfTheFirstWithoutAStatusToo) {
+  const auto wrapped = [](const std::string& content) {
+    return Aggregate("STMTTRNRS", "<TRNUID>1001" + content);
+  };
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", wrapped(Statement("1") + Statement("2")))),
+           Whole(Aggregate("BANKMSGSRSV1", wrapped(Statement("1")) + wrapped(Statement("2")))),
+           {"own-wrapper"});
+}
+
+// A request with these message sets beside the sign-on.
+std::string Asking(const std::string& sets) { return File(SignOnRequestSet(1) + sets, 1); }
+std::string Question(const std::string& number) {
+  return Aggregate("STMTRQ", Account(number) + "<INCTRAN><INCLUDE>Y</INCTRAN>");
+}
+const std::string kCardQuestion =
+    Aggregate("CCSTMTRQ", "<CCACCTFROM><ACCTID>4111</CCACCTFROM><INCTRAN><INCLUDE>Y</INCTRAN>");
+const std::string kBankAsked =
+    Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("1")));
+const std::string kCardAsked =
+    Aggregate("CREDITCARDMSGSRQV1", RequestWrapper("CCSTMTTRNRQ", kCardQuestion));
+
+TEST(Moves, ReadsRequestsAmongThoseOfOtherSets) {
+  const std::string wrapper = RequestWrapper("CCSTMTTRNRQ", kCardQuestion);
+  ExpectAs(Asking(Aggregate("BANKMSGSRQV1", wrapper)), Asking(kCardAsked), {"moved"});
+  ExpectAs(Asking(Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("1")) + wrapper)),
+           Asking(kBankAsked + kCardAsked), {"moved"});
+  ExpectAs(Asking(Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", kCardQuestion))),
+           Asking(kCardAsked), {"moved"});
+  ExpectAs(Asking(kBankAsked +
+                  Aggregate("CREDITCARDMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("2")))),
+           Asking(Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("1")) +
+                                                RequestWrapper("STMTTRNRQ", Question("2"))) +
+                  Aggregate("CREDITCARDMSGSRQV1", "")),
+           {"moved"});
+}
+
+TEST(Moves, GivesEachRequestOfOneWrapperItsOwn) {
+  ExpectAs(
+      Asking(Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("1") + Question("2")))),
+      Asking(Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("1")) +
+                                           RequestWrapper("STMTTRNRQ", Question("2")))),
+      {"own-wrapper"});
+  ExpectAs(
+      Asking(Aggregate("BANKMSGSRQV1", RequestWrapper("STMTTRNRQ", Question("1") + kCardQuestion))),
+      Asking(kBankAsked + kCardAsked), {"moved"});
+}
+
 TEST(Moves, ReadsAStatementWithoutItsOwnTag) {
   const std::string inside = "<CURDEF>USD" + Account("1") + kList;
   ExpectAs(Whole(Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", inside))), Whole(kBank),

@@ -138,6 +138,24 @@ TEST(Structure, OpensWhatHasLostItsStart) {
   ExpectWhole(With("<LEDGERBAL>", ""), {"missing-start"});
 }
 
+TEST(Structure, OpensEachOfSeveralThatHaveLostTheirStarts) {
+  std::string text = kWhole;
+  for (std::size_t at; (at = text.find("<STMTTRN>")) != std::string::npos;) text.erase(at, 9);
+  ExpectWhole(text, {"missing-start", "missing-start"});
+  for (std::size_t at; (at = text.find("</STMTTRN>")) != std::string::npos;) text.erase(at, 10);
+  const Reading reading = Read(text);
+  EXPECT_EQ(WrittenBody(reading.root), WrittenBody(Read(kWhole).root));
+  EXPECT_EQ(MendingNames(reading), Lines{"missing-start"});
+}
+
+TEST(Structure, LeavesOutATextThatNoStringHolds) {
+  std::string text = With("<NAME>Grocer", "<NAME>Grocer<MEMO>" + Repeat("x", 70000));
+  text.insert(text.find("<STMTTRN>"), "<ACME.X>1");
+  const Reading reading = Read(text);
+  EXPECT_EQ(WarningLines(reading), Lines{"TOOLONG <MEMO>"});
+  EXPECT_EQ(WrittenBody(reading.root), WrittenBody(Read(kWhole).root));
+}
+
 TEST(Structure, GuessesNoAggregateAroundWhatSeveralCouldHold) {
   // A balance could be that of the ledger, or the one that is available.
   std::string text = With("<LEDGERBAL>", "");
