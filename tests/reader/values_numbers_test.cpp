@@ -122,6 +122,24 @@ TEST(ReadNumbers, RefusesSignsThatContradictEachOther) {
   }
 }
 
+TEST(ReadNumbers, RefusesWhatIsAroundANumberAndExplainsNothing) {
+  for (const char* const text :
+       {"5.00 XX", "5.00d", "5.00c", "D5.00", "(5.00(", ")5.00)", "$ EUR 5.00 USD", "5.00 %",
+        "\"\"5.00\"\"", "\"5.00", "DR 5.00", "5.00 DR CR", "5.00 [", "5.00 {x}"}) {
+    EXPECT_EQ(Amount(text), Refused()) << text;
+  }
+  EXPECT_EQ(Amount("5.00D."), (ReadValue{"-5", {"amount-sign"}}));
+  EXPECT_EQ(Amount("'5.00"), (ReadValue{"5", {"amount-decoration"}}));
+  EXPECT_EQ(Amount("$5.00 USD"), (ReadValue{"5", {"amount-decoration"}}));
+}
+
+TEST(ReadNumbers, RefusesWhatIsLongerThanAnyNumber) {
+  const std::string digits(300, '7');
+  EXPECT_EQ(Amount(digits + ",5"), Refused());
+  EXPECT_EQ(Amount(digits + ".5"), Refused());
+  EXPECT_EQ(Amount("$" + digits), Refused());
+}
+
 TEST(ReadNumbers, TakesOutCurrenciesAndBlanks) {
   const Lines decoration = {"amount-decoration"};
   EXPECT_EQ(Amount("$11.76"), (ReadValue{"11.76", decoration}));
@@ -192,6 +210,8 @@ TEST(ReadNumbers, TakesOutQuotes) {
 TEST(ReadNumbers, TakesWordsAndSignsForNothingAsAbsent) {
   for (const char* const text : {"None", "null", "NaN", "N/A", "-", ".", ",", "--"}) {
     EXPECT_EQ(Amounts({text, "5,00"})[0], (ReadValue{"absent", {"amount-absent"}})) << text;
+    // The parser takes signs for zero, without a warning.
+    EXPECT_EQ(Amount(text), (ReadValue{"absent", {"amount-absent"}})) << text;
   }
 }
 

@@ -10,6 +10,7 @@
 #include "krofx/values/precision_integer.h"
 
 using krofx::internal::LazyBlock;
+using krofx::internal::NumbersWithoutDigits;
 using krofx::internal::PassedCommas;
 using krofx::internal::u128;
 using krofx::internal::WarnAboutText;
@@ -82,12 +83,18 @@ DecimalReading ReadDecimal(const char* text, std::size_t length) noexcept {
   }
   if (digits <= kWordDigits) reading.magnitude = word;
   if (malformed) reading.error = KRPW_BADFORMAT;
+  if (digits == 0) ++NumbersWithoutDigits();
   return reading;
 }
 
 }  // namespace
 
 std::size_t& krofx::internal::PassedCommas() {
+  static thread_local std::size_t count = 0;
+  return count;
+}
+
+std::size_t& krofx::internal::NumbersWithoutDigits() {
   static thread_local std::size_t count = 0;
   return count;
 }

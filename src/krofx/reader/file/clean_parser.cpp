@@ -17,11 +17,14 @@
 namespace krofx::internal {
 
 SilentLosses::SilentLosses()
-    : m_payloads(ReplacedPayloads()), m_figures(RepeatedFigures()), m_commas(PassedCommas()) {}
+    : m_payloads(ReplacedPayloads()),
+      m_figures(RepeatedFigures()),
+      m_commas(PassedCommas()),
+      m_withoutDigits(NumbersWithoutDigits()) {}
 
 bool SilentLosses::Any() const {
   return m_payloads != ReplacedPayloads() || m_figures != RepeatedFigures() ||
-         m_commas != PassedCommas();
+         m_commas != PassedCommas() || m_withoutDigits != NumbersWithoutDigits();
 }
 
 CleanParser::CleanParser() {
