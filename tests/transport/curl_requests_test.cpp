@@ -173,6 +173,38 @@ TEST_F(CurlRequests, SayThatAHeaderCannotBeSent) {
   EXPECT_EQ(server.Accepted(), 0);
 }
 
+TEST_F(CurlRequests, SendHeadersWithNamesOfAllCharactersThatAreAllowed) {
+  TlsServer server(Echo());
+  KRBuffer body(0, 0);
+  Put(body, "<OFX>");
+  char headers[] =
+      "\r\n\nAz09!#$%&'*+-.^_`|~: a\tb\xE9 \r\nX-Empty:  \t\r\ncontent-type: text/x-own\nX-Last:1";
+  m_request->SetTimeout(60);
+  ASSERT_EQ(m_request->SendPlusHeaders(server.Url().c_str(), &body, headers), KRNetStatus_Success);
+  const std::string reply = Reply();
+  for (const char* const line : {"Az09!#$%&'*+-.^_`|~: a\tb\xE9", "X-Empty:", "X-Last: 1"}) {
+    EXPECT_NE(reply.find(std::string("\r\n") + line + "\r\n"), std::string::npos) << reply;
+  }
+  EXPECT_NE(reply.find("\r\ncontent-type: text/x-own\r\n"), std::string::npos) << reply;
+  EXPECT_EQ(reply.find("Content-Type:"), std::string::npos) << "one content type only";
+}
+
+TEST_F(CurlRequests, SendNothingWithHeadersThatAreNone) {
+  TlsServer server(Echo());
+  KRBuffer body(0, 0);
+  Put(body, "<OFX>");
+  for (const char* const line : {"no colon", ": no name", "Na me: x", "X/Y: x", "X: a\x01",
+                                 "X: \x7F", "@: x", "[: x", "{: x", "Content-Length: 5",
+                                 "transfer-encoding: chunked", "EXPECT: 100-continue", "\r: x"}) {
+    std::string headers = line;
+    m_request->SetTimeout(60);
+    EXPECT_EQ(m_request->SendPlusHeaders(server.Url().c_str(), &body, headers.data()),
+              KRNetStatus_ClientError)
+        << line;
+  }
+  EXPECT_EQ(server.Accepted(), 0);
+}
+
 TEST_F(CurlRequests, NameEachHttpStatus) {
   struct Row {
     u32 http;
