@@ -181,7 +181,12 @@ std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& proble
 }
 
 bool IsLargePlainFile(const std::string& name, std::size_t bytes) {
-  if (name == "-") return false;
+  // Of many small files none is opened twice.
+  struct stat first {};
+  if (name == "-" || ::stat(name.c_str(), &first) != 0 ||
+      static_cast<std::size_t>(first.st_size) < bytes) {
+    return false;
+  }
   const FileDescriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   struct stat status {};
   if (!file || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) ||
