@@ -6,6 +6,7 @@ if(KROFX_COVERAGE AND KROFX_GCOVR)
     coverage
     COMMAND ${CMAKE_CTEST_COMMAND} --output-on-failure
     COMMAND ${KROFX_GCOVR} --root ${PROJECT_SOURCE_DIR} --filter ${PROJECT_SOURCE_DIR}/src
+            --exclude-throw-branches --exclude-unreachable-branches
             --html-details ${PROJECT_BINARY_DIR}/coverage.html --print-summary
     WORKING_DIRECTORY ${PROJECT_BINARY_DIR}
     USES_TERMINAL VERBATIM)
