@@ -10,8 +10,8 @@
 
 namespace krofx::testing {
 
-/// One text for each way to damage a header, and some for several at once. A private tag in the
-/// body sees to it that the parser does not read them cleanly.
+/// One text for each way to damage a header, and some for several at once. With the private tag
+/// in the body none of them is clean, so all are mended.
 inline std::vector<std::string> TextsWithDamagedFronts() {
   const std::string whole = BankStatementFile("<ACME.X>1");
   const std::string header = whole.substr(0, whole.find('<'));

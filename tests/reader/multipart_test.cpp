@@ -64,7 +64,7 @@ TEST(Multipart, MayHaveMessageSetsOfBothVersions) {
 std::string WithHeader(const std::string& header, const std::string& parts) {
   return header + "\r\n\r\n" + parts + "\r\n--cut--\r\n";
 }
-// A private tag sees to it that the parser does not read the text cleanly.
+// The text is not clean, because of the private tag.
 std::string OfxPart(std::string text) {
   text.insert(text.find("<OFX>") + 5, "<ACME.X>1");
   return "--cut\r\nContent-Type: application/x-ofx\r\n\r\n" + text + "\r\n";

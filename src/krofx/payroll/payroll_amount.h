@@ -106,10 +106,9 @@ class KROFX_API KRPayrollAmount : public KRPrecisionInteger {
   /// @return the product of the numbers, whatever their kinds; if `other` is a percentage it is
   ///         divided by 100. It has the kind of this amount and is not blank.
   virtual KRPayrollAmount operator*(const KRPayrollAmount& other) const;
-  /// @return the quotient of the numbers by the base class's rules, whatever their kinds; if
-  /// `other`
-  ///         is a percentage it is multiplied by 100. It has the kind of this amount and is not
-  ///         blank.
+  /// @return the quotient of the numbers by the base class's rules, whatever their kinds; it is
+  ///         multiplied by 100 if `other` is a percentage. It has the kind of this amount and is
+  ///         not blank.
   virtual KRPayrollAmount operator/(const KRPayrollAmount& other) const;
   /// @return a copy with sign +1.
   virtual KRPayrollAmount absval() const;

@@ -1,8 +1,7 @@
-// Whether memory was missing, for those who must say so whatever came of it.
+// The number of failed allocations, for code that must report that memory was missing.
 //
-// Most of the library goes on without memory where it can, and some of that cannot be told from bad
-// input: a date that cannot be converted, for example. What must never take the one for the other
-// compares the number of failed allocations before and after.
+// Where memory is missing the library sometimes goes on as with bad input: a date is not converted,
+// for example. A reader that must not confuse the two compares the numbers before and after.
 
 #ifndef KROFX_CORE_INTERNAL_FAILED_ALLOCATIONS_H_
 #define KROFX_CORE_INTERNAL_FAILED_ALLOCATIONS_H_

@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "krofx/core/buffer.h"
-#include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
 #include "krofx/reader/characters/charset.h"
 #include "krofx/reader/characters/references.h"
+#include "krofx/reader/characters/trimmed.h"
 #include "krofx/reader/reading.h"
 
 namespace krofx {
@@ -73,12 +73,6 @@ bool Convert(std::string_view text, const Charset& charset, Conversion conversio
   return true;
 }
 
-std::string_view Trim(std::string_view text) {
-  while (!text.empty() && IsWhite(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsWhite(text.back())) text.remove_suffix(1);
-  return text;
-}
-
 }  // namespace
 
 KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion) {
@@ -100,8 +94,8 @@ KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion
     return result;
   }
   std::string_view written(out.GetBufferPtr(), out.GetBufferSize());
-  // The parser kept the white space at the ends, since the control characters were further out.
-  if (leftOut) written = Trim(written);
+  // A control character at an end kept the parser from trimming the white space next to it.
+  if (leftOut) written = Trimmed(written);
   // A text that grows beyond what a string takes is cut between two characters.
   std::size_t size = std::min<std::size_t>(written.size(), KRString::kMaxLength);
   while (size > 0 && size < written.size() &&

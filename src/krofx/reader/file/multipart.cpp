@@ -7,6 +7,7 @@
 
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/core/thread.h"
+#include "krofx/reader/characters/trimmed.h"
 #include "krofx/reader/file/file_reader.h"
 #include "krofx/reader/file/text_bounds.h"
 #include "krofx/reader/header/header.h"
@@ -15,12 +16,6 @@
 namespace krofx::internal {
 
 namespace {
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsWhite(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsWhite(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 bool Assign(KRString& target, std::string_view text) {
   return text.empty() || target.Assign(text.data(), static_cast<u16>(text.size())) != 0;

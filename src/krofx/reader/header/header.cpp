@@ -9,6 +9,7 @@
 #include "krofx/core/internal/byte_search.h"
 #include "krofx/parse/internal/end_tag_index.h"
 #include "krofx/reader/characters/charset.h"
+#include "krofx/reader/characters/trimmed.h"
 #include "krofx/reader/characters/working_text.h"
 #include "krofx/reader/records/recorder.h"
 #include "krofx/reader/structure/aggregate_role.h"
@@ -44,12 +45,6 @@ bool IsNameCharacter(char c) {
 }
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
-std::string_view Trimmed(std::string_view text) {
-  while (!text.empty() && IsWhite(text.front())) text.remove_prefix(1);
-  while (!text.empty() && IsWhite(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 bool StartsWithoutCase(std::string_view text, std::string_view start) {
   return text.size() >= start.size() && EqualsWithoutCase(text.substr(0, start.size()), start);

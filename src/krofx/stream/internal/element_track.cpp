@@ -137,12 +137,11 @@ bool ElementTrack::Settle() {
 
 bool ElementTrack::TakeAhead() {
   m_lacking = nullptr;
-  if (m_next == m_countAhead) {
-    m_next = m_countAhead = 0;
-    return false;
-  }
+  if (!HasAhead()) return false;
   m_current = m_ahead[m_next++];
-  if (m_next == m_countAhead) m_lacking = m_lackingAhead;
+  if (HasAhead()) return true;
+  m_lacking = m_lackingAhead;
+  m_next = m_countAhead = 0;
   return true;
 }
 

@@ -51,7 +51,7 @@ void MendedText::Stop() {
 // How it ends
 
 bool MendedText::End(KRParseStatus status, const char* problem) {
-  // Whatever it looked like then.
+  // Without memory a text can look damaged.
   if (status != KRParseStatus_Fatal && KRGetFireAlarm() != KRFireAlarm_None) return EndOfMemory();
   m_state = State::kEnded;
   m_problem = problem;

@@ -31,11 +31,11 @@ class RecordKeeper {
       KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     }
   }
-  /// Adds a warning with the next AddDeferred: it comes after elements that are still to be handed
-  /// out.
+  /// Keeps a warning for AddDeferred: it comes after elements that are still to be handed out.
   void Defer(ReadWarning warning) {
     if (!m_deferred.Append(std::move(warning))) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
   }
+  /// Adds the warnings that were deferred.
   void AddDeferred() {
     for (ReadWarning& warning : m_deferred) Add(std::move(warning));
     m_deferred.Clear();
