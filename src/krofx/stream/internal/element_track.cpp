@@ -31,7 +31,7 @@ ElementTrack::~ElementTrack() {
   const auto free = [](const Complete& element) {
     if (element.isTaken) delete element.object;
   };
-  free(m_current);
+  if (m_current != nullptr) free(*m_current);
   if (m_depthBeside != 0) delete m_levels[m_depthBeside].object;
   for (u8 index = m_next; index < m_countAhead; ++index) free(m_ahead[index]);
 }
@@ -135,31 +135,21 @@ bool ElementTrack::Settle() {
   return true;
 }
 
-bool ElementTrack::TakeAhead() {
-  m_lacking = nullptr;
-  if (!HasAhead()) return false;
-  m_current = m_ahead[m_next++];
-  if (HasAhead()) return true;
-  m_lacking = m_lackingAhead;
-  m_next = m_countAhead = 0;
-  return true;
-}
-
 void ElementTrack::FindPlaces(LineCounter& lines, std::string_view part, std::size_t base) {
   const auto place = [&](Start& start) {
     if (start.isPlaced) return;
     start.place = lines.Find(part, base, start.place.offset);
     start.isPlaced = true;
   };
-  const s16 around = m_current.object != nullptr ? static_cast<s16>(m_current.depth - 1) : m_open;
+  const s16 around = m_current != nullptr ? static_cast<s16>(m_current->depth - 1) : m_open;
   for (s16 depth = 1; depth <= around; ++depth) place(m_levels[depth].start);
-  if (m_current.object != nullptr) place(m_current.start);
+  if (m_current != nullptr) place(m_current->start);
 }
 
 KRDataObj* ElementTrack::Around(u16 levels) const {
-  if (levels == 0) return m_current.object;
-  const bool isOpen = m_current.object != nullptr && levels <= m_current.depth;
-  return isOpen ? m_levels[m_current.depth - levels].object : nullptr;
+  if (levels == 0) return Element();
+  const bool isOpen = m_current != nullptr && levels <= m_current->depth;
+  return isOpen ? m_levels[m_current->depth - levels].object : nullptr;
 }
 
 const KRAccount* ElementTrack::AccountOfElement() const {
@@ -174,26 +164,21 @@ KRString ElementTrack::Path() const {
   const auto add = [&](s16 depth, KRTagID tag, std::size_t number) {
     AddToStreamPath(path, tag, IsInList(*m_levels[depth - 1].object, tag) ? number : 0);
   };
-  const s16 around = m_current.object != nullptr ? static_cast<s16>(m_current.depth - 1) : m_open;
+  const s16 around = m_current != nullptr ? static_cast<s16>(m_current->depth - 1) : m_open;
   for (s16 depth = 1; depth <= around; ++depth) {
     add(depth, m_levels[depth].tag, m_levels[depth].start.number);
   }
-  if (m_current.object != nullptr) {
-    add(m_current.depth, m_current.object->GetType(), m_current.start.number);
+  if (m_current != nullptr) {
+    add(m_current->depth, m_current->object->GetType(), m_current->start.number);
   }
   return path;
 }
 
-void ElementTrack::Drop() {
-  KRDataObj* const element = m_current.object;
-  m_current.object = nullptr;
-  if (element == nullptr) return;
-  if (m_current.isTaken) {
-    delete element;
-    return;
-  }
-  KRDataObj& parent = *m_levels[m_current.depth - 1].object;
-  if (const Row* const row = m_current.row) {
+// An element that could not be taken out of its list before.
+void ElementTrack::DropFromList() {
+  KRDataObj* const element = m_current->object;
+  KRDataObj& parent = *m_levels[m_current->depth - 1].object;
+  if (const Row* const row = m_current->row) {
     void* const array = row->member(parent);
     const u16 entries = row->array->entries(array);
     const u16 last = static_cast<u16>(entries - 1);

@@ -53,10 +53,18 @@ class ElementTrack final : public FeedWatcher {
   bool HasAhead() const { return m_next != m_countAhead; }
   /// Makes the element that has waited longest the current one. There must be none.
   /// @return whether there is one.
-  bool TakeAhead();
+  bool TakeAhead() {
+    m_lacking = nullptr;
+    if (!HasAhead()) return false;
+    m_current = &m_ahead[m_next++];
+    if (HasAhead()) return true;
+    m_lacking = m_lackingAhead;
+    m_next = m_countAhead = 0;
+    return true;
+  }
 
   /// @return the current element; null when there is none.
-  KRDataObj* Element() const { return m_current.object; }
+  KRDataObj* Element() const { return m_current == nullptr ? nullptr : m_current->object; }
   /// @return the part of the current element that lacks a required tag; null when none does.
   KRDataObj* Lacking() const { return m_lacking; }
   /// Finds the lines of the open aggregates and of the current element. Must be called before the
@@ -65,9 +73,9 @@ class ElementTrack final : public FeedWatcher {
   /// @param base the offset of its first byte.
   void FindPlaces(LineCounter& lines, std::string_view part, std::size_t base);
   /// @return where the current element begins, after FindPlaces.
-  const Place& PlaceOfElement() const { return m_current.start.place; }
+  const Place& PlaceOfElement() const { return m_current->start.place; }
   /// @return which of its tag the current element is in its list, from 1.
-  std::size_t NumberOfElement() const { return m_current.start.number; }
+  std::size_t NumberOfElement() const { return m_current->start.number; }
   /// @return the aggregate around the current element that is `levels` further out; null beyond the
   ///         root.
   KRDataObj* Around(u16 levels) const;
@@ -76,8 +84,16 @@ class ElementTrack final : public FeedWatcher {
   const KRAccount* AccountOfElement() const;
   /// @return the path of the current element, or, without one, of the innermost open aggregate.
   KRString Path() const;
-  /// Deletes the current element.
-  void Drop();
+  /// Deletes the current element, if there is one.
+  void Drop() {
+    if (m_current == nullptr) return;
+    if (m_current->isTaken) {
+      delete m_current->object;
+    } else {
+      DropFromList();
+    }
+    m_current = nullptr;
+  }
 
  private:
   // How many aggregates of one tag an open one has had.
@@ -125,15 +141,17 @@ class ElementTrack final : public FeedWatcher {
   static std::size_t CountOne(Level& level, KRTagID tag);
   const Kind& KindOf(const Level& level, Level& parent);
   AfterClosing Keep(s16 depth, const Row* row, bool isTaken);
+  void DropFromList();
 
   WantedClasses& m_wanted;
   Level m_levels[KRParser::kMaxDepth + 1];
   std::size_t m_base = 0;
   s16 m_open = 0;  // How many are open.
   Kind m_kinds[kKinds];
-  Complete m_current;
-  // Those that wait: m_ahead[m_next] to m_ahead[m_countAhead - 1].
+  // Those that wait: m_ahead[m_next] to m_ahead[m_countAhead - 1]. The current one is one that
+  // waited before them, which stays until it is dropped.
   Complete m_ahead[kMostAhead];
+  Complete* m_current = nullptr;
   u8 m_next = 0;
   u8 m_countAhead = 0;
   s16 m_depthBeside = 0;  // Of an open element that is not in its list; 0 without.
