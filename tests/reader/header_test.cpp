@@ -103,6 +103,18 @@ TEST(Header, TakesVersionsThatTheLibraryDoesNotKnow) {
   }
 }
 
+TEST(Header, SaysWhichFieldIsTooLongInEitherForm) {
+  const std::string id(KRString::kMaxLength + 1, 'a');
+  std::string text = kWhole;
+  text.replace(text.find("OLDFILEUID:NONE") + 11, 4, id);
+  ExpectWhole(text, {"header-value"});
+  const Reading reading =
+      Read("<?OFX OFXHEADER=\"200\" VERSION=\"203\" SECURITY=\"NONE\" OLDFILEUID=\"" + id +
+           "\" NEWFILEUID=\"NONE\"?>" + kBody);
+  EXPECT_EQ(MendingNames(reading), Lines{"header-value"});
+  EXPECT_EQ(Str(reading.mendings[0].tag), "OLDFILEUID");
+}
+
 TEST(Header, PassesOverWhatStandsInFrontOfIt) {
   ExpectWhole(
       "HTTP/1.1 200 OK\r\nContent-Type: application/x-ofx\r\nContent-Encoding: none\r\n"

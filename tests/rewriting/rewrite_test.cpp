@@ -57,6 +57,38 @@ TEST(Rewrite, WritesHeaderFieldsOfAnyTextAsAttributes) {
       << text.substr(0, 300);
 }
 
+TEST(Rewrite, WritesHeaderFieldsInTheCharacterSetOfTheText) {
+  const auto withId = [](std::string text, const std::string& id) {
+    return text.replace(text.find("OLDFILEUID:NONE") + 11, 4, id);
+  };
+  // 200 characters that take two bytes each in UTF-8.
+  const std::string id(200, '\xE9');
+  const std::string windows = Rewritten(Read(withId(Statement("Grocer"), id)));
+  EXPECT_NE(windows.find("CHARSET:1252\r\n"), std::string::npos) << windows;
+  EXPECT_NE(windows.find("OLDFILEUID:" + id + "\r\n"), std::string::npos) << windows;
+
+  const Reading both = Read(withId(Statement("Grocer &#321;<SIC/>"), id));
+  for (const RewriteOptions& options : {RewriteOptions(), Ofx2(203)}) {
+    const std::string text = Rewritten(both, options);
+    EXPECT_EQ(text.find('\xE9'), std::string::npos) << text;
+    const Reading again = Read(text);
+    EXPECT_EQ(MendingLines(again), Lines());
+    EXPECT_EQ(Str(again.texts[0].ToUtf8(*again.root->GetHeader(KRHeaderTag_OLDFILEUID))),
+              Str(both.texts[0].ToUtf8(KRString(id.c_str()))));
+    EXPECT_EQ(Rewritten(again, options), text);
+  }
+}
+
+TEST(Rewrite, RefusesTextsThatAreTooLongInUtf8) {
+  const Reading reading = Read(Statement(std::string(40000, '\xE9')));
+  EXPECT_EQ(Rewritten(reading), "status 5");
+  const Reading header = Read(Statement("Grocer"));
+  ASSERT_EQ(
+      header.root->SetHeader(KRHeaderTag_NEWFILEUID, KRString(std::string(40000, '\xE9').c_str())),
+      1);
+  EXPECT_EQ(Rewritten(header, Ofx2(203)), "status 5");
+}
+
 TEST(Rewrite, WritesTheSameTreeInBothForms) {
   for (const auto& [name, text] : ExampleTexts()) {
     const Reading reading = Read(text);

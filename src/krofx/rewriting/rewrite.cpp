@@ -26,6 +26,9 @@ std::string_view BytesOf(const KRBuffer& buffer) {
   return bytes == nullptr ? std::string_view() : std::string_view(bytes, buffer.GetBufferSize());
 }
 
+// Where the body of a text of the builder begins.
+std::size_t BodyOf(std::string_view text) { return std::min(text.find('<'), text.size()); }
+
 // Writes into a buffer, and remembers that it did not take something.
 class Output {
  public:
@@ -46,23 +49,25 @@ class Output {
   bool m_failed = false;
 };
 
-// The body in the character set 1252, when it can be, and when a reader does not take it for UTF-8.
-bool MakeWindows(std::string_view body, KRBuffer& out) {
+// A text in the character set 1252, when it can be, and when a reader does not take it for UTF-8.
+bool MakeWindows(std::string_view text, KRBuffer& out) {
   Charset windows;
   if (windows.Open("WINDOWS-1252") != Charset::Opened::kYes) return false;
   Output output(out);
-  while (!body.empty()) {
+  while (!text.empty()) {
     char32_t code;
-    const std::size_t width = internal::DecodeUtf8(body, code);
+    const std::size_t width = internal::DecodeUtf8(text, code);
     char bytes[Charset::kLongest];
     const std::size_t count = windows.Encode(code, bytes);
     if (count == 0) return false;
     output.Add({bytes, count});
-    body.remove_prefix(width);
+    text.remove_prefix(width);
   }
+  if (output.HasFailed()) return false;
+  // A reader looks at the body alone.
+  const std::string_view body = BytesOf(out).substr(BodyOf(BytesOf(out)));
   internal::ChosenCharset chosen;
-  return !output.HasFailed() &&
-         internal::ChooseCharset(BytesOf(out), {"USASCII", "1252", {}, false}, windows, chosen) &&
+  return internal::ChooseCharset(body, {"USASCII", "1252", {}, false}, windows, chosen) &&
          !chosen.lies;
 }
 
@@ -83,12 +88,14 @@ void AddHeader1(std::string_view header, bool utf8, Output& output) {
   }
 }
 
-bool WriteOfx1(std::string_view header, std::string_view body, Output& output) {
+bool WriteOfx1(std::string_view text, Output& output) {
   KRBuffer windows(0, 65536);
-  const bool ascii = !internal::HasHighBytes(body);
-  const bool fits = ascii || MakeWindows(body, windows);
-  AddHeader1(header, !fits, output);
-  output.Add(ascii || !fits ? body : BytesOf(windows));
+  const bool ascii = !internal::HasHighBytes(text);
+  const bool fits = ascii || MakeWindows(text, windows);
+  if (!ascii && fits) text = BytesOf(windows);
+  const std::size_t body = BodyOf(text);
+  AddHeader1(text.substr(0, body), !fits, output);
+  output.Add(text.substr(body));
   return !output.HasFailed();
 }
 
@@ -157,12 +164,11 @@ KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out, const RewriteOptions& 
   if (status != KRBuildStatus_Done) return status;
 
   const std::string_view whole = BytesOf(built);
-  const std::size_t body = std::min(whole.find('<'), whole.size());
   const u32 before = out.GetBufferSize();
   Output output(out);
   const bool written = options.form == TextForm::kOfx1
-                           ? WriteOfx1(whole.substr(0, body), whole.substr(body), output)
-                           : WriteOfx2(text, whole.substr(body), options.version, output);
+                           ? WriteOfx1(whole, output)
+                           : WriteOfx2(text, whole.substr(BodyOf(whole)), options.version, output);
   if (written && KRGetFireAlarm() == KRFireAlarm_None) return KRBuildStatus_Done;
   out.SetBufferOffset(before);
   out.SetBufferSize(before);

@@ -9,6 +9,12 @@
 
 namespace krofx::internal {
 
+KRBuildStatus WholeBuilder::AddHeader(KRHeaderTag tag, const KRString& value) {
+  bool whole = true;
+  const KRString shown = ConvertToUtf8(value, m_text.charset, Conversion::kAsWritten, &whole);
+  return whole ? KRBuilder::AddHeader(tag, shown) : KRBuildStatus_TooLong;
+}
+
 KRBuildStatus WholeBuilder::AddTagElement(KRTagID tag) {
   m_secret = IsSecret(tag);
   return KRBuilder::AddTagElement(tag);
@@ -22,8 +28,10 @@ KRBuildStatus WholeBuilder::AddString(const KRString& text, KRBuildStringMacroOp
     return text.ExceedsSpecLength() != 0 ? KRBuildStatus_TooLong : KRBuildStatus_NotValid;
   }
   // A password is what it is, letter by letter.
-  const KRString shown =
-      ConvertToUtf8(text, m_text.charset, m_secret ? Conversion::kAsWritten : Conversion::kAsMeant);
+  bool whole = true;
+  const KRString shown = ConvertToUtf8(
+      text, m_text.charset, m_secret ? Conversion::kAsWritten : Conversion::kAsMeant, &whole);
+  if (!whole) return KRBuildStatus_TooLong;
   for (const char* at = shown; *at != '\0'; ++at) {
     const char* const macro =
         macroOption == KRBuildStringMacroOpt_Escape ? KRUtility::GetMacroString(*at) : nullptr;

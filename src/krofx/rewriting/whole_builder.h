@@ -17,6 +17,7 @@ class WholeBuilder final : public KRBuilder {
       : KRBuilder(KRBuildStringCrLfOpt_LF), m_text(text), m_strict(strict) {}
 
   using KRBuilder::AddString;
+  KRBuildStatus AddHeader(KRHeaderTag tag, const KRString& value) override;
   KRBuildStatus AddTagElement(KRTagID tag) override;
   KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt macroOption,
                           KRBuildStringCrLfOpt lineOption) override;

@@ -75,7 +75,9 @@ bool Convert(std::string_view text, const Charset& charset, Conversion conversio
 
 }  // namespace
 
-KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion) {
+KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion,
+                       bool* whole) {
+  if (whole != nullptr) *whole = true;
   std::string_view view(text, text.GetStrLength());
   if (conversion == Conversion::kAsMeant) view = WithoutSection(view);
   KRString result;
@@ -102,6 +104,7 @@ KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion
          (static_cast<unsigned char>(written[size]) & 0xC0) == 0x80) {
     --size;
   }
+  if (whole != nullptr) *whole = size == written.size();
   if (size != 0) result.Assign(written.data(), static_cast<u16>(size));
   return result;
 }

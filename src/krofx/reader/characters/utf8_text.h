@@ -14,8 +14,11 @@ enum class Conversion : u8 {
 };
 
 /// @param charset the name of the character set that it is in.
+/// @param whole takes false when the text grows beyond what a string takes, and is cut. May be
+/// null.
 /// @return a text in UTF-8: see OfxText::ToUtf8.
-KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion);
+KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion conversion,
+                       bool* whole = nullptr);
 
 }  // namespace krofx::internal
 

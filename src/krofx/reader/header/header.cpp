@@ -257,7 +257,7 @@ bool IsKnown(KRHeaderTag tag, std::string_view value) {
     case KRHeaderTag_COMPRESSION:
       return text == "NONE";
     default:
-      return value.size() < 255;
+      return value.size() <= KRString::kMaxLength;
   }
 }
 
@@ -319,8 +319,11 @@ KRParseStatus GiveHeader(const WorkingText& text, const Header& header, const Ch
     } else if (value.empty() || !IsKnown(field.tag, value)) {
       taken = field.tag == KRHeaderTag_VERSION && isSecondVersion() ? "151" : field.usual;
     }
-    if (header.form == TextForm::kOfx1 && any &&
-        (value.empty() || (!isCharset && taken != value))) {
+    // Headers of OFX 2 have other versions and fewer fields, which is no fault of theirs.
+    const bool differs = !isCharset && taken != value;
+    const bool isFault = header.form == TextForm::kOfx1 ? any && (value.empty() || differs)
+                                                        : value.size() > KRString::kMaxLength;
+    if (isFault) {
       const std::size_t at =
           value.empty() ? header.body : static_cast<std::size_t>(value.data() - header.base);
       const MendingKind kind =
