@@ -30,9 +30,10 @@ struct RewriteOptions {
 /// read them: see OfxText::ToUtf8. Passwords are written as they are.
 /// @param failing takes the object that could not be written, null when none is to blame. May be
 ///        null.
-/// @return 0 done; 3 there is no tree; 5 with a text that is longer in UTF-8 than a string may be; 7
-///         for a multipart text, and for two message sets of one tag; else as KRBuilder::Build. After
-///         a failure `out` holds what it held.
+/// @return 0 done; 3 there is no tree; 5 with a text that is longer in UTF-8 than a string may be;
+/// 7
+///         for a multipart text, and for two message sets of one tag; else as KRBuilder::Build.
+///         After a failure `out` holds what it held.
 KROFX_API KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out,
                                 const RewriteOptions& options = {}, KRDataObj** failing = nullptr);
 
