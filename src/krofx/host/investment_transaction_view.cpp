@@ -3,6 +3,8 @@
 
 #include "krofx/host/investment_transaction_view.h"
 
+#include <type_traits>
+
 #include "krofx/host/currency_text.h"
 #include "krofx/host/security_search.h"
 #include "krofx/host/transaction_view.h"
@@ -54,7 +56,8 @@ void Put(Result& out, const Value& value) {
   }
 }
 
-// A look at one element: stores it if the object has it.
+// A look at one element: stores it if the object has it. The type of the result tells whether the
+// class can have it.
 #define KROFX_LOOK(Name)                            \
   [](const auto& part, auto& out) {                 \
     if constexpr (requires { part.Has##Name(); }) { \
@@ -62,9 +65,13 @@ void Put(Result& out, const Value& value) {
       Put(out, part.Get##Name());                   \
       return true;                                  \
     } else {                                        \
-      return false;                                 \
+      return std::false_type();                     \
     }                                               \
   }
+
+template <class Look, class Part, class Result>
+constexpr bool kCanHave =
+    !std::is_same_v<std::invoke_result_t<Look, const Part&, Result&>, std::false_type>;
 
 }  // namespace
 
@@ -84,8 +91,10 @@ template <class Result, class... Looks>
 Result InvestmentTransactionView::Find(Looks... looks) const {
   Result result = {};
   const auto look = [&](const auto& part) { return (looks(part, result) || ...); };
-  All::VisitAs(m_kind, *m_object, [&look](const auto& transaction) {
-    if (look(transaction)) return;
+  All::VisitAs(m_kind, *m_object, [&look]<class Kind>(const Kind& transaction) {
+    if constexpr ((kCanHave<Looks, Kind, Result> || ...)) {
+      if (look(transaction)) return;
+    }
     // What purchases have in common, or sales, is one level deeper.
     if constexpr (requires { transaction.GetInvBuy(); }) {
       if (const KRInvBuy* const buy = transaction.GetInvBuy()) look(*buy);
