@@ -22,7 +22,7 @@ import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 COPY = os.path.join(ROOT, "build", "mutate")
-COPIED = ("cmake", "src", "tests", "tools", "examples", "CMakeLists.txt")
+COPIED = ("cmake", "src", "tests", "tools", "examples", "fuzz", "CMakeLists.txt")
 
 # (what is replaced, by what). Each match of a line is one change that can be made.
 CHANGES = (
