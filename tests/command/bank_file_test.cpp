@@ -1,0 +1,161 @@
+// What the file of banks may say, and what is said of a file that is wrong.
+
+#include "banks/bank_file.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+#include "banks/password_rules.h"
+
+namespace krofx::command {
+namespace {
+
+const std::string kHarbor = "[harbor]\nurl = \"https://a.example\"\norg = \"O\"\nuser = \"ada\"\n";
+
+std::string ProblemOf(const std::string& text) { return ParseBanks(text, "/home").problem; }
+
+TEST(BankFile, SaysTheLineAndTheKeyThatAreWrong) {
+  const std::map<std::string, std::string> problems = {
+      {"timeout = 0", "timeout needs a whole number from 1 to 86400"},
+      {"timeout = 86401", "timeout needs a whole number from 1 to 86400"},
+      {"timeout = \"9\"", "timeout needs a whole number from 1 to 86400"},
+      {"version = 3", "version needs a whole number from 1 to 2"},
+      {"fid = 7", "fid needs a text in quotes"},
+      {"fid = \"\"", "fid is empty"},
+      {"fid = \"a\\u0007\"", "fid has a control character"},
+      {"fid = \"a\\u007f\"", "fid has a control character"},
+      {"keyring = \"yes\"", "keyring is true or false"},
+      {"profile = 1", "profile is true or false"},
+      {"root = 1", "root needs texts in quotes"},
+      {"root = [\"a.pem\", 1]", "root needs texts in quotes"},
+      {"client-id = 1", "client-id needs a text in quotes"},
+      {"client-id = \"a b\"", "client-id is true, or up to 36 letters, digits and hyphens"},
+      {"client-id = \"\u00e9\"", "client-id is true, or up to 36 letters, digits and hyphens"},
+      {"client-id = \"" + std::string(37, 'a') + "\"",
+       "client-id is true, or up to 36 letters, digits and hyphens"},
+      {"keyring = true\npassword-command = \"pass\"",
+       "harbor has both password-command and keyring; one is enough"},
+      {"account = 1", "write each account under [[harbor.account]]"},
+      {"account = [1]", "account is not a table; write [account]"},
+      {"pass = \"x\"",
+       "pass is not known; a password has no place in this file: use "
+       "password-command, or keyring = true"},
+      {"userpassword = \"x\"",
+       "userpassword is not known; a password has no place in this file: "
+       "use password-command, or keyring = true"},
+      {"tiemout = 9", "tiemout is not known; did you mean timeout?"},
+      {"zzz = 1\naaa = 1", "zzz is not known"},
+      {"aaa = 1\nzzz = 1", "aaa is not known"},
+  };
+  for (const auto& [line, problem] : problems) {
+    const std::string said = ProblemOf(kHarbor + line + "\n");
+    EXPECT_TRUE(said.starts_with("line ")) << said;
+    EXPECT_EQ(said.substr(said.find(": ") + 2), problem) << line;
+  }
+  EXPECT_EQ(ProblemOf(kHarbor + "zzz = 1\n"), "line 5: zzz is not known");
+  EXPECT_EQ(ProblemOf("harbor = 1\n"), "line 1: harbor is not a table; write [harbor]");
+  EXPECT_EQ(ProblemOf("[7bank]\n"),
+            "line 1: the name of a bank has letters, digits, - and _, and begins with a letter");
+  EXPECT_EQ(ProblemOf("[harbor]\norg = \"O\"\n"), "line 1: harbor needs url");
+}
+
+TEST(BankFile, SaysWhatAnAccountLacks) {
+  const std::string one = "an account needs one of bank, broker, and card = true";
+  const std::map<std::string, std::string> problems = {
+      {"bank = \"34\"", "account needs account"},
+      {"account = \"12\"", one},
+      {"account = \"12\"\nbank = \"34\"\ncard = true", one},
+      {"account = \"12\"\nbank = \"34\"\nbroker = \"b\"", one},
+      {"account = \"12\"\ncard = true\ntype = \"SAVINGS\"",
+       "branch and type are for accounts with bank"},
+      {"account = \"12\"\nbroker = \"b\"\nbranch = \"1\"",
+       "branch and type are for accounts with bank"},
+      {"account = \"12\"\nbank = \"34\"\ntype = \"SAVING\"",
+       "SAVING is not an account type; write CHECKING, SAVINGS, MONEYMRKT or CREDITLINE; did you "
+       "mean SAVINGS?"},
+      {"account = \"12\"\nbank = \"34\"\nnumber = \"5\"", "number is not known"},
+  };
+  for (const auto& [lines, problem] : problems) {
+    const std::string said = ProblemOf(kHarbor + "[[harbor.account]]\n" + lines + "\n");
+    EXPECT_EQ(said.substr(said.find(": ") + 2), problem) << lines;
+  }
+}
+
+TEST(BankFile, RepeatsNoValueOfWhatIsNotToml) {
+  for (const std::string line : {"user = secret", "user = \"secret", "user \"secret\"", "= secret",
+                                 "user = \"a\" secret", "[harbor", "user = 'secret\n'"}) {
+    const std::string said = ProblemOf("[harbor]\n" + line + "\n");
+    EXPECT_NE(said.find("this is not TOML: "), std::string::npos) << said;
+    EXPECT_EQ(said.find("secret"), std::string::npos) << said;
+    EXPECT_EQ(said.find('\n'), std::string::npos) << said;
+  }
+}
+
+TEST(BankFile, TakesAllThatABankMaySay) {
+  const BankList list =
+      ParseBanks(kHarbor +
+                     "client-id = true\nversion = 2\nprofile = false\nhosts = \"b.example\"\n"
+                     "root = [\"a.pem\", \"/etc/b.pem\"]\ntimeout = 86400\napp-version = 9999\n"
+                     "[[harbor.account]]\naccount = \"12\"\nbank = \"34\"\n"
+                     "[[harbor.account]]\naccount = \"5500\"\ncard = true\n"
+                     "[[harbor.account]]\naccount = \"77\"\nbroker = \"tern.example\"\n",
+                 "/home/ada");
+  ASSERT_EQ(list.problem, "");
+  ASSERT_EQ(list.banks.size(), 1u);
+  const Bank& bank = list.banks[0];
+  EXPECT_TRUE(bank.makesClientId);
+  EXPECT_EQ(bank.clientId, "");
+  EXPECT_FALSE(bank.hasProfile);
+  EXPECT_EQ(bank.timeout, 86400);
+  EXPECT_EQ(bank.rootFiles, (std::vector<std::string>{"/home/ada/a.pem", "/etc/b.pem"}));
+  ASSERT_EQ(bank.accounts.size(), 3u);
+  EXPECT_EQ(bank.accounts[0].type, "CHECKING");
+  EXPECT_EQ(bank.accounts[1].kind, AccountKind::kCard);
+  EXPECT_EQ(bank.accounts[2].kind, AccountKind::kInvestment);
+  EXPECT_EQ(bank.accounts[2].bank, "tern.example");
+}
+
+TEST(BankFile, FindsABankByItsNameAndSaysWhatThereIs) {
+  std::string problem;
+  EXPECT_EQ(FindBank({}, "@harbor", problem), nullptr);
+  EXPECT_EQ(problem, "there is no bank harbor; none is known: add one with \"krofx bank add\"");
+  const BankList list = ParseBanks(kHarbor, "/home");
+  ASSERT_NE(FindBank(list, "@harbor", problem), nullptr);
+  EXPECT_EQ(FindBank(list, "harbor", problem)->user, "ada");
+  EXPECT_EQ(FindBank(list, "zzzzzz", problem), nullptr);
+  EXPECT_EQ(problem, "there is no bank zzzzzz; \"krofx bank list\" names those there are");
+  EXPECT_EQ(FindBank(list, "habor", problem), nullptr);
+  EXPECT_EQ(problem, "there is no bank habor; did you mean harbor?");
+}
+
+TEST(PasswordRules, NameTheRuleThatAPasswordBreaks) {
+  PasswordRules rules;
+  EXPECT_EQ(FindBrokenRule(rules, ""), "");
+  rules.least = 4;
+  rules.most = 6;
+  rules.special = rules.spaces = false;
+  EXPECT_NE(FindBrokenRule(rules, "abc"), "");
+  EXPECT_EQ(FindBrokenRule(rules, "abcd"), "");
+  EXPECT_EQ(FindBrokenRule(rules, "aBc9ef"), "");
+  EXPECT_NE(FindBrokenRule(rules, "abcdefg"), "");
+  EXPECT_NE(FindBrokenRule(rules, "ab d"), "");
+  EXPECT_NE(FindBrokenRule(rules, "ab-d"), "");
+  for (const char* const kind : {"ALPHAONLY", "NUMERICONLY", "ALPHAORNUMERIC", "ALPHAANDNUMERIC"}) {
+    rules.characters = kind;
+    const std::string name = kind;
+    EXPECT_EQ(FindBrokenRule(rules, "abcd") == "", name == "ALPHAONLY" || name == "ALPHAORNUMERIC")
+        << kind;
+    EXPECT_EQ(FindBrokenRule(rules, "1234") == "",
+              name == "NUMERICONLY" || name == "ALPHAORNUMERIC")
+        << kind;
+    EXPECT_EQ(FindBrokenRule(rules, "ab12") == "",
+              name == "ALPHAORNUMERIC" || name == "ALPHAANDNUMERIC")
+        << kind;
+    EXPECT_NE(DescribeRules(rules), "");
+  }
+}
+
+}  // namespace
+}  // namespace krofx::command
