@@ -56,7 +56,7 @@ std::unique_ptr<ParsedFile> ReadStatement(const std::string& version) {
       "<BANKACCTFROM><BANKID>1<ACCTID>2<ACCTTYPE>CHECKING</BANKACCTFROM>" +
       "<BANKTRANLIST><DTSTART>20260101<DTEND>20260131" + Transactions(version) +
       "</BANKTRANLIST></STMTRS></STMTTRNRS></BANKMSGSRS" + version + "></OFX>";
-  auto buffer = std::make_unique<KRBuffer>(0, 4096);
+  std::unique_ptr<KRBuffer> buffer(new KRBuffer(0, 4096));
   EXPECT_EQ(buffer->WriteLarge(text.data(), static_cast<u32>(text.size())), KRBufferOK);
   return std::make_unique<ParsedFile>("test", std::move(buffer));
 }

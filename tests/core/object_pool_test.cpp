@@ -79,12 +79,12 @@ TEST(ObjectPool, GetsBackFromAThreadThatEndsWhatItHadNotUsed) {
 TEST(ObjectPool, ServesManyThreadsAtOnce) {
   std::vector<std::thread> threads;
   std::vector<int> faults(4, 0);
-  for (int t = 0; t < 4; ++t) {
+  for (unsigned t = 0; t < 4; ++t) {
     threads.emplace_back([t, &faults] {
       std::vector<unsigned char*> held;
       for (int round = 0; round < 3000; ++round) {
         auto* piece = static_cast<unsigned char*>(PoolAllocate(96));
-        std::memset(piece, t, 96);
+        std::memset(piece, static_cast<int>(t), 96);
         held.push_back(piece);
         if (round % 3 == 0) {
           unsigned char* back = held[held.size() / 2];

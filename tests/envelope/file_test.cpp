@@ -242,10 +242,10 @@ TEST(KRFile, GivesItsOFXSubfilesTheirType) {
   EXPECT_EQ(Build(file).status, KRBuildStatus_MissingTag);
 
   auto* signOn = Make<KRSignOnRs>(1).release();
-  signOn->HandleTagElement(std::make_unique<KRTagDictionaryEntry>(KRTag_DTSERVER, "").get(),
-                           KRString("20260101"));
-  signOn->HandleTagElement(std::make_unique<KRTagDictionaryEntry>(KRTag_LANGUAGE, "").get(),
-                           KRString("ENG"));
+  const KRTagDictionaryEntry server{KRTag_DTSERVER, ""};
+  const KRTagDictionaryEntry language{KRTag_LANGUAGE, ""};
+  signOn->HandleTagElement(&server, KRString("20260101"));
+  signOn->HandleTagElement(&language, KRString("ENG"));
   auto* status = Make<KRStatus>(1).release();
   status->SetCode(0);
   status->SetSeverity(KRStatusSeverity_INFO);
