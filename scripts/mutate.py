@@ -24,7 +24,7 @@ import sys
 
 ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 COPY = os.path.join(ROOT, "build", "mutate")
-COPIED = ("cmake", "src", "tests", "tools", "examples", "fuzz", "CMakeLists.txt")
+COPIED = ("cmake", "docs", "src", "tests", "tools", "examples", "fuzz", "CMakeLists.txt")
 
 # The layers whose tests may notice a change in another, those that use most of it first.
 OTHERS = ("envelope", "exchanges", "reader", "stream", "host", "payroll", "parse", "transport", "rewriting")
