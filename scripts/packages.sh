@@ -12,7 +12,7 @@ test_packages=("${build_packages[@]}" bash-completion binutils clang-format fish
 bench_packages=("${build_packages[@]}" libbenchmark-dev libpugixml-dev valgrind)
 # For benchmarks, fuzzing, coverage and clang-tidy; no script needs them all.
 # shellcheck disable=SC2034
-work_packages=(clang clang-tidy gcovr libbenchmark-dev libpugixml-dev llvm)
+work_packages=(clang clang-tidy libbenchmark-dev libpugixml-dev llvm)
 
 # To try other machines: see other_machines.sh.
 # shellcheck disable=SC2034

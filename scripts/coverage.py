@@ -1,0 +1,89 @@
+#!/usr/bin/env python3
+"""Runs all tests of a build with KROFX_COVERAGE and says what of the sources they reach.
+
+    scripts/coverage.py BUILD [--no-tests]
+
+Prints the part of the lines, and of the branches, that are reached in what is written by hand: the library
+(src) and the command. A branch is a condition in the source that comes out true, or false: each of those in
+"a && b" counts for itself. Files with many that are missing are listed. BUILD/coverage has a page for each
+file. With --no-tests the report is of the last run.
+"""
+
+import argparse
+import glob
+import json
+import os
+import shutil
+import subprocess
+import sys
+
+ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+PARTS = ("src", "command")
+MANY = 20
+
+
+def find_tool(name):
+    for each in (name, name + "-14"):
+        if shutil.which(each):
+            return each
+    sys.exit(f"coverage.py: there is no {name}; it is in the package llvm")
+
+
+def is_program(path):
+    if not os.access(path, os.X_OK) or os.path.islink(path) or not os.path.isfile(path):
+        return False
+    with open(path, "rb") as file:
+        return file.read(4) == b"\x7fELF"
+
+
+def find_programs(build):
+    """All programs of the tests, of the command, and the library that is shared."""
+    programs = []
+    for part in ("src", "command", "tests"):
+        for parent, folders, names in os.walk(os.path.join(build, part)):
+            folders[:] = [folder for folder in folders if folder != "CMakeFiles"]
+            programs += [path for path in (os.path.join(parent, name) for name in names) if is_program(path)]
+    return programs
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("build")
+    parser.add_argument("--no-tests", action="store_true")
+    asked = parser.parse_args()
+    build = os.path.abspath(asked.build)
+
+    profile = os.path.join(build, "profile")
+    if not asked.no_tests:
+        shutil.rmtree(profile, ignore_errors=True)
+        jobs = str(os.cpu_count())
+        subprocess.run(["ctest", "--test-dir", build, "--output-on-failure", "--parallel", jobs], check=True)
+
+    merged = os.path.join(profile, "all.profdata")
+    raw = glob.glob(os.path.join(profile, "*.profraw"))
+    subprocess.run([find_tool("llvm-profdata"), "merge", "-sparse", *raw, "-o", merged], check=True)
+    programs = find_programs(build)
+    given = [programs[0], *(word for each in programs[1:] for word in ("-object", each))]
+    given += ["-instr-profile=" + merged]
+    cover = find_tool("llvm-cov")
+    # Tests define some functions of the library themselves, which llvm-cov calls mismatched.
+    quiet = {"stderr": subprocess.DEVNULL, "check": True}
+    for part in PARTS:
+        folder = os.path.join(ROOT, part)
+        export = [cover, "export", "-summary-only", *given, folder]
+        report = json.loads(subprocess.run(export, stdout=subprocess.PIPE, **quiet).stdout)["data"][0]
+        lines, branches = report["totals"]["lines"], report["totals"]["branches"]
+        print(f"{part}: {lines['percent']:.1f} % of {lines['count']} lines, "
+              f"{branches['percent']:.1f} % of {branches['count']} branches")
+        files = [(f["summary"]["branches"]["notcovered"], f["filename"]) for f in report["files"]]
+        for missing, name in sorted(files, reverse=True):
+            if missing >= MANY:
+                print(f"  {missing:4} branches missing in {os.path.relpath(name, ROOT)}")
+    folders = [os.path.join(ROOT, part) for part in PARTS]
+    pages = os.path.join(build, "coverage")
+    show = [cover, "show", "-format=html", "-show-branches=count", "-output-dir=" + pages, *given, *folders]
+    subprocess.run(show, **quiet)
+    print("pages: " + os.path.relpath(os.path.join(pages, "index.html"), os.getcwd()))
+
+
+main()
