@@ -154,8 +154,20 @@ TEST(Header, OfOfx2MayHaveAttributesWithoutValuesAndOtherInstructions) {
   EXPECT_EQ(*reading.root->GetHeader(KRHeaderTag_OLDFILEUID), KRString("2026-01.A_b"));
   EXPECT_EQ(*reading.root->GetHeader(KRHeaderTag_SECURITY), KRString("NONE"));
   ExpectWhole("<?OFX OFXHEADER=\"200\" VERSION=\"203\" NEWFILEUID= ?>" + kBody, {});
-  ExpectWhole("Dear customer, <?OFX OFXHEADER=\"200\" VERSION=\"203\"?>" + kBody,
-              {"text-in-front"});
+  for (const char* const front : {"Dear customer, ", "x"}) {
+    const Reading greeted =
+        ExpectWhole(front + std::string("<?OFX OFXHEADER=\"200\" VERSION=\"203\"?>") + kBody,
+                    {"text-in-front"});
+    EXPECT_TRUE(std::string(front).starts_with(Str(greeted.mendings[0].was)));
+  }
+  for (const char* const other :
+       {"OFXa", "ofxz", "OFXA", "OFXZ", "OFX0", "OFX9", "OFX-", "OFX_", "OFX."}) {
+    const Reading two =
+        ExpectWhole("<?" + std::string(other) +
+                        " VERSION=\"9\"?><?OFX OFXHEADER=\"200\" VERSION=\"203\"?>" + kBody,
+                    {});
+    EXPECT_EQ(Str(two.texts[0].version), "203") << other;
+  }
 }
 
 TEST(Header, TakesNoFieldOfAnotherNameForItsOwn) {

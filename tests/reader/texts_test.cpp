@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <regex>
 #include <string>
 #include <string_view>
 
@@ -52,6 +53,21 @@ TEST(Texts, WithoutHeadersOrEndsAreReadOneByOneToo) {
   EXPECT_EQ(AccountIn(reading.texts[1]), "2");
   EXPECT_EQ(MendingNames(reading), Lines{"cut-off"});
   EXPECT_EQ(reading.texts[1].status, KRParseStatus_Accepted);
+}
+
+TEST(Texts, MayHaveTagsWithAPrefixOfAnyLettersAndDigits) {
+  for (const std::string prefix : {"a", "z", "A", "Z", "n0", "n9", "a.z"}) {
+    std::string both;
+    for (const char* const account : {"1", "2"}) {
+      const std::string text = Statement(account);
+      const std::size_t body = text.find('<');
+      both += std::regex_replace(text.substr(body), std::regex("<(/?)"), "<$1" + prefix + ":");
+    }
+    const Reading reading = Read(both);
+    ASSERT_EQ(reading.texts.size(), 2u) << prefix;
+    EXPECT_EQ(AccountIn(reading.texts[0]), "1") << prefix;
+    EXPECT_EQ(AccountIn(reading.texts[1]), "2") << prefix;
+  }
 }
 
 TEST(Texts, HaveTheirPlacesInTheWholeFile) {
