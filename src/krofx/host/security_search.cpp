@@ -4,7 +4,7 @@
 #include "krofx/host/security_search.h"
 
 #include "krofx/messages/investment/securities.h"
-#include "krofx/model/data_object.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/values/utility.h"
 
 namespace krofx {

@@ -6,7 +6,7 @@
 
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
-#include "krofx/model/data_object.h"
+#include "krofx/model/internal/aggregate.h"
 #include "krofx/reader/reading.h"
 #include "krofx/reader/records/path_log.h"
 #include "krofx/values/utility.h"
@@ -69,8 +69,6 @@ KRDataObj* TreeWalk::Above(std::size_t steps) const {
 }
 
 // The question changes nothing, though it is not const.
-KRTagID TypeOf(const KRDataObj& object) { return const_cast<KRDataObj&>(object).GetType(); }
-
 namespace {
 
 // Which of its tag an object is in its parent, from 1; 0 for the only one.

@@ -10,7 +10,6 @@
 #include "krofx/core/export.h"
 #include "krofx/core/list.h"
 #include "krofx/core/string.h"
-#include "krofx/core/tags.h"
 #include "krofx/core/types.h"
 
 class KRDataObj;
@@ -36,9 +35,6 @@ class TreeSource {
   const KRDataObj* m_root = nullptr;
   const Reading* m_reading = nullptr;
 };
-
-/// @return the tag that an object is in its tree as.
-KROFX_API KRTagID TypeOf(const KRDataObj& object);
 
 /// @param line the object, its parent, and so on up to the root.
 /// @return the path of an object by what is above it, such as
