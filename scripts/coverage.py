@@ -5,7 +5,7 @@
 
 Prints the part of the lines, and of the branches, that are reached in what is written by hand: the library
 (src) and the command. A branch is a condition in the source that comes out true, or false: each of those in
-"a && b" counts for itself. Files with many that are missing are listed. BUILD/coverage has a page for each
+"a && b" counts for itself. Files with many that are missing are listed. BUILD/pages has one for each
 file. With --no-tests the report is of the last run.
 """
 
@@ -46,6 +46,23 @@ def find_programs(build):
     return programs
 
 
+def print_report(files):
+    """Prints what is reached of each part, and the files that lack most."""
+    summaries = {os.path.relpath(os.path.normpath(file["filename"]), ROOT): file["summary"] for file in files}
+    for part in PARTS:
+        own = {name: summary for name, summary in summaries.items() if name.startswith(part + os.sep)}
+        words = []
+        for kind in ("lines", "branches"):
+            count = sum(summary[kind]["count"] for summary in own.values())
+            covered = sum(summary[kind]["covered"] for summary in own.values())
+            words.append(f"{100 * covered / count:.1f} % of {count} {kind}")
+        print(f"{part}: " + ", ".join(words))
+        missing = sorted(((s["branches"]["notcovered"], name) for name, s in own.items()), reverse=True)
+        for branches, name in missing:
+            if branches >= MANY:
+                print(f"  {branches:4} branches missing in {name}")
+
+
 def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("build")
@@ -68,22 +85,14 @@ def main():
     cover = find_tool("llvm-cov")
     # Tests define some functions of the library themselves, which llvm-cov calls mismatched.
     quiet = {"stderr": subprocess.DEVNULL, "check": True}
-    for part in PARTS:
-        folder = os.path.join(ROOT, part)
-        export = [cover, "export", "-summary-only", *given, folder]
-        report = json.loads(subprocess.run(export, stdout=subprocess.PIPE, **quiet).stdout)["data"][0]
-        lines, branches = report["totals"]["lines"], report["totals"]["branches"]
-        print(f"{part}: {lines['percent']:.1f} % of {lines['count']} lines, "
-              f"{branches['percent']:.1f} % of {branches['count']} branches")
-        files = [(f["summary"]["branches"]["notcovered"], f["filename"]) for f in report["files"]]
-        for missing, name in sorted(files, reverse=True):
-            if missing >= MANY:
-                print(f"  {missing:4} branches missing in {os.path.relpath(name, ROOT)}")
-    folders = [os.path.join(ROOT, part) for part in PARTS]
-    pages = os.path.join(build, "coverage")
-    show = [cover, "show", "-format=html", "-show-branches=count", "-output-dir=" + pages, *given, *folders]
-    subprocess.run(show, **quiet)
-    print("pages: " + os.path.relpath(os.path.join(pages, "index.html"), os.getcwd()))
+    export = [cover, "export", "-summary-only", *given]
+    report = json.loads(subprocess.run(export, stdout=subprocess.PIPE, **quiet).stdout)
+    print_report(report["data"][0]["files"])
+    pages = os.path.join(build, "pages")
+    others = "-ignore-filename-regex=^/usr/|/(tests|fuzz|examples|generated)/"
+    show = [cover, "show", "-format=html", "-show-branches=count", "-output-dir=" + pages, others, *given]
+    subprocess.run(show, stdout=subprocess.DEVNULL, **quiet)
+    print("pages: " + os.path.join(pages, "index.html"))
 
 
 main()

@@ -26,7 +26,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Smaller files take few pages of any size.
-constexpr off_t kLargeFile = 512 * 1024;
+constexpr off_t kLargeFile = off_t{512} * 1024;
 // How much memory a file takes with its tree, in times of its size.
 constexpr std::size_t kTreeTimes = 5;
 

@@ -36,7 +36,7 @@ std::size_t LeastStreamed(Holding holding) {
     case Holding::kRows:
       return ListStream::kLeastSize;
     case Holding::kSummary:
-      return 256 * 1024;
+      return std::size_t{256} * 1024;
     default:
       return static_cast<std::size_t>(-1);
   }

@@ -116,7 +116,7 @@ std::string Save(int directory, const Part& part, std::string text) {
   // A signal takes effect when the file is whole.
   const Interruption interruption;
   for (int number = 1; number < kMaxTries; ++number) {
-    const std::string name = Numbered(part.name, number);
+    std::string name = Numbered(part.name, number);
     FileDescriptor file(::openat(directory, name.c_str(),
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666));
     if (!file && errno == EEXIST) continue;

@@ -183,6 +183,30 @@ python3 "$here/with_terminal.py" not-a-real-password "$krofx" fetch accounts @ha
 has out 'Password of ada.w at HARBORFED (127.0.0.1): '
 lacks out not-a-real-password
 
+# Added with each kind of account, also to a file whose last line has no end.
+printf '# mine' >"$banks"
+expect 0 bank add @first --url "$url" --org O --user u --account 12 --broker tern.example
+expect 0 bank add second --url "$url" --org O --user u --account 5500111122224410 --card --version 2
+expect 0 bank list
+has out first
+expect 0 bank show first
+has out 'tern.example'
+expect 0 bank show second
+has "$banks" 'version = 2'
+has "$banks" '# mine'
+
+# A file that cannot be read is left as it is, whatever is asked of it.
+write_banks <<<'hidden-secret'
+cp "$banks" before
+for asked in 'bank list' 'bank show first' 'bank remove first' 'bank check first' 'fetch accounts @first' \
+  'request accounts @first' "bank add third --url $url --org O --user u"; do
+  # shellcheck disable=SC2086
+  expect 2 $asked
+  has err 'banks.toml: line 1: this is not TOML'
+  lacks err hidden-secret
+  cmp -s before "$banks" || fail "$asked has changed the file of banks"
+done
+
 # What is wrong in the file is named with its line and without its value.
 wrong() {
   write_banks

@@ -32,6 +32,20 @@ has other/escape.txt first
 has err mending
 expect 64 extract
 
+# Names that would hide a file, or that are no names; kinds that say no more.
+{
+  printf 'Content-Type: multipart/mixed; boundary=edge\r\n\r\n'
+  for type in 'text/plain; name=".-hidden.txt"' 'text/plain; name=bare.txt; charset=utf-8' \
+    'text/plain; name="../.."' 'image/png' 'font/woff' '; name="n o!t?.e"'; do
+    printf -- '--edge\r\nContent-Type: %s\r\n\r\nbody\r\n' "$type"
+  done
+  printf -- '--edge--\r\n'
+} >names.mime
+mkdir names
+expect 0 extract names.mime -d names
+[ "$(cd names && echo *)" = 'bare.txt hidden.txt not.e part-3.txt part-4.png part-5.bin' ] ||
+  fail "the names are $(cd names && echo *)"
+
 # The example: a letter, a text, and an image in base64.
 mkdir example
 expect 0 extract "$examples/multipart.mime" -d example

@@ -162,6 +162,9 @@ refused 'none of those given with --pin' --url "$url" "${trust[@]}" --pin $wrong
 refused '***VYN: SSL Cert ID failure: Expecting "' --url "$url" "${trust[@]}" --pin $wrong_pin --log
 pin=$(sed -n 's/.*received "\(.*\)".*/\1/p' err)
 fetch accounts --pin "$pin"
+for no_pin in "${pin%=}" "${pin%=}A" "${pin:0:26} =" "${pin:0:26}!=" "$pin$pin"; do
+  expect 64 fetch accounts "${trust[@]}" --url "$url" --pin "$no_pin"
+done
 fetch accounts --pin $wrong_pin --pin "$pin"
 
 # A server that sends the request back is not a bank.

@@ -143,6 +143,45 @@ TEST(Flow, SaysThatASumDoesNotFitInsteadOfAWrongOne) {
   }
 }
 
+TEST(ExactDecimal, ReadsWhatFitsAndNothingElse) {
+  const auto shown = [](const std::string& text) {
+    const std::optional<ExactDecimal> number = ExactDecimal::Parse(text);
+    return number ? number->Text() : "none";
+  };
+  EXPECT_EQ(shown("+1.50"), "1.50");
+  EXPECT_EQ(shown("-.05"), "-0.05");
+  EXPECT_EQ(shown("7."), "7");
+  const std::string most = "170141183460469231731687303715884105727";
+  EXPECT_EQ(shown(most), most);
+  EXPECT_EQ(shown("-" + most), "-" + most);
+  EXPECT_EQ(shown(most.substr(0, 38) + "8"), "none");
+  EXPECT_EQ(shown(std::string(40, '9')), "none");
+  for (const char* const wrong : {"", "+", "-", ".", "1.2.3", "--1", "+-1", "1 ", "1,5", "1e5"}) {
+    EXPECT_EQ(shown(wrong), "none") << wrong;
+  }
+}
+
+TEST(ExactDecimal, ComparesNumbersThatFitNoCommonPlaces) {
+  const auto compare = [](const std::string& left, const std::string& right) {
+    return ExactDecimal::Parse(left)->Compare(*ExactDecimal::Parse(right));
+  };
+  const std::string large(38, '9');
+  const std::string fine = "." + std::string(37, '0') + "1";
+  EXPECT_EQ(compare("1.50", "1.5"), 0);
+  EXPECT_EQ(compare("-2", "1.5"), -1);
+  EXPECT_EQ(compare("2.25", "2"), 1);
+  EXPECT_EQ(compare(large, fine), 1);
+  EXPECT_EQ(compare("-" + large, fine), -1);
+  EXPECT_EQ(compare(fine, large), -1);
+  EXPECT_EQ(compare(fine, "-" + large), 1);
+  ExactDecimal sum = *ExactDecimal::Parse(fine);
+  EXPECT_FALSE(sum.Add(*ExactDecimal::Parse(large)));
+  EXPECT_EQ(sum.Text(), "0" + fine);
+  sum = *ExactDecimal::Parse(large);
+  sum.Widen(2);
+  EXPECT_EQ(sum.Text(), large);
+}
+
 TEST(Flow, NamesOneThing) {
   EXPECT_EQ(CountOf(1, "transactions"), "1 transaction");
   EXPECT_EQ(CountOf(1, "securities"), "1 security");
