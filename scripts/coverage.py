@@ -46,21 +46,26 @@ def find_programs(build):
     return programs
 
 
+def words_of(summaries):
+    """What is reached of some files together."""
+    words = []
+    for kind in ("lines", "branches"):
+        count = sum(summary[kind]["count"] for summary in summaries)
+        covered = sum(summary[kind]["covered"] for summary in summaries)
+        words.append(f"{100 * covered / count:.1f} % of {count} {kind}")
+    return ", ".join(words)
+
+
 def print_report(files):
-    """Prints what is reached of each part, and the files that lack most."""
-    summaries = {os.path.relpath(os.path.normpath(file["filename"]), ROOT): file["summary"] for file in files}
+    """Prints what is reached of each part and of all, and the files that lack most."""
+    named = {os.path.relpath(os.path.normpath(file["filename"]), ROOT): file["summary"] for file in files}
+    named = {name: summary for name, summary in named.items() if name.split(os.sep)[0] in PARTS}
+    for missing, name in sorted(((s["branches"]["notcovered"], name) for name, s in named.items()), reverse=True):
+        if missing >= MANY:
+            print(f"{missing:4} branches missing in {name}")
     for part in PARTS:
-        own = {name: summary for name, summary in summaries.items() if name.startswith(part + os.sep)}
-        words = []
-        for kind in ("lines", "branches"):
-            count = sum(summary[kind]["count"] for summary in own.values())
-            covered = sum(summary[kind]["covered"] for summary in own.values())
-            words.append(f"{100 * covered / count:.1f} % of {count} {kind}")
-        print(f"{part}: " + ", ".join(words))
-        missing = sorted(((s["branches"]["notcovered"], name) for name, s in own.items()), reverse=True)
-        for branches, name in missing:
-            if branches >= MANY:
-                print(f"  {branches:4} branches missing in {name}")
+        print(f"{part}: " + words_of([s for name, s in named.items() if name.startswith(part + os.sep)]))
+    print("all: " + words_of(named.values()))
 
 
 def main():

@@ -136,7 +136,7 @@ class ElementTrack final : public FeedWatcher {
   };
   // Further ones would take more memory than they save time.
   static constexpr u8 kMostAhead = 32;
-  static constexpr std::size_t kMostTextAhead = 64 * 1024;
+  static constexpr std::size_t kMostTextAhead = std::size_t{64} * 1024;
 
   static std::size_t CountOne(Level& level, KRTagID tag);
   const Kind& KindOf(const Level& level, Level& parent);
