@@ -288,6 +288,8 @@ TEST(RemoveBadCharFromBuffer, NeedsNoMemoryAndABuffer) {
   EXPECT_EQ(result, 1);
   EXPECT_EQ(std::string(buffer.GetBufferPtr(), 3), "a b");
   EXPECT_EQ(KRUtility::RemoveBadCharFromBuffer(nullptr), 0);
+  KRBuffer nothing(0, 0);
+  EXPECT_EQ(KRUtility::RemoveBadCharFromBuffer(&nothing), 1);
 }
 
 TEST(RemoveBadCharFromBuffer, StopsWhereTheMemoryEnds) {
