@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "krofx/core/memory.h"
+
 namespace {
 
 using krofx::internal::kMaxPooled;
@@ -75,6 +77,18 @@ TEST(ObjectPool, GetsBackFromAThreadThatEndsWhatItHadNotUsed) {
   EXPECT_EQ(given.count(static_cast<char*>(taken) + kSize), 1u);
   for (void* piece : given) PoolFree(piece, kSize);
 }
+
+// Under a sanitizer objects are in no pool.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(ObjectPool, GetsWhatObjectsFree) {
+  krofx::internal::FreeSized(nullptr, 48);
+  void* const first = krofx::internal::AllocateSized(48);
+  krofx::internal::FreeSized(first, 48);
+  void* const second = krofx::internal::AllocateSized(48);
+  EXPECT_EQ(second, first);
+  krofx::internal::FreeSized(second, 48);
+}
+#endif
 
 TEST(ObjectPool, ServesManyThreadsAtOnce) {
   std::vector<std::thread> threads;
