@@ -62,23 +62,24 @@ Input ReadWhole(const Options& options) {
   return input;
 }
 
-// The bodies of the parts as they are in the text. In a short text the objects have them; beyond
-// 65,535 bytes they are counted anew. False when there are not as many as parts.
+// The bodies of the parts as they are in the text. Where it has not as many as there are parts, as
+// in one that is damaged, the objects have them, unless it is longer than the positions that they
+// count with. False when the bodies cannot be told apart.
 bool FindBodiesOf(const Input& input, const std::vector<Part>& parts,
                   std::vector<std::string>& bodies) {
   constexpr std::size_t kMostCounted = 65535;
-  if (input.text == nullptr || input.text->GetBufferSize() <= kMostCounted) {
-    for (const Part& part : parts) {
-      const KRString& body = part.file->GetMIMEBody();
-      bodies.emplace_back(body, body.GetStrLength());
-    }
+  const std::string_view text = input.text == nullptr ? std::string_view() : ViewOf(*input.text);
+  const std::string boundary = ToText(input.file->GetRoot()->GetBoundary());
+  const std::vector<std::string_view> found = FindBodies(text, boundary);
+  if (found.size() == parts.size()) {
+    bodies.assign(found.begin(), found.end());
     return true;
   }
-  const std::string boundary = ToText(input.file->GetRoot()->GetBoundary());
-  for (const std::string_view body : FindBodies(ViewOf(*input.text), boundary)) {
-    bodies.emplace_back(body);
+  for (const Part& part : parts) {
+    const KRString& body = part.file->GetMIMEBody();
+    bodies.emplace_back(body, body.GetStrLength());
   }
-  return bodies.size() == parts.size();
+  return text.size() <= kMostCounted;
 }
 
 // The bytes of a part. A text that is not base64 although it says so is better than

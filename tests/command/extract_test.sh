@@ -37,7 +37,7 @@ expect 64 extract
   printf 'Content-Type: multipart/mixed; boundary=edge\r\n\r\n'
   for type in 'text/plain; name=".-hidden.txt"' 'text/plain; name=bare.txt; charset=utf-8' \
     'text/plain; name="../.."' 'image/png' 'font/woff' '; name="n o!t?.e"'; do
-    printf -- '--edge\r\nContent-Type: %s\r\n\r\nbody\r\n' "$type"
+    printf -- '--edge\r\nContent-Type: %s\r\n\r\nbody --edge is no line\r\n' "$type"
   done
   printf -- '--edge--\r\n'
 } >names.mime
@@ -45,6 +45,9 @@ mkdir names
 expect 0 extract names.mime -d names
 [ "$(cd names && echo *)" = 'bare.txt hidden.txt not.e part-3.txt part-4.png part-5.bin' ] ||
   fail "the names are $(cd names && echo *)"
+for name in names/*; do
+  printf 'body --edge is no line\r\n' | cmp -s - "$name" || fail "the bytes of $name"
+done
 
 # The example: a letter, a text, and an image in base64.
 mkdir example

@@ -150,6 +150,23 @@ TEST(Multipart, HasAllPartsThoughTheParserPassesOverSome) {
   }
 }
 
+TEST(Multipart, CutsNoPartWhereItsBoundaryIsWithinALine) {
+  std::string text = Multipart(Statement("-1.50"));
+  text.replace(text.find("Hello"), 5, "As --cut is no line,\r\n--cutter is none\r\nHello");
+  Reading reading = Read(text);
+  EXPECT_EQ(MendingLines(reading), Lines());
+  EXPECT_EQ(reading.status, KRParseStatus_Accepted);
+  ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+  EXPECT_EQ(Str(reading.root->GetSubfile(1)->GetMIMEBody()),
+            "\r\nAs --cut is no line,\r\n--cutter is none\r\nHello\r\n");
+
+  std::string memo = Statement("-1.50");
+  memo.insert(memo.find("</STMTTRN>"), "<MEMO>a --cut above");
+  reading = Read(Multipart(memo));
+  ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+  EXPECT_EQ(WrittenBody(reading.root->GetSubfile(0)), WrittenBody(Read(memo).root));
+}
+
 TEST(Multipart, MayHaveHeadersThatEndInNoBlankLine) {
   for (const char* const between : {"", "no field\r\n", "<a:b>\r\n"}) {
     const Reading reading = Read("Content-Type: multipart/x; boundary=CUT\r\n" +
