@@ -205,6 +205,30 @@ TEST_F(CurlNetwork, RefusesUrlsThatCannotBeRead) {
   }
 }
 
+TEST_F(CurlNetwork, RefusesUrlsFromWhichProgramsReadDifferentHosts) {
+  TlsServer server({.script =
+                        [](ServerConnection& connection) {
+                          connection.ReadRequest();
+                          connection.Write(HttpReply("200 OK", ""));
+                        },
+                    .chain = {}});
+  const std::string host = "127.0.0.1:" + std::to_string(server.Port());
+  for (const std::string& url :
+       {"http://127.0.0.2\\@" + host + "/x", "http://127.0.0.2:80\\@" + host + "/x",
+        "http://u:p\\w@" + host + "/", "http://\\" + host + "/", "http:/\\@" + host,
+        "http:\\\\" + host + "/", "http://[::1]x@" + host + "/", "http://u:[@" + host + "/",
+        "http://a@b@" + host + "/", "http://127.0.0.2\t@" + host + "/",
+        "http://127.0.0.2%5c" + host + "/", "http://127.0.0.2 @" + host + "/",
+        "http://127.0.0.2\n@" + host + "/", "http:///\\@" + host + "?x"}) {
+    EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_MalformedUrl) << url;
+  }
+  EXPECT_EQ(server.Accepted(), 0);
+  for (const std::string& url : {"http://" + host + "/a\\b", "http://" + host + "?a\\@b[]",
+                                 "http://u%5c:%5b@" + host + "/", "http://" + host + "#\\@[b"}) {
+    EXPECT_EQ(CodeOfUrl(url), 0) << url;
+  }
+}
+
 TEST_F(CurlNetwork, TakesTheSchemeInAnyCase) {
   TlsServer server({.script =
                         [](ServerConnection& connection) {

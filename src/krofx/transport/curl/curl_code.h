@@ -22,7 +22,7 @@ enum VYNCurlCode : u16 {
   VYNCurlCode_InternalServerError = 1518,
   /// The host of the URL refused the connection.
   VYNCurlCode_Refused = 1531,
-  /// The URL cannot be read.
+  /// The URL cannot be read, or programs would read different hosts from it.
   VYNCurlCode_MalformedUrl = 1532,
   /// The URL is of another scheme than http and https.
   VYNCurlCode_UnsupportedScheme = 1533,
@@ -47,7 +47,7 @@ enum VYNCurlCode : u16 {
   /// Receiving failed.
   VYNCurlCode_ReceiveFailed = 1607,
   /// The connection ended before the reply did, or by https without the server saying so, in a
-  /// reply that does not say its length.
+  /// reply that does not say its length; or the header does not say clearly where the reply ends.
   VYNCurlCode_Cut = 1608,
   /// Another failure of the network, or of a proxy.
   VYNCurlCode_NetworkFailed = 1620,
@@ -58,7 +58,7 @@ enum VYNCurlCode : u16 {
   VYNCurlCode_BadCertificate = 1672,
   /// VCCancel or VCCloseInet ended the exchange.
   VYNCurlCode_Cancelled = 1680,
-  /// The reply, or its header, is larger than allowed.
+  /// The reply, or its header lines together, is larger than allowed.
   VYNCurlCode_ReplyTooLarge = 1681,
   /// A temporary file cannot be made or written, or its name is too long.
   VYNCurlCode_FileFailed = 1682,

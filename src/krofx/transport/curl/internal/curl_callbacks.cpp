@@ -6,13 +6,15 @@
 
 #include "krofx/transport/curl/curl_code.h"
 #include "krofx/transport/curl/internal/curl_exchange.h"
+#include "krofx/transport/curl/internal/result_codes.h"
 
 namespace krofx::internal {
 
 namespace {
 
 // A server that sends more header lines than this is taken to be hostile. libcurl's own limit for
-// all header lines is higher, and its limit for a single line is lower.
+// the lines before a body is higher, it has none for trailers, and its limit for a single line is
+// lower.
 constexpr std::size_t kHeaderLimit = 256U * 1024;
 
 // The lowest status of a reply that is not interim.
@@ -20,6 +22,12 @@ constexpr long kFirstFinalStatus = 200;
 
 bool IsBlankLine(const char* line, std::size_t length) {
   return length == 0 || *line == '\r' || *line == '\n';
+}
+
+long ReplyStatus(CURL* easy) {
+  long status = 0;
+  curl_easy_getinfo(easy, CURLINFO_RESPONSE_CODE, &status);
+  return status;
 }
 
 }  // namespace
@@ -104,32 +112,36 @@ std::size_t CurlExchange::TakeHeader(char* bytes, std::size_t size, std::size_t 
   auto& exchange = *static_cast<CurlExchange*>(self);
   const std::size_t length = size * count;
   if (exchange.MustStop()) return 0;
-  return exchange.WriteHeader(bytes, length) ? length : 0;
+  exchange.m_stopped = exchange.WriteHeader(bytes, length);
+  return exchange.m_stopped == 0 ? length : 0;
 }
 
-bool CurlExchange::WriteHeader(const char* line, std::size_t length) {
-  // Lines after the body are trailers, which were not requested.
-  if (m_part == ReplyPart::Body) return true;
+// Takes a line; gives 0, or the code of the reason to stop.
+u16 CurlExchange::WriteHeader(const char* line, std::size_t length) {
+  // libcurl keeps every line, trailers as well.
   m_headerSize += length;
-  if (m_headerSize > kHeaderLimit) {
-    m_stopped = VYNCurlCode_ReplyTooLarge;
-    return false;
-  }
+  if (m_headerSize > kHeaderLimit) return VYNCurlCode_ReplyTooLarge;
+  // Lines after the body are trailers, which were not requested.
+  if (m_part == ReplyPart::Body) return VYNCurlCode_Success;
   bool written = true;
   if (m_part == ReplyPart::Status) {
     // The lines before this one belong to an interim reply. The status line itself is not written:
     // readers expect lines with a key, a colon and a value.
     written = m_headerFile.Empty();
+    m_framing = {};
     m_part = ReplyPart::Header;
   } else if (IsBlankLine(line, length)) {
-    long status = 0;
-    curl_easy_getinfo(m_easy, CURLINFO_RESPONSE_CODE, &status);
-    m_part = status < kFirstFinalStatus ? ReplyPart::Status : ReplyPart::Body;
+    m_part = ReplyStatus(m_easy) < kFirstFinalStatus ? ReplyPart::Status : ReplyPart::Body;
   } else {
+    if (!IsFramingSafe({line, length})) return VYNCurlCode_Cut;
     written = m_headerFile.Write(line, length);
   }
-  if (!written) m_stopped = VYNCurlCode_FileFailed;
-  return written;
+  return written ? VYNCurlCode_Success : VYNCurlCode_FileFailed;
+}
+
+// Only a success depends on the whole body: any other reply keeps the code of its status.
+bool CurlExchange::IsFramingSafe(std::string_view line) {
+  return m_framing.Take(line) || CodeOfHttpStatus(ReplyStatus(m_easy)) != VYNCurlCode_Success;
 }
 
 }  // namespace krofx::internal

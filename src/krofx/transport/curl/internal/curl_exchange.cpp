@@ -2,7 +2,9 @@
 
 #include "krofx/transport/curl/internal/curl_exchange.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "krofx/transport/curl/curl_code.h"
 #include "krofx/transport/curl/internal/result_codes.h"
@@ -12,6 +14,24 @@ namespace krofx::internal {
 namespace {
 
 constexpr char kDefaultContentType[] = "application/x-ofx";
+
+// The part of a URL before its path, after the scheme.
+std::string_view AuthorityOf(std::string_view url) {
+  url.remove_prefix(std::min(url.find(':') + 1, url.size()));
+  url.remove_prefix(std::min(url.find_first_not_of('/'), url.size()));
+  return url.substr(0, url.find_first_of("/?#"));
+}
+
+// Whether programs read different hosts from a URL: for some a backslash or a bracket ends the
+// host, and libcurl takes it for a part of the user. What one program checked must be where this
+// one connects to.
+bool IsHostInDoubt(std::string_view url) {
+  const std::string_view authority = AuthorityOf(url);
+  const std::size_t at = authority.rfind('@');
+  const std::string_view user = authority.substr(0, at == std::string_view::npos ? 0 : at);
+  return authority.find('\\') != std::string_view::npos ||
+         user.find_first_of("[]") != std::string_view::npos;
+}
 
 u32 Saturated(curl_off_t count) {
   if (count < 0) return 0;
@@ -86,7 +106,11 @@ void CurlExchange::ReadUrl(const char* url) {
     return;
   }
   m_isHttps = std::strcmp(scheme, "https") == 0;
-  if (!m_isHttps && std::strcmp(scheme, "http") != 0) m_verdict = VYNCurlCode_UnsupportedScheme;
+  if (!m_isHttps && std::strcmp(scheme, "http") != 0) {
+    m_verdict = VYNCurlCode_UnsupportedScheme;
+  } else if (IsHostInDoubt(url)) {
+    m_verdict = VYNCurlCode_MalformedUrl;
+  }
   curl_free(scheme);
 }
 
@@ -179,14 +203,8 @@ u16 CurlExchange::CodeOfReply() const {
 // If the body has a length or is chunked, libcurl has checked it. Any other body ends with the
 // connection, which anybody on the network can cut; only the server itself can close it by TLS.
 bool CurlExchange::IsKnownWhole() const {
-  if (m_tlsEnd.closed || CountInfo(m_easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T) >= 0) return true;
-  curl_header* coding = nullptr;
-  for (std::size_t i = 0;
-       curl_easy_header(m_easy, "Transfer-Encoding", i, CURLH_HEADER, -1, &coding) == CURLHE_OK;
-       ++i) {
-    if (strcasestr(coding->value, "chunked") != nullptr) return true;
-  }
-  return false;
+  return m_tlsEnd.closed || m_framing.IsChunked() ||
+         CountInfo(m_easy, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T) >= 0;
 }
 
 void CurlExchange::Finish(u16 code, VYFinishedRecord& record) {

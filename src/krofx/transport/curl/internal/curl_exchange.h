@@ -7,12 +7,14 @@
 #include <curl/curl.h>
 
 #include <cstddef>
+#include <string_view>
 
 #include "krofx/core/memory.h"
 #include "krofx/core/string.h"
 #include "krofx/core/types.h"
 #include "krofx/transport/contract/connection_manager.h"
 #include "krofx/transport/curl/internal/certificates.h"
+#include "krofx/transport/curl/internal/reply_framing.h"
 #include "krofx/transport/curl/internal/request_headers.h"
 #include "krofx/transport/curl/internal/temporary_file.h"
 #include "krofx/transport/curl/internal/tls_hooks.h"
@@ -124,7 +126,8 @@ class CurlExchange : public HeapObject {
   bool SetTrust();
   RootLocation SystemRoots() const;
   u16 AskAboutCertificates();
-  bool WriteHeader(const char* line, std::size_t length);
+  u16 WriteHeader(const char* line, std::size_t length);
+  bool IsFramingSafe(std::string_view line);
   u16 CodeOfReply() const;
   bool IsKnownWhole() const;
   u16 AskCallback(SSLCertificateChain* chain, u32 rootID, u16 error);
@@ -170,8 +173,10 @@ class CurlExchange : public HeapObject {
   // The code with which a function that libcurl called stopped the transfer; 0 if none did.
   u16 m_stopped = 0;
   ReplyPart m_part = ReplyPart::Status;
-  // Bytes of header lines so far, those of interim replies included.
+  // Bytes of header lines so far, those of interim replies and the trailers included.
   std::size_t m_headerSize = 0;
+  // What the header of the final reply says about the end of its body.
+  ReplyFraming m_framing;
   TlsEnd m_tlsEnd;
   bool m_toldConnecting = false;
   u32 m_toldSent = 0;
