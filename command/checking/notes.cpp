@@ -2,8 +2,6 @@
 
 #include "checking/notes.h"
 
-#include <algorithm>
-#include <iterator>
 #include <string_view>
 
 #include "output/masking.h"
@@ -20,29 +18,20 @@ std::string Quoted(const std::string& value) {
   return "\"" + Shortened(SafeLine(value), kShownValue) + "\"";
 }
 
-// The aggregates that passwords are in. A damaged tag in one of them can have a password as its
-// value, so only the values of tags that are known are quoted there.
-constexpr std::string_view kSecretive[] = {"SONRQ", "PINCHRQ"};
-
-bool MayBePassword(std::string_view tag, std::string_view path) {
-  const auto isIn = [path](std::string_view aggregate) {
-    return path.find(aggregate) != std::string_view::npos;
-  };
-  if (std::none_of(std::begin(kSecretive), std::end(kSecretive), isIn)) return false;
-  KRTagID id = KRTag_None;
-  KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()), &id,
-                                                  KRCaseType_IgnoreCase);
-  return id == KRTag_None || IsPassword(id);
+std::string_view AggregateAtEnd(std::string_view path) {
+  const std::string_view last = path.substr(path.rfind('/') + 1);
+  return last.substr(0, last.find('['));
 }
 
 }  // namespace
 
+std::string ShownTag(const std::string& tag, const std::string& path) {
+  return TagWithoutNumber(tag, AggregateAtEnd(path));
+}
+
 std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path) {
-  if (MayBePassword(tag, path)) return "";
   const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
-  std::string aggregate = path.substr(path.rfind('/') + 1);
-  aggregate.erase(std::min(aggregate.find('['), aggregate.size()));
-  return WithoutPassword(Masked(value, DisclosureOf(tag, aggregate, inPayroll)));
+  return WithoutPassword(Masked(value, DisclosureOfNote(tag, AggregateAtEnd(path), inPayroll)));
 }
 
 std::vector<ShownMending> ShownMendings(const ParsedFile& file) {
@@ -51,7 +40,7 @@ std::vector<ShownMending> ShownMendings(const ParsedFile& file) {
     const std::string tag = ToText(mending.tag);
     const std::string path = ToText(mending.path);
     all.push_back({krofx::NameOf(mending.kind), static_cast<unsigned>(mending.kind),
-                   SafeText(WithoutPassword(tag)), path,
+                   SafeText(ShownTag(tag, path)), path,
                    SafeText(ShownValue(ToText(mending.was), tag, path)),
                    SafeText(ShownValue(ToText(mending.taken), tag, path)), mending.place});
   }

@@ -11,7 +11,11 @@
 
 namespace krofx::command {
 
-/// @param path the aggregates around the element, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]".
+/// @param path the aggregates around the tag, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]".
+/// @return the tag, without the number of a card that damage has put into it.
+std::string ShownTag(const std::string& tag, const std::string& path);
+
+/// @param path the aggregates around the element.
 /// @return the value of an element, without what is not shown of its tag.
 std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path);
 

@@ -3,7 +3,6 @@
 #include "checking/report.h"
 
 #include "checking/notes.h"
-#include "output/masking.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
@@ -33,7 +32,7 @@ std::string DetailsOf(const Report& report) {
       out += std::to_string(warning.place.line) + ":" + std::to_string(warning.place.column) + ":";
     }
     out += std::string(" ") + warning.sentence;
-    if (!warning.tag.empty()) out += ": <" + WithoutPassword(SafeLine(warning.tag)) + ">";
+    if (!warning.tag.empty()) out += ": <" + SafeLine(ShownTag(warning.tag, warning.path)) + ">";
     if (!warning.value.empty()) {
       const std::string shown = ShownValue(warning.value, warning.tag, warning.path);
       out += " \"" + Shortened(SafeLine(shown), kShownValue) + "\"";

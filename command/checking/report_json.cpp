@@ -4,7 +4,6 @@
 #include "checking/report.h"
 #include "checking/summary.h"
 #include "output/json.h"
-#include "output/masking.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
@@ -15,7 +14,7 @@ Json JsonOf(const Report& report) {
   for (const Warning& warning : file.GetWarnings()) {
     Json each = Json::Object();
     each.Set("name", warning.name)
-        .Set("tag", WithoutPassword(SafeText(warning.tag)))
+        .Set("tag", SafeText(ShownTag(warning.tag, warning.path)))
         .Set("value", SafeText(ShownValue(warning.value, warning.tag, warning.path)))
         .Set("path", warning.path);
     if (warning.place.line > 0) {

@@ -2,6 +2,7 @@
 
 #include "input/element_tree.h"
 
+#include <algorithm>
 #include <string>
 
 #include "input/shown_values.h"
@@ -61,7 +62,13 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt,
                           KRBuildStringCrLfOpt) override {
     if (m_element == nullptr || m_hasText || IsPassword(m_element->id)) return KRBuildStatus_Done;
-    SetText(ShownText(krofx::ToText(text), m_text, m_arena));
+    const std::string_view value = krofx::ToText(text);
+    if (IsAmongPasswords()) {
+      const std::string shown = FirstLineWithoutTags(value);
+      SetText(ShownText(shown, m_text, m_arena));
+    } else {
+      SetText(ShownText(value, m_text, m_arena));
+    }
     return KRBuildStatus_Done;
   }
 
@@ -104,6 +111,11 @@ class ElementGatherer : public KRPayrollBuilder {
     SetTag(element, tag);
     element.disclosure = DisclosureOf(element.tag, m_path.back()->tag, m_inPayroll);
     return element;
+  }
+
+  bool IsAmongPasswords() const {
+    return std::any_of(m_path.begin(), m_path.end(),
+                       [](const Element* element) { return HoldsPasswords(element->id); });
   }
 
   void Note(ValueKind kind) {

@@ -18,6 +18,9 @@ struct Format {
 
 constexpr char kHtml[] =
     "it is a web page, not OFX; sign on at the institution and download the statement again";
+constexpr char kXml[] = "it is XML without OFX in it; download the statement as OFX or QFX";
+constexpr char kOfxOfVersion2[] =
+    "it is OFX of version 2, which only the reader that mends reads: leave out --strict";
 constexpr char kCompressed[] = "it is compressed; unpack it first";
 
 constexpr Format kFormats[] = {
@@ -28,9 +31,7 @@ constexpr Format kFormats[] = {
     {"\xfd\x37zXZ"sv, kCompressed},
     {"<!DOCTYPE HTML"sv, kHtml},
     {"<HTML"sv, kHtml},
-    {"<?XML"sv,
-     "it is XML: OFX of version 2, which is not read, or something else; download the "
-     "statement as OFX 1 or QFX"},
+    {"<?XML"sv, kXml},
     {"!TYPE:"sv, "it is QIF, not OFX; download the statement as OFX or QFX"},
 };
 
@@ -48,7 +49,9 @@ const char* DescribeForeignFormat(std::string_view text) {
                                    return std::toupper(static_cast<unsigned char>(a)) ==
                                           std::toupper(static_cast<unsigned char>(b));
                                  });
-    if (same) return format.description;
+    if (!same) continue;
+    const bool isOfx = format.description == kXml && text.find("<OFX>") != std::string_view::npos;
+    return isOfx ? kOfxOfVersion2 : format.description;
   }
   return nullptr;
 }

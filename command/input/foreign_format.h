@@ -7,8 +7,9 @@
 
 namespace krofx::command {
 
-/// What a text is that cannot be OFX, by its first bytes, and what to do about it.
-/// @return null when it may be OFX.
+/// What a text is that could not be read, when it is not OFX by its first bytes, or is OFX that is
+/// not read to the letter; and what to do about it.
+/// @return null when it may be OFX that is damaged.
 const char* DescribeForeignFormat(std::string_view text);
 
 }  // namespace krofx::command

@@ -201,7 +201,9 @@ std::string ParsedFile::FindProblem() const {
   }
   const KRParseStatus status = m_reading.status;
   const bool isRead = status == KRParseStatus_Accepted || status == KRParseStatus_Warnings;
-  const char* const foreign = isRead ? nullptr : DescribeForeignFormat(text);
+  // What exhausts memory or a list has been understood.
+  const bool isForeign = !isRead && status != KRParseStatus_Fatal;
+  const char* const foreign = isForeign ? DescribeForeignFormat(text) : nullptr;
   if (foreign != nullptr) return foreign;
   if (status == KRParseStatus_Fatal) {
     if (KRDataObj* const full = FindFullList(m_reading.root)) {

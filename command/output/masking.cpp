@@ -6,6 +6,10 @@
 #include <cctype>
 #include <iterator>
 
+#include "krofx/core/internal/passwords.h"
+#include "krofx/core/parse_logger.h"
+#include "krofx/core/tag_dictionary.h"
+
 namespace krofx::command {
 
 namespace {
@@ -34,18 +38,39 @@ std::size_t FindWithoutCase(std::string_view text, std::string_view word) {
   return found == text.end() ? text.size() : static_cast<std::size_t>(found - text.begin());
 }
 
+std::string UpTo(std::string_view text, std::size_t end) {
+  return end == text.size() ? std::string(text) : std::string(text.substr(0, end)) + kNotShown;
+}
+
+bool IsTagOfOfx(std::string_view tag) {
+  KRTagID id = KRTag_None;
+  return KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()),
+                                                         &id, KRCaseType_IgnoreCase) != nullptr;
+}
+
 }  // namespace
 
-bool IsPassword(KRTagID tag) {
-  return tag == KRTag_USERPASS || tag == KRTag_NEWUSERPASS || tag == KRTag_ONETIMEPASS ||
-         tag == KRTag_TEMPPASS;
-}
+bool IsPassword(KRTagID tag) { return krofx::internal::IsSecret(tag); }
+
+bool HoldsPasswords(KRTagID aggregate) { return krofx::internal::HoldsPasswords(aggregate); }
 
 Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool inPayroll) {
   if (IsOneOf(kPersonalTags, tag)) return Disclosure::kPersonal;
   if (!IsOneOf(kAccountTags, tag)) return Disclosure::kAll;
   if (inPayroll) return Disclosure::kPersonal;
   return IsOneOf(kCardAggregates, aggregate) ? Disclosure::kCard : Disclosure::kAll;
+}
+
+Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bool inPayroll) {
+  const Disclosure ofElement = DisclosureOf(tag, aggregate, inPayroll);
+  const bool isAmongCard = IsOneOf(kCardAggregates, aggregate) || IsOneOf(kCardAggregates, tag);
+  return ofElement == Disclosure::kAll && isAmongCard ? Disclosure::kCard : ofElement;
+}
+
+std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate) {
+  const bool mayHaveNumber = IsOneOf(kCardAggregates, aggregate) && !IsTagOfOfx(tag);
+  return mayHaveNumber ? UpTo(tag, std::min(tag.find_first_of("0123456789"), tag.size()))
+                       : std::string(tag);
 }
 
 std::string Masked(std::string_view value, Disclosure disclosure) {
@@ -57,6 +82,7 @@ std::string Masked(std::string_view value, Disclosure disclosure) {
 }
 
 bool MayNamePassword(std::string_view text) {
+  if (text.find_first_of("<>") != std::string_view::npos) return true;
   // All the words have these three letters.
   const auto isLetter = [](char character, char small) { return (character | 0x20) == small; };
   for (std::size_t index = 0; index + 3 < text.size(); ++index) {
@@ -69,11 +95,15 @@ bool MayNamePassword(std::string_view text) {
 }
 
 std::string WithoutPassword(std::string_view text) {
-  std::size_t end = text.size();
+  std::size_t end = std::min(krofx::internal::FindPasswordTag(text), text.size());
   for (const std::string_view word : kPasswordWords) {
     end = std::min(end, FindWithoutCase(text, word));
   }
-  return end == text.size() ? std::string(text) : std::string(text.substr(0, end)) + kNotShown;
+  return UpTo(text, end);
+}
+
+std::string FirstLineWithoutTags(std::string_view text) {
+  return UpTo(text, std::min(text.find_first_of("<>\r\n"), text.size()));
 }
 
 }  // namespace krofx::command

@@ -26,8 +26,20 @@ enum class Disclosure {
 /// @return whether a tag holds a password, which is not shown in any way.
 bool IsPassword(KRTagID tag);
 
+/// @return whether passwords are direct elements of an aggregate. In a damaged file one of them can
+///         have become a part of any text in it.
+bool HoldsPasswords(KRTagID aggregate);
+
 /// @return how much of an element is shown, by its tag and that of the aggregate that it is in.
 Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool inPayroll);
+
+/// The same of a text that a warning or a mending quotes: what is found among the elements of a
+/// card may be its number, whatever its tag.
+Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bool inPayroll);
+
+/// @return a tag that a warning or a mending names. One that OFX does not have may have lost its
+///         end, so that among the elements of a card the number follows in it, which is left out.
+std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate);
 
 /// @return the value with the characters that are not shown replaced by stars.
 std::string Masked(std::string_view value, Disclosure disclosure);
@@ -36,9 +48,13 @@ std::string Masked(std::string_view value, Disclosure disclosure);
 ///         texts that have none.
 bool MayNamePassword(std::string_view text);
 
-/// @return the text up to the name of a tag of passwords, if there is one in it. In a damaged file
-///         that tag can have become part of a text, with the password after it.
+/// @return the text up to the tag of a password, whole or damaged, if there is one in it. In a
+///         damaged file that tag can have become part of a text, with the password after it.
 std::string WithoutPassword(std::string_view text);
+
+/// @return the text up to its first bracket or line end: a text among passwords that has one has
+///         other elements in it.
+std::string FirstLineWithoutTags(std::string_view text);
 
 }  // namespace krofx::command
 

@@ -121,6 +121,7 @@ printf '%%PDF-1.7\n\200' >paper.ofx
 printf '\037\213\010\000' >packed.ofx
 printf 'PK\003\004x' >zip.ofx
 printf '\r\n  \n' >blank.ofx
+printf '<?xml version="1.0"?>\n<Document xmlns="camt"><x>1</x></Document>' >other.xml
 not_ofx page.ofx 'web page'
 not_ofx old-page.ofx 'web page'
 not_ofx paper.ofx 'PDF'
@@ -128,6 +129,11 @@ not_ofx packed.ofx 'compressed'
 not_ofx zip.ofx 'compressed'
 not_ofx empty.ofx 'it is empty'
 not_ofx blank.ofx 'it is empty'
+not_ofx other.xml 'XML without OFX in it'
+"$krofx" rewrite --ofx2 "$examples/checking.ofx" >two.xml
+expect 0 check two.xml
+expect 2 check --strict two.xml
+has out 'leave out --strict'
 statement 'X<FOO>y' | head -c 600 >place.ofx
 expect 2 print --strict place.ofx
 has err 'names the place'

@@ -35,10 +35,6 @@ void TurnIntoStars(KRString& text) {
 
 namespace krofx::internal {
 
-bool IsSecret(KRTagID tag) noexcept {
-  return tag == KRTag_USERPASS || tag == KRTag_NEWUSERPASS || tag == KRTag_ONETIMEPASS;
-}
-
 u16 LogWarning(KRParseWarning warning, const KRString& value, const KRString& tagText, KRTagID tag,
                KRDataObj* object) {
   KRParseLogger* logger = KRParseLogger::TheKRParseLogger();

@@ -6,9 +6,9 @@
 // log a warning without access to the parser. The host reads the list after the parse. Warnings
 // raised outside a parse collect in the same list, until the next parser is made or a parse starts.
 //
-// Secrets. The value text of a record for a password tag (USERPASS, NEWUSERPASS, ONETIMEPASS) is
-// stars, one for each character, whatever was passed. Only internal::LogFixedText stores its text
-// as it is; that text is always one of the library's own messages.
+// Secrets. The value text of a record for a password tag (USERPASS, NEWUSERPASS, ONETIMEPASS,
+// TEMPPASS) is stars, one for each character, whatever was passed. Only internal::LogFixedText
+// stores its text as it is; that text is always one of the library's own messages.
 
 #ifndef KROFX_CORE_PARSE_LOGGER_H_
 #define KROFX_CORE_PARSE_LOGGER_H_

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "krofx/core/internal/passwords.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/envelope/mime_parser.h"
 #include "krofx/parse/engine.h"
@@ -36,8 +37,9 @@ class WarningRecorder : public KRWarningObserver {
     const char* const known =
         dictionary == nullptr ? nullptr : dictionary->GetTagString(warning.m_tag);
     if (tag.empty() && known != nullptr) tag = known;
-    const KRDataObj* const object =
-        warning.m_object != nullptr ? warning.m_object : m_parser.GetCurrentObj();
+    KRDataObj* const current = m_parser.GetCurrentObj();
+    spot.amongPasswords = current != nullptr && HoldsPasswords(current->GetType());
+    const KRDataObj* const object = warning.m_object != nullptr ? warning.m_object : current;
     m_recorder.Warn(warning.m_warning, spot, warning.m_tag, tag,
                     {warning.m_valueText, warning.m_valueText.GetStrLength()}, object);
   }

@@ -7,7 +7,9 @@
 #include <iterator>
 #include <utility>
 
+#include "krofx/core/internal/passwords.h"
 #include "krofx/core/parse_logger.h"
+#include "krofx/core/tag_dictionary.h"
 
 namespace krofx::internal {
 
@@ -15,9 +17,26 @@ namespace {
 
 constexpr std::size_t kMostShown = 200;
 
-// The tags of passwords, whose values are never shown.
-bool IsSecretName(std::string_view tag) {
-  return tag == "USERPASS" || tag == "NEWUSERPASS" || tag == "ONETIMEPASS";
+// Whether a mending is of text that has no known tag at its place: among passwords it may be one
+// that has lost its tag.
+bool IsOfTextWithoutTag(MendingKind kind) {
+  return kind == MendingKind::kStrayText || kind == MendingKind::kUnknownTag ||
+         kind == MendingKind::kPrivateTag || kind == MendingKind::kLaterTag ||
+         kind == MendingKind::kMisplaced;
+}
+
+// Whether damage may have put a password into a text. A value of one line without a bracket has
+// nothing of a tag in it.
+bool MayHavePassword(std::string_view text, bool amongPasswords) {
+  const bool isOneValue = text.find_first_of("<>\r\n") == std::string_view::npos;
+  return !isOneValue && (amongPasswords || FindPasswordTag(text) != std::string_view::npos);
+}
+
+bool IsKnownTag(std::string_view tag) {
+  const KRTagDictionary* const dictionary = KRTagDictionary::TheKRTagDictionary();
+  KRTagID id = KRTag_None;
+  return dictionary != nullptr && dictionary->GetTagID(tag.data(), static_cast<u16>(tag.size()),
+                                                       &id, KRCaseType_IgnoreCase) != nullptr;
 }
 
 // What conversions of dates name in the place of a tag.
@@ -158,6 +177,12 @@ bool Recorder::Set(KRString& target, std::string_view text) {
   return !m_failed;
 }
 
+// A tag that has lost its end may have the password after it in its name.
+bool Recorder::SetTag(KRString& target, std::string_view tag) {
+  const std::size_t length = LengthOfPasswordTag(tag);
+  return Set(target, length == 0 || IsKnownTag(tag) ? tag : tag.substr(0, length));
+}
+
 bool Recorder::Note(MendingKind kind, Spot spot, std::string_view tag, std::string_view was,
                     std::string_view taken) {
   if (!May(kind, spot)) return false;
@@ -168,8 +193,11 @@ bool Recorder::Note(MendingKind kind, Spot spot, std::string_view tag, std::stri
   if (!kept) ++m_reading.unrecorded;
   if (!kept && (m_watcher == nullptr || !m_watcher->HearsAll())) return true;
   Mending mending{kind, {spot.offset, 0, 0}, m_text, {}, {}, {}, {}};
-  if (!Set(mending.tag, tag) || !Set(mending.was, was) || !Set(mending.taken, taken)) return true;
-  if (IsSecretName(tag)) {
+  if (!SetTag(mending.tag, tag) || !Set(mending.was, was) || !Set(mending.taken, taken)) {
+    return true;
+  }
+  if (LengthOfPasswordTag(tag) != 0 || (spot.amongPasswords && IsOfTextWithoutTag(kind)) ||
+      MayHavePassword(was, spot.amongPasswords) || MayHavePassword(taken, spot.amongPasswords)) {
     mending.was.Clear('*');
     mending.taken.Clear('*');
   }
@@ -192,8 +220,11 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   record.place.offset = spot.offset;
   record.text = m_text;
   record.tag = tag;
-  if (!Set(record.tagText, tagText) || !Set(record.value, value)) return;
-  if (IsSecret(tag)) record.value.Clear('*');
+  if (!SetTag(record.tagText, tagText) || !Set(record.value, value)) return;
+  if (IsSecret(tag) || LengthOfPasswordTag(tagText) != 0 ||
+      (spot.amongPasswords && tag == KRTag_None) || MayHavePassword(value, spot.amongPasswords)) {
+    record.value.Clear('*');
+  }
   if (m_watcher != nullptr) m_watcher->OnWarning(record);
   if (!kept) return;
   const std::size_t number = m_warningPaths.size();

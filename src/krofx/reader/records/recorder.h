@@ -19,6 +19,7 @@ namespace krofx::internal {
 struct Spot {
   std::size_t offset = 0;       ///< In the file; kNowhere for what has no place.
   s32 path = PathLog::kNoPath;  ///< The aggregate, in the text's log of paths.
+  bool amongPasswords = false;  ///< Whether it is in an aggregate that passwords are in.
 
   static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 };
@@ -49,7 +50,7 @@ class Recorder {
   /// Notes that something ends the reading when damage of a kind may not be mended.
   /// @return whether it may be mended.
   bool May(MendingKind kind, Spot spot);
-  /// Notes a mending, when its kind may be mended.
+  /// Notes a mending, when its kind may be mended. What may have a password in it becomes stars.
   /// @param tag the tag or header field.
   /// @return as May.
   bool Note(MendingKind kind, Spot spot, std::string_view tag, std::string_view was,
@@ -58,7 +59,8 @@ class Recorder {
   bool Keeps(MendingKind kind, std::string_view tag) const;
   /// @return whether a warning that is noted next is kept.
   bool KeepsWarning() const { return m_reading.warnings.size() < m_options.maxRecords; }
-  /// Notes a warning; with `path` where it happened.
+  /// Notes a warning; with `path` where it happened. A value that may have a password in it becomes
+  /// stars.
   /// @param object the one that it happened in, when its path has to be found later.
   void Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_view tagText,
             std::string_view value, const KRDataObj* object = nullptr);
@@ -95,6 +97,7 @@ class Recorder {
   bool HasSaid(std::size_t hash) const;
   bool SaysAgain(MendingKind kind, std::string_view tag);
   bool Set(KRString& target, std::string_view text);
+  bool SetTag(KRString& target, std::string_view tag);
 
   Reading& m_reading;
   Watcher* m_watcher = nullptr;

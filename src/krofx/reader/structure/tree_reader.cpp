@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "krofx/core/internal/byte_search.h"
+#include "krofx/core/internal/passwords.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
@@ -79,7 +80,15 @@ s32 TreeReader::NodeOf(s16 depth) {
   return level.node;
 }
 
-Spot TreeReader::At(u32 position) { return {m_text.ToOriginal(position), NodeOf(GetDepth())}; }
+Spot TreeReader::At(u32 position) {
+  return {m_text.ToOriginal(position), NodeOf(GetDepth()), IsAmongPasswords()};
+}
+
+// Whether an open aggregate is one that passwords are in.
+bool TreeReader::IsAmongPasswords() const {
+  return std::any_of(m_levels + 1, m_levels + GetDepth() + 1,
+                     [](const Level& level) { return HoldsPasswords(level.object->GetType()); });
+}
 
 // Says that what is closed inside the aggregate at a depth is complete.
 void TreeReader::CompleteTo(s16 depth) {
@@ -101,8 +110,8 @@ bool TreeReader::Note(MendingKind kind, u32 position, std::string_view tag, std:
   // What was read without an answer is not said.
   if (m_isLost) return false;
   const s32 path = m_recorder.Keeps(kind, tag) ? NodeOf(GetDepth()) : PathLog::kNoPath;
-  if (m_recorder.Note(kind, {m_text.ToOriginal(position), path}, tag, was, taken)) return true;
-  return StopForbidden();
+  const Spot spot{m_text.ToOriginal(position), path, IsAmongPasswords()};
+  return m_recorder.Note(kind, spot, tag, was, taken) || StopForbidden();
 }
 
 bool TreeReader::Stop(KRParseStatus status) {
@@ -381,7 +390,8 @@ void TreeReader::SayWarnings(u32 position, bool refused) {
     if (warning.m_warning == KRPW_EXTRAAGG) continue;
     const std::string_view tagText(warning.m_tagText, warning.m_tagText.GetStrLength());
     const s32 path = m_recorder.KeepsWarning() ? NodeOf(GetDepth()) : PathLog::kNoPath;
-    m_recorder.Warn(warning.m_warning, {m_text.ToOriginal(position), path}, warning.m_tag,
+    const Spot spot{m_text.ToOriginal(position), path, IsAmongPasswords()};
+    m_recorder.Warn(warning.m_warning, spot, warning.m_tag,
                     tagText.empty() ? TagName(warning.m_tag) : tagText,
                     {warning.m_valueText, warning.m_valueText.GetStrLength()});
   }

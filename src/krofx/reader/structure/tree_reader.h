@@ -121,6 +121,7 @@ class TreeReader final : public KRParser {
 
   Level& Current() { return m_levels[GetDepth()]; }
   Spot At(u32 position);
+  bool IsAmongPasswords() const;
   s32 NodeOf(s16 depth);
   Sibling* FindSibling(Level& level, KRTagID tag);
   bool Note(MendingKind kind, u32 position, std::string_view tag, std::string_view was = {},

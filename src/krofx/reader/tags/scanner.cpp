@@ -153,8 +153,9 @@ Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& after, ScannedTag& 
     return Piece::kCharacter;
   }
   if (next == '?') {
+    // In a text only an instruction with an end of its own is not characters of it.
     after = FindEnd(open + 1, ">", m_noInstructionEnd);
-    if (after != 0) return Piece::kMarkup;
+    if (after != 0 && (!inText || m_bytes[after - 2] == '?')) return Piece::kMarkup;
     after = open + 1;
     return Piece::kCharacter;
   }
