@@ -218,10 +218,10 @@ TEST_F(VYNLogTest, HidesThePasswordOfAUrlAndSendsItAllTheSame) {
   EXPECT_EQ(Get("http://jo:secret@b/x"), KRNetStatus_Success);
   EXPECT_EQ(Send("http://jo:secret@b/x", "OFX"), KRNetStatus_Success);
   EXPECT_EQ(Texts(),
-            (std::vector<std::string>{"VYN: Beginning get from http://jo:******@b/x",
-                                      "VYN: End get from http://jo:******@b/x, netstatus 0",
-                                      "VYN: Beginning send to http://jo:******@b/x",
-                                      "VYN: End send to http://jo:******@b/x, netstatus 0"}));
+            (std::vector<std::string>{"VYN: Beginning get from http://*********@b/x",
+                                      "VYN: End get from http://*********@b/x, netstatus 0",
+                                      "VYN: Beginning send to http://*********@b/x",
+                                      "VYN: End send to http://*********@b/x, netstatus 0"}));
   EXPECT_EQ(manager.calls[0], "VCGetFileRequest(null, http://jo:secret@b/x)");
 }
 
@@ -230,15 +230,22 @@ struct UrlRow {
   const char* shown;
 };
 
-TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
+TEST(LoggableUrl, HasStarsForUserPasswordAndFragmentAndNothingElse) {
   for (const UrlRow& row :
-       std::vector<UrlRow>{{"https://jo:pw@b/", "https://jo:**@b/"},
-                           {"https://jo:pw@b", "https://jo:**@b"},
-                           {"https://:pw@b/", "https://:**@b/"},
-                           {"https://jo:@b/", "https://jo:@b/"},
-                           {"https://jo@b/", "https://jo@b/"},
+       std::vector<UrlRow>{{"https://jo:pw@b/", "https://*****@b/"},
+                           {"https://jo:pw@b", "https://*****@b"},
+                           {"https://:pw@b/", "https://***@b/"},
+                           {"https://jo:@b/", "https://***@b/"},
+                           {"https://jo@b/", "https://**@b/"},
+                           {"https://jo@b:8080/", "https://**@b:8080/"},
+                           {"https://jo:123456@b/", "https://*********@b/"},
+                           {"https://@b/", "https://@b/"},
                            {"https://b/", "https://b/"},
                            {"https://b:8080/", "https://b:8080/"},
+                           {"https://b:65535/", "https://b:65535/"},
+                           {"https://b:00443", "https://b:00443"},
+                           {"https://b:65536/x", "https://b:*******"},
+                           {"https://b:123456", "https://b:******"},
                            {"https://b:8080/jo:x@y", "https://b:*********@y"},
                            {"https://b:8080/x", "https://b:8080/x"},
                            {"https://b:/x@y", "https://b:**@y"},
@@ -246,27 +253,38 @@ TEST(LoggableUrl, HasStarsForAPasswordAndNothingElse) {
                            {"https://b/jo:x@y", "https://b/jo:*@y"},
                            {"https://b?m=x@y", "https://b?m=x@y"},
                            {"https://b?m=jo:x@y", "https://b?m=jo:*@y"},
-                           {"https://jo:pw@b/?m=x@y", "https://jo:*********@y"},
-                           {"https://jo:p@w@b/", "https://jo:***@b/"},
-                           {"https://jo:p:w@b:8080/", "https://jo:***@b:8080/"},
+                           {"https://b/x%40y?m=%3A", "https://b/x%40y?m=%3A"},
+                           {"https://b/x#y", "https://b/x#*"},
+                           {"https://b#x#y", "https://b#***"},
+                           {"https://b/x?m=1#x@y", "https://b/x?m=1#***"},
+                           {"https://b/x#jo:x@y", "https://b/x#******"},
+                           {"https://jo@b/#", "https://**@b/#"},
+                           {"https://jo:pw@b/?m=x@y", "https://************@y"},
+                           {"https://jo:pw@b/?m=x#y", "https://*****@b/?m=x#*"},
+                           {"https://jo@b/?m=x@y", "https://*********@y"},
+                           {"https://jo:p@w@b/", "https://******@b/"},
+                           {"https://jo:p:w@b:8080/", "https://******@b:8080/"},
                            {"https://jo:p/w@b/", "https://jo:***@b/"},
                            {"https://jo:p?w@b/", "https://jo:***@b/"},
                            {"https://jo:p#w@b/", "https://jo:***@b/"},
-                           {"https://jo:pw@[::1]:8080/", "https://jo:**@[::1]:8080/"},
+                           {"https://jo:pw@[::1]:8080/", "https://*****@[::1]:8080/"},
                            {"https://[::1]:8080/x@y", "https://[::1]:8080/x@y"},
                            {"https://[::1]/x@y", "https://[::1]/x@y"},
-                           {"https:/jo:pw@b/", "https:/jo:**@b/"},
-                           {"https:///jo:pw@b/", "https:///jo:**@b/"},
-                           {"jo:pw@b/", "jo:**@b/"},
-                           {"jo:pw@b/?u=http://x/", "jo:**@b/?u=http://x/"},
+                           {"https:/jo:pw@b/", "https:/*****@b/"},
+                           {"https:///jo:pw@b/", "https:///*****@b/"},
+                           {"jo:pw@b/", "*****@b/"},
+                           {"jo:pw@b/?u=http://x/", "*****@b/?u=http://x/"},
+                           {"jo@b/ofx", "**@b/ofx"},
                            {"file://c|/dir/a@b.ofx", "file://c|/dir/a@b.ofx"},
                            {"file:///dir:1/a.ofx", "file:///dir:1/a.ofx"},
+                           {"file:///a%20@b#1.ofx", "file:///a%20@b#1.ofx"},
                            {"b:8080/x", "b:8080/x"},
                            {" https://b:8080/x", " https://b:8080/x"},
                            {"c:\\\\x", "c:\\\\x"},
                            {"http://", "http://"},
                            {"@", "@"},
-                           {":@", ":@"},
+                           {":@", "*@"},
+                           {"#", "#"},
                            {"", ""}}) {
     EXPECT_STREQ(LoggableUrl(row.url).Text(), row.shown) << row.url;
   }
@@ -313,6 +331,19 @@ TEST(LoggableUrl, HidesWhatCouldBeAPasswordInTextsThatAreNoPlainUrls) {
                                 "https://[u:secret",
                                 "https://u:x@h:secret/",
                                 "@u:secret",
+                                "https://secret@h/",
+                                "secret@h/ofx",
+                                "https%3A%2F%2Fu%3Asecret%40h%2F",
+                                "https%253A%252F%252Fu%253Asecret%2540h",
+                                "<https://u%3Asecret%40h/>",
+                                "https://u%3Asecret%40h/",
+                                "https://u%3Ax/secret%40h/",
+                                "https://x@u%3Asecret%40h/",
+                                "https://secret:@h/",
+                                "https://secret:x-key@h/",
+                                "https://h/#secret",
+                                "https://h#secret@h",
+                                "h/#secret",
                                 "u:secret"}) {
     EXPECT_EQ(std::string(LoggableUrl(url).Text()).find("secret"), std::string::npos) << url;
   }

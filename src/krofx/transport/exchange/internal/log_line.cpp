@@ -52,8 +52,12 @@ std::size_t EndOfAuthority(std::string_view url, std::size_t begin) {
 
 // Whether the text after a colon is a port, and not a password.
 bool IsPort(std::string_view url, std::size_t colon) {
-  const std::size_t end = EndOfAuthority(url, colon + 1);
-  return url.find_first_not_of(kDigits, colon + 1) >= end;
+  constexpr std::string_view kHighestPort = "65535";
+  std::string_view port = url.substr(colon + 1, EndOfAuthority(url, colon + 1) - colon - 1);
+  if (port.find_first_not_of(kDigits) != kNone) return false;
+  port.remove_prefix(std::min(port.find_first_not_of('0'), port.size()));
+  return port.size() < kHighestPort.size() ||
+         (port.size() == kHighestPort.size() && port <= kHighestPort);
 }
 
 // The end of a numeric address in brackets and of its port, whose colons separate no password.
@@ -66,28 +70,31 @@ std::size_t EndOfAddress(std::string_view url, std::size_t begin) {
   return hasPort ? EndOfAuthority(url, begin) : end + 1;
 }
 
-// The part of a text with an '@' at `at` that is not shown. A password that was not escaped may
-// contain the characters that end an authority, and digits may begin it, so what looks like a port
-// or a path can be a part of it.
+// The part of a text with an '@' at `at` that is not shown. A user may be a secret too, such as a
+// key. A password that was not escaped may contain the characters that end an authority, and digits
+// may begin it, so what looks like a port or a path can be a part of it.
 Span SecretBefore(std::string_view url, std::size_t begin, std::size_t at) {
-  const bool isFile = HasFileScheme(url.data()) != 0;
-  const std::size_t host = isFile ? begin : EndOfAddress(url, begin);
-  if (host == kNone) return {begin, at};
-  const std::size_t plainEnd = std::min(url.find_first_not_of(kUserCharacters, host), at);
-  if (plainEnd == at) return kNothing;
-  const std::size_t end = EndOfAuthority(url, begin);
-  if (begin == 0) return url[plainEnd] == ':' && at < end ? Span{plainEnd + 1, at} : Span{0, at};
-  if (url[plainEnd] != ':' && plainEnd < end && !isFile) return {begin, at};
+  if (begin == 0) return {0, at};
+  std::size_t host = begin;
+  if (HasFileScheme(url.data()) == 0) {
+    const std::size_t end = EndOfAuthority(url, begin);
+    host = EndOfAddress(url, begin);
+    if (host == kNone || url.find('@', begin) < end) return {begin, at};
+    const std::size_t plainEnd = url.find_first_not_of(kUserCharacters, host);
+    if (plainEnd < end && url[plainEnd] != ':') return {begin, at};
+  }
   const std::size_t colon = std::min(url.find(':', host), at);
   return colon == at ? kNothing : Span{colon + 1, at};
 }
 
-// The part, in a text without '@' from `begin` on, that is in the place of a port but is no number.
+// The part, in a text without '@' from `begin` on, that is in the place of a port but is none; the
+// whole of a text whose '@' and colons may have been escaped, since hosts have no '%'.
 Span SecretAtPort(std::string_view url, std::size_t begin) {
   if (HasFileScheme(url.data()) != 0) return kNothing;
   const std::size_t host = EndOfAddress(url, begin);
   if (host == kNone) return {begin, url.size()};
   const std::size_t end = begin == 0 ? url.size() : EndOfAuthority(url, begin);
+  if (url.find('%', host) < end) return {begin, url.size()};
   for (std::size_t colon = url.find(':', host); colon < end; colon = url.find(':', colon + 1)) {
     // Without a clear scheme, a colon before slashes may be that of one.
     const bool isOfScheme = begin == 0 && url.find_first_of("/\\", colon) == colon + 1;
@@ -96,8 +103,9 @@ Span SecretAtPort(std::string_view url, std::size_t begin) {
   return kNothing;
 }
 
-// The part of a URL that is not shown: what could be a password, whether a library would read it as
-// one or not. If the text does not clearly begin as a URL, that is everything before the last '@'.
+// The part of a URL that is not shown: what could be a user or a password, whether a library would
+// read it as one or not. If the text does not clearly begin as a URL, that is everything before the
+// last '@'.
 Span SecretOf(std::string_view url) {
   const std::size_t begin = AuthorityOf(url);
   const std::size_t at = url.rfind('@');
@@ -106,6 +114,15 @@ Span SecretOf(std::string_view url) {
   const Span after = SecretAtPort(url, at + 1);
   if (after.IsEmpty()) return before;
   return {before.IsEmpty() ? after.begin : before.begin, after.end};
+}
+
+// The fragment of a URL, for which a '#' in the secret does not count. It is not sent, so a log
+// does not need it. In the URL of a file it is a part of the name.
+Span FragmentOf(std::string_view url, const Span& secret) {
+  if (HasFileScheme(url.data()) != 0) return kNothing;
+  std::size_t mark = url.find('#');
+  if (mark >= secret.begin && mark < secret.end) mark = url.find('#', secret.end);
+  return mark == kNone ? kNothing : Span{mark + 1, url.size()};
 }
 
 constexpr unsigned char kDelete = 0x7f;
@@ -174,7 +191,8 @@ void LogLine(KRNetAccess* access, u16 level, const char* format, ...) {
 LoggableUrl::LoggableUrl(const char* url) : m_text(url) {
   const std::string_view text(url);
   const Span secret = SecretOf(text);
-  if (secret.IsEmpty()) return;
+  const Span fragment = FragmentOf(text, secret);
+  if (secret.IsEmpty() && fragment.IsEmpty()) return;
   m_copy = static_cast<char*>(Allocate(text.size() + 1));
   m_text = m_copy;
   if (m_copy == nullptr) {
@@ -182,7 +200,9 @@ LoggableUrl::LoggableUrl(const char* url) : m_text(url) {
     return;
   }
   std::memcpy(m_copy, url, text.size() + 1);
-  std::memset(m_copy + secret.begin, '*', secret.end - secret.begin);
+  for (const Span& hidden : {secret, fragment}) {
+    std::memset(m_copy + hidden.begin, '*', hidden.end - hidden.begin);
+  }
 }
 
 LoggableUrl::~LoggableUrl() { Free(m_copy); }

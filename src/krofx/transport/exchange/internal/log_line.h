@@ -24,9 +24,10 @@ inline constexpr u16 kLogDetail = 3;
 KROFX_API void LogLine(KRNetAccess* access, u16 level, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
-/// A URL for a log. The password in it is replaced by stars, one for each character. If the text is
-/// not clearly a URL with a user and a password, everything that could be a password is replaced:
-/// all text before the last '@', and text in the place of a port that is not a number.
+/// A URL for a log. User, password and fragment are replaced by stars, one for each character, and
+/// so is everything that could be a user or a password: all text before the last '@' if the text is
+/// not clearly a URL, text in the place of a port that is none, and text in which an '@' may be
+/// escaped.
 class KROFX_API LoggableUrl {
  public:
   /// `url` must outlive the object. When there is no memory for the masked copy the text is "***".
