@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -137,6 +138,18 @@ TEST_F(LocalFileTest, TakesFromOthersWhatTheyCouldDoWithAFileThatItReplaces) {
   ASSERT_TRUE(file.OpenToWrite(name.c_str()));
   EXPECT_EQ(std::filesystem::status(name).permissions(), std::filesystem::perms(0600));
   EXPECT_EQ(folder.Get("out"), "");
+}
+
+TEST_F(LocalFileTest, WritesNoFileOfAnotherUser) {
+  const std::string name = folder.Put("SEND.DAT", "theirs");
+  const uid_t other = geteuid() + 1;
+  if (chown(name.c_str(), other, static_cast<gid_t>(-1)) != 0) {
+    GTEST_SKIP() << "only root can give a file away";
+  }
+  LocalFile file;
+  EXPECT_FALSE(file.OpenToWrite(name.c_str()));
+  EXPECT_FALSE(file.IsOpen());
+  EXPECT_EQ(folder.Get("SEND.DAT"), "theirs");
 }
 
 TEST_F(LocalFileTest, MakesFilesThatOnlyTheirOwnerReads) {

@@ -11,6 +11,23 @@ using Calls = std::vector<std::string>;
 
 class VYNWaitTest : public ConnectedVYNTest {};
 
+// The default platform with a clock that only pauses advance.
+class TimedPlatform : public VYNDefaultWaitPlatform {
+ public:
+  using VYNDefaultWaitPlatform::VYNDefaultWaitPlatform;
+  void Pause(u32 milliseconds, VYNConnectionManager& manager) override {
+    VYNDefaultWaitPlatform::Pause(milliseconds, manager);
+    m_clock += lasting < milliseconds ? lasting : milliseconds;
+  }
+  std::uint64_t Clock() const override { return m_clock; }
+
+  // How long a manager works at most when it is to work for longer.
+  u32 lasting = 1000;
+
+ private:
+  std::uint64_t m_clock = 1;
+};
+
 // ---- The wait ----
 
 TEST_F(VYNWaitTest, TakesOneEventARoundAndPausesAHundredMilliseconds) {
@@ -79,7 +96,7 @@ TEST_F(VYNWaitTest, WaitsThroughTheDefaultPlatformByTheManagersWork) {
   struct Host {
     int events = 0;
   } host;
-  VYNDefaultWaitPlatform standard(
+  TimedPlatform standard(
       [](void* context) {
         return ++static_cast<Host*>(context)->events < 3 ? VYNEventResult_Handled
                                                          : VYNEventResult_None;
@@ -97,6 +114,42 @@ TEST_F(VYNWaitTest, WaitsThroughTheDefaultPlatformByTheManagersWork) {
   EXPECT_EQ(Get("http://bank/"), KRNetStatus_Success);
   EXPECT_EQ(manager.works.size(), 8u);
   request->SetAccess(nullptr);
+}
+
+TEST_F(VYNWaitTest, TakesOneEventARoundAlsoFromAManagerThatWorksForAShorterTime) {
+  int events = 0;
+  TimedPlatform standard(
+      [](void* context) {
+        ++*static_cast<int*>(context);
+        return VYNEventResult_Handled;
+      },
+      &events);
+  standard.lasting = 30;
+  OpenAccess other(&manager, &standard);
+  request->SetAccess(&other);
+  manager.script.rounds = 10;
+  EXPECT_EQ(Get("http://bank/"), KRNetStatus_Success);
+  EXPECT_EQ(manager.works, (std::vector<u32>{100, 70, 40, 10, 100, 70, 40, 10, 100, 70}));
+  EXPECT_EQ(events, 3);
+  request->SetAccess(nullptr);
+}
+
+TEST_F(VYNWaitTest, EndsWithinARoundWhenTheAccessObjectIsDestroyedByACallback) {
+  manager.script.rounds = ExchangeScript::kNever;
+  manager.script.progress = {{1}};
+  auto* const own = new OpenAccess(&manager);
+  own->SetSessionCallback([](KROpCode, void*, void*) { OnProgress()(); });
+  request->SetAccess(own);
+  OnProgress() = [&] { delete own; };
+  EXPECT_EQ(Get("http://bank/"), KRNetStatus_Failed);
+  EXPECT_EQ(manager.works.size(), 1u);
+}
+
+TEST(VYNDefaultWaitPlatformTest, HasAClockThatGoesOn) {
+  const VYNDefaultWaitPlatform platform;
+  const std::uint64_t first = platform.Clock();
+  EXPECT_GT(first, 0u);
+  EXPECT_GE(platform.Clock(), first);
 }
 
 TEST_F(VYNWaitTest, WaitsForAWordOfASubclassUntilItIsSet) {

@@ -159,7 +159,8 @@ class KROFX_API VYNConnectionManager {
   virtual void VCWork(u32 milliseconds);
   /// Announces that the next VCWork is a pause between two events of the host. It must last for its
   /// whole time unless an exchange ends, even if exchanges advance, so that the rate of events
-  /// stays limited. The default does nothing, for a manager whose VCWork always does this.
+  /// stays limited. The default does nothing, for a manager whose VCWork always does this; if it
+  /// does not, VYNDefaultWaitPlatform is paused again for the rest of the time.
   virtual void VCPaceWork();
 };
 

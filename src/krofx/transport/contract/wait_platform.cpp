@@ -2,6 +2,8 @@
 
 #include "krofx/transport/contract/wait_platform.h"
 
+#include <chrono>
+
 #include "krofx/transport/contract/connection_manager.h"
 
 VYNEventResult VYNDefaultWaitPlatform::HandleOneEvent() {
@@ -10,4 +12,10 @@ VYNEventResult VYNDefaultWaitPlatform::HandleOneEvent() {
 
 void VYNDefaultWaitPlatform::Pause(u32 milliseconds, VYNConnectionManager& manager) {
   manager.VCWork(milliseconds);
+}
+
+std::uint64_t VYNDefaultWaitPlatform::Clock() const {
+  using std::chrono::milliseconds;
+  const auto now = std::chrono::steady_clock::now().time_since_epoch();
+  return static_cast<std::uint64_t>(std::chrono::duration_cast<milliseconds>(now).count()) + 1;
 }

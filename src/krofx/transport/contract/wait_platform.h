@@ -2,10 +2,12 @@
 // platform's event queue and its sleep.
 //
 // A waiting call works in rounds. Each round takes at most one event, lets the host handle it, and
-// then pauses for at most 100 milliseconds.
+// then pauses for 100 milliseconds, less only if the exchange ends.
 
 #ifndef KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_
 #define KROFX_TRANSPORT_CONTRACT_WAIT_PLATFORM_H_
+
+#include <cstdint>
 
 #include "krofx/core/export.h"
 #include "krofx/core/types.h"
@@ -32,6 +34,11 @@ class KROFX_API VYNWaitPlatform {
   /// Pauses for `milliseconds`. It must not return earlier unless the exchange has ended, since
   /// only one event is handled between two pauses.
   virtual void Pause(u32 milliseconds, VYNConnectionManager& manager) = 0;
+  /// By this clock a wait makes sure that a pause has lasted; if it has not, because the connection
+  /// manager returned earlier, the wait pauses again for the rest.
+  /// @return milliseconds since any moment, never less than before. The default is always 0, which
+  ///         means that there is no clock and that Pause can be relied on.
+  virtual std::uint64_t Clock() const { return 0; }
 };
 
 /// Takes at most one event of the host's own loop and handles it; `context` is the one that the
@@ -39,7 +46,8 @@ class KROFX_API VYNWaitPlatform {
 using VYNEventSource = VYNEventResult (*)(void* context);
 
 /// The default: events come from a function of the host, if it supplied one, and a pause runs the
-/// connection manager, so that it ends as soon as the exchange does.
+/// connection manager, so that it ends as soon as the exchange does. The clock is the system's
+/// steady one, so the rate of events is limited with every manager.
 class KROFX_API VYNDefaultWaitPlatform : public VYNWaitPlatform {
  public:
   /// With a null `source` there are no events.
@@ -47,6 +55,7 @@ class KROFX_API VYNDefaultWaitPlatform : public VYNWaitPlatform {
       : m_source(source), m_context(context) {}
   VYNEventResult HandleOneEvent() override;
   void Pause(u32 milliseconds, VYNConnectionManager& manager) override;
+  std::uint64_t Clock() const override;
 
  private:
   VYNEventSource m_source;

@@ -15,6 +15,20 @@ namespace {
 
 constexpr u32 kRoundMilliseconds = 100;
 
+// Pauses until the round or the exchange is over, also if the manager works for a shorter time.
+// Once the call is over, the platform and the manager may be gone.
+void PauseRound(const ExchangeCall& call, const u16& finished, VYNWaitPlatform& platform,
+                VYNConnectionManager& manager) {
+  const std::uint64_t start = platform.Clock();
+  std::uint64_t passed = 0;
+  while (passed < kRoundMilliseconds) {
+    manager.VCPaceWork();
+    platform.Pause(kRoundMilliseconds - static_cast<u32>(passed), manager);
+    if (call.over || finished != 0 || start == 0) return;
+    passed = platform.Clock() - start;
+  }
+}
+
 }  // namespace
 
 SessionExchange::~SessionExchange() {
@@ -56,8 +70,7 @@ void SessionExchange::Wait(const u16* finished) {
   while (!call.over && *finished == 0) {
     if (platform.HandleOneEvent() == VYNEventResult_Quit) break;
     if (call.over) break;
-    manager->VCPaceWork();
-    platform.Pause(kRoundMilliseconds, *manager);
+    PauseRound(call, *finished, platform, *manager);
   }
   if (isOuter && !own.requestGone) m_call = nullptr;
 }

@@ -68,12 +68,12 @@ bool LocalFile::Open(const char* name, int flags) {
 
 bool LocalFile::OpenToRead(const char* name) { return Open(name, O_RDONLY); }
 
-// Refuses links, which would write the text elsewhere, and files that others could read.
+// Refuses links, which would write the text elsewhere, and files of others, who could read it.
 bool LocalFile::OpenToWrite(const char* name) {
   if (!Open(name, O_WRONLY | O_CREAT | O_NOFOLLOW)) return false;
   struct stat facts;
-  if (fstat(m_file, &facts) == 0 && facts.st_nlink == 1 && fchmod(m_file, kOwnerOnly) == 0 &&
-      ftruncate(m_file, 0) == 0) {
+  if (fstat(m_file, &facts) == 0 && facts.st_nlink == 1 && facts.st_uid == geteuid() &&
+      fchmod(m_file, kOwnerOnly) == 0 && ftruncate(m_file, 0) == 0) {
     return true;
   }
   Close();
