@@ -22,6 +22,7 @@ namespace krofx::command {
 namespace {
 
 constexpr char kTooLong[] = "the password is longer than the 171 characters that OFX takes";
+constexpr char kControlCharacter[] = "the password has a control character";
 
 // Switches echo off, and back on at the end.
 class SilentTerminal {
@@ -56,7 +57,8 @@ class PromptSignals {
   PromptSignals() {
     sigset_t held;
     ::sigemptyset(&held);
-    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP}) ::sigaddset(&held, signal);
+    ::sigaddset(&held, SIGTSTP);
+    for (const int signal : Interruption::kSignals) ::sigaddset(&held, signal);
     ::sigprocmask(SIG_BLOCK, &held, &m_mask);
     g_stopped = 0;
     struct sigaction noting {};
@@ -100,6 +102,7 @@ std::string Password::ReadFrom(int descriptor) {
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) return std::string("the password cannot be read: ") + std::strerror(errno);
     if (got == 0 || next == '\n') {
+      if (std::memchr(m_text.bytes, '\0', length) != nullptr) return kControlCharacter;
       next = '\0';
       m_ended = got == 0 && length == 0;
       break;
@@ -183,6 +186,7 @@ bool Password::Encode() {
 
 std::string Password::Check() {
   if (m_text.bytes[0] == '\0') return "the password is empty";
+  if (HasControlCharacter(m_text.bytes)) return kControlCharacter;
   if (!Encode()) {
     return "the password has a character that the request's character set, Windows 1252, does not "
            "have";

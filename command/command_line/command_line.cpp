@@ -3,6 +3,7 @@
 #include "command_line/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 
 #include "command_line/help_text.h"
@@ -128,6 +129,31 @@ ExitStatus RefuseUse(const CLI::App& app, const CLI::App& last, const std::strin
   return kExitWrongUse;
 }
 
+// The arguments, the last first, as the library takes them. Of "--name=" it would take the next
+// argument as the value, which is an empty one.
+std::vector<std::string> Reversed(int argc, char** argv) {
+  std::vector<std::string> arguments;
+  bool mayBeOption = true;
+  for (int index = 1; index < argc; ++index) {
+    const std::string_view argument = argv[index];
+    mayBeOption &= argument != "--";
+    arguments.emplace_back(argument);
+    if (!mayBeOption || !argument.starts_with("--") || argument.size() < 4 ||
+        argument.find('=') != argument.size() - 1) {
+      continue;
+    }
+    arguments.back().pop_back();
+    arguments.emplace_back();
+  }
+  std::reverse(arguments.begin(), arguments.end());
+  return arguments;
+}
+
+// An empty value, as a variable of the shell without one gives it, must not do what no option does.
+Option Guard(const std::string& name, Option option) {
+  return name.starts_with('-') ? option.RefuseEmpty() : option;
+}
+
 }  // namespace
 
 Option Option::Required(bool required) const {
@@ -150,6 +176,13 @@ Option Option::OneValueEachTime() const {
   return *this;
 }
 
+Option Option::RefuseEmpty() const {
+  m_option->check([](const std::string& text) {
+    return std::string(text.empty() ? "its value is empty; give one, or leave it out" : "");
+  });
+  return *this;
+}
+
 Option Option::InGroup(const char* title) const {
   m_option->group(title);
   return *this;
@@ -167,12 +200,12 @@ std::string Subcommand::GetPath() const { return PathOf(*m_app); }
 
 Option Subcommand::AddOption(const std::string& name, std::string& value,
                              const std::string& help) const {
-  return Option(m_app->add_option(name, value, help));
+  return Guard(name, Option(m_app->add_option(name, value, help)));
 }
 
 Option Subcommand::AddOption(const std::string& name, std::vector<std::string>& values,
                              const std::string& help) const {
-  return Option(m_app->add_option(name, values, help));
+  return Guard(name, Option(m_app->add_option(name, values, help)));
 }
 
 Option Subcommand::AddNumber(const std::string& name, int& value, int least, int most,
@@ -254,7 +287,7 @@ Subcommand CommandLine::GetCommand() const { return Subcommand(m_app.get()); }
 
 ExitStatus CommandLine::Run(int argc, char** argv) const {
   try {
-    m_app->parse(argc, argv);
+    m_app->parse(Reversed(argc, argv));
     return kExitClean;
   } catch (const CLI::RuntimeError& ended) {
     return static_cast<ExitStatus>(ended.get_exit_code());

@@ -32,6 +32,8 @@ class Option {
   Option Excludes(Option other) const;
   /// The option takes one value each time that it is given.
   Option OneValueEachTime() const;
+  /// An empty value is wrong use, which it always is for an option with hyphens.
+  Option RefuseEmpty() const;
   /// The help lists the option under this title.
   Option InGroup(const char* title) const;
 
@@ -76,7 +78,8 @@ class Subcommand {
   /// @return the names from the first subcommand to this one, such as "request transfer".
   std::string GetPath() const;
 
-  /// Adds an option with a text as its value. A name without hyphens is that of a plain argument.
+  /// Adds an option with a text as its value, which is not empty. A name without hyphens is that of
+  /// a plain argument, which may be empty.
   Option AddOption(const std::string& name, std::string& value, const std::string& help) const;
   /// The same with several texts.
   Option AddOption(const std::string& name, std::vector<std::string>& values,

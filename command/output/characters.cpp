@@ -70,6 +70,12 @@ void AppendUtf8(std::string& text, char32_t character) {
   }
 }
 
+bool HasControlCharacter(std::string_view text, std::string_view taken) {
+  return std::any_of(text.begin(), text.end(), [taken](char byte) {
+    return IsControl(byte) && taken.find(byte) == std::string_view::npos;
+  });
+}
+
 std::size_t ColumnsOf(char32_t character) {
   constexpr char32_t kFirstMark = 0x300;
   if (character < kFirstMark) return 1;

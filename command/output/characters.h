@@ -21,6 +21,13 @@ bool TakeUtf8(std::string_view& text, char32_t& character);
 /// Adds a character to a text of UTF-8.
 void AppendUtf8(std::string& text, char32_t character);
 
+/// @return whether the byte is a control character of ASCII, DEL among them.
+constexpr bool IsControl(char byte) {
+  return static_cast<unsigned char>(byte) < ' ' || byte == '\x7F';
+}
+/// @return whether a text has control characters of ASCII other than those of `taken`.
+bool HasControlCharacter(std::string_view text, std::string_view taken = "");
+
 /// Columns of a terminal that a character takes: 0, 1 or 2.
 std::size_t ColumnsOf(char32_t character);
 

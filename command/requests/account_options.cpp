@@ -23,7 +23,7 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
   const std::string prefix = "--" + options.prefix;
   auto account = maker.Make<KRBankAccount>(KRTag_BANKACCTFROM);
   const auto set = [&](const char* name, const std::string& given, auto setter, auto getter) {
-    maker.SetText(prefix + name, given, *account, setter, getter);
+    maker.SetNumber(prefix + name, given, *account, setter, getter);
   };
   set("bank", options.bank, &KRBankAccount::SetBankID, &KRBankAccount::GetBankID);
   set("branch", options.branch, &KRBankAccount::SetBranchID, &KRBankAccount::GetBranchID);
@@ -43,16 +43,16 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
 std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const std::string& number,
                                              KRTagID tag, RequestMaker& maker) {
   auto account = maker.Make<KRCCAccount>(tag);
-  maker.SetText(option, number, *account, &KRCCAccount::SetAccountID, &KRCCAccount::GetAccountID);
+  maker.SetNumber(option, number, *account, &KRCCAccount::SetAccountID, &KRCCAccount::GetAccountID);
   return account;
 }
 
 std::unique_ptr<KRInvAcctFrom> MakeInvestmentAccount(const Account& given, RequestMaker& maker) {
   auto account = maker.Make<KRInvAcctFrom>(KRTag_INVACCTFROM);
-  maker.SetText("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
-                &KRInvAcctFrom::GetBrokerID);
-  maker.SetText("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
-                &KRInvAcctFrom::GetAccountID);
+  maker.SetNumber("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
+                  &KRInvAcctFrom::GetBrokerID);
+  maker.SetNumber("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
+                  &KRInvAcctFrom::GetAccountID);
   return account;
 }
 

@@ -3,6 +3,7 @@
 #include "requests/arguments.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string_view>
 
 #include "command_line/days.h"
@@ -36,6 +37,11 @@ bool IsTime(std::string_view digits) {
          NumberAt(digits, 12, 2) < 60;
 }
 
+// What comes before the digits at the end of a check's number.
+std::string_view SeriesOf(std::string_view text) {
+  return text.substr(0, text.find_last_not_of("0123456789") + 1);
+}
+
 }  // namespace
 
 std::string FindAmountProblem(const std::string& text) {
@@ -45,12 +51,15 @@ std::string FindAmountProblem(const std::string& text) {
     const std::size_t point = pointed.find('.');
     const std::size_t places = point == std::string::npos ? 0 : pointed.size() - point - 1;
     // One comma before cents can mean one thing only; before three digits it can mean thousands.
-    if (IsPlainAmount(pointed) && places <= kMostPlaces) return "write " + pointed;
+    if (IsPlainAmount(pointed) && places <= kMostPlaces) {
+      const std::string problem = FindAmountProblem(pointed);
+      return problem.empty() ? "write " + pointed : problem;
+    }
     return "it is not an amount that can be read in one way; write it as 1234.50";
   }
   const std::size_t point = text.find('.');
   if (point != std::string::npos && text.size() - point - 1 > kMostPlaces) {
-    return "it has more than two places after the point; write it as 12.50";
+    return "it has more than two places after the point; write two, as in 1234.50";
   }
   if (text.find_first_not_of("0.") == std::string::npos) return "it must be more than zero";
   return "";
@@ -71,20 +80,34 @@ std::string ResolveDay(const std::string& text) {
   return day ? TextOf(*day) : text;
 }
 
+bool IsCheckNumber(const std::string& text) {
+  const bool plain = std::all_of(text.begin(), text.end(), [](unsigned char character) {
+    return character < 0x80 && std::isalnum(character) != 0;
+  });
+  return plain && text.find_first_not_of('0') != std::string::npos;
+}
+
+bool AreOfOneSeries(const std::string& first, const std::string& last) {
+  const std::string_view left = SeriesOf(first);
+  return left == SeriesOf(last) && left.size() < first.size() && left.size() < last.size();
+}
+
 bool IsHigherNumber(const std::string& first, const std::string& second) {
-  if (!AllDigits(first) || !AllDigits(second)) return false;
-  const auto plain = [](std::string_view text) {
+  const auto number = [](std::string_view text) {
+    text.remove_prefix(SeriesOf(text).size());
     text.remove_prefix(std::min(text.find_first_not_of('0'), text.size()));
     return text;
   };
-  const std::string_view left = plain(first);
-  const std::string_view right = plain(second);
+  const std::string_view left = number(first);
+  const std::string_view right = number(second);
   return left.size() != right.size() ? left.size() > right.size() : left > right;
 }
 
 bool IsLater(const std::string& first, const std::string& second) {
   const std::size_t common = std::min(first.size(), second.size());
-  return first.compare(0, common, second, 0, common) > 0;
+  const int order = first.compare(0, common, second, 0, common);
+  // What only the first one has is its time of day; the other one begins at midnight.
+  return order > 0 || (order == 0 && first.find_first_not_of('0', common) != std::string::npos);
 }
 
 }  // namespace krofx::command

@@ -21,12 +21,18 @@ std::string ToOfxDate(const std::string& text);
 /// @return any other text unchanged.
 std::string ResolveDay(const std::string& text);
 
-/// @return whether the first of two numbers of checks is the higher one. Those with other
-///         characters than digits have no order.
+/// @return whether the text can be the number of a check: letters and digits, and more than zeros.
+bool IsCheckNumber(const std::string& text);
+
+/// @return whether two numbers of checks have an order: both end in digits, with the same before
+///         them.
+bool AreOfOneSeries(const std::string& first, const std::string& last);
+
+/// @return whether the first of two numbers of one series of checks is the higher one.
 bool IsHigherNumber(const std::string& first, const std::string& second);
 
-/// @return whether the first of two dates in the form of OFX is later than the second; the time of
-///         day counts when both have one.
+/// @return whether the first of two dates in the form of OFX is later than the second; one without
+///         a time of day is its midnight.
 bool IsLater(const std::string& first, const std::string& second);
 
 }  // namespace krofx::command

@@ -31,10 +31,19 @@ std::string DescribeMoney(const std::string& amount, const std::string& bankId) 
   return IsRoutingNumber(bankId) ? amount + " USD" : amount;
 }
 
+std::string DescribeDate(const std::string& date) {
+  constexpr std::size_t kDayDigits = 8;
+  const std::string given = ToOfxDate(date);
+  if (given.empty()) return "";
+  const std::string day = given.substr(0, 4) + "-" + given.substr(4, 2) + "-" + given.substr(6, 2);
+  if (given.size() == kDayDigits) return day;
+  return day + " " + given.substr(8, 2) + ":" + given.substr(10, 2) + ":" + given.substr(12) +
+         " UTC";
+}
+
 std::string DescribeDue(const std::string& date) {
-  const std::string day = ToOfxDate(date).substr(0, 8);
-  if (day.empty()) return "";
-  return ", due " + day.substr(0, 4) + "-" + day.substr(4, 2) + "-" + day.substr(6, 2);
+  const std::string described = DescribeDate(date);
+  return described.empty() ? "" : ", due " + described;
 }
 
 }  // namespace krofx::command

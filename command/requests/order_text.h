@@ -20,6 +20,10 @@ std::string DescribeCard(const std::string& number);
 ///         amount is alone.
 std::string DescribeMoney(const std::string& amount, const std::string& bankId);
 
+/// @return a date as the command line has it, in words: 2026-02-01, or 2026-02-01 09:30:00 UTC.
+///         Nothing for none.
+std::string DescribeDate(const std::string& date);
+
 /// ", due 2026-02-01" for a date as the command line has it; nothing for none.
 std::string DescribeDue(const std::string& date);
 

@@ -43,6 +43,7 @@ void FillPayee(const PayeeOptions& options, RequestMaker& maker, KRPayee& payee)
   set("--payee-city", options.city, &KRPayee::SetCity, &KRPayee::GetCity);
   set("--payee-state", options.state, &KRPayee::SetState, &KRPayee::GetState);
   set("--payee-postal-code", options.postalCode, &KRPayee::SetPostalCode, &KRPayee::GetPostalCode);
+  if (!options.country.empty()) maker.RequireCode("--payee-country", options.country, "USA");
   set("--payee-country", options.country, &KRPayee::SetCountry, &KRPayee::GetCountry);
   set("--payee-phone", options.phone, &KRPayee::SetPhone, &KRPayee::GetPhone);
 }
@@ -52,8 +53,8 @@ void FillPayment(const Options& options, RequestMaker& maker, KRPaymentInfo& pay
   payment.SetBankAcctFrom(MakeBankAccount(options.from, maker).release());
   maker.SetAmount("--amount", options.amount, payment, &KRPaymentInfo::SetTransactionAmount);
   maker.SetDate("--due", options.due, payment, &KRPaymentInfo::SetDtDue);
-  maker.SetText("--payee-account", options.payeeAccount, payment, &KRPaymentInfo::SetPayAcct,
-                &KRPaymentInfo::GetPayAcct);
+  maker.SetNumber("--payee-account", options.payeeAccount, payment, &KRPaymentInfo::SetPayAcct,
+                  &KRPaymentInfo::GetPayAcct);
   maker.SetText("--bill", options.bill, payment, &KRPaymentInfo::SetBillRefInfo,
                 &KRPaymentInfo::GetBillRefInfo);
 }
@@ -62,10 +63,10 @@ std::unique_ptr<KRPaymentInfo> MakeFirstVersion(const Options& options, RequestM
   auto payment = maker.Make<KRPaymentInfo>(KRTag_PMTINFO);
   FillPayment(options, maker, *payment);
   if (options.payeeAccount.empty()) maker.Fail("--payee-account is needed without --v2");
-  maker.SetText("--payee-id", options.payeeId, *payment, &KRPaymentInfo::SetPayeeId,
-                &KRPaymentInfo::GetPayeeId);
-  maker.SetText("--payee-list-id", options.payeeListId, *payment, &KRPaymentInfo::SetPayeeListId,
-                &KRPaymentInfo::GetPayeeListId);
+  maker.SetNumber("--payee-id", options.payeeId, *payment, &KRPaymentInfo::SetPayeeId,
+                  &KRPaymentInfo::GetPayeeId);
+  maker.SetNumber("--payee-list-id", options.payeeListId, *payment, &KRPaymentInfo::SetPayeeListId,
+                  &KRPaymentInfo::GetPayeeListId);
   maker.SetText("--memo", options.memo, *payment, &KRPaymentInfo::SetMemo, &KRPaymentInfo::GetMemo);
   if (!options.payee.name.empty()) {
     auto payee = maker.Make<KRPayee>(KRTag_PAYEE);
@@ -86,10 +87,10 @@ std::unique_ptr<KRPaymentInfo> MakeFirstVersion(const Options& options, RequestM
 std::unique_ptr<KRPaymentInfo> MakeSecondVersion(const Options& options, RequestMaker& maker) {
   auto payment = maker.Make<KRPaymentInfo2>(KRTag_PMTINFO2);
   FillPayment(options, maker, *payment);
-  maker.SetText("--payee-id", options.payeeId, *payment, &KRPaymentInfo2::SetPayeeId2,
-                &KRPaymentInfo2::GetPayeeId2);
-  maker.SetText("--payee-list-id", options.payeeListId, *payment, &KRPaymentInfo2::SetPayeeListId2,
-                &KRPaymentInfo2::GetPayeeListId2);
+  maker.SetNumber("--payee-id", options.payeeId, *payment, &KRPaymentInfo2::SetPayeeId2,
+                  &KRPaymentInfo2::GetPayeeId2);
+  maker.SetNumber("--payee-list-id", options.payeeListId, *payment,
+                  &KRPaymentInfo2::SetPayeeListId2, &KRPaymentInfo2::GetPayeeListId2);
   maker.SetText("--memo", options.memo, *payment, &KRPaymentInfo2::SetMemo2,
                 &KRPaymentInfo2::GetMemo2);
   if (!options.payee.name.empty()) {

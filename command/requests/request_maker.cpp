@@ -48,6 +48,10 @@ void RequestMaker::Fail(ExitStatus exitStatus, const std::string& problem) {
 void RequestMaker::GiveUp(ExitStatus exitStatus) { Fail(exitStatus, kComplainedOf); }
 
 KRString RequestMaker::Encode(const std::string& option, const std::string& given) {
+  // Only a letter has lines.
+  if (HasControlCharacter(given, option == "--text" ? "\t\n\r" : "")) {
+    Fail(option + " has a control character");
+  }
   std::string bytes;
   if (!ToCodePage1252(given, bytes)) {
     Fail(option + " has a character that the request's character set, Windows 1252, does not have");
@@ -84,11 +88,17 @@ void RequestMaker::RequireOrder(const std::string& from, const std::string& to) 
   Fail("--from " + from + " is after --to " + to);
 }
 
-// Notes a language or country that is not three capital letters.
-void RequestMaker::RequireCode(const char* option, const std::string& given) {
+void RequestMaker::RequireNoBlanks(const std::string& option, const std::string& given) {
+  if (given.starts_with(' ') || given.ends_with(' ')) {
+    Fail(option + " has a blank at its start or its end");
+  }
+}
+
+void RequestMaker::RequireCode(const char* option, const std::string& given, const char* example) {
   const bool letters = given.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ") == std::string::npos;
   if (given.size() == 3 && letters) return;
-  Fail(std::string(option) + " " + given + " is not a code of three capital letters, such as ENG");
+  Fail(std::string(option) + " " + given + " is not a code of three capital letters, such as " +
+       example);
 }
 
 // What the command line names comes first, then what the bank is described with. A variable that is
@@ -145,11 +155,11 @@ std::unique_ptr<KRSignOnRq> RequestMaker::MakeSignOn() {
   signOn->SetDtClient(Now());
   SetText("--user", IsAnonymous() ? kAnonymous : m_options.user, *signOn, &KRSignOnRq::SetUserId,
           &KRSignOnRq::GetUserId);
-  RequireCode("--language", m_options.language);
+  RequireCode("--language", m_options.language, "ENG");
   signOn->SetLanguage(KRString(m_options.language.c_str()));
   if (!m_options.country.empty()) {
     if (GetVersion() == 1) Fail("--country needs --v2");
-    RequireCode("--country", m_options.country);
+    RequireCode("--country", m_options.country, "USA");
     signOn->SetCountry(m_options.country.c_str());
   }
   auto institution = Make<KRFI>(KRTag_FI);

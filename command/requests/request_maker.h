@@ -63,6 +63,14 @@ class RequestMaker {
     (object.*set)(text);
     Require(option, (object.*get)(), text);
   }
+  /// The same for what identifies an account or who has it. Blanks around it are refused, since
+  /// they are lost on the way.
+  template <class Object, class Setter, class Getter>
+  void SetNumber(const std::string& option, const std::string& given, Object& object, Setter set,
+                 Getter get) {
+    RequireNoBlanks(option, given);
+    SetText(option, given, object, set, get);
+  }
   /// Sets an amount of money from the text of an option.
   template <class Object, class Base>
   void SetAmount(const std::string& option, const std::string& given, Object& object,
@@ -81,6 +89,9 @@ class RequestMaker {
   }
   /// Notes a span of days whose end is before its start.
   void RequireOrder(const std::string& from, const std::string& to);
+
+  /// Notes a language or country that is not three capital letters.
+  void RequireCode(const char* option, const std::string& given, const char* example);
 
   /// Says what the request orders, which is shown before it is written or sent.
   void SetOrder(std::string order) { m_order = std::move(order); }
@@ -105,7 +116,7 @@ class RequestMaker {
   void Require(const std::string& option, const KRString& held, const KRString& given);
   static std::string CheckAmount(const std::string& option, const std::string& given);
 
-  void RequireCode(const char* option, const std::string& given);
+  void RequireNoBlanks(const std::string& option, const std::string& given);
   std::unique_ptr<KRSignOnRq> MakeSignOn();
   std::string ReadPassword(Password& password) const;
   ExitStatus HandOver(std::unique_ptr<KRBuffer> text);

@@ -82,8 +82,10 @@ void AddSignOnOptions(const Subcommand& request, SignOnOptions& options,
   const auto add = [&](const char* name, std::string& value, const char* help) {
     return request.AddOption(name, value, help).InGroup(kGroup);
   };
-  request.AddOption("BANK", options.bankName,
-                    "A bank of \"krofx bank list\", as @harbor; else --org and --user");
+  request
+      .AddOption("BANK", options.bankName,
+                 "A bank of \"krofx bank list\", as @harbor; else --org and --user")
+      .RefuseEmpty();
   add("--org", options.organisation, "The institution's name in OFX");
   add("--fid", options.institutionId, "The institution's number in OFX");
   add("--user", options.user,

@@ -22,10 +22,26 @@ struct Options {
   std::string amount;
 };
 
-std::unique_ptr<KRCheckRange> MakeRange(const Options& options, RequestMaker& maker) {
-  if (!options.last.empty() && IsHigherNumber(options.first, options.last)) {
+void RequireCheckNumber(const char* option, const std::string& given, RequestMaker& maker) {
+  if (given.empty() || IsCheckNumber(given)) return;
+  maker.Fail(std::string(option) + " " + given + " is not the number of a check; write it as 1042");
+}
+
+// What is stopped beyond what was meant is not paid.
+void RequireRange(const Options& options, RequestMaker& maker) {
+  RequireCheckNumber("--first", options.first, maker);
+  RequireCheckNumber("--last", options.last, maker);
+  if (options.last.empty()) return;
+  if (!AreOfOneSeries(options.first, options.last)) {
+    maker.Fail("--first " + options.first + " and --last " + options.last +
+               " have no numbers between them that are certain; write both as 1042");
+  } else if (IsHigherNumber(options.first, options.last)) {
     maker.Fail("--first " + options.first + " is higher than --last " + options.last);
   }
+}
+
+std::unique_ptr<KRCheckRange> MakeRange(const Options& options, RequestMaker& maker) {
+  RequireRange(options, maker);
   auto range = maker.Make<KRCheckRange>(KRTag_CHKRANGE);
   maker.SetText("--first", options.first, *range, &KRCheckRange::SetCheckNumberStart,
                 &KRCheckRange::GetCheckNumberStart);
@@ -35,6 +51,7 @@ std::unique_ptr<KRCheckRange> MakeRange(const Options& options, RequestMaker& ma
 }
 
 std::unique_ptr<KRCheckDescription> MakeDescription(const Options& options, RequestMaker& maker) {
+  RequireCheckNumber("--number", options.number, maker);
   auto check = maker.Make<KRCheckDescription>(KRTag_CHKDESC);
   maker.SetText("--payee", options.payee, *check, &KRCheckDescription::SetName,
                 &KRCheckDescription::GetName);
@@ -59,6 +76,7 @@ std::string Describe(const Options& options) {
     if (!options.amount.empty()) {
       checks += " of " + DescribeMoney(options.amount, options.account.bank);
     }
+    if (!options.date.empty()) checks += " dated " + DescribeDate(options.date);
   }
   return "no payment of " + checks + " from " + DescribeAccount(options.account);
 }

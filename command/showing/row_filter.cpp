@@ -95,6 +95,9 @@ RowFilter::RowFilter(const FilterOptions& options, std::string& problem)
   problem = ReadDays(options);
   if (problem.empty()) problem = ReadAmount("--min", options.minimum, m_minimum);
   if (problem.empty()) problem = ReadAmount("--max", options.maximum, m_maximum);
+  if (problem.empty() && m_minimum && m_maximum && m_minimum->Compare(*m_maximum) > 0) {
+    problem = "--min " + options.minimum + " is more than --max " + options.maximum;
+  }
   if (problem.empty()) problem = ReadType(options.type);
 }
 

@@ -23,6 +23,7 @@ constexpr AddRequestKind kRequests[] = {
 class WriteRequest : public RequestUse {
  public:
   void AddOptions(const Subcommand& request) override {
+    m_subcommand = request.GetPath();
     request.AddOption("-o,--output", m_output, "The file to write; else standard output");
     request.AddFlag("--force", m_force, "Replace the file if there is one");
   }
@@ -42,7 +43,7 @@ class WriteRequest : public RequestUse {
       return kExitUnusable;
     }
     if (::isatty(STDOUT_FILENO) == 0) return kExitClean;
-    Complain("request",
+    Complain(m_subcommand,
              "the request holds the password and is not shown on a terminal; name a file with -o, "
              "or redirect the output");
     return kExitUnusable;
@@ -58,6 +59,7 @@ class WriteRequest : public RequestUse {
   }
 
  private:
+  std::string m_subcommand;  // What messages call it.
   std::string m_output;
   bool m_force = false;
 };

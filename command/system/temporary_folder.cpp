@@ -8,9 +8,10 @@
 namespace krofx::command {
 
 TemporaryFolder::TemporaryFolder() {
-  std::error_code error;
-  std::string path = std::filesystem::temp_directory_path(error) / "krofx-XXXXXX";
-  if (!error && ::mkdtemp(path.data()) != nullptr) m_path = path + "/";
+  const char* const named = std::getenv("TMPDIR");
+  std::string path = named == nullptr || *named == '\0' ? "/tmp" : named;
+  path += "/krofx-XXXXXX";
+  if (::mkdtemp(path.data()) != nullptr) m_path = path + "/";
 }
 
 TemporaryFolder::~TemporaryFolder() {

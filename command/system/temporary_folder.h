@@ -7,7 +7,7 @@
 
 namespace krofx::command {
 
-/// A new folder for the user's eyes only, removed with all that is in it.
+/// A new folder below ${TMPDIR:-/tmp}, for the user's eyes only, removed with all that is in it.
 class TemporaryFolder {
  public:
   TemporaryFolder();

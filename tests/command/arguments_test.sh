@@ -35,7 +35,8 @@ for amount in 0 0.00 000; do
   transfer "--amount $amount: it must be more than zero" "${to[@]}" --amount "$amount"
   payment "--amount $amount: it must be more than zero" --amount "$amount" --due 2026-03-20
 done
-transfer '--amount 12.505: it has more than two places' "${to[@]}" --amount 12.505
+transfer '--amount 12.505: it has more than two places after the point; write two, as in 1234.50' "${to[@]}" --amount 12.505
+transfer '--amount 0,0: it must be more than zero' "${to[@]}" --amount 0,0
 payment '--amount 12,50: write 12.50' --amount 12,50 --due 2026-03-20
 stop_check '--amount 12,50: write 12.50' --payee Plumber --amount 12,50
 for amount in 12 12.5 12.50 0.01 007; do
@@ -48,6 +49,10 @@ for day in 2026-02-30 2026-13-01 2026-00-10 2026-1-31 31.01.2026 20260229 2026-0
   statement_of "--from $day is not a date" --from "$day"
 done
 statement_of '--from 2026-02-01 is after --to 20260131' --from 2026-02-01 --to 20260131
+# A day without a time is its midnight.
+statement_of '--from 20260101093000 is after --to 2026-01-01' --from 20260101093000 --to 2026-01-01
+expect 0 request statement "${sign_on_options[@]}" "${bank[@]}" --from 20260101000000 --to 2026-01-01
+expect 0 request statement "${sign_on_options[@]}" "${bank[@]}" --from 2026-01-01 --to 20260101093000
 expect 0 request statement "${sign_on_options[@]}" "${bank[@]}" --from 2024-02-29 --to 20240229
 expect 0 request statement "${sign_on_options[@]}" "${bank[@]}" --from 20260131093000
 has rq.ofx '<DTSTART>20260131093000'
@@ -67,6 +72,72 @@ refused 'request transfer' 'the transfer is to the account' request transfer "${
 stop_check '--first 110 is higher than --last 100' --first 110 --last 100
 stop_check '--first 101 is higher than --last 99' --first 101 --last 99
 expect 0 request stop-check "${sign_on_options[@]}" "${bank[@]}" --first 0099 --last 100
+stop_check '--first A110 is higher than --last A100' --first A110 --last A100
+expect 0 request stop-check "${sign_on_options[@]}" "${bank[@]}" --first A99 --last A100
+for last in 99a B120 A; do
+  stop_check "--first A110 and --last $last have no numbers between them" --first A110 --last "$last"
+done
+stop_check '--first 110 and --last 99a have no numbers' --first 110 --last 99a
+for number in 1,000 1.5 -5 0 000 '1 2' '7 ' ' 7' '#7'; do
+  stop_check "--first $number is not the number of a check" --first "$number"
+  stop_check "--last $number is not the number of a check" --first 1 --last "$number"
+  stop_check "--number $number is not the number of a check" --payee Plumber --number "$number"
+done
+# Blanks around a number are lost on the way, and another account can be the same.
+refused 'request transfer' '--account has a blank' request transfer "${sign_on_options[@]}" --bank 123 \
+  --account '789 ' "${to[@]}" --amount 1
+transfer '--to-account has a blank' --to-bank 123 --to-account ' 456' --amount 1
+transfer '--to-bank has a blank' --to-bank '123 ' --to-account 456 --amount 1
+transfer '--to-card has a blank' --to-card '4400 ' --amount 1
+payment '--payee-account has a blank' --amount 1 --due 2026-03-20 --payee-account ' 5'
+for country in x de deu USAA; do
+  payment "--payee-country $country is not a code of three capital letters, such as USA" --amount 1 \
+    --due 2026-03-20 --payee-country "$country"
+done
+
+# An empty value is not an option that is left out: a variable of a script may have no value.
+for option in --due --every --memo --to-branch; do
+  transfer "$option: its value is empty" "${to[@]}" --amount 1 "$option" '' --v2
+  transfer "$option: its value is empty" "${to[@]}" --amount 1 "$option=" --v2
+done
+stop_check '--last: its value is empty' --first 5 --last ''
+stop_check '--last: its value is empty' --first 5 --last= --v2
+for option in --amount --date --number; do
+  stop_check "$option: its value is empty" --payee Plumber "$option" ''
+done
+statement_of '--from: its value is empty' --from '' --to ''
+statement_of '--app-id: its value is empty' --app-id ''
+statement_of '--output: its value is empty' -o ''
+statement_of 'BANK: its value is empty' ''
+payment '--due: its value is empty' --amount 1 --due ''
+refused 'request accounts' '--since: its value is empty' request accounts "${sign_on_options[@]}" --since ''
+refused 'request mail' '--subject: its value is empty' request mail "${sign_on_options[@]}" --subject '' --text a
+refused print '--min: its value is empty' print --min ''
+refused print '--account: its value is empty' print --account ''
+refused print '--from: its value is empty' print --from=
+refused 'fetch statement' '--root: its value is empty' fetch statement --root '' --url https://127.0.0.1:1/
+# After -- there are no options.
+expect 2 print -- --from=
+has err '--from='
+
+# Control characters would be in the request as they are.
+for control in '\n' '\033[2J' '\177' '\t'; do
+  text=$(printf "a${control}b")
+  transfer '--memo has a control character' --v2 "${to[@]}" --amount 1 --memo "$text"
+  transfer '--to-account has a control character' --to-bank 1 --to-account "$text" --amount 1
+  statement_of '--app-id has a control character' --app-id "$text"
+  refused 'request statement' '--user has a control character' request statement --org B "${bank[@]}" --user "$text" -o rq.ofx
+  refused 'request mail' '--subject has a control character' request mail "${sign_on_options[@]}" \
+    --subject "$text" --text a
+  SECRET=$text expect 2 request statement "${sign_on_options[@]}" "${bank[@]}"
+  has err 'the password has a control character'
+done
+expect 2 request statement --org B --user a "${bank[@]}" --password-fd 0 -o rq.ofx --force < <(printf 'hidden\0secret\n')
+has err 'the password has a control character'
+lacks err hidden
+expect 0 request mail "${sign_on_options[@]}" --subject a --text "$(printf 'Good day,\n\n\tthe fee\r\nis wrong.')"
+refused 'request mail' '--text has a control character' request mail "${sign_on_options[@]}" \
+  --subject a --text "$(printf 'a\033b')"
 for language in EN eng ENGL 12A; do
   statement_of "--language $language is not a code" --language "$language"
 done

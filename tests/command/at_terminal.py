@@ -4,15 +4,16 @@
     at_terminal.py STEPS COMMAND...
 
 Each line of STEPS is a text, a tab, and what is typed once the text is shown after the one before; \\xNN and \\n
-in it are characters. It prints what the terminal showed, and then whether the terminal shows what is typed. It
-ends with the exit status of the command, 128 and its number after a signal; with 99 when a text did not come
-within a minute.
+in it are characters, and kill=NAME sends the command a signal instead. It prints what the terminal showed, and
+then whether the terminal shows what is typed. It ends with the exit status of the command, 128 and its number
+after a signal; with 99 when a text did not come within a minute.
 """
 
 import fcntl
 import os
 import pty
 import select
+import signal
 import struct
 import sys
 import termios
@@ -22,6 +23,8 @@ steps = [line.split("\t") for line in sys.argv[1].split("\n") if line]
 child, terminal = pty.fork()
 if child == 0:
     fcntl.ioctl(1, termios.TIOCSWINSZ, struct.pack("HHHH", 24, 80, 0, 0))
+    # Python ignores it.
+    signal.signal(signal.SIGPIPE, signal.SIG_DFL)
     os.environ["TERM"] = "xterm"
     os.execvp(sys.argv[2], sys.argv[2:])
 shown = b""
@@ -51,6 +54,9 @@ for text, keys in steps:
     if missing is not None:
         break
     start = shown.index(text.encode(), start) + len(text)
+    if keys.startswith("kill="):
+        os.kill(child, signal.Signals["SIG" + keys[5:]])
+        continue
     os.write(terminal, keys.encode().decode("unicode_escape").encode())
 while missing is None and read():
     pass

@@ -79,6 +79,8 @@ refused() {
 }
 refused '--from 2026-02-30 is not a day' --from 2026-02-30
 refused '--to -30x is not a day' --to -30x
+refused '--min 10 is more than --max 5' --min 10 --max 5
+refused '--min -5 is more than --max -10.5' --min -5 --max -10.5
 refused '--from 2026-02-01 is after --to 2026-01-01' --from 2026-02-01 --to 2026-01-01
 refused '--min 1,50 is not an amount' --min 1,50
 refused '; did you mean CHECK?' --type chek

@@ -12,23 +12,25 @@ export XDG_DATA_HOME=$work/data KROFX_PASSWORD=not-a-real-password
 cat >interruptible <<'END'
 #!/usr/bin/env python3
 import os, signal, sys
-signal.signal(signal.SIGINT, signal.SIG_DFL)
+for each in (signal.SIGINT, signal.SIGQUIT, signal.SIGXFSZ, signal.SIGPIPE):
+    signal.signal(each, signal.SIG_DFL)
 os.execvp(sys.argv[1], sys.argv[1:])
 END
 chmod +x interruptible
 
 # An answer that never comes: the command waits when its temporary folder is there.
 start "$3" --ca-file "$work/ca.pem" --delay 3600
-# interrupt STATUS ARGUMENT...: runs the command, sends it the signal of the interrupt key while it
-# waits, and expects its status.
+# interrupt STATUS ARGUMENT...: runs the command, sends it a signal, that of the interrupt key unless
+# `signal` is another, while it waits, and expects its status.
+signal=INT
 interrupt() {
   local wanted=$1 got child
   shift
   ./interruptible "$krofx" "$@" >out 2>err &
   child=$!
   until [ -n "$(ls -A "$TMPDIR")" ] || ! kill -0 $child 2>/dev/null; do :; done
-  kill -INT $child
-  wait $child
+  kill -$signal $child
+  wait $child 2>/dev/null
   got=$?
   [ $got -eq "$wanted" ] || fail "krofx $* gave $got, not $wanted"
   leaves_nothing
@@ -37,6 +39,13 @@ echo old >reply.ofx
 sign_on=(--url "$url" --root ca.pem --org HARBORFED --user ada.w)
 interrupt 130 fetch accounts "${sign_on[@]}" --save-reply reply.ofx --save-headers reply.ofx
 [ "$(cat reply.ofx)" = old ] || fail 'an exchange that was interrupted wrote a reply'
+# All that end a command do so when it is cleaned up.
+for signal in HUP QUIT TERM ABRT ALRM USR1 USR2 XCPU XFSZ VTALRM PROF; do
+  interrupt $((128 + $(kill -l $signal))) fetch accounts "${sign_on[@]}"
+done
+# A pipe that nobody reads is not the end of an exchange.
+signal=PIPE interrupt 3 fetch accounts "${sign_on[@]}" --timeout 1
+signal=INT
 cp "$examples/request-v1.ofx" request.ofx
 interrupt 130 send "$url" request.ofx --root ca.pem -o reply.ofx
 [ "$(cat reply.ofx)" = old ] || fail 'an exchange that was interrupted wrote a reply'

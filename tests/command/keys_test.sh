@@ -33,6 +33,12 @@ typed 0 "$prompt	not-a-real-password\\n" -- "${fetch[@]}"
 has out 00718220946
 typed 6 "$prompt	half\\x03" -- "${fetch[@]}"
 has out interrupted
+# So do the signals that end a command, however they come; a pipe that nobody reads is none of them.
+for signal in HUP TERM ABRT ALRM USR1 USR2 XCPU VTALRM PROF; do
+  typed 6 "$prompt	kill=$signal" -- "${fetch[@]}"
+  has out interrupted
+done
+typed 0 "$prompt	kill=PIPE" '	not-a-real-password\n' -- "${fetch[@]}"
 typed 6 "$prompt	half\\x1c" -- "${fetch[@]}"
 typed 6 "$prompt	\\x04" -- "${fetch[@]}"
 has out 'no password was typed'

@@ -34,6 +34,10 @@ for version in '' --v2; do
     orders 'no payment of check 100 from 211370545/1 CHECKING' stop-check "${from[@]}" --first 100 $version
     orders 'no payment of check 7 to Plumber of 3.25 USD from 211370545/1 CHECKING' \
       stop-check "${from[@]}" --payee Plumber --number 7 --amount 3.25 $version
+    orders 'no payment of check to Plumber dated 2026-01-31 from 211370545/1 CHECKING' \
+      stop-check "${from[@]}" --payee Plumber --date 20260131 $version
+    orders '5 USD from 211370545/1 CHECKING to 9/8 CHECKING, due 2026-01-31 09:30:00 UTC' \
+      transfer "${from[@]}" --to-bank 9 --to-account 8 --amount 5 --due 20260131093000 $version
     orders 'letter to BANK: Hours' mail --subject Hours --text 'When?' $version
     orders 'letter to Desk about 211370545/1 CHECKING: Fee' \
       mail "${from[@]}" --to Desk --subject Fee --text 'Why?' $version

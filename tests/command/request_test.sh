@@ -47,6 +47,11 @@ expect 2 request statement "${sign_on_options[@]}" "${bank[@]}" --password-fd 0 
 lacks err xxxxx
 expect 64 request statement "${sign_on_options[@]}" "${bank[@]}" --password secret
 
+# A terminal shows no password.
+python3 "$(dirname "$0")/on_terminal.py" 80 "$krofx" request statement "${sign_on_options[@]}" "${bank[@]}" >out 2>err
+[ $? -eq 2 ] || fail 'a request is written to a terminal'
+has out 'krofx: request statement: the request holds the password and is not shown on a terminal'
+
 # What OFX does not take.
 bad() {
   local message=$1
