@@ -17,6 +17,7 @@
 #include "command_line/nearest_name.h"
 #include "input/input_files.h"
 #include "input/parsed_file.h"
+#include "output/characters.h"
 #include "output/safe_text.h"
 
 namespace krofx::command {
@@ -48,10 +49,7 @@ class TableReader {
     if (!value->is_string()) Fail(*value, std::string(key) + " needs a text in quotes");
     text = value->as_string().str;
     if (text.empty()) Fail(*value, std::string(key) + " is empty");
-    const auto isControl = [](unsigned char c) { return c < ' ' || c == 0x7F; };
-    if (std::any_of(text.begin(), text.end(), isControl)) {
-      Fail(*value, std::string(key) + " has a control character");
-    }
+    if (HasControlCharacter(text)) Fail(*value, std::string(key) + " has a control character");
   }
 
   void Take(const char* key, bool& flag) {

@@ -36,6 +36,11 @@ std::string TextOf(const Bank& bank);
 /// @return the text of an account of a bank.
 std::string TextOf(const std::string& bankName, const Account& account);
 
+/// @return what is wrong with a bank that the file is to have; empty when it can have it. It
+/// repeats
+///         no value but the type of an account.
+std::string FindProblem(const Bank& bank);
+
 /// Adds text at the end of the file of banks, which is made if there is none.
 /// @return empty, or what is wrong; the file is then as it was.
 std::string AddToBanks(const std::string& text);

@@ -3,6 +3,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <memory>
 #include <string_view>
 
@@ -10,16 +11,24 @@
 #include "banks/places.h"
 #include "input/input_files.h"
 #include "input/parsed_file.h"
+#include "output/characters.h"
 #include "output/output_file.h"
 
 namespace krofx::command {
 
 namespace {
 
-// A text in quotes, as TOML has it. Control characters never get here.
+// A text in quotes, as TOML has it. A control character must be written as its number.
 std::string Quoted(const std::string& text) {
   std::string quoted = "\"";
   for (const char character : text) {
+    if (IsControl(character)) {
+      char number[8] = "";
+      std::snprintf(number, sizeof number, "\\u%04X",
+                    unsigned{static_cast<unsigned char>(character)});
+      quoted += number;
+      continue;
+    }
     if (character == '"' || character == '\\') quoted += '\\';
     quoted += character;
   }
@@ -106,6 +115,12 @@ std::string TextOf(const std::string& bankName, const Account& account) {
   AddLine(text, "branch", account.branch);
   AddLine(text, "type", account.type);
   return text;
+}
+
+std::string FindProblem(const Bank& bank) {
+  const std::string problem = ParseBanks(TextOf(bank), "").problem;
+  // The line is that of a text that nobody has seen.
+  return problem.empty() ? "" : problem.substr(problem.find(": ") + 2);
 }
 
 std::string AddToBanks(const std::string& text) {

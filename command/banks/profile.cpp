@@ -181,7 +181,8 @@ std::string FindAddressProblem(const Bank& bank, const std::string& address) {
   if (url.scheme != "https" && (url.scheme != "http" || own.scheme != "http")) {
     return "it is not https";
   }
-  if (!url.user.empty()) return "it has a user in it";
+  if (url.hasUser) return "it has a user in it";
+  if (url.host.empty()) return "it is not an address that can be used";
   const std::string host = LowerAscii(url.host);
   const bool known = host == LowerAscii(own.host) ||
                      std::any_of(bank.hosts.begin(), bank.hosts.end(),

@@ -3,8 +3,11 @@
 #include "banks/url.h"
 
 #include <arpa/inet.h>
+#include <curl/curl.h>
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 
 #include "output/characters.h"
 
@@ -12,8 +15,35 @@ namespace krofx::command {
 
 namespace {
 
+// What the parser of the transport makes of a URL: nothing of one that cannot be used.
+class ParsedUrl {
+ public:
+  ParsedUrl(const std::string& text, unsigned flags) : m_handle(::curl_url(), ::curl_url_cleanup) {
+    const bool plain = std::all_of(text.begin(), text.end(), [](char character) {
+      return !IsControl(character) && character != ' ' && character != '\\';
+    });
+    if (!plain || m_handle == nullptr ||
+        ::curl_url_set(m_handle.get(), CURLUPART_URL, text.c_str(), flags) != CURLUE_OK) {
+      m_handle.reset();
+    }
+  }
+
+  // A part of the URL, or nothing when it has no such part.
+  std::optional<std::string> Get(CURLUPart part) const {
+    char* text = nullptr;
+    if (m_handle == nullptr || ::curl_url_get(m_handle.get(), part, &text, 0) != CURLUE_OK) {
+      return std::nullopt;
+    }
+    const std::unique_ptr<char, decltype(&::curl_free)> kept(text, ::curl_free);
+    return text;
+  }
+
+ private:
+  std::unique_ptr<CURLU, decltype(&::curl_url_cleanup)> m_handle;
+};
+
 std::size_t EndOfHost(const std::string& url, std::size_t start) {
-  return std::min(url.find_first_of("/\\?#", start), url.size());
+  return std::min(url.find_first_of("/?#", start), url.size());
 }
 
 // Removes the user and what could be a password, from what is not a URL that can be used as well.
@@ -44,15 +74,12 @@ Url::Url(std::string_view text) {
   scheme = LowerAscii(text.substr(0, colon));
   rest = text.substr(colon + 1);
   if (!rest.starts_with("//")) return;
-  host = rest.substr(2, rest.find_first_of("/?#\\", 2) - 2);
-  const std::size_t at = host.rfind('@');
-  if (at != std::string::npos) {
-    user = host.substr(0, at + 1);
-    host.erase(0, at + 1);
-  }
-  const std::size_t port = host.rfind(':');
-  // The colons of an address in brackets are its own.
-  if (port != std::string::npos && host.find(']', port) == std::string::npos) host.erase(port);
+  if (rest.starts_with("///") || (scheme != "https" && scheme != "http")) return;
+  const ParsedUrl parsed(Text(), 0);
+  host = parsed.Get(CURLUPART_HOST).value_or("");
+  hasUser = parsed.Get(CURLUPART_USER).has_value() || parsed.Get(CURLUPART_PASSWORD).has_value();
+  const std::optional<std::string> zone = parsed.Get(CURLUPART_ZONEID);
+  if (zone.has_value()) host.insert(host.size() - 1, "%" + *zone);
 }
 
 std::string Url::Shown() const {
@@ -65,7 +92,17 @@ std::string Url::Shown() const {
 bool Url::IsLoopback() const {
   in_addr address{};
   if (::inet_pton(AF_INET, host.c_str(), &address) == 1) return ntohl(address.s_addr) >> 24 == 127;
-  return host == "localhost" || host == "[::1]";
+  return LowerAscii(host) == "localhost" || host == "[::1]";
+}
+
+bool IsProxyAddress(const std::string& text) {
+  constexpr std::string_view kSchemes[] = {"http",    "https",  "socks4",
+                                           "socks4a", "socks5", "socks5h"};
+  const ParsedUrl parsed(text, CURLU_NON_SUPPORT_SCHEME | CURLU_GUESS_SCHEME);
+  const std::string scheme = parsed.Get(CURLUPART_SCHEME).value_or("");
+  return std::find(std::begin(kSchemes), std::end(kSchemes), scheme) != std::end(kSchemes) &&
+         !parsed.Get(CURLUPART_HOST).value_or("").empty() &&
+         (text.find("://") != std::string::npos || parsed.Get(CURLUPART_PORT).has_value());
 }
 
 }  // namespace krofx::command

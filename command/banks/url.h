@@ -8,14 +8,18 @@
 
 namespace krofx::command {
 
-/// A URL, taken apart.
+/// A URL, taken apart by the parser of the transport, so that the host that is looked at is the one
+/// that is connected to.
 struct Url {
   explicit Url(std::string_view text);
 
   std::string scheme;  ///< In small letters; empty when there is none.
   std::string rest;    ///< Everything after the colon, or all without a scheme.
-  std::string user;    ///< What is before the host, with its "@".
-  std::string host;    ///< Without the port.
+  /// Of http and https, without the port. Empty when there is none, and when the URL cannot be
+  /// used: because the transport's parser refuses it, or because it has blanks, control characters
+  /// or backslashes, which programs understand in different ways.
+  std::string host;
+  bool hasUser = false;  ///< A user or a password is before the host.
 
   /// @return the URL with its scheme in small letters, which is what the transport knows as secure.
   std::string Text() const { return scheme + ":" + rest; }
@@ -24,6 +28,10 @@ struct Url {
   /// @return whether the host is this machine.
   bool IsLoopback() const;
 };
+
+/// @return whether the text is the address of a proxy that the transport can use, such as
+///         http://proxy.example:3128. One without a scheme needs a port.
+bool IsProxyAddress(const std::string& text);
 
 }  // namespace krofx::command
 

@@ -17,6 +17,7 @@
 #include "krofx/transport/curl/curl_manager.h"
 #include "krofx/transport/exchange/vyn_net_access.h"
 #include "krofx/transport/exchange/vyn_net_request.h"
+#include "output/characters.h"
 #include "output/messages.h"
 #include "output/output_file.h"
 #include "output/progress_line.h"
@@ -46,9 +47,9 @@ bool IsPin(const std::string& text) {
                      [](unsigned char c) { return std::isalnum(c) != 0 || c == '+' || c == '/'; });
 }
 
-// A query of a URL may be secret, as a key in it is.
+// A query or a fragment of a URL may be secret, as a key in it is.
 std::string WithoutQueries(std::string line) {
-  for (std::size_t at; (at = line.find('?')) != std::string::npos;) {
+  for (std::size_t at; (at = line.find_first_of("?#")) != std::string::npos;) {
     line.erase(at, std::min(line.find_first_of(" ,", at), line.size()) - at);
   }
   return line;
@@ -105,12 +106,12 @@ std::string Exchange::FindWrongUse(Direction direction) {
   const Url url(m_options.url);
   const bool file = url.scheme == "file" && direction == Direction::kGet;
   const bool web = url.scheme == "https" || url.scheme == "http";
-  const bool strange = std::any_of(m_options.url.begin(), m_options.url.end(),
-                                   [](unsigned char c) { return c <= ' ' || c == 0x7f; });
+  const bool strange =
+      HasControlCharacter(m_options.url) || m_options.url.find(' ') != std::string::npos;
   if (strange || !(file || (web && !url.host.empty()))) {
     return "this is not an address that can be used; write it as https://bank.example/ofx";
   }
-  if (!url.user.empty()) {
+  if (url.hasUser) {
     return "leave the user and the password out of the address; OFX has them in its sign-on";
   }
   if (url.scheme == "http" && direction == Direction::kSend && !url.IsLoopback() &&
@@ -123,6 +124,9 @@ std::string Exchange::FindWrongUse(Direction direction) {
   if (m_options.pins.size() > kMaxPins) return "no more than two --pin can be given";
   for (const std::string& pin : m_options.pins) {
     if (!IsPin(pin)) return "--pin takes an ID of 28 characters, as \"krofx certid\" prints it";
+  }
+  if (!m_options.proxy.empty() && !IsProxyAddress(m_options.proxy)) {
+    return "--proxy takes the address of a proxy, such as http://proxy.example:3128";
   }
   m_url = url.Text();
   return "";

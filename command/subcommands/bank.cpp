@@ -11,6 +11,7 @@
 #include "banks/sync_tokens.h"
 #include "banks/url.h"
 #include "command_line/command_line.h"
+#include "exchange/exchange.h"
 #include "exchange/profile_asker.h"
 #include "exchange/reply_keeper.h"
 #include "output/messages.h"
@@ -54,6 +55,35 @@ ExitStatus NotFound(const BankList& list) {
   return list.problem.empty() ? kExitWrongUse : kExitUnusable;
 }
 
+// The account that the options name, if they name one.
+std::string TakeAccount(const AddOptions& options, Bank& bank) {
+  if (options.account.number.empty()) return "";
+  Account account = options.account;
+  if ((options.card ? 1 : 0) + (options.broker.empty() ? 0 : 1) + (account.bank.empty() ? 0 : 1) !=
+      1) {
+    return "an account needs one of --bank, --broker and --card";
+  }
+  if (options.card) account.kind = AccountKind::kCard;
+  if (!options.broker.empty()) {
+    account.kind = AccountKind::kInvestment;
+    account.bank = options.broker;
+  }
+  bank.accounts.push_back(account);
+  return "";
+}
+
+// Whether the bank could be asked as it is described; if not, after a complaint.
+ExitStatus CheckGiven(const Bank& bank) {
+  const std::string problem = FindProblem(bank);
+  if (!problem.empty()) return Fail("bank add", problem, kExitWrongUse);
+  ExchangeOptions exchange;
+  exchange.subcommand = "bank add";
+  FillExchange(exchange, bank);
+  // Each exchange says for itself whether a password may go over plain http.
+  exchange.allowHttp = true;
+  return Exchange(exchange).Prepare(Direction::kSend);
+}
+
 ExitStatus Add(const AddOptions& options) {
   Bank bank = options.bank;
   if (bank.name.starts_with('@')) bank.name.erase(0, 1);
@@ -73,15 +103,10 @@ ExitStatus Add(const AddOptions& options) {
                 kExitUnusable);
   }
   for (std::string& file : bank.rootFiles) file = std::filesystem::absolute(file).string();
-  if (!options.account.number.empty()) {
-    Account account = options.account;
-    if (options.card) account.kind = AccountKind::kCard;
-    if (!options.broker.empty()) {
-      account.kind = AccountKind::kInvestment;
-      account.bank = options.broker;
-    }
-    bank.accounts.push_back(account);
-  }
+  const std::string wrong = TakeAccount(options, bank);
+  if (!wrong.empty()) return Fail("bank add", wrong, kExitWrongUse);
+  const ExitStatus checked = CheckGiven(bank);
+  if (checked != kExitClean) return checked;
   // Without its password there the bank would not be what was asked for.
   const std::string unkept = bank.keyring ? StoreInKeyring(bank.name) : std::string();
   if (!unkept.empty()) return Fail("bank add", unkept, kExitUnusable);
