@@ -366,5 +366,15 @@ TEST(KRPayrollRq, KeepsAModificationOutOfTheListOfWholeEmployees) {
   EXPECT_EQ(batch.AppendEmployeeMod(change.release()), 1);
 }
 
+TEST(KRPayrollRs, TakesNoModificationThatItCannotWrite) {
+  KRPayrollRs batch;
+  batch.SetMsgSetVersion(1);
+  auto change = std::make_unique<KRPayrollTxMod>();
+  EXPECT_EQ(batch.AppendPayrollTx(change.get()), 0) << "still the caller's";
+  EXPECT_EQ(batch.SetPayrollTx(0, change.get()), 0);
+  EXPECT_EQ(batch.GetNumPayrollTx(), 0);
+  EXPECT_EQ(batch.AppendPayrollTx(new KRPayrollTx), 1);
+}
+
 }  // namespace
 }  // namespace krofx::testing

@@ -9,6 +9,7 @@
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/messages/banking/accounts.h"
+#include "krofx/values/utility.h"
 #include "support/ofx_text.h"
 
 namespace {
@@ -313,6 +314,33 @@ TEST(KRSyncRs, HandsItsVersionToItsTransactions) {
   sync->AppendTrans(transaction);
   sync->SetMsgSetVersion(1);
   EXPECT_EQ(transaction->GetMsgSetVersion(), 1);
+}
+
+// The tags of a rule that a wrapper does not meet, by name.
+template <class Sync>
+std::string UnmetTags(Sync& sync, u16 index) {
+  KRUnmetRule rule;
+  if (KRUtility::GetUnmetRule(&sync, index, rule) == 0) return "";
+  std::string names = std::to_string(rule.present) + " of";
+  for (u16 i = 0; i < rule.count; ++i) {
+    names += std::string(" ") + KRTagDictionary::TheKRTagDictionary()->GetTagString(rule.tags[i]);
+  }
+  return names;
+}
+
+TEST(KRSyncRq, SaysWhichTagsExcludeEachOther) {
+  auto sync = MakeSync<KRSyncRq>("BANKMAILSYNCRQ", 1);
+  EXPECT_EQ(UnmetTags(*sync, 0), "0 of TOKEN TOKENONLY REFRESH");
+  EXPECT_EQ(UnmetTags(*sync, 1), "0 of BANKACCTFROM CCACCTFROM");
+  for (const KRTagID tag : {KRTag_TOKEN, KRTag_REFRESH, KRTag_CCACCTFROM}) sync->SetTag(tag);
+  EXPECT_EQ(UnmetTags(*sync, 0), "2 of TOKEN TOKENONLY REFRESH");
+  EXPECT_EQ(UnmetTags(*sync, 1), "");
+  EXPECT_EQ(UnmetTags(*MakeSync<KRSyncRq>("INTRASYNCRQ", 2), 0), "0 of TOKEN2 TOKENONLY REFRESH");
+}
+
+TEST(KRSyncRs, SaysThatOneAccountOfTwoIsMeant) {
+  EXPECT_EQ(UnmetTags(*MakeSync<KRSyncRs>("BANKMAILSYNCRS"), 0), "0 of BANKACCTFROM CCACCTFROM");
+  EXPECT_EQ(UnmetTags(*MakeSync<KRSyncRs>("PAYEESYNCRS"), 0), "");
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/billpay/payees.h"
 #include "krofx/messages/signon/status.h"
+#include "krofx/values/utility.h"
 #include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
@@ -117,6 +118,42 @@ TEST(KRTransRq, LeavesTheBitOverANullPayload) {
   EXPECT_EQ(wrapper->GetActualTrans(), nullptr);
   EXPECT_EQ(wrapper->ValidateTag(KRTag_STMTRQ), 1);
   EXPECT_EQ(wrapper->AllRequiredPresent(), 0);
+}
+
+TEST(KRTransRq, SaysNothingOfAPayloadThatCannotBeNamed) {
+  auto wrapper = MakeWrapper<KRTransRq>("PMTTRNRQ");
+  EXPECT_EQ(wrapper->SetActualTrans(nullptr), 0);
+  EXPECT_EQ(TakeWarnings(), Lines{});
+  auto single = MakeWrapper<KRTransRq>("STMTTRNRQ");
+  EXPECT_EQ(single->SetActualTrans(nullptr), 1);
+  EXPECT_EQ(single->ValidateTag(KRTag_STMTRQ), 1) << "as after any null pointer";
+  EXPECT_EQ(TakeWarnings(), Lines{});
+}
+
+TEST(KRTransRq, SaysThatOneOfItsPayloadsIsMeant) {
+  auto wrapper = MakeWrapper<KRTransRq>("PMTTRNRQ");
+  KRUnmetRule rule;
+  ASSERT_EQ(KRUtility::GetUnmetRule(wrapper.get(), 0, rule), 1);
+  EXPECT_EQ(rule.demand, KRPresenceDemand_ExactlyOne);
+  ASSERT_EQ(rule.count, 3);
+  EXPECT_EQ(rule.tags[0], KRTag_PMTRQ);
+  EXPECT_EQ(rule.tags[2], KRTag_PMTCANCRQ);
+  wrapper->SetActualTrans(new AnyPayload(KRTag_PMTMODRQ));
+  EXPECT_EQ(KRUtility::GetUnmetRule(wrapper.get(), 0, rule), 0);
+  EXPECT_EQ(KRUtility::GetUnmetRule(MakeWrapper<KRTransRq>("STMTTRNRQ").get(), 0, rule), 0);
+}
+
+TEST(KRTransRs, NeedsNoPayloadAfterAnError) {
+  auto wrapper = MakeWrapper<KRTransRs>("PMTTRNRS");
+  KRUnmetRule rule;
+  EXPECT_EQ(KRUtility::GetUnmetRule(wrapper.get(), 0, rule), 0) << "the status is missing first";
+  auto status = std::make_unique<KRStatus>();
+  status->SetSeverity(KRStatusSeverity_INFO);
+  KRStatus* held = status.get();
+  wrapper->SetStatus(status.release());
+  EXPECT_EQ(KRUtility::GetUnmetRule(wrapper.get(), 0, rule), 1);
+  held->SetSeverity(KRStatusSeverity_ERROR);
+  EXPECT_EQ(KRUtility::GetUnmetRule(wrapper.get(), 0, rule), 0);
 }
 
 TEST(KRTransRq, KnowsItsMessageSetAndItsOneChild) {

@@ -27,6 +27,16 @@ TEST(Aggregate, ChangesNothingForAValueThatIsNone) {
   EXPECT_EQ(list->ValidateTag(KRTag_DTEND), 0);
 }
 
+TEST(Aggregate, TakesNoDateThatDoesNotExist) {
+  auto transaction = Make<KRBankStatementTx>();
+  EXPECT_EQ(transaction->SetDateTimePosted(KRDateTime(2026, 1, 31, 12, 0, 0, 0, 0, 0)), 1);
+  EXPECT_EQ(transaction->SetDateTimePosted(KRDateTime(2026, 2, 31, 12, 0, 0, 0, 0, 0)), 0);
+  EXPECT_EQ(transaction->SetDateTimePosted(KRDateTime(2026, 1, 31, 24, 0, 0, 0, 0, 0)), 0);
+  EXPECT_EQ(TextOf(*transaction), "<DTPOSTED>20260131120000\n");
+  EXPECT_EQ(transaction->SetDateTimeUser(KRDateTime()), 0);
+  EXPECT_EQ(transaction->ValidateTag(KRTag_DTUSER), 0);
+}
+
 TEST(Aggregate, KeepsAnOverLongTextAndSaysSo) {
   auto transaction = Make<KRBankStatementTx>();
   TakeWarnings();

@@ -474,5 +474,15 @@ TEST(Amounts, AreRefusedWithMoreDecimalsThanATextHolds) {
   EXPECT_EQ(discount.AnyValidPresent(), 0);
 }
 
+TEST(KRPaymentInfo, NamesEveryTagThatNamesAPayee) {
+  KRPaymentInfo info;
+  info.SetMsgSetVersion(1);
+  KRUnmetRule rule;
+  ASSERT_EQ(KRUtility::GetUnmetRule(&info, 0, rule), 1);
+  EXPECT_EQ(rule.demand, KRPresenceDemand_AtLeastOne);
+  ASSERT_EQ(rule.count, 3);
+  EXPECT_EQ(rule.tags[2], KRTag_PAYEEID);
+}
+
 }  // namespace
 }  // namespace krofx::testing

@@ -294,5 +294,16 @@ TEST(KRProfileRs, HoldsRoutingNumbers) {
   EXPECT_EQ(profile->GetNumNorvRoutingNumber(), 0);
 }
 
+TEST(KRMessageSetCore, TreatsATextInAListAsOtherTexts) {
+  KRMessageSetCore core;
+  core.SetMsgSetVersion(2);
+  TakeWarnings();
+  EXPECT_EQ(core.SetCountry(0, KRString("")), 3);
+  EXPECT_EQ(core.GetNumCountry(), 0);
+  EXPECT_EQ(core.HasCountry(), 0);
+  EXPECT_EQ(core.SetCountry(0, KRString("TOOLONG")), 1);
+  EXPECT_EQ(TakeWarnings(), Lines{"TOOLONG " + TagNumber(KRTag_COUNTRY) + " \"TOOLONG\""});
+}
+
 }  // namespace
 }  // namespace krofx::testing

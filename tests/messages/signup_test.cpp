@@ -7,6 +7,7 @@
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/model/factory.h"
 #include "krofx/model/parser.h"
+#include "krofx/values/utility.h"
 
 #include "support/aggregate_table.h"
 #include "support/ofx_text.h"
@@ -310,6 +311,23 @@ TEST(KRAction, CopiesBothAccounts) {
   ASSERT_EQ(copy.DeepCopyFrom(change.service.Get()), 1);
   EXPECT_EQ(TextOf(copy), TextOf(*change.service));
   EXPECT_NE(copy.GetAction()->GetAccountTo(), change->GetAccountTo());
+}
+
+TEST(KRAction, SaysThatOneAccountOfThreeIsMeant) {
+  const ActionText none("SVCCHG", "");
+  KRUnmetRule rule;
+  ASSERT_EQ(KRUtility::GetUnmetRule(none.service->GetAction(), 0, rule), 1);
+  EXPECT_EQ(rule.demand, KRPresenceDemand_ExactlyOne);
+  ASSERT_EQ(rule.count, 3);
+  EXPECT_EQ(rule.tags[0], KRTag_BANKACCTTO);
+  ASSERT_EQ(KRUtility::GetUnmetRule(none.service->GetAction(), 1, rule), 1);
+  EXPECT_EQ(rule.tags[2], KRTag_INVACCTFROM);
+  EXPECT_EQ(KRUtility::GetUnmetRule(none.service->GetAction(), 2, rule), 0);
+
+  const ActionText two("SVCADD", Bank("BANKACCTTO") + Card("CCACCTTO"));
+  ASSERT_EQ(KRUtility::GetUnmetRule(two.service->GetAction(), 0, rule), 1);
+  EXPECT_EQ(rule.present, 2);
+  EXPECT_EQ(KRUtility::GetUnmetRule(two.service->GetAction(), 1, rule), 0);
 }
 
 TEST(KRSignUpMessageSet, AsksForNoWayToEnroll) {

@@ -414,5 +414,26 @@ TEST(KREmployeeTaxBase, SetsAndWritesItsTagsInAHostsClass) {
   KRParseLogger::TheKRParseLogger()->DeleteAll();
 }
 
+TEST(KREmployee, WarnsOnceOfADateThatIsBadInSeveralWays) {
+  for (const char* text : {"20261301[-05:P", "20260101[99:XX]", "20260101[99:XX", "soon"}) {
+    const Parsed<KREmployee> parsed(std::string("<N.DTHIRE>") + text);
+    const Lines one = {"BADFORMAT " + TagNumber(KRTag_N_DTHIRE) + " \"" + text + "\""};
+    EXPECT_EQ(parsed.Warnings(), one);
+    auto employee = Make<KREmployee>();
+    TakeWarnings();
+    EXPECT_EQ(employee->SetDateHire(text), 0);
+    EXPECT_EQ(TakeWarnings(), one) << "of a setter too";
+  }
+}
+
+TEST(KREmployee, TakesNoDateThatDoesNotExist) {
+  auto employee = Make<KREmployee>();
+  EXPECT_EQ(employee->SetDateHire(KRPayrollDateTime(2026, 13, 45, 0, 0, 0, 0)), 0);
+  EXPECT_EQ(employee->ValidateTag(KRTag_N_DTHIRE), 0);
+  KRPayrollDateTime blank;
+  blank.SetEmpty(1);
+  EXPECT_EQ(employee->SetDateHire(blank), 1);
+}
+
 }  // namespace
 }  // namespace krofx::testing

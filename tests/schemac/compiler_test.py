@@ -146,7 +146,7 @@ class Refused(Probe):
 
     def test_refuses_lines_that_lack_a_word(self):
         lines = ["rule", "rule none", "rule when NAME", "version", "include", "splice", "requires"]
-        lines += ["override", "override Build", "override Build in", "slot", "slot Name", "preset"]
+        lines += ["unmet_rules", "unmet_rules in", "override", "override Build", "override Build in", "slot", "slot Name", "preset"]
         lines += ["NAME", "NAME KRString32", "NAME child", 'preset ACCTID "x']
         for line in lines:
             with self.subTest(line=line):
@@ -155,6 +155,10 @@ class Refused(Probe):
     def test_refuses_an_override_that_its_file_does_not_define(self):
         self.refuse(self.row("override Build in krofx/boxes/rules.cpp"), ":8:", "KRProbe::Build")
         self.refuse(self.row("override Build in krofx/boxes/none.cpp"), ":8:", "boxes/none.cpp")
+
+    def test_refuses_rules_that_their_file_does_not_define(self):
+        self.refuse(self.row("unmet_rules in krofx/boxes/rules.cpp"), ":8:", "UnmetRuleOfProbe")
+        self.refuse(self.row("unmet_rules in krofx/boxes/none.cpp"), ":8:", "boxes/none.cpp")
 
     def test_refuses_a_header_that_does_not_declare_its_class(self):
         text = "schema aggregates\n\nclass KRElse in krofx/envelope/file.h\n"

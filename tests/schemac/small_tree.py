@@ -26,7 +26,8 @@ HAND_WRITTEN = {
     "boxes/rules.h": "",
     "boxes/entry.h": "class KROFX_API Entry : public KRPerson {};\n",
     "boxes/rules.cpp": "KRParseStatus KRBox::HandleTagStart(int);\n"
-    "KRBuildStatus KRBox::Build(int) const;\n",
+    "KRBuildStatus KRBox::Build(int) const;\n"
+    "u16 UnmetRuleOfBox(int);\n",
 }
 
 

@@ -72,17 +72,22 @@ class AccessorWriter:
             self._slot(shared, listed)
 
     def _elsewhere(self, row):
-        """Where a derived class has the row with another use, which its inherited accessors keep."""
-        use = "optional" if row.required else "required"
-        named = [
-            cls.name
-            for cls in self.model.classes.values()
-            if self.cls in self.model.ancestors(cls)
-            for other in cls.rows
-            if (other.owner, other.tag) == (row.owner, row.tag)
-            and bool(other.required) != bool(row.required)
-        ]
-        return f"; {use} in {', '.join(named)}" if named else ""
+        """Where the row has another use in a derived class, whose accessors are these."""
+        own = "required" if row.required else "optional"
+        named = {}
+        for cls in self.model.classes.values():
+            if cls.has_table and self.cls in self.model.ancestors(cls):
+                use = self._use_in(cls, row)
+                if use != own:
+                    named.setdefault(use, []).append(cls.name)
+        return "".join(f"; {use} in {', '.join(names)}" for use, names in named.items())
+
+    def _use_in(self, cls, row):
+        """What a class that derives from the row's makes of it."""
+        if not any(other.tag == row.tag for other in self.model.table_rows(cls)):
+            return "not valid"
+        required = dict(self.model.required_of(cls))
+        return "required" if row.tag in required else "optional"
 
     # Parts that several kinds share
 
@@ -132,7 +137,7 @@ class AccessorWriter:
             native = "KRPrecisionInteger"
         reference = native.startswith("KR") and native not in self.model.keywords
         taken = f"const {native}& value" if reference else f"{native} value"
-        limited = row.type in NUMBERS and row.type != "paydate"
+        limited = row.type in NUMBERS or cpp in DATES
         failure = NOT_VALID + (" or the value is not allowed" if limited else "")
         what = f"Sets {row.tag} to a copy of `value`." if reference else f"Sets {row.tag}."
         self.declare(what, f"u16 Set{row.stem}({taken})", f"1; {failure}")
@@ -350,9 +355,10 @@ class AccessorWriter:
         self.declare(
             f"Sets {row.tag} value `index` to a copy of `text`.",
             f"u16 Set{name}(u16 index, {text})",
-            f"1; {NOT_VALID} or it could not be stored",
+            f"1; {NOT_VALID} or it could not be stored; 3 for an empty text. A text over the limit is"
+            " kept, after a KRPW_TOOLONG warning",
         )
-        body = ("return NoteValue", ["*this", f"{own}.SetVal(index, text)", tag])
+        body = ("return SetTextEntry", ["*this", tag, own, "index", "text"])
         self.define("u16", f"Set{name}", ["u16 index", text], body)
         self.declare(
             f"Adds a copy as a {row.tag} value.",

@@ -210,6 +210,9 @@ def _check_lines(model, cls):
     for override in cls.overrides:
         function = f"{cls.name}::{override.name}"
         model.tree.check_definition(override.place, function, override.file)
+    if cls.unmet_rules:
+        own = cls.unmet_rules
+        model.tree.check_definition(own.place, own.name, own.file)
     if cls.via and model.tree.header_of(cls.via) != cls.via_header:
         raise SchemaError(cls.via_place, f"{cls.via_header} does not declare {cls.via}")
     generated = {file.name + ".h" for file in model.files}

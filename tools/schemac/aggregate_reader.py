@@ -210,6 +210,12 @@ class Reader:
         file = words.take("a file")
         cls.overrides += [Override(name, file, words.place) for name in names]
 
+    def _read_unmet_rules(self, cls, words):
+        self._once(words, cls.unmet_rules, "unmet_rules")
+        words.expect("in")
+        name = f"UnmetRuleOf{cls.bare}"
+        cls.unmet_rules = Override(name, words.take("a file"), words.place)
+
     def _read_preset(self, cls, words):
         tag = self._tag(words)
         self._once(words, tag in [preset.tag for preset in cls.presets], f"preset {tag}")

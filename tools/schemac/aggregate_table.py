@@ -96,6 +96,8 @@ class TableWriter:
         if self.cls.made:
             create = f"&CreateBy<&KRDataObjFactory::New{self.cls.bare}>"
         self.fields.append(f".create = {create}")
+        if self.cls.unmet_rules:
+            self.fields.append(f".unmetRule = &{self.cls.unmet_rules.name}")
         self.fields.append(f".type = &typeid({self.cls.name})")
         self.fields.append(f".plain = PlainOperations<{self.cls.name}>()")
         text = f"const AggregateTable* {self.cls.name}::GetTable() const {{\n{self.text}"
@@ -175,12 +177,16 @@ class TableWriter:
     def _rule(self, number, rule):
         """The arrays of tags of one rule; returns the rule's initialiser."""
         names = [enumerator(tag) for tag in rule.tags]
-        self.text += array(f"static constexpr KRTagID kRule{number}[]", names)
+        conditions = [enumerator(tag) for tag in rule.condition_tags]
         condition = "nullptr"
-        if rule.condition_tags:
-            names = [enumerator(tag) for tag in rule.condition_tags]
-            self.text += array(f"static constexpr KRTagID kWhen{number}[]", names)
+        if rule.condition == "kUnlessAny":
+            condition = f"kRule{number} + {len(names)}"
+            names += conditions
+        elif conditions:
             condition = f"kWhen{number}"
+        self.text += array(f"static constexpr KRTagID kRule{number}[]", names)
+        if condition == f"kWhen{number}":
+            self.text += array(f"static constexpr KRTagID {condition}[]", conditions)
         return (
             f"{{RuleKind::{rule.kind}, RuleCondition::{rule.condition}, {condition},"
             f" {len(rule.condition_tags)}, kRule{number}, {len(rule.tags)}"

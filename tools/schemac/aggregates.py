@@ -104,11 +104,21 @@ class FileWriter:
         if self.writers:
             text += f'#include "{self.own}"\n\n'
         text += "".join(f'#include "{name}"\n' for name in self._source_includes())
+        text += self._unmet_rules()
         text += "\nusing namespace krofx::internal;\n\n"
         text += "".join(writer.source for writer in self.writers)
         text += "".join(typed_array_source(cls) for cls in self.arrays)
         text += "\n".join(factory.definition(cls) for cls in self.file.classes if cls.made)
         return text.rstrip("\n") + "\n"
+
+    def _unmet_rules(self):
+        """Declares the functions that give the rules that no table can hold."""
+        names = [writer.cls.unmet_rules.name for writer in self.writers if writer.cls.unmet_rules]
+        if not names:
+            return ""
+        signature = "const KRDataObj& object, u16 index, KRUnmetRule& rule"
+        text = "".join(f"u16 {name}({signature});\n" for name in names)
+        return f"\nnamespace krofx::internal {{\n{text}}}  // namespace krofx::internal\n"
 
     def _source_includes(self):
         includes = set(SOURCE_INCLUDES)

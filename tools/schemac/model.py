@@ -87,7 +87,7 @@ class Rule:
 
 @dataclass
 class Override:
-    """A virtual operation that a hand-written file defines."""
+    """A virtual operation, or another function, that a hand-written file defines."""
 
     name: str
     file: str
@@ -129,6 +129,7 @@ class Class:
     rules_only: bool = False
     requires: list = None  # tags, in place of what the rows say
     requires_place: Place = None
+    unmet_rules: Override = None  # a function, not an operation of the class
 
     @property
     def bare(self):

@@ -149,10 +149,14 @@ class Tables:
             f" &CreateBy<&KRDataObjFactory::New{cls.bare}>}}"
             for tag, cls in payloads
         ]
-        pointer = "nullptr"
+        pointer = tags = "nullptr"
         if items:
             pointer = f"kPayloads_{short}"
             self.array("PayloadRoute", pointer, items)
+        if len(items) > 1:
+            tags = f"kTags_{short}"
+            names = [enumerator(self.versioned(words, tag)[0]) for tag, _ in payloads]
+            self.array("KRTagID", tags, names)
         excuses = ", ".join(
             "Excuse::"
             + ("kShown" if f"shown_{key}" in options else "kHeld" if key in options else "kNone")
@@ -161,7 +165,7 @@ class Tables:
         mapped = "false" if "unmapped" in options or side == "response" else "true"
         self.add(
             f"transactions_{side}",
-            f"{{{own_tag}, {valid}, {pointer}, {len(items)}, PayloadRule::{rule}, "
+            f"{{{own_tag}, {valid}, {pointer}, {tags}, {len(items)}, PayloadRule::{rule}, "
             f"{excuses}, {mapped}}}",
         )
 

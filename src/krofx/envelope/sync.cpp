@@ -62,6 +62,24 @@ void Synchronisation<kSide>::AddNeedsTo(MissingTags& missing) const {
   }
 }
 
+namespace {
+
+constexpr KRTagID kAccounts[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM};
+constexpr KRTagID kWays[] = {KRTag_TOKEN, KRTag_TOKENONLY, KRTag_REFRESH};
+constexpr KRTagID kWays2[] = {KRTag_TOKEN2, KRTag_TOKENONLY, KRTag_REFRESH};
+
+template <u8 kCount>
+constexpr Rule OneOf(const KRTagID (&tags)[kCount]) {
+  return {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, tags, kCount};
+}
+
+// In this order, a wrapper without an account has the first only.
+constexpr Rule kRequestRules[] = {OneOf(kWays), OneOf(kAccounts)};
+constexpr Rule kRequestRules2[] = {OneOf(kWays2), OneOf(kAccounts)};
+constexpr Rule kResponseRules[] = {OneOf(kAccounts)};
+
+}  // namespace
+
 template class Synchronisation<Side::kRequest>;
 template class Synchronisation<Side::kResponse>;
 
@@ -84,6 +102,19 @@ KRTagID ResponseSynchronisation::GetFirstMissingRequiredTag(KRTagID after) {
   if (ValidateTag(KRTag_TOKEN) == 0 && ValidateTag(KRTag_TOKEN2) == 0) missing.Add(TokenTag());
   AddNeedsTo(missing);
   return missing.Found();
+}
+
+u16 UnmetRuleOfSyncRq(const KRDataObj& object, u16 index, KRUnmetRule& rule) {
+  const SyncRoute* route = FindSync(Side::kRequest, TypeOf(object));
+  if (route == nullptr) return 0;
+  const Rule* rules = object.IsValidTag(KRTag_TOKEN2) != 0 ? kRequestRules2 : kRequestRules;
+  return FindUnmetRule(object, rules, route->eitherAccount ? 2 : 1, index, rule);
+}
+
+u16 UnmetRuleOfSyncRs(const KRDataObj& object, u16 index, KRUnmetRule& rule) {
+  const SyncRoute* route = FindSync(Side::kResponse, TypeOf(object));
+  const bool hasRule = route != nullptr && route->eitherAccount;
+  return FindUnmetRule(object, kResponseRules, hasRule ? 1 : 0, index, rule);
 }
 
 }  // namespace krofx::internal

@@ -2,6 +2,8 @@
 
 #include "krofx/envelope/internal/transaction.h"
 
+#include <algorithm>
+
 #include "krofx/build/builder.h"
 #include "krofx/envelope/envelope.h"
 #include "krofx/envelope/internal/missing_tags.h"
@@ -19,8 +21,16 @@ const TransactionRoute* Transaction<kSide>::Route() const {
 template <Side kSide>
 u16 Transaction<kSide>::SetActualTrans(KRTransBase* payload) {
   KRTransBase* named = payload != nullptr ? payload : m_payload.Get();
-  const KRTagID tag = named == nullptr ? KRTag_None : named->GetType();
+  const TransactionRoute* route = Route();
+  KRTagID tag = KRTag_None;
+  if (named != nullptr) {
+    tag = named->GetType();
+  } else if (route != nullptr && route->payloadCount == 1) {
+    tag = route->payloads[0].tag;
+  }
   m_payload.Set(payload);
+  // Which of several payloads is set to null cannot be said.
+  if (named == nullptr && tag == KRTag_None) return 0;
   if (payload == nullptr) ClearTag(tag);
   return SetTag(tag);
 }
@@ -173,5 +183,39 @@ KRDataObj* ResponseTransaction::GetChild(u16 index) const {
 }
 
 u16 ResponseTransaction::GetNumberOfChildren() const { return 2; }
+
+// What a rule about several payloads asks for. The excuses of a response count: the wrapper names a
+// payload among its missing tags when it needs one.
+
+namespace {
+
+bool IsPayload(const TransactionRoute& route, KRTagID tag) {
+  return std::find(route.payloadTags, route.payloadTags + route.payloadCount, tag) !=
+         route.payloadTags + route.payloadCount;
+}
+
+u16 UnmetPayloadRule(Side side, const KRDataObj& object, u16 index, KRUnmetRule& rule) {
+  const TransactionRoute* route = FindTransaction(side, TypeOf(object));
+  if (route == nullptr || route->payloadTags == nullptr) return 0;
+  auto& wrapper = const_cast<KRDataObj&>(object);
+  KRTagID missing = wrapper.GetFirstMissingRequiredTag(KRTag_None);
+  while (missing != KRTag_None && !IsPayload(*route, missing)) {
+    missing = wrapper.GetFirstMissingRequiredTag(missing);
+  }
+  if (missing == KRTag_None) return 0;
+  const Rule onePayload = {RuleKind::kExclusiveOr, RuleCondition::kAlways, nullptr, 0,
+                           route->payloadTags,     route->payloadCount};
+  return FindUnmetRule(object, &onePayload, 1, index, rule);
+}
+
+}  // namespace
+
+u16 UnmetRuleOfTransRq(const KRDataObj& object, u16 index, KRUnmetRule& rule) {
+  return UnmetPayloadRule(Side::kRequest, object, index, rule);
+}
+
+u16 UnmetRuleOfTransRs(const KRDataObj& object, u16 index, KRUnmetRule& rule) {
+  return UnmetPayloadRule(Side::kResponse, object, index, rule);
+}
 
 }  // namespace krofx::internal

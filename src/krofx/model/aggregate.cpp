@@ -245,6 +245,21 @@ void NoteFailure(KRBuilder& builder, const KRDataObj& object) {
 
 namespace {
 
+// Converts a text for a setter; a bad one gives one warning where its row says so.
+StoreResult Convert(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* member,
+                    const KRString& text) {
+  const AggregateTable* table = ObjectAccess::TableOf(object);
+  const Row* row = table == nullptr ? nullptr : FindRow(*table, tag);
+  if (row == nullptr || !row->warnsOnce || row->value != &kind) {
+    return kind.fromText(object, tag, member, text);
+  }
+  const StoreResult result = Read(object, *row, tag, text);
+  if (result == StoreResult::kBadFormat) {
+    LogWarning(KRPW_BADFORMAT, text, KRString(), tag, &object);
+  }
+  return result;
+}
+
 // The result of a setter that stored a text; `noted` is it when the member took the value.
 template <class Note>
 u16 ResultOf(StoreResult stored, KRDataObj& object, KRTagID tag, const KRString& text, Note noted) {
@@ -267,13 +282,13 @@ u16 ResultOf(StoreResult stored, KRDataObj& object, KRTagID tag, const KRString&
 
 u16 SetFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* member,
                 const KRString& text) {
-  return ResultOf(kind.fromText(object, tag, member, text), object, tag, text,
+  return ResultOf(Convert(object, tag, kind, member, text), object, tag, text,
                   [&] { return object.SetTag(tag); });
 }
 
 u16 AppendFromText(KRDataObj& object, KRTagID tag, const ValueKind& kind, void* array,
                    const KRString& text) {
-  return ResultOf(kind.fromText(object, tag, array, text), object, tag, text, [&] {
+  return ResultOf(Convert(object, tag, kind, array, text), object, tag, text, [&] {
     object.SetTag(tag);
     return u16{1};
   });
@@ -343,7 +358,18 @@ bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* chi
   const AggregateTable* table = ObjectAccess::TableOf(object);
   if (table == nullptr || child == nullptr || child->GetType() == KRTag_None) return false;
   const Row* row = FindRow(*table, child->GetType());
-  return row != nullptr && row->member != nullptr && MemberOfConst(*row, object) != array;
+  if (row != nullptr) return row->member != nullptr && MemberOfConst(*row, object) != array;
+  // A child of no row is only kept, if its class is one that the array is for.
+  const AggregateTable* own = ObjectAccess::TableOf(*child);
+  if (own == nullptr || own->create == nullptr) return false;
+  bool hasRows = false;
+  for (u16 position = 0; position < table->valid.count; ++position) {
+    const Row& other = table->rows[position];
+    if (other.create == nullptr || MemberOfConst(other, object) != array) continue;
+    if (other.create == own->create) return false;
+    hasRows = true;
+  }
+  return hasRows;
 }
 
 }  // namespace krofx::internal

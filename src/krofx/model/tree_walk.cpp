@@ -11,6 +11,7 @@
 
 using krofx::internal::AggregateTable;
 using krofx::internal::FindRow;
+using krofx::internal::FindUnmetRule;
 using krofx::internal::ForEachChild;
 using krofx::internal::kFixedText;
 using krofx::internal::kNumber;
@@ -19,6 +20,7 @@ using krofx::internal::ObjectAccess;
 using krofx::internal::Presence;
 using krofx::internal::Row;
 using krofx::internal::Rule;
+using krofx::internal::RuleCondition;
 using krofx::internal::RuleHolds;
 using krofx::internal::RuleKind;
 using krofx::internal::StoredNumber;
@@ -93,6 +95,25 @@ KRPresenceDemand DemandOf(RuleKind kind) {
 
 }  // namespace
 
+u16 krofx::internal::FindUnmetRule(const KRDataObj& object, const Rule* rules, u16 count, u16 index,
+                                   KRUnmetRule& found) {
+  const Presence presence(object);
+  for (const Rule* rule = rules; rule != rules + count; ++rule) {
+    if (RuleHolds(presence, *rule) || index-- != 0) continue;
+    u16 present = 0;
+    for (u8 tag = 0; tag < rule->count; ++tag) {
+      if (presence.Has(rule->tags[tag])) ++present;
+    }
+    found = {DemandOf(rule->kind), rule->tags, rule->count, present};
+    // A tag of the condition, which would lift the rule, is one more way out.
+    if (rule->kind == RuleKind::kAtLeastOne && rule->condition == RuleCondition::kUnlessAny) {
+      found.count = static_cast<u16>(found.count + rule->conditionCount);
+    }
+    return 1;
+  }
+  return 0;
+}
+
 u16 KRUtility::AllRequiredPresent(KRDataObj** object, KRTagID* missing) {
   if (missing != nullptr) *missing = KRTag_None;
   if (object == nullptr || *object == nullptr) return 0;
@@ -127,18 +148,8 @@ KRTagID KRUtility::GetNextMissingRequiredTag(KRDataObj* object, KRDataObj** hold
 u16 KRUtility::GetUnmetRule(const KRDataObj* object, u16 index, KRUnmetRule& rule) {
   const AggregateTable* table = object == nullptr ? nullptr : ObjectAccess::TableOf(*object);
   if (table == nullptr) return 0;
-  const Presence presence(*object);
-  for (u8 i = 0; i < table->ruleCount; ++i) {
-    const Rule& asked = table->rules[i];
-    if (RuleHolds(presence, asked) || index-- != 0) continue;
-    u16 present = 0;
-    for (u8 tag = 0; tag < asked.count; ++tag) {
-      if (presence.Has(asked.tags[tag])) ++present;
-    }
-    rule = {DemandOf(asked.kind), asked.tags, asked.count, present};
-    return 1;
-  }
-  return 0;
+  if (table->unmetRule != nullptr) return table->unmetRule(*object, index, rule);
+  return FindUnmetRule(*object, table->rules, table->ruleCount, index, rule);
 }
 
 u16 KRUtility::PatchCheckFreeOFX(KRDataObj** object, KRTagID* missing) {

@@ -35,14 +35,28 @@ void WarnTooLong(KRTagID tag, const KRString& text) {
   LogWarning(KRPW_TOOLONG, text, KRString(), tag, nullptr);
 }
 
-StoreResult AppendRepeated(KRDynamicArrayString& array, KRTagID tag, const KRString& text) {
+namespace {
+
+StoreResult StoreEntry(KRDynamicArrayString& array, KRTagID tag, u16 index, const KRString& text) {
   if (text.IsEmpty()) return StoreResult::kNoText;
-  const u16 index = array.Entries();
   if (array.SetVal(index, text) == 0) return StoreResult::kCannotStore;
   if (const KRString* stored = array.Get(index); stored->ExceedsSpecLength()) {
     WarnTooLong(tag, text);
   }
   return StoreResult::kStored;
+}
+
+}  // namespace
+
+StoreResult AppendRepeated(KRDynamicArrayString& array, KRTagID tag, const KRString& text) {
+  return StoreEntry(array, tag, array.Entries(), text);
+}
+
+u16 SetTextEntry(KRDataObj& object, KRTagID tag, KRDynamicArrayString& array, u16 index,
+                 const KRString& text) {
+  const StoreResult stored = StoreEntry(array, tag, index, text);
+  if (stored == StoreResult::kNoText) return 3;
+  return NoteValue(object, stored == StoreResult::kStored ? 1 : 0, tag);
 }
 
 StoreResult AppendRepeated(KRDynamicArrayUShort& array, KRTagID /*tag*/, const KRString& text) {

@@ -249,15 +249,21 @@ inline constexpr const ValueKind& kKeywordIndex =
     Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
               ValueForm::kKeyword>::kKind;
 
-/// @return whether a value is valid by the rule of its class. Only numbers have such a rule. A
-///         blank payroll amount is valid.
+/// @return whether a value is valid by the rule of its class, which numbers, dates and times have.
+/// A
+///         blank payroll amount or date is valid. An enumeration has no such rule: a build refuses
+///         a value without a keyword.
 template <class Value>
 bool PassesItsRule(const Value& value) {
+  if constexpr (requires { value.IsEmpty(); } && !std::is_base_of_v<KRString, Value>) {
+    if (value.IsEmpty() != 0) return true;
+  }
   if constexpr (std::is_base_of_v<KRPrecisionInteger, Value>) {
-    if constexpr (requires { value.IsEmpty(); }) {
-      if (value.IsEmpty() != 0) return true;
-    }
     return value.IsValid() != 0;
+  } else if constexpr (std::is_base_of_v<KRTime, Value>) {
+    return Value(value).IsValidTime() != 0;
+  } else if constexpr (std::is_base_of_v<KRDateTime, Value>) {
+    return value.IsValidDate() != 0 && Value(value).IsValidTime() != 0;
   } else {
     return true;
   }
@@ -298,6 +304,13 @@ u16 AppendNativeEntry(KRDataObj& object, KRTagID tag, Array& array, const Value&
   SetNativeEntry(object, tag, array, entries, value);
   return array.Entries() > entries ? 1 : 0;
 }
+
+/// The body of a generated setter of entry `index` of an array of texts.
+/// @return what SetTag gives; 0 when the array did not take the text; 3 for an empty text, which is
+/// not
+///         stored. A text over the limit is kept, after a KRPW_TOOLONG warning.
+KROFX_API u16 SetTextEntry(KRDataObj& object, KRTagID tag, KRDynamicArrayString& array, u16 index,
+                           const KRString& text);
 
 /// Warns that a text is longer than its spec length.
 void WarnTooLong(KRTagID tag, const KRString& text);

@@ -32,13 +32,16 @@ class KROFX_API HeldWarnings {
     KRDataObj* object;
   };
 
-  // Takes a warning; false when it already holds two, the most that a conversion logs.
+  // More than the most that a conversion logs, which is four for a date with a bad zone.
+  static constexpr int kMost = 8;
+
+  // Takes a warning; false when it already holds the most.
   bool Take(KRParseWarning warning, const KRString& value, const KRString& tagText,
             KRDataObj* object);
 
   KRParseLogger* m_logger;
   HeldWarnings* m_outer = nullptr;
-  std::optional<Held> m_held[2];
+  std::optional<Held> m_held[kMost];
 };
 
 }  // namespace krofx::internal

@@ -39,6 +39,8 @@ struct TransactionRoute {
   KRTagID wrapper;
   KRArrayOfTags valid;
   const PayloadRoute* payloads;
+  /// The tags of several payloads; null for a wrapper of one.
+  const KRTagID* payloadTags;
   u8 payloadCount;
   PayloadRule rule;
   Excuse error;     ///< A severity of ERROR.

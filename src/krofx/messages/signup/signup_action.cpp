@@ -24,8 +24,10 @@ constexpr KRTagID kSources[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVA
 constexpr Rule OneOf(const KRTagID (&tags)[3]) {
   return {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, tags, 3, true};
 }
-constexpr Rule kOneTarget = OneOf(kTargets);
-constexpr Rule kOneSource = OneOf(kSources);
+// Those of an action that names both; an action that names one has the one.
+constexpr Rule kRules[] = {OneOf(kTargets), OneOf(kSources)};
+constexpr const Rule& kOneTarget = kRules[0];
+constexpr const Rule& kOneSource = kRules[1];
 
 bool NamesTarget(KRTagID action) { return action == KRTag_SVCADD || action == KRTag_SVCCHG; }
 bool NamesSource(KRTagID action) { return action == KRTag_SVCDEL || action == KRTag_SVCCHG; }
@@ -43,6 +45,16 @@ KRBuildStatus BuildAccount(const KRDataObj& action, const ChildSlot& slot, KRBui
 }
 
 }  // namespace
+
+namespace krofx::internal {
+
+u16 UnmetRuleOfAction(const KRDataObj& object, u16 index, KRUnmetRule& rule) {
+  const KRTagID type = TypeOf(object);
+  const u16 count = static_cast<u16>((NamesTarget(type) ? 1 : 0) + (NamesSource(type) ? 1 : 0));
+  return FindUnmetRule(object, NamesTarget(type) ? kRules : kRules + 1, count, index, rule);
+}
+
+}  // namespace krofx::internal
 
 u16 KRAction::AllRequiredPresent() { return GetFirstMissingRequiredTag(KRTag_None) == KRTag_None; }
 

@@ -28,6 +28,8 @@
 #include "krofx/model/internal/tag_index.h"
 #include "krofx/model/value_arrays.h"
 
+struct KRUnmetRule;
+
 namespace krofx::internal {
 
 /// The result of storing a text into a member.
@@ -127,6 +129,7 @@ struct Rule {
   RuleCondition condition;
   const KRTagID* conditionTags;
   u8 conditionCount;
+  /// With kUnlessAny the tags of the condition come after these in the same array.
   const KRTagID* tags;
   u8 count;
   /// When the rule fails, MissingTagOf names one of its tags.
@@ -159,6 +162,9 @@ struct AggregateTable {
   /// For a file: gives 1 when its headers allow its body to be read, else 0. Null for a class
   /// without headers.
   u16 (*validateHeaders)(KRDataObj& object) = nullptr;
+  /// For a class whose rules depend on an object's type: as KRUtility::GetUnmetRule. Null for a
+  /// class whose rules are those of the table.
+  u16 (*unmetRule)(const KRDataObj& object, u16 index, KRUnmetRule& rule) = nullptr;
   /// The typeid of an object of exactly this class.
   const std::type_info* type = nullptr;
   /// Which operations the class leaves to its table: see PlainOperations.
@@ -278,6 +284,10 @@ KROFX_API bool RuleHolds(const Presence& presence, const Rule& rule);
 /// absent, or the first of its list when all are present, which is too many.
 /// @return the tag; 0 when the rule holds or is not reported.
 KROFX_API KRTagID MissingTagOf(const Presence& presence, const Rule& rule);
+/// Describes the rule number `index`, from 0, of those that an object does not meet.
+/// @return 1; 0 when it does not meet fewer of the `count` rules than that.
+KROFX_API u16 FindUnmetRule(const KRDataObj& object, const Rule* rules, u16 count, u16 index,
+                            KRUnmetRule& found);
 /// Gives the version mask to every child that is held.
 KROFX_API void PassVersionDown(KRDataObj& object, const AggregateTable& table, u16 version);
 /// KRDataObj::GetChild over a table.
@@ -348,9 +358,10 @@ inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {
   return stored == 0 ? static_cast<u16>(0) : object.SetTag(child->GetType());
 }
 
-/// @return whether a child's type is the tag of a row of the object that does not use this array.
-///         The array must not take such a child: that row would count as present, and the child
-///         would not be written.
+/// @return whether a child's type is the tag of a row of the object that does not use this array,
+/// or
+///         of no row, and its class not that of a row of the array. The array must not take such a
+///         child: the object would seem complete, and the child would not be written.
 KROFX_API bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* child);
 
 /// The body of a generated setter of an array element: takes ownership of the child as entry
