@@ -228,7 +228,9 @@ class AccessorWriter:
         self.define(f"{shared.type}*", f"Get{name}", [], body, True)
         self.declare(
             "Takes ownership of `child` and deletes the previous one. The child's type is the"
-            " tag that becomes present. Null leaves the tag present with nothing to write.",
+            " tag that becomes present. The tag of a previous child of another type stays present"
+            f" as well, until Clear{name} is called. Null leaves the tag present with nothing to"
+            " write.",
             f"u16 Set{name}({shared.type}* child)",
             "1; 0 when that tag is not valid here, and for null when it is not known which tag is"
             " meant. In both cases the child belongs to this object",
