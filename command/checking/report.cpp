@@ -2,6 +2,9 @@
 
 #include "checking/report.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "checking/notes.h"
 #include "output/safe_text.h"
 
@@ -13,10 +16,40 @@ constexpr std::size_t kShownValue = 60;
 
 std::string At(const std::string& path) { return path.empty() ? "" : " in " + path; }
 
+bool SaysMissing(const Warning& warning) { return warning.name == kMissingTagWarning; }
+
+// The library warns of the first thing that is missing in a tree, by a tag at most. That may be one
+// of several that would do, or none. What is missing is known here, so such a warning is left out,
+// or names a tag that is missing where it says.
+std::vector<Warning> SelectWarnings(const ParsedFile& file, const MissingTags& missing) {
+  const std::vector<Warning>& all = file.GetWarnings();
+  const bool isNamed = std::any_of(all.begin(), all.end(), [](const Warning& warning) {
+    return SaysMissing(warning) && !warning.tag.empty();
+  });
+  std::vector<Warning> selected;
+  for (Warning warning : all) {
+    const bool isOfTree = SaysMissing(warning) && warning.place.line == 0;
+    if (isOfTree && !missing.listed.empty()) {
+      const auto isSame = [&warning](const MissingTag& each) {
+        return !each.tag.empty() && each.path == warning.path &&
+               (warning.tag.empty() || each.tag == warning.tag);
+      };
+      const auto same = std::find_if(missing.listed.begin(), missing.listed.end(), isSame);
+      if (same == missing.listed.end()) continue;
+      warning.tag = same->tag;
+    } else if (isOfTree && warning.tag.empty() && isNamed) {
+      continue;
+    }
+    selected.push_back(std::move(warning));
+  }
+  return selected;
+}
+
 }  // namespace
 
 Report::Report(const std::string& name, Reader reader) : file(name, reader, Holding::kSummary) {
   missing = FindMissing(file);
+  warnings = SelectWarnings(file, missing);
   verdict = file.GetVerdict();
   if (!missing.listed.empty()) verdict = Worse(verdict, kExitWarnings);
 }
@@ -26,7 +59,7 @@ std::string DetailsOf(const Report& report) {
   if (file.GetRoot() == nullptr) return "";
   std::string out = file.GetName() + ": status " + std::to_string(file.GetStatus()) + ", " +
                     file.GetMeaning() + "\n";
-  for (const Warning& warning : file.GetWarnings()) {
+  for (const Warning& warning : report.warnings) {
     out += file.GetName() + ":";
     if (warning.place.line > 0) {
       out += std::to_string(warning.place.line) + ":" + std::to_string(warning.place.column) + ":";

@@ -4,6 +4,7 @@
 #define KROFX_COMMAND_CHECKING_REPORT_H_
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "checking/diagnosis.h"
@@ -13,11 +14,16 @@
 
 namespace krofx::command {
 
+/// The name of a warning that something that must be there is not.
+inline constexpr std::string_view kMissingTagWarning = "KRPW_MISSINGTAG";
+
 /// One input, with everything that a report says of it.
 struct Report {
   Report(const std::string& name, Reader reader);
 
   ParsedFile file;
+  /// The warnings of the file, of which those that a tag is missing agree with `missing`.
+  std::vector<Warning> warnings;
   MissingTags missing;
   ExitStatus verdict;
 };

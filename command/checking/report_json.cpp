@@ -11,7 +11,7 @@ namespace krofx::command {
 Json JsonOf(const Report& report) {
   const ParsedFile& file = report.file;
   Json warnings = Json::Array();
-  for (const Warning& warning : file.GetWarnings()) {
+  for (const Warning& warning : report.warnings) {
     Json each = Json::Object();
     each.Set("name", warning.name)
         .Set("tag", SafeText(ShownTag(warning.tag, warning.path)))

@@ -88,8 +88,6 @@ constexpr MendingWording kMendings[] = {
     {MendingKind::kMultipartDamage, {"damaged multipart text", "damaged multipart texts"}},
 };
 
-constexpr std::string_view kMissingTag = "KRPW_MISSINGTAG";
-
 struct WarningWording {
   std::string_view name;
   Wording words;
@@ -102,7 +100,7 @@ constexpr WarningWording kWarnings[] = {
     {"KRPW_BADFORMAT", {"value in a wrong form", "values in a wrong form"}},
     {"KRPW_OUTOFRANGE", {"number out of range", "numbers out of range"}},
     {"KRPW_INVALIDENDAGG", {"stray end tag", "stray end tags"}},
-    {kMissingTag, {"missing tag", "missing tags"}},
+    {kMissingTagWarning, {"missing tag", "missing tags"}},
     {"KRPW_LOWERCASE", {"tag in lower case", "tags in lower case"}},
     {"KRPW_EXTRAAGG", {"repeated aggregate", "repeated aggregates"}},
     {"KRPW_TOOLONG", {"text that is too long", "texts that are too long"}},
@@ -110,6 +108,7 @@ constexpr WarningWording kWarnings[] = {
 
 constexpr Wording kWarning = {"warning", "warnings"};
 constexpr Wording kMissing = {"missing tag", "missing tags"};
+constexpr Wording kUnmetRule = {"choice of tags not met", "choices of tags not met"};
 
 // More lines than these are a list for --details.
 constexpr std::size_t kMostLines = 3;
@@ -191,12 +190,15 @@ std::string SummaryOf(const Report& report) {
   for (const krofx::Mending& each : report.file.GetMendings()) {
     groups.Add(WordingOf(each.kind), each.place.line);
   }
-  for (const Warning& each : report.file.GetWarnings()) {
+  for (const Warning& each : report.warnings) {
     // What is missing is counted once.
-    if (each.name == kMissingTag && !report.missing.listed.empty()) continue;
+    if (each.name == kMissingTagWarning && !report.missing.listed.empty()) continue;
     groups.Add(WordingOf(each), each.place.line);
   }
-  groups.Add(kMissing, 0, report.missing.listed.size() + report.missing.unlisted);
+  for (const MissingTag& each : report.missing.listed) {
+    groups.Add(each.tag.empty() ? kUnmetRule : kMissing, 0);
+  }
+  groups.Add(kMissing, 0, report.missing.unlisted);
   std::string text = "usable; " + groups.Text();
   const std::size_t more = report.file.CountUnrecorded();
   return more == 0 ? text : text + ", " + std::to_string(more) + " more";

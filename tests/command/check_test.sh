@@ -147,6 +147,8 @@ choice() {
   printf '%s' "<SECRQ>$1</SECRQ></SECLISTRQ></SECLISTTRNRQ></SECLISTMSGSRQV1></OFX>" >>choice.ofx
   expect 1 check --details choice.ofx
   has out "missing: $2"
+  has out 'usable; 1 choice of tags not met'
+  lacks out 'must be there is missing'
   lacks out '<SECID> is missing'
   lacks out '<TICKER> is missing'
   expect 1 check --json choice.ofx
@@ -160,6 +162,34 @@ has out 'both '
 sed '/<USERPASS>/d' "$examples/request-v1.ofx" >no-password.ofx
 expect 1 check --details no-password.ofx
 has out 'missing: <USERPASS> is missing'
+has out 'no-password.ofx: usable; 1 missing tag'
+
+# What is missing is named in every line that speaks of it, and counted once.
+unnamed() { grep -nE 'must be there is missing( in .*)?$' "$1"; }
+payment() {
+  { sed '/<BILLPAYMSGSRQV1>/,$d' "$examples/billpay-request.ofx"
+    printf '%s' "<BILLPAYMSGSRQV1><PMTTRNRQ><TRNUID>1<PMTRQ><PMTINFO><BANKACCTFROM><BANKID>1<ACCTID>2" \
+      "<ACCTTYPE>CHECKING</BANKACCTFROM><TRNAMT>5$1<PAYACCT>1<DTDUE>20260102$2</PMTINFO></PMTRQ></PMTTRNRQ>" \
+      "</BILLPAYMSGSRQV1></OFX>"; } >payment.ofx
+  expect 1 check --details payment.ofx
+  if unnamed out; then fail 'what is missing is not named'; fi
+}
+payment '' ''
+has out 'missing: one or more of <PAYEE> and <PAYEEID> must be there, and none is'
+has out 'payment.ofx: usable; 1 choice of tags not met'
+payment '<PAYEEID>1<PAYEE><NAME>A<ADDR1>1<CITY>C<STATE>NY<POSTALCODE>1<PHONE>1</PAYEE>' ''
+has out 'missing: <PAYEE> must not be there beside <PAYEEID>'
+payment '<PAYEEID>1' "<EXTDPMT><EXTDPMTINV><INVOICE><INVNO>1<INVTOTALAMT>5<INVPAIDAMT>5<INVDATE>20260101\
+<INVDESC>d<DISCOUNT><DSCRATE>5<DSCDESC>x</DISCOUNT></INVOICE></EXTDPMTINV></EXTDPMT>"
+has out 'missing: <DSCAMT> is missing'
+has out 'must be there is missing: <DSCAMT>'
+has out 'payment.ofx: usable; 1 missing tag'
+expect 1 check --details no-password.ofx
+has out 'must be there is missing: <USERPASS>'
+sed '/^OFXHEADER/d' "$examples/checking.ofx" >no-header.ofx
+expect 2 check --details --strict no-header.ofx
+has out 'must be there is missing: <OFXHEADER>'
+if unnamed out; then fail 'what is missing is not named'; fi
 
 # What a person wants is said first: groups, with the lines where they are together.
 expect 1 check "$examples/quirks.ofx"

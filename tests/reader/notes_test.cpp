@@ -6,6 +6,7 @@
 
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/banking/transfers.h"
+#include "krofx/messages/billpay/payments.h"
 #include "krofx/messages/signon/signon.h"
 #include "krofx/messages/signon/status.h"
 #include "krofx/reader/reading.h"
@@ -126,6 +127,28 @@ TEST(MissingTags, SayWhichChoiceIsMissed) {
   EXPECT_EQ(missing[0].choices.size(), 2u);
   EXPECT_EQ(Str(missing[0].sentence),
             "one of <BANKACCTFROM> and <CCACCTFROM> must be there, and none is");
+}
+
+TEST(MissingTags, AreNamedWhenTheyAreNeededBesideOthers) {
+  const Parsed<KRDiscount> discount("<DSCDESC>Early<DSCRATE>5");
+  const List<MissingTag> missing = FindMissing(*discount);
+  ASSERT_EQ(missing.size(), 1u);
+  EXPECT_EQ(missing[0].tag, KRTag_DSCAMT);
+  EXPECT_TRUE(missing[0].choices.empty());
+  EXPECT_EQ(Str(missing[0].sentence), "<DSCAMT> is missing");
+}
+
+TEST(MissingTags, SayWithWhichTagsARuleIsMet) {
+  const auto sentence = [](const std::string& payee) {
+    const Parsed<KRPaymentInfo> payment(
+        "<BANKACCTFROM><BANKID>1<ACCTID>2<ACCTTYPE>CHECKING</BANKACCTFROM><TRNAMT>5" + payee +
+        "<PAYACCT>1<DTDUE>20260102");
+    const List<MissingTag> missing = FindMissing(*payment);
+    return missing.size() == 1 ? Str(missing[0].sentence) : std::string("not one is missing");
+  };
+  const std::string payee = "<PAYEE><NAME>A<ADDR1>1<CITY>C<STATE>NY<POSTALCODE>1<PHONE>1</PAYEE>";
+  EXPECT_EQ(sentence(""), "one or more of <PAYEE> and <PAYEEID> must be there, and none is");
+  EXPECT_EQ(sentence("<PAYEEID>1" + payee), "<PAYEE> must not be there beside <PAYEEID>");
 }
 
 // A host's own rule, beyond those of the tables.

@@ -1,8 +1,10 @@
-// Asks the rules of presence that an aggregate's table has beside its required tags.
+// Asks the rules of presence that an aggregate has beside its required tags: those of its table, of
+// which the conditions are known, and those that it checks itself.
 
 #include "krofx/reader/records/choices.h"
 
 #include <algorithm>
+#include <span>
 #include <utility>
 
 #include "krofx/model/data_object.h"
@@ -14,66 +16,115 @@ namespace krofx::internal {
 
 namespace {
 
+// A child counts as what it is, also where no presence of its tag is kept.
 bool IsPresent(const KRDataObj& object, KRTagID tag) {
-  return object.IsValidTag(tag) != 0 && object.ValidateTag(tag) != 0;
-}
-
-// How many of the tags that make the rule apply are there.
-int CountConditions(const KRDataObj& object, const Rule& rule) {
-  if (rule.condition == RuleCondition::kAlways) return 0;
-  return static_cast<int>(std::count_if(rule.conditionTags,
-                                        rule.conditionTags + rule.conditionCount,
-                                        [&object](KRTagID tag) { return IsPresent(object, tag); }));
-}
-
-// What to do about a rule that fails.
-KRString Advise(const Rule& rule, const List<KRTagID>& valid, const List<KRTagID>& present,
-                const List<KRTagID>& absent) {
-  KRString text;
-  switch (rule.kind) {
-    case RuleKind::kNone:
-      text = ListedTags(present, " and ");
-      text += " must not be there";
-      return text;
-    case RuleKind::kAll:
-      text = ListedTags(absent, " and ");
-      text += absent.size() == 1 ? " is missing" : " are missing";
-      return text;
-    case RuleKind::kAtLeastOne:
-      text = "one or more of ";
-      text += ListedTags(valid, " and ");
-      text += " must be there, and none is";
-      return text;
-    default:
-      text = rule.kind == RuleKind::kAtMostOne ? "at most one of " : "one of ";
-      text += ListedTags(valid, " and ");
-      text += " must be there, and ";
-      if (present.size() == 2) text += "both ";
-      text += present.empty() ? KRString("none is") : ListedTags(present, " and ");
-      if (!present.empty()) text += " are";
-      return text;
+  if (object.IsValidTag(tag) != 0 && object.ValidateTag(tag) != 0) return true;
+  // The questions that objects are asked change nothing, though some are not const.
+  auto& asked = const_cast<KRDataObj&>(object);
+  for (u16 index = 0; index < asked.GetNumberOfChildren(); ++index) {
+    KRDataObj* const child = asked.GetChild(index);
+    if (child != nullptr && child->GetType() == tag) return true;
   }
+  return false;
 }
 
-// Takes a rule down if it fails. Tags of the other version are no choice.
-bool CheckRule(const KRDataObj& object, const Rule& rule, List<MissedChoice>& missed) {
+// Those of some tags that an object may have, and which of them it has.
+struct Group {
   List<KRTagID> valid;
   List<KRTagID> present;
   List<KRTagID> absent;
-  for (u8 index = 0; index < rule.count; ++index) {
-    const KRTagID tag = rule.tags[index];
-    if (object.IsValidTag(tag) != 0 && !valid.Append(tag)) return false;
+
+  bool Add(const KRDataObj& object, const KRTagID* tags, std::size_t count) {
+    for (std::size_t index = 0; index < count; ++index) {
+      const KRTagID tag = tags[index];
+      if (object.IsValidTag(tag) == 0) continue;
+      if (!valid.Append(tag) || !(IsPresent(object, tag) ? present : absent).Append(tag)) {
+        return false;
+      }
+    }
+    for (List<KRTagID>* const list : {&valid, &present, &absent}) {
+      std::sort(list->begin(), list->end());
+    }
+    return true;
   }
-  std::sort(valid.begin(), valid.end());
-  for (const KRTagID tag : valid) {
-    if (!(IsPresent(object, tag) ? present : absent).Append(tag)) return false;
+};
+
+KRPresenceDemand DemandOf(RuleKind kind) {
+  switch (kind) {
+    case RuleKind::kNone:
+      return KRPresenceDemand_None;
+    case RuleKind::kAtMostOne:
+      return KRPresenceDemand_AtMostOne;
+    case RuleKind::kAtLeastOne:
+      return KRPresenceDemand_AtLeastOne;
+    case RuleKind::kAll:
+      return KRPresenceDemand_All;
+    default:
+      return KRPresenceDemand_ExactlyOne;
   }
+}
+
+// What to do about a rule that fails.
+// @param conditions those tags that made it apply.
+KRString Advise(KRPresenceDemand demand, const Group& group, const List<KRTagID>& conditions) {
+  KRString text;
+  switch (demand) {
+    case KRPresenceDemand_None:
+      text = ListedTags(group.present, " and ");
+      text += " must not be there";
+      if (!conditions.empty()) {
+        text += " beside ";
+        text += ListedTags(conditions, " and ");
+      }
+      return text;
+    case KRPresenceDemand_AtLeastOne:
+      text = "one or more of ";
+      text += ListedTags(group.valid, " and ");
+      text += " must be there, and none is";
+      return text;
+    default:
+      text = demand == KRPresenceDemand_AtMostOne ? "at most one of " : "one of ";
+      text += ListedTags(group.valid, " and ");
+      text += " must be there, and ";
+      if (group.present.size() == 2) text += "both ";
+      text += group.present.empty() ? KRString("none is") : ListedTags(group.present, " and ");
+      if (!group.present.empty()) text += " are";
+      return text;
+  }
+}
+
+bool TakeDown(KRPresenceDemand demand, Group& group, const List<KRTagID>& conditions,
+              List<MissedChoice>& missed) {
+  if (demand == KRPresenceDemand_All) return missed.Append({{}, std::move(group.absent)});
+  KRString advice = Advise(demand, group, conditions);
+  return missed.Append({std::move(advice), std::move(group.valid)});
+}
+
+// Takes a rule of the table down if it fails. Tags of the other version are no choice.
+bool CheckRule(const KRDataObj& object, const Rule& rule, List<MissedChoice>& missed) {
   // What must be there in any case is named tag by tag.
   if (rule.kind == RuleKind::kAll && rule.reported) return true;
-  const int held = static_cast<int>(present.size());
-  if (valid.empty() || RuleHolds(rule, CountConditions(object, rule), held)) return true;
-  KRString advice = Advise(rule, valid, present, absent);
-  return missed.Append({std::move(advice), std::move(valid)});
+  Group group;
+  Group conditions;
+  if (!group.Add(object, rule.tags, rule.count) ||
+      !conditions.Add(object, rule.conditionTags, rule.conditionCount)) {
+    return false;
+  }
+  const int held = static_cast<int>(group.present.size());
+  const int met = static_cast<int>(conditions.present.size());
+  if (group.valid.empty() || RuleHolds(rule, met, held)) return true;
+  // One of them would do as well.
+  const bool isWide = rule.condition == RuleCondition::kUnlessAny &&
+                      (rule.kind == RuleKind::kAtLeastOne || rule.kind == RuleKind::kExactlyOne);
+  if (isWide && !group.Add(object, rule.conditionTags, rule.conditionCount)) return false;
+  return TakeDown(DemandOf(rule.kind), group, conditions.present, missed);
+}
+
+// Takes down a rule that an object does not meet and that is not in its table.
+bool CheckOwnRule(const KRDataObj& object, const KRUnmetRule& rule, List<MissedChoice>& missed) {
+  Group group;
+  if (!group.Add(object, rule.tags, rule.count)) return false;
+  return group.valid.empty() || TakeDown(rule.demand, group, {}, missed);
 }
 
 }  // namespace
@@ -91,9 +142,16 @@ KRString ListedTags(const List<KRTagID>& tags, const char* last) {
 
 bool FindMissedChoices(const KRDataObj& object, List<MissedChoice>& missed) {
   const AggregateTable* const table = ObjectAccess::TableOf(object);
-  if (table == nullptr) return true;
-  for (u8 index = 0; index < table->ruleCount; ++index) {
-    if (!CheckRule(object, table->rules[index], missed)) return false;
+  const std::span<const Rule> rules(table == nullptr ? nullptr : table->rules,
+                                    table == nullptr ? 0 : table->ruleCount);
+  for (const Rule& rule : rules) {
+    if (!CheckRule(object, rule, missed)) return false;
+  }
+  KRUnmetRule unmet;
+  for (u16 index = 0; KRUtility::GetUnmetRule(&object, index, unmet) != 0; ++index) {
+    const bool isOfTable = std::any_of(
+        rules.begin(), rules.end(), [&unmet](const Rule& rule) { return rule.tags == unmet.tags; });
+    if (!isOfTable && !CheckOwnRule(object, unmet, missed)) return false;
   }
   return true;
 }

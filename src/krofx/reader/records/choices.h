@@ -13,8 +13,10 @@ namespace krofx::internal {
 
 /// A choice that an aggregate has missed, or tags that are needed beside others that it has.
 struct MissedChoice {
-  KRString advice;     ///< What to do, such as "one of <A> and <B> must be there, and none is".
-  List<KRTagID> tags;  ///< Among which the choice is.
+  /// What to do, such as "one of <A> and <B> must be there, and none is". Empty when each of the
+  /// tags is needed.
+  KRString advice;
+  List<KRTagID> tags;  ///< Among which the choice is, or which are needed.
 };
 
 /// Finds the choices that an aggregate has missed, in the order of its rules.

@@ -110,6 +110,12 @@ class MissingFinder {
     List<MissedChoice> choices;
     if (!FindMissedChoices(node.object, choices)) return false;
     for (const MissedChoice& choice : choices) {
+      if (choice.advice.IsEmpty() != 0) {
+        for (const KRTagID tag : choice.tags) {
+          if (!AddTag(node, tag)) return false;
+        }
+        continue;
+      }
       MissingTag missing;
       for (const KRTagID tag : choice.tags) {
         if (!missing.choices.Append(tag)) return false;
