@@ -31,8 +31,6 @@ std::string BanksFile() {
 
 std::string StateFolder() { return FolderOf("XDG_STATE_HOME", "/.local/state"); }
 
-std::string CacheFolder() { return FolderOf("XDG_CACHE_HOME", "/.cache"); }
-
 std::string DataFolder() { return FolderOf("XDG_DATA_HOME", "/.local/share"); }
 
 std::string MakePrivateFolder(const std::string& path) {

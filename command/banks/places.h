@@ -13,8 +13,6 @@ namespace krofx::command {
 std::string BanksFile();
 /// @return what is made once and kept: ${XDG_STATE_HOME:-~/.local/state}/krofx.
 std::string StateFolder();
-/// @return what can be asked for again: ${XDG_CACHE_HOME:-~/.cache}/krofx.
-std::string CacheFolder();
 
 /// @return what is kept for the user: ${XDG_DATA_HOME:-~/.local/share}/krofx.
 std::string DataFolder();

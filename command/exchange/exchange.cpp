@@ -114,8 +114,9 @@ std::string Exchange::FindWrongUse(Direction direction) {
   if (url.hasUser) {
     return "leave the user and the password out of the address; OFX has them in its sign-on";
   }
-  if (url.scheme == "http" && direction == Direction::kSend && !url.IsLoopback() &&
-      !m_options.allowHttp) {
+  // A proxy is on the way also to this machine.
+  const bool staysHere = url.IsLoopback() && m_options.proxy.empty();
+  if (url.scheme == "http" && direction == Direction::kSend && !staysHere && !m_options.allowHttp) {
     return "over http everybody on the way can read the password; use https (or --allow-http)";
   }
   if (url.scheme != "https" && !(m_options.pins.empty() && m_options.rootFiles.empty())) {

@@ -23,8 +23,8 @@ Interruption::Interruption(Afterwards afterwards) : m_afterwards(afterwards) {
   noting.sa_handler = Note;
   for (std::size_t index = 0; index < std::size(kSignals); ++index) {
     ::sigaction(kSignals[index], &noting, &m_before[index]);
-    // What the shell has the command ignore stays ignored.
-    if (m_before[index].sa_handler == SIG_IGN) {
+    // What the shell has the command ignore stays ignored, and a handler that is there stays.
+    if (m_before[index].sa_handler != SIG_DFL) {
       ::sigaction(kSignals[index], &m_before[index], nullptr);
     }
   }

@@ -1,6 +1,6 @@
 # Banks of one's own for tests of the command. Sourced after runner.sh.
 # shellcheck shell=bash
-export HOME=$work/home XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state XDG_CACHE_HOME=$work/cache
+export HOME=$work/home XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state
 # shellcheck disable=SC2034
 banks=$XDG_CONFIG_HOME/krofx/banks.toml
 

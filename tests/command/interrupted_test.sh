@@ -118,4 +118,12 @@ cat "$examples"/checking.ofx >big.ofx
 [ $? -eq 2 ] || fail 'a file that cannot be written is no failure'
 [ "$(cat rewritten.ofx)" = old ] || fail 'half of a file was written'
 [ "$(echo rewritten.ofx*)" = rewritten.ofx ] || fail 'half of a file was left'
+# The signal of the limit does not leave it either.
+(
+  ulimit -f 1
+  exec "$krofx" rewrite big.ofx -o rewritten.ofx
+) >out 2>err
+[ $? -eq $((128 + $(kill -l XFSZ))) ] || fail 'the signal of the limit does not end the command'
+[ "$(cat rewritten.ofx)" = old ] || fail 'half of a file was written'
+[ "$(echo rewritten.ofx*)" = rewritten.ofx ] || fail 'the signal of the limit leaves half of a file'
 finish

@@ -131,6 +131,7 @@ wrong 'not an address' get 'https://bank.example\@127.0.0.1:1/ofx'
 wrong 'not an address' get 'http://127.0.0.1\ofx'
 # The host is before the backslash for some programs, and after it for others.
 wrong 'krofx: send: http://127.0.0.1:1/: this is not an address' send 'http://127.0.0.9\@127.0.0.1:1/' request.ofx
+wrong 'over http everybody on the way can read the password' send "$plain/echo" request.ofx --proxy http://127.0.0.1:1
 for proxy in bogus :// file:///etc/passwd 'http://bank.example\@127.0.0.1:1'; do
   wrong '--proxy takes the address of a proxy' get "$plain/echo" --proxy "$proxy"
 done
