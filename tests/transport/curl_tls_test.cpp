@@ -409,6 +409,15 @@ TEST_F(CurlTls, ShowsAProxyNothingButTheTunnel) {
   EXPECT_EQ(probe.chain, (std::vector<std::string>{m_authority.Der(), leaf.Der()}));
 }
 
+TEST_F(CurlTls, SaysThatTheCertificateOfAProxyLeadsToNoRoot) {
+  TlsServer proxy(Showing({m_authority.IssueForLoopback()}));
+  ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), nullptr), 1);
+  for (const char* const url : {"http://bank.invalid/", "https://bank.invalid/"}) {
+    CurlProbe probe(m_manager, m_session, m_folder);
+    EXPECT_EQ(probe.Get(url).Run(), VYNCurlCode_Untrusted) << url;
+  }
+}
+
 TEST_F(CurlTls, RefusesWhenThereIsNoMemoryForTheChain) {
   TlsServer server(Showing({m_authority.IssueForLoopback()}));
   for (std::size_t nth = 1; nth <= 2; ++nth) {

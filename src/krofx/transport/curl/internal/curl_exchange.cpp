@@ -57,6 +57,12 @@ long LongInfo(CURL* easy, CURLINFO info) {
   return value;
 }
 
+// Why a certificate was refused: a proxy's, which is checked first, or else the server's.
+long VerifyError(CURL* easy) {
+  const long ofProxy = LongInfo(easy, CURLINFO_PROXY_SSL_VERIFYRESULT);
+  return ofProxy != 0 ? ofProxy : LongInfo(easy, CURLINFO_SSL_VERIFYRESULT);
+}
+
 }  // namespace
 
 CurlExchange::~CurlExchange() {
@@ -177,8 +183,8 @@ u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
   }
   const bool badSignature = result == CURLE_SSL_CONNECT_ERROR && certificateRefused;
   if (result == CURLE_PEER_FAILED_VERIFICATION || badSignature) {
-    const u16 code = badSignature ? u16{VYNCurlCode_Untrusted}
-                                  : CodeOfVerification(LongInfo(m_easy, CURLINFO_SSL_VERIFYRESULT));
+    const u16 code =
+        badSignature ? u16{VYNCurlCode_Untrusted} : CodeOfVerification(VerifyError(m_easy));
     const u16 answer = AskCallback(nullptr, 0, code);
     return answer != 0 ? answer : code;
   }
