@@ -47,6 +47,9 @@ TestCertificate TestCertificate::Make(const CertificateWish& wish, const TestCer
   if (!wish.usage.empty()) {
     AddExtension(certificate, signer.Certificate(), NID_ext_key_usage, wish.usage);
   }
+  if (!wish.features.empty()) {
+    AddExtension(certificate, signer.Certificate(), NID_tlsfeature, wish.features);
+  }
   X509_sign(certificate, signer.Key(), EVP_sha256());
   return made;
 }

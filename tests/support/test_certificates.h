@@ -24,6 +24,9 @@ struct CertificateWish {
   const char* notAfter = "99981231235959Z";
   /// What it may be used for, in the form of the extension: "serverAuth"; empty for anything.
   std::string usage = {};
+  /// What its server must do in TLS, in the form of the extension: "status_request"; empty for
+  /// none.
+  std::string features = {};
 };
 
 /// A certificate with its key. Copies share both.

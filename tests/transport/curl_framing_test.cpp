@@ -131,6 +131,21 @@ TEST_F(CurlFraming, LimitsTrailersAsTheHeader) {
   EXPECT_EQ(probe.Get(server.Url()).Run(), VYNCurlCode_ReplyTooLarge);
 }
 
+TEST_F(CurlFraming, LimitsAStatusLine) {
+  const std::string line = "HTTP/1.1 200 " + std::string(110000, 'x') + "\r\n";
+  EXPECT_EQ(CodeByHttp(line + "\r\n"), VYNCurlCode_ReplyTooLarge);
+  EXPECT_EQ(CodeByHttps(line + "\r\n"), VYNCurlCode_ReplyTooLarge);
+  EXPECT_EQ(CodeByHttp(line.substr(0, 110000)), VYNCurlCode_ReplyTooLarge);
+}
+
+TEST_F(CurlFraming, FailsToReceiveBadChunksAndLongTrailers) {
+  const std::string chunks = "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n";
+  EXPECT_EQ(CodeByHttp(chunks + "zz\r\n"), VYNCurlCode_ReceiveFailed);
+  EXPECT_EQ(CodeByHttp(chunks + "0\r\nX-Trailer: " + std::string(5000, 'x') + "\r\n\r\n"),
+            VYNCurlCode_ReceiveFailed);
+  EXPECT_EQ(CodeByHttp(chunks + "0\r\nX-Trailer: " + std::string(4000, 'x') + "\r\n\r\n"), 0);
+}
+
 TEST_F(CurlFraming, LimitsInterimReplies) {
   const TlsServer server(Flood("", "HTTP/1.1 103 Early Hints\r\nLink: a\r\n\r\n"));
   CurlProbe probe(m_manager, m_session, m_folder);

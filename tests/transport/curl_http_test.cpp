@@ -399,4 +399,11 @@ TEST_F(CurlHttp, SaysWhyAProxyRefusesATunnel) {
   EXPECT_EQ(probe.asked, 0);
 }
 
+TEST_F(CurlHttp, FailsToReceiveWhenAProxyPointsElsewhere) {
+  TlsServer proxy(Answer(HttpReply("302 Found", "", "Location: http://127.0.0.1/\r\n")));
+  ASSERT_EQ(m_manager.SetProxy(proxy.Url().c_str(), nullptr), 1);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  EXPECT_EQ(probe.Get("https://bank.invalid/ofx").Run(), VYNCurlCode_ReceiveFailed);
+}
+
 }  // namespace

@@ -191,16 +191,17 @@ TEST_F(CurlNetwork, SaysThatAReplyIsNotHttp) {
 }
 
 TEST_F(CurlNetwork, SpeaksOnlyHttp) {
-  for (const char* const url :
-       {"file:///etc/passwd", "ftp://127.0.0.1/", "gopher://127.0.0.1/", "dict://127.0.0.1/",
-        "ldap://127.0.0.1/", "scp://127.0.0.1/", "what://127.0.0.1/"}) {
+  for (const char* const url : {"file:///etc/passwd", "ftp://127.0.0.1/", "gopher://127.0.0.1/",
+                                "dict://127.0.0.1/", "ldap://127.0.0.1/", "scp://127.0.0.1/",
+                                "what://127.0.0.1/", "bank.example:443/ofx", "127.0.0.1:1/x"}) {
     EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_UnsupportedScheme) << url;
   }
 }
 
 TEST_F(CurlNetwork, RefusesUrlsThatCannotBeRead) {
-  for (const char* const url : {"", "localhost/ofx", "http://", "http:///", "http://a b/",
-                                "http://127.0.0.1:99999/", "http://127.0.0.1/\r\nX-A: 1"}) {
+  for (const char* const url :
+       {"", "localhost/ofx", "my_bank:443/x", "http://", "http:///", "http://a b/",
+        "http://127.0.0.1:99999/", "http://127.0.0.1/\r\nX-A: 1"}) {
     EXPECT_EQ(CodeOfUrl(url), VYNCurlCode_MalformedUrl) << url;
   }
 }

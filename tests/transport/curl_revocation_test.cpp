@@ -103,6 +103,20 @@ TEST_F(CurlRevocation, PassesOverAnAnswerThatIsOutOfDateOrSaysToTryLater) {
             0);
 }
 
+TEST_F(CurlRevocation, RefusesAServerWithoutTheAnswerThatItsCertificateDemands) {
+  m_leaf =
+      m_authority.Issue({.name = "server", .hosts = "IP:127.0.0.1", .features = "status_request"});
+  EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, m_authority)), 0);
+  EXPECT_EQ(CodeOf(""), VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf(Sign({.until = "20010101000000Z"}, m_leaf, m_authority, m_authority)),
+            VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf(Sign({.responseStatus = OCSP_RESPONSE_STATUS_TRYLATER}, m_leaf, m_authority,
+                        m_authority)),
+            VYNCurlCode_BadCertificate);
+  m_leaf = m_authority.Issue({.name = "server", .hosts = "IP:127.0.0.1", .features = "17"});
+  EXPECT_EQ(CodeOf(""), 0);
+}
+
 TEST_F(CurlRevocation, IsNotLookedAtWhenNothingIsVerified) {
   m_skipVerify = 1;
   EXPECT_EQ(CodeOf(Sign({.status = V_OCSP_CERTSTATUS_REVOKED}, m_leaf, m_authority, m_authority)),

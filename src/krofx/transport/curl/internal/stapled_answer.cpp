@@ -3,6 +3,7 @@
 #include "krofx/transport/curl/internal/stapled_answer.h"
 
 #include <openssl/ocsp.h>
+#include <openssl/x509v3.h>
 
 #include "krofx/security/internal/crypto_error_scope.h"
 
@@ -47,14 +48,32 @@ bool IsAbout(const OCSP_SINGLERESP* single, X509* certificate, X509* issuer) {
   return expected != nullptr && OCSP_id_cmp(expected.get(), id) == 0;
 }
 
-bool StatusHolds(OCSP_SINGLERESP* single) {
+struct FeaturesDeleter {
+  void operator()(TLS_FEATURE* features) const { TLS_FEATURE_free(features); }
+};
+
+// Whether a certificate says that its server always staples an answer, or cannot be read there.
+bool DemandsAnswer(const X509* certificate) {
+  constexpr long kStatusRequest = 5;
+  constexpr int kNoExtension = -1;
+  int place = kNoExtension;
+  const std::unique_ptr<TLS_FEATURE, FeaturesDeleter> features(
+      static_cast<TLS_FEATURE*>(X509_get_ext_d2i(certificate, NID_tlsfeature, &place, nullptr)));
+  if (features == nullptr) return place != kNoExtension;
+  for (int i = 0; i < sk_ASN1_INTEGER_num(features.get()); ++i) {
+    if (ASN1_INTEGER_get(sk_ASN1_INTEGER_value(features.get(), i)) == kStatusRequest) return true;
+  }
+  return false;
+}
+
+bool StatusHolds(OCSP_SINGLERESP* single, bool isDemanded) {
   ASN1_GENERALIZEDTIME* from = nullptr;
   ASN1_GENERALIZEDTIME* until = nullptr;
   const int status = OCSP_single_get0_status(single, nullptr, nullptr, &from, &until);
   // A revocation is final, so its dates do not matter.
   if (status == V_OCSP_CERTSTATUS_REVOKED) return false;
   const bool isCurrent = OCSP_check_validity(from, until, kClockSeconds, -1) == 1;
-  return status == V_OCSP_CERTSTATUS_GOOD || !isCurrent;
+  return isCurrent ? status == V_OCSP_CERTSTATUS_GOOD : !isDemanded;
 }
 
 }  // namespace
@@ -64,19 +83,21 @@ bool StapledAnswerHolds(const CertificateList& chain, const unsigned char* answe
   // Without an issuer in the chain the certificate itself is trusted, and no one else could sign an
   // answer.
   if (sk_X509_num(chain.get()) < 2) return true;
+  X509* const certificate = sk_X509_value(chain.get(), 0);
+  X509* const issuer = sk_X509_value(chain.get(), 1);
+  const bool isDemanded = DemandsAnswer(certificate);
+  if (answer == nullptr || length <= 0) return !isDemanded;
   const unsigned char* at = answer;
   const OcspPointer<OCSP_RESPONSE> response(d2i_OCSP_RESPONSE(nullptr, &at, length));
   if (response == nullptr || at != answer + length) return false;
-  if (OCSP_response_status(response.get()) != OCSP_RESPONSE_STATUS_SUCCESSFUL) return true;
+  if (OCSP_response_status(response.get()) != OCSP_RESPONSE_STATUS_SUCCESSFUL) return !isDemanded;
   const OcspPointer<OCSP_BASICRESP> basic(OCSP_response_get1_basic(response.get()));
   if (basic == nullptr || !IsSignedFor(basic.get(), chain)) return false;
-  X509* const certificate = sk_X509_value(chain.get(), 0);
-  X509* const issuer = sk_X509_value(chain.get(), 1);
   bool answered = false;
   for (int i = 0; i < OCSP_resp_count(basic.get()); ++i) {
     OCSP_SINGLERESP* const single = OCSP_resp_get0(basic.get(), i);
     if (!IsAbout(single, certificate, issuer)) continue;
-    if (!StatusHolds(single)) return false;
+    if (!StatusHolds(single, isDemanded)) return false;
     answered = true;
   }
   return answered;

@@ -56,7 +56,7 @@ bool StapledAnswerHolds(CURL* easy, const CertificateList& chain) {
   const unsigned char* answer = nullptr;
   const long length =
       SSL_get_tlsext_status_ocsp_resp(static_cast<SSL*>(session->internals), &answer);
-  return answer == nullptr || length <= 0 || StapledAnswerHolds(chain, answer, length);
+  return StapledAnswerHolds(chain, answer, length);
 }
 
 }  // namespace krofx::internal

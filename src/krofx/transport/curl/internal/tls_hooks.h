@@ -28,7 +28,7 @@ struct TlsEnd {
 bool HookTls(CURL* easy, TlsEnd& end);
 
 /// Checks the revocation answer that the server of a transfer stapled, if any.
-/// @return as StapledAnswerHolds; true without an answer.
+/// @return as the other StapledAnswerHolds; true when libcurl does not use OpenSSL.
 bool StapledAnswerHolds(CURL* easy, const CertificateList& chain);
 
 }  // namespace krofx::internal
