@@ -13,9 +13,10 @@ namespace krofx::command {
 void AddBankAccountOptions(const Subcommand& request, BankAccountOptions& options) {
   const std::string prefix = "--" + options.prefix;
   request.AddOption(prefix + "account", options.account, "The account's number");
-  request.AddOption(prefix + "bank", options.bank, "The bank's routing number");
-  request.AddOption(prefix + "branch", options.branch, "The branch");
-  request.AddOption(prefix + "type", options.type, kAccountTypes);
+  const Option bank = request.AddOption(prefix + "bank", options.bank, "The bank's routing number");
+  // Without the bank they would describe a card, or an account that is found by its number.
+  request.AddOption(prefix + "branch", options.branch, "The branch").Needs(bank);
+  request.AddOption(prefix + "type", options.type, kAccountTypes).Needs(bank);
 }
 
 std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options,

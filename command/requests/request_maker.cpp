@@ -89,7 +89,8 @@ void RequestMaker::RequireOrder(const std::string& from, const std::string& to) 
 }
 
 void RequestMaker::RequireNoBlanks(const std::string& option, const std::string& given) {
-  if (given.starts_with(' ') || given.ends_with(' ')) {
+  for (const char* const blank : {" ", "\u00A0"}) {
+    if (!given.starts_with(blank) && !given.ends_with(blank)) continue;
     Fail(option + " has a blank at its start or its end");
   }
 }

@@ -89,6 +89,17 @@ refused 'request transfer' '--account has a blank' request transfer "${sign_on_o
 transfer '--to-account has a blank' --to-bank 123 --to-account ' 456' --amount 1
 transfer '--to-bank has a blank' --to-bank '123 ' --to-account 456 --amount 1
 transfer '--to-card has a blank' --to-card '4400 ' --amount 1
+transfer '--to-bank has a blank' --to-bank "$(printf '123\302\240')" --to-account 456 --amount 1
+# What an order would not say is not taken.
+for option in --to-branch --to-type; do
+  transfer "$option requires --to-bank" --to-card 4400 $option SAVINGS --amount 1
+  refused 'request mail' "${option/to-/} requires --bank" request mail "${sign_on_options[@]}" --subject a --text b \
+    "${option/to-/}" SAVINGS
+done
+for option in address city state postal-code country phone; do
+  refused 'request payment' "--payee-$option requires --payee" request payment "${sign_on_options[@]}" "${bank[@]}" \
+    --amount 1 --due 2026-03-20 --payee-id 5 --payee-account 6 "--payee-$option" USA
+done
 payment '--payee-account has a blank' --amount 1 --due 2026-03-20 --payee-account ' 5'
 for country in x de deu USAA; do
   payment "--payee-country $country is not a code of three capital letters, such as USA" --amount 1 \
@@ -96,7 +107,7 @@ for country in x de deu USAA; do
 done
 
 # An empty value is not an option that is left out: a variable of a script may have no value.
-for option in --due --every --memo --to-branch; do
+for option in --due --every --memo --to-branch --to-type; do
   transfer "$option: its value is empty" "${to[@]}" --amount 1 "$option" '' --v2
   transfer "$option: its value is empty" "${to[@]}" --amount 1 "$option=" --v2
 done

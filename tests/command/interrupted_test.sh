@@ -121,7 +121,7 @@ cat "$examples"/checking.ofx >big.ofx
 # The signal of the limit does not leave it either.
 (
   ulimit -f 1
-  exec "$krofx" rewrite big.ofx -o rewritten.ofx
+  exec ./interruptible "$krofx" rewrite big.ofx -o rewritten.ofx
 ) >out 2>err
 [ $? -eq $((128 + $(kill -l XFSZ))) ] || fail 'the signal of the limit does not end the command'
 [ "$(cat rewritten.ofx)" = old ] || fail 'half of a file was written'
