@@ -15,7 +15,7 @@ namespace {
 // A server that sends more header lines than this is taken to be hostile. libcurl's own limit for
 // the lines before a body is higher, it has none for trailers, and its limit for a single line is
 // lower.
-constexpr std::size_t kHeaderLimit = 256U * 1024;
+constexpr std::size_t kHeaderLimit = std::size_t{256} * 1024;
 
 // The lowest status of a reply that is not interim.
 constexpr long kFirstFinalStatus = 200;
