@@ -48,6 +48,7 @@ bool WantsColor() {
 
 TextForm FormOfStandardOutput(bool wide) {
   TextForm form;
+  form.detailed = wide;
   if (::isatty(STDOUT_FILENO) == 0) return form;
   form.color = WantsColor();
   if (wide) return form;

@@ -14,9 +14,10 @@ namespace krofx::command {
 struct TextForm {
   std::size_t columns = 0;  ///< The width that lines must fit into; 0 for no limit.
   bool color = false;       ///< Whether negative amounts are red.
+  bool detailed = false;    ///< Whether tables have the columns too that matter to few.
 };
 
-/// @param wide lifts the limit of a terminal.
+/// @param wide lifts the limit of a terminal, and asks for details.
 /// @return the form for standard output: that of its terminal, or without limits and colours when
 ///         it is none. NO_COLOR in the environment turns colours off.
 TextForm FormOfStandardOutput(bool wide);

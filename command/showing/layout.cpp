@@ -3,6 +3,7 @@
 #include "showing/layout.h"
 
 #include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace krofx::command {
@@ -33,6 +34,19 @@ constexpr RowColumn kAccountColumns[] = {
     {"broker_id", "broker_id"},       {"account_id", "account_id"},
     {"account_type", "account_type"}, {"statement_currency", "currency"},
 };
+
+// Columns that came later than others of their table. Readers count on the places of those.
+struct LateColumn {
+  std::string_view table;
+  std::string_view key;
+};
+constexpr LateColumn kLateColumns[] = {{"transactions", "to_bank"}};
+
+bool IsLate(std::string_view table, std::string_view key) {
+  return std::any_of(std::begin(kLateColumns), std::end(kLateColumns), [&](const LateColumn& each) {
+    return each.table == table && each.key == key;
+  });
+}
 
 template <class Visit>
 void ForEachTableOf(std::string_view key, Visit visit) {
@@ -94,7 +108,9 @@ std::string OwnersOf(std::string_view tableKey) {
 std::vector<RowColumn> RowColumnsOf(std::string_view tableKey) {
   std::vector<RowColumn> columns;
   const auto addTable = [&columns](const TableSpec& table) {
-    for (const FieldSpec& column : table.columns) AddColumn(columns, {column.key, ""});
+    for (const FieldSpec& column : table.columns) {
+      if (!IsLate(table.key, column.key)) AddColumn(columns, {column.key, ""});
+    }
   };
   if (tableKey == kPartsTable.key) addTable(kPartsTable);
   ForEachTableOf(tableKey, [&](const Layout&, const TableSpec& table) { addTable(table); });
@@ -102,6 +118,9 @@ std::vector<RowColumn> RowColumnsOf(std::string_view tableKey) {
     ForEachTableOf(tableKey, [&](const Layout& layout, const TableSpec&) {
       if (HasField(layout, column.field)) AddColumn(columns, column);
     });
+  }
+  for (const LateColumn& late : kLateColumns) {
+    if (late.table == tableKey) AddColumn(columns, {late.key, ""});
   }
   return columns;
 }

@@ -22,7 +22,7 @@ struct FieldSpec {
   std::string_view path;
   std::string_view key;
   std::string_view label;
-  bool detail = false;  ///< Left out of the text.
+  bool detail = false;  ///< Left out of the text; a column is there with --wide.
   bool minor = false;   ///< A column that is left out first where there is not room for all.
 };
 

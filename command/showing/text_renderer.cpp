@@ -60,11 +60,11 @@ void AppendWrapped(std::string& out, const std::string& start, const std::string
 void AppendTable(TextOutput& out, const Section& section, const Table& table,
                  const TextForm& form) {
   TextTable text;
-  // Where each column comes from; details are not shown.
+  // Where each column comes from.
   std::vector<std::size_t> shown;
   for (std::size_t index = 0; index < table.spec->columns.size(); ++index) {
     const FieldSpec& column = table.spec->columns[index];
-    if (column.detail) continue;
+    if (column.detail && !form.detailed) continue;
     shown.push_back(index);
     text.AddColumn(column.label,
                    column.minor ? TextTable::Weight::kMinor : TextTable::Weight::kMain);

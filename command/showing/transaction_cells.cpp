@@ -54,6 +54,7 @@ std::size_t IndexOf(const TableSpec& table, std::string_view key) {
 
 TransactionCells::TransactionCells(const TableSpec& table, bool showIdentifiers)
     : m_showIdentifiers(showIdentifiers),
+      m_bank(IndexOf(table, "to_bank")),
       m_account(IndexOf(table, "to_account")),
       m_cells(table.columns.size()) {
   const auto find = [&table](const auto& getters, auto& columns) {
@@ -82,7 +83,9 @@ Row TransactionCells::Make(const KRBankStatementTx& transaction, const krofx::Of
   for (const auto& [column, getter] : m_dates) {
     set(column, ValueKind::kDate, m_arena.Copy(ShownDate((view.*getter)())));
   }
-  set(m_account, ValueKind::kText, ShownNumberOf(view.ToAccount(), source));
+  const krofx::AccountView account = view.ToAccount();
+  set(m_bank, ValueKind::kText, ShownText(account.Institution(), &source, m_arena));
+  set(m_account, ValueKind::kText, ShownNumberOf(account, source));
   return m_cells;
 }
 

@@ -38,6 +38,7 @@ class TransactionCells {
   Columns<std::string_view> m_texts;
   Columns<std::optional<KRPrecisionInteger>> m_numbers;
   Columns<KRDateTime> m_dates;
+  std::size_t m_bank;
   std::size_t m_account;
   // The current row and its texts.
   TextArena m_arena;

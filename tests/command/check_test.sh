@@ -186,6 +186,22 @@ has out 'must be there is missing: <DSCAMT>'
 has out 'payment.ofx: usable; 1 missing tag'
 expect 1 check --details no-password.ofx
 has out 'must be there is missing: <USERPASS>'
+account='<BANKACCTFROM><BANKID>1<ACCTID>2<ACCTTYPE>CHECKING</BANKACCTFROM>'
+rule() { # MESSAGE-SET BODY ADVICE
+  { sed '/^<BILLPAYMSGSRQV1>/,$d' "$examples/billpay-request.ofx"; printf '<%s>%s</%s></OFX>' "$1" "$2" "$1"; } >rule.ofx
+  expect 1 check --details rule.ofx
+  has out "missing: $3 must be there, and "
+  [ "$(grep -c missing out)" -eq 1 ] || fail "more than the rule is said of $2"
+  has out 'rule.ofx: usable; 1 choice of tags not met'
+}
+rule SIGNUPMSGSRQV1 "<ACCTTRNRQ><TRNUID>1<ACCTRQ><SVCADD>${account//FROM/TO}<CCACCTTO><ACCTID>4</CCACCTTO></SVCADD><SVC>BANKSVC</ACCTRQ></ACCTTRNRQ>" \
+  'one of <BANKACCTTO>, <CCACCTTO> and <INVACCTTO>'
+for way in '<TOKEN>1<REFRESH>Y' ''; do
+  rule BANKMSGSRQV1 "<INTRASYNCRQ>$way<REJECTIFMISSING>N$account</INTRASYNCRQ>" 'one of <REFRESH>, <TOKEN> and <TOKENONLY>'
+done
+rule BANKMSGSRQV1 "<BANKMAILSYNCRQ><TOKEN>1<REJECTIFMISSING>N<INCIMAGES>N<USEHTML>N$account<CCACCTFROM><ACCTID>4</CCACCTFROM></BANKMAILSYNCRQ>" \
+  'one of <BANKACCTFROM> and <CCACCTFROM>'
+rule BILLPAYMSGSRQV1 '<PMTTRNRQ><TRNUID>1</PMTTRNRQ>' 'one of <PMTCANCRQ>, <PMTMODRQ> and <PMTRQ>'
 sed '/^OFXHEADER/d' "$examples/checking.ofx" >no-header.ofx
 expect 2 check --details --strict no-header.ofx
 has out 'must be there is missing: <OFXHEADER>'

@@ -35,6 +35,24 @@ assert held and all(row["broker_id"] == "harbor.example" and row["account_id"] =
 assert any(row["traded"] == "2026-03-03" for row in held), held
 END
 
+# Where a transfer went: the bank too, in the last column, since those that were there keep their places.
+statement 'MOVED<BANKACCTTO><BANKID>777<ACCTID>888<ACCTTYPE>SAVINGS</BANKACCTTO><CURRENCY><CURRATE>1.25<CURSYM>EUR</CURRENCY>' >moved.ofx
+expect 0 print --csv moved.ofx
+python3 - <<'END' || fail 'the bank of a transfer in CSV'
+import csv
+[row] = csv.DictReader(open("out", newline=""))
+assert (row["to_bank"], row["to_account"], row["rate"]) == ("777", "888", "1.25"), row
+assert list(row)[-2:] == ["statement_currency", "to_bank"], row
+END
+expect 0 print --json-lines moved.ofx
+has out '"to_bank":"777"'
+expect 0 print --json moved.ofx
+has out '"to_bank": "777"'
+expect 0 print --wide moved.ofx
+for each in 'To bank' 777 'To account' 888 'Rate' 1.25; do has out "$each"; done
+expect 0 print moved.ofx
+lacks out 777
+
 # Lines of JSON: the same rows, without what is absent.
 expect 0 print --csv plain.ofx "$examples/card.ofx" "$examples/brokerage.ofx"
 mv out rows.csv

@@ -76,6 +76,7 @@ void Show(Line& line, const krofx::TransactionView& tx, const krofx::StatementVi
   line.Add("sic", tx.IndustryCode());
   line.Add("payee_id", tx.PayeeId());
   line.Add("payee_city", tx.City());
+  line.Add("to_bank", tx.ToAccount().Institution());
   line.Add("to_account", tx.ToAccount().Number());
 }
 

@@ -57,6 +57,7 @@ constexpr FieldSpec kTransactionColumns[] = {
     {"SIC", "sic", "SIC", true},
     {"PAYEEID|PAYEEID2", "payee_id", "Payee ID", true},
     {"PAYEE/CITY|PAYEE2/CITY", "payee_city", "City", true},
+    {"BANKACCTTO/BANKID", "to_bank", "To bank", true},
     {"BANKACCTTO/ACCTID|CCACCTTO/ACCTID", "to_account", "To account", true},
 };
 
