@@ -105,6 +105,17 @@ TEST(ReadPasswords, AreStarsWhateverCharacterOfTheirTagIsDamaged) {
   }
 }
 
+TEST(ReadPasswords, AreStarsAsTags) {
+  for (const Frame& frame : kFrames) {
+    for (const std::size_t length : {std::size_t{0}, frame.tag.size() - 2, frame.tag.size() - 1}) {
+      const std::string tag = std::string(frame.tag.substr(0, length)) + '<';
+      const std::string text = std::string(kHeader) + std::string(frame.front) + tag +
+                               std::string(kPassword) + std::string(frame.after);
+      ExpectHidden(text, tag);
+    }
+  }
+}
+
 TEST(ReadPasswords, AreStarsWhenTheyAreTooLong) {
   for (const Frame& frame : kFrames) {
     std::string body = std::string(frame.front) + std::string(frame.tag);

@@ -119,6 +119,13 @@ class LineCounter {
   List<Mark> m_marks;
 };
 
+// Whether a tag may be a password that a damaged tag has ended in a '<': OFX writes tags in capital
+// letters.
+bool MayBePassword(std::string_view tag) {
+  constexpr std::string_view kOfTags = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._/";
+  return tag.find_first_not_of(kOfTags) != std::string_view::npos && !IsKnownTag(tag);
+}
+
 }  // namespace
 
 void Recorder::BeginText() {
@@ -224,6 +231,10 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   if (IsSecret(tag) || LengthOfPasswordTag(tagText) != 0 ||
       (spot.amongPasswords && tag == KRTag_None) || MayHavePassword(value, spot.amongPasswords)) {
     record.value.Clear('*');
+  }
+  if (spot.amongPasswords && tag == KRTag_None && MayBePassword(tagText) &&
+      LengthOfPasswordTag(tagText) == 0) {
+    record.tagText.Clear('*');
   }
   if (m_watcher != nullptr) m_watcher->OnWarning(record);
   if (!kept) return;
