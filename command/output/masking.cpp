@@ -18,6 +18,8 @@ namespace {
 constexpr std::string_view kPersonalTags[] = {"N.SSN", "TAXID", "N.BILLPAYACCT"};
 constexpr std::string_view kAccountTags[] = {"ACCTID", "ACCTKEY"};
 constexpr std::string_view kCardAggregates[] = {"CCACCTFROM", "CCACCTTO"};
+constexpr std::string_view kOtherAccounts[] = {"BANKACCTFROM", "BANKACCTTO", "INVACCTFROM",
+                                               "INVACCTTO"};
 
 // What the names of the tags of passwords have in common, also when damage took a character.
 constexpr std::string_view kPasswordWords[] = {"USERPAS", "TIMEPASS", "TEMPPASS", "PASS>"};
@@ -64,7 +66,9 @@ Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool i
 Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bool inPayroll) {
   const Disclosure ofElement = DisclosureOf(tag, aggregate, inPayroll);
   const bool isAmongCard = IsOneOf(kCardAggregates, aggregate) || IsOneOf(kCardAggregates, tag);
-  return ofElement == Disclosure::kAll && isAmongCard ? Disclosure::kCard : ofElement;
+  // A number that has lost the aggregate around it may be that of a card.
+  const bool isLost = IsOneOf(kAccountTags, tag) && !IsOneOf(kOtherAccounts, aggregate);
+  return ofElement == Disclosure::kAll && (isAmongCard || isLost) ? Disclosure::kCard : ofElement;
 }
 
 std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate) {

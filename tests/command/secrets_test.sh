@@ -86,6 +86,13 @@ for tag in 'ACCTID>' '<ACCTD>' '<ACCT ID>' '<ACCTID' '</ACCTID>' '<ACCTI"D>'; do
     if grep -qF 5500111122224410 out err; then fail "$arguments shows a card after $tag"; fi
   done
 done
+sed 's/<CCACCTFROM>/<CCACCFROM>/' "$examples/card.ofx" >card.ofx
+for arguments in 'check --details' 'check --strict --details' 'check --strict --json'; do
+  # shellcheck disable=SC2086
+  "$krofx" $arguments card.ofx >out 2>err
+  if grep -qF 5500111122224410 out err; then fail "$arguments shows a card without its aggregate"; fi
+done
+has out '************4410'
 
 # No core file, whatever ends the command.
 ulimit -c unlimited 2>/dev/null
