@@ -86,14 +86,13 @@ std::string Masked(std::string_view value, Disclosure disclosure) {
 }
 
 bool MayNamePassword(std::string_view text) {
-  if (text.find_first_of("<>") != std::string_view::npos) return true;
-  // All the words have these three letters.
-  const auto isLetter = [](char character, char small) { return (character | 0x20) == small; };
-  for (std::size_t index = 0; index + 3 < text.size(); ++index) {
-    if (isLetter(text[index], 'p') && isLetter(text[index + 1], 'a') &&
-        isLetter(text[index + 2], 's')) {
-      return true;
-    }
+  // A tag has brackets, and all the words have these three letters.
+  const auto isLetter = [&text](std::size_t index, char small) {
+    return index < text.size() && (text[index] | 0x20) == small;
+  };
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (text[index] == '<' || text[index] == '>') return true;
+    if (isLetter(index, 'p') && isLetter(index + 1, 'a') && isLetter(index + 2, 's')) return true;
   }
   return false;
 }
