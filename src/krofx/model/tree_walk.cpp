@@ -4,12 +4,14 @@
 #include "krofx/model/internal/aggregate.h"
 #include "krofx/model/internal/child_walk.h"
 #include "krofx/model/internal/missing_search.h"
+#include "krofx/model/internal/presence_demand.h"
 #include "krofx/model/internal/row_access.h"
 #include "krofx/model/value_arrays.h"
 #include "krofx/model/value_kinds.h"
 #include "krofx/values/utility.h"
 
 using krofx::internal::AggregateTable;
+using krofx::internal::DemandOf;
 using krofx::internal::FindRow;
 using krofx::internal::FindUnmetRule;
 using krofx::internal::ForEachChild;
@@ -74,23 +76,6 @@ void Patch(KRDataObj& object) {
     Patch(child);
     return true;
   });
-}
-
-KRPresenceDemand DemandOf(RuleKind kind) {
-  switch (kind) {
-    case RuleKind::kNone:
-      return KRPresenceDemand_None;
-    case RuleKind::kAtMostOne:
-      return KRPresenceDemand_AtMostOne;
-    case RuleKind::kExactlyOne:
-    case RuleKind::kExclusiveOr:
-      return KRPresenceDemand_ExactlyOne;
-    case RuleKind::kAtLeastOne:
-      return KRPresenceDemand_AtLeastOne;
-    case RuleKind::kAll:
-      break;
-  }
-  return KRPresenceDemand_All;
 }
 
 }  // namespace

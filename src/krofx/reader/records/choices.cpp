@@ -9,6 +9,7 @@
 
 #include "krofx/model/data_object.h"
 #include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/presence_demand.h"
 #include "krofx/model/internal/required_bits.h"
 #include "krofx/values/utility.h"
 
@@ -48,21 +49,6 @@ struct Group {
     return true;
   }
 };
-
-KRPresenceDemand DemandOf(RuleKind kind) {
-  switch (kind) {
-    case RuleKind::kNone:
-      return KRPresenceDemand_None;
-    case RuleKind::kAtMostOne:
-      return KRPresenceDemand_AtMostOne;
-    case RuleKind::kAtLeastOne:
-      return KRPresenceDemand_AtLeastOne;
-    case RuleKind::kAll:
-      return KRPresenceDemand_All;
-    default:
-      return KRPresenceDemand_ExactlyOne;
-  }
-}
 
 // What to do about a rule that fails.
 // @param conditions those tags that made it apply.
