@@ -36,9 +36,8 @@ std::string TextOf(const Bank& bank);
 /// @return the text of an account of a bank.
 std::string TextOf(const std::string& bankName, const Account& account);
 
-/// @return what is wrong with a bank that the file is to have; empty when it can have it. It
-/// repeats
-///         no value but the type of an account.
+/// @return what is wrong with a bank that the file is to have; empty when it can have it. No value
+///         but the type of an account is repeated.
 std::string FindProblem(const Bank& bank);
 
 /// Adds text at the end of the file of banks, which is made if there is none.

@@ -119,7 +119,7 @@ std::string TextOf(const std::string& bankName, const Account& account) {
 
 std::string FindProblem(const Bank& bank) {
   const std::string problem = ParseBanks(TextOf(bank), "").problem;
-  // The line is that of a text that nobody has seen.
+  // Without the number of the line, which is that of a text that the user has not written.
   return problem.empty() ? "" : problem.substr(problem.find(": ") + 2);
 }
 

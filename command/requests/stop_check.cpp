@@ -27,14 +27,14 @@ void RequireCheckNumber(const char* option, const std::string& given, RequestMak
   maker.Fail(std::string(option) + " " + given + " is not the number of a check; write it as 1042");
 }
 
-// What is stopped beyond what was meant is not paid.
+// A range that is read too widely stops checks that should be paid.
 void RequireRange(const Options& options, RequestMaker& maker) {
   RequireCheckNumber("--first", options.first, maker);
   RequireCheckNumber("--last", options.last, maker);
   if (options.last.empty()) return;
   if (!AreOfOneSeries(options.first, options.last)) {
     maker.Fail("--first " + options.first + " and --last " + options.last +
-               " have no numbers between them that are certain; write both as 1042");
+               " do not say which numbers lie between them; write both as 1042");
   } else if (IsHigherNumber(options.first, options.last)) {
     maker.Fail("--first " + options.first + " is higher than --last " + options.last);
   }

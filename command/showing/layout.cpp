@@ -35,7 +35,8 @@ constexpr RowColumn kAccountColumns[] = {
     {"account_type", "account_type"}, {"statement_currency", "currency"},
 };
 
-// Columns that came later than others of their table. Readers count on the places of those.
+// Columns that stand last in their table, since programs rely on the places of those that were
+// there before them.
 struct LateColumn {
   std::string_view table;
   std::string_view key;

@@ -75,9 +75,9 @@ expect 0 request stop-check "${sign_on_options[@]}" "${bank[@]}" --first 0099 --
 stop_check '--first A110 is higher than --last A100' --first A110 --last A100
 expect 0 request stop-check "${sign_on_options[@]}" "${bank[@]}" --first A99 --last A100
 for last in 99a B120 A; do
-  stop_check "--first A110 and --last $last have no numbers between them" --first A110 --last "$last"
+  stop_check "--first A110 and --last $last do not say which numbers lie between them" --first A110 --last "$last"
 done
-stop_check '--first 110 and --last 99a have no numbers' --first 110 --last 99a
+stop_check '--first 110 and --last 99a do not say which numbers' --first 110 --last 99a
 for number in 1,000 1.5 -5 0 000 '1 2' '7 ' ' 7' '#7'; do
   stop_check "--first $number is not the number of a check" --first "$number"
   stop_check "--last $number is not the number of a check" --first 1 --last "$number"

@@ -146,7 +146,8 @@ class Refused(Probe):
 
     def test_refuses_lines_that_lack_a_word(self):
         lines = ["rule", "rule none", "rule when NAME", "version", "include", "splice", "requires"]
-        lines += ["unmet_rules", "unmet_rules in", "override", "override Build", "override Build in", "slot", "slot Name", "preset"]
+        lines += ["unmet_rules", "unmet_rules in", "override", "override Build"]
+        lines += ["override Build in", "slot", "slot Name", "preset"]
         lines += ["NAME", "NAME KRString32", "NAME child", 'preset ACCTID "x']
         for line in lines:
             with self.subTest(line=line):

@@ -73,7 +73,7 @@ constexpr Rule OneOf(const KRTagID (&tags)[kCount]) {
   return {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, tags, kCount};
 }
 
-// In this order, a wrapper without an account has the first only.
+// The rule of the accounts is last: a wrapper without one has only the rules before it.
 constexpr Rule kRequestRules[] = {OneOf(kWays), OneOf(kAccounts)};
 constexpr Rule kRequestRules2[] = {OneOf(kWays2), OneOf(kAccounts)};
 constexpr Rule kResponseRules[] = {OneOf(kAccounts)};

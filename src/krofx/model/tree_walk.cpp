@@ -15,6 +15,7 @@ using krofx::internal::DemandOf;
 using krofx::internal::FindRow;
 using krofx::internal::FindUnmetRule;
 using krofx::internal::ForEachChild;
+using krofx::internal::IsMetByCondition;
 using krofx::internal::kFixedText;
 using krofx::internal::kNumber;
 using krofx::internal::MissingSearch;
@@ -90,8 +91,7 @@ u16 krofx::internal::FindUnmetRule(const KRDataObj& object, const Rule* rules, u
       if (presence.Has(rule->tags[tag])) ++present;
     }
     found = {DemandOf(rule->kind), rule->tags, rule->count, present};
-    // A tag of the condition, which would lift the rule, is one more way out.
-    if (rule->kind == RuleKind::kAtLeastOne && rule->condition == RuleCondition::kUnlessAny) {
+    if (IsMetByCondition(*rule)) {
       found.count = static_cast<u16>(found.count + rule->conditionCount);
     }
     return 1;

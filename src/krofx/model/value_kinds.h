@@ -249,10 +249,9 @@ inline constexpr const ValueKind& kKeywordIndex =
     Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
               ValueForm::kKeyword>::kKind;
 
-/// @return whether a value is valid by the rule of its class, which numbers, dates and times have.
-/// A
-///         blank payroll amount or date is valid. An enumeration has no such rule: a build refuses
-///         a value without a keyword.
+/// @return whether a value is valid by the rule of its class, which numbers, dates and times have;
+///         a blank payroll amount or date is. An enumeration has no such rule: a build refuses a
+///         value without a keyword.
 template <class Value>
 bool PassesItsRule(const Value& value) {
   if constexpr (requires { value.IsEmpty(); } && !std::is_base_of_v<KRString, Value>) {
@@ -306,9 +305,9 @@ u16 AppendNativeEntry(KRDataObj& object, KRTagID tag, Array& array, const Value&
 }
 
 /// The body of a generated setter of entry `index` of an array of texts.
+/// A text over the limit is kept, after a KRPW_TOOLONG warning.
 /// @return what SetTag gives; 0 when the array did not take the text; 3 for an empty text, which is
-/// not
-///         stored. A text over the limit is kept, after a KRPW_TOOLONG warning.
+///         not stored.
 KROFX_API u16 SetTextEntry(KRDataObj& object, KRTagID tag, KRDynamicArrayString& array, u16 index,
                            const KRString& text);
 

@@ -25,7 +25,12 @@ constexpr PasswordTag kPasswordTags[] = {
     {KRTag_TEMPPASS, "TEMPPASS"},
 };
 
-constexpr std::size_t kLongestName = 11;
+constexpr std::size_t kLongestName =
+    std::max_element(std::begin(kPasswordTags), std::end(kPasswordTags),
+                     [](const PasswordTag& left, const PasswordTag& right) {
+                       return left.name.size() < right.name.size();
+                     })
+        ->name.size();
 constexpr std::size_t kMostEdits = 2;
 
 char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }

@@ -2,7 +2,7 @@
 //
 // When damage takes a character of such a tag, the password after it becomes the text of a tag that
 // nobody knows, or a part of the text before it. Whoever quotes texts asks here whether a password
-// may be in one.
+// may be in one. Whether a whole tag is that of a password, IsSecret of core/parse_logger.h says.
 
 #ifndef KROFX_CORE_INTERNAL_PASSWORDS_H_
 #define KROFX_CORE_INTERNAL_PASSWORDS_H_

@@ -24,7 +24,7 @@ constexpr KRTagID kSources[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVA
 constexpr Rule OneOf(const KRTagID (&tags)[3]) {
   return {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, tags, 3, true};
 }
-// Those of an action that names both; an action that names one has the one.
+// An action that names only one of the two has only its rule.
 constexpr Rule kRules[] = {OneOf(kTargets), OneOf(kSources)};
 constexpr const Rule& kOneTarget = kRules[0];
 constexpr const Rule& kOneSource = kRules[1];

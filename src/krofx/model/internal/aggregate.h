@@ -358,10 +358,10 @@ inline u16 NoteElement(KRDataObj& object, u16 stored, KRDataObj* child) {
   return stored == 0 ? static_cast<u16>(0) : object.SetTag(child->GetType());
 }
 
-/// @return whether a child's type is the tag of a row of the object that does not use this array,
-/// or
-///         of no row, and its class not that of a row of the array. The array must not take such a
-///         child: the object would seem complete, and the child would not be written.
+/// Whether an array must not take a child, since the object would seem complete and the child would
+/// not be written.
+/// @return whether the child's type is the tag of a row of the object that does not use this array,
+///         or it is the tag of no row and the class is not that of a row of the array.
 KROFX_API bool BelongsElsewhere(const KRDataObj& object, const void* array, KRDataObj* child);
 
 /// The body of a generated setter of an array element: takes ownership of the child as entry

@@ -26,6 +26,11 @@ constexpr KRPresenceDemand DemandOf(RuleKind kind) {
   return KRPresenceDemand_All;
 }
 
+/// @return whether an object that does not meet a rule can also meet it by a tag of the condition.
+constexpr bool IsMetByCondition(const Rule& rule) {
+  return rule.kind == RuleKind::kAtLeastOne && rule.condition == RuleCondition::kUnlessAny;
+}
+
 }  // namespace krofx::internal
 
 #endif  // KROFX_MODEL_INTERNAL_PRESENCE_DEMAND_H_

@@ -79,14 +79,14 @@ KRString Advise(KRPresenceDemand demand, const Group& group, const List<KRTagID>
   }
 }
 
-bool TakeDown(KRPresenceDemand demand, Group& group, const List<KRTagID>& conditions,
-              List<MissedChoice>& missed) {
+bool Note(KRPresenceDemand demand, Group& group, const List<KRTagID>& conditions,
+          List<MissedChoice>& missed) {
   if (demand == KRPresenceDemand_All) return missed.Append({{}, std::move(group.absent)});
   KRString advice = Advise(demand, group, conditions);
   return missed.Append({std::move(advice), std::move(group.valid)});
 }
 
-// Takes a rule of the table down if it fails. Tags of the other version are no choice.
+// Notes a rule of the table if it fails. Tags of the other version are no choice.
 bool CheckRule(const KRDataObj& object, const Rule& rule, List<MissedChoice>& missed) {
   // What must be there in any case is named tag by tag.
   if (rule.kind == RuleKind::kAll && rule.reported) return true;
@@ -99,18 +99,17 @@ bool CheckRule(const KRDataObj& object, const Rule& rule, List<MissedChoice>& mi
   const int held = static_cast<int>(group.present.size());
   const int met = static_cast<int>(conditions.present.size());
   if (group.valid.empty() || RuleHolds(rule, met, held)) return true;
-  // One of them would do as well.
-  const bool isWide = rule.condition == RuleCondition::kUnlessAny &&
-                      (rule.kind == RuleKind::kAtLeastOne || rule.kind == RuleKind::kExactlyOne);
-  if (isWide && !group.Add(object, rule.conditionTags, rule.conditionCount)) return false;
-  return TakeDown(DemandOf(rule.kind), group, conditions.present, missed);
+  if (IsMetByCondition(rule) && !group.Add(object, rule.conditionTags, rule.conditionCount)) {
+    return false;
+  }
+  return Note(DemandOf(rule.kind), group, conditions.present, missed);
 }
 
-// Takes down a rule that an object does not meet and that is not in its table.
+// Notes a rule that an object does not meet and that is not in its table.
 bool CheckOwnRule(const KRDataObj& object, const KRUnmetRule& rule, List<MissedChoice>& missed) {
   Group group;
   if (!group.Add(object, rule.tags, rule.count)) return false;
-  return group.valid.empty() || TakeDown(rule.demand, group, {}, missed);
+  return group.valid.empty() || Note(rule.demand, group, {}, missed);
 }
 
 }  // namespace
@@ -128,16 +127,14 @@ KRString ListedTags(const List<KRTagID>& tags, const char* last) {
 
 bool FindMissedChoices(const KRDataObj& object, List<MissedChoice>& missed) {
   const AggregateTable* const table = ObjectAccess::TableOf(object);
-  const std::span<const Rule> rules(table == nullptr ? nullptr : table->rules,
-                                    table == nullptr ? 0 : table->ruleCount);
-  for (const Rule& rule : rules) {
+  if (table == nullptr) return true;
+  for (const Rule& rule : std::span(table->rules, table->ruleCount)) {
     if (!CheckRule(object, rule, missed)) return false;
   }
+  if (table->unmetRule == nullptr) return true;
   KRUnmetRule unmet;
-  for (u16 index = 0; KRUtility::GetUnmetRule(&object, index, unmet) != 0; ++index) {
-    const bool isOfTable = std::any_of(
-        rules.begin(), rules.end(), [&unmet](const Rule& rule) { return rule.tags == unmet.tags; });
-    if (!isOfTable && !CheckOwnRule(object, unmet, missed)) return false;
+  for (u16 index = 0; table->unmetRule(object, index, unmet) != 0; ++index) {
+    if (!CheckOwnRule(object, unmet, missed)) return false;
   }
   return true;
 }

@@ -119,8 +119,8 @@ class LineCounter {
   List<Mark> m_marks;
 };
 
-// Whether a tag may be a password that a damaged tag has ended in a '<': OFX writes tags in capital
-// letters.
+// Whether what stands where a tag should may be a password, after a damaged tag that ends with '<'
+// in place of '>'. Tags are written in capital letters.
 bool MayBePassword(std::string_view tag) {
   constexpr std::string_view kOfTags = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._/";
   return tag.find_first_not_of(kOfTags) != std::string_view::npos && !IsKnownTag(tag);
