@@ -11,6 +11,8 @@ source scripts/packages.sh
 
 install_missing "${test_packages[@]}"
 jobs=$(nproc)
+# Tests with servers, terminals and time limits wait, and leave processors to others.
+tests=$((2 * jobs))
 
 for preset in release asan; do
   echo "Building $preset"
@@ -20,10 +22,10 @@ done
 for preset in release asan; do
   echo "Testing $preset"
   if [ -t 1 ]; then
-    ctest --preset "$preset" --progress --parallel "$jobs"
+    ctest --preset "$preset" --progress --parallel "$tests"
   else
     # Away from a terminal only what went wrong is worth a line, and the count.
-    ctest --preset "$preset" --parallel "$jobs" |
+    ctest --preset "$preset" --parallel "$tests" |
       sed -uE '/^ *Start +[0-9]+: /d; /^ *[0-9]+\/[0-9]+ Test +#[0-9]+: .* Passed +[0-9.]+ sec *$/d'
   fi
 done
