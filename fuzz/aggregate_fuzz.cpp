@@ -17,8 +17,7 @@ void Run(Bytes bytes) {
   const krofx::testing::AnyClass& any = ChooseClass(choices);
   const u16 version = static_cast<u16>(1 + choices.Below(2));
   CheckTree<KRSimpleParser>(
-      choices.Rest(), [&any, version] { return any.Make(version); },
-      [](KRDataObj& to, KRDataObj& from) { return krofx::internal::CopyAggregate(to, &from); });
+      choices.Rest(), [&any, version] { return any.Make(version); }, &CopyObject);
 }
 
 const Target kTarget("aggregate", &Run);

@@ -1,4 +1,4 @@
-// Choosing one of all classes.
+// Choosing one of all classes, and copying its objects.
 
 #ifndef KROFX_FUZZ_ANY_CLASS_H_
 #define KROFX_FUZZ_ANY_CLASS_H_
@@ -19,6 +19,16 @@ inline const krofx::testing::AnyClass& ChooseClass(Choices& choices) {
   }();
   // Two bytes, however many classes there are.
   return classes[choices.Below(65536) % classes.size()];
+}
+
+/// Makes `to` a deep copy of another object of its class.
+/// @return 1, or 0 when something could not be copied.
+inline u16 CopyObject(KRDataObj& to, KRDataObj& from) {
+  // A payload may hold more than its table describes.
+  if (auto* const payload = dynamic_cast<KRTransBase*>(&to)) {
+    return payload->DeepCopyFrom(dynamic_cast<KRTransBase*>(&from));
+  }
+  return krofx::internal::CopyAggregate(to, &from);
 }
 
 }  // namespace krofx::fuzz

@@ -99,7 +99,7 @@ void Run(Bytes bytes) {
   ExpectSame(strict, Written<HostBuilder>(*tree, KRBuildStringOpt_Strict),
              "strict writing is one, too");
   const auto copied = any.Make(version);
-  Expect(CopyAggregate(*copied, tree.get()) == 1, "a tree can be copied");
+  Expect(CopyObject(*copied, *tree) == 1, "a tree can be copied");
   ExpectSame(written, Written(*copied), "a copy is written as its original");
 
   if (IsText(strict)) {
