@@ -9,11 +9,15 @@
 #include <memory>
 #include <optional>
 
+#include "krofx/transport/exchange/internal/log_line.h"
 #include "output/characters.h"
 
 namespace krofx::command {
 
 namespace {
+
+// The scheme of a proxy may be one that the parser does not know, and may be left out.
+constexpr unsigned kFlagsOfProxies = CURLU_NON_SUPPORT_SCHEME | CURLU_GUESS_SCHEME;
 
 // What the parser of the transport makes of a URL: nothing of one that cannot be used.
 class ParsedUrl {
@@ -63,6 +67,14 @@ void EraseSecrets(std::string& url) {
   if (url.find_first_not_of("0123456789", port + 1) < hostEnd) url.erase(port);
 }
 
+// Hides what the library's log would hide of it.
+std::string WithoutWhatTheLogHides(const std::string& url) {
+  const krofx::internal::LoggableUrl loggable(url.c_str());
+  const std::string_view masked(loggable.Text());
+  const auto [kept, hidden] = std::mismatch(url.begin(), url.end(), masked.begin(), masked.end());
+  return kept == url.end() ? url : std::string(url.begin(), kept) + "***";
+}
+
 }  // namespace
 
 Url::Url(std::string_view text) {
@@ -77,6 +89,8 @@ Url::Url(std::string_view text) {
   if (rest.starts_with("///") || (scheme != "https" && scheme != "http")) return;
   const ParsedUrl parsed(Text(), 0);
   host = parsed.Get(CURLUPART_HOST).value_or("");
+  // Wide forms of '@' and ':' become these when the name is looked up.
+  if (!host.starts_with('[') && WithoutWhatTheLogHides(host) != host) host.clear();
   hasUser = parsed.Get(CURLUPART_USER).has_value() || parsed.Get(CURLUPART_PASSWORD).has_value();
   const std::optional<std::string> zone = parsed.Get(CURLUPART_ZONEID);
   if (zone.has_value()) host.insert(host.size() - 1, "%" + *zone);
@@ -86,7 +100,9 @@ std::string Url::Shown() const {
   std::string shown = scheme.empty() ? rest : Text();
   if (scheme != "file") EraseSecrets(shown);
   shown.erase(std::min(shown.find_first_of("?#"), shown.size()));
-  return shown;
+  // The escape in what the transport reads as a numeric address is that of its zone.
+  if (scheme == "file" || host.starts_with('[')) return shown;
+  return WithoutWhatTheLogHides(shown);
 }
 
 bool Url::IsLoopback() const {
@@ -95,10 +111,15 @@ bool Url::IsLoopback() const {
   return LowerAscii(host) == "localhost" || host == "[::1]";
 }
 
+bool HasPassword(const std::string& proxy) {
+  const ParsedUrl parsed(proxy, kFlagsOfProxies);
+  return parsed.Get(CURLUPART_PASSWORD).has_value();
+}
+
 bool IsProxyAddress(const std::string& text) {
   constexpr std::string_view kSchemes[] = {"http",    "https",  "socks4",
                                            "socks4a", "socks5", "socks5h"};
-  const ParsedUrl parsed(text, CURLU_NON_SUPPORT_SCHEME | CURLU_GUESS_SCHEME);
+  const ParsedUrl parsed(text, kFlagsOfProxies);
   const std::string scheme = parsed.Get(CURLUPART_SCHEME).value_or("");
   return std::find(std::begin(kSchemes), std::end(kSchemes), scheme) != std::end(kSchemes) &&
          !parsed.Get(CURLUPART_HOST).value_or("").empty() &&

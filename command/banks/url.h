@@ -17,13 +17,14 @@ struct Url {
   std::string rest;    ///< Everything after the colon, or all without a scheme.
   /// Of http and https, without the port. Empty when there is none, and when the URL cannot be
   /// used: because the transport's parser refuses it, or because it has blanks, control characters
-  /// or backslashes, which programs understand in different ways.
+  /// or backslashes, or another form of "@" or ":", which programs understand in different ways.
   std::string host;
   bool hasUser = false;  ///< A user or a password is before the host.
 
   /// @return the URL with its scheme in small letters, which is what the transport knows as secure.
   std::string Text() const { return scheme + ":" + rest; }
-  /// The same without what may be secret: user, query, fragment, and what could be a password.
+  /// The same without what may be secret: user, query, fragment, and what could be a password, for
+  /// which there are three stars where the rest is not clear either.
   std::string Shown() const;
   /// @return whether the host is this machine.
   bool IsLoopback() const;
@@ -32,6 +33,9 @@ struct Url {
 /// @return whether the text is the address of a proxy that the transport can use, such as
 ///         http://proxy.example:3128. One without a scheme needs a port.
 bool IsProxyAddress(const std::string& text);
+
+/// @return whether the address of a proxy has a password, be it an empty one.
+bool HasPassword(const std::string& proxy);
 
 }  // namespace krofx::command
 

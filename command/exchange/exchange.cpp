@@ -96,7 +96,10 @@ void FillExchange(ExchangeOptions& options, const Bank& bank) {
   if (options.rootFiles.empty()) options.rootFiles = bank.rootFiles;
   if (options.pins.empty()) options.pins = bank.pins;
   if (options.timeout == 0) options.timeout = bank.timeout;
-  if (options.proxy.empty()) options.proxy = bank.proxy;
+  if (options.proxy.empty()) {
+    options.proxy = bank.proxy;
+    options.isProxyKept = true;
+  }
 }
 
 std::string Exchange::GetShownUrl() const { return Url(m_options.url).Shown(); }
@@ -128,6 +131,10 @@ std::string Exchange::FindWrongUse(Direction direction) {
   }
   if (!m_options.proxy.empty() && !IsProxyAddress(m_options.proxy)) {
     return "--proxy takes the address of a proxy, such as http://proxy.example:3128";
+  }
+  if (!m_options.isProxyKept && HasPassword(m_options.proxy)) {
+    return "--proxy takes no password, since everyone on the machine can see the arguments; write "
+           "it to \"proxy\" of the bank in banks.toml";
   }
   m_url = url.Text();
   return "";

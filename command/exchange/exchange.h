@@ -28,6 +28,7 @@ struct ExchangeOptions {
   std::vector<std::string> rootFiles;  ///< Files with the roots to trust, in place of the system's.
   int timeout = 0;                     ///< In seconds; 0 for what is usual.
   std::string proxy;                   ///< URL of the proxy to go through; empty for none.
+  bool isProxyKept = false;            ///< The proxy is from the file of banks, not an argument.
   std::string headerFile;              ///< Where the reply's headers go; empty for nowhere.
   std::string progress;                ///< What the line of progress calls it; else the host.
   bool log = false;                    ///< The transport's log goes to standard error.

@@ -79,6 +79,7 @@ ExitStatus CheckGiven(const Bank& bank) {
   ExchangeOptions exchange;
   exchange.subcommand = "bank add";
   FillExchange(exchange, bank);
+  exchange.isProxyKept = false;
   // Each exchange says for itself whether a password may go over plain http.
   exchange.allowHttp = true;
   return Exchange(exchange).Prepare(Direction::kSend);

@@ -344,6 +344,14 @@ TEST(LoggableUrl, HidesWhatCouldBeAPasswordInTextsThatAreNoPlainUrls) {
                                 "https://h/#secret",
                                 "https://h#secret@h",
                                 "h/#secret",
+                                "https://u:secret\uFF20h/",
+                                "https://u:secret\uFE6Bh/",
+                                "https://u\uFF1Asecret\uFF20h/",
+                                "https://u\uFE55secret\uFE6Bh:1/",
+                                "https://u\uFE13secret\uFF20h/",
+                                "https://u\uFF1Asecret@h/",
+                                "https\uFF1A//u:secret\uFF20h/",
+                                "u\uFF1Asecret\uFF20h/",
                                 "u:secret"}) {
     EXPECT_EQ(std::string(LoggableUrl(url).Text()).find("secret"), std::string::npos) << url;
   }

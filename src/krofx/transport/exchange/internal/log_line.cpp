@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <string_view>
 
 #include "krofx/core/memory.h"
@@ -22,6 +23,12 @@ constexpr std::string_view kDigits = "0123456789";
 constexpr std::string_view kUserCharacters =
     "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~+";
 constexpr std::string_view kAddressCharacters = "0123456789ABCDEFabcdef:.";
+
+// What stands for '@' or ':' without being it: the beginning of an escape, since hosts have no '%',
+// and the wide and small forms of keyboards for Chinese and Japanese, of which U+FF20, U+FE6B,
+// U+FF1A, U+FE55 and U+FE13 become '@' and ':' in the names of hosts.
+constexpr std::string_view kDisguises[] = {
+    "%", "\xef\xbc\xa0", "\xef\xb9\xab", "\xef\xbc\x9a", "\xef\xb9\x95", "\xef\xb8\x93"};
 
 constexpr std::size_t kNone = std::string_view::npos;
 
@@ -87,14 +94,20 @@ Span SecretBefore(std::string_view url, std::size_t begin, std::size_t at) {
   return colon == at ? kNothing : Span{colon + 1, at};
 }
 
+// Whether '@' or a colon may be in the text in another form.
+bool HasDisguise(std::string_view text) {
+  return std::any_of(std::begin(kDisguises), std::end(kDisguises),
+                     [text](std::string_view each) { return text.find(each) != kNone; });
+}
+
 // The part, in a text without '@' from `begin` on, that is in the place of a port but is none; the
-// whole of a text whose '@' and colons may have been escaped, since hosts have no '%'.
+// whole of a text whose '@' and colons may be in another form.
 Span SecretAtPort(std::string_view url, std::size_t begin) {
   if (HasFileScheme(url.data()) != 0) return kNothing;
   const std::size_t host = EndOfAddress(url, begin);
   if (host == kNone) return {begin, url.size()};
   const std::size_t end = begin == 0 ? url.size() : EndOfAuthority(url, begin);
-  if (url.find('%', host) < end) return {begin, url.size()};
+  if (HasDisguise(url.substr(host, end - std::min(host, end)))) return {begin, url.size()};
   for (std::size_t colon = url.find(':', host); colon < end; colon = url.find(':', colon + 1)) {
     // Without a clear scheme, a colon before slashes may be that of one.
     const bool isOfScheme = begin == 0 && url.find_first_of("/\\", colon) == colon + 1;
