@@ -48,7 +48,10 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddTagEnd(KRTagID tag) override {
     TakeValue();
     // The end tag of an element, such as the body of a letter, closes nothing.
-    if (m_path.size() > 1 && m_path.back()->id == tag) m_path.pop_back();
+    if (m_path.size() > 1 && m_path.back()->id == tag) {
+      HideLostPassword(*m_path.back());
+      m_path.pop_back();
+    }
     return KRBuildStatus_Done;
   }
   KRBuildStatus AddTagElement(KRTagID tag) override {
@@ -111,6 +114,18 @@ class ElementGatherer : public KRPayrollBuilder {
     SetTag(element, tag);
     element.disclosure = DisclosureOf(element.tag, m_path.back()->tag, m_inPayroll);
     return element;
+  }
+
+  // A password comes right after the user. When it is missing, damage to a tag may have made it the
+  // user's name.
+  static void HideLostPassword(const Element& aggregate) {
+    if (aggregate.id != KRTag_SONRQ && aggregate.id != KRTag_PINCHRQ) return;
+    Element* user = nullptr;
+    for (Element* each = aggregate.children.First(); each != nullptr; each = each->next) {
+      if (IsPassword(each->id) || each->id == KRTag_USERKEY) return;
+      if (each->id == KRTag_USERID) user = each;
+    }
+    if (user != nullptr && !user->value.ends_with(kNotShown)) user->value = kNotShown;
   }
 
   bool IsAmongPasswords() const {

@@ -45,6 +45,8 @@ class ElementList {
   Iterator begin() const { return Iterator(m_first); }
   Iterator end() const { return Iterator(nullptr); }
   bool empty() const { return m_first == nullptr; }
+  /// @return the first of them, after which the others follow; null for none.
+  Element* First() const { return m_first; }
   inline void Append(Element& element);
 
  private:

@@ -25,11 +25,16 @@ constexpr std::string_view kOtherAccounts[] = {"BANKACCTFROM", "BANKACCTTO", "IN
 constexpr std::string_view kPasswordWords[] = {"USERPAS", "TIMEPASS", "TEMPPASS", "PASS>"};
 
 constexpr std::size_t kShownCharacters = 4;
-constexpr char kNotShown[] = "(not shown)";
 
 template <std::size_t kCount>
 bool IsOneOf(const std::string_view (&tags)[kCount], std::string_view tag) {
   return std::find(std::begin(tags), std::end(tags), tag) != std::end(tags);
+}
+
+template <std::size_t kCount>
+bool EndsWithOneOf(const std::string_view (&tags)[kCount], std::string_view text) {
+  return std::any_of(std::begin(tags), std::end(tags),
+                     [text](std::string_view tag) { return text.ends_with(tag); });
 }
 
 std::size_t FindWithoutCase(std::string_view text, std::string_view word) {
@@ -41,7 +46,8 @@ std::size_t FindWithoutCase(std::string_view text, std::string_view word) {
 }
 
 std::string UpTo(std::string_view text, std::size_t end) {
-  return end == text.size() ? std::string(text) : std::string(text.substr(0, end)) + kNotShown;
+  return end == text.size() ? std::string(text)
+                            : std::string(text.substr(0, end)).append(kNotShown);
 }
 
 bool IsTagOfOfx(std::string_view tag) {
@@ -58,6 +64,9 @@ bool HoldsPasswords(KRTagID aggregate) { return krofx::internal::HoldsPasswords(
 
 Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool inPayroll) {
   if (IsOneOf(kPersonalTags, tag)) return Disclosure::kPersonal;
+  // A currency has three letters. When its tag has run into those of the account after it, it is
+  // the number of the card.
+  if (tag == "CURDEF" && aggregate.starts_with("CCSTMT")) return Disclosure::kCard;
   if (!IsOneOf(kAccountTags, tag)) return Disclosure::kAll;
   if (inPayroll) return Disclosure::kPersonal;
   return IsOneOf(kCardAggregates, aggregate) ? Disclosure::kCard : Disclosure::kAll;
@@ -66,8 +75,9 @@ Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool i
 Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bool inPayroll) {
   const Disclosure ofElement = DisclosureOf(tag, aggregate, inPayroll);
   const bool isAmongCard = IsOneOf(kCardAggregates, aggregate) || IsOneOf(kCardAggregates, tag);
-  // A number that has lost the aggregate around it may be that of a card.
-  const bool isLost = IsOneOf(kAccountTags, tag) && !IsOneOf(kOtherAccounts, aggregate);
+  // A number that has lost the aggregate around it may be that of a card, also when the tags of
+  // both have become one.
+  const bool isLost = EndsWithOneOf(kAccountTags, tag) && !IsOneOf(kOtherAccounts, aggregate);
   return ofElement == Disclosure::kAll && (isAmongCard || isLost) ? Disclosure::kCard : ofElement;
 }
 

@@ -23,6 +23,9 @@ enum class Disclosure {
   kCard,      ///< The last four characters.
 };
 
+/// What is in the place of a password.
+inline constexpr std::string_view kNotShown = "(not shown)";
+
 /// @return whether a tag holds a password, which is not shown in any way.
 bool IsPassword(KRTagID tag);
 

@@ -97,7 +97,7 @@ const Element* RowMaker::FindElement(const Element& element, const CellSource& s
 }
 
 Cell RowMaker::CellOf(const Element& element) const {
-  if (IsPassword(element.id)) return {ValueKind::kText, "(not shown)"};
+  if (IsPassword(element.id)) return {ValueKind::kText, kNotShown};
   if (m_showIdentifiers || element.disclosure == Disclosure::kAll) {
     return {element.kind, element.value};
   }

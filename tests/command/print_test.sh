@@ -130,4 +130,32 @@ assert len(rows) == 2, rows
 ends = {width(row.rstrip("\n")) for row in rows}
 assert len(ends) == 1, rows
 END
+
+# A damaged tag in front of a password makes it the value of that tag.
+damage_user() { sed -z "s/<USERID>[^<]*<USERPASS>/<USERID$1<USERPASS>/" "$examples/request-v1.ofx" >damaged.ofx; }
+for damage in ' ada\n' '\t' '><!--ada\n' '><?ada\n'; do
+  damage_user "$damage"
+  for form in '' --json --strict; do
+    "$krofx" print $form damaged.ofx >out 2>err
+    lacks out not-a-real-password
+    lacks err not-a-real-password
+  done
+done
+
+damage_user ' ada\n'
+expect 0 print --strict damaged.ofx
+has out 'User            (not shown)'
+
+# So for the number of a card.
+card=5500111122224410
+for damage in 's/<CCACCTFROM>[^<]*<ACCTID>/<CCACCTFROMACCTID>/' \
+  's/<CURDEF>USD[^<]*<.CURDEF>[^<]*<CCACCTFROM>[^<]*<ACCTID>/<CURDEF USD<CCACCTFROM <ACCTID>/'; do
+  sed -z "$damage" "$examples/card.ofx" >damaged.ofx
+  ! cmp -s damaged.ofx "$examples/card.ofx" || fail "no damage: $damage"
+  for form in print 'print --json' 'print --strict' 'check --details' 'check --json' 'check --strict --details'; do
+    "$krofx" $form damaged.ofx >out 2>err
+    lacks out $card
+    lacks err $card
+  done
+done
 finish

@@ -105,6 +105,33 @@ TEST(ReadPasswords, AreStarsWhateverCharacterOfTheirTagIsDamaged) {
   }
 }
 
+TEST(ReadPasswords, AreStarsWhateverCharacterOfTheTagBeforeIsDamaged) {
+  for (const Frame& frame : kFrames) {
+    const std::size_t before = frame.front.rfind('<');
+    for (const std::string& damaged : Damaged(frame.front.substr(before))) {
+      const std::string body = std::string(frame.front.substr(0, before)) + damaged +
+                               std::string(frame.tag) + std::string(kPassword) +
+                               std::string(frame.after);
+      ExpectHidden(std::string(kHeader) + body, damaged);
+    }
+  }
+}
+
+TEST(ReadPasswords, AreStarsWhenTheirTagRunsIntoTheOneBefore) {
+  for (const Frame& frame : kFrames) {
+    for (std::size_t lost = 1; lost <= 3; ++lost) {
+      for (std::size_t begun = 1; begun <= 3; ++begun) {
+        std::string front(frame.front);
+        front.resize(front.rfind('>') + 1 - lost + 1);
+        const std::string tag(frame.tag.substr(begun));
+        ExpectHidden(
+            std::string(kHeader) + front + tag + std::string(kPassword) + std::string(frame.after),
+            front.substr(front.rfind('<')) + tag);
+      }
+    }
+  }
+}
+
 TEST(ReadPasswords, AreStarsAsTags) {
   for (const Frame& frame : kFrames) {
     for (const std::size_t length : {std::size_t{0}, frame.tag.size() - 2, frame.tag.size() - 1}) {

@@ -62,13 +62,6 @@ std::size_t LengthOfNear(Text text, std::size_t size, Name name, std::size_t len
   return best;
 }
 
-// Whether a password's tag, or what is left of it, ends at the end of a text.
-bool EndsWithTag(std::string_view text) {
-  return std::any_of(std::begin(kPasswordTags), std::end(kPasswordTags), [text](const auto& each) {
-    return LengthOfNear(text.rbegin(), text.size(), each.name.rbegin(), each.name.size()) != 0;
-  });
-}
-
 }  // namespace
 
 bool IsSecret(KRTagID tag) noexcept {
@@ -78,6 +71,12 @@ bool IsSecret(KRTagID tag) noexcept {
 
 bool HoldsPasswords(KRTagID aggregate) noexcept {
   return aggregate == KRTag_SONRQ || aggregate == KRTag_PINCHRQ || aggregate == KRTag_ENROLLRS;
+}
+
+bool EndsWithPasswordTag(std::string_view name) noexcept {
+  return std::any_of(std::begin(kPasswordTags), std::end(kPasswordTags), [name](const auto& each) {
+    return LengthOfNear(name.rbegin(), name.size(), each.name.rbegin(), each.name.size()) != 0;
+  });
 }
 
 std::size_t LengthOfPasswordTag(std::string_view name) noexcept {
@@ -99,7 +98,7 @@ std::size_t FindPasswordTag(std::string_view text) noexcept {
       continue;
     }
     const std::string_view before = text.substr(0, at);
-    if (!EndsWithTag(before)) continue;
+    if (!EndsWithPasswordTag(before)) continue;
     const std::size_t end = before.find_last_of(" \t\r\n<>");
     return end == std::string_view::npos ? 0 : end + 1;
   }

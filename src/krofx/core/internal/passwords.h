@@ -25,6 +25,12 @@ KROFX_API bool HoldsPasswords(KRTagID aggregate) noexcept;
 KROFX_API std::size_t FindPasswordTag(std::string_view text) noexcept;
 
 /// @param name of a tag, as it was written.
+/// @return whether it ends with the name of a tag of a password, whole or damaged, as when the end
+/// of
+///         the tag before that one is gone: what comes after it is a password then.
+KROFX_API bool EndsWithPasswordTag(std::string_view name) noexcept;
+
+/// @param name of a tag, as it was written.
 /// @return how many characters from its beginning are the name of a tag of a password, whole or
 ///         damaged; 0 when they are not. More characters than these may be a password, in a text
 ///         in which the tag has no end.

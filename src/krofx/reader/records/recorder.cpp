@@ -43,11 +43,17 @@ bool IsKnownTag(std::string_view tag) {
 constexpr std::string_view kOperations[] = {"ConvertStringToKRTime", "ConvertStringToKRDateTime",
                                             "ExtractTimeZone", "SetTimeZone (time zone mismatch"};
 
-// A warning of a conversion is about the tag at its place.
-std::string_view TagAt(std::string_view bytes, const Place& place) {
-  if (place.line == 0 || place.offset >= bytes.size()) return {};
-  const std::string_view rest = bytes.substr(place.offset);
+// The tag at a place, as it stands there; of one that does not end, as much as is looked at.
+std::string_view TagAt(std::string_view bytes, std::size_t offset) {
+  constexpr std::size_t kMostOfTag = 1000;
+  if (offset >= bytes.size()) return {};
+  const std::string_view rest = bytes.substr(offset, kMostOfTag);
   return rest.starts_with('<') ? rest.substr(1, rest.find('>') - 1) : std::string_view();
+}
+
+// Whether what comes after a tag is a password, by the tag's name.
+bool NamesPassword(std::string_view tag) {
+  return LengthOfPasswordTag(tag) != 0 || (!IsKnownTag(tag) && EndsWithPasswordTag(tag));
 }
 
 // Counts lines from the front. Places that come in order cost one walk over the text; one that
@@ -203,7 +209,7 @@ bool Recorder::Note(MendingKind kind, Spot spot, std::string_view tag, std::stri
   if (!SetTag(mending.tag, tag) || !Set(mending.was, was) || !Set(mending.taken, taken)) {
     return true;
   }
-  if (LengthOfPasswordTag(tag) != 0 || (spot.amongPasswords && IsOfTextWithoutTag(kind)) ||
+  if (NamesPassword(tag) || (spot.amongPasswords && IsOfTextWithoutTag(kind)) ||
       MayHavePassword(was, spot.amongPasswords) || MayHavePassword(taken, spot.amongPasswords)) {
     mending.was.Clear('*');
     mending.taken.Clear('*');
@@ -228,8 +234,8 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   record.text = m_text;
   record.tag = tag;
   if (!SetTag(record.tagText, tagText) || !Set(record.value, value)) return;
-  if (IsSecret(tag) || LengthOfPasswordTag(tagText) != 0 ||
-      (spot.amongPasswords && tag == KRTag_None) || MayHavePassword(value, spot.amongPasswords)) {
+  if (IsSecret(tag) || NamesPassword(tagText) || (spot.amongPasswords && tag == KRTag_None) ||
+      MayHavePassword(value, spot.amongPasswords)) {
     record.value.Clear('*');
   }
   if (spot.amongPasswords && tag == KRTag_None && MayBePassword(tagText) &&
@@ -274,14 +280,14 @@ void Recorder::BeginTree() {
   m_warningObjects.Clear();
 }
 
-void Recorder::NameTag(ReadWarning& warning, std::string_view bytes, std::size_t base) {
-  const std::string_view tag(warning.tagText, warning.tagText.GetStrLength());
-  if (std::find(std::begin(kOperations), std::end(kOperations), tag) == std::end(kOperations)) {
-    return;
+void Recorder::LookAtTag(ReadWarning& warning, std::string_view bytes, std::size_t offset) {
+  const std::string_view tag = TagAt(bytes, offset);
+  // A tag without its '>' ends with that of the next one.
+  if (FindPasswordTag(tag) != std::string_view::npos) warning.value.Clear('*');
+  const std::string_view named(warning.tagText, warning.tagText.GetStrLength());
+  if (std::find(std::begin(kOperations), std::end(kOperations), named) != std::end(kOperations)) {
+    Set(warning.tagText, tag);
   }
-  Place inPart = warning.place;
-  inPart.offset -= std::min(inPart.offset, base);
-  Set(warning.tagText, TagAt(bytes, inPart));
 }
 
 void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {
@@ -297,8 +303,8 @@ void Recorder::FindPlaces(const WorkingText& file, std::string_view original) {
   for (OfxText& text : m_reading.texts) find(text.place);
   for (Mending& mending : m_reading.mendings) find(mending.place);
   for (ReadWarning& warning : m_reading.warnings) {
+    LookAtTag(warning, file.Bytes(), warning.place.offset);
     find(warning.place);
-    NameTag(warning, original, 0);
   }
 }
 

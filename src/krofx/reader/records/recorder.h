@@ -67,10 +67,11 @@ class Recorder {
   /// Finds the objects in a tree that warnings were given with.
   void FindObjects(KRDataObj& root, PathLog& paths);
 
-  /// Names the tag that a warning of a conversion is about: the one at its place.
-  /// @param bytes a part of the file that has the place in it, or does not.
-  /// @param base the offset of its first byte.
-  void NameTag(ReadWarning& warning, std::string_view bytes, std::size_t base);
+  /// Completes a warning by the tag at its place, which a warning of a conversion is about. When it
+  /// goes on to the tag of a password, the value is that password, and becomes stars.
+  /// @param bytes what has the place in it, or does not.
+  /// @param offset of the place in these.
+  void LookAtTag(ReadWarning& warning, std::string_view bytes, std::size_t offset);
 
   /// Begins the next text.
   void BeginText();

@@ -119,7 +119,10 @@ void MendedText::OnMending(Mending& mending) {
 void MendedText::OnWarning(ReadWarning& warning) {
   warning.place = PlaceOf(warning.place.offset);
   warning.path = CurrentPath();
-  m_recorder.NameTag(warning, m_window.Original(), m_window.Base());
+  const std::size_t base = m_window.Base();
+  if (warning.place.line != 0 && warning.place.offset >= base) {
+    m_recorder.LookAtTag(warning, m_window.Original(), warning.place.offset - base);
+  }
   if (m_listener != nullptr) m_listener->OnWarning(warning);
 }
 
