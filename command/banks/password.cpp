@@ -27,15 +27,16 @@ constexpr char kControlCharacter[] = "the password has a control character";
 // Switches echo off, and back on at the end.
 class SilentTerminal {
  public:
-  explicit SilentTerminal(int terminal) : m_terminal(terminal) {
+  // `when` is TCSAFLUSH to drop what was typed before, and what is left at the end.
+  SilentTerminal(int terminal, int when) : m_terminal(terminal), m_when(when) {
     m_active = ::tcgetattr(terminal, &m_before) == 0;
     if (!m_active) return;
     termios silent = m_before;
     silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    m_active = ::tcsetattr(terminal, TCSAFLUSH, &silent) == 0;
+    m_active = ::tcsetattr(terminal, when, &silent) == 0;
   }
   ~SilentTerminal() {
-    if (m_active) ::tcsetattr(m_terminal, TCSAFLUSH, &m_before);
+    if (m_active) ::tcsetattr(m_terminal, m_when, &m_before);
   }
   SilentTerminal(const SilentTerminal&) = delete;
   SilentTerminal& operator=(const SilentTerminal&) = delete;
@@ -44,6 +45,7 @@ class SilentTerminal {
 
  private:
   int m_terminal;
+  int m_when;
   bool m_active;
   termios m_before{};
 };
@@ -58,7 +60,7 @@ class PromptSignals {
     sigset_t held;
     ::sigemptyset(&held);
     ::sigaddset(&held, SIGTSTP);
-    for (const int signal : Interruption::kSignals) ::sigaddset(&held, signal);
+    for (const int signal : Interruption::Signals()) ::sigaddset(&held, signal);
     ::sigprocmask(SIG_BLOCK, &held, &m_mask);
     g_stopped = 0;
     struct sigaction noting {};
@@ -88,13 +90,19 @@ class PromptSignals {
   struct sigaction m_before {};
 };
 
-void Show(int terminal, const char* text) {
-  if (::write(terminal, text, std::strlen(text)) < 0) return;
+void Show(int terminal, const std::string& text) {
+  if (::write(terminal, text.data(), text.size()) < 0) return;
 }
 
 }  // namespace
 
 std::string Password::ReadFrom(int descriptor) {
+  // Lines that are pasted for several descriptors come at once and are kept.
+  return ::isatty(descriptor) != 0 ? ReadFromTerminal(descriptor, "", TCSANOW)
+                                   : ReadLine(descriptor);
+}
+
+std::string Password::ReadLine(int descriptor) {
   std::size_t length = 0;
   for (;;) {
     char& next = m_text.bytes[length];
@@ -130,22 +138,27 @@ std::string Password::Ask(const std::string& prompt) {
   if (!terminal) {
     return "there is no terminal to ask for the password; use --password-fd or --password-env";
   }
+  return ReadFromTerminal(terminal.Get(), shown, TCSAFLUSH);
+}
+
+std::string Password::ReadFromTerminal(int terminal, const std::string& prompt, int when) {
   for (;;) {
     std::string problem;
     {
       // What ends the command, or puts it into the background, first gets the terminal back as it
       // was, so that what is typed next is not taken for the password and is seen.
-      const Interruption interruption(Interruption::Afterwards::kNothing);
-      const PromptSignals signals;
-      const SilentTerminal silent(terminal.Get());
-      if (!silent.IsActive()) return "the terminal shows what is typed; use --password-fd";
-      Show(terminal.Get(), shown.c_str());
-      if (signals.WaitForInput(terminal.Get())) problem = ReadFrom(terminal.Get());
-      Show(terminal.Get(), "\n");
-      m_cancelled = Interruption::Came();
-      if (m_cancelled) return "interrupted";
-      m_cancelled = m_ended;
-      if (m_cancelled) return "no password was typed";
+      const Interruption interruption(Interruption::Afterwards::kUnlessKey);
+      {
+        const PromptSignals signals;
+        const SilentTerminal silent(terminal, when);
+        if (!silent.IsActive()) return "the terminal cannot be kept from showing what is typed";
+        Show(terminal, prompt);
+        if (signals.WaitForInput(terminal)) problem = ReadLine(terminal);
+        if (!prompt.empty()) Show(terminal, "\n");
+      }
+      m_cancelled = Interruption::Came() || m_ended;
+      if (Interruption::Came()) return "interrupted";
+      if (m_ended) return "no password was typed";
     }
     if (!PromptSignals::HasStopped()) return problem;
     explicit_bzero(m_text.bytes, sizeof m_text.bytes);

@@ -18,7 +18,7 @@ class Password {
   /// The most bytes that these take in UTF-8.
   static constexpr std::size_t kMaxBytes = 4 * kMaxLength;
 
-  /// Reads the first line of an open file, whose rest is not read.
+  /// Reads the first line of an open file, whose rest is not read. A terminal does not show it.
   /// @return empty, or what went wrong.
   std::string ReadFrom(int descriptor);
   /// Takes the value of an environment variable, which is wiped and removed.
@@ -38,6 +38,8 @@ class Password {
   const char* Get() const { return m_text.bytes; }
 
  private:
+  std::string ReadLine(int descriptor);
+  std::string ReadFromTerminal(int terminal, const std::string& prompt, int when);
   std::string Check();
   bool Encode();
 

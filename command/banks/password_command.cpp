@@ -28,16 +28,31 @@ constexpr int kFirstSignalStatus = 128;
 constexpr char kNotKept[] =
     "the keyring did not take the password; it needs the command secret-tool and a desktop session";
 
+// Lets the statuses of commands be waited for: they are lost when the one who started krofx had it
+// ignore the end of children.
+void KeepStatuses() { ::signal(SIGCHLD, SIG_DFL); }
+
 // Starts the command with the pipe's end as a standard stream. The number of the error, or 0.
 int Start(const std::string& command, int end, int stream, pid_t& child) {
   posix_spawn_file_actions_t actions;
   ::posix_spawn_file_actions_init(&actions);
   ::posix_spawn_file_actions_adddup2(&actions, end, stream);
+  // Services start with these ignored, as krofx may have been, but commands of a shell count on
+  // them.
+  sigset_t usual;
+  ::sigemptyset(&usual);
+  for (const int signal : {SIGPIPE, SIGXFSZ}) ::sigaddset(&usual, signal);
+  posix_spawnattr_t attributes;
+  ::posix_spawnattr_init(&attributes);
+  ::posix_spawnattr_setsigdefault(&attributes, &usual);
+  ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+  KeepStatuses();
   std::string shell = "sh";
   std::string option = "-c";
   std::string text = command;
   char* const arguments[] = {shell.data(), option.data(), text.data(), nullptr};
-  const int error = ::posix_spawn(&child, "/bin/sh", &actions, nullptr, arguments, environ);
+  const int error = ::posix_spawn(&child, "/bin/sh", &actions, &attributes, arguments, environ);
+  ::posix_spawnattr_destroy(&attributes);
   ::posix_spawn_file_actions_destroy(&actions);
   return error;
 }
@@ -95,6 +110,7 @@ bool ReadFromKeyring(const std::string& bank, Password& password) {
 }
 
 std::string StoreInKeyring(const std::string& bank) {
+  KeepStatuses();
   const int status = std::system(StoreCommand(bank).c_str());
   return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? "" : kNotKept;
 }

@@ -4,23 +4,23 @@
 #define KROFX_COMMAND_SYSTEM_INTERRUPTION_H_
 
 #include <csignal>
-#include <iterator>
+#include <vector>
 
 namespace krofx::command {
 
 /// As long as it lives, the signals that end a command (of the interrupt and quit keys, of a closed
-/// terminal, of timers and limits, of `kill`) are only noted. One that came takes effect at its
-/// end, when all is cleaned up. Writing to a pipe that nobody reads is an error and no signal.
+/// terminal, of timers and limits, of devices and power, of `kill`) are only noted. One that came
+/// takes effect at its end, when all is cleaned up. Writing to a pipe that nobody reads is an error
+/// and no signal.
 class Interruption {
  public:
-  /// All that end a process and can be noted, but for those of faults in the program.
-  static constexpr int kSignals[] = {SIGHUP,  SIGINT,  SIGQUIT, SIGTERM, SIGABRT,   SIGALRM,
-                                     SIGUSR1, SIGUSR2, SIGXCPU, SIGXFSZ, SIGVTALRM, SIGPROF};
+  /// @return all that end a process and can be noted, but for those of faults in the program.
+  static const std::vector<int>& Signals();
 
   /// What happens at the end with a signal that came.
   enum class Afterwards {
-    kSignal,  ///< It takes effect.
-    kNothing  ///< The code that noted it acts on it.
+    kSignal,    ///< It takes effect.
+    kUnlessKey  ///< It takes effect, unless it is of a key, on which the code that noted it acts.
   };
 
   explicit Interruption(Afterwards afterwards = Afterwards::kSignal);
@@ -30,10 +30,12 @@ class Interruption {
 
   /// @return whether a signal came.
   static bool Came();
+  /// @return whether the last one that came is that of the interrupt or the quit key.
+  static bool CameFromKey();
 
  private:
   const Afterwards m_afterwards;
-  struct sigaction m_before[std::size(kSignals)] = {};
+  std::vector<struct sigaction> m_before;  // For each of Signals().
   struct sigaction m_pipeBefore {};
 };
 

@@ -184,6 +184,20 @@ has err 'password-command cannot be run'
 failing true 2
 failing 'echo hidden-secret' 5
 failing 'echo not-a-real-password; yes' 0
+# Services begin with this signal ignored; what a command of the shell ends by is the usual all the same.
+trap '' PIPE
+failing 'echo not-a-real-password; yes' 0
+trap - PIPE
+# The status counts also where the end of children is ignored.
+cat >childless <<END
+#!/usr/bin/env python3
+import os, signal, sys
+signal.signal(signal.SIGCHLD, signal.SIG_IGN)
+os.execv("$krofx", sys.argv)
+END
+chmod +x childless
+krofx=./childless failing 'echo hidden-secret; exit 3' 2
+has err 'password-command ended with status 3'
 
 # From the keyring, by what libsecret has for it; without an entry there as without a keyring.
 mkdir -p keyring

@@ -40,7 +40,7 @@ sign_on=(--url "$url" --root ca.pem --org HARBORFED --user ada.w)
 interrupt 130 fetch accounts "${sign_on[@]}" --save-reply reply.ofx --save-headers reply.ofx
 [ "$(cat reply.ofx)" = old ] || fail 'an exchange that was interrupted wrote a reply'
 # All that end a command do so when it is cleaned up.
-for signal in HUP QUIT TERM ABRT ALRM USR1 USR2 XCPU XFSZ VTALRM PROF; do
+for signal in HUP QUIT TERM ABRT ALRM USR1 USR2 XCPU XFSZ VTALRM PROF IO PWR STKFLT RTMIN RTMIN+7 RTMAX; do
   interrupt $((128 + $(kill -l $signal))) fetch accounts "${sign_on[@]}"
 done
 # A pipe that nobody reads is not the end of an exchange.

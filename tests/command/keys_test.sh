@@ -33,17 +33,27 @@ typed 0 "$prompt	not-a-real-password\\n" -- "${fetch[@]}"
 has out 00718220946
 typed 6 "$prompt	half\\x03" -- "${fetch[@]}"
 has out interrupted
-# So do the signals that end a command, however they come; a pipe that nobody reads is none of them.
-for signal in HUP TERM ABRT ALRM USR1 USR2 XCPU VTALRM PROF; do
-  typed 6 "$prompt	kill=$signal" -- "${fetch[@]}"
-  has out interrupted
+# The signals that are of no key end the command as such; a pipe that nobody reads is none of them.
+for signal in HUP TERM ABRT ALRM USR1 USR2 XCPU VTALRM PROF IO PWR STKFLT RTMIN RTMAX; do
+  typed $((128 + $(kill -l $signal))) "$prompt	kill=$signal" -- "${fetch[@]}"
+  lacks out interrupted
 done
+typed 6 "$prompt	kill=INT" -- "${fetch[@]}"
+has out interrupted
 typed 0 "$prompt	kill=PIPE" '	not-a-real-password\n' -- "${fetch[@]}"
 typed 6 "$prompt	half\\x1c" -- "${fetch[@]}"
 typed 6 "$prompt	\\x04" -- "${fetch[@]}"
 has out 'no password was typed'
 typed 2 "$prompt	\\n" -- "${fetch[@]}"
 has out 'the password is empty'
+# A terminal that is the open file does not show it either.
+typed 0 "reading	not-a-real-password\\n" -- bash -c '
+  "$@" --password-fd 0 </dev/tty &
+  child=$!
+  until stty -a | grep -qE -- "(^| )-echo( |$)" || ! kill -0 $child; do :; done 2>/dev/null
+  echo reading
+  wait $child' - "${fetch[@]}"
+has out 00718220946
 # Put into the background, the command leaves the terminal to the shell, and asks anew when it comes back.
 typed 0 "ready-now	krofx fetch accounts @harbor\\n" "$prompt	half\\x1a" \
   "Stopped	echo \$((6 * 7))-seen\\n" '42-seen	fg\n' "$prompt	not-a-real-password\\n" "Brokerage	exit\\n" -- \
