@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/envelope/message_set.h"
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/statements.h"
 #include "support/failing_allocation.h"
@@ -202,6 +203,73 @@ TEST(Found, HasThePathOfAnObjectInFilesInFiles) {
     ++count;
   }
   EXPECT_EQ(count, 41u);
+}
+
+TEST(Found, NumbersObjectsOfEachTagInAMixedList) {
+  KRMessageSetRs set;
+  set.SetType(KRTag_BANKMSGSRSV1);
+  const KRTagID kinds[] = {KRTag_STMTTRNRS,   KRTag_INTRATRNRS, KRTag_STMTTRNRS,
+                           KRTag_STPCHKTRNRS, KRTag_INTRATRNRS, KRTag_STMTTRNRS};
+  for (const KRTagID tag : kinds) {
+    auto* const wrapper = new KRTransRs;
+    wrapper->SetType(tag);
+    ASSERT_EQ(set.AppendTrans(wrapper), 1);
+  }
+  Lines paths;
+  for (const auto& wrapper : Each<KRTransRs>(set)) paths.push_back(Str(wrapper.Path()));
+  const std::string start = "BANKMSGSRSV1/";
+  EXPECT_EQ(paths, (Lines{start + "STMTTRNRS[1]", start + "INTRATRNRS[1]", start + "STMTTRNRS[2]",
+                          start + "STPCHKTRNRS", start + "INTRATRNRS[2]", start + "STMTTRNRS[3]"}));
+}
+
+// Files in files of tags of their own, more than a walk has room for: their numbers take memory.
+TEST(Found, SaysThatMemoryIsExhaustedForTheNumbersOfManyTags) {
+  KRFile root;
+  constexpr u32 kTags = 60;
+  for (u32 each = 0; each < 2 * kTags; ++each) {
+    auto* const file = new KRFile;
+    file->SetType(static_cast<KRTagID>(1 + each % kTags));
+    ASSERT_EQ(root.AppendSubfile(file), 1);
+  }
+  const auto count = [&root] {
+    u32 found = 0;
+    ForEach<KRFile>(root, [&](const KRFile&) { ++found; });
+    return found;
+  };
+  EXPECT_EQ(count(), 2 * kTags + 1);
+  const FailingAllocation failing(1, true);
+  EXPECT_LT(count(), kTags);
+  EXPECT_TRUE(AlarmIsSet());
+}
+
+// A list that counts how often its children are asked for.
+class CountingList : public KRBankTransactionList {
+ public:
+  KRDataObj* GetChild(u16 index) const override {
+    ++m_asked;
+    return KRBankTransactionList::GetChild(index);
+  }
+  std::size_t Asked() const { return m_asked; }
+
+ private:
+  mutable std::size_t m_asked = 0;
+};
+
+TEST(Found, KnowsItsPathWithoutGoingThroughItsListAgain) {
+  constexpr std::size_t kCount = 2000;
+  CountingList list;
+  list.SetType(KRTag_BANKTRANLIST);
+  for (std::size_t each = 0; each < kCount; ++each) {
+    auto* const tx = new KRBankStatementTx;
+    tx->SetType(KRTag_STMTTRN);
+    ASSERT_EQ(list.AppendStatementTx(tx), 1);
+  }
+  std::size_t number = 0;
+  for (const auto& tx : Each<KRBankStatementTx>(list)) {
+    EXPECT_EQ(Str(tx.Path()), "BANKTRANLIST/STMTTRN[" + std::to_string(++number) + "]");
+  }
+  EXPECT_EQ(number, kCount);
+  EXPECT_LE(list.Asked(), 2 * kCount);
 }
 
 // The trees of a temporary would be gone at once.

@@ -29,9 +29,9 @@ class Trail {
  public:
   explicit Trail(const internal::TreeWalk& walk) {
     while (m_count < kMost) {
-      const KRDataObj* const object = walk.Above(m_count);
-      if (object == nullptr) break;
-      m_line[m_count++] = object;
+      const internal::PathStep step = walk.Above(m_count);
+      if (step.object == nullptr) break;
+      m_line[m_count++] = step;
     }
   }
 
@@ -40,12 +40,12 @@ class Trail {
   template <class Class>
   const Class* Ancestor() const {
     for (std::size_t at = 1; at < m_count; ++at) {
-      if (auto* const found = dynamic_cast<const Class*>(m_line[at])) return found;
+      if (auto* const found = dynamic_cast<const Class*>(m_line[at].object)) return found;
     }
     return nullptr;
   }
   /// @return the object right above this one; null for the root.
-  const KRDataObj* Parent() const { return m_count > 1 ? m_line[1] : nullptr; }
+  const KRDataObj* Parent() const { return m_count > 1 ? m_line[1].object : nullptr; }
   /// @return the tags from the root on, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number,
   ///         from 1, is there for one of several aggregates with one tag and parent.
   KRString Path() const { return internal::PathOf({m_line, m_count}); }
@@ -56,7 +56,7 @@ class Trail {
   static constexpr std::size_t kMost = 16;
 
   std::size_t m_count = 0;
-  const KRDataObj* m_line[kMost];  // The object, its parent, and so on.
+  internal::PathStep m_line[kMost];  // The object, its parent, and so on.
 };
 
 /// An object that was found. As a pointer to it, and with its trail; it may be kept as long as the

@@ -28,72 +28,76 @@ const KRDataObj* TreeWalk::NextRoot() {
 }
 
 KRDataObj* TreeWalk::Next() {
-  while (m_depth > 0) {
-    Frame& top = At(m_depth - 1);
+  while (m_frames.Size() > 0) {
+    Frame& top = m_frames.At(m_frames.Size() - 1);
     if (top.next == top.count) {
-      Pop();
+      m_counts.CutTo(top.counts);
+      m_frames.CutTo(m_frames.Size() - 1);
     } else if (KRDataObj* const child = top.object->GetChild(top.next++)) {
-      return Push(child);
+      u16 number;
+      return Number(*child, top, number) ? Push(child, number) : OutOfMemory();
     }
   }
   // Whether the objects may be changed is up to who made the walk.
   auto* const root = const_cast<KRDataObj*>(NextRoot());
-  return root == nullptr ? nullptr : Push(root);
+  return root == nullptr ? nullptr : Push(root, 0);
 }
 
 void TreeWalk::SkipChildren() {
-  if (m_depth > 0) At(m_depth - 1).next = At(m_depth - 1).count;
+  if (m_frames.Size() == 0) return;
+  Frame& top = m_frames.At(m_frames.Size() - 1);
+  top.next = top.count;
 }
 
-KRDataObj* TreeWalk::Push(KRDataObj* object) {
-  const Frame frame{object, 0, object->GetNumberOfChildren()};
-  if (m_depth < kLevels) {
-    m_frames[m_depth] = frame;
-  } else if (!m_deeper.Append(frame)) {
-    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-    m_depth = 0;
-    m_root = nullptr;
-    m_text = m_lastText;
-    return nullptr;
+// Finds out which of its tag the child is that the innermost object has just come to. The others
+// are looked through for the first of a tag alone, so a list costs its length once for each tag.
+bool TreeWalk::Number(const KRDataObj& child, const Frame& parent, u16& number) {
+  const KRTagID tag = TypeOf(child);
+  for (std::size_t place = parent.counts; place < m_counts.Size(); ++place) {
+    TagCount& counted = m_counts.At(place);
+    if (counted.tag != tag) continue;
+    number = ++counted.count;
+    return true;
   }
-  ++m_depth;
-  return object;
+  number = HasAnother(parent, tag) ? 1 : 0;
+  return number == 0 || m_counts.Push({tag, number});
 }
 
-void TreeWalk::Pop() {
-  if (--m_depth >= kLevels) m_deeper.RemoveLast();
-}
-
-KRDataObj* TreeWalk::Above(std::size_t steps) const {
-  return steps < m_depth ? At(m_depth - 1 - steps).object : nullptr;
-}
-
-// The question changes nothing, though it is not const.
-namespace {
-
-// Which of its tag an object is in its parent, from 1; 0 for the only one.
-unsigned NumberIn(const KRDataObj& parent, const KRDataObj& object) {
-  const u16 count = parent.GetNumberOfChildren();
-  unsigned all = 0;
-  unsigned own = 0;
-  for (u16 index = 0; index < count; ++index) {
-    const KRDataObj* const sibling = parent.GetChild(index);
-    if (sibling == nullptr || TypeOf(*sibling) != TypeOf(object)) continue;
-    ++all;
-    if (sibling == &object) own = all;
+// Whether one of the children that are still to come has a tag.
+bool TreeWalk::HasAnother(const Frame& parent, KRTagID tag) {
+  for (u16 index = parent.next; index < parent.count; ++index) {
+    const KRDataObj* const child = parent.object->GetChild(index);
+    if (child != nullptr && TypeOf(*child) == tag) return true;
   }
-  return all == 1 ? 0 : own;
+  return false;
 }
 
-}  // namespace
+KRDataObj* TreeWalk::Push(KRDataObj* object, u16 number) {
+  const Frame frame{object, 0, object->GetNumberOfChildren(), number, m_counts.Size()};
+  return m_frames.Push(frame) ? object : OutOfMemory();
+}
 
-KRString PathOf(std::span<const KRDataObj* const> line) {
+// Ends the walk.
+KRDataObj* TreeWalk::OutOfMemory() {
+  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  m_frames.CutTo(0);
+  m_root = nullptr;
+  m_text = m_lastText;
+  return nullptr;
+}
+
+PathStep TreeWalk::Above(std::size_t steps) const {
+  if (steps >= m_frames.Size()) return {nullptr, 0};
+  const Frame& frame = m_frames.At(m_frames.Size() - 1 - steps);
+  return {frame.object, frame.number};
+}
+
+KRString PathOf(std::span<const PathStep> line) {
   KRString path;
   for (std::size_t at = line.size(); at-- > 0;) {
-    const KRDataObj& object = *line[at];
+    const KRDataObj& object = *line[at].object;
     if (dynamic_cast<const KRFile*>(&object) != nullptr) continue;  // It has no tag in the text.
-    const unsigned number = at + 1 < line.size() ? NumberIn(*line[at + 1], object) : 0;
-    AddToPath(path, KRUtility::TagToString(TypeOf(object)), number);
+    AddToPath(path, KRUtility::TagToString(TypeOf(object)), line[at].number);
   }
   return path;
 }
