@@ -65,6 +65,8 @@ inline constexpr CostlyKind kCostlyKinds[] = {
     {"CDATA", [](int n) { return InStatement(TransactionWith(Times(n, "<MEMO><![CDATA[a<b]]>"))); }},
     {"unterminated comments", [](int n) { return InOfx(Times(n, "<!-- x")); }},
     {"comments", [](int n) { return InOfx(Times(n, "<!-- x -->")); }},
+    {"unterminated instructions", [](int n) { return InStatement(Times(n, "x<?x ")); }},
+    {"unterminated declarations", [](int n) { return InStatement(Times(n, "x<!DOCTYPE ")); }},
     {"macros", [](int n) {
        return InOfx("<MEMO>" + Times(n % 10000, "&amp;") + Times(n, "<MEMO>&lt;&am")); }},
     {"references to characters", [](int n) {

@@ -50,14 +50,17 @@ u32 Scanner::SkipWhite(u32 position) const {
   return position;
 }
 
-u32 Scanner::FindEnd(u32 from, std::string_view what, u32& noneFrom) const {
-  if (from >= noneFrom) {
-    m_hasMetEnd = true;
-    return 0;
+u32 Scanner::FindEnd(u32 from, std::string_view what, KnownEnd& known) const {
+  if (from >= known.from && from + what.size() <= known.after) return known.after;
+  if (from < known.noneFrom) {
+    const std::size_t at = m_bytes.find(what, from);
+    if (at != std::string_view::npos) {
+      known.from = from;
+      known.after = static_cast<u32>(at + what.size());
+      return known.after;
+    }
+    known.noneFrom = from;
   }
-  const std::size_t at = m_bytes.find(what, from);
-  if (at != std::string_view::npos) return static_cast<u32>(at + what.size());
-  noneFrom = from;
   m_hasMetEnd = true;
   return 0;
 }
@@ -137,16 +140,16 @@ Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& after, ScannedTag& 
     // What is cut may be the beginning of one of these.
     At(open + static_cast<u32>(kSectionOpen.size()) - 1);
     if (m_bytes.compare(open, kSectionOpen.size(), kSectionOpen) == 0) {
-      after = FindEnd(open + static_cast<u32>(kSectionOpen.size()), kSectionClose, m_noSectionEnd);
+      after = FindEnd(open + static_cast<u32>(kSectionOpen.size()), kSectionClose, m_sectionEnd);
       if (after != 0) return Piece::kSection;
     }
     if (m_bytes.compare(open, 4, "<!--") == 0) {
-      after = FindEnd(open + 4, "-->", m_noCommentEnd);
+      after = FindEnd(open + 4, "-->", m_commentEnd);
       if (after != 0) return Piece::kMarkup;
     }
     // A declaration is between tags; in a text it is characters, and nothing after it is joined.
     if (!inText && (IsLetter(At(open + 2)) || At(open + 2) == '-')) {
-      after = FindEnd(open + 1, ">", m_noInstructionEnd);
+      after = FindEnd(open + 1, ">", m_instructionEnd);
       if (after != 0) return Piece::kMarkup;
     }
     after = open + 1;
@@ -154,7 +157,7 @@ Scanner::Piece Scanner::Classify(u32 open, bool inText, u32& after, ScannedTag& 
   }
   if (next == '?') {
     // In a text only an instruction with an end of its own is not characters of it.
-    after = FindEnd(open + 1, ">", m_noInstructionEnd);
+    after = FindEnd(open + 1, ">", m_instructionEnd);
     if (after != 0 && (!inText || m_bytes[after - 2] == '?')) return Piece::kMarkup;
     after = open + 1;
     return Piece::kCharacter;

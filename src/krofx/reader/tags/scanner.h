@@ -74,6 +74,7 @@ class Scanner {
   void GoTo(u32 position) { m_position = position; }
   /// Takes another part of the text, from its beginning on.
   void SetText(std::string_view bytes) {
+    m_commentEnd = m_sectionEnd = m_instructionEnd = {};
     Extend(bytes);
     m_position = 0;
     m_hasAhead = false;
@@ -81,7 +82,7 @@ class Scanner {
   /// Takes the same text with more at its end.
   void Extend(std::string_view bytes) {
     m_bytes = bytes;
-    m_noCommentEnd = m_noSectionEnd = m_noInstructionEnd = ~u32{0};
+    m_commentEnd.noneFrom = m_sectionEnd.noneFrom = m_instructionEnd.noneFrom = kNowhere;
   }
   /// @return whether the end of the text has played a part in what was read since ForgetEnd: with
   ///         more text it may be read otherwise.
@@ -121,11 +122,21 @@ class Scanner {
     return '\0';
   }
   u32 End() const { return static_cast<u32>(m_bytes.size()); }
+  // What is known of the ends of one kind, so that the text is searched once, however often one is
+  // asked for: from any position in [from, after) on the next one ends at `after`, and from
+  // `noneFrom` on there is none.
+  struct KnownEnd {
+    u32 from = 0;
+    u32 after = 0;
+    u32 noneFrom = kNowhere;
+  };
+  static constexpr u32 kNowhere = ~u32{0};
+
   u32 SkipWhite(u32 position) const;
   const KRTagDictionaryEntry* Find(std::string_view name, KRCaseType caseType) const;
   bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
   Piece Classify(u32 open, bool inText, u32& after, ScannedTag& tag) const;
-  u32 FindEnd(u32 from, std::string_view what, u32& noneFrom) const;
+  u32 FindEnd(u32 from, std::string_view what, KnownEnd& known) const;
   TextRun ReadRun(u32 from, ScannedTag& tag) const;
   void ReadOn(TextRun& run, u32 place, bool inText, ScannedTag& tag) const;
 
@@ -133,10 +144,9 @@ class Scanner {
   const TagDictionary& m_dictionary;
   bool m_xml;
   u32 m_position = 0;
-  // From these positions on no comment, section or instruction has an end.
-  mutable u32 m_noCommentEnd = ~u32{0};
-  mutable u32 m_noSectionEnd = ~u32{0};
-  mutable u32 m_noInstructionEnd = ~u32{0};
+  mutable KnownEnd m_commentEnd;
+  mutable KnownEnd m_sectionEnd;
+  mutable KnownEnd m_instructionEnd;
   mutable bool m_hasMetEnd = false;
   // Tags of OFX were written in another form or in small letters so far. Where they are, the tags
   // that nobody knows are too.
