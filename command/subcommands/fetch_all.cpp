@@ -2,12 +2,12 @@
 // replies.
 
 #include <algorithm>
-#include <cctype>
 #include <chrono>
 #include <filesystem>
 #include <memory>
-#include <set>
 
+#include "banks/bank_file.h"
+#include "banks/file_stems.h"
 #include "command_line/command_line.h"
 #include "command_line/days.h"
 #include "exchange/bank_visit.h"
@@ -56,36 +56,6 @@ class Count {
   std::size_t m_done = 0;
 };
 
-// How the files of an account begin: the bank and the account. Of a card they have the last four
-// digits, as all that is shown. Other characters than letters, digits, hyphens and points, which
-// could lead elsewhere, are replaced.
-std::string StemOf(const Bank& bank, const Account& account) {
-  std::string number = account.number;
-  if (account.kind == AccountKind::kCard) {
-    number = "card-" + number.substr(number.size() - std::min<std::size_t>(number.size(), 4));
-  }
-  for (char& character : number) {
-    const auto byte = static_cast<unsigned char>(character);
-    if (byte >= 0x80 || (std::isalnum(byte) == 0 && character != '-')) character = '_';
-  }
-  return bank.name + "-" + number;
-}
-
-// The stems of a bank's accounts; one that another account has gets a number.
-std::vector<std::string> StemsOf(const Bank& bank, const std::vector<Account>& accounts) {
-  std::vector<std::string> stems;
-  std::set<std::string> taken;
-  for (const Account& account : accounts) {
-    const std::string stem = StemOf(bank, account);
-    std::string own = stem;
-    for (int number = 2; !taken.insert(own).second; ++number) {
-      own = stem + "." + std::to_string(number);
-    }
-    stems.push_back(own);
-  }
-  return stems;
-}
-
 // The last day before today that the folder has a reply of, as 2026-01-31; empty for none. Today's
 // does not count, so that asking again on the same day brings no less than what it replaces.
 std::string LastDay(const std::string& folder, const std::string& stem) {
@@ -114,8 +84,11 @@ std::string FirstDay(const Options& options, const std::string& stem) {
 // Asks for the accounts of one bank.
 class BankAsker {
  public:
-  BankAsker(const Bank& bank, const Options& options, bool takesVariable, Count& count)
+  // `banks` are all of the user's.
+  BankAsker(const Bank& bank, const std::vector<Bank>& banks, const Options& options,
+            bool takesVariable, Count& count)
       : m_bank(bank),
+        m_banks(banks),
         m_options(options),
         m_count(count),
         m_visit(bank, options.round.subcommand, takesVariable) {}
@@ -125,7 +98,7 @@ class BankAsker {
     if (exitStatus != kExitClean) return exitStatus;
     const std::vector<Account>& accounts = m_visit.GetAccounts();
     if (m_bank.accounts.empty()) m_count.Add(accounts.size());
-    const std::vector<std::string> stems = StemsOf(m_bank, accounts);
+    const std::vector<std::string> stems = FileStemsOf(m_bank, accounts, m_banks);
     for (std::size_t index = 0; index < accounts.size(); ++index) {
       const ExitStatus asked = Ask(accounts[index], stems[index]);
       exitStatus = Worse(exitStatus, asked);
@@ -137,6 +110,10 @@ class BankAsker {
 
  private:
   ExitStatus Ask(const Account& account, const std::string& stem) {
+    if (stem.empty()) {
+      Complain(m_bank.name + " " + NameOf(account), "not enough memory to name the reply");
+      return kExitUnusable;
+    }
     const StatementSpan span{FirstDay(m_options, stem), "", false};
     const auto finish = [&](RequestMaker& maker) {
       return account.kind == AccountKind::kInvestment ? FinishInvestments({account}, span, maker)
@@ -173,6 +150,7 @@ class BankAsker {
   }
 
   const Bank& m_bank;
+  const std::vector<Bank>& m_banks;
   const Options& m_options;
   Count& m_count;
   BankVisit m_visit;
@@ -183,11 +161,12 @@ ExitStatus FetchAll(const Options& given) {
   std::vector<Bank> banks;
   const ExitStatus prepared = PrepareRound(options.round, banks);
   if (prepared != kExitClean) return prepared;
+  const std::vector<Bank> all = ReadBanks().banks;
   Count count;
   for (const Bank& bank : banks) count.Add(bank.accounts.size());
   ExitStatus exitStatus = kExitClean;
   for (const Bank& bank : banks) {
-    const ExitStatus asked = BankAsker(bank, options, banks.size() == 1, count).Run();
+    const ExitStatus asked = BankAsker(bank, all, options, banks.size() == 1, count).Run();
     exitStatus = Worse(exitStatus, asked);
     if (asked == kExitCancelled) break;
   }

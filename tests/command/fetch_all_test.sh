@@ -75,4 +75,41 @@ has err 'no terminal to ask'
 KROFX_PASSWORD=not-a-real-password expect 0 fetch all @harbor
 stop_servers
 KROFX_PASSWORD=not-a-real-password expect 3 fetch all @harbor
+
+# Accounts whose files would have one name each have their own, also when their order changes.
+start python3 "$here/http_server.py"
+statement x >reply.ofx
+url=$url/file/reply.ofx
+account() { printf '[[%s.account]]\naccount = "%s"\n%s\n' "$1" "$2" "${3:-bank = \"211370545\"}"; }
+described() { # NAME ACCOUNTS
+  bank "$1" ada.w x | sed '/^root/d'
+  printf 'profile = false\n%s\n' "$2"
+}
+first=$(account har 5500111122224410 'card = true')
+second=$(account har 5500111133334410 'card = true')
+{
+  described har "$(account har b-00718220946)
+$(account har 00718220954)
+$first
+$second"
+  described har-b "$(account har-b 00718220946)"
+} | write_banks
+expect 0 fetch all --folder own
+[ "$(find own -type f | wc -l)" -eq 5 ] || fail "the reply of one account replaced another's: $(ls own)"
+[ -f "own/har-00718220954-$today.ofx" ] || fail 'the name that is clear is another'
+[ "$(find own -name "har-card-4410.????????-$today.ofx" | wc -l)" -eq 2 ] || fail "not the files of two cards: $(ls own)"
+lacks out 5500111122224410
+ls own >before
+{
+  described har-b "$(account har-b 00718220946)"
+  described har "$second
+$first
+$(account har 00718220954)
+$(account har b-00718220946)"
+} | write_banks
+expect 0 fetch all --folder own
+ls own | cmp -s - before || fail 'the order of accounts changes the names of files'
+# One bank alone has the same names.
+expect 0 fetch all @har-b --folder own
+ls own | cmp -s - before || fail 'the names depend on which banks are asked'
 finish
