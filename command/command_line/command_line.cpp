@@ -8,6 +8,7 @@
 
 #include "command_line/help_text.h"
 #include "command_line/nearest_name.h"
+#include "output/characters.h"
 #include "output/messages.h"
 
 namespace krofx::command {
@@ -183,6 +184,18 @@ Option Option::RefuseEmpty() const {
   return *this;
 }
 
+Option Option::SpelledAs(std::span<const std::string_view> words) const {
+  const auto spell = [words](std::string& text) -> std::string {
+    const auto word = std::find_if(words.begin(), words.end(), [&](std::string_view each) {
+      return LowerAscii(std::string_view(text)) == LowerAscii(each);
+    });
+    if (word != words.end()) text = *word;
+    return "";
+  };
+  m_option->transform(CLI::Validator(spell, ""));
+  return *this;
+}
+
 Option Option::InGroup(const char* title) const {
   m_option->group(title);
   return *this;
@@ -210,15 +223,20 @@ Option Subcommand::AddOption(const std::string& name, std::vector<std::string>& 
 
 Option Subcommand::AddNumber(const std::string& name, int& value, int least, int most,
                              const std::string& help) const {
-  const auto check = [least, most](const std::string& text) -> std::string {
+  // The library reads what begins with 0 as octal, which nobody means: it gets the number that was
+  // read here.
+  const auto read = [least, most](std::string& text) -> std::string {
     int number = 0;
     const char* const end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, number);
-    if (read.ec == std::errc() && read.ptr == end && number >= least && number <= most) return "";
-    return "a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
-           " is needed";
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || number < least || number > most) {
+      return "a whole number from " + std::to_string(least) + " to " + std::to_string(most) +
+             " is needed";
+    }
+    text = std::to_string(number);
+    return "";
   };
-  return Option(m_app->add_option(name, value, help)->check(check, "NUMBER"));
+  return Option(m_app->add_option(name, value, help)->transform(CLI::Validator(read, "NUMBER")));
 }
 
 Option Subcommand::AddFlag(const std::string& name, bool& value, const std::string& help) const {

@@ -7,7 +7,9 @@
 #define KROFX_COMMAND_COMMAND_LINE_COMMAND_LINE_H_
 
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "system/exit_status.h"
@@ -34,6 +36,10 @@ class Option {
   Option OneValueEachTime() const;
   /// An empty value is wrong use, which it always is for an option with hyphens.
   Option RefuseEmpty() const;
+  /// A value that is one of the words, in small letters or capitals, becomes that word. Any other
+  /// value stays as it is.
+  /// @param words live as long as the command line.
+  Option SpelledAs(std::span<const std::string_view> words) const;
   /// The help lists the option under this title.
   Option InGroup(const char* title) const;
 
@@ -84,7 +90,7 @@ class Subcommand {
   /// The same with several texts.
   Option AddOption(const std::string& name, std::vector<std::string>& values,
                    const std::string& help) const;
-  /// Adds an option with a whole number as its value, which must be in a range.
+  /// Adds an option with a whole number as its value, in decimal digits and in a range.
   Option AddNumber(const std::string& name, int& value, int least, int most,
                    const std::string& help) const;
   /// Adds an option without a value, which makes `value` true.

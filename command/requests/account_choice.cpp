@@ -16,6 +16,14 @@ BankAccountOptions ToOptions(const Account& account) {
   return options;
 }
 
+std::unique_ptr<KRAccount> MakeAccount(const Account& account, RequestMaker& maker) {
+  if (account.kind == AccountKind::kBank) return MakeBankAccount(ToOptions(account), maker);
+  if (account.kind == AccountKind::kCard) {
+    return MakeCardAccount("--account", account.number, KRTag_CCACCTFROM, maker);
+  }
+  return MakeInvestmentAccount(account, maker);
+}
+
 std::string NameOf(const Account& account) {
   if (account.kind == AccountKind::kCard)
     return "card " + Masked(account.number, Disclosure::kCard);
@@ -33,6 +41,8 @@ std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::stri
       return {};
     }
   }
+  // It can be the whole number of a card with a slip in it.
+  const std::string shown = Masked(number, Disclosure::kCard);
   std::vector<Account> found;
   std::string others;
   for (const Account& account : all) {
@@ -51,9 +61,9 @@ std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::stri
                          " is known; name one with all its options, or list them with "
                          "\"krofx bank check " +
                          bank + " --add-accounts\""
-                   : bank + " has no account that ends in " + number + "; it has " + others);
+                   : bank + " has no account that ends in " + shown + "; it has " + others);
   } else if (found.size() > 1 && !number.empty()) {
-    maker.Fail(bank + " has several accounts that end in " + number + ": " + NameOf(found[0]) +
+    maker.Fail(bank + " has several accounts that end in " + shown + ": " + NameOf(found[0]) +
                ", " + NameOf(found[1]));
   }
   return found;

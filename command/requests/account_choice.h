@@ -3,6 +3,7 @@
 #ifndef KROFX_COMMAND_REQUESTS_ACCOUNT_CHOICE_H_
 #define KROFX_COMMAND_REQUESTS_ACCOUNT_CHOICE_H_
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,9 @@ std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::stri
 
 /// @return the account as the options of a command line would name it.
 BankAccountOptions ToOptions(const Account& account);
+
+/// Makes the account that a request names; what is wrong with it is noted in `maker`.
+std::unique_ptr<KRAccount> MakeAccount(const Account& account, RequestMaker& maker);
 
 /// @return a few words that name an account in messages, such as "00718220946 CHECKING".
 std::string NameOf(const Account& account);

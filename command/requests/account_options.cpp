@@ -10,13 +10,26 @@
 
 namespace krofx::command {
 
+namespace {
+
+// Those that either version takes.
+constexpr std::string_view kTypesOfAnyVersion[] = {"CHECKING", "SAVINGS", "MONEYMRKT", "CREDITLINE",
+                                                   "CREDIT",   "CMA",     "UNKNOWN"};
+
+}  // namespace
+
+Option AddAccountType(const Subcommand& subcommand, const std::string& name, std::string& type) {
+  return subcommand.AddOption(name, type, "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE")
+      .SpelledAs(kTypesOfAnyVersion);
+}
+
 void AddBankAccountOptions(const Subcommand& request, BankAccountOptions& options) {
   const std::string prefix = "--" + options.prefix;
   request.AddOption(prefix + "account", options.account, "The account's number");
   const Option bank = request.AddOption(prefix + "bank", options.bank, "The bank's routing number");
   // Without the bank they would describe a card, or an account that is found by its number.
   request.AddOption(prefix + "branch", options.branch, "The branch").Needs(bank);
-  request.AddOption(prefix + "type", options.type, kAccountTypes).Needs(bank);
+  AddAccountType(request, prefix + "type", options.type).Needs(bank);
 }
 
 std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options,
@@ -24,7 +37,7 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
   const std::string prefix = "--" + options.prefix;
   auto account = maker.Make<KRBankAccount>(KRTag_BANKACCTFROM);
   const auto set = [&](const char* name, const std::string& given, auto setter, auto getter) {
-    maker.SetNumber(prefix + name, given, *account, setter, getter);
+    maker.SetIdentifier(prefix + name, given, *account, setter, getter);
   };
   set("bank", options.bank, &KRBankAccount::SetBankID, &KRBankAccount::GetBankID);
   set("branch", options.branch, &KRBankAccount::SetBranchID, &KRBankAccount::GetBranchID);
@@ -44,16 +57,17 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
 std::unique_ptr<KRCCAccount> MakeCardAccount(const std::string& option, const std::string& number,
                                              KRTagID tag, RequestMaker& maker) {
   auto account = maker.Make<KRCCAccount>(tag);
-  maker.SetNumber(option, number, *account, &KRCCAccount::SetAccountID, &KRCCAccount::GetAccountID);
+  maker.SetIdentifier(option, number, *account, &KRCCAccount::SetAccountID,
+                      &KRCCAccount::GetAccountID);
   return account;
 }
 
 std::unique_ptr<KRInvAcctFrom> MakeInvestmentAccount(const Account& given, RequestMaker& maker) {
   auto account = maker.Make<KRInvAcctFrom>(KRTag_INVACCTFROM);
-  maker.SetNumber("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
-                  &KRInvAcctFrom::GetBrokerID);
-  maker.SetNumber("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
-                  &KRInvAcctFrom::GetAccountID);
+  maker.SetIdentifier("--broker", given.bank, *account, &KRInvAcctFrom::SetBrokerID,
+                      &KRInvAcctFrom::GetBrokerID);
+  maker.SetIdentifier("--account", given.number, *account, &KRInvAcctFrom::SetAccountID,
+                      &KRInvAcctFrom::GetAccountID);
   return account;
 }
 

@@ -10,6 +10,7 @@
 
 namespace krofx::command {
 
+class Option;
 class RequestMaker;
 class Subcommand;
 struct Account;
@@ -23,8 +24,8 @@ struct BankAccountOptions {
   std::string prefix;  ///< Comes before the names of the options, as "to-".
 };
 
-/// The types of bank accounts that both versions have, for help texts.
-inline constexpr char kAccountTypes[] = "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE";
+/// Adds the option that takes the type of a bank account, in small letters or capitals.
+Option AddAccountType(const Subcommand& subcommand, const std::string& name, std::string& type);
 
 /// Adds the options of a bank account to a command line.
 void AddBankAccountOptions(const Subcommand& request, BankAccountOptions& options);

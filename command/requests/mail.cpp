@@ -23,12 +23,19 @@ struct Options {
 
 std::unique_ptr<KRMail> MakeLetter(const Options& options, RequestMaker& maker) {
   auto mail = maker.Make<KRMail>(KRTag_MAIL);
-  const std::string& from = options.from.empty() ? options.signOn.user : options.from;
-  const std::string& to = options.to.empty() ? options.signOn.organisation : options.to;
-  maker.SetText("--user", options.signOn.user, *mail, &KRMail::SetUserId, &KRMail::GetUserId);
+  maker.SetIdentifier("--user", options.signOn.user, *mail, &KRMail::SetUserId, &KRMail::GetUserId);
   mail->SetDtCreated(Now());
-  maker.SetText("--from", from, *mail, &KRMail::SetFrom, &KRMail::GetFrom);
-  maker.SetText("--to", to, *mail, &KRMail::SetTo, &KRMail::GetTo);
+  if (options.from.empty()) {
+    maker.SetIdentifier("--user", options.signOn.user, *mail, &KRMail::SetFrom, &KRMail::GetFrom);
+  } else {
+    maker.SetText("--from", options.from, *mail, &KRMail::SetFrom, &KRMail::GetFrom);
+  }
+  if (options.to.empty()) {
+    maker.SetIdentifier("--org", options.signOn.organisation, *mail, &KRMail::SetTo,
+                        &KRMail::GetTo);
+  } else {
+    maker.SetText("--to", options.to, *mail, &KRMail::SetTo, &KRMail::GetTo);
+  }
   maker.SetText("--subject", options.subject, *mail, &KRMail::SetSubject, &KRMail::GetSubject);
   maker.SetText("--text", options.text, *mail, &KRMail::SetMsgBody, &KRMail::GetMsgBody);
   mail->SetIncImages(static_cast<u16>(0));

@@ -53,8 +53,8 @@ void FillPayment(const Options& options, RequestMaker& maker, KRPaymentInfo& pay
   payment.SetBankAcctFrom(MakeBankAccount(options.from, maker).release());
   maker.SetAmount("--amount", options.amount, payment, &KRPaymentInfo::SetTransactionAmount);
   maker.SetDate("--due", options.due, payment, &KRPaymentInfo::SetDtDue);
-  maker.SetNumber("--payee-account", options.payeeAccount, payment, &KRPaymentInfo::SetPayAcct,
-                  &KRPaymentInfo::GetPayAcct);
+  maker.SetIdentifier("--payee-account", options.payeeAccount, payment, &KRPaymentInfo::SetPayAcct,
+                      &KRPaymentInfo::GetPayAcct);
   maker.SetText("--bill", options.bill, payment, &KRPaymentInfo::SetBillRefInfo,
                 &KRPaymentInfo::GetBillRefInfo);
 }
@@ -63,10 +63,10 @@ std::unique_ptr<KRPaymentInfo> MakeFirstVersion(const Options& options, RequestM
   auto payment = maker.Make<KRPaymentInfo>(KRTag_PMTINFO);
   FillPayment(options, maker, *payment);
   if (options.payeeAccount.empty()) maker.Fail("--payee-account is needed without --v2");
-  maker.SetNumber("--payee-id", options.payeeId, *payment, &KRPaymentInfo::SetPayeeId,
-                  &KRPaymentInfo::GetPayeeId);
-  maker.SetNumber("--payee-list-id", options.payeeListId, *payment, &KRPaymentInfo::SetPayeeListId,
-                  &KRPaymentInfo::GetPayeeListId);
+  maker.SetIdentifier("--payee-id", options.payeeId, *payment, &KRPaymentInfo::SetPayeeId,
+                      &KRPaymentInfo::GetPayeeId);
+  maker.SetIdentifier("--payee-list-id", options.payeeListId, *payment,
+                      &KRPaymentInfo::SetPayeeListId, &KRPaymentInfo::GetPayeeListId);
   maker.SetText("--memo", options.memo, *payment, &KRPaymentInfo::SetMemo, &KRPaymentInfo::GetMemo);
   if (!options.payee.name.empty()) {
     auto payee = maker.Make<KRPayee>(KRTag_PAYEE);
@@ -87,10 +87,10 @@ std::unique_ptr<KRPaymentInfo> MakeFirstVersion(const Options& options, RequestM
 std::unique_ptr<KRPaymentInfo> MakeSecondVersion(const Options& options, RequestMaker& maker) {
   auto payment = maker.Make<KRPaymentInfo2>(KRTag_PMTINFO2);
   FillPayment(options, maker, *payment);
-  maker.SetNumber("--payee-id", options.payeeId, *payment, &KRPaymentInfo2::SetPayeeId2,
-                  &KRPaymentInfo2::GetPayeeId2);
-  maker.SetNumber("--payee-list-id", options.payeeListId, *payment,
-                  &KRPaymentInfo2::SetPayeeListId2, &KRPaymentInfo2::GetPayeeListId2);
+  maker.SetIdentifier("--payee-id", options.payeeId, *payment, &KRPaymentInfo2::SetPayeeId2,
+                      &KRPaymentInfo2::GetPayeeId2);
+  maker.SetIdentifier("--payee-list-id", options.payeeListId, *payment,
+                      &KRPaymentInfo2::SetPayeeListId2, &KRPaymentInfo2::GetPayeeListId2);
   maker.SetText("--memo", options.memo, *payment, &KRPaymentInfo2::SetMemo2,
                 &KRPaymentInfo2::GetMemo2);
   if (!options.payee.name.empty()) {
@@ -106,9 +106,10 @@ std::unique_ptr<KRPaymentInfo> MakeSecondVersion(const Options& options, Request
 }
 
 std::string DescribePayee(const Options& options) {
-  if (!options.payee.name.empty()) return options.payee.name;
-  return options.payeeId.empty() ? "payee " + options.payeeListId + " of the list"
-                                 : "payee " + options.payeeId;
+  std::string payee = options.payee.name;
+  if (!options.payeeId.empty()) payee = "payee " + options.payeeId;
+  if (options.payeeListId.empty()) return payee;
+  return payee + (payee.empty() ? "" : ", ") + "payee " + options.payeeListId + " of the list";
 }
 
 std::string Describe(const Options& options) {
@@ -142,7 +143,7 @@ void AddPaymentRequest(const Subcommand& parent, const std::shared_ptr<RequestUs
   add("--account", options->from.account, "The number of the account that pays").Required();
   add("--bank", options->from.bank, "Its bank's routing number").Required();
   add("--branch", options->from.branch, "Its branch");
-  add("--type", options->from.type, "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE");
+  AddAccountType(payment, "--type", options->from.type);
   const Option payee = add("--payee", options->payee.name, "The payee's name");
   add("--payee-address", options->payee.address, "His street and number").Needs(payee);
   add("--payee-city", options->payee.city, "His city").Needs(payee);

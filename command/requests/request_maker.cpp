@@ -28,7 +28,20 @@ constexpr char kComplainedOf[] = " ";
 // User and password of an anonymous sign-on, as the OFX standard writes it.
 constexpr char kAnonymous[] = "anonymous00000000000000000000000";
 
+// In the code page 1252, where the last one is the blank at which no line breaks.
+constexpr std::string_view kBlanks = " \t\r\n\xA0";
+
+bool HasBlankAround(std::string_view text) {
+  return !text.empty() && (kBlanks.find(text.front()) != std::string_view::npos ||
+                           kBlanks.find(text.back()) != std::string_view::npos);
+}
+
 }  // namespace
+
+std::string FindLoss(std::string_view password) {
+  if (!HasBlankAround(password)) return "";
+  return "the password has a blank at its start or its end, which would be lost on the way";
+}
 
 KRString Now() {
   const std::time_t now = std::time(nullptr);
@@ -47,7 +60,7 @@ void RequestMaker::Fail(ExitStatus exitStatus, const std::string& problem) {
 
 void RequestMaker::GiveUp(ExitStatus exitStatus) { Fail(exitStatus, kComplainedOf); }
 
-KRString RequestMaker::Encode(const std::string& option, const std::string& given) {
+std::string RequestMaker::Encode(const std::string& option, const std::string& given) {
   // Only a letter has lines.
   if (HasControlCharacter(given, option == "--text" ? "\t\n\r" : "")) {
     Fail(option + " has a control character");
@@ -56,16 +69,32 @@ KRString RequestMaker::Encode(const std::string& option, const std::string& give
   if (!ToCodePage1252(given, bytes)) {
     Fail(option + " has a character that the request's character set, Windows 1252, does not have");
   }
-  return KRString(bytes.c_str());
+  if (bytes.find_first_not_of(kBlanks) == std::string::npos) {
+    Fail(option + " has nothing but blanks; give a text, or leave it out");
+  }
+  return bytes;
 }
 
-void RequestMaker::Require(const std::string& option, const KRString& held, const KRString& given) {
-  if (held.IsValid() == 0) {
-    Fail(option + " has " + std::to_string(given.GetStrLength()) +
-         " characters; OFX takes no more than " + std::to_string(held.SpecLength()));
-  } else if (ToText(held) != ToText(given)) {
-    Fail(option + " cannot be used as it is given");
-  }
+std::size_t RequestMaker::MostCharacters(const KRString& text) {
+  return std::min(text.SpecLength(), KRString::kMaxLength);
+}
+
+std::size_t RequestMaker::MostCharacters(const KREMailMsgBody& text) {
+  return std::size_t{text.SpecLength()} + KREMailMsgBody::kTolerance;
+}
+
+bool RequestMaker::RequireLength(const std::string& option, const std::string& text,
+                                 std::size_t most) {
+  if (text.size() <= most) return true;
+  Fail(option + " has " + std::to_string(text.size()) + " characters; OFX takes no more than " +
+       std::to_string(most));
+  return false;
+}
+
+void RequestMaker::Require(const std::string& option, const KRString& held,
+                           const std::string& given) {
+  if (held.IsValid() != 0 && given == static_cast<const char*>(held)) return;
+  Fail(option + " cannot be used as it is given");
 }
 
 std::string RequestMaker::CheckAmount(const std::string& option, const std::string& given) {
@@ -89,10 +118,9 @@ void RequestMaker::RequireOrder(const std::string& from, const std::string& to) 
 }
 
 void RequestMaker::RequireNoBlanks(const std::string& option, const std::string& given) {
-  for (const char* const blank : {" ", "\u00A0"}) {
-    if (!given.starts_with(blank) && !given.ends_with(blank)) continue;
-    Fail(option + " has a blank at its start or its end");
-  }
+  std::string bytes;
+  if (!ToCodePage1252(given, bytes) || !HasBlankAround(bytes)) return;
+  Fail(option + " has a blank at its start or its end");
 }
 
 void RequestMaker::RequireCode(const char* option, const std::string& given, const char* example) {
@@ -141,6 +169,8 @@ void RequestMaker::AddPassword(KRSignOnRq& signOn) {
   TakePassword();
   if (!m_problem.empty()) return;
   const char* const password = m_options.password->Get();
+  const std::string loss = FindLoss(password);
+  if (!loss.empty()) return Fail(kExitUnusable, loss);
   const std::string broken = m_rules == nullptr ? "" : FindBrokenRule(*m_rules, password);
   if (!broken.empty()) {
     return Fail(kExitSignOnRefused, "the password cannot be right: by the profile of " +
@@ -154,8 +184,8 @@ void RequestMaker::AddPassword(KRSignOnRq& signOn) {
 std::unique_ptr<KRSignOnRq> RequestMaker::MakeSignOn() {
   auto signOn = Make<KRSignOnRq>(KRTag_SONRQ);
   signOn->SetDtClient(Now());
-  SetText("--user", IsAnonymous() ? kAnonymous : m_options.user, *signOn, &KRSignOnRq::SetUserId,
-          &KRSignOnRq::GetUserId);
+  SetIdentifier("--user", IsAnonymous() ? kAnonymous : m_options.user, *signOn,
+                &KRSignOnRq::SetUserId, &KRSignOnRq::GetUserId);
   RequireCode("--language", m_options.language, "ENG");
   signOn->SetLanguage(KRString(m_options.language.c_str()));
   if (!m_options.country.empty()) {
@@ -164,11 +194,11 @@ std::unique_ptr<KRSignOnRq> RequestMaker::MakeSignOn() {
     signOn->SetCountry(m_options.country.c_str());
   }
   auto institution = Make<KRFI>(KRTag_FI);
-  SetText("--org", m_options.organisation, *institution, &KRFI::SetOrg, &KRFI::GetOrg);
-  SetText("--fid", m_options.institutionId, *institution, &KRFI::SetFId, &KRFI::GetFId);
+  SetIdentifier("--org", m_options.organisation, *institution, &KRFI::SetOrg, &KRFI::GetOrg);
+  SetIdentifier("--fid", m_options.institutionId, *institution, &KRFI::SetFId, &KRFI::GetFId);
   signOn->SetFI(institution.release());
-  SetText("--app-id", m_options.applicationId, *signOn, &KRSignOnRq::SetAppId,
-          &KRSignOnRq::GetAppId);
+  SetIdentifier("--app-id", m_options.applicationId, *signOn, &KRSignOnRq::SetAppId,
+                &KRSignOnRq::GetAppId);
   signOn->SetAppVer(static_cast<u16>(m_options.applicationVersion));
   return signOn;
 }
@@ -225,8 +255,16 @@ ExitStatus RequestMaker::Finish() {
     const std::string problem = BuildText(file, true, *text);
     if (!problem.empty()) Fail(kExitUnusable, problem);
   }
-  if (m_problem.empty()) return HandOver(std::move(text));
-  if (m_problem != kComplainedOf) Complain(m_options.subcommand, m_problem);
+  return m_problem.empty() ? HandOver(std::move(text)) : Report();
+}
+
+ExitStatus RequestMaker::Check() {
+  MakeSignOn();
+  return Report();
+}
+
+ExitStatus RequestMaker::Report() const {
+  if (!m_problem.empty() && m_problem != kComplainedOf) Complain(m_options.subcommand, m_problem);
   return m_exitStatus;
 }
 

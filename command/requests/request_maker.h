@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -54,20 +55,21 @@ class RequestMaker {
   void GiveUp(ExitStatus exitStatus);
 
   /// Sets a text that was given, in the character set of the request's header, and checks its
-  /// length. The setters of texts are alike in all classes.
+  /// length. One of nothing but blanks is refused. The setters of texts are alike in all classes.
   template <class Object, class Setter, class Getter>
   void SetText(const std::string& option, const std::string& given, Object& object, Setter set,
                Getter get) {
     if (given.empty()) return;
-    const KRString text = Encode(option, given);
-    (object.*set)(text);
+    const std::string text = Encode(option, given);
+    if (!RequireLength(option, text, MostCharacters((object.*get)()))) return;
+    (object.*set)(KRString(text.c_str()));
     Require(option, (object.*get)(), text);
   }
-  /// The same for what identifies an account or who has it. Blanks around it are refused, since
-  /// they are lost on the way.
+  /// The same for what identifies an account, a user, an institution or an application. Blanks
+  /// around it are refused, since they are lost on the way.
   template <class Object, class Setter, class Getter>
-  void SetNumber(const std::string& option, const std::string& given, Object& object, Setter set,
-                 Getter get) {
+  void SetIdentifier(const std::string& option, const std::string& given, Object& object,
+                     Setter set, Getter get) {
     RequireNoBlanks(option, given);
     SetText(option, given, object, set, get);
   }
@@ -101,6 +103,9 @@ class RequestMaker {
   void Add(std::unique_ptr<KRTransBase> payload, Service service, KRTagID wrapper = KRTag_None);
   /// Puts a synchronisation into its message set.
   void Add(std::unique_ptr<KRSyncRq> sync, Service service);
+  /// Checks what was made, and the sign-on apart from its password, of which no request is to come.
+  /// @return kExitClean, or another exit status after a complaint.
+  ExitStatus Check();
   /// Adds the sign-on with the password, and hands the text to its use.
   /// @return the use's exit status, or another one after a complaint.
   ExitStatus Finish();
@@ -111,13 +116,17 @@ class RequestMaker {
  private:
   void Fail(ExitStatus exitStatus, const std::string& problem);
   void FailForDate(const std::string& option, const std::string& given);
-  KRString Encode(const std::string& option, const std::string& given);
+  std::string Encode(const std::string& option, const std::string& given);
   KRString TakeDate(const std::string& option, const std::string& given);
-  void Require(const std::string& option, const KRString& held, const KRString& given);
+  static std::size_t MostCharacters(const KRString& text);
+  static std::size_t MostCharacters(const KREMailMsgBody& text);
+  bool RequireLength(const std::string& option, const std::string& text, std::size_t most);
+  void Require(const std::string& option, const KRString& held, const std::string& given);
   static std::string CheckAmount(const std::string& option, const std::string& given);
 
   void RequireNoBlanks(const std::string& option, const std::string& given);
   std::unique_ptr<KRSignOnRq> MakeSignOn();
+  ExitStatus Report() const;
   std::string ReadPassword(Password& password) const;
   ExitStatus HandOver(std::unique_ptr<KRBuffer> text);
   bool IsAnonymous() const { return m_options.mayBeAnonymous && m_options.user.empty(); }
@@ -137,6 +146,11 @@ class RequestMaker {
   std::vector<std::unique_ptr<KRMessageSetRq>> m_sets;
   ExitStatus m_exitStatus = kExitClean;
 };
+
+/// @return what is wrong with a password, in the character set of requests, that would not arrive
+/// as
+///         it is; empty when nothing is.
+std::string FindLoss(std::string_view password);
 
 /// Now, in universal time, in the form of OFX.
 KRString Now();

@@ -75,10 +75,10 @@ void AddStatementRequest(const Subcommand& parent, const std::shared_ptr<Request
   const auto options = std::make_shared<Options>();
   statement.AddOption("--account", options->bankAccount.account,
                       "The account's number; of a bank's accounts its end will do");
-  statement.AddOption("--bank", options->bankAccount.bank, "The bank's routing number");
-  statement.AddOption("--branch", options->bankAccount.branch, "The branch");
-  statement.AddOption("--type", options->bankAccount.type,
-                      "CHECKING (the default), SAVINGS, MONEYMRKT, CREDITLINE");
+  const Option bank =
+      statement.AddOption("--bank", options->bankAccount.bank, "The bank's routing number");
+  statement.AddOption("--branch", options->bankAccount.branch, "The branch").Needs(bank);
+  AddAccountType(statement, "--type", options->bankAccount.type).Needs(bank);
   statement.AddFlag("--card", options->card, "The account is a card");
   statement.AddOption("--from", options->span.from, "First day, as 2026-01-31 or -30d");
   statement.AddOption("--to", options->span.to, "Last day");

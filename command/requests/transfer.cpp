@@ -38,9 +38,22 @@ bool IsNamed(const End& end) {
                           : end.bank.account.empty() && end.bank.bank.empty();
 }
 
+// A number without the blanks and hyphens that people write into it.
+std::string PlainNumber(std::string number) {
+  constexpr char kHardBlank[] = "\u00A0";
+  for (std::size_t at = 0; (at = number.find(kHardBlank, at)) != std::string::npos;) {
+    number.erase(at, sizeof kHardBlank - 1);
+  }
+  std::erase_if(number, [](char character) { return character == ' ' || character == '-'; });
+  return number;
+}
+
 bool IsSame(const End& left, const End& right) {
-  return left.card == right.card && left.bank.account == right.bank.account &&
-         left.bank.bank == right.bank.bank && left.bank.branch == right.bank.branch &&
+  const auto isSame = [](const std::string& number, const std::string& other) {
+    return PlainNumber(number) == PlainNumber(other);
+  };
+  return isSame(left.card, right.card) && isSame(left.bank.account, right.bank.account) &&
+         isSame(left.bank.bank, right.bank.bank) && isSame(left.bank.branch, right.bank.branch) &&
          left.bank.type == right.bank.type;
 }
 
@@ -59,6 +72,9 @@ std::unique_ptr<KRXferInfo> MakeInfo(const Options& options, RequestMaker& maker
   info->SetAccountFrom(
       MakeEnd(options.from, KRTag_BANKACCTFROM, KRTag_CCACCTFROM, maker).release());
   info->SetAccountTo(MakeEnd(options.to, KRTag_BANKACCTTO, KRTag_CCACCTTO, maker).release());
+  if (IsSame(options.from, options.to)) {
+    maker.Fail("the transfer is to the account that it comes from");
+  }
   maker.SetAmount("--amount", options.amount, *info, &KRXferInfo::SetTranAmount);
   maker.SetDate("--due", options.due, *info, &KRXferInfo::SetDtDue);
   if (!options.memo.empty() && maker.GetVersion() == 1) {
@@ -143,9 +159,6 @@ ExitStatus Request(const Options& given) {
         "name each end: --account with --bank, or --card; --to-account with --to-bank, or "
         "--to-card");
   }
-  if (IsSame(options.from, options.to)) {
-    maker.Fail("the transfer is to the account that it comes from");
-  }
   maker.SetOrder(Describe(options));
   // Two banks make it interbank; a card is the bank's own.
   const bool inter = options.from.card.empty() && options.to.card.empty() &&
@@ -176,8 +189,11 @@ void AddTransferRequest(const Subcommand& parent, const std::shared_ptr<RequestU
   transfer.AddOption("--amount", options->amount, "The amount, as 12.50").Required();
   transfer.AddOption("--due", options->due, "The day, as 2026-01-31");
   transfer.AddOption("--memo", options->memo, "A note (V2 only)");
-  const Option every = transfer.AddOption(
-      "--every", options->every, "Transfer again and again: WEEKLY, MONTHLY, ANNUALLY and others");
+  const Option every =
+      transfer
+          .AddOption("--every", options->every,
+                     "Transfer again and again: WEEKLY, MONTHLY, ANNUALLY and others")
+          .SpelledAs(kFrequencies);
   transfer
       .AddNumber("--times", options->times, 1, kMostTimes,
                  "How many times; without it there is no end")

@@ -69,14 +69,6 @@ bool IsAbout(const Kind& kind, const Account& account) {
   return false;
 }
 
-std::unique_ptr<KRAccount> MakeAccount(const Account& account, RequestMaker& maker) {
-  if (account.kind == AccountKind::kBank) return MakeBankAccount(ToOptions(account), maker);
-  if (account.kind == AccountKind::kCard) {
-    return MakeCardAccount("--account", account.number, KRTag_CCACCTFROM, maker);
-  }
-  return MakeInvestmentAccount(account, maker);
-}
-
 std::unique_ptr<KRSyncRq> MakeSync(const Kind& kind, const std::string& token, bool again,
                                    const RequestMaker& maker) {
   auto sync = maker.Make<KRSyncRq>(kind.wrapper);

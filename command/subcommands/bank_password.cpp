@@ -91,6 +91,8 @@ class Changer {
     if (m_new.WasCancelled() || again.WasCancelled()) return Fail(problem, kExitCancelled);
     if (!problem.empty()) return Fail(problem, kExitUnusable);
     if (asks && !(again == m_new)) return Fail("the two are not the same", kExitUnusable);
+    const std::string loss = FindLoss(m_new.Get());
+    if (!loss.empty()) return Fail("the new one cannot be used: " + loss, kExitUnusable);
     const std::string broken = rules == nullptr ? "" : FindBrokenRule(*rules, m_new.Get());
     if (broken.empty()) return kExitClean;
     return Fail("the new password cannot be used: by the profile of " + m_bank.name + " " + broken,

@@ -69,6 +69,16 @@ transfer '--to-type PIG is not an account type' "${to[@]}" --to-type PIG --amoun
 transfer 'the transfer is to the account that it comes from' --to-bank 123 --to-account 456 --amount 1
 refused 'request transfer' 'the transfer is to the account' request transfer "${sign_on_options[@]}" \
   --card 4400 --to-card 4400 --amount 1
+# Another spelling of an account does not make it another account.
+for types in '--type checking' '--to-type Checking --v2' '--type Savings --to-type SAVINGS'; do
+  # shellcheck disable=SC2086
+  transfer 'the transfer is to the account that it comes from' --to-bank 123 --to-account 456 $types --amount 1
+done
+for card in '5500 1111 2222 4410' 5500-1111-2222-4410 "$(printf '5500\302\24011112222 4410')"; do
+  refused 'request transfer' 'the transfer is to the account' request transfer "${sign_on_options[@]}" \
+    --card 5500111122224410 --to-card "$card" --amount 1
+done
+transfer 'the transfer is to the account' --to-bank 1-23 --to-account '4 56' --amount 1
 stop_check '--first 110 is higher than --last 100' --first 110 --last 100
 stop_check '--first 101 is higher than --last 99' --first 101 --last 99
 expect 0 request stop-check "${sign_on_options[@]}" "${bank[@]}" --first 0099 --last 100
@@ -105,6 +115,69 @@ for country in x de deu USAA; do
   payment "--payee-country $country is not a code of three capital letters, such as USA" --amount 1 \
     --due 2026-03-20 --payee-country "$country"
 done
+
+for option in --branch --type; do
+  refused 'request statement' "$option requires --bank" request statement "${sign_on_options[@]}" --card --account 1 \
+    $option SAVINGS
+done
+
+# Numbers are decimal, with zeros before them too.
+expect 0 request transfer "${sign_on_options[@]}" "${bank[@]}" "${to[@]}" --amount 1 --every MONTHLY --times 012
+has rq.ofx '<NINSTS>12'
+expect 0 request transfer "${sign_on_options[@]}" "${bank[@]}" "${to[@]}" --amount 1 --every MONTHLY --times 08 --app-version 0100
+grep -q '^<NINSTS>8$' rq.ofx || fail 'not eight times'
+has rq.ofx '<APPVER>0100'
+transfer '--times: a whole number from 1 to 999' "${to[@]}" --amount 1 --every MONTHLY --times 01000
+transfer '--times: a whole number from 1 to 999' "${to[@]}" --amount 1 --every MONTHLY --times 99999999999999999999
+transfer '--times: a whole number from 1 to 999' "${to[@]}" --amount 1 --every MONTHLY --times 0x10
+expect 0 request statement --org B --user a "${bank[@]}" --password-fd 010 8<<<eight 10<<<ten
+has out '<USERPASS>ten'
+
+# A text of any length is refused, not left out.
+long=$(printf '%070000d' 0 | tr 0 9)
+for text in "${long:0:65535}" "${long:0:65534}" "${long:0:400}"; do
+  transfer "--branch has ${#text} characters; OFX takes no more than 22" "${to[@]}" --amount 1 --branch "$text"
+  transfer "--memo has ${#text} characters; OFX takes no more than 390" "${to[@]}" --amount 1 --v2 --memo "$text"
+  stop_check "--last has ${#text} characters; OFX takes no more than 12" --first 1 --last "$text"
+  stop_check "--number has ${#text} characters; OFX takes no more than 12" --payee Plumber --number "$text"
+  payment "--payee-account has ${#text} characters; OFX takes no more than 32" --amount 1 --due 2026-03-20 \
+    --payee-account "$text"
+  payment "--payee-list-id has ${#text} characters; OFX takes no more than 36" --amount 1 --due 2026-03-20 \
+    --payee-list-id "$text"
+  refused 'request statement' "--fid has ${#text} characters; OFX takes no more than 32" \
+    request statement --org B --user a "${bank[@]}" --fid "$text"
+done
+mail=(request mail "${sign_on_options[@]}" --subject a --text)
+for length in 2161 70000; do
+  refused 'request mail' "--text has $length characters; OFX takes no more than 2160" "${mail[@]}" "${long:0:$length}"
+done
+expect 0 "${mail[@]}" "${long:0:2160}"
+
+# A text of blanks would be no text, and blanks around a name would make it another one.
+for blanks in '   ' "$(printf '\302\240')"; do
+  payment '--payee-address has nothing but blanks' --amount 1 --due 2026-03-20 --payee-address "$blanks"
+  payment '--bill has nothing but blanks' --amount 1 --due 2026-03-20 --bill "$blanks"
+  payment '--memo has nothing but blanks' --amount 1 --due 2026-03-20 --memo "$blanks"
+  stop_check '--payee has nothing but blanks' --payee "$blanks"
+  refused 'request mail' '--text has nothing but blanks' "${mail[@]}" "$blanks"
+  refused 'request mail' '--from has nothing but blanks' "${mail[@]}" b --from "$blanks"
+  refused 'request mail' '--to has nothing but blanks' "${mail[@]}" b --to "$blanks"
+  for name in "$blanks" "${blanks}a" "a$blanks"; do
+    for option in --user --org --fid --app-id; do
+      given=(--org B --user a --fid 7 --app-id A)
+      for index in 0 2 4 6; do
+        [ "${given[index]}" != "$option" ] || given[index + 1]=$name
+      done
+      refused 'request statement' "$option has a blank at its start or its end" request statement "${given[@]}" "${bank[@]}"
+      refused 'request mail' "$option has a blank at its start or its end" request mail "${given[@]}" --subject a --text b
+    done
+    SECRET=$name expect 2 request statement "${sign_on_options[@]}" "${bank[@]}"
+    [ "$(cat err)" = 'krofx: request statement: the password has a blank at its start or its end, which would be lost on the way' ] ||
+      fail 'not refused for the blanks of the password'
+  done
+done
+SECRET='two words' expect 0 request statement "${sign_on_options[@]}" "${bank[@]}"
+has rq.ofx '<USERPASS>two words'
 
 # An empty value is not an option that is left out: a variable of a script may have no value.
 for option in --due --every --memo --to-branch --to-type; do

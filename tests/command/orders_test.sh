@@ -45,6 +45,13 @@ for version in '' --v2; do
 done
 orders '9 USD from 211370545/1 CHECKING to payee 3 of the list, due 2026-03-20' \
   payment "${from[@]}" --amount 9 --due 2026-03-20 --payee-list-id 3 --v2
+orders '9 USD from 211370545/1 CHECKING to payee 6, payee 5 of the list, account 1, due 2026-03-20' \
+  payment "${from[@]}" --amount 9 --due 2026-03-20 --payee-id 6 --payee-list-id 5 --payee-account 1
+orders '9 USD from 211370545/1 CHECKING to Plumber, payee 5 of the list, due 2026-03-20' \
+  payment "${from[@]}" --amount 9 --due 2026-03-20 --payee Plumber --payee-list-id 5 --v2
+orders '5 USD from 211370545/1 SAVINGS to 9/8 MONEYMRKT, MONTHLY, 3 times' \
+  transfer "${from[@]}" --type savings --to-bank 9 --to-account 8 --to-type MoneyMrkt --amount 5 --every monthly --times 3
+orders 'no payment of check 100 from 211370545/1 SAVINGS' stop-check "${from[@]}" --type savings --first 100
 orders '9 USD from 211370545/1 CHECKING to Kestrel Timber, due 2026-03-20' \
   payment "${from[@]}" --amount 9 --due 2026-03-20 --payee 'Kestrel Timber' --v2
 # The number of a bank elsewhere says nothing of the currency, and neither does a wrong check digit.
