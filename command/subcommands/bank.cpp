@@ -14,9 +14,12 @@
 #include "exchange/exchange.h"
 #include "exchange/profile_asker.h"
 #include "exchange/reply_keeper.h"
+#include "output/characters.h"
 #include "output/messages.h"
 #include "output/safe_text.h"
 #include "requests/account_choice.h"
+#include "requests/account_options.h"
+#include "requests/request_maker.h"
 #include "requests/sign_on_options.h"
 #include "subcommands/bank_password.h"
 #include "subcommands/subcommands.h"
@@ -72,6 +75,29 @@ std::string TakeAccount(const AddOptions& options, Bank& bank) {
   return "";
 }
 
+// Whether the text is a host as the profile's addresses have it: a name alone, without a port.
+bool IsHost(const std::string& text) {
+  return LowerAscii(Url("https://" + text + "/").host) == LowerAscii(text);
+}
+
+// Whether requests can be made of how the bank and its accounts are described; if not, after a
+// complaint.
+ExitStatus CheckRequests(const ExchangeOptions& exchange, const Bank& bank) {
+  SignOnOptions signOn;
+  signOn.subcommand = exchange.subcommand;
+  signOn.use = std::make_shared<ReplyKeeper>(exchange);
+  FillSignOn(signOn, bank);
+  const ExitStatus complete = CompleteSignOn(signOn);
+  if (complete != kExitClean) return complete;
+  RequestMaker maker(signOn);
+  for (const Account& account : bank.accounts) MakeAccount(account, maker);
+  // What is given may hold a password.
+  if (!std::all_of(bank.hosts.begin(), bank.hosts.end(), IsHost)) {
+    maker.Fail("--host takes the name of a host alone, such as ofx.bank.example");
+  }
+  return maker.Check();
+}
+
 // Whether the bank could be asked as it is described; if not, after a complaint.
 ExitStatus CheckGiven(const Bank& bank) {
   const std::string problem = FindProblem(bank);
@@ -82,7 +108,8 @@ ExitStatus CheckGiven(const Bank& bank) {
   exchange.isProxyKept = false;
   // Each exchange says for itself whether a password may go over plain http.
   exchange.allowHttp = true;
-  return Exchange(exchange).Prepare(Direction::kSend);
+  const ExitStatus prepared = Exchange(exchange).Prepare(Direction::kSend);
+  return prepared == kExitClean ? CheckRequests(exchange, bank) : prepared;
 }
 
 ExitStatus Add(const AddOptions& options) {
@@ -280,9 +307,7 @@ void AddAdd(const Subcommand& parent) {
   const Option broker = text("--broker", options->broker, "Or its broker's ID");
   for (const Option& each :
        {routing, card, broker, text("--branch", options->account.branch, "Its branch"),
-        text("--type", options->account.type,
-             "CHECKING (the default), SAVINGS, MONEYMRKT, "
-             "CREDITLINE")}) {
+        AddAccountType(add, "--type", options->account.type)}) {
     each.Needs(account).InGroup(group);
   }
   add.OnRun(options, Add);

@@ -25,7 +25,7 @@ expect 64 bank add harbor --url "$url" --org O
 adds_none() {
   local wanted=$1 message=$2
   shift 2
-  expect "$wanted" bank add harbor --org O --user u "$@"
+  expect "$wanted" bank add harbor --org "${org-O}" --user "${user-u}" "$@"
   has err "krofx: $message"
   lacks err hidden
   lacks err 'line '
@@ -49,6 +49,23 @@ done
 for option in --fid --password-command; do
   adds_none 64 "bank add: ${option#--} has a control character" --url https://bank.example/ $option "$(printf 'a\nb')"
 done
+# What no request could name is not added either.
+unusable() { adds_none 64 "bank add: $1" --url https://bank.example/ "${@:2}"; }
+unusable '--account has a character that the request' --account '日本' --card
+unusable '--account has 27 characters; OFX takes no more than 22' --account '5500 1111 2222 4410 999 999' --card
+unusable '--account has a blank at its start or its end' --account ' 123 ' --bank 21
+unusable '--bank has 10 characters; OFX takes no more than 9' --account 1 --bank 2113705451
+unusable '--broker has 23 characters; OFX takes no more than 22' --account 1 --broker 12345678901234567890123
+org='日本' unusable '--org has a character that the request'
+org='   ' unusable '--org has a blank'
+user='ada ' unusable '--user has a blank'
+long=$(printf '%040d' 1)
+org=$long unusable '--org has 40 characters; OFX takes no more than 32'
+user=$long unusable '--user has 40 characters; OFX takes no more than 32'
+unusable '--fid has 40 characters; OFX takes no more than 32' --fid "$long"
+for host in https://evil u:hidden@evil evil:8443 evil/x 'a b' '*'; do
+  unusable '--host takes the name of a host alone' --host good.example --host "$host"
+done
 
 # Added, listed, shown.
 printf '#!/bin/sh\necho not-a-real-password\necho a second line\n' >secret
@@ -62,7 +79,9 @@ lacks "$banks" not-a-real-password
 expect 2 "${add[@]}"
 has err 'there is a bank harbor already'
 expect 0 bank add other --url https://other.example/ofx --org "O \"quoted\" \\ & co" --user bob \
-  --account 12 --bank 34 --type SAVINGS
+  --account 12 --bank 34 --type savings --timeout 0100 --host evil.example
+has "$banks" 'type = "SAVINGS"'
+has "$banks" 'timeout = 100'
 expect 0 bank list
 has out "harbor  HARBORFED  $url  ada.w"
 has out 'other   O "quoted" \ & co  https://other.example/ofx  bob'
@@ -109,6 +128,10 @@ for version in '' --v2; do
 done
 expect 64 fetch statement @harbor --account 777
 has err 'harbor has no account that ends in 777; it has 00718220946 CHECKING'
+# What is not found can be the number of a card with a slip in it.
+expect 64 request statement @harbor --account 5500111122224411
+has err 'harbor has no account that ends in ************4411; it has'
+lacks err 5500111122224411
 expect 64 fetch investment @harbor --account 0946
 expect 64 fetch statement @habor
 has err 'did you mean harbor?'
