@@ -53,7 +53,9 @@ for target in "${targets[@]}"; do
   found=build/fuzz/corpus/$target kept=fuzz/corpus/$target
   mkdir -p "$found" "$kept"
   if [ "$action" = run ]; then
-    run "$target" "-max_total_time=$seconds" "$found" "$kept"
+    folders=("$found" "$kept")
+    [ ! -d "fuzz/fixed/$target" ] || folders+=("fuzz/fixed/$target")
+    run "$target" "-max_total_time=$seconds" "${folders[@]}"
   else
     smaller=$(mktemp -d)
     run "$target" -merge=1 "$smaller" "$kept" "$found"
