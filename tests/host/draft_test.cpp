@@ -256,6 +256,39 @@ TEST(Draft, FindsAWrapperForEveryPayloadAndASetForEveryWrapper) {
   }
 }
 
+TEST(Draft, SaysThatAMessageSetIsFull) {
+  constexpr u32 kMost = 65535;
+  Draft draft(1);
+  for (u32 count = 0; count < kMost; ++count) {
+    ASSERT_NE(draft.Add(draft.New<KRBankStatementRq>()), nullptr) << count;
+  }
+  EXPECT_EQ(draft.Add(draft.New<KRBankStatementRq>()), nullptr);
+  EXPECT_FALSE(AlarmIsSet());
+  KRBuffer buffer(0, 0);
+  buffer += "before";
+  const DraftResult result = draft.Write(buffer);
+  EXPECT_EQ(result.status, KRBuildStatus_TreeNotAllowed);
+  EXPECT_EQ(Str(result.problem),
+            "a list has more than 65535 entries, which is the most that a list takes");
+  EXPECT_EQ(TextOf(buffer), "before");
+}
+
+TEST(Draft, SaysThatMemoryIsExhaustedBeforeAnythingElse) {
+  for (const u16 version : {u16{1}, u16{2}}) {
+    Draft draft(version);
+    std::unique_ptr<KRBankStatementRq> question = draft.New<KRBankStatementRq>();
+    {
+      const FailingAllocation failing(1, true);
+      EXPECT_EQ(draft.Add(std::move(question)), nullptr);
+    }
+    KRBuffer buffer(0, 0);
+    const DraftResult result = draft.Write(buffer);
+    EXPECT_EQ(result.status, KRBuildStatus_Fatal);
+    EXPECT_EQ(Str(result.problem), "memory was exhausted");
+    EXPECT_TRUE(result.missing.empty());
+  }
+}
+
 TEST(Draft, FailsWholeWhicheverAllocationFails) {
   std::string whole;
   for (std::size_t nth = 0; nth < 3000; ++nth) {

@@ -4,6 +4,7 @@
 
 #include "krofx/build/builder.h"
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/whole_write.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/internal/routing.h"
 #include "krofx/envelope/multi_trans.h"
@@ -32,17 +33,11 @@ KRTagID WrapperOf(Side side, KRTagID payload) {
   return KRTag_None;
 }
 
-// The version that the last character of a message set's tag says.
-u16 VersionOf(KRTagID set) {
-  const KRString name = KRUtility::TagToString(set);
-  const std::string_view text = ToText(name);
-  return text.ends_with('2') ? 2 : 1;
-}
-
 // The message set of a version that has a tag right below it; KRTag_None when none does.
 KRTagID SetOf(Side side, KRTagID child, u16 version) {
+  const KRArrayOfTags sets = MessageSetTags(side);
   for (const MessageSetRoute& route : MessageSets(side)) {
-    if (VersionOf(route.tag) == version && FindTagRow(route.valid, child, version) >= 0) {
+    if (FindTagRow(sets, route.tag, version) >= 0 && FindTagRow(route.valid, child, version) >= 0) {
       return route.tag;
     }
   }
@@ -80,16 +75,19 @@ std::unique_ptr<Class> NewAs(KRTagID tag, u16 version) {
   return object;
 }
 
+// Entries of a list at most.
+constexpr u16 kListLimit = 65535;
+
 bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
 
 }  // namespace
 
 template <Side kSide>
 DraftOf<kSide>::DraftOf(u16 version) : m_version(version) {
+  KRSetFireAlarm(KRFireAlarm_None);
   if (version != 1 && version != 2) {
     Fail(KRBuildStatus_TreeNotAllowed, "there are message sets of version 1 and 2 only");
   }
-  KRSetFireAlarm(KRFireAlarm_None);
   m_file.AddDefaultOFXHeaders(version);
   std::unique_ptr<Body> body = NewAs<Body>(KRTag_OFX, version);
   // The last header is there when all are.
@@ -111,6 +109,14 @@ void DraftOf<kSide>::Fail(KRBuildStatus status, const char* problem, KRTagID tag
     m_problem += "> ";
   }
   m_problem += problem;
+}
+
+template <Side kSide>
+bool DraftOf<kSide>::HasRoom(u16 entries) {
+  if (entries < kListLimit) return true;
+  Fail(KRBuildStatus_TreeNotAllowed,
+       "a list has more than 65535 entries, which is the most that a list takes");
+  return false;
 }
 
 template <Side kSide>
@@ -170,7 +176,7 @@ bool DraftOf<kSide>::Add(std::unique_ptr<Sync> sync) {
     return false;
   }
   MessageSet* const set = SetFor(sync->GetType());
-  if (set == nullptr) return false;
+  if (set == nullptr || !HasRoom(set->GetNumSync())) return false;
   return Give(*set, &MessageSet::AppendSync, std::move(sync)) || OutOfMemory();
 }
 
@@ -178,7 +184,7 @@ template <Side kSide>
 typename Direction<kSide>::Trans* DraftOf<kSide>::Add(std::unique_ptr<Trans> wrapper) {
   if (wrapper == nullptr) return nullptr;
   MessageSet* const set = SetFor(wrapper->GetType());
-  if (set == nullptr) return nullptr;
+  if (set == nullptr || !HasRoom(set->GetNumTrans())) return nullptr;
   Trans* const added = wrapper.get();
   if (Give(*set, &MessageSet::AppendTrans, std::move(wrapper))) return added;
   OutOfMemory();
@@ -235,25 +241,28 @@ bool DraftOf<kSide>::AddSignOn(std::unique_ptr<typename Direction<kSide>::SignOn
 template <Side kSide>
 DraftResult DraftOf<kSide>::Write(KRBuffer& buffer) {
   DraftResult result;
-  result.status = m_status;
-  result.problem = m_problem;
-  if (m_status != KRBuildStatus_Done) return result;
-  result.missing = FindMissing(m_file);
-  KRDataObj* failing = nullptr;
+  if (!AlarmIsSet()) WriteInto(buffer, result);
+  // What is said without memory may be wrong or cut.
   if (AlarmIsSet()) {
     result.status = KRBuildStatus_Fatal;
-  } else if (!result.missing.empty()) {
+    result.missing.Clear();
+  }
+  if (result.status == KRBuildStatus_Fatal) result.problem = ReasonOf(KRBuildStatus_Fatal);
+  return result;
+}
+
+template <Side kSide>
+void DraftOf<kSide>::WriteInto(KRBuffer& buffer, DraftResult& result) {
+  result.status = m_status;
+  result.problem = m_problem;
+  if (m_status != KRBuildStatus_Done) return;
+  result.missing = FindMissing(m_file);
+  if (AlarmIsSet()) return;  // Which the builder would take back.
+  KRDataObj* failing = nullptr;
+  if (!result.missing.empty()) {
     result.status = KRBuildStatus_MissingTag;
   } else {
-    const u32 offset = buffer.GetBufferOffset();
-    const u32 size = buffer.GetBufferSize();
-    KRBuilder builder;
-    result.status = builder.Build(&buffer, &m_file, KRBuildStringOpt_Strict, 1);
-    failing = builder.GetFailingObject();
-    if (result.status != KRBuildStatus_Done && buffer.GetBufferPtr() != nullptr) {
-      buffer.SetBufferOffset(offset);
-      buffer.SetBufferSize(size);
-    }
+    result.status = BuildInto(buffer, failing);
   }
   result.problem = ReasonOf(result.status);
   if (failing != nullptr && result.status != KRBuildStatus_Done) {
@@ -261,7 +270,17 @@ DraftResult DraftOf<kSide>::Write(KRBuffer& buffer) {
     result.problem += KRUtility::ObjectToString(failing);
     result.problem += ">";
   }
-  return result;
+}
+
+template <Side kSide>
+KRBuildStatus DraftOf<kSide>::BuildInto(KRBuffer& buffer, KRDataObj*& failing) {
+  KRBuffer built(16384, 16384);
+  if (built.GetBufferPtr() == nullptr) return KRBuildStatus_Fatal;
+  KRBuilder builder;
+  const KRBuildStatus status = builder.Build(&built, &m_file, KRBuildStringOpt_Strict, 1);
+  failing = builder.GetFailingObject();
+  if (status != KRBuildStatus_Done) return status;
+  return WriteWhole(buffer, built) ? KRBuildStatus_Done : KRBuildStatus_Fatal;
 }
 
 template class DraftOf<Side::kRequest>;

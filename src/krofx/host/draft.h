@@ -105,10 +105,12 @@ class KROFX_API DraftOf {
   std::unique_ptr<Sync> NewSync(KRTagID wrapper, std::string_view token) const;
 
   /// Adds a synchronisation to the message set that carries it.
-  /// @return false when none does, as when its tag is none of a synchronisation; Write says so too.
+  /// @return false when none does, as when its tag is none of a synchronisation, and when that
+  ///         message set has 65535 of them; Write says so too.
   bool Add(std::unique_ptr<Sync> sync);
   /// Adds a wrapper to the message set that carries it.
-  /// @return it, which the draft owns; null when none does.
+  /// @return it, which the draft owns; null when none does, and when that message set has 65535 of
+  ///         them; Write says so then.
   Trans* Add(std::unique_ptr<Trans> wrapper);
   /// @return the whole file, which the draft owns.
   const KRFile& File() const { return m_file; }
@@ -135,6 +137,10 @@ class KROFX_API DraftOf {
 
  private:
   using FileClass = std::conditional_t<kSide == Side::kRequest, KRFileRq, KRFileRs>;
+
+  bool HasRoom(u16 entries);
+  void WriteInto(KRBuffer& buffer, DraftResult& result);
+  KRBuildStatus BuildInto(KRBuffer& buffer, KRDataObj*& failing);
 
   u16 m_version;
   FileClass m_file;
@@ -166,8 +172,8 @@ class KROFX_API Draft : public internal::DraftOf<internal::Side::kRequest> {
   ///                That of KRTag_MULTIINTERTRNRQ is a KRMultiTransRq, to which more transfers can
   ///                be appended.
   /// @return the wrapper, which the draft owns: GetTransUserID is what the answer will name. Null
-  ///         when the payload is null, travels in no request of this version, or memory is
-  ///         exhausted; it is deleted then, and Write says why.
+  ///         when the payload is null, travels in no request of this version, its message set
+  ///         is full, or memory is exhausted; it is deleted then, and Write says why.
   KRTransRq* Add(std::unique_ptr<KRTransBase> payload, KRTagID wrapper = KRTag_None);
   /// The same without adding it: for a synchronisation (KRSyncRq::AppendTrans).
   std::unique_ptr<KRTransRq> Wrap(std::unique_ptr<KRTransBase> payload,

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "krofx/core/internal/byte_search.h"
+#include "krofx/core/internal/whole_write.h"
 #include "krofx/core/thread.h"
 #include "krofx/reader/characters/charset.h"
 #include "krofx/reader/header/charset_choice.h"
@@ -148,13 +149,9 @@ bool WriteOfx2(const OfxText& text, std::string_view body, u16 version, Output& 
   return !output.HasFailed();
 }
 
-}  // namespace
-
-KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out, const RewriteOptions& options,
-                      KRDataObj** failing) {
-  if (failing != nullptr) *failing = nullptr;
-  if (text.root == nullptr) return KRBuildStatus_NullArgument;
-  if (text.kind == TextKind::kMultipart) return KRBuildStatus_TreeNotAllowed;
+// Makes the whole text in a buffer that is empty.
+KRBuildStatus Make(const OfxText& text, const RewriteOptions& options, KRBuffer& made,
+                   KRDataObj** failing) {
   KRBuffer built(65536, 65536);
   internal::WholeBuilder builder(text, options.strict);
   const KRBuildStatus status = builder.Build(
@@ -164,16 +161,31 @@ KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out, const RewriteOptions& 
   if (status != KRBuildStatus_Done) return status;
 
   const std::string_view whole = BytesOf(built);
-  const u32 before = out.GetBufferSize();
-  Output output(out);
+  Output output(made);
   const bool written = options.form == TextForm::kOfx1
                            ? WriteOfx1(whole, output)
                            : WriteOfx2(text, whole.substr(BodyOf(whole)), options.version, output);
-  if (written && KRGetFireAlarm() == KRFireAlarm_None) return KRBuildStatus_Done;
-  out.SetBufferOffset(before);
-  out.SetBufferSize(before);
-  KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-  return KRBuildStatus_Fatal;
+  return written && KRGetFireAlarm() == KRFireAlarm_None ? KRBuildStatus_Done : KRBuildStatus_Fatal;
+}
+
+}  // namespace
+
+KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out, const RewriteOptions& options,
+                      KRDataObj** failing) {
+  if (failing != nullptr) *failing = nullptr;
+  if (text.root == nullptr) return KRBuildStatus_NullArgument;
+  if (text.kind == TextKind::kMultipart) return KRBuildStatus_TreeNotAllowed;
+  KRBuffer made(65536, 65536);
+  KRBuildStatus status = Make(text, options, made, failing);
+  if (status == KRBuildStatus_Done) {
+    const u32 cursor = out.GetBufferOffset();
+    out.SetBufferOffset(out.GetBufferSize());
+    if (internal::WriteWhole(out, made)) return KRBuildStatus_Done;
+    out.SetBufferOffset(cursor);
+    status = KRBuildStatus_Fatal;
+  }
+  if (status == KRBuildStatus_Fatal) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+  return status;
 }
 
 }  // namespace krofx
