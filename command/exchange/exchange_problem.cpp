@@ -18,6 +18,10 @@ constexpr u32 kNotModified = 1508;
 constexpr u32 kUnavailable = 1521;
 constexpr u32 kGatewayTimedOut = 1522;
 
+// The first and the last code of single HTTP statuses of success without a reply that can be used.
+constexpr u32 kCreated = 1501;
+constexpr u32 kNoContent = 1504;
+
 // HTTP statuses that the transport has no code for, or one that means something else too.
 constexpr u32 kRequestTimedOut = 408;
 constexpr u32 kTooManyRequests = 429;
@@ -54,6 +58,11 @@ bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
   return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
 }
 
+// Whether the server answered with a success that is not the usual one.
+bool IsOtherSuccess(u32 code) {
+  return (code >= kCreated && code <= kNoContent) || code == VYNCurlCode_UnexpectedSuccess;
+}
+
 // What the command line can do about it; null where the library's own words suffice.
 const char* Advise(const ExchangeEnd& end) {
   if (end.status == KRNetStatus_Untrusted) {
@@ -78,6 +87,10 @@ std::string Describe(const ExchangeEnd& end) {
   if (end.status == KRNetStatus_TimedOut && end.httpStatus != kRequestTimedOut) {
     return "there was no reply within " + std::to_string(end.timeout) +
            " seconds; try again later, or give it more time with --timeout";
+  }
+  if (IsOtherSuccess(end.transportError)) {
+    return "the server answers with HTTP " + std::to_string(end.httpStatus) +
+           " and not with a reply; check the address";
   }
   const char* const advice = end.httpStatus == kTooManyRequests ? nullptr : Advise(end);
   return advice != nullptr ? advice

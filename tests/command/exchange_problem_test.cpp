@@ -33,6 +33,10 @@ TEST(ExchangeProblem, SaysMoreWhereTheTransportDoes) {
         {.status = KRNetStatus_Other, .httpStatus = http, .transportError = code});
   };
   EXPECT_NE(describe(1506, 302).find("not followed"), std::string::npos);
+  EXPECT_TRUE(describe(1504, 204).starts_with("the server answers with HTTP 204"))
+      << describe(1504, 204);
+  EXPECT_TRUE(describe(1688, 226).starts_with("the server answers with HTTP 226"))
+      << describe(1688, 226);
   EXPECT_NE(describe(1513, 404).find("(status 29, HTTP 404, code 1513)"), std::string::npos);
   EXPECT_NE(describe(1671).find("never accepted"), std::string::npos);
   EXPECT_NE(describe(1681).find("256 MiB"), std::string::npos);
