@@ -48,12 +48,16 @@ std::size_t LengthOfNear(Text text, std::size_t size, Name name, std::size_t len
   for (std::size_t column = 1; column <= size; ++column, ++text) {
     std::size_t diagonal = edits[0];
     edits[0] = column;
+    std::size_t fewest = column;
     for (std::size_t row = 1; row <= length; ++row) {
       const std::size_t left = edits[row];
       const std::size_t other = Upper(*text) == name[static_cast<std::ptrdiff_t>(row) - 1] ? 0 : 1;
       edits[row] = std::min({edits[row - 1] + 1, left + 1, diagonal + other});
+      fewest = std::min(fewest, edits[row]);
       diagonal = left;
     }
+    // More characters take away no edits.
+    if (fewest > kMostEdits) break;
     if (edits[length] < least) {
       least = edits[length];
       best = column;

@@ -234,12 +234,12 @@ void Recorder::Warn(KRParseWarning warning, Spot spot, KRTagID tag, std::string_
   record.text = m_text;
   record.tag = tag;
   if (!SetTag(record.tagText, tagText) || !Set(record.value, value)) return;
-  if (IsSecret(tag) || NamesPassword(tagText) || (spot.amongPasswords && tag == KRTag_None) ||
+  const bool isTextAmongPasswords = spot.amongPasswords && tag == KRTag_None;
+  if (isTextAmongPasswords || IsSecret(tag) || NamesPassword(tagText) ||
       MayHavePassword(value, spot.amongPasswords)) {
     record.value.Clear('*');
   }
-  if (spot.amongPasswords && tag == KRTag_None && MayBePassword(tagText) &&
-      LengthOfPasswordTag(tagText) == 0) {
+  if (isTextAmongPasswords && MayBePassword(tagText) && LengthOfPasswordTag(tagText) == 0) {
     record.tagText.Clear('*');
   }
   if (m_watcher != nullptr) m_watcher->OnWarning(record);
