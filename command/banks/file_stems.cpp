@@ -82,7 +82,9 @@ std::vector<std::string> FileStemsOf(const Bank& bank, const std::vector<Account
     if (isAmbiguous) {
       const std::string digest = DigestOf(bank, account);
       // No name that is plain has a point.
-      stem = digest.empty() ? "" : stem + "." + digest;
+      stem += '.';
+      stem += digest;
+      if (digest.empty()) stem.clear();
     }
     stems.push_back(stem);
   }
