@@ -1,4 +1,4 @@
-// Names files after accounts, and finds out where that is not clear.
+// Names files after accounts, and finds the names that two accounts would share.
 
 #include "banks/file_stems.h"
 
@@ -11,11 +11,12 @@ namespace krofx::command {
 
 namespace {
 
-// Of the digest in a name, in hexadecimal digits.
+// How many hexadecimal digits of the digest a name has.
 constexpr std::size_t kDigestLength = 8;
 
-// The bank and the account. Of a card they have the last four digits, as all that is shown. Other
-// characters than letters, digits and hyphens, which could lead elsewhere, are replaced.
+// The name without a digest. A card's number is cut to its last four digits, since no more of it is
+// shown anywhere. All but letters, digits and hyphens is replaced, since a slash or a dot could
+// name a file in another folder.
 std::string PlainStemOf(const Bank& bank, const Account& account) {
   std::string number = account.number;
   if (account.kind == AccountKind::kCard) {
@@ -28,16 +29,18 @@ std::string PlainStemOf(const Bank& bank, const Account& account) {
   return bank.name + "-" + number;
 }
 
-// Whether the words could begin another kind of file, or mean an account of a bank whose name is
-// longer. Whatever accounts that has, its own names are then never these.
-bool IsMisread(const std::string& stem, const Bank& bank, const std::vector<Bank>& banks) {
+// Whether the name is also that of the bank's updates, or begins like the names of another bank:
+// with the banks `my` and `my-own`, the account `own-1` of the first is named like account `1` of
+// the second. It counts whether or not the other bank has such an account yet, so that names stay
+// the same when it gets one.
+bool IsTakenByAnother(const std::string& stem, const Bank& bank, const std::vector<Bank>& banks) {
   return stem == bank.name + "-updates" ||
          std::any_of(banks.begin(), banks.end(), [&](const Bank& other) {
            return other.name.size() > bank.name.size() && stem.starts_with(other.name + "-");
          });
 }
 
-// Whether another one of the accounts has the same words.
+// Whether another one of the accounts has the same name.
 bool IsShared(const std::string& stem, const Bank& owner, const Account& account, const Bank& bank,
               const std::vector<Account>& accounts) {
   return std::any_of(accounts.begin(), accounts.end(), [&](const Account& other) {
@@ -75,13 +78,13 @@ std::vector<std::string> FileStemsOf(const Bank& bank, const std::vector<Account
   for (const Account& account : accounts) {
     std::string stem = PlainStemOf(bank, account);
     const bool isAmbiguous =
-        IsMisread(stem, bank, banks) || IsShared(stem, bank, account, bank, accounts) ||
+        IsTakenByAnother(stem, bank, banks) || IsShared(stem, bank, account, bank, accounts) ||
         std::any_of(banks.begin(), banks.end(), [&](const Bank& other) {
           return other.name != bank.name && IsShared(stem, bank, account, other, other.accounts);
         });
     if (isAmbiguous) {
       const std::string digest = DigestOf(bank, account);
-      // No name that is plain has a point.
+      // No name without a digest has a dot.
       stem += '.';
       stem += digest;
       if (digest.empty()) stem.clear();

@@ -1,4 +1,4 @@
-// How the files begin in which replies about accounts are kept.
+// The names of the files that `fetch all` writes for each account, without their endings.
 
 #ifndef KROFX_COMMAND_BANKS_FILE_STEMS_H_
 #define KROFX_COMMAND_BANKS_FILE_STEMS_H_
@@ -10,13 +10,15 @@
 
 namespace krofx::command {
 
-/// The beginning of the file names of each account of a bank: the bank and the account, of a card
-/// the last four digits. No two accounts of the user have the same one: where these words could
-/// mean several accounts, each of them gets a digest of all that names it. So a name depends on no
-/// order.
+/// Names the files of each account of a bank after the bank and the number of the account, or for a
+/// card after the last four digits of its number: `mybank-12345`, `mybank-card-4444`. No two
+/// accounts of the user get the same name: where one would be that of another account too, a digest
+/// of the account's bank, number and type is added. The name of an account does not depend on the
+/// order in which accounts and banks are listed.
 /// @param accounts those of the bank, listed in the file of banks or by the bank itself.
 /// @param banks all of the user's.
-/// @return one for each account; empty for one when there is no memory for its digest.
+/// @return a name for each account, in their order; an empty one when there is no memory for its
+///         digest.
 std::vector<std::string> FileStemsOf(const Bank& bank, const std::vector<Account>& accounts,
                                      const std::vector<Bank>& banks);
 

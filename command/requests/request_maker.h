@@ -147,9 +147,9 @@ class RequestMaker {
   ExitStatus m_exitStatus = kExitClean;
 };
 
-/// @return what is wrong with a password, in the character set of requests, that would not arrive
-/// as
-///         it is; empty when nothing is.
+/// Finds out whether a password arrives as it is.
+/// @param password in the character set of requests.
+/// @return what is wrong with it, for the user; empty when it arrives.
 std::string FindLoss(std::string_view password);
 
 /// Now, in universal time, in the form of OFX.

@@ -197,32 +197,32 @@ KRBufferResult KRBuffer::PutText(const char* text) {
 }
 
 // Adds at least `need` bytes to the allocation. Returns how many; 0 when it cannot.
-u32 KRBuffer::GrowBuffer(u32 need) {
+u32 KRBuffer::GrowBuffer(u32 need, bool keepsContent) {
   if (need == 0 && m_growSize == 0) return 0;
   const u32 limit = GetMaxBufferSize();
   if (m_allocation >= limit) return 0;
   const u32 added = std::min(std::max(m_growSize, need), limit - m_allocation);
-  if (added < need || !SetAllocation(m_allocation + added)) return 0;
+  if (added < need || !SetAllocation(m_allocation + added, keepsContent)) return 0;
   return added;
 }
 
 // Raises the allocation; new bytes are zero. When new memory is needed its size at least doubles.
-// It is not reallocated in place, which could leave sign-on text in freed memory.
-bool KRBuffer::SetAllocation(u32 allocation) {
+// It is not reallocated in place, which could leave sign-on text in freed memory. Without memory
+// the content is lost, unless `keepsContent`.
+bool KRBuffer::SetAllocation(u32 allocation, bool keepsContent) {
   if (allocation > m_capacity) {
     const std::uint64_t doubled =
         std::min<std::uint64_t>(std::uint64_t{m_capacity} * 2, kMaxBufferSize);
     const u32 capacity = std::max(allocation, static_cast<u32>(doubled));
     auto* const fresh = static_cast<char*>(Allocate(capacity));
+    if (fresh == nullptr) KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    if (fresh == nullptr && keepsContent) return false;
     if (fresh != nullptr && m_data != nullptr) std::memcpy(fresh, m_data, m_allocation);
     if (fresh != nullptr && m_data == nullptr) std::memset(fresh, 0, m_allocation);
     WipeAndFree(m_data, m_capacity);
     m_data = fresh;
     m_capacity = fresh != nullptr ? capacity : 0;
-    if (fresh == nullptr) {
-      KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
-      return false;
-    }
+    if (fresh == nullptr) return false;
   }
   std::memset(m_data + m_allocation, 0, allocation - m_allocation);
   m_allocation = allocation;

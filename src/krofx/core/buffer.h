@@ -15,7 +15,12 @@
 #include "krofx/core/memory.h"
 #include "krofx/core/types.h"
 
+class KRBuffer;
 class KRString;
+
+namespace krofx::internal {
+KROFX_API bool WriteWhole(KRBuffer& target, const KRBuffer& source);
+}  // namespace krofx::internal
 
 /// Result of reading from and writing to a buffer.
 enum KRBufferResult : s32 {
@@ -154,9 +159,11 @@ class KROFX_API KRBuffer : public krofx::internal::HeapObject {
   }
   KRBufferResult PutGrowing(const char* bytes, u16 count);
   KRBufferResult PutText(const char* text);
-  u32 GrowBuffer(u32 need);
-  bool SetAllocation(u32 allocation);
+  u32 GrowBuffer(u32 need, bool keepsContent = false);
+  bool SetAllocation(u32 allocation, bool keepsContent = false);
   u32 Readable() const;
+
+  friend bool krofx::internal::WriteWhole(KRBuffer& target, const KRBuffer& source);
 
   char* m_data = nullptr;
   u32 m_allocation = 0;

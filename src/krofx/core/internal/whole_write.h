@@ -8,13 +8,12 @@
 
 namespace krofx::internal {
 
-/// Writes all content of `source` at the cursor of `target`, or nothing. A buffer that cannot grow
-/// loses its content; here it gets it back, without needing memory for that. Copies are wiped.
+/// Writes all content of `source` at the cursor of `target`, or nothing. When a buffer cannot grow
+/// it usually loses its content; here it keeps it. Memory that is given back is wiped.
 /// @param source another buffer than the target.
-/// @return false when memory is exhausted, with the fire alarm raised, and when the target is at
-/// its
-///         limit or had lost its memory before; its content, size, cursor and allocation are as
-///         they were then.
+/// @return true when all of it is written. False, with the target's content, size, cursor and
+///         allocation as they were: when memory is exhausted, with the fire alarm raised; when the
+///         target is at its limit; when it has lost its memory before.
 KROFX_API bool WriteWhole(KRBuffer& target, const KRBuffer& source);
 
 }  // namespace krofx::internal
