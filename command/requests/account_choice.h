@@ -21,8 +21,7 @@ enum class StatementKind { kMoney, kInvestment };
 /// The accounts of the bank that the sign-on names, whose numbers end in `number`; all of them when
 /// that is empty. When none is listed with the bank, the institution is asked for them.
 /// @return those there are; a problem is noted in `maker` when there is none, or when several end
-/// in
-///         the number.
+///         in the number.
 std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::string& number,
                                     StatementKind kind, RequestMaker& maker);
 

@@ -31,8 +31,7 @@ struct RewriteOptions {
 /// @param failing takes the object that could not be written, null when none is to blame. May be
 ///        null.
 /// @return 0 done; 3 there is no tree; 5 with a text that is longer in UTF-8 than a string may be;
-/// 7
-///         for a multipart text, and for two message sets of one tag; else as KRBuilder::Build.
+///         7 for a multipart text, and for two message sets of one tag; else as KRBuilder::Build.
 ///         After a failure `out` holds what it held.
 KROFX_API KRBuildStatus Rewrite(const OfxText& text, KRBuffer& out,
                                 const RewriteOptions& options = {}, KRDataObj** failing = nullptr);

@@ -44,8 +44,7 @@ class StreamRun;
 class KROFX_API StreamElement {
  public:
   /// @return the object, which belongs to the stream. It has left its list; only a wrapper stays in
-  /// its
-  ///         message set. It may be changed, and copied with the DeepCopyFrom of its class.
+  ///         its message set. It may be changed, and copied with the DeepCopyFrom of its class.
   KRDataObj& Object() const;
   /// @return the object as one of class `Class`; null when it is none.
   template <class Class>
@@ -224,8 +223,7 @@ class KROFX_API Stream {
   ///         it reads "-11,76" as -1176; krofx::Read mends that.
   bool MayHaveCommaAmount() const;
   /// @return whether an amount or a date came twice in one aggregate. The last one counts, as for
-  /// the
-  ///         parser; krofx::Read says both.
+  ///         the parser; krofx::Read says both.
   bool HasRepeatedFigure() const;
   /// @return whether there are more tags after the end of the text, which are not read. Takes what
   ///         is left of the bytes. The stream must have ended.

@@ -26,8 +26,7 @@ KROFX_API std::size_t FindPasswordTag(std::string_view text) noexcept;
 
 /// @param name of a tag, as it was written.
 /// @return whether it ends with the name of a tag of a password, whole or damaged, as when the end
-/// of
-///         the tag before that one is gone: what comes after it is a password then.
+///         of the tag before that one is gone: what comes after it is a password then.
 KROFX_API bool EndsWithPasswordTag(std::string_view name) noexcept;
 
 /// @param name of a tag, as it was written.

@@ -49,8 +49,7 @@ class TreeReader final : public KRParser {
 
   /// Reads from `body` on.
   /// @return 0 when it was read; 3 when memory, or a list, is exhausted; 4 at damage that must not
-  /// be
-  ///         mended.
+  ///         be mended.
   KRParseStatus Read(KRFile& root, u32 body);
 
   /// @name Reading from parts

@@ -51,8 +51,7 @@ class ByteSource {
     return m_bytes.empty() && !m_all && m_file == nullptr && m_buffer == nullptr;
   }
   /// @return whether the bytes can be read again: those of memory, of a buffer, and of a file that
-  /// is
-  ///         no pipe.
+  ///         is no pipe.
   bool CanGoTo() const {
     return m_file != nullptr ? m_start >= 0 : m_buffer != nullptr || m_whole.data() != nullptr;
   }

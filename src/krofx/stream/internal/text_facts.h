@@ -27,8 +27,7 @@ class TextParts {
   /// @return the bytes of the part as they came.
   std::string_view Original() const { return m_part; }
   /// @return the bytes of the part, or some of them, without control characters; good until the
-  /// next
-  ///         call.
+  ///         next call.
   std::string_view WithoutControls(std::string_view bytes);
   /// @return where the part begins.
   std::size_t Base() const { return m_window.Base(); }
