@@ -23,8 +23,8 @@ struct Url {
 
   /// @return the URL with its scheme in small letters, which is what the transport knows as secure.
   std::string Text() const { return scheme + ":" + rest; }
-  /// The same without what may be secret: user, query, fragment, and what could be a password, for
-  /// which there are three stars where the rest is not clear either.
+  /// The same without what may be secret: user, query and fragment. From where a password may be,
+  /// though it cannot be told apart, three stars stand for the rest.
   std::string Shown() const;
   /// @return whether the host is this machine.
   bool IsLoopback() const;

@@ -107,8 +107,11 @@ std::string Describe(const CLI::App& app, const CLI::App& last, const CLI::Parse
       return NameUnknown(app, last);
     case CLI::ExitCodes::ArgumentMismatch:
       return text.substr(0, text.find(':')) + " takes one value";
-    case CLI::ExitCodes::ConversionError:
-      return "a value is not of the kind that is needed";
+    case CLI::ExitCodes::ConversionError: {
+      // Only options without a value convert one, as in --card=maybe.
+      const std::size_t name = std::min(text.find("--"), text.size());
+      return text.substr(name, text.find_first_of(" :", name) - name) + " takes no value";
+    }
     case CLI::ExitCodes::RequiredError:
       if (text != "A subcommand is required") return text;
       return app.remaining(true).empty() ? "a subcommand is needed" : NameUnknown(app, last);

@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <system_error>
 
 #include "banks/url.h"
 #include "exchange/exchange_problem.h"
@@ -100,6 +102,32 @@ void FillExchange(ExchangeOptions& options, const Bank& bank) {
     options.proxy = bank.proxy;
     options.isProxyKept = true;
   }
+}
+
+namespace {
+
+// Whether two names are of one file, be it there or not.
+bool IsSameFile(const std::string& one, const std::string& other) {
+  std::error_code error;
+  if (std::filesystem::equivalent(one, other, error)) return true;
+  const auto place = [&error](const std::string& name) {
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(name, error), error);
+  };
+  return place(one) == place(other) && !error;
+}
+
+}  // namespace
+
+ExitStatus CheckReplyFile(const ExchangeOptions& options, const char* option,
+                          const std::string& replyFile) {
+  const auto isFile = [](const std::string& name) { return !name.empty() && name != "-"; };
+  if (!isFile(options.headerFile) || !isFile(replyFile) ||
+      !IsSameFile(options.headerFile, replyFile)) {
+    return kExitClean;
+  }
+  Complain(options.subcommand, std::string("the reply and the headers need a file each; ") +
+                                   option + " and --save-headers name the same");
+  return kExitWrongUse;
 }
 
 std::string Exchange::GetShownUrl() const { return Url(m_options.url).Shown(); }

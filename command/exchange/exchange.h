@@ -41,6 +41,13 @@ void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options);
 /// Takes what a bank says of the connection, where the command line leaves it open.
 void FillExchange(ExchangeOptions& options, const Bank& bank);
 
+/// Refuses to save a reply and its headers in one file, where the second would replace the first.
+/// @param option names `replyFile` on the command line, which may be empty, or "-" for standard
+///               output.
+/// @return kExitClean, or kExitWrongUse after a complaint.
+ExitStatus CheckReplyFile(const ExchangeOptions& options, const char* option,
+                          const std::string& replyFile);
+
 /// What an exchange does.
 enum class Direction { kSend, kGet };
 

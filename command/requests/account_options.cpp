@@ -13,8 +13,10 @@ namespace krofx::command {
 namespace {
 
 // Those that either version takes.
-constexpr std::string_view kTypesOfAnyVersion[] = {"CHECKING", "SAVINGS", "MONEYMRKT", "CREDITLINE",
-                                                   "CREDIT",   "CMA",     "UNKNOWN"};
+constexpr std::string_view kTypesOfAnyVersion[] = {"CHECKING",   "SAVINGS", "MONEYMRKT",
+                                                   "CREDITLINE", "CREDIT",  "CMA"};
+// A value that responses may have; no account can be asked for by it.
+constexpr std::string_view kNoType = "UNKNOWN";
 
 }  // namespace
 
@@ -45,7 +47,7 @@ std::unique_ptr<KRBankAccount> MakeBankAccount(const BankAccountOptions& options
   const KRString type(options.type.c_str());
   const u16 known =
       maker.GetVersion() == 1 ? account->SetAccountType(type) : account->SetAccountType2(type);
-  if (known == 0) {
+  if (known == 0 || options.type == kNoType) {
     maker.Fail(prefix + "type " + options.type +
                " is not an account type of this version; write CHECKING, SAVINGS, MONEYMRKT or "
                "CREDITLINE" +

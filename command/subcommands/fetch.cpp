@@ -40,7 +40,8 @@ class SendRequest : public ExchangeUse {
   }
 
   ExitStatus Prepare() override {
-    const ExitStatus checked = CheckPrintOptions(m_form);
+    ExitStatus checked = CheckPrintOptions(m_form);
+    if (checked == kExitClean) checked = CheckReplyFile(m_options, "--save-reply", m_replyFile);
     return checked == kExitClean ? ExchangeUse::Prepare() : checked;
   }
 

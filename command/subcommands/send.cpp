@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <filesystem>
 #include <memory>
 #include <string_view>
 
@@ -28,26 +27,6 @@ struct Options {
   std::string file;
   std::string output;
 };
-
-// Whether two names are of one file, be it there or not.
-bool IsSameFile(const std::string& one, const std::string& other) {
-  std::error_code error;
-  if (std::filesystem::equivalent(one, other, error)) return true;
-  const auto place = [&error](const std::string& name) {
-    return std::filesystem::weakly_canonical(std::filesystem::absolute(name, error), error);
-  };
-  return place(one) == place(other) && !error;
-}
-
-// What was written first would be lost.
-ExitStatus CheckOutputs(const Options& options) {
-  const std::string& headers = options.exchange.headerFile;
-  const bool isFile = !headers.empty() && headers != "-" && !options.output.empty();
-  if (!isFile || options.output == "-" || !IsSameFile(headers, options.output)) return kExitClean;
-  Complain(options.exchange.subcommand,
-           "the reply and the headers need a file each; -o and --save-headers name the same");
-  return kExitWrongUse;
-}
 
 // A terminal gets harmless text; anything else gets the bytes.
 ExitStatus WriteReply(const KRBuffer& reply, const std::string& output) {
@@ -138,7 +117,7 @@ ExitStatus SendToBank(const Options& options) {
 }
 
 ExitStatus Send(const Options& options) {
-  const ExitStatus checked = CheckOutputs(options);
+  const ExitStatus checked = CheckReplyFile(options.exchange, "-o", options.output);
   if (checked != kExitClean) return checked;
   if (options.exchange.url.starts_with('@')) return SendToBank(options);
   Exchange exchange(options.exchange);
@@ -149,7 +128,7 @@ ExitStatus Send(const Options& options) {
 }
 
 ExitStatus Get(const Options& options) {
-  const ExitStatus checked = CheckOutputs(options);
+  const ExitStatus checked = CheckReplyFile(options.exchange, "-o", options.output);
   if (checked != kExitClean) return checked;
   Exchange exchange(options.exchange);
   const ExitStatus prepared = exchange.Prepare(Direction::kGet);

@@ -265,6 +265,8 @@ lacks err hunter2
 refused 'request statement' '--password-fd: a whole number' request statement --password-fd hunter2
 lacks err hunter2
 refused print '--table takes one value' print --csv --table
+refused 'request statement' '--card takes no value' request statement --card=hunter2
+lacks err hunter2
 
 # What cannot be written is not a success.
 if [ -w /dev/full ]; then

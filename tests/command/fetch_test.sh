@@ -70,6 +70,10 @@ expect 0 print kept.ofx
 has out 'PINE & OAK BOOKS'
 [ "$(stat -c %a kept.ofx)" = 600 ] || fail 'others can read the reply'
 grep -qi '^content-type: application/x-ofx' headers || fail 'no content type in the headers'
+expect 64 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}" \
+  --save-reply same --save-headers ./same
+has err 'the reply and the headers need a file each; --save-reply and --save-headers name the same'
+[ ! -e same ] || fail 'wrong use made a file'
 expect 0 request statement "${sign_on[@]}" "${account[@]}" -o request.ofx
 expect 0 send "$url" request.ofx "${trust[@]}" -o reply.ofx
 expect 0 check reply.ofx

@@ -37,7 +37,7 @@ interrupt() {
 }
 echo old >reply.ofx
 sign_on=(--url "$url" --root ca.pem --org HARBORFED --user ada.w)
-interrupt 130 fetch accounts "${sign_on[@]}" --save-reply reply.ofx --save-headers reply.ofx
+interrupt 130 fetch accounts "${sign_on[@]}" --save-reply reply.ofx --save-headers headers
 [ "$(cat reply.ofx)" = old ] || fail 'an exchange that was interrupted wrote a reply'
 # All that end a command do so when it is cleaned up.
 for signal in HUP QUIT TERM ABRT ALRM USR1 USR2 XCPU XFSZ VTALRM PROF IO PWR STKFLT RTMIN RTMIN+7 RTMAX; do

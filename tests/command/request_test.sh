@@ -63,6 +63,7 @@ bad() {
 bad 'no more than 22' --bank 1 --account 12345678901234567890123
 bad 'not a date' --bank 1 --account 2 --from soon
 bad 'not an account type' --bank 1 --account 2 --type PIGGY
+bad 'not an account type' --bank 1 --account 2 --type UNKNOWN
 bad 'needs --v2' --bank 1 --account 2 --country CHE
 expect 64 request statement "${sign_on_options[@]}" --account 2 --password-env SECRET
 expect 64 request statement --account 2

@@ -256,13 +256,7 @@ TEST(Draft, FindsAWrapperForEveryPayloadAndASetForEveryWrapper) {
   }
 }
 
-TEST(Draft, SaysThatAMessageSetIsFull) {
-  constexpr u32 kMost = 65535;
-  Draft draft(1);
-  for (u32 count = 0; count < kMost; ++count) {
-    ASSERT_NE(draft.Add(draft.New<KRBankStatementRq>()), nullptr) << count;
-  }
-  EXPECT_EQ(draft.Add(draft.New<KRBankStatementRq>()), nullptr);
+void ExpectFullSet(Draft& draft) {
   EXPECT_FALSE(AlarmIsSet());
   KRBuffer buffer(0, 0);
   buffer += "before";
@@ -271,6 +265,23 @@ TEST(Draft, SaysThatAMessageSetIsFull) {
   EXPECT_EQ(Str(result.problem),
             "a list has more than 65535 entries, which is the most that a list takes");
   EXPECT_EQ(TextOf(buffer), "before");
+}
+
+TEST(Draft, SaysThatAMessageSetIsFull) {
+  constexpr u32 kMost = 65535;
+  Draft draft(1);
+  for (u32 count = 0; count < kMost; ++count) {
+    ASSERT_NE(draft.Add(draft.New<KRBankStatementRq>()), nullptr) << count;
+  }
+  EXPECT_EQ(draft.Add(draft.New<KRBankStatementRq>()), nullptr);
+  ExpectFullSet(draft);
+
+  Draft synchronising(1);
+  for (u32 count = 0; count < kMost; ++count) {
+    ASSERT_TRUE(synchronising.Add(synchronising.NewSync(KRTag_INTRASYNCRQ, "0"))) << count;
+  }
+  EXPECT_FALSE(synchronising.Add(synchronising.NewSync(KRTag_INTRASYNCRQ, "0")));
+  ExpectFullSet(synchronising);
 }
 
 TEST(Draft, SaysThatMemoryIsExhaustedBeforeAnythingElse) {

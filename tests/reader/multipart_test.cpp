@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
@@ -131,6 +132,38 @@ TEST(Multipart, LeavesOutTheTextOfAPartThatNoStringHolds) {
     EXPECT_EQ(WarningLines(reading), fits ? Lines() : Lines{"TOOLONG"});
     EXPECT_EQ(reading.root->GetSubfile(0)->GetMIMEBody().GetStrLength() >= size, fits);
     EXPECT_EQ(WrittenBody(reading.Response()), WrittenBody(Read(Statement("-1.50")).root));
+  }
+}
+
+constexpr char kHeader[] = "Content-Type: multipart/x; boundary=\"cut\"\r\n\r\n";
+constexpr char kPlainPart[] = "--cut\r\nContent-Type: text/plain\r\n\r\n";
+constexpr char kLast[] = "\r\n--cut--\r\n";
+
+TEST(Multipart, HasTheWholeTextOfAPartWhereverItEnds) {
+  const std::string front = kHeader + ("--cut\r\nContent-Type: application/x-ofx\r\n\r\n" +
+                                       Statement("-1.50") + "\r\n" + kPlainPart);
+  for (std::size_t end = 65500; end < 65560; ++end) {
+    const std::string content = Repeat("x", end - front.size());
+    const Reading reading = Read(front + content + kLast);
+    EXPECT_EQ(reading.status, KRParseStatus_Accepted);
+    ASSERT_NE(reading.root, nullptr);
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+    const std::string body = Str(reading.root->GetSubfile(1)->GetMIMEBody());
+    EXPECT_EQ(body.substr(std::min(body.find('x'), body.size()), content.size()), content) << end;
+  }
+}
+
+TEST(Multipart, HasAPartOfAsManyCharactersAsAStringHolds) {
+  constexpr std::size_t kMost = KRString::kMaxLength;
+  for (std::size_t size = kMost - 10; size < kMost + 10; ++size) {
+    const Reading reading = Read(std::string(kHeader) + kPlainPart + Repeat("x", size) + kLast);
+    ASSERT_NE(reading.root, nullptr);
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 1);
+    const std::string body = Str(reading.root->GetSubfile(0)->GetMIMEBody());
+    // The line ends around it belong to the body.
+    const bool fits = size + 4 <= kMost;
+    EXPECT_EQ(WarningLines(reading), fits ? Lines() : Lines{"TOOLONG"}) << size;
+    EXPECT_EQ(body.size(), fits ? size + 4 : 0);
   }
 }
 

@@ -1,5 +1,6 @@
 // Multipart texts that the MIME parser does not read whole: it ends at the first part with a
-// warning, and passes over parts whose first header is not their content type.
+// warning, passes over parts whose first header is not their content type, and cuts what is far
+// from the beginning of the text.
 
 #include "krofx/reader/file/multipart.h"
 
@@ -16,6 +17,9 @@
 namespace krofx::internal {
 
 namespace {
+
+// The last position of a text that the MIME parser counts.
+constexpr std::size_t kLastOfParser = 65535;
 
 bool Assign(KRString& target, std::string_view text) {
   return text.empty() || target.Assign(text.data(), static_cast<u16>(text.size())) != 0;
@@ -92,21 +96,27 @@ bool IsBoundary(std::string_view line, std::string_view boundary, bool& last) {
 
 }  // namespace
 
-std::size_t CountParts(std::string_view text) {
+bool HasAllParts(std::string_view text, KRFile& file) {
   HeaderLines lines(text, 0);
   std::string_view boundary;
   while (lines.Next()) {
     if (boundary.empty()) boundary = BoundaryOf(lines.Value());
   }
-  if (boundary.empty()) return 0;
-  std::size_t parts = 0;
+  if (boundary.empty()) return file.GetNumberOfSubfiles() == 0;
+  u16 parts = 0;  // That have begun.
   bool last = false;
   for (std::size_t at = lines.Position(); at < text.size() && !last;) {
     const std::size_t next = NextLine(text, at);
-    if (IsBoundary(text.substr(at, next - at), boundary, last) && !last) ++parts;
+    if (IsBoundary(text.substr(at, next - at), boundary, last)) {
+      if (parts > 0 && next > kLastOfParser) {
+        KRFile* const part = file.GetSubfile(static_cast<u16>(parts - 1));
+        if (part != nullptr && part->GetType() == KRTag_MIME) return false;
+      }
+      if (!last && ++parts > file.GetNumberOfSubfiles()) return false;
+    }
     at = next;
   }
-  return parts;
+  return parts == file.GetNumberOfSubfiles();
 }
 
 KRParseStatus FileReader::ReadMultipart(OfxText& text, std::size_t from, std::size_t end) {

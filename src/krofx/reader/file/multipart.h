@@ -1,16 +1,19 @@
-// What is known of a multipart text before its parts are read.
+// What is known of a multipart text without reading its parts.
 
 #ifndef KROFX_READER_FILE_MULTIPART_H_
 #define KROFX_READER_FILE_MULTIPART_H_
 
-#include <cstddef>
 #include <string_view>
+
+#include "krofx/envelope/file.h"
 
 namespace krofx::internal {
 
-/// @return how many parts a multipart text has, by its boundary lines; 0 when its header says no
-///         boundary.
-std::size_t CountParts(std::string_view text);
+/// Finds out whether the MIME parser has read a multipart text whole. It passes over some parts
+/// without a warning, and the body of a part that is no OFX is not right when it ends after the
+/// first 65535 characters of the text, since the parser counts them in 16 bits.
+/// @param file what it has made of the text.
+bool HasAllParts(std::string_view text, KRFile& file);
 
 }  // namespace krofx::internal
 

@@ -89,7 +89,7 @@ StrictResult TryStrictly(KRBuffer& buffer, OfxText& text) {
     result.status = parser.Parse(&buffer, text.root.get(), 1);
     // A part without a header, or with another one before its content type, makes the parser pass
     // over a part without a warning. A boundary within a line makes it cut a part in two.
-    result.lossless = CountParts(BytesOf(buffer)) == text.root->GetNumberOfSubfiles();
+    result.lossless = HasAllParts(BytesOf(buffer), *text.root);
   } else {
     KRParseEngine engine(buffer);
     CleanParser parser;
