@@ -1,5 +1,5 @@
-// Every class that has a table: found by walking the tables from the payloads of all exchanges down
-// to their last child, for what must hold for all of them.
+// Every class that has a table, for what must hold for all of them: those of exchanges, found by
+// walking the tables from all payloads down to the last child, and the few that no exchange holds.
 
 #ifndef KROFX_TESTS_SUPPORT_EVERY_CLASS_H_
 #define KROFX_TESTS_SUPPORT_EVERY_CLASS_H_
@@ -42,7 +42,7 @@ inline void AddClasses(ClassMap& classes, krofx::internal::CreateChild create) {
   for (u16 row = 0; row < table->valid.count; ++row) AddClasses(classes, table->rows[row].create);
 }
 
-/// All of them.
+/// All that exchanges hold.
 inline ClassMap FindEveryClass() {
   using krofx::internal::CreateBy;
   using krofx::internal::Side;
@@ -60,6 +60,39 @@ inline ClassMap FindEveryClass() {
   AddClasses(classes, &CreateBy<&KRDataObjFactory::NewSignOnRq>);
   AddClasses(classes, &CreateBy<&KRDataObjFactory::NewSignOnRs>);
   AddClasses(classes, &CreateBy<&KRDataObjFactory::NewSecList>);
+  KRParseLogger::TheKRParseLogger()->DeleteAll();
+  return classes;
+}
+
+/// Makes an object of a class that the factory does not make, for AnyClass.
+template <class Base>
+KRDataObj* NewBase(KRDataObjFactory&) {
+  return new Base;
+}
+
+/// Adds classes from which others derive.
+template <class... Bases>
+void AddBases(ClassMap& classes) {
+  (AddClasses(classes, &NewBase<Bases>), ...);
+}
+
+/// All that have a table.
+inline ClassMap FindEveryTable() {
+  using krofx::internal::CreateBy;
+  ClassMap classes = FindEveryClass();
+  // Only what derives from these two is in exchanges.
+  AddClasses(classes, &CreateBy<&KRDataObjFactory::NewAccountInfoBase>);
+  AddClasses(classes, &CreateBy<&KRDataObjFactory::NewMessageSetVersion>);
+  // No aggregate has a row for this one.
+  AddClasses(classes, &CreateBy<&KRDataObjFactory::NewNorvSBusinessInfo>);
+  // A host sets this one in place of a KRSignOnRq.
+  AddClasses(classes, &CreateBy<&KRDataObjFactory::NewPayrollSignOnRq>);
+  AddBases<KRBankBalance, KRBankMailBase, KRBankOrCCAccount, KRChangeUserInfoBase,
+           KREmployeeStateTaxBase, KREmployeeTaxBase, KRHours, KRInvMailBase, KRMailBase,
+           KRPayeeBase, KRPayeeDeleteBase, KRPaymentBase, KRPaymentCanInqBase, KRPaymentMailBase,
+           KRRecPaymentBase, KRRecPaymentCancelBase, KRRecPaymentModifyBase, KRRecTransferCancel,
+           KRSignUpMessageSetBase, KRTransferCancel, KRTransferModifyRq, KRTransferModifyRs,
+           KRTransferRq, KRTransferRs>(classes);
   KRParseLogger::TheKRParseLogger()->DeleteAll();
   return classes;
 }
