@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstring>
 #include <initializer_list>
 #include <iterator>
 #include <map>
@@ -128,9 +129,11 @@ inline std::vector<RowValue> KeywordsOf(const krofx::internal::ValueKind& kind) 
     return keywords;
   }
   // Any other member is an enumeration, whose values the kind writes up to the last one.
+  alignas(u32) unsigned char member[sizeof(u32)];
   char text[64];
   for (u32 value = 0; kind.writeCommon != nullptr; ++value) {
-    const char* const end = kind.writeCommon(&value, text, std::end(text));
+    std::memcpy(member, &value, sizeof value);
+    const char* const end = kind.writeCommon(member, text, std::end(text));
     if (end == nullptr) break;
     keywords.push_back(Same({std::string_view(text, static_cast<std::size_t>(end - text))})[0]);
   }
