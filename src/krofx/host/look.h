@@ -47,7 +47,8 @@ class Trail {
   /// @return the object right above this one; null for the root.
   const KRDataObj* Parent() const { return m_count > 1 ? m_line[1].object : nullptr; }
   /// @return the tags from the root on, such as "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS": a number,
-  ///         from 1, is there for one of several aggregates with one tag and parent.
+  ///         from 1, is there for one of several aggregates with one tag and parent. Empty, with
+  ///         the fire alarm raised, when memory is exhausted.
   KRString Path() const { return internal::PathOf({m_line, m_count}); }
 
  private:

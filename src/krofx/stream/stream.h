@@ -59,7 +59,8 @@ class KROFX_API StreamElement {
   const Place& Where() const;
   /// @return the aggregates around it and itself, such as
   ///         "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[70000]". Elements of lists
-  ///         have a number, from 1, among those of their tag in their list.
+  ///         have a number, from 1, among those of their tag in their list. Empty, with the fire
+  ///         alarm raised, when memory is exhausted.
   KRString Path() const;
   /// @return the account of the nearest aggregate around it that has one, as far as the text has
   ///         given it up to here; null without.

@@ -4,6 +4,7 @@
 
 #include <utility>
 
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
 #include "krofx/model/internal/aggregate.h"
@@ -93,12 +94,14 @@ PathStep TreeWalk::Above(std::size_t steps) const {
 }
 
 KRString PathOf(std::span<const PathStep> line) {
+  const AllocationWatch memory;
   KRString path;
   for (std::size_t at = line.size(); at-- > 0;) {
     const KRDataObj& object = *line[at].object;
     if (dynamic_cast<const KRFile*>(&object) != nullptr) continue;  // It has no tag in the text.
     AddToPath(path, KRUtility::TagToString(TypeOf(object)), line[at].number);
   }
+  if (memory.HasFailed()) path = "";  // Half a path is that of something else.
   return path;
 }
 

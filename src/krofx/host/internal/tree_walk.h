@@ -45,7 +45,8 @@ struct PathStep {
 
 /// @param line the object, its parent, and so on up to the root.
 /// @return the path of an object by what is above it, such as
-///         "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS".
+///         "OFX/BANKMSGSRSV1/STMTTRNRS[2]/STMTRS"; empty, with the fire alarm raised, when memory
+///         is exhausted.
 KROFX_API KRString PathOf(std::span<const PathStep> line);
 
 /// Goes through the objects of one or more trees in the order of the document, a parent before its

@@ -8,6 +8,7 @@
 #include <new>
 #include <utility>
 
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file_rq_rs.h"
 #include "krofx/reader/characters/working_text.h"
@@ -88,8 +89,9 @@ KRFileRs* Reading::Response() const { return FindFile<KRFileRs>(texts); }
 KRFileRq* Reading::Request() const { return FindFile<KRFileRq>(texts); }
 
 List<MissingTag> Reading::Missing() const {
+  const internal::AllocationWatch memory;
   List<MissingTag> all;
-  for (std::size_t index = 0; index < texts.size(); ++index) {
+  for (std::size_t index = 0; index < texts.size() && !memory.HasFailed(); ++index) {
     if (texts[index].root == nullptr) continue;
     for (MissingTag& missing : FindMissing(*texts[index].root)) {
       missing.text = index;

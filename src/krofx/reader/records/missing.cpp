@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/thread.h"
 #include "krofx/envelope/file.h"
 #include "krofx/model/data_object.h"
@@ -156,9 +157,11 @@ class MissingFinder {
 
   bool Add(const Node& node, MissingTag missing) {
     missing.path = PathOf(node);
-    return m_missing.Append(std::move(missing));
+    // What is found is named whole or not at all.
+    return !m_memory.HasFailed() && m_missing.Append(std::move(missing));
   }
 
+  const internal::AllocationWatch m_memory;
   List<MissingTag> m_missing;
 };
 

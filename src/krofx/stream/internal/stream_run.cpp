@@ -302,7 +302,10 @@ std::size_t StreamRun::NumberOfElement() const {
 }
 
 KRString StreamRun::PathOfElement() const {
-  return IsMending() ? m_mended->Track().Path() : m_track.Path();
+  const AllocationWatch memory;
+  KRString path = IsMending() ? m_mended->Track().Path() : m_track.Path();
+  if (memory.HasFailed()) path = "";  // Half a path is that of something else.
+  return path;
 }
 
 const KRAccount* StreamRun::AccountOfElement() const {
