@@ -104,8 +104,9 @@ void Exchange::Timeout(std::chrono::seconds limit) {
 }
 
 void Exchange::TemporaryFolder(std::string_view folder) {
-  if (!Assign(m_folder, folder)) return;
-  if (!folder.empty() && !folder.ends_with('/')) m_folder += '/';
+  if (!Assign(m_folder, folder) || folder.empty() || folder.ends_with('/')) return;
+  m_folder += '/';
+  Note(m_folder.IsEmpty() == 0);
 }
 
 void Exchange::Proxy(std::string_view url) { Assign(m_proxy, url); }
@@ -148,6 +149,11 @@ void Exchange::Carry(KRBuffer* question, KRBuffer& reply, Outcome& outcome) {
   }
   WatchingAccess access(manager, m_onProgress, m_onLog);
   access.SetTempFilePath(m_folder);
+  if (access.GetTempFilePath() != m_folder) {
+    // The reply would be kept in another folder.
+    outcome.status = KRNetStatus_NoMemory;
+    return;
+  }
   outcome.status = access.InitConnection();
   if (outcome.status != KRNetStatus_Success) return;
   WatchingRequest request;

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/thread.h"
 #include "krofx/security/certificate_id.h"
 
 namespace krofx::internal {
@@ -32,6 +33,8 @@ void WatchingRequest::Note(const SSLCertificateChain* chain) {
   KRCertID id;
   if (der.Write(chain->der, chain->length) != KRBufferOK ||
       id.SetCertBER(&der) != KRSecStatus_Success) {
+    // Without the ID it looks as if no certificate had been shown.
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return;
   }
   const KRBuffer& text = *id.GetEncodedCertIDPtr();

@@ -22,10 +22,11 @@ struct Outcome {
   /// The code of the connection manager; 0 for success. docs/transport.md has them.
   u32 code = 0;
   /// What went wrong, and what to do about it: an English sentence without a capital letter and a
-  /// full stop. Empty after a success.
+  /// full stop. Empty after a success, and, with the fire alarm raised, when memory is exhausted.
   KRString text;
   /// The ID of the certificate that the server showed, as Pin takes it: 28 characters. Empty when
-  /// there was none, and when its chain was not valid, so that nothing of it can be believed.
+  /// there was none, and when its chain was not valid, so that nothing of it can be believed; also,
+  /// with the fire alarm raised, when memory is exhausted.
   KRString seenCertificate;
 
   /// @return whether there is a reply.

@@ -48,6 +48,7 @@ class KROFX_API KRNetAccess : public krofx::internal::HeapObject {
   /// Stores the name of the host application. No transport of the library sends it.
   virtual void SetAgentName(const KRString& name);
   /// Stores the folder in which a transport keeps its reply files, with the separator at its end.
+  /// Without memory for it none is stored, and the fire alarm is raised.
   virtual void SetTempFilePath(const KRString& path);
   /// @return the folder in which reply files are kept, as it was set; it stays this object's.
   const KRString& GetTempFilePath() const { return m_tempFilePath; }
