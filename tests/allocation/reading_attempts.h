@@ -3,14 +3,19 @@
 #ifndef KROFX_TESTS_ALLOCATION_READING_ATTEMPTS_H_
 #define KROFX_TESTS_ALLOCATION_READING_ATTEMPTS_H_
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <string_view>
 
 #include "allocation/sweep.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/statements.h"
+#include "krofx/messages/investment/transactions.h"
 #include "krofx/reader/reading.h"
 #include "krofx/stream/stream.h"
+#include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 #include "support/readings.h"
 
@@ -46,37 +51,64 @@ inline Outcome ReadText(const std::string& text, const Failure& failure) {
   return {reading.status == KRParseStatus_Fatal, shown};
 }
 
-/// Streams the transactions and closings of a text.
-/// @param piece bytes of the pieces that it comes in; 0 for the whole from memory.
-inline Outcome StreamText(const std::string& text, bool mends, std::size_t piece,
-                          const Failure& failure) {
+/// Takes the path of something while allocations fail: it must be whole, or empty with the alarm
+/// raised.
+template <class Located>
+std::string PathOf(const Located& located, FailingScope& scope) {
+  const std::string path = Str(located.Path());
+  scope.Pause();
+  const bool isLost = path.empty() && AlarmIsSet();
+  const std::string whole = isLost ? std::string() : Str(located.Path());
+  EXPECT_EQ(path, whole);
+  scope.Resume();
+  return path;
+}
+
+/// How a text is streamed.
+struct StreamWay {
+  bool mends = false;
+  /// Bytes of the pieces that it comes in; 0 for the whole from memory.
+  std::size_t piece = 0;
+  u32 window = StreamOptions().window;
+};
+
+/// Streams the transactions, closings and wrappers of a text.
+inline Outcome StreamText(const std::string& text, const StreamWay& way, const Failure& failure) {
   std::string shown;
   FailingScope scope(failure);
   StreamOptions options;
-  options.mends = mends;
+  options.mends = way.mends;
+  options.window = way.window;
   Stream stream(options);
-  stream.Want<KRBankStatementTx>().Want<KRClosing>();
+  stream.Want<KRBankStatementTx>().Want<KRClosing>().WantAllOf<KRInvTranList>();
+  stream.Want<KRTransRq>().Want<KRTransRs>();
+  bool isAlarmed = false;
   const auto takeAll = [&] {
     while (const StreamElement* const element = stream.Next()) {
+      shown += std::to_string(element->Where().offset) + " " + PathOf(*element, scope) + "\n";
+      if (const KRAccount* const account = element->Account()) {
+        shown += Str(element->ToUtf8(account->GetAccountID())) + "\n";
+      }
       scope.Pause();
-      shown += std::to_string(element->Where().offset) + " " + Str(element->Path()) + "\n" +
-               Shown(element->Object());
+      // The host's own failures, which the stream knows nothing of.
+      isAlarmed = isAlarmed || AlarmIsSet();
+      shown += Shown(element->Object());
       scope.Resume();
     }
   };
-  if (piece == 0) stream.Open(std::string_view(text));
-  for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
-    if (!stream.Feed(std::string_view(text).substr(at, piece))) break;
+  if (way.piece == 0) stream.Open(std::string_view(text));
+  for (std::size_t at = 0; way.piece != 0 && at < text.size(); at += way.piece) {
+    if (!stream.Feed(std::string_view(text).substr(at, way.piece))) break;
     takeAll();
   }
-  if (piece != 0) stream.Finish();
+  if (way.piece != 0) stream.Finish();
   takeAll();
   scope.Pause();
   const KRParseStatus status = stream.Status();
   shown += std::to_string(status) + " " + Str(stream.Problem()) + "\n" +
            ShownRecords(stream.Mendings(), stream.Warnings());
   if (stream.Root() != nullptr) shown += Shown(*stream.Root());
-  return {status == KRParseStatus_Fatal, shown};
+  return {status == KRParseStatus_Fatal || isAlarmed, shown};
 }
 
 }  // namespace krofx::testing

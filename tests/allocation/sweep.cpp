@@ -12,7 +12,9 @@ namespace krofx::testing {
 
 namespace {
 
-// Of the sample: how many are taken at each end, and between.
+// So few are all taken.
+constexpr std::size_t kFew = 80;
+// Of the sample of more: how many are taken at each end, and between.
 constexpr std::size_t kAtEnds = 3;
 constexpr std::size_t kBetween = 6;
 // How often an attempt without a failure follows, and always after the last.
@@ -24,7 +26,7 @@ std::set<std::size_t> Choose(std::size_t count) {
   for (std::size_t nth = 1; nth <= count; ++nth) {
     const bool atEnd = nth <= kAtEnds || nth + kAtEnds > count;
     const bool between = nth % (count / kBetween + 1) == 0;
-    if (SweepsWhole() || atEnd || between) chosen.insert(nth);
+    if (count <= kFew || SweepsWhole() || atEnd || between) chosen.insert(nth);
   }
   return chosen;
 }

@@ -66,9 +66,9 @@ struct Outcome {
 /// Does one thing, with a failure in the part of it that is tried.
 using Attempt = std::function<Outcome(const Failure&)>;
 
-/// Tries an attempt with each allocation failing, or with a sample of them: the first and the last
-/// ones, and some between. Each attempt must report its failure or come to what it comes to without
-/// one, and the next attempt without a failure must be as the first.
+/// Tries an attempt with each allocation failing, or, when there are many, with a sample of them:
+/// the first and the last ones, and some between. Each attempt must report its failure or come to
+/// what it comes to without one, and the next attempt without a failure must be as the first.
 ///
 /// The environment variable KROFX_SWEEP=whole has every allocation tried.
 /// @return how many failures were tried.
