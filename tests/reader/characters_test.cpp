@@ -61,6 +61,18 @@ TEST(Characters, AreShownInUtf8WhateverTheSetIs) {
   }
 }
 
+// A text that no reading has made has the set that its maker says.
+TEST(Characters, AreNotShownInTheSetOfTheTextBeforeWhenTheirOwnIsNotKnown) {
+  OfxText before;
+  before.charset = "WINDOWS-1252";
+  for (const char* const unknown : {"", "NO-SUCH-SET"}) {
+    EXPECT_EQ(Str(before.ToUtf8(KRString("Caf\xE9"))), "Caf\xC3\xA9");
+    OfxText text;
+    text.charset = unknown;
+    EXPECT_EQ(Str(text.ToUtf8(KRString("Caf\xE9"))), "Caf\xEF\xBF\xBD") << unknown;
+  }
+}
+
 TEST(Characters, AreShownWithoutControlCharactersAndWhatIsBeforeThem) {
   const struct {
     const char* bytes;

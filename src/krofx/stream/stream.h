@@ -77,10 +77,11 @@ class KROFX_API StreamElement {
     return nullptr;
   }
   /// @return a text of the object as a person would read it, in UTF-8: see OfxText::ToUtf8. The
-  ///         character set is found out from the part of the text that is in memory.
+  ///         character set is found out from the part of the text that is in memory. Empty, with
+  ///         the fire alarm raised, when memory is exhausted.
   KRString ToUtf8(const KRString& text) const;
   /// @return the text that it is in, with its root, and the character set that was found as for
-  ///         ToUtf8.
+  ///         ToUtf8; not found, with the fire alarm raised, when memory is exhausted.
   const OfxText& Text() const;
 
  private:

@@ -88,10 +88,12 @@ KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion
   // The texts of a file come one after the other, and a set takes some time to open.
   static thread_local Charset set;
   KRBuffer out(0, 256);
-  const bool open = charset == set.Name() ||
-                    set.Open({charset, charset.GetStrLength()}) != Charset::Opened::kNoMemory;
+  Charset::Opened opened = Charset::Opened::kYes;
+  if (charset != set.Name()) opened = set.Open({charset, charset.GetStrLength()});
+  // Not in the set of the text before.
+  if (opened == Charset::Opened::kUnknown) opened = set.Open("US-ASCII");
   bool leftOut = false;
-  if (!open || !Convert(view, set, conversion, out, leftOut)) {
+  if (opened != Charset::Opened::kYes || !Convert(view, set, conversion, out, leftOut)) {
     KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
     return result;
   }

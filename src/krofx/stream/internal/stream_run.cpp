@@ -322,16 +322,31 @@ const Place& StreamRun::PlaceOfElement() {
   return m_track.PlaceOfElement();
 }
 
-const OfxText& StreamRun::JudgedText() {
-  if (IsMending()) return m_text;
+// Finds out the character set of what is in memory. False without memory: it is tried again then.
+bool StreamRun::Judge() {
   const std::size_t from = m_window.Base();
   const std::size_t to = from + m_window.Text().size();
-  if (from != m_judgedFrom || to != m_judgedTo) {
-    m_judgedFrom = from;
-    m_judgedTo = to;
-    if (m_text.root != nullptr) DescribeText(m_text, m_window.Text());
+  if (IsMending() || m_text.root == nullptr || (from == m_judgedFrom && to == m_judgedTo)) {
+    return true;
   }
+  const AllocationWatch memory;
+  m_judgedFrom = kNowhere;
+  if (!DescribeText(m_text, m_window.Text()) || memory.HasFailed()) {
+    KRSetFireAlarm(KRFireAlarm_MemoryExhausted);
+    return false;
+  }
+  m_judgedFrom = from;
+  m_judgedTo = to;
+  return true;
+}
+
+const OfxText& StreamRun::JudgedText() {
+  Judge();
   return m_text;
+}
+
+KRString StreamRun::ToUtf8(const KRString& text) {
+  return Judge() ? m_text.ToUtf8(text) : KRString();
 }
 
 bool StreamRun::HasMoreTags() {

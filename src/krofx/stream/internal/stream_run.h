@@ -62,7 +62,7 @@ class StreamRun : public HeapObject {
   const Place& PlaceOfElement();
   /// @}
   /// See StreamElement::ToUtf8.
-  KRString ToUtf8(const KRString& text) { return JudgedText().ToUtf8(text); }
+  KRString ToUtf8(const KRString& text);
   /// @return the text, with the character set of the part that is in memory.
   const OfxText& JudgedText();
   bool MayHaveCommaAmount() const { return m_parser.MayHaveCommaAmount(); }
@@ -70,7 +70,10 @@ class StreamRun : public HeapObject {
   bool HasMoreTags();
 
  private:
+  static constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
+
   bool IsMending() const { return m_mended != nullptr; }
+  bool Judge();
   void ChooseReader();
   bool IsClean();
   const StreamElement* ReadOn();
@@ -99,7 +102,7 @@ class StreamRun : public HeapObject {
   KRString m_problem;
   StreamElement m_element;
   // The part of the text that the character set was found from.
-  std::size_t m_judgedFrom = static_cast<std::size_t>(-1);
+  std::size_t m_judgedFrom = kNowhere;
   std::size_t m_judgedTo = 0;
 };
 
