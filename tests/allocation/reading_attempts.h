@@ -17,6 +17,7 @@
 #include "krofx/stream/stream.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
+#include "support/parse_text.h"
 #include "support/readings.h"
 
 namespace krofx::testing {
@@ -38,17 +39,23 @@ std::string ShownRecords(const Records& mendings, const List<ReadWarning>& warni
   return shown;
 }
 
-/// Reads a text with krofx::Read.
-inline Outcome ReadText(const std::string& text, const Failure& failure) {
+/// Reads with the front door: calls `read()`, which gives a Reading.
+template <class Door>
+Outcome ReadBy(Door read, const Failure& failure) {
   Reading reading;
   {
     const FailingScope scope(failure);
-    reading = Read(std::string_view(text));
+    reading = read();
   }
   std::string shown = std::to_string(reading.status) + " " + Str(reading.problem) + "\n" +
                       ShownRecords(reading.mendings, reading.warnings);
   for (const OfxText& one : reading.texts) shown += Shown(*one.root);
   return {reading.status == KRParseStatus_Fatal, shown};
+}
+
+/// Reads a text with krofx::Read.
+inline Outcome ReadText(const std::string& text, const Failure& failure) {
+  return ReadBy([&text] { return Read(std::string_view(text)); }, failure);
 }
 
 /// Takes the path of something while allocations fail: it must be whole, or empty with the alarm
@@ -70,11 +77,14 @@ struct StreamWay {
   /// Bytes of the pieces that it comes in; 0 for the whole from memory.
   std::size_t piece = 0;
   u32 window = StreamOptions().window;
+  /// Whether it is a buffer that is read in place.
+  bool isBuffer = false;
 };
 
 /// Streams the transactions, closings and wrappers of a text.
 inline Outcome StreamText(const std::string& text, const StreamWay& way, const Failure& failure) {
   std::string shown;
+  TextBuffer buffer(text);
   FailingScope scope(failure);
   StreamOptions options;
   options.mends = way.mends;
@@ -96,7 +106,11 @@ inline Outcome StreamText(const std::string& text, const StreamWay& way, const F
       scope.Resume();
     }
   };
-  if (way.piece == 0) stream.Open(std::string_view(text));
+  if (way.isBuffer) {
+    stream.Open(*buffer);
+  } else if (way.piece == 0) {
+    stream.Open(std::string_view(text));
+  }
   for (std::size_t at = 0; way.piece != 0 && at < text.size(); at += way.piece) {
     if (!stream.Feed(std::string_view(text).substr(at, way.piece))) break;
     takeAll();

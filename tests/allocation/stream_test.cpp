@@ -36,6 +36,14 @@ TEST(FailedAllocations, EndAMendedStreamOfAnExampleAsFatalOrLoseNothing) {
   SweepStreams({.mends = true});
 }
 
+TEST(FailedAllocations, EndAStreamOfABufferAsFatalOrLoseNothing) {
+  SweepStreams({.isBuffer = true});
+}
+
+TEST(FailedAllocations, EndAMendedStreamOfABufferAsFatalOrLoseNothing) {
+  SweepStreams({.mends = true, .isBuffer = true});
+}
+
 TEST(FailedAllocations, EndAStreamOfPiecesOfAnExampleAsFatalOrLoseNothing) {
   SweepStreams({.piece = 999, .window = kSmallWindow});
 }

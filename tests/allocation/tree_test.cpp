@@ -51,6 +51,12 @@ TEST(FailedAllocations, EndAReadingAsFatalOrLoseNothing) {
   });
 }
 
+TEST(FailedAllocations, EndAReadingOfAFileAsFatalOrLoseNothing) {
+  Sweep([](const Failure& failure) {
+    return ReadBy([] { return ReadFile(KROFX_EXAMPLES "/quirks.ofx"); }, failure);
+  });
+}
+
 TEST(FailedAllocations, EndABuildAsFatalOrLoseNothing) {
   ForExamples([](const std::string& text) {
     SweepTree(text, [](auto& file, const Failure& f) { return WriteTree(file, f); });
