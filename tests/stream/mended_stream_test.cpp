@@ -182,6 +182,23 @@ TEST(MendedStream, GivesWhatAReadingGivesOfDamagedTexts) {
   }
 }
 
+// The last element shows what it lacks by the one before it, which may be in another part of its
+// list, and in front of something else.
+TEST(MendedStream, GivesWhatAReadingGivesOfAJoinedListThatBreaksOff) {
+  const std::string part = "</BANKTRANLIST><LEDGERBAL><BALAMT>1<DTASOF>20260131</LEDGERBAL>";
+  const std::string text =
+      BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2) + part +
+                        "<BANKTRANLIST><STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260131<TRNAMT>-1");
+  const std::string cut = text.substr(0, text.find("<TRNAMT>-1</") + 10);
+  const Outcome whole = ReadWhole(cut);
+  for (const char* const kind : {"joined ", "incomplete "}) {
+    EXPECT_TRUE(std::any_of(whole.mendings.begin(), whole.mendings.end(),
+                            [kind](const std::string& line) { return line.starts_with(kind); }))
+        << kind;
+  }
+  ExpectSame(cut, "a joined list");
+}
+
 // Bytes, lines and stretches of a text are changed, doubled and taken out.
 std::string Mutated(Dice& dice, std::string text) {
   const std::string bytes = "<>/&;.,\n\t 0A-";

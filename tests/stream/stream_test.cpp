@@ -525,6 +525,28 @@ TEST(Stream, NotesAmountsWithACommaAndTagsAfterTheEnd) {
   }
 }
 
+TEST(Stream, NotesNoTagsBehindANul) {
+  const std::string clean = BankStatementFile(NumberedTransaction(1));
+  const std::string nul(1, '\0');
+  const std::string far(10000, '\n');
+  for (const std::string& between : {nul, nul + far, far + nul, far + nul + far, far}) {
+    for (const bool plain : {false, true}) {
+      const std::string text = clean + between + clean;
+      TextBuffer buffer(text);
+      StreamOptions options;
+      options.window = 4096;
+      Stream stream(options);
+      if (plain) {
+        stream.Open(*buffer.Get());
+      } else {
+        stream.Open(std::string_view(text));
+      }
+      EXPECT_EQ(stream.Next(), nullptr);
+      EXPECT_EQ(stream.HasMoreTags(), between == far);
+    }
+  }
+}
+
 TEST(Stream, RefusesWhatIsLongerThanItsLimit) {
   StreamOptions options;
   options.window = 4096;

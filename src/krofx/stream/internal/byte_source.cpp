@@ -30,11 +30,14 @@ ByteSource::Supply ByteSource::Read(std::span<char> room, std::size_t& count) {
   return supply;
 }
 
-bool ByteSource::HasAhead(char character) {
+bool ByteSource::HasAhead(char character, bool passesNul) {
   char block[4096];
   std::size_t count = 0;
   while (Read(block, count) == Supply::kBytes) {
-    if (std::memchr(block, character, count) != nullptr) return true;
+    const std::string_view bytes(block, count);
+    const std::size_t end = passesNul ? std::string_view::npos : bytes.find('\0');
+    if (bytes.substr(0, end).find(character) != std::string_view::npos) return true;
+    if (end != std::string_view::npos) return false;
   }
   return false;
 }

@@ -329,7 +329,7 @@ bool MendedText::HasMoreTags() {
                                  : m_window.Original().size();
     if (m_window.Original().find('<', read) != std::string_view::npos) return true;
   }
-  return m_source.HasAhead('<');
+  return m_source.HasAhead('<', true);
 }
 
 }  // namespace krofx::internal

@@ -59,8 +59,15 @@ void MendedTrack::OnComplete(s16 depth, KRDataObj& object) {
   }
 }
 
-// Its elements may still be waiting.
+// Its elements may still be waiting, and those that were taken last are kept.
 void MendedTrack::OnDeleted(KRDataObj& object) {
+  for (Level& level : m_levels) {
+    for (Given& taken : level.taken) {
+      for (s16 depth = 0; depth < taken.depth; ++depth) {
+        if (taken.frames[depth].object == &object) taken.list = nullptr;
+      }
+    }
+  }
   for (Given& given : m_given) {
     for (s16 depth = 0; depth < given.depth; ++depth) {
       if (given.frames[depth].object == &object) given.lost = depth;
@@ -69,15 +76,25 @@ void MendedTrack::OnDeleted(KRDataObj& object) {
 }
 
 const KRDataObj* MendedTrack::TakenBefore(s16 depth, const void* list) {
-  for (const Taken& taken : m_levels[depth - 1].taken) {
-    if (taken.list == list) return taken.object;
+  for (s16 each = 0; each < depth; ++each) {
+    for (const Given& taken : m_levels[each].taken) {
+      if (taken.list == list) return taken.object;
+    }
   }
   return nullptr;
 }
 
+// The depth of the aggregate as long as which the list of an element may be entered again: the
+// nearest one that is an element itself, since every other one is entered when it comes twice.
+s16 MendedTrack::KeeperOf(const Given& given) {
+  s16 depth = static_cast<s16>(given.depth - 1);
+  while (depth > 0 && given.frames[depth].number == 0) --depth;
+  return depth;
+}
+
 void MendedTrack::DeleteTaken(Level& level) {
   if (level.taken.empty()) return;
-  for (const Taken& taken : level.taken) delete taken.object;
+  for (const Given& taken : level.taken) delete taken.object;
   level.taken.Clear();
 }
 
@@ -103,18 +120,20 @@ void MendedTrack::DropCurrent() {
     if (parent != nullptr) DropWrapperBefore(*parent, *given.object);
     return;
   }
-  // The next one may be compared with it, as long as its list is open.
-  Level& level = m_levels[given.depth - 1];
-  if (parent == nullptr || level.object != parent) {
+  // The next one may be compared with it, also when its list is joined with another.
+  const s16 keeper = KeeperOf(given);
+  Level& level = m_levels[keeper];
+  if (parent == nullptr || level.object != given.frames[keeper].object) {
     delete given.object;
     return;
   }
-  for (Taken& taken : level.taken) {
-    if (taken.list != given.list) continue;
-    delete std::exchange(taken.object, given.object);
+  for (Given& taken : level.taken) {
+    if (taken.list != given.list && taken.list != nullptr) continue;
+    delete taken.object;
+    taken = given;
     return;
   }
-  if (level.taken.Append({given.list, given.object})) return;
+  if (level.taken.Append(given)) return;
   m_failed = true;
   delete given.object;
 }

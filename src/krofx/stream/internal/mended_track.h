@@ -80,18 +80,6 @@ class MendedTrack final : public TreeWatcher {
     bool wanted = false;
     const Row* row = nullptr;
   };
-  // The element that was taken last out of one of an aggregate's lists.
-  struct Taken {
-    const void* list;
-    KRDataObj* object;
-  };
-  struct Level {
-    KRDataObj* object = nullptr;
-    u32 number = 1;
-    Place place;
-    Kind kind;  // Of the child that was complete last.
-    List<Taken> taken;
-  };
   struct Frame {
     KRDataObj* object;
     KRTagID tag;
@@ -105,11 +93,21 @@ class MendedTrack final : public TreeWatcher {
     Place place;
     Frame frames[KRParser::kMaxDepth + 1];
   };
+  struct Level {
+    KRDataObj* object = nullptr;
+    u32 number = 1;
+    Place place;
+    Kind kind;  // Of the child that was complete last.
+    // The element that was taken last out of each list in it that may be entered again while it is
+    // open.
+    List<Given> taken;
+  };
 
   const Given& Current() const { return m_given[m_current]; }
   const Kind& KindOf(s16 depth);
   Frame FrameAt(s16 depth) const;
   void DropCurrent();
+  static s16 KeeperOf(const Given& given);
   static void DeleteTaken(Level& level);
   void DropWrapperBefore(KRDataObj& parent, const KRDataObj& element);
 

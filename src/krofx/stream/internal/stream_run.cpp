@@ -354,7 +354,8 @@ bool StreamRun::HasMoreTags() {
   if (IsMending()) return m_mended->HasMoreTags();
   if (m_track.HasAhead()) return true;
   if (m_window.Text().find('<', m_window.CountRead()) != std::string_view::npos) return true;
-  return m_source.HasAhead('<');
+  // A NUL ends everything.
+  return !m_window.IsEnded() && m_source.HasAhead('<', false);
 }
 
 }  // namespace krofx::internal
