@@ -224,6 +224,17 @@ std::string PlainWords(const std::string& text) {
   return SafeLine(line.substr(0, line.find('"')));
 }
 
+// The line of the first byte that is not UTF-8; 0 when all of it is.
+std::size_t LineOfOtherBytes(std::string_view text) {
+  std::string_view left = text;
+  char32_t character = 0;
+  while (!left.empty() && TakeUtf8(left, character)) {
+  }
+  if (left.empty()) return 0;
+  const std::string_view read = text.substr(0, text.size() - left.size());
+  return 1 + static_cast<std::size_t>(std::count(read.begin(), read.end(), '\n'));
+}
+
 }  // namespace
 
 bool IsBankName(const std::string& text) {
@@ -236,6 +247,11 @@ bool IsBankName(const std::string& text) {
 
 BankList ParseBanks(const std::string& text, const std::string& folder) {
   BankList list;
+  // For the library such a byte is a reason to read beyond its memory.
+  if (const std::size_t line = LineOfOtherBytes(text); line != 0) {
+    list.problem = "line " + std::to_string(line) + ": this is not UTF-8";
+    return list;
+  }
   try {
     std::istringstream input(text);
     const auto root = toml::parse<toml::discard_comments, std::map>(input, "banks.toml");

@@ -93,6 +93,16 @@ TEST(BankFile, RepeatsNoValueOfWhatIsNotToml) {
   }
 }
 
+TEST(BankFile, RefusesBytesThatAreNotUtf8) {
+  for (const std::string quotes : {"'", "\"", "'''", "\"\"\""}) {
+    const auto named = [&quotes](const std::string& name) {
+      return kHarbor + "version = 1\ncountry = " + quotes + name + quotes + "\n";
+    };
+    EXPECT_EQ(ProblemOf(named("\xD6STERREICH")), "line 6: this is not UTF-8");
+    EXPECT_EQ(ProblemOf(named("\xC3\x96STERREICH")), "");
+  }
+}
+
 TEST(BankFile, TakesAllThatABankMaySay) {
   const BankList list =
       ParseBanks(kHarbor +
