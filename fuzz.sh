@@ -41,8 +41,11 @@ run() {
   local target=$1 options=(-entropic=0 -timeout=20 -print_final_stats=1 -max_len=2000)
   shift
   case $target in
-  response | request | multipart | header | read | aggregate | setters)
+  response | request | multipart | header | read | show | aggregate | setters)
     options+=(-max_len=4000 -dict=fuzz/ofx.dict)
+    ;;
+  stream)
+    options+=(-dict=fuzz/ofx.dict)
     ;;
   esac
   "build/fuzz/fuzz/krofx_${target}_fuzz" "${options[@]}" \

@@ -1,12 +1,13 @@
 // Any bytes as a date and as a time: what is one is written and read as itself, in text and in
-// bytes; the short way of reading agrees with the long one; seconds since the beginning lead back
-// to the date.
+// bytes; a payroll date is the same date, or blank; the short way of reading agrees with the long
+// one; seconds since the beginning lead back to the date.
 
 #include <string>
 
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/string.h"
 #include "krofx/model/value_kinds.h"
+#include "krofx/payroll/payroll_date_time.h"
 #include "krofx/values/date_time.h"
 #include "target.h"
 
@@ -68,6 +69,19 @@ void CheckDate(const KRDateTime& date) {
   Expect(later > date && date < later, "later is later");
 }
 
+// Whether two texts mean a blank value is for KRPayrollDateTime to say.
+void CheckPayrollDate(const std::string& text, const KRDateTime* plain) {
+  KRPayrollDateTime date;
+  const bool isRead = (date = text.c_str()) == 1;
+  Expect(isRead == (plain != nullptr || date.IsEmpty() != 0), "a payroll date is a date or blank");
+  if (!isRead) return;
+  const std::string written = DateText(date);
+  if (plain != nullptr) ExpectSame(written, DateText(*plain), "a payroll date is written as any");
+  KRPayrollDateTime again;
+  Expect((again = written.c_str()) == 1, "a written payroll date is one");
+  ExpectSame(DateText(again), written, "a written payroll date is written again");
+}
+
 void CheckTime(const KRTime& time) {
   KRString written;
   if (time.GetTimeString(written) == 0) return;
@@ -86,6 +100,7 @@ void Run(Bytes bytes) {
   KRDateTime date;
   const bool isDate = date.ConvertStringToKRDateTime(text.c_str()) == 1;
   CheckShortWay(text, isDate ? &date : nullptr);
+  CheckPayrollDate(text, isDate ? &date : nullptr);
   if (isDate) CheckDate(date);
 
   KRTime time;

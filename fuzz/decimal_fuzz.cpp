@@ -1,6 +1,6 @@
 // Any bytes as two texts of numbers, with a line end between them: what is a number is written and
-// read as itself; the short way of reading agrees with the long one; sums, differences and
-// comparisons agree with wide integers.
+// read as itself, as a payroll amount too; the short way of reading agrees with the long one; sums,
+// differences and comparisons agree with wide integers.
 
 #include <cstring>
 #include <string>
@@ -8,6 +8,7 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/string.h"
 #include "krofx/model/value_kinds.h"
+#include "krofx/payroll/payroll_amount.h"
 #include "krofx/values/precision_integer.h"
 #include "target.h"
 
@@ -92,11 +93,28 @@ void CheckCommas(const std::string& text) {
   Expect(isNumber == 0 || separated == number, "commas change no value");
 }
 
+// A payroll amount knows its kind by its text, and may be blank.
+void CheckPayrollAmount(const std::string& text) {
+  KRPayrollAmount amount;
+  if (amount.ConvertStringToKRPrecisionInteger(text.c_str()) == 0) return;
+  const std::string written = TextOf(amount);
+  // A number that takes the whole room has no text with its sign.
+  if (written.empty()) return;
+  KRPayrollAmount again;
+  Expect(again.ConvertStringToKRPrecisionInteger(written.c_str()) == 1, "a written amount is one");
+  ExpectSame(TextOf(again), written, "a written amount is written again");
+  Expect(again.IsEmpty() == amount.IsEmpty() && again.IsPercent() == amount.IsPercent() &&
+             again.IsDollarKind() == amount.IsDollarKind(),
+         "a written amount is of its kind");
+  Expect((again == amount) != amount.IsEmpty(), "a written amount is itself, if it is not blank");
+}
+
 bool ReadNumber(const std::string& text, KRPrecisionInteger& number) {
   CheckKind<KRPrecisionInteger>(text);
   CheckKind<KRPosPrecisionInteger>(text);
   CheckKind<KRPercent>(text);
   CheckCommas(text);
+  if (text.find(',') == std::string::npos) CheckPayrollAmount(text);
   if (number.ConvertStringToKRPrecisionInteger(text.c_str()) == 0) return false;
   // Commas after the point count as places, which can give more digits than a text may have.
   if (text.find(',') == std::string::npos) CheckNumber(number);

@@ -1,9 +1,13 @@
-// Any bytes as the options of a request of the command: the first byte chooses the kind of request,
-// the rest are arguments with line ends between them. Wrong ones end in the exit status for wrong
-// use; a request that is made is one that can be read, with what a request must have.
+// Any bytes as what a user gives the command. The first byte chooses what the rest is: the options
+// of a request, with line ends between them, as which wrong ones end in the exit status for wrong
+// use, and a request that is made is one that can be read, with what a request must have; the
+// options that choose transactions; the address of an institution; the file of banks, which is
+// written as what was read; or a file that gzip has packed, or that is packed here and comes out as
+// it was.
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <cstdlib>
 #include <iterator>
@@ -11,9 +15,15 @@
 #include <string>
 #include <vector>
 
+#include "banks/bank_file.h"
+#include "banks/url.h"
 #include "command_line/command_line.h"
+#include "input/gzip.h"
+#include "input/parsed_file.h"
 #include "krofx/envelope/file_rq_rs.h"
+#include "output/safe_text.h"
 #include "requests/request_use.h"
+#include "showing/row_filter.h"
 #include "trees.h"
 
 namespace {
@@ -53,14 +63,9 @@ void Isolate() {
   Expect(isolated, "there is a null device");
 }
 
-void Run(Bytes bytes) {
-  Choices choices(bytes);
-  const AddRequestKind add = kKinds[choices.Below(std::size(kKinds))];
-  std::vector<std::string> arguments = {"krofx"};
-  const CommandLine commandLine("krofx", "", "1");
-  add(commandLine.GetCommand(), std::make_shared<ReadRequest>());
-
-  Bytes rest = choices.Rest();
+// Runs a command line with arguments that have line ends between them.
+ExitStatus RunCommand(const CommandLine& commandLine, std::vector<std::string> arguments,
+                      Bytes rest) {
   while (!rest.empty()) {
     const std::size_t length = rest.find('\n');
     // An argument ends at its first NUL.
@@ -70,11 +75,123 @@ void Run(Bytes bytes) {
   std::vector<char*> pointers;
   for (std::string& argument : arguments) pointers.push_back(argument.data());
   pointers.push_back(nullptr);
+  return commandLine.Run(static_cast<int>(pointers.size()) - 1, pointers.data());
+}
 
+void CheckRequest(AddRequestKind add, Bytes rest) {
+  const CommandLine commandLine("krofx", "", "1");
+  add(commandLine.GetCommand(), std::make_shared<ReadRequest>());
   Isolate();
-  const ExitStatus status = commandLine.Run(static_cast<int>(pointers.size()) - 1, pointers.data());
+  const ExitStatus status = RunCommand(commandLine, {"krofx"}, rest);
   Expect(status == kExitClean || status == kExitUnusable || status == kExitWrongUse,
          "the exit status is one of a request");
+}
+
+void CheckFilter(Bytes rest) {
+  const CommandLine commandLine("krofx", "", "1");
+  const Subcommand choose = commandLine.GetCommand().Add("choose", "");
+  const auto options = std::make_shared<FilterOptions>();
+  AddFilterOptions(choose, *options);
+  choose.OnRun<FilterOptions>(options, [](const FilterOptions& given) {
+    std::string problem;
+    const RowFilter filter(given, problem);
+    Document document;
+    if (problem.empty()) filter.Apply(document);
+    return problem.empty() ? kExitClean : kExitWrongUse;
+  });
+  const ExitStatus status = RunCommand(commandLine, {"krofx", "choose"}, rest);
+  Expect(status == kExitClean || status == kExitWrongUse, "options are right or wrong");
+}
+
+void CheckUrl(Bytes rest) {
+  const std::string text = std::string(rest).c_str();
+  const Url url(text);
+  Expect(Url(url.Text()).host == url.host, "a URL written again has its host");
+  Expect(!Url(url.Shown()).hasUser, "what is shown of a URL has no user");
+  Expect(!HasPassword(url.Shown()), "nor a password");
+  IsProxyAddress(text);
+}
+
+std::string TextOf(const std::vector<Bank>& banks) {
+  std::string text;
+  for (const Bank& bank : banks) text += krofx::command::TextOf(bank) + "\n";
+  return text;
+}
+
+void CheckBanks(Bytes rest) {
+  constexpr char kFolder[] = "/banks";
+  const BankList list = ParseBanks(std::string(rest), kFolder);
+  if (!list.problem.empty()) {
+    Expect(list.banks.empty(), "a file with a problem has no banks");
+    ExpectSame(SafeLine(list.problem), list.problem, "a problem is fit for a terminal");
+    return;
+  }
+  const std::string text = TextOf(list.banks);
+  const BankList again = ParseBanks(text, kFolder);
+  ExpectSame(again.problem, "", "banks that were read are written in order");
+  ExpectSame(TextOf(again.banks), text, "banks that are written are read as themselves");
+  for (std::size_t index = 0; index < list.banks.size(); ++index) {
+    Expect(again.banks[index].accounts == list.banks[index].accounts, "so are their accounts");
+  }
+}
+
+std::string Packed(Bytes text) {
+  z_stream stream{};
+  // What zlib calls gzip.
+  constexpr int kWindow = 15 + 16;
+  Expect(::deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, kWindow, 8, Z_DEFAULT_STRATEGY) == Z_OK,
+         "there is a packer");
+  std::string packed(::deflateBound(&stream, text.size()), '\0');
+  stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(text.data()));
+  stream.avail_in = static_cast<uInt>(text.size());
+  stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+  stream.avail_out = static_cast<uInt>(packed.size());
+  Expect(::deflate(&stream, Z_FINISH) == Z_STREAM_END, "any bytes are packed");
+  packed.resize(stream.total_out);
+  ::deflateEnd(&stream);
+  return packed;
+}
+
+void CheckUnpack(Bytes packed, const std::string* text) {
+  std::string problem;
+  const std::unique_ptr<KRBuffer> unpacked = Unpack(packed, problem);
+  Expect((unpacked == nullptr) == !problem.empty(), "what is not unpacked has a problem");
+  if (text == nullptr) return;
+  Expect(unpacked != nullptr, "what was packed is unpacked");
+  ExpectSame(ViewOf(*unpacked), *text, "what was packed comes out as it was");
+}
+
+// Bytes that are packed in two parts, and the same with an end that is missing.
+void CheckPacking(Choices choices) {
+  const Bytes first = choices.Text(255);
+  const Bytes second = choices.Rest();
+  const std::string packed = Packed(first) + Packed(second);
+  Expect(IsGzip(packed), "what was packed is known");
+  const std::string both = std::string(first) + std::string(second);
+  CheckUnpack(packed, &both);
+  const Bytes cut = Bytes(packed).substr(0, packed.size() - 1);
+  std::string problem;
+  Expect(Unpack(cut, problem) == nullptr, "what breaks off is not unpacked");
+}
+
+void Run(Bytes bytes) {
+  // The half of the bytes are for requests.
+  constexpr std::size_t kFirstOther = 128;
+  Choices choices(bytes);
+  const std::size_t kind = choices.Below(256);
+  if (kind < kFirstOther) return CheckRequest(kKinds[kind % std::size(kKinds)], choices.Rest());
+  switch ((kind - kFirstOther) % 5) {
+    case 0:
+      return CheckBanks(choices.Rest());
+    case 1:
+      return CheckUnpack(choices.Rest(), nullptr);
+    case 2:
+      return CheckPacking(choices);
+    case 3:
+      return CheckFilter(choices.Rest());
+    default:
+      return CheckUrl(choices.Rest());
+  }
 }
 
 const Target kTarget("options", &Run);

@@ -1,7 +1,11 @@
 // Trees that a host builds: the bytes choose a class, its members and what they are set to. What is
 // written of such a tree is read and written again, as the same text; a deep copy of it is written
 // as it is.
+//
+// Members are set by what the setters of all classes call, since nothing public sets a member of
+// any class from a text: a parse does, but knows other rules, and has targets of its own.
 
+#include <cstring>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -25,6 +29,30 @@ constexpr const char* kSamples[] = {
     "0730", "173000", "CHECKING", "a & b < c", "<TAG>", "&amp;",     "]]>",
     "CODE", "INFO",   "USD",      "DEBIT",     "BUY",   "SENDFUNDS", "x",
 };
+// What few kinds of values take: those of payroll, and keywords that are not held as a keyword.
+constexpr const char* kRareSamples[] = {
+    "$5",      "$-7.25",  "12.5%",     "^@~*",      "__OFX_EMPTY_STRING__",
+    "UNKNOWN", "SAVINGS", "CREDIT",    "MONEYMRKT", "CMA",
+    "MONDAY",  "FRIDAY",  "BANKSVC",   "CCSVC",     "BPSVC",
+    "PRESSVC", "DELDATE", "PROCDATE1", "FIXED",     "HWTOKEN",
+    "DEU",
+};
+// A choice from here on is of a keyword, or of a rare sample.
+constexpr std::size_t kFirstKeyword = 192;
+
+// The keyword of a number; the number is halved while there is none. Empty for other values.
+std::string KeywordOf(const ValueKind& kind, u32 number) {
+  if (kind.form != ValueForm::kKeyword || kind.writeCommon == nullptr) return "";
+  for (;; number /= 2) {
+    // In bytes, as which any enumeration may be read.
+    alignas(u32) unsigned char value[sizeof number];
+    std::memcpy(value, &number, sizeof number);
+    char text[64];
+    const char* const end = kind.writeCommon(value, text, text + sizeof text);
+    if (end != nullptr) return std::string(text, static_cast<std::size_t>(end - text));
+    if (number == 0) return "";
+  }
+}
 
 class Filler {
  public:
@@ -40,7 +68,7 @@ class Filler {
       // What another version has may be held, and written by arrays, but is not read back.
       if (object.IsValidTag(tag) == 0) continue;
       if (row.value != nullptr) {
-        const KRString text = ChooseText();
+        const KRString text = ChooseText(*row.value);
         // A language without a text is a value, which is written as a tag alone.
         if (row.value->form == ValueForm::kLanguage && text.IsEmpty() != 0) continue;
         SetFromText(object, tag, *row.value, row.member(object), text);
@@ -51,8 +79,15 @@ class Filler {
   }
 
  private:
-  KRString ChooseText() {
-    const std::size_t which = m_choices.Below(std::size(kSamples) + 4);
+  KRString ChooseText(const ValueKind& kind) {
+    const std::size_t choice = m_choices.Below(256);
+    if (choice >= kFirstKeyword) {
+      const std::size_t number = choice - kFirstKeyword;
+      const std::string keyword = KeywordOf(kind, static_cast<u32>(number));
+      return KRString(keyword.empty() ? kRareSamples[number % std::size(kRareSamples)]
+                                      : keyword.c_str());
+    }
+    const std::size_t which = choice % (std::size(kSamples) + 4);
     if (which < std::size(kSamples)) return KRString(kSamples[which]);
     // A text ends at its first NUL, and reading takes white space at its ends away.
     std::string text = std::string(m_choices.Text(40)).c_str();

@@ -2,6 +2,7 @@
 //
 //   - both ways of reading, the short one and that of the operations that hosts may override, come
 //     to the same tree, status and warnings at the same places; so do both ways of writing;
+//   - all ways of looking for what is missing agree on whether anything is;
 //   - a deep copy is written as its original is;
 //   - the text that is written of a tree without cutting any value is written of the tree that is
 //     read from it.
@@ -17,6 +18,7 @@
 #include "krofx/build/builder.h"
 #include "krofx/core/buffer.h"
 #include "krofx/parse/simple_parser.h"
+#include "krofx/reader/missing.h"
 #include "krofx/values/utility.h"
 #include "support/parse_text.h"
 #include "target.h"
@@ -69,6 +71,20 @@ KRParseStatus ReadInto(Root& root, Bytes text, bool plain, std::string* warnings
   return status;
 }
 
+/// Looks for what a tree lacks, in all ways that there are.
+inline void CheckMissing(KRDataObj& root) {
+  KRDataObj* object = &root;
+  KRTagID missing = KRTag_None;
+  const bool isComplete = KRUtility::AllRequiredPresent(&object, &missing) != 0;
+  Expect(isComplete || object->AllRequiredPresent() == 0, "an incomplete object lacks something");
+  Expect(object != &root || missing == KRTag_None, "a tag is named below the root");
+  KRDataObj* holder = nullptr;
+  const KRTagID first = KRUtility::GetNextMissingRequiredTag(&root, &holder, KRTag_None);
+  Expect((first == KRTag_None) == (holder == nullptr), "a missing tag is missing somewhere");
+  Expect(holder == nullptr || !isComplete, "a complete tree lacks no tag");
+  Expect(krofx::FindMissing(root).empty() == isComplete, "the list of what is missing agrees");
+}
+
 /// Tests a text.
 /// @tparam WrittenIsRead whether what is written of such a tree can be read at all.
 /// @param make makes an empty root.
@@ -91,8 +107,7 @@ void CheckTree(Bytes text, const Make& make, const Copy& copy) {
   const std::string strict = Written(*root, KRBuildStringOpt_Strict);
   ExpectSame(strict, Written<HostBuilder>(*slow, KRBuildStringOpt_Strict),
              "strict writing is one, too");
-  KRDataObj* holder = nullptr;
-  KRUtility::GetNextMissingRequiredTag(root.get(), &holder, KRTag_None);
+  CheckMissing(*root);
 
   const auto copied = make();
   Expect(copy(*copied, *root) == 1, "a tree can be copied");
