@@ -43,8 +43,9 @@ bool Contains(std::string_view name, std::string_view part) {
 // Where the header of the text begins whose first tag is at `tag`: the word OFXHEADER after
 // the tag before it.
 std::size_t HeaderBefore(std::string_view bytes, std::size_t from, std::size_t tag) {
-  const std::size_t last = bytes.rfind('>', tag);
-  const std::size_t start = last == std::string_view::npos || last < from ? from : last + 1;
+  // What is in front of the text is not looked at: each text of a file would look at it again.
+  const std::size_t last = bytes.substr(from, tag - from).rfind('>');
+  const std::size_t start = last == std::string_view::npos ? from : from + last + 1;
   constexpr std::string_view kWord = "OFXHEADER";
   for (std::size_t at = start; at + kWord.size() <= tag; ++at) {
     if (EqualsWithoutCase(bytes.substr(at, kWord.size()), kWord)) return at;
