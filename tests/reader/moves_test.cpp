@@ -67,6 +67,23 @@ TEST(Moves, ReadsAStatementInTheWrapperOfAnotherKind) {
            {"moved"});
 }
 
+TEST(Moves, LeavesNoWrapperPresentThatBecameAnother) {
+  const std::string statement = ResponseWrapper("STMTTRNRS", Statement("1"));
+  const std::string closing =
+      ResponseWrapper("STMTTRNRS", Aggregate("STMTENDRS", "<CURDEF>USD" + Account("1")));
+  const auto presentAfter = [](const std::string& wrappers) {
+    const Reading reading = Read(File(Aggregate("BANKMSGSRSV1", wrappers), 1));
+    const auto* const set = FindIn<KRMessageSetRs>(reading.root);
+    std::string present;
+    if (set != nullptr && set->ValidateTag(KRTag_STMTTRNRS) != 0) present += "statements ";
+    if (set != nullptr && set->ValidateTag(KRTag_STMTENDTRNRS) != 0) present += "closings";
+    return present;
+  };
+  EXPECT_EQ(presentAfter(closing + closing), "closings");
+  EXPECT_EQ(presentAfter(statement + closing + closing), "statements closings");
+  EXPECT_EQ(presentAfter(closing + statement + closing), "statements closings");
+}
+
 TEST(Moves, LeavesASignOnWhatItIs) {
   const Reading reading =
       Read(File(Aggregate("SIGNONMSGSRSV1", Aggregate("SONRS", Statement("1"))), 1));

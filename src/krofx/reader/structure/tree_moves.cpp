@@ -75,13 +75,9 @@ void TreeReader::Rename(s16 depth, KRTagID type) {
   const KRTagID before = level.object->GetType();
   if (level.written == KRTag_None) level.written = before;
   level.object->SetType(type);
-  const u16 count = parent.GetNumberOfChildren();
-  bool others = false;
-  for (u16 index = 0; index < count && !others; ++index) {
-    KRDataObj* const child = parent.GetChild(index);
-    others = child != nullptr && child != level.object && child->GetType() == before;
-  }
-  if (!others && parent.IsValidTag(before) != 0) parent.ClearTag(before);
+  // Whether there are others is known without a look through all of them.
+  if (level.first && parent.IsValidTag(before) != 0) parent.ClearTag(before);
+  level.first = parent.ValidateTag(type) == 0;
   parent.SetTag(type);
 }
 

@@ -36,7 +36,7 @@ TreeReader::TreeReader(const WorkingText& text, TagDictionary& dictionary, const
 u16 TreeReader::PushObject(KRDataObj* object) {
   if (KRParser::PushObject(object) == 0) return 0;
   Level& level = Current();
-  level.Begin(object, m_openingRow, m_openingImplicit, m_openingWritten);
+  level.Begin(object, m_openingRow, m_openingImplicit, m_openingFirst, m_openingWritten);
   m_openingWritten = KRTag_None;
   Level& parent = m_levels[GetDepth() - 1];
   if (Sibling* const sibling = FindSibling(parent, object->GetType())) {
@@ -458,9 +458,11 @@ KRParseStatus TreeReader::Open(KRTagID tag, const Row* row) {
   // It may be replaced, and is gone then.
   Current().lastClosed = nullptr;
   m_openingRow = row;
+  m_openingFirst = GetCurrentObj()->ValidateTag(tag) == 0;
   const KRParseStatus status = GetCurrentObj()->HandleTagStart(&entry);
   m_openingRow = nullptr;
   m_openingImplicit = false;
+  m_openingFirst = true;
   return status;
 }
 

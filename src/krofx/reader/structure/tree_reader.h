@@ -92,7 +92,8 @@ class TreeReader final : public KRParser {
   // What is open.
   struct Level {
     // Makes it that of an aggregate that begins. Siblings beyond the count stay as they are.
-    void Begin(KRDataObj* its, const Row* itsRow, bool isImplicit, KRTagID itsWritten) {
+    void Begin(KRDataObj* its, const Row* itsRow, bool isImplicit, bool isFirst,
+               KRTagID itsWritten) {
       object = its;
       row = itsRow;
       lastClosed = nullptr;
@@ -100,6 +101,7 @@ class TreeReader final : public KRParser {
       written = itsWritten;
       implicit = isImplicit;
       joined = false;
+      first = isFirst;
       number = 1;
       node = PathLog::kNoPath;
       siblingCount = 0;
@@ -112,6 +114,7 @@ class TreeReader final : public KRParser {
     KRTagID written = KRTag_None;  // The tag that it is written with, when that is another.
     bool implicit = false;         // Its start tag is missing.
     bool joined = false;           // It was there already, and goes on.
+    bool first = true;             // It was the first of its tag in the object around it.
     u32 number = 1;
     s32 node = PathLog::kNoPath;
     u8 siblingCount = 0;
@@ -210,6 +213,7 @@ class TreeReader final : public KRParser {
   u8 m_leftCount = 0;
   const Row* m_openingRow = nullptr;
   bool m_openingImplicit = false;
+  bool m_openingFirst = true;
   KRTagID m_openingWritten = KRTag_None;
   KRParseStatus m_status = KRParseStatus_Accepted;
   bool m_ended = false;
