@@ -44,8 +44,11 @@ void LineCounter::Count(Mark& mark, std::string_view part, std::size_t base, std
 }
 
 Place LineCounter::Find(std::string_view part, std::size_t base, std::size_t offset) {
-  if (offset < m_last.offset) m_last = m_passed;
-  if (offset > m_last.offset) Count(m_last, part, base, offset);
+  if (offset < m_last.offset) m_last = offset < m_before.offset ? m_passed : m_before;
+  if (offset > m_last.offset) {
+    m_before = m_last;
+    Count(m_last, part, base, offset);
+  }
   return {offset, m_last.line, offset - m_last.lineStart + 1};
 }
 
@@ -56,6 +59,7 @@ void LineCounter::Pass(std::string_view part, std::size_t base, std::size_t offs
   } else {
     Count(m_passed, part, base, offset);
   }
+  m_before = m_passed;
 }
 
 }  // namespace krofx::internal

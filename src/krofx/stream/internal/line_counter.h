@@ -31,9 +31,11 @@ class LineCounter {
 
   static void Count(Mark& mark, std::string_view part, std::size_t base, std::size_t offset);
 
-  // At the beginning of the part, or before it; and at the place that was asked for last.
+  // At the beginning of the part, or before it; at the place that was asked for last; and at one
+  // before that. A question about an element goes back to its tag, not to the beginning.
   Mark m_passed;
   Mark m_last;
+  Mark m_before;
 };
 
 }  // namespace krofx::internal
