@@ -21,14 +21,14 @@ ENVIRONMENT = {
 }
 
 
-def count(program):
+def count(program, *arguments):
     """{name: instructions} of the operations, whose names the program prints in their order."""
     with tempfile.TemporaryDirectory() as folder:
         command = ["valgrind", "--tool=callgrind", f"--callgrind-out-file={folder}/out"]
         command += ["--toggle-collect=bench::RunCounted*", "--dump-after=bench::RunCounted(bench::Operation const&)"]
         environment = ENVIRONMENT | {"PATH": os.environ["PATH"], "TMPDIR": folder}
         run = subprocess.run(
-            command + [program], capture_output=True, text=True, check=False, env=environment
+            command + [program, *arguments], capture_output=True, text=True, check=False, env=environment
         )
         if run.returncode != 0:
             sys.exit(run.stderr)
