@@ -81,9 +81,13 @@ void Check(KRFile& file) {
   KRUtility::GetNextMissingRequiredTag(&file, &holder, KRTag_None);
 }
 
-// As a host that looks at everything, and names where it is.
+// As a host that looks at everything, and names where it is, and what securities are called.
 void Walk(const KRFile& file) {
   for (const auto& found : krofx::Each<KRDataObj>(file)) found.Path();
+  for (const krofx::StatementView& statement : krofx::Statements(file)) {
+    for (const auto& position : statement.Positions()) position.Security();
+    for (const auto& transaction : statement.InvestmentTransactions()) transaction.Security();
+  }
 }
 
 // Counts one piece of work on one text, and names it.

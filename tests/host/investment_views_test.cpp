@@ -12,9 +12,12 @@
 #include "krofx/host/dates.h"
 #include "krofx/host/investment_transaction_view.h"
 #include "krofx/host/position_view.h"
+#include "krofx/host/statement_view.h"
 #include "krofx/messages/investment/statement.h"
 #include "krofx/messages/investment/transactions.h"
+#include "krofx/reader/reading.h"
 #include "messages/investment_texts.h"
+#include "support/failing_allocation.h"
 
 namespace krofx::testing {
 namespace {
@@ -225,6 +228,57 @@ TEST(PositionViews, ShowAPositionThatIsInNoTree) {
     ExpectSays(position, kOfPositions, "<POSTYPE>SHORT<UNITS>-5" + CurrencyText());
   }
   EXPECT_EQ(count, 1);
+}
+
+// A response with positions and securities of these IDs; the names of the latter count from 0.
+std::string Portfolio(const std::vector<std::string>& positions,
+                      const std::vector<std::string>& securities) {
+  const auto id = [](const std::string& text) {
+    return "<SECID><UNIQUEID>" + text + "<UNIQUEIDTYPE>CUSIP</SECID>";
+  };
+  std::string text = "<OFX><INVSTMTMSGSRSV1><INVSTMTTRNRS><INVSTMTRS><INVPOSLIST>";
+  for (const std::string& each : positions) {
+    text += "<POSSTOCK><INVPOS>" + id(each) + "</INVPOS></POSSTOCK>";
+  }
+  text +=
+      "</INVPOSLIST></INVSTMTRS></INVSTMTTRNRS></INVSTMTMSGSRSV1><SECLISTMSGSRSV1>"
+      "<SECLIST>";
+  int number = 0;
+  for (const std::string& each : securities) {
+    text += "<STOCKINFO><SECINFO>" + id(each) + "<SECNAME>" + std::to_string(number++) +
+            "</SECINFO></STOCKINFO>";
+  }
+  return text + "</SECLIST></SECLISTMSGSRSV1></OFX>";
+}
+
+std::vector<std::string> NamesIn(const Reading& reading) {
+  std::vector<std::string> names;
+  for (const PositionView& position : Positions(reading)) {
+    names.push_back(Shown(position.Security()));
+  }
+  return names;
+}
+
+TEST(PositionView, TakesTheFirstSecurityOfItsId) {
+  const Reading reading =
+      Read(Portfolio({"c", "a", "b", "d", "ab", ""}, {"b", "a", "c", "a", "b", "aa"}));
+  EXPECT_EQ(NamesIn(reading), (std::vector<std::string>{"2", "1", "0", "", "", ""}));
+}
+
+TEST(PositionView, NamesItsSecurityWithoutMemoryForAListOfThem) {
+  const Reading reading = Read(Portfolio({"c", "a"}, {"a", "b", "c"}));
+  for (const std::size_t nth : {1, 2}) {
+    const FailingAllocation failing(nth, true);
+    EXPECT_EQ(NamesIn(reading), (std::vector<std::string>{"2", "0"}));
+  }
+}
+
+TEST(StatementView, NamesSecuritiesAfterTheRangeThatItIsFrom) {
+  const Reading reading = Read(Portfolio({"b"}, {"a", "b"}));
+  std::vector<StatementView> kept;
+  for (const StatementView& statement : Statements(reading)) kept.push_back(statement);
+  ASSERT_EQ(kept.size(), 1u);
+  for (const PositionView& position : kept[0].Positions()) EXPECT_EQ(position.Security(), "1");
 }
 
 }  // namespace

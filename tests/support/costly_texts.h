@@ -225,6 +225,14 @@ inline constexpr CostlyKind kCostlyKinds[] = {
                     "</INVPOSLIST></INVSTMTRS></INVSTMTTRNRS></INVSTMTMSGSRSV1><SECLISTMSGSRSV1>"
                     "<SECLIST>" + Parts(n, [id](int i) {
                       return "<STOCKINFO><SECINFO>" + id(i) + "</SECINFO></STOCKINFO>"; })); }},
+    {"investment statements and securities", [](int n) {
+       const auto id = [](int i) {
+         return "<SECID><UNIQUEID>" + std::to_string(i) + "<UNIQUEIDTYPE>CUSIP</SECID>"; };
+       return InOfx("<INVSTMTMSGSRSV1>" + Parts(n, [id](int i) {
+                      return "<INVSTMTTRNRS><INVSTMTRS><INVPOSLIST><POSSTOCK><INVPOS>" + id(i) +
+                             "</INVPOS></POSSTOCK></INVPOSLIST></INVSTMTRS></INVSTMTTRNRS>"; }) +
+                    "</INVSTMTMSGSRSV1><SECLISTMSGSRSV1><SECLIST>" + Parts(n, [id](int i) {
+                      return "<STOCKINFO><SECINFO>" + id(-i) + "</SECINFO></STOCKINFO>"; })); }},
     {"requests", [](int n) {
        return InOfx("<BANKMSGSRQV1>" + Times(n, "<STMTTRNRQ><TRNUID>1<STMTRQ></STMTRQ></STMTTRNRQ>")); }},
     {"passwords", [](int n) {

@@ -76,8 +76,8 @@ constexpr bool kCanHave =
 }  // namespace
 
 InvestmentTransactionView::InvestmentTransactionView(const Found<const KRDataObj>& found,
-                                                     const internal::TreeSource& whole)
-    : m_object(&*found), m_kind(All::Of(*found)), m_whole(whole) {
+                                                     const internal::SecurityFinder& securities)
+    : m_object(&*found), m_kind(All::Of(*found)), m_securities(securities) {
   if (const auto* const statement = found.Ancestor<KRInvStmtRs>()) {
     m_currency = ToText(statement->GetCurDef());
   }
@@ -117,7 +117,7 @@ const KRSecID* InvestmentTransactionView::SecID() const {
 
 const KRSecInfo* InvestmentTransactionView::Described() const {
   const KRSecID* const id = SecID();
-  return id == nullptr ? nullptr : FindSecurity(m_whole, *id);
+  return id == nullptr ? nullptr : m_securities.Find(*id);
 }
 
 const KRBankStatementTx* InvestmentTransactionView::Money() const {

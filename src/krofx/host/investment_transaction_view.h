@@ -27,8 +27,9 @@ namespace krofx {
 class KROFX_API InvestmentTransactionView {
  public:
   /// Of one that was found in a tree.
-  /// @param whole where the security lists are.
-  InvestmentTransactionView(const Found<const KRDataObj>& found, const internal::TreeSource& whole);
+  /// @param securities those of the file.
+  InvestmentTransactionView(const Found<const KRDataObj>& found,
+                            const internal::SecurityFinder& securities);
   /// @return whether an object is a transaction in an INVTRANLIST.
   static bool Shows(const Found<const KRDataObj>& found);
 
@@ -115,7 +116,7 @@ class KROFX_API InvestmentTransactionView {
   const KRDataObj* m_object;
   int m_kind;
   std::string_view m_currency;
-  internal::TreeSource m_whole;
+  internal::SecurityFinder m_securities;
 };
 
 /// @return all transactions of investment statements in `source`: a KRDataObj, by reference or
@@ -123,7 +124,7 @@ class KROFX_API InvestmentTransactionView {
 template <class Source>
 ViewRange<InvestmentTransactionView, KRDataObj> InvestmentTransactions(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));
-  return {trees, trees};
+  return {trees, internal::SecurityFinder(trees)};
 }
 
 }  // namespace krofx

@@ -10,9 +10,10 @@ namespace krofx {
 
 using internal::TextIf;
 
-PositionView::PositionView(const Found<const KRInvPos>& found, const internal::TreeSource& whole)
+PositionView::PositionView(const Found<const KRInvPos>& found,
+                           const internal::SecurityFinder& securities)
     : m_position(&*found), m_around(found.Parent()) {
-  if (const KRSecID* const id = m_position->GetSecID()) m_security = FindSecurity(whole, *id);
+  if (const KRSecID* const id = m_position->GetSecID()) m_security = securities.Find(*id);
   if (const auto* const statement = found.Ancestor<KRInvStmtRs>()) {
     m_currency = ToText(statement->GetCurDef());
   }

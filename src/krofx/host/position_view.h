@@ -22,8 +22,8 @@ namespace krofx {
 class KROFX_API PositionView {
  public:
   /// Of one that was found in a tree.
-  /// @param whole where the security lists are.
-  PositionView(const Found<const KRInvPos>& found, const internal::TreeSource& whole);
+  /// @param securities those of the file.
+  PositionView(const Found<const KRInvPos>& found, const internal::SecurityFinder& securities);
   static bool Shows(const KRInvPos&) { return true; }
 
   /// @return the tag of its kind, such as "POSSTOCK".
@@ -72,7 +72,7 @@ class KROFX_API PositionView {
 template <class Source>
 ViewRange<PositionView, KRInvPos> Positions(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));
-  return {trees, trees};
+  return {trees, internal::SecurityFinder(trees)};
 }
 
 }  // namespace krofx

@@ -15,11 +15,37 @@ class KRSecInfo;
 namespace krofx {
 
 /// The description of a security in the security lists of `source`, as Each takes it. It looks
-/// through the lists each time, and through nothing else of the file.
+/// through the lists each time, and through nothing else of the file: to look for many, take the
+/// views, which list the securities once.
 /// @return null when there is none.
 KROFX_API const KRSecInfo* FindSecurity(const internal::TreeSource& source, const KRSecID& id);
 
 namespace internal {
+
+/// Finds securities in the lists of a file without a look through them each time: it lists them
+/// when it is made. Copies share the list, so the security lists must outlive all of them, and
+/// those must not change meanwhile. Copies may be used on several threads.
+class KROFX_API SecurityFinder {
+ public:
+  /// Finds none.
+  SecurityFinder() = default;
+  /// Lists the securities of a source. Without memory for that it looks through the source each
+  /// time.
+  SecurityFinder(const TreeSource& source);
+  SecurityFinder(const SecurityFinder& other);
+  SecurityFinder(SecurityFinder&& other) noexcept;
+  SecurityFinder& operator=(SecurityFinder other) noexcept;
+  ~SecurityFinder();
+
+  /// @return the first security with an ID; null when there is none.
+  const KRSecInfo* Find(const KRSecID& id) const;
+
+ private:
+  struct Listing;
+
+  TreeSource m_unlisted;         // Where to look without a list.
+  Listing* m_listing = nullptr;  // Null when there is no security, and without memory.
+};
 
 /// @return the tag of an object, such as "POSSTOCK"; empty for null, and for an object without a
 ///         tag.

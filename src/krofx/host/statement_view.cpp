@@ -43,17 +43,15 @@ OptionalAmount AmountIn(const KRInvStmtRs* statement, u16 (KRInvBal::*has)() con
 
 }  // namespace
 
-StatementView::StatementView(const KRGenericStatementRs& statement)
-    : m_money(&statement), m_whole(&statement) {}
+StatementView::StatementView(const KRGenericStatementRs& statement) : m_money(&statement) {}
 
-StatementView::StatementView(const KRInvStmtRs& statement)
-    : m_investments(&statement), m_whole(&statement) {}
+StatementView::StatementView(const KRInvStmtRs& statement) : m_investments(&statement) {}
 
 StatementView::StatementView(const Found<const KRTransBase>& found,
-                             const internal::TreeSource& whole)
+                             const internal::SecurityFinder& securities)
     : m_money(dynamic_cast<const KRGenericStatementRs*>(&*found)),
       m_investments(dynamic_cast<const KRInvStmtRs*>(&*found)),
-      m_whole(whole) {}
+      m_securities(securities) {}
 
 bool StatementView::Shows(const KRTransBase& payload) {
   return dynamic_cast<const KRGenericStatementRs*>(&payload) != nullptr ||
@@ -129,15 +127,15 @@ std::string_view StatementView::Note() const {
 }
 
 ViewRange<TransactionView, KRBankStatementTx> StatementView::Transactions() const {
-  return {internal::TreeSource(&Get()), m_whole};
+  return {internal::TreeSource(&Get()), internal::SecurityFinder()};
 }
 
 ViewRange<InvestmentTransactionView, KRDataObj> StatementView::InvestmentTransactions() const {
-  return {internal::TreeSource(&Get()), m_whole};
+  return {internal::TreeSource(&Get()), m_securities};
 }
 
 ViewRange<PositionView, KRInvPos> StatementView::Positions() const {
-  return {internal::TreeSource(&Get()), m_whole};
+  return {internal::TreeSource(&Get()), m_securities};
 }
 
 }  // namespace krofx

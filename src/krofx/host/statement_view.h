@@ -24,8 +24,8 @@ class KROFX_API StatementView {
   explicit StatementView(const KRGenericStatementRs& statement);
   explicit StatementView(const KRInvStmtRs& statement);
   /// Of one that was found in a tree.
-  /// @param whole where the security lists are.
-  StatementView(const Found<const KRTransBase>& found, const internal::TreeSource& whole);
+  /// @param securities those of the file.
+  StatementView(const Found<const KRTransBase>& found, const internal::SecurityFinder& securities);
   /// @return whether a payload is a statement.
   static bool Shows(const KRTransBase& payload);
 
@@ -61,14 +61,14 @@ class KROFX_API StatementView {
  private:
   const KRGenericStatementRs* m_money = nullptr;
   const KRInvStmtRs* m_investments = nullptr;
-  internal::TreeSource m_whole;
+  internal::SecurityFinder m_securities;
 };
 
 /// @return all statements in `source`: a KRDataObj, by reference or pointer, or a Reading.
 template <class Source>
 ViewRange<StatementView, KRTransBase> Statements(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));
-  return {trees, trees};
+  return {trees, internal::SecurityFinder(trees)};
 }
 
 }  // namespace krofx

@@ -33,7 +33,7 @@ std::string_view Either(std::string_view first, std::string_view second) {
 }  // namespace
 
 TransactionView::TransactionView(const Found<const KRBankStatementTx>& found,
-                                 const internal::TreeSource&)
+                                 const internal::SecurityFinder&)
     : m_transaction(&*found) {
   if (const auto* const statement = found.Ancestor<KRGenericStatementRs>()) {
     m_currency = ToText(statement->GetCurrencyDefault());

@@ -26,7 +26,7 @@ class KROFX_API TransactionView {
   explicit TransactionView(const KRBankStatementTx& transaction, std::string_view currency = {})
       : m_transaction(&transaction), m_currency(currency) {}
   /// Of one that was found in a tree: it has the currency of its statement.
-  TransactionView(const Found<const KRBankStatementTx>& found, const internal::TreeSource&);
+  TransactionView(const Found<const KRBankStatementTx>& found, const internal::SecurityFinder&);
   static bool Shows(const KRBankStatementTx&) { return true; }
 
   /// @return when it was posted (DTPOSTED).
@@ -82,7 +82,7 @@ class KROFX_API TransactionView {
 template <class Source>
 ViewRange<TransactionView, KRBankStatementTx> Transactions(Source&& source) {
   const internal::TreeSource trees = internal::SourceOf(std::forward<Source>(source));
-  return {trees, trees};
+  return {trees, internal::SecurityFinder()};
 }
 
 }  // namespace krofx

@@ -6,16 +6,20 @@
 #include <cstddef>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 #include "krofx/core/lifetime.h"
 #include "krofx/host/look.h"
+#include "krofx/host/security_search.h"
 #include "krofx/host/words.h"
 
 namespace krofx {
 
 /// Views of objects, made as they are reached, in the order of the document. To be gone through
-/// once at a time; the trees must outlive it.
-/// @tparam View made from a Found and the source; View::Shows says of which objects or Founds.
+/// once at a time. The trees must outlive it and its views, and their security lists, which it
+/// reads when it is made, must not change meanwhile.
+/// @tparam View made from a Found and a SecurityFinder; View::Shows says of which objects or
+/// Founds.
 /// @tparam Class whose objects are looked at.
 template <class View, class Class>
 class ViewRange {
@@ -27,12 +31,13 @@ class ViewRange {
     using value_type = View;
 
     Iterator() = default;
-    Iterator(typename EachRange<const Class>::Iterator at, const internal::TreeSource& source)
-        : m_at(at), m_source(&source) {
+    Iterator(typename EachRange<const Class>::Iterator at,
+             const internal::SecurityFinder& securities)
+        : m_at(at), m_securities(&securities) {
       PassOver();
     }
 
-    View operator*() const { return View(*m_at, *m_source); }
+    View operator*() const { return View(*m_at, *m_securities); }
     Iterator& operator++() {
       ++m_at;
       PassOver();
@@ -49,18 +54,19 @@ class ViewRange {
     }
 
     typename EachRange<const Class>::Iterator m_at;
-    const internal::TreeSource* m_source = nullptr;
+    const internal::SecurityFinder* m_securities = nullptr;
   };
 
-  /// Views of what is in one source; what belongs to it is looked up in another, which has it in.
-  ViewRange(const internal::TreeSource& source, const internal::TreeSource& whole)
-      : m_whole(whole), m_objects(source) {}
+  /// Views of what is in a source.
+  /// @param securities those that the objects may name.
+  ViewRange(const internal::TreeSource& source, internal::SecurityFinder securities)
+      : m_securities(std::move(securities)), m_objects(source) {}
 
-  Iterator begin() { return Iterator(m_objects.begin(), m_whole); }
+  Iterator begin() { return Iterator(m_objects.begin(), m_securities); }
   std::default_sentinel_t end() const { return {}; }
 
  private:
-  internal::TreeSource m_whole;
+  internal::SecurityFinder m_securities;
   EachRange<const Class> m_objects;
 };
 
