@@ -9,6 +9,7 @@
 #include "krofx/core/internal/passwords.h"
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/tag_dictionary.h"
+#include "output/characters.h"
 
 namespace krofx::command {
 
@@ -43,6 +44,13 @@ std::size_t FindWithoutCase(std::string_view text, std::string_view word) {
         return std::toupper(static_cast<unsigned char>(left)) == right;
       });
   return found == text.end() ? text.size() : static_cast<std::size_t>(found - text.begin());
+}
+
+// A star for each character.
+std::string Stars(std::string_view text) {
+  const auto isContinuation = [](char byte) { return IsContinuation(byte); };
+  const auto others = std::count_if(text.begin(), text.end(), isContinuation);
+  return std::string(text.size() - static_cast<std::size_t>(others), '*');
 }
 
 std::string UpTo(std::string_view text, std::size_t end) {
@@ -89,10 +97,14 @@ std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate) {
 
 std::string Masked(std::string_view value, Disclosure disclosure) {
   if (disclosure == Disclosure::kAll) return std::string(value);
-  const bool isShort = value.size() <= kShownCharacters;
-  if (isShort && disclosure == Disclosure::kPersonal) return std::string(value.size(), '*');
-  const std::size_t hidden = isShort ? 0 : value.size() - kShownCharacters;
-  return std::string(hidden, '*') + std::string(value.substr(hidden));
+  // A cut in a character would leave bytes that are no text.
+  std::size_t hidden = value.size();
+  std::size_t shown = 0;
+  while (hidden > 0 && shown < kShownCharacters) {
+    if (!IsContinuation(value[--hidden])) ++shown;
+  }
+  if (hidden == 0 && disclosure == Disclosure::kPersonal) return Stars(value);
+  return Stars(value.substr(0, hidden)) + std::string(value.substr(hidden));
 }
 
 bool MayNamePassword(std::string_view text) {

@@ -44,7 +44,8 @@ Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bo
 ///         end, so that among the elements of a card the number follows in it, which is left out.
 std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate);
 
-/// @return the value with the characters that are not shown replaced by stars.
+/// @param value in UTF-8.
+/// @return the value with a star for each character that is not shown.
 std::string Masked(std::string_view value, Disclosure disclosure);
 
 /// @return whether there may be the name of a tag of passwords in a text. Quick, and true for some

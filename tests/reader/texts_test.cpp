@@ -55,6 +55,15 @@ TEST(Texts, WithoutHeadersOrEndsAreReadOneByOneToo) {
   EXPECT_EQ(reading.texts[1].status, KRParseStatus_Accepted);
 }
 
+TEST(Texts, AreNeverEmpty) {
+  const Reading reading = Read(std::string("<STMTTRN>OFXHEADER<OFX<OFX>"));
+  ASSERT_LE(reading.texts.size(), 2u);
+  const std::string text = Statement("1");
+  const Reading others = Read(text + Repeat("OFXHEADER<OFX", 100) + text);
+  EXPECT_LE(others.texts.size(), 102u);
+  EXPECT_EQ(AccountIn(others.texts[others.texts.size() - 1]), "1");
+}
+
 TEST(Texts, MayHaveTagsWithAPrefixOfAnyLettersAndDigits) {
   for (const std::string prefix : {"a", "z", "A", "Z", "n0", "n9", "a.z"}) {
     std::string both;

@@ -92,6 +92,9 @@ std::size_t FindEnd(std::string_view bytes, std::size_t from, bool& inBody) {
   constexpr std::size_t kBlock = 4096;
   constexpr std::size_t kLongestTag = 64;
   std::size_t blockEnd = from;
+  // The header of the next text comes after the tag that opens this one, so that a text is never
+  // empty.
+  std::size_t body = from;
   bool hasPrefixes = false;
   for (std::size_t at = FindOpen(bytes, from); at != std::string_view::npos;
        at = FindOpen(bytes, at + 1)) {
@@ -111,10 +114,12 @@ std::size_t FindEnd(std::string_view bytes, std::size_t from, bool& inBody) {
     const bool instruction = StartsWithoutCase(rest, "?xml") || StartsWithoutCase(rest, "?OFX");
     const std::string_view name = NameAt(rest);
     if (inBody && (instruction || EqualsWithoutCase(name, "OFX"))) {
-      return HeaderBefore(bytes, from, at);
+      return HeaderBefore(bytes, body, at);
     }
-    inBody = inBody || EqualsWithoutCase(name, "OFX") || Contains(name, "MSGSRSV") ||
-             Contains(name, "MSGSRQV");
+    if (inBody) continue;
+    inBody =
+        EqualsWithoutCase(name, "OFX") || Contains(name, "MSGSRSV") || Contains(name, "MSGSRQV");
+    body = at + 1;
   }
   return std::string_view::npos;
 }
