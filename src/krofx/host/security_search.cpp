@@ -20,15 +20,10 @@ namespace krofx {
 
 namespace {
 
-// What securities are told apart by.
-struct Key {
-  explicit Key(const KRSecID& named)
-      : id(ToText(named.GetUniqueID())), type(ToText(named.GetUniqueIDType())) {}
-  friend auto operator<=>(const Key&, const Key&) = default;
+// What securities are told apart by: the ID, and of which numbering it is.
+using Key = std::pair<std::string_view, std::string_view>;
 
-  std::string_view id;
-  std::string_view type;
-};
+Key KeyOf(const KRSecID& id) { return {ToText(id.GetUniqueID()), ToText(id.GetUniqueIDType())}; }
 
 // Calls `take` with each security that has an ID, until that gives false.
 template <class Take>
@@ -37,7 +32,7 @@ void ForEachSecurity(const internal::TreeSource& source, const Take& take) {
   while (const KRDataObj* const object = walk.Next()) {
     if (const auto* const info = dynamic_cast<const KRSecInfo*>(object)) {
       const KRSecID* const id = info->GetSecID();
-      if (id != nullptr && !take(Key(*id), *info)) return;
+      if (id != nullptr && !take(KeyOf(*id), *info)) return;
       walk.SkipChildren();
     } else if (dynamic_cast<const KRTransBase*>(object) != nullptr) {
       walk.SkipChildren();  // A list is beside the wrappers and payloads, not in them.
@@ -48,7 +43,7 @@ void ForEachSecurity(const internal::TreeSource& source, const Take& take) {
 }  // namespace
 
 const KRSecInfo* FindSecurity(const internal::TreeSource& source, const KRSecID& id) {
-  const Key wanted(id);
+  const Key wanted = KeyOf(id);
   const KRSecInfo* found = nullptr;
   ForEachSecurity(source, [&](const Key& key, const KRSecInfo& info) {
     if (key == wanted) found = &info;
@@ -111,7 +106,7 @@ SecurityFinder::~SecurityFinder() {
 
 const KRSecInfo* SecurityFinder::Find(const KRSecID& id) const {
   if (m_listing == nullptr) return FindSecurity(m_unlisted, id);
-  const Key key(id);
+  const Key key = KeyOf(id);
   const auto* const end = m_listing->entries.end();
   const auto* const found = std::lower_bound(
       std::as_const(m_listing->entries).begin(), end, key,
