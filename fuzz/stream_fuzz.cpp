@@ -323,8 +323,9 @@ void Run(Bytes bytes) {
   // Blank lines somewhere make a short text slide through a window.
   const std::size_t lines = choices.Below(256);
   const std::string blank(lines < 128 ? 0 : (lines - 128) * 64, '\n');
-  choice.place = choices.Below(65536) % (choices.Rest().size() + 1);
+  choice.place = choices.Below(65536);
   std::string text(choices.Rest());
+  choice.place %= text.size() + 1;
   text.insert(choice.place, blank);
   if (choice.stops) {
     CheckStop(text, choice);
