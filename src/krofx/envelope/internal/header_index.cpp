@@ -56,8 +56,13 @@ u32 HeaderIndex::HashOf(const KRString& name) {
     first = (first * bases.first + c) % kPrime;
     second = (second * bases.second + c) % kPrime;
   }
-  // Names that differ only in their last character must not get neighbouring places.
-  return static_cast<u32>(((first << 32 | second) * kGolden) >> 32);
+  // Names that differ in their last characters, such as numbers, have polynomials at equal
+  // distances, which one multiplication leaves equal, so that with some bases they get few places.
+  // The mixing function of SplitMix64 (Steele, Lea and Flood 2014) spreads them.
+  std::uint64_t mixed = first << 32 | second;
+  mixed = (mixed ^ mixed >> 30) * 0xBF58476D1CE4E5B9U;
+  mixed = (mixed ^ mixed >> 27) * 0x94D049BB133111EBU;
+  return static_cast<u32>(mixed >> 32);
 }
 
 void HeaderIndex::Clear() {
