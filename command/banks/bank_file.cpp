@@ -224,17 +224,6 @@ std::string PlainWords(const std::string& text) {
   return SafeLine(line.substr(0, line.find('"')));
 }
 
-// The line of the first byte that is not UTF-8; 0 when all of it is.
-std::size_t LineOfOtherBytes(std::string_view text) {
-  std::string_view left = text;
-  char32_t character = 0;
-  while (!left.empty() && TakeUtf8(left, character)) {
-  }
-  if (left.empty()) return 0;
-  const std::string_view read = text.substr(0, text.size() - left.size());
-  return 1 + static_cast<std::size_t>(std::count(read.begin(), read.end(), '\n'));
-}
-
 }  // namespace
 
 bool IsBankName(const std::string& text) {
@@ -247,9 +236,11 @@ bool IsBankName(const std::string& text) {
 
 BankList ParseBanks(const std::string& text, const std::string& folder) {
   BankList list;
-  // For the library such a byte is a reason to read beyond its memory.
-  if (const std::size_t line = LineOfOtherBytes(text); line != 0) {
-    list.problem = "line " + std::to_string(line) + ": this is not UTF-8";
+  // The library for TOML can read beyond its memory at a byte that is not UTF-8.
+  if (const std::size_t bad = FindBadUtf8(text); bad != std::string::npos) {
+    const std::string_view before = std::string_view(text).substr(0, bad);
+    const auto lines = 1 + std::count(before.begin(), before.end(), '\n');
+    list.problem = "line " + std::to_string(lines) + ": this is not UTF-8";
     return list;
   }
   try {

@@ -85,8 +85,7 @@ std::vector<std::string> FileStemsOf(const Bank& bank, const std::vector<Account
     if (isAmbiguous) {
       const std::string digest = DigestOf(bank, account);
       // No name without a digest has a dot.
-      stem += '.';
-      stem += digest;
+      stem.append(".").append(digest);
       if (digest.empty()) stem.clear();
     }
     stems.push_back(stem);

@@ -67,6 +67,16 @@ VYNEventResult LookForSignal(void*) {
   return Interruption::Came() ? VYNEventResult_Quit : VYNEventResult_None;
 }
 
+// Whether two names are of one file, be it there or not.
+bool IsSameFile(const std::string& one, const std::string& other) {
+  std::error_code error;
+  if (std::filesystem::equivalent(one, other, error)) return true;
+  const auto place = [&error](const std::string& name) {
+    return std::filesystem::weakly_canonical(std::filesystem::absolute(name, error), error);
+  };
+  return place(one) == place(other) && !error;
+}
+
 }  // namespace
 
 void AddExchangeOptions(const Subcommand& app, ExchangeOptions& options) {
@@ -103,20 +113,6 @@ void FillExchange(ExchangeOptions& options, const Bank& bank) {
     options.isProxyKept = true;
   }
 }
-
-namespace {
-
-// Whether two names are of one file, be it there or not.
-bool IsSameFile(const std::string& one, const std::string& other) {
-  std::error_code error;
-  if (std::filesystem::equivalent(one, other, error)) return true;
-  const auto place = [&error](const std::string& name) {
-    return std::filesystem::weakly_canonical(std::filesystem::absolute(name, error), error);
-  };
-  return place(one) == place(other) && !error;
-}
-
-}  // namespace
 
 ExitStatus CheckReplyFile(const ExchangeOptions& options, const char* option,
                           const std::string& replyFile) {

@@ -51,6 +51,15 @@ bool TakeUtf8(std::string_view& text, char32_t& character) {
   return true;
 }
 
+std::size_t FindBadUtf8(std::string_view text) {
+  std::string_view left = text;
+  char32_t character = 0;
+  while (!left.empty()) {
+    if (!TakeUtf8(left, character)) return text.size() - left.size();
+  }
+  return std::string_view::npos;
+}
+
 void AppendUtf8(std::string& text, char32_t character) {
   const auto put = [&text](char32_t byte) { text += static_cast<char>(byte); };
   if (character < 0x80) {

@@ -18,6 +18,8 @@ inline bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte)
 /// Takes the first character off a text of UTF-8 that is not empty.
 /// @return false, and nothing is taken, when the text does not begin with valid UTF-8.
 bool TakeUtf8(std::string_view& text, char32_t& character);
+/// @return the position of the first byte that is not UTF-8; npos when all of the text is.
+std::size_t FindBadUtf8(std::string_view text);
 /// Adds a character to a text of UTF-8.
 void AppendUtf8(std::string& text, char32_t character);
 

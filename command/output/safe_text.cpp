@@ -9,14 +9,6 @@ namespace krofx::command {
 
 namespace {
 
-bool IsUtf8(std::string_view text) {
-  char32_t character = 0;
-  while (!text.empty()) {
-    if (!TakeUtf8(text, character)) return false;
-  }
-  return true;
-}
-
 bool IsHarmful(char32_t character) {
   return character < 0x20 || (character >= 0x7F && character < 0xA0) ||
          (character >= 0x200B && character <= 0x200F) ||
@@ -28,7 +20,7 @@ std::string Convert(std::string_view bytes, char lineEnd) {
   if (IsPlainText(bytes)) return std::string(bytes);
   std::string out;
   out.reserve(bytes.size());
-  const bool utf8 = IsUtf8(bytes);
+  const bool utf8 = FindBadUtf8(bytes) == std::string_view::npos;
   while (!bytes.empty()) {
     char32_t character = 0;
     if (!utf8 || !TakeUtf8(bytes, character)) {

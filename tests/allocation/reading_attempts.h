@@ -39,9 +39,9 @@ std::string ShownRecords(const Records& mendings, const List<ReadWarning>& warni
   return shown;
 }
 
-/// Reads with the front door: calls `read()`, which gives a Reading.
-template <class Door>
-Outcome ReadBy(Door read, const Failure& failure) {
+/// Calls `read()`, which gives a Reading.
+template <class ReadCall>
+Outcome ReadBy(ReadCall read, const Failure& failure) {
   Reading reading;
   {
     const FailingScope scope(failure);

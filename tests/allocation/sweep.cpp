@@ -12,7 +12,7 @@ namespace krofx::testing {
 
 namespace {
 
-// So few are all taken.
+// Up to this many allocations are all tried.
 constexpr std::size_t kFew = 80;
 // Of the sample of more: how many are taken at each end, and between.
 constexpr std::size_t kAtEnds = 3;

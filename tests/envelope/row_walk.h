@@ -80,7 +80,7 @@ void ForEachSubject(Visit visit) {
     for (const u16 version : {u16{1}, u16{2}}) {
       for (const KRTagID type : TypesOf(name)) {
         const Subject subject{name, any, version, type};
-        // A PayrollSignOnRq is of the first version, whatever it is told.
+        // A PayrollSignOnRq is of the first version, whatever is set.
         if (subject.Make()->GetMsgSetVersion() != version) continue;
         SCOPED_TRACE(name + " of version " + std::to_string(version) + ", type " +
                      std::to_string(type));

@@ -70,6 +70,11 @@ inline std::string EmptyStatement() {
          "<LEDGERBAL><BALAMT>1<DTASOF>20260131</LEDGERBAL></STMTRS>";
 }
 
+/// The identifier of a security.
+inline std::string SecurityId(int number) {
+  return "<SECID><UNIQUEID>" + std::to_string(number) + "<UNIQUEIDTYPE>CUSIP</SECID>";
+}
+
 /// A multipart text of parts between the lines of its boundary.
 inline std::string InParts(const std::string& parts) {
   return "Content-Type: multipart/mixed; boundary=\"b\"\r\n\r\n" + parts + "--b--\r\n";
@@ -218,21 +223,17 @@ inline constexpr CostlyKind kCostlyKinds[] = {
          return "<ACCTINFO><BANKACCTINFO><BANKACCTFROM><BANKID>1<ACCTID>" + std::to_string(i) +
                 "<ACCTTYPE>CHECKING</BANKACCTFROM></BANKACCTINFO></ACCTINFO>"; })); }},
     {"positions and securities", [](int n) {
-       const auto id = [](int i) {
-         return "<SECID><UNIQUEID>" + std::to_string(i) + "<UNIQUEIDTYPE>CUSIP</SECID>"; };
-       return InOfx("<INVSTMTMSGSRSV1><INVSTMTTRNRS><INVSTMTRS><INVPOSLIST>" + Parts(n, [id](int i) {
-                      return "<POSSTOCK><INVPOS>" + id(i) + "</INVPOS></POSSTOCK>"; }) +
+       return InOfx("<INVSTMTMSGSRSV1><INVSTMTTRNRS><INVSTMTRS><INVPOSLIST>" + Parts(n, [](int i) {
+                      return "<POSSTOCK><INVPOS>" + SecurityId(i) + "</INVPOS></POSSTOCK>"; }) +
                     "</INVPOSLIST></INVSTMTRS></INVSTMTTRNRS></INVSTMTMSGSRSV1><SECLISTMSGSRSV1>"
-                    "<SECLIST>" + Parts(n, [id](int i) {
-                      return "<STOCKINFO><SECINFO>" + id(i) + "</SECINFO></STOCKINFO>"; })); }},
+                    "<SECLIST>" + Parts(n, [](int i) {
+                      return "<STOCKINFO><SECINFO>" + SecurityId(i) + "</SECINFO></STOCKINFO>"; })); }},
     {"investment statements and securities", [](int n) {
-       const auto id = [](int i) {
-         return "<SECID><UNIQUEID>" + std::to_string(i) + "<UNIQUEIDTYPE>CUSIP</SECID>"; };
-       return InOfx("<INVSTMTMSGSRSV1>" + Parts(n, [id](int i) {
-                      return "<INVSTMTTRNRS><INVSTMTRS><INVPOSLIST><POSSTOCK><INVPOS>" + id(i) +
+       return InOfx("<INVSTMTMSGSRSV1>" + Parts(n, [](int i) {
+                      return "<INVSTMTTRNRS><INVSTMTRS><INVPOSLIST><POSSTOCK><INVPOS>" + SecurityId(i) +
                              "</INVPOS></POSSTOCK></INVPOSLIST></INVSTMTRS></INVSTMTTRNRS>"; }) +
-                    "</INVSTMTMSGSRSV1><SECLISTMSGSRSV1><SECLIST>" + Parts(n, [id](int i) {
-                      return "<STOCKINFO><SECINFO>" + id(-i) + "</SECINFO></STOCKINFO>"; })); }},
+                    "</INVSTMTMSGSRSV1><SECLISTMSGSRSV1><SECLIST>" + Parts(n, [](int i) {
+                      return "<STOCKINFO><SECINFO>" + SecurityId(-i) + "</SECINFO></STOCKINFO>"; })); }},
     {"requests", [](int n) {
        return InOfx("<BANKMSGSRQV1>" + Times(n, "<STMTTRNRQ><TRNUID>1<STMTRQ></STMTRQ></STMTTRNRQ>")); }},
     {"passwords", [](int n) {

@@ -75,7 +75,7 @@ std::unique_ptr<Class> NewAs(KRTagID tag, u16 version) {
   return object;
 }
 
-// Entries of a list at most.
+// The most entries that a list takes.
 constexpr u16 kListLimit = 65535;
 
 bool AlarmIsSet() { return KRGetFireAlarm() != KRFireAlarm_None; }
@@ -257,7 +257,7 @@ void DraftOf<kSide>::WriteInto(KRBuffer& buffer, DraftResult& result) {
   result.problem = m_problem;
   if (m_status != KRBuildStatus_Done) return;
   result.missing = FindMissing(m_file);
-  if (AlarmIsSet()) return;  // Which the builder would take back.
+  if (AlarmIsSet()) return;  // The builder would clear the alarm.
   KRDataObj* failing = nullptr;
   if (!result.missing.empty()) {
     result.status = KRBuildStatus_MissingTag;

@@ -106,6 +106,7 @@ void Exchange::Timeout(std::chrono::seconds limit) {
 void Exchange::TemporaryFolder(std::string_view folder) {
   if (!Assign(m_folder, folder) || folder.empty() || folder.ends_with('/')) return;
   m_folder += '/';
+  // Without memory it is empty now.
   Note(m_folder.IsEmpty() == 0);
 }
 

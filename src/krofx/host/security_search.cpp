@@ -1,5 +1,5 @@
-// Passes over everything that security lists are not in: there are tens of thousands of objects in
-// a statement, and each of its positions and transactions asks.
+// Looks for securities only where security lists can be, since a statement may have tens of
+// thousands of objects, and lists them once for views, since each position and transaction asks.
 
 #include "krofx/host/security_search.h"
 
@@ -9,6 +9,7 @@
 #include <tuple>
 #include <utility>
 
+#include "krofx/core/internal/failed_allocations.h"
 #include "krofx/core/list.h"
 #include "krofx/core/memory.h"
 #include "krofx/host/words.h"
@@ -66,14 +67,13 @@ struct SecurityFinder::Listing : HeapObject {
 };
 
 SecurityFinder::SecurityFinder(const TreeSource& source) {
-  bool hasMemory = true;
-  ForEachSecurity(source, [&](const Key& key, const KRSecInfo& info) {
+  const AllocationWatch memory;
+  ForEachSecurity(source, [this](const Key& key, const KRSecInfo& info) {
     if (m_listing == nullptr) m_listing = new Listing;
-    hasMemory =
-        m_listing != nullptr && m_listing->entries.Append({key, &info, m_listing->entries.size()});
-    return hasMemory;
+    return m_listing != nullptr &&
+           m_listing->entries.Append({key, &info, m_listing->entries.size()});
   });
-  if (!hasMemory) {
+  if (memory.HasFailed()) {
     delete std::exchange(m_listing, nullptr);
     m_unlisted = source;
   } else if (m_listing != nullptr) {

@@ -1,4 +1,4 @@
-// Which security of a file's lists an ID names, and the tag that an object is in the file as.
+// Finds the security that an ID names in a file's lists, and the tag that an object has.
 
 #ifndef KROFX_HOST_SECURITY_SEARCH_H_
 #define KROFX_HOST_SECURITY_SEARCH_H_
@@ -22,16 +22,16 @@ KROFX_API const KRSecInfo* FindSecurity(const internal::TreeSource& source, cons
 
 namespace internal {
 
-/// Finds securities in the lists of a file without a look through them each time: it lists them
-/// when it is made. Copies share the list, so the security lists must outlive all of them, and
-/// those must not change meanwhile. Copies may be used on several threads.
+/// Lists the securities of a file once, to find many of them. Copies share the list: as long as one
+/// is there, the file's security lists must be there and must not change. Copies may be used on
+/// several threads.
 class KROFX_API SecurityFinder {
  public:
   /// Finds none.
   SecurityFinder() = default;
-  /// Lists the securities of a source. Without memory for that it looks through the source each
+  /// Lists the securities of a source. Without memory for that, Find looks through the source each
   /// time.
-  SecurityFinder(const TreeSource& source);
+  explicit SecurityFinder(const TreeSource& source);
   SecurityFinder(const SecurityFinder& other);
   SecurityFinder(SecurityFinder&& other) noexcept;
   SecurityFinder& operator=(SecurityFinder other) noexcept;

@@ -18,8 +18,7 @@ namespace krofx {
 /// Views of objects, made as they are reached, in the order of the document. To be gone through
 /// once at a time. The trees must outlive it and its views, and their security lists, which it
 /// reads when it is made, must not change meanwhile.
-/// @tparam View made from a Found and a SecurityFinder; View::Shows says of which objects or
-/// Founds.
+/// @tparam View made from a Found and a SecurityFinder; View::Shows says of which objects.
 /// @tparam Class whose objects are looked at.
 template <class View, class Class>
 class ViewRange {

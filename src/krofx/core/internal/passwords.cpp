@@ -56,7 +56,7 @@ std::size_t LengthOfNear(Text text, std::size_t size, Name name, std::size_t len
       fewest = std::min(fewest, edits[row]);
       diagonal = left;
     }
-    // More characters take away no edits.
+    // More characters do not make the edits fewer.
     if (fewest > kMostEdits) break;
     if (edits[length] < least) {
       least = edits[length];

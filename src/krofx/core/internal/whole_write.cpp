@@ -1,4 +1,4 @@
-// Growth that keeps the old content until the new memory is there.
+// Makes the room for all of it before anything is written.
 
 #include "krofx/core/internal/whole_write.h"
 

@@ -56,9 +56,9 @@ u32 HeaderIndex::HashOf(const KRString& name) {
     first = (first * bases.first + c) % kPrime;
     second = (second * bases.second + c) % kPrime;
   }
-  // Names that differ in their last characters, such as numbers, have polynomials at equal
-  // distances, which one multiplication leaves equal, so that with some bases they get few places.
-  // The mixing function of SplitMix64 (Steele, Lea and Flood 2014) spreads them.
+  // The polynomials of names that end in numbers are at equal distances. One multiplication keeps
+  // them so, and with some bases such names share few places. The mixing function of SplitMix64
+  // (Steele, Lea and Flood 2014) spreads them.
   std::uint64_t mixed = first << 32 | second;
   mixed = (mixed ^ mixed >> 30) * 0xBF58476D1CE4E5B9U;
   mixed = (mixed ^ mixed >> 27) * 0x94D049BB133111EBU;

@@ -90,7 +90,7 @@ KRString ConvertToUtf8(const KRString& text, const KRString& charset, Conversion
   KRBuffer out(0, 256);
   Charset::Opened opened = Charset::Opened::kYes;
   if (charset != set.Name()) opened = set.Open({charset, charset.GetStrLength()});
-  // Not in the set of the text before.
+  // A text whose set is not known is not read in the set of the text before it.
   if (opened == Charset::Opened::kUnknown) opened = set.Open("US-ASCII");
   bool leftOut = false;
   if (opened != Charset::Opened::kYes || !Convert(view, set, conversion, out, leftOut)) {

@@ -1,6 +1,6 @@
 // Multipart texts that the MIME parser does not read whole: it ends at the first part with a
-// warning, passes over parts whose first header is not their content type, and cuts what is far
-// from the beginning of the text.
+// warning, passes over parts whose first header is not their content type, and counts the positions
+// of bodies in 16 bits.
 
 #include "krofx/reader/file/multipart.h"
 
@@ -103,7 +103,7 @@ bool HasAllParts(std::string_view text, KRFile& file) {
     if (boundary.empty()) boundary = BoundaryOf(lines.Value());
   }
   if (boundary.empty()) return file.GetNumberOfSubfiles() == 0;
-  u16 parts = 0;  // That have begun.
+  std::size_t parts = 0;  // That have begun.
   bool last = false;
   for (std::size_t at = lines.Position(); at < text.size() && !last;) {
     const std::size_t next = NextLine(text, at);

@@ -75,7 +75,7 @@ void TreeReader::Rename(s16 depth, KRTagID type) {
   const KRTagID before = level.object->GetType();
   if (level.written == KRTag_None) level.written = before;
   level.object->SetType(type);
-  // Whether there are others is known without a look through all of them.
+  // The first of its tag is the only one as long as it is open.
   if (level.first && parent.IsValidTag(before) != 0) parent.ClearTag(before);
   level.first = parent.ValidateTag(type) == 0;
   parent.SetTag(type);

@@ -63,7 +63,7 @@ class ByteSource {
   /// Puts bytes into `room`, which is not empty, and counts them.
   Supply Read(std::span<char> room, std::size_t& count);
   /// @return whether a character is in what is left, which is read up to there.
-  /// @param passesNul whether what is behind a NUL counts.
+  /// @param passesNul whether what comes after a NUL counts.
   bool HasAhead(char character, bool passesNul);
 
  private:

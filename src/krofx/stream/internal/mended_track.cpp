@@ -84,8 +84,9 @@ const KRDataObj* MendedTrack::TakenBefore(s16 depth, const void* list) {
   return nullptr;
 }
 
-// The depth of the aggregate as long as which the list of an element may be entered again: the
-// nearest one that is an element itself, since every other one is entered when it comes twice.
+// The depth of the aggregate that keeps a taken element: as long as it is open, the element's list
+// can be entered again. It is the nearest one that is itself an element of a list; every other
+// aggregate is joined when it comes twice.
 s16 MendedTrack::KeeperOf(const Given& given) {
   s16 depth = static_cast<s16>(given.depth - 1);
   while (depth > 0 && given.frames[depth].number == 0) --depth;
