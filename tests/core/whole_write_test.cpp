@@ -76,7 +76,7 @@ TEST(WriteWhole, WritesNothingOverTheLimitOfTheTarget) {
 TEST(WriteWhole, WipesTheMemoryThatItGivesBack) {
   KRBuffer source(0, 0);
   Put(source, std::string(600, 'x'));
-  for (const std::size_t nth : {0, 1}) {
+  for (const std::size_t nth : {0U, 1U}) {
     const bool succeeds = nth == 0;
     const WipedMemory wiped;
     KRBuffer target(4, 4);

@@ -267,7 +267,7 @@ TEST(PositionView, TakesTheFirstSecurityOfItsId) {
 
 TEST(PositionView, NamesItsSecurityWithoutMemoryForAListOfThem) {
   const Reading reading = Read(Portfolio({"c", "a"}, {"a", "b", "c"}));
-  for (const std::size_t nth : {1, 2}) {
+  for (const std::size_t nth : {1U, 2U}) {
     const FailingAllocation failing(nth, true);
     EXPECT_EQ(NamesIn(reading), (std::vector<std::string>{"2", "0"}));
   }
