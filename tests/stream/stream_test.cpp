@@ -508,6 +508,17 @@ TEST(Stream, WantsWhatIsUnderATag) {
   EXPECT_EQ(count, 2);
 }
 
+TEST(Stream, WantsElementsOfEveryClass) {
+  const std::string text = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
+  Stream stream;
+  stream.Want<KRDataObj>();
+  stream.Open(std::string_view(text));
+  std::vector<KRTagID> tags;
+  stream.ForEach([&tags](const StreamElement& element) { tags.push_back(element.Tag()); });
+  // A wrapper is an element too, of its message set.
+  EXPECT_EQ(tags, (std::vector<KRTagID>{KRTag_STMTTRN, KRTag_STMTTRN, KRTag_STMTTRNRS}));
+}
+
 TEST(Stream, NotesAmountsWithACommaAndTagsAfterTheEnd) {
   const std::string clean = BankStatementFile(NumberedTransaction(1));
   const std::string comma = BankStatementFile(
