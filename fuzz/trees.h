@@ -85,6 +85,17 @@ inline void CheckMissing(KRDataObj& root) {
   Expect(krofx::FindMissing(root).empty() == isComplete, "the list of what is missing agrees");
 }
 
+/// Whether a value that is written begins or ends with white space, which is not read as part of
+/// it. (A builder writes the blank that "&nbsp;" stands for.)
+inline bool HasBlankAtAnEnd(std::string_view written) {
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
+  for (std::size_t at = 1; at < written.size(); ++at) {
+    if (written[at - 1] == '>' && isBlank(written[at])) return true;
+    if ((written[at] == '<' || written[at] == '\r') && isBlank(written[at - 1])) return true;
+  }
+  return false;
+}
+
 /// Tests a text.
 /// @tparam WrittenIsRead whether what is written of such a tree can be read at all.
 /// @param make makes an empty root.
@@ -120,6 +131,7 @@ void CheckTree(Bytes text, const Make& make, const Copy& copy) {
   // A file with headers that OFX does not have is written without them, after the blank line that
   // ends them.
   if (strict.starts_with('\r')) return;
+  if (HasBlankAtAnEnd(strict)) return;
   const auto again = make();
   ReadInto<Parser>(*again, strict, true);
   ExpectSame(strict, Written(*again), "a written text is written again");

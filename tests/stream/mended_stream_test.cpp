@@ -200,6 +200,14 @@ TEST(MendedStream, GivesWhatAReadingGivesOfAJoinedListThatBreaksOff) {
   ExpectSame(cut, "a joined list");
 }
 
+TEST(MendedStream, GivesWhatAReadingGivesOfControlCharactersAroundAByteOrderMark) {
+  const std::string mark = "\xEF\xBB\xBF";
+  const std::string text = BankStatementFile(NumberedTransaction(1));
+  ExpectSame("\x04" + mark + text, "a mark behind a control character");
+  ExpectSame(mark + "\x04" + text, "a mark in front of one");
+  ExpectSame(mark + "\x04<?OFX OFXHEADER=\"200\"?>" + text, "a mark in front of one and of XML");
+}
+
 // Bytes, lines and stretches of a text are changed, doubled and taken out.
 std::string Mutated(Dice& dice, std::string text) {
   const std::string bytes = "<>/&;.,\n\t 0A-";

@@ -102,7 +102,8 @@ bool MendedText::SettleCharset(ChosenCharset& chosen) {
 }
 
 bool MendedText::ReadFront() {
-  const std::string_view bytes = m_window.Text().Bytes();
+  // The window shows no control characters; a mark behind one of them is a text in front.
+  const std::string_view bytes = m_window.Original();
   if (bytes.starts_with(kByteOrderMark)) {
     // XML may begin with one.
     const bool xml = bytes.substr(kByteOrderMark.size()).starts_with("<?");
