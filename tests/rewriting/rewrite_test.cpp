@@ -119,6 +119,17 @@ TEST(Rewrite, NamesTheCharacterSetThatItWrites) {
   EXPECT_EQ(NameLine(text), "<NAME>Caf\xC3\xA9</NAME>");
 }
 
+// What a file said of its own characters is not written, whatever is in it.
+TEST(Rewrite, ChoosesTheCharacterSetWithoutTheFieldsThatNameIt) {
+  Reading reading = Read(Statement("Grocer"));
+  reading.texts[0].charset = "UTF-8";
+  // A Polish letter, which 1252 does not have.
+  ASSERT_EQ(reading.root->SetHeader(KRHeaderTag_CHARSET, "\xC5\x81"), 1);
+  const std::string text = Rewritten(reading);
+  EXPECT_NE(text.find("ENCODING:USASCII\r\nCHARSET:1252\r\n"), std::string::npos) << text;
+  EXPECT_EQ(Rewritten(Read(text)), text);
+}
+
 TEST(Rewrite, WritesNothingThatWouldBeTakenForAnotherCharacterSet) {
   // Two characters whose bytes in 1252 are one character of UTF-8; the third shows that they are
   // not.

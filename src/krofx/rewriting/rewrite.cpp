@@ -83,13 +83,23 @@ void AddHeader1(std::string_view header, bool utf8, Output& output) {
     } else if (line.starts_with("CHARSET:")) {
       output.Add(utf8 ? "CHARSET:NONE" : "CHARSET:1252");
     } else {
-      output.Add(line.substr(0, line.find('\n')));
+      output.Add(line.substr(0, line.find_first_of("\r\n")));
     }
     output.Add("\r\n");
   }
 }
 
 bool WriteOfx1(std::string_view text, Output& output) {
+  KRBuffer renewed(0, 65536);
+  const std::size_t header = BodyOf(text);
+  if (internal::HasHighBytes(text.substr(0, header))) {
+    // They may be in the fields of the character set, which are not written and do not choose it.
+    Output whole(renewed);
+    AddHeader1(text.substr(0, header), false, whole);
+    whole.Add(text.substr(header));
+    if (whole.HasFailed()) return false;
+    text = BytesOf(renewed);
+  }
   KRBuffer windows(0, 65536);
   const bool ascii = !internal::HasHighBytes(text);
   const bool fits = ascii || MakeWindows(text, windows);
