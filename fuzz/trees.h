@@ -88,10 +88,16 @@ inline void CheckMissing(KRDataObj& root) {
 /// Whether a value that is written begins or ends with white space, which is not read as part of
 /// it. (A builder writes the blank that "&nbsp;" stands for.)
 inline bool HasBlankAtAnEnd(std::string_view written) {
-  const auto isBlank = [](char c) { return c == ' ' || c == '\t'; };
-  for (std::size_t at = 1; at < written.size(); ++at) {
-    if (written[at - 1] == '>' && isBlank(written[at])) return true;
-    if ((written[at] == '<' || written[at] == '\r') && isBlank(written[at - 1])) return true;
+  constexpr std::string_view kBlanks = " \t\r\n";
+  while (!written.empty()) {
+    written.remove_prefix(std::min(written.find('>'), written.size() - 1) + 1);
+    std::string_view value = written.substr(0, written.find('<'));
+    if (value.ends_with('\n')) value.remove_suffix(1);
+    if (value.ends_with('\r')) value.remove_suffix(1);
+    if (value.empty()) continue;
+    if (kBlanks.find(value.front()) != Bytes::npos || kBlanks.find(value.back()) != Bytes::npos) {
+      return true;
+    }
   }
   return false;
 }
