@@ -2,7 +2,6 @@
 
 #include "subcommands/bank_password.h"
 
-#include <algorithm>
 #include <climits>
 #include <memory>
 
@@ -10,9 +9,9 @@
 #include "banks/password_command.h"
 #include "command_line/command_line.h"
 #include "exchange/bank_visit.h"
+#include "exchange/has_answer.h"
 #include "exchange/refusals.h"
 #include "input/parsed_file.h"
-#include "krofx/host/look.h"
 #include "output/messages.h"
 #include "requests/request_maker.h"
 
@@ -26,15 +25,6 @@ struct Options {
   std::string name;
   int newPasswordFd = -1;
 };
-
-// Whether a reply has the answer to the change.
-bool HasAnswer(const ParsedFile& reply) {
-  const std::vector<OfxFile> files = reply.GetOfxFiles();
-  return std::any_of(files.begin(), files.end(), [](const OfxFile& each) {
-    auto answers = krofx::Each<KRPinChangeRs>(*each.file);
-    return answers.begin() != answers.end();
-  });
-}
 
 ExitStatus Fail(const std::string& problem, ExitStatus exitStatus) {
   Complain(kSubcommand, problem);
@@ -108,7 +98,7 @@ class Changer {
       SayUnknown();
       return kExitUnusable;
     }
-    if (!HasAnswer(reply)) {
+    if (!HasAnswer<KRPinChangeRs>(reply)) {
       Complain(m_bank.name, "the reply does not say that the password is changed");
       SayUnknown();
       return kExitRefused;

@@ -37,6 +37,8 @@ has out 'ALDER WORKS PAYROLL'
 
 # Asked again, from the last day before today that there is a reply of, with some days before it.
 mv "$kept/harbor-00718220946-$today.ofx" "$kept/harbor-00718220946-2026-01-20.ofx"
+# Earlier days count no more, and what is no day or no reply does not count at all.
+touch "$kept"/harbor-00718220946-2026-01-{01..19}.ofx "$kept"/harbor-00718220946-2026-01-{32.ofx,31.txt}
 expect 0 fetch all @harbor
 expect 0 print "$kept/harbor-00718220946-$today.ofx"
 has out 'ALDER WORKS PAYROLL'
@@ -49,6 +51,9 @@ expect 0 print "$kept/harbor-00718220946-$today.ofx"
 lacks out 'ALDER WORKS PAYROLL'
 expect 0 fetch all @grace --folder elsewhere
 [ -f "elsewhere/grace-00718330011-$today.ofx" ] || fail 'nothing in the folder that was named'
+expect 2 fetch all @grace --folder /proc
+has err '/proc/grace-00718330011'
+[ ! -s out ] || fail 'a reply that was not kept is named as one that was'
 expect 64 fetch all @nobody
 expect 64 fetch all --overlap -1
 
@@ -76,9 +81,28 @@ KROFX_PASSWORD=not-a-real-password expect 0 fetch all @harbor
 stop_servers
 KROFX_PASSWORD=not-a-real-password expect 3 fetch all @harbor
 
-# Accounts whose files would have one name each have their own, also when their order changes.
+# A reply that lacks what was asked for is not kept: its days would count as read.
 start python3 "$here/http_server.py"
+{
+  bank harbor ada.w x
+  printf 'profile = false\n[[harbor.account]]\naccount = "1"\nbank = "211370545"\n'
+} | sed "/^root/d; s|^url.*|url = \"$url/file/reply.ofx\"|" | write_banks
+not_kept() {
+  expect 2 fetch all @harbor --folder unusable
+  has err "krofx: harbor 1 CHECKING: $1"
+  [ -z "$(ls unusable)" ] || fail "kept although $1: $(ls unusable)"
+}
+statement x | sed 's/<LEDGERBAL>.*//' >reply.ofx
+not_kept 'the reply breaks off'
+{ header; echo "<OFX>$sign_on</OFX>"; } >reply.ofx
+not_kept 'the reply has no statement'
+echo 'The bank is closed.' >reply.ofx
+not_kept 'this is a text without any OFX in it'
 statement x >reply.ofx
+expect 0 fetch all @harbor --folder unusable
+[ -f "unusable/harbor-1-$today.ofx" ] || fail 'a whole reply is not kept'
+
+# Accounts whose files would have one name each have their own, also when their order changes.
 url=$url/file/reply.ofx
 account() { printf '[[%s.account]]\naccount = "%s"\n%s\n' "$1" "$2" "${3:-bank = \"211370545\"}"; }
 described() { # NAME ACCOUNTS
