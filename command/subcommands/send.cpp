@@ -42,18 +42,13 @@ bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
          ViewOf(request).find("<OFX>") != std::string_view::npos;
 }
 
-// What the institution refuses in the reply. A reply that is not OFX is the user's to judge.
-ExitStatus ComplainOfErrors(const std::string& where, std::unique_ptr<KRBuffer> text) {
-  const ParsedFile reply(where, std::move(text));
-  return reply.GetKind() == "request" ? kExitClean : ComplainOfRefusals(reply);
-}
-
 ExitStatus SendPrepared(Exchange& exchange, KRBuffer& request, const std::string& output) {
   std::unique_ptr<KRBuffer> reply = exchange.Run(&request);
   if (reply == nullptr) return exchange.GetExitStatus();
   const ExitStatus written = WriteReply(*reply, output);
   if (!IsEcho(request, *reply)) {
-    return Worse(written, ComplainOfErrors(exchange.GetShownUrl(), std::move(reply)));
+    // A reply that is not OFX is the user's to judge.
+    return Worse(written, ComplainOfRefusals(ParsedFile(exchange.GetShownUrl(), std::move(reply))));
   }
   Complain(exchange.GetShownUrl(),
            "the server sent the request back, not a response; check the address");

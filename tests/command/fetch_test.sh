@@ -180,6 +180,17 @@ lacks err not-a-real-password
 expect 0 request statement "${sign_on[@]}" "${account[@]}" -o request.ofx --force
 expect 2 send "$url/echo" request.ofx -o reply.ofx
 has err 'the server sent the request back'
+sed 's/<TRNUID>.*/<TRNUID>1/' request.ofx >another.ofx
+expect 2 send "$url/file/another.ofx" request.ofx -o reply.ofx
+has err 'the server sent a request back, not a response; check the address'
+# What is no OFX cannot be shown, and is there for those who want to look.
+echo 'The bank is closed.' >closed.txt
+expect 2 fetch statement --url "$url/file/closed.txt" "${sign_on[@]}" "${account[@]}"
+has err 'the reply is not usable; --save-reply keeps it for "krofx check"'
+expect 2 fetch statement --url "$url/file/closed.txt" "${sign_on[@]}" "${account[@]}" --save-reply reply.ofx
+cmp -s closed.txt reply.ofx || fail 'not the reply that came'
+lacks err '--save-reply'
+expect 0 send "$url/file/closed.txt" request.ofx -o reply.ofx
 url=$bank
 
 # Nobody there any more: trying again may help.

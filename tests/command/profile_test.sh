@@ -163,6 +163,30 @@ expect 0 send @harbor request.ofx -o reply.ofx
 has reply.ofx '<STMTRS>'
 expect 64 send @habor request.ofx
 has err 'did you mean harbor?'
+expect 2 send @harbor nowhere.ofx
+has err 'nowhere.ofx: No such file'
+# Message sets that are at several addresses are not sent to one of them.
+sed 's|</OFX>|<CREDITCARDMSGSRQV1></CREDITCARDMSGSRQV1></OFX>|' request.ofx >both.ofx
+expect 2 send @harbor both.ofx
+has err 'nothing is sent to harbor: its parts belong to several addresses; make a request for each'
+# What has no message sets goes to the address of the bank, and so does what the profile has no address for.
+echo 'no OFX' >plain.txt
+expect 2 send @harbor plain.txt
+has err "krofx: $url: "
+offer ''
+expect 0 fetch accounts @harbor
+sed -i '/<BANKMSGSET>/,/<\/BANKMSGSET>/{/<URL>/d}' "$kept/profile-v1.ofx"
+expect 0 fetch statement @harbor --account 0946
+has out 'PINE & OAK BOOKS'
+expect 0 send @harbor both.ofx -o reply.ofx
+has reply.ofx '<STMTRS>'
+# Without the roots of the bank nothing is sent.
+mv ca.pem away.pem
+expect 2 send @harbor request.ofx
+has err 'ca.pem: '
+mv away.pem ca.pem
+at "https://localhost:$port/ofx"
+expect 0 fetch accounts @harbor
 write_harbor </dev/null
 expect 2 send @harbor request.ofx -o reply.ofx
 has err 'nothing is sent to harbor: it is on another host'
@@ -210,6 +234,18 @@ rejects not-a-real-password 'no special characters'
 offer 's/<OFXSEC>NONE/<OFXSEC>TYPE1/'
 expect 2 fetch accounts @harbor
 has err 'passwords encrypted within OFX'
+
+# A file of banks that cannot be read is said wherever a bank is named.
+offer ''
+cp "$banks" whole.toml
+echo '[harbor' >>"$banks"
+for use in 'send @harbor request.ofx' 'bank password harbor' 'fetch accounts @harbor'; do
+  # shellcheck disable=SC2086
+  expect 2 $use
+  has err "krofx: ${use:0:4}"
+  has err banks.toml
+done
+write_banks <whole.toml
 
 # A bank without a profile is asked without one, and this is said.
 sed '/<PROFTRNRS>/,/<\/PROFTRNRS>/d' first.ofx >offered.ofx
