@@ -58,7 +58,8 @@ std::unique_ptr<KRBuffer> WithClientId(const KRBuffer& request, const std::strin
   if (end == std::string_view::npos) return nullptr;
   auto longer = std::make_unique<KRBuffer>(static_cast<u32>(text.size() + id.size() + 64), 4096);
   const auto add = [&longer](std::string_view part) {
-    return longer->WriteLarge(part.data(), static_cast<u32>(part.size())) == KRBufferOK;
+    return longer != nullptr &&
+           longer->WriteLarge(part.data(), static_cast<u32>(part.size())) == KRBufferOK;
   };
   std::size_t start = 0;
   const std::size_t version = text.find(kFirstVersion);
