@@ -1,0 +1,146 @@
+// Files that are written whole or not at all.
+
+#include "output/output_file.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <string>
+
+#include "support/temp_folder.h"
+#include "system/file_descriptor.h"
+
+namespace krofx::command {
+namespace {
+
+// Standard output or standard error leads to another file for the length of a scope.
+class RedirectedStream {
+ public:
+  RedirectedStream(int stream, const std::string& file) : m_stream(stream), m_kept(::dup(stream)) {
+    const FileDescriptor other(
+        ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+    EXPECT_GE(::dup2(other.Get(), m_stream), 0) << file;
+  }
+  RedirectedStream(const RedirectedStream&) = delete;
+  RedirectedStream& operator=(const RedirectedStream&) = delete;
+  ~RedirectedStream() { ::dup2(m_kept.Get(), m_stream); }
+
+ private:
+  int m_stream;
+  FileDescriptor m_kept;
+};
+
+// A disk that is full: files of this process take no more than so many bytes.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t bytes) : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {
+    ::getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit limit{bytes, m_before.rlim_max};
+    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+  ~FullDisk() {
+    ::setrlimit(RLIMIT_FSIZE, &m_before);
+    std::signal(SIGXFSZ, m_signal);
+  }
+
+ private:
+  rlimit m_before{};
+  void (*m_signal)(int);
+};
+
+class OutputFile : public testing::Test {
+ protected:
+  // Writes "new text" without showing what is complained of, which is in the file "err".
+  ExitStatus Write(const std::string& name, Privacy privacy = Privacy::kUsual,
+                   Existing existing = Existing::kReplaced) {
+    KRBuffer text(0, 64);
+    EXPECT_EQ(text.WriteLarge(kNew.data(), static_cast<u32>(kNew.size())), KRBufferOK);
+    const RedirectedStream errors(STDERR_FILENO, m_errors.Name("err"));
+    return WriteOutput(text, name, privacy, existing);
+  }
+  std::string Said() const { return m_errors.Get("err"); }
+
+  const std::string kNew = "new text";
+  TempFolder m_folder;
+  TempFolder m_errors;
+};
+
+TEST_F(OutputFile, StaysAsItWasOnAFullDisk) {
+  const std::string name = m_folder.Put("statement", "old");
+  {
+    const FullDisk full(4);
+    EXPECT_EQ(Write(name), kExitUnusable);
+  }
+  EXPECT_EQ(m_folder.Get("statement"), "old");
+  EXPECT_EQ(m_folder.Entries(), 1U);
+  EXPECT_EQ(Write(name), kExitClean);
+  EXPECT_EQ(m_folder.Get("statement"), kNew);
+}
+
+TEST_F(OutputFile, IsNotReplacedWhereItIsToBeKept) {
+  const std::string name = m_folder.Put("id", "old");
+  EXPECT_EQ(Write(name, Privacy::kPrivate, Existing::kKept), kExitUnusable);
+  EXPECT_EQ(Said(), "krofx: " + name + ": it cannot be written: File exists\n");
+  EXPECT_EQ(m_folder.Get("id"), "old");
+  EXPECT_EQ(m_folder.Entries(), 1U);
+  EXPECT_EQ(Write(m_folder.Name("other"), Privacy::kPrivate, Existing::kKept), kExitClean);
+  EXPECT_EQ(m_folder.Get("other"), kNew);
+  EXPECT_EQ(m_folder.Entries(), 2U);
+}
+
+TEST_F(OutputFile, IsThePersonsAloneWhenItHoldsASecret) {
+  const std::string name = m_folder.Put("reply", "old");
+  const auto mode = [&name] {
+    struct stat status {};
+    EXPECT_EQ(::stat(name.c_str(), &status), 0);
+    return status.st_mode & 07777;
+  };
+  ASSERT_EQ(::chmod(name.c_str(), 0664), 0);
+  EXPECT_EQ(Write(name), kExitClean);
+  EXPECT_EQ(mode(), 0664U);
+  EXPECT_EQ(Write(name, Privacy::kPrivate), kExitClean);
+  EXPECT_EQ(mode(), 0600U);
+}
+
+TEST_F(OutputFile, TakesThePlaceOfWhatALinkNames) {
+  const std::string name = m_folder.Put("statement", "old");
+  std::filesystem::create_symlink("statement", m_folder.Name("link"));
+  EXPECT_EQ(Write(m_folder.Name("link")), kExitClean);
+  EXPECT_EQ(m_folder.Get("statement"), kNew);
+  EXPECT_TRUE(std::filesystem::is_symlink(m_folder.Name("link")));
+}
+
+TEST_F(OutputFile, LeavesWhatIsNoFileAlone) {
+  EXPECT_EQ(Write(m_folder.Path().string()), kExitUnusable);
+  EXPECT_NE(Said().find("it is not a plain file and is left alone"), std::string::npos) << Said();
+  EXPECT_EQ(Write("/dev/null"), kExitUnusable);
+  EXPECT_EQ(Write(m_folder.Name("no/such/folder")), kExitUnusable);
+  EXPECT_EQ(m_folder.Entries(), 0U);
+}
+
+TEST_F(OutputFile, SaysWhenStandardOutputIsFull) {
+  std::fflush(stdout);
+  for (const char* const name : {"", "-"}) {
+    ExitStatus written = kExitClean;
+    {
+      const RedirectedStream output(STDOUT_FILENO, "/dev/full");
+      written = Write(name);
+    }
+    EXPECT_EQ(written, kExitUnusable);
+    EXPECT_EQ(Said(), "krofx: standard output: No space left on device\n");
+    {
+      const RedirectedStream output(STDOUT_FILENO, m_folder.Name("out"));
+      written = Write(name);
+    }
+    EXPECT_EQ(written, kExitClean);
+    EXPECT_EQ(m_folder.Get("out"), kNew);
+  }
+}
+
+}  // namespace
+}  // namespace krofx::command
