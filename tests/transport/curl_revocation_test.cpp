@@ -14,7 +14,25 @@ struct Answer {
   const char* from = "20000101000000Z";
   const char* until = "99980101000000Z";
   int responseStatus = OCSP_RESPONSE_STATUS_SUCCESSFUL;
+  bool hasDigest = true;
 };
+
+// The ID of a certificate, by SHA-256 or by an algorithm that is no digest.
+OCSP_CERTID* MakeId(const TestCertificate& certificate, const TestCertificate& issuer,
+                    bool hasDigest) {
+  OCSP_CERTID* id = OCSP_cert_to_id(EVP_sha256(), certificate.Certificate(), issuer.Certificate());
+  if (hasDigest) return id;
+  unsigned char* der = nullptr;
+  const int length = i2d_OCSP_CERTID(id, &der);
+  std::string bytes(reinterpret_cast<char*>(der), static_cast<std::size_t>(length));
+  OPENSSL_free(der);
+  // Object identifiers of nine bytes: SHA-256 and the encryption by RSA.
+  const std::string digest = "\x60\x86\x48\x01\x65\x03\x04\x02\x01";
+  bytes.replace(bytes.find(digest), digest.size(), "\x2a\x86\x48\x86\xf7\x0d\x01\x01\x01");
+  const auto* at = reinterpret_cast<const unsigned char*>(bytes.data());
+  EXPECT_NE(d2i_OCSP_CERTID(&id, &at, length), nullptr);
+  return id;
+}
 
 // An answer about a certificate that `issuer` issued, signed by `signer`.
 std::string Sign(const Answer& answer, const TestCertificate& certificate,
@@ -26,8 +44,7 @@ std::string Sign(const Answer& answer, const TestCertificate& certificate,
     ASN1_TIME_set_string(made.get(), text);
     return made;
   };
-  OCSP_CERTID* const id =
-      OCSP_cert_to_id(EVP_sha256(), certificate.Certificate(), issuer.Certificate());
+  OCSP_CERTID* const id = MakeId(certificate, issuer, answer.hasDigest);
   OCSP_basic_add1_status(basic.get(), id, answer.status, 0, time(answer.from).get(),
                          time(answer.from).get(), time(answer.until).get());
   OCSP_CERTID_free(id);
@@ -94,6 +111,14 @@ TEST_F(CurlRevocation, RefusesAnAnswerOfSomebodyElseOrOnAnotherCertificateOrThat
   EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, sibling)), VYNCurlCode_BadCertificate);
   EXPECT_EQ(CodeOf(Sign({}, sibling, m_authority, m_authority)), VYNCurlCode_BadCertificate);
   EXPECT_EQ(CodeOf("no answer"), VYNCurlCode_BadCertificate);
+  EXPECT_EQ(CodeOf(Sign({}, m_leaf, m_authority, m_authority) + "x"), VYNCurlCode_BadCertificate);
+  // Says that it is successful, and has nothing in it.
+  EXPECT_EQ(CodeOf(std::string("\x30\x03\x0a\x01\x00", 5)), VYNCurlCode_BadCertificate);
+}
+
+TEST_F(CurlRevocation, RefusesAnAnswerThatNamesTheCertificateByWhatIsNoDigest) {
+  EXPECT_EQ(CodeOf(Sign({.hasDigest = false}, m_leaf, m_authority, m_authority)),
+            VYNCurlCode_BadCertificate);
 }
 
 TEST_F(CurlRevocation, PassesOverAnAnswerThatIsOutOfDateOrSaysToTryLater) {
