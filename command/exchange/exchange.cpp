@@ -247,6 +247,8 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
   }
   const KRString url(m_url.c_str());
   end.status = body == nullptr ? request->Get(url) : request->Send(url, body);
+  m_mayHaveArrived =
+      end.status != KRNetStatus_Untrusted && end.status != KRNetStatus_UnexpectedCertificate;
   u32 roughStatus = 0;
   request->GetStatus(roughStatus, end.transportError);
   end.httpStatus = manager.GetHttpStatus();

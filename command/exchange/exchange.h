@@ -69,6 +69,9 @@ class Exchange {
   ///         first.
   ExitStatus GetExitStatus() const { return m_exitStatus; }
 
+  /// @return whether the server may have got what was sent, whatever came of it.
+  bool MayHaveArrived() const { return m_mayHaveArrived; }
+
   /// @return the URL, without what may be secret in it.
   std::string GetShownUrl() const;
 
@@ -83,6 +86,7 @@ class Exchange {
   std::string m_url;
   std::vector<std::string> m_roots;
   ExitStatus m_exitStatus = kExitClean;
+  bool m_mayHaveArrived = false;
 };
 
 }  // namespace krofx::command

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <memory>
+#include <optional>
 
 #include "banks/bank_file.h"
 #include "banks/password_command.h"
@@ -14,6 +15,7 @@
 #include "input/parsed_file.h"
 #include "output/messages.h"
 #include "requests/request_maker.h"
+#include "system/interruption.h"
 
 namespace krofx::command {
 
@@ -44,7 +46,7 @@ class Changer {
     const ExitStatus sent = m_visit.Ask(
         m_bank.name, [this](RequestMaker& maker) { return Request(maker); }, text);
     if (text != nullptr) return Take(std::move(text));
-    if (m_isAsked && sent == kExitNetwork) SayUnknown();
+    if (m_visit.MayHaveArrived()) SayUnknown();
     return sent;
   }
 
@@ -68,7 +70,7 @@ class Changer {
     KRUserPassword secret;  // Wipes its memory.
     secret = m_new.Get();
     payload->SetNewUserPass(secret);
-    m_isAsked = !maker.HasFailed();
+    if (!maker.HasFailed()) m_signals.emplace();
     return maker.Finish(std::move(payload), Service::kSignOn);
   }
 
@@ -129,7 +131,9 @@ class Changer {
   const Options& m_options;
   BankVisit m_visit;
   Password m_new;
-  bool m_isAsked = false;
+  // While the institution is asked and after that: a signal takes effect when it has been said what
+  // became of the password, and when the new one is kept.
+  std::optional<Interruption> m_signals;
 };
 
 ExitStatus ChangePassword(const Options& options) {
