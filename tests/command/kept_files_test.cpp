@@ -139,6 +139,12 @@ TEST_F(Profiles, SayWhenTheyCannotBeKept) {
   PutFolder(m_profile + ".from/something");
   EXPECT_EQ(Keep(), "nothing is kept");
   EXPECT_FALSE(IsTaken());
+  std::filesystem::remove_all(m_folder.Name(m_profile + ".from"));
+  {
+    const FailingAllocation failing(3, true);  // After those of the reply.
+    EXPECT_EQ(Keep(), "not enough memory");
+  }
+  EXPECT_FALSE(IsTaken());
   {
     const NoFolder nowhere;
     EXPECT_TRUE(NoFolder::IsSaid(Keep()));
@@ -287,19 +293,14 @@ TEST_F(ClientIds, GoIntoARequestWholeOrNotAtAll) {
   const std::string text = "VERSION:102\n\n<OFX><APPVER>5\n</SONRQ>";
   KRBuffer request(0, 256);
   ASSERT_EQ(request.WriteLarge(text.data(), static_cast<u32>(text.size())), KRBufferOK);
-  const std::string id(20000, 'x');  // More than the first memory of the text.
-  std::size_t failed = 0;
-  for (std::size_t nth = 1;; ++nth) {
-    const FailingAllocation failing(nth);
-    const std::unique_ptr<KRBuffer> given = WithClientId(request, id);
-    if (given == nullptr) {
-      ++failed;
-      continue;
-    }
-    EXPECT_EQ(given->GetBufferSize(), text.size() + id.size() + sizeof "<CLIENTUID>");
-    break;
+  const std::string id(36, 'x');
+  for (const std::size_t nth : {1U, 2U}) {
+    const FailingAllocation failing(nth, true);
+    EXPECT_EQ(WithClientId(request, id), nullptr);
   }
-  EXPECT_GE(failed, 2U);
+  const std::unique_ptr<KRBuffer> given = WithClientId(request, id);
+  ASSERT_NE(given, nullptr);
+  EXPECT_EQ(given->GetBufferSize(), text.size() + id.size() + sizeof "<CLIENTUID>");
 }
 
 TEST(Places, AreInTheHomeOfTheUserUnlessAVariableNamesOthers) {
