@@ -271,17 +271,22 @@ TEST_F(BanksOnDisk, StayAsTheyAreWhenTheyCannotBeRead) {
 
 TEST_F(BanksOnDisk, StayAsTheyAreWhenTheyCannotBeWritten) {
   Put(kHarbor);
-  for (std::size_t nth = 1;; ++nth) {
+  std::size_t failed = 0;
+  for (std::size_t nth = 1;; ++nth, ++failed) {
     std::string problem;
     {
-      const FailingAllocation failing(nth);
+      const FailingAllocation failing(nth, true);
       problem = AddToBanks(kHalden);
     }
     if (problem.empty()) break;
     EXPECT_NE(problem.find("not enough memory"), std::string::npos) << problem;
     EXPECT_EQ(Get(), kHarbor);
   }
+  EXPECT_GE(failed, 3U);
   EXPECT_EQ(Get(), kHarbor + "\n" + kHalden);
+  // Nor when something else is in the place of the file, or of its folder.
+  const ScopedVariable empty("XDG_CONFIG_HOME", m_folder.Name("empty"));
+  EXPECT_EQ(AddToBanks(kHarbor), "");
   const ScopedVariable nowhere("XDG_CONFIG_HOME", "/proc/nowhere");
   EXPECT_TRUE(AddToBanks(kHalden).starts_with("/proc/nowhere: the folder cannot be made: "));
 }

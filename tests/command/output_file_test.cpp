@@ -2,7 +2,6 @@
 
 #include "output/output_file.h"
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -10,28 +9,11 @@
 #include <csignal>
 #include <string>
 
+#include "support/redirected_stream.h"
 #include "support/temp_folder.h"
-#include "system/file_descriptor.h"
 
 namespace krofx::command {
 namespace {
-
-// Standard output or standard error leads to another file for the length of a scope.
-class RedirectedStream {
- public:
-  RedirectedStream(int stream, const std::string& file) : m_stream(stream), m_kept(::dup(stream)) {
-    const FileDescriptor other(
-        ::open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
-    EXPECT_GE(::dup2(other.Get(), m_stream), 0) << file;
-  }
-  RedirectedStream(const RedirectedStream&) = delete;
-  RedirectedStream& operator=(const RedirectedStream&) = delete;
-  ~RedirectedStream() { ::dup2(m_kept.Get(), m_stream); }
-
- private:
-  int m_stream;
-  FileDescriptor m_kept;
-};
 
 // A disk that is full: files of this process take no more than so many bytes.
 class FullDisk {

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <string>
 
@@ -170,6 +171,20 @@ TEST(PasswordCommand, DoesNotCountWhenItFails) {
             "password-command cannot be run: Argument list too long");
   const NoDescriptors none;
   EXPECT_EQ(ProblemOf("echo open sesame"), "Too many open files");
+}
+
+TEST(PasswordCommand, IsWaitedForWhateverSignalsCome) {
+  struct sigaction noting {};
+  struct sigaction before {};
+  noting.sa_handler = [](int) {};
+  ::sigaction(SIGUSR1, &noting, &before);
+  const std::string signals = "for each in 1 2 3 4 5 6 7 8 9; do kill -USR1 $PPID; done;";
+  Password password;
+  EXPECT_EQ(ReadFromCommand(signals + "echo open sesame; exec >&-;" + signals, password), "");
+  EXPECT_STREQ(password.Get(), "open sesame");
+  EXPECT_EQ(ProblemOf("echo open sesame; exec >&-;" + signals + "exit 3"),
+            "password-command ended with status 3");
+  ::sigaction(SIGUSR1, &before, nullptr);
 }
 
 // A keyring's command that says what it was asked, or keeps what it is given.
