@@ -64,9 +64,10 @@ class Exchange {
   /// @return the reply; null after a complaint, and GetExitStatus says of what kind it was.
   std::unique_ptr<KRBuffer> Run(KRBuffer* body);
 
-  /// @return how the last exchange ended: kExitClean with a reply; kExitNetwork when trying again
-  ///         may help, kExitCancelled after a signal, kExitUnusable when something must change
-  ///         first.
+  /// @return how the last exchange ended. With a reply: kExitClean, or kExitUnusable when its
+  /// headers
+  ///         could not be saved. Without one: kExitNetwork when trying again may help,
+  ///         kExitCancelled after a signal, kExitUnusable when something must change first.
   ExitStatus GetExitStatus() const { return m_exitStatus; }
 
   /// @return whether the server may have got what was sent, whatever came of it.

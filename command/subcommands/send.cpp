@@ -45,7 +45,7 @@ bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
 ExitStatus SendPrepared(Exchange& exchange, KRBuffer& request, const std::string& output) {
   std::unique_ptr<KRBuffer> reply = exchange.Run(&request);
   if (reply == nullptr) return exchange.GetExitStatus();
-  const ExitStatus written = WriteReply(*reply, output);
+  const ExitStatus written = Worse(exchange.GetExitStatus(), WriteReply(*reply, output));
   if (!IsEcho(request, *reply)) {
     // A reply that is not OFX is the user's to judge.
     return Worse(written, ComplainOfRefusals(ParsedFile(exchange.GetShownUrl(), std::move(reply))));
@@ -129,7 +129,8 @@ ExitStatus Get(const Options& options) {
   const ExitStatus prepared = exchange.Prepare(Direction::kGet);
   if (prepared != kExitClean) return prepared;
   const std::unique_ptr<KRBuffer> reply = exchange.Run(nullptr);
-  return reply == nullptr ? exchange.GetExitStatus() : WriteReply(*reply, options.output);
+  const ExitStatus ended = exchange.GetExitStatus();
+  return reply == nullptr ? ended : Worse(ended, WriteReply(*reply, options.output));
 }
 
 void AddRest(const Subcommand& app, Options& options) {

@@ -30,6 +30,22 @@ has headers 'X-Two: 2'
 expect 2 get "$url/status/302" --save-headers headers
 has headers 'Location: /echo'
 lacks headers 'X-Got'
+# Where they cannot be saved the reply is not lost, which may be the answer to an order.
+for headers in /proc/headers "$work"; do
+  expect 2 send "$url/echo" request.ofx -o reply.ofx --save-headers "$headers"
+  has err "krofx: $headers: it "
+  cmp -s request.ofx reply.ofx || fail 'the reply is lost with its headers'
+  rm reply.ofx
+  expect 2 get "$url/echo" --save-headers "$headers"
+  has out fetched
+done
+# Standard output can take either, or none when it is full.
+expect 0 get "$url/echo" -o - --save-headers -
+has out X-Two
+has out fetched
+"$krofx" get "$url/echo" >/dev/full 2>err
+[ $? -eq 2 ] || fail 'a reply is lost in silence'
+has err 'krofx: standard output: No space left on device'
 
 # What goes wrong is said in one line, with the numbers for those who help.
 refused() {
@@ -187,5 +203,7 @@ has err 'no temporary folder'
 
 # Nobody there.
 stop_servers
-url=$plain refused /echo 'nothing takes connections there'
+echo untouched >headers
+url=$plain refused /echo 'nothing takes connections there' --save-headers headers
+has headers untouched
 finish
