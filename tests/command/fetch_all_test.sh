@@ -54,6 +54,11 @@ expect 0 fetch all @grace --folder elsewhere
 expect 2 fetch all @grace --folder /proc
 has err '/proc/grace-00718330011'
 [ ! -s out ] || fail 'a reply that was not kept is named as one that was'
+expect 2 fetch all @grace --folder /proc/nowhere
+has err 'krofx: fetch all: /proc/nowhere: the folder cannot be made'
+env -u HOME -u XDG_DATA_HOME "$krofx" fetch all @grace >out 2>err
+[ $? -eq 2 ] || fail 'replies are kept without a folder'
+has err 'krofx: fetch all: there is no home folder; set HOME'
 expect 64 fetch all @nobody
 expect 64 fetch all --overlap -1
 
@@ -78,6 +83,13 @@ KROFX_PASSWORD=not-a-real-password setsid -w "$krofx" fetch all >out 2>err </dev
 [ $? -eq 2 ] || fail 'a password is taken from nowhere'
 has err 'no terminal to ask'
 KROFX_PASSWORD=not-a-real-password expect 0 fetch all @harbor
+# A file of banks that is wrong is said before anyone is asked.
+cp "$banks" whole
+echo wrong >>"$banks"
+expect 2 fetch all
+has err 'krofx: fetch all: '
+has err 'this is not TOML'
+cp whole "$banks"
 stop_servers
 KROFX_PASSWORD=not-a-real-password expect 3 fetch all @harbor
 

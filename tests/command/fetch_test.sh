@@ -70,6 +70,12 @@ expect 0 print kept.ofx
 has out 'PINE & OAK BOOKS'
 [ "$(stat -c %a kept.ofx)" = 600 ] || fail 'others can read the reply'
 grep -qi '^content-type: application/x-ofx' headers || fail 'no content type in the headers'
+# What cannot be saved is shown all the same.
+for unsaved in --save-headers --save-reply; do
+  expect 2 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}" $unsaved /proc/nowhere
+  has err 'krofx: /proc/nowhere: it cannot be written'
+  has out 'PINE & OAK BOOKS'
+done
 expect 64 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}" \
   --save-reply same --save-headers ./same
 has err 'the reply and the headers need a file each; --save-reply and --save-headers name the same'
