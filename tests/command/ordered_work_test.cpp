@@ -7,6 +7,7 @@
 #include <atomic>
 #include <functional>
 #include <future>
+#include <latch>
 #include <numeric>
 #include <stdexcept>
 
@@ -122,6 +123,32 @@ TEST(WorkInOrder, EndsWithTheExceptionOfAnotherThread) {
   };
   EXPECT_THROW(Work(1000000, 3, make, [](std::size_t) {}), std::runtime_error);
   EXPECT_LT(made, 1000000U);
+}
+
+TEST(WorkInOrder, EndsWithAnExceptionThatItWaitsFor) {
+  const auto caller = std::this_thread::get_id();
+  Gate begun;
+  Gate taken;
+  const Make make = [&](std::size_t piece) {
+    if (std::this_thread::get_id() == caller) {
+      if (piece == 0) begun.Wait();
+      return piece;
+    }
+    // Nothing is left to make when the caller has taken the first piece, so that it waits.
+    begun.Open();
+    if (piece == 1) taken.Wait();
+    throw std::runtime_error("make");
+  };
+  EXPECT_THROW(Work(2, 2, make, [&](std::size_t) { taken.Open(); }), std::runtime_error);
+}
+
+TEST(WorkInOrder, EndsOnceWhenSeveralPiecesFail) {
+  std::latch both(2);
+  const Make make = [&](std::size_t) -> std::size_t {
+    both.arrive_and_wait();
+    throw std::runtime_error("make");
+  };
+  EXPECT_THROW(Work(2, 2, make, [](std::size_t) {}), std::runtime_error);
 }
 
 }  // namespace
