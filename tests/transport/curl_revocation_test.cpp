@@ -5,6 +5,8 @@
 
 #include <memory>
 
+#include "krofx/transport/curl/internal/stapled_answer.h"
+#include "support/failing_toolkit.h"
 #include "transport/curl_probe.h"
 
 namespace {
@@ -146,6 +148,33 @@ TEST_F(CurlRevocation, IsNotLookedAtWhenNothingIsVerified) {
   m_skipVerify = 1;
   EXPECT_EQ(CodeOf(Sign({.status = V_OCSP_CERTSTATUS_REVOKED}, m_leaf, m_authority, m_authority)),
             0);
+}
+
+TEST_F(CurlRevocation, HoldsOnlyForAGoodAnswerWhenLibcryptoHasNoMemory) {
+  if (!krofx::testing::toolkitCanFail) GTEST_SKIP() << "libcrypto was used before the tests";
+  const krofx::internal::CertificateList chain(sk_X509_new_null());
+  for (const TestCertificate& certificate : {m_leaf, m_authority}) {
+    X509_up_ref(certificate.Certificate());
+    sk_X509_push(chain.get(), certificate.Certificate());
+  }
+  const auto holds = [&chain](const std::string& answer) {
+    return krofx::internal::StapledAnswerHolds(
+        chain, reinterpret_cast<const unsigned char*>(answer.data()),
+        static_cast<long>(answer.size()));
+  };
+  const std::string good = Sign({}, m_leaf, m_authority, m_authority);
+  EXPECT_GT(krofx::testing::CountToolkitFailures([&] { return holds(good); }, 3), 20);
+  const TestCertificate other = TestCertificate::Authority("authority");
+  for (const std::string& bad :
+       {Sign({.status = V_OCSP_CERTSTATUS_REVOKED}, m_leaf, m_authority, m_authority),
+        Sign({}, m_leaf, m_authority, other)}) {
+    krofx::testing::CountToolkitFailures(
+        [&] {
+          EXPECT_FALSE(holds(bad));
+          return true;
+        },
+        7);
+  }
 }
 
 class CurlNames : public CurlRevocation {};
