@@ -8,6 +8,7 @@
 #include <csignal>
 #include <string>
 
+#include "support/failing_allocation.h"
 #include "support/loopback_server.h"
 #include "support/redirected_stream.h"
 #include "support/scoped_variable.h"
@@ -82,6 +83,34 @@ TEST_F(ExchangeTest, EndsWithoutAWordWhenTheUserEndsIt) {
   }
   EXPECT_EQ(m_said, "");
   EXPECT_EQ(m_temporary.Entries(), 0U);
+}
+
+TEST_F(ExchangeTest, FailsInWordsWithoutMemoryForIt) {
+  const std::string root = KROFX_ROOTS "/1000.der";
+  const ExchangeOptions nobody{.subcommand = "get",
+                               .url = "https://127.0.0.1:1/",
+                               .pins = {std::string(27, 'A') + "="},
+                               .rootFiles = {root}};
+  const ExchangeOptions file{.subcommand = "get", .url = "file://" + root};
+  for (const ExchangeOptions* const options : {&nobody, &file}) {
+    const ExitStatus usual = Get(*options);
+    EXPECT_EQ(usual, options == &file ? kExitClean : kExitNetwork) << m_said;
+    const std::string usuallySaid = m_said;
+    std::size_t failed = 0;
+    for (std::size_t nth = 1;; ++nth) {
+      ExitStatus exitStatus = kExitClean;
+      {
+        const FailingAllocation failing(nth, true);
+        exitStatus = Get(*options);
+      }
+      if (exitStatus == usual && m_said == usuallySaid) break;
+      EXPECT_TRUE(exitStatus == kExitUnusable || exitStatus == kExitNetwork) << nth;
+      EXPECT_TRUE(m_said.starts_with("krofx: ") && m_said.ends_with('\n')) << nth << m_said;
+      EXPECT_EQ(m_temporary.Entries(), 0U);
+      ++failed;
+    }
+    EXPECT_GE(failed, 5U);
+  }
 }
 
 }  // namespace
