@@ -18,6 +18,13 @@
 namespace krofx::command {
 namespace {
 
+ExchangeOptions GetFrom(const std::string& url) {
+  ExchangeOptions options;
+  options.subcommand = "get";
+  options.url = url;
+  return options;
+}
+
 class ExchangeTest : public ::testing::Test {
  protected:
   // Prepares and carries out a fetch. What is complained of is in `m_said`.
@@ -42,35 +49,34 @@ class ExchangeTest : public ::testing::Test {
 };
 
 TEST_F(ExchangeTest, TakesNoAddressWithControlCharacters) {
-  EXPECT_EQ(Get({.subcommand = "get", .url = "https://bank.example/\a"}), kExitWrongUse);
+  EXPECT_EQ(Get(GetFrom("https://bank.example/\a")), kExitWrongUse);
   EXPECT_NE(m_said.find("this is not an address that can be used"), std::string::npos) << m_said;
   EXPECT_EQ(m_said.find('\a'), std::string::npos);
 }
 
 TEST_F(ExchangeTest, TakesOnlyPinsOfTheFormOfAnId) {
   const std::string pin(27, 'A');
+  ExchangeOptions options = GetFrom("https://bank.example/");
   for (const std::string& wrong : {pin, pin + "A", pin + "==", pin.substr(1) + "%=", "\n" + pin}) {
-    EXPECT_EQ(Get({.subcommand = "get", .url = "https://bank.example/", .pins = {wrong}}),
-              kExitWrongUse)
-        << wrong;
+    options.pins = {wrong};
+    EXPECT_EQ(Get(options), kExitWrongUse) << wrong;
     EXPECT_NE(m_said.find("--pin takes an ID of 28 characters"), std::string::npos) << m_said;
   }
-  const ExchangeOptions right{.url = "https://bank.example/",
-                              .pins = {pin.substr(2) + "/+=", pin + "="}};
-  EXPECT_EQ(Exchange(right).Prepare(Direction::kGet), kExitClean);
+  options.pins = {pin.substr(2) + "/+=", pin + "="};
+  EXPECT_EQ(Exchange(options).Prepare(Direction::kGet), kExitClean);
 }
 
 TEST_F(ExchangeTest, TakesNoMoreRootsThanItCanNumber) {
-  ExchangeOptions options{.subcommand = "get", .url = "https://127.0.0.1:1/"};
+  ExchangeOptions options = GetFrom("https://127.0.0.1:1/");
   options.rootFiles.assign(1000, KROFX_ROOTS "/1000.der");
   EXPECT_EQ(Get(options), kExitUnusable);
   EXPECT_NE(m_said.find("these are more than 999 roots"), std::string::npos) << m_said;
 }
 
 TEST_F(ExchangeTest, SaysThatAnAddressOfAProxyIsTooLong) {
-  const std::string proxy = "http://proxy.example:3128/" + std::string(70000, 'x');
-  EXPECT_EQ(Get({.subcommand = "get", .url = "https://127.0.0.1:1/", .proxy = proxy}),
-            kExitUnusable);
+  ExchangeOptions options = GetFrom("https://127.0.0.1:1/");
+  options.proxy = "http://proxy.example:3128/" + std::string(70000, 'x');
+  EXPECT_EQ(Get(options), kExitUnusable);
   EXPECT_EQ(m_said, "krofx: exchange: the address of the proxy is too long\n");
 }
 
@@ -79,7 +85,7 @@ TEST_F(ExchangeTest, EndsWithoutAWordWhenTheUserEndsIt) {
   {
     const Interruption interruption(Interruption::Afterwards::kUnlessKey);
     ::raise(SIGINT);
-    EXPECT_EQ(Get({.subcommand = "get", .url = server.Url(), .timeout = 60}), kExitCancelled);
+    EXPECT_EQ(Get(GetFrom(server.Url())), kExitCancelled);
   }
   EXPECT_EQ(m_said, "");
   EXPECT_EQ(m_temporary.Entries(), 0U);
@@ -87,11 +93,10 @@ TEST_F(ExchangeTest, EndsWithoutAWordWhenTheUserEndsIt) {
 
 TEST_F(ExchangeTest, FailsInWordsWithoutMemoryForIt) {
   const std::string root = KROFX_ROOTS "/1000.der";
-  const ExchangeOptions nobody{.subcommand = "get",
-                               .url = "https://127.0.0.1:1/",
-                               .pins = {std::string(27, 'A') + "="},
-                               .rootFiles = {root}};
-  const ExchangeOptions file{.subcommand = "get", .url = "file://" + root};
+  ExchangeOptions nobody = GetFrom("https://127.0.0.1:1/");
+  nobody.pins = {std::string(27, 'A') + "="};
+  nobody.rootFiles = {root};
+  ExchangeOptions file = GetFrom("file://" + root);
   for (const ExchangeOptions* const options : {&nobody, &file}) {
     const ExitStatus usual = Get(*options);
     EXPECT_EQ(usual, options == &file ? kExitClean : kExitNetwork) << m_said;
