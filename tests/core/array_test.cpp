@@ -420,6 +420,15 @@ TEST_F(ArrayTest, KeepsItsElementWhenANewOneCannotBeMade) {
   EXPECT_EQ(NumbersIn(array), (std::vector<int>{1}));
 }
 
+TEST_F(ArrayTest, StaysAsItIsForAnIndexThatCannotBeAndWhenItIsAssignedToItself) {
+  Numbers array(2, 2);
+  array.Set(0, new Counted(1));
+  EXPECT_EQ(array.SetVal(65535, Counted(5)), 0);
+  const Numbers& same = array;
+  array = same;
+  EXPECT_EQ(NumbersIn(array), (std::vector<int>{1}));
+}
+
 TEST_F(ArrayTest, GivesAFreshSpareWhenIndexingFails) {
   Cells array(1, 1);
   Cells other(1, 1);

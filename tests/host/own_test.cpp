@@ -90,6 +90,12 @@ TEST(Clone, CopiesWholeFilesAndMessageSets) {
   ASSERT_NE(set, nullptr);
 }
 
+TEST(Clone, IsNoneOfAnObjectThatHoldsNothing) {
+  KRSetFireAlarm(KRFireAlarm_None);
+  EXPECT_EQ(Clone(KRDataObj()), nullptr);
+  EXPECT_FALSE(AlarmIsSet());
+}
+
 TEST(Clone, IsAllOrNothingWhenMemoryIsExhausted) {
   const Reading reading = ReadFile(KROFX_EXAMPLES "/card.ofx");
   const KRBankTransactionList& list = **Each<KRBankTransactionList>(reading).begin();
@@ -211,6 +217,30 @@ TEST(Take, GetsAChildOutOfAnObject) {
     EXPECT_EQ(Take(*transfer, &KRXferInfo::GetBankAcctTo), nullptr);
     EXPECT_EQ(Counted::s_alive, 1);
   }
+  EXPECT_EQ(Counted::s_alive, 0);
+}
+
+TEST(Take, GetsAChildOutOfAnObjectThatHasListsToo) {
+  const auto list = Make<KRBankTransactionList>();
+  const auto statement = Make<KRBankStatementRs>();
+  Give(*statement, &KRBankStatementRs::SetBankTranList, Make<KRBankTransactionList>());
+  const std::unique_ptr<KRBankTransactionList> taken =
+      Take(*statement, &KRBankStatementRs::GetBankTranList);
+  ASSERT_NE(taken, nullptr);
+  EXPECT_EQ(statement->GetBankTranList(), nullptr);
+  EXPECT_EQ(statement->HasBankTranList(), 0);
+  // What is in no slot of it is not taken.
+  EXPECT_FALSE(internal::Release(*statement, taken.get()));
+  EXPECT_FALSE(internal::Release(*statement, nullptr));
+  KRDataObj withoutTable;
+  EXPECT_FALSE(internal::Release(withoutTable, taken.get()));
+}
+
+TEST(Take, GetsAChildWhoseTagIsNotValid) {
+  KRXferInfo transfer;  // Of no version yet: no tag is valid.
+  Give(transfer, &KRXferInfo::SetBankAcctTo, NewCounted(1, KRTag_BANKACCTTO));
+  EXPECT_NE(Take(transfer, &KRXferInfo::GetBankAcctTo), nullptr);
+  EXPECT_EQ(transfer.GetBankAcctTo(), nullptr);
   EXPECT_EQ(Counted::s_alive, 0);
 }
 
