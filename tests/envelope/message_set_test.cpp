@@ -338,6 +338,19 @@ TEST(KRMessageSetRq, StaysAsItIsWhenItIsCopiedFromItselfOrNothing) {
   EXPECT_EQ(set->GetTrans(0), transaction);
 }
 
+TEST(KRMessageSetRs, StaysAsItIsWhenItIsCopiedFromItselfOrNothing) {
+  auto set = MakeSet<KRMessageSetRs>("SECLISTMSGSRSV2");
+  KRSecList* const list = MakeChild<KRSecList>(KRTag_SECLIST);
+  set->SetSecList(list);
+  EXPECT_EQ(set->DeepCopyFrom(nullptr), 0);
+  EXPECT_EQ(set->DeepCopyFrom(set.get()), 1);
+  EXPECT_EQ(set->GetSecList(), list);
+  KRMessageSetRs copy;
+  EXPECT_EQ(copy.DeepCopyFrom(set.get()), 1);
+  EXPECT_NE(copy.GetSecList(), list);
+  EXPECT_NE(copy.GetSecList(), nullptr);
+}
+
 TEST(KRMessageSetRs, CopiesEverything) {
   const Parsed<KRFileRs> file(ResponseFile(
       "BANKMSGSRS", ResponseWrapper("STMTTRNRS", "") + Aggregate("INTRASYNCRS", "<TOKEN>1")));

@@ -82,6 +82,21 @@ TEST(Exchanges, AreNotMadeWithoutMemoryForTheirProxy) {
   }
 }
 
+TEST(Exchanges, AskNoMoreOnceTheyAreCancelled) {
+  Exchange exchange(kNowhere);
+  int asked = 0;
+  exchange.OnProgress([&asked](const Progress&) {
+    ++asked;
+    return false;
+  });
+  KRBuffer reply(0, 0);
+  const Outcome outcome = exchange.Get(reply);
+  EXPECT_FALSE(outcome);
+  EXPECT_TRUE(outcome.cancelled);
+  EXPECT_EQ(ToText(outcome.text), "it was cancelled");
+  EXPECT_EQ(asked, 1);
+}
+
 TEST(Exchanges, KeepTheReplyInAFolderHoweverItIsWritten) {
   const TempFolder folder;
   const std::string url = "file://" + folder.Put("reply.ofx", "OFXHEADER:100\n");

@@ -221,17 +221,15 @@ TEST(Take, GetsAChildOutOfAnObject) {
 }
 
 TEST(Take, GetsAChildOutOfAnObjectThatHasListsToo) {
-  const auto list = Make<KRBankTransactionList>();
-  const auto statement = Make<KRBankStatementRs>();
-  Give(*statement, &KRBankStatementRs::SetBankTranList, Make<KRBankTransactionList>());
-  const std::unique_ptr<KRBankTransactionList> taken =
-      Take(*statement, &KRBankStatementRs::GetBankTranList);
+  const auto taxes = Make<KREmployeeTaxInfo>();
+  Give(*taxes, &KREmployeeTaxInfo::SetHealthCare, Make<KRHealthCare>());
+  const std::unique_ptr<KRHealthCare> taken = Take(*taxes, &KREmployeeTaxInfo::GetHealthCare);
   ASSERT_NE(taken, nullptr);
-  EXPECT_EQ(statement->GetBankTranList(), nullptr);
-  EXPECT_EQ(statement->HasBankTranList(), 0);
+  EXPECT_EQ(taxes->GetHealthCare(), nullptr);
+  EXPECT_EQ(taxes->HasHealthCare(), 0);
   // What is in no slot of it is not taken.
-  EXPECT_FALSE(internal::Release(*statement, taken.get()));
-  EXPECT_FALSE(internal::Release(*statement, nullptr));
+  EXPECT_FALSE(internal::Release(*taxes, taken.get()));
+  EXPECT_FALSE(internal::Release(*taxes, nullptr));
   KRDataObj withoutTable;
   EXPECT_FALSE(internal::Release(withoutTable, taken.get()));
 }
