@@ -242,17 +242,24 @@ TEST_F(BanksOnDisk, KeepWhatTheUserWroteWhenABankComesOrGoes) {
 }
 
 TEST_F(BanksOnDisk, StayAsTheyAreWhenAChangeWouldNotDoWhatItShould) {
+  const std::string byHand =
+      m_folder.Name("krofx/banks.toml") + " cannot be changed safely; edit it by hand";
   // A bank that no line of its own begins.
   const std::string dotted =
       "harbor.url = \"https://a.example\"\nharbor.org = \"O\"\nharbor.user = \"ada\"\n";
-  Put(dotted + kHalden);
-  EXPECT_EQ(RemoveFromBanks("harbor"),
-            m_folder.Name("krofx/banks.toml") + " cannot be changed safely; edit it by hand");
-  EXPECT_EQ(Get(), dotted + kHalden);
+  // One with a line of a text that looks like the start of another.
+  const std::string test = kHarbor + "password-command = \"\"\"\\\n[ -e key ] && cat key\"\"\"\n";
+  for (const std::string& harbor : {dotted, test}) {
+    Put(harbor + kHalden);
+    EXPECT_EQ(RemoveFromBanks("harbor"), byHand);
+    EXPECT_EQ(Get(), harbor + kHalden);
+  }
   // A bank that is there already, and an account of none.
-  for (const std::string& text : {kHalden, std::string("\n[[other.account]]\naccount = \"1\"\n")}) {
-    EXPECT_NE(AddToBanks(text), "") << text;
-    EXPECT_EQ(Get(), dotted + kHalden);
+  Put(kHalden);
+  const std::string account = "\n[[other.account]]\naccount = \"1\"\n";
+  for (const std::string& text : {kHalden, account}) {
+    EXPECT_EQ(AddToBanks(text), byHand);
+    EXPECT_EQ(Get(), kHalden);
   }
 }
 
