@@ -3,37 +3,16 @@
 #include "output/output_file.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <string>
 
 #include "support/redirected_stream.h"
+#include "support/scoped_file_size.h"
 #include "support/temp_folder.h"
 
 namespace krofx::command {
 namespace {
-
-// A disk that is full: files of this process take no more than so many bytes.
-class FullDisk {
- public:
-  explicit FullDisk(rlim_t bytes) : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {
-    ::getrlimit(RLIMIT_FSIZE, &m_before);
-    const rlimit limit{bytes, m_before.rlim_max};
-    EXPECT_EQ(::setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  FullDisk(const FullDisk&) = delete;
-  FullDisk& operator=(const FullDisk&) = delete;
-  ~FullDisk() {
-    ::setrlimit(RLIMIT_FSIZE, &m_before);
-    std::signal(SIGXFSZ, m_signal);
-  }
-
- private:
-  rlimit m_before{};
-  void (*m_signal)(int);
-};
 
 class OutputFile : public testing::Test {
  protected:
@@ -55,7 +34,7 @@ class OutputFile : public testing::Test {
 TEST_F(OutputFile, StaysAsItWasOnAFullDisk) {
   const std::string name = m_folder.Put("statement", "old");
   {
-    const FullDisk full(4);
+    const ScopedFileSize full(4);
     EXPECT_EQ(Write(name), kExitUnusable);
   }
   EXPECT_EQ(m_folder.Get("statement"), "old");
