@@ -77,6 +77,16 @@ expect 5 fetch all
 sed -i 's/00718330011/999/' "$banks"
 expect 4 fetch all @grace
 [ ! -e "$kept/grace-999-$today.ofx" ] || fail 'a refusal was kept as a reply'
+# What a password-command prints that fails is no password, for none of the accounts.
+{
+  bank harbor ada.w x | sed 's/= "echo .*/= "echo not-a-real-password; exit 3"/'
+  printf 'profile = false\n'
+  for number in 00718220946 00718220947; do printf '[[harbor.account]]\naccount = "%s"\nbank = "211370545"\n' $number; done
+} | write_banks
+rm -rf "$kept"
+expect 2 fetch all @harbor
+[ "$(grep -c 'password-command ended with status 3' err)" -eq 2 ] || fail 'a password that a failed command printed is sent'
+[ -z "$(ls "$kept")" ] || fail 'a password that a failed command printed is sent'
 # The variable of one password is not sent to several banks.
 { bank harbor ada.w x; bank grace grace.h x; } | sed '/password-command/d' | write_banks
 KROFX_PASSWORD=not-a-real-password setsid -w "$krofx" fetch all >out 2>err </dev/null

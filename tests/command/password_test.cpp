@@ -24,12 +24,14 @@ constexpr char kControlCharacter[] = "the password has a control character";
 constexpr char kNotKept[] =
     "the keyring did not take the password; it needs the command secret-tool and a desktop session";
 
-// What is read from an open file with this text. The password is empty when there is a problem.
+// What is read from an open file with this text.
 struct Taken {
   explicit Taken(const std::string& text) {
     TempFolder folder;
     const FileDescriptor file(::open(folder.Put("password", text).c_str(), O_RDONLY | O_CLOEXEC));
     problem = password.ReadFrom(file.Get());
+    // What cannot be used is not there for the next request either.
+    EXPECT_EQ(problem.empty(), *password.Get() != '\0') << problem;
     char next = 0;
     while (::read(file.Get(), &next, 1) == 1) rest += next;
   }
@@ -140,9 +142,12 @@ class NoDescriptors {
   rlimit m_before{};
 };
 
+// What is wrong with what a command prints, of which then nothing is left.
 std::string ProblemOf(const std::string& command) {
   Password password;
-  return ReadFromCommand(command, password);
+  const std::string problem = ReadFromCommand(command, password);
+  EXPECT_STREQ(password.Get(), "") << command;
+  return problem;
 }
 
 TEST(PasswordCommand, GivesTheFirstLineThatItPrints) {
@@ -194,7 +199,7 @@ TEST(PasswordCommand, IsWaitedForWhateverSignalsCome) {
     Password password;
     EXPECT_EQ(ReadFromCommand("echo open sesame; exec >&-; " + signals + status, password),
               status[0] == '0' ? "" : "password-command ended with status 3");
-    EXPECT_STREQ(password.Get(), "open sesame");
+    EXPECT_STREQ(password.Get(), status[0] == '0' ? "open sesame" : "");
   }
   ::sigaction(SIGUSR1, &before, nullptr);
 }
