@@ -263,6 +263,8 @@ TEST(KRFileOFX, WritesABlankLineInPlaceOfOtherHeaders) {
   file.HandleHeader(KRHeaderTag_None, KRString("1"), &name);
   const std::string whole = "\r\n" + HeaderBlock();
   EXPECT_EQ(TextOf(file), whole);
+  KRBuilder withoutBuffer;
+  EXPECT_EQ(file.BuildHeaders(&withoutBuffer), KRBuildStatus_NullArgument);
   for (std::size_t nth = 1;; ++nth) {
     const FailingAllocation failing(nth);
     const Built built = Build(file);
