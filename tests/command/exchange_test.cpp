@@ -44,6 +44,8 @@ class ExchangeTest : public ::testing::Test {
   }
 
   std::string m_said;
+  // The proxy settings of the person who runs the tests are not used.
+  ScopedVariable m_noProxy{"no_proxy", "*"};
   TempFolder m_temporary;
   ScopedVariable m_folder{"TMPDIR", m_temporary.Path().string()};
 };

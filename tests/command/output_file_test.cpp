@@ -79,9 +79,13 @@ TEST_F(OutputFile, TakesThePlaceOfWhatALinkNames) {
 TEST_F(OutputFile, LeavesWhatIsNoFileAlone) {
   EXPECT_EQ(Write(m_folder.Path().string()), kExitUnusable);
   EXPECT_NE(Said().find("it is not a plain file and is left alone"), std::string::npos) << Said();
-  EXPECT_EQ(Write("/dev/null"), kExitUnusable);
   EXPECT_EQ(Write(m_folder.Name("no/such/folder")), kExitUnusable);
   EXPECT_EQ(m_folder.Entries(), 0U);
+  const std::string pipe = m_folder.Name("pipe");
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(Write(pipe), kExitUnusable);
+  EXPECT_TRUE(std::filesystem::is_fifo(pipe));
+  EXPECT_EQ(m_folder.Entries(), 1U);
 }
 
 TEST_F(OutputFile, SaysWhenStandardOutputIsFull) {
