@@ -94,7 +94,7 @@ TEST(Password, LeavesNothingInTheEnvironment) {
   const auto take = [name](const std::string& value, Password& password) {
     ::setenv(name, value.c_str(), 1);
     const char* const place = std::getenv(name);
-    const std::string problem = password.TakeFromEnvironment(name);
+    std::string problem = password.TakeFromEnvironment(name);
     EXPECT_EQ(std::getenv(name), nullptr);
     // The bytes are gone too, which everyone who may look at the process could read.
     EXPECT_EQ(std::string(place, value.size()), std::string(value.size(), '\0'));
@@ -145,7 +145,7 @@ class NoDescriptors {
 // What is wrong with what a command prints, of which then nothing is left.
 std::string ProblemOf(const std::string& command) {
   Password password;
-  const std::string problem = ReadFromCommand(command, password);
+  std::string problem = ReadFromCommand(command, password);
   EXPECT_STREQ(password.Get(), "") << command;
   return problem;
 }
