@@ -14,6 +14,8 @@
 namespace krofx::command {
 namespace {
 
+const std::string kNew = "new text";
+
 class OutputFile : public testing::Test {
  protected:
   // Writes "new text" without showing what is complained of, which is in the file "err".
@@ -26,7 +28,6 @@ class OutputFile : public testing::Test {
   }
   std::string Said() const { return m_errors.Get("err"); }
 
-  const std::string kNew = "new text";
   TempFolder m_folder;
   TempFolder m_errors;
 };
