@@ -70,8 +70,10 @@ std::string Write(const std::string& text, std::size_t banks) {
   const std::string path = BanksFile();
   const std::string folder = path.substr(0, path.rfind('/'));
   const BankList list = ParseBanks(text, folder);
-  if (!list.problem.empty()) return list.problem;
-  if (list.banks.size() != banks) return path + " cannot be changed safely; edit it by hand";
+  // A line that is wrong is one of a text that the user has not written.
+  if (!list.problem.empty() || list.banks.size() != banks) {
+    return path + " cannot be changed safely; edit it by hand";
+  }
   if (std::string problem = MakePrivateFolder(folder); !problem.empty()) return problem;
   KRBuffer buffer(0, 0);
   if (buffer.WriteLarge(text.data(), static_cast<u32>(text.size())) != KRBufferOK) {

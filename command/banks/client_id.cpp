@@ -56,20 +56,24 @@ std::unique_ptr<KRBuffer> WithClientId(const KRBuffer& request, const std::strin
   const std::size_t element = text.find(kBefore);
   const std::size_t end = element == std::string_view::npos ? element : text.find('<', element + 1);
   if (end == std::string_view::npos) return nullptr;
-  auto longer = std::make_unique<KRBuffer>(static_cast<u32>(text.size() + id.size() + 64), 4096);
+  // All the memory is taken here, so that what is added below fits.
+  auto longer = std::make_unique<KRBuffer>(static_cast<u32>(text.size() + id.size() + 64), 0);
+  if (longer == nullptr || longer->GetBufferPtr() == nullptr) return nullptr;
   const auto add = [&longer](std::string_view part) {
-    return longer->WriteLarge(part.data(), static_cast<u32>(part.size())) == KRBufferOK;
+    longer->WriteLarge(part.data(), static_cast<u32>(part.size()));
   };
   std::size_t start = 0;
   const std::size_t version = text.find(kFirstVersion);
   if (version < element) {
     start = version + sizeof kFirstVersion - 1;
-    if (!add(text.substr(0, version)) || !add(kVersionWithId)) return nullptr;
+    add(text.substr(0, version));
+    add(kVersionWithId);
   }
-  if (!add(text.substr(start, end - start)) || !add("<CLIENTUID>") || !add(id) || !add("\n") ||
-      !add(text.substr(end))) {
-    return nullptr;
-  }
+  add(text.substr(start, end - start));
+  add("<CLIENTUID>");
+  add(id);
+  add("\n");
+  add(text.substr(end));
   return longer;
 }
 

@@ -98,8 +98,13 @@ void Show(int terminal, const std::string& text) {
 
 std::string Password::ReadFrom(int descriptor) {
   // Lines that are pasted for several descriptors come at once and are kept.
-  return ::isatty(descriptor) != 0 ? ReadFromTerminal(descriptor, "", TCSANOW)
-                                   : ReadLine(descriptor);
+  return WipedAfter(::isatty(descriptor) != 0 ? ReadFromTerminal(descriptor, "", TCSANOW)
+                                              : ReadLine(descriptor));
+}
+
+std::string Password::WipedAfter(std::string problem) {
+  if (!problem.empty()) Wipe();
+  return problem;
 }
 
 std::string Password::ReadLine(int descriptor) {
@@ -129,7 +134,7 @@ std::string Password::TakeFromEnvironment(const char* name) {
   if (fits) std::memcpy(m_text.bytes, value, length + 1);
   explicit_bzero(value, length);
   ::unsetenv(name);
-  return fits ? Check() : kTooLong;
+  return WipedAfter(fits ? Check() : kTooLong);
 }
 
 std::string Password::Ask(const std::string& prompt) {
@@ -138,7 +143,7 @@ std::string Password::Ask(const std::string& prompt) {
   if (!terminal) {
     return "there is no terminal to ask for the password; use --password-fd or --password-env";
   }
-  return ReadFromTerminal(terminal.Get(), shown, TCSAFLUSH);
+  return WipedAfter(ReadFromTerminal(terminal.Get(), shown, TCSAFLUSH));
 }
 
 std::string Password::ReadFromTerminal(int terminal, const std::string& prompt, int when) {
@@ -161,7 +166,7 @@ std::string Password::ReadFromTerminal(int terminal, const std::string& prompt, 
       if (m_ended) return "no password was typed";
     }
     if (!PromptSignals::HasStopped()) return problem;
-    explicit_bzero(m_text.bytes, sizeof m_text.bytes);
+    Wipe();
     ::raise(SIGTSTP);  // Returns when the command is in the foreground again.
   }
 }

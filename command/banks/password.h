@@ -9,7 +9,8 @@
 
 namespace krofx::command {
 
-/// Holds a password and wipes it at the end. It is never taken from an argument, since those can be
+/// Holds a password and wipes it at the end. What cannot be used is wiped at once, so that no later
+/// request takes it for a password. It is never taken from an argument, since those can be
 /// seen by every user of the machine.
 class Password {
  public:
@@ -29,6 +30,9 @@ class Password {
   /// @return whether the user gave up at the prompt.
   bool WasCancelled() const { return m_cancelled; }
 
+  /// Wipes it: there is none then.
+  void Wipe() { explicit_bzero(m_text.bytes, sizeof m_text.bytes); }
+
   /// Writes it to an open file, in UTF-8 and without the end of a line.
   /// @return false when it cannot be written.
   bool WriteTo(int descriptor) const;
@@ -38,6 +42,7 @@ class Password {
   const char* Get() const { return m_text.bytes; }
 
  private:
+  std::string WipedAfter(std::string problem);
   std::string ReadLine(int descriptor);
   std::string ReadFromTerminal(int terminal, const std::string& prompt, int when);
   std::string Check();

@@ -99,7 +99,9 @@ std::string ReadFromCommand(const std::string& command, Password& password) {
   const int code = WaitFor(child);
   // A command that prints more lines ends by the signal of a closed pipe.
   const bool cut = code == kFirstSignalStatus + SIGPIPE;
-  if (code == 0 || (cut && problem.empty())) return problem;
+  if (code == 0 || cut) return problem;
+  // What a command prints that fails is no password.
+  password.Wipe();
   if (code == kNotFound || code == kNotExecutable) return "password-command cannot be run";
   return "password-command ended with status " + std::to_string(code);
 }

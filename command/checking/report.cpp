@@ -22,12 +22,8 @@ bool SaysMissing(const Warning& warning) { return warning.name == kMissingTagWar
 // of several that would do, or none. What is missing is known here, so such a warning is left out,
 // or names a tag that is missing where it says.
 std::vector<Warning> SelectWarnings(const ParsedFile& file, const MissingTags& missing) {
-  const std::vector<Warning>& all = file.GetWarnings();
-  const bool isNamed = std::any_of(all.begin(), all.end(), [](const Warning& warning) {
-    return SaysMissing(warning) && !warning.tag.empty();
-  });
   std::vector<Warning> selected;
-  for (Warning warning : all) {
+  for (Warning warning : file.GetWarnings()) {
     const bool isOfTree = SaysMissing(warning) && warning.place.line == 0;
     if (isOfTree && !missing.listed.empty()) {
       const auto isSame = [&warning](const MissingTag& each) {
@@ -37,8 +33,6 @@ std::vector<Warning> SelectWarnings(const ParsedFile& file, const MissingTags& m
       const auto same = std::find_if(missing.listed.begin(), missing.listed.end(), isSame);
       if (same == missing.listed.end()) continue;
       warning.tag = same->tag;
-    } else if (isOfTree && warning.tag.empty() && isNamed) {
-      continue;
     }
     selected.push_back(std::move(warning));
   }

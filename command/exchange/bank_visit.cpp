@@ -71,6 +71,7 @@ ExitStatus BankVisit::Ask(const std::string& progress,
   RequestMaker maker(signOn);
   const ExitStatus asked = finish(maker);
   reply = keeper->TakeReply();
+  m_mayHaveArrived = keeper->MayHaveArrived();
   return asked;
 }
 

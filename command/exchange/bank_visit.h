@@ -48,12 +48,15 @@ class BankVisit {
   ExitStatus Ask(const std::string& progress,
                  const std::function<ExitStatus(RequestMaker&)>& finish,
                  std::unique_ptr<KRBuffer>& reply);
+  /// @return whether the bank may have got the last request, whatever came of it.
+  bool MayHaveArrived() const { return m_mayHaveArrived; }
 
  private:
   const Bank& m_bank;
   ExchangeOptions m_exchange;
   SignOnOptions m_signOn;
   std::vector<Account> m_accounts;
+  bool m_mayHaveArrived = false;
 };
 
 /// Which banks are asked, and where their replies are kept.

@@ -247,13 +247,15 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
   }
   const KRString url(m_url.c_str());
   end.status = body == nullptr ? request->Get(url) : request->Send(url, body);
+  m_mayHaveArrived =
+      end.status != KRNetStatus_Untrusted && end.status != KRNetStatus_UnexpectedCertificate;
   u32 roughStatus = 0;
   request->GetStatus(roughStatus, end.transportError);
   end.httpStatus = manager.GetHttpStatus();
-  if (!m_options.headerFile.empty() && request->GetSavedHeaders().GetBufferSize() > 0 &&
-      WriteOutput(request->GetSavedHeaders(), m_options.headerFile, Privacy::kPrivate) !=
-          kExitClean) {
-    return nullptr;
+  // A reply is not lost because its headers cannot be saved.
+  ExitStatus saved = kExitClean;
+  if (!m_options.headerFile.empty() && request->GetSavedHeaders().GetBufferSize() > 0) {
+    saved = WriteOutput(request->GetSavedHeaders(), m_options.headerFile, Privacy::kPrivate);
   }
   u32 size = 0;
   if (end.status != KRNetStatus_Success) return fail();
@@ -264,7 +266,7 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
   auto reply = std::make_unique<KRBuffer>(size, 65536);
   end.status = request->LoadReply(reply.get());
   if (end.status != KRNetStatus_Success) return fail();
-  m_exitStatus = kExitClean;
+  m_exitStatus = saved;
   return reply;
 }
 

@@ -64,10 +64,14 @@ class Exchange {
   /// @return the reply; null after a complaint, and GetExitStatus says of what kind it was.
   std::unique_ptr<KRBuffer> Run(KRBuffer* body);
 
-  /// @return how the last exchange ended: kExitClean with a reply; kExitNetwork when trying again
-  ///         may help, kExitCancelled after a signal, kExitUnusable when something must change
-  ///         first.
+  /// @return how the last exchange ended. With a reply: kExitClean, or kExitUnusable when its
+  /// headers
+  ///         could not be saved. Without one: kExitNetwork when trying again may help,
+  ///         kExitCancelled after a signal, kExitUnusable when something must change first.
   ExitStatus GetExitStatus() const { return m_exitStatus; }
+
+  /// @return whether the server may have got what was sent, whatever came of it.
+  bool MayHaveArrived() const { return m_mayHaveArrived; }
 
   /// @return the URL, without what may be secret in it.
   std::string GetShownUrl() const;
@@ -83,6 +87,7 @@ class Exchange {
   std::string m_url;
   std::vector<std::string> m_roots;
   ExitStatus m_exitStatus = kExitClean;
+  bool m_mayHaveArrived = false;
 };
 
 }  // namespace krofx::command

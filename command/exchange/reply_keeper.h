@@ -23,6 +23,8 @@ class ReplyKeeper : public ExchangeUse {
 
   /// @return the reply's text; null when there was none, which was reported.
   std::unique_ptr<KRBuffer> TakeReply() { return std::move(m_reply); }
+  /// @return whether the server may have got the request, whatever came of it.
+  bool MayHaveArrived() const { return m_exchange.MayHaveArrived(); }
   /// @return what messages call the server.
   std::string GetShownUrl() const { return m_exchange.GetShownUrl(); }
 

@@ -13,7 +13,8 @@ namespace krofx::command {
 /// @return a copy of a text; null when memory is exhausted.
 inline std::unique_ptr<KRBuffer> CopyOf(const KRBuffer& text) {
   auto copy = std::make_unique<KRBuffer>(text.GetBufferSize(), 4096);
-  const bool whole = copy->WriteLarge(text.GetBufferPtr(), text.GetBufferSize()) == KRBufferOK;
+  const bool whole =
+      copy != nullptr && copy->WriteLarge(text.GetBufferPtr(), text.GetBufferSize()) == KRBufferOK;
   return whole ? std::move(copy) : nullptr;
 }
 

@@ -97,6 +97,8 @@ std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
 
 namespace {
 
+constexpr char kNoMemory[] = "not enough memory to read it";
+
 // Reads up to `size` bytes into `to`, or what there is. Negative after an error.
 ssize_t ReadSome(const FileDescriptor& file, char* to, std::size_t size) {
   ssize_t got = 0;
@@ -137,7 +139,7 @@ bool ReadRest(const FileDescriptor& file, KRBuffer& buffer, std::string& problem
       return false;
     }
     if (buffer.WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
-      problem = "not enough memory to read it";
+      problem = kNoMemory;
       return false;
     }
   }
@@ -163,6 +165,10 @@ std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& proble
   }
   // One byte more than the file has shows whether it has grown.
   auto buffer = std::make_unique<KRBuffer>(sized ? static_cast<u32>(status.st_size) + 1 : 0, 65536);
+  if (buffer == nullptr) {
+    problem = kNoMemory;
+    return nullptr;
+  }
   bool isAtEnd = false;
   if (sized && !ReadWhole(file, *buffer, isAtEnd)) {
     problem = std::strerror(errno);

@@ -14,6 +14,7 @@ namespace krofx::command {
 namespace {
 
 constexpr std::size_t kMaxName = 100;
+constexpr std::string_view kWhite = " \t\r\n";
 
 std::string HeaderOf(const KRFile& file, const char* name) {
   KRString key(name);
@@ -70,6 +71,46 @@ const char* ExtensionFor(const std::string& type) {
   return ".bin";
 }
 
+// A line of the boundary; an empty one is at the end of a text that has no more of them.
+struct BoundaryLine {
+  std::size_t start;
+  std::size_t end;
+  bool isLast;
+};
+
+// The next line of the boundary from the start of a line on. As for the reader, its letters are in
+// any case, white space may be around it, and nothing else but the two hyphens of the last one is
+// behind it.
+BoundaryLine FindLine(std::string_view text, std::string_view wanted, std::size_t at) {
+  while (at < text.size()) {
+    const std::size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;
+    std::string_view line = text.substr(at, end - at);
+    line.remove_prefix(std::min(line.find_first_not_of(kWhite), line.size()));
+    line = line.substr(0, line.find_last_not_of(kWhite) + 1);
+    if (line.starts_with("--") && LowerAscii(line.substr(0, wanted.size())) == wanted) {
+      const std::string_view rest = line.substr(wanted.size());
+      if (rest.empty() || rest == "--") return {at, end, !rest.empty()};
+    }
+    at = end;
+  }
+  return {text.size(), text.size(), false};
+}
+
+// What is behind the headers of a part and the empty line after them. Where that line is missing,
+// the first one that cannot be a header is of the body, so that none of it is lost.
+std::string_view WithoutHeaders(std::string_view part) {
+  for (bool goesOn = false; !part.empty(); goesOn = true) {
+    const std::size_t size = std::min(part.find('\n'), part.size() - 1) + 1;
+    const std::string_view line = part.substr(0, size);
+    const bool isMore = goesOn && (line.front() == ' ' || line.front() == '\t');
+    const bool isEmpty = line.find_first_not_of(kWhite) == std::string_view::npos;
+    if (!isMore && !isEmpty && line.find(':') == std::string_view::npos) break;
+    part.remove_prefix(size);
+    if (!isMore && isEmpty) break;
+  }
+  return part;
+}
+
 }  // namespace
 
 std::vector<Part> FindParts(KRFile& multipart) {
@@ -91,30 +132,12 @@ std::vector<Part> FindParts(KRFile& multipart) {
 }
 
 std::vector<std::string_view> FindBodies(std::string_view text, std::string_view boundary) {
-  const std::string line = "--" + std::string(boundary);
-  // The place after the next line of the boundary that begins at or after one.
-  const auto findLine = [&](std::size_t at) {
-    for (; (at = text.find(line, at)) != std::string_view::npos; ++at) {
-      if (at == 0 || text[at - 1] == '\n') return at;
-    }
-    return at;
-  };
+  const std::string line = "--" + LowerAscii(boundary);
   std::vector<std::string_view> bodies;
-  std::size_t start = findLine(0);
-  while (start != std::string_view::npos) {
-    start += line.size();
-    if (text.substr(start).starts_with("--")) break;
-    const std::size_t end = findLine(start);
-    std::string_view part = text.substr(start, end == std::string_view::npos ? end : end - start);
-    // Its headers end at the first empty line.
-    part.remove_prefix(std::min(part.find('\n'), part.size()));
-    const std::size_t plain = part.find("\n\n");
-    const std::size_t returned = part.find("\n\r\n");
-    part.remove_prefix(
-        std::min({plain == std::string_view::npos ? plain : plain + 2,
-                  returned == std::string_view::npos ? returned : returned + 3, part.size()}));
-    bodies.push_back(part);
-    start = end;
+  for (BoundaryLine begin = FindLine(text, line, 0); begin.end > begin.start && !begin.isLast;) {
+    const BoundaryLine next = FindLine(text, line, begin.end);
+    bodies.push_back(WithoutHeaders(text.substr(begin.end, next.start - begin.end)));
+    begin = next;
   }
   return bodies;
 }

@@ -2,19 +2,20 @@
 
 #include "subcommands/bank_password.h"
 
-#include <algorithm>
 #include <climits>
 #include <memory>
+#include <optional>
 
 #include "banks/bank_file.h"
 #include "banks/password_command.h"
 #include "command_line/command_line.h"
 #include "exchange/bank_visit.h"
+#include "exchange/has_answer.h"
 #include "exchange/refusals.h"
 #include "input/parsed_file.h"
-#include "krofx/host/look.h"
 #include "output/messages.h"
 #include "requests/request_maker.h"
+#include "system/interruption.h"
 
 namespace krofx::command {
 
@@ -26,15 +27,6 @@ struct Options {
   std::string name;
   int newPasswordFd = -1;
 };
-
-// Whether a reply has the answer to the change.
-bool HasAnswer(const ParsedFile& reply) {
-  const std::vector<OfxFile> files = reply.GetOfxFiles();
-  return std::any_of(files.begin(), files.end(), [](const OfxFile& each) {
-    auto answers = krofx::Each<KRPinChangeRs>(*each.file);
-    return answers.begin() != answers.end();
-  });
-}
 
 ExitStatus Fail(const std::string& problem, ExitStatus exitStatus) {
   Complain(kSubcommand, problem);
@@ -54,7 +46,7 @@ class Changer {
     const ExitStatus sent = m_visit.Ask(
         m_bank.name, [this](RequestMaker& maker) { return Request(maker); }, text);
     if (text != nullptr) return Take(std::move(text));
-    if (m_isAsked && sent == kExitNetwork) SayUnknown();
+    if (m_visit.MayHaveArrived()) SayUnknown();
     return sent;
   }
 
@@ -78,7 +70,7 @@ class Changer {
     KRUserPassword secret;  // Wipes its memory.
     secret = m_new.Get();
     payload->SetNewUserPass(secret);
-    m_isAsked = !maker.HasFailed();
+    if (!maker.HasFailed()) m_signals.emplace();
     return maker.Finish(std::move(payload), Service::kSignOn);
   }
 
@@ -108,7 +100,7 @@ class Changer {
       SayUnknown();
       return kExitUnusable;
     }
-    if (!HasAnswer(reply)) {
+    if (!HasAnswer<KRPinChangeRs>(reply)) {
       Complain(m_bank.name, "the reply does not say that the password is changed");
       SayUnknown();
       return kExitRefused;
@@ -139,7 +131,9 @@ class Changer {
   const Options& m_options;
   BankVisit m_visit;
   Password m_new;
-  bool m_isAsked = false;
+  // While the institution is asked and after that: a signal takes effect when it has been said what
+  // became of the password, and when the new one is kept.
+  std::optional<Interruption> m_signals;
 };
 
 ExitStatus ChangePassword(const Options& options) {

@@ -42,35 +42,21 @@ std::string Numbered(const std::string& name, int number) {
   return name.substr(0, point) + "-" + std::to_string(number) + extension;
 }
 
-// What the input is, and all that it says.
-struct Input {
-  std::unique_ptr<KRBuffer> text;
-  std::unique_ptr<ParsedFile> file;
-};
-
-Input ReadWhole(const Options& options) {
-  Input input;
-  std::string problem;
-  const bool once = options.file == "-";
-  input.text = ReadInput(options.file, problem);
-  if (input.text == nullptr || (options.strict && !once)) {
-    const Reader reader = options.strict ? Reader::kStrict : Reader::kMending;
-    input.file = std::make_unique<ParsedFile>(options.file, reader);
-  } else {
-    input.file = std::make_unique<ParsedFile>(DisplayName(options.file), CopyOf(*input.text));
+// The objects of a text. What comes from standard input is there once.
+std::unique_ptr<ParsedFile> Parse(const Options& options, const KRBuffer& text) {
+  if (options.strict && options.file != "-") {
+    return std::make_unique<ParsedFile>(options.file, Reader::kStrict);
   }
-  return input;
+  return std::make_unique<ParsedFile>(DisplayName(options.file), CopyOf(text));
 }
 
 // The bodies of the parts as they are in the text. Where it has not as many as there are parts, as
 // in one that is damaged, the objects have them, unless it is longer than the positions that they
 // count with. False when the bodies cannot be told apart.
-bool FindBodiesOf(const Input& input, const std::vector<Part>& parts,
+bool FindBodiesOf(std::string_view text, KRFile& root, const std::vector<Part>& parts,
                   std::vector<std::string>& bodies) {
   constexpr std::size_t kMostCounted = 65535;
-  const std::string_view text = input.text == nullptr ? std::string_view() : ViewOf(*input.text);
-  const std::string boundary = ToText(input.file->GetRoot()->GetBoundary());
-  const std::vector<std::string_view> found = FindBodies(text, boundary);
+  const std::vector<std::string_view> found = FindBodies(text, ToText(root.GetBoundary()));
   if (found.size() == parts.size()) {
     bodies.assign(found.begin(), found.end());
     return true;
@@ -133,8 +119,14 @@ std::string Save(int directory, const Part& part, std::string text) {
 }
 
 ExitStatus Extract(const Options& options) {
-  const Input input = ReadWhole(options);
-  const ParsedFile& file = *input.file;
+  std::string problem;
+  const std::unique_ptr<KRBuffer> text = ReadInput(options.file, problem);
+  if (text == nullptr) {
+    Complain(DisplayName(options.file), problem);
+    return kExitUnusable;
+  }
+  const std::unique_ptr<ParsedFile> read = Parse(options, *text);
+  const ParsedFile& file = *read;
   if (file.GetKind() != "multipart") {
     Complain(file.GetName(),
              file.GetRoot() == nullptr
@@ -155,7 +147,7 @@ ExitStatus Extract(const Options& options) {
   }
   const std::vector<Part> parts = FindParts(*file.GetRoot());
   std::vector<std::string> bodies;
-  if (!FindBodiesOf(input, parts, bodies)) {
+  if (!FindBodiesOf(ViewOf(*text), *file.GetRoot(), parts, bodies)) {
     Complain(file.GetName(), "its parts cannot be distinguished; nothing was saved");
     return kExitUnusable;
   }

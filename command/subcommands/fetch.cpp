@@ -57,9 +57,11 @@ class SendRequest : public ExchangeUse {
 
   ExitStatus Use(KRBuffer& text) override {
     std::unique_ptr<KRBuffer> reply = m_exchange.Run(&text);
-    if (reply == nullptr) return m_exchange.GetExitStatus();
-    ExitStatus exitStatus = kExitClean;
-    if (!m_replyFile.empty()) exitStatus = WriteOutput(*reply, m_replyFile, Privacy::kPrivate);
+    ExitStatus exitStatus = m_exchange.GetExitStatus();
+    if (reply == nullptr) return exitStatus;
+    if (!m_replyFile.empty()) {
+      exitStatus = Worse(exitStatus, WriteOutput(*reply, m_replyFile, Privacy::kPrivate));
+    }
     return Worse(exitStatus, Show(ParsedFile(m_exchange.GetShownUrl(), std::move(reply))));
   }
 

@@ -11,6 +11,7 @@
 #include "command_line/command_line.h"
 #include "command_line/days.h"
 #include "exchange/bank_visit.h"
+#include "exchange/has_answer.h"
 #include "exchange/profile_asker.h"
 #include "exchange/refusals.h"
 #include "input/buffer_copy.h"
@@ -74,6 +75,14 @@ std::string LastDay(const std::string& folder, const std::string& stem) {
   return last;
 }
 
+// Why a reply does not have all that was asked for; empty when it does.
+std::string FindProblem(const ParsedFile& reply) {
+  if (!reply.GetProblem().empty()) return reply.GetProblem();
+  if (reply.BreaksOff()) return "the reply breaks off; nothing of it is kept";
+  const bool isAnswered = HasAnswer<KRGenericStatementRs>(reply) || HasAnswer<KRInvStmtRs>(reply);
+  return isAnswered ? "" : "the reply has no statement";
+}
+
 std::string FirstDay(const Options& options, const std::string& stem) {
   if (!options.from.empty()) return options.from;
   const std::string last = LastDay(options.round.folder, stem);
@@ -135,13 +144,14 @@ class BankAsker {
       return kExitUnusable;
     }
     const ParsedFile reply(name, std::move(text));
-    ExitStatus exitStatus = ComplainOfRefusals(reply);
+    const ExitStatus refused = ComplainOfRefusals(reply);
     ForgetOlderProfile(m_bank, reply);
-    if (!reply.GetProblem().empty()) {
-      Complain(name, reply.GetProblem());
-      exitStatus = Worse(exitStatus, kExitUnusable);
+    if (refused != kExitClean) return refused;
+    const std::string problem = FindProblem(reply);
+    if (!problem.empty()) {
+      Complain(name, problem);
+      return kExitUnusable;
     }
-    if (exitStatus != kExitClean) return exitStatus;
     const std::string path = m_options.round.folder + "/" + stem + "-" + TextOf(Today()) + ".ofx";
     const ExitStatus written = WriteOutput(*copy, path, Privacy::kPrivate);
     return written != kExitClean

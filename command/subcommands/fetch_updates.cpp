@@ -142,14 +142,16 @@ class BankAsker {
     }
     const ParsedFile reply(name, std::move(text));
     ExitStatus exitStatus = ComplainOfRefusals(reply);
-    if (exitStatus == kExitSignOnRefused || reply.GetKind() == "request") return exitStatus;
+    const std::vector<SyncAnswer> answers = SyncAnswersIn(reply);
+    // What refuses one order may be a status of sign-ons, in a reply that has news all the same.
+    const bool isRefused = exitStatus == kExitSignOnRefused || reply.GetKind() == "request";
+    if (isRefused && answers.empty()) return exitStatus;
     ForgetOlderProfile(m_bank, reply);
     const bool whole = reply.GetProblem().empty() && !reply.BreaksOff();
     if (!whole) {
       Complain(name, reply.GetProblem().empty() ? "the reply breaks off" : reply.GetProblem());
       exitStatus = Worse(exitStatus, kExitUnusable);
     }
-    const std::vector<SyncAnswer> answers = SyncAnswersIn(reply);
     std::size_t count = 0;
     for (const SyncAnswer& answer : answers) count += answer.count;
     if (count > 0 || !whole) {
@@ -183,8 +185,10 @@ class BankAsker {
       const UpdateQuestion* const question = FindQuestion(asked, answer);
       if (question == nullptr) continue;
       ++known;
-      if (!answer.token.empty()) m_tokens.Set(question->key, answer.token);
-      if (!answer.error.empty()) {
+      if (answer.error.empty()) {
+        // What comes after a token that is not known is what came after the last one.
+        if (!answer.token.empty()) m_tokens.Set(question->key, answer.token);
+      } else {
         complain(*question, "the institution could not synchronize, error " + answer.error,
                  kExitRefused);
       }

@@ -42,18 +42,13 @@ bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
          ViewOf(request).find("<OFX>") != std::string_view::npos;
 }
 
-// What the institution refuses in the reply. A reply that is not OFX is the user's to judge.
-ExitStatus ComplainOfErrors(const std::string& where, std::unique_ptr<KRBuffer> text) {
-  const ParsedFile reply(where, std::move(text));
-  return reply.GetKind() == "request" ? kExitClean : ComplainOfRefusals(reply);
-}
-
 ExitStatus SendPrepared(Exchange& exchange, KRBuffer& request, const std::string& output) {
   std::unique_ptr<KRBuffer> reply = exchange.Run(&request);
   if (reply == nullptr) return exchange.GetExitStatus();
-  const ExitStatus written = WriteReply(*reply, output);
+  const ExitStatus written = Worse(exchange.GetExitStatus(), WriteReply(*reply, output));
   if (!IsEcho(request, *reply)) {
-    return Worse(written, ComplainOfErrors(exchange.GetShownUrl(), std::move(reply)));
+    // A reply that is not OFX is the user's to judge.
+    return Worse(written, ComplainOfRefusals(ParsedFile(exchange.GetShownUrl(), std::move(reply))));
   }
   Complain(exchange.GetShownUrl(),
            "the server sent the request back, not a response; check the address");
@@ -134,7 +129,8 @@ ExitStatus Get(const Options& options) {
   const ExitStatus prepared = exchange.Prepare(Direction::kGet);
   if (prepared != kExitClean) return prepared;
   const std::unique_ptr<KRBuffer> reply = exchange.Run(nullptr);
-  return reply == nullptr ? exchange.GetExitStatus() : WriteReply(*reply, options.output);
+  const ExitStatus ended = exchange.GetExitStatus();
+  return reply == nullptr ? ended : Worse(ended, WriteReply(*reply, options.output));
 }
 
 void AddRest(const Subcommand& app, Options& options) {

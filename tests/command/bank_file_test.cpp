@@ -3,11 +3,15 @@
 #include "banks/bank_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <map>
 #include <string>
 
 #include "banks/password_rules.h"
+#include "support/failing_allocation.h"
+#include "support/scoped_variable.h"
+#include "support/temp_folder.h"
 
 namespace krofx::command {
 namespace {
@@ -163,8 +167,135 @@ TEST(PasswordRules, NameTheRuleThatAPasswordBreaks) {
     EXPECT_EQ(FindBrokenRule(rules, "ab12") == "",
               name == "ALPHAORNUMERIC" || name == "ALPHAANDNUMERIC")
         << kind;
-    EXPECT_NE(DescribeRules(rules), "");
   }
+}
+
+TEST(PasswordRules, SayHowLongAPasswordMustBe) {
+  PasswordRules rules;
+  rules.least = 1;
+  EXPECT_EQ(FindBrokenRule(rules, ""), "it has at least 1 character");
+  EXPECT_EQ(FindBrokenRule(rules, "x"), "");
+  EXPECT_EQ(FindBrokenRule(rules, std::string(171, 'x')), "");
+  rules.least = 2;
+  EXPECT_EQ(FindBrokenRule(rules, "x"), "it has at least 2 characters");
+  rules.least = 0;
+  rules.most = 3;
+  EXPECT_EQ(FindBrokenRule(rules, ""), "");
+  EXPECT_EQ(FindBrokenRule(rules, "xxxx"), "it has at most 3 characters");
+}
+
+TEST(PasswordRules, TakeACharacterBeyondAsciiForALetter) {
+  PasswordRules rules;
+  rules.special = false;
+  rules.characters = "NUMERICONLY";
+  EXPECT_EQ(FindBrokenRule(rules, "12\xE9"), "it has no letters");
+  rules.characters = "ALPHAONLY";
+  EXPECT_EQ(FindBrokenRule(rules, "caf\xE9"), "");
+  for (const char* const special : {"a{", "a[", "a@", "a`", "a/", "a:"}) {
+    EXPECT_EQ(FindBrokenRule(rules, special), "it has no special characters") << special;
+  }
+}
+
+TEST(PasswordRules, AreDescribedInAFewWords) {
+  PasswordRules rules;
+  EXPECT_EQ(DescribeRules(rules), "letters or digits, special characters, blanks");
+  rules.special = rules.spaces = false;
+  rules.characters = "ALPHAONLY";
+  EXPECT_EQ(DescribeRules(rules), "letters, no blanks");
+  rules.least = 6;
+  EXPECT_EQ(DescribeRules(rules), "at least 6 letters, no blanks");
+  rules.most = 32;
+  rules.characters = "ALPHAANDNUMERIC";
+  EXPECT_EQ(DescribeRules(rules), "6 to 32 letters and digits, both, no blanks");
+  rules.least = 0;
+  rules.characters = "NUMERICONLY";
+  rules.mustChange = true;
+  EXPECT_EQ(DescribeRules(rules),
+            "at most 32 digits, no blanks; to be changed at the first sign-on");
+  rules.caseMatters = rules.mustChange = false;
+  EXPECT_EQ(DescribeRules(rules), "at most 32 digits, no blanks, in large or small letters alike");
+}
+
+// The file of banks in a folder of the test's own.
+class BanksOnDisk : public testing::Test {
+ protected:
+  // Writes the file as it must be: for the user's eyes only.
+  void Put(const std::string& text) const {
+    std::filesystem::create_directories(m_folder.Path() / "krofx");
+    ASSERT_EQ(::chmod(m_folder.Put("krofx/banks.toml", text).c_str(), 0600), 0);
+  }
+  std::string Get() const { return m_folder.Get("krofx/banks.toml"); }
+
+  TempFolder m_folder;
+  ScopedVariable m_config{"XDG_CONFIG_HOME", m_folder.Path().string()};
+};
+
+const std::string kHalden = "[halden]\nurl = \"https://b.example\"\norg = \"P\"\nuser = \"bob\"\n";
+
+TEST_F(BanksOnDisk, KeepWhatTheUserWroteWhenABankComesOrGoes) {
+  EXPECT_EQ(AddToBanks(kHarbor), "");
+  EXPECT_EQ(Get(), kHarbor);
+  Put("# mine\n" + kHarbor + "[[harbor.account]]\naccount = \"1\"\ncard = true");
+  EXPECT_EQ(AddToBanks(kHalden), "");
+  EXPECT_EQ(RemoveFromBanks("harbor"), "");
+  EXPECT_EQ(Get(), "# mine\n" + kHalden);
+}
+
+TEST_F(BanksOnDisk, StayAsTheyAreWhenAChangeWouldNotDoWhatItShould) {
+  const std::string byHand =
+      m_folder.Name("krofx/banks.toml") + " cannot be changed safely; edit it by hand";
+  // A bank that no line of its own begins.
+  const std::string dotted =
+      "harbor.url = \"https://a.example\"\nharbor.org = \"O\"\nharbor.user = \"ada\"\n";
+  // One with a line of a text that looks like the start of another.
+  const std::string test = kHarbor + "password-command = \"\"\"\\\n[ -e key ] && cat key\"\"\"\n";
+  for (const std::string& harbor : {dotted, test}) {
+    Put(harbor + kHalden);
+    EXPECT_EQ(RemoveFromBanks("harbor"), byHand);
+    EXPECT_EQ(Get(), harbor + kHalden);
+  }
+  // A bank that is there already, and an account of none.
+  Put(kHalden);
+  const std::string account = "\n[[other.account]]\naccount = \"1\"\n";
+  for (const std::string& text : {kHalden, account}) {
+    EXPECT_EQ(AddToBanks(text), byHand);
+    EXPECT_EQ(Get(), kHalden);
+  }
+}
+
+TEST_F(BanksOnDisk, StayAsTheyAreWhenTheyCannotBeRead) {
+  Put(kHarbor + "wrong\n");
+  EXPECT_NE(AddToBanks(kHalden), "");
+  EXPECT_NE(RemoveFromBanks("harbor"), "");
+  EXPECT_EQ(Get(), kHarbor + "wrong\n");
+  Put(kHarbor);
+  ASSERT_EQ(::chmod(m_folder.Name("krofx/banks.toml").c_str(), 0640), 0);
+  const std::string open = "others can read or change it";
+  EXPECT_NE(AddToBanks(kHalden).find(open), std::string::npos);
+  EXPECT_NE(RemoveFromBanks("harbor").find(open), std::string::npos);
+  EXPECT_EQ(Get(), kHarbor);
+}
+
+TEST_F(BanksOnDisk, StayAsTheyAreWhenTheyCannotBeWritten) {
+  Put(kHarbor);
+  std::size_t failed = 0;
+  for (std::size_t nth = 1;; ++nth, ++failed) {
+    std::string problem;
+    {
+      const FailingAllocation failing(nth, true);
+      problem = AddToBanks(kHalden);
+    }
+    if (problem.empty()) break;
+    EXPECT_NE(problem.find("not enough memory"), std::string::npos) << problem;
+    EXPECT_EQ(Get(), kHarbor);
+  }
+  EXPECT_GE(failed, 3U);
+  EXPECT_EQ(Get(), kHarbor + "\n" + kHalden);
+  // Nor when something else is in the place of the file, or of its folder.
+  const ScopedVariable empty("XDG_CONFIG_HOME", m_folder.Name("empty"));
+  EXPECT_EQ(AddToBanks(kHarbor), "");
+  const ScopedVariable nowhere("XDG_CONFIG_HOME", "/proc/nowhere");
+  EXPECT_TRUE(AddToBanks(kHalden).starts_with("/proc/nowhere: the folder cannot be made: "));
 }
 
 }  // namespace

@@ -40,6 +40,10 @@ python3 "$here/with_terminal.py" "$(printf 'third-password\n\003')" "$krofx" ban
 [ $? -eq 6 ] || fail 'the interrupt key does not end the second prompt'
 signs_on third-password 0
 
+python3 "$here/with_terminal.py" "$(printf 'third-password\nfourth-password\n\003')" "$krofx" bank password harbor >out 2>err
+[ $? -eq 6 ] || fail 'the interrupt key does not end the last prompt'
+signs_on third-password 0
+
 # The rules of the profile are looked at before anything is sent.
 change 2 short
 has err 'the new password cannot be used: by the profile of harbor it has at least 6 characters'
@@ -47,9 +51,27 @@ change 2 'with some blanks'
 has err 'it has no blanks'
 change 2 ''
 has err 'the password is empty'
+change 2 ' fifth-password'
+has err 'the new one cannot be used: the password has a blank at its start or its end'
 signs_on third-password 0
 OLD=wrong-password
 change 5 fifth-password
+# The new one is not asked for when the old one cannot be right.
+OLD=short
+change 5 fifth-password
+has err 'the password cannot be right'
+lacks err 'not known'
+setsid -w "$krofx" bank password harbor --new-password-fd 0 <<<fifth-password >out 2>err
+[ $? -eq 2 ] || fail 'a password is taken from nowhere'
+has err 'there is no terminal to ask'
+lacks err 'not known'
+# Nor is anything sent to another server.
+sed -i 's/^root/pin = "AAAAAAAAAAAAAAAAAAAAAAAAAAA="\n&/' "$banks"
+OLD=third-password
+change 2 fifth-password
+has err 'none of those given with --pin; nothing was sent'
+lacks err 'not known'
+write_harbor_at_url </dev/null
 OLD=third-password
 
 # A bank that does not change passwords is not asked; one that wants another one first is named with what to do.
@@ -67,6 +89,7 @@ rm -rf offered.ofx "$XDG_STATE_HOME/krofx/banks"
     '</SIGNONMSGSRSV1></OFX>'
 } >expired.ofx
 start python3 "$here/http_server.py"
+server=$url
 url=$url/file/expired.ofx write_harbor_at_url <<<'profile = false'
 sed -i '/^root/d' "$banks"
 signs_on third-password 5
@@ -76,6 +99,28 @@ has err 'status 15000, the password must be changed first, with "krofx bank pass
 sed -i 's/15000<SEVERITY>ERROR/0<SEVERITY>INFO/' expired.ofx
 KROFX_PASSWORD=third-password expect 4 bank password harbor --new-password-fd 0 <<<'never-kept-1'
 has err 'the reply does not say that the password is changed'
+has err 'whether the password is changed is not known'
+
+# Nor does one that is no OFX, or none, and a signal does not end the command before it has said so.
+unknown() { # STATUS PATH
+  url=$server/$2 write_harbor_at_url <<<'profile = false'
+  sed -i '/^root/d' "$banks"
+  KROFX_PASSWORD=third-password expect "$1" bank password harbor --new-password-fd 0 <<<'never-kept-1'
+  has err 'whether the password is changed is not known'
+  lacks err never-kept-1
+}
+echo 'Thank you.' >thanks.txt
+unknown 2 file/thanks.txt
+has err 'this is a text without any OFX in it'
+unknown 2 status/204
+unknown 3 cut
+sed -i "s|^url.*|url = \"$server/never\"|" "$banks"
+KROFX_PASSWORD=third-password "$krofx" bank password harbor --new-password-fd 0 <<<'never-kept-1' >out 2>err &
+waiting=$!
+read -r -t 60 -u "$server_lines" line
+kill -TERM "$waiting"
+wait "$waiting"
+[ $? -eq 143 ] || fail 'a signal does not end the command'
 has err 'whether the password is changed is not known'
 
 # Where the password is kept, the new one takes the place of the old one.

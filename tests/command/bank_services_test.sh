@@ -71,6 +71,45 @@ done
 request --v2 transfer "${bank[@]}" --to-bank 123 --to-account 789 --amount 1 --memo Rent
 has out '"memo": "Rent"'
 
+# Accounts of a bank that is described, by the ends of their numbers: none but the one that is meant.
+export HOME=$work/home XDG_CONFIG_HOME=$work/config XDG_STATE_HOME=$work/state
+mkdir -p config/krofx
+{
+  printf '[%s]\nurl = "https://sea.example/ofx"\norg = "SEA"\nuser = "ada"\nprofile = false\n' lake sea
+  printf '[[sea.account]]\naccount = "10946"\nbank = "1"\n[[sea.account]]\naccount = "20946"\nbank = "1"\ntype = "SAVINGS"\n'
+  printf '[[sea.account]]\naccount = "5500111122220946"\ncard = true\n'
+} >config/krofx/banks.toml
+chmod 600 config/krofx/banks.toml
+KROFX_PASSWORD=x expect 0 request statement @sea --account 10946
+has out '<ACCTID>10946'
+[ "$(grep -c '<ACCTID>' out)" -eq 1 ] || fail 'more than the account that is named'
+KROFX_PASSWORD=x expect 0 request statement @sea
+[ "$(grep -c '<ACCTID>' out)" -eq 3 ] || fail 'not all accounts'
+KROFX_PASSWORD=x expect 0 request statement @sea --card --account 5500111122229999
+has out '<ACCTID>5500111122229999'
+KROFX_PASSWORD=x expect 0 request investment @sea --broker b.example --account 9
+has out '<BROKERID>b.example'
+# not_meant MESSAGE ARGUMENT...
+not_meant() {
+  expect 64 request "${@:2}"
+  has err "$1"
+  [ ! -s out ] || fail "a request all the same: $*"
+}
+not_meant 'sea has several accounts that end in 946: 10946 CHECKING, 20946 SAVINGS' statement @sea --account 946
+not_meant 'sea has several accounts that end in 946' transfer @sea --account 946 --to-account 10946 --amount 1
+not_meant 'sea has several accounts that end in 946' transfer @sea --account 10946 --to-account 946 --amount 1
+not_meant 'sea has no account that ends in 777; it has 10946 CHECKING, 20946 SAVINGS, card ************0946' \
+  statement @sea --account 777
+not_meant 'no account that ends in ************0947' statement @sea --account 5500111122220947
+lacks err 5500111122220947
+not_meant 'no such account of sea is known; name one with all its options' investment @sea
+not_meant 'no such account of lake is known' statement @lake
+not_meant '--account is required, or a bank' statement --org O --user u
+not_meant '--bank is not for cards' statement --org O --user u --account 1 --bank 2 --card
+not_meant 'name a bank with --bank, or use --card' statement --org O --user u --account 1
+not_meant '--account is required, or a bank' investment --org O --user u --broker b
+not_meant '--broker is required, or a bank' investment --org O --user u --account 1
+
 # What cannot be asked for.
 refused() {
   local status=$1 message=$2

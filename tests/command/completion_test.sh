@@ -21,6 +21,10 @@ card = true
 url = "https://other.example/ofx"
 org = "HALDEN"
 user = "bob"
+
+[[halden.account]]
+account = "7-4401-22"
+broker = "tern.example"
 END
 
 # offers WORDS WORD...: what may come next is these words, one a line, and nothing else.
@@ -53,6 +57,21 @@ offers ':files' request statement -o ''
 offers 'bash zsh fish' completion ''
 offers 'print' help pri
 offers 'transfer' help request tra
+offers 'month' sum --by mo
+offers 'SAVINGS' bank add --type S
+# Of a broker's account it is the broker that tells it from others.
+offers '7-4401-22' fetch statement @halden --account ''
+has out "$(printf '7-4401-22\ttern.example')"
+# What was typed before does not stand in the way, whatever it is.
+offers '@harbor @halden' fetch statement --type SAVINGS ''
+offers ':files' print --no-such ''
+offers ':files' print --json ''
+# Nothing is offered where any text can come, or where nothing is known.
+offers '' request transfer --amount ''
+offers '' fetch statement @nobody --account ''
+offers '' fetch statement @harbor ''
+offers '' bank add ''
+offers '' bank list ''
 offers '' zzz
 offers '' print --no-such
 "$krofx" complete -- print "$examples/checking.ofx" --account '' >out 2>err

@@ -99,6 +99,95 @@ expect 0 extract inner.mime -d inner
 has inner/inner.txt before
 has inner/inner.txt behind
 
+# What the boundary of a text is: a line of its own, in letters of any case. All of every body is saved.
+part() { printf -- "$1\nContent-Type: text/plain; name=\"%s\"\n\n%s\n" "$2" "$3"; }
+mixed() { printf 'Content-Type: multipart/mixed; boundary=edge\n\n'; }
+{
+  mixed
+  part --edge like.txt "$(printf 'first\n--edgewise\n--edge of a line\nlast')"
+  part '--EDGE ' other.txt second
+  printf -- '--edge--\n'
+} >like.mime
+mkdir like
+expect 0 extract like.mime -d like
+[ "$(cat like/like.txt)" = "$(printf 'first\n--edgewise\n--edge of a line\nlast')" ] || fail 'a body ends too early'
+[ "$(cat like/other.txt)" = second ] || fail 'the body of another part'
+sed 's/^last$/'"$(head -c 70000 /dev/zero | tr '\0' x)"'/' like.mime >long.mime
+mkdir long
+expect 0 extract long.mime -d long
+[ "$(wc -c <long/like.txt)" -gt 70000 ] || fail 'a long body is cut'
+mkdir strict
+expect 0 extract --strict like.mime -d strict
+cmp -s like/like.txt strict/like.txt || fail 'the strict parser has another body'
+# One that is longer than any should be: a short text's objects have the bodies.
+boundary=$(head -c 300 /dev/zero | tr '\0' e)
+sed "s/edge$/${boundary:0:80}/; s/edge--$/${boundary:0:80}--/" inner.mime >wide.mime
+mkdir wide
+expect 0 extract wide.mime -d wide
+[ "$(cat wide/inner.txt)" = "$(printf 'before\n--other\nbehind')" ] || fail 'the body of a wide boundary'
+sed "s/edge *$/$boundary/; s/edge--$/$boundary--/" long.mime >wide.mime
+expect 2 extract wide.mime -d wide
+has err 'wide.mime: its parts cannot be distinguished; nothing was saved'
+[ "$(ls wide)" = inner.txt ] || fail 'something was saved'
+
+# Parts without headers, or without the empty line behind them.
+{
+  mixed
+  printf -- '--edge\nno header here\nsecond line\n--edge\nContent-Type: text/plain;\n name="at-once.txt"\nbody at once\n'
+  printf -- '--edge\n\nonly a body\n\n--edge\nContent-Type: text/plain; name="none.txt"\n--edge--\n'
+} >bare.mime
+mkdir bare
+expect 0 extract bare.mime -d bare
+[ "$(cat bare/part-1.txt)" = "$(printf 'no header here\nsecond line')" ] || fail 'a body without headers'
+[ "$(cat bare/at-once.txt)" = 'body at once' ] || fail 'a body without an empty line'
+[ "$(cat bare/part-3.txt)" = 'only a body' ] || fail 'a body after an empty line'
+[ -f bare/none.txt ] && [ ! -s bare/none.txt ] || fail 'a part without a body'
+
+# Names without an extension, and more files of one name than are made.
+{
+  mixed
+  part --edge README first
+  part --edge README second
+  printf -- '--edge--\n'
+} >twice.mime
+mkdir twice
+expect 0 extract twice.mime -d twice
+[ "$(cat out)" = "$(printf 'README\nREADME-2')" ] || fail 'the names of two files'
+has twice/README-2 second
+(cd twice && seq -f README-%g 3 9998 | xargs touch)
+expect 2 extract twice.mime -d twice
+[ "$(cat out)" = README-9999 ] || fail 'not the last name that was free'
+has err 'README: it cannot be saved: File exists'
+
+# What cannot be written, or not whole, is said, and nothing of it is left.
+expect 2 extract twice.mime -d /proc
+has err 'README: it cannot be saved'
+[ ! -s out ] || fail 'a name of what was not saved'
+mkdir full
+{
+  mixed
+  part --edge big.txt "$(head -c 5000000 /dev/zero | tr '\0' x | fold -w 1000)"
+  part --edge other.txt second
+  printf -- '--edge--\n'
+} >big.mime
+(trap '' XFSZ && ulimit -f 4096 && "$krofx" extract big.mime -d full >out 2>err)
+[ $? -eq 2 ] || fail 'half of an attachment is none'
+has err 'big.txt: it cannot be saved: File too large'
+[ "$(ls full)" = other.txt ] || fail "what is left of it: $(ls full)"
+expect 2 extract nowhere.mime
+has err 'nowhere.mime: No such file or directory'
+: >empty.mime
+expect 2 extract empty.mime
+has err 'empty.mime: it is empty'
+
+# Standard input, where --strict allows no mendings either.
+mkdir input
+expect 2 extract - --strict -d input <open.mime
+has err 'standard input: there are mendings, which --strict does not allow'
+[ -z "$(ls input)" ] || fail 'something was saved all the same'
+expect 0 extract - --strict -d input <parts.mime
+has input/escape-2.txt second
+
 # A thousand parts.
 {
   printf 'Content-Type: multipart/mixed; boundary=edge\n\n'

@@ -70,6 +70,12 @@ expect 0 print kept.ofx
 has out 'PINE & OAK BOOKS'
 [ "$(stat -c %a kept.ofx)" = 600 ] || fail 'others can read the reply'
 grep -qi '^content-type: application/x-ofx' headers || fail 'no content type in the headers'
+# What cannot be saved is shown all the same.
+for unsaved in --save-headers --save-reply; do
+  expect 2 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}" $unsaved /proc/nowhere
+  has err 'krofx: /proc/nowhere: it cannot be written'
+  has out 'PINE & OAK BOOKS'
+done
 expect 64 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}" \
   --save-reply same --save-headers ./same
 has err 'the reply and the headers need a file each; --save-reply and --save-headers name the same'
@@ -180,6 +186,17 @@ lacks err not-a-real-password
 expect 0 request statement "${sign_on[@]}" "${account[@]}" -o request.ofx --force
 expect 2 send "$url/echo" request.ofx -o reply.ofx
 has err 'the server sent the request back'
+sed 's/<TRNUID>.*/<TRNUID>1/' request.ofx >another.ofx
+expect 2 send "$url/file/another.ofx" request.ofx -o reply.ofx
+has err 'the server sent a request back, not a response; check the address'
+# What is no OFX cannot be shown, and is there for those who want to look.
+echo 'The bank is closed.' >closed.txt
+expect 2 fetch statement --url "$url/file/closed.txt" "${sign_on[@]}" "${account[@]}"
+has err 'the reply is not usable; --save-reply keeps it for "krofx check"'
+expect 2 fetch statement --url "$url/file/closed.txt" "${sign_on[@]}" "${account[@]}" --save-reply reply.ofx
+cmp -s closed.txt reply.ofx || fail 'not the reply that came'
+lacks err '--save-reply'
+expect 0 send "$url/file/closed.txt" request.ofx -o reply.ofx
 url=$bank
 
 # Nobody there any more: trying again may help.

@@ -39,6 +39,10 @@ class Handler(http.server.BaseHTTPRequestHandler):
         elif action == "file":
             with open(rest[0], "rb") as file:
                 self.answer(200, file.read())
+        elif action == "choose":
+            # choose/MARK/FILE/OTHER: a file for requests that have the mark, and one for others.
+            with open(rest[1 if rest[0].encode() in body else 2], "rb") as file:
+                self.answer(200, file.read())
         elif action == "keep":
             with open(rest[0], "wb") as file:
                 file.write(body)

@@ -163,6 +163,30 @@ expect 0 send @harbor request.ofx -o reply.ofx
 has reply.ofx '<STMTRS>'
 expect 64 send @habor request.ofx
 has err 'did you mean harbor?'
+expect 2 send @harbor nowhere.ofx
+has err 'nowhere.ofx: No such file'
+# Message sets that are at several addresses are not sent to one of them.
+sed 's|</OFX>|<CREDITCARDMSGSRQV1></CREDITCARDMSGSRQV1></OFX>|' request.ofx >both.ofx
+expect 2 send @harbor both.ofx
+has err 'nothing is sent to harbor: its parts belong to several addresses; make a request for each'
+# What has no message sets goes to the address of the bank, and so does what the profile has no address for.
+echo 'no OFX' >plain.txt
+expect 2 send @harbor plain.txt
+has err "krofx: $url: "
+offer ''
+expect 0 fetch accounts @harbor
+sed -i '/<BANKMSGSET>/,/<\/BANKMSGSET>/{/<URL>/d}' "$kept/profile-v1.ofx"
+expect 0 fetch statement @harbor --account 0946
+has out 'PINE & OAK BOOKS'
+expect 0 send @harbor both.ofx -o reply.ofx
+has reply.ofx '<STMTRS>'
+# Without the roots of the bank nothing is sent.
+mv ca.pem away.pem
+expect 2 send @harbor request.ofx
+has err 'ca.pem: '
+mv away.pem ca.pem
+at "https://localhost:$port/ofx"
+expect 0 fetch accounts @harbor
 write_harbor </dev/null
 expect 2 send @harbor request.ofx -o reply.ofx
 has err 'nothing is sent to harbor: it is on another host'
@@ -211,8 +235,95 @@ offer 's/<OFXSEC>NONE/<OFXSEC>TYPE1/'
 expect 2 fetch accounts @harbor
 has err 'passwords encrypted within OFX'
 
-# A bank without a profile is asked without one, and this is said.
-sed '/<PROFTRNRS>/,/<\/PROFTRNRS>/d' first.ofx >offered.ofx
+# A file of banks that cannot be read is said wherever a bank is named.
+offer ''
+cp "$banks" whole.toml
+echo '[harbor' >>"$banks"
+for use in 'send @harbor request.ofx' 'bank password harbor' 'fetch accounts @harbor'; do
+  # shellcheck disable=SC2086
+  expect 2 $use
+  has err "krofx: ${use:0:4}"
+  has err banks.toml
+done
+write_banks <whole.toml
+
+gone() { [ ! -e "$kept" ] || fail "a profile is kept $1"; }
+write_harbor </dev/null
+echo not-a-real-password >password
+# One that cannot be kept counts all the same.
+offer ''
+XDG_STATE_HOME=/proc/nowhere expect 0 fetch accounts @harbor
+has err 'krofx: harbor: /proc/nowhere: the folder cannot be made'
+has out 00718220946
+expect 0 fetch accounts @harbor
+# What the command line says of the connection counts more than what the file of banks says.
+expect 2 fetch accounts @harbor --pin AAAAAAAAAAAAAAAAAAAAAAAAAAA=
+lacks out 00718220946
+expect 3 fetch accounts @harbor --proxy http://127.0.0.1:1 --timeout 5
+lacks out 00718220946
 expect 0 bank remove harbor
-[ ! -e "$kept" ] || fail 'the profile of a bank that was removed is kept'
+gone 'of a bank that was removed'
+stop_servers
+
+# Profiles are asked for without a name first, and by the user only where that is refused.
+start python3 "$here/http_server.py"
+at_files() {
+  rm -rf "$kept"
+  url=$files/$1 write_harbor </dev/null
+  sed -i '/^root/d' "$banks"
+}
+files=$url
+{
+  header
+  echo '<OFX><SIGNONMSGSRSV1><SONRS><STATUS><CODE>15500<SEVERITY>ERROR</STATUS><DTSERVER>20260101<LANGUAGE>ENG</SONRS></SIGNONMSGSRSV1></OFX>'
+} >refused.ofx
+at_files choose/anonymous/refused.ofx/first.ofx
+"$krofx" fetch accounts @harbor >out 2>err
+has "$kept/profile-v1.ofx" 'Harbor Federal Bank'
+lacks err profile
+lacks err 15500
+# A sign-on that the bank refuses is not tried again with the request itself.
+at_files file/refused.ofx
+expect 5 fetch accounts @harbor
+[ "$(wc -l <err)" -eq 1 ] || fail 'a sign-on that is refused is tried again'
+has err 'krofx: harbor: the institution refused the sign-on: status 15500'
+gone 'after a refusal'
+# A bank without a profile is asked without one, and this is said, with the bank's reason if it has one.
+{ header; echo "<OFX>$sign_on</OFX>"; } >empty.ofx
+at_files file/empty.ofx
+"$krofx" fetch accounts @harbor >out 2>err
+has err 'krofx: harbor: it gives no profile, and is asked without one; profile = false in banks.toml asks for none'
+has out 'file/empty.ofx'
+gone 'without one in the reply'
+{
+  header
+  echo "<OFX>$sign_on<PROFMSGSRSV1><PROFTRNRS><TRNUID>1<STATUS><CODE>2000<SEVERITY>ERROR</STATUS></PROFTRNRS></PROFMSGSRSV1></OFX>"
+} >without.ofx
+at_files file/without.ofx
+"$krofx" fetch accounts @harbor >out 2>err
+grep -q 'krofx: harbor: it gives no profile (.*status 2000.*), and is asked without one' err || fail 'no reason why there is no profile'
+gone 'after its refusal'
+# Without an answer nothing else is asked.
+at_files file/nowhere.ofx
+expect 3 fetch accounts @harbor
+[ "$(wc -l <err)" -eq 1 ] || fail 'a bank that does not answer is asked again'
+lacks err profile
+# The second version of a profile that the first one lists: without it the first one is used.
+sed 's/SETV1>/SETV2>/' first.ofx >second.ofx
+at_files choose/PROFMSGSRQV2/without.ofx/second.ofx
+"$krofx" fetch accounts @harbor >out 2>err
+has err 'it gives no profile'
+[ -f "$kept/profile-v1.ofx" ] || fail 'the first version of the profile is not kept'
+[ ! -e "$kept/profile-v2.ofx" ] || fail 'a refusal is kept as a profile'
+at_files choose/PROFMSGSRQV2/nowhere.ofx/second.ofx
+expect 3 fetch accounts @harbor
+[ "$(wc -l <err)" -eq 1 ] || fail 'a bank that does not answer is asked again'
+
+# A reply that is no OFX is not taken for a list of accounts.
+echo 'The bank is closed.' >closed.txt
+at_files file/closed.txt
+echo 'profile = false' >>"$banks"
+expect 2 bank check harbor
+has err 'this is a text without any OFX in it'
+lacks out 'the sign-on works'
 finish

@@ -14,6 +14,10 @@
 #include "output/safe_text.h"
 #include "output/text_form.h"
 #include "showing/flow.h"
+#include "support/pseudo_terminal.h"
+#include "support/redirected_stream.h"
+#include "support/scoped_variable.h"
+#include "support/temp_folder.h"
 
 namespace krofx::command {
 namespace {
@@ -76,6 +80,9 @@ TEST(TextForm, CutsWhatIsTooWide) {
   EXPECT_EQ(Cut("\u4e2d\u6587\u5b57", 6), "\u4e2d\u6587\u5b57");
   EXPECT_EQ(Cut("\u4e2d\u6587\u5b57", 5), "\u4e2d\u6587\u2026");
   EXPECT_EQ(Cut("\u4e2d\u6587\u5b57", 4), "\u4e2d\u2026");
+  // What follows is no character: nothing of it is shown.
+  EXPECT_EQ(Cut("\u4e2d\u6587\xE5\xAD", 3), "\u4e2d\u2026");
+  EXPECT_EQ(Cut("\u4e2d\xE5\xAD", 1), "\u2026");
 }
 
 TEST(TextForm, WrapsAtBlanksWhereItCan) {
@@ -96,6 +103,40 @@ TEST(TextForm, ColorsNegativeAmountsWhereThereAreColors) {
   const std::string red = Colored("-1", true, {0, true});
   EXPECT_NE(red.find("-1"), std::string::npos);
   EXPECT_TRUE(red.starts_with('\x1b') && red.ends_with('m')) << red;
+}
+
+TEST(TextForm, IsThatOfTheTerminal) {
+  const ScopedVariable terminalName("TERM", "xterm");
+  const ScopedVariable noColor("NO_COLOR", "");
+  const auto form = [](const PseudoTerminal& terminal, bool wide = false) {
+    const RedirectedStream output(STDOUT_FILENO, terminal.Name());
+    return FormOfStandardOutput(wide);
+  };
+  const PseudoTerminal usual(132);
+  EXPECT_EQ(form(usual).columns, 132u);
+  EXPECT_TRUE(form(usual).color);
+  EXPECT_FALSE(form(usual).detailed);
+  EXPECT_EQ(form(usual, true).columns, TextForm{}.columns);
+  EXPECT_TRUE(form(usual, true).detailed);
+  // Nothing can be laid out in less.
+  EXPECT_EQ(form(PseudoTerminal(7)).columns, 20u);
+  // It may not know how wide it is.
+  EXPECT_EQ(form(PseudoTerminal(0)).columns, 80u);
+  {
+    const ScopedVariable refused("NO_COLOR", "1");
+    EXPECT_FALSE(form(usual).color);
+  }
+  {
+    const ScopedVariable dumb("TERM", "dumb");
+    EXPECT_FALSE(form(usual).color);
+    ::unsetenv("TERM");
+    EXPECT_TRUE(form(usual).color);
+  }
+  const TempFolder folder;
+  const RedirectedStream output(STDOUT_FILENO, folder.Name("out"));
+  const TextForm file = FormOfStandardOutput(false);
+  EXPECT_FALSE(file.color);
+  EXPECT_EQ(file.columns, TextForm{}.columns);
 }
 
 TEST(Flow, AddsByTheSignAndKeepsThePlaces) {
@@ -242,11 +283,23 @@ TEST(SafeText, TakesOverNoTerminal) {
   EXPECT_EQ(SafeText("a\x1b[31m\x7f"), "a\ufffd[31m\ufffd");
   EXPECT_EQ(SafeText("caf\xE9 \x80"), "caf\u00e9 \u20ac");
   EXPECT_EQ(SafeText("caf\u00e9"), "caf\u00e9");
-  EXPECT_EQ(SafeText("\u202Eabc"), "\ufffdabc");
+  // Characters that turn the direction of a line, or that nobody sees; and those beside them.
+  for (const char* const harmful : {"\u200B", "\u200F", "\u2028", "\u202E", "\u2060", "\u206F",
+                                    "\u061C", "\uFEFF", "\u0080", "\u009F"}) {
+    EXPECT_EQ(SafeText(std::string(harmful) + "abc"), "\ufffdabc") << harmful;
+  }
+  for (const std::string shown : {"\u00A0", "\u200A", "\u2010", "\u2027", "\u202F", "\u205F",
+                                  "\u2070", "\u061B", "\u061D", "\uFEFE"}) {
+    EXPECT_EQ(SafeText(shown), shown);
+  }
   EXPECT_TRUE(IsPlainText("abc"));
   EXPECT_FALSE(IsPlainText("a\nc"));
   EXPECT_EQ(DisplayWidth("\u4e2d e\u0301"), 4u);
   EXPECT_EQ(Shortened("abcdef", 6), "abcdef");
+  EXPECT_EQ(Shortened("abcdefg", 6), "abcdef...");
+  // Bytes that are no character have no width, and end what is counted.
+  EXPECT_EQ(DisplayWidth("\u4e2d\xE5"), 2u);
+  EXPECT_EQ(Shortened("\u4e2d\xE5", 2), "\u4e2d\xE5");
 }
 
 }  // namespace

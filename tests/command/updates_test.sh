@@ -100,6 +100,7 @@ harbor </dev/null
 # SYNCMODE FULL: --again has all of it told again.
 rm -rf "$XDG_STATE_HOME/krofx/banks"
 expect 0 fetch profile @harbor --save-reply own.ofx
+expect 0 fetch profile @harbor --v2 --save-reply own2.ofx
 sed 's/<SYNCMODE>LITE/<SYNCMODE>FULL/' own.ofx >offered.ofx
 rm -rf "$XDG_STATE_HOME/krofx/banks"
 expect 0 fetch updates @harbor
@@ -180,5 +181,121 @@ has err 'krofx: harbor banking: the reply breaks off'
 has out 'harbor banking: kept as it came, kept/harbor-updates-'
 [ "$(find kept -name 'harbor-updates-*.ofx' | wc -l)" -eq 2 ] || fail 'half of a reply is not kept'
 lacks "$tokens" '	78'
+# What is done with each answer, of a bank with transfers alone. Its answers are those of a file, news.ofx.
+# transfers VERSION [SCRIPT]: the profile, as sed changes it.
+transfers() {
+  sed '/<INVSTMTMSGSET>/,/<\/INVSTMTMSGSET>/d' "own$1.ofx" | sed "${2-}" |
+    sed "/<BANKMSGSET>/,/<\/BANKMSGSET>/s|<URL\(2*\)>.*|<URL\1>$keeper/file/news.ofx|" >offered.ofx
+  rm -rf "$XDG_STATE_HOME/krofx/banks" "$tokens" kept
+}
+# answer ANSWER...: to transfers, in a file of their own.
+answer() {
+  header
+  printf '%s' "<OFX>$sign_on<BANKMSGSRSV${version:-1}>" "$@" "</BANKMSGSRSV${version:-1}></OFX>"
+}
+# sync TOKEN ACCOUNT REST
+sync() {
+  printf '%s' "<INTRASYNCRS>${1:+<${token:-TOKEN}>$1}<LOSTSYNC>N${error-}" \
+    "<BANKACCTFROM><BANKID>${bank_id:-211370545}<ACCTID>$2<${type:-ACCTTYPE}>${3:-CHECKING}</BANKACCTFROM>${4-}</INTRASYNCRS>"
+}
+refused_order='<INTRATRNRS><TRNUID>1<STATUS><CODE>15500<SEVERITY>ERROR</STATUS></INTRATRNRS>'
+updates() { expect "$1" fetch updates @harbor --folder kept; }
+http_harbor() {
+  harbor
+  sed -i '/^root/d' "$banks"
+}
+
+# The status of a sign-on at one order is no reason to lose the others, but it is one to ask no more.
+transfers ''
+answer "$(sync 5 00718220946 CHECKING "$refused_order")" "$(sync 6 00718220954 SAVINGS)" >news.ofx
+updates 5
+has out 'harbor banking: 1 new, kept/harbor-updates-'
+grep -q '00718220946.CHECKING.5$' "$tokens" || fail 'no token of what was kept'
+grep -q '00718220954.SAVINGS.6$' "$tokens" || fail 'no token of what has no news'
+# What cannot be kept is said, and the token file that is none is no reason to lose news.
+rm "$tokens"
+mkdir "$tokens"
+updates 5
+has out '1 new'
+has err 'how far its news were fetched is not kept'
+# Without a token, or with an error, it is asked from where it was.
+transfers ''
+answer "$(sync '' 00718220946)" "$(sync 6 00718220954 SAVINGS)" >news.ofx
+updates 0
+lacks "$tokens" 00718220946
+# An account that may be two, and one that was not asked about.
+transfers ''
+{ sed '/^\[\[/,$d' "$banks"; printf '[[harbor.account]]\naccount = "7"\nbank = "%s"\n' 1 2; } >two.toml
+cp "$banks" one.toml
+write_banks <two.toml
+answer "$(bank_id=3 sync 5 7)" "$(sync 6 8)" >news.ofx
+updates 4
+has err 'the institution answered 0 of 2 questions'
+lacks "$tokens" CHECKING
+answer "$(bank_id=2 sync 5 7)" >news.ofx
+updates 4
+has err 'the institution answered 1 of 2 questions'
+[ "$(sed '1d' "$tokens")" = "$(printf '1\tINTRASYNCRQ\t2\t\t7\tCHECKING\t5')" ] || fail 'the token of another account'
+write_banks <one.toml
+# No answer at all.
+transfers ''
+answer >news.ofx
+updates 4
+lacks out 'nothing new'
+has err 'answered 0 of 2'
+echo 'The bank is closed.' >news.ofx
+updates 2
+has err 'harbor banking: this is a text without any OFX in it'
+has out 'kept as it came'
+lacks "$tokens" CHECKING
+transfers ''
+sed -i "s|$keeper/file/news.ofx|$keeper/echo|" offered.ofx
+updates 2
+has err 'sent a request back'
+[ -z "$(find kept -type f)" ] || fail 'a request was kept as news'
+# What is of no account.
+transfers '' "/<BANKMSGSET>/,/<\/BANKMSGSET>/d; s|</MSGSETLIST>|<EMAILMSGSET><EMAILMSGSETV1>$core<MAILSUP>Y<GETMIMESUP>N</EMAILMSGSETV1></EMAILMSGSET>&|"
+sed -i "s|<EMAILMSGSETV1><MSGSETCORE>\(.*\)<URL>[^<]*|<EMAILMSGSETV1><MSGSETCORE>\1<URL>$keeper/file/news.ofx|" offered.ofx
+{ header; printf '%s' "<OFX>$sign_on<EMAILMSGSRSV1><MAILSYNCRS><TOKEN>9<LOSTSYNC>Y</MAILSYNCRS></EMAILMSGSRSV1></OFX>"; } >news.ofx
+updates 1
+has err ': letters: the institution no longer has all that happened'
+[ "$(sed '1d' "$tokens")" = "$(printf '1\tMAILSYNCRQ\t9')" ] || fail 'not the token of letters'
+# Nothing to ask for.
+transfers '' '/<XFERPROF>/,/<\/XFERPROF>/d'
+updates 4
+has err 'harbor: by its profile it has no news of orders and letters'
+# The version that the bank has, and no other.
+http_harbor <<<'version = 2'
+transfers 2 '/<BANKMSGSETV2>/,/<\/BANKMSGSETV2>/d'
+updates 4
+has err 'harbor does not offer banking in version 2'
+transfers 2 '/<BANKMSGSETV1>/,/<\/BANKMSGSETV1>/d'
+error='<SYNCERROR>6500' token=TOKEN2 type=ACCTTYPE2 version=2
+answer "$(sync 5 00718220946)" "$(error='' sync 6 00718220954 SAVINGS)" >news.ofx
+updates 4
+has err 'transfers of 00718220946 CHECKING: the institution could not synchronize, error 6500'
+lacks "$tokens" '00718220946'
+has "$tokens" '00718220954'
+unset error token type version
+
+# What ends a bank before it is asked. One prompt that is left ends all of it.
+http_harbor </dev/null
+rm -rf "$XDG_STATE_HOME/krofx/banks"
+{ sed 's/^\[harbor/[other/; s/\[harbor\./[other./' "$banks"; cat "$banks"; } >two.toml
+write_banks <two.toml
+transfers ''
+env -u KROFX_PASSWORD python3 "$here/with_terminal.py" "$(printf '\003')" "$krofx" fetch updates >out 2>err
+[ $? -eq 6 ] || fail 'the interrupt key does not end the round'
+[ "$(grep -c 'Password of' out)" -eq 1 ] || fail 'asked on after the interrupt key'
+stop_servers
+rm -rf "$XDG_STATE_HOME/krofx/banks"
+updates 3
+http_harbor </dev/null
+sed -i '/^\[\[/,$d' "$banks"
+updates 3
+has err 'nothing takes connections there'
+# Nor is anything else asked, when the accounts cannot be asked for.
+expect 3 fetch statement @harbor --account 0946
+[ "$(grep -c 'nothing takes connections' err)" -eq 1 ] || fail 'asked again'
 leaves_nothing
 finish

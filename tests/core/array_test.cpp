@@ -420,6 +420,15 @@ TEST_F(ArrayTest, KeepsItsElementWhenANewOneCannotBeMade) {
   EXPECT_EQ(NumbersIn(array), (std::vector<int>{1}));
 }
 
+TEST_F(ArrayTest, StaysAsItIsForAnIndexThatCannotBeAndWhenItIsAssignedToItself) {
+  Numbers array(2, 2);
+  array.Set(0, new Counted(1));
+  EXPECT_EQ(array.SetVal(65535, Counted(5)), 0);
+  const Numbers& same = array;
+  array = same;
+  EXPECT_EQ(NumbersIn(array), (std::vector<int>{1}));
+}
+
 TEST_F(ArrayTest, GivesAFreshSpareWhenIndexingFails) {
   Cells array(1, 1);
   Cells other(1, 1);
@@ -432,6 +441,27 @@ TEST_F(ArrayTest, GivesAFreshSpareWhenIndexingFails) {
   EXPECT_EQ(*array.Get(0), 3);
   EXPECT_EQ(other[7], 0);
   EXPECT_EQ(&other[7], &spare);
+}
+
+TEST_F(ArrayTest, OfCellsStaysAsItIsWhateverFails) {
+  Cells array(1, 1);
+  array[0] = 3;
+  array[0] = 4;
+  const Cells& same = array;
+  array = same;
+  for (const std::size_t nth : {1U, 2U}) {  // room, and the cell
+    const FailingAllocation failing(nth);
+    EXPECT_EQ(array.SetVal(3, 5), 0) << nth;
+  }
+  EXPECT_EQ(array.SetVal(65535, 5), 0);
+  {
+    const FailingAllocation failing(1);
+    array[1] = 7;  // There is room by now.
+    EXPECT_TRUE(AlarmIsSet());
+  }
+  EXPECT_EQ(array.Set(1, nullptr), 0);
+  EXPECT_EQ(array.Entries(), 1);
+  EXPECT_EQ(*array.Get(0), 4);
 }
 
 TEST_F(ArrayTest, GivesASpareForAnIndexThatCannotBe) {

@@ -129,6 +129,22 @@ TEST(KRCollection, RemovesALaterItemWhoseLinkWasSet) {
   EXPECT_EQ(collection[0]->Previous(), nullptr);
 }
 
+TEST(KRCollection, RemovesItsLastItemAndOneWithoutALinkBack) {
+  KRCollection collection;
+  Add(collection, 4);
+  collection[1]->Previous(collection[0]);
+  collection -= Numbered(2);
+  EXPECT_EQ(collection.NumberofItems(), 3);
+  EXPECT_EQ(NumberAt(collection, 1), 1);
+  EXPECT_EQ(collection[1]->Previous(), nullptr);
+  collection[2]->Previous(collection[1]);
+  collection -= Numbered(0);
+  EXPECT_EQ(collection.NumberofItems(), 2);
+  EXPECT_EQ(NumberAt(collection, 1), 1);
+  EXPECT_EQ(collection[1]->Next(), nullptr);
+  EXPECT_EQ(Numbered::s_alive, 2);
+}
+
 TEST(KRCollection, RemovesNothingThatItDoesNotHave) {
   KRCollection collection;
   collection -= Numbered(1);

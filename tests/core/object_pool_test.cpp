@@ -61,6 +61,54 @@ TEST(ObjectPool, TakesPiecesBackOnAnotherThreadAndGivesThemThere) {
   EXPECT_TRUE(reused);
 }
 
+TEST(ObjectPool, GivesAThreadAgainWhatAnotherFreed) {
+  constexpr std::size_t kSize = 720;
+  std::set<void*> given;
+  for (int i = 0; i < 1000; ++i) given.insert(PoolAllocate(kSize));
+  std::thread other([&] {
+    for (void* piece : given) PoolFree(piece, kSize);
+  });
+  other.join();
+  // Some free pieces of this thread's own may come first.
+  int again = 0;
+  std::vector<void*> pieces;
+  for (int i = 0; i < 1000; ++i) {
+    pieces.push_back(PoolAllocate(kSize));
+    again += given.count(pieces.back()) == 1 ? 1 : 0;
+  }
+  EXPECT_GT(again, 900);
+  for (void* piece : pieces) PoolFree(piece, kSize);
+  // Of all these chunks one is kept, and used again.
+  void* const last = PoolAllocate(kSize);
+  EXPECT_NE(last, nullptr);
+  PoolFree(last, kSize);
+}
+
+TEST(ObjectPool, ServesAThreadThatHasEndedItsUse) {
+  constexpr std::size_t kSize = 656;
+  // Destroyed after the pools of its thread, which are made after it.
+  struct Late {
+    ~Late() {
+      for (void*& piece : pieces) piece = PoolAllocate(kSize);
+      for (void* piece : pieces) distinct += piece != nullptr && piece != pieces[0] ? 1 : 0;
+      for (void* piece : pieces) PoolFree(piece, kSize);
+      *seen = distinct;
+    }
+    int* seen = nullptr;
+    int distinct = 0;
+    // More than a chunk holds.
+    void* pieces[150] = {};
+  };
+  int seen = 0;
+  std::thread other([&] {
+    static thread_local Late late;
+    late.seen = &seen;
+    PoolFree(PoolAllocate(16), 16);
+  });
+  other.join();
+  EXPECT_EQ(seen, 149);
+}
+
 TEST(ObjectPool, GetsBackFromAThreadThatEndsWhatItHadNotUsed) {
   constexpr std::size_t kSize = 1008;
   void* taken = nullptr;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "krofx/envelope/file_rq_rs.h"
+#include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 
 namespace {
@@ -260,7 +261,17 @@ TEST(KRFileOFX, WritesABlankLineInPlaceOfOtherHeaders) {
   KRFileRq file;
   KRString name("X-One");
   file.HandleHeader(KRHeaderTag_None, KRString("1"), &name);
-  EXPECT_EQ(TextOf(file), "\r\n" + HeaderBlock());
+  const std::string whole = "\r\n" + HeaderBlock();
+  EXPECT_EQ(TextOf(file), whole);
+  KRBuilder withoutBuffer;
+  EXPECT_EQ(file.BuildHeaders(&withoutBuffer), KRBuildStatus_NullArgument);
+  for (std::size_t nth = 1;; ++nth) {
+    const FailingAllocation failing(nth);
+    const Built built = Build(file);
+    if (krofx::internal::AllocationFailure::Count() < nth) break;
+    // Nothing is missing in silence.
+    EXPECT_TRUE(built.status == KRBuildStatus_Fatal || built.text == whole) << nth << built;
+  }
 }
 
 }  // namespace

@@ -36,6 +36,33 @@ TEST(ManyHeaders, AreComparedAsOftenAsThereAreHeaders) {
   }
 }
 
+KRMIMEHeader* NewHeader(const std::string& name) {
+  auto* const header = new KRMIMEHeader;
+  header->name = KRString(name.c_str());
+  return header;
+}
+
+TEST(ManyHeaders, AreFoundUpToTheFirstGapOfTheirList) {
+  KRDynamicArrayMIMEHeader headers(1, 1);
+  for (u16 i = 0; i < 40; ++i) {
+    if (i != 30) headers.Set(i, NewHeader("X-" + std::to_string(i)));
+  }
+  internal::HeaderIndex index;
+  EXPECT_EQ(index.Find(headers, KRString("X-29")), headers.Get(29));
+  EXPECT_EQ(index.Find(headers, KRString("X-31")), nullptr);
+}
+
+TEST(ManyHeaders, AreNotFoundInAListThatHasBecomeShorter) {
+  KRDynamicArrayMIMEHeader headers(1, 1);
+  for (u16 i = 0; i < 40; ++i) headers.Set(i, NewHeader("X-" + std::to_string(i)));
+  internal::HeaderIndex index;
+  EXPECT_EQ(index.Find(headers, KRString("X-20")), headers.Get(20));
+  headers.DeleteAll();
+  EXPECT_EQ(index.Find(headers, KRString("X-20")), nullptr);
+  headers.Set(0, NewHeader("X-20"));
+  EXPECT_EQ(index.Find(headers, KRString("X-20")), headers.Get(0));
+}
+
 TEST(ManyHeaders, AreFoundByNameWithoutRegardToCase) {
   const Parsed<KRFileRs> file(Headers(1000));
   for (const int i : {0, 1, 15, 16, 17, 500, 999}) {

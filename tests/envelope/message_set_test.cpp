@@ -284,6 +284,73 @@ TEST(KRMessageSetRs, TakesEachVersionOfItsOwnInOneFile) {
   EXPECT_EQ(FindIn<KRTransRs>(file.Get())->GetMsgSetVersion(), 2);
 }
 
+template <class Set>
+void ExpectNothingOfNoType() {
+  Set set;
+  KRArrayOfTags tags;
+  EXPECT_EQ(set.GetArrayOfValidTags(tags), 1);
+  EXPECT_EQ(tags.count, 0);
+  EXPECT_EQ(set.AllRequiredPresent(), 0);
+  EXPECT_EQ(set.GetFirstMissingRequiredTag(KRTag_None), KRTag_None);
+  EXPECT_EQ(TextOf(set), "");
+}
+
+TEST(KRMessageSetRq, HoldsNothingWithoutAType) { ExpectNothingOfNoType<KRMessageSetRq>(); }
+TEST(KRMessageSetRs, HoldsNothingWithoutAType) { ExpectNothingOfNoType<KRMessageSetRs>(); }
+
+TEST(KRMessageSetRq, NamesOneThingThatItLacks) {
+  auto signOn = MakeSet<KRMessageSetRq>("SIGNONMSGSRQV2");
+  EXPECT_EQ(signOn->GetFirstMissingRequiredTag(KRTag_None), KRTag_SONRQ);
+  EXPECT_EQ(signOn->GetFirstMissingRequiredTag(KRTag_SONRQ), KRTag_None);
+  signOn->SetSignOnRq(MakeChild<KRSignOnRq>(KRTag_SONRQ));
+  EXPECT_EQ(signOn->GetFirstMissingRequiredTag(KRTag_None), KRTag_None);
+  auto securities = MakeSet<KRMessageSetRs>("SECLISTMSGSRSV2");
+  EXPECT_EQ(securities->GetFirstMissingRequiredTag(KRTag_None), KRTag_SECLIST);
+  securities->SetSecList(MakeChild<KRSecList>(KRTag_SECLIST));
+  EXPECT_EQ(securities->GetFirstMissingRequiredTag(KRTag_None), KRTag_None);
+}
+
+TEST(KRMessageSetRs, MakesNoChildOfATagThatIsNone) {
+  KRMessageSetRs set;
+  set.SetType(KRTag_BANKMSGSRSV1);
+  const KRTagDictionaryEntry entry = {KRTag_STMTRS, "STMTRS"};
+  EXPECT_EQ(set.HandleTagStart(&entry), KRParseStatus_Invalid);
+}
+
+TEST(KRMessageSetRq, CopiesWhatIsThereOfAListWithGaps) {
+  auto source = MakeSet<KRMessageSetRq>("BANKMSGSRQV1");
+  EXPECT_EQ(source->SetTrans(2, MakeChild<KRTransRq>(KRTag_STMTTRNRQ, 1)), 1);
+  KRMessageSetRq copy;
+  EXPECT_EQ(copy.DeepCopyFrom(source.get()), 1);
+  EXPECT_EQ(copy.GetNumTrans(), 3);
+  EXPECT_EQ(copy.GetTrans(0), nullptr);
+  ASSERT_NE(copy.GetTrans(2), nullptr);
+  EXPECT_NE(copy.GetTrans(2), source->GetTrans(2));
+  EXPECT_EQ(TextOf(copy), InLines("<STMTTRNRQ></STMTTRNRQ>"));
+}
+
+TEST(KRMessageSetRq, StaysAsItIsWhenItIsCopiedFromItselfOrNothing) {
+  auto set = MakeSet<KRMessageSetRq>("BANKMSGSRQV1");
+  KRTransRq* const transaction = MakeChild<KRTransRq>(KRTag_STMTTRNRQ, 1);
+  set->AppendTrans(transaction);
+  EXPECT_EQ(set->DeepCopyFrom(nullptr), 0);
+  EXPECT_EQ(set->DeepCopyFrom(set.get()), 1);
+  EXPECT_EQ(set->GetTrans(0), transaction);
+}
+
+TEST(KRMessageSetRs, StaysAsItIsWhenItIsCopiedFromItselfOrNothing) {
+  auto set = MakeSet<KRMessageSetRs>("SECLISTMSGSRSV2");
+  KRSecList* const list = MakeChild<KRSecList>(KRTag_SECLIST);
+  set->SetSecList(list);
+  EXPECT_EQ(set->DeepCopyFrom(nullptr), 0);
+  EXPECT_EQ(set->DeepCopyFrom(set.get()), 1);
+  EXPECT_EQ(set->GetSecList(), list);
+  KRMessageSetRs copy;
+  EXPECT_EQ(copy.DeepCopyFrom(set.get()), 1);
+  EXPECT_NE(copy.GetSecList(), list);
+  EXPECT_NE(copy.GetSecList(), nullptr);
+}
+
 TEST(KRMessageSetRs, CopiesEverything) {
   const Parsed<KRFileRs> file(ResponseFile(
       "BANKMSGSRS", ResponseWrapper("STMTTRNRS", "") + Aggregate("INTRASYNCRS", "<TOKEN>1")));

@@ -338,6 +338,19 @@ TEST(KRSyncRq, SaysWhichTagsExcludeEachOther) {
   EXPECT_EQ(UnmetTags(*MakeSync<KRSyncRq>("INTRASYNCRQ", 2), 0), "0 of TOKEN2 TOKENONLY REFRESH");
 }
 
+TEST(KRSyncRq, NeedsNoAccountWithoutAType) {
+  KRSyncRq request;
+  request.SetMsgSetVersion(1);
+  KRArrayOfTags tags;
+  EXPECT_EQ(request.GetArrayOfValidTags(tags), 1);
+  EXPECT_EQ(tags.count, 0);
+  EXPECT_EQ(request.AllRequiredPresent(), 0);
+  EXPECT_EQ(UnmetTags(request, 0), "");
+  KRSyncRs response;
+  EXPECT_EQ(response.AllRequiredPresent(), 0);
+  EXPECT_EQ(UnmetTags(response, 0), "");
+}
+
 TEST(KRSyncRs, SaysThatOneAccountOfTwoIsMeant) {
   EXPECT_EQ(UnmetTags(*MakeSync<KRSyncRs>("BANKMAILSYNCRS"), 0), "0 of BANKACCTFROM CCACCTFROM");
   EXPECT_EQ(UnmetTags(*MakeSync<KRSyncRs>("PAYEESYNCRS"), 0), "");

@@ -227,6 +227,23 @@ TEST(KRTransRq, RaisesNoAlarmOverAPayloadThatIsNotMade) {
   EXPECT_FALSE(AlarmIsSet());
 }
 
+TEST(KRTransRq, KeepsItsPayloadWithoutMemoryForAnother) {
+  for (std::size_t nth = 1;; ++nth) {
+    OpenRequest request;
+    ASSERT_EQ(request.NewRq(KRTag_STMTENDRQ), KRParseStatus_Accepted);
+    const KRDataObj* const first = request.GetActualTrans();
+    const FailingAllocation failing(nth);
+    const KRParseStatus status = request.NewRq(KRTag_STMTENDRQ);
+    if (krofx::internal::AllocationFailure::Count() < nth) {
+      EXPECT_EQ(status, KRParseStatus_Accepted);
+      EXPECT_NE(request.GetActualTrans(), first);
+      break;
+    }
+    EXPECT_EQ(status, KRParseStatus_Fatal) << nth;
+    EXPECT_EQ(request.GetActualTrans(), first) << nth;
+  }
+}
+
 TEST(KRTransRs, RaisesTheAlarmOverAStatusThatIsNotMade) {
   PoorFactory factory;
   const InForce inForce(factory);

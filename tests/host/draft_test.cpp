@@ -13,6 +13,7 @@
 #include "krofx/core/buffer.h"
 #include "krofx/envelope/internal/routing.h"
 #include "krofx/envelope/multi_trans.h"
+#include "krofx/host/build_reason.h"
 #include "krofx/host/look.h"
 #include "krofx/host/own.h"
 #include "krofx/host/words.h"
@@ -138,6 +139,24 @@ TEST(Draft, SaysWhichObjectHasAValueThatCannotBeWritten) {
   EXPECT_EQ(result.status, KRBuildStatus_TooLong);
   EXPECT_EQ(Str(result.problem), "a text is longer than OFX allows in <SONRQ>");
   EXPECT_EQ(buffer.GetBufferSize(), 0u);
+}
+
+TEST(Draft, HasAReasonForEachStatusOfABuild) {
+  const std::pair<KRBuildStatus, const char*> kReasons[] = {
+      {KRBuildStatus_Done, ""},
+      {KRBuildStatus_Fatal, "memory was exhausted"},
+      {KRBuildStatus_NoTextForm, "a value has no text form"},
+      {KRBuildStatus_NullArgument, "it cannot be written"},
+      {KRBuildStatus_EmptyText, "a text is empty"},
+      {KRBuildStatus_TooLong, "a text is longer than OFX allows"},
+      {KRBuildStatus_NoArrayWriter, "it cannot be written"},
+      {KRBuildStatus_TreeNotAllowed, "two message sets of the same kind"},
+      {KRBuildStatus_NotValid, "a text is not valid"},
+      {KRBuildStatus_MissingTag, "something required is missing"},
+  };
+  for (const auto& [status, reason] : kReasons) {
+    EXPECT_STREQ(krofx::ReasonOf(status), reason) << status;
+  }
 }
 
 TEST(Draft, CanBeWrittenAgain) {

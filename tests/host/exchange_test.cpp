@@ -8,6 +8,7 @@
 
 #include "krofx/core/buffer.h"
 #include "krofx/host/words.h"
+#include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 #include "support/temp_folder.h"
 
@@ -62,6 +63,38 @@ TEST(Exchanges, AreNotMadeWithTextsThatNoStringHolds) {
   Exchange proxy(kNowhere);
   proxy.Proxy(tooLong);
   EXPECT_EQ(StatusOf(proxy), KRNetStatus_NotCreated);
+}
+
+TEST(Exchanges, AreNotMadeWithoutMemoryForTheirProxy) {
+  for (std::size_t nth = 1;; ++nth) {
+    Exchange exchange("http://127.0.0.1:1/");
+    exchange.Proxy("http://127.0.0.1:1/");
+    KRBuffer reply(0, 0);
+    const FailingAllocation failing(nth);
+    const Outcome outcome = exchange.Get(reply);
+    EXPECT_FALSE(outcome) << nth;
+    EXPECT_EQ(reply.GetBufferSize(), 0u);
+    EXPECT_TRUE(nth > 1 || outcome.status != KRNetStatus_Refused) << "somebody was asked";
+    if (krofx::internal::AllocationFailure::Count() < nth) {
+      EXPECT_EQ(outcome.status, KRNetStatus_Refused);
+      break;
+    }
+  }
+}
+
+TEST(Exchanges, AskNoMoreOnceTheyAreCancelled) {
+  Exchange exchange(kNowhere);
+  int asked = 0;
+  exchange.OnProgress([&asked](const Progress&) {
+    ++asked;
+    return false;
+  });
+  KRBuffer reply(0, 0);
+  const Outcome outcome = exchange.Get(reply);
+  EXPECT_FALSE(outcome);
+  EXPECT_TRUE(outcome.cancelled);
+  EXPECT_EQ(ToText(outcome.text), "it was cancelled");
+  EXPECT_EQ(asked, 1);
 }
 
 TEST(Exchanges, KeepTheReplyInAFolderHoweverItIsWritten) {

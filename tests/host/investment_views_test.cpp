@@ -273,6 +273,18 @@ TEST(PositionView, NamesItsSecurityWithoutMemoryForAListOfThem) {
   }
 }
 
+TEST(StatementView, NamesTheSecuritiesOfTheOneThatItWasAssigned) {
+  const Reading first = Read(Portfolio({"b"}, {"a", "b"}));
+  const Reading second = Read(Portfolio({"b"}, {"b", "a"}));
+  std::vector<StatementView> views;
+  for (const Reading* const reading : {&first, &second}) {
+    for (const StatementView& statement : Statements(*reading)) views.push_back(statement);
+  }
+  ASSERT_EQ(views.size(), 2u);
+  views[0] = views[1];
+  for (const PositionView& position : views[0].Positions()) EXPECT_EQ(position.Security(), "0");
+}
+
 TEST(StatementView, NamesSecuritiesAfterTheRangeThatItIsFrom) {
   const Reading reading = Read(Portfolio({"b"}, {"a", "b"}));
   std::vector<StatementView> kept;

@@ -90,6 +90,12 @@ TEST(Clone, CopiesWholeFilesAndMessageSets) {
   ASSERT_NE(set, nullptr);
 }
 
+TEST(Clone, IsNoneOfAnObjectThatHoldsNothing) {
+  KRSetFireAlarm(KRFireAlarm_None);
+  EXPECT_EQ(Clone(KRDataObj()), nullptr);
+  EXPECT_FALSE(AlarmIsSet());
+}
+
 TEST(Clone, IsAllOrNothingWhenMemoryIsExhausted) {
   const Reading reading = ReadFile(KROFX_EXAMPLES "/card.ofx");
   const KRBankTransactionList& list = **Each<KRBankTransactionList>(reading).begin();
@@ -211,6 +217,28 @@ TEST(Take, GetsAChildOutOfAnObject) {
     EXPECT_EQ(Take(*transfer, &KRXferInfo::GetBankAcctTo), nullptr);
     EXPECT_EQ(Counted::s_alive, 1);
   }
+  EXPECT_EQ(Counted::s_alive, 0);
+}
+
+TEST(Take, GetsAChildOutOfAnObjectThatHasListsToo) {
+  const auto taxes = Make<KREmployeeTaxInfo>();
+  Give(*taxes, &KREmployeeTaxInfo::SetHealthCare, Make<KRHealthCare>());
+  const std::unique_ptr<KRHealthCare> taken = Take(*taxes, &KREmployeeTaxInfo::GetHealthCare);
+  ASSERT_NE(taken, nullptr);
+  EXPECT_EQ(taxes->GetHealthCare(), nullptr);
+  EXPECT_EQ(taxes->HasHealthCare(), 0);
+  // What is in no slot of it is not taken.
+  EXPECT_FALSE(internal::Release(*taxes, taken.get()));
+  EXPECT_FALSE(internal::Release(*taxes, nullptr));
+  KRDataObj withoutTable;
+  EXPECT_FALSE(internal::Release(withoutTable, taken.get()));
+}
+
+TEST(Take, GetsAChildWhoseTagIsNotValid) {
+  KRXferInfo transfer;  // Of no version yet: no tag is valid.
+  Give(transfer, &KRXferInfo::SetBankAcctTo, NewCounted(1, KRTag_BANKACCTTO));
+  EXPECT_NE(Take(transfer, &KRXferInfo::GetBankAcctTo), nullptr);
+  EXPECT_EQ(transfer.GetBankAcctTo(), nullptr);
   EXPECT_EQ(Counted::s_alive, 0);
 }
 

@@ -12,6 +12,7 @@
 #include "krofx/host/own.h"
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/statements.h"
+#include "krofx/model/value_arrays.h"
 #include "krofx/values/keywords.h"
 #include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
@@ -105,6 +106,15 @@ TEST(Subclass, LeavesAFactoryOfTheHostsInForceForAllElse) {
     EXPECT_EQ(Count<Booking>(reading), 2);
     EXPECT_EQ(Count<OwnAccount>(reading), 1);
     EXPECT_EQ(New<KRBankStatementTx>(0)->GetMsgSetVersion(), 2);
+    KRDataObjFactory& both = *KRDataObj::GetFactory();
+    EXPECT_EQ(both.GetVersion(), 2);
+    const std::unique_ptr<KRDataObj> object(both.NewDataObj(0));
+    const std::unique_ptr<KRMIMEHeader> header(both.NewMIMEHeader());
+    EXPECT_TRUE(object != nullptr && header != nullptr);
+    KRDynamicArrayLanguage languages(1, 1);
+    EXPECT_EQ(languages.SetVal(0, KRLanguage()), 1);
+    KRDynamicArrayUShort numbers(1, 1);
+    EXPECT_EQ(numbers.SetVal(0, 7), 1);
   }
   EXPECT_EQ(KRDataObj::GetFactory(), &host);
 }

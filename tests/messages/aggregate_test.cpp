@@ -125,6 +125,23 @@ TEST(Aggregate, WritesOnlyWhatIsPresentRequiredOrNot) {
   EXPECT_EQ(TextOf(*list), "");
 }
 
+TEST(Aggregate, CannotWriteATextThatIsNotedAndEmpty) {
+  auto transaction = Make<KRBankStatementTx>();
+  EXPECT_EQ(transaction->SetTag(KRTag_MEMO), 1);
+  EXPECT_EQ(Build(*transaction).status, KRBuildStatus_EmptyText);
+}
+
+TEST(Aggregate, PassesOverTheGapsOfAList) {
+  auto list = Make<KRBankTransactionList>();
+  auto* last = Make<KRBankStatementTx>().release();
+  EXPECT_EQ(list->SetStatementTx(2, last), 1);
+  last->SetMemo("lunch");
+  EXPECT_EQ(TextOf(*list), InLines("<STMTTRN><MEMO>lunch</STMTTRN>"));
+  KRBankTransactionList copy;
+  EXPECT_EQ(copy.DeepCopyFrom(list.get()), 1);
+  EXPECT_EQ(TextOf(copy), TextOf(*list));
+}
+
 TEST(Aggregate, NamesTheInnermostObjectThatCannotBeWritten) {
   auto list = Make<KRBankTransactionList>();
   auto* transaction = Make<KRBankStatementTx>().release();

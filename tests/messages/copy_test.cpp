@@ -7,6 +7,7 @@
 #include <string>
 
 #include "krofx/messages/banking/statements.h"
+#include "krofx/messages/profile/profile.h"
 #include "krofx/messages/signon/signon.h"
 #include "krofx/model/factory.h"
 #include "support/failing_allocation.h"
@@ -101,6 +102,31 @@ TEST(DeepCopy, ReusesItsOwnElementsAndDropsTheRest) {
   EXPECT_EQ(copy.GetNumStatementTx(), 2);
   EXPECT_EQ(copy.GetStatementTx(0), first);
   EXPECT_EQ(TextOf(copy), TextOf(*source));
+}
+
+TEST(DeepCopy, LeavesGapsWhereItsSourceHasThem) {
+  auto source = Make<KRBankTransactionList>();
+  auto* third = Make<KRBankStatementTx>().release();
+  EXPECT_EQ(source->SetStatementTx(2, third), 1);
+  third->SetFITId("3");
+  auto target = MakeList();
+  EXPECT_EQ(target->DeepCopyFrom(source.get()), 1);
+  EXPECT_EQ(target->GetNumStatementTx(), 3);
+  EXPECT_EQ(target->GetStatementTx(0), nullptr);
+  EXPECT_EQ(target->GetStatementTx(1), nullptr);
+  ASSERT_NE(target->GetStatementTx(2), nullptr);
+  EXPECT_EQ(TextOf(*target->GetStatementTx(2)), TextOf(*third));
+  // And the other way round.
+  EXPECT_EQ(target->DeepCopyFrom(MakeList().get()), 1);
+  EXPECT_EQ(TextOf(*target), TextOf(*MakeList()));
+}
+
+TEST(DeepCopy, ReplacesElementsOfAnotherClass) {
+  const Parsed<KRMessageSetList> source("<BANKMSGSET></BANKMSGSET>");
+  const Parsed<KRMessageSetList> target("<SIGNUPMSGSET></SIGNUPMSGSET>");
+  EXPECT_EQ(target->DeepCopyFrom(source.Get()), 1);
+  EXPECT_EQ(TextOf(*target), "<BANKMSGSET>\n</BANKMSGSET>\n");
+  EXPECT_EQ(TextOf(*source), TextOf(*target));
 }
 
 TEST(DeepCopy, RefusesNullAndForeignSources) {

@@ -266,6 +266,33 @@ TEST(KRAction, KeepsASourceSetOnAnAdditionButDoesNotWriteIt) {
   EXPECT_EQ(TextOf(*action), "");
 }
 
+TEST(KRAction, WritesNoAccountThatWasCleared) {
+  auto action = Make<KRAction>();
+  action->SetType(KRTag_SVCDEL);
+  auto* source = new KRCCAccount;
+  EXPECT_EQ(action->SetCCAcctFrom(source), 1);
+  source->SetMsgSetVersion(1);
+  source->SetAccountID("1");
+  EXPECT_EQ(TextOf(*action), InLines(Aggregate("CCACCTFROM", "<ACCTID>1")));
+  action->ClearTag(KRTag_CCACCTFROM);
+  EXPECT_EQ(TextOf(*action), "");
+}
+
+TEST(KRAction, EndsAtASourceThatCannotBeWritten) {
+  auto action = Make<KRAction>();
+  action->SetType(KRTag_SVCCHG);
+  auto* source = new KRCCAccount;
+  auto* target = new KRCCAccount;
+  action->SetCCAcctFrom(source);
+  action->SetCCAcctTo(target);
+  for (KRCCAccount* const account : {source, target}) account->SetMsgSetVersion(1);
+  source->SetAccountID(KRString(std::string(23, '1').c_str()));
+  target->SetAccountID("2");
+  const Built built = Build(*action);
+  EXPECT_EQ(built.status, KRBuildStatus_TooLong);
+  EXPECT_EQ(built.text.find("CCACCTTO"), std::string::npos) << built.text;
+}
+
 // The warnings of the action about a child, and then the parser's own, which names it.
 Lines Refused(KRTagID tag, int times) {
   Lines lines(static_cast<std::size_t>(times), "INVALIDAGG " + TagNumber(tag));

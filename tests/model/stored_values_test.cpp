@@ -122,6 +122,34 @@ TEST(StoredDate, KeepsWhatNoDateHas) {
   }
 }
 
+TEST(StoredDate, TakesOneDateForAnotherOfWhicheverKind) {
+  const KRDateTime odd(2025, 300, 400, 500, 600, 700, 30000, 800, 900);
+  const KRDateTime odder(2024, 301, 400, 500, 600, 700, 30000, 800, 900);
+  const KRDateTime plain(2023, 2, 3, 12, 34, 56, 0, 0, 0);
+  StoredDate stored;
+  for (const KRDateTime& date : {odd, odder, plain, odd}) {
+    stored = date;
+    EXPECT_EQ(static_cast<KRDateTime>(stored).GetYear(), date.GetYear());
+    EXPECT_EQ(stored.Plain() != nullptr, date.GetYear() == 2023);
+  }
+  const StoredDate& same = stored;
+  stored = same;
+  EXPECT_EQ(static_cast<KRDateTime>(stored).GetYear(), 2025);
+}
+
+TEST(StoredDate, KeepsItsDateAndRaisesTheAlarmWithoutMemoryForAnOddOne) {
+  StoredDate stored;
+  stored = KRDateTime(2023, 2, 3, 12, 34, 56, 0, 0, 0);
+  const KRDateTime odd(2025, 300, 400, 500, 600, 700, 30000, 800, 900);
+  KRSetFireAlarm(KRFireAlarm_None);
+  AllocationFailure::FailAt(1);
+  stored = odd;
+  AllocationFailure::FailAt(0);
+  EXPECT_EQ(static_cast<KRDateTime>(stored).GetYear(), 2023);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+  KRSetFireAlarm(KRFireAlarm_None);
+}
+
 TEST(StoredDate, TakesATextAsItsClassDoes) {
   StoredDate stored;
   EXPECT_EQ(stored = "20250203", 1);

@@ -10,9 +10,11 @@
 #include "krofx/core/parse_logger.h"
 #include "krofx/core/thread.h"
 #include "krofx/model/factory.h"
+#include "krofx/model/value_kinds.h"
 #include "support/build_objects.h"
 
 using krofx::internal::AllocationFailure;
+using krofx::internal::StoreResult;
 using krofx::testing::Outcome;
 using krofx::testing::Write;
 using krofx::testing::WritingObject;
@@ -319,6 +321,30 @@ TEST_F(NumberArray, MakesItsCellsThroughTheFactory) {
   m_factory.refuses = true;
   EXPECT_EQ(array.SetVal(0, 1), 0);
   EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+}
+
+// What becomes of a text that is read into a row of such an array.
+template <class Array>
+StoreResult Read(Array& array, const char* text) {
+  KRDataObj object;
+  return krofx::internal::kRepeated<Array>.fromText(object, KRTag_CODE, &array, KRString(text));
+}
+
+TEST_F(NumberArray, TakesOneMoreOfEachTextThatIsANumberOrAKeyword) {
+  KRDynamicArrayUShort numbers(1, 1);
+  EXPECT_EQ(Read(numbers, "65535"), StoreResult::kStored);
+  EXPECT_EQ(Read(numbers, "0"), StoreResult::kStored);
+  EXPECT_EQ(Read(numbers, "65536"), StoreResult::kBadFormat);
+  EXPECT_EQ(Build(numbers, KRTag_CODE).text, "<CODE>65535\n<CODE>0\n");
+  KRDynamicArrayDayOfWeek days(1, 1);
+  EXPECT_EQ(Read(days, "TUESDAY"), StoreResult::kStored);
+  EXPECT_EQ(Read(days, "YESTERDAY"), StoreResult::kBadFormat);
+  EXPECT_EQ(Build(days, KRTag_CODE).text, "<CODE>TUESDAY\n");
+  m_factory.refuses = true;
+  EXPECT_EQ(Read(numbers, "1"), StoreResult::kCannotStore);
+  EXPECT_EQ(Read(days, "MONDAY"), StoreResult::kCannotStore);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+  EXPECT_EQ(Build(numbers, KRTag_CODE).text, "<CODE>65535\n<CODE>0\n");
 }
 
 // An array of two values of an enumeration and one that has no keyword.

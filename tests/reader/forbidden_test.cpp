@@ -2,33 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 
 #include "reader/damaged_fronts.h"
 #include "reader/damaged_texts.h"
+#include "reader/ended_readings.h"
 #include "support/readings.h"
 
 namespace krofx::testing {
 namespace {
-
-// Reads a text with each kind of its mendings forbidden.
-void ExpectEndsAtEachKind(const std::string& text) {
-  const Reading whole = Read(text);
-  const Lines said = MendingLines(whole);
-  for (const MendingKind kind : KindsOf(whole)) {
-    SCOPED_TRACE(NameOf(kind));
-    ReadOptions options;
-    options.mend.Remove(kind);
-    const Reading reading = Read(text, options);
-    EXPECT_EQ(reading.status, KRParseStatus_Invalid);
-    EXPECT_EQ(Str(reading.problem), ProblemWithout(kind));
-    for (const std::string& line : MendingLines(reading)) {
-      EXPECT_NE(line.substr(0, line.find(' ')), NameOf(kind));
-      EXPECT_NE(std::find(said.begin(), said.end(), line), said.end()) << line;
-    }
-  }
-}
 
 TEST(ForbiddenMendings, EndTheReadingOfDamagedTexts) {
   const std::vector<std::string> examples = WholeExamples();

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "krofx/reader/reading.h"
+#include "reader/ended_readings.h"
 #include "support/readings.h"
 
 namespace krofx::testing {
@@ -33,7 +34,8 @@ const std::string kBank = Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS",
 const std::string kCard =
     Aggregate("CREDITCARDMSGSRSV1", ResponseWrapper("CCSTMTTRNRS", kCardStatement));
 
-// Expects the tree of a whole text, and the kinds of mendings.
+// Expects the tree of a whole text, and the kinds of mendings, none of which is done when it must
+// not be.
 void ExpectAs(const std::string& text, const std::string& whole, const Lines& kinds) {
   const Reading reading = Read(text);
   const Reading expected = Read(whole);
@@ -41,6 +43,7 @@ void ExpectAs(const std::string& text, const std::string& whole, const Lines& ki
   EXPECT_EQ(Written(reading.root), Written(expected.root)) << text;
   EXPECT_EQ(MendingNames(reading), kinds) << text;
   EXPECT_EQ(WarningLines(reading), WarningLines(expected)) << text;
+  ExpectEndsAtEachKind(text);
 }
 
 TEST(Moves, ReadsACardStatementAmongThoseOfBanks) {
@@ -102,6 +105,18 @@ TEST(Moves, ReadsBothStatementsOfOneWrapper) {
   ExpectAs(Whole(Aggregate("BANKMSGSRSV1", both)), Whole(kBank + kCard), {"moved"});
 }
 
+TEST(Moves, ReadsAMisplacedStatementWhoseWrapperDoesNotEnd) {
+  const std::string open = "<CCSTMTTRNRS><TRNUID>1001" + GoodStatus() + kCardStatement;
+  const std::string bank = ResponseWrapper("STMTTRNRS", Statement("1"));
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", bank + open)), Whole(kBank + kCard),
+           {"moved", "missing-end"});
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", open + bank)), Whole(kCard + kBank),
+           {"moved", "moved", "missing-end"});
+  const std::string unended = "<STMTTRNRS><TRNUID>1001" + GoodStatus() + Statement("1");
+  ExpectAs(Whole(Aggregate("BANKMSGSRSV1", unended + kCardStatement)), Whole(kBank + kCard),
+           {"moved"});
+}
+
 TEST(Moves, ReadsASecurityListAmongTheStatements) {
   const std::string list = Aggregate(
       "SECLIST",
@@ -126,6 +141,17 @@ TEST(Moves, GivesEachStatementOfOneWrapperItsOwn) {
   ReadOptions strict;
   strict.strict = true;
   EXPECT_EQ(Read(text, strict).status, KRParseStatus_Accepted);
+}
+
+TEST(Moves, KeepsTheFirstStatementOfAWrapperWhenTheSecondMustNotHaveItsOwn) {
+  ReadOptions options;
+  options.mend.Remove(MendingKind::kOwnWrapper);
+  const Reading reading =
+      Read(Whole(Aggregate("BANKMSGSRSV1",
+                           ResponseWrapper("STMTTRNRS", Statement("1") + Statement("2")))),
+           options);
+  EXPECT_EQ(reading.status, KRParseStatus_Invalid);
+  EXPECT_EQ(Written(reading.root), Written(Read(Whole(kBank)).root));
 }
 
 TEST(Moves, GivesASecondStatementTheIdentifierOfTheFirstWithoutAStatusToo) {
@@ -199,6 +225,15 @@ TEST(Moves, LeavesWhatAnAccountOfAnotherKindCannotHold) {
   ExpectAs(Whole(Aggregate("CREDITCARDMSGSRSV1",
                            ResponseWrapper("CCSTMTTRNRS", Aggregate("CCSTMTRS", card)))),
            Whole(kCard), {"account-kind", "misplaced"});
+}
+
+TEST(Moves, EndWithoutMemoryAsFatalOrLoseNothing) {
+  const std::string card = ResponseWrapper("CCSTMTTRNRS", kCardStatement);
+  ExpectFatalOrWhole(Whole(Aggregate(
+      "BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1") + Statement("2")) + card)));
+  ExpectFatalOrWhole(Whole(
+      Aggregate("BANKMSGSRSV1", ResponseWrapper("STMTTRNRS", Statement("1") + kCardStatement))));
+  ExpectFatalOrWhole(Whole(Aggregate("BANKMSGSRSV1", kCardStatement + card)));
 }
 
 }  // namespace

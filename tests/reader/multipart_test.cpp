@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "krofx/krofx.h"
+#include "reader/ended_readings.h"
 #include "support/readings.h"
 
 namespace krofx::testing {
@@ -209,6 +210,48 @@ TEST(Multipart, MayHaveHeadersThatEndInNoBlankLine) {
     EXPECT_EQ(WrittenBody(reading.Response()), WrittenBody(Read(Statement("-1.50")).root));
   }
   EXPECT_EQ(Read(std::string_view("Content-Type: multipart/x; boundary=CUT")).root, nullptr);
+}
+
+TEST(Multipart, EndsAtItsLastBoundary) {
+  const std::string after = "Goodbye\r\n--cut\r\nContent-Type: text/plain\r\n\r\nnot a part\r\n";
+  const Reading clean = Read(Multipart(Statement("-1.50")) + after);
+  EXPECT_EQ(clean.status, KRParseStatus_Accepted);
+  ASSERT_NE(clean.root, nullptr);
+  EXPECT_EQ(clean.root->GetNumberOfSubfiles(), 2);
+  const Reading mended = Read(
+      WithHeader("Content-Type: multipart/x; boundary=CUT", OfxPart(Statement("-1.50"))) + after);
+  EXPECT_EQ(MendingNames(mended), Lines{"private-tag"});
+  ASSERT_NE(mended.root, nullptr);
+  EXPECT_EQ(mended.root->GetNumberOfSubfiles(), 1);
+}
+
+TEST(Multipart, HasAStatementThatIsLongerThanTheParserCounts) {
+  const std::string transaction =
+      "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105<TRNAMT>-1.50<FITID>a</STMTTRN>";
+  const std::string statement = BankStatementFile(Repeat(transaction, 1000));
+  ASSERT_GT(statement.size(), 70000u);
+  const Reading reading = Read(Multipart(statement));
+  EXPECT_EQ(reading.status, KRParseStatus_Accepted);
+  ASSERT_NE(reading.root, nullptr);
+  ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 2);
+  EXPECT_EQ(WrittenBody(reading.Response()), WrittenBody(Read(statement).root));
+}
+
+TEST(Multipart, MayHaveAPartWhoseHeadersRunIntoThoseOfOfx) {
+  for (const char* const front : {"", "Content-Type: application/x-ofx\r\n"}) {
+    const Reading reading = Read(WithHeader("Content-Type: multipart/x; boundary=CUT",
+                                            "--cut\r\n" + (front + Statement("-1.50"))));
+    EXPECT_EQ(MendingLines(reading), Lines());
+    ASSERT_NE(reading.root, nullptr);
+    ASSERT_EQ(reading.root->GetNumberOfSubfiles(), 1);
+    ASSERT_NE(reading.Response(), nullptr);
+    EXPECT_EQ(WrittenBody(reading.Response()), WrittenBody(Read(Statement("-1.50")).root));
+  }
+}
+
+TEST(Multipart, EndsWithoutMemoryAsFatalOrLosesNothing) {
+  ExpectFatalOrWhole(WithHeader("Content-Type: multipart/x; boundary=CUT\r\nX: y",
+                                kPlainPart + ("Hello\r\n" + OfxPart(Statement("-1.50")))));
 }
 
 TEST(Multipart, WithoutAnyPartIsNoText) {

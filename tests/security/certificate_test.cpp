@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "krofx/core/buffer.h"
+#include "krofx/security/internal/toolkit.h"
 #include "security/certificates.h"
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
@@ -413,6 +414,28 @@ TEST(KRCert, CanBeAssignedToItselfAndEmptied) {
   EXPECT_STREQ(certificate.GetSubjectName(), "Harbor Federal");
   certificate = KRCert();
   ExpectNoCertificate(certificate);
+}
+
+TEST(CertificateToolkit, GivesNothingOfACertificateThatIsNotThereAndLoadsOne) {
+  using namespace krofx::internal;
+  const std::string ber = MakeCertificate();
+  const auto length = static_cast<u32>(ber.size());
+  CertificateObject* const object = CreateCertificateObject();
+  ASSERT_NE(object, nullptr);
+  const char* data = nullptr;
+  u32 size = 0;
+  CertificateFields fields;
+  for (CertificateObject* const none : {static_cast<CertificateObject*>(nullptr), object}) {
+    EXPECT_NE(GetCertificateBER(none, &data, &size), 0);
+    EXPECT_NE(GetCertificateFields(none, &fields), 0);
+  }
+  EXPECT_NE(SetCertificateBER(nullptr, ber.data(), length), 0);
+  ASSERT_EQ(SetCertificateBER(object, ber.data(), length), 0);
+  const std::string other = MakeCertificate();
+  EXPECT_NE(SetCertificateBER(object, other.data(), static_cast<u32>(other.size())), 0);
+  ASSERT_EQ(GetCertificateBER(object, &data, &size), 0);
+  EXPECT_EQ(std::string(data, size), ber);
+  DestroyCertificateObject(object);
 }
 
 TEST(KRCert, HasOneVirtualOperation) {

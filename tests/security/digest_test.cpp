@@ -186,6 +186,19 @@ TEST(DigestToolkit, FailsWithTooLittleRoom) {
   DestroyAlgorithmObject(object);
 }
 
+TEST(DigestToolkit, FailsWithoutItsAlgorithm) {
+  using namespace krofx::internal;
+  AlgorithmObject* const object = CreateAlgorithmObject();
+  char out[20];
+  u32 written = 0;
+  for (AlgorithmObject* const unbound : {static_cast<AlgorithmObject*>(nullptr), object}) {
+    EXPECT_NE(DigestInit(unbound), 0);
+    EXPECT_NE(DigestUpdate(unbound, "abc", 3), 0);
+    EXPECT_NE(DigestFinal(unbound, out, 20, &written), 0);
+  }
+  DestroyAlgorithmObject(object);
+}
+
 TEST(DigestToolkit, NeedsAPlaceForTheDescription) {
   EXPECT_NE(KRChooseSHA1(nullptr), 0);
   unsigned char* description = nullptr;

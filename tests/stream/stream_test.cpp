@@ -11,9 +11,12 @@
 
 #include <cstdio>
 #include <string>
+#include <vector>
 
+#include "krofx/model/factory.h"
 #include "krofx/parse/simple_parser.h"
 #include "stream/streamed.h"
+#include "support/factory_in_force.h"
 #include "support/failing_allocation.h"
 #include "support/temp_folder.h"
 
@@ -149,6 +152,94 @@ TEST(Stream, LeavesInTheTreeWhatNobodyWants) {
   stream.Open(std::string_view(text));
   EXPECT_EQ(stream.Next(), nullptr);
   EXPECT_EQ(FindIn<KRBankTransactionList>(stream.Root())->GetNumStatementTx(), 1);
+}
+
+// A statement with `count` transactions, 1 to `count`.
+std::string Many(int count, const std::string& between) {
+  std::string text;
+  for (int i = 1; i <= count; ++i) {
+    text += "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105<TRNAMT>-1<FITID>" + std::to_string(i) +
+            "</STMTTRN>" + between;
+  }
+  return BankStatementFile(text);
+}
+
+// A transaction that knows what was in it when its end tag came.
+class Booking : public KRBankStatementTx {
+ public:
+  std::string atEnd;
+
+  KRParseStatus HandleTagEnd(const KRTagDictionaryEntry* const entry) override {
+    const KRParseStatus status = KRBankStatementTx::HandleTagEnd(entry);
+    atEnd = Str(GetFITId());
+    return status;
+  }
+};
+
+// Makes every third transaction of the host's class, and none from the `refused`-th on.
+class MixedFactory : public KRDataObjFactory {
+ public:
+  explicit MixedFactory(int refused = 0) : KRDataObjFactory(1), m_refused(refused) {}
+  KRBankStatementTx* NewBankStatementTx(u16 version) override {
+    if (++m_made >= m_refused && m_refused != 0) return nullptr;
+    KRBankStatementTx* const made = m_made % 3 == 0 ? new Booking : new KRBankStatementTx;
+    made->SetMsgSetVersion(version != 0 ? version : GetVersion());
+    return made;
+  }
+
+ private:
+  int m_refused;
+  int m_made = 0;
+};
+
+TEST(Stream, HandsOutObjectsOfAHostAmongThoseOfTheLibrary) {
+  for (const char* const between : {"", "<!-- a comment -->"}) {
+    MixedFactory factory;
+    const InForce inForce(factory);
+    const std::string text = Many(8, between);
+    Stream stream;
+    stream.Want<KRBankStatementTx>();
+    stream.Open(std::string_view(text));
+    Lines ids;
+    while (const StreamElement* const element = stream.Next()) {
+      auto* const booking = element->As<Booking>();
+      const std::string id = Str(element->As<KRBankStatementTx>()->GetFITId());
+      ids.push_back((booking != nullptr ? "own " : "") + id);
+      EXPECT_TRUE(booking == nullptr || booking->atEnd == id) << id;
+    }
+    EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+    EXPECT_EQ(ids, (Lines{"1", "2", "own 3", "4", "5", "own 6", "7", "8"})) << between;
+  }
+}
+
+TEST(Stream, EndsWhenTheFactoryMakesNoElement) {
+  MixedFactory factory(5);
+  const InForce inForce(factory);
+  const std::string text = Many(8, "");
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  int count = 0;
+  while (stream.Next() != nullptr) ++count;
+  EXPECT_EQ(count, 4);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Fatal);
+}
+
+TEST(Stream, LetsAListBeCopiedWhileItsElementsCome) {
+  for (const char* const between : {"", "<!-- a comment -->"}) {
+    const std::string text = Many(8, between);
+    Stream stream;
+    stream.Want<KRBankStatementTx>();
+    stream.Open(std::string_view(text));
+    std::vector<KRBankTransactionList> copies;
+    Lines ids;
+    while (const StreamElement* const element = stream.Next()) {
+      ids.push_back(Str(element->As<KRBankStatementTx>()->GetFITId()));
+      copies.push_back(*element->Within<KRBankTransactionList>());
+    }
+    EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+    EXPECT_EQ(ids, (Lines{"1", "2", "3", "4", "5", "6", "7", "8"})) << between;
+  }
 }
 
 TEST(Stream, CountsBeyondSixteenBits) {

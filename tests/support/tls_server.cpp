@@ -52,6 +52,10 @@ SSL_CTX* NewContext(const ServerPlan& plan) {
   return context;
 }
 
+int WarnOfName(SSL* /*connection*/, int* /*alert*/, void* /*argument*/) {
+  return SSL_TLSEXT_ERR_ALERT_WARNING;
+}
+
 std::size_t ContentLength(const std::string& head) {
   static constexpr char kName[] = "\r\ncontent-length:";
   for (std::size_t at = 0; at < head.size(); ++at) {
@@ -142,6 +146,7 @@ TlsServer::TlsServer(ServerPlan plan)
   if (m_context != nullptr) {
     SSL_CTX_set_tlsext_status_cb(m_context, &Staple);
     SSL_CTX_set_tlsext_status_arg(m_context, &m_plan);
+    if (m_plan.warnsOfName) SSL_CTX_set_tlsext_servername_callback(m_context, &WarnOfName);
   }
   m_thread = std::thread([this] { Serve(); });
 }

@@ -57,6 +57,8 @@ struct ServerPlan {
   std::string stapled = {};
   /// If not null, a plain request for a tunnel is read before TLS, as by a proxy, and stored here.
   std::string* tunnel = nullptr;
+  /// Whether the server warns of a host's name that it does not know, up to version 1.2 of TLS.
+  bool warnsOfName = false;
 };
 
 /// The server. When the object is destroyed the server stops, and its waits end.

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "support/failing_allocation.h"
+#include "support/scoped_file_size.h"
 #include "support/scoped_variable.h"
 #include "transport/curl_probe.h"
 
@@ -103,6 +104,12 @@ TEST_F(CurlHttp, SendsTheContentTypeAndTheExtraHeaders) {
   EXPECT_EQ(seen.find("application/x-ofx"), std::string::npos);
 }
 
+TEST_F(CurlHttp, SendsTheOfxContentTypeWithExtraHeadersAlone) {
+  const std::string seen = Sent(nullptr, "X-One: 1\r\n");
+  EXPECT_NE(seen.find("\r\nContent-Type: application/x-ofx\r\n"), std::string::npos) << seen;
+  EXPECT_NE(seen.find("\r\nX-One: 1\r\n"), std::string::npos) << seen;
+}
+
 TEST_F(CurlHttp, LetsAContentTypeLineTakeThePlaceOfTheArgument) {
   const std::string seen = Sent("application/x-ofx", "content-type: multipart/x-mixed\r\n");
   EXPECT_NE(seen.find("content-type: multipart/x-mixed\r\n"), std::string::npos) << seen;
@@ -166,6 +173,12 @@ TEST_F(CurlHttp, TakesTheSystemsTemporaryFolderForAnEmptyOneWhateverTheEnvironme
   EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
   EXPECT_EQ(m_temp.Entries(), 0U);
   EXPECT_TRUE(probe.replyFile.starts_with("/tmp/krofx-")) << probe.replyFile;
+  u16 error = 1;
+  void* const withoutFolder = m_manager.VCGetFileRequest(&error, m_session, server.Url().c_str(),
+                                                         nullptr, nullptr, nullptr);
+  EXPECT_NE(withoutFolder, nullptr);
+  EXPECT_EQ(error, 0);
+  m_manager.VCRelease(m_session, withoutFolder);
 }
 
 TEST_F(CurlHttp, RefusesAFolderWhoseFilesHaveTooLongNames) {
@@ -181,13 +194,17 @@ TEST_F(CurlHttp, TakesTheLongestNameThatFits) {
   TlsServer server(Answer(HttpReply("200 OK", "x")));
   const std::string file = "krofx-XXXXXX.header";
   std::string folder = m_folder;
-  while (folder.size() + 1 + file.size() < VYFinishedRecord::kReplyFileSize - 1) folder += '/';
+  while (folder.size() + file.size() < VYFinishedRecord::kReplyFileSize - 1) folder += '/';
   CurlProbe longest(m_manager, m_session, folder.substr(1).insert(0, "/"));
   ASSERT_EQ(longest.Get(server.Url()).Run(), 0);
   EXPECT_EQ(longest.Reply(), "x");
-  CurlProbe tooLong(m_manager, m_session, folder + "///");
-  tooLong.Get(server.Url());
-  EXPECT_EQ(tooLong.error, VYNCurlCode_FileFailed);
+  // With one more character the reply's own file, whose name is shorter, would still have room.
+  for (const char* const more : {"/", "///"}) {
+    CurlProbe tooLong(m_manager, m_session, folder + more);
+    tooLong.Get(server.Url());
+    EXPECT_EQ(tooLong.error, VYNCurlCode_FileFailed) << more;
+    EXPECT_EQ(m_temp.Entries(), 2U) << more;
+  }
 }
 
 TEST_F(CurlHttp, RefusesAFolderThatIsNotThere) {
@@ -195,6 +212,18 @@ TEST_F(CurlHttp, RefusesAFolderThatIsNotThere) {
   probe.Get("http://127.0.0.1/");
   EXPECT_EQ(probe.exchange, nullptr);
   EXPECT_EQ(probe.error, VYNCurlCode_FileFailed);
+}
+
+TEST_F(CurlHttp, SaysThatThereIsNoRoomForTheReply) {
+  TlsServer server(Answer(HttpReply("200 OK", std::string(10000, 'x'))));
+  CurlProbe body(m_manager, m_session, m_folder);
+  TlsServer talkative(Answer(HttpReply("200 OK", "x", "X-A: " + std::string(10000, 'x') + "\r\n")));
+  CurlProbe header(m_manager, m_session, m_folder);
+  const ScopedFileSize limit(4096);
+  EXPECT_EQ(body.Get(server.Url()).Run(), VYNCurlCode_FileFailed);
+  EXPECT_LE(body.Reply().size(), 4096U);
+  EXPECT_EQ(header.Get(talkative.Url()).Run(), VYNCurlCode_FileFailed);
+  EXPECT_EQ(header.Reply(), "");
 }
 
 TEST_F(CurlHttp, GivesTheCodeOfEachStatus) {
@@ -318,6 +347,16 @@ TEST_F(CurlHttp, TakesATooLongHeaderLineForALargeReplyAndNotForExhaustedMemory) 
     EXPECT_EQ(CodeOf(reply), VYNCurlCode_ReplyTooLarge);
     EXPECT_FALSE(AlarmIsSet());
   }
+}
+
+TEST_F(CurlHttp, TakesATooLongHeaderLineForExhaustedMemoryWhenThereIsNoneLeft) {
+  TlsServer server(Answer("HTTP/1.1 200 OK\r\nX-Long: " + std::string(200000, 'x') + "\r\n\r\n"));
+  CurlProbe probe(m_manager, m_session, m_folder);
+  ASSERT_EQ(probe.Get(server.Url()).Start(), 0);
+  const FailingAllocation failing(1);
+  probe.Finish();
+  EXPECT_EQ(probe.result, VYNCurlCode_NoMemory);
+  EXPECT_TRUE(AlarmIsSet());
 }
 
 TEST_F(CurlHttp, TakesTrailersForNoHeaders) {

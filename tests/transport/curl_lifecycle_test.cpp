@@ -3,8 +3,11 @@
 
 #include <fcntl.h>
 
+#include <chrono>
 #include <filesystem>
+#include <future>
 #include <memory>
+#include <utility>
 
 #include "krofx/transport/exchange/vyn_net_access.h"
 #include "support/failing_allocation.h"
@@ -112,6 +115,19 @@ TEST_F(CurlLifecycle, RefusesArgumentsThatAreMissing) {
   EXPECT_EQ(m_manager.VCGetFileRequest(nullptr, nullptr, nullptr, "", nullptr, nullptr), nullptr);
 }
 
+TEST_F(CurlLifecycle, OpensSessionsWithoutAPlaceForTheError) {
+  void* const session = m_manager.VCOpenInet(nullptr);
+  ASSERT_NE(session, nullptr);
+  EXPECT_EQ(m_manager.VCConnect(session), 0);
+  EXPECT_EQ(m_manager.VCCloseInet(session), 0);
+}
+
+TEST_F(CurlLifecycle, KeepsTheReasonOfTheUrlWhenAHeaderIsBadToo) {
+  CurlProbe probe(m_manager, m_session, m_folder);
+  probe.Send("ftp://127.0.0.1/", "data").Http("text/plain", "no header\r\n");
+  EXPECT_EQ(probe.Run(), VYNCurlCode_UnsupportedScheme);
+}
+
 TEST_F(CurlLifecycle, RefusesAPostFlagThatDoesNotFit) {
   CurlProbe probe(m_manager, m_session, m_folder);
   probe.Get("http://127.0.0.1/");
@@ -156,6 +172,26 @@ TEST_F(CurlLifecycle, RemovesTheFilesWhenNobodyIsToldOfThem) {
   EXPECT_EQ(m_temp.Entries(), 2U);
   while (m_manager.VCCancel(m_session, exchange) == 0) m_manager.VCWork(1);
   EXPECT_EQ(m_temp.Entries(), 0U);
+}
+
+TEST_F(CurlLifecycle, RunsToItsEndWhenNobodyIsToldOfIt) {
+  std::string seen;
+  ServerPlan plan;
+  plan.script = [&seen](ServerConnection& connection) {
+    seen = connection.ReadRequest();
+    connection.Write(HttpReply("200 OK", "reply"));
+  };
+  {
+    TlsServer server(plan);
+    u16 error = 0;
+    void* const exchange = m_manager.VCSendDataRequest(
+        &error, m_session, server.Url().c_str(), "data", 4, m_folder.c_str(), nullptr, nullptr);
+    ASSERT_EQ(m_manager.VCInitiate(m_session, exchange), 0);
+    while (m_temp.Entries() != 0) m_manager.VCWork(3600000);
+    EXPECT_EQ(m_manager.VCCancel(m_session, exchange), VYNCurlCode_BadArgument) << "not over";
+  }
+  EXPECT_TRUE(seen.ends_with("\r\n\r\ndata")) << seen;
+  EXPECT_EQ(m_manager.GetHttpStatus(), 200U);
 }
 
 TEST_F(CurlLifecycle, HandsTheFilesOverAfterAFailureToo) {
@@ -243,6 +279,20 @@ TEST_F(CurlLifecycle, RunsAnotherExchangeFromAProgressCallback) {
   EXPECT_EQ(inner.Reply(), "reply");
 }
 
+TEST_F(CurlLifecycle, EndsAnExchangeWithABadUrlThatAProgressCallbackStarted) {
+  TlsServer server(Answering());
+  CurlProbe inner(m_manager, m_session, m_folder);
+  CurlProbe probe(m_manager, m_session, m_folder);
+  probe.onProgress = [&](const VYProgressRecord&) {
+    if (inner.exchange != nullptr) return;
+    EXPECT_EQ(inner.Get("ftp://127.0.0.1/").Start(), 0);
+  };
+  EXPECT_EQ(probe.Get(server.Url()).Run(), 0);
+  inner.Finish();
+  EXPECT_EQ(inner.result, VYNCurlCode_UnsupportedScheme);
+  EXPECT_TRUE(inner.progress.empty());
+}
+
 TEST_F(CurlLifecycle, IsGivenBackFromEachCallback) {
   TlsServer server(Answering(true));
   for (const int where : {0, 1, 2, 3}) {
@@ -280,14 +330,76 @@ TEST_F(CurlLifecycle, IsGivenBackInMidExchange) {
 TEST_F(CurlLifecycle, DoesNotReadTheDataOfAnExchangeThatAnothersCertificateCallbackGaveBack) {
   TlsServer hanging(Hanging());
   TlsServer server(Answering(true));
-  auto other = std::make_unique<CurlProbe>(m_manager, m_session, m_folder);
-  CurlProbe probe(m_manager, m_session, m_folder);
-  probe.onCertificate = [&] {
-    m_manager.VCRelease(m_session, other->exchange);
-    other.reset();
-  };
-  ASSERT_EQ(other->Send(hanging.Url(), std::string(50000000, 'x')).Start(), 0);
-  EXPECT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), 0);
+  // libcurl advances them in the order in which they were started.
+  for (const bool isFirst : {true, false}) {
+    auto other = std::make_unique<CurlProbe>(m_manager, m_session, m_folder);
+    CurlProbe probe(m_manager, m_session, m_folder);
+    probe.onCertificate = [&] {
+      m_manager.VCRelease(m_session, other->exchange);
+      other.reset();
+    };
+    other->Send(hanging.Url(), std::string(50000000, 'x'));
+    probe.Get(server.Url()).Root(m_authority, 7000);
+    if (isFirst) other->Start();
+    ASSERT_EQ(probe.Start(), 0);
+    if (!isFirst) other->Start();
+    probe.Finish();
+    EXPECT_EQ(probe.result, 0);
+  }
+}
+
+TEST_F(CurlLifecycle, TakesNothingThatComesAfterAnothersCertificateCallbackCancelledIt) {
+  const std::string head = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\n\r\n";
+  for (const bool hasBegun : {false, true}) {
+    // The server of `probe` is busy with `earlier` until `other` waits for the rest of its reply.
+    bool isBusy = true;
+    ServerPlan plan = Answering(true);
+    plan.script = [&isBusy](ServerConnection& connection) {
+      connection.ReadRequest();
+      if (!std::exchange(isBusy, false)) return connection.Write(HttpReply("200 OK", "reply"));
+      connection.WaitForClient();
+    };
+    std::promise<void> asked;
+    std::promise<void> cancelled;
+    std::promise<void> written;
+    TlsServer server(plan);
+    TlsServer otherServer({.script =
+                               [&](ServerConnection& connection) {
+                                 connection.ReadRequest();
+                                 if (hasBegun) connection.Write(head + "a");
+                                 asked.set_value();
+                                 cancelled.get_future().wait();
+                                 connection.Write(hasBegun ? "b" : head + "ab");
+                                 written.set_value();
+                                 connection.WaitForClient();
+                               },
+                           .chain = {}});
+    CurlProbe earlier(m_manager, m_session, m_folder);
+    CurlProbe probe(m_manager, m_session, m_folder);
+    CurlProbe other(m_manager, m_session, m_folder);
+    probe.onCertificate = [&] {
+      EXPECT_EQ(m_manager.VCCancel(m_session, other.exchange), 0);
+      cancelled.set_value();
+      written.get_future().wait();
+    };
+    ASSERT_EQ(earlier.Get(server.Url()).Root(m_authority, 7000).Start(), 0);
+    while (earlier.asked == 0) m_manager.VCWork(3600000);
+    ASSERT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Start(), 0);
+    ASSERT_EQ(other.Get(otherServer.Url()).Start(), 0);
+    auto isAsked = asked.get_future();
+    const auto hasTakenIt = [&] {
+      return hasBegun ? other.Phases().back() == KROpCode_Receiving
+                      : isAsked.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+    };
+    while (other.progress.empty() || !hasTakenIt()) m_manager.VCWork(1);
+    m_manager.VCRelease(m_session, earlier.exchange);
+    probe.Finish();
+    EXPECT_EQ(probe.result, 0);
+    EXPECT_EQ(other.finished, 1);
+    EXPECT_EQ(other.result, VYNCurlCode_Cancelled);
+    EXPECT_EQ(other.Reply(), hasBegun ? "a" : "");
+    EXPECT_EQ(other.Headers(), hasBegun ? "Content-Length: 2\r\n" : "");
+  }
 }
 
 TEST_F(CurlLifecycle, ClosingASessionEndsWhatRunsInIt) {
@@ -407,6 +519,37 @@ TEST_F(CurlLifecycle, WithoutMemoryNothingStartsAndNothingLeaks) {
     ASSERT_EQ(m_temp.Entries(), 0U);
   }
   EXPECT_GT(nth, 4U);
+}
+
+TEST_F(CurlLifecycle, DoesNothingWithoutMemoryForItself) {
+  std::unique_ptr<VYNCurlManager> manager;
+  {
+    const FailingAllocation failing(2);  // The first is the manager itself.
+    manager.reset(new VYNCurlManager);
+  }
+  ASSERT_NE(manager, nullptr);
+  u16 error = 0;
+  EXPECT_EQ(manager->VCOpenInet(&error), nullptr);
+  EXPECT_EQ(error, VYNCurlCode_NoMemory);
+  void* const none = nullptr;
+  EXPECT_EQ(manager->SetProxy("http://127.0.0.1:1/", nullptr), 0);
+  EXPECT_EQ(manager->SetSystemRoots("roots.pem", nullptr), 0);
+  manager->SetReplyLimit(1);
+  EXPECT_EQ(manager->GetHttpStatus(), 0U);
+  EXPECT_EQ(manager->VCConnect(none), VYNCurlCode_BadArgument);
+  EXPECT_EQ(manager->VCCloseInet(&error), VYNCurlCode_BadArgument);
+  error = 0;
+  EXPECT_EQ(manager->VCGetFileRequest(&error, none, "http://127.0.0.1/", "", nullptr, nullptr),
+            none);
+  EXPECT_EQ(error, VYNCurlCode_BadArgument);
+  EXPECT_EQ(manager->VCSetHTTPInfo(none, 0, 0, nullptr, nullptr, 1, 1), VYNCurlCode_BadArgument);
+  EXPECT_EQ(manager->VCSetSSLInfo(none, 0, nullptr, 120), VYNCurlCode_BadArgument);
+  EXPECT_EQ(manager->VCAddTrustedRoot(none, "", 0, 1), VYNCurlCode_BadArgument);
+  EXPECT_EQ(manager->VCInitiate(none, none), VYNCurlCode_BadArgument);
+  EXPECT_EQ(manager->VCCancel(none, none), VYNCurlCode_BadArgument);
+  manager->VCRelease(none, none);
+  manager->VCPaceWork();
+  manager->VCWork(0);
 }
 
 TEST_F(CurlLifecycle, AThousandExchangesLeaveNothingBehind) {

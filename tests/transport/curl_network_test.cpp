@@ -120,7 +120,7 @@ TEST_F(CurlNetwork, DoesNotTakeACutTlsConnectionForTheEndOfAReply) {
 }
 
 // A reply that ends with the connection, and how the connection ends.
-u16 CodeOfReplyUntilTheEnd(CurlProbe& probe, bool isClosed) {
+u16 CodeOfReplyUntilTheEnd(CurlProbe& probe, bool isClosed, bool isWarned = false) {
   const TestCertificate authority = TestCertificate::Authority("authority");
   TlsServer server({.script =
                         [isClosed](ServerConnection& connection) {
@@ -128,8 +128,10 @@ u16 CodeOfReplyUntilTheEnd(CurlProbe& probe, bool isClosed) {
                           connection.Write("HTTP/1.1 200 OK\r\n\r\nhalf");
                           if (!isClosed) SSL_set_quiet_shutdown(connection.Tls(), 1);
                         },
-                    .chain = {authority.IssueForLoopback()}});
-  return probe.Get(server.Url()).Root(authority, 7000).Run();
+                    .chain = {authority.IssueForLoopback()},
+                    .newestTls = TLS1_2_VERSION,
+                    .warnsOfName = isWarned});
+  return probe.Get(server.Url("localhost")).Root(authority, 7000).Run();
 }
 
 TEST_F(CurlNetwork, TakesAReplyUntilTheEndByTlsOnlyWhenTheServerClosedIt) {
@@ -138,6 +140,13 @@ TEST_F(CurlNetwork, TakesAReplyUntilTheEndByTlsOnlyWhenTheServerClosedIt) {
   CurlProbe whole(m_manager, m_session, m_folder);
   EXPECT_EQ(CodeOfReplyUntilTheEnd(whole, true), VYNCurlCode_Success);
   EXPECT_EQ(whole.Reply(), "half");
+}
+
+TEST_F(CurlNetwork, TakesNoOtherWarningForTheEndOfAReplyByTls) {
+  CurlProbe cut(m_manager, m_session, m_folder);
+  EXPECT_EQ(CodeOfReplyUntilTheEnd(cut, false, true), VYNCurlCode_Cut);
+  CurlProbe whole(m_manager, m_session, m_folder);
+  EXPECT_EQ(CodeOfReplyUntilTheEnd(whole, true, true), VYNCurlCode_Success);
 }
 
 TEST_F(CurlNetwork, TakesAWholeReplyByTlsHoweverTheConnectionEnds) {

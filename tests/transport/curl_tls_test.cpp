@@ -195,6 +195,21 @@ TEST_F(CurlTls, RefusesACertificateThatIsNotForServers) {
             VYNCurlCode_BadCertificate);
 }
 
+TEST_F(CurlTls, RefusesACertificateThatIsTooLargeToBeShown) {
+  // An element of the list that the callback gets has a length of 16 bits.
+  std::string hosts = kHosts;
+  while (hosts.size() < 75000) hosts += ",DNS:" + std::string(60, 'a') + ".example";
+  const CertificateWish wish{.name = "large", .hosts = hosts};
+  TlsServer server(Showing({m_authority.Issue(wish)}));
+  for (const u16 skipVerify : {u16{0}, u16{1}}) {
+    CurlProbe probe(m_manager, m_session, m_folder);
+    probe.skipVerify = skipVerify;
+    EXPECT_EQ(probe.Get(server.Url()).Root(m_authority, 7000).Run(), VYNCurlCode_Untrusted);
+    EXPECT_EQ(probe.certificateError, VYNCurlCode_Untrusted);
+    EXPECT_TRUE(probe.chain.empty());
+  }
+}
+
 TEST_F(CurlTls, RefusesOldVersionsOfTls) {
   ServerPlan plan = Showing({m_authority.IssueForLoopback()});
   plan.newestTls = TLS1_1_VERSION;
@@ -253,6 +268,8 @@ TEST_F(CurlTls, RefusesRootsThatAreNoCertificates) {
   EXPECT_EQ(add(der + "x", 1), VYNCurlCode_BadRoot);
   EXPECT_EQ(add("", 1), VYNCurlCode_BadRoot);
   EXPECT_EQ(m_manager.VCAddTrustedRoot(probe.exchange, nullptr, 1, 1), VYNCurlCode_BadRoot);
+  EXPECT_EQ(m_manager.VCAddTrustedRoot(probe.exchange, der.data(), UINT32_MAX, 1),
+            VYNCurlCode_BadRoot);
   EXPECT_EQ(add(der, 1), 0);
   m_manager.VCRelease(m_session, probe.exchange);
 }

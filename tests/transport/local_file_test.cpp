@@ -11,6 +11,7 @@
 
 #include "support/buffers.h"
 #include "support/failing_allocation.h"
+#include "support/scoped_file_size.h"
 #include "support/temp_folder.h"
 #include "support/wiped_memory.h"
 
@@ -104,6 +105,8 @@ TEST_F(LocalFileTest, DoesNothingWhileClosed) {
   EXPECT_EQ(file.Read(out, 1), 0u);
   EXPECT_FALSE(file.Write("a", 1));
   EXPECT_FALSE(file.Size(size));
+  KRBuffer target(0, 0);
+  EXPECT_FALSE(file.AppendTo(target));
   EXPECT_TRUE(file.Close());
 }
 
@@ -194,6 +197,25 @@ TEST_F(LocalFileTest, SavesNothingInAPlaceThatTakesNothing) {
   Put(source, "abc");
   EXPECT_FALSE(SaveToLocalFile(folder.Name("no/such/folder").c_str(), source));
   EXPECT_FALSE(SaveToLocalFile("/dev/full", source));
+}
+
+TEST_F(LocalFileTest, SaysThatThereIsNoRoomForAllOfIt) {
+  const std::string content = Bytes(2 * kFileChunk);
+  KRBuffer source(0, 0);
+  Put(source, content);
+  LocalFile file;
+  ASSERT_TRUE(file.OpenToWrite(folder.Name("other").c_str()));
+  const ScopedFileSize limit(kFileChunk + 1);
+  EXPECT_FALSE(SaveToLocalFile(folder.Name("out").c_str(), source));
+  EXPECT_FALSE(file.Write(content.data(), 2 * kFileChunk));
+}
+
+TEST_F(LocalFileTest, ReadsNothingWhereReadingFails) {
+  // A regular file, of which the first page is never there.
+  LocalFile file;
+  ASSERT_TRUE(file.OpenToRead("/proc/self/mem"));
+  char out[1];
+  EXPECT_EQ(file.Read(out, 1), 0u);
 }
 
 TEST_F(LocalFileTest, SavesNoBufferThatLostItsContent) {

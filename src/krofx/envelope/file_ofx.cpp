@@ -33,30 +33,27 @@ constexpr HeaderDefault kDefaults[] = {
 
 enum class Verdict { kFine, kDoubtful, kUnreadable };
 
+// Fine when `read` takes the text for a value.
+template <class Value>
+Verdict JudgeBy(u16 (*read)(const KRString&, Value&), const KRString& text, Verdict otherwise) {
+  Value value;
+  return read(text, value) != 0 ? Verdict::kFine : otherwise;
+}
+
 Verdict Judge(KRHeaderTag tag, const KRString& value) {
   switch (tag) {
     case KRHeaderTag_OFXHEADER:
       return value == "100" ? Verdict::kFine : Verdict::kDoubtful;
-    case KRHeaderTag_DATA: {
-      KROFXData data;
-      return KRDataConversion::StringToOFXData(value, data) ? Verdict::kFine : Verdict::kUnreadable;
-    }
+    case KRHeaderTag_DATA:
+      return JudgeBy(&KRDataConversion::StringToOFXData, value, Verdict::kUnreadable);
     case KRHeaderTag_VERSION:
       return value == kVersion1 || value == kVersion2 ? Verdict::kFine : Verdict::kDoubtful;
-    case KRHeaderTag_ENCODING: {
-      KROFXEncoding encoding;
-      return KRDataConversion::StringToOFXEncoding(value, encoding) ? Verdict::kFine
-                                                                    : Verdict::kUnreadable;
-    }
-    case KRHeaderTag_CHARSET: {
-      KROFXCharSet set;
-      return KRDataConversion::StringToOFXCharSet(value, set) ? Verdict::kFine : Verdict::kDoubtful;
-    }
-    case KRHeaderTag_COMPRESSION: {
-      KROFXCompression compression;
-      return KRDataConversion::StringToOFXCompression(value, compression) ? Verdict::kFine
-                                                                          : Verdict::kUnreadable;
-    }
+    case KRHeaderTag_ENCODING:
+      return JudgeBy(&KRDataConversion::StringToOFXEncoding, value, Verdict::kUnreadable);
+    case KRHeaderTag_CHARSET:
+      return JudgeBy(&KRDataConversion::StringToOFXCharSet, value, Verdict::kDoubtful);
+    case KRHeaderTag_COMPRESSION:
+      return JudgeBy(&KRDataConversion::StringToOFXCompression, value, Verdict::kUnreadable);
     default:
       return Verdict::kFine;
   }

@@ -254,8 +254,8 @@ u16 KRMessageSetRs::GetNumberOfChildren() const {
 }
 
 u16 KRMessageSetRs::DeepCopyFrom(KRMessageSetRs* source) {
-  if (source == nullptr) return 0;
-  if (source == this) return 1;
-  if (CopyChild(m_secList, source->m_secList.Get()) == 0) return 0;
+  if (source != nullptr && source != this && CopyChild(m_secList, source->m_secList.Get()) == 0) {
+    return 0;
+  }
   return CopySetFrom(source);
 }

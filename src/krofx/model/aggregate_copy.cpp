@@ -112,7 +112,11 @@ u16 CopyArray(const Row& row, void* to, const void* from) {
         continue;
       }
     }
-    if (source == nullptr) continue;
+    if (source == nullptr) {
+      // Whatever is here and behind it would stay.
+      row.array->truncate(to, index);
+      continue;
+    }
     if (CopySlot(copy, *source, known) == 0) return 0;
     if (row.array->set(to, index, copy.Get()) == 0) return 0;
     copy.Release();

@@ -92,7 +92,7 @@ StoreResult AppendRepeated(KRDynamicArrayNorvService2& array, KRTagID /*tag*/,
 
 StoreResult AppendRepeated(KRDynamicArrayLanguage& array, KRTagID /*tag*/, const KRString& text) {
   KRLanguage language;
-  if (KRDataConversion::StringToLanguage(text, language) == 0) return StoreResult::kBadFormat;
+  language = text;
   return array.SetVal(array.Entries(), language) != 0 ? StoreResult::kStored
                                                       : StoreResult::kCannotStore;
 }

@@ -21,11 +21,11 @@ namespace {
 constexpr KRTagID kTargets[] = {KRTag_BANKACCTTO, KRTag_CCACCTTO, KRTag_INVACCTTO};
 constexpr KRTagID kSources[] = {KRTag_BANKACCTFROM, KRTag_CCACCTFROM, KRTag_INVACCTFROM};
 
-constexpr Rule OneOf(const KRTagID (&tags)[3]) {
-  return {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, tags, 3, true};
-}
 // An action that names only one of the two has only its rule.
-constexpr Rule kRules[] = {OneOf(kTargets), OneOf(kSources)};
+constexpr Rule kRules[] = {
+    {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, kTargets, 3, true},
+    {RuleKind::kExactlyOne, RuleCondition::kAlways, nullptr, 0, kSources, 3, true},
+};
 constexpr const Rule& kOneTarget = kRules[0];
 constexpr const Rule& kOneSource = kRules[1];
 

@@ -1,7 +1,6 @@
 // The functions that libcurl calls while an exchange runs: to send, to receive, and after the
 // server has shown its certificates.
 
-#include <cstdio>
 #include <cstring>
 
 #include "krofx/transport/curl/curl_code.h"
@@ -85,15 +84,6 @@ std::size_t CurlExchange::GiveData(char* out, std::size_t size, std::size_t coun
   if (given > 0) std::memcpy(out, exchange.m_data + exchange.m_position, given);
   exchange.m_position += given;
   return given;
-}
-
-int CurlExchange::Rewind(void* self, curl_off_t offset, int origin) {
-  auto& exchange = *static_cast<CurlExchange*>(self);
-  if (origin != SEEK_SET || offset < 0 || offset > static_cast<curl_off_t>(exchange.m_size)) {
-    return CURL_SEEKFUNC_FAIL;
-  }
-  exchange.m_position = static_cast<u32>(offset);
-  return CURL_SEEKFUNC_OK;
 }
 
 std::size_t CurlExchange::TakeBody(char* bytes, std::size_t size, std::size_t count, void* self) {

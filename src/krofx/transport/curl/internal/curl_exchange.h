@@ -134,7 +134,6 @@ class CurlExchange : public HeapObject {
 
   static int BeforeRequest(void* self, char*, char*, int, int);
   static std::size_t GiveData(char* out, std::size_t size, std::size_t count, void* self);
-  static int Rewind(void* self, curl_off_t offset, int origin);
   static std::size_t TakeBody(char* bytes, std::size_t size, std::size_t count, void* self);
   static std::size_t TakeHeader(char* bytes, std::size_t size, std::size_t count, void* self);
 

@@ -9,10 +9,21 @@ namespace krofx::internal {
 
 namespace {
 
-template <class T>
-bool Set(CURL* easy, CURLoption option, T value) {
-  return curl_easy_setopt(easy, option, value) == CURLE_OK;
-}
+// Sets options of a transfer one after the other, and remembers whether libcurl refused one, for
+// lack of memory or because it does not know it.
+class Options {
+ public:
+  explicit Options(CURL* easy) : m_easy(easy) {}
+  template <class T>
+  void Set(CURLoption option, T value) {
+    m_allSet &= curl_easy_setopt(m_easy, option, value) == CURLE_OK;
+  }
+  bool AllSet() const { return m_allSet; }
+
+ private:
+  CURL* const m_easy;
+  bool m_allSet = true;
+};
 
 struct FixedOption {
   CURLoption option;
@@ -58,58 +69,64 @@ const char* OwnPlace(CURL* easy, CURLINFO info) {
 }  // namespace
 
 bool CurlExchange::SetConnection() {
-  for (const FixedOption& row : kFixedOptions) {
-    if (!Set(m_easy, row.option, row.value)) return false;
-  }
+  Options options(m_easy);
+  for (const FixedOption& row : kFixedOptions) options.Set(row.option, row.value);
   // Empty texts, since libcurl takes options that are not set from the environment.
-  return Set(m_easy, CURLOPT_PROXY, TextOrEmpty(m_settings->proxy)) &&
-         Set(m_easy, CURLOPT_NOPROXY, TextOrEmpty(m_settings->proxyExceptions)) &&
-         Set(m_easy, CURLOPT_PROTOCOLS_STR, "http,https") && Set(m_easy, CURLOPT_CURLU, m_url) &&
-         (m_timeout <= 0 || Set(m_easy, CURLOPT_TIMEOUT_MS, m_timeout * 1000L));
+  options.Set(CURLOPT_PROXY, TextOrEmpty(m_settings->proxy));
+  options.Set(CURLOPT_NOPROXY, TextOrEmpty(m_settings->proxyExceptions));
+  options.Set(CURLOPT_PROTOCOLS_STR, "http,https");
+  options.Set(CURLOPT_CURLU, m_url);
+  if (m_timeout > 0) options.Set(CURLOPT_TIMEOUT_MS, m_timeout * 1000L);
+  return options.AllSet();
 }
 
 bool CurlExchange::SetRequest() {
+  Options options(m_easy);
   if (m_isSend) {
-    const bool done =
-        Set(m_easy, CURLOPT_POST, 1L) &&
-        Set(m_easy, CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_size)) &&
-        Set(m_easy, CURLOPT_READFUNCTION, &GiveData) && Set(m_easy, CURLOPT_READDATA, this) &&
-        Set(m_easy, CURLOPT_SEEKFUNCTION, &Rewind) && Set(m_easy, CURLOPT_SEEKDATA, this);
-    if (!done) return false;
+    // No function goes back in the data: libcurl must not send a request, which may be a payment,
+    // a second time.
+    options.Set(CURLOPT_POST, 1L);
+    options.Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_size));
+    options.Set(CURLOPT_READFUNCTION, &GiveData);
+    options.Set(CURLOPT_READDATA, this);
   }
-  return Set(m_easy, CURLOPT_HTTPHEADER, m_headers.List()) && Set(m_easy, CURLOPT_PRIVATE, this) &&
-         // Ends a reply whose announced length is too large, before its body comes.
-         Set(m_easy, CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(m_replyLimit)) &&
-         Set(m_easy, CURLOPT_WRITEFUNCTION, &TakeBody) && Set(m_easy, CURLOPT_WRITEDATA, this) &&
-         Set(m_easy, CURLOPT_HEADERFUNCTION, &TakeHeader) && Set(m_easy, CURLOPT_HEADERDATA, this);
+  options.Set(CURLOPT_HTTPHEADER, m_headers.List());
+  options.Set(CURLOPT_PRIVATE, this);
+  // Ends a reply whose announced length is too large, before its body comes.
+  options.Set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(m_replyLimit));
+  options.Set(CURLOPT_WRITEFUNCTION, &TakeBody);
+  options.Set(CURLOPT_WRITEDATA, this);
+  options.Set(CURLOPT_HEADERFUNCTION, &TakeHeader);
+  options.Set(CURLOPT_HEADERDATA, this);
+  return options.AllSet();
 }
 
 bool CurlExchange::SetTrust() {
   // A proxy may use TLS too.
   if (!HookTls(m_easy, m_tlsEnd)) return false;
   if (!m_isHttps) return true;
+  Options options(m_easy);
   const long verify = m_skipVerify ? 0 : 1;
-  if (!Set(m_easy, CURLOPT_SSL_VERIFYPEER, verify) ||
-      !Set(m_easy, CURLOPT_SSL_VERIFYHOST, verify * 2) || !Set(m_easy, CURLOPT_CERTINFO, 1L) ||
-      !Set(m_easy, CURLOPT_PREREQFUNCTION, &BeforeRequest) ||
-      !Set(m_easy, CURLOPT_PREREQDATA, this)) {
-    return false;
-  }
+  options.Set(CURLOPT_SSL_VERIFYPEER, verify);
+  options.Set(CURLOPT_SSL_VERIFYHOST, verify * 2);
+  options.Set(CURLOPT_CERTINFO, 1L);
+  options.Set(CURLOPT_PREREQFUNCTION, &BeforeRequest);
+  options.Set(CURLOPT_PREREQDATA, this);
   // The system's roots are not read when they must not be used: libcurl would trust a folder of
   // them in addition to the roots in memory.
   RootLocation location{nullptr, nullptr};
   if (!m_skipVerify && m_roots.IsEmpty()) location = SystemRoots();
-  if (!Set(m_easy, CURLOPT_CAINFO, location.file) ||
-      !Set(m_easy, CURLOPT_CAPATH, location.folder)) {
-    return false;
+  options.Set(CURLOPT_CAINFO, location.file);
+  options.Set(CURLOPT_CAPATH, location.folder);
+  if (!m_skipVerify && !m_roots.IsEmpty()) {
+    const CryptoPointer<BIO> pem = m_roots.Pem();
+    if (pem == nullptr) return false;
+    char* text = nullptr;
+    const long length = BIO_get_mem_data(pem.get(), &text);
+    curl_blob blob{text, static_cast<std::size_t>(length), CURL_BLOB_COPY};
+    options.Set(CURLOPT_CAINFO_BLOB, &blob);
   }
-  if (m_skipVerify || m_roots.IsEmpty()) return true;
-  const CryptoPointer<BIO> pem = m_roots.Pem();
-  if (pem == nullptr) return false;
-  char* text = nullptr;
-  const long length = BIO_get_mem_data(pem.get(), &text);
-  curl_blob blob{text, static_cast<std::size_t>(length), CURL_BLOB_COPY};
-  return Set(m_easy, CURLOPT_CAINFO_BLOB, &blob);
+  return options.AllSet();
 }
 
 RootLocation CurlExchange::SystemRoots() const {
