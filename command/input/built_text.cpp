@@ -20,10 +20,9 @@ std::string Problem(KRBuildStatus status, KRDataObj* failing) {
 
 }  // namespace
 
-std::string BuildText(KRFile& root, bool strict, KRBuffer& text) {
+std::string BuildText(KRFile& root, KRBuffer& text) {
   KRBuilder builder;
-  const KRBuildStatus status = builder.Build(
-      &text, &root, strict ? KRBuildStringOpt_Strict : KRBuildStringOpt_Lenient, strict ? 1 : 0);
+  const KRBuildStatus status = builder.Build(&text, &root, KRBuildStringOpt_Strict, 1);
   return Problem(status, builder.GetFailingObject());
 }
 

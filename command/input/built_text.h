@@ -15,10 +15,9 @@ struct RewriteOptions;
 
 namespace krofx::command {
 
-/// Builds `root` into `text`.
-/// @param strict refuses texts that are not valid and trees that lack something.
+/// Builds `root` into `text`. Texts that are not valid and trees that lack something are refused.
 /// @return empty, or what is wrong and where.
-std::string BuildText(KRFile& root, bool strict, KRBuffer& text);
+std::string BuildText(KRFile& root, KRBuffer& text);
 
 /// Writes a text that was read after what `out` holds.
 /// @return empty, or what is wrong and where.

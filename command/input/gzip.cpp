@@ -17,6 +17,7 @@ namespace krofx::command {
 
 namespace {
 
+constexpr char kNoMemory[] = "not enough memory to unpack it";
 constexpr std::string_view kMagic = "\x1f\x8b";
 
 constexpr std::uint64_t kHarmlessSize = 256ULL << 20;
@@ -99,11 +100,11 @@ std::unique_ptr<KRBuffer> Unpack(std::string_view packed, std::string& problem) 
     problem = reason;
     return nullptr;
   };
-  if (!inflater.IsOpen()) return fail("not enough memory to unpack it");
+  if (text == nullptr || !inflater.IsOpen()) return fail(kNoMemory);
   for (;;) {
     std::size_t got = 0;
     const int result = inflater.Next(block.bytes, sizeof block.bytes, got);
-    if (result == Z_MEM_ERROR) return fail("not enough memory to unpack it");
+    if (result == Z_MEM_ERROR) return fail(kNoMemory);
     if (result != Z_OK && result != Z_STREAM_END) {
       return fail(result == Z_BUF_ERROR ? "it is compressed, and breaks off; download it again"
                                         : "it is compressed, and damaged; download it again");
@@ -114,7 +115,7 @@ std::unique_ptr<KRBuffer> Unpack(std::string_view packed, std::string& problem) 
     }
     if (size > kMaxInputSize) return fail(kTooLarge);
     if (got > 0 && text->WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
-      return fail("not enough memory to unpack it");
+      return fail(kNoMemory);
     }
     if (result != Z_STREAM_END) continue;
     if (inflater.IsAtEnd()) return text;

@@ -12,6 +12,7 @@
 #include "banks/password_command.h"
 #include "input/built_text.h"
 #include "input/parsed_file.h"
+#include "krofx/host/build_reason.h"
 #include "output/characters.h"
 #include "output/messages.h"
 #include "requests/arguments.h"
@@ -241,6 +242,7 @@ ExitStatus RequestMaker::Finish() {
     AddPassword(*signOn);
   }
   auto text = std::make_unique<KRBuffer>(4096, 4096);
+  if (text == nullptr) Fail(kExitUnusable, krofx::ReasonOf(KRBuildStatus_Fatal));
   if (m_problem.empty()) {
     KRMessageSetRq& first = SetFor(Service::kSignOn);
     first.SetSignOnRq(signOn.release());
@@ -252,7 +254,7 @@ ExitStatus RequestMaker::Finish() {
     KRFileRq file;
     file.AddDefaultOFXHeaders(GetVersion());
     file.AppendRequest(request.release());
-    const std::string problem = BuildText(file, true, *text);
+    const std::string problem = BuildText(file, *text);
     if (!problem.empty()) Fail(kExitUnusable, problem);
   }
   return m_problem.empty() ? HandOver(std::move(text)) : Report();
