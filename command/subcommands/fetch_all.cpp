@@ -75,10 +75,22 @@ std::string LastDay(const std::string& folder, const std::string& stem) {
   return last;
 }
 
+// Whether a reply ends within an answer. Some institutions leave out the end tags behind it.
+bool BreaksOffInAnswer(const ParsedFile& reply) {
+  // The path of a message set, such as "OFX/BANKMSGSRSV1", has one.
+  constexpr int kMostSlashes = 1;
+  const krofx::List<krofx::Mending>& mendings = reply.GetMendings();
+  return std::any_of(mendings.begin(), mendings.end(), [](const krofx::Mending& mending) {
+    const std::string path = ToText(mending.path);
+    return mending.kind == krofx::MendingKind::kCutOff &&
+           std::count(path.begin(), path.end(), '/') > kMostSlashes;
+  });
+}
+
 // Why a reply does not have all that was asked for; empty when it does.
 std::string FindProblem(const ParsedFile& reply) {
   if (!reply.GetProblem().empty()) return reply.GetProblem();
-  if (reply.BreaksOff()) return "the reply breaks off; nothing of it is kept";
+  if (BreaksOffInAnswer(reply)) return "the reply breaks off; nothing of it is kept";
   const bool isAnswered = HasAnswer<KRGenericStatementRs>(reply) || HasAnswer<KRInvStmtRs>(reply);
   return isAnswered ? "" : "the reply has no statement";
 }
