@@ -11,10 +11,16 @@ kind, first, last = sys.argv[1], int(sys.argv[2]), int(sys.argv[3])
 sys.stdout.reconfigure(newline="\n")
 def security(number):
     return f"<SECID><UNIQUEID>{number % 3}<UNIQUEIDTYPE>CUSIP</SECID>"
+def info(number):
+    return (f"<STOCKINFO><SECINFO><SECID><UNIQUEID>{number}<UNIQUEIDTYPE>CUSIP</SECID><SECNAME>Security {number}"
+            f"<TICKER>T{number}</SECINFO></STOCKINFO>")
 def closing(number):
     return f"<CLOSING><FITID>{number}<DTCLOSE>20260131<BALOPEN>1<BALCLOSE>{number}.25<DTPOSTSTART>20260101<DTPOSTEND>20260131</CLOSING>"
-def position(number):
-    tag = "POSMF" if number % 300 == 0 else "POSSTOCK"
+def position(number): return held("POSMF" if number % 300 == 0 else "POSSTOCK", number)
+def stock(number): return held("POSSTOCK", number)
+def fund(number): return held("POSMF", number)
+def either(number): return held("POSMF" if number % 2 == 0 else "POSSTOCK", number)
+def held(tag, number):
     return (f"<{tag}><INVPOS>{security(number)}<HELDINACCT>CASH<POSTYPE>LONG<UNITS>{number}<UNITPRICE>1<MKTVAL>{number}.25"
             f"<DTPRICEASOF>20260131</INVPOS></{tag}>")
 def trade(number):
@@ -35,6 +41,21 @@ closings() {
   entries closing "$@"
   echo '</STMTENDRS></STMTENDTRNRS></BANKMSGSRSV1></OFX>'
 }
+# The positions of a new account: account NUMBER KIND FIRST LAST
+account() {
+  echo "<INVSTMTTRNRS>$status<INVSTMTRS><DTASOF>20260131<CURDEF>USD<INVACCTFROM><BROKERID>b.example<ACCTID>$1</INVACCTFROM><INVPOSLIST>"
+  entries "${@:2}"
+  echo "</INVPOSLIST></INVSTMTRS></INVSTMTTRNRS>"
+}
+# A statement of accounts on standard input, and descriptions of securities: with_securities FIRST LAST
+with_securities() {
+  header
+  echo "<OFX>$sign_on<INVSTMTMSGSRSV1>"
+  cat
+  echo '</INVSTMTMSGSRSV1><SECLISTMSGSRSV1><SECLIST>'
+  entries info "$@"
+  echo '</SECLIST></SECLISTMSGSRSV1></OFX>'
+}
 # The list of an investment statement, after a short one of another account: investment LIST KIND FIRST LAST
 investment() {
   local account list=$1
@@ -47,9 +68,7 @@ investment() {
     echo "</$list></INVSTMTRS></INVSTMTTRNRS>"
   done
   echo '</INVSTMTMSGSRSV1><SECLISTMSGSRSV1><SECLIST>'
-  for number in 0 1 2; do
-    echo "<STOCKINFO><SECINFO><SECID><UNIQUEID>$number<UNIQUEIDTYPE>CUSIP</SECID><SECNAME>Security $number<TICKER>T$number</SECINFO></STOCKINFO>"
-  done
+  entries info 0 2
   echo '</SECLIST></SECLISTMSGSRSV1></OFX>'
 }
 # Writes a file with the first entry of a tag so many times: repeat FILE TAG COUNT
@@ -105,6 +124,24 @@ expect 0 print long.ofx
 has out 66000.25
 "$krofx" print --csv --table closings - <long.ofx >out 2>err || fail 'standard input'
 [ "$(wc -l <out)" -eq 66001 ] || fail 'the rows of standard input'
+
+# Lists of several kinds that are long in other accounts only come kind by kind too, and each row has its own texts.
+# A list of securities may be long as well.
+for count in 3 66000; do
+  { account 76 stock 1 $count; account 77 fund 1 $count; account 78 either 1 6; } | with_securities 0 2 >kinds.ofx
+  expect 0 print --csv --table positions kinds.ofx
+  [ ! -s err ] || fail 'something is said about kinds'
+  grep 'b.example 78,' out >$count.kinds
+  grep -c 'Security' out >>kinds.counts
+  account 76 stock 1 3 | with_securities $((2 - count)) 2 >securities.ofx
+  expect 0 print --csv --table positions securities.ofx
+  [ ! -s err ] || fail 'something is said about securities'
+  mv out $count.securities
+done
+[ "$(tr '\n' ' ' <kinds.counts)" = '12 132006 ' ] || fail "not all positions: $(cat kinds.counts)"
+cmp -s 3.kinds 66000.kinds && [ "$(wc -l <3.kinds)" -eq 6 ] || fail 'the positions of two kinds'
+cmp -s 3.securities 66000.securities || fail 'the names of securities'
+has 66000.securities 'Security 2'
 
 # Little memory, where a sanitizer does not take more than that for itself.
 limit=150000
