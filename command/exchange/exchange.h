@@ -65,8 +65,7 @@ class Exchange {
   std::unique_ptr<KRBuffer> Run(KRBuffer* body);
 
   /// @return how the last exchange ended. With a reply: kExitClean, or kExitUnusable when its
-  /// headers
-  ///         could not be saved. Without one: kExitNetwork when trying again may help,
+  ///         headers could not be saved. Without one: kExitNetwork when trying again may help,
   ///         kExitCancelled after a signal, kExitUnusable when something must change first.
   ExitStatus GetExitStatus() const { return m_exitStatus; }
 
