@@ -9,9 +9,12 @@
 #include <functional>
 #include <iterator>
 
+#include "krofx/messages/investment/securities.h"
 #include "krofx/values/utility.h"
 #include "reader/damaged_texts.h"
 #include "stream/streamed.h"
+#include "support/failing_allocation.h"
+#include "support/temp_folder.h"
 
 namespace krofx::testing {
 namespace {
@@ -403,21 +406,162 @@ TEST(MendedStream, FindsTheCharacterSetOfPiecesWithForeignReferencesInFront) {
   }
 }
 
-TEST(MendedStream, SaysWhatItCannotMendWithoutTheWholeText) {
-  // Whether the unknown aggregate ends is not known before the end of the list.
-  const std::string text = Many("<STRANGE>\n", "");
+// A stream that mends and sees little at a time.
+StreamOptions NarrowMending() {
   StreamOptions options;
   options.mends = true;
   options.window = 4096;
   options.largestItem = 16384;
-  Stream stream(options);
-  WantMuch(stream);
-  stream.Open(std::string_view(text));
-  while (stream.Next() != nullptr) {
+  return options;
+}
+
+TEST(MendedStream, SaysWhatItCannotMendWithoutTheWholeText) {
+  // Whether the unknown aggregate ends is not known before the end of the list.
+  const std::string text = Many("<STRANGE>\n", "");
+  for (const std::size_t piece : {std::size_t{0}, std::size_t{1000}}) {
+    Stream stream(NarrowMending());
+    WantMuch(stream);
+    Streamed out;
+    Pour(stream, text, piece, out);
+    EXPECT_EQ(stream.Status(), KRParseStatus_Fatal);
+    EXPECT_NE(Str(stream.Problem()).find("krofx::Read"), std::string::npos);
   }
-  EXPECT_EQ(stream.Status(), KRParseStatus_Fatal);
-  EXPECT_NE(Str(stream.Problem()).find("krofx::Read"), std::string::npos);
   EXPECT_EQ(StreamMending(text, {0, 4096}).mendings, ReadWhole(text).mendings);
+}
+
+TEST(MendedStream, RefusesWhatIsLongerThanItLooksAtAsAWhole) {
+  const std::string longText = Amount("-1.00", Repeat("x", 20000));
+  // The first amount is judged by all those after it.
+  for (const std::string& front : {std::string("<INTU.X>1\n"), Amount("1,234")}) {
+    const std::string text = Many(front, longText, 20);
+    for (const std::size_t piece : {std::size_t{0}, std::size_t{1000}}) {
+      Stream stream(NarrowMending());
+      WantMuch(stream);
+      Streamed out;
+      Pour(stream, text, piece, out);
+      EXPECT_EQ(out.elements.size(), front.find("STMTTRN") == std::string::npos ? 20u : 21u);
+      EXPECT_EQ(stream.Status(), KRParseStatus_Fatal);
+      EXPECT_EQ(Str(stream.Problem()),
+                "something in it is longer than what is looked at as a whole");
+    }
+    StreamOptions options = NarrowMending();
+    options.largestItem = 1 << 20;
+    EXPECT_EQ(StreamText(text, 0, options).status, KRParseStatus_Warnings);
+  }
+}
+
+TEST(MendedStream, CannotReadAFolder) {
+  const TempFolder folder;
+  Stream stream(NarrowMending());
+  stream.OpenFile(folder.Name("").c_str());
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Invalid);
+  EXPECT_NE(Str(stream.Problem()).find("cannot be read"), std::string::npos)
+      << Str(stream.Problem());
+}
+
+TEST(MendedStream, JudgesAmountsOfATextThatBecomesUtf8) {
+  const std::string front = "<INTU.X>1\n" + Amount("-1.00", "Ko&#322;o \xFC") + Amount("1,234");
+  for (const std::string& tail : {Amount("2,345.50"), Amount("7,5") + Amount("8,25")}) {
+    const std::string text = Many(front, tail, 50);
+    const Outcome whole = ReadWhole(text);
+    EXPECT_EQ(whole.charset, "UTF-8");
+    for (const u32 window : {256u, 4096u}) {
+      const Outcome streamed = StreamMending(text, {0, window});
+      EXPECT_EQ(streamed.mendings, whole.mendings);
+      EXPECT_EQ(streamed.tree, whole.tree);
+    }
+  }
+}
+
+TEST(MendedStream, FindsControlCharactersInEveryPiece) {
+  // Several windows of text without a tag.
+  const std::string stray = Repeat("x", 3000) + "\1" + Repeat("x", 3000);
+  for (const std::string& tail : {"\n" + stray + Amount("-7.00"), Amount("-7.00", "Gro\1cer")}) {
+    const std::string text = Many("<INTU.X>1\n", tail, 20);
+    // It is said when it is seen.
+    Outcome whole = ReadWhole(text);
+    Outcome streamed = StreamMending(text, {100, 1000});
+    std::sort(whole.mendings.begin(), whole.mendings.end());
+    std::sort(streamed.mendings.begin(), streamed.mendings.end());
+    EXPECT_EQ(streamed.mendings, whole.mendings);
+    EXPECT_EQ(streamed.tree, whole.tree);
+    StreamOptions options = NarrowMending();
+    options.window = 1000;
+    options.mend.Remove(MendingKind::kControlCharacter);
+    Stream stream(options);
+    WantMuch(stream);
+    Streamed out;
+    Pour(stream, text, 100, out);
+    EXPECT_EQ(stream.Status(), KRParseStatus_Invalid);
+    EXPECT_EQ(Str(stream.Problem()), ProblemWithout(MendingKind::kControlCharacter));
+    EXPECT_GT(out.elements.size(), 10u);
+  }
+}
+
+TEST(MendedStream, GivesTheSecuritiesOfAListThatIsInNoOther) {
+  const auto security = [](const std::string& number) {
+    return Aggregate(
+        "STOCKINFO",
+        Aggregate("SECINFO", Aggregate("SECID", "<UNIQUEID>" + number + "<UNIQUEIDTYPE>CUSIP") +
+                                 "<SECNAME>Mills"));
+  };
+  const std::string text = ResponseFile(
+      "SECLISTMSGSRS", Aggregate("SECLIST", "<ACME.X>1" + security("1") + security("2") +
+                                                "</SECLIST><SECLIST>" + security("3")));
+  for (const std::size_t piece : {std::size_t{0}, std::size_t{50}}) {
+    StreamOptions options;
+    options.mends = true;
+    Stream stream(options);
+    stream.WantAllOf<KRSecList>();
+    Streamed out;
+    Pour(stream, text, piece, out);
+    ASSERT_EQ(out.texts.size(), 3u);
+    EXPECT_NE(out.texts[2].find("<UNIQUEID>3"), std::string::npos);
+    EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+    EXPECT_EQ(stream.Mendings().size(), 2u);
+    EXPECT_EQ(Written(stream.Root()).find("<STOCKINFO>"), std::string::npos);
+  }
+}
+
+// The first payment is deleted while its invoices wait, or were just handed out.
+TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
+  const auto invoice = [](const std::string& number) {
+    return Aggregate("INVOICE", "<INVNO>" + number +
+                                    "<INVTOTALAMT>10<INVPAIDAMT>10<INVDATE>20260105<INVDESC>Oil" +
+                                    Aggregate("LINEITEM", "<LITMAMT>10<LITMDESC>Oil"));
+  };
+  const auto details = [](const std::string& invoices) {
+    return Aggregate("EXTDPMT", "<EXTDPMTDSC>oil" + Aggregate("EXTDPMTINV", invoices));
+  };
+  const std::string text = RequestFile(
+      "BILLPAYMSGSRQ",
+      RequestWrapper(
+          "PMTTRNRQ",
+          Aggregate(
+              "PMTRQ",
+              Aggregate(
+                  "PMTINFO",
+                  "<BANKACCTFROM><BANKID>1<ACCTID>4711<ACCTTYPE>CHECKING</BANKACCTFROM><TRNAMT>30" +
+                      details(invoice("1") + invoice("2")) + details(invoice("3"))))));
+  ASSERT_EQ(MendingNames(Read(text)), Lines{"replaced"});
+  for (const KRTagID tag : {KRTag_INVOICE, KRTag_LINEITEM}) {
+    for (const std::size_t piece : {std::size_t{0}, std::size_t{20}}) {
+      StreamOptions options;
+      options.mends = true;
+      Stream stream(options);
+      stream.WantTag(tag);
+      Streamed out;
+      Pour(stream, text, piece, out);
+      ASSERT_EQ(out.elements.size(), 3u);
+      for (const std::string& element : out.elements) {
+        EXPECT_NE(element.find("PMTINFO/EXTDPMT/EXTDPMTINV/INVOICE["), std::string::npos);
+        EXPECT_NE(element.find(" 4711 "), std::string::npos) << "its account: " << element;
+      }
+      EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+      EXPECT_EQ(Written(stream.Root()).find("<LITMAMT>"), std::string::npos);
+    }
+  }
 }
 
 TEST(MendedStream, EndsAtDamageThatMustNotBeMended) {
@@ -475,6 +619,78 @@ TEST(MendedStream, KeepsTheFirstMendingsAndSaysAll) {
   EXPECT_EQ(stream.Mendings().size(), 10u);
   EXPECT_EQ(counter.mendings, stream.Mendings().size() + stream.Unrecorded());
   EXPECT_EQ(counter.path, "OFX/BANKMSGSRSV1/STMTTRNRS[1]/STMTRS/BANKTRANLIST/STMTTRN[300]");
+}
+
+TEST(MendedStream, SaysItsWarningsToTheHost) {
+  // What an element lacks, and what is too long for a string.
+  const std::string text = Many("<INTU.X>1\n<STMTTRN><TRNTYPE>DEBIT<TRNAMT>-1</STMTTRN>\n",
+                                Amount("-2.00", "Shop<MEMO>" + Repeat("x", 70000)), 3);
+  for (const std::size_t piece : {std::size_t{0}, std::size_t{1000}}) {
+    StreamOptions options;
+    options.mends = true;
+    options.maxRecords = 1;
+    Stream stream(options);
+    Counter counter;
+    stream.SetListener(&counter);
+    stream.Want<KRBankStatementTx>();
+    Streamed out;
+    Pour(stream, text, piece, out);
+    EXPECT_EQ(out.texts.size(), 5u);
+    EXPECT_EQ(counter.warnings, 2u);
+    EXPECT_EQ(counter.mendings, 1u);
+    ASSERT_EQ(stream.Warnings().size(), 1u);
+    EXPECT_EQ(stream.Warnings()[0].warning, KRPW_MISSINGTAG);
+    EXPECT_EQ(stream.Warnings()[0].place.offset, text.find("<STMTTRN>"));
+    EXPECT_EQ(stream.Unrecorded(), 1u);
+  }
+}
+
+// A text with much that needs memory: bytes and references that become UTF-8, control characters,
+// an amount that is judged by others, a list that goes on.
+TEST(MendedStream, EndsWithoutMemory) {
+  const std::string text =
+      "\xEF\xBB\xBF" + Many("<INTU.X>1\n" + Amount("-1,234", "Ko&#322;o \xFC") + "<FOO>2\n",
+                            Amount("-7.5", "Gro\1cer") +
+                                "</BANKTRANLIST><BANKTRANLIST><STMTTRN><TRNTYPE>DEBIT</STMTTRN>",
+                            3);
+  const auto streamIn = [&text](std::size_t piece) {
+    StreamOptions options;
+    options.mends = true;
+    options.window = 512;
+    Stream stream(options);
+    Counter counter;
+    stream.SetListener(&counter);
+    stream.Want<KRBankStatementTx>();
+    std::size_t count = 0;
+    const auto take = [&] {
+      while (stream.Next() != nullptr) ++count;
+    };
+    if (piece == 0) stream.Open(std::string_view(text));
+    for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
+      if (!stream.Feed(std::string_view(text).substr(at, piece))) break;
+      take();
+    }
+    if (piece != 0) stream.Finish();
+    take();
+    Lines shown = {std::to_string(stream.Status()), std::to_string(count),
+                   std::to_string(counter.mendings), std::to_string(counter.warnings)};
+    return std::make_pair(stream.Status(), shown);
+  };
+  for (const std::size_t piece : {std::size_t{0}, std::size_t{200}}) {
+    const auto whole = streamIn(piece);
+    EXPECT_EQ(whole.first, KRParseStatus_Warnings);
+    for (const bool andAllLater : {false, true}) {
+      bool hasFailed = true;
+      for (std::size_t nth = 1; hasFailed; ++nth) {
+        const FailingAllocation failing(nth, andAllLater);
+        const auto streamed = streamIn(piece);
+        hasFailed = internal::AllocationFailure::Count() >= nth;
+        if (streamed.first != KRParseStatus_Fatal) {
+          EXPECT_EQ(streamed.second, whole.second) << nth;
+        }
+      }
+    }
+  }
 }
 
 TEST(MendedStream, SaysAnAmountThatComesTwiceAndAStrictStreamAsksForIt) {

@@ -66,7 +66,8 @@ class KROFX_API StreamElement {
   ///         given it up to here; null without.
   const KRAccount* Account() const;
   /// @return the open aggregate around it that is `levels` further out: 1 is the one that has its
-  ///         list, in which the next element may have begun already. Null beyond the root.
+  ///         list, in which the next element may have begun already. Null beyond the root, and for
+  ///         what a mending has replaced by another since.
   KRDataObj* Around(u16 levels) const;
   /// @return the nearest aggregate around it that is of class `Class`; null when there is none.
   template <class Class>

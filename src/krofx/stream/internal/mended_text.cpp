@@ -112,7 +112,8 @@ KRString MendedText::CurrentPath() const {
 
 void MendedText::OnMending(Mending& mending) {
   mending.place = PlaceOf(mending.place.offset);
-  mending.path = CurrentPath();
+  // Control characters are looked for ahead of what is read, and are in no aggregate.
+  if (mending.kind != MendingKind::kControlCharacter) mending.path = CurrentPath();
   if (m_listener != nullptr) m_listener->OnMending(mending);
 }
 

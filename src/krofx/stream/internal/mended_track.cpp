@@ -43,7 +43,7 @@ void MendedTrack::OnComplete(s16 depth, KRDataObj& object) {
   const Kind& kind = KindOf(depth);
   if (!kind.wanted) return;
   m_checker.OnElement(depth, object);
-  Given given = {&object, nullptr, depth, -1, m_levels[depth].place, {}};
+  Given given = {&object, nullptr, depth, depth, m_levels[depth].place, {}};
   for (s16 each = 0; each <= depth; ++each) given.frames[each] = FrameAt(each);
   if (kind.row != nullptr) {
     void* const array = kind.row->member(*m_levels[depth - 1].object);
@@ -69,8 +69,8 @@ void MendedTrack::OnDeleted(KRDataObj& object) {
     }
   }
   for (Given& given : m_given) {
-    for (s16 depth = 0; depth < given.depth; ++depth) {
-      if (given.frames[depth].object == &object) given.lost = depth;
+    for (s16 depth = 0; depth < given.around; ++depth) {
+      if (given.frames[depth].object == &object) given.around = depth;
     }
   }
 }
@@ -166,13 +166,16 @@ void MendedTrack::Clear() {
 }
 
 KRDataObj* MendedTrack::Around(u16 levels) const {
-  if (Element() == nullptr || levels > Current().depth - Current().lost - 1) return nullptr;
-  return Current().frames[Current().depth - levels].object;
+  if (Element() == nullptr || levels > Current().depth) return nullptr;
+  const auto depth = static_cast<s16>(Current().depth - levels);
+  return levels == 0 || depth < Current().around ? Current().frames[depth].object : nullptr;
 }
 
 const KRAccount* MendedTrack::AccountOfElement() const {
-  for (u16 levels = 1; KRDataObj* const object = Around(levels); ++levels) {
-    if (const KRAccount* const account = AccountOf(*object)) return account;
+  const s16 around = Element() == nullptr ? s16{0} : Current().around;
+  for (auto depth = static_cast<s16>(around - 1); depth >= 0; --depth) {
+    const KRAccount* const account = AccountOf(*Current().frames[depth].object);
+    if (account != nullptr) return account;
   }
   return nullptr;
 }

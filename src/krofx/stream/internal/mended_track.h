@@ -60,7 +60,7 @@ class MendedTrack final : public TreeWatcher {
   const Place& PlaceOfElement() const { return Current().place; }
   std::size_t NumberOfElement() const { return Current().frames[Current().depth].number; }
   /// @return the aggregate around the current element that is `levels` further out; null beyond the
-  ///         root.
+  ///         root, and for one that is gone.
   KRDataObj* Around(u16 levels) const;
   /// @return the account of the nearest aggregate around the current element that has one; null
   ///         without.
@@ -89,7 +89,7 @@ class MendedTrack final : public TreeWatcher {
     KRDataObj* object;
     const void* list;  // That it was taken out of; null when its parent has it still.
     s16 depth;
-    s16 lost;  // What is around it is gone up to this depth; below 0 when it is all there.
+    s16 around;  // So many frames are still there, from the root on: others may be replaced.
     Place place;
     Frame frames[KRParser::kMaxDepth + 1];
   };
