@@ -51,7 +51,7 @@ std::string PemOf(const KRBuffer& base64) {
 
 void CheckRoots(const std::string& pem) {
   if (!IsTrusted(pem)) return;
-  // On lines of their own: the end of one text and the start of the other could make a new mark.
+  // A line end between them, since the end of one and the start of the other could form a mark.
   Expect(IsTrusted(pem + "\n" + pem), "roots may come twice");
   Expect(!IsTrusted(pem + "-----BEGIN CERTIFICATE-----"), "a root that breaks off is refused");
 }

@@ -86,7 +86,7 @@ inline void CheckMissing(KRDataObj& root) {
 }
 
 /// Whether a value that is written begins or ends with white space, which is not read as part of
-/// it. (A builder writes the blank that "&nbsp;" stands for.)
+/// it. (A builder writes "&nbsp;" as a blank.)
 inline bool HasBlankAtAnEnd(std::string_view written) {
   constexpr std::string_view kBlanks = " \t\r\n";
   while (!written.empty()) {

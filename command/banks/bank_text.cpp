@@ -70,7 +70,7 @@ std::string Write(const std::string& text, std::size_t banks) {
   const std::string path = BanksFile();
   const std::string folder = path.substr(0, path.rfind('/'));
   const BankList list = ParseBanks(text, folder);
-  // A line that is wrong is one of a text that the user has not written.
+  // The problem would name a line of this new text, which the user has never seen.
   if (!list.problem.empty() || list.banks.size() != banks) {
     return path + " cannot be changed safely; edit it by hand";
   }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "banks/places.h"
 #include "input/input_files.h"
@@ -56,11 +57,11 @@ std::unique_ptr<KRBuffer> WithClientId(const KRBuffer& request, const std::strin
   const std::size_t element = text.find(kBefore);
   const std::size_t end = element == std::string_view::npos ? element : text.find('<', element + 1);
   if (end == std::string_view::npos) return nullptr;
-  // All the memory is taken here, so that what is added below fits.
-  auto longer = std::make_unique<KRBuffer>(static_cast<u32>(text.size() + id.size() + 64), 0);
-  if (longer == nullptr || longer->GetBufferPtr() == nullptr) return nullptr;
-  const auto add = [&longer](std::string_view part) {
-    longer->WriteLarge(part.data(), static_cast<u32>(part.size()));
+  auto longer = std::make_unique<KRBuffer>(static_cast<u32>(text.size() + id.size() + 64), 4096);
+  bool isWhole = longer != nullptr;
+  const auto add = [&](std::string_view part) {
+    isWhole =
+        isWhole && longer->WriteLarge(part.data(), static_cast<u32>(part.size())) == KRBufferOK;
   };
   std::size_t start = 0;
   const std::size_t version = text.find(kFirstVersion);
@@ -74,7 +75,7 @@ std::unique_ptr<KRBuffer> WithClientId(const KRBuffer& request, const std::strin
   add(id);
   add("\n");
   add(text.substr(end));
-  return longer;
+  return isWhole ? std::move(longer) : nullptr;
 }
 
 }  // namespace krofx::command

@@ -30,7 +30,7 @@ class Password {
   /// @return whether the user gave up at the prompt.
   bool WasCancelled() const { return m_cancelled; }
 
-  /// Wipes it: there is none then.
+  /// Wipes the password.
   void Wipe() { explicit_bzero(m_text.bytes, sizeof m_text.bytes); }
 
   /// Writes it to an open file, in UTF-8 and without the end of a line.

@@ -100,7 +100,7 @@ std::string ReadFromCommand(const std::string& command, Password& password) {
   // A command that prints more lines ends by the signal of a closed pipe.
   const bool cut = code == kFirstSignalStatus + SIGPIPE;
   if (code == 0 || cut) return problem;
-  // What a command prints that fails is no password.
+  // What a command that fails has printed is not a password.
   password.Wipe();
   if (code == kNotFound || code == kNotExecutable) return "password-command cannot be run";
   return "password-command ended with status " + std::to_string(code);

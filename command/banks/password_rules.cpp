@@ -51,12 +51,13 @@ std::string FindBrokenRule(const PasswordRules& rules, std::string_view password
 }
 
 std::string DescribeRules(const PasswordRules& rules) {
-  std::string text = rules.least > 0 && rules.most > 0 ? std::to_string(rules.least) + " to "
-                     : rules.least > 0                 ? "at least "
-                     : rules.most > 0                  ? "at most "
-                                                       : "";
-  if (const int number = rules.most > 0 ? rules.most : rules.least; number > 0) {
-    text += std::to_string(number) + " ";
+  std::string text;
+  if (rules.least > 0 && rules.most > 0) {
+    text = std::to_string(rules.least) + " to " + std::to_string(rules.most) + " ";
+  } else if (rules.least > 0) {
+    text = "at least " + std::to_string(rules.least) + " ";
+  } else if (rules.most > 0) {
+    text = "at most " + std::to_string(rules.most) + " ";
   }
   text += rules.characters == kLettersOnly  ? "letters"
           : rules.characters == kDigitsOnly ? "digits"

@@ -24,7 +24,7 @@ struct Url {
   /// @return the URL with its scheme in small letters, which is what the transport knows as secure.
   std::string Text() const { return scheme + ":" + rest; }
   /// The same without what may be secret: user, query and fragment. Where a password may
-  /// begin that cannot be told from the host, three stars replace the rest.
+  /// begin that cannot be distinguished from the host, three stars replace the rest.
   std::string Shown() const;
   /// @return whether the host is this machine.
   bool IsLoopback() const;

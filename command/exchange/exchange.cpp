@@ -209,6 +209,7 @@ ExitStatus Exchange::SetUp(VYNNetRequest& request) const {
 
 std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
   m_exitStatus = kExitUnusable;
+  m_mayHaveArrived = false;
   const Interruption interruption;
   const TemporaryFolder folder;
   if (folder.GetPath().empty()) {
@@ -252,7 +253,7 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
   u32 roughStatus = 0;
   request->GetStatus(roughStatus, end.transportError);
   end.httpStatus = manager.GetHttpStatus();
-  // A reply is not lost because its headers cannot be saved.
+  // The reply is kept even if its headers cannot be saved.
   ExitStatus saved = kExitClean;
   if (!m_options.headerFile.empty() && request->GetSavedHeaders().GetBufferSize() > 0) {
     saved = WriteOutput(request->GetSavedHeaders(), m_options.headerFile, Privacy::kPrivate);

@@ -71,16 +71,15 @@ const char* ExtensionFor(const std::string& type) {
   return ".bin";
 }
 
-// A line of the boundary; an empty one is at the end of a text that has no more of them.
+// A line of the boundary. Without one, `start` and `end` are both the end of the text.
 struct BoundaryLine {
   std::size_t start;
   std::size_t end;
   bool isLast;
 };
 
-// The next line of the boundary from the start of a line on. As for the reader, its letters are in
-// any case, white space may be around it, and nothing else but the two hyphens of the last one is
-// behind it.
+// Finds the next line of the boundary, from the start of a line on. As in the reader, its letters
+// are of any case, white space may surround it, and only the last one has more: two hyphens.
 BoundaryLine FindLine(std::string_view text, std::string_view wanted, std::size_t at) {
   while (at < text.size()) {
     const std::size_t end = std::min(text.find('\n', at), text.size() - 1) + 1;
@@ -96,8 +95,8 @@ BoundaryLine FindLine(std::string_view text, std::string_view wanted, std::size_
   return {text.size(), text.size(), false};
 }
 
-// What is behind the headers of a part and the empty line after them. Where that line is missing,
-// the first one that cannot be a header is of the body, so that none of it is lost.
+// What follows the headers of a part and their empty line. Where that line is missing, the body
+// begins at the first line that cannot be a header, so that none of it is lost.
 std::string_view WithoutHeaders(std::string_view part) {
   for (bool goesOn = false; !part.empty(); goesOn = true) {
     const std::size_t size = std::min(part.find('\n'), part.size() - 1) + 1;

@@ -131,8 +131,8 @@ class Changer {
   const Options& m_options;
   BankVisit m_visit;
   Password m_new;
-  // While the institution is asked and after that: a signal takes effect when it has been said what
-  // became of the password, and when the new one is kept.
+  // Holds signals back from the request on, until the user knows which password counts and the new
+  // one is kept.
   std::optional<Interruption> m_signals;
 };
 

@@ -42,7 +42,7 @@ std::string Numbered(const std::string& name, int number) {
   return name.substr(0, point) + "-" + std::to_string(number) + extension;
 }
 
-// The objects of a text. What comes from standard input is there once.
+// Parses a text. The strict parser reads the file again, but standard input can be read only once.
 std::unique_ptr<ParsedFile> Parse(const Options& options, const KRBuffer& text) {
   if (options.strict && options.file != "-") {
     return std::make_unique<ParsedFile>(options.file, Reader::kStrict);

@@ -75,7 +75,7 @@ std::string LastDay(const std::string& folder, const std::string& stem) {
   return last;
 }
 
-// Whether a reply ends within an answer. Some institutions leave out the end tags behind it.
+// Whether a reply ends within an answer. Some institutions leave out the end tags that follow.
 bool BreaksOffInAnswer(const ParsedFile& reply) {
   // The path of a message set, such as "OFX/BANKMSGSRSV1", has one.
   constexpr int kMostSlashes = 1;

@@ -143,7 +143,7 @@ class BankAsker {
     const ParsedFile reply(name, std::move(text));
     ExitStatus exitStatus = ComplainOfRefusals(reply);
     const std::vector<SyncAnswer> answers = SyncAnswersIn(reply);
-    // What refuses one order may be a status of sign-ons, in a reply that has news all the same.
+    // One order may be refused with a status of sign-ons in a reply that still has news.
     const bool isRefused = exitStatus == kExitSignOnRefused || reply.GetKind() == "request";
     if (isRefused && answers.empty()) return exitStatus;
     ForgetOlderProfile(m_bank, reply);
@@ -186,7 +186,7 @@ class BankAsker {
       if (question == nullptr) continue;
       ++known;
       if (answer.error.empty()) {
-        // What comes after a token that is not known is what came after the last one.
+        // A token that comes with an error would pass over news that did not come.
         if (!answer.token.empty()) m_tokens.Set(question->key, answer.token);
       } else {
         complain(*question, "the institution could not synchronize, error " + answer.error,

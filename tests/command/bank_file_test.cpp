@@ -291,7 +291,7 @@ TEST_F(BanksOnDisk, StayAsTheyAreWhenTheyCannotBeWritten) {
   }
   EXPECT_GE(failed, 3U);
   EXPECT_EQ(Get(), kHarbor + "\n" + kHalden);
-  // Nor when something else is in the place of the file, or of its folder.
+  // The same when something else is in the place of the file, or of its folder.
   const ScopedVariable empty("XDG_CONFIG_HOME", m_folder.Name("empty"));
   EXPECT_EQ(AddToBanks(kHarbor), "");
   const ScopedVariable nowhere("XDG_CONFIG_HOME", "/proc/nowhere");

@@ -65,7 +65,7 @@ setsid -w "$krofx" bank password harbor --new-password-fd 0 <<<fifth-password >o
 [ $? -eq 2 ] || fail 'a password is taken from nowhere'
 has err 'there is no terminal to ask'
 lacks err 'not known'
-# Nor is anything sent to another server.
+# Nothing is sent to another server.
 sed -i 's/^root/pin = "AAAAAAAAAAAAAAAAAAAAAAAAAAA="\n&/' "$banks"
 OLD=third-password
 change 2 fifth-password
@@ -101,7 +101,7 @@ KROFX_PASSWORD=third-password expect 4 bank password harbor --new-password-fd 0 
 has err 'the reply does not say that the password is changed'
 has err 'whether the password is changed is not known'
 
-# Nor does one that is no OFX, or none, and a signal does not end the command before it has said so.
+# After a reply that is not OFX, no reply, or a signal, the command says that it is not known which one counts.
 unknown() { # STATUS PATH
   url=$server/$2 write_harbor_at_url <<<'profile = false'
   sed -i '/^root/d' "$banks"

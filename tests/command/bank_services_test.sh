@@ -93,7 +93,7 @@ has out '<BROKERID>b.example'
 not_meant() {
   expect 64 request "${@:2}"
   has err "$1"
-  [ ! -s out ] || fail "a request all the same: $*"
+  [ ! -s out ] || fail "a request was made: $*"
 }
 not_meant 'sea has several accounts that end in 946: 10946 CHECKING, 20946 SAVINGS' statement @sea --account 946
 not_meant 'sea has several accounts that end in 946' transfer @sea --account 946 --to-account 10946 --amount 1

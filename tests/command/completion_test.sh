@@ -62,7 +62,7 @@ offers 'SAVINGS' bank add --type S
 # Of a broker's account it is the broker that tells it from others.
 offers '7-4401-22' fetch statement @halden --account ''
 has out "$(printf '7-4401-22\ttern.example')"
-# What was typed before does not stand in the way, whatever it is.
+# Whatever was typed before, completion goes on.
 offers '@harbor @halden' fetch statement --type SAVINGS ''
 offers ':files' print --no-such ''
 offers ':files' print --json ''

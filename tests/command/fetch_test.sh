@@ -70,7 +70,7 @@ expect 0 print kept.ofx
 has out 'PINE & OAK BOOKS'
 [ "$(stat -c %a kept.ofx)" = 600 ] || fail 'others can read the reply'
 grep -qi '^content-type: application/x-ofx' headers || fail 'no content type in the headers'
-# What cannot be saved is shown all the same.
+# What cannot be saved is still shown.
 for unsaved in --save-headers --save-reply; do
   expect 2 fetch statement --url "$url" "${trust[@]}" "${sign_on[@]}" "${account[@]}" $unsaved /proc/nowhere
   has err 'krofx: /proc/nowhere: it cannot be written'

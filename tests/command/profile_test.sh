@@ -250,7 +250,7 @@ write_banks <whole.toml
 gone() { [ ! -e "$kept" ] || fail "a profile is kept $1"; }
 write_harbor </dev/null
 echo not-a-real-password >password
-# One that cannot be kept counts all the same.
+# One that cannot be kept still counts.
 offer ''
 XDG_STATE_HOME=/proc/nowhere expect 0 fetch accounts @harbor
 has err 'krofx: harbor: /proc/nowhere: the folder cannot be made'

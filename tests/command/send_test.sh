@@ -166,7 +166,7 @@ done
 expect 0 get "$plain/echo" -o same --save-headers others
 has same fetched
 has others X-Got
-# Nor can names that lead nowhere, which are not taken for one file.
+# Names that lead nowhere cannot be written either, and are not taken for one file.
 ln -s round round
 expect 2 get "$plain/echo" -o round/same --save-headers round/same
 has err 'krofx: round/same: it cannot be written'

@@ -294,7 +294,7 @@ http_harbor </dev/null
 sed -i '/^\[\[/,$d' "$banks"
 updates 3
 has err 'nothing takes connections there'
-# Nor is anything else asked, when the accounts cannot be asked for.
+# Nothing else is asked when the accounts cannot be asked for.
 expect 3 fetch statement @harbor --account 0946
 [ "$(grep -c 'nothing takes connections' err)" -eq 1 ] || fail 'asked again'
 leaves_nothing

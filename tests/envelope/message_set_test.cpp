@@ -259,11 +259,19 @@ TEST(KRMessageSetRq, SkipsTheChildOfAnotherFamily) {
   EXPECT_EQ(file.Warnings(), Lines{"INVALIDAGG <CCSTMTTRNRQ> " + TagNumber(KRTag_CCSTMTTRNRQ)});
 }
 
-TEST(KRMessageSetRq, MakesNoChildOfATagThatIsNone) {
-  KRMessageSetRq set;
-  set.SetType(KRTag_BANKMSGSRQV1);
-  const KRTagDictionaryEntry entry = {KRTag_STMTRQ, "STMTRQ"};
+template <class Set>
+void ExpectNoChildOf(KRTagID type, const KRTagDictionaryEntry& entry) {
+  Set set;
+  set.SetType(type);
   EXPECT_EQ(set.HandleTagStart(&entry), KRParseStatus_Invalid);
+}
+
+TEST(KRMessageSetRq, MakesNoChildOfATagThatIsNone) {
+  ExpectNoChildOf<KRMessageSetRq>(KRTag_BANKMSGSRQV1, {KRTag_STMTRQ, "STMTRQ"});
+}
+
+TEST(KRMessageSetRs, MakesNoChildOfATagThatIsNone) {
+  ExpectNoChildOf<KRMessageSetRs>(KRTag_BANKMSGSRSV1, {KRTag_STMTRS, "STMTRS"});
 }
 
 TEST(KRMessageSetRs, GivesItsVersionToWhatIsBelow) {
@@ -308,13 +316,6 @@ TEST(KRMessageSetRq, NamesOneThingThatItLacks) {
   EXPECT_EQ(securities->GetFirstMissingRequiredTag(KRTag_None), KRTag_SECLIST);
   securities->SetSecList(MakeChild<KRSecList>(KRTag_SECLIST));
   EXPECT_EQ(securities->GetFirstMissingRequiredTag(KRTag_None), KRTag_None);
-}
-
-TEST(KRMessageSetRs, MakesNoChildOfATagThatIsNone) {
-  KRMessageSetRs set;
-  set.SetType(KRTag_BANKMSGSRSV1);
-  const KRTagDictionaryEntry entry = {KRTag_STMTRS, "STMTRS"};
-  EXPECT_EQ(set.HandleTagStart(&entry), KRParseStatus_Invalid);
 }
 
 TEST(KRMessageSetRq, CopiesWhatIsThereOfAListWithGaps) {

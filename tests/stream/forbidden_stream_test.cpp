@@ -16,8 +16,7 @@ namespace {
 // Streams a text in pieces of `size` bytes; 0 for the whole text from memory.
 void ExpectEndsAt(MendingKind kind, const std::string& text, std::size_t size) {
   SCOPED_TRACE(std::string(NameOf(kind)) + " in pieces of " + std::to_string(size));
-  StreamOptions options;
-  options.mends = true;
+  StreamOptions options = MendingOptions();
   options.mend.Remove(kind);
   Stream stream(options);
   WantMuch(stream);

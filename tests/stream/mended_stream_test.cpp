@@ -78,8 +78,7 @@ Outcome ReadWhole(const std::string& text) {
 }
 
 Outcome StreamMending(const std::string& text, const Way& way) {
-  StreamOptions options;
-  options.mends = true;
+  StreamOptions options = MendingOptions();
   options.window = way.window;
   options.maxRecords = 100000;
   Stream stream(options);
@@ -206,7 +205,7 @@ TEST(MendedStream, GivesWhatAReadingGivesOfAJoinedListThatBreaksOff) {
 TEST(MendedStream, GivesWhatAReadingGivesOfControlCharactersAroundAByteOrderMark) {
   const std::string mark = "\xEF\xBB\xBF";
   const std::string text = BankStatementFile(NumberedTransaction(1));
-  ExpectSame("\x04" + mark + text, "a mark behind a control character");
+  ExpectSame("\x04" + mark + text, "a mark after a control character");
   ExpectSame(mark + "\x04" + text, "a mark in front of one");
   ExpectSame(mark + "\x04<?OFX OFXHEADER=\"200\"?>" + text, "a mark in front of one and of XML");
 }
@@ -408,8 +407,7 @@ TEST(MendedStream, FindsTheCharacterSetOfPiecesWithForeignReferencesInFront) {
 
 // A stream that mends and sees little at a time.
 StreamOptions NarrowMending() {
-  StreamOptions options;
-  options.mends = true;
+  StreamOptions options = MendingOptions();
   options.window = 4096;
   options.largestItem = 16384;
   return options;
@@ -510,9 +508,7 @@ TEST(MendedStream, GivesTheSecuritiesOfAListThatIsInNoOther) {
       "SECLISTMSGSRS", Aggregate("SECLIST", "<ACME.X>1" + security("1") + security("2") +
                                                 "</SECLIST><SECLIST>" + security("3")));
   for (const std::size_t piece : {std::size_t{0}, std::size_t{50}}) {
-    StreamOptions options;
-    options.mends = true;
-    Stream stream(options);
+    Stream stream(MendingOptions());
     stream.WantAllOf<KRSecList>();
     Streamed out;
     Pour(stream, text, piece, out);
@@ -547,9 +543,7 @@ TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
   ASSERT_EQ(MendingNames(Read(text)), Lines{"replaced"});
   for (const KRTagID tag : {KRTag_INVOICE, KRTag_LINEITEM}) {
     for (const std::size_t piece : {std::size_t{0}, std::size_t{20}}) {
-      StreamOptions options;
-      options.mends = true;
-      Stream stream(options);
+      Stream stream(MendingOptions());
       stream.WantTag(tag);
       Streamed out;
       Pour(stream, text, piece, out);
@@ -566,8 +560,7 @@ TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
 
 TEST(MendedStream, EndsAtDamageThatMustNotBeMended) {
   const std::string text = Many("", Amount("-1,5") + Amount("-2.00"), 100);
-  StreamOptions options;
-  options.mends = true;
+  StreamOptions options = MendingOptions();
   options.mend.Remove(MendingKind::kDecimalComma);
   Stream stream(options);
   stream.Want<KRBankStatementTx>();
@@ -604,8 +597,7 @@ class Counter : public StreamListener {
 
 TEST(MendedStream, KeepsTheFirstMendingsAndSaysAll) {
   const std::string text = LargeStatement(300, [](std::string& t) { Replace(t, ".25", ",25"); });
-  StreamOptions options;
-  options.mends = true;
+  StreamOptions options = MendingOptions();
   options.maxRecords = 10;
   Stream stream(options);
   Counter counter;
@@ -626,8 +618,7 @@ TEST(MendedStream, SaysItsWarningsToTheHost) {
   const std::string text = Many("<INTU.X>1\n<STMTTRN><TRNTYPE>DEBIT<TRNAMT>-1</STMTTRN>\n",
                                 Amount("-2.00", "Shop<MEMO>" + Repeat("x", 70000)), 3);
   for (const std::size_t piece : {std::size_t{0}, std::size_t{1000}}) {
-    StreamOptions options;
-    options.mends = true;
+    StreamOptions options = MendingOptions();
     options.maxRecords = 1;
     Stream stream(options);
     Counter counter;
@@ -654,8 +645,7 @@ TEST(MendedStream, EndsWithoutMemory) {
                                 "</BANKTRANLIST><BANKTRANLIST><STMTTRN><TRNTYPE>DEBIT</STMTTRN>",
                             3);
   const auto streamIn = [&text](std::size_t piece) {
-    StreamOptions options;
-    options.mends = true;
+    StreamOptions options = MendingOptions();
     options.window = 512;
     Stream stream(options);
     Counter counter;
@@ -712,9 +702,7 @@ TEST(MendedStream, SaysAnAmountThatComesTwiceAndAStrictStreamAsksForIt) {
 TEST(MendedStream, StopsAndIsDestroyedAnywhere) {
   const std::string text = LargeStatement(100, [](std::string& t) { Replace(t, ".25", ",25"); });
   for (std::size_t count = 0; count < 5; ++count) {
-    StreamOptions options;
-    options.mends = true;
-    Stream stream(options);
+    Stream stream(MendingOptions());
     WantMuch(stream);
     stream.Open(std::string_view(text));
     for (std::size_t element = 0; element < count; ++element) stream.Next();
@@ -728,9 +716,7 @@ TEST(MendedStream, StopsAndIsDestroyedAnywhere) {
 TEST(MendedStream, SaysWhatIsNoOfx) {
   for (const std::string text : {"", "no OFX at all", "<html><body>Log in</body></html>"}) {
     const Reading whole = Read(text);
-    StreamOptions options;
-    options.mends = true;
-    Stream stream(options);
+    Stream stream(MendingOptions());
     WantMuch(stream);
     stream.Open(std::string_view(text));
     EXPECT_EQ(stream.Next(), nullptr);

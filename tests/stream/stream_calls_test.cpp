@@ -13,12 +13,6 @@ namespace {
 
 const std::string kTwo = BankStatementFile(NumberedTransaction(1) + NumberedTransaction(2));
 
-StreamOptions Mending() {
-  StreamOptions options;
-  options.mends = true;
-  return options;
-}
-
 TEST(StreamCalls, OfAStreamThatWasMovedAreAnsweredAsAfterTheEnd) {
   Stream first;
   first.Want<KRBankStatementTx>();
@@ -112,7 +106,7 @@ TEST(StreamCalls, OfAMultipartTextSayThatItHasToBeTakenApart) {
       "Content-Type: multipart/x-mixed-replace; boundary=\"cut\"\r\n\r\n--cut\r\n"
       "Content-Type: application/x-ofx\r\n\r\n" +
       kTwo + "\r\n--cut--\r\n";
-  for (const StreamOptions& options : {StreamOptions(), Mending()}) {
+  for (const StreamOptions& options : {StreamOptions(), MendingOptions()}) {
     Stream stream(options);
     WantMuch(stream);
     stream.Open(std::string_view(text));
@@ -129,13 +123,13 @@ TEST(StreamCalls, MendABufferAsTheyMendMemory) {
   for (const bool plain : {true, false}) {
     for (const std::string& text : {damaged, kTwo}) {
       TextBuffer buffer(text, plain);
-      Stream stream(Mending());
+      Stream stream(MendingOptions());
       WantMuch(stream);
       stream.Open(*buffer.Get());
       Streamed out;
       TakeAll(stream, out);
       EXPECT_EQ(out.texts.size(), 2u);
-      const Streamed expected = StreamText(text, 0, Mending());
+      const Streamed expected = StreamText(text, 0, MendingOptions());
       EXPECT_EQ(out.elements, expected.elements);
       EXPECT_EQ(stream.Status(), expected.status);
       EXPECT_EQ(stream.Mendings().size(), text == damaged ? 1u : 0u);
@@ -154,7 +148,7 @@ TEST(StreamCalls, DropTheWholeStatementsOfAMendedText) {
   }
   const std::string text = ResponseFile("BANKMSGSRS", wrappers);
   for (const std::size_t size : {std::size_t{0}, std::size_t{100}}) {
-    Stream stream(Mending());
+    Stream stream(MendingOptions());
     stream.Want<KRTransRs>();
     Streamed out;
     Pour(stream, text, size, out);

@@ -22,6 +22,13 @@
 
 namespace krofx::testing {
 
+// The usual options of a stream that mends.
+inline StreamOptions MendingOptions() {
+  StreamOptions options;
+  options.mends = true;
+  return options;
+}
+
 /// Wants the elements of all kinds of lists that the examples have.
 inline void WantMuch(Stream& stream) {
   stream.Want<KRBankStatementTx>().Want<KRClosing>().Want<KRCCClosing>();

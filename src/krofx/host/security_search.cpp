@@ -21,7 +21,7 @@ namespace krofx {
 
 namespace {
 
-// What securities are told apart by: the ID, and of which numbering it is.
+// What distinguishes securities: the ID, and the numbering that it is from.
 using Key = std::pair<std::string_view, std::string_view>;
 
 Key KeyOf(const KRSecID& id) { return {ToText(id.GetUniqueID()), ToText(id.GetUniqueIDType())}; }

@@ -113,7 +113,7 @@ u16 CopyArray(const Row& row, void* to, const void* from) {
       }
     }
     if (source == nullptr) {
-      // Whatever is here and behind it would stay.
+      // The target may have elements from here on, which must not stay.
       row.array->truncate(to, index);
       continue;
     }

@@ -93,7 +93,8 @@ bool WriteOfx1(std::string_view text, Output& output) {
   KRBuffer renewed(0, 65536);
   const std::size_t header = BodyOf(text);
   if (internal::HasHighBytes(text.substr(0, header))) {
-    // They may be in the fields of the character set, which are not written and do not choose it.
+    // They may be in the fields that name the character set. Those are replaced, and must not
+    // choose it.
     Output whole(renewed);
     AddHeader1(text.substr(0, header), false, whole);
     whole.Add(text.substr(header));

@@ -67,7 +67,7 @@ class KROFX_API StreamElement {
   const KRAccount* Account() const;
   /// @return the open aggregate around it that is `levels` further out: 1 is the one that has its
   ///         list, in which the next element may have begun already. Null beyond the root, and for
-  ///         what a mending has replaced by another since.
+  ///         an aggregate that a mending has replaced.
   KRDataObj* Around(u16 levels) const;
   /// @return the nearest aggregate around it that is of class `Class`; null when there is none.
   template <class Class>
@@ -261,7 +261,7 @@ class KROFX_API Stream {
   template <class Class>
   static bool IsOf([[maybe_unused]] const KRDataObj& object) {
     if constexpr (std::is_same_v<Class, KRDataObj>) {
-      // A comparison that is always true would be warned of in the host's source.
+      // The cast cannot fail, and comparing its result would warn in the host's source.
       return true;
     } else {
       return dynamic_cast<const Class*>(&object) != nullptr;

@@ -16,7 +16,7 @@ bool Start() {
   char file[PATH_MAX];
   const int length =
       folder == nullptr ? -1 : std::snprintf(file, sizeof file, "%s/openssl.cnf", folder);
-  if (static_cast<std::size_t>(length) >= sizeof file) return false;
+  if (length < 0 || static_cast<std::size_t>(length) >= sizeof file) return false;
   OPENSSL_INIT_SETTINGS* const settings = OPENSSL_INIT_new();
   if (settings == nullptr) return false;
   const bool started = OPENSSL_INIT_set_config_filename(settings, file) == 1 &&

@@ -102,7 +102,7 @@ bool MendedText::SettleCharset(ChosenCharset& chosen) {
 }
 
 bool MendedText::ReadFront() {
-  // The window shows no control characters; a mark behind one of them is a text in front.
+  // As it came: a mark after a control character, which the window leaves out, is a text in front.
   const std::string_view bytes = m_window.Original();
   if (bytes.starts_with(kByteOrderMark)) {
     // XML may begin with one.

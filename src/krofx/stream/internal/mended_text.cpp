@@ -112,7 +112,7 @@ KRString MendedText::CurrentPath() const {
 
 void MendedText::OnMending(Mending& mending) {
   mending.place = PlaceOf(mending.place.offset);
-  // Control characters are looked for ahead of what is read, and are in no aggregate.
+  // The search for control characters runs ahead of the reading, so the path is not theirs.
   if (mending.kind != MendingKind::kControlCharacter) mending.path = CurrentPath();
   if (m_listener != nullptr) m_listener->OnMending(mending);
 }

@@ -89,7 +89,7 @@ class MendedTrack final : public TreeWatcher {
     KRDataObj* object;
     const void* list;  // That it was taken out of; null when its parent has it still.
     s16 depth;
-    s16 around;  // So many frames are still there, from the root on: others may be replaced.
+    s16 around;  // How many frames, from the root on, are still there.
     Place place;
     Frame frames[KRParser::kMaxDepth + 1];
   };

@@ -83,8 +83,8 @@ bool CurlExchange::SetConnection() {
 bool CurlExchange::SetRequest() {
   Options options(m_easy);
   if (m_isSend) {
-    // No function goes back in the data: libcurl must not send a request, which may be a payment,
-    // a second time.
+    // There is no seek function: libcurl must not send a request, which may be a payment, a second
+    // time.
     options.Set(CURLOPT_POST, 1L);
     options.Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(m_size));
     options.Set(CURLOPT_READFUNCTION, &GiveData);

@@ -36,8 +36,8 @@ bool IsSignedFor(OCSP_BASICRESP* response, const CertificateList& chain) {
   return OCSP_basic_verify(response, chain.get(), store.get(), 0) == 1;
 }
 
-// Whether `single` is about the certificate. IDs are digests of a kind that the responder chose;
-// one that is unknown does not come here, since the check of the signer refuses it.
+// Whether `single` is about the certificate. IDs are digests of a kind that the responder chose.
+// The check of the signer has refused kinds that are unknown.
 bool IsAbout(const OCSP_SINGLERESP* single, X509* certificate, X509* issuer) {
   const OCSP_CERTID* const id = OCSP_SINGLERESP_get0_id(single);
   ASN1_OBJECT* algorithm = nullptr;

@@ -30,7 +30,7 @@ bool TemporaryFile::Create(const char* folder, const char* suffix) {
   const char* const separator = last == '/' || last == '\\' ? "" : "/";
   const int length =
       std::snprintf(m_name, sizeof m_name, "%s%skrofx-XXXXXX%s", folder, separator, suffix);
-  if (static_cast<std::size_t>(length) >= sizeof m_name) {
+  if (length < 0 || static_cast<std::size_t>(length) >= sizeof m_name) {
     m_name[0] = '\0';
     return false;
   }
