@@ -248,10 +248,9 @@ std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlM
   }
   const KRString url(m_url.c_str());
   end.status = body == nullptr ? request->Get(url) : request->Send(url, body);
-  m_mayHaveArrived =
-      end.status != KRNetStatus_Untrusted && end.status != KRNetStatus_UnexpectedCertificate;
   u32 roughStatus = 0;
   request->GetStatus(roughStatus, end.transportError);
+  m_mayHaveArrived = command::MayHaveArrived(end);
   end.httpStatus = manager.GetHttpStatus();
   // The reply is kept even if its headers cannot be saved.
   ExitStatus saved = kExitClean;

@@ -53,6 +53,11 @@ constexpr u32 kLastingCodes[] = {VYNCurlCode_MovedPermanently,
                                  VYNCurlCode_FileFailed,
                                  VYNCurlCode_NoMemory};
 
+// What ends an exchange before there is a connection.
+constexpr u32 kUnconnectedCodes[] = {VYNCurlCode_Refused, VYNCurlCode_ConnectFailed,
+                                     VYNCurlCode_HostNotFound, VYNCurlCode_ProxyNotFound,
+                                     VYNCurlCode_MalformedUrl};
+
 template <std::size_t kCount>
 bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
   return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
@@ -98,6 +103,11 @@ std::string Describe(const ExchangeEnd& end) {
 }
 
 }  // namespace
+
+bool MayHaveArrived(const ExchangeEnd& end) {
+  return end.status != KRNetStatus_Untrusted && end.status != KRNetStatus_UnexpectedCertificate &&
+         !IsOneOf(kUnconnectedCodes, end.transportError);
+}
 
 std::string DescribeExchangeProblem(const ExchangeEnd& end) {
   std::string text = Describe(end);

@@ -20,6 +20,10 @@ struct ExchangeEnd {
   bool ownRoots = false;   ///< The roots came from the user.
 };
 
+/// @return whether the server may have received the request: false when there was no connection to
+///         it, or when its certificate was refused.
+bool MayHaveArrived(const ExchangeEnd& end);
+
 /// @return one line on an exchange that failed or brought no reply.
 std::string DescribeExchangeProblem(const ExchangeEnd& end);
 

@@ -2,6 +2,9 @@
 
 #include "requests/account_choice.h"
 
+#include <algorithm>
+#include <functional>
+
 #include "output/masking.h"
 #include "requests/request_maker.h"
 
@@ -53,6 +56,11 @@ std::vector<Account> ChooseAccounts(const SignOnOptions& signOn, const std::stri
     } else {
       others += (others.empty() ? "" : ", ") + NameOf(account);
     }
+  }
+  // Whoever gives a whole number means that account, even when others end in it.
+  const auto isWhole = [&number](const Account& account) { return account.number == number; };
+  if (std::any_of(found.begin(), found.end(), isWhole)) {
+    std::erase_if(found, std::not_fn(isWhole));
   }
   const std::string& bank = signOn.bank->name;
   if (found.empty()) {

@@ -106,7 +106,7 @@ unknown() { # STATUS PATH
   url=$server/$2 write_harbor_at_url <<<'profile = false'
   sed -i '/^root/d' "$banks"
   KROFX_PASSWORD=third-password expect "$1" bank password harbor --new-password-fd 0 <<<'never-kept-1'
-  has err 'whether the password is changed is not known'
+  has err 'whether the password is changed is not known: try the new one with "krofx bank check harbor", once'
   lacks err never-kept-1
 }
 echo 'Thank you.' >thanks.txt
@@ -149,13 +149,14 @@ write_harbor_at_url <<<'password-command = "echo sixth-password"'
 expect 0 bank password harbor --new-password-fd 0 <<<'seventh-password'
 has err 'now change it where password-command takes it from'
 
-# Without an answer it is not known which password counts.
+# Where nothing takes connections nothing was sent, so the old password counts.
 write_harbor_at_url </dev/null
 OLD=seventh-password
 signs_on seventh-password 0
 stop_servers
 change 3 eighth-password
-has err 'whether the password is changed is not known: try the new one with "krofx bank check harbor", once'
+has err 'nothing takes connections there'
+lacks err 'not known'
 expect 64 bank password habor
 has err 'did you mean harbor?'
 leaves_nothing

@@ -83,6 +83,12 @@ chmod 600 config/krofx/banks.toml
 KROFX_PASSWORD=x expect 0 request statement @sea --account 10946
 has out '<ACCTID>10946'
 [ "$(grep -c '<ACCTID>' out)" -eq 1 ] || fail 'more than the account that is named'
+# A whole number is that of its account, though another ends in it.
+sed -i '/^\[\[sea.account\]\]$/{N;s/"20946"/"0946"/}' config/krofx/banks.toml
+KROFX_PASSWORD=x expect 0 request statement @sea --account 0946
+has out '<ACCTID>0946'
+[ "$(grep -c '<ACCTID>' out)" -eq 1 ] || fail 'more than the account that is named'
+sed -i 's/"0946"/"20946"/' config/krofx/banks.toml
 KROFX_PASSWORD=x expect 0 request statement @sea
 [ "$(grep -c '<ACCTID>' out)" -eq 3 ] || fail 'not all accounts'
 KROFX_PASSWORD=x expect 0 request statement @sea --card --account 5500111122229999
