@@ -50,6 +50,7 @@ TEST(Characters, AreShownInUtf8WhateverTheSetIs) {
       {"UNICODE", "NONE", "Z\xC3\xBCrich", "Z\u00fcrich", "UTF-8"},
       {"USASCII", "NONE", "Caf\xE9", "Caf\u00e9", "WINDOWS-1252"},
       {"UTF-8", "1252", "Z\xC3\xBCrich", "Z\u00fcrich", "UTF-8"},
+      {"USASCII", "UTF8", "Z\xC3\xBCrich", "Z\u00fcrich", "UTF-8"},
       {"USASCII", "SHIFT_JIS", "\x8B\xE2\x8D\x73", "\u9280\u884c", "SHIFT_JIS"},
   };
   for (const auto& each : kCases) {
@@ -71,6 +72,40 @@ TEST(Characters, AreNotShownInTheSetOfTheTextBeforeWhenTheirOwnIsNotKnown) {
     text.charset = unknown;
     EXPECT_EQ(Str(text.ToUtf8(KRString("Caf\xE9"))), "Caf\xEF\xBF\xBD") << unknown;
   }
+}
+
+// Shows a text that is in a character set.
+std::string ShownFrom(const char* charset, const std::string& text) {
+  OfxText ofx;
+  ofx.charset = charset;
+  return Str(ofx.ToUtf8(KRString(text.c_str())));
+}
+
+TEST(Characters, ThatAreNoneAreShownAsSuch) {
+  // Surrogates, and what is beyond the last character of Unicode.
+  EXPECT_EQ(ShownFrom("UTF-8", "a\xED\xA0\x80"), "a\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(ShownFrom("UTF-8", "a\xF4\x90\x80\x80"), "a\uFFFD\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(ShownFrom("UTF-8", "a\xEE\x80\x80"), "a\uE000");
+  // A character of two that has lost its second byte.
+  EXPECT_EQ(ShownFrom("SHIFT_JIS", "\x8B\xE2\x8B"), "\u9280\uFFFD");
+  EXPECT_EQ(ShownFrom("SHIFT_JIS", "\xFD\xFD\xFD\xFD!"), "\uFFFD\uFFFD\uFFFD\uFFFD!");
+  // Two characters of Unicode in one.
+  EXPECT_EQ(ShownFrom("BIG5-HKSCS", "\x88\x62"), "\uFFFD\x62");
+}
+
+TEST(Characters, OfWhiteSpaceAreKeptInTexts) {
+  EXPECT_EQ(ShownFrom("WINDOWS-1252", "a\tb\r\nc"), "a\tb\r\nc");
+  EXPECT_EQ(ShownFrom("WINDOWS-1252", "\xE9\tb\r\nc"), "\u00e9\tb\r\nc");
+}
+
+TEST(Characters, OfASectionThatDoesNotEndAreShownAsTheyAre) {
+  EXPECT_EQ(ShownFrom("WINDOWS-1252", "<![CDATA[a < b]]>"), "a < b");
+  EXPECT_EQ(ShownFrom("WINDOWS-1252", "<![CDATA[a < b]] >"), "<![CDATA[a < b]] >");
+}
+
+TEST(Characters, AreNotCutWhereAShownTextGrowsTooLong) {
+  const std::string shown = ShownFrom("WINDOWS-1252", "a" + std::string(40000, '\xE9'));
+  EXPECT_EQ(shown, "a" + Repeat("\u00e9", (KRString::kMaxLength - 1) / 2));
 }
 
 TEST(Characters, AreShownWithoutControlCharactersAndWhatIsBeforeThem) {
@@ -114,9 +149,12 @@ TEST(Characters, ThatWereCutMakeNoOtherSetOfUtf8) {
 }
 
 TEST(Characters, OfSetsThatNobodyKnowsAreTakenAsTheUsualOnes) {
-  const Reading reading = Read(Statement("Caf\xE9", "USASCII", "KLINGON"));
-  EXPECT_EQ(MendingNames(reading), Lines{"header-value"});
-  EXPECT_EQ(Shown(reading), "Caf\u00e9");
+  // Tags are not in UTF-7, whose plus sign is no character, or EBCDIC.
+  for (const char* const charset : {"KLINGON", "UTF-7", "CP037", "UTF-8//IGNORE"}) {
+    const Reading reading = Read(Statement("Caf\xE9", "USASCII", charset));
+    EXPECT_EQ(MendingNames(reading), Lines{"header-value"}) << charset;
+    EXPECT_EQ(Shown(reading), "Caf\u00e9") << charset;
+  }
 }
 
 TEST(Characters, OfUtf16AreReadInBothOrders) {
@@ -252,6 +290,15 @@ TEST(Characters, ThatTheSetDoesNotHaveMakeTheTextUtf8) {
   EXPECT_EQ(Str(reading.texts[0].charset), "UTF-8");
   EXPECT_EQ(Str(NameIn(reading)), "\u00e9 \u0142");
   EXPECT_EQ(*reading.root->GetHeader(KRHeaderTag_ENCODING), KRString("UTF-8"));
+}
+
+TEST(Characters, OfReferencesAreWrittenInTheSetOfTheText) {
+  const Reading japanese = Read(Statement("\x8B\xE2 &#34892;<ACME.X>1", "USASCII", "SHIFT_JIS"));
+  EXPECT_EQ(Str(japanese.texts[0].charset), "SHIFT_JIS");
+  EXPECT_EQ(Str(NameIn(japanese)), "\x8B\xE2 \x8D\x73");
+  // Neither is a character of US-ASCII.
+  const Reading ascii = Read(Statement("&eacute;&#322;<ACME.X>1", "USASCII", "US-ASCII"));
+  EXPECT_EQ(Shown(ascii), "\u00e9\u0142");
 }
 
 TEST(Characters, AreReadAsMeantWhereTheParserLeavesReferences) {

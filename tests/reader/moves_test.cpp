@@ -88,8 +88,9 @@ TEST(Moves, LeavesNoWrapperPresentThatBecameAnother) {
 }
 
 TEST(Moves, LeavesASignOnWhatItIs) {
-  const Reading reading =
-      Read(File(Aggregate("SIGNONMSGSRSV1", Aggregate("SONRS", Statement("1"))), 1));
+  const std::string text = File(Aggregate("SIGNONMSGSRSV1", Aggregate("SONRS", Statement("1"))), 1);
+  ExpectEndsAtEachKind(text);
+  const Reading reading = Read(text);
   EXPECT_EQ(MendingNames(reading), (Lines{"moved", "missing-end", "stray-end"}));
   auto* const signOn = FindIn<KRSignOnRs>(reading.root);
   ASSERT_NE(signOn, nullptr);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/banking/transfers.h"
@@ -47,6 +48,35 @@ TEST(ReadNotes, SayWhatWasMendedInOrderWithSentencesAndPlaces) {
   EXPECT_GT(notes[0].line, 0u);
   EXPECT_EQ(Str(notes[0].was), "-11,76");
   EXPECT_EQ(Str(notes[0].taken), "-11.76");
+}
+
+TEST(ReadNotes, PutMendingsAndWarningsInTheOrderOfTheFile) {
+  // A text that is too long is kept and warned of; a date that must be there is missing.
+  const auto transaction = [](const std::string& amount, std::size_t length) {
+    return "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105<TRNAMT>" + amount + "<FITID>1<NAME>" +
+           std::string(length, 'x') + "</STMTTRN>";
+  };
+  const std::string dateless = "<STMTTRN><TRNTYPE>DEBIT<TRNAMT>-2,50<FITID>2</STMTTRN>";
+  const std::string first = BankStatementFile(transaction("-1,50", 40) + dateless);
+  const std::string second = BankStatementFile(transaction("-3.00", 50) + transaction("-4,00", 5));
+  const Reading reading = Read(first + second);
+  Lines order;
+  for (const ReadNote& note : reading.Warnings()) {
+    order.push_back(std::to_string(note.text) + " " + (note.mended ? "mended " : "") +
+                    Str(note.tag));
+    EXPECT_EQ(note.line == 0, Str(note.tag) == "DTPOSTED");
+  }
+  EXPECT_EQ(order, (Lines{"0 mended TRNAMT", "0 NAME", "0 mended TRNAMT", "0 DTPOSTED", "1 NAME",
+                          "1 mended TRNAMT"}));
+}
+
+TEST(ReadNotes, HaveASentenceForAKindThatAHostMadeUp) {
+  Reading reading;
+  Mending mending;
+  mending.kind = static_cast<MendingKind>(9999);
+  ASSERT_TRUE(reading.mendings.Append(std::move(mending)));
+  ASSERT_EQ(reading.Warnings().size(), 1u);
+  EXPECT_STREQ(reading.Warnings()[0].sentence, SentenceOf(KRPW_UNKNOWNEXCEPTION));
 }
 
 TEST(ReadNotes, SayWhatWasNotMendedWhenReadingToTheLetter) {

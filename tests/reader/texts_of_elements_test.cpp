@@ -7,6 +7,7 @@
 #include <string>
 
 #include "krofx/reader/reading.h"
+#include "reader/ended_readings.h"
 #include "reader/read_values.h"
 #include "support/readings.h"
 
@@ -36,6 +37,8 @@ TEST(TextsOfElements, MayHaveNamesInAngleBrackets) {
   // On one line with other elements, among words.
   ExpectName(InLines("<FITID>1<NAME>A <SHOP> B\n"), "A &lt;SHOP&gt; B", kinds);
   ExpectName(InLines("<FITID>1<NAME>100% <OFF>"), "100% &lt;OFF&gt;", kinds);
+  // On a line that begins with white space.
+  ExpectName(InLines("<FITID>1\n\t <NAME>A<SHOP>B\n"), "A&lt;SHOP&gt;B", kinds);
   // On one line, where the end tag of the element shows it.
   ExpectName(BankStatementFile("<STMTTRN><TRNTYPE>DEBIT<TRNAMT>-1.50<NAME>A <SHOP> B</NAME>"
                                "<FITID>1</STMTTRN>"),
@@ -53,6 +56,10 @@ TEST(TextsOfElements, EndAtTagsThatMayBeSomebodys) {
   ExpectName(InLines("<FITID>1\n<NAME>A<SHOP/>\n"), "A", {"unknown-tag"});
   ExpectName(InLines("<FITID>1<NAME>A<SHOP>1\n"), "A", {"unknown-tag"});
   ExpectName(InLines("<FITID>1\n<NAME>A<SHOP>1<MEMO>m\n"), "A", {"unknown-tag"});
+  ExpectName(InLines("<FITID>1<NAME>A  <SHOP> B\n"), "A", {"unknown-tag"});
+  ExpectName(InLines("<FITID>1<NAME> <SHOP> B\n"), "absent", {"empty-element", "unknown-tag"});
+  ExpectName(InLines("<FITID>1<NAME>A <SHOP>B</SHOP> <MALL>C\n"), "A",
+             {"unknown-tag", "unknown-tag"});
 }
 
 TEST(TextsOfElements, EndAtUnknownTagsThatAreWrittenAsAllTagsOfTheText) {
@@ -90,6 +97,39 @@ TEST(TextsOfElements, OfAPayeeAreItsName) {
   }
   const std::string last = InLines("<FITID>1\n<PAYEE>Shop\n");
   EXPECT_EQ(Written(last), Written(InLines("<FITID>1\n<NAME>Shop\n")));
+}
+
+TEST(TextsOfElements, EndAtANameInBracketsAfterWhichThereIsNothing) {
+  std::string text = InLines("<FITID>1<NAME>100% <OFF>");
+  text.resize(text.find("<OFF>") + 5);
+  const Reading reading = Read(text);
+  EXPECT_EQ(ValueIn(testing::Written(reading.root), "NAME"), "100%");
+  EXPECT_EQ(MendingNames(reading), (Lines{"unknown-tag", "cut-off"}));
+}
+
+TEST(TextsOfElements, EndTheReadingWhenTheyMustNotBeMended) {
+  ExpectEndsAtEachKind(InLines("<FITID>1\n<PAYEE>Shop\n<MEMO>m\n"));
+  ExpectEndsAtEachKind(InLines("<FITID>1\n<NAME>A <SHOP> B\n"));
+  ExpectEndsAtEachKind(InLines("<FITID>1\n<NAME>Shop\n<TRNAMT>-13\n"));
+}
+
+TEST(TextsOfElements, OfAPayeeAreNoNameWhereNoneCanBe) {
+  // A payment has a payee and no name.
+  const Reading payment = Read(RequestFile(
+      "BILLPAYMSGSRQ",
+      RequestWrapper("PMTTRNRQ",
+                     "<PMTRQ><PMTINFO><BANKACCTFROM><BANKID>1<ACCTID>2<ACCTTYPE>CHECKING"
+                     "</BANKACCTFROM><TRNAMT>5<PAYEE>Shop<PAYACCT>1<DTDUE>20260102</PMTINFO>"
+                     "</PMTRQ>")));
+  EXPECT_EQ(testing::Written(payment.root).find("Shop"), std::string::npos);
+  EXPECT_EQ(MendingNames(payment), (Lines{"stray-text", "missing-end"}));
+  // What follows is of a payee.
+  const Reading address = Read(InLines("<FITID>1\n<PAYEE>Shop\n<ADDR1>Street 1</PAYEE>\n"));
+  EXPECT_EQ(MendingNames(address), Lines{"stray-text"});
+  EXPECT_EQ(ValueIn(testing::Written(address.root), "ADDR1"), "Street 1");
+  const Reading named = Read(InLines("<FITID>1\n<PAYEE>Shop\n<NAME>Shop 1</PAYEE>\n"));
+  EXPECT_EQ(MendingNames(named), Lines{"stray-text"});
+  EXPECT_EQ(ValueIn(testing::Written(named.root), "NAME"), "Shop 1");
 }
 
 TEST(TextsOfElements, OfAPayeeDoNotTakeThePlaceOfAName) {

@@ -116,10 +116,18 @@ TEST(ReadDates, TakesTheDayFirstBetweenPoints) {
 
 TEST(ReadDates, JudgesTheOrderOfADateByTheOtherDates) {
   const Lines judged = {"date-order", "date-form"};
-  EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", "31/01/2026"})[0], (ReadValue{"20260201", judged}));
+  for (const char* const other : {"31/01/2026", "31-01-2026", "31/1-2026"}) {
+    EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", other})[0], (ReadValue{"20260201", judged}))
+        << other;
+  }
   EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", "01/31/2026"})[0], (ReadValue{"20260102", judged}));
-  EXPECT_EQ(ReadValues("DTUSER", {"01/02/2026", "01/31/2026", "31/01/2026"})[0],
-            (ReadValue{"absent", {"date-refused"}}));
+  for (const Lines& silent : {Lines{"01/31/2026", "31/01/2026"}, Lines{"31/31/2026"},
+                              Lines{"31.01.2026"}, Lines{"311/01/2026"}, Lines{"31/01/26"}}) {
+    Lines dates = {"01/02/2026"};
+    dates.insert(dates.end(), silent.begin(), silent.end());
+    EXPECT_EQ(ReadValues("DTUSER", dates)[0], (ReadValue{"absent", {"date-refused"}}))
+        << silent.back();
+  }
 }
 
 TEST(ReadDates, TakesAnySignInFrontOfTheFraction) {
@@ -150,13 +158,28 @@ TEST(ReadDates, TakesZonesInOtherForms) {
   zone("[BRT]", ".000[-3:BRT]");
   zone(" CEST", ".000[2]");
   zone("+00:00", "");
+  zone("[+5:30 IST]", ".000[5.50:IST]");
+  zone("[- 5:EST]", ".000[-5:EST]");
+  zone("[GMT+ 1:CET]", ".000[1:CET]");
+  zone("+12:00", ".000[12]");
   EXPECT_EQ(Date("2026-01-31T10:11:12+05:45"),
             (ReadValue{"20260131101112.000[5.75]", {"date-form", "date-zone"}}));
 }
 
+TEST(ReadDates, TakesAnOffsetOfZeroAsOfxDoes) {
+  // Without a name it is no zone.
+  EXPECT_EQ(Date("20260131101112[0]"), (ReadValue{"20260131101112", {}}));
+  EXPECT_EQ(Date("2026-01-31 10:11:12[0]"), (ReadValue{"20260131101112", {"date-form"}}));
+}
+
 TEST(ReadDates, KeepsADateWhoseZoneOrTimeIsNone) {
   EXPECT_EQ(Date("20260131101112[+13:NZD]"), (ReadValue{"20260131101112", {"date-zone-lost"}}));
-  EXPECT_EQ(Date("20260131101112[Brasilia]"), (ReadValue{"20260131101112", {"date-zone-lost"}}));
+  for (const char* const zone :
+       {"[Brasilia]", "[EST+1]", "[+12:30]", "+0575", "+05:20", "+5.", "[5.123]", "[+12345]"}) {
+    EXPECT_EQ(Date("20260131101112" + std::string(zone)),
+              (ReadValue{"20260131101112", {"date-zone-lost"}}))
+        << zone;
+  }
   EXPECT_EQ(Date("20260131240000"), (ReadValue{"20260131", {"date-time-lost"}}));
   EXPECT_EQ(Date("20260131106099[-3:BRT]"), (ReadValue{"20260131", {"date-time-lost"}}));
 }

@@ -35,7 +35,9 @@ TEST(ReadWords, TakesUnknownTransactionTypesAsOtherAndKeepsTheWord) {
 
 TEST(ReadWords, TakesKeywordsInAnyCaseAndWithBlanks) {
   EXPECT_EQ(ReadOne("TRNTYPE", "debit"), (ReadValue{"DEBIT", {}}));
-  EXPECT_EQ(ReadOne("TRNTYPE", "Direct Debit"), (ReadValue{"DIRECTDEBIT", {"keyword"}}));
+  for (const char* const text : {"Direct Debit", "DIRECT_DEBIT", "direct-debit"}) {
+    EXPECT_EQ(ReadOne("TRNTYPE", text), (ReadValue{"DIRECTDEBIT", {"keyword"}})) << text;
+  }
   const ReadWith read("<ACCTTYPE>CHECKING", "<ACCTTYPE>money-mrkt");
   EXPECT_EQ(ValueIn(read.written, "ACCTTYPE"), "MONEYMRKT");
   EXPECT_EQ(MendingNames(read.reading), Lines{"keyword"});
@@ -78,6 +80,9 @@ TEST(ReadWords, LeavesOutCurrenciesAndLanguagesThatAreNone) {
   const ReadWith word("<CURDEF>USD", "<CURDEF>Dollars");
   EXPECT_EQ(ValueIn(word.written, "CURDEF"), "absent");
   EXPECT_EQ(MendingNames(word.reading), Lines{"keyword-refused"});
+  const ReadWith divided("<CURDEF>USD", "<CURDEF>U-S-D");
+  EXPECT_EQ(ValueIn(divided.written, "CURDEF"), "USD");
+  EXPECT_EQ(MendingNames(divided.reading), Lines{"keyword"});
   // The strict parser takes any language, so something else is mended here as well.
   const ReadWith language("<LANGUAGE>ENG", "<LANGUAGE>null</LANGUAGE><X.Y>1");
   EXPECT_EQ(ValueIn(language.written, "LANGUAGE"), "absent");

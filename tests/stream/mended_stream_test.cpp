@@ -367,10 +367,44 @@ TEST(MendedStream, RefusesPiecesWhoseDatesTurnOutToBeWrittenInTwoWays) {
   EXPECT_EQ(StreamInPieces(agreeing).tree, ReadWhole(agreeing).tree);
   const std::string silent = Many(head, on("05/02/2025"));
   EXPECT_EQ(StreamInPieces(silent).tree, ReadWhole(silent).tree);
-  for (const std::string& tail : {on("02/28/2025"), on("28/02/2025") + on("02/28/2025")}) {
-    const std::string text = Many(head, tail);
+  const std::string months = on("02/13/2025") + on("02/03/2025");
+  const std::string monthsFirst = Many(months, on("02/28/2025") + on("02/05/2025"));
+  EXPECT_EQ(StreamInPieces(monthsFirst).tree, ReadWhole(monthsFirst).tree);
+  for (const std::string& text :
+       {Many(head, on("02/28/2025")), Many(head, on("28/02/2025") + on("02/28/2025")),
+        Many(months, on("28/02/2025"))}) {
     EXPECT_EQ(StreamInPieces(text).status, KRParseStatus_Invalid);
     EXPECT_EQ(StreamMending(text, {0, 16384}).mendings, ReadWhole(text).mendings);
+  }
+}
+
+TEST(MendedStream, LeavesOutOfPiecesWhatTheirBeginningDoesNotExplain) {
+  // What comes later would say what the first date and the first amount are.
+  const std::string date =
+      "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250203<DTUSER>03/02/2025<TRNAMT>-1"
+      "<FITID>x</STMTTRN>\n";
+  const std::string laterDate =
+      "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250203<DTUSER>28/02/2025"
+      "<TRNAMT>-1<FITID>x</STMTTRN>\n";
+  const std::string text = Many(date, laterDate);
+  const auto said = [](const Outcome& outcome) {
+    return outcome.mendings.empty() ? "nothing"
+                                    : outcome.mendings[0].substr(0, outcome.mendings[0].find(' '));
+  };
+  EXPECT_EQ(said(ReadWhole(text)), "date-order");
+  EXPECT_EQ(said(StreamMending(text, {0, 16384})), "date-order");
+  const Outcome streamed = StreamInPieces(text);
+  EXPECT_EQ(streamed.status, KRParseStatus_Warnings);
+  EXPECT_EQ(said(streamed), "date-refused");
+}
+
+TEST(MendedStream, ReadsTextsWithMoreNamesInBracketsThanItLooksAtAtOnce) {
+  for (const char* const end : {"\n<MEMO>m", " <SHOP>\n<MEMO>m", "</NAME><MEMO>m"}) {
+    const std::string text = BankStatementFile(
+        "<STMTTRN>\n<TRNTYPE>DEBIT\n<DTPOSTED>20250203\n<TRNAMT>-1\n<FITID>x\n"
+        "<NAME>A " +
+        Repeat("<B> ", 300) + end + "</STMTTRN>\n" + Amount("-2.00"));
+    ExpectSame(text, "many names");
   }
 }
 

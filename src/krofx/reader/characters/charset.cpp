@@ -101,20 +101,6 @@ std::size_t DecodeUtf8(std::string_view text, char32_t& code) {
   return count;
 }
 
-bool IsUtf8(std::string_view text) {
-  while (!text.empty()) {
-    if (static_cast<unsigned char>(text.front()) < 0x80) {
-      text.remove_prefix(1);
-      continue;
-    }
-    char32_t code;
-    const std::size_t count = DecodeUtf8(text, code);
-    if (count == 1) return false;
-    text.remove_prefix(count);
-  }
-  return true;
-}
-
 bool HasHighBytes(std::string_view text) {
   constexpr std::size_t kWords = 64;
   constexpr std::uint64_t kHigh = 0x8080808080808080;

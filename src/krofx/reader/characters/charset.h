@@ -68,8 +68,6 @@ class Charset {
 std::size_t EncodeUtf8(char32_t code, char* out);
 /// Reads the first character of a text in UTF-8 that is not empty; as Charset::Decode.
 std::size_t DecodeUtf8(std::string_view text, char32_t& code);
-/// @return whether a text is wholly in UTF-8. One in ASCII is.
-bool IsUtf8(std::string_view text);
 /// @return whether a text has bytes above 127.
 bool HasHighBytes(std::string_view text);
 

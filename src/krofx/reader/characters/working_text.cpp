@@ -27,7 +27,7 @@ void TextEdit::Keep(u32 from, u32 to) {
 }
 
 void TextEdit::Put(std::string_view bytes, u32 from, u8 width) {
-  if (bytes.empty() || m_failed) return;
+  if (m_failed) return;
   m_failed = !m_map.GoOnAt(m_new->GetBufferSize(), m_text.ToOriginal(from),
                            static_cast<u8>(bytes.size()), width) ||
              !Write(bytes);

@@ -43,6 +43,12 @@ bool TakeMinutes(u32 minutes, ZoneText& zone) {
   return minutes < kMinutes && minutes * 100 % kMinutes == 0;
 }
 
+// Whether the text after an offset begins with minutes: ":30", and then a name or nothing.
+bool BeginsWithMinutes(std::string_view rest) {
+  if (!rest.starts_with(':') || DigitCursor(rest.substr(1)).CountDigits() != 2) return false;
+  return rest.size() == 3 || std::string_view(": ").find(rest[3]) != std::string_view::npos;
+}
+
 // "5", "05", "0530", with ".5" or ":30" after it.
 bool ReadOffset(DigitCursor& cursor, ZoneText& zone) {
   u32 digits;
@@ -61,10 +67,7 @@ bool ReadOffset(DigitCursor& cursor, ZoneText& zone) {
     if (places == 1) zone.hundredths *= 10;
     return true;
   }
-  const std::string_view rest = cursor.Rest();
-  const bool minutes = rest.starts_with(':') && DigitCursor(rest.substr(1)).CountDigits() == 2 &&
-                       (rest.size() == 3 || rest[3] == ':');
-  if (!minutes) return true;
+  if (!BeginsWithMinutes(cursor.Rest())) return true;
   cursor.Take(':');
   cursor.TakeDigits(2, digits);
   return TakeMinutes(digits, zone);

@@ -2,6 +2,7 @@
 
 #include "krofx/reader/file/file_bytes.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
@@ -29,8 +30,7 @@ FileBytes ReadFileBytes(const char* path, KRBuffer& buffer) {
   OpenFile file(std::fopen(path, "rb"));
   if (file == nullptr) return FileBytes::kNotOpened;
   std::size_t size = 0;
-  for (std::size_t room = kFirst;
-       size<kMostBytes; room = room> kMostBytes / 2 ? kMostBytes : room * 2) {
+  for (std::size_t room = kFirst;; room = std::min(room * 2, kMostBytes)) {
     if (buffer.AllocateTo(static_cast<u32>(room)) != KRBufferOK) return FileBytes::kNoMemory;
     size += std::fread(buffer.GetBufferPtr() + size, 1, room - size, file.get());
     if (size < room || room == kMostBytes) break;

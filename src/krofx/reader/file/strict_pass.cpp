@@ -39,9 +39,8 @@ class WarningRecorder : public KRWarningObserver {
     if (tag.empty() && known != nullptr) tag = known;
     KRDataObj* const current = m_parser.GetCurrentObj();
     spot.amongPasswords = current != nullptr && HoldsPasswords(current->GetType());
-    const KRDataObj* const object = warning.m_object != nullptr ? warning.m_object : current;
     m_recorder.Warn(warning.m_warning, spot, warning.m_tag, tag,
-                    {warning.m_valueText, warning.m_valueText.GetStrLength()}, object);
+                    {warning.m_valueText, warning.m_valueText.GetStrLength()}, warning.m_object);
   }
 
  private:

@@ -158,7 +158,7 @@ bool TreeReader::TakePayloadElsewhere(const ScannedTag& tag, s16 body, const Hom
 // Puts an answer, or a part of one, that is in the wrong message set where it belongs.
 bool TreeReader::TakeElsewhere(ScannedTag& tag, bool& taken) {
   constexpr s16 kBody = 1;
-  if (GetDepth() <= kBody || m_levels[kBody].object->GetType() != KRTag_OFX) return true;
+  if (GetDepth() <= kBody) return true;
   const u16 version = m_levels[kBody + 1].object->GetMsgSetVersion();
   const Home home = HomeOf(*m_levels[kBody].object, tag.Id(), version);
   if (home.set == KRTag_None) return true;

@@ -24,8 +24,8 @@ bool MayBeCharacters(const ScannedTag& tag) {
 // another tag after it: so people write, and no program writes elements so.
 bool IsAmongWords(std::string_view text, const ScannedTag& tag) {
   const auto at = [text](std::size_t place) { return place < text.size() ? text[place] : '\n'; };
-  return tag.at >= 2 && at(tag.at - 1) == ' ' && !IsWhite(at(tag.at - 2)) &&
-         at(tag.at - 2) != '>' && (at(tag.after) == ' ' || at(tag.after) == '<');
+  return at(tag.at - 1) == ' ' && !IsWhite(at(tag.at - 2)) && at(tag.at - 2) != '>' &&
+         (at(tag.after) == ' ' || at(tag.after) == '<');
 }
 
 }  // namespace

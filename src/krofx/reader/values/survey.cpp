@@ -184,7 +184,7 @@ bool ValueSurvey::AgreesWith(const ValueSurvey& other) const {
     if (order != DayOrder::kUnknown && order != OrderOf(dayFirst, monthFirst)) return false;
   }
   if (!m_looked) return true;
-  if (!other.m_looked) other.LookAtNumbers();
+  other.LookAtNumbers();
   const u8 byAny = m_shownByAny | other.m_shownByAny;
   for (std::size_t index = 0; index < std::size(kDecimalTags); ++index) {
     const u8 own = m_shown[index];
