@@ -9,6 +9,7 @@
 #include <functional>
 #include <iterator>
 
+#include "krofx/messages/billpay/payments.h"
 #include "krofx/messages/investment/securities.h"
 #include "krofx/values/utility.h"
 #include "reader/damaged_texts.h"
@@ -208,6 +209,24 @@ TEST(MendedStream, GivesWhatAReadingGivesOfControlCharactersAroundAByteOrderMark
   ExpectSame("\x04" + mark + text, "a mark after a control character");
   ExpectSame(mark + "\x04" + text, "a mark in front of one");
   ExpectSame(mark + "\x04<?OFX OFXHEADER=\"200\"?>" + text, "a mark in front of one and of XML");
+}
+
+TEST(MendedStream, TakesAByteOrderMarkInFrontOfXmlForNoDamage) {
+  const std::string statement = BankStatementFile("<INTU.X>1\n" + NumberedTransaction(1));
+  const std::string text =
+      "\xEF\xBB\xBF<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<?OFX OFXHEADER=\"200\" "
+      "VERSION=\"203\" SECURITY=\"NONE\" OLDFILEUID=\"NONE\" NEWFILEUID=\"NONE\"?>\n" +
+      statement.substr(statement.find("<OFX>"));
+  Stream stream(MendingOptions());
+  WantMuch(stream);
+  stream.Open(std::string_view(text));
+  EXPECT_NE(stream.Next(), nullptr);
+  EXPECT_EQ(stream.Next(), nullptr);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+  for (const Mending& mending : stream.Mendings()) {
+    EXPECT_NE(mending.kind, MendingKind::kByteOrderMark);
+  }
+  ExpectSame(text, "a mark in front of XML");
 }
 
 // Bytes, lines and stretches of a text are changed, doubled and taken out.
@@ -482,6 +501,30 @@ TEST(MendedStream, RefusesWhatIsLongerThanItLooksAtAsAWhole) {
   }
 }
 
+TEST(MendedStream, LooksAtAsMuchAsItMayAndNoMore) {
+  // The last step, in which the window grows, is smaller than the others.
+  StreamOptions options = NarrowMending();
+  options.largestItem = 10000;
+  const auto withName = [](std::size_t length) {
+    return Many("<INTU.X>1\n", Amount("-1.00", Repeat("x", length)), 20);
+  };
+  EXPECT_EQ(StreamText(withName(9900), 0, options).status, KRParseStatus_Warnings);
+  EXPECT_EQ(StreamText(withName(10000), 0, options).status, KRParseStatus_Fatal);
+}
+
+// Nothing in the part that it may see as a whole says whether it asks or answers.
+TEST(MendedStream, TakesATextThatDoesNotSayWhatItIsForAResponse) {
+  std::string text = Many("", "", 5);
+  text.insert(text.find("<OFX>") + 5, Repeat("<INTU.X>1\n", 2000));
+  Stream stream(NarrowMending());
+  WantMuch(stream);
+  Streamed out;
+  Pour(stream, text, 0, out);
+  EXPECT_EQ(out.elements.size(), 5u);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+  EXPECT_EQ(stream.Mendings().size(), ReadWhole(text).mendings.size());
+}
+
 TEST(MendedStream, CannotReadAFolder) {
   const TempFolder folder;
   Stream stream(NarrowMending());
@@ -554,17 +597,18 @@ TEST(MendedStream, GivesTheSecuritiesOfAListThatIsInNoOther) {
   }
 }
 
-// The first payment is deleted while its invoices wait, or were just handed out.
-TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
+// A payment with two sets of details, of which the second replaces the first. Three invoices.
+std::string PaymentWithReplacedDetails() {
   const auto invoice = [](const std::string& number) {
-    return Aggregate("INVOICE", "<INVNO>" + number +
-                                    "<INVTOTALAMT>10<INVPAIDAMT>10<INVDATE>20260105<INVDESC>Oil" +
-                                    Aggregate("LINEITEM", "<LITMAMT>10<LITMDESC>Oil"));
+    return Aggregate("INVOICE",
+                     "<INVNO>" + number +
+                         "<INVTOTALAMT>10<INVPAIDAMT>10<INVDATE>20260105<INVDESC>Oil" +
+                         Repeat(Aggregate("LINEITEM", "<LITMAMT>5<LITMDESC>" + number), 2));
   };
   const auto details = [](const std::string& invoices) {
     return Aggregate("EXTDPMT", "<EXTDPMTDSC>oil" + Aggregate("EXTDPMTINV", invoices));
   };
-  const std::string text = RequestFile(
+  return RequestFile(
       "BILLPAYMSGSRQ",
       RequestWrapper(
           "PMTTRNRQ",
@@ -574,6 +618,11 @@ TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
                   "PMTINFO",
                   "<BANKACCTFROM><BANKID>1<ACCTID>4711<ACCTTYPE>CHECKING</BANKACCTFROM><TRNAMT>30" +
                       details(invoice("1") + invoice("2")) + details(invoice("3"))))));
+}
+
+// The first details are deleted while their invoices wait, or were just handed out.
+TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
+  const std::string text = PaymentWithReplacedDetails();
   ASSERT_EQ(MendingNames(Read(text)), Lines{"replaced"});
   for (const KRTagID tag : {KRTag_INVOICE, KRTag_LINEITEM}) {
     for (const std::size_t piece : {std::size_t{0}, std::size_t{20}}) {
@@ -581,7 +630,7 @@ TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
       stream.WantTag(tag);
       Streamed out;
       Pour(stream, text, piece, out);
-      ASSERT_EQ(out.elements.size(), 3u);
+      ASSERT_EQ(out.elements.size(), tag == KRTag_INVOICE ? 3u : 6u);
       for (const std::string& element : out.elements) {
         EXPECT_NE(element.find("PMTINFO/EXTDPMT/EXTDPMTINV/INVOICE["), std::string::npos);
         EXPECT_NE(element.find(" 4711 "), std::string::npos) << "its account: " << element;
@@ -590,6 +639,120 @@ TEST(MendedStream, GivesTheElementsOfAnAggregateThatIsReplaced) {
       EXPECT_EQ(Written(stream.Root()).find("<LITMAMT>"), std::string::npos);
     }
   }
+}
+
+// A copy of a list has its elements too, and they go with the last of both.
+TEST(MendedStream, LetsAnAggregateBeCopiedThatIsReplacedLater) {
+  const std::string text = PaymentWithReplacedDetails();
+  for (const KRTagID tag : {KRTag_INVOICE, KRTag_LINEITEM}) {
+    for (const bool keepsCopies : {true, false}) {
+      for (const std::size_t piece : {std::size_t{0}, std::size_t{1}, std::size_t{20}}) {
+        Stream stream(MendingOptions());
+        stream.WantTag(tag);
+        std::vector<KRExtendedPaymentInvoice> lists;
+        std::vector<KRInvoice> invoices;
+        std::vector<std::unique_ptr<KRExtendedPayment>> own;
+        std::string numbers;
+        const auto take = [&] {
+          while (const StreamElement* const element = stream.Next()) {
+            if (!keepsCopies) {
+              lists.clear();
+              invoices.clear();
+            }
+            EXPECT_EQ(element->Around(0), &element->Object());
+            const std::string content = Written(&element->Object());
+            const std::size_t at = content.find(tag == KRTag_INVOICE ? "<INVNO>" : "<LITMDESC>");
+            numbers += content.substr(content.find('>', at) + 1, 1);
+            if (auto* const list = element->Within<KRExtendedPaymentInvoice>()) {
+              lists.push_back(*list);
+            }
+            if (auto* const invoice = element->Within<KRInvoice>()) invoices.push_back(*invoice);
+            if (auto* const details = element->Within<KRExtendedPayment>()) {
+              own.push_back(std::make_unique<KRExtendedPayment>());
+              EXPECT_EQ(own.back()->DeepCopyFrom(details), 1);
+            }
+          }
+        };
+        if (piece == 0) stream.Open(std::string_view(text));
+        for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
+          ASSERT_TRUE(stream.Feed(std::string_view(text).substr(at, piece)));
+          take();
+        }
+        if (piece != 0) stream.Finish();
+        take();
+        EXPECT_EQ(numbers, tag == KRTag_INVOICE ? "123" : "112233");
+        EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+        ASSERT_FALSE(own.empty());
+        for (const auto& each : own) EXPECT_EQ(Str(each->GetExtendedPaymentDesc()), "oil");
+      }
+    }
+  }
+}
+
+TEST(MendedStream, EndsWithoutMemoryForAnElementOfACopiedList) {
+  const std::string text = PaymentWithReplacedDetails();
+  bool hasFailed = true;
+  for (std::size_t nth = 1; hasFailed; ++nth) {
+    const FailingAllocation failing(nth);
+    Stream stream(NarrowMending());
+    stream.WantTag(KRTag_INVOICE);
+    stream.Open(std::string_view(text));
+    std::vector<KRExtendedPaymentInvoice> lists;
+    std::size_t count = 0;
+    while (const StreamElement* const element = stream.Next()) {
+      ++count;
+      lists.clear();
+      EXPECT_EQ(element->As<KRInvoice>()->ValidateTag(KRTag_INVNO), 1);
+      if (auto* const list = element->Within<KRExtendedPaymentInvoice>()) lists.push_back(*list);
+    }
+    hasFailed = internal::AllocationFailure::Count() >= nth;
+    if (stream.Status() != KRParseStatus_Fatal) {
+      EXPECT_EQ(count, 3u) << nth;
+      EXPECT_EQ(stream.Status(), KRParseStatus_Warnings) << nth;
+    }
+  }
+}
+
+TEST(MendedStream, LetsAListBeCopiedWhileItsElementsCome) {
+  const std::string text = Many("<INTU.X>1\n", "", 8);
+  for (const std::size_t piece : {std::size_t{0}, std::size_t{1}, std::size_t{100}}) {
+    Stream stream(MendingOptions());
+    stream.Want<KRBankStatementTx>();
+    std::vector<KRBankTransactionList> copies;
+    KRBankTransactionList own;
+    Lines ids;
+    const auto take = [&] {
+      while (const StreamElement* const element = stream.Next()) {
+        ids.push_back(Str(element->As<KRBankStatementTx>()->GetFITId()));
+        auto* const list = element->Within<KRBankTransactionList>();
+        ASSERT_NE(list, nullptr);
+        copies.push_back(*list);
+        EXPECT_EQ(own.DeepCopyFrom(list), 1);
+      }
+    };
+    if (piece == 0) stream.Open(std::string_view(text));
+    for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
+      ASSERT_TRUE(stream.Feed(std::string_view(text).substr(at, piece)));
+      take();
+    }
+    if (piece != 0) stream.Finish();
+    take();
+    EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
+    EXPECT_EQ(ids, (Lines{"1", "2", "3", "4", "5", "6", "7", "8"})) << piece;
+  }
+}
+
+TEST(MendedStream, TellsWhatIsAroundAnElement) {
+  const std::string text = Many("<INTU.X>1\n", "", 1);
+  Stream stream(MendingOptions());
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  const StreamElement* const element = stream.Next();
+  ASSERT_NE(element, nullptr);
+  EXPECT_EQ(element->Around(0), &element->Object());
+  EXPECT_NE(dynamic_cast<KRBankTransactionList*>(element->Around(1)), nullptr);
+  EXPECT_EQ(element->Around(6), stream.Root());
+  EXPECT_EQ(element->Around(7), nullptr);
 }
 
 TEST(MendedStream, EndsAtDamageThatMustNotBeMended) {
@@ -670,17 +833,11 @@ TEST(MendedStream, SaysItsWarningsToTheHost) {
   }
 }
 
-// A text with much that needs memory: bytes and references that become UTF-8, control characters,
-// an amount that is judged by others, a list that goes on.
-TEST(MendedStream, EndsWithoutMemory) {
-  const std::string text =
-      "\xEF\xBB\xBF" + Many("<INTU.X>1\n" + Amount("-1,234", "Ko&#322;o \xFC") + "<FOO>2\n",
-                            Amount("-7.5", "Gro\1cer") +
-                                "</BANKTRANLIST><BANKTRANLIST><STMTTRN><TRNTYPE>DEBIT</STMTTRN>",
-                            3);
-  const auto streamIn = [&text](std::size_t piece) {
+// Streams a text with each of its allocations failing in turn: it ends as usual, or without memory.
+void ExpectAnEndWithoutMemory(const std::string& text, std::size_t piece, u32 window) {
+  const auto readAll = [&] {
     StreamOptions options = MendingOptions();
-    options.window = 512;
+    options.window = window;
     Stream stream(options);
     Counter counter;
     stream.SetListener(&counter);
@@ -696,25 +853,45 @@ TEST(MendedStream, EndsWithoutMemory) {
     }
     if (piece != 0) stream.Finish();
     take();
+    const bool hasMore = stream.HasMoreTags();
     Lines shown = {std::to_string(stream.Status()), std::to_string(count),
-                   std::to_string(counter.mendings), std::to_string(counter.warnings)};
+                   std::to_string(counter.mendings), std::to_string(counter.warnings),
+                   std::to_string(hasMore)};
     return std::make_pair(stream.Status(), shown);
   };
-  for (const std::size_t piece : {std::size_t{0}, std::size_t{200}}) {
-    const auto whole = streamIn(piece);
-    EXPECT_EQ(whole.first, KRParseStatus_Warnings);
-    for (const bool andAllLater : {false, true}) {
-      bool hasFailed = true;
-      for (std::size_t nth = 1; hasFailed; ++nth) {
-        const FailingAllocation failing(nth, andAllLater);
-        const auto streamed = streamIn(piece);
-        hasFailed = internal::AllocationFailure::Count() >= nth;
-        if (streamed.first != KRParseStatus_Fatal) {
-          EXPECT_EQ(streamed.second, whole.second) << nth;
-        }
+  const auto whole = readAll();
+  EXPECT_EQ(whole.first, KRParseStatus_Warnings);
+  for (const bool andAllLater : {false, true}) {
+    bool hasFailed = true;
+    for (std::size_t nth = 1; hasFailed; ++nth) {
+      const FailingAllocation failing(nth, andAllLater);
+      const auto streamed = readAll();
+      hasFailed = internal::AllocationFailure::Count() >= nth;
+      if (streamed.first != KRParseStatus_Fatal) {
+        EXPECT_EQ(streamed.second, whole.second) << nth;
       }
     }
   }
+}
+
+// A text with much that needs memory: bytes and references that become UTF-8, control characters,
+// an amount that is judged by others, a list that goes on.
+TEST(MendedStream, EndsWithoutMemory) {
+  const std::string text =
+      "\xEF\xBB\xBF" + Many("<INTU.X>1\n" + Amount("-1,234", "Ko&#322;o \xFC") + "<FOO>2\n",
+                            Amount("-7.5", "Gro\1cer") +
+                                "</BANKTRANLIST><BANKTRANLIST><STMTTRN><TRNTYPE>DEBIT</STMTTRN>",
+                            3);
+  ExpectAnEndWithoutMemory(text, 0, 512);
+  ExpectAnEndWithoutMemory(text, 200, 512);
+  // All of it in the first window, and the beginning of another text.
+  ExpectAnEndWithoutMemory(text + "\n" + text.substr(3, 500), text.size() + 501, 4096);
+}
+
+// Whether the unknown aggregate ends is beyond the window.
+TEST(MendedStream, EndsWithoutMemoryWhereItLooksFurther) {
+  const std::string unknown = "<OWN><THING>1\n" + Repeat("<OTHER>2\n", 60) + "</OWN>\n";
+  ExpectAnEndWithoutMemory(Many(unknown, "", 2), 0, 512);
 }
 
 TEST(MendedStream, SaysAnAmountThatComesTwiceAndAStrictStreamAsksForIt) {
@@ -748,9 +925,12 @@ TEST(MendedStream, StopsAndIsDestroyedAnywhere) {
 }
 
 TEST(MendedStream, SaysWhatIsNoOfx) {
-  for (const std::string text : {"", "no OFX at all", "<html><body>Log in</body></html>"}) {
+  // The last one is longer than what is looked at as a whole.
+  for (const std::string& text : {std::string(), std::string("no OFX at all"),
+                                  std::string("<html><body>Log in</body></html>"),
+                                  "<html><body>" + Repeat("Log in<br>\n", 2000)}) {
     const Reading whole = Read(text);
-    Stream stream(MendingOptions());
+    Stream stream(NarrowMending());
     WantMuch(stream);
     stream.Open(std::string_view(text));
     EXPECT_EQ(stream.Next(), nullptr);

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "krofx/messages/billpay/payments.h"
 #include "krofx/model/factory.h"
 #include "krofx/parse/simple_parser.h"
 #include "stream/streamed.h"
@@ -125,6 +126,10 @@ TEST(Stream, TellsAccountPlaceAndPathOfAnElement) {
   ASSERT_NE(element->As<KRBankStatementTx>(), nullptr);
   EXPECT_EQ(element->As<KRClosing>(), nullptr);
   EXPECT_EQ(Str(element->As<KRBankStatementTx>()->GetFITId()), "2");
+  EXPECT_EQ(element->Around(0), &element->Object());
+  EXPECT_EQ(element->Around(5), stream.Root()->GetChild(0));
+  EXPECT_EQ(element->Around(6), stream.Root());
+  EXPECT_EQ(element->Around(7), nullptr);
 }
 
 TEST(Stream, KeepsTheStatementWithoutItsTransactions) {
@@ -239,6 +244,145 @@ TEST(Stream, LetsAListBeCopiedWhileItsElementsCome) {
     }
     EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
     EXPECT_EQ(ids, (Lines{"1", "2", "3", "4", "5", "6", "7", "8"})) << between;
+  }
+}
+
+// A list of a host that keeps its transactions itself.
+class Journal : public KRBankTransactionList {
+ public:
+  std::vector<std::unique_ptr<KRDataObj>> kept;
+  bool hasMark = false;
+
+  KRParseStatus PushAndSetObject(KRDataObj* child, KRTagID tag) override {
+    if (tag == KRTag_STMTTRN) {
+      DisconnectStatementTx(static_cast<u16>(GetNumStatementTx() - 1));
+      kept.emplace_back(child);
+      if (hasMark && GetNumStatementTx() == 0) {
+        auto* const mark = new KRBankStatementTx;
+        mark->SetFITId("mark");
+        AppendStatementTx(mark);
+      }
+    }
+    return KRBankTransactionList::PushAndSetObject(child, tag);
+  }
+};
+
+class JournalFactory : public KRDataObjFactory {
+ public:
+  explicit JournalFactory(bool hasMark) : KRDataObjFactory(1), m_hasMark(hasMark) {}
+  KRBankTransactionList* NewBankTransactionList(u16 version) override {
+    auto* const made = new Journal;
+    made->hasMark = m_hasMark;
+    made->SetMsgSetVersion(version != 0 ? version : GetVersion());
+    return made;
+  }
+
+ private:
+  bool m_hasMark;
+};
+
+TEST(Stream, LeavesToAListOfAHostWhatItKeepsItself) {
+  for (const bool hasMark : {false, true}) {
+    for (const std::string between : {"", "<ACME.X>1\n"}) {
+      JournalFactory factory(hasMark);
+      const InForce inForce(factory);
+      const std::string text = Many(4, between);
+      Stream stream(MendingOptions());
+      stream.Want<KRBankStatementTx>();
+      stream.Open(std::string_view(text));
+      Lines ids;
+      while (const StreamElement* const element = stream.Next()) {
+        ids.push_back(Str(element->As<KRBankStatementTx>()->GetFITId()));
+      }
+      EXPECT_EQ(ids, (Lines{"1", "2", "3", "4"}));
+      EXPECT_EQ(stream.Mendings().empty(), between.empty());
+      auto* const journal = dynamic_cast<Journal*>(FindIn<KRBankTransactionList>(stream.Root()));
+      ASSERT_NE(journal, nullptr);
+      Lines kept;
+      for (const auto& each : journal->kept) {
+        kept.push_back(Str(dynamic_cast<KRBankStatementTx&>(*each).GetFITId()));
+      }
+      EXPECT_EQ(kept, ids);
+      ASSERT_EQ(journal->GetNumStatementTx(), hasMark ? 1 : 0);
+      if (hasMark) {
+        EXPECT_EQ(Str(journal->GetStatementTx(0)->GetFITId()), "mark");
+      }
+    }
+  }
+}
+
+// Only so much text is read ahead, which is few elements here.
+TEST(Stream, GivesElementsThatAreFarFromEachOther) {
+  const std::string text = Many(70, std::string(3000, '\n'));
+  Stream stream;
+  stream.Want<KRBankStatementTx>();
+  stream.Open(std::string_view(text));
+  std::size_t count = 0;
+  std::size_t at = 0;
+  for (const StreamElement& element : stream) {
+    EXPECT_EQ(Str(element.As<KRBankStatementTx>()->GetFITId()), std::to_string(++count));
+    at = text.find("<STMTTRN>", at + 1);
+    EXPECT_EQ(element.Where().offset, at);
+  }
+  EXPECT_EQ(count, 70u);
+  EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
+}
+
+// The second invoice is open, and not in its list yet, when its items are complete.
+TEST(Stream, GivesElementsThatAreInsideOthers) {
+  const auto invoice = [](const std::string& number) {
+    const auto item = [&number](const char* const name) {
+      return Aggregate("LINEITEM", "<LITMAMT>1<LITMDESC>" + (name + number));
+    };
+    return Aggregate("INVOICE", "<INVNO>" + number +
+                                    "<INVTOTALAMT>2<INVPAIDAMT>2<INVDATE>20260105<INVDESC>Oil" +
+                                    item("a") + item("b"));
+  };
+  const std::string text = RequestFile(
+      "BILLPAYMSGSRQ",
+      RequestWrapper(
+          "PMTTRNRQ",
+          Aggregate("PMTRQ",
+                    Aggregate("PMTINFO",
+                              "<BANKACCTFROM><BANKID>1<ACCTID>4711<ACCTTYPE>CHECKING</BANKACCTFROM>"
+                              "<TRNAMT>6" +
+                                  Aggregate("EXTDPMT", "<EXTDPMTDSC>oil" +
+                                                           Aggregate("EXTDPMTINV",
+                                                                     invoice("1") + invoice("2") +
+                                                                         invoice("3")))))));
+  Lines expected;
+  for (const std::string number : {"1", "2", "3"}) {
+    const std::string path = "INVOICE[" + number + "]";
+    expected.push_back(path + "/LINEITEM[1] a" + number);
+    expected.push_back(path + "/LINEITEM[2] b" + number);
+    expected.push_back(path + " " + number);
+  }
+  for (const std::size_t piece : {std::size_t{0}, std::size_t{1}, std::size_t{50}}) {
+    Stream stream(Unchecked());
+    stream.WantTag(KRTag_INVOICE).WantTag(KRTag_LINEITEM);
+    Lines got;
+    const auto take = [&] {
+      while (const StreamElement* const element = stream.Next()) {
+        const std::string path = Str(element->Path());
+        const auto* const line = element->As<KRLineItem>();
+        const auto* const whole = element->As<KRInvoice>();
+        ASSERT_TRUE(line != nullptr || whole != nullptr);
+        got.push_back(
+            path.substr(path.find("INVOICE[")) + " " +
+            (line != nullptr ? Str(line->GetLineItemDesc()) : Str(whole->GetInvoiceNum())));
+        EXPECT_TRUE(whole == nullptr || whole->GetNumLineItem() == 0);
+        EXPECT_EQ(text.compare(element->Where().offset, 2, line != nullptr ? "<L" : "<I"), 0);
+      }
+    };
+    if (piece == 0) stream.Open(std::string_view(text));
+    for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
+      ASSERT_TRUE(stream.Feed(std::string_view(text).substr(at, piece)));
+      take();
+    }
+    if (piece != 0) stream.Finish();
+    take();
+    EXPECT_EQ(got, expected) << piece;
+    EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
   }
 }
 
@@ -575,6 +719,29 @@ TEST(Stream, DropsWholeStatements) {
     kept = set->GetNumTrans();
   }
   EXPECT_EQ(kept, 1u);
+}
+
+TEST(Stream, DropsNoWrapperThatNobodyWants) {
+  const std::string statement =
+      Aggregate("STMTRS", "<CURDEF>USD" + BankAccountText("BANKACCTFROM") +
+                              Aggregate("LEDGERBAL", "<BALAMT>1<DTASOF>20260131"));
+  const std::string wanted = ResponseWrapper("STMTTRNRS", statement);
+  const std::string other = ResponseWrapper(
+      "STMTENDTRNRS", Aggregate("STMTENDRS", "<CURDEF>USD" + BankAccountText("BANKACCTFROM")));
+  const std::string text = ResponseFile("BANKMSGSRS", wanted + other + wanted + other);
+  std::string damaged = text;
+  damaged.insert(damaged.find("<STMTTRNRS>"), "<ACME.X>1");
+  for (const std::string& each : {text, damaged}) {
+    Stream stream(MendingOptions());
+    stream.WantTag(KRTag_STMTTRNRS);
+    stream.Open(std::string_view(each));
+    std::size_t count = 0;
+    while (stream.Next() != nullptr) ++count;
+    EXPECT_EQ(count, 2u);
+    EXPECT_EQ(stream.Status(), each == text ? KRParseStatus_Accepted : KRParseStatus_Warnings);
+    const std::string rest = Written(stream.Root());
+    EXPECT_NE(rest.find("<STMTENDTRNRS>"), rest.rfind("<STMTENDTRNRS>"));
+  }
 }
 
 TEST(Stream, ReadsTextsInOtherCharacters) {

@@ -4,6 +4,9 @@
 
 #include <utility>
 
+#include "krofx/model/internal/aggregate.h"
+#include "krofx/model/internal/child_slot.h"
+
 namespace krofx::internal {
 
 MendedTrack::~MendedTrack() { Clear(); }
@@ -72,6 +75,17 @@ void MendedTrack::OnDeleted(KRDataObj& object) {
     for (s16 depth = 0; depth < given.around; ++depth) {
       if (given.frames[depth].object == &object) given.around = depth;
     }
+    if (given.list != nullptr || given.around == given.depth) continue;
+    // Only the host's copy of its list has it from now on, and the host may delete that any time.
+    ChildSlot copy;
+    if (CopyChild(copy, given.object) == 0) {
+      m_failed = true;
+      Clear();
+      return;
+    }
+    given.object = copy.Release();
+    given.frames[given.depth].object = given.object;
+    given.list = given.object;  // No list has it.
   }
 }
 
@@ -118,7 +132,8 @@ void MendedTrack::DropCurrent() {
   const Given& given = m_given[m_current];
   ++m_current;
   if (given.list == nullptr) {
-    if (parent != nullptr) DropWrapperBefore(*parent, *given.object);
+    // What has it is still there: see OnDeleted.
+    DropWrapperBefore(*parent, *given.object);
     return;
   }
   // The next one may be compared with it, also when its list is joined with another.

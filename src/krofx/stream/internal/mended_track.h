@@ -87,7 +87,7 @@ class MendedTrack final : public TreeWatcher {
   };
   struct Given {
     KRDataObj* object;
-    const void* list;  // That it was taken out of; null when its parent has it still.
+    const void* list;  // That it was taken out of; null when its list has it still.
     s16 depth;
     s16 around;  // How many frames, from the root on, are still there.
     Place place;

@@ -100,7 +100,6 @@ bool TextWindow::Restart(std::size_t end) {
 
 void TextWindow::EndAt(std::size_t end) {
   m_end = end;
-  if (OriginalEnd() < end) return;
   m_size = static_cast<u32>(end - m_base);
   m_isEnded = true;
 }

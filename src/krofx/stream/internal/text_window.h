@@ -43,7 +43,7 @@ class TextWindow {
   /// @param end where the text ends, if that is known.
   /// @return false when the source does not go back.
   bool Restart(std::size_t end);
-  /// Ends the text at an offset that is not in front of the window.
+  /// Ends the text at an offset in the window, or right after it.
   void EndAt(std::size_t end);
   /// Makes UTF-8 of what is shown from now on.
   /// @param from a position in the first window that is shown.
