@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <thread>
 
 #include "krofx/core/buffer.h"
+#include "krofx/core/internal/held_warnings.h"
 #include "krofx/core/internal/hooks.h"
 #include "krofx/core/memory.h"
 
@@ -14,6 +16,7 @@ namespace {
 
 using krofx::internal::AllocationFailure;
 using krofx::internal::ForgetInLoggers;
+using krofx::internal::HeldWarnings;
 
 // To the log, objects and parsers are only pointers.
 KRDataObj* Object(std::uintptr_t number) { return reinterpret_cast<KRDataObj*>(number * 16); }
@@ -462,6 +465,91 @@ TEST_F(ParseLogger, CopiedIntoItselfDoublesOnce) {
 }
 
 TEST_F(ParseLogger, CopiesNothingFromNothing) { EXPECT_EQ(m_logger.DeepCopyFrom(nullptr), 0); }
+
+// --- Warnings that are held back -----------------------------------------------------------------
+
+class HeldBack : public testing::Test {
+ protected:
+  HeldBack() { m_logger.DeleteAll(); }
+  ~HeldBack() override { m_logger.DeleteAll(); }
+
+  void Warn(const char* value, KRTagID tag = KRTag_None) {
+    EXPECT_EQ(m_logger.AppendParseException(KRPW_BADFORMAT, value, "", tag, Object(5)), 1);
+  }
+  std::string Logged() const {
+    std::string values;
+    for (u16 index = 0; index < m_logger.Entries(); ++index) {
+      values += (index == 0 ? "" : " ") + std::string(m_logger.Get(index)->m_valueText);
+    }
+    return values;
+  }
+
+  KRParseLogger& m_logger = *KRParseLogger::TheKRParseLogger();
+};
+
+TEST_F(HeldBack, AreLoggedAtTheEndInTheirOrder) {
+  {
+    const HeldWarnings held;
+    Warn("one");
+    Warn("two");
+    EXPECT_EQ(Logged(), "");
+  }
+  EXPECT_EQ(Logged(), "one two");
+  EXPECT_EQ(m_logger.Get(0)->m_warning, KRPW_BADFORMAT);
+  EXPECT_EQ(m_logger.Get(0)->m_object, Object(5));
+  Warn("three");
+  EXPECT_EQ(Logged(), "one two three");
+}
+
+TEST_F(HeldBack, AreGoneWhenTheyAreDropped) {
+  {
+    HeldWarnings held;
+    Warn("one");
+    held.Drop();
+    Warn("two");
+  }
+  EXPECT_EQ(Logged(), "two");
+}
+
+TEST_F(HeldBack, AreNotThoseThatNameATag) {
+  HeldWarnings held;
+  Warn("one", KRTag_MEMO);
+  EXPECT_EQ(Logged(), "one");
+}
+
+TEST_F(HeldBack, PassFromAnInnerHolderToTheOuterOne) {
+  {
+    HeldWarnings outer;
+    Warn("one");
+    {
+      HeldWarnings inner;
+      Warn("two");
+      inner.Drop();
+      Warn("three");
+    }
+    EXPECT_EQ(Logged(), "");
+  }
+  EXPECT_EQ(Logged(), "one three");
+}
+
+TEST_F(HeldBack, AreAtMostEight) {
+  {
+    const HeldWarnings held;
+    for (const char* const value : {"1", "2", "3", "4", "5", "6", "7", "8", "9"}) Warn(value);
+    EXPECT_EQ(Logged(), "9");
+  }
+  EXPECT_EQ(Logged(), "9 1 2 3 4 5 6 7 8");
+}
+
+TEST_F(HeldBack, AreLostOnADetachedThread) {
+  std::thread([] {
+    KRDetachThread(KRCurrentThreadId());
+    HeldWarnings held;
+    EXPECT_EQ(krofx::internal::LogWarning(KRPW_TOOLONG, "", "", KRTag_None, nullptr), 0);
+    held.Drop();
+  }).join();
+  EXPECT_EQ(Logged(), "");
+}
 
 // --- Exhausted memory ----------------------------------------------------------------------------
 

@@ -86,6 +86,46 @@ TEST(StoredText, StaysAbsentAndRaisesTheAlarmWithoutMemory) {
   KRSetFireAlarm(KRFireAlarm_None);
 }
 
+// A long text needs a second block for its characters.
+TEST(StoredText, StaysAbsentWhicheverAllocationOfALongTextFails) {
+  const std::string text(2000, 'x');
+  KRSetFireAlarm(KRFireAlarm_None);
+  std::size_t nth = 1;
+  for (;; ++nth) {
+    StoredText<KRString2000> stored;
+    AllocationFailure::FailAt(nth);
+    const bool assigned = stored.AssignCommon(text.data(), text.size());
+    const bool hasFailed = AllocationFailure::Count() >= nth;
+    AllocationFailure::FailAt(0);
+    EXPECT_EQ(assigned, !hasFailed);
+    EXPECT_EQ(stored.Get().IsNull(), hasFailed ? 1 : 0);
+    EXPECT_EQ(KRGetFireAlarm(), hasFailed ? KRFireAlarm_MemoryExhausted : KRFireAlarm_None);
+    KRSetFireAlarm(KRFireAlarm_None);
+    if (!hasFailed) break;
+  }
+  EXPECT_EQ(nth, 3u);
+}
+
+TEST(StoredText, KeepsTheEncodingOrStaysAbsentWithoutMemory) {
+  KRString text("A & B");
+  text.SetEncoding(KRStringEncode_CDATA);
+  KRSetFireAlarm(KRFireAlarm_None);
+  StoredText<KRString32> stored;
+  AllocationFailure::FailAt(1);
+  stored = text;
+  AllocationFailure::FailAt(0);
+  EXPECT_EQ(stored.Get().IsNull(), 1);
+  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
+  KRSetFireAlarm(KRFireAlarm_None);
+  stored = text;
+  EXPECT_STREQ(stored.Get(), "A & B");
+  EXPECT_EQ(stored.Get().GetEncoding(), KRStringEncode_CDATA);
+  const StoredText<KRString32> none;
+  StoredText<KRString32> copy(stored);
+  copy = none;
+  EXPECT_EQ(copy.Get().IsEmpty(), 1);
+}
+
 TEST(StoredDate, KeepsEveryField) {
   KRDateTime date(2025, 2, 3, 12, 34, 56, 789, -5, -50);
   date.SetTimeZone("EST", -5, -50);

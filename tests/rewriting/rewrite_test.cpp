@@ -156,6 +156,33 @@ TEST(Rewrite, LeavesPasswordsAsTheyAre) {
   EXPECT_NE(written.find("<USERPASS>&amp;eacute;\n"), std::string::npos) << written;
 }
 
+// A file of a host that writes texts itself.
+class OwnFile : public KRFileRs {
+ public:
+  KRBuildStatus Build(KRBuilder* builder) const override {
+    builder->AddTagElement(KRTag_MEMO);
+    builder->AddString(KRString("A & "), KRBuildStringMacroOpt_Escape, KRBuildStringCrLfOpt_None);
+    builder->AddString(KRString("caf\xE9"), KRBuildStringMacroOpt_AsIs, KRBuildStringCrLfOpt_None);
+    return builder->AddString(KREMailMsgBody(), KRBuildStringMacroOpt_Escape,
+                              KRBuildStringCrLfOpt_NewLine);
+  }
+};
+
+TEST(Rewrite, WritesTheTextsOfAHostsOwnClass) {
+  OfxText text;
+  text.kind = TextKind::kResponse;
+  text.charset = "WINDOWS-1252";
+  text.root.reset(new OwnFile);
+  KRBuffer out(0, 0);
+  ASSERT_EQ(Rewrite(text, out, Ofx2(203)), KRBuildStatus_Done);
+  EXPECT_NE(ContentOf(out).find("<MEMO>A &amp; caf\u00e9</MEMO>\r\n"), std::string::npos)
+      << ContentOf(out);
+  // An empty message is no valid one.
+  RewriteOptions strict;
+  strict.strict = true;
+  EXPECT_EQ(Rewrite(text, out, strict), KRBuildStatus_NotValid);
+}
+
 TEST(Rewrite, RefusesMultipartTexts) {
   OfxText text;
   text.kind = TextKind::kMultipart;
