@@ -82,8 +82,13 @@ TEST_F(LocalFileTest, HasNoSizeBeyond32Bits) {
   u32 size = 0;
   EXPECT_TRUE(LocalFileSize(name.c_str(), size));
   EXPECT_EQ(size, 0xffffffffu);
-  std::filesystem::resize_file(name, std::uintmax_t{0x100000000});
-  EXPECT_FALSE(LocalFileSize(name.c_str(), size));
+  // Not even the lower bits of one.
+  for (const std::uintmax_t large :
+       {std::uintmax_t{1} << 32, (std::uintmax_t{1} << 32) + 5, std::uintmax_t{1} << 40}) {
+    std::filesystem::resize_file(name, large);
+    EXPECT_FALSE(LocalFileSize(name.c_str(), size)) << large;
+    EXPECT_EQ(size, 0xffffffffu);
+  }
   EXPECT_TRUE(LocalFileExists(name.c_str()));
 }
 
