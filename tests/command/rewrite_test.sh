@@ -25,13 +25,35 @@ cp cut.ofx before.ofx
 expect 2 rewrite cut.ofx -o cut.ofx
 cmp -s cut.ofx before.ofx || fail 'a broken file was overwritten'
 expect 2 rewrite plain.ofx -o nowhere/out.ofx
+cp "$examples/multipart.mime" parts.mime
+expect 2 rewrite parts.mime -o parts.mime
+has err 'take it apart with "krofx extract"; nothing was written'
+cmp -s parts.mime "$examples/multipart.mime" || fail 'a multipart text was overwritten'
 expect 2 rewrite plain.ofx -o /dev/null
 [ "$(find . -name '*.ofx.*' | wc -l)" -eq 0 ] || fail 'a file is left over'
+
+# What is whole of a text that breaks off is written anywhere but in its place.
+head -c -60 plain.ofx >short.ofx
+cp short.ofx before.ofx
+cp plain.ofx other.ofx
+expect 0 rewrite short.ofx
+has err 'it breaks off'
+mv out whole.ofx
+for output in new.ofx other.ofx; do
+  expect 0 rewrite short.ofx -o $output
+  cmp -s $output whole.ofx || fail "what is whole is not in $output"
+done
+expect 2 rewrite short.ofx -o short.ofx
+has err 'it breaks off, and what is whole would take its place'
+cmp -s short.ofx before.ofx || fail 'a text that breaks off was overwritten'
 
 # Strict.
 statement "$(head -c 60 /dev/zero | tr '\0' n)" >long.ofx
 expect 0 rewrite long.ofx
 expect 2 rewrite --strict long.ofx
 expect 0 rewrite --strict plain.ofx
+statement $'caf\351' >letters.ofx
+expect 0 rewrite --strict letters.ofx
+grep -qa $'<NAME>caf\351$' out || fail 'a letter that is not ASCII is lost'
 expect 64 rewrite
 finish

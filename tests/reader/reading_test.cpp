@@ -105,6 +105,17 @@ TEST(Reading, MendsNothingWhenItIsStrict) {
   EXPECT_EQ(reading.warnings[0].place.line, 11u);
 }
 
+TEST(Reading, KnowsTheCharacterSetWhenItIsStrict) {
+  ReadOptions options;
+  options.strict = true;
+  for (const std::string name : {"caf\xE9", "caf\u00e9"}) {
+    const Reading reading = Read(BankStatementFile(Transaction("1.00", name)), options);
+    EXPECT_EQ(reading.status, KRParseStatus_Accepted);
+    EXPECT_EQ(Str(reading.texts[0].version), "102");
+    EXPECT_EQ(Str(reading.texts[0].ToUtf8(KRString(name.c_str()))), "caf\u00e9");
+  }
+}
+
 TEST(Reading, KnowsThePathsOfWarningsWhenItIsStrict) {
   ReadOptions options;
   options.strict = true;

@@ -142,6 +142,7 @@ KRParseStatus FileReader::ReadNext() {
   if (m_options.strict) {
     text.status = ReadStrictly(*buffer, text, from, m_recorder).status;
     m_position = end;
+    if (!DescribeText(text, Bytes().substr(from, end - from))) text.status = KRParseStatus_Fatal;
   } else if (const StrictResult strict = TryStrictly(*buffer, text); strict.IsWhole()) {
     m_position = from + strict.end;
     const std::string_view judged =
