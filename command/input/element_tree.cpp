@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string>
 
+#include "input/parsed_file.h"
 #include "input/shown_values.h"
 #include "krofx/host/words.h"
 
@@ -48,7 +49,7 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddTagEnd(KRTagID tag) override {
     TakeValue();
     // The end tag of an element, such as the body of a letter, closes nothing.
-    if (m_path.size() > 1 && m_path.back()->id == tag) {
+    if (m_path.back()->id == tag) {
       HideLostPassword(*m_path.back());
       m_path.pop_back();
     }
@@ -64,7 +65,7 @@ class ElementGatherer : public KRPayrollBuilder {
   using KRBuilder::AddString;
   KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt,
                           KRBuildStringCrLfOpt) override {
-    if (m_element == nullptr || m_hasText || IsPassword(m_element->id)) return KRBuildStatus_Done;
+    if (IsPassword(m_element->id)) return KRBuildStatus_Done;
     const std::string_view value = krofx::ToText(text);
     if (IsAmongPasswords()) {
       const std::string shown = FirstLineWithoutTags(value);
@@ -133,17 +134,16 @@ class ElementGatherer : public KRPayrollBuilder {
                        [](const Element* element) { return HoldsPasswords(element->id); });
   }
 
-  void Note(ValueKind kind) {
-    if (m_element != nullptr) m_element->kind = kind;
-  }
+  // Values come after the tag of their element.
+  void Note(ValueKind kind) { m_element->kind = kind; }
   void SetText(std::string_view text) {
-    if (m_element != nullptr) m_element->value = m_arena.Copy(text);
+    m_element->value = m_arena.Copy(text);
     m_hasText = true;
   }
   KRBuildStatus Value(ValueKind kind, const krofx::ValueText& text) {
     Note(kind);
     SetText(text);
-    return text.empty() ? KRBuildStatus_NoTextForm : KRBuildStatus_Done;
+    return KRBuildStatus_Done;
   }
   KRBuildStatus Number(const KRPrecisionInteger& value) {
     return Value(ValueKind::kAmount, ShownNumber(value));
@@ -161,8 +161,7 @@ class ElementGatherer : public KRPayrollBuilder {
 
   // What the library wrote into the buffer.
   std::string_view Written() const {
-    if (m_buffer.GetBufferPtr() == nullptr) return {};
-    std::string_view text(m_buffer.GetBufferPtr(), m_buffer.GetBufferSize());
+    std::string_view text = ViewOf(m_buffer);
     if (text.ends_with('\n')) text.remove_suffix(1);
     return text;
   }

@@ -97,24 +97,23 @@ std::vector<std::string> FindInputs(const std::vector<std::string>& arguments,
 
 namespace {
 
-constexpr char kNoMemory[] = "not enough memory to read it";
-
-// Reads up to `size` bytes into `to`, or what there is. Negative after an error.
-ssize_t ReadSome(const FileDescriptor& file, char* to, std::size_t size) {
+// Reads up to `size` bytes into `to`, or what there is. Negative with a problem.
+ssize_t ReadSome(const FileDescriptor& file, char* to, std::size_t size, std::string& problem) {
   ssize_t got = 0;
   do {
     got = ::read(file.Get(), to, size);
   } while (got < 0 && errno == EINTR);
+  if (got < 0) problem = std::strerror(errno);
   return got;
 }
 
-// Reads a file into the memory that a buffer has. False after an error.
-bool ReadWhole(const FileDescriptor& file, KRBuffer& buffer, bool& isAtEnd) {
+// Reads a file into the memory that a buffer has. False with a problem.
+bool ReadWhole(const FileDescriptor& file, KRBuffer& buffer, bool& isAtEnd, std::string& problem) {
   char* const bytes = buffer.GetBufferPtr();
   const u32 room = bytes == nullptr ? 0 : buffer.GetBufferAllocation();
   u32 size = 0;
   while (size < room) {
-    const ssize_t got = ReadSome(file, bytes + size, room - size);
+    const ssize_t got = ReadSome(file, bytes + size, room - size, problem);
     if (got < 0) return false;
     size += static_cast<u32>(got);
     isAtEnd = got == 0;
@@ -129,17 +128,14 @@ bool ReadWhole(const FileDescriptor& file, KRBuffer& buffer, bool& isAtEnd) {
 bool ReadRest(const FileDescriptor& file, KRBuffer& buffer, std::string& problem) {
   Wiped<65536> block;
   for (;;) {
-    const ssize_t got = ReadSome(file, block.bytes, sizeof block.bytes);
-    if (got <= 0) {
-      if (got < 0) problem = std::strerror(errno);
-      return got == 0;
-    }
+    const ssize_t got = ReadSome(file, block.bytes, sizeof block.bytes, problem);
+    if (got <= 0) return got == 0;
     if (buffer.GetBufferSize() > kMaxInputSize - static_cast<u32>(got)) {
       problem = kTooLarge;
       return false;
     }
     if (buffer.WriteLarge(block.bytes, static_cast<u32>(got)) != KRBufferOK) {
-      problem = kNoMemory;
+      problem = kNoMemoryToRead;
       return false;
     }
   }
@@ -157,8 +153,13 @@ std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& proble
     problem = "it is a directory; name a file";
     return nullptr;
   }
-  const bool sized =
-      S_ISREG(status.st_mode) && status.st_size > 0 && status.st_size < kMaxInputSize;
+  const bool isFile = S_ISREG(status.st_mode);
+  // Of standard input a part may have been read already.
+  if (isFile && name != "-" && status.st_size > kMaxInputSize) {
+    problem = kTooLarge;
+    return nullptr;
+  }
+  const bool sized = isFile && status.st_size > 0 && status.st_size < kMaxInputSize;
   // A file that may be read as a whole, and its tree.
   if (sized && status.st_size >= kLargeFile) {
     PreferLargePages(static_cast<std::size_t>(status.st_size) * kTreeTimes);
@@ -166,14 +167,11 @@ std::unique_ptr<KRBuffer> ReadBytes(const std::string& name, std::string& proble
   // One byte more than the file has shows whether it has grown.
   auto buffer = std::make_unique<KRBuffer>(sized ? static_cast<u32>(status.st_size) + 1 : 0, 65536);
   if (buffer == nullptr) {
-    problem = kNoMemory;
+    problem = kNoMemoryToRead;
     return nullptr;
   }
   bool isAtEnd = false;
-  if (sized && !ReadWhole(file, *buffer, isAtEnd)) {
-    problem = std::strerror(errno);
-    return nullptr;
-  }
+  if (sized && !ReadWhole(file, *buffer, isAtEnd, problem)) return nullptr;
   return isAtEnd || ReadRest(file, *buffer, problem) ? std::move(buffer) : nullptr;
 }
 
@@ -188,17 +186,13 @@ std::unique_ptr<KRBuffer> ReadInput(const std::string& name, std::string& proble
 
 bool IsLargePlainFile(const std::string& name, std::size_t bytes) {
   // Of many small files none is opened twice.
-  struct stat first {};
-  if (name == "-" || ::stat(name.c_str(), &first) != 0 ||
-      static_cast<std::size_t>(first.st_size) < bytes) {
-    return false;
-  }
-  const FileDescriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   struct stat status {};
-  if (!file || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+  if (name == "-" || ::stat(name.c_str(), &status) != 0 || !S_ISREG(status.st_mode) ||
       static_cast<std::size_t>(status.st_size) < bytes) {
     return false;
   }
+  // A file that cannot be opened has no start, nor has a pipe that took its place.
+  const FileDescriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
   char start[2] = {};
   return ::pread(file.Get(), start, sizeof start, 0) == sizeof start &&
          !IsGzip({start, sizeof start});

@@ -16,6 +16,8 @@ namespace krofx::command {
 inline constexpr u32 kMaxInputSize = 0x7FFFFFFE;
 /// What is said of an input that is larger.
 inline constexpr char kTooLarge[] = "it is larger than 2 GB; split it by date or account";
+/// What is said of one that there is no memory for.
+inline constexpr char kNoMemoryToRead[] = "not enough memory to read it";
 
 /// Replaces each directory by the OFX files below it, in the order of their paths. Names of files,
 /// and "-", stay as they are, whether there is such a file or not.

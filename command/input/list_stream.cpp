@@ -15,10 +15,6 @@ namespace krofx::command {
 
 namespace {
 
-bool IsStatement(KRDataObj& object) {
-  return object.GetType() == KRTag_STMTRS || object.GetType() == KRTag_CCSTMTRS;
-}
-
 bool IsRead(KRParseStatus status) {
   return status == KRParseStatus_Accepted || status == KRParseStatus_Warnings;
 }
@@ -88,7 +84,7 @@ const StreamElement* ListStream::Cursor::Next() {
   const StreamElement* const element = m_stream.Next();
   if (element == nullptr) return nullptr;
   const KRDataObj* const owner = element->Around(1);
-  if (owner != m_owner || m_lists.empty()) {
+  if (owner != m_owner) {
     m_owner = owner;
     m_list = m_lists.try_emplace(owner, m_lists.size()).first->second;
   }
@@ -137,9 +133,10 @@ bool ListStream::Read(Surveyed& surveyed, Use use) {
     if (m_lists.empty()) CopyForm(judged, m_text);
     if (!(judged.charset == m_text.charset)) return false;
     if (cursor.List() == m_lists.size()) {
-      std::string path = ToText(element->Path());
-      path.resize(path.rfind('/'));
-      if (!paths.insert(path).second || !AddList(*element)) return false;
+      const std::string path = ToText(element->Path());
+      // Without memory there is none.
+      if (path.empty()) return false;
+      if (!paths.insert(path.substr(0, path.rfind('/'))).second || !AddList(*element)) return false;
     }
     Count(cursor.List(), element->Tag());
   }
@@ -167,13 +164,8 @@ bool ListStream::Read(Surveyed& surveyed, Use use) {
 }
 
 bool ListStream::AddList(const StreamElement& element) {
-  constexpr u16 kLevelsToStatement = 2;
   KRDataObj* const owner = element.Around(1);
-  KRDataObj* const statement = element.Around(kLevelsToStatement);
   if (owner == nullptr) return false;
-  if (element.Tag() == KRTag_STMTTRN && (statement == nullptr || !IsStatement(*statement))) {
-    return false;
-  }
   m_lists.push_back({owner, "", {}});
   return true;
 }
@@ -210,9 +202,9 @@ bool ListStream::IsUsable(Stream& stream, Use use) const {
 
 std::size_t ListStream::Size() const {
   if (m_bytes != nullptr) return m_bytes->GetBufferSize();
-  std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(m_path, error);
-  return error ? 0 : static_cast<std::size_t>(size);
+  // Of a file that is gone it is not known; reading it tells.
+  std::error_code ignored;
+  return static_cast<std::size_t>(std::filesystem::file_size(m_path, ignored));
 }
 
 bool ListStream::HasLongList() const {

@@ -62,7 +62,7 @@ KRDataObj* FindFullList(KRDataObj* object) {
 }  // namespace
 
 std::string_view ViewOf(const KRBuffer& buffer) {
-  return {buffer.GetBufferPtr() == nullptr ? "" : buffer.GetBufferPtr(), buffer.GetBufferSize()};
+  return {buffer.GetBufferPtr(), buffer.GetBufferSize()};
 }
 
 std::string ToText(const KRString& string) {
@@ -108,6 +108,10 @@ bool ParsedFile::Survey(const std::string& name, const ListStream::Way& way) {
 
 ParsedFile::ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text)
     : m_name(SafeLine(name)), m_text(std::move(text)) {
+  if (m_text == nullptr) {
+    m_problem = kNoMemoryToRead;
+    return;
+  }
   Parse(Reader::kMending);
   m_problem = FindProblem();
 }
@@ -149,7 +153,7 @@ std::vector<OfxFile> ParsedFile::GetOfxFiles() const {
     if (IsOfx(*text.root)) files.push_back({text.root.get(), &text});
     for (u16 index = 0; index < text.root->GetNumberOfSubfiles(); ++index) {
       KRFile* const part = text.root->GetSubfile(index);
-      if (part != nullptr && IsOfx(*part)) files.push_back({part, &text});
+      if (IsOfx(*part)) files.push_back({part, &text});
     }
   }
   return files;
@@ -213,9 +217,7 @@ std::string ParsedFile::FindProblem() const {
     }
     return "memory was exhausted while reading";
   }
-  if (!m_reading.problem.IsNull() && m_reading.problem.GetStrLength() > 0) {
-    return ToText(m_reading.problem);
-  }
+  if (m_reading.problem.GetStrLength() > 0) return ToText(m_reading.problem);
   const std::vector<OfxFile> files = GetOfxFiles();
   const bool hasBody = std::any_of(files.begin(), files.end(), [](const OfxFile& each) {
     return each.file->GetNumberOfChildren() > 0;
@@ -248,10 +250,7 @@ std::string ParsedFile::GetProblemWithAdvice() const {
 
 ExitStatus ParsedFile::GetVerdict() const {
   if (!m_problem.empty()) return kExitUnusable;
-  return m_reading.status == KRParseStatus_Accepted && m_warnings.empty() &&
-                 m_reading.mendings.size() == 0
-             ? kExitClean
-             : kExitWarnings;
+  return m_reading.status == KRParseStatus_Accepted ? kExitClean : kExitWarnings;
 }
 
 }  // namespace krofx::command

@@ -42,11 +42,8 @@ void RowMaker::AppendRow(std::vector<Cell>& cells, const Element& row, const Tab
   sources.paths.Find(row, m_found);
   const std::size_t first = cells.size();
   cells.resize(first + sources.columns.size());
-  const auto lookUp = [this](const CellSource::Path& path) {
-    return m_found.elements[path.number];
-  };
   for (const std::size_t column : sources.composed) {
-    cells[first + column] = FindBy(row, sources.columns[column], lookUp);
+    cells[first + column] = Find(row, sources.columns[column]);
   }
   // Most columns of a row are empty: only what was found is looked at. Of the paths of a column the
   // first one has the lowest number.
@@ -61,12 +58,6 @@ void RowMaker::AppendRow(std::vector<Cell>& cells, const Element& row, const Tab
 }
 
 Cell RowMaker::Find(const Element& element, const CellSource& source) const {
-  return FindBy(element, source,
-                [&element](const CellSource::Path& path) { return FindPath(element, path.steps); });
-}
-
-template <class Lookup>
-Cell RowMaker::FindBy(const Element& element, const CellSource& source, Lookup lookup) const {
   switch (source.kind) {
     case CellSource::Kind::kOwnTag:
       return {ValueKind::kText, element.tag};
@@ -82,7 +73,7 @@ Cell RowMaker::FindBy(const Element& element, const CellSource& source, Lookup l
       if (const Cell all = JoinAll(element, path.steps)) return all;
       continue;
     }
-    const Element* const found = Describe(lookup(path), path);
+    const Element* const found = Describe(FindPath(element, path.steps), path);
     if (found != nullptr && !found->isAggregate) return CellOf(*found);
   }
   return {};

@@ -45,8 +45,6 @@ class RowMaker {
   Cell CellOf(const Element& element) const;
 
  private:
-  template <class Lookup>
-  Cell FindBy(const Element& element, const CellSource& source, Lookup lookup) const;
   const Element* Describe(const Element* found, const CellSource::Path& path) const;
   Cell JoinAll(const Element& element, const TagPath& steps) const;
   Cell SumAll(const Element& element, const CellSource& source) const;

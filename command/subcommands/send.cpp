@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string_view>
+#include <utility>
 
 #include "banks/bank_file.h"
 #include "banks/profile_file.h"
@@ -58,7 +59,12 @@ ExitStatus SendPrepared(Exchange& exchange, KRBuffer& request, const std::string
 // Where a bank takes a request: at the address that its profile has for all message sets of the
 // request, or at its own.
 std::string FindAddress(const Bank& bank, const KRBuffer& request, std::string& problem) {
-  const ParsedFile parsed("", CopyOf(request));
+  std::unique_ptr<KRBuffer> copy = CopyOf(request);
+  if (copy == nullptr) {
+    problem = "not enough memory to read the request";
+    return "";
+  }
+  const ParsedFile parsed("", std::move(copy));
   std::string address;
   for (const SetName& set : ListSets(parsed)) {
     const auto profile = bank.hasProfile ? ReadKeptProfile(bank, set.version) : nullptr;

@@ -126,10 +126,16 @@ print(sys.argv[1].replace("</STMTTRN>", """<MEMO>caf\u00e9 \u201cquoted\u201d, "
 <POSTALCODE>10001<PHONE>1</PAYEE><CCACCTTO><ACCTID>4111222233334444</CCACCTTO><MEMO>USERPASS>secret
 <ORIGCURRENCY><CURRATE>.5<CURSYM>CHF</ORIGCURRENCY></STMTTRN>"""))
 END
+# Texts that are out of order.
+sed 's/<FITID>1/<FITID>1<TRNAMT>-7/' plain/every.ofx >plain/repeated.ofx
+sed -e 's/<FITID>every//' -e 's/<DTPOSTED>/<dtposted>/' plain/every.ofx >plain/missing.ofx
+sed 's/<NAME>Name/<NAME>This is a name that is longer than it may be/' plain/every.ofx >plain/long.ofx
+cat plain/every.ofx plain/card.ofx >plain/two.ofx
 for file in plain/*.ofx; do
   { cat "$file"; head -c 4300000 /dev/zero | tr '\0' '\n'; } >"padded/$(basename "$file")"
 done
-for use in 'print' 'print --json' 'print --csv' 'print --json-lines' 'print --csv --table closings' 'check' 'sum'; do
+for use in 'print' 'print --json' 'print --csv' 'print --json-lines' 'print --csv --table closings' 'print --csv --strict' 'check' \
+  'check --details' 'sum'; do
   for folder in plain padded; do
     # shellcheck disable=SC2086
     (cd "$folder" && "$krofx" $use ./*.ofx >"../$folder.out" 2>"../$folder.err"; echo $? >>"../$folder.out")

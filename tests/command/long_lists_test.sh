@@ -189,7 +189,29 @@ done
 cmp -s list.ofx.rows payroll-batch.ofx.rows || fail 'the values of a payroll'
 [ "$(tail -n 1 totals)" -lt "$(head -n 1 totals)" ] || fail 'a sum of a part of the rows'
 
+# A list may be too long in a small text as well, and in several accounts.
+payroll() {
+  header
+  echo "<OFX>$sign_on<N.PAYROLLMSGSRSV1><N.PAYROLLUPDATERS><TOKEN>8<N.PAYCHKNEXTID>1<N.PAYROLLTXNEXTID>1<N.EMPNEXTID>1"
+  echo '<N.PITEMNEXTID>1<N.PAYROLLUPDATEDATA>'
+  for ((number = 0; number < $2; ++number)); do printf '%s' "$1"; done
+  echo '</N.PAYROLLUPDATEDATA></N.PAYROLLUPDATERS></N.PAYROLLMSGSRSV1></OFX>'
+}
+payroll '<N.PITEMMOD><N.PITEMID>4</N.PITEMMOD>' 66000 >items.ofx
+for item in N.PITEMMOD n.pitemmod; do
+  sed "0,/<N.PITEMMOD>/s//<$item>/" items.ofx >changed.ofx
+  expect 0 print --csv --table items changed.ofx
+  [ "$(wc -l <out)" -eq 66001 ] || fail "the rows of $item"
+done
+has err '1 mending'
+{ account 76 stock 1 65535; account 77 stock 1 65536; } | with_securities 0 2 >accounts.ofx
+expect 0 print --csv --table positions accounts.ofx
+[ "$(wc -l <out)" -eq 131072 ] || fail 'the rows of two accounts'
+
 # What has a section of its own is held.
+payroll '<N.EMPMOD><N.EMPID>22</N.EMPMOD>' 66000 >employees.ofx
+expect 2 print --csv --table employees employees.ofx
+has err '<N.PAYROLLUPDATEDATA> has more than 65535 entries of one kind'
 {
   header
   echo "<OFX>$sign_on<BANKMSGSRSV1>"
@@ -199,4 +221,13 @@ cmp -s list.ofx.rows payroll-batch.ofx.rows || fail 'the values of a payroll'
 expect 2 print --csv wrappers.ofx
 has err '<BANKMSGSRSV1> has more than 65535 entries of one kind, which is more than can be held; the first 65535 were read'
 expect 2 check wrappers.ofx
+{
+  header
+  echo "<OFX><SIGNONMSGSRQV1><SONRQ><DTCLIENT>20260131<USERID>lind<USERPASS>not-a-real-password<LANGUAGE>ENG"
+  echo '<APPID>KROFX<APPVER>0100</SONRQ></SIGNONMSGSRQV1><BANKMSGSRQV1>'
+  for ((number = 0; number < 66000; ++number)); do echo '<STMTTRNRQ><TRNUID>1</STMTTRNRQ>'; done
+  echo '</BANKMSGSRQV1></OFX>'
+} >requests.ofx
+expect 2 print --csv requests.ofx
+has err '<BANKMSGSRQV1> has more than 65535 entries of one kind'
 finish
