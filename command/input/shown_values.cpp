@@ -18,12 +18,6 @@ namespace {
 // A day without a time.
 constexpr std::size_t kDayCharacters = 10;
 
-// OFX texts that the library writes leave out a zone that is GMT by its name.
-bool IsUniversal(const KRDateTime& date) {
-  return date.GetGMTOffset() == 0 && date.GetGMTOffsetFraction() == 0 &&
-         date.GetTimeZone().IsEmpty() == 0;
-}
-
 // Whether a text is that of a person as it is: printable ASCII without a reference to a character
 // and without a section.
 bool IsAsMeant(std::string_view text) {
@@ -39,7 +33,8 @@ std::string_view HidePassword(std::string_view text, TextArena& arena) {
 
 krofx::ValueText ShownDate(const KRDateTime& date) {
   const krofx::ValueText text = krofx::ToText(date);
-  if (text.size() != kDayCharacters || !IsUniversal(date)) return text;
+  // A text without a time is of no offset. When the zone has a name, it is GMT.
+  if (text.size() != kDayCharacters || date.GetTimeZone().IsEmpty() != 0) return text;
   return krofx::ValueText(std::string(text) + "T00:00:00+00:00");
 }
 

@@ -64,6 +64,9 @@ expect 0 print --csv --min -2 medium.ofx
 gzip -k medium.ofx
 expect 0 print --csv medium.ofx.gz
 [ "$(wc -l <out)" -eq 4004 ] || fail 'the rows of a packed file'
+sed 's/<TRNAMT>-7\.25/<TRNAMT>-7,25/' medium.ofx | gzip >damaged.ofx.gz
+expect 1 check damaged.ofx.gz
+has out 'damaged.ofx.gz: usable; 1 amount with a decimal comma'
 
 # Each once, whatever the order in which files are read.
 for jobs in 1 2; do

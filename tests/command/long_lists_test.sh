@@ -212,6 +212,8 @@ expect 0 print --csv --table positions accounts.ofx
 payroll '<N.EMPMOD><N.EMPID>22</N.EMPMOD>' 66000 >employees.ofx
 expect 2 print --csv --table employees employees.ofx
 has err '<N.PAYROLLUPDATEDATA> has more than 65535 entries of one kind'
+expect 2 rewrite employees.ofx -o employees.ofx
+has err 'the first 65535 were read; nothing was written'
 {
   header
   echo "<OFX>$sign_on<BANKMSGSRSV1>"
