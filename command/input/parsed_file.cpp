@@ -62,6 +62,8 @@ KRDataObj* FindFullList(KRDataObj* object) {
 }  // namespace
 
 std::string_view ViewOf(const KRBuffer& buffer) {
+  // What has lost its memory still has a size.
+  if (buffer.GetBufferPtr() == nullptr) return {};
   return {buffer.GetBufferPtr(), buffer.GetBufferSize()};
 }
 

@@ -110,7 +110,7 @@ class ParsedFile {
   krofx::Reading m_reading;
 };
 
-/// @return the bytes of a buffer.
+/// @return the bytes of a buffer; none of one that memory was missing for.
 std::string_view ViewOf(const KRBuffer& buffer);
 
 /// @return the text of a library string.

@@ -48,6 +48,15 @@ TEST(CopyOfAText, IsWholeOrNull) {
   }
 }
 
+TEST(BytesOfABuffer, AreNoneWhenItsMemoryIsLost) {
+  KRBuffer buffer(4, 4);
+  ASSERT_EQ(Put(buffer, "text"), KRBufferOK);
+  EXPECT_EQ(ViewOf(buffer), "text");
+  const FailingAllocation failing(1);
+  EXPECT_NE(Put(buffer, "more"), KRBufferOK);
+  EXPECT_EQ(ViewOf(buffer), "");
+}
+
 TEST(ParsedFile, IsNotUsableWithoutAText) {
   const ParsedFile file("a reply", nullptr);
   EXPECT_EQ(file.GetProblem(), kNoMemoryToRead);
