@@ -252,7 +252,8 @@ std::string ParsedFile::GetProblemWithAdvice() const {
 
 ExitStatus ParsedFile::GetVerdict() const {
   if (!m_problem.empty()) return kExitUnusable;
-  return m_reading.status == KRParseStatus_Accepted ? kExitClean : kExitWarnings;
+  return m_reading.status == KRParseStatus_Accepted && m_warnings.empty() ? kExitClean
+                                                                          : kExitWarnings;
 }
 
 }  // namespace krofx::command

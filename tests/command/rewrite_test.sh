@@ -55,5 +55,14 @@ expect 0 rewrite --strict plain.ofx
 statement $'caf\351' >letters.ofx
 expect 0 rewrite --strict letters.ofx
 grep -qa $'<NAME>caf\351$' out || fail 'a letter that is not ASCII is lost'
+# Of two answers in one wrapper the strict parser would lose the first.
+sed 's/<STMTRS>/&<CURDEF>EUR<BANKACCTFROM><BANKID>1<ACCTID>first<ACCTTYPE>CHECKING<\/BANKACCTFROM><\/STMTRS>&/' \
+  plain.ofx >two.ofx
+grep -q '<ACCTID>first' two.ofx || fail 'there are not two answers'
+expect 0 check --strict two.ofx
+expect 2 rewrite --strict two.ofx
+has err 'it is not in order, as --strict demands; "krofx check" says why; nothing was written'
+expect 0 rewrite two.ofx
+has out '<ACCTID>first'
 expect 64 rewrite
 finish

@@ -390,7 +390,8 @@ TEST_P(SecretTags, KeepTheLibrarysOwnWording) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Passwords, SecretTags,
-                         testing::Values(KRTag_USERPASS, KRTag_NEWUSERPASS, KRTag_ONETIMEPASS));
+                         testing::Values(KRTag_USERPASS, KRTag_NEWUSERPASS, KRTag_ONETIMEPASS,
+                                         KRTag_TEMPPASS, KRTag_USERKEY));
 
 TEST_F(ParseLogger, KeepsTheValuesOfOtherTags) {
   Log("hunter2", KRTag_USERID);

@@ -7,8 +7,9 @@
 // raised outside a parse collect in the same list, until the next parser is made or a parse starts.
 //
 // Secrets. The value text of a record for a password tag (USERPASS, NEWUSERPASS, ONETIMEPASS,
-// TEMPPASS) is stars, one for each character, whatever was passed. Only internal::LogFixedText
-// stores its text as it is; that text is always one of the library's own messages.
+// TEMPPASS, USERKEY) is stars, one for each character, whatever was passed. Only
+// internal::LogFixedText stores its text as it is; that text is always one of the library's own
+// messages.
 
 #ifndef KROFX_CORE_PARSE_LOGGER_H_
 #define KROFX_CORE_PARSE_LOGGER_H_
@@ -201,7 +202,8 @@ class KROFX_API KRParseLogger : public KRDynamicArrayParseException {
 
 namespace krofx::internal {
 
-/// @return whether the value of a tag must never be seen: a password of any kind.
+/// @return whether the value of a tag must never be seen: a password of any kind, or the key
+///         that a sign-on has in place of one.
 KROFX_API bool IsSecret(KRTagID tag) noexcept;
 
 }  // namespace krofx::internal

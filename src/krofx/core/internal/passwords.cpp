@@ -69,7 +69,10 @@ std::size_t LengthOfNear(Text text, std::size_t size, Name name, std::size_t len
 }  // namespace
 
 bool IsSecret(KRTagID tag) noexcept {
-  return std::any_of(std::begin(kPasswordTags), std::end(kPasswordTags),
+  // A user key stands in for the password of a sign-on. Damage to its tag is not looked for: it is
+  // so like USERID that users would be hidden too.
+  return tag == KRTag_USERKEY ||
+         std::any_of(std::begin(kPasswordTags), std::end(kPasswordTags),
                      [tag](const PasswordTag& each) { return each.tag == tag; });
 }
 
