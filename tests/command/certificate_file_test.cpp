@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "support/base64_text.h"
 #include "support/failing_allocation.h"
 #include "support/temp_folder.h"
 
@@ -25,22 +26,7 @@ std::string Root(const std::string& id) {
 }
 
 std::string Pem(std::string_view bytes) {
-  constexpr std::string_view kDigits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text(kBegin);
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    u32 group = 0;
-    for (std::size_t byte = 0; byte < 3; ++byte) {
-      const bool isThere = at + byte < bytes.size();
-      group = group << 8 | (isThere ? static_cast<unsigned char>(bytes[at + byte]) : 0u);
-    }
-    for (std::size_t digit = 0; digit < 4; ++digit) {
-      const bool isThere = at + digit <= bytes.size();
-      text += isThere ? kDigits[group >> (18 - 6 * digit) & 63] : '=';
-    }
-    if (at % 48 == 45) text += '\n';
-  }
-  return text.append("\n").append(kEnd);
+  return std::string(kBegin).append(Base64Text(bytes)).append("\n").append(kEnd);
 }
 
 class CertificateFile : public ::testing::Test {

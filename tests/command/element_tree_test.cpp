@@ -28,9 +28,7 @@ void Append(const Element& element, std::string& text) {
 }
 
 std::string ElementsOf(const std::string& text) {
-  auto buffer = std::make_unique<KRBuffer>(0, 4096);
-  EXPECT_EQ(Put(*buffer, text), KRBufferOK);
-  const ParsedFile file("a text", std::move(buffer));
+  const ParsedFile file("a text", NewBuffer(text));
   TextArena arena;
   std::string elements;
   for (const OfxFile& ofx : file.GetOfxFiles()) {

@@ -38,15 +38,9 @@ std::string Replaced(std::string text, const std::string& from, const std::strin
   return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-std::shared_ptr<KRBuffer> BufferOf(const std::string& text) {
-  auto buffer = std::make_shared<KRBuffer>(0, 4096);
-  EXPECT_EQ(Put(*buffer, text), KRBufferOK);
-  return buffer;
-}
-
 // Surveys a text of any size as one that a tree does not take.
 ListStream::Surveyed Survey(const std::string& text, Use use) {
-  return ListStream::Survey("", BufferOf(text), {use, nullptr, true});
+  return ListStream::Survey("", NewBuffer(text), {use, nullptr, true});
 }
 
 // Expects what a survey says to be what a whole reading says.
@@ -151,7 +145,7 @@ TEST(ListStream, IsWholeOrNullWhenMemoryIsMissing) {
   const std::string text = Replaced(
       Replaced(Statement(Transaction(1, std::string(40, 'n')) + Transaction(2)), "<FITID>1", ""),
       "<TRNAMT>-1.50", "<TRNAMT>-1,50");
-  const std::shared_ptr<KRBuffer> buffer = BufferOf(text);
+  const std::shared_ptr<KRBuffer> buffer = NewBuffer(text);
   const ListStream::Way way{Use::kMended, nullptr, true};
   internal::AllocationFailure::FailAt(0);
   ASSERT_NE(ListStream::Survey("", buffer, way).stream, nullptr);

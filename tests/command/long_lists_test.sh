@@ -214,22 +214,19 @@ expect 2 print --csv --table employees employees.ofx
 has err '<N.PAYROLLUPDATEDATA> has more than 65535 entries of one kind'
 expect 2 rewrite employees.ofx -o employees.ofx
 has err 'the first 65535 were read; nothing was written'
-{
+wrappers() { # SIGN-ON SET WRAPPER
   header
-  echo "<OFX>$sign_on<BANKMSGSRSV1>"
-  for ((number = 0; number < 66000; ++number)); do echo "<STMTTRNRS>$status</STMTTRNRS>"; done
-  echo '</BANKMSGSRSV1></OFX>'
-} >wrappers.ofx
+  echo "<OFX>$1<$2>"
+  for ((number = 0; number < 66000; ++number)); do echo "$3"; done
+  echo "</$2></OFX>"
+}
+wrappers "$sign_on" BANKMSGSRSV1 "<STMTTRNRS>$status</STMTTRNRS>" >wrappers.ofx
 expect 2 print --csv wrappers.ofx
 has err '<BANKMSGSRSV1> has more than 65535 entries of one kind, which is more than can be held; the first 65535 were read'
 expect 2 check wrappers.ofx
-{
-  header
-  echo "<OFX><SIGNONMSGSRQV1><SONRQ><DTCLIENT>20260131<USERID>lind<USERPASS>not-a-real-password<LANGUAGE>ENG"
-  echo '<APPID>KROFX<APPVER>0100</SONRQ></SIGNONMSGSRQV1><BANKMSGSRQV1>'
-  for ((number = 0; number < 66000; ++number)); do echo '<STMTTRNRQ><TRNUID>1</STMTTRNRQ>'; done
-  echo '</BANKMSGSRQV1></OFX>'
-} >requests.ofx
+signing_on='<SIGNONMSGSRQV1><SONRQ><DTCLIENT>20260131<USERID>lind<USERPASS>not-a-real-password<LANGUAGE>ENG<APPID>KROFX<APPVER>0100
+</SONRQ></SIGNONMSGSRQV1>'
+wrappers "$signing_on" BANKMSGSRQV1 '<STMTTRNRQ><TRNUID>1</STMTTRNRQ>' >requests.ofx
 expect 2 print --csv requests.ofx
 has err '<BANKMSGSRQV1> has more than 65535 entries of one kind'
 finish

@@ -22,12 +22,6 @@ namespace {
 constexpr char kTransaction[] =
     "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260102<TRNAMT>-1.50<FITID>1<NAME>Name</STMTTRN>";
 
-std::unique_ptr<KRBuffer> BufferOf(const std::string& text) {
-  auto buffer = std::make_unique<KRBuffer>(0, 4096);
-  EXPECT_EQ(Put(*buffer, text), KRBufferOK);
-  return buffer;
-}
-
 std::string StrictProblemOf(const std::string& text) {
   const TempFolder folder;
   const ParsedFile file(folder.Put("file", text), Reader::kStrict);
@@ -37,7 +31,7 @@ std::string StrictProblemOf(const std::string& text) {
 
 TEST(CopyOfAText, IsWholeOrNull) {
   const std::string text(100000, 'x');
-  const std::unique_ptr<KRBuffer> buffer = BufferOf(text);
+  const std::unique_ptr<KRBuffer> buffer = NewBuffer(text);
   bool isWhole = false;
   for (std::size_t nth = 1; !isWhole; ++nth) {
     const FailingAllocation failing(nth, true);
@@ -70,7 +64,7 @@ TEST(ParsedFile, SaysThatMemoryIsMissing) {
   const std::string text = testing::BankStatementFile(kTransaction);
   bool isRead = false;
   for (std::size_t nth = 1; !isRead; nth += 1 + nth / 8) {
-    std::unique_ptr<KRBuffer> buffer = BufferOf(text);
+    std::unique_ptr<KRBuffer> buffer = NewBuffer(text);
     const FailingAllocation failing(nth, true);
     const ParsedFile file("a reply", std::move(buffer));
     isRead = file.GetVerdict() == kExitClean;
@@ -94,7 +88,7 @@ TEST(ParsedFile, SaysThatAMultipartTextHasNoPart) {
 
 // Of a text that is strictly rewritten.
 std::string RewriteProblemOf(const std::string& text, std::string& written) {
-  const ParsedFile file("a text", BufferOf(text));
+  const ParsedFile file("a text", NewBuffer(text));
   krofx::RewriteOptions options;
   options.strict = true;
   KRBuffer out(0, 0);

@@ -74,9 +74,7 @@ TEST(StoredText, RefusesMoreThanItsLengthAsACommonText) {
   EXPECT_STREQ(stored.Get(), "EUR");
 }
 
-TEST(StoredText, StaysAbsentAndRaisesTheAlarmWithoutMemory) {
-  StoredText<KRString32> stored;
-  const KRString text("text");
+void AssignWithoutMemory(StoredText<KRString32>& stored, const KRString& text) {
   KRSetFireAlarm(KRFireAlarm_None);
   AllocationFailure::FailAt(1);
   stored = text;
@@ -84,6 +82,11 @@ TEST(StoredText, StaysAbsentAndRaisesTheAlarmWithoutMemory) {
   EXPECT_EQ(stored.Get().IsNull(), 1);
   EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
   KRSetFireAlarm(KRFireAlarm_None);
+}
+
+TEST(StoredText, StaysAbsentAndRaisesTheAlarmWithoutMemory) {
+  StoredText<KRString32> stored;
+  AssignWithoutMemory(stored, KRString("text"));
 }
 
 // A long text needs a second block for its characters.
@@ -109,14 +112,8 @@ TEST(StoredText, StaysAbsentWhicheverAllocationOfALongTextFails) {
 TEST(StoredText, KeepsTheEncodingOrStaysAbsentWithoutMemory) {
   KRString text("A & B");
   text.SetEncoding(KRStringEncode_CDATA);
-  KRSetFireAlarm(KRFireAlarm_None);
   StoredText<KRString32> stored;
-  AllocationFailure::FailAt(1);
-  stored = text;
-  AllocationFailure::FailAt(0);
-  EXPECT_EQ(stored.Get().IsNull(), 1);
-  EXPECT_EQ(KRGetFireAlarm(), KRFireAlarm_MemoryExhausted);
-  KRSetFireAlarm(KRFireAlarm_None);
+  AssignWithoutMemory(stored, text);
   stored = text;
   EXPECT_STREQ(stored.Get(), "A & B");
   EXPECT_EQ(stored.Get().GetEncoding(), KRStringEncode_CDATA);

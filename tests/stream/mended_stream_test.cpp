@@ -100,14 +100,7 @@ Outcome StreamMending(const std::string& text, const Way& way) {
       if (out.charset.empty()) out.charset = Str(element->Text().charset);
     }
   };
-  if (way.piece == 0) stream.Open(std::string_view(text));
-  for (std::size_t at = 0; way.piece != 0 && at < text.size(); at += way.piece) {
-    const std::string piece = text.substr(at, way.piece);
-    if (!stream.Feed(piece)) break;
-    take();
-  }
-  if (way.piece != 0) stream.Finish();
-  take();
+  Pour(stream, text, way.piece, take);
   out.status = stream.Status();
   for (const Mending& mending : stream.Mendings()) out.mendings.push_back(LineWithPath(mending));
   AddWarnings(stream.Warnings(), out.warnings);
@@ -398,7 +391,7 @@ TEST(MendedStream, RefusesPiecesWhoseDatesTurnOutToBeWrittenInTwoWays) {
 }
 
 TEST(MendedStream, LeavesOutOfPiecesWhatTheirBeginningDoesNotExplain) {
-  // What comes later would say what the first date and the first amount are.
+  // What comes later would say what the first date is.
   const std::string date =
       "<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20250203<DTUSER>03/02/2025<TRNAMT>-1"
       "<FITID>x</STMTTRN>\n";
@@ -673,13 +666,7 @@ TEST(MendedStream, LetsAnAggregateBeCopiedThatIsReplacedLater) {
             }
           }
         };
-        if (piece == 0) stream.Open(std::string_view(text));
-        for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
-          ASSERT_TRUE(stream.Feed(std::string_view(text).substr(at, piece)));
-          take();
-        }
-        if (piece != 0) stream.Finish();
-        take();
+        Pour(stream, text, piece, take);
         EXPECT_EQ(numbers, tag == KRTag_INVOICE ? "123" : "112233");
         EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
         ASSERT_FALSE(own.empty());
@@ -730,13 +717,7 @@ TEST(MendedStream, LetsAListBeCopiedWhileItsElementsCome) {
         EXPECT_EQ(own.DeepCopyFrom(list), 1);
       }
     };
-    if (piece == 0) stream.Open(std::string_view(text));
-    for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
-      ASSERT_TRUE(stream.Feed(std::string_view(text).substr(at, piece)));
-      take();
-    }
-    if (piece != 0) stream.Finish();
-    take();
+    Pour(stream, text, piece, take);
     EXPECT_EQ(stream.Status(), KRParseStatus_Warnings);
     EXPECT_EQ(ids, (Lines{"1", "2", "3", "4", "5", "6", "7", "8"})) << piece;
   }
@@ -843,16 +824,9 @@ void ExpectAnEndWithoutMemory(const std::string& text, std::size_t piece, u32 wi
     stream.SetListener(&counter);
     stream.Want<KRBankStatementTx>();
     std::size_t count = 0;
-    const auto take = [&] {
+    Pour(stream, text, piece, [&] {
       while (stream.Next() != nullptr) ++count;
-    };
-    if (piece == 0) stream.Open(std::string_view(text));
-    for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
-      if (!stream.Feed(std::string_view(text).substr(at, piece))) break;
-      take();
-    }
-    if (piece != 0) stream.Finish();
-    take();
+    });
     const bool hasMore = stream.HasMoreTags();
     Lines shown = {std::to_string(stream.Status()), std::to_string(count),
                    std::to_string(counter.mendings), std::to_string(counter.warnings),

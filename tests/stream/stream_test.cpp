@@ -373,13 +373,7 @@ TEST(Stream, GivesElementsThatAreInsideOthers) {
         EXPECT_EQ(text.compare(element->Where().offset, 2, line != nullptr ? "<L" : "<I"), 0);
       }
     };
-    if (piece == 0) stream.Open(std::string_view(text));
-    for (std::size_t at = 0; piece != 0 && at < text.size(); at += piece) {
-      ASSERT_TRUE(stream.Feed(std::string_view(text).substr(at, piece)));
-      take();
-    }
-    if (piece != 0) stream.Finish();
-    take();
+    Pour(stream, text, piece, take);
     EXPECT_EQ(got, expected) << piece;
     EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
   }

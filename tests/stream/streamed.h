@@ -77,17 +77,23 @@ inline void TakeEnd(Stream& stream, Streamed& out) {
   out.rest = Written(stream.Root());
 }
 
-/// Gives a stream a text in pieces of `size` bytes, 0 for the whole text from memory, and takes all
-/// elements.
-inline void Pour(Stream& stream, const std::string& text, std::size_t size, Streamed& out) {
+/// Gives a stream a text in pieces of `size` bytes, 0 for the whole text from memory, and calls
+/// `take` for what has come.
+template <class Take>
+void Pour(Stream& stream, const std::string& text, std::size_t size, Take take) {
   if (size == 0) stream.Open(std::string_view(text));
   for (std::size_t at = 0; size != 0 && at < text.size(); at += size) {
     const std::string piece = text.substr(at, size);
     if (!stream.Feed(piece)) break;
-    TakeAll(stream, out);
+    take();
   }
   if (size != 0) stream.Finish();
-  TakeAll(stream, out);
+  take();
+}
+
+/// The same, with all elements that come taken.
+inline void Pour(Stream& stream, const std::string& text, std::size_t size, Streamed& out) {
+  Pour(stream, text, size, [&] { TakeAll(stream, out); });
 }
 
 /// Streams a text in pieces of `size` bytes; 0 for the whole text from memory.

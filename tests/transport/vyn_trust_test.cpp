@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "krofx/security/certificate.h"
+#include "support/base64_text.h"
 #include "support/failing_allocation.h"
 #include "transport/vyn_fixture.h"
 
@@ -34,23 +35,7 @@ class VYNTrustTest : public VYNTest {
 
 TEST_F(VYNTrustTest, TakesRootsAsDerAndAsBase64) {
   EXPECT_EQ(AddRoot(4000), 1);
-  std::string encoded;
-  {
-    const std::string der = RootBytes(1);
-    static const char kDigits[] =
-        "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    for (std::size_t at = 0; at < der.size(); at += 3) {
-      u32 bits = 0;
-      for (std::size_t byte = 0; byte < 3; ++byte) {
-        bits =
-            bits << 8 | (at + byte < der.size() ? static_cast<unsigned char>(der[at + byte]) : 0);
-      }
-      for (int digit = 0; digit < 4; ++digit) {
-        const bool isPadding = at + static_cast<std::size_t>(digit) > der.size();
-        encoded += isPadding ? '=' : kDigits[bits >> (18 - 6 * digit) & 63];
-      }
-    }
-  }
+  const std::string encoded = Base64Text(RootBytes(1));
   EXPECT_EQ(request->AddTrustedRoot(encoded.data(), static_cast<u16>(encoded.size()), 4001), 1);
   Connect();
   Get("https://bank/");
