@@ -18,7 +18,7 @@ namespace krofx::internal {
 namespace {
 
 constexpr char32_t kNoCharacter = 0xFFFD;
-const iconv_t kFailed = reinterpret_cast<iconv_t>(-1);
+void* const kFailed = reinterpret_cast<iconv_t>(-1);
 
 // Converts one character and resets the state. False when the bytes are none, or not a whole one.
 bool Convert(iconv_t converter, const char* from, std::size_t count, char* to, std::size_t& room) {
@@ -173,7 +173,7 @@ Charset::Opened Charset::Open(std::string_view name) {
     // A name with a slash would be an instruction to iconv.
     if (name.find('/') != std::string_view::npos) return Opened::kUnknown;
     for (const bool decode : {true, false}) {
-      const iconv_t handle =
+      void* const handle =
           decode ? iconv_open("UTF-32LE", made.m_name) : iconv_open(made.m_name, "UTF-32LE");
       if (handle == kFailed) return errno == ENOMEM ? Opened::kNoMemory : Opened::kUnknown;
       (decode ? made.m_decoder : made.m_encoder) = handle;
