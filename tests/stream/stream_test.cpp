@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "krofx/messages/billpay/payments.h"
+#include "krofx/messages/investment/securities.h"
 #include "krofx/model/factory.h"
 #include "krofx/parse/simple_parser.h"
 #include "stream/streamed.h"
@@ -244,6 +245,37 @@ TEST(Stream, LetsAListBeCopiedWhileItsElementsCome) {
     }
     EXPECT_EQ(stream.Status(), KRParseStatus_Accepted);
     EXPECT_EQ(ids, (Lines{"1", "2", "3", "4", "5", "6", "7", "8"})) << between;
+  }
+}
+
+// The list holds securities of all kinds.
+TEST(Stream, KeepsWhatNobodyWantsOfAListThatIsCopied) {
+  const auto security = [](const std::string& tag, const std::string& number) {
+    return Aggregate(tag, Aggregate("SECINFO", Aggregate("SECID", "<UNIQUEID>" + number +
+                                                                      "<UNIQUEIDTYPE>CUSIP") +
+                                                   "<SECNAME>Mills"));
+  };
+  for (const std::string between : {"", "<!-- a comment -->", "<ACME.X>1"}) {
+    const std::string text = ResponseFile(
+        "SECLISTMSGSRS",
+        Aggregate("SECLIST", security("STOCKINFO", "1") + between + security("OTHERINFO", "2") +
+                                 security("STOCKINFO", "3") + security("OTHERINFO", "4") + between +
+                                 security("STOCKINFO", "5") + security("OTHERINFO", "6")));
+    Stream stream(MendingOptions());
+    stream.WantTag(KRTag_STOCKINFO);
+    stream.Open(std::string_view(text));
+    std::vector<KRSecList> copies;
+    std::size_t count = 0;
+    while (const StreamElement* const element = stream.Next()) {
+      ++count;
+      copies.push_back(*element->Within<KRSecList>());
+    }
+    EXPECT_EQ(count, 3u);
+    const std::string rest = Written(stream.Root());
+    for (const char* const number : {"2", "4", "6"}) {
+      EXPECT_NE(rest.find("<UNIQUEID>" + std::string(number)), std::string::npos)
+          << between << rest;
+    }
   }
 }
 
