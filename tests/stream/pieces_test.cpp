@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -79,13 +80,20 @@ std::vector<std::string> OddTexts() {
   return texts;
 }
 
+// Larger than the texts, and small since the sanitizers make memory that is not used dear.
+StreamOptions SmallWindow() {
+  StreamOptions options;
+  options.window = 4096;
+  return options;
+}
+
 TEST(StreamPieces, OfEverySizeGiveTheSame) {
   std::size_t elements = 0;
   for (const std::string& text : OddTexts()) {
     const Streamed whole = StreamText(text);
     elements += whole.elements.size();
     for (std::size_t size = 1; size <= std::min<std::size_t>(text.size(), 64); ++size) {
-      const Streamed pieces = StreamText(text, size);
+      const Streamed pieces = StreamText(text, size, SmallWindow());
       ASSERT_EQ(pieces.elements, whole.elements) << size << "\n" << text;
       ASSERT_EQ(pieces.warnings, whole.warnings) << size << "\n" << text;
       ASSERT_EQ(pieces.status, whole.status) << size << "\n" << text;
@@ -95,11 +103,39 @@ TEST(StreamPieces, OfEverySizeGiveTheSame) {
   EXPECT_GT(elements, OddTexts().size());
 }
 
+TEST(StreamPieces, AreNotLookedAtOnceTheStreamHasEnded) {
+  const std::string text = BankStatementFile(NumberedTransaction(1));
+  for (const bool mends : {false, true}) {
+    for (const bool stops : {false, true}) {
+      for (const std::string more : {"\n", "\n<OFX>"}) {
+        StreamOptions options;
+        options.mends = mends;
+        options.window = 256;
+        krofx::Stream stream(options);
+        WantMuch(stream);
+        std::string piece = text + Repeat("\n", 1000) + more;
+        ASSERT_TRUE(stream.Feed(piece));
+        const krofx::StreamElement* element = nullptr;
+        do {
+          element = stream.Next();
+        } while (element != nullptr && !stops);
+        if (stops) stream.Stop();
+        if (stream.Feed("")) stream.Finish();
+        EXPECT_EQ(stream.Next(), nullptr);
+        // The host uses its memory again.
+        const bool hasMore = more.size() > 1;
+        std::fill(piece.begin(), piece.end(), hasMore ? '\n' : '<');
+        EXPECT_EQ(stream.HasMoreTags(), hasMore || stops) << mends << stops;
+      }
+    }
+  }
+}
+
 TEST(StreamPieces, CutAnywhereGiveTheSame) {
   for (const std::string& text : OddTexts()) {
     const Streamed whole = StreamText(text);
     for (std::size_t cut = 1; cut < text.size(); ++cut) {
-      krofx::Stream stream;
+      krofx::Stream stream(SmallWindow());
       WantMuch(stream);
       Streamed two;
       stream.Feed(std::string_view(text).substr(0, cut));

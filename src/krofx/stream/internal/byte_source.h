@@ -55,6 +55,10 @@ class ByteSource {
   bool CanGoTo() const {
     return m_file != nullptr ? m_start >= 0 : m_buffer != nullptr || m_whole.data() != nullptr;
   }
+  /// @return whether there is something left of a piece.
+  bool HasPiece() const { return !m_bytes.empty() && m_whole.data() == nullptr; }
+  /// Forgets what is left of a piece.
+  void DropPiece() { m_bytes = {}; }
   /// @return how many bytes were read.
   std::size_t Position() const { return m_position; }
   /// Goes on from a position again; CanGoTo.

@@ -107,6 +107,14 @@ void StreamRun::Stop() {
   const bool any = m_records.Any() || (m_mended != nullptr && m_mended->AnyRecords());
   if (m_state != StreamState::kEnded && any) m_status = KRParseStatus_Warnings;
   m_state = StreamState::kEnded;
+  LeavePiece();
+}
+
+// Looks at what is left of a piece, which the host may free now.
+void StreamRun::LeavePiece() {
+  if (m_state != StreamState::kEnded || !m_source.HasPiece()) return;
+  m_hasMoreTags = HasMoreTags();
+  m_source.DropPiece();
 }
 
 KRParseStatus StreamRun::Status() const {
@@ -210,6 +218,12 @@ const StreamElement* StreamRun::NextMended() {
 }
 
 const StreamElement* StreamRun::Next() {
+  const StreamElement* const element = TakeNext();
+  if (element == nullptr) LeavePiece();
+  return element;
+}
+
+const StreamElement* StreamRun::TakeNext() {
   m_track.Drop();
   if (m_state == StreamState::kReading && m_parser.TakeAhead()) return &m_element;
   const AllocationWatch memory;
@@ -351,6 +365,7 @@ KRString StreamRun::ToUtf8(const KRString& text) {
 
 bool StreamRun::HasMoreTags() {
   if (m_state != StreamState::kEnded) return false;
+  if (m_hasMoreTags) return true;
   if (IsMending()) return m_mended->HasMoreTags();
   if (m_track.HasAhead()) return true;
   if (m_window.Text().find('<', m_window.CountRead()) != std::string_view::npos) return true;

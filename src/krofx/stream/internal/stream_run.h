@@ -76,6 +76,8 @@ class StreamRun : public HeapObject {
   bool Judge();
   void ChooseReader();
   bool IsClean();
+  void LeavePiece();
+  const StreamElement* TakeNext();
   const StreamElement* ReadOn();
   const StreamElement* NextMended();
   bool Begin();
@@ -97,6 +99,7 @@ class StreamRun : public HeapObject {
   KRBuffer* m_plain = nullptr;
   bool m_isChosen = false;
   bool m_begun = false;
+  bool m_hasMoreTags = false;  // In what was left of a piece.
   StreamState m_state = StreamState::kIdle;
   KRParseStatus m_status = KRParseStatus_Accepted;
   KRString m_problem;
