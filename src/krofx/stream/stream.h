@@ -177,8 +177,8 @@ class KROFX_API Stream {
   /// @return false when it cannot be opened: the stream has ended then, with status 4 and a
   /// problem.
   bool OpenFile(const char* path);
-  /// Gives the next piece. It must stay as it is until Next has given null, or the
-  ///        stream was stopped.
+  /// Gives the next piece. It must stay as it is until Next has given null or the stream was
+  /// stopped.
   /// @return false, with the piece not taken, when the one before it has not been read to its end,
   ///         or when the stream has ended.
   bool Feed(std::string_view piece);
