@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 
+#include "krofx/messages/banking/statements.h"
 #include "krofx/reader/reading.h"
 #include "reader/ended_readings.h"
 #include "reader/read_values.h"
@@ -105,6 +106,20 @@ TEST(TextsOfElements, EndAtANameInBracketsAfterWhichThereIsNothing) {
   const Reading reading = Read(text);
   EXPECT_EQ(ValueIn(testing::Written(reading.root), "NAME"), "100%");
   EXPECT_EQ(MendingNames(reading), (Lines{"unknown-tag", "cut-off"}));
+}
+
+TEST(TextsOfElements, HaveNoWhiteSpaceAtTheirEndWhereTheFileBreaksOff) {
+  for (const char* const end :
+       {"<OW", "\n<OW", "\n\n<!-- a note -->\n<OW", " <!-- < --> <!-- -->/<"}) {
+    std::string text = InLines("<FITID>1\n<NAME>Shop\n<MEMO>m\n");
+    text.resize(text.find("Shop") + 4);
+    text += end;
+    const Reading reading = Read(text);
+    const auto* const transaction = FindIn<KRBankStatementTx>(reading.root);
+    ASSERT_NE(transaction, nullptr);
+    const std::string name = Str(transaction->GetName());
+    EXPECT_EQ(name, std::string_view(end).ends_with("/<") ? "Shop  /" : "Shop") << end;
+  }
 }
 
 TEST(TextsOfElements, EndTheReadingWhenTheyMustNotBeMended) {

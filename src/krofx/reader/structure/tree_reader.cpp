@@ -357,7 +357,7 @@ void TreeReader::ReadCutText(ScannedTag& tag) {
   m_cut = true;
   tag.text.cut = false;
   tag.text.to = tag.text.from + static_cast<u32>(open);
-  while (tag.text.to > tag.text.from && IsWhite(m_text.At(tag.text.to - 1))) --tag.text.to;
+  tag.text.to = m_scanner.EndOfContent(tag.text);
   tag.text.bareLessThan = Shown(tag.text).find('<') != std::string_view::npos;
 }
 

@@ -102,6 +102,8 @@ class Scanner {
   /// Reads the text of a run: resolves references, and joins what comments and sections divide.
   /// @param charset the one that the text is in.
   TextResult ReadText(const TextRun& run, const Charset& charset, KRString& out) const;
+  /// @return where the text of a run ends, without the white space and the comments at its end.
+  u32 EndOfContent(const TextRun& run) const;
   /// @return the bytes of a run.
   std::string_view View(const TextRun& run) const {
     return m_bytes.substr(run.from, run.to - run.from);
