@@ -49,7 +49,7 @@ class ElementGatherer : public KRPayrollBuilder {
   KRBuildStatus AddTagEnd(KRTagID tag) override {
     TakeValue();
     // The end tag of an element, such as the body of a letter, closes nothing.
-    if (m_path.back()->id == tag) {
+    if (m_path.size() > 1 && m_path.back()->id == tag) {
       HideLostPassword(*m_path.back());
       m_path.pop_back();
     }
@@ -65,7 +65,7 @@ class ElementGatherer : public KRPayrollBuilder {
   using KRBuilder::AddString;
   KRBuildStatus AddString(const KRString& text, KRBuildStringMacroOpt,
                           KRBuildStringCrLfOpt) override {
-    if (IsPassword(m_element->id)) return KRBuildStatus_Done;
+    if (m_element == nullptr || IsPassword(m_element->id)) return KRBuildStatus_Done;
     const std::string_view value = krofx::ToText(text);
     if (IsAmongPasswords()) {
       const std::string shown = FirstLineWithoutTags(value);

@@ -16,7 +16,7 @@ namespace krofx::command {
 inline constexpr u32 kMaxInputSize = 0x7FFFFFFE;
 /// What is said of an input that is larger.
 inline constexpr char kTooLarge[] = "it is larger than 2 GB; split it by date or account";
-/// What is said of one that there is no memory for.
+/// What is said when there is no memory for an input.
 inline constexpr char kNoMemoryToRead[] = "not enough memory to read it";
 
 /// Replaces each directory by the OFX files below it, in the order of their paths. Names of files,

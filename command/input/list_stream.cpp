@@ -134,7 +134,7 @@ bool ListStream::Read(Surveyed& surveyed, Use use) {
     if (!(judged.charset == m_text.charset)) return false;
     if (cursor.List() == m_lists.size()) {
       const std::string path = ToText(element->Path());
-      // Without memory there is none.
+      // The path is empty when memory is missing.
       if (path.empty()) return false;
       if (!paths.insert(path.substr(0, path.rfind('/'))).second || !AddList(*element)) return false;
     }
@@ -202,7 +202,7 @@ bool ListStream::IsUsable(Stream& stream, Use use) const {
 
 std::size_t ListStream::Size() const {
   if (m_bytes != nullptr) return m_bytes->GetBufferSize();
-  // Of a file that is gone it is not known; reading it tells.
+  // A file that is gone counts as the largest; reading it tells.
   std::error_code ignored;
   return static_cast<std::size_t>(std::filesystem::file_size(m_path, ignored));
 }

@@ -155,7 +155,7 @@ std::vector<OfxFile> ParsedFile::GetOfxFiles() const {
     if (IsOfx(*text.root)) files.push_back({text.root.get(), &text});
     for (u16 index = 0; index < text.root->GetNumberOfSubfiles(); ++index) {
       KRFile* const part = text.root->GetSubfile(index);
-      if (IsOfx(*part)) files.push_back({part, &text});
+      if (part != nullptr && IsOfx(*part)) files.push_back({part, &text});
     }
   }
   return files;

@@ -55,8 +55,8 @@ class ParsedFile {
   ///        any.
   explicit ParsedFile(const std::string& name, Reader reader = Reader::kMending,
                       Holding holding = Holding::kAll, ListStream::MayStream mayStream = nullptr);
-  /// Reads a text that is there already, such as a reply. `name` is what messages call it. Null is
-  /// a text that there was no memory for.
+  /// Reads a text that is there already, such as a reply. `name` is what messages call it. Null
+  /// when there was no memory for the text.
   ParsedFile(std::string_view name, std::unique_ptr<KRBuffer> text);
 
   /// @return the name, fit for output.

@@ -33,7 +33,7 @@ std::string_view HidePassword(std::string_view text, TextArena& arena) {
 
 krofx::ValueText ShownDate(const KRDateTime& date) {
   const krofx::ValueText text = krofx::ToText(date);
-  // A text without a time is of no offset. When the zone has a name, it is GMT.
+  // The time is left out at midnight with an offset of zero; a zone that has a name is GMT then.
   if (text.size() != kDayCharacters || date.GetTimeZone().IsEmpty() != 0) return text;
   return krofx::ValueText(std::string(text) + "T00:00:00+00:00");
 }

@@ -62,8 +62,9 @@ std::vector<std::string> TransactionTypes() {
   std::vector<std::string> types;
   for (u32 value = 0; value <= KRBankTxType_OTHER; ++value) {
     KRString text;
-    KRDataConversion::BankTxToString(static_cast<KRBankTxType>(value), text);
-    types.push_back(ToText(text));
+    if (KRDataConversion::BankTxToString(static_cast<KRBankTxType>(value), text) != 0) {
+      types.push_back(ToText(text));
+    }
   }
   KRInvTranList list;
   KRArrayOfTags tags;

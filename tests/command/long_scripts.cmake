@@ -1,3 +1,3 @@
 # The scripts that take a minute or more with the sanitizers, and seconds without: the tests of a
-# release run them. What they print is a matter of lengths, or of many orders or texts.
+# release run them. They start many programs, or read and write long lists.
 set(KROFX_LONG_SCRIPTS arguments large_rows long_lists programs secrets)

@@ -103,7 +103,7 @@ TEST(StreamPieces, OfEverySizeGiveTheSame) {
   EXPECT_GT(elements, OddTexts().size());
 }
 
-TEST(StreamPieces, AreNotLookedAtOnceTheStreamHasEnded) {
+TEST(StreamPieces, AreNotReadAfterTheStreamHasEnded) {
   const std::string text = BankStatementFile(NumberedTransaction(1));
   for (const bool mends : {false, true}) {
     for (const bool stops : {false, true}) {

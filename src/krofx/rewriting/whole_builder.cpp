@@ -22,6 +22,8 @@ KRBuildStatus WholeBuilder::AddTagElement(KRTagID tag) {
 
 KRBuildStatus WholeBuilder::AddString(const KRString& text, KRBuildStringMacroOpt macroOption,
                                       KRBuildStringCrLfOpt lineOption) {
+  KRBuffer* const buffer = GetBuffer();
+  if (buffer == nullptr) return KRBuildStatus_NullArgument;
   if (m_strict && text.IsValid() == 0) {
     return text.ExceedsSpecLength() != 0 ? KRBuildStatus_TooLong : KRBuildStatus_NotValid;
   }
@@ -30,20 +32,18 @@ KRBuildStatus WholeBuilder::AddString(const KRString& text, KRBuildStringMacroOp
   const KRString shown = ConvertToUtf8(
       text, m_text.charset, m_secret ? Conversion::kAsWritten : Conversion::kAsMeant, &whole);
   if (!whole) return KRBuildStatus_TooLong;
-  // Texts are added during a build only.
-  KRBuffer& buffer = *GetBuffer();
   for (const char* at = shown; *at != '\0'; ++at) {
     const char* const macro =
         macroOption == KRBuildStringMacroOpt_Escape ? KRUtility::GetMacroString(*at) : nullptr;
     if (macro == nullptr) {
-      Put(buffer, at, 1);
+      Put(*buffer, at, 1);
       continue;
     }
-    buffer += "&";
-    buffer += macro;
-    buffer += ";";
+    *buffer += "&";
+    *buffer += macro;
+    *buffer += ";";
   }
-  if (lineOption == KRBuildStringCrLfOpt_NewLine) Put(buffer, KR_NEW_LINE, 1);
+  if (lineOption == KRBuildStringCrLfOpt_NewLine) Put(*buffer, KR_NEW_LINE, 1);
   return KRBuildStatus_Done;
 }
 

@@ -67,9 +67,9 @@ class KROFX_API StreamElement {
   const KRAccount* Account() const;
   /// @return the open aggregate around it that is `levels` further out: 1 is the one that has its
   ///         list, in which the next element may have begun already. Null beyond the root, and for
-  ///         an aggregate that a mending has replaced. It is to be copied with DeepCopyFrom: a copy
-  ///         by assignment shares the elements of its lists, and while there is one a stream that
-  ///         mends leaves in them what it hands out.
+  ///         an aggregate that a mending has replaced. Copy it with DeepCopyFrom. A copy by
+  ///         assignment shares the elements of its lists; while it exists, a stream that mends
+  ///         leaves the elements that it hands out in the list.
   KRDataObj* Around(u16 levels) const;
   /// @return the nearest aggregate around it that is of class `Class`; null when there is none.
   template <class Class>

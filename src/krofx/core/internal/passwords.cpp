@@ -17,7 +17,7 @@ struct PasswordTag {
   std::string_view name;
 };
 
-// The tags whose values are never shown. New ones go here and nowhere else.
+// The tags of passwords: their values are never shown, nor what follows a damaged one.
 constexpr PasswordTag kPasswordTags[] = {
     {KRTag_USERPASS, "USERPASS"},
     {KRTag_NEWUSERPASS, "NEWUSERPASS"},

@@ -306,14 +306,18 @@ TextResult Scanner::ReadText(const TextRun& run, const Charset& charset, KRStrin
 u32 Scanner::EndOfContent(const TextRun& run) const {
   u32 end = run.from;
   for (u32 place = run.from; place < run.to;) {
-    ScannedTag unused;
-    u32 after = 0;
-    const Piece piece =
-        m_bytes[place] == '<' ? Classify(place, true, after, unused) : Piece::kCharacter;
-    if (piece == Piece::kMarkup || piece == Piece::kSection) {
-      place = after;
-      if (piece == Piece::kSection) end = after;
-      continue;
+    if (m_bytes[place] == '<') {
+      ScannedTag unused;
+      u32 after = 0;
+      const Piece piece = Classify(place, true, after, unused);
+      if (piece == Piece::kMarkup) {
+        place = after;
+        continue;
+      }
+      if (piece == Piece::kSection) {
+        place = end = after;
+        continue;
+      }
     }
     if (!IsWhite(m_bytes[place])) end = place + 1;
     ++place;

@@ -132,7 +132,7 @@ void MendedTrack::DropCurrent() {
   const Given& given = m_given[m_current];
   ++m_current;
   if (given.list == nullptr) {
-    // What has it is still there: see OnDeleted.
+    // Its parent still exists: OnDeleted copies elements whose parent is deleted.
     DropWrapperBefore(*parent, *given.object);
     return;
   }
