@@ -111,6 +111,15 @@ TEST_F(EveryClass, FillsASharedSlotUnderTheTagThatIsMeant) {
         EXPECT_EQ(SetSharedChild(*object, slot, nullptr), 1);
         EXPECT_EQ(object->ValidateTag(tag), 1) << "present over nothing";
         EXPECT_EQ(ClearSharedChild(*object, slot), 1);
+        // What is written under no tag of the slot leaves none of them present.
+        child = any.table->rows[position].create(*KRDataObj::GetFactory());
+        child->SetType(tag);
+        EXPECT_EQ(SetSharedChild(*object, slot, child), 1);
+        KRDataObj* stranger = any.table->rows[position].create(*KRDataObj::GetFactory());
+        stranger->SetType(KRTag_OFX);
+        EXPECT_EQ(SetSharedChild(*object, slot, stranger), 0);
+        EXPECT_EQ(slot.Get(), stranger);
+        EXPECT_EQ(object->ValidateTag(tag), 0);
       }
       EXPECT_EQ(TakeWarnings(), Lines());
     }

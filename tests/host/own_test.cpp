@@ -13,6 +13,7 @@
 #include "krofx/messages/banking/accounts.h"
 #include "krofx/messages/banking/statements.h"
 #include "krofx/messages/banking/transfers.h"
+#include "krofx/messages/investment/securities.h"
 #include "krofx/payroll/employees.h"
 #include "krofx/payroll/taxes.h"
 #include "support/failing_allocation.h"
@@ -135,6 +136,17 @@ TEST(Give, LeavesAChildWhereASetterKeepsItInSpiteOfItsAnswer) {
     EXPECT_NE(transfer.GetBankAcctTo(), nullptr);
   }
   EXPECT_EQ(Counted::s_alive, 0);
+}
+
+// A list keeps what it is given, also where nobody counts that far.
+TEST(Give, LeavesAnElementWhereAListKeepsItAmongMoreThanCanBeCounted) {
+  const auto list = Make<KRSecList>();
+  EXPECT_TRUE(Give(*list, &KRSecList::SetDebtInfo, 65534, std::make_unique<KRDebtInfo>()));
+  auto stock = std::make_unique<KRStockInfo>();
+  stock->SetType(KRTag_None);
+  const KRStockInfo* const given = stock.get();
+  EXPECT_FALSE(Give(*list, &KRSecList::SetStockInfo, 0, std::move(stock)));
+  EXPECT_EQ(list->GetStockInfo(0), given);
 }
 
 // The array refuses a child, which is the caller's.

@@ -354,6 +354,17 @@ TEST_F(FillSecInfoList, LeavesAClearedArrayToItself) {
   EXPECT_EQ(alive, 0);
 }
 
+TEST_F(FillSecInfoList, FillsAnArrayThatAnotherListFilledBeforeItWasCleared) {
+  const auto list = NewList();
+  const auto other = NewList();
+  KRDynamicArrayDataObj securities(1, 1);
+  EXPECT_EQ(other->FillSecInfoList(securities), 1);
+  static_cast<KRDynamicArray&>(securities).Clear();
+  EXPECT_EQ(list->FillSecInfoList(securities), 1);
+  ExpectAll(securities);
+  EXPECT_EQ(securities.Get(0), list->GetDebtInfo(0));
+}
+
 TEST_F(FillSecInfoList, GivesUpABorrowedEntryThatIsReplacedOrTakenOut) {
   int alive = 0;
   const auto list = NewList();

@@ -228,6 +228,9 @@ TEST(KRSignOnRq, HasAccessorsFromTextAndFromValues) {
   EXPECT_EQ(signOn->SetGenUserKey(KRString("N")), 1);
   EXPECT_EQ(signOn->SetLanguage(KRLanguage(KRString("FRA"))), 1);
   EXPECT_EQ(signOn->SetLanguage(KRString("ENG")), 1);
+  EXPECT_EQ(signOn->SetLanguage(KRLanguage()), 0) << "no text";
+  EXPECT_EQ(signOn->SetLanguage(KRLanguage(KRString("ENGL"))), 0) << "too long";
+  EXPECT_EQ(signOn->SetLanguage(KRString("")), 3);
   EXPECT_EQ(signOn->SetSessCookie(KRString("c")), 1);
   EXPECT_EQ(signOn->SetAppId(KRString("KROFX")), 1);
   EXPECT_EQ(signOn->SetAppVer(KRString("0010")), 1);

@@ -3,20 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <string>
 
+#include "krofx/messages/banking/statements.h"
+#include "krofx/model/factory.h"
 #include "krofx/reader/reading.h"
-#include "support/readings.h"
+#include "reader/read_values.h"
+#include "support/factory_in_force.h"
 
 namespace krofx::testing {
 namespace {
-
-std::string Example(const std::string& name) {
-  std::ifstream in(std::string(KROFX_EXAMPLES) + "/" + name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
 
 TEST(Kinds, LeavesOutMessageSetsOfLaterVersions) {
   const std::string later =
@@ -34,15 +30,34 @@ TEST(Kinds, LeavesOutMessageSetsOfLaterVersions) {
   EXPECT_EQ(Written(reading.root), Written(whole.root));
 }
 
+// A class of a host that takes no transaction of this name.
+class PickyTx : public KRBankStatementTx {
+ public:
+  using KRBankStatementTx::HandleTagElement;
+  KRParseStatus HandleTagElement(const KRTagDictionaryEntry* entry,
+                                 const KRString& value) override {
+    return entry->tagID == KRTag_NAME && Str(value) == "Nobody"
+               ? KRParseStatus_Invalid
+               : KRBankStatementTx::HandleTagElement(entry, value);
+  }
+};
+
+class PickyFactory : public KRDataObjFactory {
+ public:
+  KRBankStatementTx* NewBankStatementTx(u16 version) override {
+    auto* const tx = new PickyTx;
+    tx->SetMsgSetVersion(version);
+    return tx;
+  }
+};
+
 TEST(Kinds, LeavesOutATextThatItsElementRefuses) {
-  std::string text = Example("payroll-batch.ofx");
-  const std::size_t at = text.find("<N.AMT>");
-  const std::size_t end = text.find('\n', at);
-  text.replace(at, end - at, "<N.AMT>many");
-  const Reading reading = Read(text);
-  EXPECT_EQ(MendingNames(reading), Lines{"text-refused"});
-  text.erase(at, std::string("<N.AMT>many\n").size());
-  EXPECT_EQ(WrittenBody(reading.root), WrittenBody(Read(text).root));
+  PickyFactory factory;
+  const InForce inForce(factory);
+  const std::string transaction = TransactionWith("NAME", "Nobody");
+  EXPECT_EQ(MendingNames(Read(BankStatementFile(transaction))), Lines{"text-refused"});
+  EXPECT_EQ(ReadOne("NAME", "Nobody").value, "absent");
+  EXPECT_EQ(ReadOne("NAME", "Somebody"), (ReadValue{"Somebody", {}}));
 }
 
 }  // namespace

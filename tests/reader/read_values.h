@@ -4,6 +4,8 @@
 #define KROFX_TESTS_READER_READ_VALUES_H_
 
 #include <cstddef>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,6 +27,12 @@ inline std::ostream& operator<<(std::ostream& out, const ReadValue& value) {
   out << value.value;
   for (const std::string& kind : value.kinds) out << " " << kind;
   return out;
+}
+
+/// The text of an example.
+inline std::string ReadExample(const std::string& name) {
+  std::ifstream in(std::string(KROFX_EXAMPLES) + "/" + name, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
 /// A transaction with one element in place of the usual one.

@@ -175,6 +175,30 @@ TEST(RepeatedValues, AreSaidOfAmountsAndDates) {
   EXPECT_EQ(Written(text), testing::Written(Read(text, strict).root));
 }
 
+TEST(RepeatedValues, AreSaidOfIntegersAndPayrollValuesToo) {
+  const struct {
+    const char* example;
+    const char* element;
+    const char* second;
+    const char* was;
+    const char* taken;
+  } kCases[] = {
+      {"billpay-request.ofx", "<NINSTS>", "777", "12", "777"},
+      {"checking.ofx", "<CODE>", "2000", "0", "2000"},
+      {"payroll-batch.ofx", "<N.AMT>", "$4.00", "5%", "$4.00"},
+  };
+  for (const auto& each : kCases) {
+    std::string text = ReadExample(each.example);
+    const std::size_t at = text.find('\n', text.find(each.element)) + 1;
+    text.insert(at, std::string(each.element) + each.second + "\n");
+    const Reading reading = Read(text);
+    EXPECT_EQ(reading.status, KRParseStatus_Warnings);
+    ASSERT_EQ(MendingNames(reading), Lines{"repeated-element"}) << each.element;
+    EXPECT_EQ(Str(reading.mendings[0].was), each.was);
+    EXPECT_EQ(Str(reading.mendings[0].taken), each.taken);
+  }
+}
+
 TEST(RepeatedValues, OfOneValueAreInOrder) {
   const Reading reading = Read(InLines("<FITID>1\n<NAME>Shop\n<TRNAMT>-1.50\n"));
   EXPECT_EQ(reading.status, KRParseStatus_Accepted);

@@ -251,6 +251,51 @@ TEST(ReadNumbers, ReadsIntegers) {
   EXPECT_EQ(code("5,5").kinds, Lines{"number-refused"});
 }
 
+// The value of the first N.AMT of a payroll batch in which it has a given text.
+ReadValue PayrollAmount(const std::string& text) {
+  std::string file = ReadExample("payroll-batch.ofx");
+  const std::size_t at = file.find("<N.AMT>");
+  file.replace(at, file.find('\n', at) - at, "<N.AMT>" + text);
+  const Reading reading = Read(file);
+  const std::string written = Written(reading.root);
+  const std::size_t begin = written.find("<N.ADJ>");
+  const std::size_t end = written.find("</N.ADJ>", begin);
+  return {ValueIn(std::string_view(written).substr(begin, end - begin), "N.AMT"),
+          MendingNames(reading)};
+}
+
+TEST(ReadNumbers, KeepsTheKindOfAPayrollAmount) {
+  const Lines comma = {"decimal-comma"};
+  const Lines both = {"decimal-comma", "thousands"};
+  const Lines sign = {"amount-sign", "amount-decoration"};
+  const Lines decorated = {"amount-decoration"};
+  EXPECT_EQ(PayrollAmount("$480.00"), (ReadValue{"$480.00", {}}));
+  EXPECT_EQ(PayrollAmount("2.13%"), (ReadValue{"2.13%", {}}));
+  EXPECT_EQ(PayrollAmount("62.25"), (ReadValue{"62.25", {}}));
+  EXPECT_EQ(PayrollAmount("^@~*"), (ReadValue{"^@~*", {}}));
+  EXPECT_EQ(PayrollAmount("__OFX_EMPTY_STRING__"), (ReadValue{"^@~*", {}}));
+  EXPECT_EQ(PayrollAmount("$480,00"), (ReadValue{"$480.00", comma}));
+  EXPECT_EQ(PayrollAmount("2,13%"), (ReadValue{"2.13%", comma}));
+  EXPECT_EQ(PayrollAmount("62,25"), (ReadValue{"62.25", comma}));
+  EXPECT_EQ(PayrollAmount("$9.000,00"), (ReadValue{"$9000.00", both}));
+  EXPECT_EQ(PayrollAmount("$9,000.00"), (ReadValue{"$9000.00", {"thousands"}}));
+  EXPECT_EQ(PayrollAmount("-$5.00"), (ReadValue{"$-5.00", decorated}));
+  EXPECT_EQ(PayrollAmount("($5.00)"), (ReadValue{"$-5.00", sign}));
+  EXPECT_EQ(PayrollAmount("5.00 $"), (ReadValue{"$5.00", decorated}));
+  EXPECT_EQ(PayrollAmount("USD 5.00-"), (ReadValue{"$-5.00", sign}));
+  EXPECT_EQ(PayrollAmount("2.5 %"), (ReadValue{"2.5%", decorated}));
+  EXPECT_EQ(PayrollAmount("1.05E1"), (ReadValue{"10.5", {"number-exponent"}}));
+}
+
+TEST(ReadNumbers, LeavesOutPayrollAmountsThatSayNoNumberOrAnotherCurrency) {
+  for (const char* const text : {"$", "%", "-$", "n/a"}) {
+    EXPECT_EQ(PayrollAmount(text), (ReadValue{"absent", {"amount-absent"}})) << text;
+  }
+  for (const char* const text : {"many", "EUR 5.00", "5.00K", "5%%"}) {
+    EXPECT_EQ(PayrollAmount(text), (ReadValue{"absent", {"number-refused"}})) << text;
+  }
+}
+
 TEST(ReadNumbers, KnowsEveryElementThatHoldsADecimalNumber) {
   std::set<std::string> expected;
   const std::regex row("^\\s+([A-Z0-9._]+)\\s+(amount|posamount|rate|payamount)\\b.*");

@@ -229,8 +229,9 @@ class AccessorWriter:
         self.declare(
             "Takes ownership of `child` and deletes the previous one. The child's type is the"
             " tag that becomes present. The tag of a previous child of another type stays present"
-            f" as well, until Clear{name} is called. Null leaves the tag present with nothing to"
-            " write.",
+            f" as well, until Clear{name} is called. A child whose type is no tag of {name}, or is"
+            " not valid here, is not written, and makes all its tags absent. Null leaves the tag"
+            " present with nothing to write.",
             f"u16 Set{name}({shared.type}* child)",
             "1; 0 when that tag is not valid here, and for null when it is not known which tag is"
             " meant. In both cases the child belongs to this object",

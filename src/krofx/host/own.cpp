@@ -18,12 +18,34 @@ KRDataObj* CloneByTable(const KRDataObj& source) {
   return nullptr;
 }
 
+namespace {
+
+bool IsInAnArray(const KRDataObj& parent, const AggregateTable& table, const KRDataObj* child) {
+  for (u8 index = 0; index < table.childRowCount; ++index) {
+    const Row& row = table.rows[table.childRows[index]];
+    if (row.array == nullptr) continue;
+    // An array is only looked at, though the operation does not say so.
+    const void* const array = row.member(const_cast<KRDataObj&>(parent));
+    const u16 entries = row.array->entries(array);
+    for (u16 at = 0; at < entries; ++at) {
+      if (row.array->get(array, at) == child) return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
 bool Holds(const KRDataObj& parent, const KRDataObj* child) {
+  constexpr u16 kMost = 0xffff;
   const u16 count = parent.GetNumberOfChildren();
   for (u16 index = 0; index < count; ++index) {
     if (parent.GetChild(index) == child) return true;
   }
-  return false;
+  if (count < kMost) return false;
+  const AggregateTable* const table = ObjectAccess::TableOf(parent);
+  // There may be more children than have a number, which only the arrays of a table show.
+  return table == nullptr || IsInAnArray(parent, *table, child);
 }
 
 bool Release(KRDataObj& parent, KRDataObj* child) {

@@ -20,7 +20,8 @@ namespace internal {
 /// Makes a deep copy of an object that has a table.
 /// @return the copy, the caller's; null when memory is exhausted, and for an object without one.
 KROFX_API KRDataObj* CloneByTable(const KRDataObj& source);
-/// @return whether `child` is among the children of an object.
+/// @return whether `child` is among the children of an object; true also when it may be one of more
+///         children than can be counted.
 KROFX_API bool Holds(const KRDataObj& parent, const KRDataObj* child);
 /// Takes a child out of a slot of its parent, which makes its tag absent.
 /// @return whether it is the caller's now: not when it is in no slot, or is another object's.

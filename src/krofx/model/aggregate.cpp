@@ -50,6 +50,7 @@ void Note(KRDataObj& object, const AggregateTable& table, const Row& row, KRTagI
     if (ObjectAccess::BitAt(object, position) && IsFigure(*row.value)) ++RepeatedFigures();
     ObjectAccess::SetBitAt(object, position);
   } else {
+    if (IsFigure(*row.value) && object.ValidateTag(tag) != 0) ++RepeatedFigures();
     object.SetTag(tag);
   }
 }
@@ -339,8 +340,17 @@ KRTagID TagOfEmpty(KRDataObj& object, const ChildSlot& slot) {
 u16 SetSharedChild(KRDataObj& object, ChildSlot& slot, KRDataObj* child) {
   KRDataObj* named = child != nullptr ? child : slot.Get();
   const KRTagID tag = named != nullptr ? named->GetType() : TagOfEmpty(object, slot);
-  if (tag != KRTag_None) return SetChild(object, slot, tag, child);
+  bool fills = child == nullptr || ObjectAccess::TableOf(object) == nullptr;
+  ForEachTagOf(object, slot, [&](KRTagID each) {
+    fills = fills || (each == tag && object.IsValidTag(tag) != 0);
+  });
+  if (tag != KRTag_None && fills) return SetChild(object, slot, tag, child);
   slot.Set(child);
+  if (child == nullptr) return 0;
+  // It is written under no tag: one that stayed present would make the object seem complete.
+  ForEachTagOf(object, slot, [&](KRTagID each) {
+    if (object.ValidateTag(each) != 0) object.ClearTag(each);
+  });
   return 0;
 }
 

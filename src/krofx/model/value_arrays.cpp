@@ -51,6 +51,8 @@ Lender& Lender::operator=(const Lender& other) {
 }
 
 bool Lender::MakeRoom(KRDynamicArrayDataObj& array, u32 count) const {
+  // KRDynamicArray::Clear knows of no lender.
+  if (array.Entries() == 0) array.LeaveLender();
   if (array.m_lender != nullptr && array.m_lender != this) return false;
   const u32 entries = array.Entries() + count;
   if (entries > SlotBlock::kMaxIndex + 1u) return false;

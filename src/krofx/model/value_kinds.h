@@ -7,8 +7,11 @@
 #ifndef KROFX_MODEL_VALUE_KINDS_H_
 #define KROFX_MODEL_VALUE_KINDS_H_
 
+#include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <string_view>
 #include <type_traits>
 #include <utility>
@@ -89,8 +92,9 @@ struct Converted {
 
 /// As Converted, for a value that keeps a part of its state when a text is read into it.
 template <class T, u16 (*Read)(const KRString&, T&),
-          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&)>
-struct ConvertedInPlace : Converted<T, Read, Write> {
+          KRBuildStatus (*Write)(KRBuilder&, KRTagID, const T&), ValueForm Form, auto WriteCommon>
+struct ConvertedInPlace : Converted<T, Read, Write, Form, T, nullptr, WriteCommon> {
+  using Base = Converted<T, Read, Write, Form, T, nullptr, WriteCommon>;
   static StoreResult FromText(KRDataObj&, KRTagID, void* member, const KRString& text) {
     T& held = *static_cast<T*>(member);
     T value = held;
@@ -98,7 +102,8 @@ struct ConvertedInPlace : Converted<T, Read, Write> {
     held = value;
     return StoreResult::kStored;
   }
-  static constexpr ValueKind kKind{&FromText, &Converted<T, Read, Write>::Build, &CopyValue<T>};
+  static constexpr ValueKind kKind{&FromText, &Base::Build, &CopyValue<T>,
+                                   Form,      nullptr,      Base::CommonWriter()};
 };
 
 /// Reads a text of the common form into a stored value.
@@ -111,6 +116,30 @@ bool ReadStored(const char* text, std::size_t length, Stored& value) {
 template <class T, auto Operation>
 KRBuildStatus WriteBy(KRBuilder& builder, KRTagID tag, const T& value) {
   return (builder.*Operation)(tag, value);
+}
+
+/// Writes a text, and zeros in front of it up to `width` characters.
+/// @return the end; null when there is too little room.
+inline char* WriteText(std::string_view text, char* out, const char* end, std::size_t width = 0) {
+  const std::size_t zeros = width > text.size() ? width - text.size() : 0;
+  if (static_cast<std::size_t>(end - out) < zeros + text.size()) return nullptr;
+  return std::copy(text.begin(), text.end(), std::fill_n(out, zeros, '0'));
+}
+
+/// Writes an integer in decimal digits, `Width` of them at least.
+template <class Integer, std::size_t Width = 0>
+char* WriteInteger(const Integer& value, char* out, const char* end) {
+  char digits[std::numeric_limits<Integer>::digits10 + 2];
+  const char* const last = std::to_chars(digits, digits + sizeof digits, value).ptr;
+  return WriteText({digits, static_cast<std::size_t>(last - digits)}, out, end, Width);
+}
+
+/// Writes a time that is valid.
+inline char* WriteTime(const KRTime& value, char* out, const char* end) {
+  KRTime copy(value);
+  KRString text;
+  if (copy.GetTimeString(text) == 0) return nullptr;
+  return WriteText({text, text.GetStrLength()}, out, end);
 }
 
 /// Reads an exact decimal by the rule of its class.
@@ -153,27 +182,36 @@ inline constexpr const ValueKind& kDateTime =
               &WriteBy<KRDateTime, &KRBuilder::AddTagKRDateTime>, FormOf<KRDateTime>(), StoredDate,
               &ReadStored<StoredDate>, &WriteStoredDate>::kKind;
 inline constexpr const ValueKind& kTime =
-    Converted<KRTime, &KRDataConversion::StringToTime,
-              &WriteBy<KRTime, &KRBuilder::AddTagKRTime>>::kKind;
+    Converted<KRTime, &KRDataConversion::StringToTime, &WriteBy<KRTime, &KRBuilder::AddTagKRTime>,
+              FormOf<KRTime>(), KRTime, nullptr, &WriteTime>::kKind;
 inline constexpr const ValueKind& kBoolean =
     Converted<u16, &KRDataConversion::StringToBoolean, &WriteBy<u16, &KRBuilder::AddTagKRBoolean>,
               ValueForm::kBoolean>::kKind;
+/// An integer, written by the builder's `Operation`.
+template <class Integer, u16 (*Read)(const KRString&, Integer&), auto Operation>
+inline constexpr const ValueKind& kInteger =
+    Converted<Integer, Read, &WriteBy<Integer, Operation>, ValueForm::kInteger, Integer, nullptr,
+              &WriteInteger<Integer>>::kKind;
 inline constexpr const ValueKind& kUShort =
-    Converted<u16, &KRDataConversion::StringToUShort,
-              &WriteBy<u16, static_cast<KRBuildStatus (KRBuilder::*)(KRTagID, u16)>(
-                                &KRBuilder::AddTagKRUShort)>>::kKind;
+    kInteger<u16, &KRDataConversion::StringToUShort,
+             static_cast<KRBuildStatus (KRBuilder::*)(KRTagID, u16)>(&KRBuilder::AddTagKRUShort)>;
 inline constexpr const ValueKind& kSShort =
-    Converted<s16, &KRDataConversion::StringToSShort,
-              &WriteBy<s16, &KRBuilder::AddTagKRSShort>>::kKind;
+    kInteger<s16, &KRDataConversion::StringToSShort, &KRBuilder::AddTagKRSShort>;
 inline constexpr const ValueKind& kULong =
-    Converted<u32, &KRDataConversion::StringToULong,
-              &WriteBy<u32, &KRBuilder::AddTagKRULong>>::kKind;
+    kInteger<u32, &KRDataConversion::StringToULong, &KRBuilder::AddTagKRULong>;
 inline constexpr const ValueKind& kSLong =
-    Converted<s32, &KRDataConversion::StringToSLong,
-              &WriteBy<s32, &KRBuilder::AddTagKRSLong>>::kKind;
-inline constexpr const ValueKind& kLanguage =
-    Converted<KRLanguage, &KRDataConversion::StringToLanguage,
-              &WriteBy<KRLanguage, &KRBuilder::AddTagKRLanguage>>::kKind;
+    kInteger<s32, &KRDataConversion::StringToSLong, &KRBuilder::AddTagKRSLong>;
+
+/// A language, which needs a text.
+struct LanguageKind : Converted<KRLanguage, &KRDataConversion::StringToLanguage,
+                                &WriteBy<KRLanguage, &KRBuilder::AddTagKRLanguage>> {
+  static StoreResult FromText(KRDataObj& owner, KRTagID tag, void* member, const KRString& text) {
+    return text.IsEmpty() != 0 ? StoreResult::kNoText
+                               : Converted::FromText(owner, tag, member, text);
+  }
+  static constexpr ValueKind kKind{&FromText, &Build, &CopyValue<KRLanguage>, ValueForm::kLanguage};
+};
+inline constexpr const ValueKind& kLanguage = LanguageKind::kKind;
 
 /// Writes a u16 with leading zeros to `Width` digits.
 template <u16 Width>
@@ -182,7 +220,8 @@ KRBuildStatus WritePadded(KRBuilder& builder, KRTagID tag, const u16& value) {
 }
 template <u16 Width>
 inline constexpr const ValueKind& kPaddedUShort =
-    Converted<u16, &KRDataConversion::StringToUShort, &WritePadded<Width>>::kKind;
+    Converted<u16, &KRDataConversion::StringToUShort, &WritePadded<Width>, ValueForm::kInteger, u16,
+              nullptr, &WriteInteger<u16, Width>>::kKind;
 
 /// Reads the keyword of an enumeration.
 template <class Enumeration>
@@ -249,9 +288,9 @@ inline constexpr const ValueKind& kKeywordIndex =
     Converted<u16, &ReadKeywordIndex<Enumeration>, &WriteKeywordIndex<Enumeration>,
               ValueForm::kKeyword>::kKind;
 
-/// @return whether a value is valid by the rule of its class, which numbers, dates and times have;
-///         a blank payroll amount or date is. An enumeration has no such rule: a build refuses a
-///         value without a keyword.
+/// @return whether a value is valid by the rule of its class, which numbers, dates, times and
+///         languages have; a blank payroll amount or date is, and a language without a text is not.
+///         An enumeration has no such rule: a build refuses a value without a keyword.
 template <class Value>
 bool PassesItsRule(const Value& value) {
   if constexpr (requires { value.IsEmpty(); } && !std::is_base_of_v<KRString, Value>) {
@@ -263,6 +302,8 @@ bool PassesItsRule(const Value& value) {
     return Value(value).IsValidTime() != 0;
   } else if constexpr (std::is_base_of_v<KRDateTime, Value>) {
     return value.IsValidDate() != 0 && Value(value).IsValidTime() != 0;
+  } else if constexpr (std::is_same_v<KRLanguage, Value>) {
+    return value.IsValid() != 0 && value.GetString().IsEmpty() == 0;
   } else {
     return true;
   }
@@ -291,6 +332,7 @@ u16 SetNativeEntry(KRDataObj& object, KRTagID tag, Array& array, u16 index, cons
   if constexpr (KeywordEnum<Value>) {
     return NoteValue(object, array.SetVal(index, static_cast<u16>(value)), tag);
   } else {
+    if (!PassesItsRule(value)) return 0;
     return NoteValue(object, array.SetVal(index, value), tag);
   }
 }
@@ -396,7 +438,8 @@ struct Repeated {
     }
     return 1;
   }
-  static constexpr ValueKind kKind{&FromText, &Build, &Copy, FormOfElements<Array>()};
+  static constexpr ValueKind kKind{&FromText, &Build,  &Copy, FormOfElements<Array>(),
+                                   nullptr,   nullptr, true};
 };
 template <class Array>
 inline constexpr const ValueKind& kRepeated = Repeated<Array>::kKind;

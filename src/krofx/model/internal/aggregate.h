@@ -46,6 +46,7 @@ enum class StoreResult : u8 {
 enum class ValueForm : u8 {
   kText,
   kDecimal,
+  kPayrollAmount,  ///< A decimal number that a '$' in front of it or a '%' after it gives a kind.
   kInteger,
   kBoolean,
   kDate,
@@ -54,6 +55,16 @@ enum class ValueForm : u8 {
   kLanguage,
   kAggregate,
 };
+
+/// @return whether values of a form are numbers.
+constexpr bool IsNumber(ValueForm form) {
+  return form == ValueForm::kDecimal || form == ValueForm::kPayrollAmount ||
+         form == ValueForm::kInteger;
+}
+/// @return whether values of a form are dates or times.
+constexpr bool IsMoment(ValueForm form) {
+  return form == ValueForm::kDate || form == ValueForm::kTime;
+}
 
 /// How one kind of value is read, written and copied. `member` points to the value itself.
 struct ValueKind {
@@ -69,6 +80,8 @@ struct ValueKind {
   /// @return the end of the text; null, with some of it possibly written, when there is too little
   ///         room and for a value that is not of the common kind: `build` must write it.
   char* (*writeCommon)(const void* member, char* out, const char* end) = nullptr;
+  /// The member is an array: an element that comes again adds a value.
+  bool isRepeated = false;
 };
 
 /// How an array of children is reached, whatever its element type.

@@ -13,9 +13,8 @@ namespace krofx::internal {
 
 /// @return whether an object holds one value of a kind, and it is a number or a date.
 inline bool IsFigure(const ValueKind& kind) {
-  const bool isForm = kind.form == ValueForm::kDecimal || kind.form == ValueForm::kInteger ||
-                      kind.form == ValueForm::kDate || kind.form == ValueForm::kTime;
-  return isForm && kind.writeCommon != nullptr;
+  const bool isForm = IsNumber(kind.form) || IsMoment(kind.form);
+  return isForm && !kind.isRepeated;
 }
 
 /// @return how many figures of this thread's parses took the place of another so far.

@@ -14,12 +14,17 @@ KRBuildStatus WritePayrollAmount(KRBuilder& builder, KRTagID tag, const KRPayrol
 /// The same for a date.
 KRBuildStatus WritePayrollDateTime(KRBuilder& builder, KRTagID tag, const KRPayrollDateTime& value);
 
+/// Writes the text of an amount; see ValueKind::writeCommon.
+char* WriteAmountText(const KRPayrollAmount& value, char* out, const char* end);
+/// The same for a date.
+char* WriteDateText(const KRPayrollDateTime& value, char* out, const char* end);
+
 inline constexpr const ValueKind& kPayrollAmount =
     ConvertedInPlace<KRPayrollAmount, &KRPayrollDataConversion::StringToPayrollAmount,
-                     &WritePayrollAmount>::kKind;
+                     &WritePayrollAmount, ValueForm::kPayrollAmount, &WriteAmountText>::kKind;
 inline constexpr const ValueKind& kPayrollDateTime =
     ConvertedInPlace<KRPayrollDateTime, &KRPayrollDataConversion::StringToPayrollDateTime,
-                     &WritePayrollDateTime>::kKind;
+                     &WritePayrollDateTime, ValueForm::kDate, &WriteDateText>::kKind;
 
 }  // namespace krofx::internal
 

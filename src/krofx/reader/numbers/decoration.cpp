@@ -55,6 +55,10 @@ bool IsCurrency(std::u32string_view word) {
   return IsCode(word) || std::find(std::begin(kSigns), std::end(kSigns), word) != std::end(kSigns);
 }
 
+bool IsDollar(std::u32string_view word) {
+  return word == U"$" || word == U"US$" || word == U"USD" || word == U"usd";
+}
+
 // What is around a number, as far as it was understood.
 struct Surroundings {
   int plus = 0;
@@ -64,6 +68,7 @@ struct Surroundings {
   int opened = 0;
   int closed = 0;
   int currencies = 0;
+  int dollars = 0;  // Those of the currencies that make a payroll amount one of dollars.
   int percents = 0;
   int blanks = 0;
   int quotesBefore = 0;
@@ -110,18 +115,21 @@ const SignWord* FindSignWord(std::u32string_view word) {
 }
 
 // Whether the values of an element are percentages, with or without the sign.
-bool MayBePercentage(KRTagID tag) {
+bool MayBePercentage(const DoubtfulValue& value) {
   constexpr KRTagID kTags[] = {KRTag_COUPONRT, KRTag_PERCENT,     KRTag_VALUE,
                                KRTag_YIELD,    KRTag_YIELDTOCALL, KRTag_YIELDTOMAT};
-  return std::find(std::begin(kTags), std::end(kTags), tag) != std::end(kTags);
+  return value.form == ValueForm::kPayrollAmount ||
+         std::find(std::begin(kTags), std::end(kTags), value.tag) != std::end(kTags);
 }
 
-bool ReadWord(std::u32string_view word, bool after, KRTagID tag, Surroundings& found) {
+bool ReadWord(std::u32string_view word, bool after, const DoubtfulValue& value,
+              Surroundings& found) {
   if (const SignWord* const sign = after ? FindSignWord(word) : nullptr) {
     ++(sign->isDebit ? found.debit : found.credit);
   } else if (IsCurrency(word)) {
     ++found.currencies;
-  } else if (after && word == U"%" && MayBePercentage(tag)) {
+    if (IsDollar(word)) ++found.dollars;
+  } else if (after && word == U"%" && MayBePercentage(value)) {
     ++found.percents;
   } else {
     return false;
@@ -130,13 +138,14 @@ bool ReadWord(std::u32string_view word, bool after, KRTagID tag, Surroundings& f
 }
 
 // @param after whether this is what follows the number.
-bool ReadAround(std::u32string_view text, bool after, KRTagID tag, Surroundings& found) {
+bool ReadAround(std::u32string_view text, bool after, const DoubtfulValue& value,
+                Surroundings& found) {
   for (std::size_t at = 0; at < text.size();) {
     const char32_t c = text[at];
     if (!IsMark(c)) {
       std::size_t end = at;
       while (end < text.size() && !IsMark(text[end])) ++end;
-      if (!ReadWord(text.substr(at, end - at), after, tag, found)) return false;
+      if (!ReadWord(text.substr(at, end - at), after, value, found)) return false;
       at = end;
       continue;
     }
@@ -163,21 +172,25 @@ bool MendDecoration(const DoubtfulValue& value, MendedValue& out) {
   }
   const std::u32string_view all(text.All().data(), text.size());
   Surroundings found;
-  if (!ReadAround(all.substr(0, layout.begin), false, value.tag, found) ||
-      !ReadAround(all.substr(layout.end), true, value.tag, found)) {
+  if (!ReadAround(all.substr(0, layout.begin), false, value, found) ||
+      !ReadAround(all.substr(layout.end), true, value, found)) {
     return false;
   }
   found.isMarkedAsText = all.front() == U'\'' && found.quotesAfter == 0;
   if (!found.MakeSense()) {
     return false;
   }
-  char bytes[PlainCharacters::kMost + 1];
+  const bool hasKind = value.form == ValueForm::kPayrollAmount;
+  if (hasKind && found.currencies != found.dollars) return false;
+  char bytes[PlainCharacters::kMost + 3];
   std::size_t size = 0;
+  if (hasKind && found.dollars > 0) bytes[size++] = '$';
   if (found.IsNegative()) bytes[size++] = '-';
   for (std::size_t at = layout.begin; at < layout.end; ++at) {
     if (!IsPlainDigit(text[at]) && text[at] != '.') return false;
     bytes[size++] = static_cast<char>(text[at]);
   }
+  if (hasKind && found.percents > 0) bytes[size++] = '%';
   // A minus sign that was no '-' of ASCII is written in another way as well.
   const bool otherMinus = found.minus > 0 && value.text.find('-') == std::string_view::npos;
   const bool sign = found.HasMovedSign() || otherMinus;

@@ -16,9 +16,10 @@ namespace {
 bool HasComma(std::string_view text) { return text.find(',') != std::string_view::npos; }
 
 // Objects read a text of signs only as zero.
-bool IsOfSignsOnly(const PlainCharacters& text) {
-  return std::all_of(text.All().begin(), text.All().end(), [](char32_t c) {
-    return c == '+' || c == '-' || c == '.' || c == ',' || c == ' ';
+bool IsOfSignsOnly(const PlainCharacters& text, ValueForm form) {
+  return std::all_of(text.All().begin(), text.All().end(), [form](char32_t c) {
+    const bool isKind = form == ValueForm::kPayrollAmount && (c == '$' || c == '%');
+    return isKind || c == '+' || c == '-' || c == '.' || c == ',' || c == ' ';
   });
 }
 
@@ -79,7 +80,7 @@ bool MendBetweenDigits(const DoubtfulValue& value, bool integer, MendedValue& ou
   }
   NumberLayout layout = FindLayout(text);
   if (layout.shape == NumberShape::kNoDigits) {
-    return IsOfSignsOnly(text) && out.TakeAsAbsent(MendingKind::kAmountAbsent);
+    return IsOfSignsOnly(text, value.form) && out.TakeAsAbsent(MendingKind::kAmountAbsent);
   }
   if (layout.shape == NumberShape::kMalformed) {
     // The objects refuse it by themselves unless they pass over a comma.

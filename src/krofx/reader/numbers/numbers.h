@@ -18,6 +18,8 @@ bool MendSeparators(const DoubtfulValue& value, MendedValue& out);
 /// The same for an integer, in which a sign can only divide thousands.
 bool MendSeparatorsOfInteger(const DoubtfulValue& value, MendedValue& out);
 /// Takes out currencies and blanks, and moves a sign to the front: "(5.00)", "5.00-", "5.00 DR".
+/// The kind of a payroll amount stays: '$' in front of the number, '%' after it. Another currency
+/// is none of these kinds, and the amount is left to be refused.
 bool MendDecoration(const DoubtfulValue& value, MendedValue& out);
 /// Writes a number with an exponent out: "1.05E1" is "10.5".
 bool MendExponent(const DoubtfulValue& value, MendedValue& out);

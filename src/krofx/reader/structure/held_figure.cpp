@@ -11,8 +11,9 @@ HeldFigure::HeldFigure(KRDataObj& object, KRTagID tag, const TagRole& role) {
   if (role.row == nullptr || role.row->value == nullptr || !IsFigure(*role.row->value)) return;
   m_isHeld = object.ValidateTag(tag) != 0;
   if (!m_isHeld) return;
+  const ValueKind& kind = *role.row->value;
   const char* const end =
-      role.row->value->writeCommon(role.row->member(object), m_text, m_text + sizeof m_text);
+      kind.writeCommon(role.row->member(object), m_text, m_text + sizeof m_text);
   if (end != nullptr) m_size = static_cast<std::size_t>(end - m_text);
 }
 

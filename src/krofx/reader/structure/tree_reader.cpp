@@ -442,11 +442,10 @@ bool TreeReader::MendValue(const ScannedTag& tag, const TagRole& role, KRString&
     if (text.IsEmpty() != 0 || Offer(*tag.entry, text, tag.at)) return say();
   }
   if (m_status != KRParseStatus_Accepted) return false;
-  const MendingKind refused =
-      form == ValueForm::kDecimal || form == ValueForm::kInteger ? MendingKind::kNumberRefused
-      : form == ValueForm::kDate || form == ValueForm::kTime     ? MendingKind::kDateRefused
-      : form == ValueForm::kText                                 ? MendingKind::kTextRefused
-                                                                 : MendingKind::kKeywordRefused;
+  const MendingKind refused = IsNumber(form)             ? MendingKind::kNumberRefused
+                              : IsMoment(form)           ? MendingKind::kDateRefused
+                              : form == ValueForm::kText ? MendingKind::kTextRefused
+                                                         : MendingKind::kKeywordRefused;
   return Note(refused, tag.at, tag.Name(), {value, value.GetStrLength()});
 }
 
