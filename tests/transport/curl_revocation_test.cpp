@@ -65,7 +65,8 @@ std::string Sign(const Answer& answer, const TestCertificate& certificate,
 
 class CurlRevocation : public CurlTest {
  protected:
-  // The code of an exchange with a server that staples these bytes; none for an empty text.
+  // The code of an exchange with a server that staples these bytes; none for an empty text. It is
+  // the same without a certificate callback.
   u16 CodeOf(const std::string& stapled) {
     TlsServer server({.script =
                           [](ServerConnection& connection) {
@@ -80,6 +81,12 @@ class CurlRevocation : public CurlTest {
     const u16 code = probe.Get(server.Url()).Root(m_authority, 7000).Run();
     EXPECT_EQ(probe.asked, 1);
     EXPECT_EQ(probe.certificateError, code);
+
+    CurlProbe silent(m_manager, m_session, m_folder);
+    silent.Get(server.Url()).Root(m_authority, 7000);
+    EXPECT_EQ(m_manager.VCSetSSLInfo(silent.exchange, m_skipVerify, nullptr, 120), 0);
+    EXPECT_EQ(silent.Run(), code);
+    EXPECT_EQ(silent.asked, 0);
     return code;
   }
 

@@ -102,7 +102,7 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// allows for connecting.
   u16 VCSetHTTPInfo(void* exchange, u32, u16 post, const char* contentType,
                     const char* extraHeaders, u32, s32 timeout) override;
-  /// A null callback leaves the decision to the manager's own check.
+  /// With a null callback the manager's own checks decide; they are the same with and without one.
   u16 VCSetSSLInfo(void* exchange, u16 skipVerify, VYCertificateCallback callback, u32) override;
   /// @return 0; VYNCurlCode_BadRoot for bytes that are not one certificate, and for the ID 0.
   u16 VCAddTrustedRoot(void* exchange, const char* der, u32 length, s16 rootID) override;

@@ -34,13 +34,13 @@ long ReplyStatus(CURL* easy) {
 // Called between the handshake and the first byte of the request.
 int CurlExchange::BeforeRequest(void* self, char*, char*, int, int) {
   auto& exchange = *static_cast<CurlExchange*>(self);
-  if (!exchange.MustStop()) exchange.m_stopped = exchange.AskAboutCertificates();
+  if (!exchange.MustStop()) exchange.m_stopped = exchange.CheckCertificates();
   return exchange.MustStop() || exchange.m_stopped != 0 ? CURL_PREREQFUNC_ABORT
                                                         : CURL_PREREQFUNC_OK;
 }
 
-u16 CurlExchange::AskAboutCertificates() {
-  if (m_certificateCallback == nullptr) return VYNCurlCode_Success;
+// The checks do not depend on whether there is a callback.
+u16 CurlExchange::CheckCertificates() {
   CertificateList chain = PresentedCertificates(m_easy);
   u32 rootID = 0;
   u16 error = VYNCurlCode_Success;

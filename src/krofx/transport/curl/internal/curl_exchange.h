@@ -125,7 +125,7 @@ class CurlExchange : public HeapObject {
   bool SetRequest();
   bool SetTrust();
   RootLocation SystemRoots() const;
-  u16 AskAboutCertificates();
+  u16 CheckCertificates();
   u16 WriteHeader(const char* line, std::size_t length);
   bool IsFramingSafe(std::string_view line);
   u16 CodeOfReply() const;
