@@ -72,6 +72,7 @@ TEST_F(LocalFileTest, OpensNothingButRegularFiles) {
     LocalFile file;
     EXPECT_FALSE(file.OpenToRead(name.c_str())) << name;
     EXPECT_FALSE(file.OpenToWrite(name.c_str())) << name;
+    EXPECT_TRUE(std::filesystem::exists(name)) << name;
     EXPECT_FALSE(LocalFileExists(name.c_str())) << name;
   }
 }
@@ -134,6 +135,7 @@ TEST_F(LocalFileTest, WritesThroughNoLink) {
   for (const char* const name : {"symbolic", "dangling", "hard"}) {
     LocalFile file;
     EXPECT_FALSE(file.OpenToWrite(folder.Name(name).c_str())) << name;
+    EXPECT_TRUE(exists(std::filesystem::symlink_status(folder.Name(name)))) << name;
   }
   EXPECT_EQ(folder.Get("target"), "what was there");
   EXPECT_FALSE(folder.Has("nowhere"));
@@ -146,6 +148,25 @@ TEST_F(LocalFileTest, TakesFromOthersWhatTheyCouldDoWithAFileThatItReplaces) {
   ASSERT_TRUE(file.OpenToWrite(name.c_str()));
   EXPECT_EQ(std::filesystem::status(name).permissions(), std::filesystem::perms(0600));
   EXPECT_EQ(folder.Get("out"), "");
+}
+
+TEST_F(LocalFileTest, WritesNothingThatIsReadThroughADescriptorOfTheOldFile) {
+  const std::string name = folder.Put("out", "old");
+  LocalFile reader;
+  ASSERT_TRUE(reader.OpenToRead(name.c_str()));
+  KRBuffer source(0, 0);
+  Put(source, "a request");
+  ASSERT_TRUE(SaveToLocalFile(name.c_str(), source));
+  EXPECT_EQ(folder.Get("out"), "a request");
+  char seen[20];
+  EXPECT_EQ(std::string(seen, reader.Read(seen, sizeof seen)), "old");
+}
+
+TEST_F(LocalFileTest, ClosesWhatIsOpenAlsoWhenItRefusesAFile) {
+  LocalFile file;
+  ASSERT_TRUE(file.OpenToWrite(folder.Name("out").c_str()));
+  EXPECT_FALSE(file.OpenToWrite(folder.Path().c_str()));
+  EXPECT_FALSE(file.IsOpen());
 }
 
 TEST_F(LocalFileTest, WritesNoFileOfAnotherUser) {

@@ -29,8 +29,8 @@ class KROFX_API ReceiverRequest : public KRNetRequest {
   /// stays.
   /// @return KRNetStatus_Success.
   KRNetStatus Get(const KRString& url) override;
-  /// Writes the content of `body` to SEND.DAT (a new file is readable by its owner only) and asks
-  /// the person. The body's cursor moves; the body must live until the next exchange.
+  /// Writes the content of `body` to SEND.DAT (a new file, readable by its owner only) and asks the
+  /// person. The body's cursor moves; the body must live until the next exchange.
   /// @return as Get, if the answer is yes; KRNetStatus_Failed when the file cannot be written or
   ///         the answer is no.
   KRNetStatus Send(const KRString& url, KRBuffer* body) override;

@@ -68,14 +68,20 @@ bool LocalFile::Open(const char* name, int flags) {
 
 bool LocalFile::OpenToRead(const char* name) { return Open(name, O_RDONLY); }
 
-// Refuses links, which would write the text elsewhere, and files of others, who could read it.
+// Makes a new file, since whoever has an old one open would read what is written into it. What
+// somebody else put under the name stays there.
 bool LocalFile::OpenToWrite(const char* name) {
-  if (!Open(name, O_WRONLY | O_CREAT | O_NOFOLLOW)) return false;
-  struct stat facts;
-  if (fstat(m_file, &facts) == 0 && facts.st_nlink == 1 && facts.st_uid == geteuid() &&
-      fchmod(m_file, kOwnerOnly) == 0 && ftruncate(m_file, 0) == 0) {
-    return true;
+  Close();
+  const NativeName native(name);
+  if (!native.IsUsable()) return false;
+  struct stat old;
+  if (lstat(native.Text(), &old) == 0) {
+    const bool isOwn = S_ISREG(old.st_mode) && old.st_nlink == 1 && old.st_uid == geteuid();
+    if (!isOwn || unlink(native.Text()) != 0) return false;
   }
+  if (!Open(name, O_WRONLY | O_CREAT | O_EXCL)) return false;
+  // Fails where a file cannot be for its owner only, as in a file system without permissions.
+  if (fchmod(m_file, kOwnerOnly) == 0) return true;
   Close();
   return false;
 }

@@ -34,10 +34,10 @@ class KROFX_API LocalFile {
   /// @return whether the file is open; false when it does not open, is not a regular file, or the
   ///         name is null or too long.
   bool OpenToRead(const char* name);
-  /// Opens a file for binary writing, and empties it. Only its owner can read it: a new file is
-  /// made that way, and the permissions of others on an existing file are removed.
-  /// @return as OpenToRead; false also for a link, symbolic or hard, and for a file of another
-  ///         owner.
+  /// Makes a file for binary writing that only its owner can read. An old file of that name is
+  /// removed first, so nobody who has it open reads the new one.
+  /// @return as OpenToRead; false also when the folder takes no new file, and for a link, symbolic
+  ///         or hard, and a file of another owner, which stay as they are.
   bool OpenToWrite(const char* name);
   /// @return whether a file is open.
   bool IsOpen() const { return m_file >= 0; }
@@ -80,11 +80,11 @@ KROFX_API void DeleteLocalFile(const char* name);
 /// @return as LocalFile::AppendTo; false also when the file does not open.
 KROFX_API bool AppendLocalFile(const char* name, KRBuffer& target);
 
-/// Writes the whole content of `source` to a file, in chunks, replacing the file's content.
+/// Writes the whole content of `source` to a new file, in chunks, in the place of an old one.
 /// Afterwards the cursor is at the end.
 /// @return false when the file does not open (see LocalFile::OpenToWrite) or cannot be written, the
-///         source lost its data, or there is no memory for a chunk. Only in the last case is an old
-///         file unchanged.
+///         source lost its data, or there is no memory for a chunk. An old file is unchanged only
+///         in the last case and when it cannot be replaced.
 KROFX_API bool SaveToLocalFile(const char* name, KRBuffer& source);
 
 }  // namespace krofx::internal
