@@ -20,8 +20,6 @@ namespace {
 constexpr std::size_t kUsualLine = 2048;
 
 constexpr std::string_view kDigits = "0123456789";
-constexpr std::string_view kUserCharacters =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~+";
 constexpr std::string_view kAddressCharacters = "0123456789ABCDEFabcdef:.";
 
 // What stands for '@' or ':' without being it: the beginning of an escape, since hosts have no '%',
@@ -78,19 +76,12 @@ std::size_t EndOfAddress(std::string_view url, std::size_t begin) {
 }
 
 // The part of a text with an '@' at `at` that is not shown. A user may be a secret too, such as a
-// key. A password that was not escaped may contain the characters that end an authority, and digits
-// may begin it, so what looks like a port or a path can be a part of it.
+// key. A user or a password that was not escaped may contain the characters that end an authority,
+// so what looks like a host, a port or a path can be a part of it. The name of a file can have an
+// '@' too, and is shown, except what could be a password.
 Span SecretBefore(std::string_view url, std::size_t begin, std::size_t at) {
-  if (begin == 0) return {0, at};
-  std::size_t host = begin;
-  if (HasFileScheme(url.data()) == 0) {
-    const std::size_t end = EndOfAuthority(url, begin);
-    host = EndOfAddress(url, begin);
-    if (host == kNone || url.find('@', begin) < end) return {begin, at};
-    const std::size_t plainEnd = url.find_first_not_of(kUserCharacters, host);
-    if (plainEnd < end && url[plainEnd] != ':') return {begin, at};
-  }
-  const std::size_t colon = std::min(url.find(':', host), at);
+  if (HasFileScheme(url.data()) == 0) return {begin, at};
+  const std::size_t colon = std::min(url.find(':', begin), at);
   return colon == at ? kNothing : Span{colon + 1, at};
 }
 
@@ -117,8 +108,7 @@ Span SecretAtPort(std::string_view url, std::size_t begin) {
 }
 
 // The part of a URL that is not shown: what could be a user or a password, whether a library would
-// read it as one or not. If the text does not clearly begin as a URL, that is everything before the
-// last '@'.
+// read it as one or not. If the text does not clearly begin as a URL, it begins with the text.
 Span SecretOf(std::string_view url) {
   const std::size_t begin = AuthorityOf(url);
   const std::size_t at = url.rfind('@');
@@ -129,12 +119,10 @@ Span SecretOf(std::string_view url) {
   return {before.IsEmpty() ? after.begin : before.begin, after.end};
 }
 
-// The fragment of a URL, for which a '#' in the secret does not count. It is not sent, so a log
-// does not need it. In the URL of a file it is a part of the name.
-Span FragmentOf(std::string_view url, const Span& secret) {
-  if (HasFileScheme(url.data()) != 0) return kNothing;
-  std::size_t mark = url.find('#');
-  if (mark >= secret.begin && mark < secret.end) mark = url.find('#', secret.end);
+// The fragment of a URL. It is not sent, so a log does not need it. In the URL of a file it is a
+// part of the name.
+Span FragmentOf(std::string_view url) {
+  const std::size_t mark = HasFileScheme(url.data()) != 0 ? kNone : url.find('#');
   return mark == kNone ? kNothing : Span{mark + 1, url.size()};
 }
 
@@ -204,7 +192,7 @@ void LogLine(KRNetAccess* access, u16 level, const char* format, ...) {
 LoggableUrl::LoggableUrl(const char* url) : m_text(url) {
   const std::string_view text(url);
   const Span secret = SecretOf(text);
-  const Span fragment = FragmentOf(text, secret);
+  const Span fragment = FragmentOf(text);
   if (secret.IsEmpty() && fragment.IsEmpty()) return;
   m_copy = static_cast<char*>(Allocate(text.size() + 1));
   m_text = m_copy;

@@ -25,9 +25,10 @@ KROFX_API void LogLine(KRNetAccess* access, u16 level, const char* format, ...)
     __attribute__((format(printf, 3, 4)));
 
 /// A URL for a log. User, password and fragment are replaced by stars, one for each character, and
-/// so is everything that could be a user or a password: all text before the last '@' if the text is
-/// not clearly a URL, text in the place of a port that is none, and text in which an '@' or a colon
-/// may be escaped or in another form, such as U+FF20.
+/// so is everything that could be a user or a password: all text before the last '@', also after
+/// the path has begun; text in the place of a port that is none; and text in which an '@' or a
+/// colon may be escaped or in another form, such as U+FF20. The name of a file is shown, except
+/// what is between a colon and the last '@'.
 class KROFX_API LoggableUrl {
  public:
   /// `url` must outlive the object. When there is no memory for the masked copy the text is "***".
