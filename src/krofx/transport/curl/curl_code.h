@@ -16,7 +16,7 @@ enum VYNCurlCode : u16 {
   VYNCurlCode_Found = 1506,
   /// HTTP 400, and 4xx other than 400 to 408.
   VYNCurlCode_BadRequest = 1509,
-  /// HTTP 408, or the exchange took longer than allowed.
+  /// HTTP 408, or the exchange or its connecting took longer than allowed.
   VYNCurlCode_TimedOut = 1517,
   /// HTTP 500, and 5xx other than 500 to 504.
   VYNCurlCode_InternalServerError = 1518,
@@ -30,7 +30,7 @@ enum VYNCurlCode : u16 {
   VYNCurlCode_BadHeader = 1534,
   /// The reply is not HTTP.
   VYNCurlCode_NotHttp = 1535,
-  /// The host cannot be reached.
+  /// The host cannot be reached, or the system gave up connecting to it.
   VYNCurlCode_ConnectFailed = 1600,
   /// The TLS handshake failed.
   VYNCurlCode_HandshakeFailed = 1601,

@@ -98,8 +98,9 @@ class KROFX_API VYNCurlManager : public VYNConnectionManager, public krofx::inte
   /// `contentType`. A line that is not a header line, or that sets the framing of the message
   /// (Content-Length, Transfer-Encoding, Expect), ends the exchange before anything is sent, with
   /// VYNCurlCode_BadHeader in the finished record. `timeout` is in seconds, from the look-up of the
-  /// host's name to the last byte. With 0 or less the only limit is the 300 seconds that libcurl
-  /// allows for connecting.
+  /// host's name to the last byte; 0 or less means no limit. Connecting always ends after 300
+  /// seconds with VYNCurlCode_TimedOut, and with VYNCurlCode_ConnectFailed when the system gives up
+  /// before that.
   u16 VCSetHTTPInfo(void* exchange, u32, u16 post, const char* contentType,
                     const char* extraHeaders, u32, s32 timeout) override;
   /// With a null callback the manager's own checks decide; they are the same with and without one.

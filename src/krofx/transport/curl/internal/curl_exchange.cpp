@@ -8,6 +8,7 @@
 
 #include "krofx/transport/curl/curl_code.h"
 #include "krofx/transport/curl/internal/result_codes.h"
+#include "krofx/transport/curl/internal/time_limit.h"
 
 namespace krofx::internal {
 
@@ -191,7 +192,8 @@ u16 CurlExchange::Result(CURLcode result, bool certificateRefused) {
   // A proxy that refuses a tunnel gives the reason as an HTTP status.
   const long proxyStatus = LongInfo(m_easy, CURLINFO_HTTP_CONNECTCODE);
   if (proxyStatus >= 400) return CodeOfHttpStatus(proxyStatus);
-  return CodeOfTransfer(result, LongInfo(m_easy, CURLINFO_OS_ERRNO));
+  return CodeOfTransfer(result, LongInfo(m_easy, CURLINFO_OS_ERRNO),
+                        IsConnectingOver(CountInfo(m_easy, CURLINFO_TOTAL_TIME_T), m_timeout));
 }
 
 u32 CurlExchange::HttpStatus() const {

@@ -102,9 +102,13 @@ u16 CodeOfHttpStatus(long status) {
   return kClassCodes[status / 100 - 2];
 }
 
-u16 CodeOfTransfer(CURLcode result, long systemError) {
+u16 CodeOfTransfer(CURLcode result, long systemError, bool isConnectingOver) {
   if (result == CURLE_COULDNT_CONNECT) {
     return systemError == ECONNREFUSED ? VYNCurlCode_Refused : VYNCurlCode_ConnectFailed;
+  }
+  // The system's error may be that of an earlier address of the host.
+  if (result == CURLE_OPERATION_TIMEDOUT && systemError == ETIMEDOUT && !isConnectingOver) {
+    return VYNCurlCode_ConnectFailed;
   }
   for (const TransferCode& row : kTransferCodes) {
     if (row.result == result) return row.code;

@@ -14,10 +14,11 @@ namespace krofx::internal {
 ///         its class; a number that is not a final status gives VYNCurlCode_NotHttp.
 u16 CodeOfHttpStatus(long status);
 
-/// `systemError` is the errno of a failed connection. Failed verifications are not distinguished
-/// here: see CodeOfVerification.
+/// `systemError` is the errno of a failed connection. `isConnectingOver` says that the transfer had
+/// all the time that is allowed for connecting: before that, only the system can have given up.
+/// Failed verifications are not distinguished here: see CodeOfVerification.
 /// @return the code of a transfer that ended with `result`; 0 for CURLE_OK.
-u16 CodeOfTransfer(CURLcode result, long systemError);
+u16 CodeOfTransfer(CURLcode result, long systemError, bool isConnectingOver);
 
 /// `verifyError` is X509_V_OK, or the unspecified number, when the chain was valid and only the
 /// host name was wrong.
