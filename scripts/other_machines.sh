@@ -6,8 +6,8 @@
 #
 #   scripts/other_machines.sh [MACHINE...]    both, unless one is named
 #
-# What talks to servers is left out: it would need OpenSSL and libcurl for these machines, and has
-# nothing of its own that depends on the order or the number of bytes.
+# What talks to servers is left out: it would need OpenSSL and libcurl for these machines. Of its own,
+# limits of time, whose tests try both widths, and sizes of files depend on the number of bytes.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 # shellcheck source=scripts/packages.sh

@@ -12,6 +12,7 @@ namespace {
 
 using krofx::internal::CodeOfTransfer;
 using krofx::internal::IsConnectingOver;
+using krofx::internal::MillisecondsOf;
 
 constexpr curl_off_t kSecond = 1000000;
 
@@ -31,6 +32,14 @@ TEST(TimeLimit, IsNotReachedWhenTheSystemGivesUpConnecting) {
     EXPECT_EQ(CodeOfTransfer(CURLE_OPERATION_TIMEDOUT, error, false), VYNCurlCode_TimedOut);
     EXPECT_EQ(CodeOfTransfer(CURLE_OPERATION_TIMEDOUT, error, true), VYNCurlCode_TimedOut);
   }
+}
+
+TEST(TimeLimit, FitsIntoTheTypeThatTakesIt) {
+  EXPECT_EQ(MillisecondsOf<s32>(1), 1000);
+  EXPECT_EQ(MillisecondsOf<s32>(2147483), 2147483000);
+  EXPECT_EQ(MillisecondsOf<s32>(2147484), 2147483000);
+  EXPECT_EQ(MillisecondsOf<s32>(2147483647), 2147483000);
+  EXPECT_EQ(MillisecondsOf<std::int64_t>(2147483647), 2147483647000);
 }
 
 }  // namespace

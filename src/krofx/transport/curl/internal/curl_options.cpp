@@ -4,6 +4,7 @@
 #include <openssl/bio.h>
 
 #include "krofx/transport/curl/internal/curl_exchange.h"
+#include "krofx/transport/curl/internal/time_limit.h"
 
 namespace krofx::internal {
 
@@ -76,7 +77,7 @@ bool CurlExchange::SetConnection() {
   options.Set(CURLOPT_NOPROXY, TextOrEmpty(m_settings->proxyExceptions));
   options.Set(CURLOPT_PROTOCOLS_STR, "http,https");
   options.Set(CURLOPT_CURLU, m_url);
-  if (m_timeout > 0) options.Set(CURLOPT_TIMEOUT_MS, m_timeout * 1000L);
+  if (m_timeout > 0) options.Set(CURLOPT_TIMEOUT_MS, MillisecondsOf(m_timeout));
   return options.AllSet();
 }
 

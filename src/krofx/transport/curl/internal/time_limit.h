@@ -6,6 +6,8 @@
 #include <curl/curl.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <limits>
 
 #include "krofx/core/types.h"
 
@@ -13,6 +15,15 @@ namespace krofx::internal {
 
 /// Seconds after which libcurl ends an exchange that is still connecting, whatever the host allows.
 inline constexpr s32 kConnectLimit = 300;
+
+/// @return the milliseconds of a limit in seconds; the largest number of whole seconds that fits
+///         when `Number`, which is libcurl's type, is too narrow for it.
+template <class Number = long>
+constexpr Number MillisecondsOf(s32 seconds) {
+  constexpr std::int64_t kPerSecond = 1000;
+  constexpr std::int64_t kMost = std::numeric_limits<Number>::max() / kPerSecond;
+  return static_cast<Number>(std::min(std::int64_t{seconds}, kMost) * kPerSecond);
+}
 
 /// `seconds` is the host's limit, 0 or less for none.
 /// @return whether an exchange that is connecting has had all of its time after `microseconds`.
