@@ -57,8 +57,13 @@ void EraseSecrets(std::string& url) {
   const std::size_t start = slashes == std::string::npos ? 0 : slashes + 2;
   const std::size_t at = url.rfind('@');
   const std::size_t end = EndOfHost(url, start);
-  if (at != std::string::npos && at >= start && (at < end || url.find(':', start) < end)) {
-    url.erase(start, at + 1 - start);
+  if (at != std::string::npos && at >= start) {
+    if (at < end || url.find(':', start) < end) {
+      url.erase(start, at + 1 - start);
+    } else {
+      // What looks like a host and a path may be a key before the host.
+      url.replace(start, std::string::npos, "***");
+    }
   }
   const std::size_t hostEnd = EndOfHost(url, start);
   const std::size_t port = url.rfind(':', hostEnd);

@@ -116,6 +116,11 @@ TEST(Url, ShowsNothingSecret) {
   EXPECT_EQ(Url("https;//ada:secret@bank.example").Shown(), "https;//bank.example");
   EXPECT_EQ(Url(" ada:secret").Shown(), " ada");
   EXPECT_EQ(Url("https://bank.example\\@127.0.0.1/ofx").Shown(), "https://127.0.0.1/ofx");
+  for (const char* const text :
+       {"https://key+x/gh==@bank.example/ofx", "https://key?gh@bank.example/",
+        "https://key#gh@bank.example/", "https://bank.example/@ofx"}) {
+    EXPECT_EQ(Url(text).Shown(), "https://***");
+  }
 }
 
 // A keyboard for Japanese gives the wide forms, and a URL may have been escaped as a whole.
@@ -148,9 +153,9 @@ TEST(Url, KnowsWhichProxiesHaveAPassword) {
 TEST(Url, ShowsWhatIsNotSecret) {
   for (const char* const text :
        {"https://bank.example:8443/ofx", "https://[::1]:8443/ofx", "https://[::1]/ofx",
-        "https://bank.example/@ofx", "https://bank.example/a:b/ofx", "bank.example:443",
-        "https://bank.example/a%40b", "https://b\u00fccher.example/",
-        "http://[fe80::1%25eth0]:80/ofx", "file:/a@b", "file:///home/a:b/x.ofx"}) {
+        "https://bank.example/a:b/ofx", "bank.example:443", "https://bank.example/a%40b",
+        "https://b\u00fccher.example/", "http://[fe80::1%25eth0]:80/ofx", "file:/a@b",
+        "file:///home/a:b/x.ofx"}) {
     EXPECT_EQ(Url(text).Shown(), text);
   }
 }
