@@ -26,7 +26,6 @@ struct MendingWording {
 
 constexpr Wording kUnknownTag = {"unknown tag", "unknown tags"};
 
-// Kinds that are not here are called by their names.
 constexpr MendingWording kMendings[] = {
     {MendingKind::kHeaderMissing, {"missing header", "missing headers"}},
     {MendingKind::kHeaderLayout, {"header in another layout", "headers in another layout"}},
@@ -55,12 +54,14 @@ constexpr MendingWording kMendings[] = {
     {MendingKind::kNumberRefused, {"unreadable number left out", "unreadable numbers left out"}},
     {MendingKind::kAmountUndecided, {"ambiguous number left out", "ambiguous numbers left out"}},
     {MendingKind::kNumberZeros, {"number with needless zeros", "numbers with needless zeros"}},
+    {MendingKind::kNumberExponent, {"number with an exponent", "numbers with an exponent"}},
     {MendingKind::kDateAbsent, {"date that stands for none", "dates that stand for none"}},
     {MendingKind::kDateForm, {"date in another form", "dates in another form"}},
     {MendingKind::kDateZone, {"time zone in another form", "time zones in another form"}},
     {MendingKind::kDateRefused, {"unreadable date left out", "unreadable dates left out"}},
     {MendingKind::kDateZoneLost, {"time zone left out", "time zones left out"}},
     {MendingKind::kDateTimeLost, {"time of day left out", "times of day left out"}},
+    {MendingKind::kDateOrder, {"date judged by the others", "dates judged by the others"}},
     {MendingKind::kTransactionType, {"unknown transaction type", "unknown transaction types"}},
     {MendingKind::kBoolean, {"yes or no in another form", "yes or no in another form"}},
     {MendingKind::kKeyword, {"keyword in another form", "keywords in another form"}},
@@ -85,8 +86,23 @@ constexpr MendingWording kMendings[] = {
     {MendingKind::kIncomplete, {"incomplete aggregate left out", "incomplete aggregates left out"}},
     {MendingKind::kTextRefused, {"refused text left out", "refused texts left out"}},
     {MendingKind::kEarlyEnd, {"end tag that came too early", "end tags that came too early"}},
+    {MendingKind::kMoved, {"answer in the wrong message set", "answers in the wrong message set"}},
+    {MendingKind::kAccountKind, {"account of another kind", "accounts of another kind"}},
+    {MendingKind::kPayeeText, {"payee that is a text", "payees that are texts"}},
+    {MendingKind::kRepeatedElement, {"element with two values", "elements with two values"}},
     {MendingKind::kMultipartDamage, {"damaged multipart text", "damaged multipart texts"}},
 };
+
+constexpr const MendingWording* FindWording(MendingKind kind) {
+  return std::find_if(std::begin(kMendings), std::end(kMendings),
+                      [kind](const MendingWording& each) { return each.kind == kind; });
+}
+
+// A new kind does not compile until it has words here.
+#define KROFX_HAS_WORDS(number, name, english, repeat, sentence) \
+  static_assert(FindWording(MendingKind::name) != std::end(kMendings), english);
+KROFX_MENDING_KINDS(KROFX_HAS_WORDS)
+#undef KROFX_HAS_WORDS
 
 struct WarningWording {
   std::string_view name;
@@ -166,14 +182,6 @@ class Groups {
   std::vector<Group> m_groups;
 };
 
-Wording WordingOf(MendingKind kind) {
-  const auto* const found =
-      std::find_if(std::begin(kMendings), std::end(kMendings),
-                   [kind](const MendingWording& each) { return each.kind == kind; });
-  if (found != std::end(kMendings)) return found->words;
-  return {krofx::NameOf(kind), krofx::NameOf(kind)};
-}
-
 Wording WordingOf(const Warning& warning) {
   for (const WarningWording& each : kWarnings) {
     if (warning.name == each.name) return each.words;
@@ -188,7 +196,7 @@ std::string SummaryOf(const Report& report) {
   if (report.verdict == kExitUnusable) return "not usable: " + report.file.GetProblem();
   Groups groups;
   for (const krofx::Mending& each : report.file.GetMendings()) {
-    groups.Add(WordingOf(each.kind), each.place.line);
+    groups.Add(FindWording(each.kind)->words, each.place.line);
   }
   for (const Warning& each : report.warnings) {
     // What is missing is counted once.
