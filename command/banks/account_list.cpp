@@ -9,8 +9,23 @@
 
 namespace krofx::command {
 
+namespace {
+
+// Whether an account of a bank or broker has the number of a card.
+bool IsCardInOtherPlace(const Element& element) {
+  const Element* const number = element.Find("ACCTID");
+  return element.tag.ends_with("ACCTFROM") && number != nullptr &&
+         number->disclosure == Disclosure::kCard;
+}
+
+}  // namespace
+
 bool ReadAccount(const Element& element, Account& account) {
   account.number = ValueOf(element, "ACCTID");
+  if (element.tag == "CCACCTFROM" || IsCardInOtherPlace(element)) {
+    account.kind = AccountKind::kCard;
+    return !account.number.empty();
+  }
   if (element.tag == "BANKACCTFROM") {
     account.kind = AccountKind::kBank;
     account.bank = ValueOf(element, "BANKID");
@@ -24,8 +39,7 @@ bool ReadAccount(const Element& element, Account& account) {
     account.bank = ValueOf(element, "BROKERID");
     return !account.number.empty() && !account.bank.empty();
   }
-  account.kind = AccountKind::kCard;
-  return element.tag == "CCACCTFROM" && !account.number.empty();
+  return false;
 }
 
 namespace {
@@ -49,7 +63,7 @@ std::vector<Account> AccountsIn(const ParsedFile& reply) {
   std::vector<Account> accounts;
   for (const OfxFile& each : reply.GetOfxFiles()) {
     TextArena arena;
-    Find(ReadElements(*each.file, arena, each.text), accounts);
+    Find(ReadElements(*each.file, arena, each.text, reply.GetCards().get()), accounts);
   }
   return accounts;
 }

@@ -14,6 +14,9 @@ namespace {
 // A longer value does not fit a line.
 constexpr std::size_t kShownValue = 60;
 
+// What an account that was a card before it was mended is masked as.
+constexpr std::string_view kCardAggregate = "CCACCTFROM";
+
 std::string Quoted(const std::string& value) {
   return "\"" + Shortened(SafeLine(value), kShownValue) + "\"";
 }
@@ -29,9 +32,14 @@ std::string ShownTag(const std::string& tag, const std::string& path) {
   return TagWithoutNumber(tag, AggregateAtEnd(path));
 }
 
-std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path) {
+std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path,
+                       const ParsedFile& file) {
+  // Some mendings are about the tag itself.
+  if (IsTagOfOfx(value)) return value;
   const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
-  return WithoutPassword(Masked(value, DisclosureOfNote(tag, AggregateAtEnd(path), inPayroll)));
+  const std::string_view aggregate =
+      file.MayHaveBeenCard(path) ? kCardAggregate : AggregateAtEnd(path);
+  return WithoutPassword(Masked(value, DisclosureOfNote(tag, aggregate, inPayroll)));
 }
 
 std::vector<ShownMending> ShownMendings(const ParsedFile& file) {
@@ -41,8 +49,8 @@ std::vector<ShownMending> ShownMendings(const ParsedFile& file) {
     const std::string path = ToText(mending.path);
     all.push_back({krofx::NameOf(mending.kind), static_cast<unsigned>(mending.kind),
                    SafeText(ShownTag(tag, path)), path,
-                   SafeText(ShownValue(ToText(mending.was), tag, path)),
-                   SafeText(ShownValue(ToText(mending.taken), tag, path)), mending.place});
+                   SafeText(ShownValue(ToText(mending.was), tag, path, file)),
+                   SafeText(ShownValue(ToText(mending.taken), tag, path, file)), mending.place});
   }
   return all;
 }

@@ -16,8 +16,10 @@ namespace krofx::command {
 std::string ShownTag(const std::string& tag, const std::string& path);
 
 /// @param path the aggregates around the element.
+/// @param file what it is in.
 /// @return the value of an element, without what is not shown of its tag.
-std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path);
+std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path,
+                       const ParsedFile& file);
 
 /// A mending, fit for output.
 struct ShownMending {

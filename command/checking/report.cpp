@@ -61,7 +61,7 @@ std::string DetailsOf(const Report& report) {
     out += std::string(" ") + warning.sentence;
     if (!warning.tag.empty()) out += ": <" + SafeLine(ShownTag(warning.tag, warning.path)) + ">";
     if (!warning.value.empty()) {
-      const std::string shown = ShownValue(warning.value, warning.tag, warning.path);
+      const std::string shown = ShownValue(warning.value, warning.tag, warning.path, file);
       out += " \"" + Shortened(SafeLine(shown), kShownValue) + "\"";
     }
     out += At(warning.path) + "\n";

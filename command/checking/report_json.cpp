@@ -15,7 +15,7 @@ Json JsonOf(const Report& report) {
     Json each = Json::Object();
     each.Set("name", warning.name)
         .Set("tag", SafeText(ShownTag(warning.tag, warning.path)))
-        .Set("value", SafeText(ShownValue(warning.value, warning.tag, warning.path)))
+        .Set("value", SafeText(ShownValue(warning.value, warning.tag, warning.path, file)))
         .Set("path", warning.path);
     if (warning.place.line > 0) {
       each.Set("line", warning.place.line)

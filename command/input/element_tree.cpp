@@ -26,7 +26,7 @@ void SetTag(Element& element, KRTagID tag) {
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
-  explicit ElementGatherer(TextArena& arena) : m_arena(arena) {}
+  ElementGatherer(TextArena& arena, const CardNumbers* cards) : m_arena(arena), m_cards(cards) {}
 
   void Gather(KRDataObj& object, const krofx::OfxText* text, Element& root,
               bool inPayroll = false) {
@@ -67,6 +67,7 @@ class ElementGatherer : public KRPayrollBuilder {
                           KRBuildStringCrLfOpt) override {
     if (m_element == nullptr || IsPassword(m_element->id)) return KRBuildStatus_Done;
     const std::string_view value = krofx::ToText(text);
+    NoteCard(value);
     if (IsAmongPasswords()) {
       const std::string shown = FirstLineWithoutTags(value);
       SetText(ShownText(shown, m_text, m_arena));
@@ -115,6 +116,13 @@ class ElementGatherer : public KRPayrollBuilder {
     SetTag(element, tag);
     element.disclosure = DisclosureOf(element.tag, m_path.back()->tag, m_inPayroll);
     return element;
+  }
+
+  // An account whose aggregate does not say that it is a card.
+  void NoteCard(std::string_view number) {
+    const bool isNumber = m_element->id == KRTag_ACCTID || m_element->id == KRTag_ACCTKEY;
+    if (m_cards == nullptr || !isNumber || !m_cards->Has(number)) return;
+    if (m_element->disclosure == Disclosure::kAll) m_element->disclosure = Disclosure::kCard;
   }
 
   // A password comes right after the user. When it is missing, damage to a tag may have made it the
@@ -180,6 +188,7 @@ class ElementGatherer : public KRPayrollBuilder {
 
   const krofx::OfxText* m_text = nullptr;
   TextArena& m_arena;
+  const CardNumbers* const m_cards;
   KRBuffer m_buffer{256, 256};
   std::vector<Element*> m_path;
   Element* m_element = nullptr;
@@ -197,18 +206,19 @@ const Element* Element::Find(std::string_view childTag) const {
 }
 
 const Element& ReadElement(KRDataObj& object, KRTagID tag, bool inPayroll, TextArena& arena,
-                           const krofx::OfxText* text) {
+                           const krofx::OfxText* text, const CardNumbers* cards) {
   Element& root = arena.Make<Element>();
   root.isAggregate = true;
   SetTag(root, tag);
-  ElementGatherer(arena).Gather(object, text, root, inPayroll);
+  ElementGatherer(arena, cards).Gather(object, text, root, inPayroll);
   return root;
 }
 
-const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text) {
+const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text,
+                            const CardNumbers* cards) {
   Element& root = arena.Make<Element>();
   root.isAggregate = true;
-  ElementGatherer(arena).Gather(object, text, root);
+  ElementGatherer(arena, cards).Gather(object, text, root);
   return root;
 }
 

@@ -58,12 +58,6 @@ std::string UpTo(std::string_view text, std::size_t end) {
                             : std::string(text.substr(0, end)).append(kNotShown);
 }
 
-bool IsTagOfOfx(std::string_view tag) {
-  KRTagID id = KRTag_None;
-  return KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()),
-                                                         &id, KRCaseType_IgnoreCase) != nullptr;
-}
-
 }  // namespace
 
 bool IsPassword(KRTagID tag) { return krofx::internal::IsSecret(tag); }
@@ -87,6 +81,12 @@ Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bo
   // both have become one.
   const bool isLost = EndsWithOneOf(kAccountTags, tag) && !IsOneOf(kOtherAccounts, aggregate);
   return ofElement == Disclosure::kAll && (isAmongCard || isLost) ? Disclosure::kCard : ofElement;
+}
+
+bool IsTagOfOfx(std::string_view text) {
+  KRTagID id = KRTag_None;
+  return KRTagDictionary::TheKRTagDictionary()->GetTagID(text.data(), static_cast<u16>(text.size()),
+                                                         &id, KRCaseType_IgnoreCase) != nullptr;
 }
 
 std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate) {

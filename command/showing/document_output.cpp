@@ -112,11 +112,12 @@ Document MakeDocument(ParsedFile& file, bool showIdentifiers) {
                     nullptr};
   TextArena& arena = *document.arena;
   if (file.GetStream() != nullptr) {
-    document.streamed = std::make_shared<StreamedRows>(file.GetStream(), showIdentifiers);
+    document.streamed =
+        std::make_shared<StreamedRows>(file.GetStream(), showIdentifiers, file.GetCards());
   }
   for (const OfxFile& ofx : file.GetOfxFiles()) {
-    HeldTransactions held(*ofx.file, *ofx.text, showIdentifiers);
-    const Element& elements = ReadElements(*ofx.file, arena, ofx.text);
+    HeldTransactions held(*ofx.file, *ofx.text, showIdentifiers, file.GetCards());
+    const Element& elements = ReadElements(*ofx.file, arena, ofx.text, file.GetCards().get());
     held.FindLists(elements);
     if (document.streamed != nullptr) document.streamed->FindLists(*ofx.file, elements);
     std::vector<Section> sections =

@@ -12,8 +12,9 @@ namespace krofx::command {
 
 class HeldTransactions::Rows final : public RowSource {
  public:
-  Rows(List transactions, const krofx::OfxText& text, const TableSpec& table, bool showIdentifiers)
-      : m_transactions(std::move(transactions)), m_cells(table, showIdentifiers) {
+  Rows(List transactions, const krofx::OfxText& text, const TableSpec& table, bool showIdentifiers,
+       std::shared_ptr<const CardNumbers> cards)
+      : m_transactions(std::move(transactions)), m_cells(table, showIdentifiers, std::move(cards)) {
     // The rows outlive the text, of which nothing else is needed.
     m_text.charset = text.charset;
   }
@@ -30,8 +31,9 @@ class HeldTransactions::Rows final : public RowSource {
   TransactionCells m_cells;
 };
 
-HeldTransactions::HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers)
-    : m_text(text), m_showIdentifiers(showIdentifiers) {
+HeldTransactions::HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers,
+                                   std::shared_ptr<const CardNumbers> cards)
+    : m_text(text), m_showIdentifiers(showIdentifiers), m_cards(std::move(cards)) {
   krofx::ForEach<KRBankTransactionList>(file, [this](KRBankTransactionList& list) {
     List& taken = m_lists.emplace_back();
     taken.reserve(list.GetNumStatementTx());
@@ -58,8 +60,8 @@ void HeldTransactions::NoteLists(const Element& element, std::size_t& count) {
 std::shared_ptr<RowSource> HeldTransactions::RowsOf(const Element& list, const TableSpec& table) {
   const auto place = m_places.find(&list);
   if (place == m_places.end() || m_lists[place->second].empty()) return nullptr;
-  return std::make_shared<Rows>(std::move(m_lists[place->second]), m_text, table,
-                                m_showIdentifiers);
+  return std::make_shared<Rows>(std::move(m_lists[place->second]), m_text, table, m_showIdentifiers,
+                                m_cards);
 }
 
 }  // namespace krofx::command

@@ -18,7 +18,9 @@ class HeldTransactions {
  public:
   /// Takes them out of the file.
   /// @param text the text that the file is of.
-  HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers);
+  /// @param cards as of TransactionCells.
+  HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers,
+                   std::shared_ptr<const CardNumbers> cards);
 
   /// Finds the lists that they were in among the elements of the file.
   void FindLists(const Element& file);
@@ -34,6 +36,7 @@ class HeldTransactions {
 
   const krofx::OfxText& m_text;
   const bool m_showIdentifiers;
+  const std::shared_ptr<const CardNumbers> m_cards;
   std::vector<List> m_lists;  // In the order of the file.
   std::unordered_map<const Element*, std::size_t> m_places;
 };

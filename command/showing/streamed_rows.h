@@ -26,7 +26,9 @@ bool IsRow(KRTagID list, KRTagID element);
 /// several kinds come kind by kind, as from a tree, and the text is read once for each.
 class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
  public:
-  StreamedRows(std::shared_ptr<const ListStream> stream, bool showIdentifiers);
+  /// @param cards as of TransactionCells.
+  StreamedRows(std::shared_ptr<const ListStream> stream, bool showIdentifiers,
+               std::shared_ptr<const CardNumbers> cards);
 
   /// Finds the lists among the elements of the file that the survey has read.
   void FindLists(KRFile& file, const Element& elements);
@@ -58,6 +60,7 @@ class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
 
   const std::shared_ptr<const ListStream> m_stream;
   const bool m_showIdentifiers;
+  const std::shared_ptr<const CardNumbers> m_cards;
   std::unordered_map<const Element*, std::size_t> m_lists;
   std::optional<ListStream::Cursor> m_cursor;
   const StreamElement* m_current = nullptr;

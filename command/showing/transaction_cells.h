@@ -5,11 +5,13 @@
 #define KROFX_COMMAND_SHOWING_TRANSACTION_CELLS_H_
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "input/card_numbers.h"
 #include "krofx/host/transaction_view.h"
 #include "krofx/krofx.h"
 #include "output/text_arena.h"
@@ -21,7 +23,9 @@ namespace krofx::command {
 class TransactionCells {
  public:
   /// @param table the transactions of a layout of statements; it must live as long as this.
-  TransactionCells(const TableSpec& table, bool showIdentifiers);
+  /// @param cards the numbers that are those of cards, whatever account they are of.
+  TransactionCells(const TableSpec& table, bool showIdentifiers,
+                   std::shared_ptr<const CardNumbers> cards);
 
   /// @param source the text that the transaction is in.
   /// @return the cells of a transaction, which are good until the next call, and as long as it is.
@@ -35,6 +39,7 @@ class TransactionCells {
   std::string_view ShownNumberOf(const krofx::AccountView& account, const krofx::OfxText& source);
 
   const bool m_showIdentifiers;
+  const std::shared_ptr<const CardNumbers> m_cards;
   Columns<std::string_view> m_texts;
   Columns<std::optional<KRPrecisionInteger>> m_numbers;
   Columns<KRDateTime> m_dates;

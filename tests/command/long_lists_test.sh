@@ -229,4 +229,34 @@ signing_on='<SIGNONMSGSRQV1><SONRQ><DTCLIENT>20260131<USERID>lind<USERPASS>not-a
 wrappers "$signing_on" BANKMSGSRQV1 '<STMTTRNRQ><TRNUID>1</STMTTRNRQ>' >requests.ofx
 expect 2 print --csv requests.ofx
 has err '<BANKMSGSRQV1> has more than 65535 entries of one kind'
+# Cards in the place of bank accounts, at both ends of a list of accounts.
+card=4111222233334444
+masked='************4444'
+{
+  header
+  printf '%s' "<OFX>$sign_on<SIGNUPMSGSRSV1><ACCTINFOTRNRS>$status<ACCTINFORS><DTACCTUP>20260101"
+  python3 - "$card" <<'END'
+import sys
+bank = "<BANKACCTFROM><BANKID>1<ACCTID>{}<ACCTTYPE>CHECKING</BANKACCTFROM>"
+card = f"<CCACCTFROM><ACCTID>{sys.argv[1]}</CCACCTFROM>"
+for n in range(1000000, 1070000):
+    account = card if n in (1000003, 1069000) else bank.format(n)
+    print(f"<ACCTINFO><BANKACCTINFO>{account}<SUPTXDL>Y<XFERSRC>N<XFERDEST>N<SVCSTATUS>ACTIVE</BANKACCTINFO></ACCTINFO>")
+END
+  printf '%s' '</ACCTINFORS></ACCTINFOTRNRS></SIGNUPMSGSRSV1></OFX>'
+} >accounts.ofx
+expect 0 print --csv --table accounts accounts.ofx
+lacks out $card
+[ "$(grep -cF "$masked" out)" -eq 2 ] || fail 'the cards of a long list'
+[ "$(grep -c ',10[0-9]\{5\},' out)" -eq 69998 ] || fail 'the other accounts of a long list'
+expect 1 check --details accounts.ofx
+lacks out $card
+
+# A card in the statement of a bank, of which more is mended than is recorded.
+statement shop | sed "s|<BANKACCTFROM>.*</BANKACCTFROM>|<CCACCTFROM><ACCTID>$card</CCACCTFROM>|" |
+  sed 's/<TRNAMT>-.90/<TRNAMT>-1,25/' >one.ofx
+repeat one.ofx STMTTRN 100002 >many.ofx
+expect 0 print --csv many.ofx
+lacks out $card
+has out "$masked"
 finish
