@@ -23,10 +23,14 @@ ExitStatus Request(const Options& options) {
 
 ExitStatus RequestAccounts(const SignOnOptions& signOn, const std::string& since) {
   RequestMaker maker(signOn);
+  const auto make = [&since](RequestMaker& any) {
+    auto payload = any.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
+    any.SetDate("--since", ResolveDay(since), *payload, &KRAccountInfoRq::SetDtAcctUp);
+    return payload;
+  };
+  if (!maker.Try([&make](RequestMaker& trial) { make(trial); })) return maker.Finish();
   maker.Concern({Service::kAccounts});
-  auto payload = maker.Make<KRAccountInfoRq>(KRTag_ACCTINFORQ);
-  maker.SetDate("--since", ResolveDay(since), *payload, &KRAccountInfoRq::SetDtAcctUp);
-  return maker.Finish(std::move(payload), Service::kAccounts);
+  return maker.Finish(make(maker), Service::kAccounts);
 }
 
 void AddAccountsRequest(const Subcommand& parent, const std::shared_ptr<RequestUse>& use) {

@@ -74,6 +74,10 @@ std::string ToOfxDate(const std::string& text) {
   return isDay && (!hasTime || IsTime(digits)) ? digits : "";
 }
 
+std::string DescribeNoDate(const std::string& option, const std::string& given) {
+  return option + " " + given + " is not a date; write it as 2026-01-31";
+}
+
 std::string ResolveDay(const std::string& text) {
   if (text != kToday && !text.starts_with('-')) return text;
   const auto day = ParseDay(text);

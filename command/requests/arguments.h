@@ -17,6 +17,9 @@ std::string FindAmountProblem(const std::string& text);
 /// @return empty when the text is no date or names a day that does not exist.
 std::string ToOfxDate(const std::string& text);
 
+/// @return what is said of an option whose text is no date.
+std::string DescribeNoDate(const std::string& option, const std::string& given);
+
 /// The day that "today", "-30d", "-4w", "-6m" or "-1y" is, as 2026-01-31: see ParseDay.
 /// @return any other text unchanged.
 std::string ResolveDay(const std::string& text);

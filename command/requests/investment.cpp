@@ -37,34 +37,52 @@ std::unique_ptr<KRIncPos> MakePositions(const Parts& parts, RequestMaker& maker)
   return positions;
 }
 
-// The account that the options name, or those of the bank that they name.
-std::vector<Account> FindAccounts(const Options& options, RequestMaker& maker) {
-  if (options.signOn.bank.has_value() && options.broker.empty()) {
-    return ChooseAccounts(options.signOn, options.account, StatementKind::kInvestment, maker);
-  }
+// Whether the account is one of those of the bank that the options name.
+bool IsOfBank(const Options& options) {
+  return options.signOn.bank.has_value() && options.broker.empty();
+}
+
+// The account that the options name.
+Account NamedAccount(const Options& options, RequestMaker& maker) {
   if (options.account.empty()) maker.Fail("--account is required, or a bank, as @harbor");
   if (options.broker.empty()) maker.Fail("--broker is required, or a bank, as @harbor");
-  return {{AccountKind::kInvestment, options.account, options.broker, "", ""}};
+  return {AccountKind::kInvestment, options.account, options.broker, "", ""};
+}
+
+void AddStatement(const Account& account, const StatementSpan& span, const Parts& parts,
+                  RequestMaker& maker) {
+  auto payload = maker.Make<KRInvStmtRq>(KRTag_INVSTMTRQ);
+  payload->SetInvAcctFrom(MakeInvestmentAccount(account, maker).release());
+  payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
+  payload->SetIncOO(Unless(parts.noOrders));
+  payload->SetIncPos(MakePositions(parts, maker).release());
+  payload->SetIncBal(Unless(parts.noBalances));
+  maker.Add(std::move(payload), Service::kInvestment);
 }
 
 ExitStatus Finish(const std::vector<Account>& accounts, const StatementSpan& span,
                   const Parts& parts, RequestMaker& maker) {
   maker.Concern({Service::kInvestment});
-  for (const Account& account : accounts) {
-    auto payload = maker.Make<KRInvStmtRq>(KRTag_INVSTMTRQ);
-    payload->SetInvAcctFrom(MakeInvestmentAccount(account, maker).release());
-    payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
-    payload->SetIncOO(Unless(parts.noOrders));
-    payload->SetIncPos(MakePositions(parts, maker).release());
-    payload->SetIncBal(Unless(parts.noBalances));
-    maker.Add(std::move(payload), Service::kInvestment);
-  }
+  for (const Account& account : accounts) AddStatement(account, span, parts, maker);
   return maker.Finish();
+}
+
+// An account of the bank is not known yet; the values that it goes with are.
+void TryValues(const Options& options, RequestMaker& trial) {
+  const Account account = IsOfBank(options) ? Account{} : NamedAccount(options, trial);
+  AddStatement(account, options.span, options.parts, trial);
 }
 
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
-  return Finish(FindAccounts(options, maker), options.span, options.parts, maker);
+  if (!maker.Try([&options](RequestMaker& trial) { TryValues(options, trial); })) {
+    return maker.Finish();
+  }
+  const std::vector<Account> accounts =
+      IsOfBank(options)
+          ? ChooseAccounts(options.signOn, options.account, StatementKind::kInvestment, maker)
+          : std::vector<Account>{NamedAccount(options, maker)};
+  return Finish(accounts, options.span, options.parts, maker);
 }
 
 }  // namespace

@@ -110,7 +110,7 @@ KRString RequestMaker::TakeDate(const std::string& option, const std::string& gi
 }
 
 void RequestMaker::FailForDate(const std::string& option, const std::string& given) {
-  Fail(option + " " + given + " is not a date; write it as 2026-01-31");
+  Fail(DescribeNoDate(option, given));
 }
 
 void RequestMaker::RequireOrder(const std::string& from, const std::string& to) {

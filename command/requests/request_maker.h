@@ -4,6 +4,7 @@
 #ifndef KROFX_COMMAND_REQUESTS_REQUEST_MAKER_H_
 #define KROFX_COMMAND_REQUESTS_REQUEST_MAKER_H_
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -22,6 +23,14 @@ class RequestMaker {
  public:
   explicit RequestMaker(const SignOnOptions& options)
       : m_options(options), m_version(VersionOfProfile(options)) {}
+
+  /// Makes parts of the request for trial, to find out what is wrong with the values that they are
+  /// made of before the institution is asked for its profile or for the user's accounts. What is
+  /// wrong in every version that the request can have, and what is wrong with the use, is noted as
+  /// a problem.
+  /// @param make makes the parts with the maker that it gets.
+  /// @return whether nothing is wrong.
+  bool Try(const std::function<void(RequestMaker&)>& make);
 
   /// Says what the request is about, before anything of it is made: by the bank's profile, if it
   /// has one, this decides on the version of the message sets, the address, and what passwords can
@@ -133,6 +142,7 @@ class RequestMaker {
   void AddPassword(KRSignOnRq& signOn);
 
   KRMessageSetRq& SetFor(Service service);
+  std::vector<u16> OpenVersions() const;
   void ChooseVersion(const std::vector<Service>& services);
   void ChooseAddress(const std::vector<Service>& services);
   const PasswordRules* FindRules(const std::vector<Service>& services) const;

@@ -24,6 +24,31 @@ bool Names(const Profile& profile, Service service) {
 
 }  // namespace
 
+// Those that the user leaves open to the bank's profile; else the one that the request has.
+std::vector<u16> RequestMaker::OpenVersions() const {
+  const std::optional<Bank>& bank = m_options.bank;
+  const bool isOpen = bank.has_value() && bank->hasProfile && bank->version == 0;
+  return isOpen && !m_options.secondVersion ? std::vector<u16>{1, 2} : std::vector<u16>{m_version};
+}
+
+bool RequestMaker::Try(const std::function<void(RequestMaker&)>& make) {
+  std::string problem;
+  for (const u16 version : OpenVersions()) {
+    RequestMaker trial(m_options);
+    trial.m_version = version;
+    make(trial);
+    trial.MakeSignOn();
+    if (!trial.HasFailed()) {
+      const ExitStatus prepared = m_options.use->Prepare();
+      if (prepared != kExitClean) GiveUp(prepared);
+      return prepared == kExitClean;
+    }
+    if (problem.empty()) problem = trial.m_problem;
+  }
+  Fail(problem);
+  return false;
+}
+
 void RequestMaker::Concern(const std::vector<Service>& services) {
   if (!m_problem.empty() || !m_options.bank.has_value() || !m_options.bank->hasProfile) return;
   std::optional<ProfileAnswer>& answer = *m_options.profile;

@@ -34,24 +34,46 @@ std::unique_ptr<KRGenericStatementRq> MakePayload(const Account& account, Reques
   return payload;
 }
 
-// The account that the options name, or those of the bank that they name.
-std::vector<Account> FindAccounts(const Options& options, RequestMaker& maker) {
+void AddStatement(const Account& account, const StatementSpan& span, RequestMaker& maker) {
+  auto payload = MakePayload(account, maker);
+  payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
+  maker.Add(std::move(payload), ServiceOf(account));
+}
+
+// Whether the account is one of those of the bank that the options name.
+bool IsOfBank(const Options& options) {
+  return options.signOn.bank.has_value() && options.bankAccount.bank.empty() && !options.card;
+}
+
+// The account that the options name.
+Account NamedAccount(const Options& options, RequestMaker& maker) {
   const BankAccountOptions& given = options.bankAccount;
-  if (options.signOn.bank.has_value() && given.bank.empty() && !options.card) {
-    return ChooseAccounts(options.signOn, given.account, StatementKind::kMoney, maker);
-  }
   if (given.account.empty()) {
     maker.Fail("--account is required, or a bank, as @harbor");
   } else if (options.card != given.bank.empty()) {
     maker.Fail(options.card ? "--bank is not for cards" : "name a bank with --bank, or use --card");
   }
-  return {{options.card ? AccountKind::kCard : AccountKind::kBank, given.account, given.bank,
-           given.branch, given.type}};
+  return {options.card ? AccountKind::kCard : AccountKind::kBank, given.account, given.bank,
+          given.branch, given.type};
+}
+
+// An account of the bank is not known yet; the values that it goes with are.
+void TryValues(const Options& options, RequestMaker& trial) {
+  const Account account = IsOfBank(options) ? Account{AccountKind::kCard, "", "", "", ""}
+                                            : NamedAccount(options, trial);
+  AddStatement(account, options.span, trial);
 }
 
 ExitStatus Request(const Options& options) {
   RequestMaker maker(options.signOn);
-  return FinishStatements(FindAccounts(options, maker), options.span, maker);
+  if (!maker.Try([&options](RequestMaker& trial) { TryValues(options, trial); })) {
+    return maker.Finish();
+  }
+  const std::vector<Account> accounts =
+      IsOfBank(options) ? ChooseAccounts(options.signOn, options.bankAccount.account,
+                                         StatementKind::kMoney, maker)
+                        : std::vector<Account>{NamedAccount(options, maker)};
+  return FinishStatements(accounts, options.span, maker);
 }
 
 }  // namespace
@@ -61,11 +83,7 @@ ExitStatus FinishStatements(const std::vector<Account>& accounts, const Statemen
   std::vector<Service> services;
   for (const Account& account : accounts) services.push_back(ServiceOf(account));
   maker.Concern(services);
-  for (const Account& account : accounts) {
-    auto payload = MakePayload(account, maker);
-    payload->SetIncTran(MakeSpan(span.from, span.to, !span.noTransactions, maker).release());
-    maker.Add(std::move(payload), ServiceOf(account));
-  }
+  for (const Account& account : accounts) AddStatement(account, span, maker);
   return maker.Finish();
 }
 

@@ -21,6 +21,7 @@
 #include "output/safe_text.h"
 #include "output/time_left.h"
 #include "requests/account_choice.h"
+#include "requests/arguments.h"
 #include "requests/request_maker.h"
 #include "requests/statement_request.h"
 #include "subcommands/fetch_all.h"
@@ -180,6 +181,10 @@ class BankAsker {
 
 ExitStatus FetchAll(const Options& given) {
   Options options = given;
+  if (!options.from.empty() && ToOfxDate(ResolveDay(options.from)).empty()) {
+    Complain(options.round.subcommand, DescribeNoDate("--from", options.from));
+    return kExitWrongUse;
+  }
   std::vector<Bank> banks;
   const ExitStatus prepared = PrepareRound(options.round, banks);
   if (prepared != kExitClean) return prepared;
