@@ -55,11 +55,29 @@ bool Rename(const std::string& from, const std::string& to, Existing existing) {
   return ::link(from.c_str(), to.c_str()) == 0 && ::unlink(from.c_str()) == 0;
 }
 
+// For mkostemp, which completes it.
+std::string NameAside(const std::string& target) { return target + ".XXXXXX"; }
+
+bool IsStandardOutput(const std::string& name) { return name.empty() || name == "-"; }
+
+// Whether there is something that no file takes the place of, which is complained of.
+bool IsOccupied(const std::string& name, const std::string& target) {
+  struct stat status {};
+  if (::stat(target.c_str(), &status) != 0 || S_ISREG(status.st_mode)) return false;
+  Complain(name, "it is not a plain file and is left alone; name another one");
+  return true;
+}
+
+ExitStatus ComplainOfFailure(const std::string& name) {
+  Complain(name, std::string("it cannot be written: ") + std::strerror(errno));
+  return kExitUnusable;
+}
+
 bool WriteAside(const KRBuffer& text, const std::string& target, Privacy privacy,
                 Existing existing) {
   // A signal takes effect when the file is whole in its place, or gone.
   const Interruption interruption;
-  std::string aside = target + ".XXXXXX";
+  std::string aside = NameAside(target);
   FileDescriptor file(::mkostemp(aside.data(), O_CLOEXEC));
   if (!file) return false;
   if (WriteAll(file.Get(), text) && ::fchmod(file.Get(), ModeFor(target, privacy)) == 0 &&
@@ -76,20 +94,26 @@ bool WriteAside(const KRBuffer& text, const std::string& target, Privacy privacy
 
 ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy,
                        Existing existing) {
-  if (name.empty() || name == "-") {
+  if (IsStandardOutput(name)) {
     if (WriteAll(STDOUT_FILENO, text)) return kExitClean;
     Complain("standard output", std::strerror(errno));
     return kExitUnusable;
   }
   const std::string target = TargetOf(name);
-  struct stat status {};
-  if (::stat(target.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {
-    Complain(name, "it is not a plain file and is left alone; name another one");
-    return kExitUnusable;
-  }
-  if (WriteAside(text, target, privacy, existing)) return kExitClean;
-  Complain(name, std::string("it cannot be written: ") + std::strerror(errno));
-  return kExitUnusable;
+  if (IsOccupied(name, target)) return kExitUnusable;
+  return WriteAside(text, target, privacy, existing) ? kExitClean : ComplainOfFailure(name);
+}
+
+ExitStatus TryOutput(const std::string& name) {
+  if (IsStandardOutput(name)) return kExitClean;
+  const std::string target = TargetOf(name);
+  if (IsOccupied(name, target)) return kExitUnusable;
+  const Interruption interruption;
+  std::string aside = NameAside(target);
+  const FileDescriptor file(::mkostemp(aside.data(), O_CLOEXEC));
+  if (!file) return ComplainOfFailure(name);
+  ::unlink(aside.c_str());
+  return kExitClean;
 }
 
 }  // namespace krofx::command

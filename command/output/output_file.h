@@ -29,6 +29,11 @@ enum class Existing {
 ExitStatus WriteOutput(const KRBuffer& text, const std::string& name, Privacy privacy,
                        Existing existing = Existing::kReplaced);
 
+/// Finds out whether WriteOutput can make a file at `name`, for what must not be lost when it
+/// comes. What is there stays as it is.
+/// @return kExitClean, also for standard output, or kExitUnusable with a complaint.
+ExitStatus TryOutput(const std::string& name);
+
 }  // namespace krofx::command
 
 #endif  // KROFX_COMMAND_OUTPUT_OUTPUT_FILE_H_

@@ -37,6 +37,25 @@ ExitStatus WriteReply(const KRBuffer& reply, const std::string& output) {
   return WriteStandardOutput(SafeText({reply.GetBufferPtr(), reply.GetBufferSize()}));
 }
 
+// Writes the reply; when the file cannot be written, to standard output. The request is not to be
+// sent again for the sake of its reply, since it may be an order.
+ExitStatus KeepReply(const KRBuffer& reply, const std::string& output, const Exchange& exchange,
+                     Direction direction) {
+  const ExitStatus written = WriteReply(reply, output);
+  if (written == kExitClean) return written;
+  const bool isSent = direction == Direction::kSend;
+  const bool wasFile = !output.empty() && output != "-";
+  if (wasFile && WriteReply(reply, "") == kExitClean) {
+    Complain(exchange.GetShownUrl(), std::string(isSent ? "the request has arrived; " : "") +
+                                         "the reply is on standard output instead");
+  } else if (isSent) {
+    Complain(exchange.GetShownUrl(),
+             "the request has arrived, and its reply is lost; find out what became of it before "
+             "you send it again");
+  }
+  return written;
+}
+
 // Whether the reply is the request, and that is OFX.
 bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
   return ViewOf(request) == ViewOf(reply) &&
@@ -44,9 +63,12 @@ bool IsEcho(const KRBuffer& request, const KRBuffer& reply) {
 }
 
 ExitStatus SendPrepared(Exchange& exchange, KRBuffer& request, const std::string& output) {
+  const ExitStatus tried = TryOutput(output);
+  if (tried != kExitClean) return tried;
   std::unique_ptr<KRBuffer> reply = exchange.Run(&request);
   if (reply == nullptr) return exchange.GetExitStatus();
-  const ExitStatus written = Worse(exchange.GetExitStatus(), WriteReply(*reply, output));
+  const ExitStatus written =
+      Worse(exchange.GetExitStatus(), KeepReply(*reply, output, exchange, Direction::kSend));
   if (!IsEcho(request, *reply)) {
     // A reply that is not OFX is the user's to judge.
     return Worse(written, ComplainOfRefusals(ParsedFile(exchange.GetShownUrl(), std::move(reply))));
@@ -132,11 +154,13 @@ ExitStatus Get(const Options& options) {
   const ExitStatus checked = CheckReplyFile(options.exchange, "-o", options.output);
   if (checked != kExitClean) return checked;
   Exchange exchange(options.exchange);
-  const ExitStatus prepared = exchange.Prepare(Direction::kGet);
+  ExitStatus prepared = exchange.Prepare(Direction::kGet);
+  if (prepared == kExitClean) prepared = TryOutput(options.output);
   if (prepared != kExitClean) return prepared;
   const std::unique_ptr<KRBuffer> reply = exchange.Run(nullptr);
   const ExitStatus ended = exchange.GetExitStatus();
-  return reply == nullptr ? ended : Worse(ended, WriteReply(*reply, options.output));
+  if (reply == nullptr) return ended;
+  return Worse(ended, KeepReply(*reply, options.output, exchange, Direction::kGet));
 }
 
 void AddRest(const Subcommand& app, Options& options) {

@@ -5,8 +5,10 @@ It prints "listening on URL", and then a line for each request that it will not 
 """
 
 import http.server
+import shutil
 import sys
 import threading
+import urllib.parse
 
 
 class Handler(http.server.BaseHTTPRequestHandler):
@@ -25,7 +27,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def handle_any(self):
         body = self.rfile.read(int(self.headers.get("Content-Length", 0)))
-        _, action, *rest = self.path.split("?")[0].split("/")
+        # A proxy is asked for a whole URL.
+        _, action, *rest = urllib.parse.urlsplit(self.path).path.split("/")
         self.close_connection = True
         if action == "echo":
             kind = self.headers.get("Content-Type", "none")
@@ -47,6 +50,9 @@ class Handler(http.server.BaseHTTPRequestHandler):
             with open(rest[0], "wb") as file:
                 file.write(body)
             self.answer(500, b"kept\n")
+        elif action == "remove":
+            shutil.rmtree(rest[0])
+            self.answer(200, body or b"removed\n")
         elif action == "garbage":
             self.wfile.write(b"this is no HTTP\r\n\r\n")
         elif action == "never":

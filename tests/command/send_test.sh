@@ -39,6 +39,34 @@ for headers in /proc/headers "$work"; do
   expect 2 get "$url/echo" --save-headers "$headers"
   has out fetched
 done
+# Where the reply cannot be saved nothing is sent, and what is there stays.
+for output in /no/such/x /proc/nowhere "$work"; do
+  expect 2 send "$url/keep/arrived" request.ofx -o "$output"
+  has err "krofx: $output: it "
+  [ "$(wc -l <err)" -eq 1 ] || fail "more than one line for $output"
+  expect 2 get "$url/keep/arrived" -o "$output"
+  has err "krofx: $output: it "
+done
+[ ! -e arrived ] || fail 'a request is sent whose reply cannot be saved'
+echo untouched >kept.ofx
+expect 3 send "$url/status/500" request.ofx -o kept.ofx
+expect 3 send "$url/status/500" request.ofx -o missing.ofx
+has kept.ofx untouched
+[ "$(echo kept.ofx* missing.ofx*)" = 'kept.ofx missing.ofx*' ] || fail 'a trial leaves a file'
+# A place that is gone when the reply comes: the reply is not lost with it.
+mkdir gone
+expect 2 send "$url/remove/gone" request.ofx -o gone/reply.ofx
+has err 'krofx: gone/reply.ofx: it cannot be written'
+has err "krofx: $url/remove/gone: the request has arrived; the reply is on standard output instead"
+cmp -s request.ofx out || fail 'the reply is lost with its place'
+mkdir gone
+expect 2 get "$url/remove/gone" -o gone/reply.ofx
+has err ': the reply is on standard output instead'
+has out removed
+mkdir gone
+"$krofx" send "$url/remove/gone" request.ofx -o gone/reply.ofx >/dev/full 2>err
+[ $? -eq 2 ] || fail 'a reply is lost in silence'
+has err 'the request has arrived, and its reply is lost; find out what became of it before you send it again'
 # Standard output can take either, or none when it is full.
 expect 0 get "$url/echo" -o - --save-headers -
 has out X-Two
