@@ -67,6 +67,12 @@ VYNEventResult LookForSignal(void*) {
   return Interruption::Came() ? VYNEventResult_Quit : VYNEventResult_None;
 }
 
+// The address of a proxy, without a password in it.
+std::string ShownProxy(const std::string& proxy) {
+  const bool hasScheme = proxy.find("://") != std::string::npos;
+  return Url(hasScheme ? proxy : "http://" + proxy).Shown();
+}
+
 // Whether two names are of one file, be it there or not.
 bool IsSameFile(const std::string& one, const std::string& other) {
   std::error_code error;
@@ -233,10 +239,14 @@ std::unique_ptr<KRBuffer> Exchange::Run(KRBuffer* body) {
 
 std::unique_ptr<KRBuffer> Exchange::RunWith(VYNNetAccess& access, const VYNCurlManager& manager,
                                             KRBuffer* body) {
-  ExchangeEnd end{.timeout = GetTimeout(), .ownRoots = !m_roots.empty()};
+  ExchangeEnd end{
+      .timeout = GetTimeout(), .ownRoots = !m_roots.empty(), .usesProxy = !m_options.proxy.empty()};
   const auto fail = [&] {
     m_exitStatus = Interruption::Came() ? kExitCancelled : ExitStatusOf(end);
-    if (!Interruption::Came()) Complain(GetShownUrl(), DescribeExchangeProblem(end));
+    if (!Interruption::Came()) {
+      Complain(IsAboutProxy(end) ? ShownProxy(m_options.proxy) : GetShownUrl(),
+               DescribeExchangeProblem(end));
+    }
     return nullptr;
   };
   end.status = access.InitConnection();

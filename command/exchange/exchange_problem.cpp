@@ -15,6 +15,7 @@ namespace {
 // Codes of single HTTP statuses, in their order: see VYNCurlCode.
 constexpr u32 kSeeOther = 1507;
 constexpr u32 kNotModified = 1508;
+constexpr u32 kProxyUnauthorized = 1516;
 constexpr u32 kUnavailable = 1521;
 constexpr u32 kGatewayTimedOut = 1522;
 
@@ -25,6 +26,10 @@ constexpr u32 kNoContent = 1504;
 // HTTP statuses that the transport has no code for, or one that means something else too.
 constexpr u32 kRequestTimedOut = 408;
 constexpr u32 kTooManyRequests = 429;
+
+// Statuses that send to another address.
+constexpr u32 kFirstRedirection = 300;
+constexpr u32 kLastRedirection = 399;
 
 // What passes without anybody's doing, by the number of what the transport or the server says.
 constexpr u32 kPassingCodes[] = {kUnavailable,
@@ -58,6 +63,10 @@ constexpr u32 kUnconnectedCodes[] = {VYNCurlCode_Refused, VYNCurlCode_ConnectFai
                                      VYNCurlCode_HostNotFound, VYNCurlCode_ProxyNotFound,
                                      VYNCurlCode_MalformedUrl};
 
+// What ends an exchange before there is a connection to its proxy.
+constexpr u32 kProxyCodes[] = {VYNCurlCode_Refused, VYNCurlCode_ConnectFailed,
+                               VYNCurlCode_ProxyNotFound};
+
 template <std::size_t kCount>
 bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
   return std::find(std::begin(numbers), std::end(numbers), number) != std::end(numbers);
@@ -66,6 +75,29 @@ bool IsOneOf(const u32 (&numbers)[kCount], u32 number) {
 // Whether the server answered with a success that is not the usual one.
 bool IsOtherSuccess(u32 code) {
   return (code >= kCreated && code <= kNoContent) || code == VYNCurlCode_UnexpectedSuccess;
+}
+
+// What is known only of an exchange through a proxy, or of one without; null for all others.
+const char* DescribeProxy(const ExchangeEnd& end) {
+  if (end.transportError == kProxyUnauthorized) {
+    return end.usesProxy ? "the proxy wants a sign-on; check the settings of your proxy"
+                         : "the server wants a sign-on as proxies do, and no proxy is used; check "
+                           "the address";
+  }
+  if (!end.usesProxy) return nullptr;
+  switch (end.transportError) {
+    case VYNCurlCode_Refused:
+      return "nothing takes connections there; check the settings of your proxy, and that it runs";
+    case VYNCurlCode_ConnectFailed:
+      return "the proxy cannot be reached; check the settings of your proxy and the network";
+    case VYNCurlCode_ReceiveFailed:
+      return end.httpStatus >= kFirstRedirection && end.httpStatus <= kLastRedirection
+                 ? "the proxy sends to another address in place of a connection; check the "
+                   "settings of your proxy"
+                 : nullptr;
+    default:
+      return nullptr;
+  }
 }
 
 // What the command line can do about it; null where the library's own words suffice.
@@ -97,6 +129,7 @@ std::string Describe(const ExchangeEnd& end) {
     return "the server answers with HTTP " + std::to_string(end.httpStatus) +
            " and not with a reply; check the address";
   }
+  if (const char* const text = DescribeProxy(end)) return text;
   const char* const advice = end.httpStatus == kTooManyRequests ? nullptr : Advise(end);
   return advice != nullptr ? advice
                            : krofx::ReasonOf(end.status, end.httpStatus, end.transportError);
@@ -107,6 +140,10 @@ std::string Describe(const ExchangeEnd& end) {
 bool MayHaveArrived(const ExchangeEnd& end) {
   return end.status != KRNetStatus_Untrusted && end.status != KRNetStatus_UnexpectedCertificate &&
          !IsOneOf(kUnconnectedCodes, end.transportError);
+}
+
+bool IsAboutProxy(const ExchangeEnd& end) {
+  return end.usesProxy && IsOneOf(kProxyCodes, end.transportError);
 }
 
 std::string DescribeExchangeProblem(const ExchangeEnd& end) {

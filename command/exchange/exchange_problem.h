@@ -18,7 +18,11 @@ struct ExchangeEnd {
   u32 transportError = 0;  ///< The transport's own code.
   int timeout = 0;         ///< In seconds.
   bool ownRoots = false;   ///< The roots came from the user.
+  bool usesProxy = false;  ///< It goes through a proxy.
 };
+
+/// @return whether there was no connection to the proxy, so that nothing is known of the server.
+bool IsAboutProxy(const ExchangeEnd& end);
 
 /// @return whether the server may have received the request: false when there was no connection to
 ///         it, or when its certificate was refused.

@@ -43,6 +43,46 @@ TEST(ExchangeProblem, SaysMoreWhereTheTransportDoes) {
   EXPECT_NE(describe(1687).find("(status 29, code 1687)"), std::string::npos);
 }
 
+TEST(ExchangeProblem, NamesAllThatOneCodeCanMean) {
+  const std::string large =
+      DescribeExchangeProblem({.status = KRNetStatus_Other, .transportError = 1681});
+  EXPECT_NE(large.find("or its headers are too large"), std::string::npos) << large;
+  EXPECT_NE(large.find("if it is a long statement"), std::string::npos) << large;
+  const std::string invalid =
+      DescribeExchangeProblem({.status = KRNetStatus_BadCertificate, .transportError = 1672});
+  for (const char* const reason : {"another name", "revoked", "too weak", "not for servers"}) {
+    EXPECT_NE(invalid.find(reason), std::string::npos) << invalid;
+  }
+}
+
+TEST(ExchangeProblem, TellsAProxyFromAServer) {
+  const auto describe = [](KRNetStatus status, u32 code, u32 http, bool usesProxy) {
+    return DescribeExchangeProblem(
+        {.status = status, .httpStatus = http, .transportError = code, .usesProxy = usesProxy});
+  };
+  EXPECT_TRUE(describe(KRNetStatus_ClientError, 1516, 407, true).starts_with("the proxy wants"));
+  EXPECT_TRUE(describe(KRNetStatus_ClientError, 1516, 407, false).starts_with("the server wants"));
+  EXPECT_NE(describe(KRNetStatus_Refused, 1531, 0, true).find("your proxy, and that it runs"),
+            std::string::npos);
+  EXPECT_NE(describe(KRNetStatus_NetworkFailed, 1600, 0, true).find("the proxy cannot be reached"),
+            std::string::npos);
+  for (const bool usesProxy : {false, true}) {
+    const std::string redirected = describe(KRNetStatus_NetworkFailed, 1607, 302, usesProxy);
+    EXPECT_EQ(redirected.find("try again"), std::string::npos) << redirected;
+    EXPECT_NE(redirected.find("settings of your proxy"), std::string::npos) << redirected;
+  }
+  EXPECT_NE(describe(KRNetStatus_NetworkFailed, 1607, 200, true).find("try again"),
+            std::string::npos);
+}
+
+TEST(ExchangeProblem, IsAboutTheProxyWithoutAConnectionToIt) {
+  for (const u32 code : {u32{1531}, u32{1600}, u32{1605}}) {
+    EXPECT_TRUE(IsAboutProxy({.transportError = code, .usesProxy = true})) << code;
+    EXPECT_FALSE(IsAboutProxy({.transportError = code})) << code;
+  }
+  EXPECT_FALSE(IsAboutProxy({.transportError = 1607, .usesProxy = true}));
+}
+
 TEST(ExchangeProblem, KnowsWhoseRootsWereAsked) {
   ExchangeEnd end{.status = KRNetStatus_Untrusted};
   EXPECT_NE(DescribeExchangeProblem(end).find("this system trusts"), std::string::npos);

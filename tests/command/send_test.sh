@@ -102,7 +102,8 @@ refused /status/404 'nothing at this address'
 refused /status/404 '(status 14, HTTP 404, code 1513)'
 refused /status/405 'does not take OFX'
 refused /status/406 'does not take OFX'
-refused /status/407 'the proxy wants a sign-on'
+refused /status/407 'the server wants a sign-on as proxies do, and no proxy is used'
+refused /status/407 'the proxy wants a sign-on' --proxy "$url"
 failure=3
 refused /status/408 'the server waited too long for the request'
 refused /status/408 'HTTP 408'
@@ -239,4 +240,15 @@ stop_servers
 echo untouched >headers
 url=$plain refused /echo 'nothing takes connections there' --save-headers headers
 has headers untouched
+# A proxy that is not there is named, not the server; one that sends elsewhere does so again.
+url=$plain
+refused /echo 'krofx: http://127.0.0.1:1: nothing takes connections there; check the settings of your proxy' \
+  --proxy 127.0.0.1:1
+refused /echo 'krofx: http://no-such-proxy.invalid:1: there is no proxy of this name' \
+  --proxy http://no-such-proxy.invalid:1
+start python3 "$here/redirecting_proxy.py"
+expect 3 get https://bank.example/ --proxy "$url"
+has err 'the proxy sends to another address in place of a connection; check the settings of your proxy'
+has err 'HTTP 302'
+lacks err 'try again'
 finish

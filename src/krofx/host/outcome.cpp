@@ -21,6 +21,9 @@ constexpr u32 kUnavailable = 1521;
 constexpr u32 kGatewayTimedOut = 1522;
 constexpr u32 kSeeOther = 1507;
 constexpr u32 kNotModified = 1508;
+// Statuses that send to another address.
+constexpr u32 kFirstRedirection = 300;
+constexpr u32 kLastRedirection = 399;
 // The answer of the transport itself to a chain that ends at a root which only links others.
 constexpr u32 kLinkingRoot = 1671;
 
@@ -53,7 +56,9 @@ constexpr Text kCodeTexts[] = {
     {kNotFound, "the server has nothing at this address; check it"},
     {kNotAllowed, kNoOfx},
     {kNotAcceptable, kNoOfx},
-    {kProxyUnauthorized, "the proxy wants a sign-on; check the settings of your proxy"},
+    {kProxyUnauthorized,
+     "a proxy, or a server that answers like one, wants a sign-on; check the settings of your "
+     "proxy if you have one, and the address"},
     {kUnavailable, kComeBack},
     {kGatewayTimedOut, kComeBack},
     {VYNCurlCode_MalformedUrl,
@@ -68,7 +73,8 @@ constexpr Text kCodeTexts[] = {
     {VYNCurlCode_ReceiveFailed, kBroken},
     {VYNCurlCode_Cut, "the connection ended before the reply did; try again"},
     {VYNCurlCode_ReplyTooLarge,
-     "the reply is larger than 256 MiB and was dropped; ask for a shorter span of time"},
+     "the reply is larger than 256 MiB, or its headers are too large; it was dropped; if it is a "
+     "long statement, ask for a shorter span of time"},
     {VYNCurlCode_FileFailed,
      "the reply could not be kept; check that there is room for temporary files"},
     {VYNCurlCode_NoMemory, "there is not enough memory for the exchange"},
@@ -96,13 +102,15 @@ constexpr Text kStatusTexts[] = {
     {KRNetStatus_NetworkFailed, "the network failed; try again"},
     {KRNetStatus_SslFailed, "the secure connection failed; check the address"},
     {KRNetStatus_BadCertificate,
-     "the server's certificate is not valid: it is of another name, or today is not within its "
-     "dates; nothing was sent; check the address and the clock"},
+     "the server's certificate is not valid: it is of another name, revoked, too weak or not for "
+     "servers, or today is not within its dates; nothing was sent; check the address and the "
+     "clock, and ask the institution if both are right"},
     {KRNetStatus_UnexpectedCertificate,
      "the server's certificate is none of those that were expected; nothing was sent; ask the "
      "institution whether it has a new one"},
     {KRNetStatus_Refused,
-     "nothing takes connections there; check the address, and that the server runs"},
+     "nothing takes connections there; check the address, that the server runs, and the settings "
+     "of your proxy if you have one"},
     {KRNetStatus_ServerError, "the server failed; try again later"},
 };
 
@@ -121,6 +129,11 @@ const char* ReasonOf(KRNetStatus status, u32 http, u32 code) {
     return "the server has had too many requests; wait a while before the next";
   }
   if (http == kRequestTimedOut) return "the server waited too long for the request; try again";
+  // A proxy that opens no connection ends like this.
+  if (code == VYNCurlCode_ReceiveFailed && http >= kFirstRedirection && http <= kLastRedirection) {
+    return "a proxy, or the server, sends to another address, which is not followed; check the "
+           "settings of your proxy if you have one, and the address";
+  }
   // These say it better than their codes.
   if (status == KRNetStatus_TimedOut || status == KRNetStatus_Untrusted) {
     return Find(kStatusTexts, status);
