@@ -124,8 +124,8 @@ std::vector<Part> FindParts(KRFile& multipart) {
     if (name.empty()) name = SafeName(ParameterOf(contentType, "name"));
     if (name.empty()) name = SafeName(HeaderOf(*file, "content-location"));
     if (name.empty()) name = "part-" + std::to_string(index + 1) + ExtensionFor(type);
-    const bool base64 = WordOf(HeaderOf(*file, "content-transfer-encoding")) == "base64";
-    parts.push_back({file, SafeLine(type), name, base64});
+    parts.push_back(
+        {file, SafeLine(type), name, WordOf(HeaderOf(*file, "content-transfer-encoding"))});
   }
   return parts;
 }

@@ -16,7 +16,8 @@ struct Part {
   KRFile* file;
   std::string type;  ///< Its content type, without parameters.
   std::string name;  ///< A file name that is safe anywhere: no path, no leading point.
-  bool base64;       ///< Whether it says that its body travels as base64 text.
+  /// How it says that its body travels, such as "base64", in small letters; empty for nothing.
+  std::string encoding;
 };
 
 /// @return all parts of a multipart file, OFX or not, in order.

@@ -3,8 +3,10 @@
 
 #include <fcntl.h>
 #include <unistd.h>
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -17,6 +19,7 @@
 #include "input/mime_parts.h"
 #include "input/parsed_file.h"
 #include "output/messages.h"
+#include "output/safe_text.h"
 #include "subcommands/subcommands.h"
 #include "system/file_descriptor.h"
 #include "system/interruption.h"
@@ -68,10 +71,25 @@ bool FindBodiesOf(std::string_view text, KRFile& root, const std::vector<Part>& 
   return text.size() <= kMostCounted;
 }
 
+// Those in which the body is as it is meant, or can be read as it is.
+constexpr std::string_view kKnownEncodings[] = {"",       "7bit",   "8bit",
+                                                "binary", "base64", "quoted-printable"};
+
+// Whether a part is in an encoding that is not known, which is complained of.
+bool IsInUnknownEncoding(const Part& part) {
+  if (std::find(std::begin(kKnownEncodings), std::end(kKnownEncodings), part.encoding) !=
+      std::end(kKnownEncodings)) {
+    return false;
+  }
+  Complain(part.name, "its encoding " + SafeLine(part.encoding) +
+                          " is not known; it is saved as it came, not decoded");
+  return true;
+}
+
 // The bytes of a part. A text that is not base64 although it says so is better than
 // nothing.
 std::string BodyOf(const Part& part, std::string text) {
-  if (!part.base64) return text;
+  if (part.encoding != "base64") return text;
   KRBuffer encoded(0, 0);
   KRDecode decode;
   if (encoded.WriteLarge(text.data(), static_cast<u32>(text.size())) != KRBufferOK ||
@@ -162,6 +180,7 @@ ExitStatus Extract(const Options& options) {
       exitStatus = kExitUnusable;
     } else {
       saved += name + "\n";
+      if (IsInUnknownEncoding(part)) exitStatus = Worse(exitStatus, kExitWarnings);
     }
   }
   if (!file.GetMendings().empty()) {
@@ -185,7 +204,8 @@ void DeclareExtract(const Subcommand& extract) {
   extract.SetFooter(
       "Names are made safe, and no file is overwritten. The names of what was saved are printed.\n"
       "A part in base64 is decoded; other encodings are saved unchanged.\n"
-      "Exit status: 0 saved, 2 not usable or not all saved, 64 wrong use.");
+      "Exit status: 0 saved, 1 one is in an encoding that is not known, 2 not usable or not all "
+      "saved, 64 wrong use.");
   extract.OnRun(options, Extract);
 }
 

@@ -8,7 +8,7 @@ namespace krofx::command {
 /// What the command answers to the shell. Of several, the higher one counts.
 enum ExitStatus : int {
   kExitClean = 0,          ///< Done.
-  kExitWarnings = 1,       ///< Read, with warnings or with something missing; only `check` says so.
+  kExitWarnings = 1,       ///< Done, with something to look at, such as a warning of `check`.
   kExitUnusable = 2,       ///< Something could not be read or written.
   kExitNetwork = 3,        ///< No reply came over the network: trying again may help.
   kExitRefused = 4,        ///< The institution refused what was asked.

@@ -88,6 +88,14 @@ has encoded/plain.txt 'aGVsbG8='
 has encoded/broken.txt 'this is no base64!'
 has encoded/cut.txt 'aGVsbG8'
 
+# An encoding that nobody knows: the file is not what was meant, which is said.
+sed 's/quoted-printable/base65/' encoded.mime >unknown.mime
+mkdir unknown
+expect 1 extract unknown.mime -d unknown
+has err 'krofx: quoted.txt: its encoding base65 is not known; it is saved as it came, not decoded'
+has out quoted.txt
+has unknown/quoted.txt 'a=3Db'
+
 # A body that holds the boundary of another text.
 {
   printf 'Content-Type: multipart/mixed; boundary=edge\n\n'
