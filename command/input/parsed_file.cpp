@@ -209,14 +209,14 @@ std::string ParsedFile::CountNotes() const {
     notes = "it breaks off in line " + std::to_string(mending.place.line);
     break;
   }
-  const auto add = [&notes](std::size_t count, const char* noun) {
+  const auto add = [&notes](std::size_t count, const char* one, const char* several) {
     if (count == 0) return;
     if (!notes.empty()) notes += ", ";
-    notes += std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+    notes += std::to_string(count) + " " + (count == 1 ? one : several);
   };
-  add(m_reading.mendings.size(), "mending");
-  add(m_warnings.size(), "warning");
-  add(m_reading.unrecorded, "more");
+  add(m_reading.mendings.size(), "mending", "mendings");
+  add(m_warnings.size(), "warning", "warnings");
+  add(m_reading.unrecorded, "more", "more");
   return notes;
 }
 

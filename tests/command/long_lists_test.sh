@@ -257,6 +257,7 @@ statement shop | sed "s|<BANKACCTFROM>.*</BANKACCTFROM>|<CCACCTFROM><ACCTID>$car
   sed 's/<TRNAMT>-.90/<TRNAMT>-1,25/' >one.ofx
 repeat one.ofx STMTTRN 100002 >many.ofx
 expect 0 print --csv many.ofx
+has err ' more;'
 lacks out $card
 has out "$masked"
 finish
