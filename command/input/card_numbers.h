@@ -33,9 +33,8 @@ class CardNumbers {
 /// @return the path of the account that a mending has made of a card; empty for other mendings.
 std::string PathOfMendedCard(const krofx::Mending& mending);
 
-/// @return whether a mending puts aggregates into other places or leaves them out, so that the
-/// paths
-///         of mendings may not be those of the tree.
+/// @return whether a mending puts aggregates into other places or leaves them out: then the paths of
+///         mendings may not be those of the tree.
 bool MovesPlaces(const krofx::Mending& mending);
 
 /// @return a path without the numbers that distinguish aggregates of one tag and parent.
