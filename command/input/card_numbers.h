@@ -33,7 +33,7 @@ class CardNumbers {
 /// @return the path of the account that a mending has made of a card; empty for other mendings.
 std::string PathOfMendedCard(const krofx::Mending& mending);
 
-/// @return whether a mending puts aggregates into other places or leaves them out: then the paths of
+/// @return whether a mending puts aggregates into other places or leaves them out, so that paths of
 ///         mendings may not be those of the tree.
 bool MovesPlaces(const krofx::Mending& mending);
 
