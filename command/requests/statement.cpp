@@ -81,6 +81,7 @@ ExitStatus Request(const Options& options) {
 ExitStatus FinishStatements(const std::vector<Account>& accounts, const StatementSpan& span,
                             RequestMaker& maker) {
   std::vector<Service> services;
+  services.reserve(accounts.size());
   for (const Account& account : accounts) services.push_back(ServiceOf(account));
   maker.Concern(services);
   for (const Account& account : accounts) AddStatement(account, span, maker);
