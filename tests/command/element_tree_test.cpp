@@ -8,9 +8,9 @@
 #include <memory>
 #include <string>
 
+#include "command/owned_buffers.h"
 #include "input/parsed_file.h"
 #include "input/shown_values.h"
-#include "support/buffers.h"
 #include "support/ofx_text.h"
 
 namespace krofx::command {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
+#include "command/owned_buffers.h"
 #include "input/parsed_file.h"
 #include "showing/document_output.h"
-#include "support/buffers.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 #include "support/redirected_stream.h"

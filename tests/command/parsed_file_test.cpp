@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
+#include "command/owned_buffers.h"
 #include "input/buffer_copy.h"
 #include "input/built_text.h"
 #include "input/input_files.h"
 #include "krofx/host/build_reason.h"
-#include "support/buffers.h"
 #include "support/failing_allocation.h"
 #include "support/ofx_text.h"
 #include "support/temp_folder.h"

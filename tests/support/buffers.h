@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <string>
 
 #include "krofx/core/buffer.h"
@@ -13,13 +12,6 @@
 /// Writes any number of bytes.
 inline KRBufferResult Put(KRBuffer& buffer, const std::string& bytes) {
   return buffer.WriteLarge(bytes.data(), static_cast<u32>(bytes.size()));
-}
-
-/// A new buffer that holds a text.
-inline std::unique_ptr<KRBuffer> NewBuffer(const std::string& text) {
-  auto buffer = std::make_unique<KRBuffer>(0, 4096);
-  EXPECT_EQ(Put(*buffer, text), KRBufferOK);
-  return buffer;
 }
 
 /// The content as it is in memory.
