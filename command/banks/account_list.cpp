@@ -9,23 +9,8 @@
 
 namespace krofx::command {
 
-namespace {
-
-// Whether an account of a bank or broker has the number of a card.
-bool IsCardInOtherPlace(const Element& element) {
-  const Element* const number = element.Find("ACCTID");
-  return element.tag.ends_with("ACCTFROM") && number != nullptr &&
-         number->disclosure == Disclosure::kCard;
-}
-
-}  // namespace
-
 bool ReadAccount(const Element& element, Account& account) {
   account.number = ValueOf(element, "ACCTID");
-  if (element.tag == "CCACCTFROM" || IsCardInOtherPlace(element)) {
-    account.kind = AccountKind::kCard;
-    return !account.number.empty();
-  }
   if (element.tag == "BANKACCTFROM") {
     account.kind = AccountKind::kBank;
     account.bank = ValueOf(element, "BANKID");
@@ -39,7 +24,8 @@ bool ReadAccount(const Element& element, Account& account) {
     account.bank = ValueOf(element, "BROKERID");
     return !account.number.empty() && !account.bank.empty();
   }
-  return false;
+  account.kind = AccountKind::kCard;
+  return element.tag == "CCACCTFROM" && !account.number.empty();
 }
 
 namespace {
@@ -63,7 +49,7 @@ std::vector<Account> AccountsIn(const ParsedFile& reply) {
   std::vector<Account> accounts;
   for (const OfxFile& each : reply.GetOfxFiles()) {
     TextArena arena;
-    Find(ReadElements(*each.file, arena, each.text, reply.GetCards().get()), accounts);
+    Find(ReadElements(*each.file, arena, each.text), accounts);
   }
   return accounts;
 }

@@ -14,7 +14,7 @@ namespace {
 // A longer value does not fit a line.
 constexpr std::size_t kShownValue = 60;
 
-// What an account that was a card before it was mended is masked as.
+// What an account that may have been a card before it was mended is masked as.
 constexpr std::string_view kCardAggregate = "CCACCTFROM";
 
 std::string Quoted(const std::string& value) {
@@ -37,8 +37,8 @@ std::string ShownValue(const std::string& value, const std::string& tag, const s
   // Some mendings are about the tag itself.
   if (IsTagOfOfx(value)) return value;
   const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
-  const std::string_view aggregate =
-      file.MayHaveBeenCard(path) ? kCardAggregate : AggregateAtEnd(path);
+  std::string_view aggregate = AggregateAtEnd(path);
+  if (file.MayHaveMovedCards() && IsAccount(aggregate)) aggregate = kCardAggregate;
   return WithoutPassword(Masked(value, DisclosureOfNote(tag, aggregate, inPayroll)));
 }
 

@@ -26,7 +26,8 @@ void SetTag(Element& element, KRTagID tag) {
 // pass through a buffer, which holds one value at a time.
 class ElementGatherer : public KRPayrollBuilder {
  public:
-  ElementGatherer(TextArena& arena, const CardNumbers* cards) : m_arena(arena), m_cards(cards) {}
+  ElementGatherer(TextArena& arena, bool mayHaveCards)
+      : m_arena(arena), m_mayHaveCards(mayHaveCards) {}
 
   void Gather(KRDataObj& object, const krofx::OfxText* text, Element& root,
               bool inPayroll = false) {
@@ -51,6 +52,7 @@ class ElementGatherer : public KRPayrollBuilder {
     // The end tag of an element, such as the body of a letter, closes nothing.
     if (m_path.size() > 1 && m_path.back()->id == tag) {
       HideLostPassword(*m_path.back());
+      if (m_mayHaveCards) HideMovedCard(*m_path.back());
       m_path.pop_back();
     }
     return KRBuildStatus_Done;
@@ -67,7 +69,6 @@ class ElementGatherer : public KRPayrollBuilder {
                           KRBuildStringCrLfOpt) override {
     if (m_element == nullptr || IsPassword(m_element->id)) return KRBuildStatus_Done;
     const std::string_view value = krofx::ToText(text);
-    NoteCard(value);
     if (IsAmongPasswords()) {
       const std::string shown = FirstLineWithoutTags(value);
       SetText(ShownText(shown, m_text, m_arena));
@@ -118,11 +119,16 @@ class ElementGatherer : public KRPayrollBuilder {
     return element;
   }
 
-  // An account whose aggregate does not say that it is a card.
-  void NoteCard(std::string_view number) {
-    const bool isNumber = m_element->id == KRTag_ACCTID || m_element->id == KRTag_ACCTKEY;
-    if (m_cards == nullptr || !isNumber || !m_cards->Has(number)) return;
-    if (m_element->disclosure == Disclosure::kAll) m_element->disclosure = Disclosure::kCard;
+  // Every account but that of a card has the number or the name of its bank or broker.
+  static void HideMovedCard(const Element& aggregate) {
+    if (!IsAccount(aggregate.tag) || aggregate.Find("BANKID") != nullptr ||
+        aggregate.Find("BROKERID") != nullptr) {
+      return;
+    }
+    for (Element* each = aggregate.children.First(); each != nullptr; each = each->next) {
+      const bool isNumber = each->id == KRTag_ACCTID || each->id == KRTag_ACCTKEY;
+      if (isNumber && each->disclosure == Disclosure::kAll) each->disclosure = Disclosure::kCard;
+    }
   }
 
   // A password comes right after the user. When it is missing, damage to a tag may have made it the
@@ -188,7 +194,7 @@ class ElementGatherer : public KRPayrollBuilder {
 
   const krofx::OfxText* m_text = nullptr;
   TextArena& m_arena;
-  const CardNumbers* const m_cards;
+  const bool m_mayHaveCards;
   KRBuffer m_buffer{256, 256};
   std::vector<Element*> m_path;
   Element* m_element = nullptr;
@@ -206,19 +212,19 @@ const Element* Element::Find(std::string_view childTag) const {
 }
 
 const Element& ReadElement(KRDataObj& object, KRTagID tag, bool inPayroll, TextArena& arena,
-                           const krofx::OfxText* text, const CardNumbers* cards) {
+                           const krofx::OfxText* text, bool mayHaveCards) {
   Element& root = arena.Make<Element>();
   root.isAggregate = true;
   SetTag(root, tag);
-  ElementGatherer(arena, cards).Gather(object, text, root, inPayroll);
+  ElementGatherer(arena, mayHaveCards).Gather(object, text, root, inPayroll);
   return root;
 }
 
 const Element& ReadElements(KRDataObj& object, TextArena& arena, const krofx::OfxText* text,
-                            const CardNumbers* cards) {
+                            bool mayHaveCards) {
   Element& root = arena.Make<Element>();
   root.isAggregate = true;
-  ElementGatherer(arena, cards).Gather(object, text, root);
+  ElementGatherer(arena, mayHaveCards).Gather(object, text, root);
   return root;
 }
 

@@ -10,7 +10,6 @@
 
 #include <string_view>
 
-#include "input/card_numbers.h"
 #include "krofx/krofx.h"
 #include "output/masking.h"
 #include "output/text_arena.h"
@@ -86,15 +85,15 @@ inline void ElementList::Append(Element& element) {
 /// @param arena owns the result.
 /// @param text the text that the object was read from, whose character set its values are in; null
 ///        for one that was not read.
-/// @param cards the numbers that are those of cards wherever they are; null when none is known.
+/// @param mayHaveCards whether accounts without a bank or broker are taken for cards, whose numbers
+///        are hidden: see ParsedFile::MayHaveMovedCards.
 const Element& ReadElements(KRDataObj& object, TextArena& arena,
-                            const krofx::OfxText* text = nullptr,
-                            const CardNumbers* cards = nullptr);
+                            const krofx::OfxText* text = nullptr, bool mayHaveCards = false);
 
 /// Takes apart one aggregate of a file, with its own tag.
 /// @param inPayroll whether it is in a message set of payroll.
 const Element& ReadElement(KRDataObj& object, KRTagID tag, bool inPayroll, TextArena& arena,
-                           const krofx::OfxText* text, const CardNumbers* cards = nullptr);
+                           const krofx::OfxText* text, bool mayHaveCards = false);
 
 }  // namespace krofx::command
 

@@ -15,40 +15,6 @@ namespace krofx::command {
 
 namespace {
 
-// The tag that the rest of a path begins with; empty when the path does not go on with one.
-std::string_view TagAfter(std::string_view path, std::string_view front) {
-  if (!path.starts_with(front) || !path.substr(front.size()).starts_with('/')) return {};
-  path.remove_prefix(front.size() + 1);
-  return path.substr(0, path.find_first_of("[/"));
-}
-
-// The cards that were mended and are in elements to come.
-class AwaitedCards {
- public:
-  // Takes the mendings that came since the last call. Those of what is in no element are left out.
-  template <class IsOfElement>
-  void Take(const krofx::List<Mending>& mendings, IsOfElement isOfElement) {
-    for (; m_taken < mendings.size(); ++m_taken) {
-      std::string path = PathOfMendedCard(mendings[m_taken]);
-      if (!path.empty() && isOfElement(path)) m_paths.push_back(std::move(path));
-    }
-  }
-  // Adds the numbers of those that are in an element, which are all of its accounts.
-  void Find(const StreamElement& element, CardNumbers& numbers) {
-    if (m_paths.empty()) return;
-    const std::string front = ToText(element.Path()) + "/";
-    const auto isIn = [&front](const std::string& path) { return path.starts_with(front); };
-    if (std::erase_if(m_paths, isIn) == 0) return;
-    for (const krofx::Found<KRAccount>& found : krofx::Each<KRAccount>(element.Object())) {
-      numbers.Add(*found);
-    }
-  }
-
- private:
-  std::size_t m_taken = 0;
-  std::vector<std::string> m_paths;
-};
-
 bool IsRead(KRParseStatus status) {
   return status == KRParseStatus_Accepted || status == KRParseStatus_Warnings;
 }
@@ -159,7 +125,6 @@ bool ListStream::Read(Surveyed& surveyed, Use use) {
   Cursor cursor(*this, options);
   Stream& stream = cursor.Stream();
   std::unordered_set<std::string> paths;
-  AwaitedCards cards;
   while (const StreamElement* const element = cursor.Next()) {
     if (!isStrict && !m_mends && stream.Status() != KRParseStatus_Accepted) return false;
     // The character set is found from the part of the text that is in memory. When all parts agree
@@ -174,8 +139,6 @@ bool ListStream::Read(Surveyed& surveyed, Use use) {
       if (!paths.insert(path.substr(0, path.rfind('/'))).second || !AddList(*element)) return false;
     }
     Count(cursor.List(), element->Tag());
-    cards.Take(stream.Mendings(), [this](std::string_view path) { return IsOfWanted(path); });
-    cards.Find(*element, m_cards);
   }
   surveyed.status = stream.Status();
   if (stream.Status() == KRParseStatus_Fatal) {
@@ -213,22 +176,6 @@ void ListStream::Count(std::size_t list, KRTagID tag) {
       std::find_if(kinds.begin(), kinds.end(), [tag](const Kind& each) { return each.tag == tag; });
   if (kind == kinds.end()) kind = kinds.insert(kind, Kind{tag});
   ++kind->count;
-}
-
-// Whether there is an aggregate of a tag that is streamed in a path.
-bool ListStream::IsOfWanted(std::string_view path) const {
-  return std::any_of(m_wanted.begin(), m_wanted.end(), [path](KRTagID tag) {
-    return path.find("/" + ToText(KRUtility::TagToString(tag)) + "[") != std::string_view::npos;
-  });
-}
-
-bool ListStream::HasElementAround(std::string_view path) const {
-  return std::any_of(m_lists.begin(), m_lists.end(), [path](const ListStream::List& list) {
-    const std::string_view tag = TagAfter(path, list.path);
-    return std::any_of(list.kinds.begin(), list.kinds.end(), [tag](const Kind& kind) {
-      return !tag.empty() && tag == ToText(KRUtility::TagToString(kind.tag));
-    });
-  });
 }
 
 // Whether all lists are in the tree, and where. Of two answers in one wrapper the parser keeps the

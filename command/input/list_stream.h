@@ -7,11 +7,9 @@
 #include <cstddef>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
-#include "input/card_numbers.h"
 #include "krofx/krofx.h"
 
 namespace krofx::command {
@@ -90,10 +88,6 @@ class ListStream {
   /// @return whether something is missing in the text: in its tree, or in an element that is not in
   ///         the tree.
   bool HasMissing() const { return m_hasMissing; }
-  /// @return whether a path is that of something in an element that is not in the tree.
-  bool HasElementAround(std::string_view path) const;
-  /// @return the numbers of cards in such elements that are in the places of other accounts.
-  const CardNumbers& Cards() const { return m_cards; }
   /// @return the character set of the text; it has no tree.
   const OfxText& Text() const { return m_text; }
 
@@ -125,7 +119,6 @@ class ListStream {
   bool Read(Surveyed& surveyed, Use use);
   bool AddList(const StreamElement& element);
   void Count(std::size_t list, KRTagID tag);
-  bool IsOfWanted(std::string_view path) const;
   bool FindOwners(KRFile& root);
   bool IsUsable(Stream& stream, Use use) const;
   std::size_t Size() const;
@@ -138,7 +131,6 @@ class ListStream {
   std::vector<KRTagID> m_wanted;
   OfxText m_text;
   std::vector<List> m_lists;
-  CardNumbers m_cards;
 };
 
 }  // namespace krofx::command

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
 #include <string_view>
 
 #include "input/foreign_format.h"
@@ -106,7 +105,6 @@ bool ParsedFile::Survey(const std::string& name, const ListStream::Way& way) {
   m_reading.mendings = std::move(surveyed.mendings);
   m_reading.unrecorded = surveyed.unrecorded;
   TakeWarnings();
-  FindCards();
   return true;
 }
 
@@ -126,7 +124,6 @@ void ParsedFile::Parse(Reader reader) {
   m_reading = krofx::Read(*m_text, options);
   if (m_reading.root != nullptr) m_kind = NameOf(m_reading.texts.begin()->kind);
   TakeWarnings();
-  FindCards();
 }
 
 void ParsedFile::TakeWarnings() {
@@ -144,42 +141,12 @@ void ParsedFile::TakeWarnings() {
   }
 }
 
-void ParsedFile::FindCards() {
-  struct Text {
-    std::vector<const KRFile*> files;
-    std::vector<std::string> cards;
-  };
-  std::map<std::size_t, Text> texts;
-  m_cardPaths.clear();
-  for (const krofx::Mending& mending : m_reading.mendings) {
-    std::string path = PathOfMendedCard(mending);
-    if (path.empty()) continue;
-    m_cardPaths.insert(WithoutAnyNumber(path));
-    // What is not in the tree was looked at when it was read.
-    if (m_stream != nullptr && m_stream->HasElementAround(path)) continue;
-    texts[mending.text].cards.push_back(std::move(path));
-  }
-  CardNumbers found;
-  if (m_stream != nullptr) found.Add(m_stream->Cards());
-  const bool isWhole = m_reading.unrecorded == 0;
-  const bool isCertain =
-      isWhole && std::none_of(m_reading.mendings.begin(), m_reading.mendings.end(), MovesPlaces);
-  if (!texts.empty() || !isWhole) {
-    for (const OfxFile& each : GetOfxFiles()) {
-      texts[static_cast<std::size_t>(each.text - m_reading.texts.begin())].files.push_back(
-          each.file);
-    }
-  }
-  for (const auto& [number, text] : texts) {
-    if (!text.cards.empty() || !isWhole) {
-      found.Add(FindCardNumbers(text.files, text.cards, isCertain));
-    }
-  }
-  m_cards = std::make_shared<const CardNumbers>(std::move(found));
-}
-
-bool ParsedFile::MayHaveBeenCard(std::string_view path) const {
-  return !m_cardPaths.empty() && m_cardPaths.contains(WithoutAnyNumber(path));
+bool ParsedFile::MayHaveMovedCards() const {
+  const krofx::List<krofx::Mending>& mendings = m_reading.mendings;
+  return m_reading.unrecorded != 0 ||
+         std::any_of(mendings.begin(), mendings.end(), [](const krofx::Mending& mending) {
+           return mending.kind == krofx::MendingKind::kAccountKind;
+         });
 }
 
 bool ParsedFile::BreaksOff() const {

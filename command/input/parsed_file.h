@@ -4,12 +4,10 @@
 #define KROFX_COMMAND_INPUT_PARSED_FILE_H_
 
 #include <memory>
-#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "input/card_numbers.h"
 #include "input/list_stream.h"
 #include "krofx/krofx.h"
 #include "system/exit_status.h"
@@ -75,10 +73,9 @@ class ParsedFile {
   const std::vector<Warning>& GetWarnings() const { return m_warnings; }
   /// @return what was mended, in the order of the file.
   const krofx::List<krofx::Mending>& GetMendings() const { return m_reading.mendings; }
-  /// @return the numbers that are those of cards though they are in the places of other accounts.
-  const std::shared_ptr<const CardNumbers>& GetCards() const { return m_cards; }
-  /// @return whether an aggregate may be an account that was a card before it was mended.
-  bool MayHaveBeenCard(std::string_view path) const;
+  /// @return whether a card may be in the place of the account of a bank or broker, which only the
+  ///         mending of its aggregate tells: one of them was recorded, or mendings were left out.
+  bool MayHaveMovedCards() const;
   /// @return how many mendings and warnings there were beyond those that are listed.
   std::size_t CountUnrecorded() const { return m_reading.unrecorded; }
   /// @return whether a text ends too early, so that what follows is not there.
@@ -105,7 +102,6 @@ class ParsedFile {
   void Parse(Reader reader);
   bool Survey(const std::string& name, const ListStream::Way& way);
   void TakeWarnings();
-  void FindCards();
   std::string FindProblem() const;
 
   std::string m_name;
@@ -114,9 +110,6 @@ class ParsedFile {
   std::vector<Warning> m_warnings;
   std::shared_ptr<KRBuffer> m_text;
   std::shared_ptr<const ListStream> m_stream;
-  // Rows that are made later need it as well.
-  std::shared_ptr<const CardNumbers> m_cards = std::make_shared<const CardNumbers>();
-  std::set<std::string> m_cardPaths;  // Without numbers.
   krofx::Reading m_reading;
 };
 

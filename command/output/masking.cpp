@@ -83,6 +83,10 @@ Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bo
   return ofElement == Disclosure::kAll && (isAmongCard || isLost) ? Disclosure::kCard : ofElement;
 }
 
+bool IsAccount(std::string_view aggregate) {
+  return aggregate.ends_with("ACCTFROM") || aggregate.ends_with("ACCTTO");
+}
+
 bool IsTagOfOfx(std::string_view text) {
   KRTagID id = KRTag_None;
   return KRTagDictionary::TheKRTagDictionary()->GetTagID(text.data(), static_cast<u16>(text.size()),

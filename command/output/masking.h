@@ -40,6 +40,9 @@ Disclosure DisclosureOf(std::string_view tag, std::string_view aggregate, bool i
 /// card may be its number, whatever its tag.
 Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bool inPayroll);
 
+/// @return whether an aggregate is an account, by the end of its tag.
+bool IsAccount(std::string_view aggregate);
+
 /// @return whether a text is the name of a tag that OFX has, in capitals or small letters.
 bool IsTagOfOfx(std::string_view text);
 

@@ -113,11 +113,11 @@ Document MakeDocument(ParsedFile& file, bool showIdentifiers) {
   TextArena& arena = *document.arena;
   if (file.GetStream() != nullptr) {
     document.streamed =
-        std::make_shared<StreamedRows>(file.GetStream(), showIdentifiers, file.GetCards());
+        std::make_shared<StreamedRows>(file.GetStream(), showIdentifiers, file.MayHaveMovedCards());
   }
   for (const OfxFile& ofx : file.GetOfxFiles()) {
-    HeldTransactions held(*ofx.file, *ofx.text, showIdentifiers, file.GetCards());
-    const Element& elements = ReadElements(*ofx.file, arena, ofx.text, file.GetCards().get());
+    HeldTransactions held(*ofx.file, *ofx.text, showIdentifiers, file.MayHaveMovedCards());
+    const Element& elements = ReadElements(*ofx.file, arena, ofx.text, file.MayHaveMovedCards());
     held.FindLists(elements);
     if (document.streamed != nullptr) document.streamed->FindLists(*ofx.file, elements);
     std::vector<Section> sections =

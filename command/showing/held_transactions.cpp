@@ -13,8 +13,8 @@ namespace krofx::command {
 class HeldTransactions::Rows final : public RowSource {
  public:
   Rows(List transactions, const krofx::OfxText& text, const TableSpec& table, bool showIdentifiers,
-       std::shared_ptr<const CardNumbers> cards)
-      : m_transactions(std::move(transactions)), m_cells(table, showIdentifiers, std::move(cards)) {
+       bool mayHaveCards)
+      : m_transactions(std::move(transactions)), m_cells(table, showIdentifiers, mayHaveCards) {
     // The rows outlive the text, of which nothing else is needed.
     m_text.charset = text.charset;
   }
@@ -32,8 +32,8 @@ class HeldTransactions::Rows final : public RowSource {
 };
 
 HeldTransactions::HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers,
-                                   std::shared_ptr<const CardNumbers> cards)
-    : m_text(text), m_showIdentifiers(showIdentifiers), m_cards(std::move(cards)) {
+                                   bool mayHaveCards)
+    : m_text(text), m_showIdentifiers(showIdentifiers), m_mayHaveCards(mayHaveCards) {
   krofx::ForEach<KRBankTransactionList>(file, [this](KRBankTransactionList& list) {
     List& taken = m_lists.emplace_back();
     taken.reserve(list.GetNumStatementTx());
@@ -61,7 +61,7 @@ std::shared_ptr<RowSource> HeldTransactions::RowsOf(const Element& list, const T
   const auto place = m_places.find(&list);
   if (place == m_places.end() || m_lists[place->second].empty()) return nullptr;
   return std::make_shared<Rows>(std::move(m_lists[place->second]), m_text, table, m_showIdentifiers,
-                                m_cards);
+                                m_mayHaveCards);
 }
 
 }  // namespace krofx::command

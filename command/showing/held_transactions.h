@@ -20,7 +20,7 @@ class HeldTransactions {
   /// @param text the text that the file is of.
   /// @param cards as of TransactionCells.
   HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers,
-                   std::shared_ptr<const CardNumbers> cards);
+                   bool mayHaveCards);
 
   /// Finds the lists that they were in among the elements of the file.
   void FindLists(const Element& file);
@@ -36,7 +36,7 @@ class HeldTransactions {
 
   const krofx::OfxText& m_text;
   const bool m_showIdentifiers;
-  const std::shared_ptr<const CardNumbers> m_cards;
+  const bool m_mayHaveCards;
   std::vector<List> m_lists;  // In the order of the file.
   std::unordered_map<const Element*, std::size_t> m_places;
 };

@@ -40,25 +40,24 @@ bool IsHeld(std::span<const Kind> kinds) {
 // Makes the cells of one element after the other.
 class ElementCells {
  public:
-  ElementCells(const TableSpec& table, bool showIdentifiers,
-               const std::shared_ptr<const CardNumbers>& cards, bool inPayroll,
+  ElementCells(const TableSpec& table, bool showIdentifiers, bool mayHaveCards, bool inPayroll,
                const std::shared_ptr<Securities>& securities)
       : m_table(table),
         m_inPayroll(inPayroll),
         m_showIdentifiers(showIdentifiers),
-        m_cards(cards),
+        m_mayHaveCards(mayHaveCards),
         m_maker(m_arena, showIdentifiers, securities) {}
 
   Row Make(const StreamElement& element, const OfxText& text) {
     if (element.Tag() == KRTag_STMTTRN) {
-      if (!m_transactions) m_transactions.emplace(m_table, m_showIdentifiers, m_cards);
+      if (!m_transactions) m_transactions.emplace(m_table, m_showIdentifiers, m_mayHaveCards);
       return m_transactions->Make(static_cast<const KRBankStatementTx&>(element.Object()), text);
     }
     m_arena.Reset();
     m_cells.clear();
     m_maker.AppendRow(
         m_cells,
-        ReadElement(element.Object(), element.Tag(), m_inPayroll, m_arena, &text, m_cards.get()),
+        ReadElement(element.Object(), element.Tag(), m_inPayroll, m_arena, &text, m_mayHaveCards),
         m_table);
     return m_cells;
   }
@@ -67,7 +66,7 @@ class ElementCells {
   const TableSpec& m_table;
   const bool m_inPayroll;
   const bool m_showIdentifiers;
-  const std::shared_ptr<const CardNumbers> m_cards;
+  const bool m_mayHaveCards;
   TextArena m_arena;
   RowMaker m_maker;
   std::vector<Cell> m_cells;
@@ -100,7 +99,7 @@ class StreamedRows::Source final : public RowSource {
   }
 
   void ForEach(const std::function<bool(Row)>& visit) override {
-    ElementCells cells(m_table, m_rows->m_showIdentifiers, m_rows->m_cards,
+    ElementCells cells(m_table, m_rows->m_showIdentifiers, m_rows->m_mayHaveCards,
                        IsOfPayroll(m_rows->m_stream->Lists()[m_list]), m_securities);
     TextArena arena;
     const std::vector<std::vector<Cell>> held =
@@ -179,8 +178,10 @@ bool IsRow(KRTagID list, KRTagID element) {
 }
 
 StreamedRows::StreamedRows(std::shared_ptr<const ListStream> stream, bool showIdentifiers,
-                           std::shared_ptr<const CardNumbers> cards)
-    : m_stream(std::move(stream)), m_showIdentifiers(showIdentifiers), m_cards(std::move(cards)) {}
+                           bool mayHaveCards)
+    : m_stream(std::move(stream)),
+      m_showIdentifiers(showIdentifiers),
+      m_mayHaveCards(mayHaveCards) {}
 
 void StreamedRows::FindLists(KRFile& file, const Element& elements) {
   std::unordered_map<const KRDataObj*, std::size_t> owners;

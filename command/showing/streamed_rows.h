@@ -27,8 +27,7 @@ bool IsRow(KRTagID list, KRTagID element);
 class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
  public:
   /// @param cards as of TransactionCells.
-  StreamedRows(std::shared_ptr<const ListStream> stream, bool showIdentifiers,
-               std::shared_ptr<const CardNumbers> cards);
+  StreamedRows(std::shared_ptr<const ListStream> stream, bool showIdentifiers, bool mayHaveCards);
 
   /// Finds the lists among the elements of the file that the survey has read.
   void FindLists(KRFile& file, const Element& elements);
@@ -60,7 +59,7 @@ class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
 
   const std::shared_ptr<const ListStream> m_stream;
   const bool m_showIdentifiers;
-  const std::shared_ptr<const CardNumbers> m_cards;
+  const bool m_mayHaveCards;
   std::unordered_map<const Element*, std::size_t> m_lists;
   std::optional<ListStream::Cursor> m_cursor;
   const StreamElement* m_current = nullptr;

@@ -52,10 +52,9 @@ std::size_t IndexOf(const TableSpec& table, std::string_view key) {
 
 }  // namespace
 
-TransactionCells::TransactionCells(const TableSpec& table, bool showIdentifiers,
-                                   std::shared_ptr<const CardNumbers> cards)
+TransactionCells::TransactionCells(const TableSpec& table, bool showIdentifiers, bool mayHaveCards)
     : m_showIdentifiers(showIdentifiers),
-      m_cards(std::move(cards)),
+      m_mayHaveCards(mayHaveCards),
       m_bank(IndexOf(table, "to_bank")),
       m_account(IndexOf(table, "to_account")),
       m_cells(table.columns.size()) {
@@ -94,7 +93,7 @@ Row TransactionCells::Make(const KRBankStatementTx& transaction, const krofx::Of
 std::string_view TransactionCells::ShownNumberOf(const krofx::AccountView& account,
                                                  const krofx::OfxText& source) {
   const std::string_view number = ShownText(account.Number(), &source, m_arena);
-  const bool isCard = account.IsCard() || m_cards->Has(account.Number());
+  const bool isCard = account.IsCard() || (m_mayHaveCards && account.Institution().empty());
   if (m_showIdentifiers || !isCard) return number;
   return m_arena.Copy(Masked(number, Disclosure::kCard));
 }

@@ -11,7 +11,6 @@
 #include <utility>
 #include <vector>
 
-#include "input/card_numbers.h"
 #include "krofx/host/transaction_view.h"
 #include "krofx/krofx.h"
 #include "output/text_arena.h"
@@ -24,8 +23,7 @@ class TransactionCells {
  public:
   /// @param table the transactions of a layout of statements; it must live as long as this.
   /// @param cards the numbers that are those of cards, whatever account they are of.
-  TransactionCells(const TableSpec& table, bool showIdentifiers,
-                   std::shared_ptr<const CardNumbers> cards);
+  TransactionCells(const TableSpec& table, bool showIdentifiers, bool mayHaveCards);
 
   /// @param source the text that the transaction is in.
   /// @return the cells of a transaction, which are good until the next call, and as long as it is.
@@ -39,7 +37,7 @@ class TransactionCells {
   std::string_view ShownNumberOf(const krofx::AccountView& account, const krofx::OfxText& source);
 
   const bool m_showIdentifiers;
-  const std::shared_ptr<const CardNumbers> m_cards;
+  const bool m_mayHaveCards;
   Columns<std::string_view> m_texts;
   Columns<std::optional<KRPrecisionInteger>> m_numbers;
   Columns<KRDateTime> m_dates;

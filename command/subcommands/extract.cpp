@@ -204,7 +204,7 @@ void DeclareExtract(const Subcommand& extract) {
   extract.SetFooter(
       "Names are made safe, and no file is overwritten. The names of what was saved are printed.\n"
       "A part in base64 is decoded; other encodings are saved unchanged.\n"
-      "Exit status: 0 saved, 1 one is in an encoding that is not known, 2 not usable or not all "
+      "Exit status: 0 saved, 1 one has an unknown encoding, 2 not usable or not all "
       "saved, 64 wrong use.");
   extract.OnRun(options, Extract);
 }

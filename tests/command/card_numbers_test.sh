@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # The number of a card that a file has in the place of another account: wherever the file is shown only its
-# end is, whether its rows are held or streamed. The numbers of other accounts are shown.
+# end is. The numbers of accounts with a bank are shown. The script for long lists streams such a file.
 source "$(dirname "$0")/runner.sh" "$@"
 
 card=4111222233334444
@@ -10,7 +10,7 @@ masked='************4444'
 of() {
   printf '%s' '<STMTTRNRS><TRNUID>1<STATUS><CODE>0<SEVERITY>INFO</STATUS><STMTRS><CURDEF>USD' "$1" \
     '<BANKTRANLIST><DTSTART>20260101<DTEND>20260131<STMTTRN><TRNTYPE>DEBIT<DTPOSTED>20260105' \
-    "<TRNAMT>$3<FITID>1<NAME>$2<BANKACCTTO><BANKID>1<ACCTID>$card<ACCTTYPE>CHECKING</BANKACCTTO></STMTTRN>" \
+    "<TRNAMT>$3<FITID>1<NAME>$2<BANKACCTTO><BANKID>1<ACCTID>0033118720<ACCTTYPE>CHECKING</BANKACCTTO></STMTTRN>" \
     "$entries</BANKTRANLIST>" \
     '<LEDGERBAL><BALAMT>1<DTASOF>20260110</LEDGERBAL></STMTRS></STMTTRNRS>'
 }
@@ -58,7 +58,7 @@ has out '1 account of another kind'
 expect 1 check --details card.ofx
 has out 'account-kind <CCACCTFROM> "CCACCTFROM" -> "BANKACCTFROM"'
 expect 0 complete -- print card.ofx --account ''
-has out 4444
+has out 00718220946
 lacks out $card
 
 # What is mended in the account is masked too.
@@ -76,4 +76,6 @@ at = text.index("</STMTTRNRS>") + len("</STMTTRNRS>")
 print(text[:at] + statement + text[at:], end="")
 END
 hides moved.ofx
+expect 0 print --wide moved.ofx
+has out "$masked"
 finish

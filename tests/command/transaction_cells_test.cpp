@@ -80,7 +80,7 @@ std::set<std::string_view> CompareRows(const std::string& version, bool showIden
     for (const Element& child : element.children) visit(child);
   };
   visit(ReadElements(*ofx.file, arena, ofx.text));
-  TransactionCells cells(table, showIdentifiers, file->GetCards());
+  TransactionCells cells(table, showIdentifiers, file->MayHaveMovedCards());
   std::set<std::string_view> filled;
   std::size_t at = 0;
   krofx::ForEach<KRBankStatementTx>(*ofx.file, [&](const KRBankStatementTx& transaction) {

@@ -68,8 +68,7 @@ bool LocalFile::Open(const char* name, int flags) {
 
 bool LocalFile::OpenToRead(const char* name) { return Open(name, O_RDONLY); }
 
-// Makes a new file, since whoever has an old one open would read what is written into it. What
-// somebody else put under the name stays there.
+// Makes a new file, since whoever has an old one open would read what is written into it.
 bool LocalFile::OpenToWrite(const char* name) {
   Close();
   const NativeName native(name);
