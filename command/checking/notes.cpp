@@ -34,8 +34,6 @@ std::string ShownTag(const std::string& tag, const std::string& path) {
 
 std::string ShownValue(const std::string& value, const std::string& tag, const std::string& path,
                        const ParsedFile& file) {
-  // Some mendings are about the tag itself.
-  if (IsTagOfOfx(value)) return value;
   const bool inPayroll = path.find("/N.PAYROLL") != std::string::npos;
   std::string_view aggregate = AggregateAtEnd(path);
   if (file.MayHaveMovedCards() && IsAccount(aggregate)) aggregate = kCardAggregate;
@@ -47,10 +45,14 @@ std::vector<ShownMending> ShownMendings(const ParsedFile& file) {
   for (const krofx::Mending& mending : file.GetMendings()) {
     const std::string tag = ToText(mending.tag);
     const std::string path = ToText(mending.path);
+    // What this kind changes is the tag.
+    const bool isTag = mending.kind == krofx::MendingKind::kAccountKind;
+    const auto shown = [&](const std::string& value) {
+      return SafeText(isTag ? value : ShownValue(value, tag, path, file));
+    };
     all.push_back({krofx::NameOf(mending.kind), static_cast<unsigned>(mending.kind),
-                   SafeText(ShownTag(tag, path)), path,
-                   SafeText(ShownValue(ToText(mending.was), tag, path, file)),
-                   SafeText(ShownValue(ToText(mending.taken), tag, path, file)), mending.place});
+                   SafeText(ShownTag(tag, path)), path, shown(ToText(mending.was)),
+                   shown(ToText(mending.taken)), mending.place});
   }
   return all;
 }

@@ -27,10 +27,6 @@ constexpr u32 kNoContent = 1504;
 constexpr u32 kRequestTimedOut = 408;
 constexpr u32 kTooManyRequests = 429;
 
-// Statuses that send to another address.
-constexpr u32 kFirstRedirection = 300;
-constexpr u32 kLastRedirection = 399;
-
 // What passes without anybody's doing, by the number of what the transport or the server says.
 constexpr u32 kPassingCodes[] = {kUnavailable,
                                  kGatewayTimedOut,
@@ -91,7 +87,7 @@ const char* DescribeProxy(const ExchangeEnd& end) {
     case VYNCurlCode_ConnectFailed:
       return "the proxy cannot be reached; check the settings of your proxy and the network";
     case VYNCurlCode_ReceiveFailed:
-      return end.httpStatus >= kFirstRedirection && end.httpStatus <= kLastRedirection
+      return end.httpStatus / 100 == 3
                  ? "the proxy sends to another address in place of a connection; check the "
                    "settings of your proxy"
                  : nullptr;

@@ -139,14 +139,12 @@ void ParsedFile::TakeWarnings() {
   if (m_reading.status == KRParseStatus_Accepted && !m_warnings.empty()) {
     m_reading.status = KRParseStatus_Warnings;
   }
-}
-
-bool ParsedFile::MayHaveMovedCards() const {
   const krofx::List<krofx::Mending>& mendings = m_reading.mendings;
-  return m_reading.unrecorded != 0 ||
-         std::any_of(mendings.begin(), mendings.end(), [](const krofx::Mending& mending) {
-           return mending.kind == krofx::MendingKind::kAccountKind;
-         });
+  m_mayHaveMovedCards =
+      m_reading.unrecorded != 0 ||
+      std::any_of(mendings.begin(), mendings.end(), [](const krofx::Mending& mending) {
+        return mending.kind == krofx::MendingKind::kAccountKind;
+      });
 }
 
 bool ParsedFile::BreaksOff() const {

@@ -75,7 +75,7 @@ class ParsedFile {
   const krofx::List<krofx::Mending>& GetMendings() const { return m_reading.mendings; }
   /// @return whether a card may be in the place of the account of a bank or broker, which only the
   ///         mending of its aggregate tells: one of them was recorded, or mendings were left out.
-  bool MayHaveMovedCards() const;
+  bool MayHaveMovedCards() const { return m_mayHaveMovedCards; }
   /// @return how many mendings and warnings there were beyond those that are listed.
   std::size_t CountUnrecorded() const { return m_reading.unrecorded; }
   /// @return whether a text ends too early, so that what follows is not there.
@@ -110,6 +110,7 @@ class ParsedFile {
   std::vector<Warning> m_warnings;
   std::shared_ptr<KRBuffer> m_text;
   std::shared_ptr<const ListStream> m_stream;
+  bool m_mayHaveMovedCards = false;
   krofx::Reading m_reading;
 };
 

@@ -58,6 +58,12 @@ std::string UpTo(std::string_view text, std::size_t end) {
                             : std::string(text.substr(0, end)).append(kNotShown);
 }
 
+bool IsTagOfOfx(std::string_view tag) {
+  KRTagID id = KRTag_None;
+  return KRTagDictionary::TheKRTagDictionary()->GetTagID(tag.data(), static_cast<u16>(tag.size()),
+                                                         &id, KRCaseType_IgnoreCase) != nullptr;
+}
+
 }  // namespace
 
 bool IsPassword(KRTagID tag) { return krofx::internal::IsSecret(tag); }
@@ -85,12 +91,6 @@ Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bo
 
 bool IsAccount(std::string_view aggregate) {
   return aggregate.ends_with("ACCTFROM") || aggregate.ends_with("ACCTTO");
-}
-
-bool IsTagOfOfx(std::string_view text) {
-  KRTagID id = KRTag_None;
-  return KRTagDictionary::TheKRTagDictionary()->GetTagID(text.data(), static_cast<u16>(text.size()),
-                                                         &id, KRCaseType_IgnoreCase) != nullptr;
 }
 
 std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate) {

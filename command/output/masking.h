@@ -43,9 +43,6 @@ Disclosure DisclosureOfNote(std::string_view tag, std::string_view aggregate, bo
 /// @return whether an aggregate is an account, by the end of its tag.
 bool IsAccount(std::string_view aggregate);
 
-/// @return whether a text is the name of a tag that OFX has, in capitals or small letters.
-bool IsTagOfOfx(std::string_view text);
-
 /// @return a tag that a warning or a mending names. One that OFX does not have may have lost its
 ///         end, so that among the elements of a card the number follows in it, which is left out.
 std::string TagWithoutNumber(std::string_view tag, std::string_view aggregate);

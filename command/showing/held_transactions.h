@@ -18,7 +18,7 @@ class HeldTransactions {
  public:
   /// Takes them out of the file.
   /// @param text the text that the file is of.
-  /// @param cards as of TransactionCells.
+  /// @param mayHaveCards as of ReadElements.
   HeldTransactions(KRFile& file, const krofx::OfxText& text, bool showIdentifiers,
                    bool mayHaveCards);
 

@@ -26,7 +26,7 @@ bool IsRow(KRTagID list, KRTagID element);
 /// several kinds come kind by kind, as from a tree, and the text is read once for each.
 class StreamedRows : public std::enable_shared_from_this<StreamedRows> {
  public:
-  /// @param cards as of TransactionCells.
+  /// @param mayHaveCards as of ReadElements.
   StreamedRows(std::shared_ptr<const ListStream> stream, bool showIdentifiers, bool mayHaveCards);
 
   /// Finds the lists among the elements of the file that the survey has read.

@@ -5,7 +5,6 @@
 #define KROFX_COMMAND_SHOWING_TRANSACTION_CELLS_H_
 
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -22,7 +21,7 @@ namespace krofx::command {
 class TransactionCells {
  public:
   /// @param table the transactions of a layout of statements; it must live as long as this.
-  /// @param cards the numbers that are those of cards, whatever account they are of.
+  /// @param mayHaveCards as of ReadElements.
   TransactionCells(const TableSpec& table, bool showIdentifiers, bool mayHaveCards);
 
   /// @param source the text that the transaction is in.

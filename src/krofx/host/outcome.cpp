@@ -21,9 +21,6 @@ constexpr u32 kUnavailable = 1521;
 constexpr u32 kGatewayTimedOut = 1522;
 constexpr u32 kSeeOther = 1507;
 constexpr u32 kNotModified = 1508;
-// Statuses that send to another address.
-constexpr u32 kFirstRedirection = 300;
-constexpr u32 kLastRedirection = 399;
 // The answer of the transport itself to a chain that ends at a root which only links others.
 constexpr u32 kLinkingRoot = 1671;
 
@@ -130,7 +127,7 @@ const char* ReasonOf(KRNetStatus status, u32 http, u32 code) {
   }
   if (http == kRequestTimedOut) return "the server waited too long for the request; try again";
   // A proxy that opens no connection ends like this.
-  if (code == VYNCurlCode_ReceiveFailed && http >= kFirstRedirection && http <= kLastRedirection) {
+  if (code == VYNCurlCode_ReceiveFailed && http / 100 == 3) {
     return "a proxy, or the server, sends to another address, which is not followed; check the "
            "settings of your proxy if you have one, and the address";
   }

@@ -400,6 +400,8 @@ void TreeReader::SayWarnings(u32 position, bool refused) {
 
 bool TreeReader::MendValue(const ScannedTag& tag, const TagRole& role, KRString& value) {
   const ValueForm form = role.row == nullptr ? ValueForm::kText : role.row->value->form;
+  // The menders of decimals keep the kind of a payroll amount.
+  const ValueForm asked = form == ValueForm::kPayrollAmount ? ValueForm::kDecimal : form;
   KRString text(value);
   MendedValue mended;
   const auto ask = [&](const ValueMender& mender) {
@@ -430,14 +432,14 @@ bool TreeReader::MendValue(const ScannedTag& tag, const TagRole& role, KRString&
   };
 
   for (const ValueMender& mender : ValueMenders()) {
-    if (mender.form == form && mender.askedFirst && text.IsEmpty() == 0) ask(mender);
+    if (mender.form == asked && mender.askedFirst && text.IsEmpty() == 0) ask(mender);
   }
   if (!may()) return false;
   if (text.IsEmpty() != 0) return say();
   if (Offer(*tag.entry, text, tag.at)) return say();
   for (const ValueMender& mender : ValueMenders()) {
     if (m_status != KRParseStatus_Accepted) return false;
-    if (mender.form != form || mender.askedFirst || !ask(mender)) continue;
+    if (mender.form != asked || mender.askedFirst || !ask(mender)) continue;
     if (!may()) return false;
     if (text.IsEmpty() != 0 || Offer(*tag.entry, text, tag.at)) return say();
   }

@@ -62,7 +62,7 @@ class MendedValue {
 
 /// One mender.
 struct ValueMender {
-  ValueForm form;   ///< The values that it is asked about.
+  ValueForm form;   ///< The values that it is asked about; with decimals, payroll amounts too.
   bool askedFirst;  ///< Before the object sees the text.
   /// Looks at a value.
   /// @param out takes what is to be taken instead.

@@ -84,7 +84,7 @@ KROFX_API bool AppendLocalFile(const char* name, KRBuffer& target);
 /// Afterwards the cursor is at the end.
 /// @return false when the file does not open (see LocalFile::OpenToWrite) or cannot be written, the
 ///         source lost its data, or there is no memory for a chunk. An old file is unchanged only
-///         in the last case, and where it is none that OpenToWrite removes.
+///         in the last case, and when OpenToWrite does not remove it.
 KROFX_API bool SaveToLocalFile(const char* name, KRBuffer& source);
 
 }  // namespace krofx::internal
