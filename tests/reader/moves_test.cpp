@@ -164,6 +164,19 @@ TEST(Moves, GivesASecondStatementTheIdentifierOfTheFirstWithoutAStatusToo) {
            {"own-wrapper"});
 }
 
+TEST(Moves, WarnsOfAnIdentifierThatIsTooLongOnceHoweverManyAnswersHaveIt) {
+  const std::string without = "<CURDEF>USD" + Account("3") + kList;
+  const std::string answers = Statement("1") + Statement("2") + without + kCardStatement;
+  const Reading reading = Read(Whole(
+      Aggregate("BANKMSGSRSV1",
+                Aggregate("STMTTRNRS", "<TRNUID>" + std::string(40, '7') +
+                                           "<STATUS><CODE>0<SEVERITY>INFO</STATUS>" + answers))));
+  EXPECT_EQ(MendingNames(reading), (Lines{"own-wrapper", "missing-start", "own-wrapper", "moved"}));
+  ASSERT_EQ(reading.warnings.size(), 1u);
+  EXPECT_EQ(reading.warnings[0].warning, KRPW_TOOLONG);
+  EXPECT_STREQ(reading.warnings[0].path, "OFX/BANKMSGSRSV1/STMTTRNRS[1]");
+}
+
 // A request with these message sets beside the sign-on.
 std::string Asking(const std::string& sets) { return File(SignOnRequestSet(1) + sets, 1); }
 std::string Question(const std::string& number) {

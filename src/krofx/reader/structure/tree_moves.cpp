@@ -65,6 +65,8 @@ KRParseStatus TreeReader::OpenLike(KRDataObj& wrapper, KRTagID type, const Row* 
       made != nullptr && request != nullptr) {
     made->SetTransUserID(request->GetTransUserID());
   }
+  // What is wrong with an identifier was said where the text has it.
+  m_log->DeleteAll();
   return KRParseStatus_Accepted;
 }
 
