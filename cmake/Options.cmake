@@ -51,7 +51,8 @@ if(KROFX_COVERAGE)
   # clang counts the conditions of the source; GCC would count the branches that it makes of them, most
   # of those that no test takes being its own. Each program adds to its file whatever its environment is.
   set(counted "-fprofile-instr-generate=${PROJECT_BINARY_DIR}/profile/%m.profraw")
-  add_compile_options(${counted} -fcoverage-mapping)
+  # What threads count at once must add up: what is left of a function after its conditions is a difference.
+  add_compile_options(${counted} -fcoverage-mapping -fprofile-update=atomic)
   add_link_options(${counted})
 endif()
 if(KROFX_BUILD_FUZZ)

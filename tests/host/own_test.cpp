@@ -149,6 +149,40 @@ TEST(Give, LeavesAnElementWhereAListKeepsItAmongMoreThanCanBeCounted) {
   EXPECT_EQ(list->GetStockInfo(0), given);
 }
 
+// The same among children that are no list.
+TEST(Give, LeavesAnElementInAFullListBesideAnAccount) {
+  const auto statements = Make<KRStatementEndRs>();
+  EXPECT_TRUE(Give(*statements, &KRStatementEndRs::SetBankAcctFrom, New<KRBankAccount>(1)));
+  EXPECT_TRUE(Give(*statements, &KRStatementEndRs::SetClosing, 65534, New<KRClosing>(1)));
+  auto closing = New<KRClosing>(1);
+  closing->SetType(KRTag_None);
+  const KRClosing* const given = closing.get();
+  EXPECT_FALSE(Give(*statements, &KRStatementEndRs::SetClosing, 65533, std::move(closing)));
+  EXPECT_EQ(statements->GetClosing(65533), given);
+}
+
+// A host's class that counts more children than have a number, and refuses one that it may hold.
+class Crowd : public KRDataObj {
+ public:
+  u16 GetNumberOfChildren() const override { return 65535; }
+  u16 Refuse(KRDataObj* child) {
+    m_child.reset(child);
+    return 0;
+  }
+
+ private:
+  std::unique_ptr<KRDataObj> m_child;
+};
+
+TEST(Give, LeavesAChildWhereNobodyCanSeeThatItIsNotHeld) {
+  {
+    Crowd crowd;
+    EXPECT_FALSE(Give(crowd, &Crowd::Refuse, NewCounted(1, KRTag_BANKACCTTO)));
+    EXPECT_EQ(Counted::s_alive, 1);
+  }
+  EXPECT_EQ(Counted::s_alive, 0);
+}
+
 // The array refuses a child, which is the caller's.
 class CountedTx : public KRBankStatementTx {
  public:
@@ -174,6 +208,10 @@ TEST(Give, DeletesAnElementThatAListDoesNotTake) {
   EXPECT_EQ(CountedTx::s_alive, 2);
   EXPECT_FALSE(Give(*list, &KRBankTransactionList::SetStatementTx, 65535, NewCountedTx()));
   EXPECT_EQ(CountedTx::s_alive, 2);
+  // A full list is looked through.
+  EXPECT_TRUE(Give(*list, &KRBankTransactionList::SetStatementTx, 65534, NewCountedTx()));
+  EXPECT_FALSE(Give(*list, &KRBankTransactionList::SetStatementTx, 65535, NewCountedTx()));
+  EXPECT_EQ(CountedTx::s_alive, 3);
   list->DeleteAllStatementTx();
   EXPECT_EQ(CountedTx::s_alive, 0);
 }

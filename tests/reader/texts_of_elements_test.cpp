@@ -122,6 +122,24 @@ TEST(TextsOfElements, HaveNoWhiteSpaceAtTheirEndWhereTheFileBreaksOff) {
   }
 }
 
+TEST(TextsOfElements, KeepACharacterSectionWholeWhereTheFileBreaksOffAfterIt) {
+  std::string text = InLines("<FITID>1\n<NAME>Shop <![CDATA[A & B <i> ]]> \n<OWN>");
+  text.resize(text.find("<OWN>") + 3);
+  const Reading reading = Read(text);
+  const auto* const transaction = FindIn<KRBankStatementTx>(reading.root);
+  ASSERT_NE(transaction, nullptr);
+  EXPECT_EQ(Str(transaction->GetName()), "Shop <![CDATA[A & B <i> ]]>");
+}
+
+TEST(TextsOfElements, MayHaveWhatIsTooLongForATagInBrackets) {
+  const std::string words = "A <" + std::string(256, 'S') + "> B";
+  const Reading reading = Read(InLines("<FITID>1\n<NAME>Shop\n<MEMO>" + words + "\n"));
+  const auto* const transaction = FindIn<KRBankStatementTx>(reading.root);
+  ASSERT_NE(transaction, nullptr);
+  EXPECT_EQ(Str(transaction->GetMemo()), words);
+  EXPECT_EQ(MendingNames(reading), Lines{"bare-less-than"});
+}
+
 TEST(TextsOfElements, EndTheReadingWhenTheyMustNotBeMended) {
   ExpectEndsAtEachKind(InLines("<FITID>1\n<PAYEE>Shop\n<MEMO>m\n"));
   ExpectEndsAtEachKind(InLines("<FITID>1\n<NAME>A <SHOP> B\n"));

@@ -54,7 +54,7 @@ bool Release(KRDataObj& parent, KRDataObj* child) {
   for (u8 index = 0; index < table->childRowCount; ++index) {
     const u8 position = table->childRows[index];
     const Row& row = table->rows[position];
-    if (row.create == nullptr || row.array != nullptr) continue;
+    if (row.array != nullptr) continue;
     auto& slot = *static_cast<ChildSlot*>(row.member(parent));
     if (slot.Get() != child) continue;
     if (slot.IsBorrowed()) return false;
