@@ -291,7 +291,7 @@ TEST(ReadNumbers, LeavesOutPayrollAmountsThatSayNoNumberOrAnotherCurrency) {
   for (const char* const text : {"$", "%", "-$", "n/a"}) {
     EXPECT_EQ(PayrollAmount(text), (ReadValue{"absent", {"amount-absent"}})) << text;
   }
-  for (const char* const text : {"many", "EUR 5.00", "5.00K", "5%%"}) {
+  for (const char* const text : {"many", "EUR 5.00", "5.00K", "5%%", "$1E2", "1E2%"}) {
     EXPECT_EQ(PayrollAmount(text), (ReadValue{"absent", {"number-refused"}})) << text;
   }
 }
