@@ -10,11 +10,16 @@
 
 namespace krofx::fuzz {
 
-/// A class of those with tables. They are found at the first call.
+/// A class of those with tables, the ones that exchanges hold first. They are found at the first
+/// call.
 inline const krofx::testing::AnyClass& ChooseClass(Choices& choices) {
   static const std::vector<krofx::testing::AnyClass> classes = [] {
     std::vector<krofx::testing::AnyClass> found;
-    for (const auto& [name, any] : krofx::testing::FindEveryClass()) found.push_back(any);
+    const krofx::testing::ClassMap held = krofx::testing::FindEveryClass();
+    for (const auto& [name, any] : held) found.push_back(any);
+    for (const auto& [name, any] : krofx::testing::FindEveryTable()) {
+      if (!held.contains(name)) found.push_back(any);
+    }
     return found;
   }();
   // Two bytes, however many classes there are.

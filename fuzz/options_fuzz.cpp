@@ -1,6 +1,7 @@
-// Any bytes as what a user gives the command. The first byte chooses what the rest is: the options
-// of a request, with line ends between them, as which wrong ones end in the exit status for wrong
-// use, and a request that is made is one that can be read, with what a request must have; the
+// Any bytes as what a user gives the command. The first byte chooses what the rest is: a whole
+// command line, with line ends between its arguments, of which a wrong one ends in the exit status
+// for wrong use, and a right one would run; the options of a request, and a request that is made is
+// one that can be read, with what a request must have; the
 // options that choose transactions; the address of an institution; the file of banks, which is
 // written as what was read; or a file that gzip has packed, or that is packed here and comes out as
 // it was.
@@ -12,6 +13,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,7 @@
 #include "output/safe_text.h"
 #include "requests/request_use.h"
 #include "showing/row_filter.h"
+#include "subcommands/subcommands.h"
 #include "trees.h"
 
 namespace {
@@ -52,11 +55,11 @@ class ReadRequest : public RequestUse {
 // The command's surroundings are the same wherever it is fuzzed: a password, no banks, and nothing
 // to read.
 void Isolate() {
-  ::setenv("KROFX_PASSWORD", "secret", 1);
-  for (const char* const folder : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
-    ::setenv(folder, "/nonexistent", 1);
-  }
   static const bool isolated = [] {
+    ::setenv("KROFX_PASSWORD", "secret", 1);
+    for (const char* const folder : {"HOME", "XDG_CONFIG_HOME", "XDG_STATE_HOME"}) {
+      ::setenv(folder, "/nonexistent", 1);
+    }
     const int nothing = ::open("/dev/null", O_RDWR);
     return ::dup2(nothing, STDIN_FILENO) >= 0;
   }();
@@ -85,6 +88,46 @@ void CheckRequest(AddRequestKind add, Bytes rest) {
   const ExitStatus status = RunCommand(commandLine, {"krofx"}, rest);
   Expect(status == kExitClean || status == kExitUnusable || status == kExitWrongUse,
          "the exit status is one of a request");
+}
+
+// All subcommands, but for the ones that only look at this list.
+constexpr SubcommandEntry kOthers[] = {
+    {"fetch", "", DeclareFetch}, {"bank", "", DeclareBank},     {"send", "", DeclareSend},
+    {"get", "", DeclareGet},     {"certid", "", DeclareCertID}, {"request", "", DeclareRequest}};
+
+class Nothing : public Action {
+ public:
+  explicit Nothing(bool& ran) : m_ran(ran) {}
+  ExitStatus Run() override {
+    m_ran = true;
+    return kExitClean;
+  }
+
+ private:
+  bool& m_ran;
+};
+
+// Lets nothing run but note that something would.
+void RunNothing(const Subcommand& subcommand, bool& ran) {
+  for (const Subcommand& each : subcommand.ListSubcommands()) RunNothing(each, ran);
+  subcommand.OnRun(std::make_unique<Nothing>(ran));
+}
+
+void CheckCommandLine(Bytes rest) {
+  const CommandLine commandLine("krofx", "", "1");
+  const Subcommand command = commandLine.GetCommand();
+  command.RequireSubcommand();
+  for (const std::span<const SubcommandEntry> group :
+       {std::span(kFileSubcommands), std::span(kOthers)}) {
+    for (const SubcommandEntry& entry : group)
+      entry.declare(command.Add(entry.name, entry.purpose));
+  }
+  bool ran = false;
+  RunNothing(command, ran);
+  Isolate();
+  const ExitStatus status = RunCommand(commandLine, {"krofx"}, rest);
+  Expect(status == kExitClean || (status == kExitWrongUse && !ran),
+         "a command line runs, or asks for help, or is wrong");
 }
 
 void CheckFilter(Bytes rest) {
@@ -175,11 +218,13 @@ void CheckPacking(Choices choices) {
 }
 
 void Run(Bytes bytes) {
-  // The half of the bytes are for requests.
+  // Half of the bytes are for arguments.
+  constexpr std::size_t kFirstLine = 64;
   constexpr std::size_t kFirstOther = 128;
   Choices choices(bytes);
   const std::size_t kind = choices.Below(256);
-  if (kind < kFirstOther) return CheckRequest(kKinds[kind % std::size(kKinds)], choices.Rest());
+  if (kind < kFirstLine) return CheckRequest(kKinds[kind % std::size(kKinds)], choices.Rest());
+  if (kind < kFirstOther) return CheckCommandLine(choices.Rest());
   switch ((kind - kFirstOther) % 5) {
     case 0:
       return CheckBanks(choices.Rest());

@@ -6,7 +6,8 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 build=${1:-build/release}
-[ -f "$build/CMakeCache.txt" ] || cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release
+[ -f "$build/CMakeCache.txt" ] ||
+  cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DKROFX_BUILD_TESTS=OFF -DKROFX_BUILD_PACKAGE_TESTS=ON
 cmake --build "$build" --target krofx_stream_memory
 program=$(find "$build" -name krofx_stream_memory -type f -perm -u+x)
 ulimit -v 65536
