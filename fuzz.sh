@@ -8,6 +8,7 @@
 # fuzz/README.md.
 set -euo pipefail
 cd "$(dirname "$0")"
+source scripts/packages.sh
 
 action=run seconds=600
 if [ "${1:-}" = --minimise ]; then
@@ -31,6 +32,7 @@ for target in "${targets[@]}"; do
   fi
 done
 
+install_missing "${build_packages[@]}" clang llvm
 mkdir -p build/fuzz/findings
 cmake --preset fuzz >build/fuzz.log
 programs=("${targets[@]/#/krofx_}")
@@ -58,7 +60,9 @@ for target in "${targets[@]}"; do
   if [ "$action" = run ]; then
     folders=("$found" "$kept")
     [ ! -d "fuzz/fixed/$target" ] || folders+=("fuzz/fixed/$target")
-    run "$target" "-max_total_time=$seconds" "${folders[@]}"
+    # The time that other programs leave is not all of the time that passes.
+    TIMEFORMAT="$target: %U seconds of processor time"
+    time run "$target" "-max_total_time=$seconds" "${folders[@]}"
   else
     smaller=$(mktemp -d)
     run "$target" -merge=1 "$smaller" "$kept" "$found"

@@ -17,7 +17,7 @@ constexpr std::size_t kFew = 80;
 // Of the sample of more: how many are taken at each end, and between.
 constexpr std::size_t kAtEnds = 3;
 constexpr std::size_t kBetween = 6;
-// How often an attempt without a failure follows, and always after the last.
+// After how many of the sample an attempt without a failure follows, and always after the last.
 constexpr std::size_t kCleanEvery = 4;
 
 // Which allocations of `count` fail, from the first to the last.
@@ -55,7 +55,7 @@ std::size_t Sweep(const Attempt& attempt) {
       if (!outcome.failed) {
         EXPECT_EQ(outcome.shown, expected.shown) << "something was lost without a word";
       }
-      if (++tried % kCleanEvery == 0 || nth == count) {
+      if (++tried % kCleanEvery == 0 || nth == count || SweepsWhole()) {
         const Outcome next = attempt({});
         EXPECT_FALSE(next.failed);
         EXPECT_EQ(next.shown, expected.shown) << "the next one is not clean";

@@ -78,4 +78,17 @@ END
 hides moved.ofx
 expect 0 print --wide moved.ofx
 has out "$masked"
+
+# Beside an account of investments, whose number is shown.
+python3 - "$examples/brokerage.ofx" <<'END' >both.ofx
+import re, sys
+text = open("card.ofx", newline="").read()
+broker = open(sys.argv[1], newline="").read()
+statements = re.search("<INVSTMTMSGSRSV1>.*</INVSTMTMSGSRSV1>", broker, re.DOTALL).group()
+at = text.index("</BANKMSGSRSV1>") + len("</BANKMSGSRSV1>")
+print(text[:at] + statements + text[at:], end="")
+END
+hides both.ofx
+expect 0 print --wide both.ofx
+has out "$(grep -o '<ACCTID>[^<]*' "$examples/brokerage.ofx" | head -1 | cut -c9- | tr -d '\r')"
 finish

@@ -108,6 +108,16 @@ TEST(Sizes, OfAFullListLeaveTheNextChildToTheCaller) {
   EXPECT_EQ(list.GetNumStatementTx(), kMostEntries);
 }
 
+TEST(Sizes, OfAFullListOfPartsLeaveTheNextOneToTheCaller) {
+  KRFile file;
+  EXPECT_EQ(file.SetSubfile(65534, new KRFile), 1);
+  EXPECT_EQ(file.GetNumberOfSubfiles(), kMostEntries);
+  const auto more = std::make_unique<KRFile>();
+  EXPECT_EQ(file.AppendSubfile(more.get()), 0);
+  EXPECT_EQ(file.SetSubfile(65535, more.get()), 0);
+  EXPECT_EQ(file.GetNumberOfSubfiles(), kMostEntries);
+}
+
 TEST(Nesting, OfUnknownTagsIsPassedOver) {
   std::string nested;
   for (int i = 0; i < 20000; ++i) nested += "<X.LEVEL" + std::to_string(i) + ">";

@@ -125,6 +125,7 @@ TEST(Instants, ConsiderTheZone) {
   EXPECT_EQ(ToInstant(KRDateTime("20260131120000[5.50:IST]")),
             sys_days(2026y / 1 / 31) + 6h + 30min);
   EXPECT_EQ(ToInstant(KRDateTime()), std::nullopt);
+  EXPECT_EQ(ToInstant(KRDateTime(2026, 1, 31, 25, 0, 0, 0, 0, 0)), std::nullopt);
 }
 
 TEST(Instants, ReachBeyond2038AndBefore1970) {
@@ -140,7 +141,11 @@ TEST(DateText, IsThatOfIso8601) {
   EXPECT_EQ(ToText(KRDateTime("20260131123000.5[-5:EST]")), "2026-01-31T12:30:00.500-05:00");
   EXPECT_EQ(ToText(KRDateTime("20260131123000[5.50:IST]")), "2026-01-31T12:30:00+05:30");
   EXPECT_EQ(ToText(KRDateTime("20260131123000[0:GMT]")), "2026-01-31T12:30:00+00:00");
+  EXPECT_EQ(ToText(KRDateTime(2026, 1, 31, 0, 5, 0, 0, 0, 0)), "2026-01-31T00:05:00");
+  EXPECT_EQ(ToText(KRDateTime(2026, 1, 31, 0, 0, 5, 0, 0, 0)), "2026-01-31T00:00:05");
+  EXPECT_EQ(ToText(KRDateTime(2026, 1, 31, 0, 0, 0, 5, 0, 0)), "2026-01-31T00:00:00.005");
   EXPECT_TRUE(ToText(KRDateTime()).empty());
+  EXPECT_TRUE(ToText(KRDateTime(2026, 1, 31, 25, 0, 0, 0, 0, 0)).empty());
   EXPECT_EQ(ToText(ToDay(KRDateTime("20260131123000[-5:EST]"))), "2026-01-31");
   EXPECT_TRUE(ToText(ToDay(KRDateTime())).empty());
 }

@@ -46,8 +46,8 @@ inline std::string ShownReading(const Reading& reading) {
 
 /// Expects that a reading ends with status 3, or has all that the text holds, whichever allocation
 /// fails, alone or with all after it. For short texts.
-inline void ExpectFatalOrWhole(const std::string& text) {
-  const std::string whole = ShownReading(Read(std::string_view(text)));
+inline void ExpectFatalOrWhole(const std::string& text, const ReadOptions& options = {}) {
+  const std::string whole = ShownReading(Read(std::string_view(text), options));
   for (const bool andAllLater : {false, true}) {
     std::size_t fatal = 0;
     bool hasFailed = true;
@@ -55,7 +55,7 @@ inline void ExpectFatalOrWhole(const std::string& text) {
       Reading reading;
       {
         const FailingAllocation failing(nth, andAllLater);
-        reading = Read(std::string_view(text));
+        reading = Read(std::string_view(text), options);
         hasFailed = internal::AllocationFailure::Count() >= nth;
       }
       if (reading.status == KRParseStatus_Fatal) {

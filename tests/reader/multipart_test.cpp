@@ -249,6 +249,19 @@ TEST(Multipart, MayHaveAPartWhoseHeadersRunIntoThoseOfOfx) {
   }
 }
 
+TEST(Multipart, HasAsManyPartsAsAListTakesAndSpeaksOfMore) {
+  for (const std::size_t parts : {65534u, 65535u, 65536u, 65537u}) {
+    SCOPED_TRACE(parts);
+    const Reading reading = Read("Content-Type: multipart/mixed; boundary=b0\r\n\r\n" +
+                                 Repeat("--b0\r\nX: 1\r\n\r\nx\r\n", parts) + "--b0--\r\n");
+    ASSERT_EQ(reading.texts.size(), 1u);
+    const bool fits = parts <= 65535;
+    EXPECT_EQ(reading.status, fits ? KRParseStatus_Accepted : KRParseStatus_Fatal);
+    EXPECT_EQ(reading.texts[0].root->GetNumberOfSubfiles(), fits ? parts : 65535u);
+    EXPECT_EQ(reading.problem.IsEmpty() != 0, fits) << Str(reading.problem);
+  }
+}
+
 TEST(Multipart, EndsWithoutMemoryAsFatalOrLosesNothing) {
   ExpectFatalOrWhole(WithHeader("Content-Type: multipart/x; boundary=CUT\r\nX: y",
                                 kPlainPart + ("Hello\r\n" + OfxPart(Statement("-1.50")))));

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "krofx/krofx.h"
+#include "reader/ended_readings.h"
 #include "support/readings.h"
 
 namespace krofx::testing {
@@ -53,6 +54,14 @@ TEST(Texts, WithoutHeadersOrEndsAreReadOneByOneToo) {
   EXPECT_EQ(AccountIn(reading.texts[1]), "2");
   EXPECT_EQ(MendingNames(reading), Lines{"cut-off"});
   EXPECT_EQ(reading.texts[1].status, KRParseStatus_Accepted);
+}
+
+TEST(Texts, EndWithoutMemoryAsFatalOrLoseNothing) {
+  const std::string two = Statement("1") + Statement("Z\xfcrich");
+  ExpectFatalOrWhole(two);
+  ReadOptions strict;
+  strict.strict = true;
+  ExpectFatalOrWhole(two, strict);
 }
 
 TEST(Texts, AreNeverEmpty) {

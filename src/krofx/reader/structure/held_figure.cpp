@@ -8,7 +8,7 @@
 namespace krofx::internal {
 
 HeldFigure::HeldFigure(KRDataObj& object, KRTagID tag, const TagRole& role) {
-  if (role.row == nullptr || role.row->value == nullptr || !IsFigure(*role.row->value)) return;
+  if (role.row == nullptr || !IsFigure(*role.row->value)) return;
   m_isHeld = object.ValidateTag(tag) != 0;
   if (!m_isHeld) return;
   const ValueKind& kind = *role.row->value;
