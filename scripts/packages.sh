@@ -1,4 +1,4 @@
-# The Debian packages that krofx needs, in one place. Sourced by demo.sh and test.sh.
+# The Debian packages that krofx needs, in one place. Sourced by the scripts that install them.
 # shellcheck shell=bash
 
 # To build the library, the command and the examples.
