@@ -71,7 +71,7 @@ has out control-character
 python3 - <<'END' >moved.ofx
 text = open("card.ofx", newline="").read()
 statement = "<CCSTMTTRNRS><TRNUID>1<STATUS><CODE>0<SEVERITY>INFO</STATUS><CCSTMTRS><CURDEF>USD<CCACCTFROM><ACCTID>5500111122224410</CCACCTFROM></CCSTMTRS></CCSTMTTRNRS>"
-text = text.replace("<BANKID>1<ACCTID>00718220946<ACCTTYPE>CHECKING", "<ACCTID>00718220946", 1)
+text = text.replace("<BANKID>1<ACCTID>00718220946", "<ACCTID>00718220946", 1)
 at = text.index("</STMTTRNRS>") + len("</STMTTRNRS>")
 print(text[:at] + statement + text[at:], end="")
 END
