@@ -3,7 +3,9 @@
 #include "showing/comparison.h"
 
 #include <algorithm>
+#include <optional>
 
+#include "output/exact_decimal.h"
 #include "output/safe_text.h"
 #include "showing/transaction_columns.h"
 
@@ -16,6 +18,15 @@ std::string IdentityOf(const Section& section, Row row, const TransactionColumns
   if (!columns.IdOf(row).empty()) return identity.append(columns.IdOf(row));
   for (const Cell& cell : row) identity.append("\n").append(cell.text);
   return identity;
+}
+
+// Whether two values say the same; 10.00 and 10 do.
+bool IsSameValue(const Cell& was, const Cell& is) {
+  if (was.isThere != is.isThere || was.text == is.text) return was.isThere == is.isThere;
+  if (was.kind != ValueKind::kAmount || is.kind != ValueKind::kAmount) return false;
+  const std::optional<ExactDecimal> before = ExactDecimal::Parse(was.text);
+  const std::optional<ExactDecimal> after = ExactDecimal::Parse(is.text);
+  return before && after && before->Compare(*after) == 0;
 }
 
 Json ValueOf(const Cell& cell) { return cell ? Json(std::string(cell.text)) : Json(); }
@@ -51,9 +62,15 @@ std::vector<Comparison::Change> Comparison::FindChanges(const Transaction& befor
     if (same == columnsBefore.end()) continue;
     const Cell& was = before.cells[static_cast<std::size_t>(same - columnsBefore.begin())];
     const Cell& is = after.cells[index];
-    if (was.isThere != is.isThere || was.text != is.text) {
+    if (!IsSameValue(was, is)) {
       changes.push_back({columns[index].key, columns[index].label, was, is});
     }
+  }
+  // What an amount is worth is said once for all of a statement.
+  const Cell was = before.section->Find("currency");
+  const Cell is = after.section->Find("currency");
+  if (!IsSameValue(was, is)) {
+    changes.push_back({"statement_currency", "Statement currency", was, is});
   }
   return changes;
 }

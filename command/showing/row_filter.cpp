@@ -174,13 +174,16 @@ void RowFilter::Apply(Document& document) const {
 }
 
 void DuplicateFilter::Apply(Document& document) {
+  const std::size_t file = m_files++;
   for (Section& section : document.sections) {
     for (Table& table : section.tables) {
       if (table.spec->key != kTransactions) continue;
-      KeepRows(table, [this, columns = TransactionColumns(*table.spec),
+      KeepRows(table, [this, file, columns = TransactionColumns(*table.spec),
                        account = section.identity + "\n"](Row row) {
         const std::string_view id = columns.IdOf(row);
-        return id.empty() || m_seen.insert(account + std::string(id)).second;
+        // Two of one file are two transactions, even if an institution gives them one identifier.
+        return id.empty() ||
+               m_seen.try_emplace(account + std::string(id), file).first->second == file;
       });
     }
   }

@@ -6,7 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "output/exact_decimal.h"
 #include "showing/document.h"
@@ -65,12 +65,14 @@ class RowFilter {
 /// and identifier. Those without an identifier stay. Documents must come in their order.
 class DuplicateFilter {
  public:
-  /// Takes out of a document what was there before. The filter must live as long as the document,
-  /// whose rows have to be visited before those of the next one.
+  /// Takes out of a document what another document had before. The filter must live as long as the
+  /// document, whose rows have to be visited before those of the next one.
   void Apply(Document& document);
 
  private:
-  std::unordered_set<std::string> m_seen;
+  // With the number of the file that had it first.
+  std::unordered_map<std::string, std::size_t> m_seen;
+  std::size_t m_files = 0;
 };
 
 }  // namespace krofx::command

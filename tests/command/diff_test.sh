@@ -52,6 +52,16 @@ sed 's/<NAME>A/<NAME>B/' without.ofx >other.ofx
 expect 1 diff without.ofx other.ofx
 has out '1 new, 1 gone, 0 changed'
 
+# An amount with other places is the same; one of another currency is not.
+statement A >one.ofx
+sed "s/<TRNAMT>-.90/<TRNAMT>-0.9/" one.ofx >places.ofx
+sed 's/<CURDEF>USD/<CURDEF>EUR/' one.ofx >euros.ofx
+expect 0 diff one.ofx places.ofx
+expect 1 diff one.ofx euros.ofx
+has out 'statement_currency "USD" -> "EUR"'
+"$krofx" rewrite "$examples/checking.ofx" -o written.ofx
+expect 0 diff "$examples/checking.ofx" written.ofx
+
 # Trouble is not a difference.
 expect 2 diff "$old" missing.ofx
 expect 64 diff "$old"

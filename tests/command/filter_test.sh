@@ -63,6 +63,16 @@ rows 68 --unique --jobs 4 "$checking" "$checking" "$checking" "$checking"
 expect 0 sum --unique --by currency --csv "$checking" "$checking"
 has out 'USD,68,'
 
+# Two of one file stay, even if they have one identifier.
+statement A >twice.ofx
+python3 - <<'END'
+text = open("twice.ofx", newline="").read()
+at = text.index("<STMTTRN>")
+end = text.index("</STMTTRN>") + len("</STMTTRN>")
+open("twice.ofx", "w", newline="").write(text[:end] + text[at:end] + text[end:])
+END
+rows 2 --unique twice.ofx twice.ofx
+
 # Other forms take the same choice.
 expect 0 print --json --type CHECK "$checking"
 python3 - <<'END' || fail 'the choice of JSON'

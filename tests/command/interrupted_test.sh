@@ -44,7 +44,7 @@ for signal in HUP QUIT TERM ABRT ALRM USR1 USR2 XCPU XFSZ VTALRM PROF IO PWR STK
   interrupt $((128 + $(kill -l $signal))) fetch accounts "${sign_on[@]}"
 done
 # A pipe that nobody reads is not the end of an exchange.
-signal=PIPE interrupt 3 fetch accounts "${sign_on[@]}" --timeout 1
+signal=PIPE interrupt 3 fetch accounts "${sign_on[@]}" --timeout 3
 signal=INT
 cp "$examples/request-v1.ofx" request.ofx
 interrupt 130 send "$url" request.ofx --root ca.pem -o reply.ofx

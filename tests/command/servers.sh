@@ -34,5 +34,7 @@ start() {
 
 # Expects that no temporary file is left.
 leaves_nothing() {
+  # The thread sanitizer has a file of its own, which it loses when it is stopped early.
+  rm -f "$TMPDIR"/tsan.rodata.*
   [ -z "$(ls -A "$TMPDIR")" ] || fail "left over: $(ls -A "$TMPDIR")"
 }

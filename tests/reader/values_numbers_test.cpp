@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -10,6 +11,7 @@
 
 #include "krofx/core/tag_dictionary.h"
 #include "krofx/reader/values/value_survey.h"
+#include "reader/ended_readings.h"
 #include "reader/read_values.h"
 
 namespace krofx::testing {
@@ -293,6 +295,19 @@ TEST(ReadNumbers, LeavesOutPayrollAmountsThatSayNoNumberOrAnotherCurrency) {
   }
   for (const char* const text : {"many", "EUR 5.00", "5.00K", "5%%", "$1E2", "1E2%"}) {
     EXPECT_EQ(PayrollAmount(text), (ReadValue{"absent", {"number-refused"}})) << text;
+  }
+}
+
+TEST(ReadNumbers, KeepsThoseBehindATagThatHasLostItsEnd) {
+  // The strict parser takes the next tag for attributes: the fees would be 9.95.
+  const std::string whole = ReadExample("brokerage.ofx");
+  for (const char* const tag : {"UNITPRICE", "FEES", "MARKUP", "SHORTBALANCE", "YIELD"}) {
+    std::string text = whole;
+    text.replace(text.find(std::string("<") + tag + ">") + 1 + std::strlen(tag), 1, " ");
+    const Reading reading = Read(text);
+    EXPECT_EQ(Written(reading.root), Written(Read(whole).root)) << tag;
+    EXPECT_EQ(MendingNames(reading), Lines{"tag-form"}) << tag;
+    ExpectEndsAtEachKind(text);
   }
 }
 

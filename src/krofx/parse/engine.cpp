@@ -360,3 +360,8 @@ s32 KRParseEngine::FindWhiteSpaces(KRBuffer& buffer, s32 position) {
 s32 KRParseEngine::FindPreviousNonWhiteSpace(KRBuffer& buffer, s32 position) {
   return WithText(buffer, [position](const auto& text) { return BackOverWhite(text, position); });
 }
+
+std::size_t& krofx::internal::SwallowedTags() {
+  static thread_local std::size_t count = 0;
+  return count;
+}

@@ -20,6 +20,7 @@
 #include "krofx/core/types.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/internal/end_tag_index.h"
+#include "krofx/parse/internal/swallowed_tags.h"
 #include "krofx/parse/internal/text_source.h"
 
 namespace krofx::internal {
@@ -88,13 +89,23 @@ bool FindCDATA(const Text& text, s32& place, CDATASection& section, s32& noEndFr
   return false;
 }
 
+/// Counts a tag with another one in its attributes, but for comments and instructions. Each
+/// character of a derived buffer is a call, so what is in one is not looked through again.
+template <class Text>
+void CountSwallowed(const Text& text, s32 start, s32 end) {
+  if (text.Bytes() == nullptr || text.At(start) == '!' || text.At(start) == '?') return;
+  if (s32 open; text.Find(start, '<', open) && open < end) ++SwallowedTags();
+}
+
 /// Measures the name of a tag, which begins at item.start, and sets item.end after the tag.
 template <class Text>
 void MeasureTag(const Text& text, KRTagItemInfo& item) {
   s32 place = text.NameEnd(item.start);
   item.length = ItemLength(item.start, place);
+  const s32 nameEnd = place;
   const bool closed = text.At(place) == '>' || text.Find(place, '>', place);
   item.end = closed ? place + 1 : place;
+  if (place != nameEnd) CountSwallowed(text, item.start, place);
 }
 
 /// Measures a text that ends at item.end, without the white space there.

@@ -10,6 +10,7 @@
 #include "krofx/model/internal/repeated_figures.h"
 #include "krofx/parse/engine.h"
 #include "krofx/parse/internal/parse_run.h"
+#include "krofx/parse/internal/swallowed_tags.h"
 #include "krofx/parse/internal/tag_pass.h"
 #include "krofx/values/internal/passed_commas.h"
 #include "krofx/values/utility.h"
@@ -20,11 +21,13 @@ SilentLosses::SilentLosses()
     : m_payloads(ReplacedPayloads()),
       m_figures(RepeatedFigures()),
       m_commas(PassedCommas()),
-      m_withoutDigits(NumbersWithoutDigits()) {}
+      m_withoutDigits(NumbersWithoutDigits()),
+      m_swallowed(SwallowedTags()) {}
 
 bool SilentLosses::Any() const {
   return m_payloads != ReplacedPayloads() || m_figures != RepeatedFigures() ||
-         m_commas != PassedCommas() || m_withoutDigits != NumbersWithoutDigits();
+         m_commas != PassedCommas() || m_withoutDigits != NumbersWithoutDigits() ||
+         m_swallowed != SwallowedTags();
 }
 
 CleanParser::CleanParser() {

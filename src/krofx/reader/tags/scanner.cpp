@@ -87,7 +87,7 @@ bool Scanner::ReadTag(u32 open, bool inText, ScannedTag& tag) const {
       attributes = attributes || At(place) == '=';
       ++place;
     }
-    if (At(place) != '>') return ReadOpenTag(start, place, tag);
+    if (At(place) != '>') return ReadOpenTag(start, place, inText, tag);
   }
   tag.after = place + 1;
   tag.selfClosed = tag.type == ScannedTag::Type::kStart && At(place - 1) == '/';
@@ -122,13 +122,23 @@ const KRTagDictionaryEntry* Scanner::Find(std::string_view name, KRCaseType case
   return m_dictionary.GetTagID(name.data(), static_cast<u16>(name.size()), &id, caseType);
 }
 
-// A tag that has lost its '>': a name of OFX at the end of its line, with another tag after it.
-bool Scanner::ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const {
+// A tag that has lost its '>': a name of OFX at the end of its line, with another tag after it, or
+// one in capitals without text in front of it, with a value to the end of its line.
+bool Scanner::ReadOpenTag(u32 start, u32 next, bool inText, ScannedTag& tag) const {
   const u32 end = start + static_cast<u32>(tag.name.size());
-  if (At(next) != '<' || SkipWhite(end) != next) return false;
-  if (m_bytes.substr(end, next - end).find_first_of("\r\n") == std::string_view::npos) return false;
-  tag.entry = Find(tag.name, KRCaseType_IgnoreCase);
-  tag.after = next;
+  if (At(next) != '<') return false;
+  const std::string_view between = m_bytes.substr(end, next - end);
+  const std::size_t lineEnd = between.find_first_of("\r\n");
+  if (lineEnd == std::string_view::npos) return false;
+  if (SkipWhite(end) == next) {
+    tag.entry = Find(tag.name, KRCaseType_IgnoreCase);
+    tag.after = next;
+  } else {
+    if (tag.type != ScannedTag::Type::kStart || inText) return false;
+    if (SkipWhite(end + static_cast<u32>(lineEnd)) != next) return false;
+    tag.entry = Find(tag.name, KRCaseType_Exact);
+    tag.after = end + 1;
+  }
   tag.otherForm = true;
   tag.selfClosed = tag.otherCase = false;
   return tag.entry != nullptr;

@@ -136,7 +136,7 @@ class Scanner {
 
   u32 SkipWhite(u32 position) const;
   const KRTagDictionaryEntry* Find(std::string_view name, KRCaseType caseType) const;
-  bool ReadOpenTag(u32 start, u32 next, ScannedTag& tag) const;
+  bool ReadOpenTag(u32 start, u32 next, bool inText, ScannedTag& tag) const;
   Piece Classify(u32 open, bool inText, u32& after, ScannedTag& tag) const;
   u32 FindEnd(u32 from, std::string_view what, KnownEnd& known) const;
   TextRun ReadRun(u32 from, ScannedTag& tag) const;
