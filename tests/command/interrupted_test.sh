@@ -28,7 +28,7 @@ interrupt() {
   shift
   ./interruptible "$krofx" "$@" >out 2>err &
   child=$!
-  until [ -n "$(ls -A "$TMPDIR")" ] || ! kill -0 $child 2>/dev/null; do :; done
+  until compgen -G "$TMPDIR/krofx-*" >/dev/null || ! kill -0 $child 2>/dev/null; do :; done
   kill -$signal $child
   wait $child 2>/dev/null
   got=$?
@@ -44,7 +44,7 @@ for signal in HUP QUIT TERM ABRT ALRM USR1 USR2 XCPU XFSZ VTALRM PROF IO PWR STK
   interrupt $((128 + $(kill -l $signal))) fetch accounts "${sign_on[@]}"
 done
 # A pipe that nobody reads is not the end of an exchange.
-signal=PIPE interrupt 3 fetch accounts "${sign_on[@]}" --timeout 3
+signal=PIPE interrupt 3 fetch accounts "${sign_on[@]}" --timeout 1
 signal=INT
 cp "$examples/request-v1.ofx" request.ofx
 interrupt 130 send "$url" request.ofx --root ca.pem -o reply.ofx
