@@ -67,6 +67,9 @@ class Filler {
       const KRTagID tag = table->valid.table[position].tag;
       // What another version has may be held, and written by arrays, but is not read back.
       if (object.IsValidTag(tag) == 0) continue;
+      // A payroll sign-on writes these two, and reads them as texts of its own.
+      const bool isOfSignOn = tag == KRTag_APPID || tag == KRTag_APPVER;
+      if (isOfSignOn && object.IsValidTag(KRTag_N_ONSERVICE) != 0) continue;
       if (row.value != nullptr) {
         const KRString text = ChooseText(*row.value);
         // A language without a text is a value, which is written as a tag alone.
