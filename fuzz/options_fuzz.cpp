@@ -1,10 +1,12 @@
-// Any bytes as what a user gives the command. The first byte chooses what the rest is: a whole
-// command line, with line ends between its arguments, of which a wrong one ends in the exit status
-// for wrong use, and a right one would run; the options of a request, and a request that is made is
-// one that can be read, with what a request must have; the
-// options that choose transactions; the address of an institution; the file of banks, which is
-// written as what was read; or a file that gzip has packed, or that is packed here and comes out as
-// it was.
+// Any bytes as what a user gives the command. The first byte chooses what the rest is:
+//
+//   - a command line with line ends between its arguments: a wrong one ends in the exit status for
+//     wrong use, a right one would run;
+//   - the options of a request: what is made can be read, and has what a request must have;
+//   - the options that choose transactions;
+//   - the address of an institution;
+//   - the file of banks, which is written as what was read;
+//   - a file that gzip has packed, or one that is packed here and comes out as it was.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -90,7 +92,7 @@ void CheckRequest(AddRequestKind add, Bytes rest) {
          "the exit status is one of a request");
 }
 
-// All subcommands, but for the ones that only look at this list.
+// Those beside kFileSubcommands, but for help and completion, which only show what there is.
 constexpr SubcommandEntry kOthers[] = {
     {"fetch", "", DeclareFetch}, {"bank", "", DeclareBank},     {"send", "", DeclareSend},
     {"get", "", DeclareGet},     {"certid", "", DeclareCertID}, {"request", "", DeclareRequest}};
@@ -119,8 +121,9 @@ void CheckCommandLine(Bytes rest) {
   command.RequireSubcommand();
   for (const std::span<const SubcommandEntry> group :
        {std::span(kFileSubcommands), std::span(kOthers)}) {
-    for (const SubcommandEntry& entry : group)
+    for (const SubcommandEntry& entry : group) {
       entry.declare(command.Add(entry.name, entry.purpose));
+    }
   }
   bool ran = false;
   RunNothing(command, ran);

@@ -22,7 +22,8 @@ std::string IdentityOf(const Section& section, Row row, const TransactionColumns
 
 // Whether two values say the same; 10.00 and 10 do.
 bool IsSameValue(const Cell& was, const Cell& is) {
-  if (was.isThere != is.isThere || was.text == is.text) return was.isThere == is.isThere;
+  if (was.isThere != is.isThere) return false;
+  if (was.text == is.text) return true;
   if (was.kind != ValueKind::kAmount || is.kind != ValueKind::kAmount) return false;
   const std::optional<ExactDecimal> before = ExactDecimal::Parse(was.text);
   const std::optional<ExactDecimal> after = ExactDecimal::Parse(is.text);
@@ -66,7 +67,7 @@ std::vector<Comparison::Change> Comparison::FindChanges(const Transaction& befor
       changes.push_back({columns[index].key, columns[index].label, was, is});
     }
   }
-  // What an amount is worth is said once for all of a statement.
+  // The currency of the amounts is that of the statement.
   const Cell was = before.section->Find("currency");
   const Cell is = after.section->Find("currency");
   if (!IsSameValue(was, is)) {

@@ -17,8 +17,8 @@ class KRFile;
 namespace krofx::internal {
 
 /// What a parse may lose without a warning, from here on: a first answer that a second one replaces
-/// in its wrapper, a first amount or date that a second one replaces, a tag after one that
-/// has lost its '>', the commas of numbers, and that a number has no digit.
+/// in its wrapper, a first amount or date that a second one replaces, a tag after one that has
+/// lost its '>', the commas of numbers, and that a number has no digit.
 class SilentLosses {
  public:
   SilentLosses();

@@ -108,8 +108,8 @@ Span SecretAtPort(std::string_view url, std::size_t begin) {
 }
 
 // The part of a URL that is not shown: what could be a user or a password, whether a library would
-// read it as one or not. If the text does not clearly begin as a URL, this part
-// begins where the text does.
+// read it as one or not. If the text does not clearly begin as a URL, this part begins
+// where the text does.
 Span SecretOf(std::string_view url) {
   const std::size_t begin = AuthorityOf(url);
   const std::size_t at = url.rfind('@');
