@@ -5,8 +5,8 @@
 build_packages=(cmake g++ libcli11-dev libcpp-httplib-dev libcurl4-openssl-dev libssl-dev libtoml11-dev
   ninja-build nlohmann-json3-dev pkg-config python3 zlib1g-dev)
 # To run the tests as well.
-test_packages=("${build_packages[@]}" bash-completion binutils clang-format fish libgtest-dev mold
-  valgrind zsh)
+test_packages=("${build_packages[@]}" bash-completion binutils ca-certificates clang-format fish
+  libgtest-dev mold valgrind zsh)
 # To run the benchmarks and take the counts.
 # shellcheck disable=SC2034
 bench_packages=("${build_packages[@]}" libbenchmark-dev libpugixml-dev valgrind)

@@ -38,6 +38,8 @@ TEST(ExchangeProblem, SaysMoreWhereTheTransportDoes) {
   EXPECT_TRUE(describe(1688, 226).starts_with("the server answers with HTTP 226"))
       << describe(1688, 226);
   EXPECT_NE(describe(1513, 404).find("(status 29, HTTP 404, code 1513)"), std::string::npos);
+  EXPECT_TRUE(describe(1603).starts_with("the roots that this system trusts cannot be read"))
+      << describe(1603);
   EXPECT_NE(describe(1671).find("never accepted"), std::string::npos);
   EXPECT_NE(describe(1681).find("256 MiB"), std::string::npos);
   EXPECT_NE(describe(1687).find("(status 29, code 1687)"), std::string::npos);

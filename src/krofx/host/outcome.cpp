@@ -66,6 +66,9 @@ constexpr Text kCodeTexts[] = {
      "no secure connection could be made; the server may not speak TLS 1.2 at this address"},
     {VYNCurlCode_HostNotFound, "there is no server of this name; check the address"},
     {VYNCurlCode_ProxyNotFound, "there is no proxy of this name; check the settings of your proxy"},
+    {VYNCurlCode_RootsUnreadable,
+     "the roots that this system trusts cannot be read; nothing was sent; install them, on Debian "
+     "with the package ca-certificates"},
     {VYNCurlCode_SendFailed, kBroken},
     {VYNCurlCode_ReceiveFailed, kBroken},
     {VYNCurlCode_Cut, "the connection ended before the reply did; try again"},
