@@ -298,7 +298,7 @@ TEST(ReadNumbers, LeavesOutPayrollAmountsThatSayNoNumberOrAnotherCurrency) {
   }
 }
 
-TEST(ReadNumbers, KeepsThoseBehindATagThatHasLostItsEnd) {
+TEST(ReadNumbers, KeepsThoseAfterATagThatHasLostItsEnd) {
   // The strict parser takes the next tag for attributes: the fees would be 9.95.
   const std::string whole = ReadExample("brokerage.ofx");
   for (const char* const tag : {"UNITPRICE", "FEES", "MARKUP", "SHORTBALANCE", "YIELD"}) {
